@@ -1,0 +1,12 @@
+// The whole interface of the library.
+#pragma once
+
+#include "KxInterpolant.h"
+#include "KxMathExport.h"
+#include "KxMathVersion.h"
+#include "KxMetro.h"
+#include "KxPointCloud.h"
+#include "KxPoints.h"
+#include "KxPrimitives.h"
+#include "KxProfile.h"
+#include "KxProfileZ.h"

@@ -1,0 +1,86 @@
+// The three point types: plain values of 32-bit floats in which a quiet NaN marks a missing value.
+#pragma once
+
+#include "KxMathExport.h"
+
+#include <QtCore/qtypeinfo.h>
+
+#include <limits>
+
+namespace KxMath {
+
+/// A point of a profile or of a 2-D cloud. Units are the caller's, millimetres from the sensors.
+class KXMATH_EXPORT KxPointXY {
+public:
+    float x; ///< position along the laser line
+    float y; ///< measured height or distance
+
+    /// A missing point: both coordinates are quiet NaN.
+    KxPointXY() : x(std::numeric_limits<float>::quiet_NaN()), y(std::numeric_limits<float>::quiet_NaN()) {}
+    KxPointXY(float x, float y) : x(x), y(y) {}
+    KxPointXY(const KxPointXY&) = default;
+
+    /// Copies both fields. Deliberately returns nothing, so that assignments of points cannot be chained.
+    void operator=(const KxPointXY& other) {
+        x = other.x;
+        y = other.y;
+    }
+
+    /// True when a coordinate is NaN. Infinities and (0, 0) are points like any other.
+    bool isNull();
+
+    /// The Euclidean distance from `a` to `b` in single precision. A NaN coordinate makes it NaN.
+    static float calcDistance(KxPointXY a, KxPointXY b);
+    /// The Euclidean distance from this point to `p`.
+    float calcDistance(KxPointXY p);
+};
+
+/// A point in space.
+class KXMATH_EXPORT KxPointXYZ {
+public:
+    float x;
+    float y;
+    float z;
+
+    /// A missing point: all coordinates are quiet NaN.
+    KxPointXYZ()
+        : x(std::numeric_limits<float>::quiet_NaN()), y(std::numeric_limits<float>::quiet_NaN()),
+          z(std::numeric_limits<float>::quiet_NaN()) {}
+    KxPointXYZ(float x, float y, float z) : x(x), y(y), z(z) {}
+    KxPointXYZ(const KxPointXYZ&) = default;
+    KxPointXYZ& operator=(const KxPointXYZ&) = default;
+
+    /// The Euclidean distance from `a` to `b` in single precision; NaN as soon as a coordinate is NaN.
+    static float calcDistance(KxPointXYZ a, KxPointXYZ b);
+    /// The Euclidean distance from this point to `p`.
+    float calcDistance(KxPointXYZ p);
+};
+
+/// A point in space with a packed colour, which the library carries and stores but never interprets.
+class KXMATH_EXPORT KxPointXYZRGB {
+public:
+    float x;
+    float y;
+    float z;
+    unsigned int rgb;
+
+    /// A missing point: all coordinates are quiet NaN, the colour is 0.
+    KxPointXYZRGB()
+        : x(std::numeric_limits<float>::quiet_NaN()), y(std::numeric_limits<float>::quiet_NaN()),
+          z(std::numeric_limits<float>::quiet_NaN()), rgb(0) {}
+    KxPointXYZRGB(float x, float y, float z, unsigned int rgb) : x(x), y(y), z(z), rgb(rgb) {}
+    KxPointXYZRGB(const KxPointXYZRGB&) = default;
+    KxPointXYZRGB& operator=(const KxPointXYZRGB&) = default;
+};
+
+static_assert(sizeof(KxPointXY) == 8);
+static_assert(sizeof(KxPointXYZ) == 12);
+static_assert(sizeof(KxPointXYZRGB) == 16);
+
+} // namespace KxMath
+
+// The assignment of KxPointXY keeps it from being trivially copyable in the language's sense;
+// its bytes may be moved all the same.
+Q_DECLARE_TYPEINFO(KxMath::KxPointXY, Q_RELOCATABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxMath::KxPointXYZ, Q_PRIMITIVE_TYPE);
+Q_DECLARE_TYPEINFO(KxMath::KxPointXYZRGB, Q_PRIMITIVE_TYPE);

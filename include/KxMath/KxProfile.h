@@ -1,0 +1,260 @@
+// One laser-line profile with its measurement operations.
+#pragma once
+
+#include "KxInterpolant.h"
+#include "KxMathExport.h"
+#include "KxPointCloud.h"
+#include "KxPrimitives.h"
+
+#include <QtCore/QList>
+#include <QtCore/QRectF>
+#include <QtCore/QString>
+
+namespace KxMath {
+
+/// An ordered run of 2-D points across the laser line: `x` is the position along the line, `y` the measured value.
+///
+/// A profile is a KxPointCloud<KxPointXY> with operations and no fields of its own. The order of the points is that of
+/// the list; nothing keeps a profile sorted, and operations that need an order say so. After toPolar() a point holds
+/// the radius in `x` and the angle in degrees in `y`; the caller keeps track of the form.
+///
+/// Copies are deep. A const profile cannot be copied by construction; assign it to an empty one. Profiles are returned
+/// and passed by value freely, but `QList<KxProfile>` cannot append: keep `std::deque<KxProfile>` with emplace_back()
+/// and an assignment, or pointers.
+///
+/// Windows are counted in points. A window of 0 or below, or one longer than the data, changes nothing unless a
+/// function says otherwise. Where a function writes into the points of `out` by index, `out` must hold at least as many
+/// points as the profile, and may be the profile itself.
+class KXMATH_EXPORT KxProfile : public KxPointCloud<KxPointXY> {
+public:
+    /// An empty profile.
+    KxProfile();
+    /// A profile with the `count` points of a sensor buffer, see copyFromXYPointsBuffer().
+    KxProfile(float* buffer, unsigned short count);
+    /// A deep copy.
+    KxProfile(KxProfile& other);
+    ~KxProfile();
+    /// A deep copy, see KxPointCloud::copyFromPointCloud().
+    KxProfile& operator=(const KxProfile& other);
+
+    /// Appends `count` points from interleaved pairs of floats, x then y. Points already here stay.
+    void copyFromXYPointsBuffer(float* buffer, unsigned short count);
+
+    // Range
+
+    /// The smallest and largest x and y. Of equal values the first counts; the search starts with the first point, and
+    /// a NaN coordinate never wins a comparison (so a NaN in the first point stays). The cached range is not touched.
+    /// @param indices null, or room for four: the positions of the smallest x, largest x, smallest y, largest y
+    /// @return false, nothing written, for an empty profile
+    bool calcRange(float* minX, float* minY, float* maxX, float* maxY, int* indices = nullptr);
+    /// Stores the range of x and y in the cached range.
+    /// @return false, nothing written, for an empty profile
+    bool calcRange();
+    /// The range as a y-up rectangle: its top left corner is (smallest x, largest y) and its height is smallest minus
+    /// largest y, which is zero or negative.
+    /// @return false, nothing written, for an empty profile
+    bool calcRange(QRectF& rect, int* indices);
+
+    // Trimming; each returns the number of points removed
+
+    /// Removes the points outside the bounds. Points on a bound stay, a NaN bound is not applied, and a NaN coordinate
+    /// fails no bound.
+    int trim(float minX, float minY, float maxX, float maxY);
+    /// trim() with the rectangle's x, y, x + width and y + height as they are: the y-up rectangle of calcRange() has
+    /// its y bounds swapped, and removes all points whose y is not equal to both.
+    int trim(QRectF rect);
+    /// Removes the points with y < `level`.
+    int trimLower(float level);
+    /// Removes the points with y > `level`.
+    int trimUpper(float level);
+    int trimY(float minY, float maxY);
+    int trimX(float minX, float maxX);
+
+    // Coordinates, changed in place
+
+    /// Turns each point (x, y) into (radius, angle in degrees, 0 to 360). A NaN x gives the angle 0; so does a NaN y,
+    /// except with x < 0, where the angle is NaN. The radius is NaN in both cases.
+    void toPolar();
+    /// Turns each point (radius, angle in degrees) into (x, y).
+    void toEvklid();
+    /// Adds `angle` degrees to the angles of a profile in polar form, which may then leave 0 to 360. Nothing is touched
+    /// when `angle` is 0.
+    void rotatePolar(float angle);
+    /// Turns the profile about the origin by `angle` degrees, counter-clockwise with y up. Nothing is touched when
+    /// `angle` is 0.
+    void rotateEvklid(float angle);
+    /// Turns the profile about `center` by `angle` degrees. The profile is shifted there and back also for the angle 0.
+    void rotateFixed(float angle, KxPointXY& center);
+
+    // Search and clean-up
+
+    /// The first point at or beyond `x`: from the left the first point in list order with p.x >= x, from the right the
+    /// last one with p.x <= x. Deliberately not the nearest point. The search is made when `x` is within the largest
+    /// (smallest) x, which is that of the last (first) point after sorting by x.
+    /// @return its position, -1 when there is none
+    int findNearestToX(float x, bool fromRight);
+    /// The same, copying the point.
+    /// @return false, `point` unchanged, when there is none
+    bool findNearestToX(float x, KxPointXY& point, bool fromRight);
+
+    /// Removes all points whose x equals that of an earlier point, whatever their y. NaN equals nothing.
+    /// @return the number of points removed
+    int removeDuplicates();
+
+    /// The centre of the bounding box, see calcCenterPoint(); NaN for an empty profile.
+    float calcCenterX();
+    float calcCenterY();
+    /// See KxLine::calcFromPointCloud().
+    bool calcLine(KxLine& line);
+    /// See KxCircle::calcFromPointCloud().
+    bool calcCircle(KxCircle& circle);
+
+    // Filters
+
+    /// Causal smoothing of y with 20 taps. The tap of the current point is 0, but it is multiplied: a NaN shows at its
+    /// own point too. Looks only backwards, so the curve lags by 10 points; the first 20 points are copied. A point
+    /// more than `maxStep` in x beyond the one before is not smoothed (NaN: no limit). Fewer than 20 points: nothing
+    /// happens. Writes x and y of `out` by index.
+    void kihFilter20(KxProfile& out, float maxStep);
+    /// kihFilter20() in place.
+    void kihFilter20(float maxStep);
+
+    /// Moving average of y in place: the mean of `window` points from i on is written to the point i + `window` / 2.5
+    /// (rounded down), and later windows see it. A window of 0 makes every y NaN (the mean of nothing).
+    void wndFilter(int window);
+
+    /// Writes to y of point i of `out` the y of the middle position of the `window` points from i on, ordered by x.
+    /// Deliberately ordered by x and not by y: on a profile ordered by x this is a shift by half a window. The last
+    /// `window` points of `out` keep their y.
+    void medFilt(KxProfile& out, int window, int ignored);
+
+    /// Windowed slope: of each `window` points of `out`, the sum of y of the later half minus that of the earlier half,
+    /// divided by the same of x, is written to y of the window's first point. Needs window + 2 points; the number of
+    /// points is that of this profile. A difference of 0 in x gives an infinity or NaN.
+    void diffFilt(KxProfile& out, int window);
+
+    /// Removes narrow spikes from `out`: runs that start at a second difference of y above `threshold` and are at most
+    /// `maxWidth` wide in x. Needs 6 points.
+    /// @return true when points were removed
+    bool splashFilter(KxProfile& out, float threshold, float maxWidth);
+
+    /// splashFilter() on the radius over the angle about a circle fitted to `out`. `maxWidth` is an arc length and
+    /// `radius` the nominal radius that turns it into an angle. `out` comes back ordered by angle. Where no circle can
+    /// be fitted all coordinates of `out` become NaN.
+    /// @return true when points were removed
+    bool splashFilterPolar(KxProfile& out, float radius, float threshold, float maxWidth);
+
+    /// Window filter on the radius about a circle fitted to `out`. For the window at each point: radii further than
+    /// `maxDeviation` from the mean are replaced by the mean of the others, which the point `offset` further on takes
+    /// too; windows wrap at the end. Deliberately, all points are turned back into Cartesian form after each window and
+    /// the next window works on those. A window of 0 writes NaN. An index beyond the end even after wrapping once is
+    /// not written.
+    void wndFilterPolar(KxProfile& out, float maxDeviation, int window, int offset);
+
+    /// Drops noisy stretches: of successive windows those stay in which at most `maxJumps` neighbours differ in y by
+    /// more than `threshold` (the jump behind the last point counts too). The last window is dropped when it is
+    /// incomplete or ends at the last point. A window longer than the profile empties it.
+    void removeNoise(int window, int maxJumps, float threshold, float ignored);
+
+    /// Keeps the points strictly below the line; points on it and NaN points go.
+    void removeHighLevel(KxLine line);
+    /// Keeps the points strictly above the line; points on it and NaN points go.
+    void removeLowLevel(KxLine line);
+
+    /// Removes straight stretches. The profile is sorted by x and cut where neighbours are more than `maxGap` apart,
+    /// into at most `maxParts` parts; what follows them is dropped, and so is the last point of the profile. Parts stay
+    /// that have more than `minPoints` points and an absolute correlation below `maxCorrelation`. Nothing happens for
+    /// `maxParts` of 1 or below.
+    void removeLineParts(int maxParts, float maxCorrelation, float maxGap, int minPoints);
+
+    // CSV files: one point per line, "x;y", decimal comma, 6 significant digits
+
+    /// Writes the points to a text file, replacing an existing one.
+    /// @return false when the file could not be opened. A full disk is not told: check the file where that matters
+    bool writeToCSVFile(QString fileName);
+    /// Replaces the points by those of a text file: fields between semicolons, decimal comma or point, columns counted
+    /// from 0. The data end at the first empty line. Lines with too few fields are skipped; a field that is no number
+    /// (as QString::toDouble() reads it) is 0.
+    /// @return the number of points afterwards; when the file could not be opened, that of the unchanged profile
+    int readFromCSVFile(QString fileName, int xColumn, int yColumn);
+
+    // Calculus of y(x)
+
+    /// The least-squares polynomial through all points: `coeffs` receives `degree` + 1 coefficients, that of x^0 first.
+    /// Normal equations in double precision without pivoting.
+    /// @param degree 0 to 50
+    /// @return false, `coeffs` unspecified, when a pivot is below 1e-100 (an empty profile) or `degree` is out of range
+    bool calcPolynomCoeffs(int degree, double* coeffs);
+    /// Replaces every y by the value of that polynomial.
+    /// @return false, nothing changed, when there are no coefficients
+    bool polynomFit(int degree);
+
+    /// The slopes between neighbours, n - 1 points. Deliberately swapped: each point holds the slope in `x` and the
+    /// position of the earlier neighbour in `y`.
+    KxProfile derivative();
+
+    /// The x at which y has changed its sign, that of the point after the change. A y of exactly 0 is no sign and hides
+    /// the change across it.
+    /// @param xs room for n - 1 values
+    /// @return the number of changes
+    int findZeros(float* const xs);
+
+    /// Pearson's correlation coefficient of x and y. NaN or infinite for no points and for a constant x or y.
+    float calcCorrelation();
+
+    /// The area under y(x) between the x of two points. `plain`, or at most 4 points between: trapezoids in list order,
+    /// each of positive width. Otherwise trapezoids over Akima samples (interpolate()) with a step of 0.01 that is
+    /// halved until two values differ by at most 0.005, at most 20 times; where a step is too small to advance in x,
+    /// the value of the step before it is returned, NaN when there was none.
+    float integral(int fromIndex, int toIndex, bool plain);
+
+    /// The value at `x` of a profile ordered by x, on the line through the two neighbours; beyond the ends on that
+    /// through the last two, as long as its slope is at most 1.
+    /// @param maxDistance NaN is returned when the neighbours are further than this from `x` or from each other; NaN
+    ///        means no limit, except for a profile of one point, for which it gives NaN
+    /// @param segment null, or receives the index of the left neighbour, -1 before the first point, n - 1 behind the
+    ///        last; not written for fewer than 2 points and when a point has exactly this x
+    float calcY(float x, float maxDistance, int* segment);
+
+    /// Resamples the profile with an interpolant, see KxInterpolant::generatePointCloud(). Points are sorted by x and
+    /// equal x removed first; that is what stays when `step` is not positive or nothing can be built (fewer than 3
+    /// different x, another type than Akima).
+    /// @return the number of points afterwards
+    int interpolate(float step, float from, float to, _KxInterpolantType_ type);
+
+    // Features; the points stay as they are
+
+    /// The first step of the level in list order: a position c whose neighbours see windowed differences (the `window`
+    /// points after minus those before) beyond `threshold` with opposite signs. A ridge or a groove is such a step, a
+    /// single change between two levels is not.
+    /// @return -1 when there is none, for fewer than 2 * `window` points, and for a window of 0 or below
+    int calcCutPoint(int window, float threshold);
+
+    /// All steps of the level of a profile ordered by x. Each search starts behind the step found before.
+    /// @param cutPoints emptied, then receives the points
+    /// @param indices not emptied; receives the sum of the positions found in the single searches. Deliberately, each
+    ///        search starts one further than that sum says, so that entries after the first are too small by 1 per step
+    ///        before them
+    /// @return the number of steps
+    int detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int window, float threshold);
+
+    /// The top of a weld: the points at most 0.9 below the highest one.
+    /// @param line its `b` receives the lowest y of them, `k` is not written
+    /// @param centerX receives the middle of their range of x
+    /// @return false, nothing written, for fewer than 5 such points
+    bool detectWeld(KxLine& line, float* centerX);
+
+    /// A circle through the points at least 1.0 above the lowest one, see KxCircle::calcFromPointCloud().
+    bool detectCircle(KxCircle& circle);
+
+    /// The extent of the cached range as the smallest bounding rectangle. The search over 180 / `angleStep` rotations
+    /// reads the cached width each time, which no rotation changes, so that the angle is 0; it is the last one tried
+    /// when that width is unknown even after calculating the range (no points, NaN coordinates). Width and height are
+    /// NaN when the range was never set. An `angleStep` of NaN, 0 or below gives NaN for all three.
+    void calcRect(float* width, float* height, float* angle, float angleStep);
+    /// The corners of that rectangle about calcCenterPoint(), which fills an unknown range: lower left, upper left,
+    /// upper right, lower right. `corners` is replaced, `angle` may be null.
+    void calcRect(KxPointCloud<KxPointXY>& corners, float* angle, float angleStep);
+};
+
+} // namespace KxMath

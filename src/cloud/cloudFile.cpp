@@ -1,0 +1,195 @@
+// Cloud sections in files.
+#include "KxMath/KxPointCloud.h"
+
+#include "io/binaryIo.h"
+
+#include <type_traits>
+
+namespace KxMath {
+
+namespace {
+
+/// How a section of points of one type begins.
+template <typename Point>
+struct Section;
+
+template <>
+struct Section<KxPointXY> {
+    static constexpr quint8 kType = 2;
+    using Count = quint16; // deliberately narrow: larger clouds are written with their count modulo 65536
+};
+
+template <>
+struct Section<KxPointXYZ> {
+    static constexpr quint8 kType = 3;
+    using Count = quint32;
+};
+
+template <>
+struct Section<KxPointXYZRGB> {
+    static constexpr quint8 kType = 4;
+    using Count = quint32;
+};
+
+template <typename Point>
+bool writeSection(QFile& file, const QList<Point>& points) {
+    using Count = typename Section<Point>::Count;
+    return detail::writeUnsigned(file, Section<Point>::kType) &&
+           detail::writeUnsigned(file, static_cast<Count>(points.size())) && detail::writeRecords(file, points);
+}
+
+template <typename Cloud>
+bool writeFile(Cloud& cloud, const QString& name) {
+    QFile file(name);
+    if (!detail::openForWriting(file)) {
+        return false;
+    }
+    const bool isWritten = cloud.writeToFile(file);
+    return detail::closeWritten(file) && isWritten;
+}
+
+template <typename Cloud>
+int readFile(Cloud& cloud, const QString& name) {
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    return cloud.readFromFile(file);
+}
+
+bool writeByte(QFile& file, unsigned char byte) {
+    return detail::writeUnsigned<quint8>(file, byte);
+}
+
+bool readByte(QFile& file, unsigned char expected) {
+    quint8 byte = 0;
+    return detail::readUnsigned(file, byte) && byte == expected;
+}
+
+} // namespace
+
+// KxPointCloud<KxPointXY>
+
+bool KxPointCloud<KxPointXY>::writeToFile(QFile& f) {
+    return writeSection(f, points);
+}
+
+bool KxPointCloud<KxPointXY>::writeToFile(QString name) {
+    return writeFile(*this, name);
+}
+
+int KxPointCloud<KxPointXY>::readFromFile(QFile& f) {
+    clear();
+    return detail::readOrRewind(f, [&] {
+        Section<KxPointXY>::Count count = 0;
+        const auto widen = [&](KxPointXY& p) { updateRange(p); };
+        if (!readMarker(f, Section<KxPointXY>::kType) || !detail::readUnsigned(f, count) ||
+            !detail::readRecords(f, count, points, widen)) {
+            return -1;
+        }
+        return static_cast<int>(count);
+    });
+}
+
+int KxPointCloud<KxPointXY>::readFromFile(QString name) {
+    return readFile(*this, name);
+}
+
+bool KxPointCloud<KxPointXY>::writeMarker(QFile& f, unsigned char m) {
+    return writeByte(f, m);
+}
+
+bool KxPointCloud<KxPointXY>::readMarker(QFile& f, unsigned char m) {
+    return readByte(f, m);
+}
+
+// KxPointCloud<KxPointXYZ>
+
+bool KxPointCloud<KxPointXYZ>::writeToFile(QFile& f) {
+    return writeSection(f, points);
+}
+
+bool KxPointCloud<KxPointXYZ>::writeToFile(QString name) {
+    return writeFile(*this, name);
+}
+
+int KxPointCloud<KxPointXYZ>::readFromFile(QFile& f) {
+    clear();
+    zIndexBuilt = 0;
+    return detail::readOrRewind(f, [&] {
+        Section<KxPointXYZ>::Count count = 0;
+        const auto widen = [&](KxPointXYZ& p) { updateRange(p); };
+        if (!readMarker(f, Section<KxPointXYZ>::kType) || !detail::readUnsigned(f, count) ||
+            !detail::readRecords(f, count, points, widen)) {
+            return -1;
+        }
+        return static_cast<int>(count);
+    });
+}
+
+int KxPointCloud<KxPointXYZ>::readFromFile(QString name) {
+    return readFile(*this, name);
+}
+
+bool KxPointCloud<KxPointXYZ>::writeMarker(QFile& f, unsigned char m) {
+    return writeByte(f, m);
+}
+
+bool KxPointCloud<KxPointXYZ>::readMarker(QFile& f, unsigned char m) {
+    return readByte(f, m);
+}
+
+bool KxPointCloud<KxPointXYZ>::compat_writeToXYZFile(QString name) {
+    struct Record {
+        float x, y, z, zero;
+    };
+    QFile file(name);
+    if (!detail::openForWriting(file)) {
+        return false;
+    }
+    QList<Record> records;
+    records.reserve(points.size());
+    for (const KxPointXYZ& p : std::as_const(points)) {
+        records.append({p.x, p.y, p.z, 0.0f});
+    }
+    const bool isWritten = detail::writeRecords(file, records);
+    return detail::closeWritten(file) && isWritten;
+}
+
+// KxPointCloud<KxPointXYZRGB>
+
+bool KxPointCloud<KxPointXYZRGB>::writeToFile(QFile& f) {
+    return writeSection(f, points);
+}
+
+bool KxPointCloud<KxPointXYZRGB>::writeToFile(QString name) {
+    return writeFile(*this, name);
+}
+
+int KxPointCloud<KxPointXYZRGB>::readFromFile(QFile& f) {
+    clear();
+    zIndexBuilt = 0;
+    return detail::readOrRewind(f, [&] {
+        Section<KxPointXYZRGB>::Count count = 0;
+        const auto widen = [&](KxPointXYZRGB& p) { updateRange(p); };
+        if (!readMarker(f, Section<KxPointXYZRGB>::kType) || !detail::readUnsigned(f, count) ||
+            !detail::readRecords(f, count, points, widen)) {
+            return -1;
+        }
+        return static_cast<int>(count);
+    });
+}
+
+int KxPointCloud<KxPointXYZRGB>::readFromFile(QString name) {
+    return readFile(*this, name);
+}
+
+bool KxPointCloud<KxPointXYZRGB>::writeMarker(QFile& f, unsigned char m) {
+    return writeByte(f, m);
+}
+
+bool KxPointCloud<KxPointXYZRGB>::readMarker(QFile& f, unsigned char m) {
+    return readByte(f, m);
+}
+
+} // namespace KxMath

@@ -1,0 +1,104 @@
+// Moving, scaling and turning clouds.
+#include "KxMath/KxPointCloud.h"
+
+#include "numeric/angles.h"
+
+#include <cmath>
+
+namespace KxMath {
+
+namespace {
+
+/// Adds `offset` to one coordinate of all points. An offset of exactly 0 touches nothing, so that NaN stays NaN.
+template <typename Point>
+void shiftCoordinate(QList<Point>& points, float Point::*coordinate, float offset) {
+    if (offset == 0.0f || points.isEmpty()) {
+        return;
+    }
+    for (Point& p : points) {
+        p.*coordinate += offset;
+    }
+}
+
+template <typename Point>
+void scaleCoordinate(QList<Point>& points, float Point::*coordinate, float factor) {
+    if (factor == 1.0f || points.isEmpty()) {
+        return;
+    }
+    for (Point& p : points) {
+        p.*coordinate *= factor;
+    }
+}
+
+/// Turns all points by `deg` degrees in the plane of two coordinates, from +first towards +second.
+void rotateInPlane(QList<KxPointXYZ>& points, float KxPointXYZ::*first, float KxPointXYZ::*second, float deg) {
+    if (points.isEmpty()) {
+        return;
+    }
+    for (KxPointXYZ& p : points) {
+        const float a = p.*first;
+        const float b = p.*second;
+        const float radius = detail::polarRadius(a, b);
+        const float angle = detail::polarAngleDeg(a, b) + deg;
+        const float rad = detail::toRadians(angle);
+        p.*first = detail::cosF(rad) * radius;
+        p.*second = detail::sinF(rad) * radius;
+    }
+}
+
+bool isTurn(float deg) {
+    return deg != 0.0f && !std::isnan(deg);
+}
+
+} // namespace
+
+void KxPointCloud<KxPointXY>::shift(float dx, float dy, float) {
+    shiftCoordinate(points, &KxPointXY::x, dx);
+    shiftCoordinate(points, &KxPointXY::y, dy);
+}
+
+void KxPointCloud<KxPointXY>::resize(float sx, float sy, float) {
+    scaleCoordinate(points, &KxPointXY::x, sx);
+    scaleCoordinate(points, &KxPointXY::y, sy);
+}
+
+void KxPointCloud<KxPointXYZ>::shift(float dx, float dy, float dz) {
+    shiftCoordinate(points, &KxPointXYZ::x, dx);
+    shiftCoordinate(points, &KxPointXYZ::y, dy);
+    shiftCoordinate(points, &KxPointXYZ::z, dz);
+}
+
+void KxPointCloud<KxPointXYZRGB>::shift(float dx, float dy, float dz) {
+    shiftCoordinate(points, &KxPointXYZRGB::x, dx);
+    shiftCoordinate(points, &KxPointXYZRGB::y, dy);
+    shiftCoordinate(points, &KxPointXYZRGB::z, dz);
+}
+
+void KxPointCloud<KxPointXYZ>::rotateXY(float deg) {
+    rotateInPlane(points, &KxPointXYZ::x, &KxPointXYZ::y, deg);
+    zIndexBuilt = 0;
+}
+
+void KxPointCloud<KxPointXYZ>::rotateXZ(float deg) {
+    rotateInPlane(points, &KxPointXYZ::x, &KxPointXYZ::z, deg);
+    zIndexBuilt = 0;
+}
+
+void KxPointCloud<KxPointXYZ>::rotateYZ(float deg) {
+    rotateInPlane(points, &KxPointXYZ::y, &KxPointXYZ::z, deg);
+    zIndexBuilt = 0;
+}
+
+void KxPointCloud<KxPointXYZ>::rotate(float degXY, float degXZ, float degYZ) {
+    if (isTurn(degXY)) {
+        rotateXY(degXY);
+    }
+    if (isTurn(degXZ)) {
+        rotateXZ(degXZ);
+    }
+    if (isTurn(degYZ)) {
+        rotateYZ(degYZ);
+    }
+}
+
+} // namespace KxMath

@@ -1,0 +1,107 @@
+// Little-endian fields and records over QFile.
+#pragma once
+
+#include <QtCore/QFile>
+#include <QtCore/QList>
+#include <QtCore/QtEndian>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace KxMath::detail {
+
+/// Reads up to `size` bytes and returns how many arrived; only the end of the data or an error makes them fewer.
+qint64 readBytes(QFile& file, char* data, qint64 size);
+
+/// Writes `size` bytes. @return true when all were taken
+bool writeBytes(QFile& file, const char* data, qint64 size);
+
+/// Opens a file for writing, replacing an existing one. @return true when it is open
+bool openForWriting(QFile& file);
+
+/// Closes a file that was written. @return true when no data were lost, those buffered until now included
+bool closeWritten(QFile& file);
+
+/// Calls the reader with the position remembered: on -1 the device is put back to where it stood.
+template <typename Read>
+int readOrRewind(QFile& file, Read read) {
+    const qint64 start = file.pos();
+    const int result = read();
+    if (result < 0) {
+        file.seek(start);
+    }
+    return result;
+}
+
+/// Reads one unsigned integer. @return false when bytes were missing
+template <typename Unsigned>
+bool readUnsigned(QFile& file, Unsigned& value) {
+    std::array<char, sizeof(Unsigned)> bytes;
+    if (readBytes(file, bytes.data(), sizeof(Unsigned)) != static_cast<qint64>(sizeof(Unsigned))) {
+        return false;
+    }
+    value = qFromLittleEndian<Unsigned>(bytes.data());
+    return true;
+}
+
+template <typename Unsigned>
+bool writeUnsigned(QFile& file, Unsigned value) {
+    std::array<char, sizeof(Unsigned)> bytes;
+    qToLittleEndian(value, bytes.data());
+    return writeBytes(file, bytes.data(), sizeof(Unsigned));
+}
+
+/// Turns records of 32-bit fields between little-endian and the host's order, in place.
+inline void swapFieldsUnlessLittleEndian([[maybe_unused]] char* data, [[maybe_unused]] qint64 size) {
+    if constexpr (Q_BYTE_ORDER != Q_LITTLE_ENDIAN) {
+        for (qint64 at = 0; at + 4 <= size; at += 4) {
+            std::swap(data[at], data[at + 3]);
+            std::swap(data[at + 1], data[at + 2]);
+        }
+    }
+}
+
+/// Reads `claimed` records of 32-bit fields and appends them to `records`, calling `visit` with each. Memory follows
+/// the bytes that arrive, whatever is claimed. @return true when all claimed records were complete
+template <typename Record, typename Visit>
+bool readRecords(QFile& file, quint32 claimed, QList<Record>& records, Visit visit) {
+    constexpr qint64 kRecordSize = sizeof(Record);
+    constexpr qint64 kChunkRecords = 65536 / kRecordSize;
+    const qint64 there = std::min<qint64>(claimed, file.bytesAvailable() / kRecordSize);
+    records.reserve(records.size() + std::max<qint64>(there, 0));
+    alignas(Record) char chunk[kChunkRecords * kRecordSize];
+    for (qint64 missing = claimed; missing > 0;) {
+        const qint64 wanted = std::min(missing, kChunkRecords);
+        const qint64 arrived = readBytes(file, chunk, wanted * kRecordSize) / kRecordSize;
+        swapFieldsUnlessLittleEndian(chunk, arrived * kRecordSize);
+        for (qint64 i = 0; i < arrived; ++i) {
+            Record record;
+            std::memcpy(static_cast<void*>(&record), chunk + i * kRecordSize, kRecordSize);
+            visit(record);
+            records.append(record);
+        }
+        if (arrived < wanted) {
+            return false;
+        }
+        missing -= arrived;
+    }
+    return true;
+}
+
+/// Writes all records of 32-bit fields. @return false when a write was short; what was written stays
+template <typename Record>
+bool writeRecords(QFile& file, const QList<Record>& records) {
+    constexpr qint64 kRecordSize = sizeof(Record);
+    const char* const data = reinterpret_cast<const char*>(records.constData());
+    const qint64 size = records.size() * kRecordSize;
+    if constexpr (Q_BYTE_ORDER == Q_LITTLE_ENDIAN) {
+        return size == 0 || writeBytes(file, data, size);
+    } else {
+        QByteArray swapped(data, size);
+        swapFieldsUnlessLittleEndian(swapped.data(), size);
+        return size == 0 || writeBytes(file, swapped.constData(), size);
+    }
+}
+
+} // namespace KxMath::detail

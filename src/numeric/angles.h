@@ -1,0 +1,63 @@
+// Angles between degrees, radians and coordinates, rounded the same way everywhere.
+#pragma once
+
+#include <cmath>
+
+namespace KxMath::detail {
+
+/// Pi as all angle conversions of the library take it: the 32-bit float nearest to it, 3.1415927410125732.
+inline constexpr float kPiF = 3.14159274101257324219f;
+inline constexpr double kPi = static_cast<double>(kPiF);
+
+/// Radians of an angle in degrees, calculated in double precision and rounded once.
+inline float toRadians(float deg) {
+    return static_cast<float>(static_cast<double>(deg) * kPi / 180.0);
+}
+
+/// The arc tangent rounded to a float. In double precision first, so that the result does not depend on how well a
+/// platform rounds its single-precision function.
+inline float atanF(float v) {
+    return static_cast<float>(std::atan(static_cast<double>(v)));
+}
+
+inline float cosF(float rad) {
+    return static_cast<float>(std::cos(static_cast<double>(rad)));
+}
+
+inline float sinF(float rad) {
+    return static_cast<float>(std::sin(static_cast<double>(rad)));
+}
+
+/// The polar angle of (a, b) in degrees, 0 to 360, the quotient and its arc tangent each rounded to a float.
+/// A NaN a gives 0; a NaN b gives 0 except with a < 0, where the angle is NaN.
+inline float polarAngleDeg(float a, float b) {
+    if (a < 0.0f) {
+        return static_cast<float>(180.0 + static_cast<double>(atanF(b / a)) * 180.0 / kPi);
+    }
+    if (a > 0.0f) {
+        if (b >= 0.0f) {
+            return static_cast<float>(static_cast<double>(atanF(b / a)) * 180.0 / kPi);
+        }
+        if (b < 0.0f) {
+            return static_cast<float>(static_cast<double>(atanF(b / a)) * 180.0 / kPi + 360.0);
+        }
+        return 0.0f; // NaN
+    }
+    if (a == 0.0f) {
+        if (b > 0.0f) {
+            return 90.0f;
+        }
+        if (b < 0.0f) {
+            return 270.0f;
+        }
+    }
+    return 0.0f; // the origin, or NaN
+}
+
+/// The distance of (a, b) from the origin, the sum of squares rounded before the root.
+inline float polarRadius(float a, float b) {
+    const float sum = b * b + a * a;
+    return std::sqrt(sum);
+}
+
+} // namespace KxMath::detail

@@ -1,0 +1,189 @@
+// Slope, sign changes, correlation, area and value of y(x).
+#include "KxMath/KxProfile.h"
+
+#include "geometry/lineFit.h"
+#include "numeric/bounds.h"
+#include "profile/correlation.h"
+#include "profile/sampling.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace KxMath {
+
+using detail::kNaN;
+
+namespace {
+
+/// The area between two points, positive whatever their order in x.
+float trapezoid(const KxPointXY& a, const KxPointXY& b) {
+    return (a.y + b.y) * std::abs(b.x - a.x) * 0.5f;
+}
+
+float trapezoidSum(const QList<KxPointXY>& points) {
+    float sum = 0.0f;
+    for (qsizetype i = 0; i + 1 < points.size(); ++i) {
+        sum += trapezoid(points[i], points[i + 1]);
+    }
+    return sum;
+}
+
+/// The area under the spline, from samples `step` apart; nothing when the step is too small to reach the end.
+std::optional<float> sampledArea(const KxInterpolant& spline, float step) {
+    float sum = 0.0f;
+    std::optional<KxPointXY> previous;
+    const bool isComplete = detail::forEachSample(spline, step, kNaN, kNaN, [&](const KxPointXY& p) {
+        if (previous) {
+            sum += trapezoid(*previous, p);
+        }
+        previous.emplace(p);
+    });
+    return isComplete ? std::optional<float>(sum) : std::nullopt;
+}
+
+/// The area under the Akima spline through `profile`, with a step that is halved until the area settles.
+float refinedArea(KxProfile& profile) {
+    constexpr float kFirstStep = 0.01f;
+    constexpr float kTolerance = 0.005f;
+    constexpr int kMaxHalvings = 20;
+    profile.removeDuplicates();
+    profile.sort(KxSortAscending, KxSortAscending);
+    const KxInterpolant spline(profile, Akima);
+    if (spline.count < 1) {
+        // With nothing to sample the points are what is summed, round after round.
+        return trapezoidSum(profile.points);
+    }
+    float area = kNaN;
+    float step = kFirstStep;
+    for (int halvings = 0; halvings <= kMaxHalvings; ++halvings, step *= 0.5f) {
+        const std::optional<float> refined = sampledArea(spline, step);
+        if (!refined) {
+            break; // a smaller step does not reach the end either
+        }
+        const float difference = std::abs(area - *refined);
+        area = *refined;
+        if (difference <= kTolerance) { // NaN: false, as in the first round
+            break;
+        }
+    }
+    return area;
+}
+
+/// The value at `x` on the line through two neighbours. `isBetween` is false where the profile has to be continued
+/// beyond an end.
+float valueAt(float x, const KxPointXY& first, const KxPointXY& second, bool isBetween, float maxDistance) {
+    if (first.x == second.x) {
+        if (std::abs(first.x - x) > maxDistance) { // NaN: false, no limit
+            return kNaN;
+        }
+        return (first.y + second.y) * 0.5f;
+    }
+    const bool isFalling = first.x > second.x;
+    const KxPointXY pair[2] = {isFalling ? second : first, isFalling ? first : second};
+    if (std::abs(pair[1].x - pair[0].x) > maxDistance || std::abs(pair[0].x - x) > maxDistance ||
+        std::abs(pair[1].x - x) > maxDistance) { // NaN: false, no limit
+        return kNaN;
+    }
+    KxLine line;
+    detail::fitLine(pair, pair + 2, line);
+    constexpr float kMaxOuterSlope = 1.0f;
+    if (!isBetween && !(std::abs(line.k) <= kMaxOuterSlope)) {
+        return kNaN;
+    }
+    return line.y(x);
+}
+
+} // namespace
+
+float detail::correlation(QList<KxPointXY>::const_iterator begin, QList<KxPointXY>::const_iterator end) {
+    double sx = 0.0;
+    double sy = 0.0;
+    double sxx = 0.0;
+    double syy = 0.0;
+    double sxy = 0.0;
+    for (auto p = begin; p != end; ++p) {
+        const double x = static_cast<double>(p->x);
+        const double y = static_cast<double>(p->y);
+        sx += x;
+        sy += y;
+        sxx += x * x;
+        syy += y * y;
+        sxy += x * y;
+    }
+    const double n = static_cast<double>(end - begin);
+    const double mx = sx / n;
+    const double my = sy / n;
+    return static_cast<float>(((sxy / n - mx * my) / std::sqrt(syy / n - my * my)) / std::sqrt(sxx / n - mx * mx));
+}
+
+KxProfile KxProfile::derivative() {
+    KxProfile slopes;
+    const QList<KxPointXY>& list = points;
+    for (qsizetype i = 0; i + 1 < list.size(); ++i) {
+        const float slope = (list[i + 1].y - list[i].y) / (list[i + 1].x - list[i].x);
+        // Deliberately swapped: the slope is the first coordinate, the position the second.
+        slopes.points.append(KxPointXY(slope, list[i].x));
+    }
+    return slopes;
+}
+
+int KxProfile::findZeros(float* const xs) {
+    const QList<KxPointXY>& list = points;
+    int count = 0;
+    for (qsizetype i = 1; i < list.size(); ++i) {
+        const float previous = list[i - 1].y;
+        const float current = list[i].y;
+        // Deliberately strict: a y of exactly 0 is no sign and hides the change across it.
+        if ((current > 0.0f && previous < 0.0f) || (current < 0.0f && previous > 0.0f)) {
+            xs[count] = list[i].x;
+            ++count;
+        }
+    }
+    return count;
+}
+
+float KxProfile::calcCorrelation() {
+    return detail::correlation(points.constBegin(), points.constEnd());
+}
+
+float KxProfile::integral(int fromIndex, int toIndex, bool plain) {
+    const float from = std::as_const(points)[fromIndex].x;
+    const float to = std::as_const(points)[toIndex].x;
+    KxProfile between(*this);
+    between.trim(from, kNaN, to, kNaN);
+    constexpr int kMaxPlainPoints = 4;
+    if (plain || between.size() <= kMaxPlainPoints) {
+        return trapezoidSum(between.points);
+    }
+    return refinedArea(between);
+}
+
+float KxProfile::calcY(float x, float maxDistance, int* segment) {
+    const QList<KxPointXY>& list = points;
+    const qsizetype n = list.size();
+    if (n == 0) {
+        return kNaN;
+    }
+    if (n == 1) {
+        return std::abs(list[0].x - x) <= maxDistance ? list[0].y : kNaN; // NaN: false
+    }
+    qsizetype beyond = 0;
+    for (; beyond < n; ++beyond) {
+        if (list[beyond].x == x) {
+            return list[beyond].y;
+        }
+        if (x < list[beyond].x) { // NaN: false
+            break;
+        }
+    }
+    const qsizetype left = beyond - 1; // -1 before the first point, n - 1 behind the last
+    if (segment != nullptr) {
+        *segment = static_cast<int>(left);
+    }
+    const bool isBetween = left >= 0 && left < n - 1;
+    const qsizetype first = std::clamp<qsizetype>(left, 0, n - 2);
+    return valueAt(x, list[first], list[first + 1], isBetween, maxDistance);
+}
+
+} // namespace KxMath

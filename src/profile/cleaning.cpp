@@ -1,0 +1,93 @@
+// Removal of noisy stretches, of straight stretches, and of what lies beyond a line.
+#include "KxMath/KxProfile.h"
+
+#include "cloud/compaction.h"
+#include "profile/correlation.h"
+
+#include <cmath>
+
+namespace KxMath {
+
+namespace {
+
+/// How many of the `window` points from `begin` on differ in y from their successor by more than `threshold`. The last
+/// one is compared with the point behind the window.
+int countJumps(const KxPointXY* begin, qsizetype window, float threshold) {
+    int jumps = 0;
+    for (qsizetype k = 0; k < window; ++k) {
+        if (std::abs(begin[k].y - begin[k + 1].y) > threshold) { // NaN: false
+            ++jumps;
+        }
+    }
+    return jumps;
+}
+
+/// The points up to the largest gap-free end, as positions: a part of a profile ordered by x.
+struct Part {
+    qsizetype begin;
+    qsizetype end;
+};
+
+/// Cuts `points` where neighbours are more than `maxGap` apart. The last point belongs to no part, and points behind
+/// the last part are dropped.
+QList<Part> cutAtGaps(const QList<KxPointXY>& points, int maxParts, float maxGap) {
+    QList<Part> parts;
+    qsizetype begin = 0;
+    const qsizetype last = points.size() - 1;
+    for (qsizetype i = 0; i < last; ++i) {
+        if (KxPointXY::calcDistance(points[i], points[i + 1]) > maxGap) { // NaN: false
+            parts.append({begin, i + 1});
+            begin = i + 1;
+            if (parts.size() >= maxParts) {
+                return parts;
+            }
+        }
+    }
+    parts.append({begin, std::max(begin, last)});
+    return parts;
+}
+
+} // namespace
+
+void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
+    if (window <= 0) {
+        return;
+    }
+    const qsizetype n = points.size();
+    QList<KxPointXY> kept;
+    kept.reserve(n);
+    const KxPointXY* const data = points.constData();
+    // Deliberately i + window < n: a window that is incomplete or ends at the last point is dropped.
+    for (qsizetype i = 0; i + window < n; i += window) {
+        if (countJumps(data + i, window, threshold) <= maxJumps) {
+            kept.append(points.constBegin() + i, points.constBegin() + i + window);
+        }
+    }
+    points = kept;
+}
+
+void KxProfile::removeHighLevel(KxLine line) {
+    detail::keepIf(points, [&](const KxPointXY& p) { return p.y < p.x * line.k + line.b; }); // NaN goes
+}
+
+void KxProfile::removeLowLevel(KxLine line) {
+    detail::keepIf(points, [&](const KxPointXY& p) { return p.y > p.x * line.k + line.b; }); // NaN goes
+}
+
+void KxProfile::removeLineParts(int maxParts, float maxCorrelation, float maxGap, int minPoints) {
+    if (maxParts <= 1) {
+        return;
+    }
+    sort(KxSortAscending, KxSortAscending);
+    QList<KxPointXY> kept;
+    for (const Part& part : cutAtGaps(points, maxParts, maxGap)) {
+        const auto begin = points.constBegin() + part.begin;
+        const auto end = points.constBegin() + part.end;
+        if (end - begin > minPoints && std::abs(detail::correlation(begin, end)) < maxCorrelation) { // NaN: false
+            kept.append(begin, end);
+        }
+    }
+    points = kept;
+}
+
+} // namespace KxMath

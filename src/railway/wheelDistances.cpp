@@ -1,0 +1,112 @@
+// Distances across the wheel pairs of a train.
+#include "KxMath/KxMetro.h"
+
+#include "numeric/angles.h"
+#include "railway/recordings.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QSettings>
+
+#include <cmath>
+
+namespace KxMath {
+
+namespace {
+
+using detail::Recording;
+
+/// One side of the track: the recording and the lines of its sensor.
+struct Side {
+    Recording recording;
+    KxLine reference;
+    KxLine level;
+};
+
+/// The group of the keys of the sensor with a serial number; without one the keys stand in no group.
+QString sensorGroup(QSettings& settings, int serial) {
+    for (const int sensor : {1, 2}) {
+        if (serial == settings.value(detail::sensorKey(sensor, "SN"), 0).toInt()) {
+            return QStringLiteral("SENSOR%1").arg(sensor);
+        }
+    }
+    return {};
+}
+
+Side readSide(QSettings& settings, const QString& fileName) {
+    const Recording recording(fileName);
+    const QString group = sensorGroup(settings, recording.serial);
+    return {
+        recording, detail::readLine(settings, group + QStringLiteral("/k2"), 0.0f, group + QStringLiteral("/b2"), 0.0f),
+        detail::readLine(settings, group + QStringLiteral("/level_k"), 0.0f, group + QStringLiteral("/level_b"), 0.0f)};
+}
+
+/// Reads one profile of a wheel and cuts it at the level line.
+void readBelowLevel(const Side& side, int wheel, int number, KxProfile& profile) {
+    profile.clear(); // a file that cannot be opened leaves the points alone
+    profile.readFromFile(side.recording.wheelFile(wheel, number));
+    profile.removeHighLevel(side.level);
+}
+
+/// Reads the profile of a wheel that keeps the most points below the level line, the first of equal ones.
+/// @return false when the wheel has no profile that keeps any
+bool readBestProfile(const Side& side, int wheel, KxProfile& profile) {
+    int best = 0;
+    int bestCount = 0;
+    for (int number = 1; QFile::exists(side.recording.wheelFile(wheel, number)); ++number) {
+        readBelowLevel(side, wheel, number, profile);
+        if (profile.size() > bestCount) {
+            bestCount = profile.size();
+            best = number;
+        }
+    }
+    if (best == 0) {
+        return false;
+    }
+    readBelowLevel(side, wheel, best, profile);
+    return true;
+}
+
+/// Keeps the first half of the points, rounded down.
+void keepFirstHalf(KxProfile& profile) {
+    profile.points.resize(profile.points.size() / 2);
+}
+
+/// The offset of a wheel from the reference line, perpendicular to that line.
+float offsetFrom(const KxLine& reference, KxProfile& wheel) {
+    KxLine line;
+    wheel.calcLine(line);
+    const float perpendicular = std::abs(detail::cosF(detail::atanF(reference.k)));
+    return (line.b - reference.b) * perpendicular;
+}
+
+} // namespace
+
+float METRO_calcWheelsDist(KxProfile& left, KxProfile& right, KxLine refLeft, KxLine refRight, float baseDist) {
+    keepFirstHalf(left);
+    keepFirstHalf(right);
+    const float leftOffset = offsetFrom(refLeft, left);
+    const float rightOffset = offsetFrom(refRight, right);
+    return leftOffset + baseDist + rightOffset;
+}
+
+bool METRO_calcWheelsDistInTrain(QString recording1, QString recording2, int wheelCount, QSettings* settings,
+                                 float* distances) {
+    const Side first = readSide(*settings, recording1);
+    const Side second = readSide(*settings, recording2);
+    if (!QDir(first.recording.directory).exists() || !QDir(second.recording.directory).exists()) {
+        return false;
+    }
+    const float baseDist = settings->value(QStringLiteral("calibrLines2"), 0).toFloat();
+    for (int wheel = 1; wheel <= wheelCount; ++wheel) {
+        KxProfile left;
+        KxProfile right;
+        if (!readBestProfile(first, wheel, left) || !readBestProfile(second, wheel, right)) {
+            return false;
+        }
+        distances[wheel - 1] = METRO_calcWheelsDist(left, right, first.reference, second.reference, baseDist);
+    }
+    return true;
+}
+
+} // namespace KxMath

@@ -1,0 +1,20 @@
+// The subcommands of kxmath, one file each.
+#pragma once
+
+#include <QtCore/QStringList>
+
+#include <span>
+
+namespace kxtool {
+
+/// A subcommand. `run` takes the program name followed by the subcommand's arguments and returns an exit code.
+struct Command {
+    const char* name;
+    const char* summary;
+    int (*run)(const QStringList& arguments);
+};
+
+/// All subcommands in the order in which the help lists them.
+std::span<const Command> allCommands();
+
+} // namespace kxtool

@@ -1,0 +1,64 @@
+// Finds the subcommand and runs it.
+#include "commands.h"
+#include "exitCodes.h"
+
+#include <KxMath/KxMathVersion.h>
+
+#include <QtCore/QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace kxtool {
+
+namespace {
+
+constexpr std::array<Command, 0> kCommands = {};
+
+void printUsage(FILE* stream) {
+    std::fputs("Usage: kxmath COMMAND [options]\n\nCommands:\n", stream);
+    for (const Command& command : allCommands()) {
+        std::fprintf(stream, "  %-10s %s\n", command.name, command.summary);
+    }
+    std::fputs("\nkxmath COMMAND --help tells the options of a command, kxmath --version the version.\n", stream);
+}
+
+int runMain(const QStringList& arguments) {
+    if (arguments.size() < 2) {
+        printUsage(stderr);
+        return WrongUse;
+    }
+    const QString& first = arguments[1];
+    if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
+        printUsage(stdout);
+        return Done;
+    }
+    if (first == QLatin1String("--version") || first == QLatin1String("-v")) {
+        std::printf("kxmath %s\n", KxMath_GetVersionString());
+        return Done;
+    }
+    const auto commands = allCommands();
+    const auto found =
+        std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return first == QLatin1String(c.name); });
+    if (found == commands.end()) {
+        std::fprintf(stderr, "kxmath: unknown command '%s', see kxmath --help\n", qPrintable(first));
+        return WrongUse;
+    }
+    QStringList rest = arguments;
+    rest.removeAt(1);
+    return found->run(rest);
+}
+
+} // namespace
+
+std::span<const Command> allCommands() {
+    return kCommands;
+}
+
+} // namespace kxtool
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return kxtool::runMain(QCoreApplication::arguments());
+}
