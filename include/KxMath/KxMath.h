@@ -1,6 +1,7 @@
 // The whole interface of the library.
 #pragma once
 
+#include "KxConicity.h"
 #include "KxInterpolant.h"
 #include "KxMathExport.h"
 #include "KxMathVersion.h"

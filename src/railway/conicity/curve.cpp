@@ -1,0 +1,168 @@
+// The conicity over the amplitude of the oscillation.
+#include "railway/conicity/steps.h"
+
+#include "numeric/angles.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace KxMath::detail {
+
+namespace {
+
+constexpr float kFirstAmplitude = 1.0f;
+
+/// The potential over the displacement between the turning points of amplitude `n`, ordered by displacement.
+KxProfile potentialWell(const Oscillation& o, qsizetype n) {
+    KxProfile well;
+    for (qsizetype m = 0; m <= n; ++m) {
+        const float potential = o.potential.points.at(m).y;
+        well.points.append(KxPointXY(o.right.points.at(m).y, potential));
+        well.points.append(KxPointXY(o.left.points.at(m).y, potential));
+    }
+    well.sort(KxSortAscending, KxSortAscending);
+    well.removeDuplicates();
+    return well;
+}
+
+/// Whether the turning points move apart with every amplitude.
+bool isWidening(const Oscillation& o) {
+    const qsizetype count = o.count();
+    if (count < 1 || !(o.left.points.at(0).y <= o.right.points.at(0).y)) { // NaN: true
+        return false;
+    }
+    for (qsizetype m = 1; m < count; ++m) {
+        const bool isRightRising = o.right.points.at(m - 1).y < o.right.points.at(m).y; // NaN: false
+        const bool isLeftFalling = o.left.points.at(m - 1).y > o.left.points.at(m).y; // NaN: false
+        if (!isRightRising || !isLeftFalling) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The wells of all amplitudes. While the turning points move apart a well is a stretch of that of the largest
+/// amplitude, which is built once; otherwise each is built anew.
+class Wells {
+public:
+    explicit Wells(const Oscillation& oscillation)
+        : oscillation_(oscillation), isWidening_(isWidening(oscillation)), last_(oscillation.count() - 1) {
+        if (isWidening_) {
+            widest_ = potentialWell(oscillation, last_);
+        }
+    }
+
+    QList<KxPointXY> at(qsizetype n) const {
+        if (!isWidening_) {
+            return potentialWell(oscillation_, n).points;
+        }
+        return widest_.points.mid(last_ - n, widest_.points.size() - 2 * (last_ - n));
+    }
+
+private:
+    const Oscillation& oscillation_;
+    bool isWidening_;
+    qsizetype last_;
+    KxProfile widest_;
+};
+
+/// The value at `x` of the Akima spline through `points`, which are ordered by x. The spline is local: it is built over
+/// the neighbourhood of `x` only, with room for the end rules that reach two knots inwards.
+float splineValue(const QList<KxPointXY>& points, float x) {
+    constexpr qsizetype kReach = 6;
+    const auto beyond =
+        std::lower_bound(points.cbegin(), points.cend(), x, [](const KxPointXY& p, float v) { return p.x < v; });
+    const qsizetype at = beyond - points.cbegin();
+    const qsizetype begin = std::max<qsizetype>(at - kReach, 0);
+    const qsizetype end = std::min(at + kReach, points.size());
+    KxPointCloud<KxPointXY> knots;
+    knots.points = points.mid(begin, end - begin);
+    return KxInterpolant(knots, Akima).calcY(x);
+}
+
+/// Adds the points at which the integration ends, `margin` inside the turning points.
+KxProfile withMargins(const QList<KxPointXY>& well, float margin) {
+    const float first = well.first().x + margin;
+    const float last = well.last().x - margin;
+    KxProfile extended;
+    extended.points = well;
+    extended.points.append(KxPointXY(first, splineValue(well, first)));
+    extended.points.append(KxPointXY(last, splineValue(well, last)));
+    extended.sort(KxSortAscending, KxSortAscending);
+    extended.removeDuplicates();
+    return extended;
+}
+
+/// The conicity of the linear wheel-set with the same wavelength: half an oscillation takes the integral of
+/// 1 / sqrt(F(n) - F(y)) over y from turning point to turning point.
+/// @return false for a well of too few points
+bool calcConicity(const QList<KxPointXY>& well, float level, float edgeMargin, float& conicity) {
+    if (well.isEmpty()) {
+        return false;
+    }
+    KxProfile integrand = withMargins(well, edgeMargin);
+    constexpr int kMinPoints = 4; // the first and the last are left out, the integrand is unbounded there
+    if (integrand.size() < kMinPoints) {
+        return false;
+    }
+    for (KxPointXY& p : integrand.points) {
+        p.y = static_cast<float>(1.0 / std::sqrt(static_cast<double>(level) - static_cast<double>(p.y)));
+    }
+    const double integral = static_cast<double>(integrand.integral(1, integrand.size() - 2, true));
+    conicity = static_cast<float>((kPi / integral) * (kPi / integral));
+    return true;
+}
+
+/// The first index from 1 on with the amplitude nearest to 1.
+qsizetype findStart(const QList<KxPointXY>& potential, qsizetype count) {
+    qsizetype start = 1;
+    for (qsizetype j = 2; j < count; ++j) {
+        if (std::abs(potential[j].x - kFirstAmplitude) < std::abs(potential[start].x - kFirstAmplitude)) {
+            start = j;
+        }
+    }
+    return start;
+}
+
+/// Small amplitudes report a conicity of 0: puts points in front of the first one until amplitude 1 is reached.
+void prependSmallAmplitudes(KxProfile& conicity, const QList<KxPointXY>& potential, qsizetype step) {
+    if (conicity.isEmpty() || step >= potential.size()) {
+        return;
+    }
+    const float width = potential[step].x - potential[0].x;
+    QList<KxPointXY> small;
+    for (float amplitude = conicity.points.at(0).x; amplitude > kFirstAmplitude;) { // NaN: false
+        const float smaller = amplitude - width;
+        if (!(smaller < amplitude)) {
+            break; // a width of 0 leads nowhere
+        }
+        small.append(KxPointXY(smaller, 0.0f));
+        amplitude = smaller;
+    }
+    std::reverse(small.begin(), small.end());
+    conicity.points = small + conicity.points;
+}
+
+} // namespace
+
+void calcConicityCurve(const Oscillation& oscillation, unsigned int amplitudeCount, float edgeMargin,
+                       KxProfile& conicity) {
+    const qsizetype count = oscillation.count();
+    if (count < 2 || amplitudeCount == 0) {
+        return;
+    }
+    const QList<KxPointXY>& potential = oscillation.potential.points;
+    const qsizetype start = findStart(potential, count);
+    const double width = std::ceil(static_cast<double>(count - start) / static_cast<double>(amplitudeCount));
+    const qsizetype step = std::max<qsizetype>(static_cast<qsizetype>(width), 1);
+    const Wells wells(oscillation);
+    for (qsizetype n = start; n < count; n += step) {
+        float value = 0.0f;
+        if (calcConicity(wells.at(n), potential[n].y, edgeMargin, value)) {
+            conicity.points.append(KxPointXY(potential[n].x, value));
+        }
+    }
+    prependSmallAmplitudes(conicity, potential, step);
+}
+
+} // namespace KxMath::detail
