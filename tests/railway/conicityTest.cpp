@@ -1,0 +1,391 @@
+// The equivalent conicity against closed forms, properties, a literal version of the method, and bad input.
+#include <KxMath/KxConicity.h>
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace {
+
+using namespace KxMath;
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInf = std::numeric_limits<float>::infinity();
+
+/// The results of one call, which own the profiles that the call hands out.
+struct Result {
+    int count = 0;
+    KxProfile conicity, deltaR, slope1, slope2;
+    std::vector<std::unique_ptr<KxProfile>> placed, contacts1, contacts2;
+};
+
+struct WheelSet {
+    KxProfile wheel1, wheel2, rail1, rail2;
+    float radius1 = 460, radius2 = 460;
+    float railDistance = 1442, wheelDistance = 1360;
+    unsigned int amplitudes = 100;
+    float edgeMargin = 0.001f;
+};
+
+void calculate(WheelSet& set, Result& r) {
+    constexpr size_t kRoom = 20000;
+    std::vector<KxProfile*> contacts1(kRoom), contacts2(kRoom);
+    KxProfile* placed[4] = {};
+    int count1 = 0;
+    int count2 = 0;
+    r.count = EquivalentConicity(set.wheel1, set.wheel2, set.rail1, set.rail2, set.radius1, set.radius2,
+                                 set.railDistance, set.wheelDistance, set.amplitudes, r.conicity, r.deltaR, r.slope1,
+                                 r.slope2, placed, contacts1.data(), count1, contacts2.data(), count2, set.edgeMargin);
+    for (int i = 0; i < count1; ++i) {
+        r.contacts1.emplace_back(contacts1[static_cast<size_t>(i)]);
+        r.contacts2.emplace_back(contacts2[static_cast<size_t>(i)]);
+    }
+    EXPECT_EQ(count1, count2);
+    for (KxProfile* const p : placed) {
+        r.placed.emplace_back(p);
+    }
+}
+
+/// A wheel with a flange and a straight tread; y down, x from the flange back, 70 mm inside the tape circle.
+void fillConicalWheel(KxProfile& wheel, float slope) {
+    for (float x = 0.0f; x < 135.0f; x += 0.05f) {
+        const float fromTape = x - 70.0f;
+        float y = -fromTape * slope; // the tread rises outwards
+        if (x < 38.0f) { // flange: up from the back, over the tip, down to the tread
+            const float tip = 28.0f;
+            y = x < 20.0f ? tip - (20.0f - x) * (20.0f - x) * 0.04f : tip - (x - 20.0f) * 1.6f;
+            y = std::max(y, -fromTape * slope);
+        }
+        wheel.points.append(KxPointXY(x, y));
+    }
+}
+
+/// A rail head: an arc with its top 32 mm from the gauge side.
+void fillRoundRail(KxProfile& rail, float radius) {
+    for (float x = 0.0f; x < 64.0f; x += 0.05f) {
+        const float d = x - 32.0f;
+        rail.points.append(KxPointXY(x, radius - std::sqrt(radius * radius - d * d)));
+    }
+}
+
+void fillCones(WheelSet& set, float slope) {
+    for (KxProfile* const wheel : {&set.wheel1, &set.wheel2}) {
+        fillConicalWheel(*wheel, slope);
+    }
+    for (KxProfile* const rail : {&set.rail1, &set.rail2}) {
+        fillRoundRail(*rail, 80.0f);
+    }
+}
+
+/// y at `x` between the points of a curve ordered by x.
+float valueAt(KxProfile& curve, float x) {
+    return curve.calcY(x, kNaN, nullptr);
+}
+
+bool areSame(const KxProfile& a, const KxProfile& b) {
+    if (a.points.size() != b.points.size()) {
+        return false;
+    }
+    for (qsizetype i = 0; i < a.points.size(); ++i) {
+        const KxPointXY& p = a.points.at(i);
+        const KxPointXY& q = b.points.at(i);
+        if (std::bit_cast<quint32>(p.x) != std::bit_cast<quint32>(q.x) ||
+            std::bit_cast<quint32>(p.y) != std::bit_cast<quint32>(q.y)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST(Conicity, OfConesIsTheirSlope) {
+    for (const float slope : {0.025f, 0.05f, 0.1f, 0.2f}) {
+        WheelSet set;
+        fillCones(set, slope);
+        Result r;
+        calculate(set, r);
+        ASSERT_GT(r.count, 20) << slope;
+        for (const KxPointXY& p : std::as_const(r.conicity.points)) {
+            if (p.x <= 5.0f) {
+                EXPECT_NEAR(p.y, slope, std::max(0.005f, 0.04f * slope)) << "amplitude " << p.x;
+            }
+        }
+        // The wheel-set stands between its rails: the cone meets the arc where both have the same slope.
+        KxProfile& contact = *r.contacts1.front();
+        ASSERT_EQ(contact.size(), 2);
+        EXPECT_NEAR(contact.points[0].x, contact.points[1].x, 0.2f);
+        EXPECT_NEAR(std::abs(r.slope2.points[0].y), slope, 0.01f);
+        EXPECT_EQ(r.deltaR.size(), static_cast<int>(r.contacts1.size()));
+        ASSERT_EQ(r.placed.size(), 4u);
+        EXPECT_FLOAT_EQ(r.placed[2]->points.first().x, 5.0f) << "second flange back, for display";
+    }
+}
+
+TEST(Conicity, KeepsItsSymmetries) {
+    WheelSet set;
+    fillCones(set, 0.1f);
+    fillConicalWheel(set.wheel2, 0.05f); // a second wheel with both slopes: sides that differ
+    set.wheel2.points.remove(0, set.wheel1.points.size());
+    Result r;
+    calculate(set, r);
+    ASSERT_GT(r.count, 20);
+    const float at3 = valueAt(r.conicity, 3.0f);
+
+    const auto expectSame = [&](const char* what, WheelSet& changed, float sign) {
+        Result other;
+        calculate(changed, other);
+        ASSERT_GT(other.count, 20) << what;
+        EXPECT_NEAR(valueAt(other.conicity, 3.0f), at3, 0.002f) << what;
+        EXPECT_NEAR(valueAt(other.deltaR, sign * 2.0f), sign * valueAt(r.deltaR, 2.0f), 0.03f) << what;
+    };
+    {
+        WheelSet swapped;
+        swapped.wheel1 = set.wheel2;
+        swapped.wheel2 = set.wheel1;
+        swapped.rail1 = set.rail2;
+        swapped.rail2 = set.rail1;
+        expectSame("left and right exchanged", swapped, -1.0f);
+    }
+    const auto copyOf = [&](WheelSet& copy) {
+        copy.wheel1 = set.wheel1;
+        copy.wheel2 = set.wheel2;
+        copy.rail1 = set.rail1;
+        copy.rail2 = set.rail2;
+    };
+    {
+        WheelSet moved;
+        copyOf(moved);
+        moved.wheel1.shift(300.0f, -20.0f, 0.0f);
+        moved.rail2.shift(-50.0f, 7.0f, 0.0f);
+        expectSame("profiles shifted", moved, 1.0f);
+    }
+    {
+        WheelSet scaled;
+        copyOf(scaled);
+        scaled.radius1 = scaled.radius2 = 300.0f;
+        expectSame("other equal radii", scaled, 1.0f);
+    }
+    {
+        WheelSet wide;
+        copyOf(wide);
+        wide.railDistance += 4.0f;
+        WheelSet narrow;
+        copyOf(narrow);
+        narrow.wheelDistance -= 4.0f;
+        Result a, b;
+        calculate(wide, a);
+        calculate(narrow, b);
+        ASSERT_GT(a.count, 20);
+        EXPECT_NEAR(valueAt(a.conicity, 3.0f), valueAt(b.conicity, 3.0f), 0.002f) << "gauge against back-to-back";
+    }
+}
+
+// Steps 12 to 14 of the method written down as they are told: every curve and every spline from nothing.
+void conicityByDefinition(KxProfile& deltaR, unsigned int amplitudeCount, float edgeMargin, KxProfile& conicity) {
+    int centre = -1;
+    for (double e = 0.001; centre < 0; e *= 1.25) {
+        for (int i = 0; i < deltaR.size(); ++i) {
+            const float v = deltaR.points[i].y;
+            int candidate = -1;
+            if (static_cast<double>(std::abs(v)) <= e) {
+                candidate = i;
+            } else if (i + 1 < deltaR.size() &&
+                       ((v > 0 && deltaR.points[i + 1].y < 0) || (v < 0 && deltaR.points[i + 1].y > 0))) {
+                candidate = std::abs(deltaR.points[i + 1].y) < std::abs(v) ? i + 1 : i;
+            }
+            if (candidate >= 0 &&
+                (centre < 0 || std::abs(deltaR.points[candidate].x) < std::abs(deltaR.points[centre].x))) {
+                centre = candidate;
+            }
+        }
+    }
+    KxProfile right, left;
+    right.points.append(KxPointXY(0.0f, deltaR.points[centre].x));
+    left.points.append(KxPointXY(0.0f, deltaR.points[centre].x));
+    for (int p = centre + 1; p < deltaR.size(); ++p) {
+        right.points.append(KxPointXY(std::abs(deltaR.integral(centre, p, true)), deltaR.points[p].x));
+    }
+    for (int p = centre - 1; p >= 0; --p) {
+        left.points.append(KxPointXY(std::abs(deltaR.integral(p, centre, true)), deltaR.points[p].x));
+    }
+    for (KxProfile* const side : {&right, &left}) {
+        if (side->size() > 1 && side->points[0].x != side->points[1].x) {
+            side->interpolate(0.01f, 0.0f, kNaN, Akima);
+        }
+    }
+    KxProfile level, rightAt, leftAt;
+    for (int i = 0; i < std::min(right.size(), left.size()); ++i) {
+        const float a = (right.points[i].y - left.points[i].y) * 0.5f;
+        level.points.append(KxPointXY(a, right.points[i].x));
+        rightAt.points.append(KxPointXY(a, right.points[i].y));
+        leftAt.points.append(KxPointXY(a, left.points[i].y));
+    }
+    for (KxProfile* const curve : {&level, &rightAt, &leftAt}) {
+        curve->interpolate(0.01f, kNaN, kNaN, Akima);
+    }
+    int start = 1;
+    for (int j = 1; j < level.size(); ++j) {
+        if (std::abs(level.points[j].x - 1.0f) < std::abs(level.points[start].x - 1.0f)) {
+            start = j;
+        }
+    }
+    const int step = std::max(1, static_cast<int>(std::ceil(double(level.size() - start) / double(amplitudeCount))));
+    for (int n = start; n < level.size(); n += step) {
+        KxProfile well;
+        for (int m = 0; m <= n; ++m) {
+            well.points.append(KxPointXY(rightAt.points[m].y, level.points[m].y));
+            well.points.append(KxPointXY(leftAt.points[m].y, level.points[m].y));
+        }
+        well.sort(KxSortAscending, KxSortAscending);
+        well.removeDuplicates();
+        well.calcRange();
+        KxInterpolant spline(well, Akima);
+        const float first = well.minX + edgeMargin;
+        const float last = well.maxX - edgeMargin;
+        well.points.append(KxPointXY(first, spline.calcY(first)));
+        well.points.append(KxPointXY(last, spline.calcY(last)));
+        well.sort(KxSortAscending, KxSortAscending);
+        well.removeDuplicates();
+        for (KxPointXY& p : well.points) {
+            p.y = static_cast<float>(1.0 / std::sqrt(double(level.points[n].y) - double(p.y)));
+        }
+        const double integral = static_cast<double>(well.integral(1, well.size() - 2, true));
+        const double pi = static_cast<double>(3.1415927f);
+        conicity.points.append(KxPointXY(level.points[n].x, static_cast<float>((pi / integral) * (pi / integral))));
+    }
+}
+
+TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
+    std::mt19937 random(20);
+    std::uniform_real_distribution<float> slopes(0.02f, 0.15f);
+    std::normal_distribution<float> noise(0.0f, 0.01f);
+    for (int round = 0; round < 12; ++round) {
+        WheelSet set;
+        fillCones(set, slopes(random));
+        set.amplitudes = round % 3 == 0 ? 7 : 60;
+        set.edgeMargin = round % 2 == 0 ? 0.001f : 0.03f;
+        if (round >= 4) { // measured profiles: contact points jump, the potential need not rise
+            for (KxProfile* const p : {&set.wheel1, &set.wheel2, &set.rail1, &set.rail2}) {
+                for (KxPointXY& point : p->points) {
+                    point.y += noise(random) * static_cast<float>(round - 3);
+                }
+            }
+        }
+        Result r;
+        calculate(set, r);
+        ASSERT_GT(r.count, 2) << round;
+        ASSERT_LE(r.conicity.points.first().x, 1.1f) << "else points of conicity 0 stand before";
+        KxProfile expected;
+        conicityByDefinition(r.deltaR, set.amplitudes, set.edgeMargin, expected);
+        EXPECT_TRUE(areSame(r.conicity, expected)) << round;
+    }
+}
+
+TEST(Conicity, HasAsManyPointsAsAmplitudesAreAskedFor) {
+    WheelSet set;
+    fillCones(set, 0.1f);
+    set.amplitudes = 0;
+    Result none;
+    calculate(set, none);
+    EXPECT_EQ(none.count, 0);
+    EXPECT_GT(none.deltaR.size(), 20);
+    set.amplitudes = 1;
+    Result one;
+    calculate(set, one);
+    ASSERT_EQ(one.count, 1);
+    EXPECT_NEAR(one.conicity.points[0].x, 1.0f, 0.011f);
+}
+
+TEST(Conicity, LeavesEverythingForAnEmptyProfile) {
+    KxProfile profile, empty, conicity, deltaR, slope1, slope2;
+    fillRoundRail(profile, 80.0f);
+    conicity.points.append(KxPointXY(1, 2));
+    int count1 = 17;
+    int count2 = 18;
+    KxProfile* slot = &profile;
+    EXPECT_EQ(EquivalentConicity(profile, profile, profile, empty, 1, 1, 1435, 1360, 10, conicity, deltaR, slope1,
+                                 slope2, &slot, &slot, count1, &slot, count2, 0.001f),
+              -1);
+    EXPECT_EQ(conicity.size(), 1);
+    EXPECT_EQ(count1, 17);
+    EXPECT_EQ(count2, 18);
+    EXPECT_EQ(slot, &profile);
+}
+
+TEST(Conicity, EndsWithEmptyResultsForBadInput) {
+    using Points = QList<KxPointXY>;
+    const auto repeated = [](int n, KxPointXY p) {
+        Points points;
+        for (int i = 0; i < n; ++i) {
+            points.append(p);
+        }
+        return points;
+    };
+    const struct {
+        const char* desc;
+        Points points;
+    } cases[] = {
+        {"one point", {{0, 0}}},
+        {"two points", {{0, 0}, {50, 1}}},
+        {"three points", {{0, 0}, {30, 1}, {60, 0}}},
+        {"five points", {{0, 0}, {10, 1}, {30, 2}, {50, 1}, {60, 0}}},
+        {"all x equal", repeated(40, {3, 1})},
+        {"all NaN", repeated(40, {kNaN, kNaN})},
+        {"NaN heights", {{0, kNaN}, {10, kNaN}, {30, kNaN}, {60, kNaN}}},
+        {"infinite x", {{-kInf, 0}, {0, 1}, {1, 2}, {kInf, 3}}},
+        {"infinite heights", {{0, kInf}, {10, -kInf}, {30, kInf}, {60, 0}}},
+        {"NaN x between", {{0, 0}, {kNaN, 1}, {30, 2}, {kNaN, 3}, {60, 1}}},
+        {"huge heights", {{0, 3e38f}, {10, -3e38f}, {30, 3e38f}, {60, 0}}},
+        {"huge x", {{-1e30f, 0}, {0, 1}, {1, 2}, {1e30f, 3}}},
+        {"far apart", {{0, 0}, {1e6f, 1}, {2e6f, 0}}},
+        {"flat", {{0, 0}, {20, 0}, {40, 0}, {60, 0}}},
+    };
+    for (const auto& c : cases) {
+        for (unsigned which = 1; which < 16; ++which) { // every choice of the four profiles
+            WheelSet set;
+            fillCones(set, 0.1f);
+            KxProfile* const all[4] = {&set.wheel1, &set.wheel2, &set.rail1, &set.rail2};
+            for (unsigned i = 0; i < 4; ++i) {
+                if ((which >> i) & 1u) {
+                    all[i]->points = c.points;
+                }
+            }
+            set.amplitudes = 5;
+            Result r;
+            r.conicity.points.append(KxPointXY(1, 2)); // stale
+            calculate(set, r);
+            EXPECT_GE(r.count, 0) << c.desc;
+            EXPECT_EQ(r.count, r.conicity.size()) << c.desc << which;
+            for (const auto& p : r.placed) {
+                EXPECT_NE(p, nullptr) << c.desc;
+            }
+        }
+    }
+    const struct {
+        const char* desc;
+        float railDistance, wheelDistance, edgeMargin;
+    } distances[] = {
+        {"rails outside the wheels", 5000, 1360, 0.001f},
+        {"rails inside the wheels", 1000, 1360, 0.001f},
+        {"NaN distance", kNaN, 1360, 0.001f},
+        {"infinite distance", 1435, kInf, 0.001f},
+        {"negative margin", 1442, 1360, -1.0f},
+        {"huge margin", 1442, 1360, 1e30f},
+        {"NaN margin", 1442, 1360, kNaN},
+    };
+    for (const auto& c : distances) {
+        WheelSet set;
+        fillCones(set, 0.1f);
+        set.railDistance = c.railDistance;
+        set.wheelDistance = c.wheelDistance;
+        set.edgeMargin = c.edgeMargin;
+        Result r;
+        calculate(set, r);
+        EXPECT_EQ(r.count, r.conicity.size()) << c.desc;
+    }
+}
+
+} // namespace
