@@ -39,8 +39,8 @@ int runMain(const QStringList& arguments) {
         return Done;
     }
     const auto commands = allCommands();
-    const auto found =
-        std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return first == QLatin1String(c.name); });
+    const auto found = std::find_if(commands.begin(), commands.end(),
+                                    [&](const Command& c) { return first == QLatin1String(c.name); });
     if (found == commands.end()) {
         std::fprintf(stderr, "kxmath: unknown command '%s', see kxmath --help\n", qPrintable(first));
         return WrongUse;
