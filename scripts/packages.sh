@@ -1,0 +1,34 @@
+# Sourced by the other scripts: installs the Debian packages that are missing.
+
+# need PACKAGE...: nothing happens when all of them are installed.
+need() {
+    local missing=() package
+    for package in "$@"; do
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing+=("$package")
+        fi
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return
+    fi
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Missing packages: ${missing[*]}. Install them as root, then run this again." >&2
+            exit 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get -q update
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends "${missing[@]}"
+}
+
+# What every build needs.
+build_packages=(g++ cmake ninja-build ccache qt6-base-dev)
+# What the tests need besides: GoogleTest, and the tools with which the packaging tests look at the library.
+test_packages=(libgtest-dev clang pkg-config binutils)
+
+if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
