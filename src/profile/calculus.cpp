@@ -4,6 +4,7 @@
 #include "geometry/lineFit.h"
 #include "numeric/bounds.h"
 #include "profile/correlation.h"
+#include "profile/heightCursor.h"
 #include "profile/sampling.h"
 
 #include <algorithm>
@@ -117,6 +118,22 @@ float detail::correlation(QList<KxPointXY>::const_iterator begin, QList<KxPointX
     return static_cast<float>(((sxy / n - mx * my) / std::sqrt(syy / n - my * my)) / std::sqrt(sxx / n - mx * mx));
 }
 
+float detail::heightAt(const QList<KxPointXY>& points, qsizetype found, float x, float maxDistance) {
+    const qsizetype n = points.size();
+    if (n == 0) {
+        return kNaN;
+    }
+    if (n == 1) {
+        return std::abs(points[0].x - x) <= maxDistance ? points[0].y : kNaN; // NaN: false
+    }
+    if (found < n && points[found].x == x) {
+        return points[found].y;
+    }
+    const bool isBetween = found > 0 && found < n;
+    const qsizetype first = std::clamp<qsizetype>(found - 1, 0, n - 2);
+    return valueAt(x, points[first], points[first + 1], isBetween, maxDistance);
+}
+
 KxProfile KxProfile::derivative() {
     KxProfile slopes;
     const QList<KxPointXY>& list = points;
@@ -161,29 +178,12 @@ float KxProfile::integral(int fromIndex, int toIndex, bool plain) {
 
 float KxProfile::calcY(float x, float maxDistance, int* segment) {
     const QList<KxPointXY>& list = points;
-    const qsizetype n = list.size();
-    if (n == 0) {
-        return kNaN;
+    const qsizetype found = detail::findAtOrBeyond(list, x, 0);
+    const bool isAnswered = list.size() < 2 || (found < list.size() && list[found].x == x);
+    if (segment != nullptr && !isAnswered) {
+        *segment = static_cast<int>(found - 1); // -1 before the first point, n - 1 behind the last
     }
-    if (n == 1) {
-        return std::abs(list[0].x - x) <= maxDistance ? list[0].y : kNaN; // NaN: false
-    }
-    qsizetype beyond = 0;
-    for (; beyond < n; ++beyond) {
-        if (list[beyond].x == x) {
-            return list[beyond].y;
-        }
-        if (x < list[beyond].x) { // NaN: false
-            break;
-        }
-    }
-    const qsizetype left = beyond - 1; // -1 before the first point, n - 1 behind the last
-    if (segment != nullptr) {
-        *segment = static_cast<int>(left);
-    }
-    const bool isBetween = left >= 0 && left < n - 1;
-    const qsizetype first = std::clamp<qsizetype>(left, 0, n - 2);
-    return valueAt(x, list[first], list[first + 1], isBetween, maxDistance);
+    return detail::heightAt(list, found, x, maxDistance);
 }
 
 } // namespace KxMath

@@ -1,0 +1,42 @@
+// The height of a profile at many positions.
+#pragma once
+
+#include "KxMath/KxPoints.h"
+
+#include <QtCore/QList>
+
+namespace KxMath::detail {
+
+/// The position of the first point from `from` on that is at or beyond `x`, the number of points when there is none.
+/// NaN is neither, on either side.
+inline qsizetype findAtOrBeyond(const QList<KxPointXY>& points, float x, qsizetype from) {
+    while (from < points.size() && !(points[from].x >= x)) { // NaN: true
+        ++from;
+    }
+    return from;
+}
+
+/// KxProfile::calcY() at `x`, `found` being the first point at or beyond it.
+float heightAt(const QList<KxPointXY>& points, qsizetype found, float x, float maxDistance);
+
+/// KxProfile::calcY() at one position after the other. Rising positions are cheap: no point that was before one of them
+/// is at or beyond a later one, whatever the order of the points, so that the search goes on where it stood.
+class HeightCursor {
+public:
+    HeightCursor(const QList<KxPointXY>& points, float maxDistance) : points_(points), maxDistance_(maxDistance) {}
+
+    float at(float x) {
+        const bool isRising = x >= previous_; // NaN: false
+        found_ = findAtOrBeyond(points_, x, isRising ? found_ : 0);
+        previous_ = x;
+        return heightAt(points_, found_, x, maxDistance_);
+    }
+
+private:
+    const QList<KxPointXY>& points_;
+    float maxDistance_;
+    float previous_ = 0.0f;
+    qsizetype found_ = 0; ///< belongs to `previous_`; 0 is where any search may start
+};
+
+} // namespace KxMath::detail
