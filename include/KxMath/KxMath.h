@@ -5,6 +5,8 @@
 #include "KxInterpolant.h"
 #include "KxMathExport.h"
 #include "KxMathVersion.h"
+#include "KxMatrixCloud.h"
+#include "KxMatrixWithHistos.h"
 #include "KxMetro.h"
 #include "KxPointCloud.h"
 #include "KxPoints.h"

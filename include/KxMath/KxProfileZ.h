@@ -1,10 +1,15 @@
-// Profiles that carry their position along the scan axis.
+// Profiles that carry their position along the scan axis, and the sets of them that make up a scan.
 #pragma once
 
 #include "KxMathExport.h"
 #include "KxProfile.h"
 
+#include <QtCore/QList>
+#include <QtCore/QString>
+
 namespace KxMath {
+
+class KxMatrixCloud;
 
 /// A profile with the position `z` at which it was taken.
 ///
@@ -60,3 +65,119 @@ public:
 
 // Without this QList would move elements by assignment, which appends.
 Q_DECLARE_TYPEINFO(KxMath::KxProfileZ, Q_RELOCATABLE_TYPE);
+
+namespace KxMath {
+
+/// A scan: the profiles taken at successive positions along the scan axis, in their order.
+///
+/// **Range.** `minX` ... `maxZ` are a cache. NaN means unknown. Only calcRange() makes the range from the profiles; all
+/// other operations leave it as it was, clear() included.
+///
+/// **Copies share** the list of profiles until one of the sets writes, which copies it first. A profile copied in this
+/// way has the points and the `z` of the other, its own cached range is unknown.
+///
+/// Profiles are added with `profiles.append()`. The calls of the list that assign elements are forbidden, see
+/// KxProfileZ: also `set.profiles[0] = profile` appends the points of `profile` to those there.
+class KXMATH_EXPORT KxProfileZSet {
+public:
+    QList<KxProfileZ> profiles; ///< the profiles in the order in which they were taken
+    float minX, maxX; ///< cached range of x over all profiles
+    float minY, maxY; ///< cached range of y over all profiles
+    float minZ, maxZ; ///< cached `z` of the first and of the last profile
+    float stepZ; ///< distance in z between neighbouring profiles, NaN when unknown
+
+    /// An empty set with an unknown range.
+    KxProfileZSet();
+    KxProfileZSet(const KxProfileZSet& other);
+    ~KxProfileZSet();
+    KxProfileZSet& operator=(const KxProfileZSet& other);
+
+    /// Drops all profiles. The range and `stepZ` stay.
+    void clear();
+    bool isEmpty();
+    /// The number of profiles.
+    int size();
+
+    /// Copies the profiles with zMin <= `z` <= zMax to `out`, which is emptied first; NaN is in no range. The range
+    /// of `out` is not touched. A set that is its own `out` ends empty.
+    /// @return the size of `out`
+    int getRange(float zMin, float zMax, KxProfileZSet& out);
+
+    /// Replaces the profiles by those of a file of profile records (KxProfileZ::writeToFile()). Records without points
+    /// are left out. Reading ends at the end of the file or at a damaged record, which nothing tells apart. The stored
+    /// positions are deliberately not kept: every `z` is NaN until setZ(). The range is not touched.
+    /// @return the number of profiles, 0 when the file could not be opened
+    int readFromFile(QString fileName);
+    /// Replaces the profiles by those of a file of 2-D cloud sections (KxPointCloud::writeToFile()), the first one at
+    /// `z0`. The position advances by `dz` with each section, in a single-precision sum; a section without points is
+    /// left out but takes its step. Reading ends as above. The range is not touched.
+    ///
+    /// `stepZ` becomes `dz`, also when the file could not be opened.
+    /// @return the number of profiles, 0 when the file could not be opened
+    int readFromFile(QString fileName, float z0, float dz);
+
+    /// Puts profile i at z0 + i * dz, rounded once, and sets `stepZ` to `dz`, also in an empty set. `minZ` and `maxZ`
+    /// are not touched.
+    void setZ(float z0, float dz);
+
+    /// Writes the profiles as a file of profile records without header or count, replacing an existing one.
+    /// An empty set makes an empty file.
+    /// @return false when the file could not be opened or when not all data reached it; what was written stays
+    bool writeToFile(QString fileName);
+
+    /// Replaces `cloud` by the points of the profiles from `first` to `last`, both included, with the `z` of their
+    /// profile. The positions are trusted; with `first` > `last` the cloud ends empty.
+    /// @return the size of `cloud`
+    int toPointCloud(KxPointCloud<KxPointXYZ>& cloud, int first, int last);
+    /// Replaces `cloud` by the points of all profiles.
+    /// @return the size of `cloud`
+    int toPointCloud(KxPointCloud<KxPointXYZ>& cloud);
+
+    /// Makes the range from the ranges of the profiles (KxProfile::calcRange()), those that are NaN left out, and from
+    /// `z` of the first and of the last profile. Deliberately, `minZ` and `maxZ` are not reset first: a NaN position
+    /// leaves the value there. An empty set is left as it is.
+    void calcRange();
+
+    /// Resamples the set on a regular grid: a row per profile and columns `stepZ` apart from `minX` on, so that
+    /// `stepZ` is the pitch of both axes. There are ceil((maxX - minX) / stepZ) columns, in single precision; a column
+    /// at j * stepZ + minX, rounded once, has the heights KxProfile::calcY() there. The range is calculated first when
+    /// `minX` or `maxX` is NaN. The profiles are left sorted by x.
+    /// @param calcYArg the largest distance over which calcY() interpolates, NaN for no limit
+    /// @param step NaN, or `stepZ` to confirm it
+    /// @return the number of cells with a height
+    /// @return 0, `matrix` unchanged, for an empty set, for another `step`, and without a range of x
+    /// @return 0, `matrix` without a grid, when there is none with so many columns (KxMatrixCloud::initMatrix()): for a
+    ///         `stepZ` that is NaN, 0, negative or too small
+    int toMatrixCloud(KxMatrixCloud& matrix, float calcYArg, float step);
+
+    /// The mean of the mean heights of the profiles, each counting the same, from single-precision sums; a profile
+    /// without points counts as 0. 0 for an empty set.
+    float calcAverageY();
+
+    /// Slices a cloud into profiles `step` apart, of which the first one is at the smallest z of the cloud's range. The
+    /// range of the cloud is calculated first when `minZ` is unknown; a known one is trusted.
+    ///
+    /// There are ceil(extent / step) + 1 profiles, in single precision, profile k at k * step + minZ, rounded once.
+    /// A point goes to the nearer of the two profiles about it, to the later one of two that are equally near; where
+    /// more than one pair is about it, the first one counts. A point between no two profiles is dropped: all of them
+    /// when they share one z, since there is a single profile then. Within a profile the points keep their order.
+    /// `stepZ` becomes `step`, the range is not touched.
+    /// @return the number of profiles
+    /// @return 0, the set empty, for a `step` that is not above 0, for a cloud without a known extent in z, and when
+    ///         there would be more than 16777216 profiles (where single precision ceases to count them) or more
+    ///         than memory holds
+    int calcFromPointCloud(KxPointCloud<KxPointXYZ>& cloud, float step);
+
+    /// Adds to each profile a copy of its stretch between a low point and its highest point, and makes its `z` NaN.
+    ///
+    /// The highest point is the last one of the largest y met so far, the low point the last one of the smallest y, at
+    /// most 0, met so far before the position of the highest point. Deliberately, both, their positions included, are
+    /// carried on from one profile to the next. The copy goes without the points behind the highest position and,
+    /// deliberately, without only every second point of its head: as many as the low position says, or there are.
+    /// Deliberately, the points that were there before stay in front of the copy.
+    ///
+    /// Nothing happens when there is no first profile or it has no points.
+    void clearEdgeEffect();
+};
+
+} // namespace KxMath

@@ -17,7 +17,11 @@ constexpr unsigned char kRecordMarker = 5;
 
 void appendPoints(KxProfile& profile, const KxProfile& other) {
     const QList<KxPointXY> added = other.points; // shared, so that a profile can be assigned to itself
-    profile.points.append(added);
+    if (profile.points.isEmpty()) {
+        profile.points = added; // shared until one of them writes, so that copies of whole sets are cheap
+    } else {
+        profile.points.append(added);
+    }
 }
 
 } // namespace

@@ -1,0 +1,95 @@
+// Growing a region of block means.
+#include "grid/regionGrowing.h"
+
+#include <cmath>
+
+namespace KxMath::detail {
+
+namespace {
+
+constexpr int kMaxDepth = 201;
+
+struct Side {
+    int row;
+    int column;
+};
+constexpr Side kSides[] = {{0, -1}, {0, 1}, {-1, 0}, {1, 0}}; // the order decides the order of the region
+constexpr int kSideCount = 4;
+
+quint64 keyOf(const QPoint& cell) {
+    return quint64(quint32(cell.x())) << 32 | quint32(cell.y());
+}
+
+} // namespace
+
+bool GrowthLimits::isDescending(float mean) const {
+    return refMean - mean >= maxDrop; // NaN: false
+}
+
+bool GrowthLimits::leadsTo(float mean, float neighbourMean, bool isDescending) const {
+    const float d = mean - neighbourMean;
+    return isDescending ? 0.0f < d && d < maxStep : std::abs(d) < maxStep; // NaN: false
+}
+
+RegionGrower::RegionGrower(QList<QList<HistoCell>>& rows, QList<QPoint>& region, QList<QPoint>& postponed,
+                           const GrowthLimits& limits)
+    : rows_(rows), region_(region), postponed_(postponed), limits_(limits) {
+    for (const QPoint& cell : std::as_const(postponed)) {
+        postponedKeys_.insert(keyOf(cell));
+    }
+}
+
+const HistoCell* RegionGrower::cellAt(int row, int column) const {
+    const QList<QList<HistoCell>>& rows = rows_;
+    const bool exists = row >= 0 && row < rows.size() && column >= 0 && column < rows[row].size();
+    return exists ? &rows[row][column] : nullptr;
+}
+
+void RegionGrower::grow(int row, int column, int depth) {
+    enter(row, column, depth);
+    while (!path_.empty()) {
+        Visit& at = path_.back();
+        if (at.triedSides == kSideCount) {
+            path_.pop_back();
+            continue;
+        }
+        const Side side = kSides[at.triedSides++];
+        const int neighbourRow = at.row + side.row;
+        const int neighbourColumn = at.column + side.column;
+        const HistoCell* const neighbour = cellAt(neighbourRow, neighbourColumn);
+        const float mean = cellAt(at.row, at.column)->mean;
+        if (neighbour != nullptr && !neighbour->visited && limits_.leadsTo(mean, neighbour->mean, at.isDescending)) {
+            enter(neighbourRow, neighbourColumn, at.depth);
+        }
+    }
+}
+
+void RegionGrower::enter(int row, int column, int depth) {
+    HistoCell& cell = rows_[row][column];
+    if (cell.visited) {
+        return;
+    }
+    if (depth >= kMaxDepth) {
+        postpone(QPoint(row, column));
+        return;
+    }
+    region_.append(QPoint(row, column));
+    cell.visited = true;
+    path_.push_back({row, column, depth + 1, limits_.isDescending(cell.mean), 0});
+}
+
+void RegionGrower::postpone(const QPoint& cell) {
+    if (postponedKeys_.insert(keyOf(cell)).second) {
+        postponed_.append(cell);
+    }
+}
+
+void RegionGrower::growPostponed() {
+    while (!postponed_.isEmpty()) {
+        const QPoint cell = postponed_.takeLast();
+        postponedKeys_.erase(keyOf(cell));
+        grow(cell.x(), cell.y(), 0);
+    }
+}
+
+} // namespace KxMath::detail

@@ -1,0 +1,58 @@
+// Growing a region of block means.
+#pragma once
+
+#include "KxMath/KxMatrixWithHistos.h"
+
+#include <unordered_set>
+#include <vector>
+
+namespace KxMath::detail {
+
+/// When a region may grow from a cell to its neighbour, see KxMatrixWithHistos::gatherSeed().
+struct GrowthLimits {
+    float refMean;
+    float maxStep;
+    float maxDrop;
+
+    bool isDescending(float mean) const;
+    bool leadsTo(float mean, float neighbourMean, bool isDescending) const;
+};
+
+/// Grows a region depth first up to a depth of 201 cells. Cells further away are postponed: they stand in a list that
+/// never holds a cell twice, and are grown from there with a depth that starts anew.
+///
+/// The path from the start is kept here and not on the call stack.
+class RegionGrower {
+public:
+    /// The lists are those of the caller; `postponed` must not be changed by others meanwhile.
+    RegionGrower(QList<QList<HistoCell>>& rows, QList<QPoint>& region, QList<QPoint>& postponed,
+                 const GrowthLimits& limits);
+
+    /// Grows from a cell, `depth` being the number of cells that lead to it.
+    void grow(int row, int column, int depth);
+    /// Grows from the postponed cells, the last one first, until there are none.
+    void growPostponed();
+
+private:
+    /// A cell on the path.
+    struct Visit {
+        int row;
+        int column;
+        int depth;
+        bool isDescending;
+        int triedSides;
+    };
+
+    void enter(int row, int column, int depth);
+    void postpone(const QPoint& cell);
+    const HistoCell* cellAt(int row, int column) const;
+
+    QList<QList<HistoCell>>& rows_;
+    QList<QPoint>& region_;
+    QList<QPoint>& postponed_;
+    GrowthLimits limits_;
+    std::vector<Visit> path_;
+    std::unordered_set<quint64> postponedKeys_; ///< the cells in `postponed_`
+};
+
+} // namespace KxMath::detail
