@@ -1,6 +1,8 @@
 // The equivalent conicity against closed forms, properties, a literal version of the method, and bad input.
 #include <KxMath/KxConicity.h>
 
+#include "shapes/crossSections.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -50,34 +52,12 @@ void calculate(WheelSet& set, Result& r) {
     }
 }
 
-/// A wheel with a flange and a straight tread; y down, x from the flange back, 70 mm inside the tape circle.
-void fillConicalWheel(KxProfile& wheel, float slope) {
-    for (float x = 0.0f; x < 135.0f; x += 0.05f) {
-        const float fromTape = x - 70.0f;
-        float y = -fromTape * slope; // the tread rises outwards
-        if (x < 38.0f) { // flange: up from the back, over the tip, down to the tread
-            const float tip = 28.0f;
-            y = x < 20.0f ? tip - (20.0f - x) * (20.0f - x) * 0.04f : tip - (x - 20.0f) * 1.6f;
-            y = std::max(y, -fromTape * slope);
-        }
-        wheel.points.append(KxPointXY(x, y));
-    }
-}
-
-/// A rail head: an arc with its top 32 mm from the gauge side.
-void fillRoundRail(KxProfile& rail, float radius) {
-    for (float x = 0.0f; x < 64.0f; x += 0.05f) {
-        const float d = x - 32.0f;
-        rail.points.append(KxPointXY(x, radius - std::sqrt(radius * radius - d * d)));
-    }
-}
-
 void fillCones(WheelSet& set, float slope) {
     for (KxProfile* const wheel : {&set.wheel1, &set.wheel2}) {
-        fillConicalWheel(*wheel, slope);
+        kxtool::appendConicalWheel(*wheel, slope);
     }
     for (KxProfile* const rail : {&set.rail1, &set.rail2}) {
-        fillRoundRail(*rail, 80.0f);
+        kxtool::appendRoundRail(*rail, 80.0f);
     }
 }
 
@@ -127,7 +107,7 @@ TEST(Conicity, OfConesIsTheirSlope) {
 TEST(Conicity, KeepsItsSymmetries) {
     WheelSet set;
     fillCones(set, 0.1f);
-    fillConicalWheel(set.wheel2, 0.05f); // a second wheel with both slopes: sides that differ
+    kxtool::appendConicalWheel(set.wheel2, 0.05f); // a second wheel with both slopes: sides that differ
     set.wheel2.points.remove(0, set.wheel1.points.size());
     Result r;
     calculate(set, r);
@@ -301,7 +281,7 @@ TEST(Conicity, HasAsManyPointsAsAmplitudesAreAskedFor) {
 
 TEST(Conicity, LeavesEverythingForAnEmptyProfile) {
     KxProfile profile, empty, conicity, deltaR, slope1, slope2;
-    fillRoundRail(profile, 80.0f);
+    kxtool::appendRoundRail(profile, 80.0f);
     conicity.points.append(KxPointXY(1, 2));
     int count1 = 17;
     int count2 = 18;
