@@ -26,9 +26,9 @@ int main(int argc, char** argv) {
         KxMath::EquivalentConicity(wheel, wheel, rail, rail, 460.0f, 460.0f, 1435.0f, 1360.0f, 100, conicity, deltaR,
                                    slope1, slope2, placed, contacts1.data(), count1, contacts2.data(), count2, 0.001f);
     // What was handed out gets its owners before anything else can go wrong.
-    std::vector<std::unique_ptr<KxMath::KxProfile>> owned(std::begin(placed), std::end(placed));
-    owned.insert(owned.end(), contacts1.begin(), contacts1.begin() + count1);
-    owned.insert(owned.end(), contacts2.begin(), contacts2.begin() + count2);
+    const std::vector<std::unique_ptr<KxMath::KxProfile>> ownPlaced(std::begin(placed), std::end(placed));
+    const std::vector<std::unique_ptr<KxMath::KxProfile>> own1(contacts1.begin(), contacts1.begin() + count1);
+    const std::vector<std::unique_ptr<KxMath::KxProfile>> own2(contacts2.begin(), contacts2.begin() + count2);
     if (points < 1) {
         std::fprintf(stderr, "no conicity can be calculated from these profiles\n");
         return 1;
