@@ -17,4 +17,6 @@ struct Command {
 /// All subcommands in the order in which the help lists them.
 std::span<const Command> allCommands();
 
+int runSimulate(const QStringList& arguments);
+
 } // namespace kxtool

@@ -14,7 +14,9 @@ namespace kxtool {
 
 namespace {
 
-constexpr std::array<Command, 0> kCommands = {};
+constexpr std::array kCommands = {
+    Command{"simulate", "write the recordings of a simulated train with the truth beside them", runSimulate},
+};
 
 void printUsage(FILE* stream) {
     std::fputs("Usage: kxmath COMMAND [options]\n\nCommands:\n", stream);

@@ -1,0 +1,145 @@
+// Everything that a simulated pass depends on.
+#include "simulator/parameters.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace kxsim {
+
+namespace {
+
+using P = Parameters;
+
+constexpr std::array kNumbers = {
+    NumberInfo{"serial1", &P::serial1, 1, 1e9, "", "serial number of the sensor that sees the left wheels"},
+    NumberInfo{"serial2", &P::serial2, 1, 1e9, "", "serial number of the sensor that sees the right wheels"},
+    NumberInfo{"speed", &P::speed, 0.1, 100, "m/s", "speed of the train"},
+    NumberInfo{"rate", &P::rate, 10, 1e5, "Hz", "profiles per second"},
+    NumberInfo{"cars", &P::cars, 1, 50, "", "number of cars"},
+    NumberInfo{"bogies", &P::bogies, 1, 4, "", "bogies per car"},
+    NumberInfo{"axles", &P::axles, 1, 4, "", "axles per bogie"},
+    NumberInfo{"axle-spacing", &P::axleSpacing, 500, 10000, "mm", "distance of the axles of a bogie"},
+    NumberInfo{"bogie-spacing", &P::bogieSpacing, 500, 50000, "mm", "distance of the bogies of a car"},
+    NumberInfo{"car-length", &P::carLength, 500, 100000, "mm", "distance of the cars"},
+    NumberInfo{"idle", &P::idleProfiles, 1, 1000000, "",
+               "profiles recorded before and after anything of the train is in view"},
+
+    NumberInfo{"diameter", &P::diameter, 300, 1500, "mm", "diameter of a new wheel"},
+    NumberInfo{"wear", &P::wear, 0, 200, "mm", "diameter that wheel pairs have lost at most"},
+    NumberInfo{"flange-wear", &P::flangeWear, 0, 8, "mm", "thickness that flanges have lost at most"},
+    NumberInfo{"rim-thickness", &P::rimThickness, 20, 150, "mm", "thickness of the rim of a new wheel below the tread"},
+    NumberInfo{"back-to-back", &P::backToBack, 300, 3000, "mm", "nominal distance of the back faces of a wheel pair"},
+    NumberInfo{"distance-spread", &P::distanceSpread, 0, 5, "mm", "standard deviation of that distance"},
+    NumberInfo{"lateral-spread", &P::lateralSpread, 0, 20, "mm",
+               "standard deviation of the sideways shift of wheel pairs"},
+
+    NumberInfo{"points", &P::points, 16, 65535, "", "points per profile"},
+    NumberInfo{"half-angle", &P::halfAngle, 0.1, 60, "deg", "half of the opening angle of the laser fan"},
+    NumberInfo{"stand-off", &P::standOff, 10, 5000, "mm", "distance of a sensor from a nominal back face"},
+    NumberInfo{"aim-height", &P::aimHeight, -100, 1000, "mm", "height above the rails at which the sensors aim"},
+    NumberInfo{"alpha", &P::alpha, -89, 89, "deg", "tilt of the sensors, negative when they look up"},
+    NumberInfo{"beta", &P::beta, 1, 179, "deg", "turn of the left sensor about the vertical, 90 is straight across"},
+    NumberInfo{"gamma", &P::gamma, -360, 360, "deg", "turn of the left sensor about its axis, 180 is x downwards"},
+    NumberInfo{"min-range", &P::minRange, 1, 10000, "mm", "smallest y that a sensor measures"},
+    NumberInfo{"max-range", &P::maxRange, 1, 10000, "mm", "largest y that a sensor measures"},
+    NumberInfo{"max-line", &P::maxLine, 1, 10000, "mm", "largest |x| that a sensor measures"},
+    NumberInfo{"baseline", &P::baseline, 0, 1000, "mm",
+               "distance of the camera from the laser, along the track; 0 means that the camera misses nothing"},
+    NumberInfo{"noise", &P::noise, 0, 10, "mm", "standard deviation of y"},
+    NumberInfo{"quantum", &P::quantum, 0, 10, "mm", "step of x and y; 0 means none"},
+    NumberInfo{"missing", &P::missing, 0, 1, "", "probability that a point is missing"},
+    NumberInfo{"spikes", &P::spikes, 0, 1, "", "probability that a point is a spike"},
+    NumberInfo{"spike-size", &P::spikeSize, 0, 1000, "mm", "largest height of a spike"},
+
+    NumberInfo{"gauge", &P::gauge, 300, 3000, "mm", "gauge of the track"},
+    NumberInfo{"level-margin", &P::levelMargin, 0.5, 500, "mm", "distance of the level line behind a nominal face"},
+};
+
+std::string number(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
+std::string findNumberOutOfRange(const Parameters& parameters) {
+    for (const NumberInfo& info : kNumbers) {
+        const double value = valueOf(parameters, info);
+        if (!(value >= info.min && value <= info.max)) {
+            return "--" + std::string(info.name) + " " + number(value) + " is not within " + number(info.min) + " to " +
+                   number(info.max);
+        }
+    }
+    return {};
+}
+
+std::string findDefectFault(const Parameters& p) {
+    const int pairs = p.cars * p.bogies * p.axles;
+    for (const Defect& defect : p.defects) {
+        if (defect.pair < 1 || defect.pair > pairs) {
+            return "a defect names wheel pair " + std::to_string(defect.pair) + " of " + std::to_string(pairs);
+        }
+        if (defect.sensor < 1 || defect.sensor > 2) {
+            return "a defect names sensor " + std::to_string(defect.sensor) + ", it must be 1 or 2";
+        }
+        const double most = defect.kind == Defect::Kind::Flat ? p.diameter / 4.0 : 10.0;
+        if (!(defect.size > 0.0 && defect.size <= most) || !(std::abs(defect.phase) <= 1e6)) {
+            return "a defect of size " + number(defect.size) + " and phase " + number(defect.phase) +
+                   " makes no sense, the size is above 0 and at most " + number(most);
+        }
+    }
+    return {};
+}
+
+/// The shortest distance of two axles that follow each other.
+double closestAxles(const Parameters& p) {
+    double closest = p.carLength;
+    const double bogieLength = (p.axles - 1) * p.axleSpacing;
+    if (p.axles > 1) {
+        closest = std::min(closest, p.axleSpacing);
+    }
+    if (p.bogies > 1) {
+        closest = std::min(closest, p.bogieSpacing - bogieLength);
+    }
+    return std::min(closest, p.carLength - (p.bogies - 1) * p.bogieSpacing - bogieLength);
+}
+
+} // namespace
+
+std::span<const NumberInfo> allNumbers() {
+    return kNumbers;
+}
+
+double valueOf(const Parameters& parameters, const NumberInfo& info) {
+    return std::visit([&](auto member) { return static_cast<double>(parameters.*member); }, info.member);
+}
+
+std::string findFault(const Parameters& p) {
+    if (std::string fault = findNumberOutOfRange(p); !fault.empty()) {
+        return fault;
+    }
+    if (p.serial1 == p.serial2) {
+        return "the serial numbers of the two sensors are equal";
+    }
+    if (p.prefix.empty() || p.prefix.find_first_of("_/\\") != std::string::npos ||
+        p.prefix.find(".bin") != std::string::npos) {
+        return "--prefix must not be empty or hold '_', '/', '\\' or '.bin'";
+    }
+    if (p.minRange >= p.maxRange) {
+        return "--min-range is not below --max-range";
+    }
+    constexpr double kFlange = 28.0;
+    if (closestAxles(p) < p.diameter + 2.0 * kFlange + 100.0) {
+        return "the axles are too close for wheels of this diameter";
+    }
+    if (p.wear / 2.0 > p.rimThickness - 15.0) {
+        return "--wear leaves less than 15 mm of the rim";
+    }
+    if (p.rimThickness > p.diameter / 2.0 - 150.0) {
+        return "--rim-thickness leaves no room for the web";
+    }
+    return findDefectFault(p);
+}
+
+} // namespace kxsim

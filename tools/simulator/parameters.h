@@ -1,0 +1,100 @@
+// Everything that a simulated pass depends on.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kxsim {
+
+enum class RecordKind { Profile, Cloud };
+
+/// A defect of the tread where the contact point is while the wheel passes the sensors; each pass shows only that part
+/// of the circumference.
+struct Defect {
+    enum class Kind { Flat, BuildUp };
+
+    Kind kind = Kind::Flat;
+    int pair = 1; ///< wheel pair, from 1 in the order in which they pass
+    int sensor = 1; ///< which sensor sees the wheel, 1 or 2
+    double size = 0.0; ///< length of a flat, height of a build-up, mm
+    double phase = 0.0; ///< distance of its middle along the circumference from what the sensors see, mm
+};
+
+struct Parameters {
+    std::uint64_t seed = 1;
+    std::string prefix = "train";
+    int serial1 = 101;
+    int serial2 = 102;
+    RecordKind records = RecordKind::Profile;
+
+    // Pass
+    double speed = 10.0; // m/s
+    double rate = 2000.0; // profiles per second
+    int cars = 2;
+    int bogies = 2; // per car
+    int axles = 2; // per bogie
+    double axleSpacing = 2100.0;
+    double bogieSpacing = 12600.0;
+    double carLength = 19200.0;
+    int idleProfiles = 20;
+
+    // Wheels
+    double diameter = 860.0;
+    double wear = 10.0;
+    double flangeWear = 3.0;
+    double rimThickness = 62.0;
+    double backToBack = 1360.0;
+    double distanceSpread = 0.5;
+    double lateralSpread = 1.5;
+    std::vector<Defect> defects;
+
+    // Sensors
+    int points = 1280;
+    bool hasEqualAngles = true;
+    double halfAngle = 9.5;
+    double standOff = 140.0;
+    double aimHeight = 9.0;
+    double alpha = -38.0;
+    double beta = 90.0;
+    double gamma = 180.0;
+    double minRange = 60.0;
+    double maxRange = 600.0;
+    double maxLine = 120.0;
+    double baseline = 60.0;
+    double noise = 0.05;
+    double quantum = 0.01;
+    double missing = 0.005;
+    double spikes = 0.0005;
+    double spikeSize = 8.0;
+
+    // Surroundings
+    double gauge = 1435.0;
+    bool hasRails = true;
+    bool hasBackground = true;
+    bool hasObjects = true;
+
+    // Calibration
+    double levelMargin = 12.0;
+};
+
+/// A number among the parameters, with the name of its option and the values that make sense.
+struct NumberInfo {
+    const char* name;
+    std::variant<double Parameters::*, int Parameters::*> member;
+    double min;
+    double max;
+    const char* unit; ///< empty for a plain number
+    const char* help;
+};
+
+std::span<const NumberInfo> allNumbers();
+
+double valueOf(const Parameters& parameters, const NumberInfo& info);
+
+/// What is wrong with the parameters, in one line; empty when nothing is.
+std::string findFault(const Parameters& parameters);
+
+} // namespace kxsim

@@ -1,0 +1,31 @@
+// Random numbers that are the same on every platform: the standard fixes the engine, but not its distributions.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <random>
+
+namespace kxsim {
+
+class Random {
+public:
+    /// Equal lists give equal sequences, and lists that differ in one number unrelated ones.
+    explicit Random(std::initializer_list<std::uint64_t> seeds);
+
+    /// At least 0, below 1.
+    double uniform();
+    double uniform(double from, double to);
+    /// Normal with mean 0 and standard deviation 1.
+    double normal();
+    /// normal() within +-3, by drawing again.
+    double boundedNormal();
+    /// True with the given probability.
+    bool chance(double probability);
+
+private:
+    std::mt19937_64 engine;
+    double spare = 0.0; ///< the second number of a pair of normal ones
+    bool hasSpare = false;
+};
+
+} // namespace kxsim

@@ -1,0 +1,74 @@
+// What the laser meets: the wheels and other parts of a train, and what stands beside the track.
+#pragma once
+
+#include "simulator/revolution.h"
+#include "simulator/vector.h"
+
+#include <optional>
+#include <vector>
+
+namespace kxsim {
+
+/// A change of the tread over part of the circumference and of the width.
+struct TreadPatch {
+    double angle; ///< radians from the lowest point of the wheel as it is above the sensor, forward positive
+    double height; ///< of a build-up; of a flat 0
+    double halfLength; ///< mm along the circumference
+};
+
+/// Where patches lie on the tread, from the back face.
+inline constexpr double kPatchFrom = 50.0; // mm
+inline constexpr double kPatchTo = 105.0; // mm
+
+class Wheel {
+public:
+    /// @param side 1 for a wheel on the left, -1 on the right
+    /// @param backFace distance of the back face from the track centre
+    Wheel(const WheelShape& shape, int side, double backFace);
+
+    void addFlat(const TreadPatch& flat);
+    void addBuildUp(const TreadPatch& buildUp);
+
+    /// The first hit before `end` with the axle `axleX` along the track; `end` when there is none.
+    double hit(const Ray& ray, double axleX, double end) const;
+    double maxRadius() const { return surface.maxRadius(); }
+
+    const WheelShape shape;
+    const Contour contour;
+    const int side;
+    const double backFace;
+
+private:
+    struct BuildUp {
+        TreadPatch patch;
+        SurfaceOfRevolution surface;
+    };
+
+    AxialRay toAxial(const Ray& ray, double axleX) const;
+    std::optional<double> leaveFlats(const AxialRay& ray, double t, double turn) const;
+
+    SurfaceOfRevolution surface;
+    std::vector<TreadPatch> flats;
+    std::vector<BuildUp> buildUps;
+};
+
+/// An upright box.
+struct Box {
+    Vec3 low;
+    Vec3 high;
+};
+
+/// The first hit before `end`; `end` when there is none.
+double hitBox(const Box& box, const Ray& ray, double end);
+
+/// A cross-section (x unused) that runs endlessly along the track; neighbouring points are joined.
+using TrackBody = std::vector<Vec3>;
+
+/// The first hit before `end`; `end` when there is none.
+double hitTrackBody(const TrackBody& body, const Ray& ray, double end);
+
+/// The head of a rail, of which a sensor sees at most the top and the inner side.
+/// @param side 1 on the left, -1 on the right
+TrackBody makeRailHead(double gauge, int side);
+
+} // namespace kxsim

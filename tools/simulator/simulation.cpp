@@ -1,0 +1,99 @@
+// A simulated pass from parameters to files.
+#include "simulator/simulation.h"
+
+#include "simulator/calibration.h"
+#include "simulator/recorder.h"
+#include "simulator/sensor.h"
+#include "simulator/train.h"
+#include "simulator/truth.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+#include <array>
+#include <cstdint>
+
+namespace kxsim {
+
+namespace {
+
+QString cannotWrite(const QString& fileName) {
+    return QStringLiteral("cannot write '%1'").arg(fileName);
+}
+
+/// Where the first axle is when the recording starts, and how far it goes: everything passes the sensors.
+struct Travel {
+    double start;
+    double step;
+    std::uint64_t profiles;
+};
+
+Travel planTravel(const Parameters& p, const Train& train) {
+    const double room = 2000.0 + p.diameter + p.maxRange;
+    const double step = 1000.0 * p.speed / p.rate;
+    const double length = train.pairs.back().behind + 2.0 * room;
+    return {-room, step, static_cast<std::uint64_t>(length / step)};
+}
+
+/// @return false when the recording could not be written
+bool record(const Parameters& p, const Train& train, int sensorNumber, Recorder& recorder, const Progress& progress) {
+    if (!recorder.open()) {
+        return false;
+    }
+    constexpr std::uint64_t kProgressInterval = 64;
+    const Sensor sensor(p, train, sensorNumber);
+    const Travel travel = planTravel(p, train);
+    KxMath::KxProfile profile;
+    for (std::uint64_t i = 0; i < travel.profiles; ++i) {
+        const double z = static_cast<double>(i) * travel.step;
+        const double trainX = travel.start + z;
+        // Profiles farther from the train than this are never recorded.
+        if (sensor.isNearTrain(trainX, travel.step * (p.idleProfiles + 1))) {
+            const View view = sensor.measure(trainX, i, profile);
+            recorder.add(profile, z, view);
+        }
+        if (i % kProgressInterval == 0 && progress) {
+            const double share = static_cast<double>(i) / static_cast<double>(travel.profiles);
+            progress((sensorNumber - 1 + share) / 2.0);
+        }
+    }
+    return recorder.close();
+}
+
+} // namespace
+
+QString simulatePass(const Parameters& p, const QString& directory, const Progress& progress) {
+    const QDir dir(directory);
+    const QString truthFile = dir.filePath(QStringLiteral("truth.json"));
+    if (!dir.mkpath(QStringLiteral("."))) {
+        return QStringLiteral("cannot make the directory '%1'").arg(directory);
+    }
+    QFile::remove(truthFile); // it stands for a complete pass
+    const Train train = makeTrain(p);
+    std::array<RecordingTruth, 2> recordings;
+    for (const int sensor : {1, 2}) {
+        const QString name =
+            QStringLiteral("%1_%2.bin").arg(QString::fromStdString(p.prefix)).arg(sensor == 1 ? p.serial1 : p.serial2);
+        Recorder recorder(dir.filePath(name), p);
+        if (!record(p, train, sensor, recorder, progress)) {
+            return cannotWrite(dir.filePath(name));
+        }
+        recordings[static_cast<std::size_t>(sensor - 1)] = {name, recorder.records(), recorder.wheels()};
+    }
+    for (const auto& [name, band] :
+         {std::pair{"settings.ini", DefectBand::BackFace}, {"defects.ini", DefectBand::Tread}}) {
+        const QString settingsFile = dir.filePath(QLatin1String(name));
+        if (!writeSettings(settingsFile, p, band)) {
+            return cannotWrite(settingsFile);
+        }
+    }
+    if (!writeTruth(truthFile, p, train, recordings)) {
+        return cannotWrite(truthFile);
+    }
+    if (progress) {
+        progress(1.0);
+    }
+    return {};
+}
+
+} // namespace kxsim

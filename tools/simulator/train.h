@@ -1,0 +1,36 @@
+// The train of a simulated pass.
+#pragma once
+
+#include "simulator/parameters.h"
+#include "simulator/scene.h"
+
+#include <string>
+#include <vector>
+
+namespace kxsim {
+
+struct WheelPair {
+    int car; ///< from 1, as the two below
+    int bogie;
+    int axle;
+    double behind; ///< distance behind the first axle of the train
+    double backToBack;
+    double lateralShift; ///< to the left
+    std::vector<Wheel> wheels; ///< left, right
+};
+
+/// Something else than a wheel. The box has x relative to the first axle of the train.
+struct Equipment {
+    std::string kind;
+    Box box;
+};
+
+struct Train {
+    std::vector<WheelPair> pairs;
+    std::vector<Equipment> equipment;
+};
+
+/// Draws the train of a seed.
+Train makeTrain(const Parameters& parameters);
+
+} // namespace kxsim

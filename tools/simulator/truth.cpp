@@ -1,0 +1,114 @@
+// What a simulated pass really was.
+#include "simulator/truth.h"
+
+#include "simulator/calibration.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QSaveFile>
+
+namespace kxsim {
+
+namespace {
+
+QJsonObject toJson(const SensorLine& line) {
+    return {{"k", line.k}, {"b", line.b}};
+}
+
+QJsonObject parametersToJson(const Parameters& p) {
+    QJsonObject json;
+    for (const NumberInfo& info : allNumbers()) {
+        json[QLatin1String(info.name)] = valueOf(p, info);
+    }
+    json["seed"] = QString::number(p.seed); // JSON numbers do not hold 64 bits
+    json["prefix"] = QString::fromStdString(p.prefix);
+    json["records"] = p.records == RecordKind::Profile ? "profile" : "cloud";
+    json["spacing"] = p.hasEqualAngles ? "angle" : "line";
+    json["rails"] = p.hasRails;
+    json["background"] = p.hasBackground;
+    json["objects"] = p.hasObjects;
+    return json;
+}
+
+QJsonObject sensorToJson(const Parameters& p, int sensor, const RecordingTruth& recording) {
+    const Pose pose = makePose(p, sensor);
+    const CalibratedLines lines = calibrate(p, sensor);
+    return {{"serial", sensor == 1 ? p.serial1 : p.serial2},
+            {"file", recording.fileName},
+            {"side", sensor == 1 ? "left" : "right"},
+            {"records", recording.records},
+            {"pose", QJsonObject{{"x", pose.origin.x},
+                                 {"y", pose.origin.y},
+                                 {"z", pose.origin.z},
+                                 {"alpha", pose.alpha},
+                                 {"beta", pose.beta},
+                                 {"gamma", pose.gamma}}},
+            {"reference", toJson(lines.reference)},
+            {"level", toJson(lines.level)}};
+}
+
+QJsonArray defectsToJson(const Parameters& p, int pair, int sensor) {
+    QJsonArray json;
+    for (const Defect& d : p.defects) {
+        if (d.pair == pair && d.sensor == sensor) {
+            const bool isFlat = d.kind == Defect::Kind::Flat;
+            json.append(QJsonObject{
+                {"kind", isFlat ? "flat" : "build-up"}, {isFlat ? "length" : "height", d.size}, {"phase", d.phase}});
+        }
+    }
+    return json;
+}
+
+QJsonObject wheelToJson(const Parameters& p, const WheelPair& pair, int number, int sensor,
+                        const RecordingTruth& recording) {
+    const Wheel& wheel = pair.wheels[static_cast<std::size_t>(sensor - 1)];
+    const WheelRecords& records = recording.wheels[static_cast<std::size_t>(number - 1)];
+    return {{"sensor", sensor},
+            {"side", sensor == 1 ? "left" : "right"},
+            {"offset", wheel.backFace - p.backToBack / 2.0},
+            {"diameter", wheel.shape.diameter},
+            {"flangeThickness", flangeThickness(wheel.contour, wheel.shape.diameter)},
+            {"firstRecord", records.first},
+            {"lastRecord", records.last},
+            {"defects", defectsToJson(p, number, sensor)}};
+}
+
+} // namespace
+
+bool writeTruth(const QString& fileName, const Parameters& p, const Train& train,
+                const std::array<RecordingTruth, 2>& recordings) {
+    QJsonArray pairs;
+    int number = 0;
+    for (const WheelPair& pair : train.pairs) {
+        ++number;
+        QJsonArray wheels;
+        for (const int sensor : {1, 2}) {
+            wheels.append(wheelToJson(p, pair, number, sensor, recordings[static_cast<std::size_t>(sensor - 1)]));
+        }
+        pairs.append(QJsonObject{{"pair", number},
+                                 {"car", pair.car},
+                                 {"bogie", pair.bogie},
+                                 {"axle", pair.axle},
+                                 {"behindFirst", pair.behind},
+                                 {"backToBack", pair.backToBack},
+                                 {"lateralShift", pair.lateralShift},
+                                 {"wheels", wheels}});
+    }
+    QJsonArray equipment;
+    for (const Equipment& e : train.equipment) {
+        equipment.append(QJsonObject{{"kind", QString::fromStdString(e.kind)},
+                                     {"low", QJsonArray{e.box.low.x, e.box.low.y, e.box.low.z}},
+                                     {"high", QJsonArray{e.box.high.x, e.box.high.y, e.box.high.z}}});
+    }
+    const QJsonObject truth = {
+        {"parameters", parametersToJson(p)},
+        {"profileStep", 1000.0 * p.speed / p.rate},
+        {"sensors", QJsonArray{sensorToJson(p, 1, recordings[0]), sensorToJson(p, 2, recordings[1])}},
+        {"pairs", pairs},
+        {"equipment", equipment}};
+    QSaveFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(truth).toJson()) >= 0 && file.commit();
+}
+
+} // namespace kxsim

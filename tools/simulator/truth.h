@@ -1,0 +1,26 @@
+// What a simulated pass really was.
+#pragma once
+
+#include "simulator/parameters.h"
+#include "simulator/recorder.h"
+#include "simulator/train.h"
+
+#include <QtCore/QString>
+
+#include <array>
+
+namespace kxsim {
+
+/// What the recorder of a sensor left.
+struct RecordingTruth {
+    QString fileName; ///< without a directory
+    int records;
+    std::vector<WheelRecords> wheels;
+};
+
+/// Writes the truth as JSON.
+/// @return false when the file could not be written
+bool writeTruth(const QString& fileName, const Parameters& parameters, const Train& train,
+                const std::array<RecordingTruth, 2>& recordings);
+
+} // namespace kxsim
