@@ -3,6 +3,7 @@
 
 #include "KxConicity.h"
 #include "KxInterpolant.h"
+#include "KxLevelHistogram.h"
 #include "KxMathExport.h"
 #include "KxMathVersion.h"
 #include "KxMatrixCloud.h"

@@ -309,6 +309,57 @@ public:
     /// @return the number of points removed
     int removePointsByYLevel(float level, bool above);
 
+    // Density filters. They walk a grid of cells over the cached range, which is calculated first when a bound of it is
+    // unknown and not updated afterwards: along each axis from the minimum while below the maximum, x outermost and z
+    // innermost. A cell sees only what the cells before it have left, and a cloud without extent along an axis has no
+    // cells. The walk along an axis ends where the step is too small to advance in single precision; a `cell` of 0 or
+    // below has no cells. Points with a NaN coordinate are in no cell. Each returns the number of points removed;
+    // `zIndexBuilt` becomes 0 when there are any.
+
+    /// Removes the points of each cube that holds fewer than `minCount`. Points on a face belong to both cubes. Nothing
+    /// happens to a cloud of fewer than `minCount` points.
+    /// @param cell edge of the cubes; NaN makes one cube without an upper end
+    int cubicFilter(float cell, int minCount);
+
+    /// Removes the points of each cell that holds fewer than `minCount`, and of the other cells those whose nearest
+    /// neighbour in the same cell is more than `maxDist` away; where they leave fewer than `minCount`, all points of
+    /// the cell. A single point of a cell has no neighbour and is not removed for its distance.
+    /// @param cell edge of the cubes, or diameter of the balls; NaN makes one cube without an upper end, and no ball.
+    ///        Balls of a diameter below 7.4e-23, whose squares vanish in single precision, are no cells
+    /// @param maxDist NaN or infinite: no point is too far away
+    /// @param spherical balls about the centres of cubes instead of cubes, with a step of cell / 1.41421, so that they
+    ///        overlap
+    int cubicFilter2(float cell, float maxDist, int minCount, bool spherical);
+
+    /// cubicFilter2() with balls.
+    int sphericalFilter2(float cell, float maxDist, int minCount);
+
+    /// Takes the cloud for a stack of profiles at z = minZ, minZ + `step`, ..., each 0.0001 thick, and finds in each
+    /// the points beyond the lowest ones on both sides of the highest one. The range is calculated first.
+    ///
+    /// Deliberately, the cloud is then trimmed to each of these points with trim(): the first one leaves only the
+    /// points equal to it, and another one empties the cloud; the range is clamped to them. A cloud without such points
+    /// is left as it is. In a profile without y of at least 0, the highest point is looked for where it was in the one
+    /// before.
+    void clearEdgeEffect(float step);
+
+    /// Finds a tape on a surface and appends its points to `tape`. In each slab of thickness `step` along z, from the
+    /// smallest z on, a base line y(x) is fitted to the surface, and the longest run of points along x that stands
+    /// between `minHeight` and `maxHeight` above it is taken.
+    ///
+    /// The base line starts from the repeated median slope (Siegel, Biometrika 69, 1982) and the lowest densest third
+    /// of the heights about it, and is a least-squares line through what lies within 2.5 standard deviations, iterated;
+    /// a tape may cover somewhat less than half of a slab. A run is judged by running medians of 9 heights, and the
+    /// bounds give way by the roughness of the surface, so that a rough tape stays in one piece. Slabs of fewer than 16
+    /// points and runs of fewer than 5 are passed over.
+    ///
+    /// This cloud is not changed. Points with a coordinate that is NaN or infinite are passed over. The points are
+    /// appended slab by slab in the order of x; the range of `tape` is not updated, its `zIndexBuilt` becomes 0.
+    /// @param step thickness of a slab; NaN, 0 or below finds nothing
+    /// @param minHeight,maxHeight inclusive, in the unit of y; NaN is no bound
+    /// @return the number of points appended
+    int extractInsulatingTape(KxPointCloud<KxPointXYZ>& tape, float step, float minHeight, float maxHeight);
+
 protected:
     /// Widens the range by one point. A NaN coordinate becomes a bound only while that bound is unknown.
     void updateRange(KxPointXYZ& p);

@@ -255,6 +255,65 @@ public:
     /// The corners of that rectangle about calcCenterPoint(), which fills an unknown range: lower left, upper left,
     /// upper right, lower right. `corners` is replaced, `angle` may be null.
     void calcRect(KxPointCloud<KxPointXY>& corners, float* angle, float angleStep);
+
+    // Derived profiles; the cached ranges of `out` are not updated unless a function says otherwise
+
+    /// The level run of points around `x` on a profile ordered by x. From the point left of `x` on (the point at `x`
+    /// where one has exactly this x) one cursor goes left and one goes right; a point is taken when its y differs by at
+    /// most `maxStep` from the last one taken on its side, at first from calcY() at `x`. A side ends after `maxMisses`
+    /// points in a row that were not taken.
+    /// @param out cleared, then receives the points, sorted by x; also those of a run that fails a bound
+    /// @param minY,maxY bounds of calcY() at `x`; a value of NaN passes them
+    /// @param minLength,maxLength bounds of the length of the run in x. A NaN bound of either kind is switched off
+    /// @return false when a bound failed or no point was taken, as for fewer than 2 points
+    bool calcLineSegment(float x, float maxStep, int maxMisses, KxProfile& out, float minY, float maxY, float minLength,
+                         float maxLength);
+
+    /// Writes y minus y of `other`, point by point, to the y of `out` by index; x of `out` stays. Then every block of
+    /// `window` points takes the absolute value of the sum of its y. Deliberately the sum and not the mean; the points
+    /// behind the last full block keep their differences. Nothing happens when one of the profiles is empty.
+    /// @param out needs as many points as the shorter profile
+    /// @param reserved not used
+    /// @param cutTail removes from `out` points behind that number: deliberately only every second one, the first
+    ///        included
+    void calcDistance(KxProfile& other, KxProfile& out, int window, int reserved, bool cutTail);
+
+    /// Writes to `out` by index, block by block of `window` points, the chord from the first point of the block to the
+    /// first point of the next one. A last block that ends with the profile takes the chord to the last point; of one
+    /// point it takes that point. Points behind the last full block are not written.
+    /// @param reserved not used
+    void addLineSegments(KxProfile& out, int window, int reserved);
+
+    /// The same with blocks as wide as `windowMM` in x: a block reaches from its first point to the first one at least
+    /// that far away in x, where the next block begins. A missing point starts and ends no block: one inside a block
+    /// gets its y from the chord where it has an x, and those before the first block are copied.
+    /// @return the number of points written, from the first on; 0 for a window of 0, below or NaN
+    int addLineSegmentsWithMMWindow(KxProfile& out, float windowMM);
+
+    /// Writes to `out` by index, block by block of `window` points, a straight piece of slope `slope` through the
+    /// middle point of the block, that at `window` / 2. The pieces do not join. Points behind the last full block are
+    /// not written.
+    /// @param reserved not used
+    void addParallelLine(KxProfile& out, int window, int reserved, float slope);
+
+    /// Replaces the points by those of `cloud` seen from above: x and z of the points with y of at least `level`, of
+    /// all points when `level` is NaN. The cached range stays as it was.
+    /// @return the number of points
+    int makeCloudTopView(KxPointCloud<KxPointXYZ> cloud, float level);
+
+    /// Finds the joint between two plates: a gap of at least 0.5 or an offset of at least 0.3 in y; lengths are in mm.
+    ///
+    /// The points, ordered by x, are cut where y leaves the local slope (a running median) by more than 0.15 or five
+    /// times the noise, and where points are missing. Pieces of fewer than 5 points are spikes or the bottom of a gap.
+    /// Neighbouring pieces belong to one plate when the lines through their ends (by repeated medians: Siegel,
+    /// Biometrika 69, 1982) meet within 0.2 and less than 0.45 lies between them, or not more than one missing point.
+    /// Plates are longer than 3.25; of several joints the largest is taken.
+    ///
+    /// This profile is not changed. Missing and infinite points are passed over.
+    /// @param joint replaced by two points, the edge of the left plate and that of the right one: the x of the last
+    ///        (first) point of the plate and the y of the line through its end. Its range is not calculated
+    /// @return false, `joint` unchanged, when there is no joint
+    bool detectJoint(KxPointCloud<KxPointXY>& joint);
 };
 
 } // namespace KxMath
