@@ -61,7 +61,7 @@ public:
         const double middle = ahead + random.uniform(-10.0, 10.0);
         const double raise = random.uniform(-5.0, 5.0);
         for (const double side : {1.0, -1.0}) {
-            const auto [right, left] = std::minmax(side * (face + fromFace), side * (face + toFace));
+            const auto [right, left] = std::minmax({side * (face + fromFace), side * (face + toFace)});
             list.push_back(
                 {kind, {{middle - length / 2.0, right, low + raise}, {middle + length / 2.0, left, high + raise}}});
         }
