@@ -96,8 +96,10 @@ int KxMatrixWithHistos::gatherSeed(KxMatrixCloud& matrix, KxPointCloud<KxPointXY
                                    float maxStep, int minCount, float maxDrop) {
     const float refMean = std::as_const(histoRows)[row][column].mean;
     QList<QPoint> region;
-    *pendingSeeds = {QPoint(row, column)};
-    detail::RegionGrower(histoRows, region, *pendingSeeds, {refMean, maxStep, maxDrop}).growPostponed();
+    pendingSeeds->clear();
+    detail::RegionGrower grower(histoRows, region, *pendingSeeds, {refMean, maxStep, maxDrop});
+    grower.grow(row, column, 0); // the first cell that would be taken from the list
+    grower.growPostponed();
     if (region.size() < minCount) {
         return 0;
     }

@@ -1,0 +1,239 @@
+#include "gridSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace KxMath;
+using namespace testing_support;
+
+namespace {
+
+/// Gives access to the growth itself.
+struct Growing : KxMatrixWithHistos {
+    using KxMatrixWithHistos::recFindNeighbours;
+};
+
+/// The search as it is defined: recursive, pass by pass over all cells, on a map of its own.
+struct PlainSearch {
+    QList<QList<HistoCell>> rows;
+    QList<QPoint> pending;
+    KxMatrixCloud matrix;
+
+    void grow(QList<QPoint>& region, int row, int column, float refMean, float maxStep, float maxDrop, int depth) {
+        if (rows[row][column].visited) {
+            return;
+        }
+        const int count = depth + 1;
+        if (count > 201) {
+            if (!pending.contains(QPoint(row, column))) {
+                pending.append(QPoint(row, column));
+            }
+            return;
+        }
+        region.append(QPoint(row, column));
+        rows[row][column].visited = true;
+        const float mean = rows[row][column].mean;
+        const bool isDescending = !std::isnan(maxDrop) && refMean - mean >= maxDrop;
+        for (const auto& [dr, dc] : {std::pair(0, -1), std::pair(0, 1), std::pair(-1, 0), std::pair(1, 0)}) {
+            const int r = row + dr;
+            const int c = column + dc;
+            if (r < 0 || r >= rows.size() || c < 0 || c >= rows[r].size() || rows[r][c].visited) {
+                continue;
+            }
+            const float d = mean - rows[r][c].mean;
+            if (isDescending ? 0 < d && d < maxStep : std::fabs(d) < maxStep) {
+                grow(region, r, c, refMean, maxStep, maxDrop, count);
+            }
+        }
+    }
+
+    int gather(SpaceCloud& cloud, int row, int column, float maxStep, int minCount, float maxDrop) {
+        pending = {QPoint(row, column)};
+        const float refMean = rows[row][column].mean;
+        QList<QPoint> region;
+        while (!pending.isEmpty()) {
+            const QPoint last = pending.takeLast();
+            grow(region, last.x(), last.y(), refMean, maxStep, maxDrop, 0);
+        }
+        if (region.size() < minCount) {
+            return 0;
+        }
+        for (const QPoint& at : region) {
+            HistoCell& cell = rows[at.x()][at.y()];
+            if (!cell.taken) {
+                matrix.extractToPointCloud(cloud, cell.firstColumn, cell.firstRow, cell.column - cell.firstColumn,
+                                           cell.row - cell.firstRow, true);
+                cell.taken = true;
+            }
+        }
+        return cloud.size();
+    }
+
+    ExactList extract(float level, float endLevel, float levelStep, float tolerance, int minCount, float maxDrop) {
+        ExactList all;
+        for (bool isFirst = true; isFirst || endLevel <= level; isFirst = false) {
+            for (int r = 0; r < rows.size(); ++r) {
+                for (int c = 0; c < rows[0].size(); ++c) {
+                    if (std::fabs(rows[r][c].mean - level) < tolerance && !rows[r][c].visited) {
+                        SpaceCloud cloud;
+                        if (gather(cloud, r, c, tolerance, minCount, maxDrop) >= minCount) {
+                            all.push_back(exact(cloud.size()));
+                            const ExactList points = exact(cloud.points);
+                            all.insert(all.end(), points.begin(), points.end());
+                        }
+                    }
+                }
+            }
+            if (!(level - levelStep < level)) {
+                break;
+            }
+            level -= levelStep;
+        }
+        return all;
+    }
+};
+
+QList<QList<HistoCell>> flatCells(int rows, int columns, float mean) {
+    QList<QList<HistoCell>> cells(rows);
+    for (int r = 0; r < rows; ++r) {
+        for (int c = 0; c < columns; ++c) {
+            cells[r].append({mean, c, c, r, r, false, false});
+        }
+    }
+    return cells;
+}
+
+TEST(Seeds, EqualThePlainDefinition) {
+    Nasty nasty(46);
+    int found = 0;
+    for (int round = 0; round < 1500; ++round) {
+        nasty.nextCase();
+        const Heights heights = nastyHeights(nasty, 40);
+        const int blockSize = nasty.pick(std::array{1, 1, 2, 3, 0});
+        const float tolerance = nasty.pick(std::array{0.3f, 1.5f, 5.0f, 40.0f, kInf, 0.0f, kNaN});
+        const float maxDrop = nasty.pick(std::array{kNaN, kNaN, 0.0f, 1.0f, 50.0f});
+        const float levelStep = nasty.pick(std::array{0.7f, 3.0f, 40.0f, 0.0f, -1.0f, kNaN, kInf});
+        const int minCount = nasty.pick(std::array{1, 1, 3, 20, 0, -5});
+        const float start = nasty.chance(90) ? nasty.plain() + 5.0f : nasty.special();
+        const float end = nasty.chance(90) ? start - 100.0f : nasty.value();
+        if (end < start - 1e4f && std::fabs(start) < 1e9f) {
+            continue; // more passes than the plain search has time for
+        }
+
+        PlainSearch plain;
+        fill(plain.matrix, heights, 0.5f);
+        KxMatrixCloud matrix;
+        fill(matrix, heights, 0.5f);
+        Growing histos;
+        histos.calcFromMatrixCloud(matrix, blockSize, 0, nullptr, nullptr);
+        plain.rows = histos.histoRows;
+
+        QList<SpaceCloud*> seeds;
+        histos.extractSeeds(matrix, &seeds, start, end, levelStep, tolerance, minCount, maxDrop);
+        ExactList clouds;
+        for (SpaceCloud* const cloud : std::as_const(seeds)) {
+            clouds.push_back(exact(cloud->size()));
+            const ExactList points = exact(cloud->points);
+            clouds.insert(clouds.end(), points.begin(), points.end());
+        }
+        found += static_cast<int>(seeds.size());
+        EXPECT_EQ(KxMatrixWithHistos::freePointCloudList(seeds), seeds.size());
+        ASSERT_EQ(clouds, plain.extract(start, end, levelStep, tolerance, minCount, maxDrop)) << "round " << round;
+        ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
+        ASSERT_EQ(exact(heightsOf(matrix)), exact(heightsOf(plain.matrix)));
+        ASSERT_TRUE(histos.pendingSeeds->isEmpty());
+    }
+    EXPECT_GT(found, 1000);
+}
+
+TEST(Seeds, GrowthPostponesWhatIsTooDeep) {
+    Nasty nasty(47);
+    for (int round = 0; round < 600; ++round) {
+        nasty.nextCase();
+        PlainSearch plain;
+        plain.rows = flatCells(1 + nasty.below(25), 1 + nasty.below(25), 3);
+        for (QList<HistoCell>& row : plain.rows) {
+            for (HistoCell& cell : row) {
+                cell.mean = nasty.chance(80) ? nasty.plain() : nasty.value();
+                cell.visited = nasty.chance(5);
+            }
+        }
+        const int row = nasty.below(static_cast<int>(plain.rows.size()));
+        const int column = nasty.below(static_cast<int>(plain.rows[0].size()));
+        const int depth = nasty.pick(std::array{0, 1, 150, 195, 200, 201, std::numeric_limits<int>::max() - 1});
+        const float maxStep = nasty.pick(std::array{1.5f, 40.0f, kInf});
+        const float maxDrop = nasty.pick(std::array{kNaN, 1.0f});
+        plain.pending = {QPoint(0, 0), QPoint(row, column), QPoint(0, 0)};
+        Growing histos;
+        histos.histoRows = plain.rows;
+        *histos.pendingSeeds = plain.pending;
+
+        QList<QPoint> region{QPoint(-1, -1)};
+        QList<QPoint> expected = region;
+        histos.recFindNeighbours(region, row, column, 2, maxStep, maxDrop, depth);
+        plain.grow(expected, row, column, 2, maxStep, maxDrop, depth);
+        ASSERT_EQ(exact(region), exact(expected)) << "round " << round;
+        ASSERT_EQ(exact(*histos.pendingSeeds), exact(plain.pending)) << "round " << round;
+        ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
+    }
+}
+
+TEST(Seeds, RegionsDescendBelowTheDrop) {
+    KxMatrixCloud matrix;
+    fill(matrix, {{1, 2, 3, 4, 5, 6}});
+    KxMatrixWithHistos histos;
+    // 9 is 1 below the start, so that from there on the way only leads down: not to 8.6, and not on from 8.4 to 8.4.
+    const float means[] = {8.6f, 10, 9, 8.4f, 8.4f, 8};
+    histos.histoRows = flatCells(1, 6, 0);
+    for (int c = 0; c < 6; ++c) {
+        histos.histoRows[0][c].mean = means[c];
+        histos.histoRows[0][c].row = 1; // each block is the cell below its mean
+        histos.histoRows[0][c].column = c + 1;
+    }
+    SpaceCloud cloud;
+    EXPECT_EQ(histos.gatherSeed(matrix, cloud, 0, 1, 1.1f, 4, 1.0f), 0); // too small, but reached all the same
+    EXPECT_TRUE(histos.histoRows[0][3].visited);
+    EXPECT_FALSE(histos.histoRows[0][0].visited || histos.histoRows[0][4].visited);
+    EXPECT_EQ(histos.gatherSeed(matrix, cloud, 0, 5, 1.1f, 2, kNaN), 2);
+    EXPECT_EQ(exact(cloud.points), exact(QList<KxPointXYZ>{{5, 6, 0}, {4, 5, 0}}));
+    EXPECT_EQ(matrix.size(), 4);
+}
+
+TEST(Seeds, LongValleysAreGatheredInOrder) {
+    for (const bool isRow : {true, false}) {
+        Growing histos;
+        histos.histoRows = isRow ? flatCells(1, 1000, 4) : flatCells(1000, 1, 4);
+        QList<QPoint> region;
+        histos.recFindNeighbours(region, 0, 0, 4, 1, kNaN, 0);
+        EXPECT_EQ(region.size(), 201);
+        EXPECT_EQ(*histos.pendingSeeds, (QList<QPoint>{isRow ? QPoint(0, 201) : QPoint(201, 0)}));
+        KxMatrixCloud matrix;
+        fill(matrix, isRow ? Heights(1, std::vector<float>(1001, 4)) : Heights(1001, std::vector<float>(1, 4)));
+        SpaceCloud cloud;
+        histos.histoRows = isRow ? flatCells(1, 1000, 4) : flatCells(1000, 1, 4);
+        for (QList<HistoCell>& row : histos.histoRows) {
+            for (HistoCell& cell : row) {
+                cell.row++;
+                cell.column++;
+            }
+        }
+        EXPECT_EQ(histos.gatherSeed(matrix, cloud, 0, 0, 1, 1000, kNaN), 1000);
+        EXPECT_EQ(isRow ? cloud.points.last().x : cloud.points.last().z, 999.0f);
+    }
+}
+
+TEST(Seeds, AWholeScanIsOneSeed) {
+    KxMatrixCloud matrix;
+    fill(matrix, Heights(2000, std::vector<float>(1280, 5.0f)));
+    KxMatrixWithHistos histos;
+    histos.calcFromMatrixCloud(matrix, 2, 0, nullptr, nullptr);
+    QList<SpaceCloud*> seeds;
+    // A step that is tiny against the levels takes millions of passes, and no time.
+    EXPECT_EQ(histos.extractSeeds(matrix, &seeds, 5, 4, 1e-6f, 0.5f, 100, kNaN), 1);
+    EXPECT_EQ(seeds[0]->size(), 1999 * 1279);
+    EXPECT_EQ(matrix.size(), 2000 + 1280 - 1);
+    seeds.append(nullptr);
+    EXPECT_EQ(KxMatrixWithHistos::freePointCloudList(seeds), 1);
+    EXPECT_EQ(histos.extractSeeds(matrix, nullptr, 5, 4, 1, 1, 1, kNaN), 0);
+}
+
+} // namespace

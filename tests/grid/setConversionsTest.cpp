@@ -1,0 +1,171 @@
+#include "gridSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace KxMath;
+using namespace testing_support;
+
+namespace {
+
+float positionAt(int index, float pitch, float origin) {
+    return static_cast<float>(index * static_cast<double>(pitch) + static_cast<double>(origin));
+}
+
+/// Every pair of neighbours is tried for every point.
+KxProfileZSet slicePlainly(const SpaceCloud& cloud, float minZ, int count, float step) {
+    KxProfileZSet set;
+    for (int k = 0; k < count; ++k) {
+        set.profiles.append(KxProfileZ(positionAt(k, step, minZ)));
+    }
+    for (const KxPointXYZ& p : cloud.points) {
+        for (int k = 0; k <= count - 2; ++k) {
+            if (set.profiles[k].z <= p.z && set.profiles[k + 1].z >= p.z) {
+                const float t = (p.z - set.profiles[k].z) / step;
+                set.profiles[t < 0.5f ? k : k + 1].points.append(KxPointXY(p.x, p.y));
+                break;
+            }
+        }
+    }
+    return set;
+}
+
+TEST(SetFromCloud, EqualsThePlainDefinition) {
+    Nasty nasty(42);
+    int sliced = 0;
+    for (int round = 0; round < 4000; ++round) {
+        nasty.nextCase();
+        SpaceCloud cloud;
+        cloud.points = nasty.points<KxPointXYZ>(nasty.size(60));
+        if (nasty.chance(20)) { // a range that is known is trusted
+            cloud.minZ = nasty.value();
+            cloud.maxZ = nasty.value();
+        }
+        if (nasty.chance(10)) { // positions so large that slices coincide
+            cloud.shift(0, 0, 1e7f);
+        }
+        const float step = nasty.pick(std::array{0.1f, 0.25f, 1.0f, 3.3f, 1e-3f, 1e9f, kInf});
+        SpaceCloud ranged(cloud);
+        if (std::isnan(ranged.minZ)) {
+            ranged.calcRange();
+        }
+        const float count = std::ceil((ranged.maxZ - ranged.minZ) / step) + 1;
+        if (count > 3000 && count <= 16777216) {
+            continue;
+        }
+        const bool isCounted = count >= 1 && count <= 3000;
+        const KxProfileZSet expected = slicePlainly(cloud, ranged.minZ, isCounted ? static_cast<int>(count) : 0, step);
+        KxProfileZSet set;
+        set.profiles.append(profileAt(1, {{1, 1}}));
+        ASSERT_EQ(set.calcFromPointCloud(cloud, step), expected.profiles.size()) << "round " << round;
+        ASSERT_EQ(exact(set), exact(expected)) << "round " << round;
+        ASSERT_EQ(set.stepZ, step);
+        ASSERT_TRUE(std::isnan(set.minX));
+        sliced += expected.profiles.size() > 1 ? 1 : 0;
+    }
+    EXPECT_GT(sliced, 1000);
+}
+
+TEST(SetFromCloud, StepsWithoutSlicesGiveAnEmptySet) {
+    SpaceCloud cloud;
+    cloud.points = {{0, 1, 0}, {0, 2, 1000}};
+    SpaceCloud empty;
+    SpaceCloud flat;
+    flat.points = {{0, 1, 7}, {1, 2, 7}};
+    KxProfileZSet set;
+    for (const float step : {0.0f, -0.0f, -1.0f, kNaN, -kInf, 1e-30f, 5e-5f}) {
+        set.profiles.append(profileAt(1, {{1, 1}}));
+        EXPECT_EQ(set.calcFromPointCloud(cloud, step), 0) << step;
+        EXPECT_TRUE(set.isEmpty());
+        EXPECT_EQ(exact(set.stepZ), exact(step));
+    }
+    EXPECT_EQ(set.calcFromPointCloud(empty, 1), 0);
+    EXPECT_EQ(set.calcFromPointCloud(flat, 1), 1);
+    EXPECT_EQ(exact(set), exact(QList<float>{0, 7})); // one slice without points
+    EXPECT_EQ(set.calcFromPointCloud(cloud, 400), 4);
+    EXPECT_EQ(set.profiles[2].size(), 0);
+    EXPECT_EQ(set.profiles[3].points[0].y, 2.0f); // at 1000 between 800 and 1200: equally near, the later one
+}
+
+TEST(SetToCloud, TakesStretchesOfProfiles) {
+    KxProfileZSet set;
+    set.profiles.append(profileAt(1, {{1, 2}, {3, 4}}));
+    set.profiles.append(profileAt(kNaN, {}));
+    set.profiles.append(profileAt(5, {{6, 7}}));
+    SpaceCloud cloud;
+    cloud.minX = 3;
+    EXPECT_EQ(set.toPointCloud(cloud), 3);
+    EXPECT_EQ(exact(cloud.points), exact(QList<KxPointXYZ>{{1, 2, 1}, {3, 4, 1}, {6, 7, 5}}));
+    EXPECT_TRUE(std::isnan(cloud.minX));
+    EXPECT_EQ(set.toPointCloud(cloud, 1, 2), 1);
+    EXPECT_EQ(set.toPointCloud(cloud, 2, 1), 0);
+    set.clear();
+    EXPECT_EQ(set.toPointCloud(cloud), 0);
+}
+
+TEST(SetToMatrix, EqualsTheHeightsOfTheSortedProfiles) {
+    Nasty nasty(43);
+    int filled = 0;
+    for (int round = 0; round < 3000; ++round) {
+        nasty.nextCase();
+        KxProfileZSet set = nastySet(nasty, 5);
+        set.stepZ = nasty.pick(std::array{0.1f, 1.0f, 2.5f, 37.7f, kInf, 0.0f, -1.0f});
+        if (nasty.chance(20)) { // also ranges that rise or fall against the step
+            set.minX = nasty.plain();
+            set.maxX = nasty.plain();
+        }
+        KxProfileZSet expected = set;
+        if (std::isnan(set.minX) || std::isnan(set.maxX)) {
+            expected.calcRange();
+        }
+        const float columns = std::ceil((expected.maxX - expected.minX) / set.stepZ);
+        if (columns > 2000) {
+            continue;
+        }
+        const float limit = nasty.pick(std::array{kNaN, 0.5f, 40.0f});
+        KxMatrixCloud matrix;
+        const int count = set.toMatrixCloud(matrix, limit, nasty.chance(50) ? kNaN : set.stepZ);
+        if (set.isEmpty() || !(columns >= 0)) {
+            ASSERT_EQ(count, 0);
+            ASSERT_EQ(matrix.rows, -1);
+            continue;
+        }
+        Heights heights;
+        for (KxProfileZ& profile : expected.profiles) {
+            profile.sort(KxSortAscending, KxSortAscending);
+            std::vector<float>& row = heights.emplace_back();
+            for (int j = 0; j < static_cast<int>(columns); ++j) {
+                row.push_back(profile.calcY(positionAt(j, set.stepZ, expected.minX), limit, nullptr));
+            }
+        }
+        ASSERT_EQ(exact(heightsOf(matrix)), exact(heights)) << "round " << round;
+        ASSERT_EQ(exact(set), exact(expected)); // sorted
+        ASSERT_EQ(count, matrix.size());
+        filled += count > 0 ? 1 : 0;
+    }
+    EXPECT_GT(filled, 500);
+}
+
+TEST(SetToMatrix, OnePitchAndTheRangesOfTheSet) {
+    KxProfileZSet set;
+    KxMatrixCloud matrix;
+    EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, kNaN), 0);
+    set.profiles.append(profileAt(4, {{3, 6}, {0, 0}}));
+    set.profiles.append(profileAt(6, {{0, 1}, {1, 1}}));
+    EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, kNaN), 0); // no step yet
+    set.stepZ = 2;
+    fill(matrix, {{7}});
+    EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, 1), 0);
+    EXPECT_EQ(matrix.cells[0][0], 7.0f); // another step: untouched
+    EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, 2), 4);
+    EXPECT_EQ(exact(heightsOf(matrix)), exact(Heights{{0, 4}, {1, 1}}));
+    EXPECT_EQ(
+        exact(QList<float>{matrix.step, matrix.minX, matrix.maxX, matrix.minY, matrix.maxY, matrix.minZ, matrix.maxZ}),
+        exact(QList<float>{2, 0, 3, 0, 6, 4, 6}));
+    for (const float step : {0.0f, -2.0f, kNaN, 1e-30f, 1e-9f}) {
+        set.stepZ = step;
+        EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, kNaN), 0) << step;
+        EXPECT_EQ(matrix.rows, -1);
+    }
+}
+
+} // namespace
