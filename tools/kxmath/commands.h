@@ -18,5 +18,6 @@ struct Command {
 std::span<const Command> allCommands();
 
 int runSimulate(const QStringList& arguments);
+int runTrain(const QStringList& arguments);
 
 } // namespace kxtool

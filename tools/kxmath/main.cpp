@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::array kCommands = {
     Command{"simulate", "write the recordings of a simulated train with the truth beside them", runSimulate},
+    Command{"train", "wheels of a train and the distances across its wheel pairs, from two recordings", runTrain},
 };
 
 void printUsage(FILE* stream) {

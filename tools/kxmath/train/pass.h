@@ -1,0 +1,72 @@
+// One pass of a train: what was found in the recordings of two facing sensors.
+#pragma once
+
+#include "console.h"
+#include "train/pairing.h"
+#include "train/recordingFile.h"
+#include "train/sensorSettings.h"
+
+#include <KxMath/KxProfile.h>
+
+#include <QtCore/QStringList>
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace kxtool {
+
+/// A wheel in one recording.
+struct Wheel {
+    int number = 0; ///< from 1 on, as in the names of its files
+    int profiles = 0;
+    int firstRecord = 0; ///< from 1 on
+    int chosenProfile = 0; ///< the one with the most points below the level line, 0 when none has any
+    int pointsBelowLevel = 0; ///< of the chosen profile
+
+    int lastRecord() const { return firstRecord + profiles - 1; }
+};
+
+/// One side of the track.
+struct Side {
+    RecordingFile recording;
+    Sensor sensor;
+    std::vector<Wheel> wheels;
+};
+
+struct Tolerance {
+    float nominal = 0.0f; ///< mm
+    float allowed = 0.0f; ///< mm to both sides, the limit itself included
+
+    bool holds(float distance) const;
+};
+
+/// A wheel pair with the distance across it.
+struct MeasuredPair {
+    WheelPair wheels;
+    float distance = 0.0f; ///< mm, NaN when there is none
+};
+
+struct Pass {
+    int mode = 0;
+    QString settingsName;
+    QString folder; ///< where the wheel files are, absolute
+    std::array<Side, 2> sides;
+    float baseDistance = 0.0f;
+    Tolerance tolerance;
+    std::vector<MeasuredPair> pairs; ///< in order along the train
+    QStringList warnings;
+
+    /// The wheel of one side of a pair, null when that sensor did not see it.
+    const Wheel* wheelOf(const MeasuredPair& pair, size_t side) const;
+    int distances() const; ///< how many pairs have one
+};
+
+/// Detects the wheels in both recordings, which are in the current directory, and measures the pairs.
+/// Throws a CommandError when the library refuses or when wheel files are missing or cut short.
+Pass measurePass(const std::array<RecordingFile, 2>& recordings, TrainSettings& settings, int mode, Progress& progress);
+
+/// Reads a profile of a wheel from the folder of the pass, as detection has cleaned it.
+void readWheelProfile(const Pass& pass, size_t side, int wheel, int profile, KxMath::KxProfile& result);
+
+} // namespace kxtool

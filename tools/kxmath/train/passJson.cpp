@@ -1,0 +1,81 @@
+// A pass for programs.
+#include "train/passJson.h"
+
+#include "numbers.h"
+
+#include <KxMath/KxMathVersion.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+QJsonObject lineObject(const KxMath::KxLine& line) {
+    return {{QStringLiteral("k"), jsonNumber(line.k)}, {QStringLiteral("b"), jsonNumber(line.b)}};
+}
+
+QJsonObject recordingObject(const Side& side) {
+    return {{QStringLiteral("file"), side.recording.name},
+            {QStringLiteral("serial"), side.recording.serial},
+            {QStringLiteral("sensor"), side.sensor.number},
+            {QStringLiteral("bytes"), side.recording.bytes},
+            {QStringLiteral("cloudSections"), side.recording.cloudSections},
+            {QStringLiteral("profileRecords"), side.recording.profileRecords},
+            {QStringLiteral("level"), lineObject(side.sensor.level)},
+            {QStringLiteral("reference"), lineObject(side.sensor.reference)},
+            {QStringLiteral("wheelDirectory"), side.recording.wheelDirectory},
+            {QStringLiteral("wheels"), static_cast<qint64>(side.wheels.size())}};
+}
+
+QJsonValue wheelValue(const Wheel* wheel) {
+    if (wheel == nullptr) {
+        return QJsonValue();
+    }
+    return QJsonObject{{QStringLiteral("wheel"), wheel->number},
+                       {QStringLiteral("profiles"), wheel->profiles},
+                       {QStringLiteral("firstRecord"), wheel->firstRecord},
+                       {QStringLiteral("lastRecord"), wheel->lastRecord()},
+                       {QStringLiteral("chosenProfile"), wheel->chosenProfile},
+                       {QStringLiteral("points"), wheel->pointsBelowLevel}};
+}
+
+QJsonObject pairObject(const Pass& pass, size_t index) {
+    const MeasuredPair& pair = pass.pairs[index];
+    const bool isMeasured = std::isfinite(pair.distance);
+    return {
+        {QStringLiteral("pair"), static_cast<qint64>(index + 1)},
+        {QStringLiteral("sides"), QJsonArray{wheelValue(pass.wheelOf(pair, 0)), wheelValue(pass.wheelOf(pair, 1))}},
+        {QStringLiteral("distance"), jsonNumber(pair.distance)},
+        {QStringLiteral("deviation"), jsonNumber(pair.distance - pass.tolerance.nominal)},
+        {QStringLiteral("inTolerance"), isMeasured ? QJsonValue(pass.tolerance.holds(pair.distance)) : QJsonValue()}};
+}
+
+} // namespace
+
+QString passJson(const Pass& pass, const QString& folder) {
+    QJsonArray pairs;
+    for (size_t i = 0; i < pass.pairs.size(); ++i) {
+        pairs.append(pairObject(pass, i));
+    }
+    const QJsonObject document = {
+        {QStringLiteral("command"), QStringLiteral("train")},
+        {QStringLiteral("version"), QLatin1String(KxMath_GetVersionString())},
+        {QStringLiteral("mode"), pass.mode},
+        {QStringLiteral("settings"), pass.settingsName},
+        {QStringLiteral("folder"), folder.isEmpty() ? QJsonValue() : QJsonValue(folder)},
+        {QStringLiteral("recordings"), QJsonArray{recordingObject(pass.sides[0]), recordingObject(pass.sides[1])}},
+        {QStringLiteral("baseDistance"), jsonNumber(pass.baseDistance)},
+        {QStringLiteral("nominal"), jsonNumber(pass.tolerance.nominal)},
+        {QStringLiteral("tolerance"), jsonNumber(pass.tolerance.allowed)},
+        {QStringLiteral("distances"), pass.distances()},
+        {QStringLiteral("pairs"), pairs},
+        {QStringLiteral("warnings"), QJsonArray::fromStringList(pass.warnings)}};
+    return QString::fromUtf8(QJsonDocument(document).toJson());
+}
+
+} // namespace kxtool

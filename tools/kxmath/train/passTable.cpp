@@ -1,0 +1,150 @@
+// The pairs of a pass as rows of text.
+#include "train/passTable.h"
+
+#include "numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+/// A column of one side, with a value where that sensor saw the wheel.
+template <typename Value>
+PairColumn wheelColumn(size_t side, const char* key, const char* title, Value value) {
+    return {QStringLiteral("%1_%2").arg(QLatin1String(key)).arg(side + 1),
+            QStringLiteral("%1 %2").arg(QLatin1String(title)).arg(side + 1),
+            [side, value](const Pass& pass, size_t index) -> PairValue {
+                const Wheel* const wheel = pass.wheelOf(pass.pairs[index], side);
+                return wheel != nullptr ? PairValue(value(*wheel)) : PairValue();
+            }};
+}
+
+PairValue verdict(const Pass& pass, size_t index) {
+    const float distance = pass.pairs[index].distance;
+    if (!std::isfinite(distance)) {
+        return {};
+    }
+    return pass.tolerance.holds(distance) ? QStringLiteral("ok") : QStringLiteral("out");
+}
+
+std::vector<PairColumn> makeColumns() {
+    std::vector<PairColumn> columns;
+    columns.push_back({QStringLiteral("pair"), QStringLiteral("pair"),
+                       [](const Pass&, size_t index) -> PairValue { return static_cast<int>(index) + 1; }});
+    for (const size_t side : {0, 1}) {
+        const auto add = [&](const char* key, const char* title, auto value) {
+            columns.push_back(wheelColumn(side, key, title, value));
+        };
+        add("wheel", "wheel", [](const Wheel& wheel) { return wheel.number; });
+        add("profiles", "profiles", [](const Wheel& wheel) { return wheel.profiles; });
+        add("first_record", "first", [](const Wheel& wheel) { return wheel.firstRecord; });
+        add("last_record", "last", [](const Wheel& wheel) { return wheel.lastRecord(); });
+        add("chosen_profile", "chosen", [](const Wheel& wheel) { return wheel.chosenProfile; });
+        add("points", "points", [](const Wheel& wheel) { return wheel.pointsBelowLevel; });
+    }
+    columns.push_back({QStringLiteral("distance"), QStringLiteral("distance"),
+                       [](const Pass& pass, size_t index) -> PairValue { return pass.pairs[index].distance; }});
+    columns.push_back(
+        {QStringLiteral("deviation"), QStringLiteral("deviation"), [](const Pass& pass, size_t index) -> PairValue {
+             return pass.pairs[index].distance - pass.tolerance.nominal;
+         }});
+    columns.push_back({QStringLiteral("verdict"), QStringLiteral("verdict"), verdict});
+    return columns;
+}
+
+/// The text of a value, with `length` for lengths; empty where there is none.
+template <typename Length>
+QString textOf(const PairValue& value, Length length) {
+    if (const int* const number = std::get_if<int>(&value)) {
+        return QString::number(*number);
+    }
+    if (const float* const mm = std::get_if<float>(&value)) {
+        return length(*mm);
+    }
+    const QString* const word = std::get_if<QString>(&value);
+    return word != nullptr ? *word : QString();
+}
+
+QString recordingText(const Pass& pass, size_t index) {
+    const Side& side = pass.sides[index];
+    return QStringLiteral("Recording %1: %2 (SENSOR%3, serial %4), %5 records, %6 wheels\n")
+        .arg(QString::number(index + 1), side.recording.name, QString::number(side.sensor.number),
+             QString::number(side.recording.serial), QString::number(side.recording.records()),
+             QString::number(side.wheels.size()));
+}
+
+QString table(const Pass& pass) {
+    const std::vector<PairColumn>& columns = pairColumns();
+    std::vector<QStringList> rows(pass.pairs.size() + 1);
+    std::vector<qsizetype> widths;
+    for (const PairColumn& column : columns) {
+        rows[0].append(column.title);
+        qsizetype width = column.title.size();
+        for (size_t i = 0; i < pass.pairs.size(); ++i) {
+            rows[i + 1].append(textForPeople(column.value(pass, i)));
+            width = std::max(width, rows[i + 1].last().size());
+        }
+        widths.push_back(width);
+    }
+    QString text;
+    for (const QStringList& row : rows) {
+        for (size_t column = 0; column < columns.size(); ++column) {
+            text += (column == 0 ? QString() : QStringLiteral("  ")) +
+                    row.at(static_cast<qsizetype>(column)).rightJustified(widths[column]);
+        }
+        text += QLatin1Char('\n');
+    }
+    return text;
+}
+
+} // namespace
+
+const std::vector<PairColumn>& pairColumns() {
+    static const std::vector<PairColumn> columns = makeColumns();
+    return columns;
+}
+
+QString textForPeople(const PairValue& value) {
+    constexpr int kDecimals = 3;
+    const QString text = textOf(value, [](float mm) { return fixedText(mm, kDecimals); });
+    return text.isEmpty() ? QStringLiteral("-") : text;
+}
+
+QString toleranceText(const Pass& pass) {
+    return QStringLiteral("%1 mm, %2 mm to both sides")
+        .arg(shortestText(pass.tolerance.nominal), shortestText(pass.tolerance.allowed));
+}
+
+QString passText(const Pass& pass, const QString& folder) {
+    QString text = recordingText(pass, 0) + recordingText(pass, 1);
+    text += QStringLiteral("Tolerance: %1\n\n").arg(toleranceText(pass));
+    text += table(pass);
+    const auto outside = std::count_if(pass.pairs.begin(), pass.pairs.end(), [&](const MeasuredPair& pair) {
+        return std::isfinite(pair.distance) && !pass.tolerance.holds(pair.distance);
+    });
+    text += QStringLiteral("\n%1 distances, %2 out of tolerance. Lengths in mm.\n").arg(pass.distances()).arg(outside);
+    if (!folder.isEmpty()) {
+        text += QStringLiteral("Wheel files: %1\n").arg(folder);
+    }
+    return text;
+}
+
+QString passCsv(const Pass& pass) {
+    QStringList header;
+    for (const PairColumn& column : pairColumns()) {
+        header.append(column.key);
+    }
+    QString text = header.join(QLatin1Char(',')) + QLatin1Char('\n');
+    for (size_t i = 0; i < pass.pairs.size(); ++i) {
+        QStringList row;
+        for (const PairColumn& column : pairColumns()) {
+            row.append(textOf(column.value(pass, i), shortestText));
+        }
+        text += row.join(QLatin1Char(',')) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+} // namespace kxtool

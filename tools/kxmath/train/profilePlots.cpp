@@ -1,0 +1,181 @@
+// The profiles of one wheel pair in the report.
+#include "train/profilePlots.h"
+
+#include "numbers.h"
+#include "report/plot.h"
+#include "report/svg.h"
+
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+using kxreport::Plot;
+using kxreport::Points;
+using kxreport::Range;
+
+constexpr int kWidth = 620;
+constexpr int kHeight = 440;
+constexpr int kOffsetHeight = 260;
+constexpr int kMostOverlaid = 40;
+
+/// One wheel with what its distance is made from.
+struct ShownWheel {
+    size_t side = 0;
+    Wheel wheel;
+    Points all; ///< of the overlaid profiles
+    int overlaid = 0;
+    Points chosen; ///< whole
+    Points half; ///< the points of the chosen profile that the line is fitted to
+    KxMath::KxLine fit;
+    bool hasFit = false;
+};
+
+void append(const KxMath::KxProfile& profile, Points& points) {
+    for (const KxMath::KxPointXY& p : profile.points) {
+        points.emplace_back(static_cast<double>(p.x), static_cast<double>(p.y));
+    }
+}
+
+ShownWheel loadWheel(const Pass& pass, size_t side, const Wheel& wheel) {
+    ShownWheel shown{side, wheel, {}, 0, {}, {}, {}, false};
+    KxMath::KxProfile profile;
+    const int step = (wheel.profiles + kMostOverlaid - 1) / kMostOverlaid;
+    for (int number = 1; number <= wheel.profiles; number += step) {
+        readWheelProfile(pass, side, wheel.number, number, profile);
+        append(profile, shown.all);
+        ++shown.overlaid;
+    }
+    if (wheel.chosenProfile > 0) {
+        readWheelProfile(pass, side, wheel.number, wheel.chosenProfile, profile);
+        append(profile, shown.chosen);
+        profile.removeHighLevel(pass.sides[side].sensor.level);
+        profile.points.resize(profile.points.size() / 2);
+        append(profile, shown.half);
+        shown.hasFit = profile.calcLine(shown.fit);
+    }
+    return shown;
+}
+
+/// The ranges of both sides' plots, of one size so that they can be compared.
+QString profilePlot(const Pass& pass, const ShownWheel& shown) {
+    const Sensor& sensor = pass.sides[shown.side].sensor;
+    Range x;
+    Range y;
+    for (const QPointF& p : shown.all) {
+        x.include(p.x());
+        y.include(p.y());
+    }
+    x = x.padded(0.04);
+    y = y.padded(0.06);
+    kxreport::makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(kHeight));
+    const QString number = QString::number(shown.side + 1);
+    Plot plot(QStringLiteral("profile-") + number, QStringLiteral("Profiles of the wheel on side ") + number, kWidth,
+              kHeight, {QStringLiteral("x, mm"), x}, {QStringLiteral("y, mm"), y});
+    const auto straight = [&](const KxMath::KxLine& line, const kxreport::Stroke& stroke, const QString& legend) {
+        plot.addStraight(static_cast<double>(line.k), static_cast<double>(line.b), stroke, legend);
+    };
+    plot.addDots(shown.all, kxreport::colour::kPale, 1.5, QStringLiteral("all"));
+    plot.addDots(shown.chosen, "#1c2630", 1.8, QStringLiteral("chosen"));
+    plot.addDots(shown.half, kxreport::colour::kBlue, 2.6, QStringLiteral("fitted half"));
+    straight(sensor.level, {kxreport::colour::kOrange, 1.6, ""}, QStringLiteral("level"));
+    if (pass.mode == kModeWithLowLine) {
+        straight(sensor.low, {kxreport::colour::kPurple, 1.6, ""}, QStringLiteral("low"));
+    }
+    straight(sensor.reference, {kxreport::colour::kGreen, 1.6, "7 4"}, QStringLiteral("reference"));
+    if (shown.hasFit) {
+        straight(shown.fit, {kxreport::colour::kBlue, 1.4, ""}, QStringLiteral("fit"));
+    }
+    return plot.svg();
+}
+
+/// Heights above the reference line, much enlarged against the profile.
+QString offsetPlot(const Pass& pass, const ShownWheel& shown) {
+    const KxMath::KxLine& reference = pass.sides[shown.side].sensor.reference;
+    const double k = static_cast<double>(reference.k);
+    const double b = static_cast<double>(reference.b);
+    Points heights;
+    Range x;
+    Range y;
+    y.include(0.0);
+    for (const QPointF& p : shown.half) {
+        heights.emplace_back(p.x(), p.y() - (k * p.x() + b));
+        x.include(p.x());
+        y.include(heights.back().y());
+    }
+    const QString number = QString::number(shown.side + 1);
+    Plot plot(QStringLiteral("offset-") + number, QStringLiteral("Height above the reference line on side ") + number,
+              kWidth, kOffsetHeight, {QStringLiteral("x, mm"), x.padded(0.04)},
+              {QStringLiteral("y \u2212 reference, mm"), y.padded(0.12)});
+    plot.addDots(heights, kxreport::colour::kBlue, 2.2, QStringLiteral("fitted half"));
+    plot.addLevel(0.0, {kxreport::colour::kGreen, 1.6, "7 4"}, QStringLiteral("reference"));
+    if (shown.hasFit) {
+        plot.addStraight(static_cast<double>(shown.fit.k) - k, static_cast<double>(shown.fit.b) - b,
+                         {kxreport::colour::kOrange, 1.6, ""}, QStringLiteral("fit"));
+    }
+    return plot.svg();
+}
+
+QString profileCaption(const Pass& pass, const ShownWheel& shown) {
+    const Side& side = pass.sides[shown.side];
+    const QString overlaid =
+        shown.overlaid == shown.wheel.profiles
+            ? QStringLiteral("all %1 profiles").arg(shown.wheel.profiles)
+            : QStringLiteral("%1 of %2 profiles, evenly spread").arg(shown.overlaid).arg(shown.wheel.profiles);
+    return QStringLiteral("Side %1, SENSOR%2, wheel %3: %4; chosen is profile %5 (record %6), with %7 points below the "
+                          "level line.")
+        .arg(shown.side + 1)
+        .arg(side.sensor.number)
+        .arg(shown.wheel.number)
+        .arg(overlaid)
+        .arg(shown.wheel.chosenProfile)
+        .arg(shown.wheel.firstRecord + shown.wheel.chosenProfile - 1)
+        .arg(shown.wheel.pointsBelowLevel);
+}
+
+QString offsetCaption(const Pass& pass, const ShownWheel& shown) {
+    if (!shown.hasFit) {
+        return QStringLiteral("Side %1: too few points for a line.").arg(shown.side + 1);
+    }
+    const KxMath::KxLine& reference = pass.sides[shown.side].sensor.reference;
+    const float offset = (shown.fit.b - reference.b) * std::cos(std::atan(reference.k));
+    return QStringLiteral("Side %1: the wheel stands %2 mm off the reference line (intercept %3 of the fit, %4 of the "
+                          "reference, perpendicular to the reference).")
+        .arg(QString::number(shown.side + 1), fixedText(offset, 3), fixedText(shown.fit.b, 3),
+             fixedText(reference.b, 3));
+}
+
+} // namespace
+
+void addProfiles(const Pass& pass, int pairNumber, kxreport::Page& page) {
+    if (pairNumber < 1 || static_cast<size_t>(pairNumber) > pass.pairs.size()) {
+        return;
+    }
+    const MeasuredPair& pair = pass.pairs[static_cast<size_t>(pairNumber) - 1];
+    std::vector<ShownWheel> shown;
+    for (size_t side = 0; side < pass.sides.size(); ++side) {
+        if (const Wheel* const wheel = pass.wheelOf(pair, side)) {
+            shown.push_back(loadWheel(pass, side, *wheel));
+        }
+    }
+    page.heading(QStringLiteral("Profiles of wheel pair %1").arg(pairNumber));
+    page.paragraph(
+        QStringLiteral("Each sensor in its own coordinates. Points below the level line count as wheel. Of the profile "
+                       "with the most such points the first half, in the order in which the sensor delivers them, is "
+                       "fitted by a line; the wheel's offset is how far that line stands from the sensor's reference "
+                       "line. The distance is the base distance plus both offsets."));
+    if (shown.size() == 2) {
+        page.figures(profilePlot(pass, shown[0]), profileCaption(pass, shown[0]), profilePlot(pass, shown[1]),
+                     profileCaption(pass, shown[1]));
+        page.figures(offsetPlot(pass, shown[0]), offsetCaption(pass, shown[0]), offsetPlot(pass, shown[1]),
+                     offsetCaption(pass, shown[1]));
+        page.paragraph(QStringLiteral("Base distance %1 mm, distance of this pair %2 mm.")
+                           .arg(fixedText(pass.baseDistance, 3), fixedText(pair.distance, 3)));
+    } else if (shown.size() == 1) {
+        page.paragraph(QStringLiteral("Only side %1 saw this wheel; it has no distance.").arg(shown[0].side + 1));
+        page.figure(profilePlot(pass, shown[0]), profileCaption(pass, shown[0]));
+    }
+}
+
+} // namespace kxtool

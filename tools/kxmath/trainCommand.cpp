@@ -1,0 +1,300 @@
+// kxmath train: from the two recordings of a pass to the distances of its wheel pairs.
+#include "commandError.h"
+#include "commands.h"
+#include "console.h"
+#include "outputFile.h"
+#include "train/pass.h"
+#include "train/passJson.h"
+#include "train/passReport.h"
+#include "train/passTable.h"
+#include "train/workFolder.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+constexpr const char* kName = "train";
+
+constexpr const char* kDescription =
+    R"(Finds the wheels in the recordings of two sensors that face each other across the track, and measures the
+distance across each wheel pair.
+
+A recording is a file of profile records or 2-D cloud sections named PREFIX_SERIAL.bin; SERIAL is the serial number
+of the sensor, which the settings name as SENSOR1/SN or SENSOR2/SN. The work is done in a fresh folder inside the
+--out folder: its name begins with "incomplete-" until the pass is done and is then pass-NAME1-NAME2, with a number
+behind it where that is taken. It holds links to the recordings, the profiles of each wheel, where the wheels start,
+the settings and result.json. A run that fails removes it, a killed run leaves the incomplete one.)";
+
+constexpr const char* kDetails =
+    R"(
+Settings (INI file), n being the number of the sensor:
+  needed:   SENSORn/SN, SENSORn/level_k, SENSORn/level_b (level line y = k x + b, points below it are wheel),
+            SENSORn/k2, SENSORn/b2 (reference line), calibrLines2 (base distance between the reference lines);
+            in mode 3 also SENSORn/lowlevel_k, SENSORn/lowlevel_b
+  optional: minProfsInWheel (5), SENSORn/wndSize (3), SENSORn/higherPoinInWnd (1), SENSORn/maxdY (1.5),
+            SENSORn/minPointsIn (2); in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
+
+Wheels are paired by number. Where the recordings hold different numbers of wheels, they are paired by their place
+along the pass; a wheel without partner is listed without a distance, and a warning is printed.
+
+CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
+distance, deviation, verdict (ok or out). JSON fields: command, version, mode, settings, folder, recordings, baseDistance,
+nominal, tolerance, distances, pairs (pair, sides, distance, deviation, inTolerance), warnings. A missing value is an
+empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
+
+Exit codes:
+  0  done; distances out of tolerance do not change it
+  1  the data gave no result: no wheel, or no pair with a distance (files that were asked for are written)
+  2  wrong use
+  3  a recording or the settings are missing, unreadable, damaged or do not fit each other
+  4  output could not be written
+)";
+
+/// What the user asked for.
+struct TrainOptions {
+    std::array<QString, 2> recordings;
+    QString settings;
+    QString out;
+    OutputFile json;
+    OutputFile csv;
+    OutputFile report;
+    int mode;
+    int pair;
+    float tolerance;
+    std::optional<float> nominal;
+};
+
+[[noreturn]] void failUse(const QString& why) {
+    throw CommandError{WrongUse, why + QStringLiteral(", see kxmath train --help")};
+}
+
+class TrainParser {
+public:
+    TrainParser() {
+        parser_.setApplicationDescription(QLatin1String(kDescription));
+        parser_.addPositionalArgument(QStringLiteral("REC1"), QStringLiteral("Recording of one side."));
+        parser_.addPositionalArgument(QStringLiteral("REC2"), QStringLiteral("Recording of the other side."));
+        parser_.addOptions({help_, settings_, mode_, out_, nominal_, tolerance_, json_, csv_, report_, wheel_});
+    }
+
+    /// Throws a CommandError when the arguments are wrong. Empty when help was asked for.
+    std::optional<TrainOptions> parse(const QStringList& arguments) {
+        if (!parser_.parse(arguments)) {
+            QString why = parser_.errorText();
+            failUse(why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
+        }
+        if (parser_.isSet(help_)) {
+            return std::nullopt;
+        }
+        const QStringList names = parser_.positionalArguments();
+        if (names.size() != 2) {
+            failUse(QStringLiteral("two recordings are needed, not %1").arg(names.size()));
+        }
+        if (parser_.value(settings_).isEmpty()) {
+            failUse(QStringLiteral("--settings FILE is needed"));
+        }
+        TrainOptions options = {{names[0], names[1]},
+                                parser_.value(settings_),
+                                parser_.value(out_),
+                                output(json_),
+                                output(csv_),
+                                output(report_),
+                                0,
+                                1,
+                                number(tolerance_),
+                                std::nullopt};
+        options.mode = wholeNumber(mode_);
+        options.pair = wholeNumber(wheel_);
+        if (parser_.isSet(nominal_)) {
+            options.nominal = number(nominal_);
+        }
+        if (options.pair < 1) {
+            failUse(QStringLiteral("--wheel begins at 1"));
+        }
+        if (options.tolerance < 0.0f) {
+            failUse(QStringLiteral("--tolerance must not be negative"));
+        }
+        if (options.out.isEmpty()) {
+            failUse(QStringLiteral("--out names no folder"));
+        }
+        return options;
+    }
+
+    QString helpText() {
+        QString text = parser_.helpText();
+        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
+        return QStringLiteral("Usage: kxmath train REC1 REC2 --settings FILE [options]\n") + text +
+               QLatin1String(kDetails);
+    }
+
+private:
+    OutputFile output(const QCommandLineOption& option) const {
+        if (parser_.isSet(option) && parser_.value(option).isEmpty()) {
+            failUse(QStringLiteral("--%1 names no file").arg(option.names().constLast()));
+        }
+        return {QStringLiteral("--") + option.names().constLast(), parser_.value(option)};
+    }
+
+    int wholeNumber(const QCommandLineOption& option) const {
+        bool isNumber = false;
+        const int result = parser_.value(option).toInt(&isNumber);
+        if (!isNumber) {
+            failUse(QStringLiteral("--%1 is no whole number").arg(option.names().constLast()));
+        }
+        return result;
+    }
+
+    float number(const QCommandLineOption& option) const {
+        bool isNumber = false;
+        const float result = parser_.value(option).toFloat(&isNumber);
+        if (!isNumber || !std::isfinite(result)) {
+            failUse(QStringLiteral("--%1 is no number").arg(option.names().constLast()));
+        }
+        return result;
+    }
+
+    QCommandLineParser parser_;
+    const QCommandLineOption help_{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")};
+    const QCommandLineOption settings_{QStringLiteral("settings"), QStringLiteral("INI file with the keys below."),
+                                       QStringLiteral("FILE")};
+    const QCommandLineOption mode_{
+        QStringLiteral("mode"),
+        QStringLiteral("3: straight parts are removed and wheel points lie between a low line and the level line; any "
+                       "other number: below the level line. Default: 0."),
+        QStringLiteral("N"), QStringLiteral("0")};
+    const QCommandLineOption out_{
+        QStringLiteral("out"),
+        QStringLiteral("Where the folder of the pass is made; made too where it is missing. Default: the current "
+                       "folder."),
+        QStringLiteral("DIR"), QStringLiteral(".")};
+    const QCommandLineOption nominal_{QStringLiteral("nominal"),
+                                      QStringLiteral("Nominal distance. Default: the base distance calibrLines2."),
+                                      QStringLiteral("MM")};
+    // 1357 to 1363 mm between the backs of the wheels of a 1435 mm track: Regulation (EU) 1302/2014, 4.2.3.5.2.1.
+    const QCommandLineOption tolerance_{
+        QStringLiteral("tolerance"),
+        QStringLiteral("Allowed deviation to both sides, the limit included. Default: 3 mm."), QStringLiteral("MM"),
+        QStringLiteral("3")};
+    const QCommandLineOption json_{QStringLiteral("json"),
+                                   QStringLiteral("Writes the result as JSON; - for the standard output, in place of "
+                                                  "the table."),
+                                   QStringLiteral("FILE")};
+    const QCommandLineOption csv_{QStringLiteral("csv"), QStringLiteral("The same as CSV."), QStringLiteral("FILE")};
+    const QCommandLineOption report_{QStringLiteral("report"),
+                                     QStringLiteral("Writes an HTML page with plots that needs no other file."),
+                                     QStringLiteral("FILE")};
+    const QCommandLineOption wheel_{QStringLiteral("wheel"),
+                                    QStringLiteral("The wheel pair whose profiles the page shows. Default: 1."),
+                                    QStringLiteral("N"), QStringLiteral("1")};
+};
+
+std::array<RecordingFile, 2> openRecordings(const TrainOptions& options) {
+    std::array<RecordingFile, 2> recordings = {openRecording(options.recordings[0]),
+                                               openRecording(options.recordings[1])};
+    const auto& [first, second] = recordings;
+    if (first.linkName == second.linkName) {
+        failUse(
+            QStringLiteral("both recordings are named '%1', so that their wheel files would mix").arg(first.linkName));
+    }
+    if (first.serial == second.serial) {
+        failUse(QStringLiteral("both recordings are of the sensor with the serial number %1").arg(first.serial));
+    }
+    return recordings;
+}
+
+QString noResultText(const Pass& pass) {
+    const size_t first = pass.sides[0].wheels.size();
+    const size_t second = pass.sides[1].wheels.size();
+    return QStringLiteral("no distance: %1 wheels in '%2', %3 in '%4'%5")
+        .arg(
+            QString::number(first), pass.sides[0].recording.name, QString::number(second), pass.sides[1].recording.name,
+            first > 0 && second > 0 ? QStringLiteral(", none of them with a profile that can be measured") : QString());
+}
+
+/// Runs the pass in its folder. The folder has its result.json when it gets its final name.
+Pass runPass(const TrainOptions& options, const std::array<RecordingFile, 2>& recordings, TrainSettings& settings,
+             WorkFolder& folder, Progress& progress) {
+    for (const RecordingFile& recording : recordings) {
+        folder.link(recording);
+    }
+    folder.copy(settings.store->fileName(), QStringLiteral("settings.ini"));
+    Pass pass = measurePass(recordings, settings, options.mode, progress);
+    pass.settingsName = options.settings;
+    pass.tolerance = {options.nominal.value_or(settings.baseDistance), options.tolerance};
+    if (options.report.isWanted() && static_cast<size_t>(options.pair) > pass.pairs.size() && !pass.pairs.empty()) {
+        pass.warnings.append(QStringLiteral("there is no wheel pair %1 to show, the last is %2")
+                                 .arg(options.pair)
+                                 .arg(pass.pairs.size()));
+    }
+    if (pass.distances() > 0) {
+        OutputFile(QStringLiteral("result"), QStringLiteral("result.json")).write(passJson(pass, {}));
+        folder.finish();
+        pass.folder = folder.path();
+    }
+    return pass;
+}
+
+void writeOutputs(const TrainOptions& options, const Pass& pass) {
+    const QString keptFolder = pass.distances() > 0 ? pass.folder : QString();
+    if (options.report.isWanted()) {
+        options.report.write(passReport(pass, options.pair));
+    }
+    if (options.json.isWanted()) {
+        options.json.write(passJson(pass, keptFolder));
+    }
+    if (options.csv.isWanted()) {
+        options.csv.write(passCsv(pass));
+    }
+    const bool isTaken =
+        options.report.isStandardOutput() || options.json.isStandardOutput() || options.csv.isStandardOutput();
+    if (!isTaken && pass.distances() > 0) {
+        printOutput(passText(pass, keptFolder));
+    }
+}
+
+int run(const TrainOptions& options) {
+    Progress progress;
+    std::array<RecordingFile, 2> recordings = openRecordings(options);
+    TrainSettings settings = readTrainSettings(options.settings, recordings, options.mode);
+    checkOutputs({&options.json, &options.csv, &options.report},
+                 {recordings[0].path, recordings[1].path, settings.store->fileName()});
+    for (RecordingFile& recording : recordings) {
+        checkRecords(recording, progress);
+    }
+    WorkFolder folder(options.out, passFolderName(recordings[0], recordings[1]));
+    const Pass pass = runPass(options, recordings, settings, folder, progress);
+    progress.wipe();
+    writeOutputs(options, pass);
+    if (pass.distances() == 0) {
+        throw CommandError{NoResult, noResultText(pass)};
+    }
+    for (const QString& warning : pass.warnings) {
+        printLine(kName, QStringLiteral("warning: ") + warning);
+    }
+    return Done;
+}
+
+} // namespace
+
+int runTrain(const QStringList& arguments) {
+    try {
+        TrainParser parser;
+        const std::optional<TrainOptions> options = parser.parse(arguments);
+        if (!options) {
+            printOutput(parser.helpText());
+            return Done;
+        }
+        return run(*options);
+    } catch (const CommandError& error) {
+        printLine(kName, error.message);
+        return error.code;
+    }
+}
+
+} // namespace kxtool

@@ -1,0 +1,43 @@
+// Ranges of numbers, the ticks on them, and how they map to the picture.
+#pragma once
+
+#include <QtCore/QString>
+
+#include <limits>
+#include <vector>
+
+namespace kxreport {
+
+/// A range that grows with what it is shown. Numbers that are not finite leave it alone.
+struct Range {
+    double min = std::numeric_limits<double>::infinity();
+    double max = -std::numeric_limits<double>::infinity();
+
+    void include(double value);
+    bool isEmpty() const { return !(min <= max); }
+    double size() const { return max - min; }
+    double middle() const { return min + (max - min) / 2; }
+    /// The range widened by a part of its size on both sides. An empty range is 0 to 1, and a single number gets room,
+    /// so that the result can always be drawn.
+    Range padded(double part) const;
+};
+
+/// What an axis shows.
+struct Axis {
+    QString label; ///< with the unit
+    Range range;
+    bool hasTicks = true;
+};
+
+struct Ticks {
+    std::vector<double> at;
+    int decimals = 0; ///< digits behind the point that tell neighbours apart
+};
+
+/// About `wanted` ticks at 1, 2 or 5 times a power of ten.
+Ticks makeTicks(const Range& range, int wanted);
+
+/// Widens one of the ranges so that both have the same scale on an area of `width` x `height`.
+void makeScalesEqual(Range& x, Range& y, double width, double height);
+
+} // namespace kxreport
