@@ -20,6 +20,12 @@ QString uniquePath(const QString& path) {
     return QFileInfo(file.absolutePath()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
 }
 
+/// Such a thing is written into. Putting a new file in its place would destroy it: /dev/stdout, a named pipe.
+bool isDeviceOrPipe(const QString& path) {
+    const QFileInfo info(path); // follows links
+    return info.exists() && !info.isFile() && !info.isDir();
+}
+
 [[noreturn]] void failWriting(const QString& name, const QString& why) {
     throw CommandError{OutputFailed, QStringLiteral("cannot write '%1': %2").arg(name, why)};
 }
@@ -35,6 +41,14 @@ void OutputFile::write(const QString& content) const {
         return;
     }
     const QByteArray bytes = content.toUtf8();
+    if (isDeviceOrPipe(path_)) {
+        QFile file(path_);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly | QIODevice::Unbuffered) ||
+            file.write(bytes) != bytes.size()) {
+            failWriting(name_, file.errorString());
+        }
+        return;
+    }
     QSaveFile file(path_);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         failWriting(name_, file.errorString());
@@ -42,6 +56,24 @@ void OutputFile::write(const QString& content) const {
     if (QFileInfo(path_).size() != bytes.size()) {
         failWriting(name_, QStringLiteral("the file is incomplete"));
     }
+}
+
+void OutputFile::checkWritable() const {
+    const QFileInfo info(path_);
+    if (info.isDir()) {
+        failWriting(name_, QStringLiteral("it is a folder"));
+    }
+    if (isDeviceOrPipe(path_)) {
+        if (!info.isWritable()) {
+            failWriting(name_, QStringLiteral("permission denied"));
+        }
+        return;
+    }
+    QSaveFile probe(path_);
+    if (!probe.open(QIODevice::WriteOnly)) {
+        failWriting(name_, probe.errorString());
+    }
+    probe.cancelWriting();
 }
 
 void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringList& inputs) {
@@ -59,17 +91,9 @@ void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringLi
                                              .arg(output->option_, output->name_)};
         }
         taken.append(path);
-        if (output->isStandardOutput()) {
-            continue;
+        if (!output->isStandardOutput()) {
+            output->checkWritable();
         }
-        if (QFileInfo(output->path_).isDir()) {
-            failWriting(output->name_, QStringLiteral("it is a folder"));
-        }
-        QSaveFile probe(output->path_);
-        if (!probe.open(QIODevice::WriteOnly)) {
-            failWriting(output->name_, probe.errorString());
-        }
-        probe.cancelWriting();
     }
 }
 

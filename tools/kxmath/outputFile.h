@@ -8,7 +8,7 @@
 
 namespace kxtool {
 
-/// A file named by an option. It appears with its whole content or not at all.
+/// A file named by an option. It appears with its whole content or not at all; a device or pipe is written into.
 class OutputFile {
 public:
     /// @param option the option that names the file, for messages
@@ -22,6 +22,7 @@ public:
     void write(const QString& content) const;
 
 private:
+    void checkWritable() const;
     friend void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringList& inputs);
 
     QString option_;

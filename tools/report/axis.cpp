@@ -22,7 +22,7 @@ Range Range::padded(double part) const {
     return {min - room, max + room};
 }
 
-Ticks makeTicks(const Range& range, int wanted) {
+Ticks makeTicks(const Range& range, int wanted, double smallestStep) {
     Ticks ticks;
     if (range.isEmpty() || range.size() <= 0.0 || wanted < 1) {
         return ticks;
@@ -30,7 +30,7 @@ Ticks makeTicks(const Range& range, int wanted) {
     const double rough = range.size() / wanted;
     const double power = std::pow(10.0, std::floor(std::log10(rough)));
     const double part = rough / power;
-    const double step = power * (part < 1.5 ? 1.0 : part < 3.5 ? 2.0 : part < 7.5 ? 5.0 : 10.0);
+    const double step = std::max(power * (part < 1.5 ? 1.0 : part < 3.5 ? 2.0 : part < 7.5 ? 5.0 : 10.0), smallestStep);
     const double first = std::ceil(range.min / step);
     // Counted by whole steps, so that the end does not hang on rounding.
     for (int i = 0; i <= 2 * wanted + 2; ++i) {

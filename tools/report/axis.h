@@ -27,6 +27,7 @@ struct Axis {
     QString label; ///< with the unit
     Range range;
     bool hasTicks = true;
+    bool isWhole = false; ///< counts things: ticks at whole numbers only
 };
 
 struct Ticks {
@@ -35,7 +36,8 @@ struct Ticks {
 };
 
 /// About `wanted` ticks at 1, 2 or 5 times a power of ten.
-Ticks makeTicks(const Range& range, int wanted);
+/// @param smallestStep 1 for whole numbers only, 0 for no limit
+Ticks makeTicks(const Range& range, int wanted, double smallestStep = 0.0);
 
 /// Widens one of the ranges so that both have the same scale on an area of `width` x `height`.
 void makeScalesEqual(Range& x, Range& y, double width, double height);

@@ -24,8 +24,8 @@ p.warning { max-width: none; background: #fff3e6; border-left: 4px solid #D55E00
 .facts strong { font-size: 21px; font-weight: 600; }
 figure { margin: 12px 0; background: #fff; border: 1px solid #dbe1e7; border-radius: 6px; padding: 10px 12px; }
 figcaption { font-size: 13px; color: #44505c; margin-top: 4px; }
-.pair { display: grid; grid-template-columns: repeat(auto-fit, minmax(460px, 1fr)); gap: 12px; }
-.pair figure { margin: 0; }
+.half { display: grid; grid-template-columns: repeat(auto-fill, minmax(460px, 1fr)); gap: 12px; margin: 12px 0; }
+.half figure { margin: 0; }
 svg { display: block; width: 100%; height: auto; font-size: 11px; fill: #3a4652; }
 svg text { font-family: inherit; }
 svg .axis { font-size: 12px; fill: #1c2630; }
@@ -43,7 +43,7 @@ th.text, td.text { text-align: left; overflow-wrap: anywhere; }
   main { max-width: none; padding: 0; }
   h2 { break-after: avoid; }
   figure, .facts div, tr { break-inside: avoid; }
-  .pair { grid-template-columns: 1fr 1fr; }
+  .half { grid-template-columns: 1fr 1fr; }
   * { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 }
 )";
@@ -104,9 +104,12 @@ void Page::figure(const QString& svg, const QString& caption) {
     body_ += figureElement(svg, caption);
 }
 
-void Page::figures(const QString& svg1, const QString& caption1, const QString& svg2, const QString& caption2) {
-    body_ += QStringLiteral("<div class=\"pair\">\n") + figureElement(svg1, caption1) + figureElement(svg2, caption2) +
-             QStringLiteral("</div>\n");
+void Page::figures(const std::vector<Figure>& figures) {
+    body_ += QStringLiteral("<div class=\"half\">\n");
+    for (const Figure& figure : figures) {
+        body_ += figureElement(figure.svg, figure.caption);
+    }
+    body_ += QStringLiteral("</div>\n");
 }
 
 void Page::table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns) {

@@ -23,7 +23,12 @@ struct Fact {
     Tone tone = Tone::Plain;
 };
 
-/// Collects the parts of a page in order. All texts are escaped here; only `figure` takes markup, that of a Plot.
+struct Figure {
+    QString svg; ///< markup of a Plot
+    QString caption;
+};
+
+/// Collects the parts of a page in order. All texts are escaped here; only figures take markup, that of a Plot.
 class Page {
 public:
     explicit Page(const QString& title, const QString& subtitle = {});
@@ -33,9 +38,10 @@ public:
     /// A paragraph that must not be overlooked.
     void warning(const QString& text);
     void facts(const std::vector<Fact>& facts);
+    /// A figure over the whole width.
     void figure(const QString& svg, const QString& caption);
-    /// Two figures side by side, below each other on narrow screens.
-    void figures(const QString& svg1, const QString& caption1, const QString& svg2, const QString& caption2);
+    /// Figures of half the width side by side, below each other on narrow screens.
+    void figures(const std::vector<Figure>& figures);
     /// @param textColumns the number of columns from the left that hold text, the others hold numbers
     void table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns = 0);
 

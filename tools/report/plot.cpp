@@ -207,7 +207,8 @@ QString Plot::axes() const {
     QString grid;
     QString text;
     if (x_.hasTicks) {
-        const Ticks ticks = makeTicks(x_.range, static_cast<int>(areaWidth() / kPixelsPerTickX));
+        const Ticks ticks =
+            makeTicks(x_.range, static_cast<int>(areaWidth() / kPixelsPerTickX), x_.isWhole ? 1.0 : 0.0);
         for (const double value : ticks.at) {
             const QString at = coordinate(pixelX(value));
             grid += QStringLiteral("M%1 %2V%3").arg(at).arg(kTop).arg(coordinate(bottom));
@@ -216,7 +217,8 @@ QString Plot::axes() const {
         }
     }
     if (y_.hasTicks) {
-        const Ticks ticks = makeTicks(y_.range, std::max(2, static_cast<int>(areaHeight() / kPixelsPerTickY)));
+        const Ticks ticks =
+            makeTicks(y_.range, std::max(2, static_cast<int>(areaHeight() / kPixelsPerTickY)), y_.isWhole ? 1.0 : 0.0);
         for (const double value : ticks.at) {
             const double at = pixelY(value);
             grid += QStringLiteral("M%1 %2H%3").arg(kLeft).arg(coordinate(at), coordinate(kLeft + areaWidth()));

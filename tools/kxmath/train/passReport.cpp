@@ -105,7 +105,7 @@ void addWheelsAlongPass(const Pass& pass, Page& page) {
     constexpr double kRow2 = 0.0;
     const int records = std::max(pass.sides[0].recording.records(), pass.sides[1].recording.records());
     Plot plot(QStringLiteral("wheels"), QStringLiteral("Wheels along the pass"), kPageWidth, kHeight,
-              {QStringLiteral("record number"), {0.0, records + 1.0}}, {QString(), {-0.5, 1.65}, false});
+              {QStringLiteral("record number"), {0.0, records + 1.0}, true, true}, {QString(), {-0.5, 1.65}, false});
     addWheels(pass, 0, kRow1, kxreport::colour::kBlue, plot);
     addWheels(pass, 1, kRow2, kxreport::colour::kGreen, plot);
     plot.addRowLabel(kRow1, QStringLiteral("side 1"), kxreport::colour::kBlue);
@@ -135,7 +135,7 @@ void addDistances(const Pass& pass, Page& page) {
         y.include(static_cast<double>(pair.distance));
     }
     Plot plot(QStringLiteral("distances"), QStringLiteral("Distance of each wheel pair"), kPageWidth, kHeight,
-              {QStringLiteral("wheel pair"), {0.5, static_cast<double>(pass.pairs.size()) + 0.5}},
+              {QStringLiteral("wheel pair"), {0.5, static_cast<double>(pass.pairs.size()) + 0.5}, true, true},
               {QStringLiteral("distance, mm"), y.padded(0.15)});
     plot.addBand(nominal - allowed, nominal + allowed, kxreport::colour::kGreen, QStringLiteral("tolerance"));
     plot.addLevel(nominal, {kxreport::colour::kGreen, 1.2, "6 4"}, QStringLiteral("nominal"));

@@ -58,7 +58,6 @@ ShownWheel loadWheel(const Pass& pass, size_t side, const Wheel& wheel) {
     return shown;
 }
 
-/// The ranges of both sides' plots, of one size so that they can be compared.
 QString profilePlot(const Pass& pass, const ShownWheel& shown) {
     const Sensor& sensor = pass.sides[shown.side].sensor;
     Range x;
@@ -68,6 +67,10 @@ QString profilePlot(const Pass& pass, const ShownWheel& shown) {
         y.include(p.y());
     }
     x = x.padded(0.04);
+    for (KxMath::KxLine line : {sensor.level, sensor.reference}) { // y() is no const member
+        const double middle = x.middle();
+        y.include(static_cast<double>(line.y(static_cast<float>(middle))));
+    }
     y = y.padded(0.06);
     kxreport::makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(kHeight));
     const QString number = QString::number(shown.side + 1);
@@ -165,17 +168,17 @@ void addProfiles(const Pass& pass, int pairNumber, kxreport::Page& page) {
                        "with the most such points the first half, in the order in which the sensor delivers them, is "
                        "fitted by a line; the wheel's offset is how far that line stands from the sensor's reference "
                        "line. The distance is the base distance plus both offsets."));
-    if (shown.size() == 2) {
-        page.figures(profilePlot(pass, shown[0]), profileCaption(pass, shown[0]), profilePlot(pass, shown[1]),
-                     profileCaption(pass, shown[1]));
-        page.figures(offsetPlot(pass, shown[0]), offsetCaption(pass, shown[0]), offsetPlot(pass, shown[1]),
-                     offsetCaption(pass, shown[1]));
-        page.paragraph(QStringLiteral("Base distance %1 mm, distance of this pair %2 mm.")
-                           .arg(fixedText(pass.baseDistance, 3), fixedText(pair.distance, 3)));
-    } else if (shown.size() == 1) {
-        page.paragraph(QStringLiteral("Only side %1 saw this wheel; it has no distance.").arg(shown[0].side + 1));
-        page.figure(profilePlot(pass, shown[0]), profileCaption(pass, shown[0]));
+    std::vector<kxreport::Figure> profiles;
+    std::vector<kxreport::Figure> offsets;
+    for (const ShownWheel& wheel : shown) {
+        profiles.push_back({profilePlot(pass, wheel), profileCaption(pass, wheel)});
+        offsets.push_back({offsetPlot(pass, wheel), offsetCaption(pass, wheel)});
     }
+    page.figures(profiles);
+    page.figures(offsets);
+    page.paragraph(shown.size() == 2 ? QStringLiteral("Base distance %1 mm, distance of this pair %2 mm.")
+                                           .arg(fixedText(pass.baseDistance, 3), fixedText(pair.distance, 3))
+                                     : QStringLiteral("Only one sensor saw this wheel; it has no distance."));
 }
 
 } // namespace kxtool

@@ -74,6 +74,7 @@ std::unique_ptr<QSettings> openSettings(const QString& name) {
         fail(QStringLiteral("cannot be read: ") + file.errorString());
     }
     auto store = std::make_unique<QSettings>(info.absoluteFilePath(), QSettings::IniFormat);
+    store->allKeys(); // sections are parsed when they are first looked into
     if (store->status() != QSettings::NoError) {
         fail(QStringLiteral("cannot be parsed as an INI file"));
     }

@@ -1,0 +1,29 @@
+// Small recordings of flat wheels, whose distances are known exactly.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <optional>
+#include <vector>
+
+namespace tool_test {
+
+enum class RecordKind { CloudSections, ProfileRecords };
+
+constexpr float kBaseDistance = 1360.0f;
+
+/// One wheel as a sensor sees it: flat, `offset` above the reference line. Without one the sensor misses the wheel.
+using SeenWheel = std::optional<float>;
+
+/// The recording of a train whose wheels follow each other after 30, 50, 30, 50, ... records; a wheel lasts 10 records,
+/// and the one in the middle has the most points.
+QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile = 40);
+
+/// Settings for the serial numbers 1001 and 1002.
+QByteArray trainSettings();
+
+void writeFile(const QString& path, const QByteArray& content);
+QByteArray readFile(const QString& path);
+
+} // namespace tool_test
