@@ -1,0 +1,320 @@
+// Wheels in recordings: what is found, which files hold it, and which settings decide.
+#include "railway/workingFolder.h"
+#include "support/bits.h"
+
+#include <gtest/gtest.h>
+
+using namespace KxMath;
+using testing_support::exact;
+using testing_support::SettingsTable;
+using testing_support::WorkingFolder;
+
+namespace {
+
+constexpr int kUntouched = -7;
+
+/// A level profile of `n` points whose first x tells its record.
+KxProfile levelProfile(int n, float y, int record) {
+    KxProfile p;
+    for (int i = 0; i < n; ++i) {
+        p.points.append(KxPointXY(static_cast<float>(record * 100 + i), y));
+    }
+    return p;
+}
+
+/// The records of a recording, one a letter: W wheel, N no wheel, E empty; lower case as profile records with z.
+QByteArray recording(const char* letters) {
+    QByteArray bytes;
+    int number = 0;
+    for (const char* c = letters; *c != '\0'; ++c) {
+        const char kind = static_cast<char>(std::toupper(*c));
+        KxProfile p = levelProfile(kind == 'E' ? 0 : 10, kind == 'W' ? 0.0f : 9.0f, ++number);
+        bytes += testing_support::record(p, kind != *c);
+    }
+    return bytes;
+}
+
+/// "file=record" for each wheel file of a directory, told by the first x.
+QString contents(const QString& directory) {
+    QStringList files;
+    for (const QString& name : QDir(directory).entryList({QStringLiteral("*.bin")}, QDir::Files, QDir::Name)) {
+        KxProfile p;
+        p.readFromFile(directory + QLatin1Char('/') + name);
+        files += name.chopped(4) + QLatin1Char('=') +
+                 (p.isEmpty() ? QStringLiteral("?") : QString::number(p.points[0].x / 100.0f));
+    }
+    return files.join(QLatin1Char(' '));
+}
+
+/// "wheels at 1 2 3 4" as the files of one wheel.
+QString wheel(int number, int firstRecord, int profiles) {
+    QStringList files;
+    for (int p = 1; p <= profiles; ++p) {
+        const QLatin1Char zero('0');
+        files += QStringLiteral("%1_%2=%3").arg(number, 2, 10, zero).arg(p, 2, 10, zero).arg(firstRecord + p - 1);
+    }
+    return files.join(QLatin1Char(' '));
+}
+
+SettingsTable sensor(int number, int serial) {
+    const QString group = QStringLiteral("SENSOR%1/").arg(number);
+    return {{group + "SN", serial}, {group + "level_k", 0}, {group + "level_b", 5}, {group + "minPointsIn", 5}};
+}
+
+} // namespace
+
+TEST(DetectWheels, FilesCountAndTraceFollowTheRecords) {
+    const QByteArray halfCloud = recording("W").chopped(3);
+    const QByteArray halfRecord = recording("w").chopped(3);
+    const struct {
+        const char* description;
+        const char* records;
+        QByteArray tail;
+        int minProfiles; // below 0: not in the settings
+        int wheels;
+        QString files;
+        QByteArray trace;
+    } kCases[] = {
+        {"no record", "", {}, -1, 0, "", ""},
+        {"no wheel", "NnEe", {}, -1, 0, "", ""},
+        {"both kinds of record, mixed", "nNwWwWwNe", {}, -1, 1, wheel(1, 3, 5), "1;3\n"},
+        {"5 profiles are enough", "WWWWWN", {}, -1, 1, wheel(1, 1, 5), "1;1\n"},
+        {"a short wheel inside is discarded and its number reused",
+         "WWWWNNWWWWWNWWWWWWN",
+         {},
+         -1,
+         2,
+         wheel(1, 7, 5) + " " + wheel(2, 13, 6),
+         "1;1\n1;7\n2;13\n"},
+        {"a short wheel at the end stays", "NNwwww", {}, -1, 1, wheel(1, 3, 4), "1;3\n"},
+        {"a short wheel, then the end behind a gap", "wwwwN", {}, -1, 0, "", "1;1\n"},
+        {"an empty record ends a wheel", "WWeWW", {}, 2, 2, wheel(1, 1, 2) + " " + wheel(2, 4, 2), "1;1\n2;4\n"},
+        {"minimum 0: nothing is discarded", "WNW", {}, 0, 2, "01_01=1 02_01=3", "1;1\n2;3\n"},
+        {"damaged tail: a cut cloud", "NWW", halfCloud, -1, 1, wheel(1, 2, 2), "1;2\n"},
+        {"damaged tail: a cut record with z", "NWW", halfRecord, -1, 1, wheel(1, 2, 2), "1;2\n"},
+        {"damaged tail: a count without points", "WN", QByteArray("\x02\xff\xff\x00", 4), 1, 1, "01_01=1", "1;1\n"},
+        {"what follows damage is not read", "W", QByteArray("\x07") + recording("NW"), -1, 1, "01_01=1", "1;1\n"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.description);
+        WorkingFolder folder;
+        WorkingFolder::write("left_12.bin", recording(c.records) + c.tail);
+        SettingsTable values = sensor(1, 12);
+        if (c.minProfiles >= 0) {
+            values.append({"minProfsInWheel", c.minProfiles});
+        }
+        const auto settings = folder.settings(values);
+        int wheels = kUntouched;
+        EXPECT_TRUE(METRO_detectWheels("left_12.bin", settings.get(), 0, &wheels));
+        EXPECT_EQ(wheels, c.wheels);
+        EXPECT_EQ(contents("left_12"), c.files);
+        EXPECT_FALSE(QFile::exists("test.csv"));
+
+        // The test variant: the same files, and the starts besides.
+        QDir("left_12").removeRecursively();
+        const auto results = folder.settings({});
+        EXPECT_TRUE(METRO_detectWheels_Test("left_12.bin", settings.get(), 0, &wheels, results.get()));
+        EXPECT_EQ(wheels, c.wheels);
+        EXPECT_EQ(contents("left_12"), c.files);
+        EXPECT_EQ(WorkingFolder::read("test.csv"), c.trace);
+        QStringList keys; // of each wheel number the last start stays
+        for (const QByteArray& line : c.trace.split('\n').mid(0, c.trace.count('\n'))) {
+            const QString key = QStringLiteral("Wheel_%1/firstProfInWheel").arg(line.split(';')[0].toInt());
+            keys.removeAll(key);
+            keys += key;
+            const QByteArray prefix = line.split(';')[0] + ';';
+            const qsizetype last = ('\n' + c.trace).lastIndexOf('\n' + prefix) + prefix.size();
+            EXPECT_EQ(results->value(key).toInt(), c.trace.mid(last, c.trace.indexOf('\n', last) - last).toInt());
+        }
+        EXPECT_EQ(results->allKeys(), keys);
+    }
+}
+
+TEST(DetectWheels, WheelFilesHoldTheCleanedProfile) {
+    WorkingFolder folder;
+    // Windows of 4 in which one jump of more than 2 is allowed: the first has two, one of them to the point behind it;
+    // the second has two; the third has one and a jump of exactly 2; the rest is the tail.
+    KxProfile p;
+    for (const float y : {0.f, 2.f, 4.5f, 4.f, 0.f, 3.f, 0.f, 0.f, 1.f, 1.f, 1.f, 4.f, 2.f}) {
+        p.points.append(KxPointXY(static_cast<float>(p.size()), y));
+    }
+    WorkingFolder::write("a_1.bin", testing_support::record(p, false));
+    SettingsTable values = sensor(1, 1);
+    values += SettingsTable{{"SENSOR1/wndSize", 4}, {"SENSOR1/maxdY", 2}, {"SENSOR1/minPointsIn", 3}};
+    int wheels = 0;
+    ASSERT_TRUE(METRO_detectWheels("a_1.bin", folder.settings(values).get(), 0, &wheels));
+    KxProfile written;
+    EXPECT_EQ(written.readFromFile("a_1/01_01.bin"), 4);
+    EXPECT_EQ(exact(written.points), exact(p.points.mid(8, 4)));
+    // With two allowed all three stay; with windows that leave no point there is no wheel.
+    ASSERT_TRUE(METRO_detectWheels(
+        "a_1.bin", folder.settings(values + SettingsTable{{"SENSOR1/higherPoinInWnd", 2}}).get(), 0, &wheels));
+    EXPECT_EQ(written.readFromFile("a_1/01_01.bin"), 12);
+    ASSERT_TRUE(METRO_detectWheels("a_1.bin", folder.settings(values + SettingsTable{{"SENSOR1/wndSize", 13}}).get(), 0,
+                                   &wheels));
+    EXPECT_EQ(wheels, 0);
+}
+
+TEST(DetectWheels, DefaultsOfTheSettings) {
+    // Below the line y = 187 - 0.4 x, more than 2 points (1.5 rounds up), of what windows of 3 leave.
+    for (const auto& [below, isWheel] : {std::pair{2, false}, {3, true}}) {
+        WorkingFolder folder;
+        KxProfile p;
+        for (int i = 0; i < 7; ++i) {
+            p.points.append(KxPointXY(i < 3 ? 0.0f : 100.0f, i < 3 ? 187.0f : 147.5f)); // on it and above
+        }
+        for (int i = 0; i < below; ++i) {
+            p.points[i].y = 186.5f;
+        }
+        WorkingFolder::write("a_1.bin", testing_support::record(p, true));
+        int wheels = kUntouched;
+        ASSERT_TRUE(METRO_detectWheels("a_1.bin", folder.settings({{"SENSOR1/SN", 1}}).get(), 0, &wheels));
+        EXPECT_EQ(wheels, isWheel ? 1 : 0);
+        // In mode 3 the low line is y = 0 by default and no parts are removed.
+        ASSERT_TRUE(METRO_detectWheels("a_1.bin", folder.settings({{"SENSOR1/SN", 1}}).get(), 3, &wheels));
+        EXPECT_EQ(wheels, isWheel ? 1 : 0);
+    }
+}
+
+TEST(DetectWheels, ModeThreeRemovesPartsAndUsesTheLowLine) {
+    // Three groups of 8 points, 20 apart, heights 0 and 1 by turns: 12 of the first 23 points lie above 0.
+    KxProfile p;
+    for (int i = 0; i < 24; ++i) {
+        p.points.append(KxPointXY(static_cast<float>(i + i / 8 * 20), static_cast<float>(1 - i % 2)));
+    }
+    const SettingsTable all = {{"SENSOR1/SN", 1},      {"SENSOR1/level_k", 0}, {"SENSOR1/level_b", 5},
+                               {"SENSOR1/wndSize", 1}, {"SENSOR1/maxdY", 2},   {"SENSOR1/minPointsIn", 3}};
+    const struct {
+        const char* description;
+        int mode;
+        SettingsTable more;
+        int points; // of the file written, 0 for none
+    } kCases[] = {
+        {"mode 0 removes nothing", 0, {{"SENSOR1/maxCorr", 3}}, 23},
+        {"one part or less: nothing is removed", 3, {{"SENSOR1/maxCorr", 1.99}, {"SENSOR1/lowlevel_b", -1}}, 23},
+        {"the parts key is truncated to 0: no correlation is below",
+         3,
+         {{"SENSOR1/maxCorr", 3}, {"SENSOR1/parts", 0.99}, {"SENSOR1/lowlevel_b", -1}},
+         0},
+        {"two parts, the third is dropped",
+         3,
+         {{"SENSOR1/maxCorr", 2.99}, {"SENSOR1/parts", 1.5}, {"SENSOR1/lowlevel_b", -1}},
+         16},
+        {"three parts, the last point is in none",
+         3,
+         {{"SENSOR1/maxCorr", 3}, {"SENSOR1/parts", 1}, {"SENSOR1/lowlevel_b", -1}},
+         22},
+        {"a gap of exactly maxDist does not cut, a part of one",
+         3,
+         {{"SENSOR1/maxCorr", 2}, {"SENSOR1/parts", 1}, {"SENSOR1/maxDist", 22}, {"SENSOR1/lowlevel_b", -1}},
+         22},
+        {"11 points above the low line are more than 10",
+         3,
+         {{"SENSOR1/maxCorr", 3}, {"SENSOR1/parts", 1}, {"SENSOR1/minPointsIn", 10}},
+         22},
+        {"but not more than 11", 3, {{"SENSOR1/maxCorr", 3}, {"SENSOR1/parts", 1}, {"SENSOR1/minPointsIn", 11}}, 0},
+        {"a sloped low line", 3, {{"SENSOR1/lowlevel_k", 1}, {"SENSOR1/minPointsIn", 1}}, 0},
+        {"the low line does not count in mode 2", 2, {{"SENSOR1/lowlevel_k", 1}}, 23},
+        {"a number of parts without bound",
+         3,
+         {{"SENSOR1/maxCorr", 1e30}, {"SENSOR1/parts", -1e30}, {"SENSOR1/lowlevel_b", -1}},
+         23},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.description);
+        WorkingFolder folder;
+        WorkingFolder::write("a_1.bin", testing_support::record(p, false));
+        int wheels = kUntouched;
+        ASSERT_TRUE(METRO_detectWheels("a_1.bin", folder.settings(all + c.more).get(), c.mode, &wheels));
+        EXPECT_EQ(wheels, c.points > 0 ? 1 : 0);
+        KxProfile written;
+        written.readFromFile("a_1/01_01.bin");
+        EXPECT_EQ(written.size(), c.points);
+    }
+}
+
+TEST(DetectWheels, SensorOfTheSerialNumber) {
+    const struct {
+        const char* name;
+        QList<int> serials; // of the sensors from 1 on; 0 ends them
+        int sensor; // the one whose settings count, 0: the search fails
+        const char* directory;
+    } kCases[] = {
+        {"pass_12.bin", {11, 12}, 2, "pass_12"},
+        {"pass_12.bin", {12, 12}, 1, "pass_12"},
+        {"pass_12.bin", {11, 0, 12}, 0, "pass_12"},
+        {"pass_12.bin", {}, 0, "pass_12"},
+        {"pass_12.bin", QList<int>(48, 5) << 12, 49, "pass_12"},
+        {"pass_12.bin", QList<int>(49, 5), 50, "pass_12"}, // deliberately, without a match
+        {"pass_12.bin", QList<int>(49, 5) << 12, 50, "pass_12"},
+        {"12.bin", {12}, 1, "12"},
+        {"12", {12}, 1, "12"},
+        {"a.bin_1.bin2.bin", {12}, 1, "a_12"},
+        {"a_-3.bin", {7, -3}, 2, "a_-3"},
+        // Not a number, or too large for one: 0, which is what a sensor without a serial number has.
+        {"a_12.BIN", {12}, 2, "a_12.BIN"},
+        {"a_12_b.bin", {12}, 2, "a_12_b"},
+        {"a_0x12.bin", {12, 18, 0}, 3, "a_0x12"},
+        {"a_4294967308.bin", {12}, 2, "a_4294967308"},
+        {"pass.bin", {}, 1, "pass"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << c.name << ", " << c.serials.size() << " sensors");
+        WorkingFolder folder;
+        // A name without ".bin" is that of its own directory, which then cannot be made.
+        WorkingFolder::write(c.name, recording("WN"));
+        SettingsTable values{{"minProfsInWheel", 1}};
+        for (int n = 1; n <= 50; ++n) {
+            values += sensor(n, c.serials.value(n - 1));
+            values.append({QStringLiteral("SENSOR%1/level_b").arg(n), n == c.sensor ? 5 : -5});
+        }
+        int wheels = kUntouched;
+        const bool isFound = METRO_detectWheels(c.name, folder.settings(values).get(), 0, &wheels);
+        EXPECT_EQ(isFound, c.sensor != 0);
+        EXPECT_EQ(wheels, c.sensor != 0 ? 1 : kUntouched);
+        const bool hasDirectory = c.sensor != 0 && QString(c.name) != QLatin1String(c.directory);
+        EXPECT_EQ(QDir(c.directory).exists(), hasDirectory);
+        EXPECT_EQ(QFile::exists(QString(c.directory) + "/01_01.bin"), hasDirectory);
+    }
+}
+
+TEST(DetectWheels, FilesFromBeforeStayAndFailuresLeaveNothingBehind) {
+    WorkingFolder folder;
+    const auto settings = folder.settings(sensor(1, 12));
+    const auto results = folder.settings({});
+    int wheels = kUntouched;
+    EXPECT_FALSE(METRO_detectWheels("none_12.bin", settings.get(), 0, &wheels));
+    EXPECT_TRUE(QDir("none_12").exists());
+    EXPECT_FALSE(METRO_detectWheels_Test("none_13.bin", settings.get(), 0, &wheels, results.get()));
+    EXPECT_FALSE(QDir("none_13").exists());
+    EXPECT_FALSE(QFile::exists("test.csv"));
+    EXPECT_EQ(wheels, kUntouched);
+
+    // A discarded wheel takes away its own files only; a shorter one leaves the rest of the one before.
+    QDir().mkdir("a_12");
+    for (const char* name : {"a_12/01_02.bin", "a_12/01_04.bin", "a_12/02_01.bin", "a_12/07_01.bin"}) {
+        WorkingFolder::write(name, recording("N"));
+    }
+    WorkingFolder::write("a_12.bin", recording("NNWWWNNNNWN"));
+    EXPECT_TRUE(METRO_detectWheels("a_12.bin", settings.get(), 0, &wheels));
+    EXPECT_EQ(wheels, 0);
+    EXPECT_EQ(contents("a_12"), "01_04=1 02_01=1 07_01=1");
+}
+
+TEST(IsWheel, CountsStrictlyAndNeedsMore) {
+    KxProfile p; // on the line y = x, below it, above it, NaN
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (const auto& [x, y] : {std::pair{1.f, 1.f}, {2.f, 1.5f}, {3.f, 0.f}, {4.f, 5.f}, {nan, 0.f}, {0.f, nan}}) {
+        p.points.append(KxPointXY(x, y));
+    }
+    const KxLine level(1, 0);
+    EXPECT_TRUE(METRO_isWheel(p, level, 1));
+    EXPECT_FALSE(METRO_isWheel(p, level, 2));
+    EXPECT_TRUE(METRO_isWheel(p, level, KxLine(0, -1), 1));
+    EXPECT_FALSE(METRO_isWheel(p, level, KxLine(0, 0), 1)); // (3, 0) lies on the low line
+    EXPECT_FALSE(METRO_isWheel(p, KxLine(), 0));
+    EXPECT_TRUE(METRO_isWheel(p, KxLine(), -1));
+    KxProfile none;
+    EXPECT_FALSE(METRO_isWheel(none, level, 0));
+    EXPECT_TRUE(METRO_isWheel(none, level, KxLine(), -1));
+}
