@@ -51,7 +51,7 @@ bool writeFile(Cloud& cloud, const QString& name) {
 template <typename Cloud>
 int readFile(Cloud& cloud, const QString& name) {
     QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!detail::openForReading(file)) {
         return -1;
     }
     return cloud.readFromFile(file);

@@ -94,7 +94,7 @@ int KxProfileZ::readFromFile(QFile& file) {
 
 int KxProfileZ::readFromFile(QString fileName) {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!detail::openForReading(file)) {
         return -1;
     }
     return readFromFile(file);

@@ -10,7 +10,7 @@ namespace KxMath {
 int KxProfileZSet::readFromFile(QString fileName) {
     clear();
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!detail::openForReading(file)) {
         return size();
     }
     for (;;) {
@@ -31,7 +31,7 @@ int KxProfileZSet::readFromFile(QString fileName, float z0, float dz) {
     clear();
     stepZ = dz;
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!detail::openForReading(file)) {
         return size();
     }
     for (float z = z0;; z += dz) { // deliberately a running sum, which a section without points advances too

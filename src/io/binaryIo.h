@@ -17,6 +17,10 @@ qint64 readBytes(QFile& file, char* data, qint64 size);
 /// Writes `size` bytes. @return true when all were taken
 bool writeBytes(QFile& file, const char* data, qint64 size);
 
+/// Opens a file for reading. Like all functions here it makes Qt print nothing, whatever the device or its name.
+/// @return true when it is open
+bool openForReading(QFile& file);
+
 /// Opens a file for writing, replacing an existing one. @return true when it is open
 bool openForWriting(QFile& file);
 
@@ -28,7 +32,7 @@ template <typename Read>
 int readOrRewind(QFile& file, Read read) {
     const qint64 start = file.pos();
     const int result = read();
-    if (result < 0) {
+    if (result < 0 && file.isOpen() && !file.isSequential()) {
         file.seek(start);
     }
     return result;

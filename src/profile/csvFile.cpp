@@ -58,7 +58,7 @@ bool KxProfile::writeToCSVFile(QString fileName) {
 
 int KxProfile::readFromCSVFile(QString fileName, int xColumn, int yColumn) {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!detail::openForReading(file)) {
         return size();
     }
     clear();
