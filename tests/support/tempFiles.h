@@ -1,8 +1,12 @@
-// Files of a test, in a folder that goes with it.
+// Files of a test, in a folder that goes with it, and a disk that is full.
 #pragma once
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+
+#include <csignal>
+
+#include <sys/resource.h>
 
 namespace testing_support {
 
@@ -26,6 +30,26 @@ public:
 
 private:
     QTemporaryDir folder_;
+};
+
+/// While it lives, no file of this process grows beyond `size` bytes: writes fail as on a full disk.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t size) : onExcess_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{size, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, onExcess_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    void (*onExcess_)(int);
+    rlimit before_{};
 };
 
 } // namespace testing_support
