@@ -347,11 +347,11 @@ public:
     /// smallest z on, a base line y(x) is fitted to the surface, and the longest run of points along x that stands
     /// between `minHeight` and `maxHeight` above it is taken.
     ///
-    /// The base line starts from the repeated median slope (Siegel, Biometrika 69, 1982) and the lowest densest third
-    /// of the heights about it, and is a least-squares line through what lies within 2.5 standard deviations, iterated;
-    /// a tape may cover somewhat less than half of a slab. A run is judged by running medians of 9 heights, and the
-    /// bounds give way by the roughness of the surface, so that a rough tape stays in one piece. Slabs of fewer than 16
-    /// points and runs of fewer than 5 are passed over.
+    /// The base line starts from the slope of the least quantile of squares (Rousseeuw, J. Am. Stat. Assoc. 79, 1984)
+    /// and the lowest of the densest thirds of the heights about it, and is a least-squares line through what lies
+    /// within 2.5 standard deviations, iterated; a tape may cover somewhat less than half of a slab. A run is judged by
+    /// running medians of 9 heights, and the bounds give way by the roughness of the surface, so that a rough tape
+    /// stays in one piece. Slabs of fewer than 16 points and runs of fewer than 5 are passed over.
     ///
     /// This cloud is not changed. Points with a coordinate that is NaN or infinite are passed over. The points are
     /// appended slab by slab in the order of x; the range of `tape` is not updated, its `zIndexBuilt` becomes 0.

@@ -21,7 +21,8 @@ struct CellRange {
 struct AxisCells {
     std::vector<float> starts; ///< where each occupied cell starts
     std::vector<CellRange> ranges; ///< of each point, by its position
-    std::vector<int> order; ///< the positions of the points by rising coordinate; first and last cell rise too
+    std::vector<int> order; ///< the positions of the points in cells by rising coordinate; their first and last
+                            ///< cells rise too
 };
 
 /// Walks from `min` in steps of `step` while below `max`. The starts are running single-precision sums, which cannot be
@@ -73,9 +74,11 @@ AxisCells occupiedCells(const QList<KxPointXYZ>& points, float KxPointXYZ::*coor
     for (; passed < entered; ++passed) {
         rangeOf(passed).last = static_cast<int>(cells.starts.size()) - 1;
     }
-    cells.order.reserve(values.size());
     for (const Value& value : values) {
-        cells.order.push_back(value.position);
+        const CellRange& range = cells.ranges[static_cast<std::size_t>(value.position)];
+        if (range.first <= range.last) {
+            cells.order.push_back(value.position);
+        }
     }
     return cells;
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace KxMath {
@@ -87,8 +88,37 @@ std::vector<double> heightsAbove(const RobustLine& line, const std::vector<KxPoi
     return heights;
 }
 
+/// The slope, among those between points of `sample` some way apart, about which 40 % of the points lie closest
+/// together.
+double steadiestSlope(const std::vector<KxPointXY>& sample) {
+    const std::size_t span = sample.size() * 2 / 5;
+    double bestSlope = 0.0;
+    double bestWidth = std::numeric_limits<double>::infinity();
+    for (const std::size_t part : {4, 3, 2}) {
+        const std::size_t distance = sample.size() / part;
+        for (std::size_t i = 0; i + distance < sample.size(); ++i) {
+            const KxPointXY& p = sample[i];
+            const KxPointXY& q = sample[i + distance];
+            const double dx = static_cast<double>(q.x) - static_cast<double>(p.x);
+            if (!(dx > 0.0)) {
+                continue;
+            }
+            const double slope = (static_cast<double>(q.y) - static_cast<double>(p.y)) / dx;
+            std::vector<double> heights = heightsAbove({slope, 0.0}, sample);
+            std::sort(heights.begin(), heights.end());
+            for (std::size_t k = 0; k + span < heights.size(); ++k) {
+                if (heights[k + span] - heights[k] < bestWidth) {
+                    bestWidth = heights[k + span] - heights[k];
+                    bestSlope = slope;
+                }
+            }
+        }
+    }
+    return bestSlope;
+}
+
 Base fitBase(const std::vector<KxPointXY>& points) {
-    constexpr std::size_t kMaxSample = 128; // the first slope takes the square of them
+    constexpr std::size_t kMaxSample = 96; // the first slope takes the square of them
     constexpr int kRounds = 8;
     constexpr double kInliers = 2.5; // standard deviations
     const std::size_t stride = (points.size() + kMaxSample - 1) / kMaxSample;
@@ -97,8 +127,8 @@ Base fitBase(const std::vector<KxPointXY>& points) {
         sample.push_back(points[i]);
     }
     Base base;
-    base.line = detail::repeatedMedianLine(sample);
-    base.line.b += lowestDenseThird(heightsAbove(base.line, points)).center;
+    base.line.k = steadiestSlope(sample);
+    base.line.b = lowestDenseThird(heightsAbove(base.line, points)).center;
     for (int round = 0; round < kRounds; ++round) {
         base.roughness = lowestDenseThird(heightsAbove(base.line, points)).sigma;
         base.line = refitted(points, base.line, kInliers * base.roughness);

@@ -87,12 +87,15 @@ Sampling sampled(const Points& points) {
     return sampling;
 }
 
-/// Cuts the points at jumps and gaps. Short pieces are dropped.
-std::vector<Points> cutIntoPieces(const Points& points, const Sampling& sampling) {
-    std::vector<Points> pieces;
-    Points piece;
+/// Points of one plate, by their index.
+using Piece = std::vector<std::size_t>;
+
+/// Cuts the points at jumps and gaps. Short pieces are left out: spikes, the bottom of a gap, what spikes cut off.
+std::vector<Piece> cutIntoPieces(const Points& points, const Sampling& sampling) {
+    std::vector<Piece> pieces;
+    Piece piece;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        piece.push_back(points[i]);
+        piece.push_back(i);
         const bool isEnd = i + 1 == points.size() || std::abs(sampling.slopeDefects[i]) > sampling.cutLimit() ||
                            sampling.isGap(widthBetween(points[i], points[i + 1]));
         if (isEnd) {
@@ -105,7 +108,7 @@ std::vector<Points> cutIntoPieces(const Points& points, const Sampling& sampling
     return pieces;
 }
 
-/// The line through the points of `part`, with the slope of `longer` where they are too few for one of their own.
+/// The line through `part`, with the slope of `longer` where the points are too few for one of their own.
 RobustLine lineThrough(const Points& part, const RobustLine& longer) {
     constexpr std::size_t kMinPointsForSlope = 16;
     if (part.size() >= kMinPointsForSlope) {
@@ -121,17 +124,12 @@ RobustLine lineThrough(const Points& part, const RobustLine& longer) {
 /// What lies between two neighbouring pieces.
 class Seam {
 public:
-    Seam(const Points& left, const Points& right, const Sampling& sampling)
-        : sampling_(sampling), gap_(widthBetween(left.back(), right.front())) {
-        constexpr std::size_t kEndPoints = 64;
-        const std::size_t leftCount = std::min(left.size(), kEndPoints);
-        const std::size_t rightCount = std::min(right.size(), kEndPoints);
-        const Points leftEnd(left.end() - static_cast<std::ptrdiff_t>(leftCount), left.end());
-        const Points rightEnd(right.begin(), right.begin() + static_cast<std::ptrdiff_t>(rightCount));
-        const RobustLine longer = detail::repeatedMedianLine(leftCount >= rightCount ? leftEnd : rightEnd);
-        leftLine_ = lineThrough(leftEnd, longer);
-        rightLine_ = lineThrough(rightEnd, longer);
-        const double middle = static_cast<double>(left.back().x) + 0.5 * gap_;
+    Seam(const Points& points, const Piece& left, const Piece& right, const Sampling& sampling)
+        : points_(points), sampling_(sampling) {
+        fitLines(left, right);
+        findEdges(left, right);
+        gap_ = widthBetween(points[leftEdge_], points[rightEdge_]);
+        const double middle = static_cast<double>(points[leftEdge_].x) + 0.5 * gap_;
         step_ = std::abs(rightLine_.y(middle) - leftLine_.y(middle));
     }
 
@@ -140,42 +138,78 @@ public:
     /// How much of a joint it is, to compare joints of either kind.
     double strength() const { return std::max(gap_ / kMinGap, step_ / sampling_.stepLimit()); }
 
-    /// The edges of the plates: their outermost points that lie on the lines, at the height of the lines.
-    std::pair<KxPointXY, KxPointXY> edges(const Points& left, const Points& right) const {
-        const auto isOnLeft = [&](const KxPointXY& p) { return std::abs(leftLine_.heightOf(p)) <= edgeLimit(); };
-        const auto isOnRight = [&](const KxPointXY& p) { return std::abs(rightLine_.heightOf(p)) <= edgeLimit(); };
-        const auto leftEdge = std::find_if(left.rbegin(), left.rend(), isOnLeft);
-        const auto rightEdge = std::find_if(right.begin(), right.end(), isOnRight);
-        const float leftX = leftEdge == left.rend() ? left.back().x : leftEdge->x;
-        const float rightX = rightEdge == right.end() ? right.front().x : rightEdge->x;
-        return {onLine(leftLine_, leftX), onLine(rightLine_, rightX)};
+    /// The edges of the plates at the height of the lines.
+    std::pair<KxPointXY, KxPointXY> edges() const {
+        return {onLine(leftLine_, points_[leftEdge_].x), onLine(rightLine_, points_[rightEdge_].x)};
     }
 
 private:
-    double edgeLimit() const { return sampling_.edgeLimit(); }
+    void fitLines(const Piece& left, const Piece& right) {
+        constexpr std::size_t kEndPoints = 64;
+        Points leftEnd;
+        for (std::size_t i = left.size() - std::min(left.size(), kEndPoints); i < left.size(); ++i) {
+            leftEnd.push_back(points_[left[i]]);
+        }
+        Points rightEnd;
+        for (std::size_t i = 0; i < std::min(right.size(), kEndPoints); ++i) {
+            rightEnd.push_back(points_[right[i]]);
+        }
+        const RobustLine longer = detail::repeatedMedianLine(leftEnd.size() >= rightEnd.size() ? leftEnd : rightEnd);
+        leftLine_ = lineThrough(leftEnd, longer);
+        rightLine_ = lineThrough(rightEnd, longer);
+    }
+
+    /// The outermost points that lie on the lines, those included that spikes have cut off from their piece.
+    void findEdges(const Piece& left, const Piece& right) {
+        const auto isOnLeft = [&](std::size_t i) { return isOn(leftLine_, i); };
+        const auto isOnRight = [&](std::size_t i) { return isOn(rightLine_, i); };
+        const auto lastOnLeft = std::find_if(left.rbegin(), left.rend(), isOnLeft);
+        const auto firstOnRight = std::find_if(right.begin(), right.end(), isOnRight);
+        leftEdge_ = lastOnLeft == left.rend() ? left.back() : *lastOnLeft;
+        rightEdge_ = firstOnRight == right.end() ? right.front() : *firstOnRight;
+        for (std::size_t i = leftEdge_ + 1; i < right.front(); ++i) {
+            if (isOnLeft(i) && !sampling_.isGap(widthBetween(points_[leftEdge_], points_[i]))) {
+                leftEdge_ = i;
+            }
+        }
+        for (std::size_t i = rightEdge_ - 1; i > leftEdge_; --i) {
+            if (isOnRight(i) && !sampling_.isGap(widthBetween(points_[i], points_[rightEdge_]))) {
+                rightEdge_ = i;
+            }
+        }
+    }
+
+    bool isOn(const RobustLine& line, std::size_t i) const {
+        return std::abs(line.heightOf(points_[i])) <= sampling_.edgeLimit();
+    }
 
     static KxPointXY onLine(const RobustLine& line, float x) {
         return KxPointXY(x, static_cast<float>(line.y(static_cast<double>(x))));
     }
 
+    const Points& points_;
     const Sampling& sampling_;
-    double gap_;
-    double step_ = 0.0;
     RobustLine leftLine_;
     RobustLine rightLine_;
+    std::size_t leftEdge_ = 0;
+    std::size_t rightEdge_ = 0;
+    double gap_ = 0.0;
+    double step_ = 0.0;
 };
 
-/// Joins pieces that belong to one plate. What is shorter than a plate is dropped.
-std::vector<Points> joinIntoPlates(const std::vector<Points>& pieces, const Sampling& sampling) {
-    std::vector<Points> plates;
-    for (const Points& piece : pieces) {
-        if (plates.empty() || Seam(plates.back(), piece, sampling).isJoint()) {
+/// Joins pieces that belong to one plate. What is shorter than a plate is left out.
+std::vector<Piece> joinIntoPlates(const Points& points, const std::vector<Piece>& pieces, const Sampling& sampling) {
+    std::vector<Piece> plates;
+    for (const Piece& piece : pieces) {
+        if (plates.empty() || Seam(points, plates.back(), piece, sampling).isJoint()) {
             plates.push_back(piece);
         } else {
             plates.back().insert(plates.back().end(), piece.begin(), piece.end());
         }
     }
-    std::erase_if(plates, [](const Points& p) { return widthBetween(p.front(), p.back()) < kMinPlateLength; });
+    std::erase_if(plates, [&](const Piece& plate) {
+        return widthBetween(points[plate.front()], points[plate.back()]) < kMinPlateLength;
+    });
     return plates;
 }
 
@@ -187,14 +221,14 @@ bool KxProfile::detectJoint(KxPointCloud<KxPointXY>& joint) {
         return false;
     }
     const Sampling sampling = sampled(ordered);
-    const std::vector<Points> plates = joinIntoPlates(cutIntoPieces(ordered, sampling), sampling);
+    const std::vector<Piece> plates = joinIntoPlates(ordered, cutIntoPieces(ordered, sampling), sampling);
     std::optional<std::pair<KxPointXY, KxPointXY>> edges;
     double strongest = 0.0;
     for (std::size_t i = 0; i + 1 < plates.size(); ++i) {
-        const Seam seam(plates[i], plates[i + 1], sampling);
+        const Seam seam(ordered, plates[i], plates[i + 1], sampling);
         if (seam.isJoint() && seam.strength() > strongest) {
             strongest = seam.strength();
-            edges.emplace(seam.edges(plates[i], plates[i + 1]));
+            edges.emplace(seam.edges());
         }
     }
     if (!edges) {
