@@ -231,10 +231,10 @@ public:
     int calcCutPoint(int window, float threshold);
 
     /// All steps of the level of a profile ordered by x. Each search starts behind the step found before.
-    /// @param cutPoints emptied, then receives the points
+    /// @param cutPoints emptied, then receives the points; the profile itself is so left without points and has no
+    /// steps
     /// @param indices not emptied; receives the sum of the positions found in the single searches. Deliberately, each
-    ///        search starts one further than that sum says, so that entries after the first are too small by 1 per step
-    ///        before them
+    ///        search starts one further than that sum says, so that entries after the first are too small by 1
     /// @return the number of steps
     int detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int window, float threshold);
 

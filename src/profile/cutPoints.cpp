@@ -58,12 +58,12 @@ int KxProfile::calcCutPoint(int window, float threshold) {
 }
 
 int KxProfile::detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int window, float threshold) {
-    // A profile that is in order already, as it should be, is searched where it stands.
-    const QList<KxPointXY> source = points; // shared, so that `cutPoints` may be this profile
-    const bool isOrdered = isOrderedByX(source);
     if (!cutPoints.isEmpty()) {
-        cutPoints.clear();
+        cutPoints.clear(); // a profile that is its own result ends empty
     }
+    // A profile that is in order already, as it should be, is searched where it stands.
+    const QList<KxPointXY>& source = points;
+    const bool isOrdered = isOrderedByX(source);
     KxProfile work;
     qsizetype offset = 0;
     for (qsizetype begin = 0; begin < source.size();) {
