@@ -1,0 +1,56 @@
+# The library as it is delivered: what it exports and needs, what is installed, and programs that use it.
+set(src ${CMAKE_CURRENT_SOURCE_DIR})
+set(bin ${CMAKE_CURRENT_BINARY_DIR})
+
+# A list that a command prints must be the checked-in one.
+function(kxmath_add_list_test name how_to_update)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "NEEDS" "ARGUMENTS")
+    kxmath_add_packaging_test(${name} NEEDS "${arg_NEEDS}"
+        COMMAND ${src}/compareList.sh ${src}/${name}.txt ${how_to_update} ${src}/${name}.sh ${arg_ARGUMENTS})
+endfunction()
+
+kxmath_add_list_test(exportedSymbols scripts/update-symbols ARGUMENTS $<TARGET_FILE:KxMath>)
+kxmath_add_list_test(dynamicSection "an editor" ARGUMENTS $<TARGET_FILE:KxMath>)
+
+# Two installed libraries: that of this build, and one of the other compiler, built without any option.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    find_program(KXMATH_CLANG clang++ REQUIRED)
+    set(compilers GNU Clang)
+    set(GNU_compiler ${CMAKE_CXX_COMPILER})
+    set(Clang_compiler ${KXMATH_CLANG})
+else()
+    find_program(KXMATH_GNU g++ REQUIRED)
+    set(compilers Clang GNU)
+    set(Clang_compiler ${CMAKE_CXX_COMPILER})
+    set(GNU_compiler ${KXMATH_GNU})
+endif()
+list(GET compilers 0 own)
+list(GET compilers 1 other)
+kxmath_add_packaging_test(install.${own} SETS_UP ${own}_library
+    COMMAND ${src}/install.sh ${CMAKE_COMMAND} ${PROJECT_BINARY_DIR} ${bin}/${own})
+kxmath_add_packaging_test(install.${other} SETS_UP ${other}_library
+    COMMAND ${src}/plainBuild.sh ${CMAKE_COMMAND} ${PROJECT_SOURCE_DIR} ${bin}/build-${other} ${bin}/${other}
+        ${${other}_compiler})
+kxmath_add_list_test(installedFiles "an editor" NEEDS ${other}_library ARGUMENTS ${bin}/${other})
+
+# A program of either compiler with the library of either.
+foreach(library IN LISTS compilers)
+    foreach(program IN LISTS compilers)
+        kxmath_add_packaging_test(findPackage.${program}ProgramWith${library}Library NEEDS ${library}_library
+            COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${src}/consumer ${bin}/consumer-${program}-${library}
+                --build-generator Ninja
+                --build-options -DCMAKE_CXX_COMPILER=${${program}_compiler} -DCMAKE_PREFIX_PATH=${bin}/${library}
+                --test-command consumer)
+    endforeach()
+endforeach()
+
+kxmath_add_packaging_test(pkgConfig NEEDS ${own}_library
+    COMMAND ${src}/pkgConfig.sh ${CMAKE_CXX_COMPILER} ${bin}/${own} ${bin}/moved ${src}/consumer/main.cpp)
+
+# As part of another project.
+kxmath_add_packaging_test(subproject
+    COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${src}/subproject ${bin}/subproject
+        --build-generator Ninja
+        --build-options -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER} -DKXMATH_SOURCE=${PROJECT_SOURCE_DIR}
+            -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
+        --test-command consumer)
