@@ -38,5 +38,6 @@ int main() {
 #elif defined(ROTATE_XY_OF_XYZRGB)
     cloudXYZRGB.rotateXY(0);
 #endif
-    return cloudXY.size() + cloudXYZ.size() + cloudXYZRGB.size() + interpolant.count + static_cast<int>(profiles.size());
+    return cloudXY.size() + cloudXYZ.size() + cloudXYZRGB.size() + interpolant.count +
+           static_cast<int>(profiles.size());
 }
