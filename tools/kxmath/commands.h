@@ -17,6 +17,7 @@ struct Command {
 /// All subcommands in the order in which the help lists them.
 std::span<const Command> allCommands();
 
+int runConicity(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runTrain(const QStringList& arguments);
 

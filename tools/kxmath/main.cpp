@@ -17,6 +17,7 @@ namespace {
 constexpr std::array kCommands = {
     Command{"simulate", "write the recordings of a simulated train with the truth beside them", runSimulate},
     Command{"train", "wheels of a train and the distances across its wheel pairs, from two recordings", runTrain},
+    Command{"conicity", "equivalent conicity of a wheel-set on a track, from four profiles", runConicity},
 };
 
 void printUsage(FILE* stream) {

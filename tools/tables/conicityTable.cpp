@@ -1,19 +1,16 @@
 // Prints how far the conicity of cones comes out from their slope, over the edge margin and the amplitude.
 #include "shapes/crossSections.h"
+#include "shapes/lookUp.h"
 
 #include <KxMath/KxConicity.h>
 
 #include <cmath>
 #include <cstdio>
-#include <limits>
-#include <memory>
 #include <vector>
 
 namespace {
 
 using KxMath::KxProfile;
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 /// The conicity curve of a wheel-set of cones on round rails.
 void calculate(float slope, float edgeMargin, KxProfile& conicity) {
@@ -56,8 +53,10 @@ int main() {
             calculate(slope, margin, conicity);
             std::printf("| %g | %g |", static_cast<double>(slope), static_cast<double>(margin));
             for (const float amplitude : kAmplitudes) {
-                const float error = (conicity.calcY(amplitude, kNaN, nullptr) - slope) / slope * 100.0f;
-                std::isnan(error) ? std::printf(" - |") : std::printf(" %+.2f %% |", static_cast<double>(error));
+                const double expected = static_cast<double>(slope);
+                const double value = kxtool::valueAt(conicity, static_cast<double>(amplitude));
+                const double error = (value - expected) / expected * 100.0;
+                std::isnan(error) ? std::printf(" - |") : std::printf(" %+.2f %% |", error);
             }
             std::printf("\n");
         }
