@@ -1,12 +1,18 @@
-// The settings that fit a simulated pass, as an ideal calibration would give them.
+// Where the sensors stand, and the lines that an ideal calibration of them gives.
 #pragma once
 
 #include "simulator/parameters.h"
 #include "simulator/pose.h"
 
-#include <QtCore/QString>
-
 namespace kxsim {
+
+/// 1 for the sensor that sees the left wheels, -1 for the other one.
+inline int sideOf(int sensor) {
+    return sensor == 1 ? 1 : -1;
+}
+
+/// The pose of a sensor: the first one sees the left wheels, the second one is its mirror image.
+Pose makePose(const Parameters& parameters, int sensor);
 
 /// Lines in the frame of a sensor, all parallel to the back face of a wheel.
 struct CalibratedLines {
@@ -18,14 +24,5 @@ struct CalibratedLines {
 };
 
 CalibratedLines calibrate(const Parameters& parameters, int sensor);
-
-/// Which points the lines for defects enclose.
-enum class DefectBand { BackFace, Tread };
-
-/// Writes the keys that detection, distances and defects read, with QSettings. The level line is shared by all of them:
-/// for detection and distances it has to be that of DefectBand::BackFace, and defects of the tread show between those
-/// of DefectBand::Tread.
-/// @return false when the file could not be written
-bool writeSettings(const QString& fileName, const Parameters& parameters, DefectBand band);
 
 } // namespace kxsim

@@ -115,6 +115,10 @@ double valueOf(const Parameters& parameters, const NumberInfo& info) {
     return std::visit([&](auto member) { return static_cast<double>(parameters.*member); }, info.member);
 }
 
+int serialOf(const Parameters& parameters, int sensor) {
+    return sensor == 1 ? parameters.serial1 : parameters.serial2;
+}
+
 std::string findFault(const Parameters& p) {
     if (std::string fault = findNumberOutOfRange(p); !fault.empty()) {
         return fault;

@@ -31,7 +31,7 @@ struct Parameters {
     RecordKind records = RecordKind::Profile;
 
     // Pass
-    double speed = 10.0; // m/s
+    double speed = 15.0; // m/s
     double rate = 2000.0; // profiles per second
     int cars = 2;
     int bogies = 2; // per car
@@ -39,7 +39,7 @@ struct Parameters {
     double axleSpacing = 2100.0;
     double bogieSpacing = 12600.0;
     double carLength = 19200.0;
-    int idleProfiles = 20;
+    int idleProfiles = 10;
 
     // Wheels
     double diameter = 860.0;
@@ -93,6 +93,9 @@ struct NumberInfo {
 std::span<const NumberInfo> allNumbers();
 
 double valueOf(const Parameters& parameters, const NumberInfo& info);
+
+/// The serial number of sensor 1 or 2.
+int serialOf(const Parameters& parameters, int sensor);
 
 /// What is wrong with the parameters, in one line; empty when nothing is.
 std::string findFault(const Parameters& parameters);

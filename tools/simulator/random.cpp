@@ -26,10 +26,10 @@ std::uint64_t combine(std::initializer_list<std::uint64_t> seeds) {
 
 } // namespace
 
-Random::Random(std::initializer_list<std::uint64_t> seeds) : engine(combine(seeds)) {}
+Random::Random(std::initializer_list<std::uint64_t> seeds) : engine_(combine(seeds)) {}
 
 double Random::uniform() {
-    return static_cast<double>(engine() >> 11) * 0x1p-53;
+    return static_cast<double>(engine_() >> 11) * 0x1p-53;
 }
 
 double Random::uniform(double from, double to) {
@@ -37,15 +37,15 @@ double Random::uniform(double from, double to) {
 }
 
 double Random::normal() {
-    if (hasSpare) {
-        hasSpare = false;
-        return spare;
+    if (hasSpare_) {
+        hasSpare_ = false;
+        return spare_;
     }
     // G. E. P. Box, M. E. Muller, A Note on the Generation of Random Normal Deviates, 1958.
     const double radius = std::sqrt(-2.0 * std::log(1.0 - uniform()));
     const double angle = 2.0 * std::numbers::pi * uniform();
-    spare = radius * std::sin(angle);
-    hasSpare = true;
+    spare_ = radius * std::sin(angle);
+    hasSpare_ = true;
     return radius * std::cos(angle);
 }
 

@@ -23,9 +23,9 @@ public:
     bool chance(double probability);
 
 private:
-    std::mt19937_64 engine;
-    double spare = 0.0; ///< the second number of a pair of normal ones
-    bool hasSpare = false;
+    std::mt19937_64 engine_;
+    double spare_ = 0.0; ///< the second number of a pair of normal ones
+    bool hasSpare_ = false;
 };
 
 } // namespace kxsim

@@ -4,50 +4,50 @@
 namespace kxsim {
 
 Recorder::Recorder(const QString& fileName, const Parameters& p)
-    : file(fileName), kind(p.records), idleProfiles(p.idleProfiles),
-      wheelRecords(static_cast<std::size_t>(p.cars * p.bogies * p.axles)) {}
+    : file_(fileName), kind_(p.records), idleProfiles_(p.idleProfiles),
+      wheelRecords_(static_cast<std::size_t>(p.cars * p.bogies * p.axles)) {}
 
 bool Recorder::open() {
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    return file_.open(QIODevice::WriteOnly | QIODevice::Truncate);
 }
 
 void Recorder::write(KxMath::KxProfileZ& record) {
-    ++written;
-    const bool isWritten = kind == RecordKind::Profile ? record.writeToFile(file)
-                                                       : record.KxPointCloud<KxMath::KxPointXY>::writeToFile(file);
-    isComplete = isComplete && isWritten;
+    ++written_;
+    const bool isWritten = kind_ == RecordKind::Profile ? record.writeToFile(file_)
+                                                        : record.KxPointCloud<KxMath::KxPointXY>::writeToFile(file_);
+    isComplete_ = isComplete_ && isWritten;
 }
 
 void Recorder::add(KxMath::KxProfile& profile, double z, const View& view) {
     KxMath::KxProfileZ record(profile);
     record.z = static_cast<float>(z);
     if (view.hasTrain) {
-        for (KxMath::KxProfileZ& before : waiting) {
+        for (KxMath::KxProfileZ& before : waiting_) {
             write(before);
         }
-        waiting.clear();
-        idleLeft = idleProfiles;
+        waiting_.clear();
+        idleLeft_ = idleProfiles_;
         write(record);
         if (view.pair > 0) {
-            WheelRecords& wheel = wheelRecords[static_cast<std::size_t>(view.pair - 1)];
-            wheel.first = wheel.first == 0 ? written : wheel.first;
-            wheel.last = written;
+            WheelRecords& wheel = wheelRecords_[static_cast<std::size_t>(view.pair - 1)];
+            wheel.first = wheel.first == 0 ? written_ : wheel.first;
+            wheel.last = written_;
         }
-    } else if (idleLeft > 0) {
-        --idleLeft;
+    } else if (idleLeft_ > 0) {
+        --idleLeft_;
         write(record);
     } else {
-        waiting.push_back(record);
-        if (waiting.size() > static_cast<std::size_t>(idleProfiles)) {
-            waiting.pop_front();
+        waiting_.push_back(record);
+        if (waiting_.size() > static_cast<std::size_t>(idleProfiles_)) {
+            waiting_.pop_front();
         }
     }
 }
 
 bool Recorder::close() {
-    const bool isFlushed = file.flush();
-    file.close();
-    return isComplete && isFlushed && file.error() == QFileDevice::NoError;
+    const bool isFlushed = file_.flush();
+    file_.close();
+    return isComplete_ && isFlushed && file_.error() == QFileDevice::NoError;
 }
 
 } // namespace kxsim

@@ -4,6 +4,8 @@
 #include "simulator/parameters.h"
 #include "simulator/sensor.h"
 
+#include <KxMath/KxProfileZ.h>
+
 #include <QtCore/QFile>
 
 #include <deque>
@@ -28,20 +30,20 @@ public:
     /// @return false when the file could not be written completely
     bool close();
 
-    const std::vector<WheelRecords>& wheels() const { return wheelRecords; }
-    int records() const { return written; }
+    const std::vector<WheelRecords>& wheels() const { return wheelRecords_; }
+    int records() const { return written_; }
 
 private:
     void write(KxMath::KxProfileZ& record);
 
-    QFile file;
-    const RecordKind kind;
-    const int idleProfiles;
-    std::deque<KxMath::KxProfileZ> waiting; ///< profiles without the train, which may turn out to be just before it
-    int idleLeft = 0; ///< how many of them are still wanted after the train
-    int written = 0;
-    bool isComplete = true;
-    std::vector<WheelRecords> wheelRecords; ///< by wheel pair
+    QFile file_;
+    const RecordKind kind_;
+    const int idleProfiles_;
+    std::deque<KxMath::KxProfileZ> waiting_; ///< profiles without the train, which may turn out to be just before it
+    int idleLeft_ = 0; ///< how many of them are still wanted after the train
+    int written_ = 0;
+    bool isComplete_ = true;
+    std::vector<WheelRecords> wheelRecords_; ///< by wheel pair
 };
 
 } // namespace kxsim

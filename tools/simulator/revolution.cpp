@@ -73,18 +73,18 @@ double hitFrustum(const ContourPoint& a, const ContourPoint& b, const AxialRay& 
 
 } // namespace
 
-SurfaceOfRevolution::SurfaceOfRevolution(const Contour& c) : contour(c) {
-    const auto segments = static_cast<unsigned>(contour.size() - 1);
-    nodes.assign(2 * std::bit_ceil(segments), Node{0.0, 0.0, 0.0, 0.0, -2});
+SurfaceOfRevolution::SurfaceOfRevolution(const Contour& contour) : contour_(contour) {
+    const auto segments = static_cast<unsigned>(contour_.size() - 1);
+    nodes_.assign(2 * std::bit_ceil(segments), Node{0.0, 0.0, 0.0, 0.0, -2});
     build(0, 0, static_cast<int>(segments));
 }
 
 void SurfaceOfRevolution::build(std::size_t node, int first, int last) {
-    Node& n = nodes[node];
-    n = {contour[static_cast<std::size_t>(first)].axial, contour[static_cast<std::size_t>(first)].axial,
-         contour[static_cast<std::size_t>(first)].radius, contour[static_cast<std::size_t>(first)].radius, -1};
+    Node& n = nodes_[node];
+    n = {contour_[static_cast<std::size_t>(first)].axial, contour_[static_cast<std::size_t>(first)].axial,
+         contour_[static_cast<std::size_t>(first)].radius, contour_[static_cast<std::size_t>(first)].radius, -1};
     for (int i = first; i <= last; ++i) {
-        const ContourPoint& p = contour[static_cast<std::size_t>(i)];
+        const ContourPoint& p = contour_[static_cast<std::size_t>(i)];
         n.minAxial = std::min(n.minAxial, p.axial - kJoint);
         n.maxAxial = std::max(n.maxAxial, p.axial + kJoint);
         n.minRadius = std::min(n.minRadius, p.radius - kJoint);
@@ -101,7 +101,7 @@ void SurfaceOfRevolution::build(std::size_t node, int first, int last) {
 
 double SurfaceOfRevolution::hitNode(std::size_t node, const AxialRay& ray, const double (&radiusSquared)[3],
                                     HitRange range) const {
-    const Node& n = nodes[node];
+    const Node& n = nodes_[node];
     const HitRange inside = clipAxially(ray, n.minAxial, n.maxAxial, range);
     if (!(inside.from <= inside.to)) {
         return range.to;
@@ -113,8 +113,8 @@ double SurfaceOfRevolution::hitNode(std::size_t node, const AxialRay& ray, const
         return range.to;
     }
     if (n.segment >= 0) {
-        const ContourPoint& a = contour[static_cast<std::size_t>(n.segment)];
-        const ContourPoint& b = contour[static_cast<std::size_t>(n.segment) + 1];
+        const ContourPoint& a = contour_[static_cast<std::size_t>(n.segment)];
+        const ContourPoint& b = contour_[static_cast<std::size_t>(n.segment) + 1];
         const bool isDisc = a.axial == b.axial;
         return isDisc ? hitDisc(a, b, ray, radiusSquared, range) : hitFrustum(a, b, ray, radiusSquared, range);
     }
@@ -134,9 +134,9 @@ double SurfaceOfRevolution::hit(const AxialRay& ray, HitRange range) const {
 
 double SurfaceOfRevolution::outerRadius(double axial) const {
     double radius = 0.0;
-    for (std::size_t i = 0; i + 1 < contour.size(); ++i) {
-        const ContourPoint& a = contour[i];
-        const ContourPoint& b = contour[i + 1];
+    for (std::size_t i = 0; i + 1 < contour_.size(); ++i) {
+        const ContourPoint& a = contour_[i];
+        const ContourPoint& b = contour_[i + 1];
         if (a.axial == b.axial || axial < std::min(a.axial, b.axial) || axial > std::max(a.axial, b.axial)) {
             continue;
         }

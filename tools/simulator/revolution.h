@@ -36,7 +36,7 @@ public:
     double hit(const AxialRay& ray, HitRange range) const;
     /// The radius at an axial position of the outside; 0 beyond the ends.
     double outerRadius(double axial) const;
-    double maxRadius() const { return nodes.front().maxRadius; }
+    double maxRadius() const { return nodes_.front().maxRadius; }
 
 private:
     /// The ring around a run of segments; inner nodes have their children at 2i + 1 and 2i + 2.
@@ -51,8 +51,8 @@ private:
     void build(std::size_t node, int first, int last);
     double hitNode(std::size_t node, const AxialRay& ray, const double (&radiusSquared)[3], HitRange range) const;
 
-    Contour contour;
-    std::vector<Node> nodes;
+    Contour contour_;
+    std::vector<Node> nodes_;
 };
 
 } // namespace kxsim

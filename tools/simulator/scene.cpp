@@ -29,14 +29,14 @@ double angleFromBottom(const AxialRay& ray, double t) {
 } // namespace
 
 Wheel::Wheel(const WheelShape& s, int side, double backFace)
-    : shape(s), contour(makeWheelContour(s)), side(side), backFace(backFace), surface(contour) {}
+    : shape(s), contour(makeWheelContour(s)), side(side), backFace(backFace), surface_(contour) {}
 
 void Wheel::addFlat(const TreadPatch& flat) {
-    flats.push_back(flat);
+    flats_.push_back(flat);
 }
 
 void Wheel::addBuildUp(const TreadPatch& buildUp) {
-    buildUps.push_back({buildUp, SurfaceOfRevolution(raisedTread(surface, buildUp.height))});
+    buildUps_.push_back({buildUp, SurfaceOfRevolution(raisedTread(surface_, buildUp.height))});
 }
 
 AxialRay Wheel::toAxial(const Ray& ray, double axleX) const {
@@ -53,7 +53,7 @@ std::optional<double> Wheel::leaveFlats(const AxialRay& ray, double t, double tu
     if (axial <= kPatchFrom || axial >= kPatchTo) {
         return {};
     }
-    for (const TreadPatch& flat : flats) {
+    for (const TreadPatch& flat : flats_) {
         // The flat is the plane at `depth` from the axle with the direction (forward, up) of its middle as its normal.
         const double forward = std::sin(flat.angle + turn);
         const double up = -std::cos(flat.angle + turn);
@@ -78,7 +78,7 @@ double Wheel::hit(const Ray& ray, double axleX, double end) const {
     // A wheel that rolls forward by x turns its lowest point backwards by x.
     const double turn = -axleX / (shape.diameter / 2.0);
     double first = end;
-    for (const BuildUp& b : buildUps) {
+    for (const BuildUp& b : buildUps_) {
         const double t = b.surface.hit(axial, {0.0, first});
         const double distance =
             std::remainder(angleFromBottom(axial, t) - b.patch.angle - turn, 2.0 * std::numbers::pi);
@@ -86,14 +86,14 @@ double Wheel::hit(const Ray& ray, double axleX, double end) const {
             first = t;
         }
     }
-    double t = surface.hit(axial, {0.0, first});
-    if (t < first && !flats.empty()) {
+    double t = surface_.hit(axial, {0.0, first});
+    if (t < first && !flats_.empty()) {
         if (const auto bottom = leaveFlats(axial, t, turn)) {
             constexpr double kBehind = 1e-6; // mm, keeps the surface just met from being met again
-            const double leave = surface.hit(axial, {t + kBehind, first});
+            const double leave = surface_.hit(axial, {t + kBehind, first});
             t = std::min(*bottom, leave);
             if (leave < *bottom) { // out of the wheel again before the flat is met
-                t = surface.hit(axial, {leave + kBehind, first});
+                t = surface_.hit(axial, {leave + kBehind, first});
             }
         }
     }

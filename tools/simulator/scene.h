@@ -31,7 +31,7 @@ public:
 
     /// The first hit before `end` with the axle `axleX` along the track; `end` when there is none.
     double hit(const Ray& ray, double axleX, double end) const;
-    double maxRadius() const { return surface.maxRadius(); }
+    double maxRadius() const { return surface_.maxRadius(); }
 
     const WheelShape shape;
     const Contour contour;
@@ -47,9 +47,9 @@ private:
     AxialRay toAxial(const Ray& ray, double axleX) const;
     std::optional<double> leaveFlats(const AxialRay& ray, double t, double turn) const;
 
-    SurfaceOfRevolution surface;
-    std::vector<TreadPatch> flats;
-    std::vector<BuildUp> buildUps;
+    SurfaceOfRevolution surface_;
+    std::vector<TreadPatch> flats_;
+    std::vector<BuildUp> buildUps_;
 };
 
 /// An upright box.

@@ -5,23 +5,22 @@
 #include "simulator/pose.h"
 #include "simulator/train.h"
 
-#include <KxMath/KxProfileZ.h>
+#include <KxMath/KxProfile.h>
 
+#include <cstdint>
 #include <vector>
 
 namespace kxsim {
 
-/// The pose of a sensor: the first one sees the left wheels, the second one is its mirror image.
-Pose makePose(const Parameters& parameters, int sensor);
-
 /// What one profile saw.
 struct View {
     bool hasTrain = false; ///< anything of the train
-    int pair = 0; ///< the wheel pair of which the profile shows a wheel, from 1; 0 for none
+    int pair = 0; ///< the wheel pair of which the profile shows a wheel before the level line, from 1; 0 for none
 };
 
 class Sensor {
 public:
+    /// @param parameters,train must outlive the sensor
     Sensor(const Parameters& parameters, const Train& train, int sensor);
 
     /// True when something of the train is within `margin` of what the sensor can see along the track.
@@ -40,6 +39,7 @@ private:
         const Box* box;
     };
 
+    /// The ray of one point.
     struct Direction {
         double along; ///< part of x, of a unit vector
         double away; ///< part of y
@@ -48,20 +48,28 @@ private:
         double staticHit; ///< distance of what stands beside the track, at most `range`
     };
 
-    void addTargets(const Train& train);
-    void addDirections();
-    double hitTarget(const Target& target, const Ray& ray, double trainX, double end) const;
-    bool isHiddenFromCamera(const Vec3& point, const std::vector<const Target*>& targets, double trainX) const;
+    struct Hit {
+        double distance;
+        const Target* target; ///< null for what stands beside the track, and for nothing
+    };
 
-    const Parameters& parameters;
-    const int sensor;
-    const Pose pose;
-    const Vec3 camera;
-    double reachFrom = 0.0; ///< along the track
-    double reachTo = 0.0;
-    std::vector<Target> targets;
-    std::vector<TrackBody> surroundings;
-    std::vector<Direction> directions;
+    void addDirections();
+    void addTargets(const Train& train);
+    std::vector<const Target*> targetsInReach(double trainX) const;
+    static double hitTarget(const Target& target, const Ray& ray, double trainX, double end);
+    Hit cast(const Direction& direction, const std::vector<const Target*>& inReach, double trainX) const;
+    bool isHiddenFromCamera(const Vec3& point, const std::vector<const Target*>& inReach, double trainX) const;
+
+    const Parameters& parameters_;
+    const int sensor_;
+    const Pose pose_;
+    const SensorLine level_;
+    const Vec3 camera_;
+    double reachFrom_; ///< along the track
+    double reachTo_;
+    std::vector<Target> targets_;
+    std::vector<TrackBody> surroundings_;
+    std::vector<Direction> directions_;
 };
 
 } // namespace kxsim

@@ -1,9 +1,9 @@
 // A simulated pass from parameters to files.
 #include "simulator/simulation.h"
 
-#include "simulator/calibration.h"
 #include "simulator/recorder.h"
 #include "simulator/sensor.h"
+#include "simulator/settingsFile.h"
 #include "simulator/train.h"
 #include "simulator/truth.h"
 
@@ -72,8 +72,7 @@ QString simulatePass(const Parameters& p, const QString& directory, const Progre
     const Train train = makeTrain(p);
     std::array<RecordingTruth, 2> recordings;
     for (const int sensor : {1, 2}) {
-        const QString name =
-            QStringLiteral("%1_%2.bin").arg(QString::fromStdString(p.prefix)).arg(sensor == 1 ? p.serial1 : p.serial2);
+        const QString name = QStringLiteral("%1_%2.bin").arg(QString::fromStdString(p.prefix)).arg(serialOf(p, sensor));
         Recorder recorder(dir.filePath(name), p);
         if (!record(p, train, sensor, recorder, progress)) {
             return cannotWrite(dir.filePath(name));

@@ -34,7 +34,7 @@ QJsonObject parametersToJson(const Parameters& p) {
 QJsonObject sensorToJson(const Parameters& p, int sensor, const RecordingTruth& recording) {
     const Pose pose = makePose(p, sensor);
     const CalibratedLines lines = calibrate(p, sensor);
-    return {{"serial", sensor == 1 ? p.serial1 : p.serial2},
+    return {{"serial", serialOf(p, sensor)},
             {"file", recording.fileName},
             {"side", sensor == 1 ? "left" : "right"},
             {"records", recording.records},

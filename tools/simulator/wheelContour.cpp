@@ -50,12 +50,14 @@ double circle(double y, double centerY, double centerZ, double radius, double si
     return centerZ + sign * std::sqrt(std::max(0.0, radius * radius - dy * dy));
 }
 
-constexpr double kZoneStep = 0.4; // mm
+constexpr double kFlangeStep = 0.1; // mm along the axis, for slopes up to 2.75 on radii from 12 mm
+constexpr double kTreadStep = 0.5; // mm
 constexpr double kArcStep = std::numbers::pi / 120.0; // chords of the largest arc stay within 0.002 mm
 
 /// Samples the contour in the open interval of two y and appends its end.
 void appendZone(Contour& contour, double from, double to, double tapeRadius) {
-    const int steps = std::max(1, static_cast<int>(std::ceil((to - from) / kZoneStep)));
+    const double step = from < kEndC ? kFlangeStep : kTreadStep;
+    const int steps = static_cast<int>(std::ceil((to - from) / step));
     for (int i = 1; i <= steps; ++i) {
         const double y = i == steps ? to : from + (to - from) * i / steps;
         contour.push_back({y + kTapeCircle, tapeRadius + s1002Height(y)});
@@ -104,7 +106,7 @@ double s1002Height(double y) {
         return circle(y, -55.0, 16.0, 12.0, 1.0);
     }
     if (y < kEndF) {
-        return circle(y, -58.558326413, 8.834924130, 20.5, 1.0);
+        return circle(y, -58.558326413, 8.834924130, 20.0, 1.0);
     }
     if (y < kEndE) {
         return -93.576667419 - 2.747477419 * y;

@@ -29,7 +29,7 @@ struct WheelShape {
 double s1002Height(double y);
 
 /// The whole contour from the web on the back side over back face, flange and tread to the web on the field side.
-/// Chords stay within 0.003 mm of the curves.
+/// Chords stay within 0.002 mm of the curves.
 Contour makeWheelContour(const WheelShape& shape);
 
 /// Flange thickness 10 mm above the tape circle (measure Sd), from the back face; NaN when the contour has none.

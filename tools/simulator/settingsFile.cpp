@@ -1,0 +1,81 @@
+// The settings file of a simulated pass.
+#include "simulator/settingsFile.h"
+
+#include "simulator/calibration.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QSettings>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace kxsim {
+
+namespace {
+
+/// How many profiles show a wheel: while its flange is below the upper end of the laser line on the back face.
+int countProfilesOfWheel(const Parameters& p, const Pose& pose) {
+    const SensorLine face = traceOfPlane(pose, p.backToBack / 2.0);
+    double top = -1e9;
+    for (const double share : {-1.0, 1.0}) {
+        const double angle = share * p.halfAngle * std::numbers::pi / 180.0;
+        const double x = face.b * std::tan(angle) / (1.0 - face.k * std::tan(angle));
+        top = std::max(top, pose.toTrack(x, face.at(x)).z);
+    }
+    constexpr double kFlangeHeight = 28.0;
+    const double tread = (p.diameter - p.wear) / 2.0;
+    const double flange = tread + kFlangeHeight;
+    const double down = tread - top;
+    const double half = std::sqrt(std::max(0.0, flange * flange - down * down));
+    return static_cast<int>(2.0 * half / (1000.0 * p.speed / p.rate));
+}
+
+void writeSensor(QSettings& settings, const Parameters& p, int sensor, DefectBand band) {
+    // Only floats are read back; as text they are short and exact.
+    const auto write = [&](const char* key, double value) {
+        settings.setValue(QStringLiteral("SENSOR%1/").arg(sensor) + QLatin1String(key),
+                          QString::number(static_cast<float>(value), 'g', 9));
+    };
+    const auto writeLine = [&](const char* slopeKey, const char* interceptKey, const SensorLine& line) {
+        write(slopeKey, line.k);
+        write(interceptKey, line.b);
+    };
+    const CalibratedLines lines = calibrate(p, sensor);
+    write("SN", serialOf(p, sensor));
+    writeLine("k2", "b2", lines.reference);
+    writeLine("level_k", "level_b", band == DefectBand::BackFace ? lines.level : lines.treadLevel);
+    writeLine("lowlevel_k", "lowlevel_b", lines.low);
+    writeLine("lowLevel_k", "lowLevel_b", band == DefectBand::BackFace ? lines.low : lines.treadLow);
+    write("wndSize", 3);
+    write("higherPoinInWnd", 0);
+    write("maxdY", 1.5);
+    write("minPointsIn", std::max(1, p.points / 20));
+    write("maxCorr", 1);
+    write("parts", 0);
+    write("maxDist", 10);
+}
+
+} // namespace
+
+bool writeSettings(const QString& fileName, const Parameters& p, DefectBand band) {
+    QFile::remove(fileName);
+    QSettings settings(fileName, QSettings::IniFormat);
+    for (const int sensor : {1, 2}) {
+        writeSensor(settings, p, sensor, band);
+    }
+    // Passing things that are shorter than this share of a wheel are none.
+    constexpr double kShareOfWheel = 0.4;
+    const int profiles = static_cast<int>(kShareOfWheel * countProfilesOfWheel(p, makePose(p, 1)));
+    settings.setValue(QStringLiteral("minProfsInWheel"), std::max(1, profiles));
+    settings.setValue(QStringLiteral("calibrLines2"), QString::number(p.backToBack, 'g', 9));
+    settings.setValue(QStringLiteral("use"), 1);
+    settings.setValue(QStringLiteral("polynomDegree"), 20);
+    settings.setValue(QStringLiteral("maxDeviation"), QStringLiteral("0.3"));
+    settings.setValue(QStringLiteral("pointsHigher"), 5);
+    settings.setValue(QStringLiteral("minimalDefectsProf"), 1);
+    settings.sync();
+    return settings.status() == QSettings::NoError;
+}
+
+} // namespace kxsim
