@@ -54,10 +54,10 @@ struct Parameters {
     // Sensors
     int points = 1280;
     bool hasEqualAngles = true;
-    double halfAngle = 9.5;
+    double halfAngle = 11.5;
     double standOff = 140.0;
-    double aimHeight = 9.0;
-    double alpha = -38.0;
+    double aimHeight = 14.5;
+    double alpha = -40.0;
     double beta = 90.0;
     double gamma = 180.0;
     double minRange = 60.0;
@@ -77,7 +77,7 @@ struct Parameters {
     bool hasObjects = true;
 
     // Calibration
-    double levelMargin = 12.0;
+    double levelMargin = 8.0;
 };
 
 /// A number among the parameters, with the name of its option and the values that make sense.

@@ -127,8 +127,8 @@ double s1002Height(double y) {
 Contour makeWheelContour(const WheelShape& shape) {
     // Web and hub are generic: they only have to stand back from the face and to hide what lies behind them.
     constexpr double kHubRadius = 100.0;
-    constexpr double kWebBack = 45.0;
-    constexpr double kWebFront = 75.0;
+    constexpr double kWebBack = 30.0;
+    constexpr double kWebFront = 60.0;
     constexpr double kFilletLength = 20.0;
     const double tapeRadius = shape.diameter / 2.0;
     const double rim = shape.rimInnerRadius;
