@@ -41,7 +41,8 @@ Settings (INI file), n being the number of the sensor:
             SENSORn/minPointsIn (2); in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
 
 Wheels are paired by number. Where the recordings hold different numbers of wheels, they are paired by their place
-along the pass; a wheel without partner is listed without a distance, and a warning is printed.
+along the pass: the z of profile records where both recordings have one that rises, else the record number. A wheel
+without partner is listed without a distance, and a warning is printed.
 
 CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
 distance, deviation, verdict (ok or out). JSON fields: command, version, mode, settings, folder, recordings, baseDistance,

@@ -9,7 +9,7 @@ namespace kxtool {
 
 namespace {
 
-/// Half the smallest gap between neighbours, at least 1 record.
+/// Half the smallest gap between neighbours.
 double reachOf(const std::vector<double>& first, const std::vector<double>& second) {
     double smallest = std::numeric_limits<double>::infinity();
     for (const auto* const places : {&first, &second}) {
@@ -17,7 +17,7 @@ double reachOf(const std::vector<double>& first, const std::vector<double>& seco
             smallest = std::min(smallest, (*places)[i] - (*places)[i - 1]);
         }
     }
-    return std::max(smallest / 2, 1.0);
+    return smallest / 2;
 }
 
 /// How much further on a wheel is in the second recording than in the first.
@@ -73,7 +73,7 @@ std::vector<WheelPair> pairByPlace(const std::vector<double>& first, const std::
             continue;
         }
         const double apart = second[j] - first[i] - shift;
-        if (std::abs(apart) < reach) {
+        if (std::abs(apart) <= reach) {
             pairs.push_back({i++, j++});
         } else if (apart > 0.0) {
             pairs.push_back({i++, std::nullopt});

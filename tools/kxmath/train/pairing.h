@@ -18,9 +18,9 @@ struct WheelPair {
 /// Pairs by number: wheel 1 with wheel 1, and so on. The surplus of the longer side has no partner.
 std::vector<WheelPair> pairByNumber(size_t firstCount, size_t secondCount);
 
-/// Pairs by place: the sensors face each other and record at one rate, so that the places of their wheels differ by one
-/// number all along. The number that brings most wheels together counts, the smallest of equally good ones; wheels
-/// belong together when they then are less than half the smallest gap between neighbouring wheels apart.
+/// Pairs by place: the sensors face each other, so that the places of their wheels differ by one number all along. The
+/// number that brings most wheels together counts, the smallest of equally good ones; wheels
+/// belong together when they then are at most half the smallest gap between neighbouring wheels apart.
 /// @param first, second the places of the wheels in the recordings, ascending
 /// @return pairs in order of their place
 std::vector<WheelPair> pairByPlace(const std::vector<double>& first, const std::vector<double>& second);

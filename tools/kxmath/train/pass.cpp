@@ -66,15 +66,23 @@ void detectWheels(Side& side, QSettings& settings, int mode) {
     for (int number = 1; number <= count; ++number) {
         Wheel wheel = inspectWheel(side, number);
         wheel.firstRecord = starts.value(QStringLiteral("Wheel_%1/firstProfInWheel").arg(number)).toInt();
+        if (wheel.firstRecord < 1 || wheel.lastRecord() > side.recording.records()) {
+            throw CommandError{BadInput,
+                               QStringLiteral("recording '%1' changed while it was read").arg(side.recording.name)};
+        }
         side.wheels.push_back(wheel);
     }
 }
 
-/// The middles of the wheels along the recording.
-std::vector<double> places(const Side& side) {
+/// The middles of the wheels along the pass, as positions where `hasPositions`, else as record numbers.
+std::vector<double> places(const Side& side, bool hasPositions) {
+    const auto place = [&](int record) {
+        return hasPositions ? static_cast<double>(side.recording.positions[static_cast<size_t>(record) - 1])
+                            : static_cast<double>(record);
+    };
     std::vector<double> result;
     for (const Wheel& wheel : side.wheels) {
-        result.push_back(0.5 * (wheel.firstRecord + wheel.lastRecord()));
+        result.push_back((place(wheel.firstRecord) + place(wheel.lastRecord())) / 2);
     }
     return result;
 }
@@ -82,7 +90,8 @@ std::vector<double> places(const Side& side) {
 /// Pairs the wheels and warns where that is in doubt.
 std::vector<WheelPair> pairWheels(Pass& pass) {
     const auto& [first, second] = pass.sides;
-    std::vector<WheelPair> byPlace = pairByPlace(places(first), places(second));
+    const bool hasPositions = !first.recording.positions.empty() && !second.recording.positions.empty();
+    std::vector<WheelPair> byPlace = pairByPlace(places(first, hasPositions), places(second, hasPositions));
     if (first.wheels.size() != second.wheels.size()) {
         pass.warnings.append(QStringLiteral("the recordings hold different numbers of wheels, %1 and %2: wheels were "
                                             "paired by their place along the pass, those without partner have no "

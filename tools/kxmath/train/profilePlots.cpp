@@ -58,20 +58,27 @@ ShownWheel loadWheel(const Pass& pass, size_t side, const Wheel& wheel) {
     return shown;
 }
 
+double heightOf(const KxMath::KxLine& line, double x) {
+    return static_cast<double>(line.k) * x + static_cast<double>(line.b);
+}
+
 QString profilePlot(const Pass& pass, const ShownWheel& shown) {
     const Sensor& sensor = pass.sides[shown.side].sensor;
     Range x;
     Range y;
-    for (const QPointF& p : shown.all) {
-        x.include(p.x());
-        y.include(p.y());
+    for (const Points* const points : {&shown.all, &shown.chosen}) {
+        for (const QPointF& p : *points) {
+            if (p.y() < heightOf(sensor.level, p.x())) { // what is far behind the wheel would make it small
+                x.include(p.x());
+                y.include(p.y());
+            }
+        }
     }
-    x = x.padded(0.04);
-    for (KxMath::KxLine line : {sensor.level, sensor.reference}) { // y() is no const member
-        const double middle = x.middle();
-        y.include(static_cast<double>(line.y(static_cast<float>(middle))));
+    x = x.padded(0.1);
+    for (const KxMath::KxLine& line : {sensor.level, sensor.reference}) {
+        y.include(heightOf(line, x.middle()));
     }
-    y = y.padded(0.06);
+    y = y.padded(0.1);
     kxreport::makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(kHeight));
     const QString number = QString::number(shown.side + 1);
     Plot plot(QStringLiteral("profile-") + number, QStringLiteral("Profiles of the wheel on side ") + number, kWidth,
@@ -79,16 +86,16 @@ QString profilePlot(const Pass& pass, const ShownWheel& shown) {
     const auto straight = [&](const KxMath::KxLine& line, const kxreport::Stroke& stroke, const QString& legend) {
         plot.addStraight(static_cast<double>(line.k), static_cast<double>(line.b), stroke, legend);
     };
-    plot.addDots(shown.all, kxreport::colour::kPale, 1.5, QStringLiteral("all"));
+    plot.addDots(shown.all, kxreport::colour::kPale, 1.5, QStringLiteral("all profiles"));
     plot.addDots(shown.chosen, "#1c2630", 1.8, QStringLiteral("chosen"));
     plot.addDots(shown.half, kxreport::colour::kBlue, 2.6, QStringLiteral("fitted half"));
     straight(sensor.level, {kxreport::colour::kOrange, 1.6, ""}, QStringLiteral("level"));
     if (pass.mode == kModeWithLowLine) {
-        straight(sensor.low, {kxreport::colour::kPurple, 1.6, ""}, QStringLiteral("low"));
+        straight(sensor.low, {kxreport::colour::kOrange, 1.6, "2 3"}, QStringLiteral("low"));
     }
     straight(sensor.reference, {kxreport::colour::kGreen, 1.6, "7 4"}, QStringLiteral("reference"));
     if (shown.hasFit) {
-        straight(shown.fit, {kxreport::colour::kBlue, 1.4, ""}, QStringLiteral("fit"));
+        straight(shown.fit, {kxreport::colour::kPurple, 1.4, ""}, QStringLiteral("fit"));
     }
     return plot.svg();
 }
@@ -96,14 +103,12 @@ QString profilePlot(const Pass& pass, const ShownWheel& shown) {
 /// Heights above the reference line, much enlarged against the profile.
 QString offsetPlot(const Pass& pass, const ShownWheel& shown) {
     const KxMath::KxLine& reference = pass.sides[shown.side].sensor.reference;
-    const double k = static_cast<double>(reference.k);
-    const double b = static_cast<double>(reference.b);
     Points heights;
     Range x;
     Range y;
     y.include(0.0);
     for (const QPointF& p : shown.half) {
-        heights.emplace_back(p.x(), p.y() - (k * p.x() + b));
+        heights.emplace_back(p.x(), p.y() - heightOf(reference, p.x()));
         x.include(p.x());
         y.include(heights.back().y());
     }
@@ -114,8 +119,8 @@ QString offsetPlot(const Pass& pass, const ShownWheel& shown) {
     plot.addDots(heights, kxreport::colour::kBlue, 2.2, QStringLiteral("fitted half"));
     plot.addLevel(0.0, {kxreport::colour::kGreen, 1.6, "7 4"}, QStringLiteral("reference"));
     if (shown.hasFit) {
-        plot.addStraight(static_cast<double>(shown.fit.k) - k, static_cast<double>(shown.fit.b) - b,
-                         {kxreport::colour::kOrange, 1.6, ""}, QStringLiteral("fit"));
+        plot.addStraight(static_cast<double>(shown.fit.k - reference.k), static_cast<double>(shown.fit.b - reference.b),
+                         {kxreport::colour::kPurple, 1.6, ""}, QStringLiteral("fit"));
     }
     return plot.svg();
 }
@@ -127,7 +132,7 @@ QString profileCaption(const Pass& pass, const ShownWheel& shown) {
             ? QStringLiteral("all %1 profiles").arg(shown.wheel.profiles)
             : QStringLiteral("%1 of %2 profiles, evenly spread").arg(shown.overlaid).arg(shown.wheel.profiles);
     return QStringLiteral("Side %1, SENSOR%2, wheel %3: %4; chosen is profile %5 (record %6), with %7 points below the "
-                          "level line.")
+                          "level line. What is far behind the wheel is outside the picture.")
         .arg(shown.side + 1)
         .arg(side.sensor.number)
         .arg(shown.wheel.number)

@@ -9,6 +9,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+#include <cmath>
+
 namespace kxtool {
 
 namespace {
@@ -36,6 +39,13 @@ QString describeDamage(QFile& file, int recordsBefore) {
     }
     return place + QStringLiteral("no record begins with 0x%1 (2 or 5 does)")
                        .arg(static_cast<unsigned char>(first), 2, 16, QLatin1Char('0'));
+}
+
+/// True when all positions are finite, none is below the one before, and the last is above the first.
+bool isRising(const std::vector<float>& positions) {
+    return std::all_of(positions.begin(), positions.end(), [](float z) { return std::isfinite(z); }) &&
+           std::is_sorted(positions.begin(), positions.end()) && !positions.empty() &&
+           positions.front() < positions.back();
 }
 
 } // namespace
@@ -87,10 +97,14 @@ void checkRecords(RecordingFile& recording, Progress& progress) {
             ++recording.cloudSections;
         } else if (record.readFromFile(file) >= 0) {
             ++recording.profileRecords;
+            recording.positions.push_back(record.z);
         } else {
             failRecording(recording.name, describeDamage(file, recording.records()));
         }
         progress.part(file.pos(), recording.bytes);
+    }
+    if (recording.cloudSections > 0 || !isRising(recording.positions)) {
+        recording.positions.clear();
     }
 }
 

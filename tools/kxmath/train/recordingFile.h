@@ -5,6 +5,8 @@
 
 #include <QtCore/QString>
 
+#include <vector>
+
 namespace kxtool {
 
 /// A recording and what its name tells. Detection takes the serial number from the bare name and makes the wheel
@@ -18,6 +20,8 @@ struct RecordingFile {
     qint64 bytes = 0;
     int cloudSections = 0;
     int profileRecords = 0;
+    /// Where along the train each record was taken: the z of the records, when all have one and it rises. Else empty.
+    std::vector<float> positions;
 
     int records() const { return cloudSections + profileRecords; }
 };
@@ -25,8 +29,8 @@ struct RecordingFile {
 /// A recording that can be opened. Throws a CommandError when it cannot, is empty, or has no serial number in its name.
 RecordingFile openRecording(const QString& name);
 
-/// Reads all records and counts them. Throws a CommandError with the first bad byte of a damaged recording, at which
-/// detection would end in silence.
+/// Reads all records, counts them and notes their positions. Throws a CommandError with the first bad byte of a damaged
+/// recording, at which detection would end in silence.
 void checkRecords(RecordingFile& recording, Progress& progress);
 
 /// The file of one profile of one wheel.
