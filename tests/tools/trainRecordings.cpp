@@ -24,42 +24,54 @@ void appendFloat(QByteArray& bytes, float value) {
     bytes.append(field, sizeof(field));
 }
 
-void appendRecord(QByteArray& bytes, RecordKind kind, int points, float height) {
-    char count[2];
-    qToLittleEndian(static_cast<quint16>(points), count);
-    bytes.append(kind == RecordKind::CloudSections ? '\2' : '\5').append(count, sizeof(count));
-    if (kind == RecordKind::ProfileRecords) {
-        appendFloat(bytes, 0.0f);
+struct Recorder {
+    RecordKind kind;
+    QByteArray bytes = {};
+    int moment = 0;
+
+    void append(int points, float height) {
+        char count[2];
+        qToLittleEndian(static_cast<quint16>(points), count);
+        bytes.append(kind == RecordKind::CloudSections ? '\2' : '\5').append(count, sizeof(count));
+        if (kind == RecordKind::ProfileRecords) {
+            appendFloat(bytes, static_cast<float>(moment));
+        }
+        for (int i = 0; i < points; ++i) {
+            appendFloat(bytes, static_cast<float>(i));
+            appendFloat(bytes, height);
+        }
+        ++moment;
     }
-    for (int i = 0; i < points; ++i) {
-        appendFloat(bytes, static_cast<float>(i));
-        appendFloat(bytes, height);
+
+    void appendGap(int records) {
+        for (int i = 0; i < records; ++i) {
+            append(20, kBackground);
+        }
     }
-}
+};
 
 } // namespace
 
-QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile) {
-    QByteArray bytes;
-    const auto appendGap = [&](int records) {
-        for (int i = 0; i < records; ++i) {
-            appendRecord(bytes, kind, 20, kBackground);
-        }
-    };
-    appendGap(20);
+QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile, bool isTriggered) {
+    Recorder recorder{kind};
+    recorder.appendGap(20);
     for (size_t wheel = 0; wheel < wheels.size(); ++wheel) {
         for (int profile = 1; profile <= kProfilesInWheel; ++profile) {
             if (wheels[wheel]) {
                 const int missing = 3 * std::abs(profile - kChosenProfile);
-                appendRecord(bytes, kind, std::max(pointsPerProfile - missing, kFewestPoints),
-                             kReference + *wheels[wheel]);
+                recorder.append(std::max(pointsPerProfile - missing, kFewestPoints), kReference + *wheels[wheel]);
             } else {
-                appendGap(1);
+                recorder.appendGap(1);
             }
         }
-        appendGap(wheel % 2 == 0 ? 20 : 40);
+        if (isTriggered && wheel % 2 == 1) {
+            recorder.moment += 30;
+            recorder.appendGap(10);
+        } else {
+            recorder.appendGap(wheel % 2 == 0 ? 20 : 40);
+        }
     }
-    return bytes;
+    return recorder.bytes;
 }
 
 QByteArray trainSettings() {

@@ -17,8 +17,10 @@ constexpr float kBaseDistance = 1360.0f;
 using SeenWheel = std::optional<float>;
 
 /// The recording of a train whose wheels follow each other after 30, 50, 30, 50, ... records; a wheel lasts 10 records,
-/// and the one in the middle has the most points.
-QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile = 40);
+/// and the one in the middle has the most points. Profile records have the number of the moment as z.
+/// @param isTriggered nothing is recorded in the middle of the longer gaps; z goes on
+QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile = 40,
+                     bool isTriggered = false);
 
 /// Settings for the serial numbers 1001 and 1002.
 QByteArray trainSettings();

@@ -130,6 +130,7 @@ TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
         std::vector<int> missedLeft, missedRight; // of wheels 0 to 5
         const char* pairs; // wheel numbers of both sides, - for none
         bool isWarned;
+        bool isTriggered = false; // the right sensor pauses, both give positions
     };
     const Case cases[] = {
         {"first wheel missed", {0}, {}, "-/1 1/2 2/3 3/4 4/5 5/6", true},
@@ -138,6 +139,8 @@ TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
         {"different wheels missed", {1, 4}, {3}, "1/1 -/2 2/3 3/- -/4 4/5", true},
         {"as many missed: by number, with a warning", {1}, {4}, "1/1 2/2 3/3 4/4 5/5", true},
         {"none missed", {}, {}, "1/1 2/2 3/3 4/4 5/5 6/6", false},
+        {"wheel missed by a sensor that pauses", {0}, {}, "-/1 1/2 2/3 3/4 4/5 5/6", true, true},
+        {"none missed, but a sensor that pauses", {}, {}, "1/1 2/2 3/3 4/4 5/5 6/6", false, true},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.desc);
@@ -153,6 +156,10 @@ TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
             right[static_cast<size_t>(wheel)].reset();
         }
         writeRecordings(left, right);
+        if (c.isTriggered) {
+            writeFile(path("a_1.bin/b/left_1001.bin"), recording(left, RecordKind::ProfileRecords));
+            writeFile(path("right_1002.bin"), recording(right, RecordKind::ProfileRecords, 40, true));
+        }
         const ToolResult run = runTool(path("results"), arguments({"--csv", "-"}));
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_EQ(run.errors.count('\n'), c.isWarned ? 1 : 0) << run.errors.toStdString();

@@ -14,7 +14,7 @@ namespace {
 // Room around the area, in pixels. The legend stands above it.
 constexpr int kLeft = 72;
 constexpr int kRight = 16;
-constexpr int kTop = 34;
+constexpr int kTop = 36;
 constexpr int kBottom = 46;
 
 constexpr double kSpot = 0.5; ///< pixels; points closer than this look like one
@@ -236,15 +236,31 @@ QString Plot::axes() const {
 }
 
 QString Plot::legend() const {
-    QString text;
     // Text cannot be measured here; this is the mean width of a letter of the page's font.
-    constexpr double kLetter = 6.3;
-    double at = kLeft;
+    constexpr double kLetter = 6.5;
+    constexpr double kSampleAndGap = 40;
+    constexpr double kRow = 15;
+    struct Place {
+        double x;
+        int row;
+    };
+    std::vector<Place> places;
+    Place next{kLeft, 0};
     for (const LegendEntry& entry : legend_) {
-        text += QStringLiteral("<g transform=\"translate(%1 16)\" fill=\"none\">%2<text x=\"28\" y=\"4\" "
-                               "fill=\"#27313b\">%3</text></g>\n")
-                    .arg(coordinate(at), entry.sample, escaped(entry.text));
-        at += 28 + kLetter * static_cast<double>(entry.text.size()) + 18;
+        const double width = kSampleAndGap + kLetter * static_cast<double>(entry.text.size());
+        if (next.x > kLeft && next.x + width > width_) {
+            next = {kLeft, next.row + 1};
+        }
+        places.push_back(next);
+        next.x += width;
+    }
+    const double firstRow = kTop - 17 - kRow / 2 * next.row; // two rows fit above the area
+    QString text;
+    for (size_t i = 0; i < legend_.size(); ++i) {
+        text += QStringLiteral("<g transform=\"translate(%1 %2)\" fill=\"none\">%3<text x=\"27\" y=\"4\" "
+                               "fill=\"#27313b\">%4</text></g>\n")
+                    .arg(coordinate(places[i].x), coordinate(firstRow + kRow * places[i].row), legend_[i].sample,
+                         escaped(legend_[i].text));
     }
     return text;
 }

@@ -15,9 +15,9 @@ using kxreport::Plot;
 using kxreport::Points;
 using kxreport::Range;
 
-constexpr int kWidth = 620;
-constexpr int kHeight = 440;
-constexpr int kOffsetHeight = 260;
+constexpr int kWidth = 540;
+constexpr int kHeight = 400;
+constexpr int kOffsetHeight = 240;
 constexpr int kMostOverlaid = 40;
 
 /// One wheel with what its distance is made from.
