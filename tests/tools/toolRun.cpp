@@ -36,11 +36,4 @@ ToolResult runShell(const QString& folder, const QString& line) {
     return wait(process);
 }
 
-std::unique_ptr<QProcess> startTool(const QString& folder, const QStringList& arguments) {
-    auto process = std::make_unique<QProcess>();
-    process->setWorkingDirectory(folder);
-    process->start(QStringLiteral(KXMATH_TOOL), arguments);
-    return process;
-}
-
 } // namespace tool_test

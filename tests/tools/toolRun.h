@@ -5,10 +5,6 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-#include <memory>
-
-class QProcess;
-
 namespace tool_test {
 
 struct ToolResult {
@@ -22,8 +18,5 @@ ToolResult runTool(const QString& folder, const QStringList& arguments, const QS
 
 /// Runs a line of the shell in which $KXMATH is the program.
 ToolResult runShell(const QString& folder, const QString& line);
-
-/// Starts kxmath in `folder` and does not wait.
-std::unique_ptr<QProcess> startTool(const QString& folder, const QStringList& arguments);
 
 } // namespace tool_test

@@ -43,7 +43,12 @@ th.text, td.text { text-align: left; overflow-wrap: anywhere; }
   main { max-width: none; padding: 0; }
   h2 { break-after: avoid; }
   figure, .facts div, tr { break-inside: avoid; }
-  .half { grid-template-columns: 1fr 1fr; }
+  h2 { font-size: 14px; margin-top: 16px; }
+  figcaption { font-size: 10px; }
+  .half { grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); }
+  .scroll { overflow: visible; }
+  table { font-size: 9px; }
+  th, td { padding: 2px 3px; }
   * { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 }
 )";
