@@ -117,7 +117,7 @@ TEST(Joint, EdgesOfGapsAndSteps) {
     std::mt19937 engine(31);
     const auto between = [&](float a, float b) { return std::uniform_real_distribution<float>(a, b)(engine); };
     const auto pick = [&](std::initializer_list<float> list) { return list.begin()[engine() % list.size()]; };
-    for (unsigned seed = 1; seed <= 500; ++seed) {
+    for (unsigned seed = 1; seed <= 250; ++seed) {
         Scene scene;
         scene.spacing = pick({0.03f, 0.05f, 0.1f, 0.2f});
         scene.length = pick({25.0f, 50.0f, 64.0f});
@@ -143,7 +143,7 @@ TEST(Joint, EdgesOfGapsAndSteps) {
 TEST(Joint, NotOnOnePlate) {
     std::mt19937 engine(32);
     const auto pick = [&](std::initializer_list<float> list) { return list.begin()[engine() % list.size()]; };
-    for (unsigned seed = 1; seed <= 500; ++seed) {
+    for (unsigned seed = 1; seed <= 250; ++seed) {
         Scene scene;
         scene.spacing = pick({0.03f, 0.05f, 0.1f, 0.2f, 0.5f});
         scene.length = pick({10.0f, 50.0f, 64.0f});
