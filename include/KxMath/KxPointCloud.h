@@ -325,7 +325,7 @@ public:
     /// neighbour in the same cell is more than `maxDist` away; where they leave fewer than `minCount`, all points of
     /// the cell. A single point of a cell has no neighbour and is not removed for its distance.
     /// @param cell edge of the cubes, or diameter of the balls; NaN makes one cube without an upper end, and no ball.
-    ///        Balls of a diameter below 7.4e-23, whose squares vanish in single precision, are no cells
+    ///        Balls of a diameter below 7.5e-23, whose squares vanish in single precision, are no cells
     /// @param maxDist NaN or infinite: no point is too far away
     /// @param spherical balls about the centres of cubes instead of cubes, with a step of cell / 1.41421, so that they
     ///        overlap

@@ -1,9 +1,8 @@
 // Counting the points of a cloud by height.
 #include "KxMath/KxLevelHistogram.h"
 
+#include "io/binaryIo.h"
 #include "numeric/conversion.h"
-
-#include <QtCore/QFile>
 
 #include <cmath>
 
@@ -80,7 +79,7 @@ void KxLevelHistogram<T>::clear() {
 template <typename T>
 bool KxLevelHistogram<T>::writeToCSV(QString fileName) {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
+    if (!detail::openForWriting(file)) {
         return false;
     }
     for (auto level = levels.cbegin(); level != levels.cend(); ++level) {

@@ -113,7 +113,9 @@ TEST(LevelHistogram, WritesLines) {
     histogram.clear();
     ASSERT_TRUE(histogram.writeToCSV(files.path("levels.csv"))); // replaces the old one
     EXPECT_EQ("", files.read("levels.csv"));
-    EXPECT_FALSE(histogram.writeToCSV(files.path("missing/levels.csv")));
+    for (const QString& name : {files.path("missing/levels.csv"), QString()}) {
+        EXPECT_FALSE(histogram.writeToCSV(name));
+    }
 }
 
 TEST(LevelHistogram, CopiesShareUntilOneIsWritten) {
