@@ -42,9 +42,9 @@ public:
     void clear();
 
     /// Releases the cells and allocates a new grid. The cells are not initialised.
-    /// @return false when there is no memory for it, when its rows or cells would not fit in 4 GiB, and for negative
-    ///         numbers. There is no grid then, and the ranges stay; rows that were allocated before memory ended stay
-    ///         in `cells`, a null behind them, until clear()
+    /// @return false when there is no memory for it, when its rows would not fit in 4 GiB, and for negative numbers.
+    ///         There is no grid then, and the ranges stay; rows that were allocated before memory ended stay in
+    ///         `cells`, a null behind them, until clear()
     bool initMatrix(int columns, int rows, float step, float minX, float maxX, float minY, float maxY, float minZ,
                     float maxZ);
 

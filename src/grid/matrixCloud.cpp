@@ -15,11 +15,16 @@ using detail::kNaN;
 
 namespace {
 
-/// Rows, and the cells of a grid, fit in this many bytes.
 constexpr qint64 kMaxBytes = std::numeric_limits<std::uint32_t>::max();
 
-bool isStorable(qint64 count, size_t size) {
-    return count >= 0 && count <= kMaxBytes / static_cast<qint64>(size);
+bool isStorable(qint64 count, qint64 size) {
+    return count >= 0 && count <= kMaxBytes / size;
+}
+
+/// The rows of a grid, each with what an allocator adds to a small block.
+bool areRowsStorable(int columns, int rows) {
+    constexpr qint64 kRowOverhead = 32;
+    return columns >= 0 && isStorable(rows, columns * qint64(sizeof(float)) + kRowOverhead);
 }
 
 void releaseTable(float** cells, int rows) {
@@ -27,8 +32,8 @@ void releaseTable(float** cells, int rows) {
         return;
     }
     // A grid that was not completed has no count of its rows; the null of the one that failed ends them.
-    for (float** row = cells; rows >= 0 ? row != cells + rows : *row != nullptr; ++row) {
-        delete[] * row;
+    for (int r = 0; rows >= 0 ? r < rows : cells[r] != nullptr; ++r) {
+        delete[] cells[r];
     }
     delete[] cells;
 }
@@ -71,9 +76,9 @@ bool KxMatrixCloud::initMatrix(int columns, int rows, float step, float minX, fl
     if (cells == nullptr) {
         return false;
     }
-    const bool areCellsStorable = isStorable(columns, sizeof(float) * static_cast<size_t>(std::max(rows, 1)));
+    const bool isPossible = areRowsStorable(columns, rows);
     for (int r = 0; r < rows; ++r) {
-        cells[r] = areCellsStorable ? new (std::nothrow) float[static_cast<size_t>(columns)] : nullptr;
+        cells[r] = isPossible ? new (std::nothrow) float[static_cast<size_t>(columns)] : nullptr;
         if (cells[r] == nullptr) {
             return false; // deliberately without releasing the rows before
         }

@@ -7,6 +7,8 @@ using namespace testing_support;
 
 namespace {
 
+static_assert(!std::is_copy_constructible_v<KxMatrixCloud>, "both would release the cells");
+
 TEST(MatrixCloud, StartsAndEndsWithoutAGrid) {
     KxMatrixCloud matrix;
     SpaceCloud cloud;
