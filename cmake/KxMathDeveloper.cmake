@@ -3,12 +3,11 @@
 # -DCMAKE_BUILD_TYPE=ASAN: float-cast-overflow is not part of -fsanitize=undefined and has to be named. A project that
 # includes this one brings its own build types.
 if(PROJECT_IS_TOP_LEVEL)
+    # Not in the cache: there project() has already put empty flags for a build type that it does not know.
     set(CMAKE_CXX_FLAGS_ASAN
-        "-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS"
-        CACHE STRING "Flags of the sanitizer build")
-    set(CMAKE_EXE_LINKER_FLAGS_ASAN "-fsanitize=address,undefined" CACHE STRING "Linker flags of the sanitizer build")
-    set(CMAKE_SHARED_LINKER_FLAGS_ASAN "-fsanitize=address,undefined" CACHE STRING "Linker flags of the sanitizer build")
-    mark_as_advanced(CMAKE_CXX_FLAGS_ASAN CMAKE_EXE_LINKER_FLAGS_ASAN CMAKE_SHARED_LINKER_FLAGS_ASAN)
+        "-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
+    set(CMAKE_EXE_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
+    set(CMAKE_SHARED_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
 endif()
 
 # Linked privately. Without KXMATH_DEVELOPER it adds nothing, so that a new compiler breaks nobody's build.
