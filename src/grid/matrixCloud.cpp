@@ -158,8 +158,11 @@ int KxMatrixCloud::toPointCloud(KxPointCloud<KxPointXYZ>& cloud) {
 
 int KxMatrixCloud::extractToPointCloud(KxPointCloud<KxPointXYZ>& cloud, int firstColumn, int firstRow, int columnCount,
                                        int rowCount, bool takeOut) {
-    const int endColumn = static_cast<int>(firstColumn + qint64(std::max(columnCount, 0)));
-    const int endRow = static_cast<int>(firstRow + qint64(std::max(rowCount, 0)));
+    if (columnCount < 1 || rowCount < 1) {
+        return cloud.size();
+    }
+    const int endColumn = firstColumn + columnCount;
+    const int endRow = firstRow + rowCount;
     for (int r = firstRow; r < endRow; ++r) {
         appendCells(cloud, *this, r, firstColumn, endColumn);
         if (takeOut) {
