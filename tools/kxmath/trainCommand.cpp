@@ -265,10 +265,10 @@ int run(const TrainOptions& options) {
     TrainSettings settings = readTrainSettings(options.settings, recordings, options.mode);
     checkOutputs({&options.json, &options.csv, &options.report},
                  {recordings[0].path, recordings[1].path, settings.store->fileName()});
+    WorkFolder folder(options.out, passFolderName(recordings[0], recordings[1]));
     for (RecordingFile& recording : recordings) {
         checkRecords(recording, progress);
     }
-    WorkFolder folder(options.out, passFolderName(recordings[0], recordings[1]));
     const Pass pass = runPass(options, recordings, settings, folder, progress);
     progress.wipe();
     writeOutputs(options, pass);

@@ -40,11 +40,13 @@ th.text, td.text { text-align: left; overflow-wrap: anywhere; }
 @page { margin: 14mm; }
 @media print {
   body { background: #fff; font-size: 11px; }
-  main { max-width: none; padding: 0; }
+  main { max-width: none; padding: 0 2px; }
   h2 { break-after: avoid; }
   figure, .facts div, tr { break-inside: avoid; }
   h2 { font-size: 14px; margin-top: 16px; }
   figcaption { font-size: 10px; }
+  .facts div { padding: 5px 10px; min-width: 0; }
+  .facts strong { font-size: 14px; }
   .half { grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); }
   .scroll { overflow: visible; }
   table { font-size: 9px; }

@@ -25,7 +25,8 @@ using kxreport::Tone;
 constexpr int kPageWidth = 1060;
 
 QString sideTitle(const Pass& pass, size_t side) {
-    return QStringLiteral("%1 (SENSOR%2)").arg(pass.sides[side].recording.linkName).arg(pass.sides[side].sensor.number);
+    const Side& shown = pass.sides[side];
+    return QStringLiteral("%1 (SENSOR%2)").arg(shown.recording.linkName, QString::number(shown.sensor.number));
 }
 
 Tone toneOf(const Pass& pass, const MeasuredPair& pair) {

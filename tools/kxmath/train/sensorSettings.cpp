@@ -125,9 +125,7 @@ Sensor readSensor(const Checked& settings, const RecordingFile& recording, int m
     if (sensor.number > 2) {
         settings.fail(QStringLiteral("name the serial number %1 of recording '%2' as SENSOR%3; distances need the "
                                      "facing sensors SENSOR1 and SENSOR2")
-                          .arg(recording.serial)
-                          .arg(recording.name)
-                          .arg(sensor.number));
+                          .arg(QString::number(recording.serial), recording.name, QString::number(sensor.number)));
     }
     const auto line = [&](const char* slope, const char* intercept) {
         return settings.requiredLine(sensorKey(sensor.number, slope), sensorKey(sensor.number, intercept));

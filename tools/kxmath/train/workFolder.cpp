@@ -25,7 +25,7 @@ QString lastError() {
 }
 
 QString numbered(const QString& name, int number) {
-    return number == 1 ? name : QStringLiteral("%1-%2").arg(name).arg(number);
+    return number == 1 ? name : name + QLatin1Char('-') + QString::number(number);
 }
 
 } // namespace
