@@ -2,6 +2,9 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "numeric/ordering.h"
+#include "numeric/stretchOrdering.h"
+
+#include <vector>
 
 namespace KxMath {
 
@@ -34,13 +37,16 @@ void sortInSpace(Cloud& cloud, KxSortOrder first, KxSortOrder second) {
     }
     // Deliberately from index value to index value: each stretch starts at the last point of the run before, the last
     // run is not sorted, and values that fall (after a descending z sort) give no stretch.
+    std::vector<detail::ClosedStretch> stretches;
     int stretchStart = -1;
     for (const int value : std::as_const(cloud.zIndex)) {
         if (stretchStart >= 0 && stretchStart < value) {
-            sortByX(begin + stretchStart, begin + value + 1, first);
+            stretches.push_back({stretchStart, value});
         }
         stretchStart = value;
     }
+    detail::stableSortStretches(
+        begin, cloud.size(), stretches, [](const auto& p) { return p.x; }, first == KxSortAscending);
 }
 
 template <typename Cloud>

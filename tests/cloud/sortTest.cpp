@@ -104,12 +104,12 @@ TEST(CloudSort, InterleavedRunsBetweenNaN) {
     for (int round = 0; round < 300; ++round) {
         nasty.nextCase();
         QList<KxPointXYZRGB> points;
-        const int size = 1 + nasty.size(200);
-        const int runLength = 1 + nasty.below(size);
+        const int size = 1 + nasty.below(250);
+        const int runLength = 1 + nasty.below(round % 3 == 0 ? size : 40);
         for (int i = 0; i < size; ++i) {
             KxPointXYZRGB p = nasty.point<KxPointXYZRGB>();
             const bool isGap = i > 0 && i % runLength == 0;
-            p.z = isGap ? kNaN : static_cast<float>(nasty.below(round % 2 == 0 ? 3 * size : 30));
+            p.z = isGap ? kNaN : static_cast<float>(nasty.below(round % 4 == 0 ? 30 : 3 * size));
             points.append(p);
         }
         number(points);
