@@ -18,6 +18,8 @@ struct Command {
 std::span<const Command> allCommands();
 
 int runConicity(const QStringList& arguments);
+int runConvert(const QStringList& arguments);
+int runInfo(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runTrain(const QStringList& arguments);
 
