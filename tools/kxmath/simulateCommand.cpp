@@ -1,15 +1,12 @@
 // kxmath simulate: writes the recordings of a train that never was.
+#include "commandError.h"
 #include "commands.h"
-#include "exitCodes.h"
-
+#include "console.h"
 #include "simulator/simulation.h"
 
 #include <QtCore/QCommandLineParser>
 
-#include <cmath>
-#include <cstdio>
 #include <type_traits>
-#include <unistd.h>
 
 namespace kxtool {
 
@@ -40,8 +37,8 @@ void addOptions(QCommandLineParser& parser) {
          {"prefix", "first part of the names of the recordings [train]", "NAME", "train"},
          {"records", "kind of the records, profile or cloud [profile]", "KIND", "profile"},
          {"spacing", "points at equal steps of the angle or of the line [angle]", "KIND", "angle"},
-         {"flat", "flat on a tread: PAIR:SENSOR:LENGTH[:PHASE], may be given more than once", "FLAT"},
-         {"build-up", "metal on a tread: PAIR:SENSOR:HEIGHT[:PHASE], may be given more than once", "SPEC"},
+         {"flat", "flat on a tread: PAIR:SENSOR:LENGTH[:PHASE], may be given more than once", "DEFECT"},
+         {"build-up", "metal on a tread: PAIR:SENSOR:HEIGHT[:PHASE], may be given more than once", "DEFECT"},
          {"no-rails", "leave out the rails"},
          {"no-background", "leave out what stands beside the track"},
          {"no-objects", "leave out all parts of the train but the wheels"}});
@@ -51,11 +48,14 @@ void addOptions(QCommandLineParser& parser) {
     }
 }
 
-/// Reads one number. @return what is wrong, empty when nothing is
-QString readNumber(const QCommandLineParser& parser, const NumberInfo& info, Parameters& parameters) {
+[[noreturn]] void failUse(const QString& message) {
+    throw CommandError{WrongUse, message};
+}
+
+void readNumber(const QCommandLineParser& parser, const NumberInfo& info, Parameters& parameters) {
     const QString name = QLatin1String(info.name);
     if (!parser.isSet(name)) {
-        return {};
+        return;
     }
     const QString text = parser.value(name);
     bool isNumber = false;
@@ -69,7 +69,11 @@ QString readNumber(const QCommandLineParser& parser, const NumberInfo& info, Par
             }
         },
         info.member);
-    return isNumber ? QString() : QStringLiteral("--%1 '%2' is not a number that fits").arg(name, text);
+    if (!isNumber) {
+        const bool isInt = std::holds_alternative<int Parameters::*>(info.member);
+        failUse(
+            QStringLiteral("--%1 '%2' is no %3number").arg(name, text, isInt ? QStringLiteral("whole ") : QString()));
+    }
 }
 
 /// Reads PAIR:SENSOR:SIZE[:PHASE]. @return false when the text is something else
@@ -88,107 +92,90 @@ bool readDefect(const QString& text, Defect& defect) {
     return areNumbers[0] && areNumbers[1] && areNumbers[2] && areNumbers[3];
 }
 
-QString readDefects(const QCommandLineParser& parser, Parameters& parameters) {
-    for (const auto& [name, kind] : {std::pair{"flat", Defect::Kind::Flat}, {"build-up", Defect::Kind::BuildUp}}) {
-        const QStringList texts = parser.values(QLatin1String(name));
-        for (const QString& text : texts) {
-            Defect defect;
-            defect.kind = kind;
-            if (!readDefect(text, defect)) {
-                return QStringLiteral("--%1 '%2' is not PAIR:SENSOR:SIZE[:PHASE]").arg(QLatin1String(name), text);
-            }
-            parameters.defects.push_back(defect);
+void readDefects(const QCommandLineParser& parser, const char* option, Defect::Kind kind, Parameters& parameters) {
+    const QStringList texts = parser.values(QLatin1String(option));
+    for (const QString& text : texts) {
+        Defect defect;
+        defect.kind = kind;
+        if (!readDefect(text, defect)) {
+            failUse(QStringLiteral("--%1 '%2' is not PAIR:SENSOR:SIZE[:PHASE]").arg(QLatin1String(option), text));
         }
+        parameters.defects.push_back(defect);
     }
-    return {};
 }
 
-/// Reads an option with two values. @return what is wrong, empty when nothing is
-QString readChoice(const QCommandLineParser& parser, const char* name, const char* first, const char* second,
-                   bool& isFirst) {
-    const QString text = parser.value(QLatin1String(name));
-    isFirst = text == QLatin1String(first);
-    if (isFirst || text == QLatin1String(second)) {
-        return {};
+/// Reads an option with two values. @return true for the first one
+bool readChoice(const QCommandLineParser& parser, const char* option, const char* first, const char* second) {
+    const QString text = parser.value(QLatin1String(option));
+    if (text != QLatin1String(first) && text != QLatin1String(second)) {
+        failUse(QStringLiteral("--%1 '%2' is neither '%3' nor '%4'")
+                    .arg(QLatin1String(option), text, QLatin1String(first), QLatin1String(second)));
     }
-    return QStringLiteral("--%1 '%2' is neither '%3' nor '%4'").arg(name, text, first, second);
+    return text == QLatin1String(first);
 }
 
-/// Reads all options. @return what is wrong, empty when nothing is
-QString readParameters(const QCommandLineParser& parser, Parameters& parameters) {
+Parameters readParameters(const QCommandLineParser& parser) {
+    Parameters parameters;
     for (const NumberInfo& info : kxsim::allNumbers()) {
-        if (const QString fault = readNumber(parser, info, parameters); !fault.isEmpty()) {
-            return fault;
-        }
+        readNumber(parser, info, parameters);
     }
     bool isNumber = false;
     parameters.seed = parser.value("seed").toULongLong(&isNumber);
     if (!isNumber) {
-        return QStringLiteral("--seed '%1' is not a whole number from 0 on").arg(parser.value("seed"));
+        failUse(QStringLiteral("--seed '%1' is no whole number from 0 on").arg(parser.value("seed")));
     }
     parameters.prefix = parser.value("prefix").toStdString();
-    bool isProfile = true;
-    if (const QString fault = readChoice(parser, "records", "profile", "cloud", isProfile); !fault.isEmpty()) {
-        return fault;
-    }
-    parameters.records = isProfile ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
-    if (const QString fault = readChoice(parser, "spacing", "angle", "line", parameters.hasEqualAngles);
-        !fault.isEmpty()) {
-        return fault;
-    }
+    const bool areProfiles = readChoice(parser, "records", "profile", "cloud");
+    parameters.records = areProfiles ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
+    parameters.hasEqualAngles = readChoice(parser, "spacing", "angle", "line");
     parameters.hasRails = !parser.isSet("no-rails");
     parameters.hasBackground = !parser.isSet("no-background");
     parameters.hasObjects = !parser.isSet("no-objects");
-    if (const QString fault = readDefects(parser, parameters); !fault.isEmpty()) {
-        return fault;
+    readDefects(parser, "flat", Defect::Kind::Flat, parameters);
+    readDefects(parser, "build-up", Defect::Kind::BuildUp, parameters);
+    if (const std::string fault = kxsim::findFault(parameters); !fault.empty()) {
+        failUse(QString::fromStdString(fault));
     }
-    return QString::fromStdString(kxsim::findFault(parameters));
+    return parameters;
 }
 
-int fail(ExitCode code, const QString& message) {
-    std::fprintf(stderr, "kxmath simulate: %s\n", qPrintable(message));
-    return code;
-}
-
-/// Shows the share of the work in percent, when somebody is there to see it.
-kxsim::Progress makeProgress() {
-    if (isatty(STDERR_FILENO) == 0) {
-        return {};
+int runChecked(const QStringList& arguments) {
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(arguments)) {
+        failUse(parser.errorText());
     }
-    return [shown = -1](double share) mutable {
-        const int percent = static_cast<int>(100.0 * share);
-        if (percent != shown) {
-            shown = percent;
-            std::fprintf(stderr, "\rsimulating %3d %%%s", percent, percent == 100 ? "\n" : "");
-        }
-    };
+    if (parser.isSet("help")) {
+        QString text = parser.helpText();
+        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
+        printOutput(QStringLiteral("Usage: kxmath simulate DIR [options]\n") + text);
+        return Done;
+    }
+    const QStringList positional = parser.positionalArguments();
+    if (positional.size() != 1 || positional[0].isEmpty()) {
+        failUse(QStringLiteral("one DIR is needed, see kxmath simulate --help"));
+    }
+    const Parameters parameters = readParameters(parser);
+    Progress progress;
+    progress.step(QStringLiteral("simulating"));
+    const auto show = [&](double share) { progress.part(static_cast<qint64>(1000.0 * share), 1000); };
+    const QString fault = kxsim::simulatePass(parameters, positional[0], show);
+    progress.wipe();
+    if (!fault.isEmpty()) {
+        throw CommandError{OutputFailed, fault};
+    }
+    return Done;
 }
 
 } // namespace
 
 int runSimulate(const QStringList& arguments) {
-    QCommandLineParser parser;
-    addOptions(parser);
-    if (!parser.parse(arguments)) {
-        return fail(WrongUse, parser.errorText());
+    try {
+        return runChecked(arguments);
+    } catch (const CommandError& error) {
+        printLine("simulate", error.message);
+        return error.code;
     }
-    if (parser.isSet("help")) {
-        std::fputs(qPrintable(parser.helpText().replace(QLatin1String("kxmath ["), QLatin1String("kxmath simulate ["))),
-                   stdout);
-        return Done;
-    }
-    const QStringList positional = parser.positionalArguments();
-    if (positional.size() != 1) {
-        return fail(WrongUse, QStringLiteral("one DIR is needed, see kxmath simulate --help"));
-    }
-    Parameters parameters;
-    if (const QString fault = readParameters(parser, parameters); !fault.isEmpty()) {
-        return fail(WrongUse, fault);
-    }
-    if (const QString fault = kxsim::simulatePass(parameters, positional[0], makeProgress()); !fault.isEmpty()) {
-        return fail(OutputFailed, fault);
-    }
-    return Done;
 }
 
 } // namespace kxtool

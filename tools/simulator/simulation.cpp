@@ -45,12 +45,11 @@ bool record(const Parameters& p, const Train& train, int sensorNumber, Recorder&
     const Travel travel = planTravel(p, train);
     KxMath::KxProfile profile;
     for (std::uint64_t i = 0; i < travel.profiles; ++i) {
-        const double z = static_cast<double>(i) * travel.step;
-        const double trainX = travel.start + z;
+        const double trainX = travel.start + static_cast<double>(i) * travel.step;
         // Profiles farther from the train than this are never recorded.
         if (sensor.isNearTrain(trainX, travel.step * (p.idleProfiles + 1))) {
             const View view = sensor.measure(trainX, i, profile);
-            recorder.add(profile, z, view);
+            recorder.add(profile, trainX, view);
         }
         if (i % kProgressInterval == 0 && progress) {
             const double share = static_cast<double>(i) / static_cast<double>(travel.profiles);

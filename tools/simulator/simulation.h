@@ -13,8 +13,8 @@ namespace kxsim {
 using Progress = std::function<void(double)>;
 
 /// Writes a pass into a directory, which is made where it is missing: the recordings of both sensors
-/// (PREFIX_SERIAL.bin), settings.ini for detection and distances, defects.ini for defects of the tread, and at last
-/// truth.json. The parameters must be without a fault.
+/// (PREFIX_SERIAL.bin; z of a record tells how far the first axle is past the sensors), settings.ini for detection and
+/// distances, defects.ini for defects of the tread, and at last truth.json. The parameters must be without a fault.
 /// @return what could not be written, in one line; empty when all was
 QString simulatePass(const Parameters& parameters, const QString& directory, const Progress& progress);
 

@@ -1,0 +1,69 @@
+#include "simulator/wheelContour.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace kxsim;
+
+TEST(WheelContour, S1002HasTheHeightsOfTheStandard) {
+    const struct {
+        const char* desc;
+        double y;
+        double height;
+    } cases[] = {
+        {"flange tip", -55.0, 28.0}, {"back face", -70.0, 9.519259302},    {"flange thickness 32.5", -37.5, 10.0},
+        {"tape circle", 0.0, 0.0},   {"end of the cone", 60.0, -2.635676}, {"field side", 65.0, -7.635676},
+    };
+    for (const auto& c : cases) {
+        EXPECT_NEAR(s1002Height(c.y), c.height, 2e-5) << c.desc;
+    }
+}
+
+TEST(WheelContour, ZonesOfS1002Meet) {
+    for (const double y : {-62.764705882, -49.662510381, -39.764473993, -38.426669071, -35.0, -26.0, 32.15796, 60.0}) {
+        EXPECT_NEAR(s1002Height(y - 1e-9), s1002Height(y + 1e-9), 2e-4) << y;
+    }
+}
+
+TEST(WheelContour, HasTheDimensionsOfTheWheel) {
+    const double rim = 368.0;
+    for (const double diameter : {860.0, 800.0}) {
+        for (const double wear : {0.0, 4.0}) {
+            const Contour contour = makeWheelContour({diameter, rim, wear});
+            const auto [least, most] = std::minmax_element(
+                contour.begin(), contour.end(), [](const auto& a, const auto& b) { return a.axial < b.axial; });
+            EXPECT_EQ(least->axial, 0.0);
+            EXPECT_EQ(most->axial, kRimWidth);
+            const auto tip = std::max_element(contour.begin(), contour.end(),
+                                              [](const auto& a, const auto& b) { return a.radius < b.radius; });
+            EXPECT_NEAR(tip->radius, diameter / 2.0 + 28.0, 0.002);
+            EXPECT_NEAR(flangeThickness(contour, diameter), 32.5 - wear, 0.05) << diameter << " " << wear;
+
+            // The flat of the back face: one segment from the rim to the foot of the flange.
+            const auto foot = std::find_if(contour.begin(), contour.end(), [&](const ContourPoint& p) {
+                return p.axial == 0.0 && p.radius > rim + 1.0;
+            });
+            ASSERT_NE(foot, contour.end());
+            EXPECT_NEAR(foot->radius, diameter / 2.0 + 9.519, 0.001);
+            EXPECT_EQ((foot - 1)->axial, 0.0);
+            EXPECT_EQ((foot - 1)->radius, rim);
+        }
+    }
+}
+
+TEST(WheelContour, ChordsStayWithinTheStatedDistance) {
+    const Contour contour = makeWheelContour({860.0, 368.0, 0.0});
+    for (std::size_t i = 0; i + 1 < contour.size(); ++i) {
+        const ContourPoint& a = contour[i];
+        const ContourPoint& b = contour[i + 1];
+        if (a.radius < 420.0 || b.radius < 420.0 || b.axial <= a.axial) {
+            continue; // web and rim
+        }
+        const double axial = (a.axial + b.axial) / 2.0;
+        const double slope = (b.radius - a.radius) / (b.axial - a.axial);
+        const double height = s1002Height(axial - kTapeCircle) - ((a.radius + b.radius) / 2.0 - 430.0);
+        EXPECT_LT(std::abs(height) / std::hypot(1.0, slope), 0.002) << axial;
+    }
+}
