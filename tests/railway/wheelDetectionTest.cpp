@@ -156,15 +156,21 @@ TEST(DetectWheels, WheelFilesHoldTheCleanedProfile) {
 }
 
 TEST(DetectWheels, DefaultsOfTheSettings) {
-    // Below the line y = 187 - 0.4 x, more than 2 points (1.5 rounds up), of what windows of 3 leave.
-    for (const auto& [below, isWheel] : {std::pair{2, false}, {3, true}}) {
+    // Below the line y = 187 - 0.4 x, more than 2 points (1.5 rounds up), of what windows of 3 with one jump beyond 1.5
+    // leave. The step to x = 100 is one.
+    const struct {
+        int below;
+        float rise;
+        bool isWheel;
+    } kCases[] = {{2, 1.5f, false}, {3, 1.5f, true}, {3, 1.625f, false}};
+    for (const auto& [below, rise, isWheel] : kCases) {
         WorkingFolder folder;
         KxProfile p;
         for (int i = 0; i < 7; ++i) {
             p.points.append(KxPointXY(i < 3 ? 0.0f : 100.0f, i < 3 ? 187.0f : 147.5f)); // on it and above
         }
         for (int i = 0; i < below; ++i) {
-            p.points[i].y = 186.5f;
+            p.points[i].y = i == 1 ? 185.0f + rise : 185.0f;
         }
         WorkingFolder::write("a_1.bin", testing_support::record(p, true));
         int wheels = kUntouched;
