@@ -2,6 +2,7 @@
 #pragma once
 
 #include "KxMathExport.h"
+#include "KxPointCloud.h"
 #include "KxPrimitives.h"
 #include "KxProfile.h"
 
@@ -11,6 +12,61 @@
 class QSettings;
 
 namespace KxMath {
+
+/// The pose of a sensor in the track frame: X along the track, Y across it, Z up, in mm.
+///
+/// A profile point (px, py) lies at (x, y, z) + px * u + py * v, where
+///     u = (sin a cos b cos c + sin b sin c, sin a sin b cos c - sin c cos b, cos a cos c)
+///     v = (cos a cos b, cos a sin b, -sin a)
+/// and a, b, c stand for alpha, beta, gamma. Deliberately, the unit of the angles depends on the function:
+/// METRO_calcAnglesCoord() stores radians and METRO_XYtoXYZ() reads radians when it is given a wheel radius, degrees
+/// when it is not.
+struct _KxMETRO_SensorCoord_ {
+    float x; ///< origin of the profile's coordinates
+    float y; ///< likewise
+    float z; ///< likewise
+    float alpha; ///< first angle
+    float beta; ///< second angle
+    float gamma; ///< third angle
+    int position; ///< placement of the sensor, given by the caller; the calibration tells 2, 3, 4 and 5 from the others
+};
+
+/// What a calibration found in its profile.
+struct _KxMETRO_DbgData_ {
+    int apexCount; ///< number of apexes below, at most 10
+    float apexX[10];
+    float apexY[10];
+    float value0; ///< NaN
+    float value1;
+    float lineK[11]; ///< slopes of the lines, `apexCount` + 1 of them; NaN for a line that there is none of
+    float lineB[11]; ///< intercepts of the lines, likewise
+};
+
+/// Measures of the rim profile of a wheel, in mm. NaN: not found.
+struct _WheelProfileValues {
+    float heightAt70; ///< height at x = 70, the tape circle, over the lowest point: that of the flange
+    float xAtLevel18; ///< where the flank reaches the height 18
+    float widthLevel2ToH13; ///< distance in x between the heights 2 and `heightAt70` - 13 on the flank
+    float heightExcess; ///< `heightAt70` less 30 when it is 29 or more, less 28 when it is below
+    float value4; ///< always NaN
+};
+
+/// Appends the points of a profile to a cloud in the track frame.
+/// @param coord the pose of the sensor, its angles in degrees (deliberately: the other form reads radians)
+KXMATH_EXPORT void METRO_XYtoXYZ(KxProfile& profile, KxPointCloud<KxPointXYZ>& cloud, _KxMETRO_SensorCoord_& coord);
+
+/// METRO_XYtoXYZ() for one of the successive profiles of a wheel that rolls past: the points are also moved by
+/// (R cos f - n s, 0, R sin f), where f = -(s / R) n.
+///
+/// A place on the axle box of a wheel rolling towards +X, which the sensor meets `step` further in each profile, comes
+/// out on a circle of the radius `radius`. The correction moves a profile as a whole; it does not turn it about the
+/// axle, and so the profiles of a wheel that a sensor at rest takes of its rim do not make up a round wheel.
+/// @param coord the pose of the sensor, its angles in radians (deliberately: the other form reads degrees)
+/// @param radius radius R of the wheel; 0 gives points that are no numbers
+/// @param step advance s of the wheel from profile to profile
+/// @param index number n of the profile
+KXMATH_EXPORT void METRO_XYtoXYZ(KxProfile& profile, KxPointCloud<KxPointXYZ>& cloud, _KxMETRO_SensorCoord_& coord,
+                                 float radius, float step, int index);
 
 /// True when more than `minPoints` points of the profile lie strictly below the line.
 KXMATH_EXPORT bool METRO_isWheel(KxProfile profile, KxLine level, int minPoints);
@@ -70,5 +126,48 @@ KXMATH_EXPORT float METRO_calcWheelsDist(KxProfile& left, KxProfile& right, KxLi
 ///         missing; distances of the wheels before that stay written
 KXMATH_EXPORT bool METRO_calcWheelsDistInTrain(QString recording1, QString recording2, int wheelCount,
                                                QSettings* settings, float* distances);
+
+/// Judges a wheel profile by its distance in y from the polynomial of degree 20 fitted to it. Points count that lie
+/// more than `maxDeviation` away; one of NaN does not. A profile without a fit is sound.
+/// @param degree not used: deliberately, the degree is always 20
+/// @return false (a defect) when more than `pointsHigher` points count
+KXMATH_EXPORT bool METRO_detectWheelDefect(KxProfile& profile, int degree, float maxDeviation, int pointsHigher);
+
+/// Judges the wheels of a train by the wheel files of METRO_detectWheels() for one recording.
+///
+/// The sensor of the recording is found as in METRO_detectWheels(). Of each wheel w, counted from 0, the file
+/// "./NAME/WW_00.bin" is judged with METRO_detectWheelDefect() between a low and a high line, again and again as long
+/// as it exists: deliberately, the profile number never goes on. A call with such a file therefore DOES NOT RETURN
+/// before the file is gone. METRO_detectWheels() numbers profiles from 1 and makes none. Wheels with more than
+/// "minimalDefectsProf" sound readings are marked with 0.
+/// To judge the profiles that are there, pass them to METRO_detectWheelDefect().
+/// @param settings the keys "use" (0, as when missing: do nothing), "polynomDegree", "maxDeviation", "pointsHigher",
+///        "minimalDefectsProf" and, below "SENSOR%1/", "SN", "level_k", "level_b", "lowLevel_k", "lowLevel_b" (not
+///        those of METRO_detectWheels(), which are spelled "lowlevel_k" and "lowlevel_b")
+/// @param marksLow the marks of `wheelCount` wheels for sensors up to number 10. Nothing but 0 is ever written, so the
+///        caller fills them with something else before
+/// @param marksHigh likewise for sensors above number 10
+/// @return false, nothing written, when "use" is 0, the serial number is not found or the directory is missing
+KXMATH_EXPORT bool METRO_detectDefectsInTrain(QString recording, QSettings* settings, unsigned char* const marksLow,
+                                              unsigned char* const marksHigh, int wheelCount);
+
+/// The circle through the x and y of three points of a wheel: the first one of smallest x in `first`, of smallest z in
+/// `second` and of largest x in `third`. Computes the cached ranges of the clouds.
+/// @param circle stays as it is when one of the clouds holds no such point; NaN when the three lie on a line
+KXMATH_EXPORT void METRO_calcWheel(KxPointCloud<KxPointXYZ>& first, KxPointCloud<KxPointXYZ>& second,
+                                   KxPointCloud<KxPointXYZ>& third, KxCircle& circle);
+
+/// Measures the cross-section of a rim: heights y over a width that runs inwards, towards the centre of a circle in the
+/// plane of x and z. The section is turned about the centre until its first point lies on +x, read from its outer end
+/// inwards with both coordinates starting at 0, freed of the back of the flange, smoothed over 20 points and resampled
+/// 0.1 apart. The tip of the flange is its lowest point above 0 and heights count from there downwards. The smoothing
+/// rounds the tip and runs ahead of the flank, by more the wider the points are apart.
+/// @param rim changed: moved so that the centre is the origin, and turned. A point of NaN has no part in the angle
+/// @param circle centre in x and z (deliberately its fields x and y; METRO_calcWheel() finds a circle in x and y); the
+///        radius is not used
+/// @param values all NaN where nothing is found
+/// @param measured receives the profile that was measured, may be null
+KXMATH_EXPORT void METRO_calcWheelParameters(KxPointCloud<KxPointXYZ>& rim, KxCircle circle,
+                                             _WheelProfileValues* values, KxProfile* measured);
 
 } // namespace KxMath

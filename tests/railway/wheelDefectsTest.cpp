@@ -1,0 +1,191 @@
+// Defects: one profile, and the wheel files of a train.
+#include "railway/workingFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <thread>
+
+using namespace KxMath;
+using testing_support::SettingsTable;
+using testing_support::WorkingFolder;
+
+namespace {
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr unsigned char kUnmarked = 0xAA;
+
+/// A straight profile about x = 0 and `spikes` points of it `height` off.
+KxProfile tread(int spikes, float height) {
+    KxProfile p;
+    for (int i = 0; i <= 1000; ++i) {
+        p.points.append(KxPointXY(static_cast<float>(i - 500) * 0.002f, 100.0f));
+    }
+    for (int i = 1; i <= spikes; ++i) {
+        p.points[i * 80].y += height;
+    }
+    return p;
+}
+
+/// Waits until a file has been closed by a reader `count` times.
+bool waitForReadings(const QString& name, int count, const std::function<void()>& start) {
+    const int events = inotify_init1(IN_NONBLOCK);
+    inotify_add_watch(events, name.toUtf8().constData(), IN_CLOSE_NOWRITE);
+    start();
+    pollfd descriptor{events, POLLIN, 0};
+    bool isDone = true;
+    for (int i = 0; i < count && isDone; ++i) { // each round sees one event at least
+        isDone = poll(&descriptor, 1, 10000) == 1;
+        char buffer[4096];
+        while (read(events, buffer, sizeof buffer) > 0) {
+        }
+    }
+    close(events);
+    return isDone;
+}
+
+} // namespace
+
+TEST(WheelDefect, CountsPointsOffTheFit) {
+    struct {
+        const char* description;
+        KxProfile profile;
+        float maxDeviation;
+        int pointsHigher;
+        bool isSound;
+    } cases[] = {
+        {"straight", tread(0, 0), 0.01f, 0, true},
+        {"5 points off are not more than 5", tread(5, 1), 0.3f, 5, true},
+        {"6 are", tread(6, 1), 0.3f, 5, false},
+        {"below the curve as well", tread(6, -1), 0.3f, 5, false},
+        {"off by less", tread(6, 0.25f), 0.3f, 0, true},
+        {"no points off is more than -1", tread(0, 0), 0.3f, -1, false},
+        {"a deviation of NaN counts none", tread(6, 1), kNaN, 0, true},
+        {"heights of NaN count none", tread(6, kNaN), 0.3f, 0, true},
+        {"empty", KxProfile(), 0.3f, 0, true},
+        {"too few points for a fit", {}, 0.3f, 0, true},
+    };
+    for (auto& c : cases) {
+        SCOPED_TRACE(c.description);
+        const QList<KxPointXY> before = c.profile.points;
+        for (const int degree : {20, 0, -1, 1000000}) {
+            EXPECT_EQ(METRO_detectWheelDefect(c.profile, degree, c.maxDeviation, c.pointsHigher), c.isSound);
+        }
+        EXPECT_EQ(std::memcmp(before.constData(), c.profile.points.constData(), sizeof(KxPointXY) * before.size()), 0);
+    }
+}
+
+TEST(WheelDefect, ADeviationThatEqualsTheLimitDoesNotCount) {
+    KxProfile p;
+    for (int i = 0; i < 200; ++i) {
+        p.points.append(KxPointXY(static_cast<float>(i) * 0.01f - 1.0f, std::sin(static_cast<float>(i * i))));
+    }
+    KxProfile fitted = p;
+    ASSERT_TRUE(fitted.polynomFit(20));
+    QList<float> deviations;
+    for (int i = 0; i < p.size(); ++i) {
+        deviations.append(std::fabs(p.points[i].y - fitted.points[i].y));
+    }
+    std::sort(deviations.begin(), deviations.end());
+    const int beyond =
+        static_cast<int>(deviations.cend() - std::upper_bound(deviations.cbegin(), deviations.cend(), deviations[120]));
+    EXPECT_TRUE(METRO_detectWheelDefect(p, 20, deviations[120], beyond));
+    EXPECT_FALSE(METRO_detectWheelDefect(p, 20, std::nextafter(deviations[120], 0.0f), beyond));
+}
+
+TEST(DefectsInTrain, MarksOfTheSensorAndFailures) {
+    // Without profiles of number 0 each wheel has 0 sound readings, which is more than -1.
+    const SettingsTable marking = {{"use", 1}, {"minimalDefectsProf", -1}};
+    const struct {
+        const char* description;
+        const char* recording;
+        int sensor; // the one that made it
+        SettingsTable more;
+        int wheels;
+        bool isDone;
+        int low, high; // number of marks that become 0
+    } kCases[] = {
+        {"as detection leaves it: 0 readings are not more than 1", "a_7.bin", 1, {{"use", 1}}, 3, true, 0, 0},
+        {"0 readings are not more than 0", "a_7.bin", 1, {{"use", 2}, {"minimalDefectsProf", 0}}, 3, true, 0, 0},
+        {"sensor 1", "a_7.bin", 1, marking, 3, true, 3, 0},
+        {"sensor 10", "a_7.bin", 10, marking, 2, true, 2, 0},
+        {"sensor 11", "a_7.bin", 11, marking, 2, true, 0, 2},
+        {"no sensor of 49", "a_7.bin", 50, marking, 2, true, 0, 2},
+        {"no wheels", "a_7.bin", 1, marking, 0, true, 0, 0},
+        {"fewer than none", "a_7.bin", 1, marking, -5, true, 0, 0},
+        {"not in use", "a_7.bin", 1, {{"use", 0}, {"minimalDefectsProf", -1}}, 3, false, 0, 0},
+        {"not in use by default", "a_7.bin", 1, {{"minimalDefectsProf", -1}}, 3, false, 0, 0},
+        {"serial number not found", "a_8.bin", 3, marking, 3, false, 0, 0},
+        {"no directory", "b_7.bin", 1, marking, 3, false, 0, 0},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.description);
+        WorkingFolder folder;
+        QDir().mkdir("a_7");
+        QDir().mkdir("a_8");
+        for (const char* name : {"a_7/01_01.bin", "a_7/01_02.bin", "a_7/02_01.bin"}) {
+            KxProfile p = tread(0, 0);
+            p.writeToFile(QString(name));
+        }
+        SettingsTable values = c.more;
+        for (int n = 1; n < c.sensor; ++n) {
+            values.append({QStringLiteral("SENSOR%1/SN").arg(n), 99});
+        }
+        values.append({QStringLiteral("SENSOR%1/SN").arg(c.sensor), 7});
+        QByteArray low(4, static_cast<char>(kUnmarked));
+        QByteArray high = low;
+        EXPECT_EQ(METRO_detectDefectsInTrain(c.recording, folder.settings(values).get(),
+                                             reinterpret_cast<unsigned char*>(low.data()),
+                                             reinterpret_cast<unsigned char*>(high.data()), c.wheels),
+                  c.isDone);
+        EXPECT_EQ(low, QByteArray(c.low, '\0') + QByteArray(4 - c.low, static_cast<char>(kUnmarked)));
+        EXPECT_EQ(high, QByteArray(c.high, '\0') + QByteArray(4 - c.high, static_cast<char>(kUnmarked)));
+    }
+}
+
+TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
+    const struct {
+        const char* description;
+        int spikes;
+        float height;
+        SettingsTable more;
+        bool isSound;
+    } kCases[] = {
+        {"5 points off", 5, 1, {}, true},
+        {"6 points off", 6, 1, {}, false},
+        {"6 points off by less than 0.3", 6, 0.28f, {}, true},
+        {"off by more than the setting", 6, 0.28f, {{"maxDeviation", 0.2}}, false},
+        {"more allowed", 6, 1, {{"pointsHigher", 6}}, true},
+        {"above the line at 187", 12, 88, {}, true},
+        {"below a higher line", 12, 88, {{"SENSOR1/level_b", 200}}, false},
+        {"below the line at 67", 12, -34, {}, true},
+        {"above a lower line", 12, -34, {{"SENSOR1/lowLevel_b", 50}}, false},
+        {"the low line of the detection is another", 12, -34, {{"SENSOR1/lowlevel_b", 50}}, true},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.description);
+        WorkingFolder folder;
+        QDir().mkdir("a_7");
+        const QString file = QStringLiteral("a_7/01_00.bin");
+        KxProfile p = tread(c.spikes, c.height);
+        p.writeToFile(file);
+        const auto settings = folder.settings(SettingsTable{{"SENSOR1/SN", 7}, {"use", 1}} + c.more);
+        unsigned char marks[3] = {kUnmarked, kUnmarked, kUnmarked};
+        std::thread judge;
+        bool isDone = false;
+        EXPECT_TRUE(waitForReadings(file, 3, [&] {
+            judge =
+                std::thread([&] { isDone = METRO_detectDefectsInTrain("a_7.bin", settings.get(), marks, marks, 3); });
+        }));
+        QFile::remove(file);
+        judge.join();
+        EXPECT_TRUE(isDone);
+        EXPECT_EQ(marks[0], kUnmarked);
+        EXPECT_EQ(marks[1], c.isSound ? 0 : kUnmarked); // wheels count from 0
+        EXPECT_EQ(marks[2], kUnmarked);
+    }
+}

@@ -1,0 +1,330 @@
+// The circle of a wheel and the measures of its rim, against known shapes and against the definition written out.
+#include "simulator/wheelContour.h"
+#include "support/bits.h"
+#include "support/nasty.h"
+
+#include <KxMath/KxMath.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+using namespace KxMath;
+using testing_support::exact;
+using testing_support::ExactList;
+using testing_support::Nasty;
+
+namespace {
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+using Cloud = KxPointCloud<KxPointXYZ>;
+
+ExactList exactValues(const _WheelProfileValues& v) {
+    return {exact(v.heightAt70), exact(v.xAtLevel18), exact(v.widthLevel2ToH13), exact(v.heightExcess),
+            exact(v.value4)};
+}
+
+/// A rim whose measured profile is height(x) for x from 0 to `width`, seen at a polar angle about (50, -20).
+Cloud makeRim(const std::function<double(double)>& height, double spacing, double width = 135, double angleDeg = 0) {
+    constexpr double kReach = 800;
+    const double angle = angleDeg * M_PI / 180;
+    Cloud rim;
+    for (double x = 0; x <= width; x += spacing) {
+        rim.points.append(KxPointXYZ(static_cast<float>(50 + (kReach - x) * std::cos(angle)),
+                                     static_cast<float>(height(x) - 3.5),
+                                     static_cast<float>(-20 + (kReach - x) * std::sin(angle))));
+    }
+    return rim;
+}
+
+const KxCircle kCentre(50, -20, 1);
+
+/// Back face, tip at x = 10 and height 0, a flank of slope 1 and a level tread.
+double straightWheel(double x, double tread) {
+    return x < 10 ? 10 - x : std::min(x - 10, tread);
+}
+
+/// The measures step by step.
+_WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P) {
+    float minAngle = 3.4028235e38f;
+    for (KxPointXYZ& p : rim.points) {
+        const float dx = p.x - circle.x;
+        const float dz = p.z - circle.y;
+        const double pi = 3.1415927410125732;
+        const float arc = static_cast<float>(std::atan(static_cast<double>(dz / dx)));
+        float angle = kNaN;
+        if (dx == 0 && !std::isnan(dz)) {
+            angle = dz > 0 ? 90.0f : dz < 0 ? 270.0f : 0.0f;
+        } else if (dx < 0) {
+            angle = static_cast<float>(180.0 + static_cast<double>(arc) * 180.0 / pi);
+        } else if (dx > 0) {
+            angle = static_cast<float>(static_cast<double>(arc) * 180.0 / pi + (dz >= 0 ? 0.0 : 360.0));
+        }
+        if (angle < minAngle) {
+            minAngle = angle;
+        }
+        p.x = dx;
+        p.z = dz;
+    }
+    rim.rotateXZ(-minAngle);
+    _WheelProfileValues v{kNaN, kNaN, kNaN, kNaN, kNaN};
+    for (const KxPointXYZ& p : rim.points) {
+        P.points.append(KxPointXY(p.x, p.y));
+    }
+    P.rotateEvklid(180.0f);
+    P.calcRange();
+    P.sort(KxSortAscending, KxSortAscending);
+    for (KxPointXY& p : P.points) {
+        p.y = -p.y;
+    }
+    P.sort(KxSortAscending, KxSortAscending);
+    P.calcRange();
+    P.shift(-P.minX, -P.minY, 0);
+    P.calcRange();
+    const int first = P.getIndexX(P.minX);
+    QList<int> marked;
+    for (int i = 0; first >= 0 && i < P.size(); ++i) {
+        if (P.points[i].y > P.points[first].y) {
+            marked.append(i);
+        }
+        if (P.points[i].x >= 20.0f) {
+            break;
+        }
+    }
+    for (qsizetype m = marked.size() - 1; m >= 0; --m) {
+        P.points.removeAt(marked[m]);
+    }
+    P.wndFilter(20);
+    P.interpolate(0.1f, kNaN, kNaN, Akima);
+
+    const int n = P.size();
+    const auto x = [&](int i) { return P.points[i].x; };
+    const auto y = [&](int i) { return P.points[i].y; };
+    int k = -1;
+    for (int i = 1; i <= n - 2; ++i) {
+        if (y(i) > 0 && (k < 0 || y(i) < y(k))) {
+            k = i;
+        }
+    }
+    const auto crossing = [&](float level) {
+        for (int i = k + 1; i <= n - 3; ++i) {
+            if (y(i - 1) <= level && level <= y(i)) {
+                return i;
+            }
+        }
+        return -1;
+    };
+    const int a = k < 0 ? -1 : crossing(2.0f);
+    if (a < 0) {
+        return v;
+    }
+    const float xA = (x(a - 1) + x(a)) / 2;
+    float h = kNaN;
+    int at = a + 1;
+    while (at <= n - 3 && !((x(at - 1) + x(at)) / 2 <= 70 && (x(at + 1) + x(at + 2)) / 2 >= 70)) {
+        ++at;
+    }
+    if (at > n - 3) {
+        return v;
+    }
+    if (static_cast<double>(x(at + 1) - x(at)) < static_cast<double>(0.01f)) {
+        h = (y(at) + y(at + 1)) / 2;
+    } else {
+        const float t = (70 - x(at)) / (x(at + 1) - x(at));
+        h = (y(at + 1) - y(at)) * t + y(at);
+    }
+    v.heightAt70 = h;
+    const int b = crossing(h - 13.0f);
+    v.widthLevel2ToH13 = (b < 0 ? kNaN : (x(b - 1) + x(b)) / 2) - xA;
+    v.heightExcess = h - (h >= 29 ? 30.0f : 28.0f);
+    const int c = crossing(18.0f);
+    if (c >= 0) {
+        const float t = (18 - y(c - 1)) / (y(c) - y(c - 1));
+        v.xAtLevel18 = (x(c) - x(c - 1)) * t + x(c - 1);
+    }
+    return v;
+}
+
+} // namespace
+
+TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
+    for (const double radius : {280.0, 430.0, 625.0}) {
+        // Three stretches of a wheel about (20, 500), z falling to a minimum within the second one.
+        const auto arc = [&](double fromDeg, double toDeg) {
+            Cloud cloud;
+            for (int i = 0; i <= 40; ++i) {
+                const double t = (fromDeg + (toDeg - fromDeg) * i / 40) * M_PI / 180;
+                cloud.points.append(KxPointXYZ(static_cast<float>(20 + radius * std::cos(t)),
+                                               static_cast<float>(500 + radius * std::sin(t)),
+                                               static_cast<float>(std::abs(i - 13))));
+            }
+            return cloud;
+        };
+        Cloud first = arc(200, 230), second = arc(250, 290), third = arc(310, 340);
+        KxCircle circle;
+        METRO_calcWheel(first, second, third, circle);
+        EXPECT_NEAR(circle.x, 20, 0.05f);
+        EXPECT_NEAR(circle.y, 500, 0.05f);
+        EXPECT_NEAR(circle.radius, radius, 0.05);
+        EXPECT_EQ(second.minZ, 0);
+
+        // The marks decide, other points do not.
+        first.points.append(KxPointXYZ(20, 700, -1000));
+        second.points.append(KxPointXYZ(-9000, 9000, 0.5f));
+        third.points.append(KxPointXYZ(20, 700, -1000));
+        KxCircle same;
+        METRO_calcWheel(first, second, third, same);
+        EXPECT_EQ(exact(same.radius), exact(circle.radius));
+        second.points[13].z = 1; // the point far off becomes the mark
+        METRO_calcWheel(first, second, third, same);
+        EXPECT_GT(std::fabs(same.radius - circle.radius), 1.0f);
+    }
+    Cloud none, nans, a, b, c;
+    nans.points = {KxPointXYZ(kNaN, 1, kNaN)};
+    a.points = {KxPointXYZ(0, 0, 5)};
+    b.points = {KxPointXYZ(1, 1, kNaN), KxPointXYZ(2, 2, 5)};
+    c.points = {KxPointXYZ(4, 4, 5)};
+    for (Cloud* const missing : {&none, &nans}) {
+        KxCircle circle(1, 2, 3);
+        METRO_calcWheel(*missing, b, c, circle);
+        METRO_calcWheel(a, *missing, c, circle);
+        METRO_calcWheel(a, b, *missing, circle);
+        EXPECT_EQ(exact(KxPointXYZ(circle.x, circle.y, circle.radius)), exact(KxPointXYZ(1, 2, 3)));
+    }
+    KxCircle circle(1, 2, 3);
+    METRO_calcWheel(a, b, c, circle);
+    EXPECT_TRUE(std::isnan(circle.x) && std::isnan(circle.y) && std::isnan(circle.radius)) << "points on a line";
+}
+
+TEST(WheelParameters, StraightFlankAndLevelTread) {
+    // On a straight line the smoothing over 20 points reads 2.5 points ahead: 8 of the 20 are smoothed already.
+    for (const double spacing : {0.05, 0.1, 0.2, 0.4}) {
+        for (const double angle : {0.0, 60.0, 200.0, 359.0}) {
+            SCOPED_TRACE(testing::Message() << spacing << " mm, " << angle << " degrees");
+            Cloud rim = makeRim([](double x) { return straightWheel(x, 28); }, spacing, 135, angle);
+            _WheelProfileValues v;
+            KxProfile measured;
+            METRO_calcWheelParameters(rim, kCentre, &v, &measured);
+            const double ahead = 2.5 * spacing;
+            EXPECT_NEAR(v.heightAt70, 28, 1e-3);
+            EXPECT_NEAR(v.heightExcess, 0, 1e-3);
+            EXPECT_NEAR(v.xAtLevel18, 28 - ahead, 0.01);
+            if (spacing <= 0.1) { // wider spacings round the tip beyond level 2
+                EXPECT_NEAR(v.widthLevel2ToH13, 13, 0.101);
+            }
+            EXPECT_TRUE(std::isnan(v.value4));
+            EXPECT_NEAR(measured.points[1].x - measured.points[0].x, 0.1, 1e-4);
+            EXPECT_NEAR(rim.points[0].x, 800, 1e-3); // moved to the centre and turned to +x
+            EXPECT_NEAR(rim.points[0].z, 0, 1e-3);
+            _WheelProfileValues again;
+            Cloud other = makeRim([](double x) { return straightWheel(x, 28); }, spacing, 135, angle);
+            METRO_calcWheelParameters(other, kCentre, &again, nullptr);
+            EXPECT_EQ(exactValues(again), exactValues(v));
+        }
+    }
+}
+
+TEST(WheelParameters, WhatIsNotReachedIsNaN) {
+    const struct {
+        const char* description;
+        double tread, width;
+        float height, excess;
+        bool hasFlank, hasLevel18;
+    } kCases[] = {
+        {"29.01 counts from 30", 29.01, 135, 29.01f, -0.99f, true, true},
+        {"28.99 counts from 28", 28.99, 135, 28.99f, 0.99f, true, true},
+        {"level 18 is not reached", 16, 135, 16, -12, true, false},
+        {"height - 13 lies below the tip", 12, 135, 12, -16, false, false},
+        {"level 2 is not reached", 1.9, 135, kNaN, kNaN, false, false},
+        {"70 is not reached", 28, 69, kNaN, kNaN, false, false},
+        {"70 is the last but two", 28, 70.35, 28, 0, true, true},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.description);
+        Cloud rim = makeRim([&](double x) { return straightWheel(x, c.tread); }, 0.05, c.width);
+        _WheelProfileValues v;
+        METRO_calcWheelParameters(rim, kCentre, &v, nullptr);
+        EXPECT_EQ(std::isnan(v.heightAt70), std::isnan(c.height));
+        if (!std::isnan(c.height)) {
+            EXPECT_NEAR(v.heightAt70, c.height, 1e-3f);
+            EXPECT_NEAR(v.heightExcess, c.excess, 1e-3f);
+        }
+        EXPECT_EQ(std::isnan(v.heightExcess), std::isnan(c.height));
+        EXPECT_EQ(!std::isnan(v.widthLevel2ToH13), c.hasFlank);
+        EXPECT_EQ(!std::isnan(v.xAtLevel18), c.hasLevel18);
+    }
+}
+
+TEST(WheelParameters, S1002) {
+    // Depth below the tip; the truth by bisection of the closed form on the flank, between tip and tread.
+    const auto depth = [](double x) { return 28 - kxsim::s1002Height(x - 70); };
+    const auto flankX = [&](double level) {
+        double above = 15;
+        double below = 60;
+        for (int i = 0; i < 60; ++i) {
+            const double middle = (above + below) / 2;
+            (depth(middle) < level ? above : below) = middle;
+        }
+        return above;
+    };
+    Cloud rim = makeRim(depth, 0.05);
+    _WheelProfileValues v;
+    METRO_calcWheelParameters(rim, kCentre, &v, nullptr);
+    EXPECT_NEAR(v.heightAt70, 28, 0.01);
+    EXPECT_NEAR(v.xAtLevel18, flankX(18) - 2.5 * 0.05, 0.02);
+    EXPECT_NEAR(v.widthLevel2ToH13, flankX(15) - flankX(2), 0.15);
+}
+
+TEST(WheelParameters, EqualTheirDefinition) {
+    Nasty nasty(56);
+    int complete = 0;
+    for (int round = 0; round < 300; ++round) {
+        nasty.nextCase();
+        Cloud rim;
+        const double spacing = 0.3 + 0.001 * nasty.below(200);
+        const double tread = 10 + nasty.below(30);
+        const int tilt = nasty.below(100);
+        if (round % 4 != 0) {
+            rim = makeRim(
+                [&](double x) {
+                    return straightWheel(x, tread) + 0.001 * nasty.below(50) + 0.0005 * tilt * std::sin(x);
+                },
+                spacing, 20.0 + nasty.below(110), nasty.below(360));
+            for (int i = 0; i < rim.size() && nasty.chance(50); ++i) {
+                KxPointXYZ& p = rim.points[nasty.below(rim.size())];
+                switch (nasty.below(5)) {
+                case 0:
+                    p.y = nasty.value();
+                    break;
+                case 1:
+                    p.x = nasty.chance(10) ? nasty.value() : p.x;
+                    break;
+                case 2:
+                    p.z = nasty.chance(10) ? kNaN : p.z;
+                    break;
+                default:
+                    std::swap(p, rim.points[i]);
+                    break;
+                }
+            }
+        } else {
+            rim.points = nasty.points<KxPointXYZ>(nasty.size());
+            for (KxPointXYZ& p : rim.points) { // extents that a resampling at 0.1 can take
+                p.x = std::fabs(p.x) < 1000 ? p.x : 0;
+                p.z = std::fabs(p.z) < 1000 ? p.z : kNaN;
+            }
+        }
+        Cloud expectedRim = rim;
+        const KxCircle circle = nasty.chance(3) ? KxCircle() : kCentre;
+        KxProfile measured, expectedMeasured;
+        _WheelProfileValues v;
+        METRO_calcWheelParameters(rim, circle, &v, &measured);
+        const _WheelProfileValues expected = literalParameters(expectedRim, circle, expectedMeasured);
+        ASSERT_EQ(exactValues(v), exactValues(expected)) << "round " << round;
+        ASSERT_EQ(exact(measured.points), exact(expectedMeasured.points)) << "round " << round;
+        ASSERT_EQ(exact(rim.points), exact(expectedRim.points)) << "round " << round;
+        complete += std::isnan(v.xAtLevel18 + v.widthLevel2ToH13) ? 0 : 1;
+    }
+    EXPECT_GT(complete, 50);
+}
