@@ -89,29 +89,16 @@ TEST(Cleaning, RemoveNoiseDropsTheTail) {
 }
 
 TEST(Cleaning, LevelsKeepOnlyWhatIsStrictlyBeyondTheLine) {
-    Nasty nasty(52);
-    for (int round = 0; round < 500; ++round) {
-        Points points = nastyPoints(nasty);
-        const KxLine line(nasty.pick(std::array{0.0f, 1.0f, nasty.value()}), nasty.value());
-        Points below, above;
-        for (const KxPointXY& p : points) {
-            const float slope = p.x * line.k;
-            const float level = slope + line.b;
-            if (p.y < level) {
-                below.append(p);
-            }
-            if (p.y > level) {
-                above.append(p);
-            }
-        }
-        KxProfile low = profileOf(points);
-        KxProfile high = profileOf(points);
-        low.removeHighLevel(line);
-        high.removeLowLevel(line);
-        expectPoints(low, below);
-        expectPoints(high, above);
-        ASSERT_FALSE(HasFailure()) << round;
-    }
+    // 0.1f * 3 + 0.7f is 1 in single precision; in double it is less.
+    const Points points = {{3, 0.99999994f}, {3, 1}, {3, 1.0000001f}, {3, kNaN}, {kNaN, 0}, {kInf, 5}, {-kInf, 5}};
+    KxProfile low = profileOf(points);
+    KxProfile high = profileOf(points);
+    low.removeHighLevel(KxLine(0.1f, 0.7f));
+    high.removeLowLevel(KxLine(0.1f, 0.7f));
+    expectPoints(low, {points[0], points[5]});
+    expectPoints(high, {points[2], points[6]});
+    low.removeHighLevel(KxLine());
+    expectPoints(low, {});
 }
 
 TEST(Cleaning, RemoveLinePartsFollowsItsDefinition) {
