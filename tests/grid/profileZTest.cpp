@@ -124,6 +124,16 @@ TEST(ProfileZ, EveryCutLengthFailsAndRewinds) {
     }
 }
 
+TEST(ProfileZ, ARecordWithoutPointsNeedsItsPosition) {
+    TempFiles files;
+    for (int length = 0; length <= 6; ++length) {
+        KxProfileZ profile;
+        EXPECT_EQ(profile.readFromFile(files.write("a.bin", kRecord.first(1) + QByteArray(6, '\0').first(length))),
+                  length < 6 ? -1 : 0)
+            << length;
+    }
+}
+
 TEST(ProfileZ, AnotherMarkerOrCountIsNoRecord) {
     TempFiles files;
     for (int marker = 0; marker < 256; ++marker) {

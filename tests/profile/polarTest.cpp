@@ -38,6 +38,9 @@ TEST(Polar, FormOfSpecialPoints) {
         {{1, -1}, {root2, 315}},
         {{-1, -1}, {root2, 225}},
         {{-1, 1}, {root2, 135}},
+        {{1, 2}, {std::sqrt(5.0f), 63.434948f}}, // the last digits need pi as a float; with a better pi they are
+        {{1, -3}, {std::sqrt(10.0f), 288.434967f}}, // 63.4349518, 288.434937 and 123.690063
+        {{-2, 3}, {std::sqrt(13.0f), 123.690071f}},
         {{kNaN, 1}, {kNaN, 0}},
         {{1, kNaN}, {kNaN, 0}},
         {{0, kNaN}, {kNaN, 0}},
@@ -77,12 +80,17 @@ TEST(Polar, AnglesAndBackAreWithinARoundingOfTheTruth) {
 }
 
 TEST(Polar, EvklidFormOfSpecialPoints) {
-    // Pi is a float: the sine of 180 degrees is not 0 but that of the error of pi.
-    KxProfile profile = profileOf({{2, 0}, {2, 90}, {2, 180}, {kInf, 45}, {1, kInf}, {kNaN, 0}});
+    // Pi is a float: the sine of 180 degrees is not 0 but that of the error of pi, and last digits differ elsewhere.
+    KxProfile profile = profileOf({{2, 0}, {2, 90}, {2, 180}, {1, 10}, {1, 34}, {kInf, 45}, {1, kInf}, {kNaN, 0}});
     profile.toEvklid();
-    expectPoints(
-        profile,
-        {{2, 0}, {-4.371139e-08f * 2, 2}, {-2, -8.7422777e-08f * 2}, {kInf, kInf}, {kNaN, kNaN}, {kNaN, kNaN}});
+    expectPoints(profile, {{2, 0},
+                           {-4.371139e-08f * 2, 2},
+                           {-2, -8.7422777e-08f * 2},
+                           {0.98480773f, 0.173648193f},
+                           {0.829037547f, 0.559192955f},
+                           {kInf, kInf},
+                           {kNaN, kNaN},
+                           {kNaN, kNaN}});
 }
 
 TEST(Polar, AnglesAreNotWrapped) {
@@ -116,7 +124,9 @@ TEST(Polar, RotationKeepsAreasAndTheCentre) {
     for (const float angle : {0.5f, 90.0f, 123.4f, -47.0f, 360.0f, 1080.0f}) {
         profile.rotateEvklid(angle);
         EXPECT_NEAR(polygonArea(profile.points), area, 1e-5 * area) << angle;
-        profile.rotateFixed(-angle, profile.points[2]);
+        const KxPointXY corner = profile.points[2];
+        profile.rotateFixed(-angle, profile.points[2]); // a centre that is itself a point of the profile
+        EXPECT_EQ(exact(profile.points[2]), exact(corner)) << angle;
         EXPECT_NEAR(polygonArea(profile.points), area, 1e-5 * area) << angle;
     }
     profile.points = before;
