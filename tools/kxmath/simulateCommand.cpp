@@ -17,10 +17,13 @@ using kxsim::NumberInfo;
 using kxsim::Parameters;
 
 const char* const kDescription =
-    "Simulates a train that passes two profile sensors and writes into DIR what they record, the settings that fit,\n"
-    "and the truth. The same options give the same bytes.\n\n"
+    "Simulates a train that passes two profile sensors, and writes into DIR what they record, the settings that fit,\n"
+    "and the truth. The same options give the same bytes.\n"
+    "\n"
     "Files: PREFIX_SERIAL.bin of both sensors, settings.ini for wheels and distances, defects.ini for defects of the\n"
-    "tread, truth.json.";
+    "tread, truth.json.\n"
+    "\n"
+    "Exit codes: 0 done, 2 wrong use, 4 DIR or a file in it could not be written.";
 
 QString defaultText(const NumberInfo& info) {
     const QString value = QString::number(kxsim::valueOf(Parameters{}, info));

@@ -1,4 +1,4 @@
-// Random numbers that are the same on every platform.
+// Random numbers that do not depend on the standard library.
 #include "simulator/random.h"
 
 #include <cmath>

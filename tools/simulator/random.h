@@ -1,4 +1,4 @@
-// Random numbers that are the same on every platform: the standard fixes the engine, but not its distributions.
+// Random numbers that do not depend on the standard library: it fixes the engine, but not the distributions.
 #pragma once
 
 #include <cstdint>

@@ -1,8 +1,9 @@
 // The train of a simulated pass.
 #pragma once
 
+#include "simulator/bodies.h"
 #include "simulator/parameters.h"
-#include "simulator/scene.h"
+#include "simulator/wheel.h"
 
 #include <string>
 #include <vector>

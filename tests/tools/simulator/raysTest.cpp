@@ -1,6 +1,7 @@
 // Rays on surfaces of revolution, on whole wheels, on boxes and on bodies along the track.
+#include "simulator/bodies.h"
 #include "simulator/random.h"
-#include "simulator/scene.h"
+#include "simulator/wheel.h"
 
 #include <gtest/gtest.h>
 

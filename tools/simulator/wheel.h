@@ -1,8 +1,9 @@
-// What the laser meets: the wheels and other parts of a train, and what stands beside the track.
+// A wheel as the laser meets it, with defects of its tread.
 #pragma once
 
 #include "simulator/revolution.h"
 #include "simulator/vector.h"
+#include "simulator/wheelContour.h"
 
 #include <optional>
 #include <vector>
@@ -51,24 +52,5 @@ private:
     std::vector<TreadPatch> flats_;
     std::vector<BuildUp> buildUps_;
 };
-
-/// An upright box.
-struct Box {
-    Vec3 low;
-    Vec3 high;
-};
-
-/// The first hit before `end`; `end` when there is none.
-double hitBox(const Box& box, const Ray& ray, double end);
-
-/// A cross-section (x unused) that runs endlessly along the track; neighbouring points are joined.
-using TrackBody = std::vector<Vec3>;
-
-/// The first hit before `end`; `end` when there is none.
-double hitTrackBody(const TrackBody& body, const Ray& ray, double end);
-
-/// The head of a rail, of which a sensor sees at most the top and the inner side.
-/// @param side 1 on the left, -1 on the right
-TrackBody makeRailHead(double gauge, int side);
 
 } // namespace kxsim
