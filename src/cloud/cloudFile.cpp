@@ -1,6 +1,7 @@
 // Cloud sections in files.
 #include "KxMath/KxPointCloud.h"
 
+#include "cloud/rangeWidening.h"
 #include "io/binaryIo.h"
 
 #include <type_traits>
@@ -82,7 +83,7 @@ int KxPointCloud<KxPointXY>::readFromFile(QFile& f) {
     clear();
     return detail::readOrRewind(f, [&] {
         Section<KxPointXY>::Count count = 0;
-        const auto widen = [&](KxPointXY& p) { updateRange(p); };
+        const auto widen = [&](const auto* first, qsizetype n) { detail::widenRange(*this, first, n); };
         if (!readMarker(f, Section<KxPointXY>::kType) || !detail::readUnsigned(f, count) ||
             !detail::readRecords(f, count, points, widen)) {
             return -1;
@@ -118,7 +119,7 @@ int KxPointCloud<KxPointXYZ>::readFromFile(QFile& f) {
     zIndexBuilt = 0;
     return detail::readOrRewind(f, [&] {
         Section<KxPointXYZ>::Count count = 0;
-        const auto widen = [&](KxPointXYZ& p) { updateRange(p); };
+        const auto widen = [&](const auto* first, qsizetype n) { detail::widenRange(*this, first, n); };
         if (!readMarker(f, Section<KxPointXYZ>::kType) || !detail::readUnsigned(f, count) ||
             !detail::readRecords(f, count, points, widen)) {
             return -1;
@@ -171,7 +172,7 @@ int KxPointCloud<KxPointXYZRGB>::readFromFile(QFile& f) {
     zIndexBuilt = 0;
     return detail::readOrRewind(f, [&] {
         Section<KxPointXYZRGB>::Count count = 0;
-        const auto widen = [&](KxPointXYZRGB& p) { updateRange(p); };
+        const auto widen = [&](const auto* first, qsizetype n) { detail::widenRange(*this, first, n); };
         if (!readMarker(f, Section<KxPointXYZRGB>::kType) || !detail::readUnsigned(f, count) ||
             !detail::readRecords(f, count, points, widen)) {
             return -1;

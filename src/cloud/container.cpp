@@ -2,6 +2,7 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "cloud/pointTraits.h"
+#include "cloud/rangeWidening.h"
 #include "numeric/bounds.h"
 
 namespace KxMath {
@@ -50,15 +51,6 @@ void appendCloud(Cloud& cloud, const Cloud& src) {
     cloud.zIndexBuilt = 0;
 }
 
-template <typename Cloud, typename Point>
-void widenRange(Cloud& cloud, const Point& p) {
-    detail::widen(cloud.minX, cloud.maxX, p.x);
-    detail::widen(cloud.minY, cloud.maxY, p.y);
-    if constexpr (kHasZ<Point>) {
-        detail::widen(cloud.minZ, cloud.maxZ, p.z);
-    }
-}
-
 template <typename Point, typename Cloud>
 void calcCloudRange(Cloud& cloud) {
     cloud.minX = cloud.maxX = kNaN;
@@ -68,9 +60,7 @@ void calcCloudRange(Cloud& cloud) {
         cloud.maxY = kNaN;
         cloud.minZ = cloud.maxZ = kNaN;
     }
-    for (const Point& p : std::as_const(cloud.points)) {
-        widenRange(cloud, p);
-    }
+    detail::widenRange(cloud, cloud.points.constData(), cloud.points.size());
 }
 
 template <typename Cloud, typename Point>
@@ -177,7 +167,7 @@ void KxPointCloud<KxPointXY>::calcRange() {
 }
 
 void KxPointCloud<KxPointXY>::updateRange(KxPointXY& p) {
-    widenRange(*this, p);
+    detail::widenRange(*this, p);
 }
 
 float KxPointCloud<KxPointXY>::size_x() {
@@ -246,7 +236,7 @@ void KxPointCloud<KxPointXYZ>::calcRange() {
 }
 
 void KxPointCloud<KxPointXYZ>::updateRange(KxPointXYZ& p) {
-    widenRange(*this, p);
+    detail::widenRange(*this, p);
 }
 
 float KxPointCloud<KxPointXYZ>::size_x() {
@@ -319,7 +309,7 @@ void KxPointCloud<KxPointXYZRGB>::calcRange() {
 }
 
 void KxPointCloud<KxPointXYZRGB>::updateRange(KxPointXYZRGB& p) {
-    widenRange(*this, p);
+    detail::widenRange(*this, p);
 }
 
 float KxPointCloud<KxPointXYZRGB>::size_x() {

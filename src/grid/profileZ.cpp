@@ -84,7 +84,7 @@ int KxProfileZ::readFromFile(QFile& file) {
         const qint64 arrived = detail::readBytes(file, bytes, sizeof(bytes));
         detail::swapFieldsUnlessLittleEndian(bytes, arrived);
         std::memcpy(&z, bytes, static_cast<size_t>(arrived));
-        const auto ignore = [](const KxPointXY&) {}; // the range is not touched
+        const auto ignore = [](const KxPointXY*, qsizetype) {}; // the range is not touched
         if (arrived < static_cast<qint64>(sizeof(bytes)) || !detail::readRecords(file, count, points, ignore)) {
             return -1;
         }

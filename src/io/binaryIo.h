@@ -66,25 +66,24 @@ inline void swapFieldsUnlessLittleEndian([[maybe_unused]] char* data, [[maybe_un
     }
 }
 
-/// Reads `claimed` records of 32-bit fields and appends them to `records`, calling `visit` with each. Memory follows
-/// the bytes that arrive, whatever is claimed. @return true when all claimed records were complete
+/// Reads `claimed` records of 32-bit fields and appends them to `records`, calling `visit` with the first and the
+/// number of each portion that arrives. Memory follows the bytes that are there, whatever is claimed.
+/// @return true when all claimed records were complete
 template <typename Record, typename Visit>
 bool readRecords(QFile& file, quint32 claimed, QList<Record>& records, Visit visit) {
     constexpr qint64 kRecordSize = sizeof(Record);
-    constexpr qint64 kChunkRecords = 65536 / kRecordSize;
-    const qint64 there = std::min<qint64>(claimed, file.bytesAvailable() / kRecordSize);
-    records.reserve(records.size() + std::max<qint64>(there, 0));
-    alignas(Record) char chunk[kChunkRecords * kRecordSize];
+    constexpr qint64 kPortion = 262144 / kRecordSize; // stays in the cache until it is visited
+    const auto there = [&] { return file.bytesAvailable() / kRecordSize; };
+    records.reserve(records.size() + std::min<qint64>(claimed, there()));
     for (qint64 missing = claimed; missing > 0;) {
-        const qint64 wanted = std::min(missing, kChunkRecords);
-        const qint64 arrived = readBytes(file, chunk, wanted * kRecordSize) / kRecordSize;
-        swapFieldsUnlessLittleEndian(chunk, arrived * kRecordSize);
-        for (qint64 i = 0; i < arrived; ++i) {
-            Record record;
-            std::memcpy(static_cast<void*>(&record), chunk + i * kRecordSize, kRecordSize);
-            visit(record);
-            records.append(record);
-        }
+        const qint64 wanted = std::min({missing, kPortion, std::max<qint64>(there(), 1)});
+        const qsizetype start = records.size();
+        records.resize(start + wanted);
+        char* const data = reinterpret_cast<char*>(records.data() + start);
+        const qint64 arrived = readBytes(file, data, wanted * kRecordSize) / kRecordSize;
+        records.resize(start + arrived);
+        swapFieldsUnlessLittleEndian(data, arrived * kRecordSize);
+        visit(records.constData() + start, arrived);
         if (arrived < wanted) {
             return false;
         }
