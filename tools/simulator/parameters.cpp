@@ -33,7 +33,7 @@ constexpr std::array kNumbers = {
     NumberInfo{"back-to-back", &P::backToBack, 300, 3000, "mm", "nominal distance of the back faces of a wheel pair"},
     NumberInfo{"distance-spread", &P::distanceSpread, 0, 5, "mm", "standard deviation of that distance"},
     NumberInfo{"lateral-spread", &P::lateralSpread, 0, 20, "mm",
-               "standard deviation of the sideways shift of wheel pairs"},
+               "standard deviation of the sideways shift of wheel pairs; beyond --level-margin wheels are lost"},
 
     NumberInfo{"points", &P::points, 16, 65535, "", "points per profile"},
     NumberInfo{"half-angle", &P::halfAngle, 0.1, 60, "deg", "half of the opening angle of the laser fan"},
