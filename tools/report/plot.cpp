@@ -44,7 +44,8 @@ QString tooltipElement(const QString& tooltip) {
 } // namespace
 
 Plot::Plot(QString id, QString title, int width, int height, Axis x, Axis y)
-    : id_(std::move(id)), title_(std::move(title)), width_(width), height_(height), x_(std::move(x)), y_(std::move(y)) {
+    : id_(std::move(id)), title_(std::move(title)), width_(width), height_(height), right_(kRight), x_(std::move(x)),
+      y_(std::move(y)) {
     if (x_.range.isEmpty() || x_.range.size() <= 0.0) {
         x_.range = x_.range.padded(0.0);
     }
@@ -62,7 +63,7 @@ double Plot::areaHeight(int height) {
 }
 
 double Plot::areaWidth() const {
-    return areaWidth(width_);
+    return width_ - kLeft - right_;
 }
 
 double Plot::areaHeight() const {
@@ -164,11 +165,65 @@ void Plot::addBox(double fromX, double toX, double fromY, double toY, const char
                       tooltipElement(tooltip));
 }
 
+void Plot::addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image) {
+    const double left = pixelX(fromX);
+    const double top = pixelY(toY);
+    body_ += QStringLiteral("<image x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\" preserveAspectRatio=\"none\" "
+                            "style=\"image-rendering:pixelated\" href=\"data:image/png;base64,%5\"/>\n")
+                 .arg(coordinate(left), coordinate(top), coordinate(pixelX(toX) - left),
+                      coordinate(pixelY(fromY) - top), QLatin1String(png(image).toBase64()));
+}
+
+void Plot::addColourScale(const Range& heights, const QString& label) {
+    constexpr double kGap = 14;
+    constexpr double kBar = 14;
+    constexpr int kStops = 20;
+    constexpr double kPixelsPerTick = 45;
+    keepRightFree(kColourScaleRoom);
+    const double left = width_ - right_ + kGap;
+    const QString gradient = escaped(QStringLiteral("scale-") + id_);
+    labels_ += QStringLiteral("<linearGradient id=\"%1\" x1=\"0\" y1=\"1\" x2=\"0\" y2=\"0\">").arg(gradient);
+    for (int i = 0; i <= kStops; ++i) {
+        const double part = static_cast<double>(i) / kStops;
+        labels_ += QStringLiteral("<stop offset=\"%1\" stop-color=\"%2\"/>")
+                       .arg(QString::number(part), colourText(heightColour(part)));
+    }
+    labels_ +=
+        QStringLiteral("</linearGradient>\n<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\" "
+                       "fill=\"url(#%5)\" stroke=\"#8a96a3\"/>\n")
+            .arg(coordinate(left), QString::number(kTop), QString::number(kBar), coordinate(areaHeight()), gradient);
+    const Range shown = heights.isEmpty() || heights.size() <= 0.0 ? heights.padded(0.0) : heights;
+    const Ticks ticks = makeTicks(shown, std::max(2, static_cast<int>(areaHeight() / kPixelsPerTick)));
+    for (const double value : ticks.at) {
+        const double at = kTop + (shown.max - value) / shown.size() * areaHeight();
+        labels_ += QStringLiteral("<path d=\"M%1 %2h4\" stroke=\"#8a96a3\"/><text x=\"%3\" y=\"%4\">%5</text>\n")
+                       .arg(coordinate(left + kBar), coordinate(at), coordinate(left + kBar + 6), coordinate(at + 4),
+                            numberText(value, ticks.decimals));
+    }
+    labels_ += QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"end\" class=\"axis\">%3</text>\n")
+                   .arg(width_ - 2)
+                   .arg(kTop - 12)
+                   .arg(escaped(label));
+}
+
+void Plot::keepRightFree(double pixels) {
+    right_ = kRight + pixels;
+}
+
 void Plot::addText(QPointF point, const QString& text, const char* colour, int size) {
     labels_ += QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"middle\" font-size=\"%3\" fill=\"%4\">%5</text>\n")
                    .arg(coordinate(pixelX(point.x())), coordinate(pixelY(point.y()) + size * 0.35))
                    .arg(size)
                    .arg(QLatin1String(colour), escaped(text));
+}
+
+void Plot::addBadge(QPointF point, const QString& text) {
+    constexpr int kSize = 11;
+    labels_ += QStringLiteral("<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"16\" rx=\"8\" fill=\"#ffffff\" "
+                              "fill-opacity=\"0.9\"/>\n")
+                   .arg(coordinate(pixelX(point.x()) - 5 - 3.5 * static_cast<double>(text.size())),
+                        coordinate(pixelY(point.y()) - 8), coordinate(10 + 7.0 * static_cast<double>(text.size())));
+    addText(point, text, "#1c2630", kSize);
 }
 
 void Plot::addRowLabel(double y, const QString& text, const char* colour) {

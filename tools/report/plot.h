@@ -2,6 +2,7 @@
 #pragma once
 
 #include "report/axis.h"
+#include "report/heatMap.h"
 
 #include <QtCore/QPointF>
 #include <QtCore/QString>
@@ -32,6 +33,8 @@ public:
     /// The area inside the axes in pixels.
     double areaWidth() const;
     double areaHeight() const;
+    /// Room that a colour scale takes, in pixels.
+    static constexpr double kColourScaleRoom = 74;
     /// The same before there is a plot, for choosing the ranges.
     static double areaWidth(int width);
     static double areaHeight(int height);
@@ -51,8 +54,16 @@ public:
     void addStraight(double k, double b, const Stroke& stroke, const QString& legend = {});
     /// A filled box, never thinner than 2 pixels, with a tooltip.
     void addBox(double fromX, double toX, double fromY, double toY, const char* colour, const QString& tooltip);
+    /// A picture that fills a box, its top row at `toY`. Its pixels stay sharp squares.
+    void addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image);
+    /// The colours of heights beside the plot, with ticks. The plot gets narrower: add it before all else.
+    void addColourScale(const Range& heights, const QString& label);
+    /// Leaves as much room on the right as a colour scale takes, for plots that stand below each other.
+    void keepRightFree(double pixels);
     /// Text centred at a point.
     void addText(QPointF point, const QString& text, const char* colour, int size = 11);
+    /// Text centred at a point on a white disc, readable on any colour.
+    void addBadge(QPointF point, const QString& text);
     /// Text beside the y axis, for plots whose rows are no numbers.
     void addRowLabel(double y, const QString& text, const char* colour);
     /// Entries that stand for boxes and marks, which are added without a legend.
@@ -79,6 +90,7 @@ private:
     QString title_;
     int width_;
     int height_;
+    double right_; ///< room on the right of the area, pixels
     Axis x_;
     Axis y_;
     QString body_; ///< clipped to the area
