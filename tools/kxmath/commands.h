@@ -19,6 +19,7 @@ std::span<const Command> allCommands();
 
 int runConicity(const QStringList& arguments);
 int runConvert(const QStringList& arguments);
+int runGrid(const QStringList& arguments);
 int runInfo(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runTrain(const QStringList& arguments);
