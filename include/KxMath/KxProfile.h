@@ -231,8 +231,7 @@ public:
     int calcCutPoint(int window, float threshold);
 
     /// All steps of the level of a profile ordered by x. Each search starts behind the step found before.
-    /// @param cutPoints emptied, then receives the points; the profile itself is so left without points and has no
-    /// steps
+    /// @param cutPoints emptied, then receives the points. Given the profile itself, that ends empty, with no steps
     /// @param indices not emptied; receives the sum of the positions found in the single searches. Deliberately, each
     ///        search starts one further than that sum says, so that entries after the first are too small by 1
     /// @return the number of steps
