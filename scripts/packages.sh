@@ -26,8 +26,8 @@ need() {
 
 # What every build needs.
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev)
-# What the tests need besides: GoogleTest, and the tools with which the packaging tests look at the library.
-test_packages=(libgtest-dev clang pkg-config binutils)
+# What the tests need besides: GoogleTest, the other compiler, and what looks at the library and at the pages.
+test_packages=(libgtest-dev clang pkg-config binutils python3)
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
