@@ -1,6 +1,8 @@
 // Defects: one profile, and the wheel files of a train.
 #include "railway/workingFolder.h"
 
+#include "support/bits.h"
+
 #include <gtest/gtest.h>
 
 #include <poll.h>
@@ -75,7 +77,7 @@ TEST(WheelDefect, CountsPointsOffTheFit) {
         for (const int degree : {20, 0, -1, 1000000}) {
             EXPECT_EQ(METRO_detectWheelDefect(c.profile, degree, c.maxDeviation, c.pointsHigher), c.isSound);
         }
-        EXPECT_EQ(std::memcmp(before.constData(), c.profile.points.constData(), sizeof(KxPointXY) * before.size()), 0);
+        EXPECT_EQ(testing_support::exact(before), testing_support::exact(c.profile.points));
     }
 }
 
