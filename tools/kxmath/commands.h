@@ -23,5 +23,6 @@ int runGrid(const QStringList& arguments);
 int runInfo(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runTrain(const QStringList& arguments);
+int runWheel(const QStringList& arguments);
 
 } // namespace kxtool

@@ -7,6 +7,7 @@
 #include "formats/profileFiles.h"
 #include "numbers.h"
 #include "outputFile.h"
+#include "profileOptions.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
@@ -50,8 +51,7 @@ const char* const kDescription =
 struct Arguments {
     std::array<QString, RoleCount> files;
     std::array<Orientation, RoleCount> orientations;
-    int xColumn = 0;
-    int yColumn = 1;
+    Columns columns;
     float shownAmplitude = 3.0f;
     OutputFile json;
     OutputFile csv;
@@ -60,16 +60,6 @@ struct Arguments {
 
 [[noreturn]] void failUse(const QString& message) {
     throw CommandError{WrongUse, message};
-}
-
-/// A number given to an option, within limits.
-float numberOption(const QCommandLineParser& parser, const QString& name, float min, float max) {
-    bool isNumber = false;
-    const float value = parser.value(name).toFloat(&isNumber);
-    if (!isNumber || !(value >= min && value <= max)) {
-        failUse(QStringLiteral("--%1 needs a number from %2 to %3").arg(name).arg(double(min)).arg(double(max)));
-    }
-    return value;
 }
 
 /// Sets a flag of the orientation of the profiles that an option lists: "wheels", "rails", or single ones.
@@ -112,7 +102,7 @@ void addOptions(QCommandLineParser& parser) {
     add("amplitude", "The amplitude whose value is told first, mm.", "mm", "3");
     add("up", "Profiles with y pointing up: wheels, rails, wheel1, ..., separated by commas.", "list");
     add("mirror", "Profiles with x pointing inwards, likewise.", "list");
-    add("columns", "The columns of x and y in text files, counted from 1.", "x,y", "1,2");
+    addColumnsOption(parser);
     add("json", "Write the results as JSON; - is the standard output.", "file");
     add("csv", "Write the curve as CSV (amplitude;conicity); - is the standard output.", "file");
     add("report", "Write a report with plots, one HTML file.", "file");
@@ -121,8 +111,7 @@ void addOptions(QCommandLineParser& parser) {
 Arguments readArguments(const QCommandLineParser& parser, WheelSet& set) {
     Arguments a{{},
                 {},
-                0,
-                1,
+                {},
                 3.0f,
                 OutputFile(QStringLiteral("--json"), parser.value(QStringLiteral("json"))),
                 OutputFile(QStringLiteral("--csv"), parser.value(QStringLiteral("csv"))),
@@ -151,13 +140,7 @@ Arguments readArguments(const QCommandLineParser& parser, WheelSet& set) {
     a.shownAmplitude = numberOption(parser, QStringLiteral("amplitude"), 0.0f, 100.0f);
     readRoles(parser, QStringLiteral("up"), a.orientations, &Orientation::isUp);
     readRoles(parser, QStringLiteral("mirror"), a.orientations, &Orientation::isMirrored);
-
-    const QStringList columns = parser.value(QStringLiteral("columns")).split(QLatin1Char(','));
-    a.xColumn = columns.value(0).toInt() - 1;
-    a.yColumn = columns.value(1).toInt() - 1;
-    if (columns.size() != 2 || a.xColumn < 0 || a.yColumn < 0) {
-        failUse(QStringLiteral("--columns needs two numbers from 1 on, like 1,2"));
-    }
+    a.columns = columnsOption(parser);
     return a;
 }
 
@@ -166,7 +149,7 @@ QStringList readProfiles(const Arguments& a, WheelSet& set) {
     QStringList warnings;
     for (size_t role = 0; role < RoleCount; ++role) {
         KxProfile& profile = set.profiles[role];
-        const QString error = readProfileFile(a.files[role], a.xColumn, a.yColumn, profile);
+        const QString error = readProfileFile(a.files[role], a.columns.x, a.columns.y, profile);
         if (!error.isEmpty()) {
             throw CommandError{BadInput,
                                QStringLiteral("%1 '%2' %3").arg(QLatin1String(roleName(role)), a.files[role], error)};

@@ -18,6 +18,7 @@ constexpr std::array kCommands = {
     Command{"simulate", "write the recordings of a simulated train with the truth beside them", runSimulate},
     Command{"train", "wheels of a train and the distances across its wheel pairs, from two recordings", runTrain},
     Command{"conicity", "equivalent conicity of a wheel-set on a track, from four profiles", runConicity},
+    Command{"wheel", "height and thickness of flanges, from the profiles of wheels", runWheel},
     Command{"grid", "height map of a scan, its block means and its flat patches", runGrid},
     Command{"info", "what files hold: kinds, counts, ranges, the first bad byte", runInfo},
     Command{"convert", "points from one kind of file to another", runConvert},

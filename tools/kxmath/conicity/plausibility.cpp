@@ -23,12 +23,35 @@ bool isLower(const KxPointXY& a, const KxPointXY& b) {
     return a.y < b.y;
 }
 
-QString text(size_t role, const char* what) {
-    return QStringLiteral("%1 %2").arg(QLatin1String(roleName(role)), QLatin1String(what));
+QString text(size_t role, const QString& what) {
+    return QStringLiteral("%1 %2").arg(QLatin1String(roleName(role)), what);
 }
 
-/// A wheel has its flange, the largest y, near the flange back, and its tread less far down.
-QString wheelContradiction(size_t role, const KxProfile& wheel) {
+/// A rail has its top, the smallest y, away from its ends.
+QString railContradiction(const KxProfile& rail, float gaugeDepth) {
+    const QList<KxPointXY>& points = rail.points;
+    const auto [top, bottom] = std::minmax_element(points.cbegin(), points.cend(), isLower);
+    const bool isBottomInside = bottom != points.cbegin() && bottom != points.cend() - 1;
+    const bool isTopAtEnd = top == points.cbegin() || top == points.cend() - 1;
+    if (isBottomInside && isTopAtEnd) {
+        return QStringLiteral("looks upside down (its y should point down; see --up)");
+    }
+    if (points.first().y - top->y < gaugeDepth - kGaugeTolerance && points.last().y - top->y >= gaugeDepth) {
+        return QStringLiteral(
+            "reaches down to the gauge depth on its outer side only (x should point outwards; see --mirror)");
+    }
+    return isTopAtEnd ? QStringLiteral("rises to one end: its top is not in the profile") : QString();
+}
+
+/// Whether `distance` is a multiple of `step` within a hundredth of a millimetre.
+bool isMultiple(float distance, float step) {
+    return std::abs(distance - std::round(distance / step) * step) < 0.01f;
+}
+
+} // namespace
+
+QString wheelContradiction(const KxProfile& wheel) {
+    // A wheel has its flange, the largest y, near the flange back, and its tread less far down.
     const QList<KxPointXY>& points = wheel.points;
     const float back = points.first().x;
     const float width = points.last().x - back;
@@ -39,51 +62,27 @@ QString wheelContradiction(size_t role, const KxProfile& wheel) {
         if (std::isnan(height) || (height >= kMinFlangeHeight && height <= kMaxFlangeHeight)) {
             return {};
         }
-        return text(role, "has no flange of the usual height 70 mm inside the tape circle");
+        return QStringLiteral("has no flange of the usual height 70 mm inside the tape circle");
     }
     if (highest->x - back < width * 0.4f && tread - highest->y >= kMinFlangeHeight) {
-        return text(role, "looks upside down (its y should point down; see --up)");
+        return QStringLiteral("looks upside down (its y should point down; see --up)");
     }
-    return text(role, "has its lowest point far from the flange back (x should point outwards; see --mirror)");
+    return QStringLiteral("has its lowest point far from the flange back (x should point outwards; see --mirror)");
 }
-
-/// A rail has its top, the smallest y, away from its ends.
-QString railContradiction(size_t role, const KxProfile& rail, float gaugeDepth) {
-    const QList<KxPointXY>& points = rail.points;
-    const auto [top, bottom] = std::minmax_element(points.cbegin(), points.cend(), isLower);
-    const bool isBottomInside = bottom != points.cbegin() && bottom != points.cend() - 1;
-    const bool isTopAtEnd = top == points.cbegin() || top == points.cend() - 1;
-    if (isBottomInside && isTopAtEnd) {
-        return text(role, "looks upside down (its y should point down; see --up)");
-    }
-    if (points.first().y - top->y < gaugeDepth - kGaugeTolerance && points.last().y - top->y >= gaugeDepth) {
-        return text(role,
-                    "reaches down to the gauge depth on its outer side only (x should point outwards; see --mirror)");
-    }
-    return isTopAtEnd ? text(role, "rises to one end: its top is not in the profile") : QString();
-}
-
-/// Whether `distance` is a multiple of `step` within a hundredth of a millimetre.
-bool isMultiple(float distance, float step) {
-    return std::abs(distance - std::round(distance / step) * step) < 0.01f;
-}
-
-} // namespace
 
 QStringList findContradictions(const WheelSet& set) {
     QStringList found;
     for (size_t role = 0; role < RoleCount; ++role) {
         const KxProfile& profile = set.profiles[role];
         if (profile.points.size() < kMinPoints) {
-            found += text(role, "has %1 points only").arg(profile.points.size());
+            found += text(role, QStringLiteral("has %1 points only").arg(profile.points.size()));
         }
         if (profile.points.isEmpty()) {
             continue;
         }
-        const QString what =
-            isWheel(role) ? wheelContradiction(role, profile) : railContradiction(role, profile, set.gaugeDepth);
+        const QString what = isWheel(role) ? wheelContradiction(profile) : railContradiction(profile, set.gaugeDepth);
         if (!what.isEmpty()) {
-            found += what;
+            found += text(role, what);
         }
     }
     constexpr float kGrid = 0.2f;

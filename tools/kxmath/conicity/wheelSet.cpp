@@ -33,15 +33,6 @@ const char* roleName(size_t role) {
     return kNames[role];
 }
 
-void orient(KxProfile& profile, Orientation orientation) {
-    for (KxPointXY& p : profile.points) {
-        p = KxPointXY(orientation.isMirrored ? -p.x : p.x, orientation.isUp ? -p.y : p.y);
-    }
-    if (!profile.isEmpty() && profile.points.first().x > profile.points.last().x) {
-        std::reverse(profile.points.begin(), profile.points.end()); // measured from the outside in
-    }
-}
-
 int keepRunningSurface(KxProfile& profile, bool isWheel) {
     constexpr float kCellWidth = 0.1f;
     const int before = profile.size();

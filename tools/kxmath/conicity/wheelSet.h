@@ -21,12 +21,6 @@ inline bool isWheel(size_t role) {
     return role == Wheel1 || role == Wheel2;
 }
 
-/// How a profile stands in its file.
-struct Orientation {
-    bool isUp = false; ///< y points up
-    bool isMirrored = false; ///< x points inwards
-};
-
 /// What the calculation is made from, all lengths in mm.
 struct WheelSet {
     std::array<KxMath::KxProfile, RoleCount> profiles; ///< y down, x outwards
@@ -50,9 +44,6 @@ struct ConicityResult {
     std::vector<std::unique_ptr<KxMath::KxProfile>> contacts2;
 };
 
-/// Turns a profile as it stands in its file to y down and x outwards.
-void orient(KxMath::KxProfile& profile, Orientation orientation);
-
 /// Makes a profile a function of x. One whose x rises all the way is left as it is; of others the side that can touch
 /// is kept: of wheels the lowest point of each 0.1 mm, of rails the highest.
 /// @return the number of points that were dropped
@@ -66,6 +57,10 @@ bool cutAtGaugeDepth(KxMath::KxProfile& rail, float depth);
 /// Puts points every 0.1 mm on the straight lines between those of a measured profile, where the calculation takes its
 /// samples: its spline would swing out beside steep flanks.
 void straighten(KxMath::KxProfile& profile);
+
+/// What a wheel profile that is a function of x shows of another orientation, after the name of the profile; empty when
+/// it stands with y down and x outwards.
+QString wheelContradiction(const KxMath::KxProfile& wheel);
 
 /// Everything about the input that contradicts the method, a sentence each.
 QStringList findContradictions(const WheelSet& set);
