@@ -40,14 +40,23 @@ Settings (INI file), n being the number of the sensor:
   optional: minProfsInWheel (5), SENSORn/wndSize (3), SENSORn/higherPoinInWnd (1), SENSORn/maxdY (1.5),
             SENSORn/minPointsIn (2); in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
 
+Defects: with --defects the tread of every profile of every wheel is compared with a smooth curve through it (a
+polynomial of degree 20), between the lines SENSORn/lowLevel_k, lowLevel_b and SENSORn/level_k, level_b of that file,
+which also names the sensors (SENSORn/SN). Optional keys: maxDeviation (0.3), pointsHigher (5: more points than this
+farther off than maxDeviation make a profile defective), minimalDefectsProf (1: more defective profiles than this make
+a wheel defective). The low line keeps the flange out. A flat across the whole tread does not show. FILE is seldom
+that of --settings, whose level line lies before the tread. The key "use" is not asked: the option says it.
+
 Wheels are paired by number. Where the recordings hold different numbers of wheels, they are paired by their place
 along the pass: the z of profile records where both recordings have one that rises, else the record number. A wheel
 without partner is listed without a distance, and a warning is printed.
 
 CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
-distance, deviation, verdict (ok or out). JSON fields: command, version, mode, settings, folder, recordings, baseDistance,
-nominal, tolerance, distances, pairs (pair, sides, distance, deviation, inTolerance), warnings. A missing value is an
-empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
+distance, deviation, verdict (ok or out); with --defects for each side also judged_profiles_s, defective_profiles_s,
+defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective). JSON fields: command,
+version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, defectLimits, pairs (pair,
+sides, distance, deviation, inTolerance), warnings. A missing value is an empty field in CSV and null in JSON. Records
+and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
   0  done; distances out of tolerance do not change it
@@ -69,6 +78,8 @@ struct TrainOptions {
     int pair;
     float tolerance;
     std::optional<float> nominal;
+    QString defects; ///< settings of the judgement of defects, empty for none
+    std::optional<std::array<float, 2>> defectRange;
 };
 
 [[noreturn]] void failUse(const QString& why) {
@@ -81,7 +92,8 @@ public:
         parser_.setApplicationDescription(QLatin1String(kDescription));
         parser_.addPositionalArgument(QStringLiteral("REC1"), QStringLiteral("Recording of one side."));
         parser_.addPositionalArgument(QStringLiteral("REC2"), QStringLiteral("Recording of the other side."));
-        parser_.addOptions({help_, settings_, mode_, out_, nominal_, tolerance_, json_, csv_, report_, wheel_});
+        parser_.addOptions({help_, settings_, mode_, out_, nominal_, tolerance_, json_, csv_, report_, wheel_, defects_,
+                            defectRange_});
     }
 
     /// Throws a CommandError when the arguments are wrong. Empty when help was asked for.
@@ -109,14 +121,25 @@ public:
                                 0,
                                 1,
                                 number(tolerance_),
+                                std::nullopt,
+                                parser_.value(defects_),
                                 std::nullopt};
         options.mode = wholeNumber(mode_);
         options.pair = wholeNumber(wheel_);
         if (parser_.isSet(nominal_)) {
             options.nominal = number(nominal_);
         }
+        if (parser_.isSet(defects_) && options.defects.isEmpty()) {
+            failUse(QStringLiteral("--defects names no file"));
+        }
+        if (parser_.isSet(defectRange_)) {
+            options.defectRange = range(defectRange_);
+        }
         if (options.pair < 1) {
             failUse(QStringLiteral("--wheel begins at 1"));
+        }
+        if (options.defectRange && options.defects.isEmpty()) {
+            failUse(QStringLiteral("--defect-range is for --defects FILE"));
         }
         if (options.tolerance < 0.0f) {
             failUse(QStringLiteral("--tolerance must not be negative"));
@@ -160,6 +183,19 @@ private:
         return result;
     }
 
+    std::array<float, 2> range(const QCommandLineOption& option) const {
+        const QStringList fields = parser_.value(option).split(QLatin1Char(':'));
+        std::array<float, 2> result = {};
+        std::array<bool, 2> areNumbers = {};
+        for (size_t i = 0; i < 2 && fields.size() == 2; ++i) {
+            result[i] = fields[static_cast<qsizetype>(i)].toFloat(&areNumbers[i]);
+        }
+        if (!areNumbers[0] || !areNumbers[1] || !(result[0] < result[1])) {
+            failUse(QStringLiteral("--%1 is not MIN:MAX").arg(option.names().constLast()));
+        }
+        return result;
+    }
+
     QCommandLineParser parser_;
     const QCommandLineOption help_{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")};
     const QCommandLineOption settings_{QStringLiteral("settings"), QStringLiteral("INI file with the keys below."),
@@ -193,6 +229,13 @@ private:
     const QCommandLineOption wheel_{QStringLiteral("wheel"),
                                     QStringLiteral("The wheel pair whose profiles the page shows. Default: 1."),
                                     QStringLiteral("N"), QStringLiteral("1")};
+    const QCommandLineOption defects_{QStringLiteral("defects"),
+                                      QStringLiteral("Judges the treads too, with the lines of this INI file."),
+                                      QStringLiteral("FILE")};
+    const QCommandLineOption defectRange_{
+        QStringLiteral("defect-range"),
+        QStringLiteral("Judges only points with x of the sensor in this range. Default: all between the lines."),
+        QStringLiteral("MIN:MAX")};
 };
 
 std::array<RecordingFile, 2> openRecordings(const TrainOptions& options) {
@@ -220,7 +263,7 @@ QString noResultText(const Pass& pass) {
 
 /// Runs the pass in its folder. The folder has its result.json when it gets its final name.
 Pass runPass(const TrainOptions& options, const std::array<RecordingFile, 2>& recordings, TrainSettings& settings,
-             WorkFolder& folder, Progress& progress) {
+             const std::optional<DefectSettings>& defects, WorkFolder& folder, Progress& progress) {
     for (const RecordingFile& recording : recordings) {
         folder.link(recording);
     }
@@ -228,6 +271,10 @@ Pass runPass(const TrainOptions& options, const std::array<RecordingFile, 2>& re
     Pass pass = measurePass(recordings, settings, options.mode, progress);
     pass.settingsName = options.settings;
     pass.tolerance = {options.nominal.value_or(settings.baseDistance), options.tolerance};
+    if (defects) {
+        folder.copy(defects->fileName, QStringLiteral("defects.ini"));
+        judgeDefects(pass, *defects, progress);
+    }
     if (options.report.isWanted() && static_cast<size_t>(options.pair) > pass.pairs.size() && !pass.pairs.empty()) {
         pass.warnings.append(QStringLiteral("there is no wheel pair %1 to show, the last is %2")
                                  .arg(options.pair)
@@ -259,17 +306,33 @@ void writeOutputs(const TrainOptions& options, const Pass& pass) {
     }
 }
 
+std::optional<DefectSettings> readDefects(const TrainOptions& options, const std::array<RecordingFile, 2>& recordings) {
+    if (options.defects.isEmpty()) {
+        return std::nullopt;
+    }
+    DefectSettings defects = readDefectSettings(options.defects, recordings);
+    if (options.defectRange) {
+        defects.limits.fromX = options.defectRange->front();
+        defects.limits.toX = options.defectRange->back();
+    }
+    return defects;
+}
+
 int run(const TrainOptions& options) {
     Progress progress;
     std::array<RecordingFile, 2> recordings = openRecordings(options);
     TrainSettings settings = readTrainSettings(options.settings, recordings, options.mode);
-    checkOutputs({&options.json, &options.csv, &options.report},
-                 {recordings[0].path, recordings[1].path, settings.store->fileName()});
+    const std::optional<DefectSettings> defects = readDefects(options, recordings);
+    QStringList inputs = {recordings[0].path, recordings[1].path, settings.store->fileName()};
+    if (defects) {
+        inputs.append(defects->fileName);
+    }
+    checkOutputs({&options.json, &options.csv, &options.report}, inputs);
     WorkFolder folder(options.out, passFolderName(recordings[0], recordings[1]));
     for (RecordingFile& recording : recordings) {
         checkRecords(recording, progress);
     }
-    const Pass pass = runPass(options, recordings, settings, folder, progress);
+    const Pass pass = runPass(options, recordings, settings, defects, folder, progress);
     progress.wipe();
     writeOutputs(options, pass);
     if (pass.distances() == 0) {

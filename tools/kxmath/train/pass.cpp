@@ -162,6 +162,15 @@ int Pass::distances() const {
         std::count_if(pairs.begin(), pairs.end(), [](const MeasuredPair& p) { return std::isfinite(p.distance); }));
 }
 
+int Pass::defectiveWheels() const {
+    const auto isDefective = [](const Wheel& wheel) { return wheel.defects && wheel.defects->isDefective; };
+    int count = 0;
+    for (const Side& side : sides) {
+        count += static_cast<int>(std::count_if(side.wheels.begin(), side.wheels.end(), isDefective));
+    }
+    return count;
+}
+
 Pass measurePass(const std::array<RecordingFile, 2>& recordings, TrainSettings& settings, int mode,
                  Progress& progress) {
     Pass pass;
@@ -178,6 +187,22 @@ Pass measurePass(const std::array<RecordingFile, 2>& recordings, TrainSettings& 
     progress.step(QStringLiteral("measuring distances"));
     measurePairs(pass, *settings.store);
     return pass;
+}
+
+void judgeDefects(Pass& pass, const DefectSettings& settings, Progress& progress) {
+    pass.defectSettings = settings;
+    for (size_t side = 0; side < pass.sides.size(); ++side) {
+        progress.step(QStringLiteral("judging treads in %1").arg(pass.sides[side].recording.name));
+        for (Wheel& wheel : pass.sides[side].wheels) {
+            const auto read = [&](int number) {
+                KxMath::KxProfile profile;
+                readWheelProfile(pass, side, wheel.number, number, profile);
+                return profile;
+            };
+            wheel.defects = judgeWheel(wheel.profiles, read, settings.lines[side], settings.limits);
+            progress.part(wheel.number, static_cast<qint64>(pass.sides[side].wheels.size()));
+        }
+    }
 }
 
 void readWheelProfile(const Pass& pass, size_t side, int wheel, int profile, KxMath::KxProfile& result) {

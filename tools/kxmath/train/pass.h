@@ -5,6 +5,7 @@
 #include "train/pairing.h"
 #include "train/recordingFile.h"
 #include "train/sensorSettings.h"
+#include "train/wheelDefects.h"
 
 #include <KxMath/KxProfile.h>
 
@@ -23,6 +24,7 @@ struct Wheel {
     int firstRecord = 0; ///< from 1 on
     int chosenProfile = 0; ///< the one with the most points below the level line, 0 when none has any
     int pointsBelowLevel = 0; ///< of the chosen profile
+    std::optional<WheelDefects> defects; ///< nothing when they were not looked for
 
     int lastRecord() const { return firstRecord + profiles - 1; }
 };
@@ -54,17 +56,22 @@ struct Pass {
     std::array<Side, 2> sides;
     float baseDistance = 0.0f;
     Tolerance tolerance;
+    std::optional<DefectSettings> defectSettings; ///< set when defects were looked for
     std::vector<MeasuredPair> pairs; ///< in order along the train
     QStringList warnings;
 
     /// The wheel of one side of a pair, null when that sensor did not see it.
     const Wheel* wheelOf(const MeasuredPair& pair, size_t side) const;
     int distances() const; ///< how many pairs have one
+    int defectiveWheels() const;
 };
 
 /// Detects the wheels in both recordings, which are in the current directory, and measures the pairs.
 /// Throws a CommandError when the library refuses or when wheel files are missing or cut short.
 Pass measurePass(const std::array<RecordingFile, 2>& recordings, TrainSettings& settings, int mode, Progress& progress);
+
+/// Judges the treads of all wheels of a measured pass.
+void judgeDefects(Pass& pass, const DefectSettings& settings, Progress& progress);
 
 /// Reads a profile of a wheel from the folder of the pass, as detection has cleaned it.
 void readWheelProfile(const Pass& pass, size_t side, int wheel, int profile, KxMath::KxProfile& result);

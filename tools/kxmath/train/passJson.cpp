@@ -32,16 +32,43 @@ QJsonObject recordingObject(const Side& side) {
             {QStringLiteral("wheels"), static_cast<qint64>(side.wheels.size())}};
 }
 
+QJsonObject defectsObject(const WheelDefects& defects) {
+    QJsonArray profiles;
+    for (const int number : defects.profiles) {
+        profiles.append(number);
+    }
+    return {{QStringLiteral("judgedProfiles"), defects.judged},
+            {QStringLiteral("defectiveProfiles"), profiles},
+            {QStringLiteral("deviatingPoints"), defects.deviating},
+            {QStringLiteral("worstProfile"), defects.judged > 0 ? QJsonValue(defects.worstProfile) : QJsonValue()},
+            {QStringLiteral("largestDeviation"), jsonNumber(defects.largest)},
+            {QStringLiteral("isDefective"), defects.judged > 0 ? QJsonValue(defects.isDefective) : QJsonValue()}};
+}
+
+QJsonValue limitsValue(const Pass& pass) {
+    if (!pass.defectSettings) {
+        return QJsonValue();
+    }
+    const DefectLimits& limits = pass.defectSettings->limits;
+    return QJsonObject{{QStringLiteral("maxDeviation"), jsonNumber(limits.maxDeviation)},
+                       {QStringLiteral("pointsHigher"), limits.pointsHigher},
+                       {QStringLiteral("minimalDefectsProf"), limits.minProfiles},
+                       {QStringLiteral("fromX"), jsonNumber(limits.fromX)},
+                       {QStringLiteral("toX"), jsonNumber(limits.toX)}};
+}
+
 QJsonValue wheelValue(const Wheel* wheel) {
     if (wheel == nullptr) {
         return QJsonValue();
     }
-    return QJsonObject{{QStringLiteral("wheel"), wheel->number},
-                       {QStringLiteral("profiles"), wheel->profiles},
-                       {QStringLiteral("firstRecord"), wheel->firstRecord},
-                       {QStringLiteral("lastRecord"), wheel->lastRecord()},
-                       {QStringLiteral("chosenProfile"), wheel->chosenProfile},
-                       {QStringLiteral("points"), wheel->pointsBelowLevel}};
+    return QJsonObject{
+        {QStringLiteral("wheel"), wheel->number},
+        {QStringLiteral("profiles"), wheel->profiles},
+        {QStringLiteral("firstRecord"), wheel->firstRecord},
+        {QStringLiteral("lastRecord"), wheel->lastRecord()},
+        {QStringLiteral("chosenProfile"), wheel->chosenProfile},
+        {QStringLiteral("points"), wheel->pointsBelowLevel},
+        {QStringLiteral("defects"), wheel->defects ? QJsonValue(defectsObject(*wheel->defects)) : QJsonValue()}};
 }
 
 QJsonObject pairObject(const Pass& pass, size_t index) {
@@ -73,6 +100,7 @@ QString passJson(const Pass& pass, const QString& folder) {
         {QStringLiteral("nominal"), jsonNumber(pass.tolerance.nominal)},
         {QStringLiteral("tolerance"), jsonNumber(pass.tolerance.allowed)},
         {QStringLiteral("distances"), pass.distances()},
+        {QStringLiteral("defectLimits"), limitsValue(pass)},
         {QStringLiteral("pairs"), pairs},
         {QStringLiteral("warnings"), QJsonArray::fromStringList(pass.warnings)}};
     return QString::fromUtf8(QJsonDocument(document).toJson());

@@ -5,6 +5,7 @@
 #include "report/page.h"
 #include "report/plot.h"
 #include "report/svg.h"
+#include "train/defectPlots.h"
 #include "train/passTable.h"
 #include "train/profilePlots.h"
 
@@ -48,12 +49,19 @@ void addFacts(const Pass& pass, Page& page) {
     const auto length = [&](double value) {
         return distances.isEmpty() ? QStringLiteral("\u2013") : kxreport::numberText(value, 2) + QStringLiteral(" mm");
     };
-    page.facts({{QStringLiteral("Wheels found, sides 1 / 2"), QStringLiteral("%1 / %2").arg(first).arg(second),
-                 first == second ? Tone::Plain : Tone::Bad},
-                {QStringLiteral("Distances"), QString::number(pass.distances())},
-                {QStringLiteral("Smallest"), length(distances.min)},
-                {QStringLiteral("Largest"), length(distances.max)},
-                {QStringLiteral("Out of tolerance"), QString::number(outside), outside == 0 ? Tone::Good : Tone::Bad}});
+    std::vector<kxreport::Fact> facts = {
+        {QStringLiteral("Wheels found, sides 1 / 2"), QStringLiteral("%1 / %2").arg(first).arg(second),
+         first == second ? Tone::Plain : Tone::Bad},
+        {QStringLiteral("Distances"), QString::number(pass.distances())},
+        {QStringLiteral("Smallest"), length(distances.min)},
+        {QStringLiteral("Largest"), length(distances.max)},
+        {QStringLiteral("Out of tolerance"), QString::number(outside), outside == 0 ? Tone::Good : Tone::Bad}};
+    if (pass.defectSettings) {
+        const int defective = pass.defectiveWheels();
+        facts.push_back(
+            {QStringLiteral("Defective wheels"), QString::number(defective), defective == 0 ? Tone::Good : Tone::Bad});
+    }
+    page.facts(facts);
 }
 
 void addRecordings(const Pass& pass, Page& page) {
@@ -186,6 +194,9 @@ QString passReport(const Pass& pass, int pairNumber) {
     addWheelsAlongPass(pass, page);
     addDistances(pass, page);
     addProfiles(pass, pairNumber, page);
+    if (pass.defectSettings) {
+        addDefects(pass, pairNumber, page);
+    }
     return page.html();
 }
 

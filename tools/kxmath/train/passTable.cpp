@@ -54,6 +54,27 @@ std::vector<PairColumn> makeColumns() {
     return columns;
 }
 
+std::vector<PairColumn> makeDefectColumns() {
+    std::vector<PairColumn> columns = {pairColumns().front()};
+    for (const size_t side : {0, 1}) {
+        const auto add = [&](const char* key, const char* title, auto value) {
+            columns.push_back(wheelColumn(side, key, title, [value](const Wheel& wheel) {
+                return wheel.defects && wheel.defects->judged > 0 ? PairValue(value(*wheel.defects)) : PairValue();
+            }));
+        };
+        add("judged_profiles", "judged", [](const WheelDefects& d) { return d.judged; });
+        add("defective_profiles", "defective",
+            [](const WheelDefects& d) { return static_cast<int>(d.profiles.size()); });
+        add("defective_numbers", "numbers", [](const WheelDefects& d) { return runsText(d.profiles); });
+        add("deviating_points", "deviating", [](const WheelDefects& d) { return d.deviating; });
+        add("largest_deviation", "largest", [](const WheelDefects& d) { return d.largest; });
+        add("tread", "tread", [](const WheelDefects& d) {
+            return d.isDefective ? QStringLiteral("defective") : QStringLiteral("sound");
+        });
+    }
+    return columns;
+}
+
 /// The text of a value, with `length` for lengths; empty where there is none.
 template <typename Length>
 QString textOf(const PairValue& value, Length length) {
@@ -75,8 +96,7 @@ QString recordingText(const Pass& pass, size_t index) {
              QString::number(side.wheels.size()));
 }
 
-QString table(const Pass& pass) {
-    const std::vector<PairColumn>& columns = pairColumns();
+QString table(const Pass& pass, const std::vector<PairColumn>& columns) {
     std::vector<QStringList> rows(pass.pairs.size() + 1);
     std::vector<qsizetype> widths;
     for (const PairColumn& column : columns) {
@@ -106,6 +126,11 @@ const std::vector<PairColumn>& pairColumns() {
     return columns;
 }
 
+const std::vector<PairColumn>& defectColumns() {
+    static const std::vector<PairColumn> columns = makeDefectColumns();
+    return columns;
+}
+
 QString textForPeople(const PairValue& value) {
     constexpr int kDecimals = 3;
     const QString text = textOf(value, [](float mm) { return fixedText(mm, kDecimals); });
@@ -117,14 +142,41 @@ QString toleranceText(const Pass& pass) {
         .arg(shortestText(pass.tolerance.nominal), shortestText(pass.tolerance.allowed));
 }
 
+QString runsText(const std::vector<int>& ascending) {
+    QStringList runs;
+    for (size_t i = 0; i < ascending.size();) {
+        size_t last = i;
+        while (last + 1 < ascending.size() && ascending[last + 1] == ascending[last] + 1) {
+            ++last;
+        }
+        const QString first = QString::number(ascending[i]);
+        runs.append(last == i ? first : first + QLatin1Char('-') + QString::number(ascending[last]));
+        i = last + 1;
+    }
+    return runs.join(QLatin1Char(' '));
+}
+
+QString defectLimitsText(const Pass& pass) {
+    const DefectLimits& limits = pass.defectSettings->limits;
+    return QStringLiteral("a profile is defective with more than %1 points farther than %2 mm off its curve, a wheel "
+                          "with more than %3 defective profiles")
+        .arg(QString::number(limits.pointsHigher), shortestText(limits.maxDeviation),
+             QString::number(limits.minProfiles));
+}
+
 QString passText(const Pass& pass, const QString& folder) {
     QString text = recordingText(pass, 0) + recordingText(pass, 1);
     text += QStringLiteral("Tolerance: %1\n\n").arg(toleranceText(pass));
-    text += table(pass);
+    text += table(pass, pairColumns());
     const auto outside = std::count_if(pass.pairs.begin(), pass.pairs.end(), [&](const MeasuredPair& pair) {
         return std::isfinite(pair.distance) && !pass.tolerance.holds(pair.distance);
     });
     text += QStringLiteral("\n%1 distances, %2 out of tolerance. Lengths in mm.\n").arg(pass.distances()).arg(outside);
+    if (pass.defectSettings) {
+        text += QStringLiteral("\nDefects: %1\n\n").arg(defectLimitsText(pass));
+        text += table(pass, defectColumns());
+        text += QStringLiteral("\n%1 defective wheels.\n").arg(pass.defectiveWheels());
+    }
     if (!folder.isEmpty()) {
         text += QStringLiteral("Wheel files: %1\n").arg(folder);
     }
@@ -132,14 +184,18 @@ QString passText(const Pass& pass, const QString& folder) {
 }
 
 QString passCsv(const Pass& pass) {
+    std::vector<PairColumn> columns = pairColumns();
+    if (pass.defectSettings) {
+        columns.insert(columns.end(), defectColumns().begin() + 1, defectColumns().end()); // the pair is there
+    }
     QStringList header;
-    for (const PairColumn& column : pairColumns()) {
+    for (const PairColumn& column : columns) {
         header.append(column.key);
     }
     QString text = header.join(QLatin1Char(',')) + QLatin1Char('\n');
     for (size_t i = 0; i < pass.pairs.size(); ++i) {
         QStringList row;
-        for (const PairColumn& column : pairColumns()) {
+        for (const PairColumn& column : columns) {
             row.append(textOf(column.value(pass, i), shortestText));
         }
         text += row.join(QLatin1Char(',')) + QLatin1Char('\n');

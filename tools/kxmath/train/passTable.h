@@ -21,7 +21,11 @@ struct PairColumn {
     std::function<PairValue(const Pass& pass, size_t index)> value;
 };
 
+/// The columns of the distances.
 const std::vector<PairColumn>& pairColumns();
+
+/// The columns of the defects, for passes in which they were looked for.
+const std::vector<PairColumn>& defectColumns();
 
 /// Lengths to the micrometre, a dash where there is no value.
 QString textForPeople(const PairValue& value);
@@ -29,7 +33,13 @@ QString textForPeople(const PairValue& value);
 /// The tolerance in words.
 QString toleranceText(const Pass& pass);
 
-/// What is printed: the recordings, the table of pairs, the summary.
+/// Numbers as runs: "1-12 62". Empty for none.
+QString runsText(const std::vector<int>& ascending);
+
+/// When a wheel is defective, in words.
+QString defectLimitsText(const Pass& pass);
+
+/// What is printed: the recordings, the tables of pairs, the summary.
 /// @param folder where the wheel files are, empty when they were not kept
 QString passText(const Pass& pass, const QString& folder);
 

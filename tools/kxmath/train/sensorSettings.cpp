@@ -152,4 +152,26 @@ TrainSettings readTrainSettings(const QString& name, const std::array<RecordingF
     return settings;
 }
 
+DefectSettings readDefectSettings(const QString& name, const std::array<RecordingFile, 2>& recordings) {
+    const std::unique_ptr<QSettings> store = openSettings(name);
+    const Checked checked{*store, name};
+    const auto value = [&](const char* key, const auto& missing) {
+        return store->value(QLatin1String(key), QVariant::fromValue(missing));
+    };
+    DefectSettings settings;
+    settings.fileName = store->fileName();
+    DefectLimits& limits = settings.limits;
+    limits.maxDeviation = checked.number("maxDeviation", value("maxDeviation", limits.maxDeviation));
+    limits.pointsHigher = checked.wholeNumber("pointsHigher", value("pointsHigher", limits.pointsHigher));
+    limits.minProfiles = checked.wholeNumber("minimalDefectsProf", value("minimalDefectsProf", limits.minProfiles));
+    for (size_t side = 0; side < recordings.size(); ++side) {
+        const int sensor = findSensor(checked, recordings[side]);
+        const auto line = [&](const char* slope, const char* intercept) {
+            return checked.requiredLine(sensorKey(sensor, slope), sensorKey(sensor, intercept));
+        };
+        settings.lines[side] = {line("level_k", "level_b"), line("lowLevel_k", "lowLevel_b")};
+    }
+    return settings;
+}
+
 } // namespace kxtool

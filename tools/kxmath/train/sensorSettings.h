@@ -9,6 +9,7 @@
 #include <QtCore/QString>
 
 #include <array>
+#include <limits>
 #include <memory>
 
 namespace kxtool {
@@ -27,6 +28,27 @@ struct TrainSettings {
     float baseDistance = 0.0f;
 };
 
+/// The lines between which the profiles of a sensor are judged for defects.
+struct DefectLines {
+    KxMath::KxLine high;
+    KxMath::KxLine low;
+};
+
+/// When a profile and a wheel count as defective.
+struct DefectLimits {
+    float maxDeviation = 0.3f; ///< mm; points farther off the curve deviate
+    int pointsHigher = 5; ///< the most deviating points of a sound profile
+    int minProfiles = 1; ///< the most defective profiles of a sound wheel
+    float fromX = -std::numeric_limits<float>::infinity(); ///< points with x outside of the range are left out
+    float toX = std::numeric_limits<float>::infinity();
+};
+
+struct DefectSettings {
+    QString fileName; ///< absolute
+    std::array<DefectLines, 2> lines; ///< of the first and of the second recording
+    DefectLimits limits;
+};
+
 /// Mode in which points must also lie above a low line.
 inline constexpr int kModeWithLowLine = 3;
 
@@ -34,5 +56,9 @@ inline constexpr int kModeWithLowLine = 3;
 /// serial number that no sensor key names, a missing key whose default would make the distances worthless, and a value
 /// that is no number.
 TrainSettings readTrainSettings(const QString& name, const std::array<RecordingFile, 2>& recordings, int mode);
+
+/// Reads the settings of the judgement of defects for two recordings. Throws a CommandError as readTrainSettings()
+/// does.
+DefectSettings readDefectSettings(const QString& name, const std::array<RecordingFile, 2>& recordings);
 
 } // namespace kxtool
