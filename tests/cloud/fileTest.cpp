@@ -124,9 +124,8 @@ TYPED_TEST(CloudFileOf, EachCutKeepsThePointsBeforeIt) {
             }
             ASSERT_EQ(cloud.points.size(), kept) << length;
             ASSERT_TRUE(size > 100 || exact(cloud.points) == exact(expected.points)) << length;
-            ASSERT_EQ(std::memcmp(cloud.points.constData(), written.points.constData(),
-                                  static_cast<std::size_t>(kept) * sizeof(TypeParam)),
-                      0);
+            ASSERT_TRUE(kept == 0 || std::memcmp(cloud.points.constData(), written.points.constData(),
+                                                 static_cast<std::size_t>(kept) * sizeof(TypeParam)) == 0);
             ASSERT_EQ(exactRange(cloud), exactRange(expected)) << length;
             ASSERT_EQ(cloud.zIndexBuilt, C::kIsFlat ? 1 : 0);
         }
