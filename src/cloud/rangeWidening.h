@@ -6,8 +6,14 @@
 
 #include <QtCore/qglobal.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
+
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
 
 namespace KxMath::detail {
 
@@ -20,6 +26,24 @@ Coordinates loadCoordinates(const Point* p) {
     Coordinates v = {};
     std::memcpy(&v, static_cast<const void*>(p), kHasZ<Point> ? sizeof(v) : sizeof(v) / 2);
     return v;
+}
+
+/// `v < bound ? v : bound` for each coordinate: NaN and a zero of the other sign leave the bound.
+inline Coordinates lowerOf(Coordinates v, Coordinates bound) {
+#ifdef __SSE__
+    return _mm_min_ps(v, bound); // defined this way round; the compiler takes three instructions for the same
+#else
+    return v < bound ? v : bound;
+#endif
+}
+
+/// `v > bound ? v : bound` for each coordinate: NaN and a zero of the other sign leave the bound.
+inline Coordinates upperOf(Coordinates v, Coordinates bound) {
+#ifdef __SSE__
+    return _mm_max_ps(v, bound);
+#else
+    return v > bound ? v : bound;
+#endif
 }
 
 /// Widens the range of a cloud by one point.
@@ -43,30 +67,57 @@ bool isRangeKnown(const Cloud& cloud) {
     return isKnownInPlane;
 }
 
+/// Gives a bound that came out as 0 the sign of the first zero in order, which the bound met before its equals: 0 and
+/// -0 are neither lower nor higher than one another.
+template <typename Point>
+void takeFirstZero(float& bound, float before, float Point::*coordinate, const Point* points, qsizetype count) {
+    if (bound != 0.0f || before == 0.0f) {
+        return; // a bound that was 0 before has kept its sign
+    }
+    const Point* const end = points + count;
+    const Point* const first = std::find_if(points, end, [&](const Point& p) { return p.*coordinate == 0.0f; });
+    bound = first->*coordinate;
+}
+
 /// Widens the range of a cloud by points, with the result of one after the other.
 template <typename Cloud, typename Point>
 void widenRange(Cloud& cloud, const Point* points, qsizetype count) {
+    constexpr int kChains = 4; // independent of each other, so that none waits for the one before
     const Point* const end = points + count;
     // One by one while a bound is unknown: only then may a NaN become a bound.
     for (; points != end && !isRangeKnown<Point>(cloud); ++points) {
         widenRange(cloud, *points);
     }
-    Coordinates min = {cloud.minX, cloud.minY, cloud.minZ, 0.0f};
-    Coordinates max = {cloud.maxX, cloud.maxY, cloud.maxZ, 0.0f};
-    for (; end - points > 1; ++points) { // the last one has nothing behind it
-        const Coordinates v = loadCoordinates(points);
-        min = v < min ? v : min; // NaN: false
-        max = v > max ? v : max;
+    const Point* const known = points;
+    const Coordinates minBefore = {cloud.minX, cloud.minY, cloud.minZ, 0.0f};
+    const Coordinates maxBefore = {cloud.maxX, cloud.maxY, cloud.maxZ, 0.0f};
+    std::array<Coordinates, kChains> min;
+    std::array<Coordinates, kChains> max;
+    min.fill(minBefore);
+    max.fill(maxBefore);
+    for (; end - points > kChains; points += kChains) { // the last point has nothing behind it
+        for (int chain = 0; chain < kChains; ++chain) {
+            const Coordinates v = loadCoordinates(points + chain);
+            min[chain] = lowerOf(v, min[chain]);
+            max[chain] = upperOf(v, max[chain]);
+        }
     }
-    cloud.minX = min[0];
-    cloud.maxX = max[0];
-    cloud.minY = min[1];
-    cloud.maxY = max[1];
+    for (int chain = 1; chain < kChains; ++chain) {
+        min[0] = lowerOf(min[chain], min[0]);
+        max[0] = upperOf(max[chain], max[0]);
+    }
+    const auto settle = [&](float Point::*coordinate, int lane, float& low, float& high) {
+        low = min[0][lane];
+        high = max[0][lane];
+        takeFirstZero(low, minBefore[lane], coordinate, known, points - known);
+        takeFirstZero(high, maxBefore[lane], coordinate, known, points - known);
+    };
+    settle(&Point::x, 0, cloud.minX, cloud.maxX);
+    settle(&Point::y, 1, cloud.minY, cloud.maxY);
     if constexpr (kHasZ<Point>) {
-        cloud.minZ = min[2];
-        cloud.maxZ = max[2];
+        settle(&Point::z, 2, cloud.minZ, cloud.maxZ);
     }
-    if (points != end) {
+    for (; points != end; ++points) {
         widenRange(cloud, *points);
     }
 }

@@ -1,6 +1,8 @@
 // Little-endian fields and records over QFile.
 #pragma once
 
+#include "io/unfilledList.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QList>
 #include <QtCore/QtEndian>
@@ -66,30 +68,31 @@ inline void swapFieldsUnlessLittleEndian([[maybe_unused]] char* data, [[maybe_un
     }
 }
 
-/// Reads `claimed` records of 32-bit fields and appends them to `records`, calling `visit` with the first and the
-/// number of each portion that arrives. Memory follows the bytes that are there, whatever is claimed.
+/// Reads `claimed` records of 32-bit fields into `records`, calling `visit` with the first and the number of each
+/// portion that arrives; what the list held before is lost. Memory follows the bytes that are there, whatever is
+/// claimed.
 /// @return true when all claimed records were complete
 template <typename Record, typename Visit>
 bool readRecords(QFile& file, quint32 claimed, QList<Record>& records, Visit visit) {
     constexpr qint64 kRecordSize = sizeof(Record);
     constexpr qint64 kPortion = 262144 / kRecordSize; // stays in the cache until it is visited
     const auto there = [&] { return file.bytesAvailable() / kRecordSize; };
-    records.reserve(records.size() + std::min<qint64>(claimed, there()));
-    for (qint64 missing = claimed; missing > 0;) {
+    records = QList<Record>(); // releases its memory before as much is taken again
+    UnfilledList<Record> list(std::min<qint64>(claimed, there()));
+    qint64 missing = claimed;
+    for (bool isShort = false; missing > 0 && !isShort;) {
         const qint64 wanted = std::min({missing, kPortion, std::max<qint64>(there(), 1)});
-        const qsizetype start = records.size();
-        records.resize(start + wanted);
-        char* const data = reinterpret_cast<char*>(records.data() + start);
+        Record* const first = list.extend(wanted);
+        char* const data = reinterpret_cast<char*>(first);
         const qint64 arrived = readBytes(file, data, wanted * kRecordSize) / kRecordSize;
-        records.resize(start + arrived);
+        list.drop(wanted - arrived);
         swapFieldsUnlessLittleEndian(data, arrived * kRecordSize);
-        visit(records.constData() + start, arrived);
-        if (arrived < wanted) {
-            return false;
-        }
+        visit(static_cast<const Record*>(first), arrived);
         missing -= arrived;
+        isShort = arrived < wanted;
     }
-    return true;
+    records = list.take();
+    return missing == 0;
 }
 
 /// Writes all records of 32-bit fields. @return false when a write was short; what was written stays

@@ -143,6 +143,13 @@ TYPED_TEST(CloudOf, RangeOverNastyPoints) {
         nasty.nextCase();
         KxPointCloud<TypeParam> cloud;
         cloud.points = nasty.points<TypeParam>(nasty.size());
+        if (nasty.chance(50)) { // bounds of either zero
+            const float sign = nasty.pick(std::array{1.0f, -1.0f});
+            for (TypeParam& p : cloud.points) {
+                p.x = sign * nasty.pick(std::array{0.0f, -0.0f, 1.0f, kNaN});
+                p.y = sign * nasty.pick(std::array{0.0f, -0.0f, 1.0f, 2.0f});
+            }
+        }
         setRange(cloud, 7);
         // By definition: NaN is replaced by anything, a known bound only by what lies beyond it.
         float known[6] = {kNaN, kNaN, kNaN, kIsFlat ? 10.0f : kNaN, kIsFlat ? 11.0f : kNaN, kIsFlat ? 12.0f : kNaN};
