@@ -7,6 +7,7 @@
 #include "KxProfile.h"
 
 #include <QtCore/QList>
+#include <QtCore/QPointF>
 #include <QtCore/QString>
 
 class QSettings;
@@ -36,8 +37,8 @@ struct _KxMETRO_DbgData_ {
     int apexCount; ///< number of apexes below, at most 10
     float apexX[10];
     float apexY[10];
-    float value0; ///< NaN
-    float value1;
+    float value0; ///< root mean square distance of the flanks from the object in mm, NaN without a pose
+    float value1; ///< largest standard deviation of an angle in degrees, NaN without a pose
     float lineK[11]; ///< slopes of the lines, `apexCount` + 1 of them; NaN for a line that there is none of
     float lineB[11]; ///< intercepts of the lines, likewise
 };
@@ -67,6 +68,28 @@ KXMATH_EXPORT void METRO_XYtoXYZ(KxProfile& profile, KxPointCloud<KxPointXYZ>& c
 /// @param index number n of the profile
 KXMATH_EXPORT void METRO_XYtoXYZ(KxProfile& profile, KxPointCloud<KxPointXYZ>& cloud, _KxMETRO_SensorCoord_& coord,
                                  float radius, float step, int index);
+
+/// Finds the pose of a sensor from a profile of the calibration object, which faces the sensor: roof ridges along X
+/// with their crests in the plane Y = `p4`, at Z = -P, 0, P and, obliquely, 2.5 P + p3 X, with half a ridge at either
+/// end
+/// (-Z for the placements 3 and 4). docs/calibration.md draws and derives it.
+/// @param p1 2 P, the way from the first to the third crest
+/// @param p2 depth of the valleys between the straight crests
+/// @param p3 obliqueness of the fourth crest, not 0; its sign is that of the object as it stands
+/// @param p4 Y of the plane of the crests
+/// @param coord `position` is read: 3 and 4 give alpha and gamma as 2 pi less the angle found, 2, 4 and 5 add pi to
+///        beta. Receives the angles in radians, x, z and, for 2, 4 and 5 only, y
+/// @param apexes crest, valley, crest, ... of the object where they are known roughly; empty: METRO_detectApexes()
+/// finds
+///        them with 2.0. The flanks between them are fitted to the profile; with an empty profile the apexes are taken
+///        as exact
+/// @param dbg receives the apexes and lines, whatever the result; may be null
+/// @return false, `coord` untouched, when the seven apexes of the object are not found, when a flank has too few
+/// points,
+///         when no pose gives finite values, when lengths contradict the object, or when the noise of the profile
+///         leaves an angle uncertain by more than 0.1 degrees or a point by more than 0.2 mm (four standard deviations)
+KXMATH_EXPORT bool METRO_calcAnglesCoord(KxProfile& profile, float p1, float p2, float p3, float p4,
+                                         _KxMETRO_SensorCoord_& coord, QList<QPointF> apexes, _KxMETRO_DbgData_* dbg);
 
 /// True when more than `minPoints` points of the profile lie strictly below the line.
 KXMATH_EXPORT bool METRO_isWheel(KxProfile profile, KxLine level, int minPoints);

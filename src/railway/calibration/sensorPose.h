@@ -1,0 +1,39 @@
+// The pose of a sensor from the ridges of the calibration object.
+#pragma once
+
+#include "railway/calibration/calibrationObject.h"
+#include "railway/calibration/ridgeFit.h"
+
+namespace KxMath::detail {
+
+/// What the placement code of a sensor says.
+struct Placement {
+    bool isMirrored; ///< x of the profile runs downwards: the pose is that of the mirror image in Z
+    bool isTurned; ///< beta is turned by 180 degrees
+    bool hasY; ///< the calibration finds y
+
+    explicit Placement(int code);
+};
+
+/// Angles in radians. Of a mirrored sensor it is the pose of its mirror image, with alpha and gamma not yet folded.
+struct SensorPose {
+    double alpha;
+    double beta;
+    double gamma;
+    double x;
+    double y;
+    double z;
+};
+
+/// A pose and how well it stands.
+struct PoseFit {
+    SensorPose pose;
+    bool isGood; ///< neither too uncertain nor in contradiction to the object
+    double residual; ///< root mean square distance of the points on the flanks from the object, along Y
+    double angleDeviation; ///< largest standard deviation of an angle
+};
+
+/// Finds the pose in which the ridges look so.
+PoseFit fitPose(const RidgeFit& fit, const CalibrationObject& object, const Placement& placement);
+
+} // namespace KxMath::detail

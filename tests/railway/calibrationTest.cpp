@@ -1,0 +1,333 @@
+// The calibration of a sensor's pose on simulated profiles of the calibration object.
+#include "simulator/calibrationTrial.h"
+#include "support/bits.h"
+
+#include <KxMath/KxMath.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+using namespace KxMath;
+using testing_support::exact;
+using testing_support::ExactList;
+
+namespace {
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+ExactList exactCoord(const _KxMETRO_SensorCoord_& c) {
+    return {exact(c.x), exact(c.y), exact(c.z), exact(c.alpha), exact(c.beta), exact(c.gamma), exact(c.position)};
+}
+
+/// A record that a failed calibration must leave as it is.
+_KxMETRO_SensorCoord_ untouched(int position) {
+    return {11, 12, 13, 14, 15, 16, position};
+}
+
+/// A calibration with everything that it needs.
+struct Case {
+    int placement = 2;
+    kxsim::CalibrationObject object = kxsim::objectForPlacement(placement);
+    kxsim::Pose pose = kxsim::nominalCalibrationPose(placement, object);
+    kxsim::CalibrationSensor sensor;
+    KxProfile profile;
+    QList<QPointF> apexes;
+    _KxMETRO_SensorCoord_ coord = untouched(placement);
+    _KxMETRO_DbgData_ dbg;
+
+    explicit Case(int place = 2) : placement(place) {
+        kxsim::Random random({52, static_cast<std::uint64_t>(place)});
+        kxsim::takeCalibrationProfile(object, placement, pose, sensor, random, profile);
+    }
+
+    bool run(double p1Factor = 1, double p2Factor = 1, double p3Factor = 1) {
+        return METRO_calcAnglesCoord(
+            profile, static_cast<float>(object.p1() * p1Factor), static_cast<float>(object.p2() * p2Factor),
+            static_cast<float>(object.p3() * p3Factor), static_cast<float>(object.p4()), coord, apexes, &dbg);
+    }
+
+    void expectTruth(double degrees, double mm) const {
+        const auto near = [](float radians, double truth, double limit) {
+            return std::abs(std::remainder(static_cast<double>(radians) * 180 / std::numbers::pi - truth, 360.0)) <=
+                   limit;
+        };
+        EXPECT_TRUE(near(coord.alpha, pose.alpha, degrees)) << coord.alpha;
+        EXPECT_TRUE(near(coord.beta, pose.beta, degrees)) << coord.beta;
+        EXPECT_TRUE(near(coord.gamma, pose.gamma, degrees)) << coord.gamma;
+        EXPECT_NEAR(static_cast<double>(coord.x), pose.origin.x, mm);
+        EXPECT_NEAR(static_cast<double>(coord.y), pose.origin.y, mm);
+        EXPECT_NEAR(static_cast<double>(coord.z), pose.origin.z, mm);
+    }
+
+    /// Where the seven apexes of the object appear in the profile.
+    QList<QPointF> trueApexes() const {
+        const double p = object.pitch;
+        const double t = object.obliqueness;
+        const double depth = object.slope * p / 2;
+        const double facing = pose.v().y < 0 ? -1 : 1;
+        const double up = placement == 3 || placement == 4 ? -1 : 1;
+        // Each apex is a line along X (or along the oblique valley or crest): up Z = z + k X at a depth d + e X.
+        const double lines[7][4] = {{-p, 0, 0, 0},     {-p / 2, 0, depth, 0},
+                                    {0, 0, 0, 0},      {p / 2, 0, depth, 0},
+                                    {p, 0, 0, 0},      {1.75 * p, t / 2, 0.75 * p * object.slope, t / 2 * object.slope},
+                                    {2.5 * p, t, 0, 0}};
+        QList<QPointF> apexes;
+        const kxsim::Vec3 u = pose.u();
+        const kxsim::Vec3 v = pose.v();
+        for (const auto& [z, k, d, e] : lines) {
+            // origin + px u + py v on both planes up Z - k X = z and Y - facing e X = crestY + facing d.
+            const double a = up * u.z - k * u.x, b = up * v.z - k * v.x;
+            const double f = u.y - facing * e * u.x, g = v.y - facing * e * v.x;
+            const double r = z - up * pose.origin.z + k * pose.origin.x;
+            const double s = object.crestY + facing * d - pose.origin.y + facing * e * pose.origin.x;
+            apexes.append(QPointF((r * g - s * b) / (a * g - f * b), (a * s - f * r) / (a * g - f * b)));
+        }
+        return apexes;
+    }
+};
+
+} // namespace
+
+TEST(Calibration, FindsPosesInViewAndIsNeverWrong) {
+    int inView = 0;
+    int right = 0;
+    for (int placement = 0; placement <= 6; ++placement) {
+        const kxsim::CalibrationObject object = kxsim::objectForPlacement(placement);
+        const kxsim::Pose nominal = kxsim::nominalCalibrationPose(placement, object);
+        for (int i = 0; i < 27; ++i) {
+            kxsim::Random random({7, static_cast<std::uint64_t>(placement), static_cast<std::uint64_t>(i)});
+            const kxsim::Vec3 offset{random.uniform(-50, 50), random.uniform(-50, 50), random.uniform(-50, 50)};
+            const kxsim::Pose pose =
+                kxsim::offsetPose(nominal, placement, i % 3 * 10 - 10, i / 3 % 3 * 10 - 10, i / 9 * 10 - 10, offset);
+            const kxsim::CalibrationTrial trial = kxsim::tryCalibration(object, placement, pose, {}, random);
+            const bool isRight = trial.isDone && trial.angleError <= 0.1 && trial.pointError <= 0.3;
+            EXPECT_EQ(trial.isDone, isRight) << "placement " << placement << ", pose " << i << ": " << trial.angleError
+                                             << " degrees, " << trial.pointError << " mm";
+            inView += trial.isInView ? 1 : 0;
+            right += trial.isInView && isRight ? 1 : 0;
+        }
+    }
+    EXPECT_GT(inView, 100);
+    EXPECT_GE(right, 0.95 * inView) << "of " << inView;
+}
+
+TEST(Calibration, FoldsByThePlacement) {
+    constexpr float kTurn = 6.2831855f;
+    for (int placement = 0; placement <= 6; ++placement) {
+        SCOPED_TRACE(placement);
+        Case c(placement);
+        ASSERT_TRUE(c.run());
+        const bool isTurned = placement == 2 || placement == 4 || placement == 5;
+        const bool isMirrored = placement == 3 || placement == 4;
+        if (!isTurned) {
+            EXPECT_EQ(c.coord.y, 12); // the caller's
+            c.coord.y = static_cast<float>(c.pose.origin.y);
+        }
+        c.expectTruth(0.05, 0.3);
+        EXPECT_EQ(c.coord.beta > 2.5f, isTurned); // 225 degrees, or 45
+        EXPECT_EQ(c.coord.gamma > kTurn / 2, isMirrored); // 333 degrees, or 27
+        EXPECT_NEAR(c.coord.alpha, isMirrored ? kTurn : 0, 0.001f);
+        EXPECT_EQ(c.coord.position, placement);
+        EXPECT_EQ(c.dbg.apexCount, 7);
+        EXPECT_NEAR(c.dbg.value0, 0.02f, 0.01f); // the noise
+        EXPECT_LT(c.dbg.value1, 0.025f);
+        EXPECT_FALSE(std::isnan(c.dbg.lineK[7]));
+
+        // Neither the order of the points nor a missing record of what was found makes a difference.
+        const _KxMETRO_SensorCoord_ before = c.coord;
+        std::shuffle(c.profile.points.begin(), c.profile.points.end(), std::mt19937(1));
+        EXPECT_TRUE(METRO_calcAnglesCoord(c.profile, static_cast<float>(c.object.p1()),
+                                          static_cast<float>(c.object.p2()), static_cast<float>(c.object.p3()),
+                                          static_cast<float>(c.object.p4()), c.coord, {}, nullptr));
+        EXPECT_EQ(exactCoord(c.coord), exactCoord(before));
+    }
+}
+
+TEST(Calibration, GivenApexes) {
+    for (const int placement : {2, 4}) {
+        Case c(placement);
+        const QList<QPointF> truth = c.trueApexes();
+        // Rough ones only locate the flanks.
+        for (int i = 0; i < truth.size(); ++i) {
+            c.apexes.append(truth[i] + QPointF(i % 2 == 0 ? 0.7 : -0.7, i % 3 - 1));
+        }
+        ASSERT_TRUE(c.run());
+        c.expectTruth(0.05, 0.3);
+        for (int i = 0; i < 7; ++i) {
+            EXPECT_EQ(c.dbg.apexX[i], static_cast<float>(c.apexes[i].x()));
+        }
+        EXPECT_TRUE(std::isnan(c.dbg.lineK[6]) && std::isnan(c.dbg.lineB[6]) && std::isnan(c.dbg.lineK[7]));
+        EXPECT_NEAR(c.dbg.lineK[0] * c.dbg.apexX[1] + c.dbg.lineB[0], c.dbg.apexY[1], 0.01f);
+
+        // Without a profile they are the measurement.
+        c.profile.clear();
+        c.coord = untouched(placement);
+        EXPECT_FALSE(c.run()) << "rough apexes contradict the object";
+        EXPECT_EQ(exactCoord(c.coord), exactCoord(untouched(placement)));
+        c.apexes = truth;
+        ASSERT_TRUE(c.run());
+        c.expectTruth(0.001, 0.01);
+        std::reverse(c.apexes.begin(), c.apexes.end());
+        EXPECT_TRUE(c.run());
+    }
+}
+
+TEST(Calibration, RefusesWhatContradictsTheObject) {
+    const struct {
+        const char* description;
+        void (*change)(Case&);
+        double p1, p2, p3; // factors
+    } kCases[] = {
+        {"pitch 1 % larger", nullptr, 1.01, 1, 1},
+        {"pitch 0.5 % smaller", nullptr, 0.995, 1, 1},
+        {"valleys 0.5 % deeper", nullptr, 1, 1.005, 1},
+        {"valleys 1 % flatter", nullptr, 1, 0.99, 1},
+        {"all 3 % larger", nullptr, 1.03, 1.03, 1},
+        {"oblique the other way", nullptr, 1, 1, -1},
+        {"half as oblique", nullptr, 1, 1, 0.5},
+        {"no pitch", nullptr, 0, 1, 1},
+        {"negative pitch", nullptr, -1, 1, 1},
+        {"no depth", nullptr, 1, 0, 1},
+        {"not oblique", nullptr, 1, 1, 0},
+        {"pitch of NaN", nullptr, NAN, 1, 1},
+        {"depth of infinity", nullptr, 1, INFINITY, 1},
+        {"obliqueness of NaN", nullptr, 1, 1, NAN},
+        {"turned placement", [](Case& c) { c.coord.position = 1; }, 1, 1, 1},
+        {"mirrored placement", [](Case& c) { c.coord.position = 4; }, 1, 1, 1},
+        {"empty profile", [](Case& c) { c.profile.clear(); }, 1, 1, 1},
+        {"behind and before changed", [](Case& c) { c.profile.resize(1, -1, 1); }, 1, 1, 1},
+        {"stretched across", [](Case& c) { c.profile.resize(1.01f, 1, 1); }, 1, 1, 1},
+        {"stretched away", [](Case& c) { c.profile.resize(1, 1.01f, 1); }, 1, 1, 1},
+        {"the last ridges are missing", [](Case& c) { c.profile.trimX(kNaN, 30); }, 1, 1, 1},
+        {"a flank is missing",
+         [](Case& c) {
+             const QList<QPointF> apexes = c.trueApexes();
+             c.profile.points.removeIf([&](const KxPointXY& p) {
+                 return static_cast<double>(p.x) > apexes[1].x() && static_cast<double>(p.x) < apexes[2].x();
+             });
+         },
+         1, 1, 1},
+        {"heights of NaN", [](Case& c) { c.profile.resize(1, kNaN, 1); }, 1, 1, 1},
+        {"all at one x", [](Case& c) { c.profile.resize(0, 1, 1); }, 1, 1, 1},
+        {"six apexes",
+         [](Case& c) {
+             c.apexes = c.trueApexes().mid(0, 5);
+             c.profile.clear();
+         },
+         1, 1, 1},
+        {"apexes of NaN",
+         [](Case& c) {
+             c.apexes = c.trueApexes();
+             c.apexes[3].setX(std::numeric_limits<double>::quiet_NaN());
+         },
+         1, 1, 1},
+        {"apexes of one place", [](Case& c) { c.apexes = QList<QPointF>(8, QPointF(1, 1)); }, 1, 1, 1},
+        {"apexes beyond the profile",
+         [](Case& c) {
+             for (const QPointF& p : c.trueApexes()) {
+                 c.apexes.append(p + QPointF(1e6, 0));
+             }
+         },
+         1, 1, 1},
+        {"huge apexes",
+         [](Case& c) {
+             for (const QPointF& p : c.trueApexes()) {
+                 c.apexes.append(p * 1e300);
+             }
+         },
+         1, 1, 1},
+    };
+    for (const auto& k : kCases) {
+        SCOPED_TRACE(k.description);
+        Case c;
+        if (k.change != nullptr) {
+            k.change(c);
+        }
+        const _KxMETRO_SensorCoord_ before = c.coord;
+        EXPECT_FALSE(c.run(k.p1, k.p2, k.p3));
+        EXPECT_EQ(exactCoord(c.coord), exactCoord(before));
+        EXPECT_TRUE(std::isnan(c.dbg.value0) && std::isnan(c.dbg.value1));
+    }
+}
+
+TEST(Calibration, RefusesWhatIsTooUncertain) {
+    const auto attempt = [](double beta, double gamma, double noise, int points) {
+        const kxsim::CalibrationObject object = kxsim::objectForPlacement(2);
+        kxsim::Pose pose = kxsim::nominalCalibrationPose(2, object);
+        pose.origin = pose.origin + 250.0 * pose.v();
+        pose.beta = 180 + beta;
+        pose.gamma = gamma;
+        pose.origin = pose.origin - 250.0 * pose.v();
+        kxsim::CalibrationSensor sensor;
+        sensor.noise = noise;
+        sensor.points = points;
+        int done = 0;
+        for (std::uint64_t i = 0; i < 20; ++i) {
+            kxsim::Random random({8, i});
+            const kxsim::CalibrationTrial trial = kxsim::tryCalibration(object, 2, pose, sensor, random);
+            done += trial.isDone ? 1 : 0;
+            EXPECT_LE(trial.angleError, 0.1) << beta << ' ' << gamma << ' ' << noise << ' ' << points;
+        }
+        return done;
+    };
+    EXPECT_EQ(attempt(45, 27, 0.02, 1280), 20);
+    EXPECT_EQ(attempt(45, 27, 0.3, 1280), 0) << "noise";
+    EXPECT_EQ(attempt(45, 27, 0.1, 200), 0) << "few points";
+    EXPECT_EQ(attempt(45, 27, 0.02, 60), 0) << "fewer points";
+    EXPECT_EQ(attempt(2, 27, 0.02, 1280), 0) << "along the ridges";
+    for (const double noise : {0.0, 0.02}) { // where a sign is not told, or the noise grows without bound
+        for (const double gamma : {0.0, 0.01, 0.1}) {
+            EXPECT_LE(attempt(45, gamma, noise, 1280), noise == 0 && gamma > 0.05 ? 20 : 0) << "gamma near 0";
+            EXPECT_EQ(attempt(90, gamma, noise, 1280), 0) << "beta 90";
+        }
+        EXPECT_EQ(attempt(89.99, 27, noise, 1280), 0) << "beta near 90";
+    }
+}
+
+TEST(Calibration, ChanceShapesAreNoObject) {
+    std::mt19937 engine(9);
+    std::uniform_real_distribution<float> uniform(0, 1);
+    int withApexes = 0;
+    for (int round = 0; round < 300; ++round) {
+        Case c;
+        // Seven or more apexes at random about those of the object.
+        float x = -60;
+        float y = 250;
+        c.profile.clear();
+        for (int flank = 0; flank < 10; ++flank) {
+            const float width = 8 + 16 * uniform(engine);
+            const float slope = (flank % 2 == 0 ? -1.0f : 1.0f) * (0.5f + 1.5f * uniform(engine));
+            for (float step = 0; step < width; step += 0.1f) {
+                c.profile.points.append(KxPointXY(x + step, y + slope * step));
+            }
+            x += width;
+            y += slope * width;
+        }
+        EXPECT_FALSE(c.run()) << "round " << round;
+        withApexes += c.dbg.apexCount >= 7 ? 1 : 0;
+    }
+    EXPECT_GT(withApexes, 200);
+}
+
+TEST(Calibration, ReportsWhatItFoundWhateverTheNumber) {
+    const QList<QPointF> many = QList<QPointF>(40, QPointF(1, 2)) + QList<QPointF>(5, QPointF(3, 4));
+    for (const int count : {0, 1, 2, 10, 11, 12, 45}) {
+        SCOPED_TRACE(count);
+        Case c;
+        c.profile.clear();
+        c.apexes = many.mid(45 - count);
+        EXPECT_FALSE(c.run());
+        const int shown = std::min(count, 10);
+        EXPECT_EQ(c.dbg.apexCount, shown);
+        for (int i = 0; i < shown; ++i) {
+            EXPECT_EQ(c.dbg.apexX[i], static_cast<float>(c.apexes[i].x()));
+            EXPECT_EQ(c.dbg.apexY[i], static_cast<float>(c.apexes[i].y()));
+        }
+        for (int i = std::max(0, count - 1); i <= shown; ++i) {
+            EXPECT_TRUE(std::isnan(c.dbg.lineK[i]) && std::isnan(c.dbg.lineB[i])) << "line " << i;
+        }
+    }
+}

@@ -1,0 +1,24 @@
+// A calibration of a simulated sensor, and how far it comes out from the truth.
+#pragma once
+
+#include "simulator/calibrationObject.h"
+
+namespace kxsim {
+
+struct CalibrationTrial {
+    bool isInView; ///< all ridges of the object
+    bool isDone; ///< what the calibration returned
+    double angleError; ///< largest error of an angle in degrees, modulo 360
+    double
+        pointError; ///< largest distance of a point put back with the result from where it was measured, noise included
+};
+
+/// Takes a profile of the object and calibrates the sensor with it. For placements whose y the calibration does not
+/// find, the record holds the true one.
+CalibrationTrial tryCalibration(const CalibrationObject& object, int placement, const Pose& pose,
+                                const CalibrationSensor& sensor, Random& random);
+
+/// The nominal pose turned by angles in degrees about the sensor (mirrored for mirrored placements) and then moved.
+Pose offsetPose(const Pose& nominal, int placement, double alpha, double beta, double gamma, const Vec3& offset);
+
+} // namespace kxsim
