@@ -69,25 +69,25 @@ KXMATH_EXPORT void METRO_XYtoXYZ(KxProfile& profile, KxPointCloud<KxPointXYZ>& c
 KXMATH_EXPORT void METRO_XYtoXYZ(KxProfile& profile, KxPointCloud<KxPointXYZ>& cloud, _KxMETRO_SensorCoord_& coord,
                                  float radius, float step, int index);
 
-/// Finds the pose of a sensor from a profile of the calibration object, which faces the sensor: roof ridges along X
-/// with their crests in the plane Y = `p4`, at Z = -P, 0, P and, obliquely, 2.5 P + p3 X, with half a ridge at either
-/// end
-/// (-Z for the placements 3 and 4). docs/calibration.md draws and derives it.
+/// Finds the pose of a sensor from a profile of the calibration object: roof ridges along X that face the sensor, their
+/// crests in the plane Y = `p4`, at Z = -P, 0, P and, obliquely, 2.5 P + p3 X, with half a ridge at either end (at -Z
+/// for the placements 3 and 4). docs/calibration.md draws and derives it.
+///
+/// One profile does not tell the sign of gamma: it is taken as 0 to 180 degrees before folding. A sensor that is turned
+/// the other way round about its axis gets the pose of a mirror image.
 /// @param p1 2 P, the way from the first to the third crest
 /// @param p2 depth of the valleys between the straight crests
 /// @param p3 obliqueness of the fourth crest, not 0; its sign is that of the object as it stands
 /// @param p4 Y of the plane of the crests
 /// @param coord `position` is read: 3 and 4 give alpha and gamma as 2 pi less the angle found, 2, 4 and 5 add pi to
 ///        beta. Receives the angles in radians, x, z and, for 2, 4 and 5 only, y
-/// @param apexes crest, valley, crest, ... of the object where they are known roughly; empty: METRO_detectApexes()
-/// finds
-///        them with 2.0. The flanks between them are fitted to the profile; with an empty profile the apexes are taken
-///        as exact
+/// @param apexes crest, valley, crest, ... of the object where they are known roughly; when empty,
+///        METRO_detectApexes() finds them with 2.0. The flanks between them are fitted to the profile; with an empty
+///        profile the apexes are taken as exact
 /// @param dbg receives the apexes and lines, whatever the result; may be null
-/// @return false, `coord` untouched, when the seven apexes of the object are not found, when a flank has too few
-/// points,
-///         when no pose gives finite values, when lengths contradict the object, or when the noise of the profile
-///         leaves an angle uncertain by more than 0.1 degrees or a point by more than 0.2 mm (four standard deviations)
+/// @return false, `coord` untouched, when the seven apexes of the object are not found, a flank has too few points, no
+///         pose gives finite values, lengths contradict the object, or the noise of the profile leaves an angle
+///         uncertain by more than 0.1 degrees or a point by more than 0.2 mm (four standard deviations)
 KXMATH_EXPORT bool METRO_calcAnglesCoord(KxProfile& profile, float p1, float p2, float p3, float p4,
                                          _KxMETRO_SensorCoord_& coord, QList<QPointF> apexes, _KxMETRO_DbgData_* dbg);
 

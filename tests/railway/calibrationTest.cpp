@@ -287,6 +287,22 @@ TEST(Calibration, RefusesWhatIsTooUncertain) {
     }
 }
 
+TEST(Calibration, ProfilesThatEndAboutTheObliqueCrest) {
+    int hidden = 0;
+    for (std::uint64_t i = 0; i < 300; ++i) {
+        kxsim::Random random({11, i});
+        kxsim::CalibrationObject object = kxsim::objectForPlacement(4);
+        object.slope = 0.58; // noise alone makes a crest on a flank that lies across the line of sight
+        const kxsim::Pose pose{{164.0, 669.0, -10.0}, -3.0, 221.0, -36.0};
+        kxsim::CalibrationSensor sensor;
+        sensor.fan = random.uniform(38, 44);
+        const kxsim::CalibrationTrial trial = kxsim::tryCalibration(object, 4, pose, sensor, random);
+        hidden += trial.isInView ? 0 : 1;
+        EXPECT_LE(trial.pointError, 0.3) << "fan of " << sensor.fan << " degrees";
+    }
+    EXPECT_GT(hidden, 100);
+}
+
 TEST(Calibration, ChanceShapesAreNoObject) {
     std::mt19937 engine(9);
     std::uniform_real_distribution<float> uniform(0, 1);

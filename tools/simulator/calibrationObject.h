@@ -43,8 +43,7 @@ struct CalibrationSensor {
     double noise = 0.02; ///< standard deviation of py, mm
 };
 
-/// Appends the profile that a sensor takes of the object. Rays that miss it, or hit it
-/// beyond the range, give no point.
+/// Appends the profile that a sensor takes of the object. Rays that miss it, or hit it beyond the range, give no point.
 /// @param hits receives where the points were measured in the track frame, without noise; may be null
 /// @return true when all ridges lie in view: all flanks from the valley before the first straight crest to the valley
 ///         behind the oblique one are seen over four fifths of their width or more

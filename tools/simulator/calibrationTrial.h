@@ -9,8 +9,7 @@ struct CalibrationTrial {
     bool isInView; ///< all ridges of the object
     bool isDone; ///< what the calibration returned
     double angleError; ///< largest error of an angle in degrees, modulo 360
-    double
-        pointError; ///< largest distance of a point put back with the result from where it was measured, noise included
+    double pointError; ///< largest distance of a point put back with the result from where it was, noise included
 };
 
 /// Takes a profile of the object and calibrates the sensor with it. For placements whose y the calibration does not

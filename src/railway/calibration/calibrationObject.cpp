@@ -10,13 +10,14 @@ bool CalibrationObject::isValid() const {
            std::isfinite(obliqueness); // NaN: false
 }
 
-double CalibrationObject::depthAt(int ridge, double x, double z) const {
+double CalibrationObject::depthAt(int ridge, bool isBehind, double x, double z) const {
     constexpr int kOblique = 3;
     const double slope = 2.0 * depth / pitch();
+    const double side = isBehind ? 1.0 : -1.0;
     if (ridge == kOblique) {
-        return slope * obliqueSlopeFactor * std::abs(z - obliqueCrestZ() - obliqueness * x);
+        return side * slope * obliqueSlopeFactor * (z - obliqueCrestZ() - obliqueness * x);
     }
-    return slope * std::abs(z - pitch() * (ridge - 1));
+    return side * slope * (z - pitch() * (ridge - 1));
 }
 
 } // namespace KxMath::detail

@@ -18,9 +18,10 @@ struct CalibrationObject {
 
     double pitch() const { return twoPitches / 2.0; }
     double obliqueCrestZ() const { return 1.25 * twoPitches; } ///< at X = 0
-    /// Depth behind the plane of the crests, on the ridge whose crest is at Z = -P, 0, P (0 to 2) or the oblique one
-    /// (3).
-    double depthAt(int ridge, double x, double z) const;
+    /// Depth behind the plane of the crests, on a flank of the ridge whose crest is at Z = -P, 0, P (0 to 2) or of the
+    /// oblique one (3). Negative where the crest has been passed.
+    /// @param isBehind the flank at the larger Z
+    double depthAt(int ridge, bool isBehind, double x, double z) const;
 };
 
 } // namespace KxMath::detail

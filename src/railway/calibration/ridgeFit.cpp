@@ -252,14 +252,15 @@ std::optional<RidgeFit> fitRidges(const QList<ProfilePoint>& points, const Apexe
     constexpr double kFineMargin = 0.04;
     const double originX = static_cast<double>(apexes[2].x);
     FlankEnds ends = flankEnds(points, apexes);
-    QList<Flank> flanks = cutFlanks(points, ends, kRoughMargin);
-    if (flanks.isEmpty()) {
-        return std::nullopt;
-    }
-    refine(ends, fitLines(flanks, originX).value, originX);
-    flanks = cutFlanks(points, ends, kFineMargin);
-    if (flanks.isEmpty()) {
-        return std::nullopt;
+    QList<Flank> flanks;
+    for (const double margin : {kRoughMargin, kFineMargin, kFineMargin}) {
+        if (!flanks.isEmpty()) {
+            refine(ends, fitLines(flanks, originX).value, originX);
+        }
+        flanks = cutFlanks(points, ends, margin);
+        if (flanks.isEmpty()) {
+            return std::nullopt;
+        }
     }
     RidgeFit fit;
     Uncertain<kLineValueCount> lines = fitLines(flanks, originX);

@@ -166,7 +166,7 @@ double squaredResiduals(const Flank& flank, const SensorPose& pose, const Sensor
     double squares = 0.0;
     for (const ProfilePoint& point : flank.points) {
         const TrackPoint p = toTrack(pose, rotation, point.x, point.y);
-        const double residual = facing * (p.y - object.crestY) - object.depthAt(flank.ridge, p.x, p.z);
+        const double residual = facing * (p.y - object.crestY) - object.depthAt(flank.ridge, flank.isBehind, p.x, p.z);
         squares += residual * residual;
     }
     return squares;
