@@ -1,0 +1,127 @@
+// Conicity, sensor coordinates, apexes and wheels.
+#include "golden.h"
+
+#include "shapes/crossSections.h"
+
+#include <array>
+#include <memory>
+#include <vector>
+
+using namespace KxMath;
+
+namespace golden {
+
+namespace {
+
+/// A flange of a parabola, a straight flank and a tread over 135 mm, its lowest point that of the flange.
+QList<KxPointXYZ> rimPoints() {
+    QList<KxPointXYZ> points;
+    for (int i = 0; i < 1350; ++i) {
+        const float x = static_cast<float>(i) * 0.1f;
+        const float flange = (x - 16.0f) * (x - 16.0f) / 8.5f;
+        const float tread = 28.0f + (x - 70.0f) / 20.0f;
+        points.append(KxPointXYZ(800.0f - x, flange < tread ? flange : tread, 1.0f));
+    }
+    return points;
+}
+
+void printConicity() {
+    KxProfile wheel1;
+    KxProfile wheel2;
+    KxProfile rail1;
+    KxProfile rail2;
+    for (KxProfile* const wheel : {&wheel1, &wheel2}) {
+        kxtool::appendConicalWheel(*wheel, wheel == &wheel1 ? 0.05f : 0.0625f);
+    }
+    for (KxProfile* const rail : {&rail1, &rail2}) {
+        kxtool::appendRoundRail(*rail, 80.0f);
+    }
+    KxProfile conicity;
+    KxProfile deltaR;
+    KxProfile slope1;
+    KxProfile slope2;
+    std::array<KxProfile*, 4> placed{};
+    std::vector<KxProfile*> contacts1(4096);
+    std::vector<KxProfile*> contacts2(4096);
+    int count1 = 0;
+    int count2 = 0;
+    const int made =
+        EquivalentConicity(wheel1, wheel2, rail1, rail2, 460.0f, 459.5f, 1442.0f, 1360.0f, 12u, conicity, deltaR,
+                           slope1, slope2, placed.data(), contacts1.data(), count1, contacts2.data(), count2, 0.001f);
+    Line("conicity") << made << conicity << deltaR << slope1 << slope2 << count1 << count2;
+    for (KxProfile* profile : placed) {
+        const std::unique_ptr<KxProfile> owned(profile);
+        if (owned) {
+            Line("conicity.placed") << *owned;
+        }
+    }
+    QList<KxPointXY> points;
+    for (int i = 0; i < count1; ++i) {
+        for (KxProfile* const contact :
+             {contacts1[static_cast<std::size_t>(i)], contacts2[static_cast<std::size_t>(i)]}) {
+            const std::unique_ptr<KxProfile> owned(contact);
+            points.append(owned->points);
+        }
+    }
+    Line("conicity.contacts") << points;
+}
+
+} // namespace
+
+void printRailway() {
+    printConicity();
+
+    _KxMETRO_SensorCoord_ coord{1.5f, -250.25f, 33.0f, 10.5f, 46.75f, 27.1f, 1};
+    for (const int position : {1, 2, 3, 4, 5}) {
+        coord.position = position;
+        KxProfile profile;
+        profile.points = profilePoints(9, 300, 60, true);
+        KxPointCloud<KxPointXYZ> placed;
+        METRO_XYtoXYZ(profile, placed, coord);
+        Line("coordinates") << placed;
+        KxPointCloud<KxPointXYZ> rolled;
+        METRO_XYtoXYZ(profile, rolled, coord, 430.0f, 2.5f, 7);
+        Line("coordinates.rolled") << rolled;
+    }
+
+    KxProfile ridges;
+    for (int i = 0; i < 640; ++i) {
+        const int phase = i % 160;
+        ridges.points.append(
+            KxPointXY(static_cast<float>(i) * 0.1f, static_cast<float>(phase < 80 ? phase : 160 - phase) * 0.12f));
+    }
+    KxProfile apexes;
+    QList<KxLine> lines;
+    Line line("apexes");
+    line << METRO_detectApexes(ridges, apexes, lines, 0.3f) << apexes;
+    for (const KxLine& flank : std::as_const(lines)) {
+        line << flank;
+    }
+
+    KxProfile left;
+    KxProfile right;
+    left.points = profilePoints(10, 400, 70, false);
+    right.points = profilePoints(11, 400, 70, false);
+    Line("wheels.distance") << METRO_calcWheelsDist(left, right, KxLine(0.01f, 15), KxLine(-0.02f, 14), 1360.0f);
+
+    std::array<KxPointCloud<KxPointXYZ>, 3> arcs;
+    for (int i = 0; i < 60; ++i) {
+        for (int arc = 0; arc < 3; ++arc) {
+            const float x = static_cast<float>(arc * 100 - 100 + i);
+            arcs[static_cast<std::size_t>(arc)].points.append(
+                KxPointXYZ(x, x * x / 860.0f, static_cast<float>((i - 30) * (i - 30))));
+        }
+    }
+    KxCircle circle;
+    METRO_calcWheel(arcs[0], arcs[1], arcs[2], circle);
+    Line("wheel.circle") << circle;
+    KxPointCloud<KxPointXYZ> rim;
+    rim.points = rimPoints();
+    _WheelProfileValues values{};
+    KxProfile measured;
+    METRO_calcWheelParameters(rim, KxCircle(0, 0, 430), &values, &measured);
+    Line("wheel.parameters") << values.heightAt70 << values.xAtLevel18 << values.widthLevel2ToH13 << values.heightExcess
+                             << measured;
+}
+
+} // namespace golden
