@@ -78,7 +78,7 @@ bool readRecords(QFile& file, quint32 claimed, QList<Record>& records, Visit vis
     constexpr qint64 kPortion = 262144 / kRecordSize; // stays in the cache until it is visited
     const auto there = [&] { return file.bytesAvailable() / kRecordSize; };
     records = QList<Record>(); // releases its memory before as much is taken again
-    UnfilledList<Record> list(std::min<qint64>(claimed, there()));
+    UnfilledList<Record> list(std::min<qint64>(claimed, there() + 1)); // the one more finds that nothing is there
     qint64 missing = claimed;
     for (bool isShort = false; missing > 0 && !isShort;) {
         const qint64 wanted = std::min({missing, kPortion, std::max<qint64>(there(), 1)});

@@ -1,0 +1,220 @@
+// Files of each format with every bit of their beginning flipped, and cut at every length, against readers that take
+// the bytes apart by definition.
+#include "railway/workingFolder.h"
+#include "support/bits.h"
+#include "support/tempFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <QtCore/QtEndian>
+
+#include <cstring>
+
+using namespace KxMath;
+using namespace testing_support;
+
+namespace {
+
+template <typename Number>
+Number numberAt(const QByteArray& bytes, qsizetype at) {
+    return qFromLittleEndian<Number>(bytes.constData() + at);
+}
+
+/// How one kind of record stands in a file: marker, count, for some a position, points of 32-bit fields.
+struct Format {
+    char marker;
+    int countSize;
+    int positionSize;
+    int pointSize;
+
+    int headSize() const { return 1 + countSize + positionSize; }
+};
+
+constexpr Format kFlat{2, 2, 0, 8};
+constexpr Format kSpace{3, 4, 0, 12};
+constexpr Format kColour{4, 4, 0, 16};
+constexpr Format kPositioned{5, 2, 4, 8};
+
+/// What a reader makes of the bytes from `at` on.
+struct Outcome {
+    int value = -1;
+    qsizetype position = 0;
+    QByteArray points; ///< the bytes of the points that are kept
+    QByteArray z = QByteArray::fromHex("0000c07f"); ///< the bytes of the position, at first those of NaN
+};
+
+Outcome readByDefinition(const Format& format, const QByteArray& bytes, qsizetype at) {
+    Outcome outcome;
+    outcome.position = at;
+    if (bytes.size() < at + 1 + format.countSize || bytes[at] != format.marker) {
+        return outcome;
+    }
+    const quint32 count = format.countSize == 2 ? numberAt<quint16>(bytes, at + 1) : numberAt<quint32>(bytes, at + 1);
+    const QByteArray z = bytes.mid(at + 1 + format.countSize, format.positionSize);
+    outcome.z.replace(0, z.size(), z);
+    const qsizetype there = std::max<qsizetype>(0, (bytes.size() - at - format.headSize()) / format.pointSize);
+    const qsizetype kept = std::min<qsizetype>(count, there);
+    outcome.points = bytes.mid(at + format.headSize(), kept * format.pointSize);
+    if (bytes.size() >= at + format.headSize() && there >= static_cast<qsizetype>(count)) {
+        outcome.value = static_cast<int>(count);
+        outcome.position = at + format.headSize() + kept * format.pointSize;
+    }
+    return outcome;
+}
+
+template <typename Reader>
+Outcome readWith(const QString& name, qsizetype at) {
+    QFile file(name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly) && file.seek(at));
+    Reader reader;
+    reader.points.resize(3);
+    Outcome outcome;
+    outcome.value = reader.readFromFile(file);
+    outcome.position = file.pos();
+    outcome.points = QByteArray(reinterpret_cast<const char*>(reader.points.constData()),
+                                reader.points.size() * qsizetype{sizeof(reader.points[0])});
+    if constexpr (requires { reader.z; }) {
+        outcome.z = QByteArray(reinterpret_cast<const char*>(&reader.z), sizeof(reader.z));
+    }
+    return outcome;
+}
+
+/// A record of `count` points whose bytes count up, so that no two fields look alike.
+QByteArray record(const Format& format, int count) {
+    QByteArray bytes(1, format.marker);
+    bytes += char(count) + QByteArray(format.countSize - 1, '\0');
+    while (bytes.size() < format.headSize() + count * format.pointSize) {
+        bytes += static_cast<char>(0x11 + 3 * bytes.size());
+    }
+    return bytes;
+}
+
+template <typename Reader>
+void expectDefinition(const TempFiles& files, const Format& format, const QByteArray& bytes, qsizetype at) {
+    const Outcome expected = readByDefinition(format, bytes, at);
+    const Outcome found = readWith<Reader>(files.write("file", bytes), at);
+    ASSERT_EQ(found.value, expected.value) << bytes.toHex().constData();
+    ASSERT_EQ(found.position, expected.position) << bytes.toHex().constData();
+    ASSERT_EQ(found.points, expected.points) << bytes.toHex().constData();
+    ASSERT_EQ(found.z, expected.z) << bytes.toHex().constData();
+}
+
+template <typename Reader>
+void expectDefinitionOfDamage(const Format& format) {
+    const TempFiles files;
+    const QByteArray before = "ab";
+    const QByteArray whole = before + record(format, 3) + record(format, 1);
+    const int fragile = 8 * (format.headSize() + format.pointSize);
+    for (int bit = -1; bit < fragile; ++bit) {
+        QByteArray damaged = whole;
+        if (bit >= 0) {
+            damaged[before.size() + bit / 8] = static_cast<char>(damaged[before.size() + bit / 8] ^ (1 << bit % 8));
+        }
+        // A flip in the head at every length, one in a point in the whole file.
+        const bool isHead = bit < 8 * format.headSize();
+        for (qsizetype length = isHead ? before.size() : whole.size(); length <= whole.size(); ++length) {
+            expectDefinition<Reader>(files, format, damaged.first(length), before.size());
+            ASSERT_FALSE(testing::Test::HasFatalFailure()) << "bit " << bit << " length " << length;
+        }
+    }
+}
+
+TEST(DamagedFiles, SectionsAndRecordsAtEveryBitAndLength) {
+    expectDefinitionOfDamage<KxPointCloud<KxPointXY>>(kFlat);
+    expectDefinitionOfDamage<KxPointCloud<KxPointXYZ>>(kSpace);
+    expectDefinitionOfDamage<KxPointCloud<KxPointXYZRGB>>(kColour);
+    expectDefinitionOfDamage<KxProfileZ>(kPositioned);
+}
+
+TEST(DamagedFiles, TextAtEveryBitAndLength) {
+    const QByteArray whole = "1,5;2\n-3.25;4e1;9\r\n;nan\n7\n\n8;9\n";
+    const auto byDefinition = [](const QByteArray& bytes) {
+        QList<KxPointXY> points;
+        for (QString line : QString::fromUtf8(bytes).split(QLatin1Char('\n'))) {
+            if (line.endsWith(QLatin1Char('\r'))) {
+                line.chop(1);
+            }
+            if (line.isEmpty()) {
+                break;
+            }
+            const QStringList fields = line.replace(QLatin1Char(','), QLatin1Char('.')).split(QLatin1Char(';'));
+            if (fields.size() > 1) {
+                points.append({static_cast<float>(fields[0].toDouble()), static_cast<float>(fields[1].toDouble())});
+            }
+        }
+        return points;
+    };
+    const TempFiles files;
+    const auto check = [&](const QByteArray& bytes) {
+        KxProfile profile;
+        const QList<KxPointXY> expected = byDefinition(bytes);
+        ASSERT_EQ(profile.readFromCSVFile(files.write("file", bytes), 0, 1), expected.size()) << bytes.constData();
+        ASSERT_EQ(exact(profile.points), exact(expected)) << bytes.constData();
+    };
+    ASSERT_EQ(byDefinition(whole).size(), 3);
+    for (qsizetype at = 0; at < whole.size(); ++at) {
+        check(whole.first(at));
+        for (int bit = 0; bit < 8; ++bit) {
+            QByteArray damaged = whole;
+            damaged[at] = static_cast<char>(damaged[at] ^ (1 << bit));
+            check(damaged);
+        }
+    }
+}
+
+/// How many bytes of a recording are whole records: sections and records mixed.
+qsizetype wholeRecords(const QByteArray& bytes) {
+    for (qsizetype at = 0;;) {
+        const Outcome outcome = readByDefinition(at < bytes.size() && bytes[at] == 5 ? kPositioned : kFlat, bytes, at);
+        if (outcome.value < 0) {
+            return at;
+        }
+        at = outcome.position;
+    }
+}
+
+/// Number of wheels and all files that detection makes of a recording.
+QByteArray detected(QSettings& settings, const QByteArray& recording) {
+    QDir directory("left_12");
+    directory.removeRecursively();
+    WorkingFolder::write("left_12.bin", recording);
+    int wheels = -7;
+    QByteArray all = METRO_detectWheels("left_12.bin", &settings, 0, &wheels) ? "found " : "failed ";
+    all += QByteArray::number(wheels);
+    for (const QString& name : directory.entryList(QDir::Files, QDir::Name)) {
+        all += name.toLatin1() + WorkingFolder::read(directory.filePath(name));
+    }
+    return all;
+}
+
+TEST(DamagedFiles, RecordingsAtEveryLengthAndBitOfTheirFirstRecord) {
+    WorkingFolder folder;
+    const auto settings = folder.settings({{"minProfsInWheel", 1},
+                                           {"SENSOR1/SN", 12},
+                                           {"SENSOR1/level_k", 0},
+                                           {"SENSOR1/level_b", 5},
+                                           {"SENSOR1/minPointsIn", 2}});
+    QByteArray whole;
+    for (const bool withZ : {false, true, true, false, true}) {
+        KxProfile profile;
+        for (int i = 0; i < 7; ++i) {
+            profile.points.append(KxPointXY(static_cast<float>(whole.size() + i), whole.size() > 150 ? 9.0f : 1.0f));
+        }
+        whole += testing_support::record(profile, withZ);
+    }
+    const auto check = [&](const QByteArray& bytes) {
+        ASSERT_EQ(detected(*settings, bytes), detected(*settings, bytes.first(wholeRecords(bytes))));
+    };
+    ASSERT_EQ(wholeRecords(whole), whole.size());
+    ASSERT_TRUE(detected(*settings, whole).startsWith("found 1"));
+    for (qsizetype length = 0; length < whole.size(); ++length) {
+        check(whole.first(length));
+    }
+    for (int bit = 0; bit < 8 * 11; ++bit) { // the head and the first point
+        QByteArray damaged = whole;
+        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
+        check(damaged);
+    }
+}
+
+} // namespace

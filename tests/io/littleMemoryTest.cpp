@@ -1,0 +1,87 @@
+// Files that claim more than they hold, read by a process that cannot have as much memory as they claim.
+#include "support/tempFiles.h"
+
+#include <KxMath/KxMath.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace KxMath;
+using namespace testing_support;
+
+namespace {
+
+/// Address space of this process now, in bytes.
+[[maybe_unused]] rlim_t addressSpace() {
+    QFile file(QStringLiteral("/proc/self/statm"));
+    return file.open(QIODevice::ReadOnly)
+               ? file.readAll().split(' ').first().toULongLong() * static_cast<rlim_t>(sysconf(_SC_PAGESIZE))
+               : 0;
+}
+
+/// Expects the work to say true in a process that may take `more` bytes than this one.
+void expectWithin([[maybe_unused]] rlim_t more, const std::function<bool()>& work) {
+#ifdef __SANITIZE_ADDRESS__
+    EXPECT_TRUE(work()); // the sanitizer itself needs more address space
+#else
+    const auto limited = [&] {
+        const rlimit limit{addressSpace() + more, RLIM_INFINITY};
+        return setrlimit(RLIMIT_AS, &limit) == 0 && work();
+    };
+    EXPECT_EXIT(std::exit(limited() ? 0 : 1), testing::ExitedWithCode(0), "");
+#endif
+}
+
+constexpr rlim_t kMegabyte = 1 << 20;
+
+TEST(LittleMemory, ClaimsOfFourBytesCostNothing) {
+    const TempFiles files;
+    const QString space = files.write("space", QByteArray::fromHex("03ffffffff"));
+    const QString colour = files.write("colour", QByteArray::fromHex("04ffffffff"));
+    const QString flat = files.write("flat", QByteArray::fromHex("02ffff"));
+    const QString positioned = files.write("positioned", QByteArray::fromHex("05ffff00000000"));
+    expectWithin(8 * kMegabyte, [&] {
+        KxPointCloud<KxPointXYZ> cloud;
+        KxPointCloud<KxPointXYZRGB> colours;
+        KxPointCloud<KxPointXY> plane;
+        KxProfileZ profile;
+        KxProfileZSet set;
+        // Often, so that what each of them might keep would add up.
+        for (int i = 0; i < 1000; ++i) {
+            if (cloud.readFromFile(space) != -1 || colours.readFromFile(colour) != -1 ||
+                plane.readFromFile(flat) != -1 || profile.readFromFile(positioned) != -1 ||
+                set.readFromFile(positioned) != 0 || set.readFromFile(flat, 0, 1) != 0) {
+                return false;
+            }
+        }
+        return cloud.isEmpty() && colours.isEmpty() && plane.isEmpty() && profile.isEmpty();
+    });
+}
+
+TEST(LittleMemory, PointsTakeTheirOwnSizeAndNoMore) {
+    const TempFiles files;
+    constexpr int kPoints = 2000000;
+    const QString name = files.write("cloud", QByteArray::fromHex("03ffffffff") + QByteArray(12 * kPoints, '\1'));
+    expectWithin(12ull * kPoints + 8 * kMegabyte, [&] {
+        KxPointCloud<KxPointXYZ> cloud;
+        return cloud.readFromFile(name) == -1 && cloud.size() == kPoints && cloud.points.capacity() < kPoints + 16 &&
+               cloud.readFromFile(name) == -1; // again into the same cloud
+    });
+}
+
+TEST(LittleMemory, ALineOfTextTakesAFewTimesItsLength) {
+    const TempFiles files;
+    constexpr qsizetype kLength = 50000000;
+    const QString name = files.write("line.csv", "1;2\n" + QByteArray(kLength, ';') + "\n3;4\n");
+    expectWithin(8 * kLength, [&] {
+        KxProfile profile;
+        return profile.readFromCSVFile(name, 0, 1) == 3 && profile.points[2].x == 3.0f;
+    });
+}
+
+} // namespace
