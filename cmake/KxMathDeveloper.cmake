@@ -8,6 +8,11 @@ if(PROJECT_IS_TOP_LEVEL)
         "-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
     set(CMAKE_EXE_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
     set(CMAKE_SHARED_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
+    # -DCMAKE_BUILD_TYPE=FUZZ, with clang: the same, and what libFuzzer needs to see which code an input reaches.
+    set(CMAKE_CXX_FLAGS_FUZZ
+        "-O1 -gline-tables-only -fno-omit-frame-pointer -fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
+    set(CMAKE_EXE_LINKER_FLAGS_FUZZ "-fsanitize=address,undefined")
+    set(CMAKE_SHARED_LINKER_FLAGS_FUZZ "-fsanitize=fuzzer-no-link,address,undefined")
 endif()
 
 # Linked privately. Without KXMATH_DEVELOPER it adds nothing, so that a new compiler breaks nobody's build.

@@ -28,6 +28,8 @@ need() {
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev)
 # What the tests need besides: GoogleTest, the other compiler, and what looks at the library and at the pages.
 test_packages=(libgtest-dev clang pkg-config binutils python3)
+# What the fuzzers need besides: the other compiler with its sanitizers.
+fuzz_packages=(clang libclang-rt-14-dev python3)
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache

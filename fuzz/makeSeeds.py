@@ -1,0 +1,178 @@
+#!/usr/bin/env python3
+"""Writes small valid inputs from which a fuzzer starts: makeSeeds.py TARGET FOLDER [--tool KXMATH] [--files DIR]
+
+With --tool the program kxmath simulates a train whose recordings, thinned out, are inputs too; with --files so are the
+files of a folder, text files shortened to some hundred lines.
+"""
+
+import argparse
+import math
+import pathlib
+import random
+import struct
+import subprocess
+import tempfile
+
+SEPARATOR = b"@@@@"
+
+
+def section(kind, points):
+    count = {2: "<H", 3: "<I", 4: "<I"}[kind]
+    record = {2: "<2f", 3: "<3f", 4: "<3fI"}[kind]
+    return bytes([kind]) + struct.pack(count, len(points)) + b"".join(struct.pack(record, *p) for p in points)
+
+
+def record(z, points):
+    return b"\x05" + struct.pack("<Hf", len(points), z) + b"".join(struct.pack("<2f", *p) for p in points)
+
+
+def profile(n, height):
+    return [(0.5 * i, height + 0.1 * (i % 3)) for i in range(n)]
+
+
+def wheel():
+    """x outwards from the flange back, y down."""
+    flange = [(0.5 * i, -28 * math.sin(math.pi * i / 80)) for i in range(80)]
+    return flange + [(float(x), -x / 20) for x in range(40, 135)]
+
+
+def rail():
+    return [(float(x), 80 - math.sqrt(6400 - (x - 32) ** 2)) for x in range(65)]
+
+
+def csv(points):
+    return "".join(f"{x:.6g};{y:.6g}\n".replace(".", ",") for x, y in points).encode()
+
+
+def scan(kind):
+    """Rows of a plate with an edge."""
+    rows = [[(0.5 * i, 5.0 if 5 < i < 15 and 3 < row < 12 else 0.0) for i in range(20)] for row in range(16)]
+    return b"".join(section(2, row) if kind == 2 else record(0.5 * z, row) for z, row in enumerate(rows))
+
+
+def settings(low_line):
+    text = "[General]\nuse=1\nminProfsInWheel=2\ncalibrLines2=1360\nmaxDeviation=0.3\npointsHigher=5\n"
+    for sensor in (1, 2):
+        text += f"[SENSOR{sensor}]\nSN={sensor}\nlevel_k=0\nlevel_b=100\nk2=0\nb2=90\nwndSize=3\nmaxdY=1.5\n"
+        text += f"{low_line}_k=0\n{low_line}_b=10\nmaxCorr=4\nparts=1\nmaxDist=10\nminPointsIn=2\nhigherPoinInWnd=1\n"
+    return text.encode()
+
+
+CLOUDS = [
+    section(2, profile(5, 1.0)),
+    section(3, [(x, y, 2.0) for x, y in profile(4, 1.0)]),
+    section(4, [(x, y, 2.0, 0xFF0000) for x, y in profile(3, 1.0)]),
+    section(2, []) + section(2, profile(2, 0.0)),
+]
+RECORDS = [record(1.5, profile(6, 2.0)) + record(2.0, []) + record(2.5, profile(3, 1.0))]
+CSV = [b"1,5;-2\n0,25;1e-07\n", b"7;8;9\n1;2\n\n3;4\n", b"x;y\n1.5;nan\n-inf;2\n"]
+TEXTS = [
+    b"1 2 3\n4 5 6\n",
+    b"# x y z r g b\n1\t2\t3\t255\t0\t7\n4,5,6\n",
+    b"ply\nformat ascii 1.0\nelement vertex 1\nproperty float x\nproperty float y\nproperty float z\nend_header\n1 2 3\n",
+    b"ply\nformat binary_little_endian 1.0\nelement vertex 1\nproperty double x\nproperty float y\nproperty float z\n"
+    b"property uchar red\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n" + bytes(40),
+    b"VERSION .7\nFIELDS x y z rgb\nSIZE 4 4 4 4\nTYPE F F F U\nCOUNT 1 1 1 1\nWIDTH 1\nHEIGHT 1\nPOINTS 1\nDATA binary\n"
+    + bytes(16),
+    b"FIELDS x y z\nSIZE 4 4 4\nTYPE F F F\nPOINTS 2\nDATA ascii\n1 2 3\nnan 5 6\n",
+    b"Filename=a\nXYPoints=2\n\n0.1 0.2 3 4\n1.5 2.5 3 4\n",
+    bytes(32),
+]
+WHEELS = b"".join(record(i, profile(20, 50.0 if 3 < i < 9 else 150.0)) for i in range(12))
+SECTIONS = b"".join(section(2, profile(30, 40.0 + i / 4 if i > 1 else 140.0)) for i in range(8))
+
+
+def simulated(tool):
+    """Settings, both recordings and settings for defects of a short train, with fewer points."""
+    with tempfile.TemporaryDirectory() as folder:
+        options = "--serial1 1 --serial2 2 --cars 1 --bogies 1 --axles 1 --rate 150 --idle 2 --prefix t".split()
+        subprocess.run([tool, "simulate", *options, folder], check=True, stdout=subprocess.DEVNULL)
+        path = pathlib.Path(folder)
+        thinned = []
+        for name in ("t_1.bin", "t_2.bin"):
+            data = (path / name).read_bytes()
+            at = 0
+            records = []
+            while at < len(data):
+                count, z = struct.unpack_from("<Hf", data, at + 1)
+                points = [struct.unpack_from("<2f", data, at + 7 + 8 * i) for i in range(0, count, 12)]
+                records.append(record(z, points))
+                at += 7 + 8 * count
+            thinned.append(b"".join(records[:40]))
+        return (path / "settings.ini").read_bytes(), *thinned, (path / "defects.ini").read_bytes()
+
+
+def shortened(path):
+    """The content of a real file, small enough for a fuzzer."""
+    data = path.read_bytes()
+    lines = data.splitlines(keepends=True)
+    if len(data) > 12000 and len(lines) > 200:
+        head = 40  # header lines
+        data = b"".join(lines[:head] + lines[head :: len(lines) // 200])
+    return data[:15000]
+
+
+def real_files(folder):
+    """Kind of command line input and content of each file."""
+    kinds = {".csv": 2, ".xyz": 4, ".asc": 4, ".txt": 4, ".ply": 5, ".pcd": 6}
+    files = [f for f in sorted(pathlib.Path(folder).rglob("*")) if f.is_file()] if folder else []
+    return [(kinds.get(f.suffix.lower(), 7), shortened(f)) for f in files]
+
+
+def operations():
+    """Bytes that make full clouds and reach each operation; the fuzzer finds the combinations."""
+    generator = random.Random(7)
+    return [bytes(generator.randrange(256) for _ in range(n)) for n in (50, 200, 800, 800, 3000, 3000, 8000)]
+
+
+def point_formats(real):
+    inputs = [bytes([kind]) + content for kind in range(8) for content in CLOUDS + RECORDS + CSV + TEXTS]
+    return inputs + [bytes([kind]) + content for kind, content in real]
+
+
+def recordings(train):
+    inputs = [SEPARATOR.join((settings("lowlevel"), WHEELS, SECTIONS)), SEPARATOR.join((settings("lowLevel"), SECTIONS))]
+    return inputs + ([SEPARATOR.join(train[:3])] if train else [])
+
+
+def commands(train, real):
+    """Choices of command, options, ending and sizes, and the files."""
+    profiles = [csv(wheel()), section(2, wheel()), csv(rail())] + [content for kind, content in real if kind in (2, 7)]
+    trains = [(WHEELS, SECTIONS, settings("lowlevel"), settings("lowLevel"))]
+    if train:
+        trains.append((train[1], train[2], train[0], train[3]))
+    inputs = [bytes([0, 0, ending, 0]) + c for ending in range(7) for c in CLOUDS + RECORDS + TEXTS[:6]]
+    inputs += [bytes([1, bits, 7, 1]) + c for c in profiles for bits in (0, 3, 4)]
+    inputs += [bytes([1, 32, 0, 0]) + section(3, [(400 - x, -y, 0.0) for x, y in wheel()])]
+    inputs += [bytes([2, bits, 2, 0]) + SEPARATOR.join((csv(wheel()), csv(rail()))) for bits in (0, 2)]
+    inputs += [bytes([3, bits, 0, 0]) + scan(kind) for kind in (2, 5) for bits in (0, 1, 2, 4, 8, 16, 32, 64, 127)]
+    inputs += [bytes([4, bits, 0, 0]) + SEPARATOR.join(files) for files in trains for bits in (0, 3, 6)]
+    return inputs
+
+
+def seeds(target, train, real):
+    if target == "csv":
+        return [bytes([1, 2]) + c for c in CSV] + [bytes([1, 2]) + c for kind, c in real if kind == 2]
+    if target == "recording":
+        return recordings(train)
+    if target == "pointFormats":
+        return point_formats(real)
+    if target == "command":
+        return commands(train, real)
+    files = {"cloudFile": CLOUDS, "profileFile": RECORDS + CLOUDS + [scan(2), scan(5)] + list(train[1:3])}
+    return files.get(target) or operations()
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("target")
+    parser.add_argument("folder", type=pathlib.Path)
+    parser.add_argument("--tool")
+    parser.add_argument("--files")
+    arguments = parser.parse_args()
+    train = simulated(arguments.tool) if arguments.tool else ()
+    for number, seed in enumerate(seeds(arguments.target, train, real_files(arguments.files))):
+        (arguments.folder / f"seed-{number:03}").write_bytes(seed)
+
+
+main()
