@@ -146,4 +146,12 @@ TEST_F(ConicityCommand, RefusesWithOneLineAndTheRightCode) {
     EXPECT_EQ(run("short.csv", "rail.csv", {}).exitCode, 1);
 }
 
+TEST_F(ConicityCommand, MakesNoSamplesOfAProfileThatIsTooWide) {
+    // Two points at one place: the profile would be straightened, with 40 million samples.
+    writeText(path("wide.csv"), "0;0\n0;1\n70;2\n1e9;3\n");
+    const ToolResult result = run("wide.csv", "rail.csv", {});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.contains("wheel1 is 1e+09 mm wide")) << result.errors.constData();
+}
+
 } // namespace

@@ -80,6 +80,11 @@ QStringList findContradictions(const WheelSet& set) {
         if (profile.points.isEmpty()) {
             continue;
         }
+        if (!(widthOf(profile) <= kMaxWidth)) { // NaN: true
+            found += text(role, QStringLiteral("is %1 mm wide, more than the %2 mm that are calculated with")
+                                    .arg(static_cast<double>(widthOf(profile)))
+                                    .arg(static_cast<double>(kMaxWidth)));
+        }
         const QString what = isWheel(role) ? wheelContradiction(profile) : railContradiction(profile, set.gaugeDepth);
         if (!what.isEmpty()) {
             found += text(role, what);

@@ -59,6 +59,10 @@ int keepRunningSurface(KxProfile& profile, bool isWheel) {
     return before - profile.size();
 }
 
+float widthOf(const KxProfile& profile) {
+    return profile.points.isEmpty() ? 0.0f : profile.points.last().x - profile.points.first().x;
+}
+
 bool cutAtGaugeDepth(KxProfile& rail, float depth) {
     constexpr float kTolerance = 0.01f;
     const QList<KxPointXY>& points = rail.points;
@@ -86,7 +90,7 @@ bool cutAtGaugeDepth(KxProfile& rail, float depth) {
 
 void straighten(KxProfile& profile) {
     constexpr float kStep = 0.1f; // summed up as the calculation does, so that its samples are these points
-    if (profile.size() < 2) {
+    if (profile.size() < 2 || !(widthOf(profile) <= kMaxWidth)) { // NaN: true
         return;
     }
     const float last = profile.points.last().x;

@@ -49,13 +49,19 @@ struct ConicityResult {
 /// @return the number of points that were dropped
 int keepRunningSurface(KxMath::KxProfile& profile, bool isWheel);
 
+/// The calculation refuses wider profiles, mm.
+inline constexpr float kMaxWidth = 1000.0f;
+
+/// From the first to the last point of a running surface, mm.
+float widthOf(const KxMath::KxProfile& profile);
+
 /// Cuts a rail on its gauge side at the height at which the gauge is measured, so that the calculation's reference
 /// point, the end of the rail, is the gauge point.
 /// @return false, nothing cut, when the profile does not reach down so far
 bool cutAtGaugeDepth(KxMath::KxProfile& rail, float depth);
 
 /// Puts points every 0.1 mm on the straight lines between those of a measured profile, where the calculation takes its
-/// samples: its spline would swing out beside steep flanks.
+/// samples: its spline would swing out beside steep flanks. A profile that is too wide stays as it is.
 void straighten(KxMath::KxProfile& profile);
 
 /// What a wheel profile that is a function of x shows of another orientation, after the name of the profile; empty when
