@@ -3,6 +3,8 @@
 
 #include <KxMath/KxMetro.h>
 
+#include <QtCore/QPointF>
+
 using namespace KxMath;
 using kxfuzz::Input;
 
@@ -11,6 +13,22 @@ namespace {
 KxLine line(Input& in) {
     const float k = in.number();
     return {k, in.number()};
+}
+
+/// The apexes of the calibration object as a sensor sees them, or any points.
+void calibrate(KxProfile& profile, Input& in) {
+    QList<QPointF> apexes;
+    const bool isObject = in.yes();
+    for (int n = in.byte() % 12; n > 0; --n) {
+        const auto i = static_cast<float>(apexes.size());
+        const KxPointXY p = in.pointXY();
+        apexes.append(isObject ? QPointF(30 * i + p.x, (apexes.size() % 2 == 0 ? 0 : 20) + p.y) : QPointF(p.x, p.y));
+    }
+    _KxMETRO_SensorCoord_ pose = {0, 0, 0, 0, 0, 0, in.count()};
+    _KxMETRO_DbgData_ found;
+    const float p1 = in.yes() ? 120.0f : in.number();
+    const float p2 = in.yes() ? 20.0f : in.number();
+    METRO_calcAnglesCoord(profile, p1, p2, in.number(), in.number(), pose, apexes, in.yes() ? &found : nullptr);
 }
 
 void judge(Input& in) {
@@ -25,6 +43,7 @@ void judge(Input& in) {
     QList<KxLine> lines;
     METRO_detectApexes(right, apexes, lines, in.number());
     kxfuzz::require(apexes.size() == std::max<qsizetype>(lines.size() - 1, 0));
+    calibrate(right, in);
     METRO_calcWheelsDist(left, in.yes() ? left : right, line(in), line(in), in.number());
 }
 
@@ -57,11 +76,10 @@ void measure(Input& in) {
     if (in.yes()) {
         circle = KxCircle(0.0f, 0.0f, 400.0f);
     }
-    // The section is sampled every 0.1 mm.
-    constexpr float kMostMm = 500.0f;
-    if (kxfuzz::extentOf(rim.points, &KxPointXYZ::x) < kMostMm &&
-        kxfuzz::extentOf(rim.points, &KxPointXYZ::z) < kMostMm && std::abs(circle.x) < kMostMm &&
-        std::abs(circle.y) < kMostMm) {
+    // The section is sampled every 0.1 mm, and far from the centre its turning makes it wide.
+    constexpr float kFarthest = 1000.0f;
+    const auto isFar = [](const KxPointXYZ& p) { return !(std::abs(p.x) < kFarthest && std::abs(p.z) < kFarthest); };
+    if (std::none_of(rim.points.cbegin(), rim.points.cend(), isFar) && !isFar(KxPointXYZ(circle.x, 0.0f, circle.y))) {
         _WheelProfileValues values;
         KxProfile measured;
         METRO_calcWheelParameters(rim, circle, &values, in.yes() ? &measured : nullptr);
