@@ -133,6 +133,38 @@ TEST(CloudSort, ByXInThePlaneWhateverTheSecondOrder) {
     }
 }
 
+// Enough points for each way of sorting; bubbles would take too long, so the runs between NaN go to the standard
+// library.
+TEST(CloudSort, ManyPointsInThePlane) {
+    Nasty nasty(4);
+    for (const int size : {150, 199, 200, 201, 5000, 19999, 20000, 70000}) {
+        for (int round = 0; round < 12; ++round) {
+            nasty.nextCase();
+            KxPointCloud<KxPointXY> cloud;
+            const bool isRising = nasty.chance(50);
+            const int kind = round % 4;
+            for (int i = 0; i < size; ++i) {
+                const float mixed = nasty.chance(10) ? nasty.pick(std::array{0.0f, -0.0f}) : nasty.value();
+                const float steady = static_cast<float>(i / 3) * (isRising ? 1.0f : -1.0f);
+                const float gap = kind == 1 && nasty.below(size) < 3 ? kNaN : mixed;
+                cloud.points.append({kind < 2 ? gap : kind == 2 ? steady : steady + mixed, static_cast<float>(i)});
+            }
+            QList<KxPointXY> expected = cloud.points;
+            const int first = 1 + nasty.below(2);
+            for (auto run = expected.begin(); run != expected.end();) {
+                const auto isGap = [](const KxPointXY& p) { return std::isnan(p.x); };
+                const auto end = std::find_if(run, expected.end(), isGap);
+                std::stable_sort(run, end, [&](const KxPointXY& a, const KxPointXY& b) {
+                    return first == 1 ? a.x < b.x : a.x > b.x;
+                });
+                run = end == expected.end() ? end : end + 1;
+            }
+            cloud.sort(order(first), KxSortNone);
+            ASSERT_EQ(exact(cloud.points), exact(expected)) << size << " points, case " << round;
+        }
+    }
+}
+
 TEST(CloudSort, IndexHoldsTheLastPositionOfTheRunBefore) {
     KxPointCloud<KxPointXYZ> cloud;
     cloud.zIndex[99] = 99;
