@@ -65,12 +65,23 @@ def code_of(line):
     return line.split("//")[0]
 
 
+def compiled_lines(file):
+    """The numbered lines without those that machines of the other byte order alone would run."""
+    foreign = None
+    for number, line in enumerate((ROOT / file).read_text().splitlines()):
+        indent = len(line) - len(line.lstrip())
+        if "if constexpr (Q_BYTE_ORDER" in line:
+            foreign = indent
+        elif foreign is not None and line.strip().startswith("}") and indent <= foreign:
+            foreign = None
+        elif foreign is None and not NO_CODE.match(line):
+            yield number, line
+
+
 def all_faults(files):
     faults = []
     for file in files:
-        for number, line in enumerate((ROOT / file).read_text().splitlines()):
-            if NO_CODE.match(line):
-                continue
+        for number, line in compiled_lines(file):
             code = code_of(line)
             for kind, changes in FAULTS.items():
                 for pattern, change in changes:
@@ -149,7 +160,8 @@ def prepare():
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy2(ROOT / name, target)
     subprocess.run(["cmake", "-S", str(COPY), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                    "-DKXMATH_DEVELOPER=OFF", "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"], check=True,
+                    "-DCMAKE_CXX_FLAGS_RELEASE=-O1", "-DKXMATH_DEVELOPER=OFF",
+                    "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"], check=True,
                    stdout=subprocess.DEVNULL)
     subprocess.run(["ninja", "-C", str(BUILD)] + [f"kxmath_test_{area}" for area in TESTED], check=True)
     for area in TESTED:

@@ -168,6 +168,23 @@ TYPED_TEST(CloudOf, RangeOverNastyPoints) {
     }
 }
 
+TYPED_TEST(CloudOf, SizesAreUpperLessLowerBounds) {
+    KxPointCloud<TypeParam> cloud;
+    cloud.minX = 1;
+    cloud.maxX = 3;
+    cloud.minY = 5;
+    cloud.maxY = 9;
+    EXPECT_EQ(cloud.size_x(), 2.0f);
+    EXPECT_EQ(cloud.size_y(), 4.0f);
+    if constexpr (!std::is_same_v<TypeParam, KxPointXY>) {
+        cloud.minZ = 11;
+        cloud.maxZ = 19;
+        EXPECT_EQ(cloud.size_z(), 8.0f);
+    }
+    cloud.maxX = kNaN;
+    EXPECT_TRUE(std::isnan(cloud.size_x()));
+}
+
 TEST(Cloud2D, KeepsAnOldMaxYWhenTheRangeIsCalculated) {
     KxPointCloud<KxPointXY> cloud;
     cloud.points = {{0, 0}, {1, 5}};
