@@ -213,7 +213,6 @@ private:
     const QCommandLineOption nominal_{QStringLiteral("nominal"),
                                       QStringLiteral("Nominal distance. Default: the base distance calibrLines2."),
                                       QStringLiteral("MM")};
-    // 1357 to 1363 mm between the backs of the wheels of a 1435 mm track: Regulation (EU) 1302/2014, 4.2.3.5.2.1.
     const QCommandLineOption tolerance_{
         QStringLiteral("tolerance"),
         QStringLiteral("Allowed deviation to both sides, the limit included. Default: 3 mm."), QStringLiteral("MM"),
