@@ -30,16 +30,17 @@ protected:
     QTemporaryDir folder_;
 };
 
-/// The wheels that are defective, as PAIR:SIDE.
-QString accused(const ToolResult& run) {
+/// The wheels that are accused, as PAIR:SIDE.
+QString accused(const ToolResult& run, const char* object = "defects", const char* verdict = "isDefective") {
     QStringList wheels;
     const QJsonArray pairs = QJsonDocument::fromJson(run.output).object()["pairs"].toArray();
     EXPECT_EQ(pairs.size(), 4);
     for (qsizetype pair = 0; pair < pairs.size(); ++pair) {
         for (qsizetype side = 0; side < 2; ++side) {
-            const QJsonObject defects = pairs[pair]["sides"][side]["defects"].toObject();
-            EXPECT_GT(defects["judgedProfiles"].toInt(), 10);
-            if (defects["isDefective"].toBool()) {
+            const QJsonValue wheel = pairs[pair]["sides"][side];
+            EXPECT_GT(wheel["defects"]["judgedProfiles"].toInt(), 10);
+            EXPECT_GE(wheel["roundness"]["radii"].toArray().size(), 10);
+            if (wheel[QLatin1String(object)][QLatin1String(verdict)].toBool()) {
                 wheels.append(QStringLiteral("%1:%2").arg(pair + 1).arg(side + 1));
             }
         }
@@ -54,7 +55,23 @@ TEST_F(TrainDefects, AccusesNoSoundWheel) {
         const ToolResult run = judge({"--json", "-"});
         EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
         EXPECT_EQ(accused(run).toStdString(), "");
+        EXPECT_EQ(accused(run, "roundness", "isOutOfRound").toStdString(), "");
     }
+}
+
+TEST_F(TrainDefects, FindsFlatsOnTheirWheels) {
+    simulate({"--rate", "2000", "--flat", "3:2:60", "--flat", "1:1:50:-20", "--flat", "2:2:60:300"});
+    const ToolResult run = judge({"--json", "-"});
+    EXPECT_EQ(accused(run, "roundness", "isOutOfRound").toStdString(), "1:1 3:2") << "one is out of view";
+    EXPECT_EQ(judge({"--report", "flats.html"}).exitCode, 0);
+    EXPECT_EQ(readFile(folder_.filePath("flats.html")).count("out of round</td>"), 2);
+}
+
+TEST_F(TrainDefects, ComparesNoCirclesWithoutPlaces) {
+    simulate({"--records", "cloud", "--points", "400"});
+    const ToolResult run = judge({"--json", "-"});
+    EXPECT_EQ(run.output.count("\"roundness\": null"), 8);
+    EXPECT_EQ(run.errors.count("have no rising z"), 2) << run.errors.toStdString();
 }
 
 TEST_F(TrainDefects, FindsBuildUpsOnTheirWheels) {
@@ -76,12 +93,13 @@ TEST_F(TrainDefects, TellsThemInAllForms) {
     const QList<QByteArray> lines = readFile(folder_.filePath("defects.csv")).split('\n');
     ASSERT_EQ(lines.size(), 6);
     EXPECT_TRUE(lines[0].contains(",tread_1,judged_profiles_2,"));
+    EXPECT_TRUE(lines[0].endsWith(",roundness_2"));
     EXPECT_EQ(lines[2].count("defective"), 1);
     for (const QByteArray& line : lines.first(5)) {
         EXPECT_EQ(line.count(','), lines[0].count(','));
     }
     const QByteArray page = readFile(folder_.filePath("defects.html"));
-    EXPECT_EQ(page.count("<svg"), 8) << "those of the distances, and the deviations of both sides";
+    EXPECT_EQ(page.count("<svg"), 10) << "those of the distances, the deviations and the radii of both sides";
     EXPECT_FALSE(page.contains("nan"));
 }
 

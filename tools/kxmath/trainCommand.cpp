@@ -44,8 +44,14 @@ Defects: with --defects the tread of every profile of every wheel is compared wi
 polynomial of degree 20), between the lines SENSORn/lowLevel_k, lowLevel_b and SENSORn/level_k, level_b of that file,
 which also names the sensors (SENSORn/SN). Optional keys: maxDeviation (0.3), pointsHigher (5: more points than this
 farther off than maxDeviation make a profile defective), minimalDefectsProf (1: more defective profiles than this make
-a wheel defective). The low line keeps the flange out. A flat across the whole tread does not show. FILE is seldom
-that of --settings, whose level line lies before the tread. The key "use" is not asked: the option says it.
+a wheel defective). The low line keeps the flange out. FILE is seldom that of --settings, whose level line lies before
+the tread. The key "use" is not asked: the option says it.
+
+Roundness: a flat across the whole tread does not show in a single profile. With --defects the profiles of each wheel
+are therefore compared too: the radius of the tread, 45 to 95 mm behind the reference line, with a circle about the
+axle, which the flange tips tell. The recordings must hold z in mm along the track, and the laser planes stand straight
+across it. Optional keys: maxRadiusDeviation (0.1), radiusProfiles (3: a wheel is out of round when in so many
+successive profiles the tread is farther off to one side).
 
 Wheels are paired by number. Where the recordings hold different numbers of wheels, they are paired by their place
 along the pass: the z of profile records where both recordings have one that rises, else the record number. A wheel
@@ -53,8 +59,9 @@ without partner is listed without a distance, and a warning is printed.
 
 CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
 distance, deviation, verdict (ok or out); with --defects for each side also judged_profiles_s, defective_profiles_s,
-defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective). JSON fields: command,
-version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, defectLimits, pairs (pair,
+defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective), and behind those of both
+sides compared_profiles_s, off_circle_numbers_s, radius_deviation_s, roundness_s (round or out of round). JSON fields:
+command, version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, defectLimits, pairs (pair,
 sides, distance, deviation, inTolerance), warnings. A missing value is an empty field in CSV and null in JSON. Records
 and profiles are counted from 1; lengths are in mm.
 

@@ -146,6 +146,42 @@ void measurePairs(Pass& pass, QSettings& settings) {
     }
 }
 
+template <typename Condition>
+int countWheels(const Side& side, Condition condition) {
+    return static_cast<int>(std::count_if(side.wheels.begin(), side.wheels.end(), condition));
+}
+
+bool isOutOfRound(const Wheel& wheel) {
+    return wheel.roundness && wheel.roundness->isOut;
+}
+
+/// Where the profiles of a wheel were taken along the pass; empty when the recording does not tell.
+std::vector<float> placesOf(const RecordingFile& recording, const Wheel& wheel) {
+    if (recording.positions.empty()) {
+        return {};
+    }
+    const auto first = recording.positions.begin() + (wheel.firstRecord - 1);
+    return {first, first + wheel.profiles};
+}
+
+/// What the recording or the station does to all wheels looks like wheels that are not round.
+void warnOfRoundness(Pass& pass, size_t side) {
+    const RecordingFile& recording = pass.sides[side].recording;
+    const auto isJudged = [](const Wheel& wheel) { return wheel.roundness && wheel.roundness->isJudged(); };
+    constexpr int kFewest = 4; // wheels that make a majority
+    const int judged = countWheels(pass.sides[side], isJudged);
+    const int out = countWheels(pass.sides[side], isOutOfRound);
+    if (recording.positions.empty() && !pass.sides[side].wheels.empty()) {
+        pass.warnings.append(QStringLiteral("the records of '%1' have no rising z: its wheels were not compared with "
+                                            "circles")
+                                 .arg(recording.name));
+    } else if (judged >= kFewest && 2 * out > judged) {
+        pass.warnings.append(QStringLiteral("%1 of %2 wheels in '%3' are out of round: check whether the z of its "
+                                            "records are millimetres and its laser plane stands straight across")
+                                 .arg(QString::number(out), QString::number(judged), recording.name));
+    }
+}
+
 } // namespace
 
 bool Tolerance::holds(float distance) const {
@@ -164,11 +200,11 @@ int Pass::distances() const {
 
 int Pass::defectiveWheels() const {
     const auto isDefective = [](const Wheel& wheel) { return wheel.defects && wheel.defects->isDefective; };
-    int count = 0;
-    for (const Side& side : sides) {
-        count += static_cast<int>(std::count_if(side.wheels.begin(), side.wheels.end(), isDefective));
-    }
-    return count;
+    return countWheels(sides[0], isDefective) + countWheels(sides[1], isDefective);
+}
+
+int Pass::wheelsOutOfRound() const {
+    return countWheels(sides[0], isOutOfRound) + countWheels(sides[1], isOutOfRound);
 }
 
 Pass measurePass(const std::array<RecordingFile, 2>& recordings, TrainSettings& settings, int mode,
@@ -200,8 +236,12 @@ void judgeDefects(Pass& pass, const DefectSettings& settings, Progress& progress
                 return profile;
             };
             wheel.defects = judgeWheel(wheel.profiles, read, settings.lines[side], settings.limits);
+            wheel.roundness = judgeRoundness({read, placesOf(pass.sides[side].recording, wheel),
+                                              pass.sides[side].sensor.reference, settings.lines[side]},
+                                             settings.limits);
             progress.part(wheel.number, static_cast<qint64>(pass.sides[side].wheels.size()));
         }
+        warnOfRoundness(pass, side);
     }
 }
 

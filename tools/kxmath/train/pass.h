@@ -6,6 +6,7 @@
 #include "train/recordingFile.h"
 #include "train/sensorSettings.h"
 #include "train/wheelDefects.h"
+#include "train/wheelRoundness.h"
 
 #include <KxMath/KxProfile.h>
 
@@ -25,6 +26,7 @@ struct Wheel {
     int chosenProfile = 0; ///< the one with the most points below the level line, 0 when none has any
     int pointsBelowLevel = 0; ///< of the chosen profile
     std::optional<WheelDefects> defects; ///< nothing when they were not looked for
+    std::optional<WheelRoundness> roundness; ///< as the line above
 
     int lastRecord() const { return firstRecord + profiles - 1; }
 };
@@ -63,7 +65,8 @@ struct Pass {
     /// The wheel of one side of a pair, null when that sensor did not see it.
     const Wheel* wheelOf(const MeasuredPair& pair, size_t side) const;
     int distances() const; ///< how many pairs have one
-    int defectiveWheels() const;
+    int defectiveWheels() const; ///< by single profiles
+    int wheelsOutOfRound() const;
 };
 
 /// Detects the wheels in both recordings, which are in the current directory, and measures the pairs.

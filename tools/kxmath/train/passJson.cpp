@@ -45,6 +45,28 @@ QJsonObject defectsObject(const WheelDefects& defects) {
             {QStringLiteral("isDefective"), defects.judged > 0 ? QJsonValue(defects.isDefective) : QJsonValue()}};
 }
 
+QJsonValue roundnessValue(const std::optional<WheelRoundness>& roundness) {
+    if (!roundness || !roundness->isJudged()) {
+        return QJsonValue();
+    }
+    QJsonArray radii;
+    for (const RadiusDeviation& radius : roundness->radii) {
+        radii.append(QJsonObject{{QStringLiteral("profile"), radius.profile},
+                                 {QStringLiteral("fromAxle"), jsonNumber(radius.place)},
+                                 {QStringLiteral("deviation"), jsonNumber(radius.deviation)}});
+    }
+    QJsonArray profiles;
+    for (const int number : roundness->profiles) {
+        profiles.append(number);
+    }
+    return QJsonObject{{QStringLiteral("flangeRadius"), jsonNumber(roundness->flangeRadius)},
+                       {QStringLiteral("scatter"), jsonNumber(roundness->scatter)},
+                       {QStringLiteral("radii"), radii},
+                       {QStringLiteral("profilesOff"), profiles},
+                       {QStringLiteral("largestDeviation"), jsonNumber(roundness->largest)},
+                       {QStringLiteral("isOutOfRound"), roundness->isOut}};
+}
+
 QJsonValue limitsValue(const Pass& pass) {
     if (!pass.defectSettings) {
         return QJsonValue();
@@ -53,6 +75,8 @@ QJsonValue limitsValue(const Pass& pass) {
     return QJsonObject{{QStringLiteral("maxDeviation"), jsonNumber(limits.maxDeviation)},
                        {QStringLiteral("pointsHigher"), limits.pointsHigher},
                        {QStringLiteral("minimalDefectsProf"), limits.minProfiles},
+                       {QStringLiteral("maxRadiusDeviation"), jsonNumber(limits.maxRadiusDeviation)},
+                       {QStringLiteral("radiusProfiles"), limits.radiusProfiles},
                        {QStringLiteral("fromX"), jsonNumber(limits.fromX)},
                        {QStringLiteral("toX"), jsonNumber(limits.toX)}};
 }
@@ -68,7 +92,8 @@ QJsonValue wheelValue(const Wheel* wheel) {
         {QStringLiteral("lastRecord"), wheel->lastRecord()},
         {QStringLiteral("chosenProfile"), wheel->chosenProfile},
         {QStringLiteral("points"), wheel->pointsBelowLevel},
-        {QStringLiteral("defects"), wheel->defects ? QJsonValue(defectsObject(*wheel->defects)) : QJsonValue()}};
+        {QStringLiteral("defects"), wheel->defects ? QJsonValue(defectsObject(*wheel->defects)) : QJsonValue()},
+        {QStringLiteral("roundness"), roundnessValue(wheel->roundness)}};
 }
 
 QJsonObject pairObject(const Pass& pass, size_t index) {

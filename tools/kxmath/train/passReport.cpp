@@ -60,6 +60,8 @@ void addFacts(const Pass& pass, Page& page) {
         const int defective = pass.defectiveWheels();
         facts.push_back(
             {QStringLiteral("Defective wheels"), QString::number(defective), defective == 0 ? Tone::Good : Tone::Bad});
+        const int out = pass.wheelsOutOfRound();
+        facts.push_back({QStringLiteral("Out of round"), QString::number(out), out == 0 ? Tone::Good : Tone::Bad});
     }
     page.facts(facts);
 }

@@ -75,6 +75,24 @@ std::vector<PairColumn> makeDefectColumns() {
     return columns;
 }
 
+std::vector<PairColumn> makeRoundnessColumns() {
+    std::vector<PairColumn> columns = {pairColumns().front()};
+    for (const size_t side : {0, 1}) {
+        const auto add = [&](const char* key, const char* title, auto value) {
+            columns.push_back(wheelColumn(side, key, title, [value](const Wheel& wheel) {
+                return wheel.roundness && wheel.roundness->isJudged() ? PairValue(value(*wheel.roundness))
+                                                                      : PairValue();
+            }));
+        };
+        add("compared_profiles", "compared", [](const WheelRoundness& r) { return static_cast<int>(r.radii.size()); });
+        add("off_circle_numbers", "off circle", [](const WheelRoundness& r) { return runsText(r.profiles); });
+        add("radius_deviation", "by", [](const WheelRoundness& r) { return r.largest; });
+        add("roundness", "shape",
+            [](const WheelRoundness& r) { return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round"); });
+    }
+    return columns;
+}
+
 /// The text of a value, with `length` for lengths; empty where there is none.
 template <typename Length>
 QString textOf(const PairValue& value, Length length) {
@@ -131,6 +149,11 @@ const std::vector<PairColumn>& defectColumns() {
     return columns;
 }
 
+const std::vector<PairColumn>& roundnessColumns() {
+    static const std::vector<PairColumn> columns = makeRoundnessColumns();
+    return columns;
+}
+
 QString textForPeople(const PairValue& value) {
     constexpr int kDecimals = 3;
     const QString text = textOf(value, [](float mm) { return fixedText(mm, kDecimals); });
@@ -164,6 +187,13 @@ QString defectLimitsText(const Pass& pass) {
              QString::number(limits.minProfiles));
 }
 
+QString roundnessLimitsText(const Pass& pass) {
+    const DefectLimits& limits = pass.defectSettings->limits;
+    return QStringLiteral("a wheel is out of round with %1 successive profiles whose tread is more than %2 mm off the "
+                          "circle to one side")
+        .arg(QString::number(limits.radiusProfiles), shortestText(limits.maxRadiusDeviation));
+}
+
 QString passText(const Pass& pass, const QString& folder) {
     QString text = recordingText(pass, 0) + recordingText(pass, 1);
     text += QStringLiteral("Tolerance: %1\n\n").arg(toleranceText(pass));
@@ -176,6 +206,9 @@ QString passText(const Pass& pass, const QString& folder) {
         text += QStringLiteral("\nDefects: %1\n\n").arg(defectLimitsText(pass));
         text += table(pass, defectColumns());
         text += QStringLiteral("\n%1 defective wheels.\n").arg(pass.defectiveWheels());
+        text += QStringLiteral("\nRoundness: %1\n\n").arg(roundnessLimitsText(pass));
+        text += table(pass, roundnessColumns());
+        text += QStringLiteral("\n%1 wheels out of round.\n").arg(pass.wheelsOutOfRound());
     }
     if (!folder.isEmpty()) {
         text += QStringLiteral("Wheel files: %1\n").arg(folder);
@@ -186,7 +219,9 @@ QString passText(const Pass& pass, const QString& folder) {
 QString passCsv(const Pass& pass) {
     std::vector<PairColumn> columns = pairColumns();
     if (pass.defectSettings) {
-        columns.insert(columns.end(), defectColumns().begin() + 1, defectColumns().end()); // the pair is there
+        for (const auto* const more : {&defectColumns(), &roundnessColumns()}) {
+            columns.insert(columns.end(), more->begin() + 1, more->end()); // the pair is there
+        }
     }
     QStringList header;
     for (const PairColumn& column : columns) {

@@ -27,6 +27,9 @@ const std::vector<PairColumn>& pairColumns();
 /// The columns of the defects, for passes in which they were looked for.
 const std::vector<PairColumn>& defectColumns();
 
+/// The columns of the roundness, for the same passes.
+const std::vector<PairColumn>& roundnessColumns();
+
 /// Lengths to the micrometre, a dash where there is no value.
 QString textForPeople(const PairValue& value);
 
@@ -38,6 +41,9 @@ QString runsText(const std::vector<int>& ascending);
 
 /// When a wheel is defective, in words.
 QString defectLimitsText(const Pass& pass);
+
+/// When a wheel is out of round, in words.
+QString roundnessLimitsText(const Pass& pass);
 
 /// What is printed: the recordings, the tables of pairs, the summary.
 /// @param folder where the wheel files are, empty when they were not kept

@@ -164,6 +164,9 @@ DefectSettings readDefectSettings(const QString& name, const std::array<Recordin
     limits.maxDeviation = checked.number("maxDeviation", value("maxDeviation", limits.maxDeviation));
     limits.pointsHigher = checked.wholeNumber("pointsHigher", value("pointsHigher", limits.pointsHigher));
     limits.minProfiles = checked.wholeNumber("minimalDefectsProf", value("minimalDefectsProf", limits.minProfiles));
+    limits.maxRadiusDeviation =
+        checked.number("maxRadiusDeviation", value("maxRadiusDeviation", limits.maxRadiusDeviation));
+    limits.radiusProfiles = checked.wholeNumber("radiusProfiles", value("radiusProfiles", limits.radiusProfiles));
     for (size_t side = 0; side < recordings.size(); ++side) {
         const int sensor = findSensor(checked, recordings[side]);
         const auto line = [&](const char* slope, const char* intercept) {

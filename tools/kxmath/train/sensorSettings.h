@@ -39,6 +39,8 @@ struct DefectLimits {
     float maxDeviation = 0.3f; ///< mm; points farther off the curve deviate
     int pointsHigher = 5; ///< the most deviating points of a sound profile
     int minProfiles = 1; ///< the most defective profiles of a sound wheel
+    float maxRadiusDeviation = 0.1f; ///< mm; how far the tread may be off a circle about the axle
+    int radiusProfiles = 3; ///< in so many successive profiles
     float fromX = -std::numeric_limits<float>::infinity(); ///< points with x outside of the range are left out
     float toX = std::numeric_limits<float>::infinity();
 };

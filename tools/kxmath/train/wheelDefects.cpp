@@ -13,18 +13,6 @@ namespace {
 
 constexpr int kDegree = 20; // of the curve in METRO_detectWheelDefect()
 
-KxMath::KxProfile cut(KxMath::KxProfile& profile, const DefectLines& lines, const DefectLimits& limits) {
-    KxMath::KxProfile stretch = profile;
-    stretch.removeHighLevel(lines.high);
-    stretch.removeLowLevel(lines.low);
-    const auto isLeftOut = [&](const KxMath::KxPointXY& p) { // one y of NaN would leave the profile without a curve
-        return !(p.x >= limits.fromX && p.x <= limits.toX) || !std::isfinite(p.x) || !std::isfinite(p.y);
-    };
-    QList<KxMath::KxPointXY>& points = stretch.points;
-    points.erase(std::remove_if(points.begin(), points.end(), isLeftOut), points.end());
-    return stretch;
-}
-
 /// Moves the middle of the profile to x = 0. The curve of the fit is the same in exact numbers; in rounded ones the
 /// high powers of an x that lies to one side lose it.
 void centre(KxMath::KxProfile& profile) {
@@ -39,9 +27,21 @@ void centre(KxMath::KxProfile& profile) {
 
 } // namespace
 
+KxMath::KxProfile cutTread(KxMath::KxProfile& profile, const DefectLines& lines, const DefectLimits& limits) {
+    KxMath::KxProfile stretch = profile;
+    stretch.removeHighLevel(lines.high);
+    stretch.removeLowLevel(lines.low);
+    const auto isLeftOut = [&](const KxMath::KxPointXY& p) { // one y of NaN would leave the profile without a curve
+        return !(p.x >= limits.fromX && p.x <= limits.toX) || !std::isfinite(p.x) || !std::isfinite(p.y);
+    };
+    QList<KxMath::KxPointXY>& points = stretch.points;
+    points.erase(std::remove_if(points.begin(), points.end(), isLeftOut), points.end());
+    return stretch;
+}
+
 ProfileDeviation judgeProfile(KxMath::KxProfile& profile, const DefectLines& lines, const DefectLimits& limits) {
     ProfileDeviation result;
-    result.stretch = cut(profile, lines, limits);
+    result.stretch = cutTread(profile, lines, limits);
     if (result.stretch.size() < kFewestJudgedPoints) {
         return result;
     }

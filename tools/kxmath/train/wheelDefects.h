@@ -32,7 +32,10 @@ struct WheelDefects {
 /// A profile with fewer points between the lines is not judged: a curve of 21 coefficients follows whatever it shows.
 inline constexpr int kFewestJudgedPoints = 63;
 
-/// Cuts the profile to the stretch between the lines and within the range of x, and judges it.
+/// The stretch of the profile between the lines and within the range of x.
+KxMath::KxProfile cutTread(KxMath::KxProfile& profile, const DefectLines& lines, const DefectLimits& limits);
+
+/// Judges that stretch.
 ProfileDeviation judgeProfile(KxMath::KxProfile& profile, const DefectLines& lines, const DefectLimits& limits);
 
 /// Judges a wheel. @param read gives a profile by its number from 1 on

@@ -1,0 +1,48 @@
+// The circle on which the flange tip of a wheel turns, from the profiles of a pass.
+#pragma once
+
+#include <KxMath/KxPoints.h>
+#include <KxMath/KxPrimitives.h>
+
+#include <QtCore/QList>
+
+#include <optional>
+#include <vector>
+
+namespace kxtool {
+
+/// A point of a profile in the directions of the wheel.
+struct SectionPoint {
+    double across; ///< distance behind the reference line, towards the field side, mm
+    double down; ///< along the reference line, towards the rail, mm
+};
+
+/// Turns the points of a profile into the directions of the wheel.
+/// @param reference trace of the back face
+/// @param towardsRail 1 when x runs down along the laser line, else -1
+std::vector<SectionPoint> sectionOf(const QList<KxMath::KxPointXY>& points, const KxMath::KxLine& reference,
+                                    double towardsRail);
+
+/// How far down the tip of the flange is; nothing where the profile does not show it from both sides.
+std::optional<double> flangeTip(const std::vector<SectionPoint>& section);
+
+/// The tip of the flange in one profile.
+struct FlangeTip {
+    double place; ///< of the profile along the pass, mm
+    double down;
+};
+
+/// Its centre is the axle.
+struct FlangeCircle {
+    double place = 0.0; ///< of the axle along the pass when it is over the laser plane
+    double down = 0.0; ///< of the axle
+    double radius = 0.0;
+    double scatter = 0.0; ///< of the tips about the circle, as a standard deviation
+};
+
+/// Fits a circle that single tips far off do not move. Nothing for fewer than kFewestTips, or when they are in line.
+std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips);
+
+inline constexpr int kFewestTips = 10;
+
+} // namespace kxtool
