@@ -4,7 +4,10 @@
 #include "io/binaryIo.h"
 #include "numeric/conversion.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <vector>
 
 namespace KxMath {
 
@@ -12,6 +15,9 @@ namespace {
 
 /// Beyond this the empty levels would take memory that no number of points accounts for.
 constexpr int kMaxLevels = 1 << 20;
+
+/// Bin numbers below this are counted in a table.
+constexpr qint64 kCounted = 65536;
 
 /// A product as 32-bit integers give it, wrapped.
 qint32 wrappedProduct(qint32 a, qint32 b) {
@@ -45,10 +51,22 @@ int KxLevelHistogram<T>::calcFromPointCloud(KxPointCloud<T>& cloud, float step) 
         const float height = static_cast<float>(i) * step;
         levels.insert(height + minY, 0);
     }
-    // Deliberately under the number of the bin and not under its level.
+    // Deliberately under the number of the bin and not under its level. Most numbers are small: these are counted in a
+    // table, and go into the map once.
+    std::vector<int> counts(static_cast<std::size_t>(std::clamp<qint64>(cloud.points.size(), 16, kCounted)));
     for (const T& p : std::as_const(cloud.points)) {
-        const float bin = (p.y - minY) / step;
-        ++levels[static_cast<float>(detail::truncToInt(static_cast<double>(bin)))];
+        const float quotient = (p.y - minY) / step;
+        const int bin = detail::truncToInt(static_cast<double>(quotient));
+        if (static_cast<std::size_t>(bin) < counts.size()) { // below 0: a huge one
+            ++counts[static_cast<std::size_t>(bin)];
+        } else {
+            ++levels[static_cast<float>(bin)];
+        }
+    }
+    for (std::size_t bin = 0; bin < counts.size(); ++bin) {
+        if (counts[bin] > 0) {
+            levels[static_cast<float>(bin)] += counts[bin];
+        }
     }
     return count();
 }

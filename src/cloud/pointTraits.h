@@ -3,6 +3,10 @@
 
 #include "numeric/bounds.h"
 
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
+
 namespace KxMath::detail {
 
 template <typename Point>
@@ -10,16 +14,35 @@ inline constexpr bool kHasZ = requires(Point p) {
     p.z;
 };
 
-/// A box with inclusive bounds. A NaN bound is switched off; a NaN coordinate fails every bound that is not.
-struct Box {
-    float minX, maxX;
-    float minY, maxY;
-    float minZ, maxZ;
+/// Three coordinates in one register; the fourth place stands for nothing.
+using Coordinates __attribute__((vector_size(16))) = float;
 
+/// A box with inclusive bounds. A NaN bound is switched off; a NaN coordinate fails every bound that is not.
+class Box {
+public:
+    Box(float minX, float maxX, float minY, float maxY, float minZ, float maxZ)
+        : lower_{minX, minY, minZ, 0.0f}, upper_{maxX, maxY, maxZ, 0.0f}, hasNoLower_(lower_ != lower_),
+          hasNoUpper_(upper_ != upper_) {}
+
+    /// Without branches: whether a point is inside is as good as random.
     template <typename Point>
     bool contains(const Point& p) const {
-        return isInside(p.x, minX, maxX) && isInside(p.y, minY, maxY) && isInside(p.z, minZ, maxZ);
+        const Coordinates v = {p.x, p.y, p.z, 0.0f};
+        const Answers inside = ((v >= lower_) | hasNoLower_) & ((v <= upper_) | hasNoUpper_);
+#ifdef __SSE__
+        return _mm_movemask_ps(reinterpret_cast<__m128>(inside)) == 15;
+#else
+        return (inside[0] & inside[1] & inside[2]) != 0;
+#endif
     }
+
+private:
+    using Answers __attribute__((vector_size(16))) = int; // -1 for yes
+
+    Coordinates lower_;
+    Coordinates upper_;
+    Answers hasNoLower_;
+    Answers hasNoUpper_;
 };
 
 } // namespace KxMath::detail

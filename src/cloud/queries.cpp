@@ -1,10 +1,13 @@
 // Finding points by coordinate, box or ball.
 #include "KxMath/KxPointCloud.h"
 
+#include "cloud/compaction.h"
 #include "cloud/pointTraits.h"
 #include "numeric/bounds.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace KxMath {
 
@@ -23,13 +26,29 @@ int indexOf(const QList<Point>& points, float Point::*coordinate, float v) {
 /// Replaces `out` by the positions of the points that `accept` takes and returns their number.
 template <typename Point, typename Accept>
 int collectPositions(const QList<Point>& points, QList<int>& out, Accept accept) {
-    out.clear();
-    for (qsizetype i = 0; i < points.size(); ++i) {
-        if (accept(points[i])) {
-            out.append(static_cast<int>(i));
-        }
-    }
+    const Point* const data = points.constData();
+    out = detail::collectIf<int>(
+        points.size(), [&](qsizetype i) { return accept(data[i]); }, [](qsizetype i) { return static_cast<int>(i); });
     return static_cast<int>(out.size());
+}
+
+/// The largest float whose square root, rounded to float, is at most `root`; NaN where there is none.
+float largestSquare(float root) {
+    if (!(root >= 0.0f)) {
+        return detail::kNaN;
+    }
+    if (std::isinf(root)) {
+        return root;
+    }
+    constexpr float kLargest = std::numeric_limits<float>::max();
+    float square = std::min(root * root, kLargest);
+    while (std::sqrt(square) > root) {
+        square = std::nextafter(square, 0.0f);
+    }
+    while (square < kLargest && std::sqrt(std::nextafter(square, kLargest)) <= root) {
+        square = std::nextafter(square, kLargest);
+    }
+    return square;
 }
 
 } // namespace
@@ -68,9 +87,13 @@ int KxPointCloud<KxPointXYZ>::getRangeIndeces(QList<int>& out, float minX, float
 }
 
 int KxPointCloud<KxPointXYZ>::getRangeIndeces(QList<int>& out, KxPointXYZ centre, float diameter) {
-    const float radius = diameter * 0.5f;
+    const float limit = largestSquare(diameter * 0.5f); // compared with the squares of the distances, as exact
     return collectPositions(points, out, [&](const KxPointXYZ& p) {
-        return KxPointXYZ::calcDistance(p, centre) <= radius; // NaN: false
+        const float dx = p.x - centre.x;
+        const float dy = p.y - centre.y;
+        const float dz = p.z - centre.z;
+        const float sum = dy * dy + dx * dx + dz * dz; // in the order of calcDistance()
+        return sum <= limit; // NaN: false
     });
 }
 

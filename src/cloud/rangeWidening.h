@@ -11,14 +11,7 @@
 #include <cmath>
 #include <cstring>
 
-#ifdef __SSE__
-#include <xmmintrin.h>
-#endif
-
 namespace KxMath::detail {
-
-/// The coordinates of one point in one register.
-using Coordinates __attribute__((vector_size(16))) = float;
 
 /// Loads a point. Of points in space 16 bytes are read, whatever their size; what is behind z stands for nothing.
 template <typename Point>

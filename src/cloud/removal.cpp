@@ -17,6 +17,20 @@ struct Stretch {
     qsizetype end;
 };
 
+/// Removes points by ascending positions, each of which there is and stands once.
+template <typename Point>
+void removeDifferent(QList<Point>& points, const QList<int>& positions) {
+    Point* const data = points.data();
+    Point* target = data + positions.first();
+    for (qsizetype i = 0; i < positions.size(); ++i) {
+        const qsizetype end = i + 1 < positions.size() ? positions[i + 1] : points.size();
+        for (qsizetype kept = positions[i] + 1; kept < end; ++kept) {
+            *target++ = data[kept];
+        }
+    }
+    points.resize(points.size() - positions.size());
+}
+
 template <typename Point>
 int removePositions(QList<Point>& points, QList<int>& positions) {
     if (positions.isEmpty()) {
@@ -26,6 +40,11 @@ int removePositions(QList<Point>& points, QList<int>& positions) {
         std::sort(positions.begin(), positions.end());
     }
     const QList<int>& sorted = positions;
+    if (sorted.first() >= 0 && sorted.last() < points.size() &&
+        std::adjacent_find(sorted.begin(), sorted.end()) == sorted.end()) {
+        removeDifferent(points, sorted);
+        return static_cast<int>(sorted.size());
+    }
 
     // From the largest position on: what stays at and behind the current position, nearest stretch last. A position
     // removes the first point of the nearest stretch; repeated, the point that has moved up to it.
@@ -111,12 +130,10 @@ void KxPointCloud<KxPointXYZ>::extract(KxPointCloud& out, float minX, float maxX
     // so that an entry proves nothing about the points it stands for.
     const detail::Box box{minX, maxX, minY, maxY, minZ, maxZ};
     if (&out != this) {
-        for (qsizetype i = points.size() - 1; i >= 0; --i) {
-            const KxPointXYZ& p = std::as_const(points)[i];
-            if (box.contains(p)) {
-                out.points.append(p);
-            }
-        }
+        const KxPointXYZ* const last = points.constData() + points.size() - 1;
+        out.points = detail::collectIf<KxPointXYZ>(
+            points.size(), [&](qsizetype i) { return box.contains(*(last - i)); },
+            [&](qsizetype i) { return *(last - i); });
         if (remove) {
             detail::keepIf(points, [&](const KxPointXYZ& p) { return !box.contains(p); });
         }
@@ -128,12 +145,10 @@ void KxPointCloud<KxPointXYZ>::extract(KxPointCloud& out, float minX, float maxX
 
 int KxPointCloud<KxPointXYZ>::calcSection(KxPointCloud& out, float z, float halfWidth) {
     out.clear(); // a cloud that is its own section ends empty
-    for (const KxPointXYZ& p : std::as_const(points)) {
-        const float distance = p.z - z;
-        if (std::abs(distance) <= halfWidth) { // NaN: false
-            out.points.append(p);
-        }
-    }
+    const KxPointXYZ* const data = points.constData();
+    out.points = detail::collectIf<KxPointXYZ>(
+        points.size(), [&](qsizetype i) { return std::abs(data[i].z - z) <= halfWidth; }, // NaN: false
+        [&](qsizetype i) { return data[i]; });
     return out.size();
 }
 

@@ -1,7 +1,7 @@
 // Little-endian fields and records over QFile.
 #pragma once
 
-#include "io/unfilledList.h"
+#include "numeric/unfilledList.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QList>

@@ -105,6 +105,30 @@ TEST(CloudQueries, FirstPointWithACoordinate) {
     EXPECT_EQ(flat.getIndexY(8), 1);
 }
 
+TEST(CloudQueries, BallTakesWhatIsAtMostItsRadiusAway) {
+    Nasty nasty(13);
+    for (int round = 0; round < 400; ++round) {
+        nasty.nextCase();
+        KxPointCloud<KxPointXYZ> cloud;
+        cloud.points = nasty.points<KxPointXYZ>(1 + nasty.size());
+        const KxPointXYZ centre = nasty.chance(50) ? nasty.point<KxPointXYZ>() : cloud.points[0];
+        KxPointXYZ another = cloud.points.last();
+        // Often exactly as far as a point is, or the next float.
+        const float distance = KxPointXYZ::calcDistance(another, centre);
+        const float radius = nasty.pick(std::array{distance, std::nextafter(distance, 0.0f), nasty.value(), -0.0f,
+                                                   1e-30f, 1e-45f, 1.9e19f, std::numeric_limits<float>::infinity()});
+        QList<int> expected;
+        for (qsizetype i = 0; i < cloud.points.size(); ++i) {
+            if (KxPointXYZ::calcDistance(cloud.points[i], centre) <= (radius * 2) * 0.5f) {
+                expected.append(static_cast<int>(i));
+            }
+        }
+        QList<int> found{7};
+        ASSERT_EQ(cloud.getRangeIndeces(found, centre, radius * 2), expected.size()) << radius;
+        ASSERT_EQ(found, expected) << radius;
+    }
+}
+
 TEST(CloudQueries, BallIncludesItsSurface) {
     Space cloud;
     cloud.points = {{3, 0, 0}, {0, 0, 3.0000002f}, {kNaN, 0, 0}, {0, 0, 0}, {0, -3, 0}};
