@@ -2,6 +2,7 @@
 #pragma once
 
 #include "numeric/bounds.h"
+#include "numeric/float4.h"
 
 #ifdef __SSE__
 #include <xmmintrin.h>
@@ -15,7 +16,7 @@ inline constexpr bool kHasZ = requires(Point p) {
 };
 
 /// Three coordinates in one register; the fourth place stands for nothing.
-using Coordinates __attribute__((vector_size(16))) = float;
+using Coordinates = Float4;
 
 /// A box with inclusive bounds. A NaN bound is switched off; a NaN coordinate fails every bound that is not.
 class Box {

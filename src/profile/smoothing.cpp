@@ -1,9 +1,12 @@
 // Smoothing filters over windows of points.
 #include "KxMath/KxProfile.h"
 
+#include "numeric/float4.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace KxMath {
 
@@ -14,14 +17,45 @@ constexpr std::array<float, kTaps> kTapWeights = {0.0f,    0.0013f, 0.0047f, 0.0
                                                   0.0824f, 0.1011f, 0.1139f, 0.1185f, 0.1139f, 0.1011f, 0.0824f,
                                                   0.0612f, 0.0407f, 0.0238f, 0.0117f, 0.0047f, 0.0013f};
 
-/// The smoothed height at point i, which needs kTaps - 1 points before it.
-float smoothedY(const QList<KxPointXY>& points, qsizetype i) {
-    float sum = 0.0f;
+/// Outputs that are summed side by side: each sum keeps its order, and none waits for another one.
+constexpr qsizetype kGroups = 4;
+constexpr qsizetype kSideBySide = 4 * kGroups;
+
+using Sums = std::array<detail::Float4, kGroups>;
+
+float sumAt(const Sums& sums, qsizetype i) {
+    return sums[static_cast<size_t>(i / 4)][i % 4];
+}
+
+/// The smoothed heights of kSideBySide points from `y` on, with kTaps - 1 heights before it.
+Sums smoothedHeights(const float* y) {
+    Sums sums{};
     for (qsizetype k = 0; k < kTaps; ++k) {
         // Deliberately with the first weight of 0 too: a NaN shows at its own point.
-        sum += kTapWeights[static_cast<size_t>(k)] * points[i - k].y;
+        const float weight = kTapWeights[static_cast<size_t>(k)];
+        for (qsizetype group = 0; group < kGroups; ++group) {
+            sums[static_cast<size_t>(group)] += weight * detail::loadFloat4(y - k + 4 * group);
+        }
     }
-    return sum;
+    return sums;
+}
+
+/// Sums of `count` values: of those from `values` on, from the next one on, and so on.
+Sums windowSums(const float* values, qsizetype count) {
+    Sums sums{};
+    for (qsizetype k = 0; k < count; ++k) {
+        for (qsizetype group = 0; group < kGroups; ++group) {
+            sums[static_cast<size_t>(group)] += detail::loadFloat4(values + k + 4 * group);
+        }
+    }
+    return sums;
+}
+
+/// One coordinate of all points, with room behind it that whole groups of outputs may read.
+std::vector<float> coordinatesOf(const QList<KxPointXY>& points, float KxPointXY::*coordinate) {
+    std::vector<float> values(static_cast<size_t>(points.size() + kSideBySide));
+    std::transform(points.cbegin(), points.cend(), values.begin(), [&](const KxPointXY& p) { return p.*coordinate; });
+    return values;
 }
 
 bool isOrderedByX(const QList<KxPointXY>& points) {
@@ -64,16 +98,15 @@ void KxProfile::kihFilter20(KxProfile& out, float maxStep) {
         return;
     }
     const QList<KxPointXY> source = points; // shared, so that `out` may be this profile
+    const std::vector<float> heights = coordinatesOf(source, &KxPointXY::y);
     KxPointXY* const target = out.points.data();
-    for (qsizetype i = 0; i < n; ++i) {
-        float y = source[i].y;
-        if (i >= kTaps) {
+    std::copy(source.cbegin(), source.cbegin() + kTaps, target);
+    for (qsizetype start = kTaps; start < n; start += kSideBySide) {
+        const Sums smoothed = smoothedHeights(heights.data() + start);
+        for (qsizetype i = start; i < std::min(n, start + kSideBySide); ++i) {
             const bool isBehindGap = source[i].x - source[i - 1].x > maxStep; // NaN: false
-            if (!isBehindGap) {
-                y = smoothedY(source, i);
-            }
+            target[i] = KxPointXY(source[i].x, isBehindGap ? source[i].y : sumAt(smoothed, i - start));
         }
-        target[i] = KxPointXY(source[i].x, y);
     }
 }
 
@@ -127,21 +160,20 @@ void KxProfile::diffFilt(KxProfile& out, int window) {
         return;
     }
     const qsizetype half = w / 2;
+    // What is written is behind all windows that are still to come.
+    const std::vector<float> xs = coordinatesOf(out.points, &KxPointXY::x);
+    const std::vector<float> ys = coordinatesOf(out.points, &KxPointXY::y);
     KxPointXY* const data = out.points.data();
-    for (qsizetype i = 0; i < n - w + 1; ++i) {
-        float upperY = 0.0f;
-        float upperX = 0.0f;
-        for (qsizetype k = i + half; k < i + w; ++k) {
-            upperY += data[k].y;
-            upperX += data[k].x;
+    const qsizetype windows = n - w + 1;
+    for (qsizetype start = 0; start < windows; start += kSideBySide) {
+        const Sums upperY = windowSums(ys.data() + start + half, w - half);
+        const Sums upperX = windowSums(xs.data() + start + half, w - half);
+        const Sums lowerY = windowSums(ys.data() + start, half);
+        const Sums lowerX = windowSums(xs.data() + start, half);
+        for (qsizetype i = start; i < std::min(windows, start + kSideBySide); ++i) {
+            const qsizetype k = i - start;
+            data[i].y = (sumAt(upperY, k) - sumAt(lowerY, k)) / (sumAt(upperX, k) - sumAt(lowerX, k));
         }
-        float lowerY = 0.0f;
-        float lowerX = 0.0f;
-        for (qsizetype k = i; k < i + half; ++k) {
-            lowerY += data[k].y;
-            lowerX += data[k].x;
-        }
-        data[i].y = (upperY - lowerY) / (upperX - lowerX);
     }
 }
 
