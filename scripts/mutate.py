@@ -22,7 +22,7 @@ COPY = ROOT / "build-mutate" / "tree"
 BUILD = ROOT / "build-mutate" / "build"
 REPORT = ROOT / "build-mutate" / "faults.json"
 AREAS = ["numeric", "io", "geometry", "cloud", "profile", "grid", "railway"]
-TESTED = ["geometry", "cloud", "profile", "grid", "railway"]
+TESTED = ["geometry", "io", "cloud", "profile", "grid", "railway"]
 OPERAND = r"[A-Za-z_][\w.\[\]]*(?:\(\))?"
 NUMBER = re.compile(r"(?<![\w.])(\d+\.\d+(?:e-?\d+)?f?|\d+)(?![\w.])")
 
