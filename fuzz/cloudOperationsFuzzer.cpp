@@ -53,6 +53,10 @@ void filter(KxPointCloud<KxPointXYZ>& cloud, Input& in) {
 
 template <typename Point>
 void count(KxPointCloud<Point>& cloud, float step) {
+    if (kxfuzz::isLongWalk(kxfuzz::extentOf(cloud.points, &Point::y), step)) {
+        return;
+    }
+    cloud.calcRange();
     KxLevelHistogram<Point> histogram;
     kxfuzz::require(histogram.calcFromPointCloud(cloud, step) == histogram.count());
     histogram.calcMassCenter();

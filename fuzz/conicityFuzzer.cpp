@@ -27,6 +27,8 @@ void fill(KxProfile& profile, bool isWheel, Input& in) {
     } else {
         kxtool::appendRoundRail(profile, 32.0f + static_cast<float>(shape));
     }
+    // Smaller ones than real ones, which make more runs.
+    profile.resize(static_cast<float>(in.byte() % 8 + 1) / 16.0f, 1.0f, 1.0f);
     for (int n = in.byte() % 8; n > 0; --n) {
         KxPointXY& p = profile.points[in.take<std::uint16_t>() % profile.points.size()];
         const KxPointXY by = in.pointXY();

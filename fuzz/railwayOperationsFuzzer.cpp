@@ -78,7 +78,9 @@ void measure(Input& in) {
     }
     // The section is sampled every 0.1 mm, and far from the centre its turning makes it wide.
     constexpr float kFarthest = 1000.0f;
-    const auto isFar = [](const KxPointXYZ& p) { return !(std::abs(p.x) < kFarthest && std::abs(p.z) < kFarthest); };
+    const auto isFar = [](const KxPointXYZ& p) {
+        return !(std::abs(p.x) < kFarthest && std::abs(p.y) < kFarthest && std::abs(p.z) < kFarthest);
+    };
     if (std::none_of(rim.points.cbegin(), rim.points.cend(), isFar) && !isFar(KxPointXYZ(circle.x, 0.0f, circle.y))) {
         _WheelProfileValues values;
         KxProfile measured;
