@@ -41,8 +41,40 @@ bool isWidening(const Oscillation& o) {
     return true;
 }
 
-/// The wells of all amplitudes. While the turning points move apart a well is a stretch of that of the largest
-/// amplitude, which is built once; otherwise each is built anew.
+bool isLeftOf(const KxPointXY& a, const KxPointXY& b) {
+    return a.x < b.x;
+}
+
+/// Whether each point stands to the right of the one before.
+bool isRising(const QList<KxPointXY>& points) {
+    const auto isNotRising = [](const KxPointXY& a, const KxPointXY& b) { return !isLeftOf(a, b); }; // NaN: true
+    return std::adjacent_find(points.cbegin(), points.cend(), isNotRising) == points.cend();
+}
+
+/// Puts points between those of a rising list; where both have one the old one stays. Of new ones with the same x the
+/// first counts. No x is NaN.
+void mergeInto(QList<KxPointXY>& rising, QList<KxPointXY> added) {
+    std::stable_sort(added.begin(), added.end(), isLeftOf);
+    QList<KxPointXY> all;
+    all.reserve(rising.size() + added.size());
+    auto next = added.cbegin();
+    const auto addUpTo = [&](auto isDue) {
+        for (; next != added.cend() && isDue(*next); ++next) {
+            if (all.isEmpty() || all.constLast().x != next->x) {
+                all.append(*next);
+            }
+        }
+    };
+    for (const KxPointXY& p : std::as_const(rising)) {
+        addUpTo([&](const KxPointXY& q) { return q.x < p.x; });
+        all.append(p);
+    }
+    addUpTo([](const KxPointXY&) { return true; });
+    rising.swap(all);
+}
+
+/// The wells of rising amplitudes. While the turning points move apart a well is a stretch of that of the largest
+/// amplitude, which is built once; otherwise each is the one before and the points between their amplitudes.
 class Wells {
 public:
     explicit Wells(const Oscillation& oscillation)
@@ -52,18 +84,38 @@ public:
         }
     }
 
-    QList<KxPointXY> at(qsizetype n) const {
+    /// `n` must not fall from call to call.
+    QList<KxPointXY> at(qsizetype n) {
         if (!isWidening_) {
-            return potentialWell(oscillation_, n).points;
+            return grownTo(n);
         }
         return widest_.points.mid(last_ - n, widest_.points.size() - 2 * (last_ - n));
     }
 
 private:
+    QList<KxPointXY> grownTo(qsizetype n) {
+        QList<KxPointXY> added;
+        for (; grown_ <= n; ++grown_) {
+            const float potential = oscillation_.potential.points.at(grown_).y;
+            added.append(KxPointXY(oscillation_.right.points.at(grown_).y, potential));
+            added.append(KxPointXY(oscillation_.left.points.at(grown_).y, potential));
+        }
+        hasNaN_ =
+            hasNaN_ || std::any_of(added.cbegin(), added.cend(), [](const KxPointXY& p) { return std::isnan(p.x); });
+        if (hasNaN_) {
+            return potentialWell(oscillation_, n).points; // an order that depends on all points
+        }
+        mergeInto(growing_, added);
+        return growing_;
+    }
+
     const Oscillation& oscillation_;
     bool isWidening_;
     qsizetype last_;
     KxProfile widest_;
+    QList<KxPointXY> growing_;
+    qsizetype grown_ = 0; ///< amplitudes in `growing_`
+    bool hasNaN_ = false;
 };
 
 /// The value at `x` of the Akima spline through `points`, which are ordered by x. The spline is local: it is built over
@@ -84,10 +136,15 @@ float splineValue(const QList<KxPointXY>& points, float x) {
 KxProfile withMargins(const QList<KxPointXY>& well, float margin) {
     const float first = well.first().x + margin;
     const float last = well.last().x - margin;
+    const QList<KxPointXY> ends = {KxPointXY(first, splineValue(well, first)),
+                                   KxPointXY(last, splineValue(well, last))};
     KxProfile extended;
     extended.points = well;
-    extended.points.append(KxPointXY(first, splineValue(well, first)));
-    extended.points.append(KxPointXY(last, splineValue(well, last)));
+    if (isRising(well) && !std::isnan(first) && !std::isnan(last)) {
+        mergeInto(extended.points, ends);
+        return extended;
+    }
+    extended.points.append(ends);
     extended.sort(KxSortAscending, KxSortAscending);
     extended.removeDuplicates();
     return extended;
@@ -155,7 +212,7 @@ void calcConicityCurve(const Oscillation& oscillation, unsigned int amplitudeCou
     const qsizetype start = findStart(potential, count);
     const double width = std::ceil(static_cast<double>(count - start) / static_cast<double>(amplitudeCount));
     const qsizetype step = std::max<qsizetype>(static_cast<qsizetype>(width), 1);
-    const Wells wells(oscillation);
+    Wells wells(oscillation);
     for (qsizetype n = start; n < count; n += step) {
         float value = 0.0f;
         if (calcConicity(wells.at(n), potential[n].y, edgeMargin, value)) {
