@@ -74,6 +74,17 @@ int readRecord(const QString& path, KxProfile& profile) {
     return count;
 }
 
+/// Reads the record or the section at the position of a file. @return the number of points, -1 for neither
+int readNext(QFile& file, QList<KxPointXY>& points) {
+    KxMath::KxProfileZ record;
+    int count = record.readFromFile(file);
+    if (count < 0) {
+        count = static_cast<KxMath::KxPointCloud<KxPointXY>&>(record).readFromFile(file);
+    }
+    points = record.points;
+    return count;
+}
+
 } // namespace
 
 QString readProfileFile(const QString& path, int xColumn, int yColumn, KxProfile& profile) {
@@ -107,6 +118,29 @@ QString readProfileFile(const QString& path, int xColumn, int yColumn, KxProfile
         return QStringLiteral("is damaged");
     }
     return count == 0 ? QStringLiteral("holds no points") : QString();
+}
+
+QString readProfilesOfFile(const QString& path, int xColumn, int yColumn, std::vector<QList<KxPointXY>>& profiles) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return QStringLiteral("cannot be read: %1").arg(file.errorString());
+    }
+    profiles.clear();
+    const Kind kind = kindOf(file.peek(1));
+    if (kind != Kind::CloudSection && kind != Kind::ProfileRecord) {
+        file.close();
+        KxProfile profile;
+        const QString fault = readProfileFile(path, xColumn, yColumn, profile);
+        profiles.push_back(profile.points);
+        return fault;
+    }
+    while (!file.atEnd()) {
+        if (readNext(file, profiles.emplace_back()) < 0) {
+            return QStringLiteral("is damaged: neither a profile record nor a 2-D cloud section begins at byte %1")
+                .arg(file.pos());
+        }
+    }
+    return {};
 }
 
 } // namespace kxtool

@@ -5,6 +5,8 @@
 
 #include <QtCore/QString>
 
+#include <vector>
+
 namespace kxtool {
 
 /// Reads one profile from a file, in the order of its points:
@@ -15,5 +17,11 @@ namespace kxtool {
 /// Columns are counted from 0.
 /// @return what is wrong with the file, an empty text when it was read
 QString readProfileFile(const QString& path, int xColumn, int yColumn, KxMath::KxProfile& profile);
+
+/// Reads the points of all profiles of a file: every 2-D cloud section and profile record of a recording, the one
+/// profile of a text. Those without points count.
+/// @return what is wrong with the file, an empty text when it was read to its end
+QString readProfilesOfFile(const QString& path, int xColumn, int yColumn,
+                           std::vector<QList<KxMath::KxPointXY>>& profiles);
 
 } // namespace kxtool

@@ -17,6 +17,7 @@ struct Command {
 /// All subcommands in the order in which the help lists them.
 std::span<const Command> allCommands();
 
+int runCalibrate(const QStringList& arguments);
 int runConicity(const QStringList& arguments);
 int runConvert(const QStringList& arguments);
 int runGrid(const QStringList& arguments);

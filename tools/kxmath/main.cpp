@@ -19,6 +19,7 @@ constexpr std::array kCommands = {
     Command{"train", "wheels of a train and the distances across its wheel pairs, from two recordings", runTrain},
     Command{"conicity", "equivalent conicity of a wheel-set on a track, from four profiles", runConicity},
     Command{"wheel", "height and thickness of flanges, from the profiles of wheels", runWheel},
+    Command{"calibrate", "pose of a sensor from profiles of the calibration object", runCalibrate},
     Command{"grid", "height map of a scan, its block means and its flat patches", runGrid},
     Command{"info", "what files hold: kinds, counts, ranges, the first bad byte", runInfo},
     Command{"convert", "points from one kind of file to another", runConvert},

@@ -1,4 +1,5 @@
 // kxmath simulate: writes the recordings of a train that never was.
+#include "calibrate/shotOptions.h"
 #include "commandError.h"
 #include "commands.h"
 #include "console.h"
@@ -21,7 +22,7 @@ const char* const kDescription =
     "and the truth. The same options give the same bytes.\n"
     "\n"
     "Files: PREFIX_SERIAL.bin of both sensors, settings.ini for wheels and distances, defects.ini for defects of the\n"
-    "tread, truth.json.\n"
+    "tread, truth.json. With --calibration: calibration-1.bin and so on, truth.json.\n"
     "\n"
     "Exit codes: 0 done, 2 wrong use, 4 DIR or a file in it could not be written.";
 
@@ -49,6 +50,7 @@ void addOptions(QCommandLineParser& parser) {
         const QString help = QStringLiteral("%1 [%2]").arg(QLatin1String(info.help), defaultText(info));
         parser.addOption({QLatin1String(info.name), help, QStringLiteral("N")});
     }
+    addShotOptions(parser);
 }
 
 [[noreturn]] void failUse(const QString& message) {
@@ -158,11 +160,13 @@ int runChecked(const QStringList& arguments) {
     if (positional.size() != 1 || positional[0].isEmpty()) {
         failUse(QStringLiteral("one DIR is needed, see kxmath simulate --help"));
     }
-    const Parameters parameters = readParameters(parser);
+    const auto shots = shotOptions(parser);
+    const Parameters parameters = shots ? Parameters{} : readParameters(parser);
     Progress progress;
     progress.step(QStringLiteral("simulating"));
     const auto show = [&](double share) { progress.part(static_cast<qint64>(1000.0 * share), 1000); };
-    const QString fault = kxsim::simulatePass(parameters, positional[0], show);
+    const QString fault = shots ? kxsim::writeCalibrationShots(*shots, positional[0])
+                                : kxsim::simulatePass(parameters, positional[0], show);
     progress.wipe();
     if (!fault.isEmpty()) {
         throw CommandError{OutputFailed, fault};

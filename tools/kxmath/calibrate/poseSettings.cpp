@@ -1,0 +1,154 @@
+// A pose in a settings file, next to what else stands there.
+#include "calibrate/poseSettings.h"
+
+#include "commandError.h"
+#include "numbers.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QMap>
+#include <QtCore/QSettings>
+#include <QtCore/QTemporaryFile>
+
+#include <algorithm>
+
+namespace kxtool {
+
+namespace {
+
+struct Value {
+    QByteArray key;
+    QByteArray text;
+};
+using Values = QList<Value>;
+
+[[noreturn]] void fail(const QString& name, const QString& why) {
+    throw CommandError{BadInput, QStringLiteral("settings '%1' %2").arg(name, why)};
+}
+
+Values valuesOf(const PoseKeys& keys) {
+    Values values;
+    for (size_t i = 0; i < keys.pose.size(); ++i) {
+        const QByteArray name = kPoseNames[i];
+        if (name != "y" || keys.hasY) {
+            values.append({name, shortestText(static_cast<float>(keys.pose[i])).toLatin1()});
+        }
+    }
+    values.append({"position", QByteArray::number(keys.position)});
+    return values;
+}
+
+bool isSection(const QByteArray& line) {
+    return line.trimmed().startsWith('[');
+}
+
+QByteArray keyIn(const QByteArray& line) {
+    const qsizetype equals = line.indexOf('=');
+    return equals < 0 ? QByteArray() : line.left(equals).trimmed();
+}
+
+/// Puts values into the section. Where a key stands more than once, the last one counts; the others go.
+QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& section, Values values,
+                        const QByteArray& lineEnd) {
+    QList<QByteArray> merged;
+    const auto isKey = [](const QByteArray& key) { return [&key](const Value& value) { return value.key == key; }; };
+    const Values all = values;
+    bool isInside = false;
+    qsizetype sectionEnd = -1; // behind the last line with something in it
+    for (const QByteArray& line : lines) {
+        if (isSection(line)) {
+            isInside = line.trimmed() == section;
+        } else if (const QByteArray key = keyIn(line); isInside && std::any_of(all.begin(), all.end(), isKey(key))) {
+            const auto value = std::find_if(values.begin(), values.end(), isKey(key));
+            if (value != values.end()) {
+                merged.append(key + '=' + value->text + lineEnd);
+                sectionEnd = merged.size();
+                values.erase(value);
+            }
+            continue;
+        }
+        merged.append(line);
+        if (isInside && !line.trimmed().isEmpty()) {
+            sectionEnd = merged.size();
+        }
+    }
+    if (!values.isEmpty() && sectionEnd < 0) {
+        if (!merged.isEmpty()) {
+            merged.append(lineEnd);
+        }
+        merged.append(section + lineEnd);
+        sectionEnd = merged.size();
+    }
+    for (const Value& value : std::as_const(values)) {
+        merged.insert(sectionEnd++, value.key + '=' + value.text + lineEnd);
+    }
+    return merged;
+}
+
+/// All keys of a text, as programs will read them.
+QMap<QString, QVariant> parsed(const QByteArray& text, const QString& name) {
+    QTemporaryFile file;
+    if (!file.open() || file.write(text) != text.size() || !file.flush()) {
+        throw CommandError{OutputFailed, QStringLiteral("cannot write a temporary file: %1").arg(file.errorString())};
+    }
+    const QSettings settings(file.fileName(), QSettings::IniFormat);
+    QMap<QString, QVariant> values;
+    for (const QString& key : settings.allKeys()) {
+        values[key] = settings.value(key);
+    }
+    if (settings.status() != QSettings::NoError) {
+        fail(name, QStringLiteral("cannot be parsed as an INI file"));
+    }
+    return values;
+}
+
+/// True when all that is new in `after` are the values, and nothing else has changed.
+bool differsOnlyIn(const Values& values, const QString& section, const QMap<QString, QVariant>& before,
+                   const QMap<QString, QVariant>& after) {
+    QMap<QString, QVariant> expected = before;
+    for (const Value& value : values) {
+        expected[section + QLatin1Char('/') + QLatin1String(value.key)] = QString::fromLatin1(value.text);
+    }
+    return expected == after;
+}
+
+} // namespace
+
+QByteArray readSettingsText(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        return {};
+    }
+    QFile file(path);
+    if (!info.isFile()) {
+        fail(path, QStringLiteral("are not a file"));
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail(path, QStringLiteral("cannot be read: ") + file.errorString());
+    }
+    const QByteArray text = file.readAll();
+    if (QString::fromUtf8(text).toUtf8() != text) {
+        fail(path, QStringLiteral("are not text in UTF-8 without a byte order mark"));
+    }
+    parsed(text, path);
+    return text;
+}
+
+QByteArray withPose(const QByteArray& text, const PoseKeys& keys, const QString& name) {
+    const QByteArray lineEnd = text.contains("\r\n") ? "\r\n" : "\n";
+    QList<QByteArray> lines;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype end = text.indexOf('\n', at);
+        lines.append(end < 0 ? text.mid(at) + lineEnd : text.mid(at, end + 1 - at));
+        at = end < 0 ? text.size() : end + 1;
+    }
+    const QString section = QStringLiteral("SENSOR%1").arg(keys.sensor);
+    const Values values = valuesOf(keys);
+    const QByteArray merged = merge(lines, '[' + section.toLatin1() + ']', values, lineEnd).join();
+    if (!differsOnlyIn(values, section, parsed(text, name), parsed(merged, name))) {
+        fail(name, QStringLiteral("are written in a way in which keys cannot be added without changing others"));
+    }
+    return merged;
+}
+
+} // namespace kxtool
