@@ -80,7 +80,7 @@ TEST_F(CalibrateCommand, FindsTheSimulatedPose) {
                                      "120",
                                      "--pitch",
                                      "22"};
-        const QJsonObject found = calibrate(profile + QStringList{"--y", y});
+        const QJsonObject found = calibrate(profile + QStringList{"--sensor-y", y});
         expectPose(found["pose"].toObject(), pose, 0.1, 0.3);
         EXPECT_NEAR(found["foundY"].toDouble(), pose["y"].toDouble(), 0.3);
         EXPECT_EQ(found["warnings"].toArray().size(), 0);
@@ -93,12 +93,12 @@ TEST_F(CalibrateCommand, FindsTheSimulatedPose) {
             EXPECT_NEAR(flank[QLatin1String("rms")].toDouble(), 0.02, 0.015);
             EXPECT_FALSE(flank[QLatin1String("isOff")].toBool());
         }
-        // Without --y the positions 2, 4 and 5 find it, the others leave it open.
+        // Without --sensor-y the positions 2, 4 and 5 find it, the others leave it open.
         const bool findsY = *position == '2' || *position >= '4';
         EXPECT_EQ(calibrate(profile)["pose"].toObject()["y"].isNull(), !findsY);
         // From the other side of the crests the profile would look the same with another gamma.
         const QString otherSide = QString::number(240.0 - pose["y"].toDouble());
-        EXPECT_TRUE(run(profile + QStringList{"--y", otherSide}).errors.contains("other side"));
+        EXPECT_TRUE(run(profile + QStringList{"--sensor-y", otherSide}).errors.contains("other side"));
     }
 }
 
@@ -190,7 +190,7 @@ TEST_F(CalibrateCommand, PutsThePoseIntoSettings) {
     EXPECT_TRUE(after.contains("\r\ny=5.5\r\n; more\r\nx="));
     EXPECT_TRUE(after.endsWith("\r\n\r\n[Other]\r\nbeta=9\r\n")) << after.constData();
     EXPECT_EQ(after.count("beta="), 2);
-    EXPECT_EQ(run(arguments + QStringList{"--y", "-177"}).exitCode, 0);
+    EXPECT_EQ(run(arguments + QStringList{"--sensor-y", "-177"}).exitCode, 0);
     EXPECT_TRUE(read("s.ini").contains("\r\ny=-177\r\n"));
     EXPECT_EQ(run(arguments).exitCode, 0);
     EXPECT_TRUE(read("s.ini").contains("\r\ny=-177\r\n"));

@@ -33,7 +33,7 @@ const char* const kDescription =
     "0.02 mm and four standard deviations.\n"
     "\n"
     "--write puts x, y, z in mm, alpha, beta, gamma in degrees, and position as SENSORn/x and so on into an INI file;\n"
-    "other keys stay as they are. Without --y the key y is left alone for positions that do not find it.\n"
+    "other keys stay as they are. Without --sensor-y the key y is left alone for positions that do not find it.\n"
     "\n"
     "Exit codes: 0 done, profiles without a pose are told and left out; 1 no pose, or profiles that are not of one\n"
     "pose; 2 wrong use; 3 a file is unreadable or damaged; 4 an output could not be written. SETTINGS are written\n"
@@ -61,7 +61,7 @@ void addOptions(QCommandLineParser& parser) {
     parser.addPositionalArgument(QStringLiteral("PROFILE..."), QStringLiteral("Profiles of the object, of one pose."));
     add("position", QStringLiteral("Placement code of the sensor; needed."), "N");
     addObjectOptions(parser);
-    add("y",
+    add("sensor-y",
         QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it; for all it tells on which "
                        "side of the crests the sensor stands, which a profile does not: a rough value does."),
         "mm");
@@ -108,9 +108,9 @@ Arguments readArguments(const QCommandLineParser& parser) {
     }
     a.task.placement = placementOption(parser, QStringLiteral("position"));
     a.task.object = objectOption(parser, a.task.placement);
-    if (parser.isSet(QStringLiteral("y"))) {
+    if (parser.isSet(QStringLiteral("sensor-y"))) {
         constexpr float kFarthest = 1e6f;
-        a.task.sensorY = numberOption(parser, QStringLiteral("y"), -kFarthest, kFarthest);
+        a.task.sensorY = numberOption(parser, QStringLiteral("sensor-y"), -kFarthest, kFarthest);
     }
     if (a.settings.isWanted() || parser.isSet(QStringLiteral("sensor"))) {
         a.sensor = sensorOption(parser);
@@ -146,12 +146,13 @@ void warnAboutY(CalibrationResult& result) {
     constexpr double kMaxDifference = 1.0; // mm
     const double foundY = result.average.foundY;
     if (!result.hasY()) {
-        result.warnings += QStringLiteral("position %1 does not find y; tell it with --y (by the object it is %2 mm)")
-                               .arg(result.task.placement)
-                               .arg(foundY, 0, 'f', 2);
-    } else if (!result.task.findsY() && std::abs(static_cast<double>(*result.task.sensorY) - foundY) > kMaxDifference) {
         result.warnings +=
-            QStringLiteral("--y and --plane-y do not fit together: by the object y is %1 mm").arg(foundY, 0, 'f', 2);
+            QStringLiteral("position %1 does not find y; tell it with --sensor-y (by the object it is %2 mm)")
+                .arg(result.task.placement)
+                .arg(foundY, 0, 'f', 2);
+    } else if (!result.task.findsY() && std::abs(static_cast<double>(*result.task.sensorY) - foundY) > kMaxDifference) {
+        result.warnings += QStringLiteral("--sensor-y and --plane-y do not fit together: by the object y is %1 mm")
+                               .arg(foundY, 0, 'f', 2);
     }
 }
 

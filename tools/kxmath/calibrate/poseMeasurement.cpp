@@ -154,8 +154,9 @@ QString contradiction(const CalibrationTask& task, const PoseMeasurement& m) {
     const bool looksUp = std::sin(m.pose[4] / kDegrees) > 0.0;
     const bool standsBelow = static_cast<double>(*task.sensorY) < task.object.crestY;
     if (looksUp != standsBelow) {
-        return QStringLiteral("fits only a sensor on the other side of the crests than --y tells: gamma is taken to be "
-                              "%1, is the sensor turned the other way about its axis?")
+        return QStringLiteral(
+                   "fits only a sensor on the other side of the crests than --sensor-y tells: gamma is taken to be "
+                   "%1, is the sensor turned the other way about its axis?")
             .arg(isMirrored(task.placement) ? QStringLiteral("180 to 360 degrees")
                                             : QStringLiteral("0 to 180 degrees"));
     }
