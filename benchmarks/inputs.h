@@ -53,14 +53,14 @@ inline QList<KxMath::KxPointXYZ> randomPoints(int count, unsigned seed = 3) {
     return points;
 }
 
-/// A set of `rows` profiles of `kProfilePoints` points 0.5 mm apart.
+/// A set of `rows` profiles of `kProfilePoints` points 0.0625 mm apart.
 inline void fillSet(KxMath::KxProfileZSet& set, int rows) {
     for (int row = 0; row < rows; ++row) {
-        KxMath::KxProfileZ profile(0.5f * static_cast<float>(row));
+        KxMath::KxProfileZ profile(0.0625f * static_cast<float>(row));
         profile.points = profilePoints(kProfilePoints, static_cast<unsigned>(row % 16));
         set.profiles.append(profile);
     }
-    set.stepZ = 0.5f;
+    set.stepZ = 0.0625f; // as in x: a grid of 1280 columns
     set.calcRange();
 }
 

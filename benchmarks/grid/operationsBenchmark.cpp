@@ -48,7 +48,7 @@ void toMatrix(Job& j) {
     addJob("setToMatrix", nothing, toMatrix);
     addJob(
         "setFromCloud", [](Job& j) { j.set.toPointCloud(j.cloud); },
-        [](Job& j) { j.set.calcFromPointCloud(j.cloud, 0.5f); });
+        [](Job& j) { j.set.calcFromPointCloud(j.cloud, 0.0625f); });
     addJob("matrixSize", toMatrix, [](Job& j) { benchmark::DoNotOptimize(j.matrix.size()); });
     addJob("matrixTrim", toMatrix, [](Job& j) { j.matrix.trim(100, 1100, 25, 33, 100, 1900); });
     addJob("matrixToCloud", toMatrix, [](Job& j) { j.matrix.toPointCloud(j.cloud); });

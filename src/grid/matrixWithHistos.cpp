@@ -2,10 +2,16 @@
 #include "KxMath/KxMatrixWithHistos.h"
 
 #include "numeric/bounds.h"
+#include "numeric/float4.h"
+#include "numeric/unfilledList.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <deque>
 #include <limits>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace KxMath {
@@ -18,40 +24,81 @@ int blockBegin(int end, int blockSize) {
     return static_cast<int>(std::clamp<qint64>(qint64(end) - blockSize, 0, std::numeric_limits<int>::max()));
 }
 
-/// The sums of the blocks of one row, all side by side. Each is added up on its own, row by row and column by column of
-/// its block.
-class BlockSums {
+/// The means of the blocks that end before a row and before each column. Sums of neighbouring blocks are added up side
+/// by side, each on its own: row by row and column by column of its block. Numbers of cells are whole and need no
+/// order.
+class BlockMeans {
 public:
-    explicit BlockSums(int columns) : sums_(static_cast<size_t>(std::max(columns, 0))), counts_(sums_.size()) {}
+    BlockMeans(int columns, int blockSize)
+        : columns_(std::max(columns, 0)), width_(std::clamp(blockSize, 0, columns_)), counts_(index(columns_)),
+          means_(index(columns_)) {}
 
-    void clear() {
-        std::fill(sums_.begin(), sums_.end(), 0.0f);
-        std::fill(counts_.begin(), counts_.end(), 0);
+    /// The number of rows that it holds.
+    int rowCount() const { return static_cast<int>(rows_.size()); }
+
+    /// Takes the next row of the grid into the blocks that follow.
+    void addRow(const float* cells) {
+        Row row;
+        row.cells.assign(index(width_ + columns_ + kSideBySide), 0.0f);
+        row.counts.assign(index(columns_), 0);
+        int count = 0; // of the cells in front of the column, as many as a block is wide
+        for (int c = 0; c < columns_; ++c) {
+            row.counts[index(c)] = count;
+            counts_[index(c)] += count;
+            const bool isFilled = !std::isnan(cells[c]);
+            // A sum that starts at 0 is never -0, so that adding 0 in place of an empty cell does not change it.
+            row.cells[index(width_ + c)] = isFilled ? cells[c] : 0.0f;
+            count += isFilled ? 1 : 0;
+            count -= c >= width_ && !std::isnan(cells[c - width_]) ? 1 : 0;
+        }
+        rows_.push_back(std::move(row));
     }
 
-    /// Adds the next row of the blocks.
-    void add(const float* row, int blockSize) {
-        const int columns = static_cast<int>(sums_.size());
-        for (int distance = std::min(blockSize, columns - 1); distance > 0; --distance) {
-            float* const sums = sums_.data() + distance;
-            int* const counts = counts_.data() + distance;
-            for (int c = 0; c < columns - distance; ++c) {
-                // A sum that starts at 0 is never -0, so that adding 0 in place of an empty cell does not change it.
-                const bool isEmpty = std::isnan(row[c]);
-                sums[c] += isEmpty ? 0.0f : row[c];
-                counts[c] += isEmpty ? 0 : 1;
+    /// Forgets the oldest row.
+    void dropRow() {
+        for (int c = 0; c < columns_; ++c) {
+            counts_[index(c)] -= rows_.front().counts[index(c)];
+        }
+        rows_.pop_front();
+    }
+
+    /// The means of the blocks of the rows that it holds; 0 where all cells are empty.
+    const std::vector<float>& calc() {
+        for (int start = 0; start < columns_; start += kSideBySide) {
+            std::array<detail::Float4, kGroups> sums{};
+            for (const Row& row : rows_) {
+                const float* cell = row.cells.data() + start; // the leftmost one of the block, `width_` to the left
+                for (int k = 0; k < width_; ++k, ++cell) {
+                    for (int group = 0; group < kGroups; ++group) {
+                        sums[index(group)] += detail::loadFloat4(cell + 4 * group);
+                    }
+                }
+            }
+            for (int c = start; c < std::min(columns_, start + kSideBySide); ++c) {
+                const int count = counts_[index(c)];
+                const float sum = sums[index((c - start) / 4)][(c - start) % 4];
+                means_[index(c)] = count == 0 ? 0.0f : sum / static_cast<float>(count);
             }
         }
-    }
-
-    float mean(int column) const {
-        const size_t c = static_cast<size_t>(column);
-        return counts_[c] == 0 ? 0.0f : sums_[c] / static_cast<float>(counts_[c]);
+        return means_;
     }
 
 private:
-    std::vector<float> sums_;
+    static constexpr int kGroups = 4;
+    static constexpr int kSideBySide = 4 * kGroups;
+
+    struct Row {
+        std::vector<float> cells; // `width_` zeros, the cells with 0 for empty ones, and zeros to read beyond the end
+        std::vector<int> counts; // of each column: cells that are not empty in the part of the block in this row
+    };
+
+    static size_t index(int i) { return static_cast<size_t>(i); }
+
+    int columns_;
+    int width_;
+    std::deque<Row> rows_;
     std::vector<int> counts_;
+    std::vector<float> means_;
 };
 
 } // namespace
@@ -70,21 +117,22 @@ int KxMatrixWithHistos::calcFromMatrixCloud(KxMatrixCloud& matrix, int blockSize
                                             float* maxMeanOut) {
     minMean = kNaN;
     maxMean = kNaN;
-    BlockSums sums(matrix.columns);
+    BlockMeans blocks(matrix.columns, blockSize);
     for (int r = 0; r < matrix.rows; ++r) {
         const int firstRow = blockBegin(r, blockSize);
-        sums.clear();
-        for (int blockRow = firstRow; blockRow < r; ++blockRow) {
-            sums.add(matrix.cells[blockRow], blockSize);
+        while (blocks.rowCount() > std::max(r - firstRow, 0)) {
+            blocks.dropRow();
         }
-        QList<HistoCell> cells;
-        cells.reserve(std::max(matrix.columns, 0));
+        const std::vector<float>& means = blocks.calc();
+        blocks.addRow(matrix.cells[r]);
+        detail::UnfilledList<HistoCell> cells(std::max(matrix.columns, 0));
+        HistoCell* cell = cells.extend(std::max(matrix.columns, 0));
         for (int c = 0; c < matrix.columns; ++c) {
-            const float mean = sums.mean(c);
-            cells.append({mean, blockBegin(c, blockSize), c, firstRow, r, false, false});
+            const float mean = means[static_cast<size_t>(c)];
+            std::construct_at(cell++, HistoCell{mean, blockBegin(c, blockSize), c, firstRow, r, false, false});
             detail::widen(minMean, maxMean, mean);
         }
-        histoRows.append(cells);
+        histoRows.append(cells.take());
     }
     if (maxMeanOut != nullptr) {
         *maxMeanOut = maxMean;
