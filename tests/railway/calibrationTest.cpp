@@ -346,4 +346,14 @@ TEST(Calibration, ReportsWhatItFoundWhateverTheNumber) {
             EXPECT_TRUE(std::isnan(c.dbg.lineK[i]) && std::isnan(c.dbg.lineB[i])) << "line " << i;
         }
     }
+    Case c;
+    c.profile.clear();
+    for (int i = 0; i < 1600; ++i) { // 15 teeth
+        c.profile.points.append(KxPointXY(static_cast<float>(i), static_cast<float>(std::abs(i % 100 - 50))));
+    }
+    EXPECT_FALSE(c.run());
+    EXPECT_EQ(c.dbg.apexCount, 10);
+    for (int i = 0; i <= 10; ++i) {
+        EXPECT_NEAR(std::abs(c.dbg.lineK[i]), 1.0f, 0.01f) << "line " << i;
+    }
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kxtool {
 
@@ -26,6 +27,10 @@ using kxreport::Tone;
 namespace colour = kxreport::colour;
 
 constexpr int kWidth = 1060;
+
+QString noNumber() {
+    return numberText(std::numeric_limits<double>::quiet_NaN(), 0);
+}
 
 /// Neighbouring flanks have different colours, and the oblique ridge has its own.
 const char* flankColour(int flank) {
@@ -126,7 +131,7 @@ void addPose(Page& page, const CalibrationResult& result) {
                         {isAngle ? QStringLiteral("degrees") : QStringLiteral("mm")},
                         {isKnown ? numberText(average.pose[i], decimals) : QStringLiteral("not known")},
                         {numberText(average.deviation[i], decimals)},
-                        {average.profiles > 1 ? numberText(average.largest[i], decimals) : QStringLiteral("-")}});
+                        {average.profiles > 1 ? numberText(average.largest[i], decimals) : noNumber()}});
     }
     page.table({QStringLiteral("value"), QStringLiteral("unit"), QStringLiteral("mean"),
                 QStringLiteral("standard deviation of a profile"), QStringLiteral("largest difference from the mean")},
@@ -190,9 +195,9 @@ void addProfileTable(Page& page, const CalibrationResult& result) {
             {m.fault.isEmpty() ? QStringLiteral("none") : m.fault, m.fault.isEmpty() ? Tone::Faint : Tone::Bad}};
         for (size_t i = 0; i < m.pose.size(); ++i) {
             const bool isKnown = m.fault.isEmpty() && (i != 1 || result.hasY());
-            row.push_back({isKnown ? numberText(m.pose[i], 3) : QStringLiteral("-")});
+            row.push_back({isKnown ? numberText(m.pose[i], 3) : noNumber()});
         }
-        row.push_back({m.fault.isEmpty() ? numberText(m.rms, 3) : QStringLiteral("-")});
+        row.push_back({m.fault.isEmpty() ? numberText(m.rms, 3) : noNumber()});
         rows.push_back(std::move(row));
     }
     page.table(headers, rows, 2);
