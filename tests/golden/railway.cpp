@@ -3,6 +3,8 @@
 
 #include "shapes/crossSections.h"
 
+#include <QtCore/QPointF>
+
 #include <array>
 #include <memory>
 #include <vector>
@@ -66,10 +68,44 @@ void printConicity() {
     Line("conicity.contacts") << points;
 }
 
+/// What a sensor at the placement 2 sees of the calibration object: straight flanks between these turning points.
+void printCalibration() {
+    const std::array<KxPointXY, 12> knots = {{{-80.75f, 213.4272f},
+                                              {-67.3396f, 239.7931f},
+                                              {-53.8717f, 225.5428f},
+                                              {-40.4037f, 252.0218f},
+                                              {-26.9358f, 237.7714f},
+                                              {-13.4679f, 264.2504f},
+                                              {0.0f, 250.0f},
+                                              {26.5839f, 302.2661f},
+                                              {49.2815f, 272.3734f},
+                                              {81.3145f, 317.4631f},
+                                              {98.5f, 294.8298f},
+                                              {99.0f, 294.8298f}}};
+    Source source(12);
+    KxProfile profile;
+    std::size_t next = 1;
+    for (float x = -80.75f; x < 98.5f; x += 0.1875f) {
+        next += x > knots[next].x ? 1 : 0;
+        const KxPointXY& a = knots[next - 1];
+        const KxPointXY& b = knots[next];
+        profile.points.append(KxPointXY(x, a.y + (x - a.x) / (b.x - a.x) * (b.y - a.y) + source.value() / 4096.0f));
+    }
+    _KxMETRO_SensorCoord_ coord{0, 0, 0, 0, 0, 0, 2};
+    _KxMETRO_DbgData_ dbg{};
+    Line line("calibration");
+    line << METRO_calcAnglesCoord(profile, 48.0f, 14.4f, -0.25f, 500.0f, coord, {}, &dbg) << coord.x << coord.y
+         << coord.z << coord.alpha << coord.beta << coord.gamma << dbg.apexCount;
+    for (int i = 0; i < dbg.apexCount; ++i) {
+        line << dbg.apexX[i] << dbg.apexY[i] << dbg.lineK[i] << dbg.lineB[i];
+    }
+}
+
 } // namespace
 
 void printRailway() {
     printConicity();
+    printCalibration();
 
     _KxMETRO_SensorCoord_ coord{1.5f, -250.25f, 33.0f, 10.5f, 46.75f, 27.1f, 1};
     for (const int position : {1, 2, 3, 4, 5}) {
