@@ -13,6 +13,7 @@ namespace {
 constexpr int kMaxProfiles = 20;
 constexpr int kMaxPoints = 30;
 constexpr int kMostCells = 20000;
+constexpr float kTooMany = 1.1e9f; // columns of a row that no 32 bits count the bytes of
 
 void fill(KxProfileZSet& set, Input& in) {
     // A scan as it should be, or one of any points.
@@ -112,6 +113,20 @@ void findSeeds(KxMatrixCloud& matrix, Input& in) {
     }
 }
 
+/// A matrix of any size that is small or impossible.
+void allocate(Input& in) {
+    const int columns = in.count();
+    const int rows = in.count();
+    constexpr int kSmall = 100;
+    const auto isLegalButLarge = [](int n) { return n > kSmall && static_cast<float>(n) < kTooMany; };
+    if (isLegalButLarge(columns) || isLegalButLarge(rows)) {
+        return;
+    }
+    KxMatrixCloud matrix;
+    const bool isMade = matrix.initMatrix(columns, rows, in.number(), 0.0f, 1.0f, 0.0f, 1.0f, 0.0f, 1.0f);
+    kxfuzz::require(isMade == (rows == 0 || (columns >= 0 && columns <= kSmall && rows > 0 && rows <= kSmall)));
+}
+
 void useMatrix(KxMatrixCloud& matrix, Input& in) {
     matrix.trim(in.count(), in.count(), in.number(), in.number(), in.count(), in.count());
     if (in.yes()) {
@@ -135,12 +150,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     KxProfileZSet sets[2];
     fill(sets[0], in);
     fill(sets[1], in);
+    allocate(in);
     for (int n = in.byte() % 8; n > 0 && !in.isEmpty(); --n) {
         change(sets[0], sets[1], in);
     }
     sets[0].calcRange();
     const float columns = (sets[0].maxX - sets[0].minX) / sets[0].stepZ;
-    if (columns * static_cast<float>(sets[0].size()) > static_cast<float>(kMostCells)) {
+    if (columns * static_cast<float>(sets[0].size()) > static_cast<float>(kMostCells) && columns < kTooMany) {
         return 0; // legal but slow
     }
     KxMatrixCloud matrix;
