@@ -13,7 +13,8 @@ namespace KxMath {
 /// All lengths are in millimetres. Profiles come with y pointing **down** and x outwards: a wheel from its flange back,
 /// a rail from its gauge side; left and right look alike. The four are resampled every 0.1 mm, placed on the track, and
 /// the wheel-set is moved sideways by 0.1 mm at a time until the rolling radii differ by 15 mm or a rail leaves its
-/// wheel. The oscillation about the displacement with equal radii is then integrated for each amplitude.
+/// wheel. The oscillation about the displacement with equal radii is then integrated for each amplitude; amplitudes
+/// beyond 1 m, to which only splines through rough profiles swing out, are left out.
 ///
 /// The wheels are lined up with the rails on the grid of 0.1 mm: keep railDistance - wheelDistance a multiple of 0.2
 /// mm.

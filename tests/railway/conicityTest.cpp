@@ -280,6 +280,25 @@ TEST(Conicity, HasAsManyPointsAsAmplitudesAreAskedFor) {
     EXPECT_NEAR(one.conicity.points[0].x, 1.0f, 0.011f);
 }
 
+TEST(Conicity, EndsWhereOnlySplinesSwingOut) {
+    WheelSet set;
+    for (KxProfile* const wheel : {&set.wheel1, &set.wheel2}) {
+        wheel->points = {{0, 0}, {22, 3}, {45, 3}, {68, 6}, {90, 5}, {112, 4}, {135, 0}};
+    }
+    for (KxProfile* const rail : {&set.rail1, &set.rail2}) {
+        rail->points = {{0, 3}, {11, -1}, {21, -2}, {32, 0}, {43, 1}, {53, 3}, {64, -3}};
+    }
+    set.railDistance = 1435;
+    set.amplitudes = 3;
+    Result r;
+    calculate(set, r); // the amplitudes of its spline would take some GB
+    ASSERT_GT(r.count, 2);
+    EXPECT_GT(r.conicity.points.last().x, 500.0f) << "no more than a spline";
+    for (const KxPointXY& p : std::as_const(r.conicity.points)) {
+        EXPECT_LE(std::abs(p.x), 1000.0f);
+    }
+}
+
 TEST(Conicity, LeavesEverythingForAnEmptyProfile) {
     KxProfile profile, empty, conicity, deltaR, slope1, slope2;
     kxtool::appendRoundRail(profile, 80.0f);

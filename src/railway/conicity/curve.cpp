@@ -55,21 +55,21 @@ bool isRising(const QList<KxPointXY>& points) {
 /// first counts. No x is NaN.
 void mergeInto(QList<KxPointXY>& rising, QList<KxPointXY> added) {
     std::stable_sort(added.begin(), added.end(), isLeftOf);
-    QList<KxPointXY> all;
-    all.reserve(rising.size() + added.size());
-    auto next = added.cbegin();
-    const auto addUpTo = [&](auto isDue) {
-        for (; next != added.cend() && isDue(*next); ++next) {
-            if (all.isEmpty() || all.constLast().x != next->x) {
-                all.append(*next);
-            }
+    QList<KxPointXY> all(rising.size() + added.size());
+    auto from = rising.cbegin();
+    auto end = all.begin();
+    for (const KxPointXY& p : std::as_const(added)) {
+        const auto to = std::lower_bound(from, rising.cend(), p, isLeftOf);
+        end = std::copy(from, to, end);
+        from = to;
+        const bool isOld = to != rising.cend() && to->x == p.x;
+        const bool isRepeated = end != all.begin() && (end - 1)->x == p.x;
+        if (!isOld && !isRepeated) {
+            *end++ = p;
         }
-    };
-    for (const KxPointXY& p : std::as_const(rising)) {
-        addUpTo([&](const KxPointXY& q) { return q.x < p.x; });
-        all.append(p);
     }
-    addUpTo([](const KxPointXY&) { return true; });
+    end = std::copy(from, rising.cend(), end);
+    all.resize(end - all.begin());
     rising.swap(all);
 }
 
@@ -133,7 +133,7 @@ float splineValue(const QList<KxPointXY>& points, float x) {
 }
 
 /// Adds the points at which the integration ends, `margin` inside the turning points.
-KxProfile withMargins(const QList<KxPointXY>& well, float margin) {
+QList<KxPointXY> withMargins(const QList<KxPointXY>& well, float margin) {
     const float first = well.first().x + margin;
     const float last = well.last().x - margin;
     const QList<KxPointXY> ends = {KxPointXY(first, splineValue(well, first)),
@@ -142,12 +142,36 @@ KxProfile withMargins(const QList<KxPointXY>& well, float margin) {
     extended.points = well;
     if (isRising(well) && !std::isnan(first) && !std::isnan(last)) {
         mergeInto(extended.points, ends);
-        return extended;
+    } else {
+        extended.points.append(ends);
+        extended.sort(KxSortAscending, KxSortAscending);
+        extended.removeDuplicates();
     }
-    extended.points.append(ends);
-    extended.sort(KxSortAscending, KxSortAscending);
-    extended.removeDuplicates();
-    return extended;
+    return extended.points;
+}
+
+/// The integrand over a point of a well.
+float integrandAt(const KxPointXY& p, float level) {
+    return static_cast<float>(1.0 / std::sqrt(static_cast<double>(level) - static_cast<double>(p.y)));
+}
+
+/// The integral over all points but the first and the last, as KxProfile::integral() sums it.
+float integrate(const QList<KxPointXY>& well, float level) {
+    if (!isRising(well)) {
+        KxProfile integrand;
+        for (const KxPointXY& p : well) {
+            integrand.points.append(KxPointXY(p.x, integrandAt(p, level)));
+        }
+        return integrand.integral(1, integrand.size() - 2, true);
+    }
+    float sum = 0.0f;
+    float previous = integrandAt(well[1], level);
+    for (qsizetype i = 2; i + 1 < well.size(); ++i) {
+        const float next = integrandAt(well[i], level);
+        sum += (previous + next) * std::abs(well[i].x - well[i - 1].x) * 0.5f;
+        previous = next;
+    }
+    return sum;
 }
 
 /// The conicity of the linear wheel-set with the same wavelength: half an oscillation takes the integral of
@@ -157,15 +181,12 @@ bool calcConicity(const QList<KxPointXY>& well, float level, float edgeMargin, f
     if (well.isEmpty()) {
         return false;
     }
-    KxProfile integrand = withMargins(well, edgeMargin);
+    const QList<KxPointXY> extended = withMargins(well, edgeMargin);
     constexpr int kMinPoints = 4; // the first and the last are left out, the integrand is unbounded there
-    if (integrand.size() < kMinPoints) {
+    if (extended.size() < kMinPoints) {
         return false;
     }
-    for (KxPointXY& p : integrand.points) {
-        p.y = static_cast<float>(1.0 / std::sqrt(static_cast<double>(level) - static_cast<double>(p.y)));
-    }
-    const double integral = static_cast<double>(integrand.integral(1, integrand.size() - 2, true));
+    const double integral = static_cast<double>(integrate(extended, level));
     conicity = static_cast<float>((kPi / integral) * (kPi / integral));
     return true;
 }

@@ -16,9 +16,6 @@ constexpr float kCurveStep = 0.01f; // of the potential in mm^2, and of the ampl
 /// Potentials beyond this belong to no wheel: the radii differ by less than 15 mm all the way.
 constexpr float kMaxPotential = 10000.0f;
 
-/// Ten times the width of the widest wheel, in mm: only a spline that swings out gets there.
-constexpr float kMaxAmplitude = 10000.0f;
-
 bool changesSign(float a, float b) {
     return (a < 0.0f && b > 0.0f) || (a > 0.0f && b < 0.0f);
 }
@@ -113,7 +110,7 @@ bool findOscillation(const QList<KxPointXY>& deltaR, Oscillation& oscillation) {
         oscillation.left.points.append(KxPointXY(amplitude, l.y));
     }
     for (KxProfile* const curve : {&oscillation.potential, &oscillation.right, &oscillation.left}) {
-        curve->interpolate(kCurveStep, -kMaxAmplitude, kMaxAmplitude, Akima);
+        curve->interpolate(kCurveStep, -kMaxWidth, kMaxWidth, Akima); // beyond, only a spline swings out
     }
     return true;
 }

@@ -11,9 +11,6 @@ namespace KxMath::detail {
 
 namespace {
 
-/// Profiles wider than this are no wheels and rails; resampling them every 0.1 mm would only cost.
-constexpr float kMaxWidth = 1000.0f;
-
 /// Resamples a profile every 0.1 mm. @return false for fewer than 3 different x and for a width beyond reason
 bool resample(KxProfile& profile) {
     float min = kNaN;

@@ -10,6 +10,10 @@ namespace KxMath::detail {
 /// Distance of the points of the resampled profiles, and of neighbouring displacements.
 inline constexpr float kLateralStep = 0.1f;
 
+/// Profiles wider than this are no wheels and rails; resampling them every 0.1 mm would only cost. No displacement is
+/// larger.
+inline constexpr float kMaxWidth = 1000.0f;
+
 /// A wheel and the rail below it, in the coordinates of the track.
 struct WheelOnRail {
     KxProfile wheel;
