@@ -1,5 +1,5 @@
-// Any bytes as the files of the commands info, wheel, conicity, grid and train. The first four bytes choose the command
-// and its options.
+// Any bytes as the files of the commands info, wheel, conicity, grid, train and calibrate. The first four bytes choose
+// the command and its options.
 #include "input.h"
 #include "scratch.h"
 
@@ -124,6 +124,25 @@ int runGrid(const Choice& choice, const QStringList& files) {
     return kxtool::runGrid(arguments);
 }
 
+/// The last file is the one that the pose is put into.
+int runCalibrate(const Choice& choice, const QStringList& files) {
+    QStringList arguments = {QStringLiteral("kxmath"),     files[0],
+                             QStringLiteral("--position"), choice.pick({"1", "2", "3", "4", "5"}),
+                             QStringLiteral("--json"),     output("json"),
+                             QStringLiteral("--write"),    files[3],
+                             QStringLiteral("--sensor"),   QStringLiteral("1")};
+    if (choice.has(0)) {
+        arguments << QStringLiteral("--report") << output("html");
+    }
+    if (choice.has(1)) {
+        arguments << QStringLiteral("--sensor-y") << QStringLiteral("-300");
+    }
+    if (choice.has(2)) {
+        arguments << files[1];
+    }
+    return kxtool::runCalibrate(arguments);
+}
+
 /// The recordings come first, then the settings and those for defects.
 int runTrain(const Choice& choice, const QStringList& files) {
     QStringList arguments = {QStringLiteral("kxmath"),
@@ -150,7 +169,7 @@ int runTrain(const Choice& choice, const QStringList& files) {
 }
 
 int runCommand(const Choice& choice, const QStringList& files) {
-    switch (choice.command % 5) {
+    switch (choice.command % 6) {
     case 0:
         return kxtool::runInfo({QStringLiteral("kxmath"), files[0]});
     case 1:
@@ -159,8 +178,10 @@ int runCommand(const Choice& choice, const QStringList& files) {
         return runConicity(choice, files);
     case 3:
         return runGrid(choice, files);
-    default:
+    case 4:
         return runTrain(choice, files);
+    default:
+        return runCalibrate(choice, files);
     }
 }
 
@@ -175,7 +196,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     kxfuzz::Input in(data, size);
     const Choice choice = {in.byte(), in.byte(), in.byte(), in.byte()};
     const size_t chosen = std::min<size_t>(size, 4);
-    const bool isTrain = choice.command % 5 == 4; // whose recordings are named like that
+    const bool isTrain = choice.command % 6 == 4; // whose recordings are named like that
     const QStringList files =
         writeFiles(kxfuzz::splitFiles(data + chosen, size - chosen, 4),
                    QLatin1String(isTrain ? ".bin" : kEndings[choice.ending % std::size(kEndings)]));

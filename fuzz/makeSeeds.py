@@ -82,24 +82,36 @@ WHEELS = b"".join(record(i, profile(20, 50.0 if 3 < i < 9 else 150.0)) for i in 
 SECTIONS = b"".join(section(2, profile(30, 40.0 + i / 4 if i > 1 else 140.0)) for i in range(8))
 
 
+def thinned(data, every):
+    """Cloud sections or profile records with every so many of their points."""
+    at = 0
+    result = []
+    while at < len(data) and len(result) < 40:
+        head = 7 if data[at] == 5 else 3
+        count = struct.unpack_from("<H", data, at + 1)[0]
+        points = [struct.unpack_from("<2f", data, at + head + 8 * i) for i in range(0, count, every)]
+        result.append(section(2, points) if head == 3 else record(struct.unpack_from("<f", data, at + 3)[0], points))
+        at += head + 8 * count
+    return b"".join(result)
+
+
 def simulated(tool):
     """Settings, both recordings and settings for defects of a short train, with fewer points."""
     with tempfile.TemporaryDirectory() as folder:
         options = "--serial1 1 --serial2 2 --cars 1 --bogies 1 --axles 1 --rate 150 --idle 2 --prefix t".split()
         subprocess.run([tool, "simulate", *options, folder], check=True, stdout=subprocess.DEVNULL)
         path = pathlib.Path(folder)
-        thinned = []
-        for name in ("t_1.bin", "t_2.bin"):
-            data = (path / name).read_bytes()
-            at = 0
-            records = []
-            while at < len(data):
-                count, z = struct.unpack_from("<Hf", data, at + 1)
-                points = [struct.unpack_from("<2f", data, at + 7 + 8 * i) for i in range(0, count, 12)]
-                records.append(record(z, points))
-                at += 7 + 8 * count
-            thinned.append(b"".join(records[:40]))
-        return (path / "settings.ini").read_bytes(), *thinned, (path / "defects.ini").read_bytes()
+        recordings = [thinned((path / name).read_bytes(), 12) for name in ("t_1.bin", "t_2.bin")]
+        return (path / "settings.ini").read_bytes(), *recordings, (path / "defects.ini").read_bytes()
+
+
+def calibration(tool):
+    """Two profiles of the calibration object, with fewer points."""
+    with tempfile.TemporaryDirectory() as folder:
+        options = "--calibration 2 --profiles 2".split()
+        subprocess.run([tool, "simulate", *options, folder], check=True, stdout=subprocess.DEVNULL)
+        files = sorted(pathlib.Path(folder).glob("calibration*.bin"))
+        return [thinned(f.read_bytes(), 2) for f in files]
 
 
 def shortened(path):
@@ -135,7 +147,7 @@ def recordings(train):
     return inputs + ([SEPARATOR.join(train[:3])] if train else [])
 
 
-def commands(train, real):
+def commands(train, shots, real):
     """Choices of command, options, ending and sizes, and the files."""
     profiles = [csv(wheel()), section(2, wheel()), csv(rail())] + [content for kind, content in real if kind in (2, 7)]
     trains = [(WHEELS, SECTIONS, settings("lowlevel"), settings("lowLevel"))]
@@ -147,10 +159,11 @@ def commands(train, real):
     inputs += [bytes([2, bits, 2, 0]) + SEPARATOR.join((csv(wheel()), csv(rail()))) for bits in (0, 2)]
     inputs += [bytes([3, bits, 0, 0]) + scan(kind) for kind in (2, 5) for bits in (0, 1, 2, 4, 8, 16, 32, 64, 127)]
     inputs += [bytes([4, bits, 0, 0]) + SEPARATOR.join(files) for files in trains for bits in (0, 3, 6)]
+    inputs += [bytes([5, bits, 0, 1]) + SEPARATOR.join([*shots, *shots[:1], settings("lowlevel")]) for bits in (0, 7)]
     return inputs
 
 
-def seeds(target, train, real):
+def seeds(target, train, shots, real):
     if target == "csv":
         return [bytes([1, 2]) + c for c in CSV] + [bytes([1, 2]) + c for kind, c in real if kind == 2]
     if target == "recording":
@@ -158,7 +171,7 @@ def seeds(target, train, real):
     if target == "pointFormats":
         return point_formats(real)
     if target == "command":
-        return commands(train, real)
+        return commands(train, shots, real)
     files = {"cloudFile": CLOUDS, "profileFile": RECORDS + CLOUDS + [scan(2), scan(5)] + list(train[1:3])}
     return files.get(target) or operations()
 
@@ -171,7 +184,8 @@ def main():
     parser.add_argument("--files")
     arguments = parser.parse_args()
     train = simulated(arguments.tool) if arguments.tool else ()
-    for number, seed in enumerate(seeds(arguments.target, train, real_files(arguments.files))):
+    shots = calibration(arguments.tool) if arguments.tool else [section(2, profile(60, 5.0))] * 2
+    for number, seed in enumerate(seeds(arguments.target, train, shots, real_files(arguments.files))):
         (arguments.folder / f"seed-{number:03}").write_bytes(seed)
 
 

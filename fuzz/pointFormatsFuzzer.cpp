@@ -36,6 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
         } else {
             KxMath::KxProfile profile;
             kxtool::readProfileFile(path, data[0] / 8 % 4, data[0] / 32, profile);
+            std::vector<QList<KxMath::KxPointXY>> profiles;
+            kxtool::readProfilesOfFile(path, data[0] / 8 % 4, data[0] / 32, profiles);
         }
     } catch (const kxtool::FormatError&) {
         // what the user is told
