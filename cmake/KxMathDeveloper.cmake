@@ -5,7 +5,7 @@
 if(PROJECT_IS_TOP_LEVEL)
     # Not in the cache: there project() has already put empty flags for a build type that it does not know.
     set(CMAKE_CXX_FLAGS_ASAN
-        "-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
+        "-O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
     set(CMAKE_EXE_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
     set(CMAKE_SHARED_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
     # -DCMAKE_BUILD_TYPE=FUZZ, with clang: the same, and what libFuzzer needs to see which code an input reaches.

@@ -130,10 +130,11 @@ void KxPointCloud<KxPointXYZ>::extract(KxPointCloud& out, float minX, float maxX
     // so that an entry proves nothing about the points it stands for.
     const detail::Box box{minX, maxX, minY, maxY, minZ, maxZ};
     if (&out != this) {
-        const KxPointXYZ* const last = points.constData() + points.size() - 1;
+        const KxPointXYZ* const data = points.constData();
+        const qsizetype count = points.size(); // the last one first
         out.points = detail::collectIf<KxPointXYZ>(
-            points.size(), [&](qsizetype i) { return box.contains(*(last - i)); },
-            [&](qsizetype i) { return *(last - i); });
+            count, [&](qsizetype i) { return box.contains(data[count - 1 - i]); },
+            [&](qsizetype i) { return data[count - 1 - i]; });
         if (remove) {
             detail::keepIf(points, [&](const KxPointXYZ& p) { return !box.contains(p); });
         }

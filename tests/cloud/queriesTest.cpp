@@ -142,6 +142,35 @@ TEST(CloudQueries, BallIncludesItsSurface) {
     EXPECT_EQ(cloud.getRangeIndeces(out, {0, 0, 0}, std::numeric_limits<float>::infinity()), 4);
 }
 
+// More points than are collected at a time, few or many of which are taken.
+TEST(CloudQueries, PortionsOfManyPoints) {
+    Nasty nasty(14);
+    for (const int percent : {0, 1, 50, 99, 100}) {
+        Space cloud;
+        QList<int> expected;
+        for (int i = 0; i < 20000; ++i) {
+            const bool isInside = nasty.chance(percent);
+            cloud.points.append({static_cast<float>(i), 0, isInside ? 1.0f : 9.0f});
+            if (isInside) {
+                expected.append(i);
+            }
+        }
+        QList<int> found;
+        ASSERT_EQ(cloud.getRangeIndeces(found, kNaN, kNaN, kNaN, kNaN, 0, 2), expected.size()) << percent;
+        ASSERT_EQ(exact(found), exact(expected)) << percent;
+        Space section;
+        Space extracted;
+        ASSERT_EQ(cloud.calcSection(section, 1, 1), expected.size()) << percent;
+        cloud.extract(extracted, kNaN, kNaN, kNaN, kNaN, 0, 2, true);
+        ASSERT_EQ(extracted.size(), expected.size()) << percent;
+        ASSERT_EQ(cloud.size(), 20000 - expected.size()) << percent;
+        for (qsizetype i = 0; i < expected.size(); ++i) {
+            ASSERT_EQ(section.points[i].x, static_cast<float>(expected[i]));
+            ASSERT_EQ(extracted.points[expected.size() - 1 - i].x, static_cast<float>(expected[i]));
+        }
+    }
+}
+
 TEST(CloudRemoval, TrimExtractSectionAndLevel) {
     Nasty nasty(3);
     for (int round = 0; round < 400; ++round) {
