@@ -33,5 +33,4 @@ fuzz_packages=(clang libclang-rt-14-dev python3)
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-    export CCACHE_SLOPPINESS=pch_defines,time_macros # the tests have precompiled headers
 fi
