@@ -4,8 +4,8 @@
 #include "console.h"
 #include "grid/gridReport.h"
 #include "grid/gridText.h"
+#include "grid/patchFiles.h"
 #include "grid/scanGrid.h"
-#include "grid/seedFiles.h"
 
 #include <QtCore/QCommandLineParser>
 
@@ -201,13 +201,13 @@ int run(const GridOptions& options) {
     Progress progress;
     checkOutputs({&options.json, &options.report}, {options.set});
     if (!options.seedFolder.isEmpty()) {
-        checkSeedFolder(options.seedFolder);
+        checkPatchFolder(options.seedFolder);
     }
     Scan scan;
     readScan(options, progress, scan);
     ScanGrid grid = measureGrid(options, scan, progress);
     if (!options.seedFolder.isEmpty()) {
-        writeSeedFiles(options.seedFolder, grid);
+        writePatches(options.seedFolder, grid);
     }
     progress.wipe();
     if (options.report.isWanted()) {

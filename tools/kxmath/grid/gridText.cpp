@@ -141,7 +141,7 @@ QString gridText(const GridOptions& options, const ScanGrid& grid) {
     text += table(grid);
     text += QStringLiteral("\n%1 seeds. Lengths in mm, areas in mm2.\n").arg(grid.seeds.size());
     if (!options.seedFolder.isEmpty()) {
-        text += QStringLiteral("Seed files: %1\n").arg(options.seedFolder);
+        text += QStringLiteral("Files of the patches: %1\n").arg(options.seedFolder);
     }
     return text;
 }

@@ -1,5 +1,5 @@
-// The seeds as cloud files.
-#include "grid/seedFiles.h"
+// The patches that were found, as cloud files.
+#include "grid/patchFiles.h"
 
 #include "commandError.h"
 
@@ -10,7 +10,7 @@
 
 namespace kxtool {
 
-void checkSeedFolder(const QString& folder) {
+void checkPatchFolder(const QString& folder) {
     const QDir dir(folder);
     const QStringList taken = dir.entryList({QStringLiteral("seed-*.bin")});
     if (!taken.isEmpty()) {
@@ -19,7 +19,7 @@ void checkSeedFolder(const QString& folder) {
     }
 }
 
-void writeSeedFiles(const QString& folder, ScanGrid& grid) {
+void writePatches(const QString& folder, ScanGrid& grid) {
     const QDir dir(folder);
     if (!QDir().mkpath(folder)) {
         throw CommandError{OutputFailed, QStringLiteral("cannot make the folder '%1'").arg(folder)};
