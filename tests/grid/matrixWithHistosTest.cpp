@@ -10,31 +10,25 @@ using namespace testing_support;
 namespace {
 
 QList<QList<HistoCell>> meansPlainly(const Heights& heights, int blockSize, float& minMean, float& maxMean) {
-    QList<QList<HistoCell>> rows;
-    for (int r = 0; r < static_cast<int>(heights.size()); ++r) {
-        rows.append(QList<HistoCell>());
-        for (int c = 0; c < static_cast<int>(heights[0].size()); ++c) {
+    QList<QList<HistoCell>> rows(heights.size());
+    for (int r = 0; r < heights.size(); ++r) {
+        for (int c = 0; c < heights[0].size(); ++c) {
             const int firstRow = std::max(0, r - blockSize);
             const int firstColumn = std::max(0, c - blockSize);
             float sum = 0;
             int count = 0;
             for (int i = firstRow; i <= r - 1; ++i) {
                 for (int j = firstColumn; j <= c - 1; ++j) {
-                    const float height = heights[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)];
-                    if (!std::isnan(height)) {
-                        sum += height;
+                    if (!std::isnan(heights[i][j])) {
+                        sum += heights[i][j];
                         ++count;
                     }
                 }
             }
             const float mean = count == 0 ? 0.0f : sum / static_cast<float>(count);
-            rows.last().append({mean, firstColumn, c, firstRow, r, false, false});
-            if (std::isnan(maxMean) || maxMean < mean) {
-                maxMean = mean;
-            }
-            if (std::isnan(minMean) || minMean > mean) {
-                minMean = mean;
-            }
+            rows[r].append({mean, firstColumn, c, firstRow, r, false, false});
+            maxMean = std::isnan(maxMean) || maxMean < mean ? mean : maxMean;
+            minMean = std::isnan(minMean) || minMean > mean ? mean : minMean;
         }
     }
     return rows;
@@ -48,16 +42,12 @@ TEST(BlockMeans, EqualThePlainDefinition) {
         const int blockSize = nasty.pick(std::array{-3, 0, 1, 2, 3, 5, 8, 100000});
         KxMatrixCloud matrix;
         fill(matrix, heights);
-        float minMean = kNaN;
-        float maxMean = kNaN;
-        const QList<QList<HistoCell>> expected = meansPlainly(heights, blockSize, minMean, maxMean);
+        float low = kNaN, high = kNaN, minOut = 7, maxOut = 7;
+        const QList<QList<HistoCell>> expected = meansPlainly(heights, blockSize, low, high);
         KxMatrixWithHistos histos;
-        float minOut = 7;
-        float maxOut = 7;
         ASSERT_EQ(histos.calcFromMatrixCloud(matrix, blockSize, 9, &minOut, &maxOut), expected.size());
         ASSERT_EQ(exact(histos.histoRows), exact(expected)) << "round " << round << " block " << blockSize;
-        ASSERT_EQ(exact(QList<float>{histos.minMean, histos.maxMean, minOut, maxOut}),
-                  exact(QList<float>{minMean, maxMean, minMean, maxMean}));
+        ASSERT_EQ(exact(histos.minMean, histos.maxMean, minOut, maxOut), exact(low, high, low, high));
     }
 }
 
@@ -81,22 +71,19 @@ TEST(BlockMeans, LaterRowsAreAppendedAndMayBeShorter) {
     EXPECT_EQ(histos.cutEdgeEffects(matrix, -kInf), 0);
 }
 
-TEST(BlockMeans, CopiesShareThePendingListUntilTheyHaveTheirOwn) {
+TEST(BlockMeans, CopiesDeliberatelyShareThePendingList) {
     KxMatrixCloud matrix;
-    fill(matrix, Heights(4, std::vector<float>(4, 5.0f)));
-    KxMatrixWithHistos original;
+    fill(matrix, Heights(4, QList<float>(4, 5.0f)));
+    KxMatrixWithHistos original, target;
     original.calcFromMatrixCloud(matrix, 1, 0, nullptr, nullptr);
     const ExactList before = exact(original.histoRows);
-
     KxMatrixWithHistos copy(original);
-    EXPECT_EQ(copy.pendingSeeds, original.pendingSeeds);
-    copy.pendingSeeds = new QList<QPoint>;
-    KxMatrixWithHistos target;
     delete target.pendingSeeds;
     target = original;
-    EXPECT_EQ(target.pendingSeeds, original.pendingSeeds);
-    target.pendingSeeds = new QList<QPoint>;
-
+    for (KxMatrixWithHistos* const other : {&copy, &target}) {
+        EXPECT_EQ(other->pendingSeeds, original.pendingSeeds);
+        other->pendingSeeds = new QList<QPoint>; // independent from here on
+    }
     EXPECT_EQ(copy.histoRows.constData(), original.histoRows.constData());
     EXPECT_EQ(target.maxMean, 5.0f);
     SpaceCloud cloud;

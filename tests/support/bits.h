@@ -64,6 +64,23 @@ ExactList exact(const QList<Element>& list) {
     return all;
 }
 
+inline void append(ExactList& all, const Exact& one) {
+    all.push_back(one);
+}
+
+inline void append(ExactList& all, const ExactList& more) {
+    all.insert(all.end(), more.begin(), more.end());
+}
+
+/// Numbers, points and lists one after the other.
+template <typename First, typename... More>
+requires(sizeof...(More) > 0) ExactList exact(const First& first, const More&... more) {
+    ExactList all;
+    append(all, exact(first));
+    (append(all, exact(more)), ...);
+    return all;
+}
+
 /// The cached range of a cloud or profile: minX, maxX, minY, maxY, minZ, maxZ.
 template <typename Cloud>
 ExactList exactRange(const Cloud& cloud) {
