@@ -39,6 +39,28 @@ bool writeSection(QFile& file, const QList<Point>& points) {
            detail::writeUnsigned(file, static_cast<Count>(points.size())) && detail::writeRecords(file, points);
 }
 
+bool writeByte(QFile& file, unsigned char byte) {
+    return detail::writeUnsigned<quint8>(file, byte);
+}
+
+bool readByte(QFile& file, unsigned char expected) {
+    quint8 byte = 0;
+    return detail::readUnsigned(file, byte) && byte == expected;
+}
+
+template <typename Cloud, typename Point>
+int readSection(Cloud& cloud, QFile& file, QList<Point>& points) {
+    return detail::readOrRewind(file, [&] {
+        typename Section<Point>::Count count = 0;
+        const auto widen = [&](const Point* first, qsizetype n) { detail::widenRange(cloud, first, n); };
+        if (!readByte(file, Section<Point>::kType) || !detail::readUnsigned(file, count) ||
+            !detail::readRecords(file, count, points, widen)) {
+            return -1;
+        }
+        return static_cast<int>(count);
+    });
+}
+
 template <typename Cloud>
 bool writeFile(Cloud& cloud, const QString& name) {
     QFile file(name);
@@ -58,15 +80,6 @@ int readFile(Cloud& cloud, const QString& name) {
     return cloud.readFromFile(file);
 }
 
-bool writeByte(QFile& file, unsigned char byte) {
-    return detail::writeUnsigned<quint8>(file, byte);
-}
-
-bool readByte(QFile& file, unsigned char expected) {
-    quint8 byte = 0;
-    return detail::readUnsigned(file, byte) && byte == expected;
-}
-
 } // namespace
 
 // KxPointCloud<KxPointXY>
@@ -81,15 +94,7 @@ bool KxPointCloud<KxPointXY>::writeToFile(QString name) {
 
 int KxPointCloud<KxPointXY>::readFromFile(QFile& f) {
     clear();
-    return detail::readOrRewind(f, [&] {
-        Section<KxPointXY>::Count count = 0;
-        const auto widen = [&](const auto* first, qsizetype n) { detail::widenRange(*this, first, n); };
-        if (!readMarker(f, Section<KxPointXY>::kType) || !detail::readUnsigned(f, count) ||
-            !detail::readRecords(f, count, points, widen)) {
-            return -1;
-        }
-        return static_cast<int>(count);
-    });
+    return readSection(*this, f, points);
 }
 
 int KxPointCloud<KxPointXY>::readFromFile(QString name) {
@@ -117,15 +122,7 @@ bool KxPointCloud<KxPointXYZ>::writeToFile(QString name) {
 int KxPointCloud<KxPointXYZ>::readFromFile(QFile& f) {
     clear();
     zIndexBuilt = 0;
-    return detail::readOrRewind(f, [&] {
-        Section<KxPointXYZ>::Count count = 0;
-        const auto widen = [&](const auto* first, qsizetype n) { detail::widenRange(*this, first, n); };
-        if (!readMarker(f, Section<KxPointXYZ>::kType) || !detail::readUnsigned(f, count) ||
-            !detail::readRecords(f, count, points, widen)) {
-            return -1;
-        }
-        return static_cast<int>(count);
-    });
+    return readSection(*this, f, points);
 }
 
 int KxPointCloud<KxPointXYZ>::readFromFile(QString name) {
@@ -170,15 +167,7 @@ bool KxPointCloud<KxPointXYZRGB>::writeToFile(QString name) {
 int KxPointCloud<KxPointXYZRGB>::readFromFile(QFile& f) {
     clear();
     zIndexBuilt = 0;
-    return detail::readOrRewind(f, [&] {
-        Section<KxPointXYZRGB>::Count count = 0;
-        const auto widen = [&](const auto* first, qsizetype n) { detail::widenRange(*this, first, n); };
-        if (!readMarker(f, Section<KxPointXYZRGB>::kType) || !detail::readUnsigned(f, count) ||
-            !detail::readRecords(f, count, points, widen)) {
-            return -1;
-        }
-        return static_cast<int>(count);
-    });
+    return readSection(*this, f, points);
 }
 
 int KxPointCloud<KxPointXYZRGB>::readFromFile(QString name) {

@@ -13,6 +13,7 @@ namespace KxMath {
 
 namespace {
 
+using detail::heightsAbove;
 using detail::RobustLine;
 
 constexpr std::size_t kMinSlabPoints = 16;
@@ -77,15 +78,6 @@ RobustLine refitted(const std::vector<KxPointXY>& points, const RobustLine& line
     const double slope = (n * sumXH - sumX * sumH) / determinant;
     const double offset = (sumH - slope * sumX) / n;
     return {line.k + slope, line.b + offset - slope * originX};
-}
-
-std::vector<double> heightsAbove(const RobustLine& line, const std::vector<KxPointXY>& points) {
-    std::vector<double> heights;
-    heights.reserve(points.size());
-    for (const KxPointXY& p : points) {
-        heights.push_back(line.heightOf(p));
-    }
-    return heights;
 }
 
 /// The slope, among those between points of `sample` some way apart, about which 40 % of the points lie closest

@@ -15,6 +15,15 @@ double medianOf(std::vector<double>& values) {
     return *middle;
 }
 
+std::vector<double> heightsAbove(const RobustLine& line, const std::vector<KxPointXY>& points) {
+    std::vector<double> heights;
+    heights.reserve(points.size());
+    for (const KxPointXY& p : points) {
+        heights.push_back(line.heightOf(p));
+    }
+    return heights;
+}
+
 RobustLine repeatedMedianLine(const std::vector<KxPointXY>& points) {
     std::vector<double> slopes;
     std::vector<double> medianSlopes;
@@ -34,11 +43,7 @@ RobustLine repeatedMedianLine(const std::vector<KxPointXY>& points) {
     if (!medianSlopes.empty()) {
         line.k = medianOf(medianSlopes);
     }
-    std::vector<double> heights;
-    heights.reserve(points.size());
-    for (const KxPointXY& p : points) {
-        heights.push_back(line.heightOf(p));
-    }
+    std::vector<double> heights = heightsAbove(line, points);
     line.b = points.empty() ? 0.0 : medianOf(heights);
     return line;
 }

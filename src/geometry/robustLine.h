@@ -19,6 +19,9 @@ struct RobustLine {
 /// The middle value, the upper one of two; NaN for no values. The values are reordered and must not be NaN.
 double medianOf(std::vector<double>& values);
 
+/// The heights of points above a line, in their order.
+std::vector<double> heightsAbove(const RobustLine& line, const std::vector<KxPointXY>& points);
+
 /// The repeated median line (Siegel, Biometrika 69, 1982): up to half of the points may lie anywhere. Points must be
 /// finite; those that share an x with a point have no slope with it. Takes O(n^2).
 RobustLine repeatedMedianLine(const std::vector<KxPointXY>& points);

@@ -134,8 +134,21 @@ void checkWritten(bool isWritten) {
     }
 }
 
-KxPointXYZ inSpace(const KxPointXYZRGB& p) {
-    return {p.x, p.y, p.z};
+KxPointCloud<KxPointXYZ> withoutColours(const PointData& data) {
+    KxPointCloud<KxPointXYZ> cloud;
+    for (const KxPointXYZRGB& p : data.points) {
+        cloud.points.append({p.x, p.y, p.z});
+    }
+    return cloud;
+}
+
+/// The x and y of the points from `begin` up to, not including, `end`.
+QList<KxPointXY> inPlane(const PointData& data, qsizetype begin, qsizetype end) {
+    QList<KxPointXY> points;
+    for (qsizetype i = begin; i < end; ++i) {
+        points.append({data.points[i].x, data.points[i].y});
+    }
+    return points;
 }
 
 void writeCloud(const QString& path, const PointData& data) {
@@ -144,16 +157,10 @@ void writeCloud(const QString& path, const PointData& data) {
         cloud.points = data.points;
         checkWritten(cloud.writeToFile(path));
     } else if (data.hasZ) {
-        KxPointCloud<KxPointXYZ> cloud;
-        for (const KxPointXYZRGB& p : data.points) {
-            cloud.points.append(inSpace(p));
-        }
-        checkWritten(cloud.writeToFile(path));
+        checkWritten(withoutColours(data).writeToFile(path));
     } else {
         KxPointCloud<KxPointXY> cloud;
-        for (const KxPointXYZRGB& p : data.points) {
-            cloud.points.append({p.x, p.y});
-        }
+        cloud.points = inPlane(data, 0, data.points.size());
         if (cloud.points.size() > kMaxProfilePoints) {
             fail(QStringLiteral("cannot hold more than 65535 points of a 2-D cloud"));
         }
@@ -186,9 +193,7 @@ void writeProfiles(const QString& path, const PointData& data) {
             fail(QStringLiteral("cannot hold a profile of %1 points, 65535 is the most").arg(end - starts[i]));
         }
         KxProfileZ profile(starts[i] < end ? data.points[starts[i]].z : kNaN);
-        for (qsizetype k = starts[i]; k < end; ++k) {
-            profile.points.append({data.points[k].x, data.points[k].y});
-        }
+        profile.points = inPlane(data, starts[i], end);
         checkWritten(profile.writeToFile(file));
     }
     checkWritten(file.flush());
@@ -199,18 +204,12 @@ void writeCsv(const QString& path, const PointData& data) {
         fail(QStringLiteral("holds one profile, the data have several"));
     }
     KxProfile profile;
-    for (const KxPointXYZRGB& p : data.points) {
-        profile.points.append({p.x, p.y});
-    }
+    profile.points = inPlane(data, 0, data.points.size());
     checkWritten(profile.writeToCSVFile(path));
 }
 
 void writeHeadlessXyz(const QString& path, const PointData& data) {
-    KxPointCloud<KxPointXYZ> cloud;
-    for (const KxPointXYZRGB& p : data.points) {
-        cloud.points.append(inSpace(p));
-    }
-    checkWritten(cloud.compat_writeToXYZFile(path));
+    checkWritten(withoutColours(data).compat_writeToXYZFile(path));
 }
 
 void writeBytes(const QString& path, const QByteArray& bytes) {

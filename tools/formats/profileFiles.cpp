@@ -85,12 +85,17 @@ int readNext(QFile& file, QList<KxPointXY>& points) {
     return count;
 }
 
+/// @return what is wrong, empty when the file is open
+QString openForReading(QFile& file) {
+    return file.open(QIODevice::ReadOnly) ? QString() : QStringLiteral("cannot be read: %1").arg(file.errorString());
+}
+
 } // namespace
 
 QString readProfileFile(const QString& path, int xColumn, int yColumn, KxProfile& profile) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return QStringLiteral("cannot be read: %1").arg(file.errorString());
+    if (const QString fault = openForReading(file); !fault.isEmpty()) {
+        return fault;
     }
     if (file.size() > kMaxTextSize) {
         return QStringLiteral("is too large for a profile");
@@ -122,8 +127,8 @@ QString readProfileFile(const QString& path, int xColumn, int yColumn, KxProfile
 
 QString readProfilesOfFile(const QString& path, int xColumn, int yColumn, std::vector<QList<KxPointXY>>& profiles) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return QStringLiteral("cannot be read: %1").arg(file.errorString());
+    if (const QString fault = openForReading(file); !fault.isEmpty()) {
+        return fault;
     }
     profiles.clear();
     const Kind kind = kindOf(file.peek(1));

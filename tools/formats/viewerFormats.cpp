@@ -49,6 +49,12 @@ void appendFloat(QByteArray& bytes, float value) {
     bytes.append(raw, sizeof(raw));
 }
 
+void appendPoint(QByteArray& bytes, const KxPointXYZRGB& p, bool hasZ) {
+    appendFloat(bytes, p.x);
+    appendFloat(bytes, p.y);
+    appendFloat(bytes, hasZ ? p.z : 0.0f);
+}
+
 } // namespace
 
 PointData parseXyz(const QByteArray& content) {
@@ -133,9 +139,7 @@ QByteArray formatPly(const PointData& data) {
     }
     bytes += "end_header\n";
     for (const KxPointXYZRGB& p : data.points) {
-        appendFloat(bytes, p.x);
-        appendFloat(bytes, p.y);
-        appendFloat(bytes, data.hasZ ? p.z : 0.0f);
+        appendPoint(bytes, p, data.hasZ);
         if (data.hasColour) {
             for (const int shift : {16, 8, 0}) {
                 bytes.append(static_cast<char>((p.rgb >> shift) & 0xffu));
@@ -204,9 +208,7 @@ QByteArray formatPcd(const PointData& data) {
                        "\nTYPE F F F" + (c ? " U" : "") + "\nCOUNT 1 1 1" + (c ? " 1" : "") + "\nWIDTH " + count +
                        "\nHEIGHT 1\nVIEWPOINT 0 0 0 1 0 0 0\nPOINTS " + count + "\nDATA binary\n";
     for (const KxPointXYZRGB& p : data.points) {
-        appendFloat(bytes, p.x);
-        appendFloat(bytes, p.y);
-        appendFloat(bytes, data.hasZ ? p.z : 0.0f);
+        appendPoint(bytes, p, data.hasZ);
         if (data.hasColour) {
             appendFloat(bytes, std::bit_cast<float>(p.rgb));
         }

@@ -2,14 +2,11 @@
 #include "calibrate/calibrationResult.h"
 #include "calibrate/objectOptions.h"
 #include "calibrate/poseSettings.h"
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
 #include "formats/profileFiles.h"
-#include "outputFile.h"
 #include "profileOptions.h"
-
-#include <QtCore/QCommandLineParser>
 
 #include <cmath>
 
@@ -50,10 +47,6 @@ struct Arguments {
     OutputFile report;
 };
 
-[[noreturn]] void failUse(const QString& message) {
-    throw CommandError{WrongUse, message};
-}
-
 void addOptions(QCommandLineParser& parser) {
     const auto add = [&](const char* name, const QString& description, const char* value) {
         parser.addOption({QLatin1String(name), description, QLatin1String(value)});
@@ -85,26 +78,19 @@ int sensorOption(const QCommandLineParser& parser) {
 }
 
 Arguments readArguments(const QCommandLineParser& parser) {
-    const auto output = [&](const char* name) {
-        const QString option = QLatin1String(name);
-        if (parser.isSet(option) && parser.value(option).isEmpty()) {
-            failUse(QStringLiteral("--%1 is empty").arg(option));
-        }
-        return OutputFile(QStringLiteral("--") + option, parser.value(option));
-    };
     Arguments a{parser.positionalArguments(),
                 columnsOption(parser),
                 {},
                 0,
                 parser.value(QStringLiteral("write")),
-                output("write"),
-                output("json"),
-                output("report")};
+                outputOption(parser, "write"),
+                outputOption(parser, "json"),
+                outputOption(parser, "report")};
     if (a.files.isEmpty()) {
-        failUse(QStringLiteral("no profile was named, see kxmath calibrate --help"));
+        failUse(kName, QStringLiteral("no profile was named"));
     }
     if (!parser.isSet(QStringLiteral("position"))) {
-        failUse(QStringLiteral("--position N is needed, see kxmath calibrate --help"));
+        failUse(kName, QStringLiteral("--position N is needed"));
     }
     a.task.placement = placementOption(parser, QStringLiteral("position"));
     a.task.object = objectOption(parser, a.task.placement);
@@ -226,15 +212,8 @@ int run(const Arguments& a) {
 int runChecked(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(kDescription));
-    const QCommandLineOption help = parser.addHelpOption();
     addOptions(parser);
-    if (!parser.parse(arguments)) {
-        failUse(parser.errorText());
-    }
-    if (parser.isSet(help)) {
-        QString text = parser.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        printOutput(QStringLiteral("Usage: kxmath calibrate PROFILE... --position N [options]\n") + text);
+    if (!parseOrHelp(parser, arguments, kName, "PROFILE... --position N [options]")) {
         return Done;
     }
     return run(readArguments(parser));
@@ -243,12 +222,7 @@ int runChecked(const QStringList& arguments) {
 } // namespace
 
 int runCalibrate(const QStringList& arguments) {
-    try {
-        return runChecked(arguments);
-    } catch (const CommandError& error) {
-        printLine(kName, error.message);
-        return error.code;
-    }
+    return runCommand(kName, [&] { return runChecked(arguments); });
 }
 
 } // namespace kxtool

@@ -1,15 +1,13 @@
 // kxmath conicity: the equivalent conicity of a wheel-set from four measured profiles.
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "conicity/conicityReport.h"
 #include "conicity/wheelSet.h"
 #include "console.h"
 #include "formats/profileFiles.h"
 #include "numbers.h"
-#include "outputFile.h"
 #include "profileOptions.h"
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -23,6 +21,8 @@ namespace {
 
 using KxMath::KxPointXY;
 using KxMath::KxProfile;
+
+constexpr const char* kName = "conicity";
 
 const char* const kDescription =
     "Calculates the equivalent conicity of a wheel-set on a track from the cross-sections of two wheels and two "
@@ -57,10 +57,6 @@ struct Arguments {
     OutputFile csv;
     OutputFile report;
 };
-
-[[noreturn]] void failUse(const QString& message) {
-    throw CommandError{WrongUse, message};
-}
 
 /// Sets a flag of the orientation of the profiles that an option lists: "wheels", "rails", or single ones.
 void readRoles(const QCommandLineParser& parser, const QString& option,
@@ -109,22 +105,17 @@ void addOptions(QCommandLineParser& parser) {
 }
 
 Arguments readArguments(const QCommandLineParser& parser, WheelSet& set) {
-    Arguments a{{},
-                {},
-                {},
-                3.0f,
-                OutputFile(QStringLiteral("--json"), parser.value(QStringLiteral("json"))),
-                OutputFile(QStringLiteral("--csv"), parser.value(QStringLiteral("csv"))),
-                OutputFile(QStringLiteral("--report"), parser.value(QStringLiteral("report")))};
+    Arguments a{
+        {}, {}, {}, 3.0f, outputOption(parser, "json"), outputOption(parser, "csv"), outputOption(parser, "report")};
     for (size_t role = 0; role < RoleCount; ++role) {
         a.files[role] = parser.value(QLatin1String(roleName(role)));
         if (a.files[role].isEmpty()) {
-            failUse(QStringLiteral("--%1 is missing, see kxmath conicity --help").arg(QLatin1String(roleName(role))));
+            failUse(kName, QStringLiteral("--%1 is missing").arg(QLatin1String(roleName(role))));
         }
     }
     for (const char* const name : {"gauge", "back-to-back"}) {
         if (!parser.isSet(QLatin1String(name))) {
-            failUse(QStringLiteral("--%1 is missing, see kxmath conicity --help").arg(QLatin1String(name)));
+            failUse(kName, QStringLiteral("--%1 is missing").arg(QLatin1String(name)));
         }
     }
     if (!parser.positionalArguments().isEmpty()) {
@@ -225,17 +216,10 @@ QString tableText(const Arguments& a, const ConicityResult& result) {
 int runChecked(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(kDescription));
-    const QCommandLineOption help = parser.addHelpOption();
     addOptions(parser);
-    if (!parser.parse(arguments)) {
-        failUse(parser.errorText());
-    }
-    if (parser.isSet(help)) {
-        QString text = parser.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        printOutput(QStringLiteral("Usage: kxmath conicity --wheel1 FILE --wheel2 FILE --rail1 FILE --rail2 FILE\n"
-                                   "                       --gauge MM --back-to-back MM [options]\n") +
-                    text);
+    if (!parseOrHelp(parser, arguments, kName,
+                     "--wheel1 FILE --wheel2 FILE --rail1 FILE --rail2 FILE\n"
+                     "                       --gauge MM --back-to-back MM [options]")) {
         return Done;
     }
     WheelSet set;
@@ -246,7 +230,7 @@ int runChecked(const QStringList& arguments) {
     const bool isCalculated = calculate(set, result);
     warnings += findLimits(result, a.shownAmplitude);
     for (const QString& warning : warnings) {
-        printLine("conicity", QStringLiteral("warning: ") + warning);
+        printLine(kName, QStringLiteral("warning: ") + warning);
     }
     if (!isCalculated) {
         throw CommandError{NoResult, QStringLiteral("no conicity can be calculated from these profiles")};
@@ -273,12 +257,7 @@ int runChecked(const QStringList& arguments) {
 } // namespace
 
 int runConicity(const QStringList& arguments) {
-    try {
-        return runChecked(arguments);
-    } catch (const CommandError& error) {
-        printLine("conicity", error.message);
-        return error.code;
-    }
+    return runCommand(kName, [&] { return runChecked(arguments); });
 }
 
 } // namespace kxtool

@@ -1,10 +1,9 @@
 // kxmath convert: points from one kind of file to another.
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
 #include "formats/pointFile.h"
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
 
@@ -40,22 +39,18 @@ struct Options {
     Format to;
 };
 
-[[noreturn]] void failUse(const QString& why) {
-    throw CommandError{WrongUse, why + QStringLiteral(", see kxmath convert --help")};
-}
-
 /// The kind of a file: named by an option, else told by the file name.
 Format kindOf(const QCommandLineParser& parser, const QString& option, const QString& fileName) {
     if (parser.isSet(option)) {
         const std::optional<Format> named = formatByName(parser.value(option));
         if (!named) {
-            failUse(QStringLiteral("--%1 does not know '%2'").arg(option, parser.value(option)));
+            failUse(kName, QStringLiteral("--%1 does not know '%2'").arg(option, parser.value(option)));
         }
         return *named;
     }
     const std::optional<Format> told = formatByFileName(fileName);
     if (!told) {
-        failUse(QStringLiteral("the name '%1' does not tell the kind, name it with --%2").arg(fileName, option));
+        failUse(kName, QStringLiteral("the name '%1' does not tell the kind, name it with --%2").arg(fileName, option));
     }
     return *told;
 }
@@ -65,24 +60,17 @@ std::optional<Options> parse(const QStringList& arguments) {
     parser.setApplicationDescription(QLatin1String(kDescription));
     parser.addPositionalArgument(QStringLiteral("IN"), QStringLiteral("The file to read."));
     parser.addPositionalArgument(QStringLiteral("OUT"), QStringLiteral("The file to write, replaced if it exists."));
-    const QCommandLineOption help = parser.addHelpOption();
     parser.addOption({QStringLiteral("from"), QStringLiteral("Kind of IN."), QStringLiteral("kind")});
     parser.addOption({QStringLiteral("to"), QStringLiteral("Kind of OUT."), QStringLiteral("kind")});
-    if (!parser.parse(arguments)) {
-        failUse(parser.errorText());
-    }
-    if (parser.isSet(help)) {
-        QString text = parser.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        printOutput(QStringLiteral("Usage: kxmath convert IN OUT [options]\n") + text);
+    if (!parseOrHelp(parser, arguments, kName, "IN OUT [options]")) {
         return {};
     }
     const QStringList names = parser.positionalArguments();
     if (names.size() != 2) {
-        failUse(QStringLiteral("two files are needed, not %1").arg(names.size()));
+        failUse(kName, QStringLiteral("two files are needed, not %1").arg(names.size()));
     }
     if (names[0] == names[1] && names[0] != QLatin1String("-")) {
-        failUse(QStringLiteral("IN and OUT are the same file"));
+        failUse(kName, QStringLiteral("IN and OUT are the same file"));
     }
     return Options{names[0], names[1], kindOf(parser, QStringLiteral("from"), names[0]),
                    kindOf(parser, QStringLiteral("to"), names[1])};
@@ -142,16 +130,13 @@ void writeOutput(const Options& options, const PointData& data, const QTemporary
 } // namespace
 
 int runConvert(const QStringList& arguments) {
-    try {
+    return runCommand(kName, [&] {
         if (const std::optional<Options> options = parse(arguments)) {
             const QTemporaryDir scratch;
             writeOutput(*options, readInput(*options, scratch), scratch);
         }
         return Done;
-    } catch (const CommandError& error) {
-        printLine(kName, error.message);
-        return error.code;
-    }
+    });
 }
 
 } // namespace kxtool

@@ -1,13 +1,11 @@
 // kxmath grid: from a scan to its height map, block means and seeds.
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
 #include "grid/gridReport.h"
 #include "grid/gridText.h"
 #include "grid/patchFiles.h"
 #include "grid/scanGrid.h"
-
-#include <QtCore/QCommandLineParser>
 
 #include <cmath>
 
@@ -50,15 +48,11 @@ Exit codes:
   4  output could not be written
 )";
 
-[[noreturn]] void failUse(const QString& why) {
-    throw CommandError{WrongUse, why + QStringLiteral(", see kxmath grid --help")};
-}
-
 float toNumber(const QString& text, const QString& what) {
     bool isNumber = false;
     const float number = text.toFloat(&isNumber);
     if (!isNumber || !std::isfinite(number)) {
-        failUse(QStringLiteral("%1 is no number: '%2'").arg(what, text));
+        failUse(kName, QStringLiteral("%1 is no number: '%2'").arg(what, text));
     }
     return number;
 }
@@ -66,7 +60,7 @@ float toNumber(const QString& text, const QString& what) {
 float toNumberAbove0(const QString& text, const QString& what) {
     const float number = toNumber(text, what);
     if (!(number > 0.0f)) {
-        failUse(QStringLiteral("%1 must be above 0").arg(what));
+        failUse(kName, QStringLiteral("%1 must be above 0").arg(what));
     }
     return number;
 }
@@ -75,7 +69,7 @@ int toCount(const QString& text, const QString& what, int largest) {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     if (!isNumber || number < 1 || number > largest) {
-        failUse(QStringLiteral("%1 is no whole number from 1 to %2: '%3'").arg(what).arg(largest).arg(text));
+        failUse(kName, QStringLiteral("%1 is no whole number from 1 to %2: '%3'").arg(what).arg(largest).arg(text));
     }
     return number;
 }
@@ -84,7 +78,7 @@ SeedOptions toSeedOptions(const QString& text) {
     QStringList fields = text.split(QLatin1Char(','));
     constexpr qsizetype kFields = 6;
     if (fields.size() > kFields) {
-        failUse(QStringLiteral("--seeds has more than %1 fields").arg(kFields));
+        failUse(kName, QStringLiteral("--seeds has more than %1 fields").arg(kFields));
     }
     fields.resize(kFields);
     const auto number = [&](qsizetype field, const char* name) -> std::optional<float> {
@@ -97,7 +91,7 @@ SeedOptions toSeedOptions(const QString& text) {
     seeds.step = number(2, "STEP of --seeds");
     seeds.tolerance = number(3, "TOLERANCE of --seeds");
     if (seeds.tolerance && !(*seeds.tolerance > 0.0f)) {
-        failUse(QStringLiteral("TOLERANCE of --seeds must be above 0"));
+        failUse(kName, QStringLiteral("TOLERANCE of --seeds must be above 0"));
     }
     if (const QString count = fields.at(4).trimmed(); !count.isEmpty()) {
         seeds.minCount = toCount(count, QStringLiteral("MINCOUNT of --seeds"), std::numeric_limits<int>::max());
@@ -111,28 +105,33 @@ public:
     GridParser() {
         parser_.setApplicationDescription(QLatin1String(kDescription));
         parser_.addPositionalArgument(QStringLiteral("SET"), QStringLiteral("The scan."));
-        parser_.addOptions({help_, step_, z0_, dz_, gap_, blocks_, edgeCut_, seeds_, out_, json_, report_});
+        parser_.addOptions({step_, z0_, dz_, gap_, blocks_, edgeCut_, seeds_, out_, json_, report_});
     }
 
-    /// Throws a CommandError when the arguments are wrong. Empty when help was asked for.
+    /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
     std::optional<GridOptions> parse(const QStringList& arguments) {
-        if (!parser_.parse(arguments)) {
-            const QString why = parser_.errorText();
-            failUse(why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
-        }
-        if (parser_.isSet(help_)) {
+        if (!parseOrHelp(parser_, arguments, kName, "SET --step S [options]", kDetails)) {
             return std::nullopt;
         }
         const QStringList names = parser_.positionalArguments();
         if (names.size() != 1) {
-            failUse(QStringLiteral("one scan is needed, not %1").arg(names.size()));
+            failUse(kName, QStringLiteral("one scan is needed, not %1").arg(names.size()));
         }
         if (!parser_.isSet(step_)) {
-            failUse(QStringLiteral("--step S is needed"));
+            failUse(kName, QStringLiteral("--step S is needed"));
         }
         constexpr int kLargestBlock = 1000;
-        GridOptions options{names[0],     0.0f, 0.0f, std::nullopt,  std::nullopt,   1,
-                            std::nullopt, {},   {},   output(json_), output(report_)};
+        GridOptions options{names[0],
+                            0.0f,
+                            0.0f,
+                            std::nullopt,
+                            std::nullopt,
+                            1,
+                            std::nullopt,
+                            {},
+                            {},
+                            outputOption(parser_, "json"),
+                            outputOption(parser_, "report")};
         options.step = toNumberAbove0(parser_.value(step_), QStringLiteral("--step"));
         options.z0 = toNumber(parser_.value(z0_), QStringLiteral("--z0"));
         options.blockSize = toCount(parser_.value(blocks_), QStringLiteral("--blocks"), kLargestBlock);
@@ -146,32 +145,17 @@ public:
         if (parser_.isSet(edgeCut_)) {
             options.edgeCut = toNumber(parser_.value(edgeCut_), QStringLiteral("--edge-cut"));
         }
-        options.seedFolder = output(out_).isWanted() ? parser_.value(out_) : QString();
+        options.seedFolder = outputOption(parser_, "out").isWanted() ? parser_.value(out_) : QString();
         return options;
     }
 
-    QString helpText() {
-        QString text = parser_.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        return QStringLiteral("Usage: kxmath grid SET --step S [options]\n") + text + QLatin1String(kDetails);
-    }
-
 private:
-    OutputFile output(const QCommandLineOption& option) const {
-        const QString name = QStringLiteral("--") + option.names().constLast();
-        if (parser_.isSet(option) && parser_.value(option).isEmpty()) {
-            failUse(name + QStringLiteral(" is empty"));
-        }
-        return {name, parser_.value(option)};
-    }
-
     static QCommandLineOption option(const char* name, const char* description, const char* value,
                                      const char* byDefault = "") {
         return {QLatin1String(name), QLatin1String(description), QLatin1String(value), QLatin1String(byDefault)};
     }
 
     QCommandLineParser parser_;
-    const QCommandLineOption help_{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")};
     const QCommandLineOption step_ = option("step", "Pitch of the grid along both axes, mm.", "S");
     const QCommandLineOption z0_ = option("z0", "Position of the first profile. Default: 0.", "Z", "0");
     const QCommandLineOption dz_ =
@@ -228,18 +212,10 @@ int run(const GridOptions& options) {
 } // namespace
 
 int runGrid(const QStringList& arguments) {
-    try {
-        GridParser parser;
-        const std::optional<GridOptions> options = parser.parse(arguments);
-        if (!options) {
-            printOutput(parser.helpText());
-            return Done;
-        }
-        return run(*options);
-    } catch (const CommandError& error) {
-        printLine(kName, error.message);
-        return error.code;
-    }
+    return runCommand(kName, [&] {
+        const std::optional<GridOptions> options = GridParser().parse(arguments);
+        return options ? run(*options) : Done;
+    });
 }
 
 } // namespace kxtool

@@ -1,13 +1,13 @@
 // kxmath info: what is in a file.
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
 #include "formats/pointFile.h"
+#include "median.h"
 
 #include <KxMath/KxPointCloud.h>
 #include <KxMath/KxProfileZ.h>
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
@@ -164,18 +164,8 @@ Contents readContents(const QString& name) {
     return contents;
 }
 
-/// The spacing in the middle of all, 0 for none.
-float medianGap(std::vector<float>& gaps) {
-    if (gaps.empty()) {
-        return 0.0f;
-    }
-    const auto middle = gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2);
-    std::nth_element(gaps.begin(), middle, gaps.end());
-    return *middle;
-}
-
-void print(const QString& name, Contents& contents) {
-    Statistics& s = contents.statistics;
+void print(const QString& name, const Contents& contents) {
+    const Statistics& s = contents.statistics;
     QString text = name + QStringLiteral(":\n");
     for (const auto& [kind, times] : contents.parts) {
         text += QStringLiteral("  %1 x %2\n").arg(times).arg(kind);
@@ -190,7 +180,7 @@ void print(const QString& name, Contents& contents) {
         }
     }
     if (!s.gaps.empty()) {
-        text += QStringLiteral("  spacing in x %1 (median)\n").arg(static_cast<double>(medianGap(s.gaps)));
+        text += QStringLiteral("  spacing in x %1 (median)\n").arg(static_cast<double>(median(s.gaps, 0.0f)));
     }
     if (!contents.damage.isEmpty()) {
         text += QStringLiteral("  ") + contents.damage + QLatin1Char('\n');
@@ -200,46 +190,35 @@ void print(const QString& name, Contents& contents) {
 
 /// Tells about one file. @return the exit code that it asks for
 int inform(const QString& name) {
-    try {
-        Contents contents = readContents(name);
-        print(name, contents);
-        if (!contents.damage.isEmpty()) {
-            printLine(kName, QStringLiteral("'%1' %2").arg(name, contents.damage));
-            return BadInput;
-        }
-        return contents.parts.empty() ? NoResult : Done;
-    } catch (const CommandError& error) {
-        printLine(kName, error.message);
-        return error.code;
+    const Contents contents = readContents(name);
+    print(name, contents);
+    if (!contents.damage.isEmpty()) {
+        throw CommandError{BadInput, QStringLiteral("'%1' %2").arg(name, contents.damage)};
     }
+    return contents.parts.empty() ? NoResult : Done;
+}
+
+int runChecked(const QStringList& arguments) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QLatin1String(kDescription));
+    parser.addPositionalArgument(QStringLiteral("FILE..."), QStringLiteral("The files to look into."));
+    if (!parseOrHelp(parser, arguments, kName, "FILE...")) {
+        return Done;
+    }
+    if (parser.positionalArguments().isEmpty()) {
+        failUse(kName, QStringLiteral("no file was named"));
+    }
+    int worst = Done;
+    for (const QString& name : parser.positionalArguments()) {
+        worst = std::max(worst, runCommand(kName, [&] { return inform(name); }));
+    }
+    return worst;
 }
 
 } // namespace
 
 int runInfo(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QLatin1String(kDescription));
-    parser.addPositionalArgument(QStringLiteral("FILE..."), QStringLiteral("The files to look into."));
-    const QCommandLineOption help = parser.addHelpOption();
-    if (!parser.parse(arguments)) {
-        printLine(kName, parser.errorText());
-        return WrongUse;
-    }
-    if (parser.isSet(help)) {
-        QString text = parser.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        printOutput(QStringLiteral("Usage: kxmath info FILE...\n") + text);
-        return Done;
-    }
-    if (parser.positionalArguments().isEmpty()) {
-        printLine(kName, QStringLiteral("no file was named, see kxmath info --help"));
-        return WrongUse;
-    }
-    int worst = Done;
-    for (const QString& name : parser.positionalArguments()) {
-        worst = std::max(worst, inform(name));
-    }
-    return worst;
+    return runCommand(kName, [&] { return runChecked(arguments); });
 }
 
 } // namespace kxtool

@@ -1,7 +1,7 @@
 // Options of the subcommands that read profiles.
 #include "profileOptions.h"
 
-#include "commandError.h"
+#include "commandLine.h"
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ Columns columnsOption(const QCommandLineParser& parser) {
     const QStringList numbers = parser.value(QStringLiteral("columns")).split(QLatin1Char(','));
     const Columns columns{std::max(numbers.value(0).toInt(), 0) - 1, std::max(numbers.value(1).toInt(), 0) - 1};
     if (numbers.size() != 2 || columns.x < 0 || columns.y < 0) {
-        throw CommandError{WrongUse, QStringLiteral("--columns needs two numbers from 1 on, like 1,2")};
+        failUse(QStringLiteral("--columns needs two numbers from 1 on, like 1,2"));
     }
     return columns;
 }
@@ -37,8 +37,7 @@ float numberOption(const QCommandLineParser& parser, const QString& name, float 
     bool isNumber = false;
     const float value = parser.value(name).toFloat(&isNumber);
     if (!isNumber || !(value >= min && value <= max)) {
-        throw CommandError{
-            WrongUse, QStringLiteral("--%1 needs a number from %2 to %3").arg(name).arg(double(min)).arg(double(max))};
+        failUse(QStringLiteral("--%1 needs a number from %2 to %3").arg(name).arg(double(min)).arg(double(max)));
     }
     return value;
 }

@@ -1,11 +1,9 @@
 // kxmath simulate: writes the recordings of a train that never was.
 #include "calibrate/shotOptions.h"
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
 #include "simulator/simulation.h"
-
-#include <QtCore/QCommandLineParser>
 
 #include <type_traits>
 
@@ -16,6 +14,8 @@ namespace {
 using kxsim::Defect;
 using kxsim::NumberInfo;
 using kxsim::Parameters;
+
+constexpr const char* kName = "simulate";
 
 const char* const kDescription =
     "Simulates a train that passes two profile sensors, and writes into DIR what they record, the settings that fit,\n"
@@ -34,7 +34,6 @@ QString defaultText(const NumberInfo& info) {
 
 void addOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(QLatin1String(kDescription));
-    parser.addHelpOption();
     parser.addPositionalArgument("DIR", "directory to write, made where it is missing");
     parser.addOptions(
         {{"seed", "start of the random numbers [1]", "N", "1"},
@@ -51,10 +50,6 @@ void addOptions(QCommandLineParser& parser) {
         parser.addOption({QLatin1String(info.name), help, QStringLiteral("N")});
     }
     addShotOptions(parser);
-}
-
-[[noreturn]] void failUse(const QString& message) {
-    throw CommandError{WrongUse, message};
 }
 
 void readNumber(const QCommandLineParser& parser, const NumberInfo& info, Parameters& parameters) {
@@ -124,11 +119,7 @@ Parameters readParameters(const QCommandLineParser& parser) {
     for (const NumberInfo& info : kxsim::allNumbers()) {
         readNumber(parser, info, parameters);
     }
-    bool isNumber = false;
-    parameters.seed = parser.value("seed").toULongLong(&isNumber);
-    if (!isNumber) {
-        failUse(QStringLiteral("--seed '%1' is no whole number from 0 on").arg(parser.value("seed")));
-    }
+    parameters.seed = seedOption(parser);
     parameters.prefix = parser.value("prefix").toStdString();
     const bool areProfiles = readChoice(parser, "records", "profile", "cloud");
     parameters.records = areProfiles ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
@@ -147,18 +138,12 @@ Parameters readParameters(const QCommandLineParser& parser) {
 int runChecked(const QStringList& arguments) {
     QCommandLineParser parser;
     addOptions(parser);
-    if (!parser.parse(arguments)) {
-        failUse(parser.errorText());
-    }
-    if (parser.isSet("help")) {
-        QString text = parser.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        printOutput(QStringLiteral("Usage: kxmath simulate DIR [options]\n") + text);
+    if (!parseOrHelp(parser, arguments, kName, "DIR [options]")) {
         return Done;
     }
     const QStringList positional = parser.positionalArguments();
     if (positional.size() != 1 || positional[0].isEmpty()) {
-        failUse(QStringLiteral("one DIR is needed, see kxmath simulate --help"));
+        failUse(kName, QStringLiteral("one DIR is needed"));
     }
     const auto shots = shotOptions(parser);
     const Parameters parameters = shots ? Parameters{} : readParameters(parser);
@@ -177,12 +162,7 @@ int runChecked(const QStringList& arguments) {
 } // namespace
 
 int runSimulate(const QStringList& arguments) {
-    try {
-        return runChecked(arguments);
-    } catch (const CommandError& error) {
-        printLine("simulate", error.message);
-        return error.code;
-    }
+    return runCommand(kName, [&] { return runChecked(arguments); });
 }
 
 } // namespace kxtool

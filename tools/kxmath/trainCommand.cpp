@@ -1,15 +1,13 @@
 // kxmath train: from the two recordings of a pass to the distances of its wheel pairs.
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
-#include "outputFile.h"
 #include "train/pass.h"
 #include "train/passJson.h"
 #include "train/passReport.h"
 #include "train/passTable.h"
 #include "train/workFolder.h"
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
@@ -89,42 +87,34 @@ struct TrainOptions {
     std::optional<std::array<float, 2>> defectRange;
 };
 
-[[noreturn]] void failUse(const QString& why) {
-    throw CommandError{WrongUse, why + QStringLiteral(", see kxmath train --help")};
-}
-
 class TrainParser {
 public:
     TrainParser() {
         parser_.setApplicationDescription(QLatin1String(kDescription));
         parser_.addPositionalArgument(QStringLiteral("REC1"), QStringLiteral("Recording of one side."));
         parser_.addPositionalArgument(QStringLiteral("REC2"), QStringLiteral("Recording of the other side."));
-        parser_.addOptions({help_, settings_, mode_, out_, nominal_, tolerance_, json_, csv_, report_, wheel_, defects_,
-                            defectRange_});
+        parser_.addOptions(
+            {settings_, mode_, out_, nominal_, tolerance_, json_, csv_, report_, wheel_, defects_, defectRange_});
     }
 
-    /// Throws a CommandError when the arguments are wrong. Empty when help was asked for.
+    /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
     std::optional<TrainOptions> parse(const QStringList& arguments) {
-        if (!parser_.parse(arguments)) {
-            QString why = parser_.errorText();
-            failUse(why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
-        }
-        if (parser_.isSet(help_)) {
+        if (!parseOrHelp(parser_, arguments, kName, "REC1 REC2 --settings FILE [options]", kDetails)) {
             return std::nullopt;
         }
         const QStringList names = parser_.positionalArguments();
         if (names.size() != 2) {
-            failUse(QStringLiteral("two recordings are needed, not %1").arg(names.size()));
+            failUse(kName, QStringLiteral("two recordings are needed, not %1").arg(names.size()));
         }
         if (parser_.value(settings_).isEmpty()) {
-            failUse(QStringLiteral("--settings FILE is needed"));
+            failUse(kName, QStringLiteral("--settings FILE is needed"));
         }
         TrainOptions options = {{names[0], names[1]},
                                 parser_.value(settings_),
                                 parser_.value(out_),
-                                output(json_),
-                                output(csv_),
-                                output(report_),
+                                outputOption(parser_, "json"),
+                                outputOption(parser_, "csv"),
+                                outputOption(parser_, "report"),
                                 0,
                                 1,
                                 number(tolerance_),
@@ -137,46 +127,32 @@ public:
             options.nominal = number(nominal_);
         }
         if (parser_.isSet(defects_) && options.defects.isEmpty()) {
-            failUse(QStringLiteral("--defects names no file"));
+            failUse(kName, QStringLiteral("--defects names no file"));
         }
         if (parser_.isSet(defectRange_)) {
             options.defectRange = range(defectRange_);
         }
         if (options.pair < 1) {
-            failUse(QStringLiteral("--wheel begins at 1"));
+            failUse(kName, QStringLiteral("--wheel begins at 1"));
         }
         if (options.defectRange && options.defects.isEmpty()) {
-            failUse(QStringLiteral("--defect-range is for --defects FILE"));
+            failUse(kName, QStringLiteral("--defect-range is for --defects FILE"));
         }
         if (options.tolerance < 0.0f) {
-            failUse(QStringLiteral("--tolerance must not be negative"));
+            failUse(kName, QStringLiteral("--tolerance must not be negative"));
         }
         if (options.out.isEmpty()) {
-            failUse(QStringLiteral("--out names no folder"));
+            failUse(kName, QStringLiteral("--out names no folder"));
         }
         return options;
     }
 
-    QString helpText() {
-        QString text = parser_.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        return QStringLiteral("Usage: kxmath train REC1 REC2 --settings FILE [options]\n") + text +
-               QLatin1String(kDetails);
-    }
-
 private:
-    OutputFile output(const QCommandLineOption& option) const {
-        if (parser_.isSet(option) && parser_.value(option).isEmpty()) {
-            failUse(QStringLiteral("--%1 names no file").arg(option.names().constLast()));
-        }
-        return {QStringLiteral("--") + option.names().constLast(), parser_.value(option)};
-    }
-
     int wholeNumber(const QCommandLineOption& option) const {
         bool isNumber = false;
         const int result = parser_.value(option).toInt(&isNumber);
         if (!isNumber) {
-            failUse(QStringLiteral("--%1 is no whole number").arg(option.names().constLast()));
+            failUse(kName, QStringLiteral("--%1 is no whole number").arg(option.names().constLast()));
         }
         return result;
     }
@@ -185,7 +161,7 @@ private:
         bool isNumber = false;
         const float result = parser_.value(option).toFloat(&isNumber);
         if (!isNumber || !std::isfinite(result)) {
-            failUse(QStringLiteral("--%1 is no number").arg(option.names().constLast()));
+            failUse(kName, QStringLiteral("--%1 is no number").arg(option.names().constLast()));
         }
         return result;
     }
@@ -198,13 +174,12 @@ private:
             result[i] = fields[static_cast<qsizetype>(i)].toFloat(&areNumbers[i]);
         }
         if (!areNumbers[0] || !areNumbers[1] || !(result[0] < result[1])) {
-            failUse(QStringLiteral("--%1 is not MIN:MAX").arg(option.names().constLast()));
+            failUse(kName, QStringLiteral("--%1 is not MIN:MAX").arg(option.names().constLast()));
         }
         return result;
     }
 
     QCommandLineParser parser_;
-    const QCommandLineOption help_{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")};
     const QCommandLineOption settings_{QStringLiteral("settings"), QStringLiteral("INI file with the keys below."),
                                        QStringLiteral("FILE")};
     const QCommandLineOption mode_{
@@ -250,10 +225,11 @@ std::array<RecordingFile, 2> openRecordings(const TrainOptions& options) {
     const auto& [first, second] = recordings;
     if (first.linkName == second.linkName) {
         failUse(
+            kName,
             QStringLiteral("both recordings are named '%1', so that their wheel files would mix").arg(first.linkName));
     }
     if (first.serial == second.serial) {
-        failUse(QStringLiteral("both recordings are of the sensor with the serial number %1").arg(first.serial));
+        failUse(kName, QStringLiteral("both recordings are of the sensor with the serial number %1").arg(first.serial));
     }
     return recordings;
 }
@@ -353,18 +329,10 @@ int run(const TrainOptions& options) {
 } // namespace
 
 int runTrain(const QStringList& arguments) {
-    try {
-        TrainParser parser;
-        const std::optional<TrainOptions> options = parser.parse(arguments);
-        if (!options) {
-            printOutput(parser.helpText());
-            return Done;
-        }
-        return run(*options);
-    } catch (const CommandError& error) {
-        printLine(kName, error.message);
-        return error.code;
-    }
+    return runCommand(kName, [&] {
+        const std::optional<TrainOptions> options = TrainParser().parse(arguments);
+        return options ? run(*options) : Done;
+    });
 }
 
 } // namespace kxtool

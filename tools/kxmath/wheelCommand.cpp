@@ -1,9 +1,8 @@
 // kxmath wheel: the measures of wheel profiles.
-#include "commandError.h"
+#include "commandLine.h"
 #include "commands.h"
 #include "console.h"
 #include "numbers.h"
-#include "outputFile.h"
 #include "wheel/wheelMeasurement.h"
 #include "wheel/wheelReport.h"
 
@@ -45,10 +44,6 @@ struct Arguments {
     OutputFile csv;
     OutputFile report;
 };
-
-[[noreturn]] void failUse(const QString& message) {
-    throw CommandError{WrongUse, message};
-}
 
 void addOptions(QCommandLineParser& parser) {
     const auto add = [&](const QString& name, const QString& description, const char* value,
@@ -115,11 +110,11 @@ KxMath::KxCircle centreOption(const QCommandLineParser& parser) {
 Arguments readArguments(const QCommandLineParser& parser) {
     Arguments a{parser.positionalArguments(),
                 {},
-                OutputFile(QStringLiteral("--json"), parser.value(QStringLiteral("json"))),
-                OutputFile(QStringLiteral("--csv"), parser.value(QStringLiteral("csv"))),
-                OutputFile(QStringLiteral("--report"), parser.value(QStringLiteral("report")))};
+                outputOption(parser, "json"),
+                outputOption(parser, "csv"),
+                outputOption(parser, "report")};
     if (a.files.isEmpty()) {
-        failUse(QStringLiteral("no file was named, see kxmath wheel --help"));
+        failUse(kName, QStringLiteral("no file was named"));
     }
     WheelOptions& options = a.options;
     options.orientation = {parser.isSet(QStringLiteral("up")), parser.isSet(QStringLiteral("mirror"))};
@@ -243,15 +238,8 @@ QString tableText(const std::vector<WheelResult>& results, const Limits& limits)
 int runChecked(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(kDescription));
-    const QCommandLineOption help = parser.addHelpOption();
     addOptions(parser);
-    if (!parser.parse(arguments)) {
-        failUse(parser.errorText());
-    }
-    if (parser.isSet(help)) {
-        QString text = parser.helpText();
-        text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
-        printOutput(QStringLiteral("Usage: kxmath wheel FILE... [options]\n") + text);
+    if (!parseOrHelp(parser, arguments, kName, "FILE... [options]")) {
         return Done;
     }
     const Arguments a = readArguments(parser);
@@ -279,12 +267,7 @@ int runChecked(const QStringList& arguments) {
 } // namespace
 
 int runWheel(const QStringList& arguments) {
-    try {
-        return runChecked(arguments);
-    } catch (const CommandError& error) {
-        printLine(kName, error.message);
-        return error.code;
-    }
+    return runCommand(kName, [&] { return runChecked(arguments); });
 }
 
 } // namespace kxtool

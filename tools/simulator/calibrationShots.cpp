@@ -2,13 +2,13 @@
 #include "simulator/calibrationShots.h"
 
 #include "simulator/calibrationTrial.h"
+#include "simulator/json.h"
 
 #include <KxMath/KxProfileZ.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 #include <QtCore/QSaveFile>
 
 namespace kxsim {
@@ -16,24 +16,15 @@ namespace kxsim {
 namespace {
 
 QJsonObject toJson(const CalibrationShots& shots, const Pose& pose, const QJsonArray& files, bool isInView) {
-    const CalibrationObject& object = shots.object;
     const CalibrationSensor& sensor = shots.sensor;
     return {{"position", shots.placement},
             {"seed", QString::number(shots.seed)}, // JSON numbers do not hold 64 bits
-            {"object", QJsonObject{{"pitch", object.pitch},
-                                   {"slope", object.slope},
-                                   {"oblique", object.obliqueness},
-                                   {"planeY", object.crestY}}},
+            {"object", toJson(shots.object)},
             {"sensor", QJsonObject{{"points", sensor.points},
                                    {"halfAngle", sensor.fan / 2.0},
                                    {"maxRange", sensor.range},
                                    {"noise", sensor.noise}}},
-            {"pose", QJsonObject{{"x", pose.origin.x},
-                                 {"y", pose.origin.y},
-                                 {"z", pose.origin.z},
-                                 {"alpha", pose.alpha},
-                                 {"beta", pose.beta},
-                                 {"gamma", pose.gamma}}},
+            {"pose", toJson(pose)},
             {"isInView", isInView},
             {"files", files}};
 }

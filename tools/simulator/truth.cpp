@@ -2,10 +2,10 @@
 #include "simulator/truth.h"
 
 #include "simulator/calibration.h"
+#include "simulator/json.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 #include <QtCore/QSaveFile>
 
 namespace kxsim {
@@ -34,17 +34,8 @@ QJsonObject parametersToJson(const Parameters& p) {
 QJsonObject sensorToJson(const Parameters& p, int sensor, const RecordingTruth& recording) {
     const Pose pose = makePose(p, sensor);
     const CalibratedLines lines = calibrate(p, sensor);
-    return {{"serial", serialOf(p, sensor)},
-            {"file", recording.fileName},
-            {"side", sensor == 1 ? "left" : "right"},
-            {"records", recording.records},
-            {"pose", QJsonObject{{"x", pose.origin.x},
-                                 {"y", pose.origin.y},
-                                 {"z", pose.origin.z},
-                                 {"alpha", pose.alpha},
-                                 {"beta", pose.beta},
-                                 {"gamma", pose.gamma}}},
-            {"reference", toJson(lines.reference)},
+    return {{"serial", serialOf(p, sensor)}, {"file", recording.fileName}, {"side", sensor == 1 ? "left" : "right"},
+            {"records", recording.records},  {"pose", toJson(pose)},       {"reference", toJson(lines.reference)},
             {"level", toJson(lines.level)}};
 }
 

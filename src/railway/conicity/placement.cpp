@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <tuple>
 
 namespace KxMath::detail {
 
@@ -43,14 +44,15 @@ void mirror(KxProfile& profile) {
     profile.sort(KxSortAscending, KxSortAscending);
 }
 
+std::tuple<KxProfile&, KxProfile&, KxProfile&, KxProfile&> profilesOf(Track& track) {
+    return {track.first.wheel, track.second.wheel, track.first.rail, track.second.rail};
+}
+
 /// Turns the profiles to y up and all of them to x rising from the first side to the second, and moves each with its
 /// reference corner to the origin: the flange backs with the lowest point of the wheel at height 0, the gauge sides
 /// with the top of the rail at height 0.
 void orient(Track& track) {
-    KxProfile& wheel1 = track.first.wheel;
-    KxProfile& wheel2 = track.second.wheel;
-    KxProfile& rail1 = track.first.rail;
-    KxProfile& rail2 = track.second.rail;
+    const auto [wheel1, wheel2, rail1, rail2] = profilesOf(track);
     for (KxProfile* const profile : {&wheel1, &wheel2, &rail1, &rail2}) {
         turnUpsideDown(*profile);
     }
@@ -133,10 +135,7 @@ bool alignStarts(WheelOnRail& first, WheelOnRail& second) {
 } // namespace
 
 bool placeOnTrack(Track& track, float radius1, float radius2, float railDistance, float wheelDistance) {
-    KxProfile& wheel1 = track.first.wheel;
-    KxProfile& wheel2 = track.second.wheel;
-    KxProfile& rail1 = track.first.rail;
-    KxProfile& rail2 = track.second.rail;
+    const auto [wheel1, wheel2, rail1, rail2] = profilesOf(track);
     for (KxProfile* const profile : {&wheel1, &wheel2, &rail1, &rail2}) {
         if (!resample(*profile)) {
             return false;

@@ -15,14 +15,7 @@ namespace kxtool {
 
 namespace {
 
-using kxreport::Cell;
-using kxreport::Fact;
-using kxreport::numberText;
-using kxreport::Page;
-using kxreport::Plot;
-using kxreport::Points;
-using kxreport::Range;
-using kxreport::Tone;
+using namespace kxreport;
 
 namespace colour = kxreport::colour;
 

@@ -1,11 +1,12 @@
 // What kxmath calibrate found, for the standard output and as JSON.
 #include "calibrate/calibrationResult.h"
 
+#include "simulator/json.h"
+
 #include <KxMath/KxMathVersion.h>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 
 #include <cmath>
 
@@ -95,7 +96,6 @@ QString calibrationText(const CalibrationResult& result) {
 }
 
 QString calibrationJson(const CalibrationResult& result) {
-    const kxsim::CalibrationObject& object = result.task.object;
     const PoseAverage& average = result.average;
     QJsonArray profiles;
     for (const PoseMeasurement& m : result.measurements) {
@@ -104,10 +104,7 @@ QString calibrationJson(const CalibrationResult& result) {
     QJsonObject json = {{"command", "calibrate"},
                         {"version", KxMath_GetVersionString()},
                         {"position", result.task.placement},
-                        {"object", QJsonObject{{"pitch", object.pitch},
-                                               {"slope", object.slope},
-                                               {"oblique", object.obliqueness},
-                                               {"planeY", object.crestY}}},
+                        {"object", kxsim::toJson(result.task.object)},
                         {"pose", QJsonValue()},
                         {"profiles", profiles},
                         {"unreadable", QJsonArray::fromStringList(result.unreadable)},

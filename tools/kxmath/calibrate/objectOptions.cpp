@@ -1,7 +1,7 @@
 // Options that describe the calibration object.
 #include "calibrate/objectOptions.h"
 
-#include "commandError.h"
+#include "commandLine.h"
 #include "profileOptions.h"
 
 #include <cmath>
@@ -42,7 +42,7 @@ int placementOption(const QCommandLineParser& parser, const QString& name) {
     bool isNumber = false;
     const int placement = parser.value(name).toInt(&isNumber);
     if (!isNumber) {
-        throw CommandError{WrongUse, QStringLiteral("--%1 needs a whole number, the placement code").arg(name)};
+        failUse(QStringLiteral("--%1 needs a whole number, the placement code").arg(name));
     }
     return placement;
 }
@@ -62,7 +62,7 @@ kxsim::CalibrationObject objectOption(const QCommandLineParser& parser, int plac
     read(kOblique, object.obliqueness, -10.0f, 10.0f);
     read(kPlaneY, object.crestY, -kLongest, kLongest);
     if (object.obliqueness == 0.0) {
-        throw CommandError{WrongUse, QStringLiteral("--oblique must not be 0: x could not be found")};
+        failUse(QStringLiteral("--oblique must not be 0: x could not be found"));
     }
     return object;
 }

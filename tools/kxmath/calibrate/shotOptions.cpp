@@ -2,7 +2,7 @@
 #include "calibrate/shotOptions.h"
 
 #include "calibrate/objectOptions.h"
-#include "commandError.h"
+#include "commandLine.h"
 #include "profileOptions.h"
 
 #include <array>
@@ -17,10 +17,6 @@ constexpr const char* kProfiles = "profiles";
 constexpr const char* kTurn = "turn";
 constexpr const char* kMove = "move";
 constexpr std::array kSharedOptions = {"seed", "points", "half-angle", "noise", "max-range"};
-
-[[noreturn]] void failUse(const QString& message) {
-    throw CommandError{WrongUse, message};
-}
 
 /// Three numbers separated by commas, each within +-limit.
 std::array<double, 3> threeNumbers(const QCommandLineParser& parser, const char* option, double limit) {
@@ -104,6 +100,16 @@ void addShotOptions(QCommandLineParser& parser) {
     addObjectOptions(parser);
 }
 
+quint64 seedOption(const QCommandLineParser& parser) {
+    bool isNumber = false;
+    const QString text = parser.value(QStringLiteral("seed"));
+    const quint64 seed = text.toULongLong(&isNumber);
+    if (!isNumber) {
+        failUse(QStringLiteral("--seed '%1' is no whole number from 0 on").arg(text));
+    }
+    return seed;
+}
+
 std::optional<kxsim::CalibrationShots> shotOptions(const QCommandLineParser& parser) {
     const bool isCalibration = parser.isSet(QLatin1String(kCalibration));
     checkNames(parser, isCalibration);
@@ -115,11 +121,7 @@ std::optional<kxsim::CalibrationShots> shotOptions(const QCommandLineParser& par
     shots.object = objectOption(parser, shots.placement);
     shots.sensor = sensorOptions(parser);
     shots.profiles = countOption(parser, kProfiles, 1, 10000);
-    bool isNumber = false;
-    shots.seed = parser.value(QStringLiteral("seed")).toULongLong(&isNumber);
-    if (!isNumber) {
-        failUse(QStringLiteral("--seed '%1' is no whole number from 0 on").arg(parser.value(QStringLiteral("seed"))));
-    }
+    shots.seed = seedOption(parser);
     const auto [alpha, beta, gamma] = threeNumbers(parser, kTurn, 180.0);
     const auto [x, y, z] = threeNumbers(parser, kMove, 10000.0);
     shots.alpha = alpha;

@@ -2,6 +2,7 @@
 #include "conicity/conicityReport.h"
 
 #include "numbers.h"
+#include "plotPoints.h"
 #include "report/page.h"
 #include "report/plot.h"
 
@@ -29,14 +30,6 @@ constexpr const char* kRailColour = "#555555";
 constexpr const char* kContactColour = "#d1495b";
 constexpr const char* kSecondColour = "#2a9d6f";
 
-Points toPoints(const KxProfile& profile) {
-    Points points;
-    for (const KxPointXY& p : profile.points) {
-        points.emplace_back(static_cast<double>(p.x), static_cast<double>(p.y));
-    }
-    return points;
-}
-
 void includeX(Range& range, const Points& points) {
     for (const QPointF& p : points) {
         range.include(p.x());
@@ -61,8 +54,8 @@ Points contactPoints(const std::vector<std::unique_ptr<KxProfile>>& contacts, qs
 
 /// One side of the track: wheel above rail, lifted for display, with the contact points.
 QString placedPlot(const QString& id, const ConicityResult& result, bool isFirst) {
-    const Points wheel = toPoints(*result.placed[isFirst ? Wheel1 : Wheel2]);
-    const Points rail = toPoints(*result.placed[isFirst ? Rail1 : Rail2]);
+    const Points wheel = toPoints(result.placed[isFirst ? Wheel1 : Wheel2]->points);
+    const Points rail = toPoints(result.placed[isFirst ? Rail1 : Rail2]->points);
     const auto& contacts = isFirst ? result.contacts1 : result.contacts2;
     Range x;
     Range y;
@@ -112,7 +105,7 @@ QString contactPlot(const ConicityResult& result) {
 }
 
 QString deltaRPlot(const ConicityResult& result) {
-    const Points curve = toPoints(result.deltaR);
+    const Points curve = toPoints(result.deltaR.points);
     Range x;
     Range y;
     includeX(x, curve);

@@ -2,6 +2,7 @@
 #include "grid/gridText.h"
 
 #include "numbers.h"
+#include "textTable.h"
 
 #include <KxMath/KxMathVersion.h>
 
@@ -26,21 +27,7 @@ QString table(const ScanGrid& grid) {
     for (size_t i = 0; i < grid.seeds.size(); ++i) {
         rows.push_back(seedRow(grid, i));
     }
-    std::vector<qsizetype> widths(static_cast<size_t>(rows[0].size()));
-    for (const QStringList& row : rows) {
-        for (size_t column = 0; column < widths.size(); ++column) {
-            widths[column] = std::max(widths[column], row.at(static_cast<qsizetype>(column)).size());
-        }
-    }
-    QString text;
-    for (const QStringList& row : rows) {
-        for (size_t column = 0; column < widths.size(); ++column) {
-            text += (column == 0 ? QString() : QStringLiteral("  ")) +
-                    row.at(static_cast<qsizetype>(column)).rightJustified(widths[column]);
-        }
-        text += QLatin1Char('\n');
-    }
-    return text;
+    return textTable(rows);
 }
 
 QJsonArray rangeArray(float from, float to) {

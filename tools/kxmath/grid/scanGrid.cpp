@@ -3,6 +3,7 @@
 
 #include "commandError.h"
 #include "grid/seedSearch.h"
+#include "median.h"
 
 #include <KxMath/KxMatrixCloud.h>
 #include <KxMath/KxMatrixWithHistos.h>
@@ -51,12 +52,7 @@ float pointSpacing(const KxMath::KxProfileZSet& set) {
             distances.push_back(xs[k] - xs[k - 1]);
         }
     }
-    if (distances.empty()) {
-        return 0.0f;
-    }
-    const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
-    std::nth_element(distances.begin(), middle, distances.end());
-    return *middle;
+    return median(distances, 0.0f);
 }
 
 void checkSize(const GridOptions& options, Scan& scan) {

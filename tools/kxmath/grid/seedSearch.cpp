@@ -1,6 +1,8 @@
 // The limits of the seed search where the user gave none.
 #include "grid/seedSearch.h"
 
+#include "median.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -29,12 +31,7 @@ float medianDifference(const CellValues& means) {
             }
         }
     }
-    if (differences.empty()) {
-        return 0.0f;
-    }
-    const auto middle = differences.begin() + static_cast<std::ptrdiff_t>(differences.size() / 2);
-    std::nth_element(differences.begin(), middle, differences.end());
-    return *middle;
+    return median(differences, 0.0f);
 }
 
 float defaultTolerance(const CellValues& means, const kxreport::Range& range) {

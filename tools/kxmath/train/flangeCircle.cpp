@@ -1,8 +1,8 @@
 // The circle on which the flange tip of a wheel turns, from the profiles of a pass.
 #include "train/flangeCircle.h"
 
+#include "median.h"
 #include "train/leastSquares.h"
-#include "train/robust.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,20 +25,14 @@ struct Vertex {
 /// The lowest place of the parabola through the points around `middle`.
 std::optional<Vertex> lowestNear(const std::vector<SectionPoint>& section, double middle) {
     LeastSquares3 parabola;
-    int before = 0;
-    int behind = 0;
     double from = 0.0;
     double to = 0.0;
-    for (const SectionPoint& p : section) {
-        const double t = p.across - middle;
-        if (std::abs(t) <= kTipHalfWidth) {
-            parabola.add({1.0, t, t * t}, p.down);
-            ++(t < 0.0 ? before : behind);
-            from = std::min(from, t);
-            to = std::max(to, t);
-        }
-    }
-    if (std::min(before, behind) < kFewestTipPoints || std::min(-from, to) < kTipReach) {
+    const Neighbours near = visitNeighbours(section, middle, kTipHalfWidth, [&](double t, double down) {
+        parabola.add({1.0, t, t * t}, down);
+        from = std::min(from, t);
+        to = std::max(to, t);
+    });
+    if (near.fewer() < kFewestTipPoints || std::min(-from, to) < kTipReach) {
         return {};
     }
     const auto c = parabola.solve();

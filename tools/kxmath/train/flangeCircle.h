@@ -6,6 +6,8 @@
 
 #include <QtCore/QList>
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <vector>
 
@@ -22,6 +24,28 @@ struct SectionPoint {
 /// @param towardsRail 1 when x runs down along the laser line, else -1
 std::vector<SectionPoint> sectionOf(const QList<KxMath::KxPointXY>& points, const KxMath::KxLine& reference,
                                     double towardsRail);
+
+/// Points around a place of a section, how many there are before and behind it.
+struct Neighbours {
+    int before = 0;
+    int behind = 0;
+
+    int fewer() const { return std::min(before, behind); }
+};
+
+/// Calls use(t, down) for each point of the section that is `t` behind `middle`, within +-halfWidth.
+template <typename Use>
+Neighbours visitNeighbours(const std::vector<SectionPoint>& section, double middle, double halfWidth, Use use) {
+    Neighbours neighbours;
+    for (const SectionPoint& p : section) {
+        const double t = p.across - middle;
+        if (std::abs(t) <= halfWidth) {
+            ++(t < 0.0 ? neighbours.before : neighbours.behind);
+            use(t, p.down);
+        }
+    }
+    return neighbours;
+}
 
 /// How far down the tip of the flange is; nothing where the profile does not show it from both sides.
 std::optional<double> flangeTip(const std::vector<SectionPoint>& section);

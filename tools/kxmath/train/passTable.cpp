@@ -2,6 +2,7 @@
 #include "train/passTable.h"
 
 #include "numbers.h"
+#include "textTable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,6 +21,27 @@ PairColumn wheelColumn(size_t side, const char* key, const char* title, Value va
                 return wheel != nullptr ? PairValue(value(*wheel)) : PairValue();
             }};
 }
+
+/// Adds columns of one side, with values where `judgement` tells what was found of the wheel.
+template <typename Judgement>
+class JudgementColumns {
+public:
+    JudgementColumns(std::vector<PairColumn>& columns, size_t side, Judgement judgement)
+        : columns_(columns), side_(side), judgement_(judgement) {}
+
+    template <typename Value>
+    void add(const char* key, const char* title, Value value) {
+        columns_.push_back(wheelColumn(side_, key, title, [judgement = judgement_, value](const Wheel& wheel) {
+            const auto* const found = judgement(wheel);
+            return found != nullptr ? PairValue(value(*found)) : PairValue();
+        }));
+    }
+
+private:
+    std::vector<PairColumn>& columns_;
+    size_t side_;
+    Judgement judgement_;
+};
 
 PairValue verdict(const Pass& pass, size_t index) {
     const float distance = pass.pairs[index].distance;
@@ -57,18 +79,16 @@ std::vector<PairColumn> makeColumns() {
 std::vector<PairColumn> makeDefectColumns() {
     std::vector<PairColumn> columns = {pairColumns().front()};
     for (const size_t side : {0, 1}) {
-        const auto add = [&](const char* key, const char* title, auto value) {
-            columns.push_back(wheelColumn(side, key, title, [value](const Wheel& wheel) {
-                return wheel.defects && wheel.defects->judged > 0 ? PairValue(value(*wheel.defects)) : PairValue();
-            }));
-        };
-        add("judged_profiles", "judged", [](const WheelDefects& d) { return d.judged; });
-        add("defective_profiles", "defective",
-            [](const WheelDefects& d) { return static_cast<int>(d.profiles.size()); });
-        add("defective_numbers", "numbers", [](const WheelDefects& d) { return runsText(d.profiles); });
-        add("deviating_points", "deviating", [](const WheelDefects& d) { return d.deviating; });
-        add("largest_deviation", "largest", [](const WheelDefects& d) { return d.largest; });
-        add("tread", "tread", [](const WheelDefects& d) {
+        JudgementColumns judged(columns, side, [](const Wheel& wheel) {
+            return wheel.defects && wheel.defects->judged > 0 ? &*wheel.defects : nullptr;
+        });
+        judged.add("judged_profiles", "judged", [](const WheelDefects& d) { return d.judged; });
+        judged.add("defective_profiles", "defective",
+                   [](const WheelDefects& d) { return static_cast<int>(d.profiles.size()); });
+        judged.add("defective_numbers", "numbers", [](const WheelDefects& d) { return runsText(d.profiles); });
+        judged.add("deviating_points", "deviating", [](const WheelDefects& d) { return d.deviating; });
+        judged.add("largest_deviation", "largest", [](const WheelDefects& d) { return d.largest; });
+        judged.add("tread", "tread", [](const WheelDefects& d) {
             return d.isDefective ? QStringLiteral("defective") : QStringLiteral("sound");
         });
     }
@@ -78,17 +98,16 @@ std::vector<PairColumn> makeDefectColumns() {
 std::vector<PairColumn> makeRoundnessColumns() {
     std::vector<PairColumn> columns = {pairColumns().front()};
     for (const size_t side : {0, 1}) {
-        const auto add = [&](const char* key, const char* title, auto value) {
-            columns.push_back(wheelColumn(side, key, title, [value](const Wheel& wheel) {
-                return wheel.roundness && wheel.roundness->isJudged() ? PairValue(value(*wheel.roundness))
-                                                                      : PairValue();
-            }));
-        };
-        add("compared_profiles", "compared", [](const WheelRoundness& r) { return static_cast<int>(r.radii.size()); });
-        add("off_circle_numbers", "off circle", [](const WheelRoundness& r) { return runsText(r.profiles); });
-        add("radius_deviation", "by", [](const WheelRoundness& r) { return r.largest; });
-        add("roundness", "shape",
-            [](const WheelRoundness& r) { return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round"); });
+        JudgementColumns judged(columns, side, [](const Wheel& wheel) {
+            return wheel.roundness && wheel.roundness->isJudged() ? &*wheel.roundness : nullptr;
+        });
+        judged.add("compared_profiles", "compared",
+                   [](const WheelRoundness& r) { return static_cast<int>(r.radii.size()); });
+        judged.add("off_circle_numbers", "off circle", [](const WheelRoundness& r) { return runsText(r.profiles); });
+        judged.add("radius_deviation", "by", [](const WheelRoundness& r) { return r.largest; });
+        judged.add("roundness", "shape", [](const WheelRoundness& r) {
+            return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round");
+        });
     }
     return columns;
 }
@@ -116,25 +135,13 @@ QString recordingText(const Pass& pass, size_t index) {
 
 QString table(const Pass& pass, const std::vector<PairColumn>& columns) {
     std::vector<QStringList> rows(pass.pairs.size() + 1);
-    std::vector<qsizetype> widths;
     for (const PairColumn& column : columns) {
         rows[0].append(column.title);
-        qsizetype width = column.title.size();
         for (size_t i = 0; i < pass.pairs.size(); ++i) {
             rows[i + 1].append(textForPeople(column.value(pass, i)));
-            width = std::max(width, rows[i + 1].last().size());
         }
-        widths.push_back(width);
     }
-    QString text;
-    for (const QStringList& row : rows) {
-        for (size_t column = 0; column < columns.size(); ++column) {
-            text += (column == 0 ? QString() : QStringLiteral("  ")) +
-                    row.at(static_cast<qsizetype>(column)).rightJustified(widths[column]);
-        }
-        text += QLatin1Char('\n');
-    }
-    return text;
+    return textTable(rows);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "train/profilePlots.h"
 
 #include "numbers.h"
+#include "plotPoints.h"
 #include "report/plot.h"
 #include "report/svg.h"
 
@@ -32,27 +33,21 @@ struct ShownWheel {
     bool hasFit = false;
 };
 
-void append(const KxMath::KxProfile& profile, Points& points) {
-    for (const KxMath::KxPointXY& p : profile.points) {
-        points.emplace_back(static_cast<double>(p.x), static_cast<double>(p.y));
-    }
-}
-
 ShownWheel loadWheel(const Pass& pass, size_t side, const Wheel& wheel) {
     ShownWheel shown{side, wheel, {}, 0, {}, {}, {}, false};
     KxMath::KxProfile profile;
     const int step = (wheel.profiles + kMostOverlaid - 1) / kMostOverlaid;
     for (int number = 1; number <= wheel.profiles; number += step) {
         readWheelProfile(pass, side, wheel.number, number, profile);
-        append(profile, shown.all);
+        append(profile.points, shown.all);
         ++shown.overlaid;
     }
     if (wheel.chosenProfile > 0) {
         readWheelProfile(pass, side, wheel.number, wheel.chosenProfile, profile);
-        append(profile, shown.chosen);
+        append(profile.points, shown.chosen);
         profile.removeHighLevel(pass.sides[side].sensor.level);
         profile.points.resize(profile.points.size() / 2);
-        append(profile, shown.half);
+        append(profile.points, shown.half);
         shown.hasFit = profile.calcLine(shown.fit);
     }
     return shown;

@@ -1,8 +1,8 @@
 // Whether the tread of a wheel is round, told from all its profiles together.
 #include "train/wheelRoundness.h"
 
+#include "median.h"
 #include "train/flangeCircle.h"
-#include "train/robust.h"
 
 #include <algorithm>
 #include <array>
@@ -32,26 +32,20 @@ struct Section {
 double heightAt(const std::vector<SectionPoint>& tread, double station) {
     constexpr double kHalfWidth = 1.0;
     constexpr int kFewestPoints = 3; // to each side
-    int before = 0;
-    int behind = 0;
     double s1 = 0.0;
     double s2 = 0.0;
     double d0 = 0.0;
     double d1 = 0.0;
-    for (const SectionPoint& p : tread) {
-        const double t = p.across - station;
-        if (std::abs(t) <= kHalfWidth) {
-            ++(t < 0.0 ? before : behind);
-            s1 += t;
-            s2 += t * t;
-            d0 += p.down;
-            d1 += t * p.down;
-        }
-    }
-    if (std::min(before, behind) < kFewestPoints) {
+    const Neighbours near = visitNeighbours(tread, station, kHalfWidth, [&](double t, double down) {
+        s1 += t;
+        s2 += t * t;
+        d0 += down;
+        d1 += t * down;
+    });
+    if (near.fewer() < kFewestPoints) {
         return kNaN;
     }
-    return (s2 * d0 - s1 * d1) / (s2 * (before + behind) - s1 * s1);
+    return (s2 * d0 - s1 * d1) / (s2 * (near.before + near.behind) - s1 * s1);
 }
 
 Stations stationsOf(const std::vector<SectionPoint>& tread) {

@@ -2,6 +2,7 @@
 #include "wheel/wheelReport.h"
 
 #include "numbers.h"
+#include "plotPoints.h"
 #include "report/page.h"
 #include "report/plot.h"
 #include "report/svg.h"
@@ -18,13 +19,7 @@ namespace kxtool {
 namespace {
 
 using KxMath::KxPointXY;
-using kxreport::Cell;
-using kxreport::Fact;
-using kxreport::Page;
-using kxreport::Plot;
-using kxreport::Points;
-using kxreport::Range;
-using kxreport::Tone;
+using namespace kxreport;
 
 namespace colour = kxreport::colour;
 
@@ -34,14 +29,6 @@ constexpr double kFlankDepth = 13.0; // above the tread
 constexpr double kFlankLevel = 18.0;
 constexpr double kLevelsEnd =
     48.0; ///< how far the lines of the levels are drawn; the one that may meet another goes on
-
-Points toPoints(const QList<KxPointXY>& profile) {
-    Points points;
-    for (const KxPointXY& p : profile) {
-        points.emplace_back(static_cast<double>(p.x), static_cast<double>(p.y));
-    }
-    return points;
-}
 
 /// Where the measured profile first reaches the level that the width begins at, behind the tip of the flange.
 double tipEnd(const QList<KxPointXY>& points) {

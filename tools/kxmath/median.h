@@ -7,10 +7,11 @@
 
 namespace kxtool {
 
-/// The median of finite values, the upper one of two in the middle; NaN for none.
-inline double median(std::vector<double> values) {
+/// The median of values of which none is NaN, the upper one of two in the middle; `none` for no values.
+template <typename Value>
+Value median(std::vector<Value> values, Value none = std::numeric_limits<Value>::quiet_NaN()) {
     if (values.empty()) {
-        return std::numeric_limits<double>::quiet_NaN();
+        return none;
     }
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
