@@ -20,9 +20,7 @@ QByteArray bytesOf(bool isPositioned, const QList<int>& counts) {
             profile.points.append(KxPointXY(profile.z + static_cast<float>(i), -profile.z));
         }
         KxProfile& section = profile;
-        const QString name = files.path("part");
-        EXPECT_TRUE(isPositioned ? section.writeToFile(name) : profile.writeToFile(name));
-        bytes += files.read("part");
+        bytes += isPositioned ? files.bytesOf(section) : files.bytesOf(profile);
     }
     return bytes;
 }
@@ -60,8 +58,7 @@ TEST(SetFiles, WritesRecordsWithoutHeader) {
     EXPECT_TRUE(set.writeToFile(name));
     QByteArray records;
     for (KxProfileZ& profile : set.profiles) {
-        profile.writeToFile(files.path("record"));
-        records += files.read("record");
+        records += files.bytesOf(profile);
     }
     EXPECT_EQ(files.read("set"), records);
     EXPECT_FALSE(set.writeToFile(files.path("no/such/folder")));

@@ -9,9 +9,7 @@
 #include <cmath>
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::ExactList;
-using testing_support::Nasty;
+using namespace testing_support;
 
 namespace {
 
@@ -21,31 +19,29 @@ int literalApexes(KxProfile profile, KxProfile& apexes, QList<KxLine>& lines, fl
     KxProfile cuts;
     QList<int> cutIndex;
     profile.detectCutPoints(cuts, cutIndex, 5, 0.0f);
-    const auto y = [&](int i) { return cuts.points.at(i).y; };
+    const QList<KxPointXY>& c = cuts.points;
     const auto remove = [&](int i) {
         cuts.points.removeAt(i);
         cutIndex.removeAt(i);
     };
     for (int i = cuts.size() - 2; i >= 1; --i) {
-        if (std::fabs(y(i) - y(i - 1)) < maxDY && std::fabs(y(i) - y(i + 1)) < maxDY) {
+        if (std::fabs(c[i].y - c[i - 1].y) < maxDY && std::fabs(c[i].y - c[i + 1].y) < maxDY) {
             remove(i);
         }
     }
     for (int i = cuts.size() - 3; i >= 0; --i) {
         KxPointCloud<KxPointXY> ends;
-        ends.points = {cuts.points[i], cuts.points[i + 2]};
+        ends.points = {c[i], c[i + 2]};
         KxLine line;
         line.calcFromPointCloud(ends);
-        if (std::fabs(line.y(cuts.points[i + 1].x) - y(i + 1)) < 3 * maxDY) {
+        if (std::fabs(line.y(c[i + 1].x) - c[i + 1].y) < 3 * maxDY) {
             remove(i + 1);
         }
     }
-    lines = QList<KxLine>();
+    lines.clear();
     for (int j = 0; j <= cuts.size() - 2; ++j) {
         KxProfile part;
-        for (int i = cutIndex[j]; i < cutIndex[j + 1]; ++i) {
-            part.points.append(profile.points[i]);
-        }
+        part.points = profile.points.mid(cutIndex[j], cutIndex[j + 1] - cutIndex[j]);
         KxLine line;
         part.calcLine(line);
         lines.append(line);
@@ -61,8 +57,7 @@ int literalApexes(KxProfile profile, KxProfile& apexes, QList<KxLine>& lines, fl
 ExactList exactLines(const QList<KxLine>& lines) {
     ExactList all;
     for (const KxLine& line : lines) {
-        all.push_back(exact(line.k));
-        all.push_back(exact(line.b));
+        append(all, exact(line.k, line.b));
     }
     return all;
 }
@@ -72,9 +67,7 @@ void fillZigzag(Nasty& nasty, KxProfile& p, int n) {
     float y = 0;
     float slope = 1;
     for (int i = 0; i < n; ++i) {
-        if (nasty.chance(6)) {
-            slope = static_cast<float>(nasty.below(9) - 4) * 0.4f;
-        }
+        slope = nasty.chance(6) ? static_cast<float>(nasty.below(9) - 4) * 0.4f : slope;
         y += slope;
         p.points.append(KxPointXY(static_cast<float>(i) - 50.0f, y + static_cast<float>(nasty.below(100)) * 0.002f));
         if (i > 0 && nasty.chance(2)) {
@@ -100,8 +93,7 @@ TEST(DetectApexes, EqualsItsDefinition) {
         const float maxDY = nasty.pick(std::array{0.0f, 0.1f, 1.0f, 2.0f, NAN});
         KxProfile apexes, expectedApexes;
         apexes.points = expectedApexes.points = {KxPointXY(7, 8)}; // what is there stays
-        QList<KxLine> lines{KxLine(1, 2)};
-        QList<KxLine> expectedLines = lines;
+        QList<KxLine> lines{KxLine(1, 2)}, expectedLines;
         const KxProfile before = p;
         ASSERT_EQ(METRO_detectApexes(p, apexes, lines, maxDY), literalApexes(p, expectedApexes, expectedLines, maxDY));
         ASSERT_EQ(exact(apexes.points), exact(expectedApexes.points)) << "round " << round;
@@ -114,16 +106,15 @@ TEST(DetectApexes, EqualsItsDefinition) {
 
 TEST(DetectApexes, RidgesOfARoof) {
     // Crests at x = 40, 80, 120 and valleys between, slopes of 1.2; the outer apexes end no two parts.
-    KxProfile p;
+    KxProfile p, apexes;
     for (float x = 0; x <= 160; x += 0.125f) {
         p.points.append(KxPointXY(x, std::fabs(std::fmod(x + 20, 40.0f) - 20) * -1.2f));
     }
-    KxProfile apexes;
     QList<KxLine> lines;
     ASSERT_EQ(METRO_detectApexes(p, apexes, lines, 2.0f), 5);
+    EXPECT_EQ(lines.size(), 6);
     for (int i = 0; i < 5; ++i) {
         EXPECT_NEAR(apexes.points[i].x, 40.0f + 20.0f * static_cast<float>(i), 1.0f);
         EXPECT_NEAR(apexes.points[i].y, i % 2 == 0 ? 0.0f : -24.0f, 1.0f);
     }
-    EXPECT_EQ(lines.size(), 6);
 }

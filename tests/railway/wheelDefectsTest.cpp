@@ -13,12 +13,10 @@
 #include <thread>
 
 using namespace KxMath;
-using testing_support::SettingsTable;
-using testing_support::WorkingFolder;
+using namespace testing_support;
 
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr unsigned char kUnmarked = 0xAA;
 
 /// A straight profile about x = 0 and `spikes` points of it `height` off.
@@ -54,30 +52,27 @@ bool waitForReadings(const QString& name, int count, const std::function<void()>
 
 TEST(WheelDefect, CountsPointsOffTheFit) {
     struct {
-        const char* description;
         KxProfile profile;
         float maxDeviation;
         int pointsHigher;
         bool isSound;
     } cases[] = {
-        {"straight", tread(0, 0), 0.01f, 0, true},
-        {"5 points off are not more than 5", tread(5, 1), 0.3f, 5, true},
-        {"6 are", tread(6, 1), 0.3f, 5, false},
-        {"below the curve as well", tread(6, -1), 0.3f, 5, false},
-        {"off by less", tread(6, 0.25f), 0.3f, 0, true},
-        {"no points off is more than -1", tread(0, 0), 0.3f, -1, false},
-        {"a deviation of NaN counts none", tread(6, 1), kNaN, 0, true},
-        {"heights of NaN count none", tread(6, kNaN), 0.3f, 0, true},
-        {"empty", KxProfile(), 0.3f, 0, true},
-        {"too few points for a fit", {}, 0.3f, 0, true},
+        {tread(5, 1), 0.3f, 5, true}, // 5 points off are not more than 5
+        {tread(6, 1), 0.3f, 5, false}, // 6 are
+        {tread(6, -1), 0.3f, 5, false}, // below the curve as well
+        {tread(6, 0.25f), 0.3f, 0, true}, // off by less
+        {tread(0, 0), 0.3f, -1, false}, // none is more than -1
+        {tread(6, 1), NAN, 0, true},
+        {tread(6, NAN), 0.3f, 0, true}, // heights of NaN count none
+        {{}, 0.3f, 0, true}, // too few points for a fit
     };
     for (auto& c : cases) {
-        SCOPED_TRACE(c.description);
+        SCOPED_TRACE(&c - cases);
         const QList<KxPointXY> before = c.profile.points;
-        for (const int degree : {20, 0, -1, 1000000}) {
+        for (const int degree : {20, 0, -1, 1000000}) { // deliberately without a say
             EXPECT_EQ(METRO_detectWheelDefect(c.profile, degree, c.maxDeviation, c.pointsHigher), c.isSound);
         }
-        EXPECT_EQ(testing_support::exact(before), testing_support::exact(c.profile.points));
+        EXPECT_EQ(exact(before), exact(c.profile.points));
     }
 }
 
@@ -93,17 +88,16 @@ TEST(WheelDefect, ADeviationThatEqualsTheLimitDoesNotCount) {
         deviations.append(std::fabs(p.points[i].y - fitted.points[i].y));
     }
     std::sort(deviations.begin(), deviations.end());
-    const int beyond =
-        static_cast<int>(deviations.cend() - std::upper_bound(deviations.cbegin(), deviations.cend(), deviations[120]));
-    EXPECT_TRUE(METRO_detectWheelDefect(p, 20, deviations[120], beyond));
-    EXPECT_FALSE(METRO_detectWheelDefect(p, 20, std::nextafter(deviations[120], 0.0f), beyond));
+    const float limit = deviations[120];
+    const auto beyond = deviations.cend() - std::upper_bound(deviations.cbegin(), deviations.cend(), limit);
+    EXPECT_TRUE(METRO_detectWheelDefect(p, 20, limit, static_cast<int>(beyond)));
+    EXPECT_FALSE(METRO_detectWheelDefect(p, 20, std::nextafter(limit, 0.0f), static_cast<int>(beyond)));
 }
 
 TEST(DefectsInTrain, MarksOfTheSensorAndFailures) {
     // Without profiles of number 0 each wheel has 0 sound readings, which is more than -1.
     const SettingsTable marking = {{"use", 1}, {"minimalDefectsProf", -1}};
     const struct {
-        const char* description;
         const char* recording;
         int sensor; // the one that made it
         SettingsTable more;
@@ -111,65 +105,63 @@ TEST(DefectsInTrain, MarksOfTheSensorAndFailures) {
         bool isDone;
         int low, high; // number of marks that become 0
     } kCases[] = {
-        {"as detection leaves it: 0 readings are not more than 1", "a_7.bin", 1, {{"use", 1}}, 3, true, 0, 0},
-        {"0 readings are not more than 0", "a_7.bin", 1, {{"use", 2}, {"minimalDefectsProf", 0}}, 3, true, 0, 0},
-        {"sensor 1", "a_7.bin", 1, marking, 3, true, 3, 0},
-        {"sensor 10", "a_7.bin", 10, marking, 2, true, 2, 0},
-        {"sensor 11", "a_7.bin", 11, marking, 2, true, 0, 2},
-        {"no sensor of 49", "a_7.bin", 50, marking, 2, true, 0, 2},
-        {"no wheels", "a_7.bin", 1, marking, 0, true, 0, 0},
-        {"fewer than none", "a_7.bin", 1, marking, -5, true, 0, 0},
-        {"not in use", "a_7.bin", 1, {{"use", 0}, {"minimalDefectsProf", -1}}, 3, false, 0, 0},
-        {"not in use by default", "a_7.bin", 1, {{"minimalDefectsProf", -1}}, 3, false, 0, 0},
-        {"serial number not found", "a_8.bin", 3, marking, 3, false, 0, 0},
-        {"no directory", "b_7.bin", 1, marking, 3, false, 0, 0},
+        {"a_7.bin", 1, {{"use", 1}}, 3, true, 0, 0}, // as detection leaves it: 0 readings are not more than 1
+        {"a_7.bin", 1, {{"use", 2}, {"minimalDefectsProf", 0}}, 3, true, 0, 0},
+        {"a_7.bin", 1, marking, 3, true, 3, 0},
+        {"a_7.bin", 10, marking, 2, true, 2, 0},
+        {"a_7.bin", 11, marking, 2, true, 0, 2},
+        {"a_7.bin", 50, marking, 2, true, 0, 2}, // no sensor of 49
+        {"a_7.bin", 1, marking, -5, true, 0, 0},
+        {"a_7.bin", 1, {{"minimalDefectsProf", -1}}, 3, false, 0, 0}, // not in use
+        {"a_8.bin", 3, marking, 3, false, 0, 0}, // serial number not found
+        {"b_7.bin", 1, marking, 3, false, 0, 0}, // no directory
     };
     for (const auto& c : kCases) {
-        SCOPED_TRACE(c.description);
+        SCOPED_TRACE(&c - kCases);
         WorkingFolder folder;
-        QDir().mkdir("a_7");
-        QDir().mkdir("a_8");
-        for (const char* name : {"a_7/01_01.bin", "a_7/01_02.bin", "a_7/02_01.bin"}) {
-            KxProfile p = tread(0, 0);
-            p.writeToFile(QString(name));
+        for (const char* const directory : {"a_7", "a_8"}) {
+            QDir().mkdir(directory);
         }
+        KxProfile p = tread(0, 0);
+        p.writeToFile(QStringLiteral("a_7/01_01.bin"));
         SettingsTable values = c.more;
-        for (int n = 1; n < c.sensor; ++n) {
-            values.append({QStringLiteral("SENSOR%1/SN").arg(n), 99});
+        for (int n = 1; n <= c.sensor; ++n) {
+            values.append({QStringLiteral("SENSOR%1/SN").arg(n), n < c.sensor ? 99 : 7});
         }
-        values.append({QStringLiteral("SENSOR%1/SN").arg(c.sensor), 7});
-        QByteArray low(4, static_cast<char>(kUnmarked));
+        const auto marksOf = [](int zeros) {
+            return QByteArray(zeros, '\0') + QByteArray(4 - zeros, static_cast<char>(kUnmarked));
+        };
+        QByteArray low = marksOf(0);
         QByteArray high = low;
         EXPECT_EQ(METRO_detectDefectsInTrain(c.recording, folder.settings(values).get(),
                                              reinterpret_cast<unsigned char*>(low.data()),
                                              reinterpret_cast<unsigned char*>(high.data()), c.wheels),
                   c.isDone);
-        EXPECT_EQ(low, QByteArray(c.low, '\0') + QByteArray(4 - c.low, static_cast<char>(kUnmarked)));
-        EXPECT_EQ(high, QByteArray(c.high, '\0') + QByteArray(4 - c.high, static_cast<char>(kUnmarked)));
+        EXPECT_EQ(low, marksOf(c.low));
+        EXPECT_EQ(high, marksOf(c.high));
     }
 }
 
 TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
     const struct {
-        const char* description;
         int spikes;
         float height;
         SettingsTable more;
         bool isSound;
     } kCases[] = {
-        {"5 points off", 5, 1, {}, true},
-        {"6 points off", 6, 1, {}, false},
-        {"6 points off by less than 0.3", 6, 0.28f, {}, true},
-        {"off by more than the setting", 6, 0.28f, {{"maxDeviation", 0.2}}, false},
-        {"more allowed", 6, 1, {{"pointsHigher", 6}}, true},
-        {"above the line at 187", 12, 88, {}, true},
-        {"below a higher line", 12, 88, {{"SENSOR1/level_b", 200}}, false},
-        {"below the line at 67", 12, -34, {}, true},
-        {"above a lower line", 12, -34, {{"SENSOR1/lowLevel_b", 50}}, false},
-        {"the low line of the detection is another", 12, -34, {{"SENSOR1/lowlevel_b", 50}}, true},
+        {5, 1, {}, true},
+        {6, 1, {}, false},
+        {6, 0.28f, {}, true},
+        {6, 0.28f, {{"maxDeviation", 0.2}}, false},
+        {6, 1, {{"pointsHigher", 6}}, true},
+        {12, 88, {}, true}, // above the line at 187
+        {12, 88, {{"SENSOR1/level_b", 200}}, false},
+        {12, -34, {}, true}, // below the line at 67
+        {12, -34, {{"SENSOR1/lowLevel_b", 50}}, false},
+        {12, -34, {{"SENSOR1/lowlevel_b", 50}}, true}, // the low line of the detection is another
     };
     for (const auto& c : kCases) {
-        SCOPED_TRACE(c.description);
+        SCOPED_TRACE(&c - kCases);
         WorkingFolder folder;
         QDir().mkdir("a_7");
         const QString file = QStringLiteral("a_7/01_00.bin");
@@ -186,8 +178,7 @@ TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
         QFile::remove(file);
         judge.join();
         EXPECT_TRUE(isDone);
-        EXPECT_EQ(marks[0], kUnmarked);
-        EXPECT_EQ(marks[1], c.isSound ? 0 : kUnmarked); // wheels count from 0
-        EXPECT_EQ(marks[2], kUnmarked);
+        // Wheels deliberately count from 0.
+        EXPECT_EQ(exact(marks[0], marks[1], marks[2]), exact(kUnmarked, c.isSound ? 0 : kUnmarked, kUnmarked));
     }
 }

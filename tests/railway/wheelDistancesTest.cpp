@@ -7,9 +7,7 @@
 #include <cmath>
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::SettingsTable;
-using testing_support::WorkingFolder;
+using namespace testing_support;
 
 namespace {
 
@@ -39,34 +37,27 @@ void writeProfile(const char* name, int n, float y, int above = 0) {
 TEST(WheelsDist, OffsetsOfTheFirstHalvesPerpendicularToTheReferences) {
     const float diagonal = std::sqrt(0.5f);
     struct {
-        const char* description;
         KxProfile left, right;
         KxLine refLeft, refRight;
         float base, expected;
     } cases[] = {
-        {"differences of intercepts", side(10, 0, 3), side(20, 0, 5), {0, 1}, {0, 2}, 100, 105},
-        {"the slopes of the fits do not count", side(10, 2, 3), side(20, -3, 5), {0, 1}, {0, 2}, 100, 105},
-        {"slope 1, each side its own", side(4, 0, 9), side(4, 0, 6), {1, 1}, {0, 4}, 0, 8 * diagonal + 2},
-        {"slope -1 on the right", side(4, 0, 9), side(4, 0, 6), {0, 1}, {-1, 4}, 0, 8 + 2 * diagonal},
-        {"an odd count: the middle is left out", side(5, 0, 3), side(5, 0, 3), {0, 0}, {0, 0}, 0, 6},
-        {"1 point of 3 is no line", side(3, 0, 3), side(10, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
-        {"no point of 1", side(10, 0, 3), side(1, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
-        {"empty", side(0, 0, 3), side(10, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
-        {"left, base, right: rounded in this order", side(4, 0, 3), side(4, 0, 3), {0, 0}, {0, 0}, 1e8f, 1e8f},
-        {"unknown reference", side(4, 0, 3), side(4, 0, 3), {}, {0, 0}, 1, kNaN},
+        {side(10, 2, 3), side(20, -3, 5), {0, 1}, {0, 2}, 100, 105}, // the slopes of the fits do not count
+        {side(4, 0, 9), side(4, 0, 6), {1, 1}, {0, 4}, 0, 8 * diagonal + 2}, // each side has its own slope
+        {side(4, 0, 9), side(4, 0, 6), {0, 1}, {-1, 4}, 0, 8 + 2 * diagonal},
+        {side(5, 0, 3), side(5, 0, 3), {0, 0}, {0, 0}, 0, 6}, // the middle of an odd count is left out
+        {side(3, 0, 3), side(10, 0, 3), {0, 0}, {0, 0}, 0, kNaN}, // 1 point of 3 is no line
+        {side(10, 0, 3), side(1, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
+        {side(0, 0, 3), side(10, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
+        {side(4, 0, 3), side(4, 0, 3), {0, 0}, {0, 0}, 1e8f, 1e8f}, // left, base, right: rounded in this order
+        {side(4, 0, 3), side(4, 0, 3), {}, {0, 0}, 1, kNaN}, // unknown reference
     };
     for (auto& c : cases) {
-        SCOPED_TRACE(c.description);
-        const int left = c.left.size();
-        const int right = c.right.size();
+        SCOPED_TRACE(&c - cases);
+        const ExactList halves = exact(c.left.size() / 2, c.right.size() / 2);
         const float distance = METRO_calcWheelsDist(c.left, c.right, c.refLeft, c.refRight, c.base);
-        if (std::isnan(c.expected)) {
-            EXPECT_TRUE(std::isnan(distance)) << distance;
-        } else {
-            EXPECT_NEAR(distance, c.expected, 4e-6f);
-        }
-        EXPECT_EQ(c.left.size(), left / 2);
-        EXPECT_EQ(c.right.size(), right / 2);
+        EXPECT_TRUE(std::isnan(c.expected) ? std::isnan(distance) : std::fabs(distance - c.expected) <= 4e-6f)
+            << distance;
+        EXPECT_EQ(exact(c.left.size(), c.right.size()), halves);
     }
 }
 
@@ -81,47 +72,46 @@ TEST(WheelsDistInTrain, BestProfilesGroupsAndFailures) {
         const char* description;
         const char *first, *second;
         int wheels;
-        SettingsTable more;
         bool isDone;
         QList<float> distances;
+        SettingsTable more;
     } kCases[] = {
-        {"the two sensors", "l_11.bin", "r_22.bin", 2, {}, true, {1000 + 19 + 28, 1000 + 39 + 48, kept}},
-        {"sides swapped: their settings go along", "r_22.bin", "l_11.bin", 1, {}, true, {1000 + 19 + 28, kept}},
-        {"no wheel asked for", "l_11.bin", "r_22.bin", 0, {}, true, {kept}},
-        {"a negative number", "l_11.bin", "r_22.bin", -3, {}, true, {kept}},
-        {"the third wheel is missing on the right", "l_11.bin", "r_22.bin", 3, {}, false, {1047, 1087, kept}},
-        {"no directory on the left", "x_11.bin", "r_22.bin", 0, {}, false, {kept}},
-        {"no directory on the right", "l_11.bin", "x_22.bin", 0, {}, false, {kept}},
-        {"a serial of neither sensor: keys without a group",
+        {"the two sensors", "l_11.bin", "r_22.bin", 2, true, {1000 + 19 + 28, 1000 + 39 + 48, kept}, {}},
+        {"sides swapped: their settings go along", "r_22.bin", "l_11.bin", 1, true, {1000 + 19 + 28, kept}, {}},
+        {"a negative number", "l_11.bin", "r_22.bin", -3, true, {kept}, {}},
+        {"no third wheel on the right", "l_11.bin", "r_22.bin", 3, false, {1047, 1087, kept}, {}},
+        {"no directory on the left", "x_11.bin", "r_22.bin", 0, false, {kept}, {}},
+        {"no directory on the right", "l_11.bin", "x_22.bin", 0, false, {kept}, {}},
+        {"a serial of neither: keys without a group",
          "l_11.bin",
          "r_22.bin",
          1,
-         {{"SENSOR2/SN", 23}},
          true,
-         {1000 + 19 + 30}},
+         {1000 + 19 + 30},
+         {{"SENSOR2/SN", 23}}},
         {"two sensors of one serial: the first",
          "l_11.bin",
          "r_22.bin",
          1,
-         {{"SENSOR1/SN", 22}, {"SENSOR2/SN", 22}},
          true,
-         {1000 + 20 + 29}},
-        {"nothing below the level on the left", "l_11.bin", "r_22.bin", 2, {{"SENSOR1/level_b", 20}}, false, {kept}},
-        {"nothing below the level on the right",
+         {1000 + 20 + 29},
+         {{"SENSOR1/SN", 22}, {"SENSOR2/SN", 22}}},
+        {"nothing below on the left", "l_11.bin", "r_22.bin", 2, false, {kept}, {{"SENSOR1/level_b", 20}}},
+        {"nothing below on the right",
          "l_11.bin",
          "r_22.bin",
          2,
-         {{"SENSOR2/level_b", 50}},
          false,
-         {1000 + 19 + 28, kept}},
+         {1000 + 19 + 28, kept},
+         {{"SENSOR2/level_b", 50}}},
         {"below a sloped level the profile at 60 keeps 9 points, those at 20 and 70 keep 8 and none",
          "l_11.bin",
          "r_22.bin",
          1,
-         {{"SENSOR1/level_b", 0}, {"SENSOR1/level_k", 4.5}},
          true,
-         {1000 + 59 + 28}},
-        {"nothing is set: level 0", "l_11.bin", "r_22.bin", 1, {{"SENSOR1/level_b", 0}}, false, {kept}},
+         {1000 + 59 + 28},
+         {{"SENSOR1/level_b", 0}, {"SENSOR1/level_k", 4.5}}},
+        {"level 0", "l_11.bin", "r_22.bin", 1, false, {kept}, {{"SENSOR1/level_b", 0}}},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.description);
@@ -133,7 +123,7 @@ TEST(WheelsDistInTrain, BestProfilesGroupsAndFailures) {
         writeProfile("l_11/01_03.bin", 10, 70);
         writeProfile("l_11/01_05.bin", 90, 80); // behind a gap in the numbers
         writeProfile("l_11/02_01.bin", 8, 40);
-        WorkingFolder::write("l_11/02_02.bin", "\x02\xff\xff"); // no profile, no points
+        folder.write("l_11/02_02.bin", "\x02\xff\xff"); // no profile, no points
         writeProfile("l_11/02_03.bin", 7, 41);
         writeProfile("l_11/03_01.bin", 7, 41);
         writeProfile("r_22/00_01.bin", 70, 3);

@@ -11,9 +11,7 @@
 #include <functional>
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::ExactList;
-using testing_support::Nasty;
+using namespace testing_support;
 
 namespace {
 
@@ -21,8 +19,7 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 using Cloud = KxPointCloud<KxPointXYZ>;
 
 ExactList exactValues(const _WheelProfileValues& v) {
-    return {exact(v.heightAt70), exact(v.xAtLevel18), exact(v.widthLevel2ToH13), exact(v.heightExcess),
-            exact(v.value4)};
+    return exact(v.heightAt70, v.xAtLevel18, v.widthLevel2ToH13, v.heightExcess, v.value4);
 }
 
 /// A rim whose measured profile is height(x) for x from 0 to `width`, seen at a polar angle about (50, -20).
@@ -82,19 +79,13 @@ _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P)
     P.calcRange();
     P.shift(-P.minX, -P.minY, 0);
     P.calcRange();
-    const int first = P.getIndexX(P.minX);
-    QList<int> marked;
-    for (int i = 0; first >= 0 && i < P.size(); ++i) {
-        if (P.points[i].y > P.points[first].y) {
-            marked.append(i);
-        }
-        if (P.points[i].x >= 20.0f) {
-            break;
-        }
-    }
-    for (qsizetype m = marked.size() - 1; m >= 0; --m) {
-        P.points.removeAt(marked[m]);
-    }
+    const float firstY = P.isEmpty() ? kNaN : P.points.value(P.getIndexX(P.minX), {kNaN, kNaN}).y;
+    bool isAtBack = true;
+    P.points.removeIf([&](const KxPointXY& p) { // visits the points in their order
+        const bool isAbove = isAtBack && p.y > firstY;
+        isAtBack = isAtBack && !(p.x >= 20.0f);
+        return isAbove;
+    });
     P.wndFilter(20);
     P.interpolate(0.1f, kNaN, kNaN, Akima);
 
@@ -149,7 +140,7 @@ _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P)
 } // namespace
 
 TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
-    for (const double radius : {280.0, 430.0, 625.0}) {
+    for (const double radius : {280.0, 625.0}) {
         // Three stretches of a wheel about (20, 500), z falling to a minimum within the second one.
         const auto arc = [&](double fromDeg, double toDeg) {
             Cloud cloud;
@@ -162,7 +153,7 @@ TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
             return cloud;
         };
         Cloud first = arc(200, 230), second = arc(250, 290), third = arc(310, 340);
-        KxCircle circle;
+        KxCircle circle, same;
         METRO_calcWheel(first, second, third, circle);
         EXPECT_NEAR(circle.x, 20, 0.05f);
         EXPECT_NEAR(circle.y, 500, 0.05f);
@@ -173,7 +164,6 @@ TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
         first.points.append(KxPointXYZ(20, 700, -1000));
         second.points.append(KxPointXYZ(-9000, 9000, 0.5f));
         third.points.append(KxPointXYZ(20, 700, -1000));
-        KxCircle same;
         METRO_calcWheel(first, second, third, same);
         EXPECT_EQ(exact(same.radius), exact(circle.radius));
         second.points[13].z = 1; // the point far off becomes the mark
@@ -185,74 +175,38 @@ TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
     a.points = {KxPointXYZ(0, 0, 5)};
     b.points = {KxPointXYZ(1, 1, kNaN), KxPointXYZ(2, 2, 5)};
     c.points = {KxPointXYZ(4, 4, 5)};
+    KxCircle circle(1, 2, 3);
     for (Cloud* const missing : {&none, &nans}) {
-        KxCircle circle(1, 2, 3);
         METRO_calcWheel(*missing, b, c, circle);
         METRO_calcWheel(a, *missing, c, circle);
         METRO_calcWheel(a, b, *missing, circle);
-        EXPECT_EQ(exact(KxPointXYZ(circle.x, circle.y, circle.radius)), exact(KxPointXYZ(1, 2, 3)));
     }
-    KxCircle circle(1, 2, 3);
-    METRO_calcWheel(a, b, c, circle);
-    EXPECT_TRUE(std::isnan(circle.x) && std::isnan(circle.y) && std::isnan(circle.radius)) << "points on a line";
+    EXPECT_EQ(exact(circle.x, circle.y, circle.radius), exact(1, 2, 3));
+    METRO_calcWheel(a, b, c, circle); // points on a line
+    EXPECT_EQ(exact(circle.x, circle.y, circle.radius), ExactList(3, exact(kNaN)));
 }
 
 TEST(WheelParameters, StraightFlankAndLevelTread) {
     // On a straight line the smoothing over 20 points reads 2.5 points ahead: 8 of the 20 are smoothed already.
-    for (const double spacing : {0.05, 0.1, 0.2, 0.4}) {
+    for (const double spacing : {0.05, 0.2}) {
         for (const double angle : {0.0, 60.0, 200.0, 359.0}) {
             SCOPED_TRACE(testing::Message() << spacing << " mm, " << angle << " degrees");
             Cloud rim = makeRim([](double x) { return straightWheel(x, 28); }, spacing, 135, angle);
-            _WheelProfileValues v;
+            Cloud same = rim;
+            _WheelProfileValues v, again;
             KxProfile measured;
             METRO_calcWheelParameters(rim, kCentre, &v, &measured);
-            const double ahead = 2.5 * spacing;
             EXPECT_NEAR(v.heightAt70, 28, 1e-3);
             EXPECT_NEAR(v.heightExcess, 0, 1e-3);
-            EXPECT_NEAR(v.xAtLevel18, 28 - ahead, 0.01);
-            if (spacing <= 0.1) { // wider spacings round the tip beyond level 2
-                EXPECT_NEAR(v.widthLevel2ToH13, 13, 0.101);
-            }
+            EXPECT_NEAR(v.xAtLevel18, 28 - 2.5 * spacing, 0.01);
+            EXPECT_NEAR(v.widthLevel2ToH13, 13, spacing < 0.1 ? 0.101 : 1.0); // wide spacings round the tip
             EXPECT_TRUE(std::isnan(v.value4));
             EXPECT_NEAR(measured.points[1].x - measured.points[0].x, 0.1, 1e-4);
             EXPECT_NEAR(rim.points[0].x, 800, 1e-3); // moved to the centre and turned to +x
             EXPECT_NEAR(rim.points[0].z, 0, 1e-3);
-            _WheelProfileValues again;
-            Cloud other = makeRim([](double x) { return straightWheel(x, 28); }, spacing, 135, angle);
-            METRO_calcWheelParameters(other, kCentre, &again, nullptr);
+            METRO_calcWheelParameters(same, kCentre, &again, nullptr);
             EXPECT_EQ(exactValues(again), exactValues(v));
         }
-    }
-}
-
-TEST(WheelParameters, WhatIsNotReachedIsNaN) {
-    const struct {
-        const char* description;
-        double tread, width;
-        float height, excess;
-        bool hasFlank, hasLevel18;
-    } kCases[] = {
-        {"29.01 counts from 30", 29.01, 135, 29.01f, -0.99f, true, true},
-        {"28.99 counts from 28", 28.99, 135, 28.99f, 0.99f, true, true},
-        {"level 18 is not reached", 16, 135, 16, -12, true, false},
-        {"height - 13 lies below the tip", 12, 135, 12, -16, false, false},
-        {"level 2 is not reached", 1.9, 135, kNaN, kNaN, false, false},
-        {"70 is not reached", 28, 69, kNaN, kNaN, false, false},
-        {"70 is the last but two", 28, 70.35, 28, 0, true, true},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.description);
-        Cloud rim = makeRim([&](double x) { return straightWheel(x, c.tread); }, 0.05, c.width);
-        _WheelProfileValues v;
-        METRO_calcWheelParameters(rim, kCentre, &v, nullptr);
-        EXPECT_EQ(std::isnan(v.heightAt70), std::isnan(c.height));
-        if (!std::isnan(c.height)) {
-            EXPECT_NEAR(v.heightAt70, c.height, 1e-3f);
-            EXPECT_NEAR(v.heightExcess, c.excess, 1e-3f);
-        }
-        EXPECT_EQ(std::isnan(v.heightExcess), std::isnan(c.height));
-        EXPECT_EQ(!std::isnan(v.widthLevel2ToH13), c.hasFlank);
-        EXPECT_EQ(!std::isnan(v.xAtLevel18), c.hasLevel18);
     }
 }
 
@@ -293,19 +247,13 @@ TEST(WheelParameters, EqualTheirDefinition) {
                 spacing, 20.0 + nasty.below(110), nasty.below(360));
             for (int i = 0; i < rim.size() && nasty.chance(50); ++i) {
                 KxPointXYZ& p = rim.points[nasty.below(rim.size())];
-                switch (nasty.below(5)) {
-                case 0:
+                const int what = nasty.below(40);
+                if (what < 8) {
                     p.y = nasty.value();
-                    break;
-                case 1:
-                    p.x = nasty.chance(10) ? nasty.value() : p.x;
-                    break;
-                case 2:
-                    p.z = nasty.chance(10) ? kNaN : p.z;
-                    break;
-                default:
+                } else if (what == 8) {
+                    (nasty.chance(50) ? p.x : p.z) = nasty.chance(20) ? kNaN : static_cast<float>(nasty.below(1000));
+                } else {
                     std::swap(p, rim.points[i]);
-                    break;
                 }
             }
         } else {

@@ -29,6 +29,13 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
     }
 
+    /// What `cloud` writes to a file.
+    template <typename Cloud>
+    QByteArray bytesOf(Cloud& cloud) const {
+        QFile::remove(path("bytes"));
+        return cloud.writeToFile(path("bytes")) ? read("bytes") : QByteArray("(not written)");
+    }
+
 private:
     QTemporaryDir folder_;
 };
