@@ -1,112 +1,84 @@
-// Writing and reading a cloud next to one fwrite or fread of the same bytes, on a file system in memory.
-#include "stopwatch.h"
-
-#include <KxMath/KxMath.h>
+// Writing and reading clouds, next to one call for the same bytes. Files are in memory.
+#include "cloud/jobs.h"
 
 #include <cstdio>
 #include <memory>
-#include <random>
-#include <unistd.h>
+
+namespace kxbench {
 
 namespace {
 
-using Cloud = KxMath::KxPointCloud<KxMath::KxPointXYZ>;
+std::size_t sectionBytes(int count) {
+    return 5 + 12 * static_cast<std::size_t>(count);
+}
 
-constexpr int kPoints = 1000000;
-constexpr size_t kSectionBytes = 5 + size_t{12} * kPoints;
-
-/// A file name that goes with its file.
-class MemoryFile {
-public:
-    MemoryFile() : name_("/dev/shm/kxmath-benchmark-" + std::to_string(getpid())) {}
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { std::remove(name_.c_str()); }
-
-    const char* name() const { return name_.c_str(); }
-
-private:
-    std::string name_;
+struct FileJob {
+    Cloud cloud;
+    std::unique_ptr<char[]> bytes;
+    bool isDone = false;
 };
 
-Cloud makeCloud() {
-    std::mt19937 random(1);
-    std::uniform_real_distribution<float> anywhere(-500.0f, 500.0f);
-    Cloud cloud;
-    cloud.points.reserve(kPoints);
-    for (int i = 0; i < kPoints; ++i) {
-        const float x = anywhere(random);
-        const float y = anywhere(random);
-        cloud.points.append(KxMath::KxPointXYZ(x, y, anywhere(random)));
-    }
-    return cloud;
+Digest digestDone(FileJob& job) {
+    return Digest{job.isDone ? 1.0 : 0.0, 0.0};
 }
 
-void writeCloud(benchmark::State& state) {
-    const MemoryFile file;
-    Cloud cloud = makeCloud();
-    for (auto _ : state) {
-        bool isWritten = false;
-        kxbench::timeIteration(state, [&] { isWritten = cloud.writeToFile(QString::fromLatin1(file.name())); });
-        if (!isWritten) {
-            state.SkipWithError("the file could not be written");
-        }
-    }
+QByteArray path() {
+    return memoryFile("cloud").toLocal8Bit();
 }
 
-void writeBytes(benchmark::State& state) {
-    const MemoryFile file;
-    const auto bytes = std::make_unique<char[]>(kSectionBytes);
-    for (auto _ : state) {
-        bool isWritten = false;
-        kxbench::timeIteration(state, [&] {
-            FILE* const stream = std::fopen(file.name(), "wb");
-            isWritten = stream != nullptr && std::fwrite(bytes.get(), 1, kSectionBytes, stream) == kSectionBytes;
-            isWritten = stream != nullptr && std::fclose(stream) == 0 && isWritten;
-        });
-        if (!isWritten) {
-            state.SkipWithError("the file could not be written");
-        }
-    }
+void addWriting(int n) {
+    add<FileJob>(
+        "write 3-D cloud", n, "kx", 1, [=](FileJob& j) { j.cloud.points = randomPoints(n); },
+        [](FileJob& j) { j.isDone = j.cloud.writeToFile(memoryFile("cloud")); }, digestDone);
+    add<FileJob>(
+        "write 3-D cloud", n, "limit_one_write", 1,
+        [=](FileJob& j) { j.bytes = std::make_unique<char[]>(sectionBytes(n)); },
+        [=](FileJob& j) {
+            std::FILE* const file = std::fopen(path().constData(), "wb");
+            j.isDone = std::fwrite(j.bytes.get(), 1, sectionBytes(n), file) == sectionBytes(n);
+            j.isDone = std::fclose(file) == 0 && j.isDone;
+        },
+        digestDone);
 }
 
-void readCloud(benchmark::State& state) {
-    const MemoryFile file;
-    makeCloud().writeToFile(QString::fromLatin1(file.name()));
-    for (auto _ : state) {
+void addReading(int n) {
+    const auto write = [=](FileJob&) {
         Cloud cloud;
-        int count = 0;
-        kxbench::timeIteration(state, [&] { count = cloud.readFromFile(QString::fromLatin1(file.name())); });
-        if (count != kPoints) {
-            state.SkipWithError("the file could not be read");
-        }
-    }
+        cloud.points = randomPoints(n);
+        cloud.writeToFile(memoryFile("cloud"));
+    };
+    const auto readBytes = [](FileJob& j, int count) {
+        j.bytes = std::make_unique_for_overwrite<char[]>(sectionBytes(count));
+        std::FILE* const file = std::fopen(path().constData(), "rb");
+        j.isDone = std::fread(j.bytes.get(), 1, sectionBytes(count), file) == sectionBytes(count);
+        std::fclose(file);
+    };
+    add<FileJob>(
+        "read 3-D cloud", n, "kx", 1, write,
+        [=](FileJob& j) { j.isDone = j.cloud.readFromFile(memoryFile("cloud")) == n; }, digestDone);
+    add<FileJob>(
+        "read 3-D cloud", n, "limit_one_read", 1, write, [=](FileJob& j) { readBytes(j, n); }, digestDone);
+    add<FileJob>(
+        "read 3-D cloud", n, "limit_one_read_and_range", 1,
+        [=](FileJob& j) {
+            write(j);
+            j.cloud.points = freshCopy(randomPoints(n));
+        },
+        [=](FileJob& j) {
+            readBytes(j, n);
+            j.cloud.calcRange();
+        },
+        digestDone);
 }
 
-void readBytes(benchmark::State& state) {
-    const MemoryFile file;
-    makeCloud().writeToFile(QString::fromLatin1(file.name()));
-    for (auto _ : state) {
-        std::unique_ptr<char[]> bytes;
-        size_t count = 0;
-        kxbench::timeIteration(state, [&] {
-            bytes = std::make_unique_for_overwrite<char[]>(kSectionBytes);
-            FILE* const stream = std::fopen(file.name(), "rb");
-            count = stream == nullptr ? 0 : std::fread(bytes.get(), 1, kSectionBytes, stream);
-            if (stream != nullptr) {
-                std::fclose(stream);
-            }
-        });
-        benchmark::DoNotOptimize(bytes.get());
-        if (count != kSectionBytes) {
-            state.SkipWithError("the file could not be read");
-        }
+[[maybe_unused]] const bool isRegistered = [] {
+    for (const int n : kCloudSizes) {
+        addWriting(n);
+        addReading(n);
     }
-}
-
-BENCHMARK(writeCloud)->Name("write 1e6 3-D points/KxMath")->UseManualTime();
-BENCHMARK(writeBytes)->Name("write 1e6 3-D points/fwrite")->UseManualTime();
-BENCHMARK(readCloud)->Name("read 1e6 3-D points/KxMath")->UseManualTime();
-BENCHMARK(readBytes)->Name("read 1e6 3-D points/fread")->UseManualTime();
+    return true;
+}();
 
 } // namespace
+
+} // namespace kxbench

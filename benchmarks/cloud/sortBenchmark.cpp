@@ -1,75 +1,78 @@
-// Sorting a cloud next to std::stable_sort of the same points. Both get a fresh copy that is not timed.
-#include "stopwatch.h"
-
-#include <KxMath/KxMath.h>
+// Sorting clouds.
+#include "cloud/jobs.h"
 
 #include <algorithm>
-#include <random>
 #include <vector>
+
+namespace kxbench {
 
 namespace {
 
 using KxMath::KxPointXY;
+using KxMath::KxPointXYZ;
 
-constexpr int kPoints = 1000000;
-
-enum Order { Random, Sorted, Reversed, NearlySorted, Ties };
-
-const std::vector<const char*> kOrderNames = {"random", "sorted", "reversed", "nearly sorted", "ties"};
-
-QList<KxPointXY> makePoints(Order order) {
-    std::mt19937 random(1);
-    std::uniform_real_distribution<float> anywhere(-500.0f, 500.0f);
-    QList<KxPointXY> points;
-    points.reserve(kPoints);
-    for (int i = 0; i < kPoints; ++i) {
-        const float x = anywhere(random);
-        points.append(KxPointXY(order == Ties ? std::floor(x) : x, static_cast<float>(i)));
-    }
-    const auto byX = [](const KxPointXY& a, const KxPointXY& b) { return a.x < b.x; };
-    if (order == Sorted || order == Reversed || order == NearlySorted) {
-        std::stable_sort(points.begin(), points.end(), byX);
-    }
-    if (order == Reversed) {
-        std::reverse(points.begin(), points.end());
-    }
-    if (order == NearlySorted) {
-        for (int i = 0; i + 1 < kPoints; i += 1000) {
-            std::swap(points[i].x, points[i + 1].x);
-        }
-    }
-    return points;
-}
-
-void sortCloud(benchmark::State& state, Order order) {
-    const QList<KxPointXY> points = makePoints(order);
+struct PlaneJob {
     KxMath::KxPointCloud<KxPointXY> cloud;
-    for (auto _ : state) {
-        cloud.points = points;
-        cloud.points.detach();
-        kxbench::timeIteration(state, [&] { cloud.sort(KxMath::KxSortAscending, KxMath::KxSortAscending); });
-    }
+    std::vector<KxPointXY> points;
+};
+
+Digest digestVector(PlaneJob& job) {
+    return digestXY(job.points);
 }
 
-void sortStandard(benchmark::State& state, Order order) {
-    const QList<KxPointXY> source = makePoints(order);
-    for (auto _ : state) {
-        std::vector<KxPointXY> points(source.begin(), source.end());
-        kxbench::timeIteration(state, [&] {
-            std::stable_sort(points.begin(), points.end(),
+void addPlane(const std::string& name, Order order, int n) {
+    add<PlaneJob>(
+        name, n, "kx", 1, [=](PlaneJob& j) { j.cloud.points = freshCopy(orderedPoints(n, order)); },
+        [](PlaneJob& j) { j.cloud.sort(KxMath::KxSortAscending, KxMath::KxSortAscending); },
+        [](PlaneJob& j) { return digestXY(j.cloud.points); });
+    const auto fill = [=](PlaneJob& j) {
+        const QList<KxPointXY>& points = orderedPoints(n, order);
+        j.points.assign(points.begin(), points.end());
+    };
+    add<PlaneJob>(
+        name, n, "peer_std_stable_sort", 1, fill,
+        [](PlaneJob& j) {
+            std::stable_sort(j.points.begin(), j.points.end(),
                              [](const KxPointXY& a, const KxPointXY& b) { return a.x < b.x; });
-        });
-        benchmark::DoNotOptimize(points.data());
-    }
+        },
+        digestVector);
+    add<PlaneJob>(
+        name, n, "limit_copy", 1, fill,
+        [](PlaneJob& j) {
+            std::vector<KxPointXY> copy = j.points;
+            benchmark::DoNotOptimize(copy.data());
+        },
+        nothing<PlaneJob>);
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
-    for (const Order order : {Random, Sorted, Reversed, NearlySorted, Ties}) {
-        const std::string name = std::string("sort 1e6 points, ") + kOrderNames[order];
-        benchmark::RegisterBenchmark((name + "/KxMath").c_str(), sortCloud, order)->UseManualTime();
-        benchmark::RegisterBenchmark((name + "/std::stable_sort").c_str(), sortStandard, order)->UseManualTime();
+    for (const int n : kCloudSizes) {
+        addPlane("sort 2-D, random", Order::Random, n);
+        addPlane("sort 2-D, ties", Order::Ties, n);
+        addPlane("sort 2-D, sorted", Order::Sorted, n);
+        addPlane("sort 2-D, reversed", Order::Reversed, n);
+        addPlane("sort 2-D, nearly sorted", Order::NearlySorted, n);
+        for (const bool isScan : {true, false}) {
+            const char* const name =
+                isScan ? "sort 3-D by z and x, shuffled rows" : "sort 3-D by z and x, all z differ";
+            const Source source = isScan ? shuffledScan : randomPoints;
+            add<CloudJob>(
+                name, n, "kx", 1, cloudOf(source, n),
+                [](CloudJob& j) { j.cloud.sort(KxMath::KxSortAscending, KxMath::KxSortAscending); },
+                [](CloudJob& j) { return digestHeap(j.cloud.points); });
+            add<CloudJob>(
+                name, n, "peer_std_stable_sort", 1, listOf(source, n),
+                [](CloudJob& j) {
+                    std::stable_sort(j.points.begin(), j.points.end(), [](const KxPointXYZ& a, const KxPointXYZ& b) {
+                        return a.z < b.z || (a.z == b.z && a.x < b.x);
+                    });
+                },
+                [](CloudJob& j) { return digestHeap(j.points); });
+        }
     }
     return true;
 }();
 
 } // namespace
+
+} // namespace kxbench

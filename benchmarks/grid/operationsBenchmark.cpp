@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr int kRows = 2000;
-
 struct Job {
     KxMath::KxProfileZSet set;
     KxMath::KxMatrixCloud matrix;
@@ -18,16 +16,12 @@ struct Job {
 template <typename Prepare, typename Work>
 void addJob(const char* name, Prepare prepare, Work work) {
     kxbench::add<Job>(
-        "grid." + std::string(name) + "/2560000/kx", 1,
+        name, kxbench::kRows * kxbench::kProfilePoints, "kx", 1,
         [prepare](Job& job) {
-            static KxMath::KxProfileZSet set;
-            if (set.isEmpty()) {
-                kxbench::fillSet(set, kRows);
-            }
-            job.set = set;
+            job.set = kxbench::profileSet();
             prepare(job);
         },
-        work);
+        work, kxbench::nothing<Job>);
 }
 
 void toMatrix(Job& j) {

@@ -1,0 +1,78 @@
+// What the competitors of the operations on clouds work on.
+#pragma once
+
+#include "digests.h"
+#include "inputs.h"
+
+namespace kxbench {
+
+using Cloud = KxMath::KxPointCloud<KxMath::KxPointXYZ>;
+
+constexpr int kCloudSizes[] = {100000, 1000000};
+
+/// A cloud with its range, room for a result, and points for those that work on plain lists.
+struct CloudJob {
+    Cloud cloud;
+    Cloud out;
+    QList<int> positions;
+    QList<KxMath::KxPointXYZ> points;
+};
+
+using Source = const QList<KxMath::KxPointXYZ>& (*)(int count);
+
+/// Fills the cloud.
+inline auto cloudOf(Source source, int count) {
+    return [=](CloudJob& job) {
+        job.cloud.points = freshCopy(source(count));
+        job.cloud.calcRange();
+    };
+}
+
+/// Fills the list.
+inline auto listOf(Source source, int count) {
+    return [=](CloudJob& job) { job.points = freshCopy(source(count)); };
+}
+
+inline Digest digestPositions(CloudJob& job) {
+    return digestValues(job.positions);
+}
+inline Digest digestCloud(CloudJob& job) {
+    return digestXY(job.cloud.points);
+}
+inline Digest digestOut(CloudJob& job) {
+    return digestXY(job.out.points);
+}
+inline Digest digestList(CloudJob& job) {
+    return digestXY(job.points);
+}
+
+/// How many there are, nearly: balls at the rim of a cloud hold few points, and points between balls are not looked at.
+inline Digest digestSize(CloudJob& job) {
+    return {static_cast<double>(job.cloud.size()), 0.005};
+}
+
+/// Of the points in whatever order: the library's stretches of equal z overlap by one point, so that only the places of
+/// a few differ.
+template <typename Points>
+Digest digestHeap(const Points& points) {
+    double sum = 0.0;
+    for (const auto& p : points) {
+        sum += static_cast<double>(p.x) * static_cast<double>(p.z);
+    }
+    return {sum, 1e-9};
+}
+
+/// The box of the queries holds a sixteenth of `randomPoints`.
+constexpr float kLow = 20.0f;
+constexpr float kHigh = 60.0f;
+
+inline bool isInBox(const KxMath::KxPointXYZ& p) {
+    return p.x >= kLow && p.x <= kHigh && p.y >= kLow && p.y <= kHigh && p.z >= kLow && p.z <= kHigh;
+}
+
+/// Filters of density over `densePoints`: cells that hold some 125 points, of which none stands alone.
+constexpr float kCell = 5.0f;
+constexpr float kMaxDistance = 4.0f;
+constexpr int kMinCount = 3;
+
+} // namespace kxbench

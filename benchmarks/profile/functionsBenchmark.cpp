@@ -1,0 +1,104 @@
+// Values, areas, splines and steps of y(x).
+#include "profile/jobs.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kxbench {
+
+namespace {
+
+constexpr int kLookUps = 100000;
+
+float lookedUp(int i) {
+    return -39.0f + 78.0f * static_cast<float>((i * 7919LL) % kLookUps) / kLookUps;
+}
+
+void addLookUps() {
+    const auto digest = [](ProfileJob& j) { return Digest{j.values.at(0), 1e-3}; };
+    addProfile(
+        "calcY, 1e5 look-ups", "kx",
+        [](ProfileJob& j) {
+            double sum = 0.0;
+            for (int i = 0; i < kLookUps; ++i) {
+                sum += static_cast<double>(j.profile.calcY(lookedUp(i), 1.0f, nullptr));
+            }
+            j.values = {sum};
+        },
+        digest, 1);
+    addProfile(
+        "calcY, 1e5 look-ups", "peer_std_lower_bound",
+        [](ProfileJob& j) {
+            const Points& points = j.profile.points;
+            double sum = 0.0;
+            for (int i = 0; i < kLookUps; ++i) {
+                const float x = lookedUp(i);
+                const auto right = std::lower_bound(points.cbegin(), points.cend(), x,
+                                                    [](const KxPointXY& p, float v) { return p.x < v; });
+                const auto left = right - 1;
+                sum += static_cast<double>(left->y + (right->y - left->y) * (x - left->x) / (right->x - left->x));
+            }
+            j.values = {sum};
+        },
+        digest, 1);
+}
+
+/// The first step of the level, by running sums.
+void addCutPoints() {
+    addProfile(
+        "cut points", "kx", [](ProfileJob& j) { j.profile.detectCutPoints(j.out, j.positions, 10, 100.0f); },
+        [](ProfileJob& j) { return digestValues(j.positions); });
+    addProfile(
+        "cut points", "peer_one_pass",
+        [](ProfileJob& j) {
+            const Points& points = j.profile.points;
+            constexpr int kWindow = 10;
+            float after = 0.0f;
+            float before = 0.0f;
+            for (int k = 0; k < kWindow; ++k) {
+                before += points[k].y;
+                after += points[kWindow + 1 + k].y;
+            }
+            float left = 0.0f;
+            float middle = 0.0f;
+            for (int c = kWindow; c + kWindow + 1 < kProfilePoints; ++c) {
+                const float right = after - before;
+                if ((left > 100.0f && right < -100.0f) || (left < -100.0f && right > 100.0f)) {
+                    j.positions.append(c - 1);
+                    break;
+                }
+                left = middle;
+                middle = right;
+                after += points[c + kWindow + 1].y - points[c + 1].y;
+                before += points[c].y - points[c - kWindow].y;
+            }
+        },
+        [](ProfileJob& j) { return digestValues(j.positions); });
+}
+
+[[maybe_unused]] const bool isRegistered = [] {
+    addLookUps();
+    addCutPoints();
+    addProfile(
+        "refined integral", "kx",
+        [](ProfileJob& j) { j.values = {static_cast<double>(j.profile.integral(0, kProfilePoints - 1, false))}; },
+        digestNearly, 10);
+    addProfile(
+        "Akima spline and 3840 samples", "kx",
+        [](ProfileJob& j) {
+            KxMath::KxInterpolant spline(j.profile, KxMath::Akima);
+            spline.generatePointCloud(j.out, 80.0f / 3840, -40, 39.9f);
+        },
+        [](ProfileJob& j) {
+            double sum = 0.0;
+            for (const KxPointXY& p : std::as_const(j.out.points)) {
+                sum += static_cast<double>(p.y);
+            }
+            return Digest{sum, 1e-3};
+        });
+    return true;
+}();
+
+} // namespace
+
+} // namespace kxbench

@@ -1,0 +1,68 @@
+// What the competitors of the operations on profiles work on.
+#pragma once
+
+#include "digests.h"
+#include "inputs.h"
+
+#include <vector>
+
+namespace kxbench {
+
+using KxMath::KxPointXY;
+using KxMath::KxProfile;
+using Points = QList<KxPointXY>;
+
+/// A profile, room for a result that starts as the same points, and numbers that a competitor comes to.
+struct ProfileJob {
+    KxProfile profile;
+    KxProfile out;
+    std::vector<float> xs;
+    std::vector<float> ys;
+    QList<int> positions;
+    std::vector<double> values;
+};
+
+inline void fillProfile(ProfileJob& job) {
+    job.profile.points = freshCopy(profilePoints());
+    job.out.points = freshCopy(profilePoints());
+}
+
+/// For competitors that take numbers and no points.
+inline void fillNumbers(ProfileJob& job) {
+    job.xs.reserve(kProfilePoints);
+    job.ys.reserve(kProfilePoints);
+    for (const KxPointXY& p : profilePoints()) {
+        job.xs.push_back(p.x);
+        job.ys.push_back(p.y);
+    }
+}
+
+inline Digest digestProfile(ProfileJob& job) {
+    return digestXY(job.profile.points);
+}
+inline Digest digestOut(ProfileJob& job) {
+    return digestXY(job.out.points);
+}
+
+/// Of competitors that calculate otherwise: the sum of the values, within a thousandth.
+inline Digest digestNearly(ProfileJob& job) {
+    double sum = 0.0;
+    for (const double value : job.values) {
+        sum += value;
+    }
+    return {sum, 1e-3};
+}
+
+/// A competitor on `fillProfile()`, a hundred profiles at a time.
+template <typename Work, typename Result>
+void addProfile(const char* operation, const char* who, Work work, Result digest, int batch = 100) {
+    add<ProfileJob>(operation, kProfilePoints, who, batch, fillProfile, work, digest);
+}
+
+/// A competitor on `fillNumbers()`.
+template <typename Work, typename Result>
+void addOnNumbers(const char* operation, const char* who, Work work, Result digest, int batch = 100) {
+    add<ProfileJob>(operation, kProfilePoints, who, batch, fillNumbers, work, digest);
+}
+
+} // namespace kxbench

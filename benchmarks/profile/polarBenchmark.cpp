@@ -1,0 +1,85 @@
+// Polar form, and the filters that work in it, next to the standard library's functions in a loop.
+#include "profile/jobs.h"
+
+#include <cmath>
+
+namespace kxbench {
+
+namespace {
+
+constexpr double kPi = 3.1415927410125732;
+
+float angleOf(float a, float b) {
+    if (a == 0.0f) {
+        return b > 0.0f ? 90.0f : b < 0.0f ? 270.0f : 0.0f;
+    }
+    const double degrees = static_cast<double>(static_cast<float>(std::atan(static_cast<double>(b / a)))) * 180.0 / kPi;
+    return static_cast<float>(a < 0.0f ? 180.0 + degrees : b < 0.0f ? degrees + 360.0 : degrees);
+}
+
+void toPolar(Points& points) {
+    for (KxPointXY& p : points) {
+        p = KxPointXY(std::sqrt(p.y * p.y + p.x * p.x), angleOf(p.x, p.y));
+    }
+}
+
+void toEvklid(Points& points) {
+    for (KxPointXY& p : points) {
+        const double rad = static_cast<double>(static_cast<float>(static_cast<double>(p.y) * kPi / 180.0));
+        p = KxPointXY(static_cast<float>(std::cos(rad)) * p.x, static_cast<float>(std::sin(rad)) * p.x);
+    }
+}
+
+/// Angles as they are after toPolar().
+void fillPolar(ProfileJob& j) {
+    fillProfile(j);
+    toPolar(j.profile.points);
+}
+
+/// The polar filters turn points about a circle, sort them by angle and turn them back; `count` times.
+void turnThereAndBack(ProfileJob& j, int count) {
+    KxMath::KxCircle circle;
+    j.out.calcCircle(circle);
+    j.out.shift(-circle.x, -circle.y, 0);
+    toPolar(j.out.points);
+    for (KxPointXY& p : j.out.points) {
+        p = KxPointXY(p.y, p.x);
+    }
+    j.out.sort(KxMath::KxSortAscending, KxMath::KxSortAscending);
+    for (int i = 0; i < count; ++i) {
+        for (KxPointXY& p : j.out.points) {
+            p = KxPointXY(p.y, p.x);
+        }
+        toEvklid(j.out.points);
+        j.out.shift(circle.x, circle.y, 0);
+    }
+}
+
+[[maybe_unused]] const bool isRegistered = [] {
+    addProfile(
+        "toPolar", "kx", [](ProfileJob& j) { j.profile.toPolar(); }, digestProfile);
+    addProfile(
+        "toPolar", "peer_std_functions", [](ProfileJob& j) { toPolar(j.profile.points); }, digestProfile);
+    add<ProfileJob>(
+        "toEvklid", kProfilePoints, "kx", 100, fillPolar, [](ProfileJob& j) { j.profile.toEvklid(); }, digestProfile);
+    add<ProfileJob>(
+        "toEvklid", kProfilePoints, "peer_std_functions", 100, fillPolar,
+        [](ProfileJob& j) { toEvklid(j.profile.points); }, digestProfile);
+    addProfile(
+        "polar splash filter", "kx", [](ProfileJob& j) { j.profile.splashFilterPolar(j.out, 200, 1, 1); },
+        nothing<ProfileJob>);
+    addProfile(
+        "polar splash filter", "peer_std_functions", [](ProfileJob& j) { turnThereAndBack(j, 1); },
+        nothing<ProfileJob>);
+    addProfile(
+        "polar window filter", "kx", [](ProfileJob& j) { j.profile.wndFilterPolar(j.out, 0.5f, 10, 5); },
+        nothing<ProfileJob>, 1);
+    addProfile(
+        "polar window filter", "limit_std_functions", [](ProfileJob& j) { turnThereAndBack(j, kProfilePoints); },
+        nothing<ProfileJob>, 1);
+    return true;
+}();
+
+} // namespace
+
+} // namespace kxbench
