@@ -10,12 +10,11 @@ namespace {
 using Cloud = KxPointCloud<KxPointXYZ>;
 
 Line& operator<<(Line& line, const QMap<float, int>& map) {
-    QList<float> keys;
-    for (auto entry = map.keyValueBegin(); entry != map.keyValueEnd(); ++entry) {
-        keys.append(entry->first);
-        keys.append(static_cast<float>(entry->second));
+    QList<float> entries;
+    for (const float key : map.keys()) {
+        entries << key << static_cast<float>(map[key]);
     }
-    return line << keys;
+    return line << entries;
 }
 
 void printRange(const char* name, const Cloud& cloud) {
@@ -38,8 +37,7 @@ void printClouds() {
     cloud.points = spacePoints(3, 2000);
     cloud.calcRange();
     printRange("cloud.range", cloud);
-    KxPointXYZ centre;
-    KxPointXYZ mass;
+    KxPointXYZ centre, mass;
     cloud.calcCenterPoint(centre);
     cloud.caclCenterMassPoint(mass);
     Line("cloud.means") << centre << mass << cloud.calcAverageY() << cloud.size_x() << cloud.size_y() << cloud.size_z();

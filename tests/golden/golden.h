@@ -51,8 +51,10 @@ public:
     Line& operator<<(const KxMath::KxPointXYZ& p) { return *this << p.x << p.y << p.z; }
     Line& operator<<(const KxMath::KxLine& line) { return *this << line.k << line.b; }
     Line& operator<<(const KxMath::KxCircle& circle) { return *this << circle.x << circle.y << circle.radius; }
-    Line& operator<<(const KxMath::KxPointCloud<KxMath::KxPointXY>& cloud) { return *this << cloud.points; }
-    Line& operator<<(const KxMath::KxPointCloud<KxMath::KxPointXYZ>& cloud) { return *this << cloud.points; }
+    template <typename Point>
+    Line& operator<<(const KxMath::KxPointCloud<Point>& cloud) {
+        return *this << cloud.points;
+    }
 
     /// Number, first and middle element, and the digest of a list.
     template <typename T>

@@ -22,9 +22,7 @@ void print(const char* name, const KxProfileZSet& set) {
 void print(const char* name, const KxMatrixCloud& matrix) {
     QList<float> heights;
     for (int row = 0; row < matrix.rows; ++row) {
-        for (int column = 0; column < matrix.columns; ++column) {
-            heights.append(matrix.cells[row][column]);
-        }
+        heights.append(QList<float>(matrix.cells[row], matrix.cells[row] + matrix.columns));
     }
     Line(name) << matrix.rows << matrix.columns << matrix.step << matrix.minX << matrix.maxX << matrix.minY
                << matrix.maxY << matrix.minZ << matrix.maxZ << heights;
@@ -58,8 +56,7 @@ void printGrids() {
     print("set.cleared", cleared);
 
     KxMatrixWithHistos histos;
-    float low = 0;
-    float high = 0;
+    float low = 0, high = 0;
     const int blocks = histos.calcFromMatrixCloud(matrix, 5, 0, &low, &high);
     QList<float> means;
     for (const QList<HistoCell>& row : histos.histoRows) {

@@ -11,58 +11,60 @@ namespace golden {
 
 namespace {
 
-/// Calls the work with a profile of its own and an empty one, and prints both afterwards.
-template <typename Work>
-void print(const char* name, bool isDamaged, Work work) {
-    KxProfile profile;
-    profile.points = profilePoints(6, 640, 70, isDamaged);
-    KxProfile out;
-    out.points = profile.points; // some operations work on it, some write into it, others replace it
-    Line line(name);
-    work(line, profile, out);
-    line << out << profile;
-}
+using P = KxProfile&;
 
-void printFilters(bool isDamaged) {
-    print("profile.kihFilter20", isDamaged, [](Line&, KxProfile& p, KxProfile& out) { p.kihFilter20(out, 0.6f); });
-    print("profile.wndFilter", isDamaged, [](Line&, KxProfile& p, KxProfile&) { p.wndFilter(7); });
-    print("profile.medFilt", isDamaged, [](Line&, KxProfile& p, KxProfile& out) { p.medFilt(out, 9, 0); });
-    print("profile.diffFilt", isDamaged, [](Line&, KxProfile& p, KxProfile& out) { p.diffFilt(out, 5); });
-    print("profile.splashFilter", isDamaged,
-          [](Line& line, KxProfile& p, KxProfile& out) { line << p.splashFilter(out, 1.2f, 3.0f); });
-    print("profile.splashFilterPolar", isDamaged,
-          [](Line& line, KxProfile& p, KxProfile& out) { line << p.splashFilterPolar(out, 150.0f, 1.2f, 3.0f); });
-    print("profile.wndFilterPolar", isDamaged,
-          [](Line&, KxProfile& p, KxProfile& out) { p.wndFilterPolar(out, 0.5f, 9, 4); });
-    print("profile.removeNoise", isDamaged, [](Line&, KxProfile& p, KxProfile&) { p.removeNoise(9, 3, 0.4f, 0.0f); });
-    print("profile.removeLineParts", isDamaged,
-          [](Line&, KxProfile& p, KxProfile&) { p.removeLineParts(9, 0.97f, 0.2f, 5); });
-    print("profile.levels", isDamaged, [](Line&, KxProfile& p, KxProfile&) {
+struct Printer {
+    bool isDamaged;
+
+    /// Calls the work with two profiles of its own and prints both afterwards.
+    template <typename Work>
+    void operator()(const char* name, Work work) const {
+        KxProfile profile, out;
+        profile.points = profilePoints(6, 640, 70, isDamaged);
+        out.points = profile.points; // some operations work on it, some write into it, others replace it
+        Line line(name);
+        work(line, profile, out);
+        line << out << profile;
+    }
+};
+
+void printFilters(const Printer& print) {
+    print("profile.kihFilter20", [](Line&, P p, P out) { p.kihFilter20(out, 0.6f); });
+    print("profile.wndFilter", [](Line&, P p, P) { p.wndFilter(7); });
+    print("profile.medFilt", [](Line&, P p, P out) { p.medFilt(out, 9, 0); });
+    print("profile.diffFilt", [](Line&, P p, P out) { p.diffFilt(out, 5); });
+    print("profile.splashFilter", [](Line& line, P p, P out) { line << p.splashFilter(out, 1.2f, 3.0f); });
+    print("profile.splashFilterPolar",
+          [](Line& line, P p, P out) { line << p.splashFilterPolar(out, 150.0f, 1.2f, 3.0f); });
+    print("profile.wndFilterPolar", [](Line&, P p, P out) { p.wndFilterPolar(out, 0.5f, 9, 4); });
+    print("profile.removeNoise", [](Line&, P p, P) { p.removeNoise(9, 3, 0.4f, 0.0f); });
+    print("profile.removeLineParts", [](Line&, P p, P) { p.removeLineParts(9, 0.97f, 0.2f, 5); });
+    print("profile.levels", [](Line&, P p, P) {
         p.removeHighLevel(KxLine(0.01f, 22.0f));
         p.removeLowLevel(KxLine(-0.01f, 14.0f));
     });
 }
 
-void printTransforms(bool isDamaged) {
-    print("profile.polar", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+void printTransforms(const Printer& print) {
+    print("profile.polar", [](Line& line, P p, P) {
         p.toPolar();
         line << p;
         p.rotatePolar(10.5f);
         p.toEvklid();
     });
-    print("profile.rotated", isDamaged, [](Line&, KxProfile& p, KxProfile&) {
+    print("profile.rotated", [](Line&, P p, P) {
         p.rotateEvklid(33.3f);
         KxPointXY centre(1.5f, -2.5f);
         p.rotateFixed(-0.77f, centre);
     });
-    print("profile.trimmed", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+    print("profile.trimmed", [](Line& line, P p, P) {
         line << p.trimX(-30, 30) << p.trimY(2, 40) << p.trimLower(5.5f) << p.trimUpper(24.0f) << p.removeDuplicates();
         line << p.findNearestToX(3.21f, true) << p.calcCenterX() << p.calcCenterY();
     });
 }
 
-void printCalculus(bool isDamaged) {
-    print("profile.polynom", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+void printCalculus(const Printer& print) {
+    print("profile.polynom", [](Line& line, P p, P) {
         p.trimY(-100, 100); // NaN heights go
         std::array<double, 7> coeffs{};
         line << p.calcPolynomCoeffs(6, coeffs.data());
@@ -71,7 +73,7 @@ void printCalculus(bool isDamaged) {
         }
         line << p.polynomFit(12);
     });
-    print("profile.calculus", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+    print("profile.calculus", [](Line& line, P p, P) {
         KxProfile slope = p.derivative();
         std::array<float, 4096> zeros{};
         line << slope << slope.findZeros(zeros.data()) << zeros[0] << p.calcCorrelation();
@@ -79,16 +81,15 @@ void printCalculus(bool isDamaged) {
         int segment = 0;
         line << p.calcY(-12.345f, 2.0f, &segment) << segment << p.calcY(21.0f, 2.0f, nullptr);
     });
-    print("profile.fits", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+    print("profile.fits", [](Line& line, P p, P) {
         KxLine straight;
         KxCircle circle;
         p.calcLine(straight);
         p.calcCircle(circle);
         line << straight << circle;
     });
-    print("profile.interpolate", isDamaged,
-          [](Line& line, KxProfile& p, KxProfile&) { line << p.interpolate(0.07f, -30, 30, Akima); });
-    print("profile.akima", isDamaged, [](Line& line, KxProfile& p, KxProfile& out) {
+    print("profile.interpolate", [](Line& line, P p, P) { line << p.interpolate(0.07f, -30, 30, Akima); });
+    print("profile.akima", [](Line& line, P p, P out) {
         KxInterpolant akima;
         line << akima.buildFromPointCloud(p, Akima);
         for (const float x : {-34.9f, -1.0f / 3, 0.0f, 17.77f}) {
@@ -98,19 +99,17 @@ void printCalculus(bool isDamaged) {
     });
 }
 
-void printFeatures(bool isDamaged) {
-    print("profile.cutPoints", isDamaged, [](Line& line, KxProfile& p, KxProfile& out) {
+void printFeatures(const Printer& print) {
+    print("profile.cutPoints", [](Line& line, P p, P out) {
         QList<int> indices;
         line << p.calcCutPoint(8, 0.7f) << p.detectCutPoints(out, indices, 8, 0.7f) << indices;
     });
-    print("profile.shapes", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+    print("profile.shapes", [](Line& line, P p, P) {
         KxLine weld;
         KxCircle circle;
         float centre = 0;
         line << p.detectWeld(weld, &centre) << weld << centre << p.detectCircle(circle) << circle;
-        float width = 0;
-        float height = 0;
-        float angle = 0;
+        float width = 0, height = 0, angle = 0;
         p.calcRange();
         p.calcRect(&width, &height, &angle, 3.0f);
         KxPointCloud<KxPointXY> corners;
@@ -119,7 +118,7 @@ void printFeatures(bool isDamaged) {
         KxPointCloud<KxPointXY> joint;
         line << p.detectJoint(joint) << joint;
     });
-    print("profile.segments", isDamaged, [](Line& line, KxProfile& p, KxProfile& out) {
+    print("profile.segments", [](Line& line, P p, P out) {
         KxProfile piece;
         line << p.calcLineSegment(1.0f, 1.0f, 5, piece, 0, 40, 1, 100) << piece;
         p.addLineSegments(out, 5, 0);
@@ -128,12 +127,12 @@ void printFeatures(bool isDamaged) {
         line << out;
         line << p.addLineSegmentsWithMMWindow(out, 1.5f);
     });
-    print("profile.calcDistance", isDamaged, [&](Line&, KxProfile& p, KxProfile& out) {
+    print("profile.calcDistance", [&](Line&, P p, P out) {
         KxProfile other;
-        other.points = profilePoints(7, 500, 66, isDamaged);
+        other.points = profilePoints(7, 500, 66, print.isDamaged);
         p.calcDistance(other, out, 5, 0, true);
     });
-    print("profile.topView", isDamaged, [](Line& line, KxProfile& p, KxProfile&) {
+    print("profile.topView", [](Line& line, P p, P) {
         KxPointCloud<KxPointXYZ> cloud;
         cloud.points = spacePoints(8, 900);
         line << p.makeCloudTopView(cloud, 1.25f);
@@ -144,10 +143,10 @@ void printFeatures(bool isDamaged) {
 
 void printProfiles() {
     for (const bool isDamaged : {false, true}) {
-        printFilters(isDamaged);
-        printTransforms(isDamaged);
-        printCalculus(isDamaged);
-        printFeatures(isDamaged);
+        printFilters({isDamaged});
+        printTransforms({isDamaged});
+        printCalculus({isDamaged});
+        printFeatures({isDamaged});
     }
 }
 

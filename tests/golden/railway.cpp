@@ -6,8 +6,6 @@
 #include <QtCore/QPointF>
 
 #include <array>
-#include <memory>
-#include <vector>
 
 using namespace KxMath;
 
@@ -28,41 +26,27 @@ QList<KxPointXYZ> rimPoints() {
 }
 
 void printConicity() {
-    KxProfile wheel1;
-    KxProfile wheel2;
-    KxProfile rail1;
-    KxProfile rail2;
-    for (KxProfile* const wheel : {&wheel1, &wheel2}) {
-        kxtool::appendConicalWheel(*wheel, wheel == &wheel1 ? 0.05f : 0.0625f);
-    }
-    for (KxProfile* const rail : {&rail1, &rail2}) {
-        kxtool::appendRoundRail(*rail, 80.0f);
-    }
-    KxProfile conicity;
-    KxProfile deltaR;
-    KxProfile slope1;
-    KxProfile slope2;
+    KxProfile wheel1, wheel2, rail1, rail2, conicity, deltaR, slope1, slope2;
+    kxtool::appendConicalWheel(wheel1, 0.05f);
+    kxtool::appendConicalWheel(wheel2, 0.0625f);
+    kxtool::appendRoundRail(rail1, 80.0f);
+    kxtool::appendRoundRail(rail2, 80.0f);
     std::array<KxProfile*, 4> placed{};
-    std::vector<KxProfile*> contacts1(4096);
-    std::vector<KxProfile*> contacts2(4096);
-    int count1 = 0;
-    int count2 = 0;
+    std::array<KxProfile*, 4096> contacts1{}, contacts2{};
+    int count1 = 0, count2 = 0;
     const int made =
         EquivalentConicity(wheel1, wheel2, rail1, rail2, 460.0f, 459.5f, 1442.0f, 1360.0f, 12u, conicity, deltaR,
                            slope1, slope2, placed.data(), contacts1.data(), count1, contacts2.data(), count2, 0.001f);
     Line("conicity") << made << conicity << deltaR << slope1 << slope2 << count1 << count2;
     for (KxProfile* profile : placed) {
-        const std::unique_ptr<KxProfile> owned(profile);
-        if (owned) {
-            Line("conicity.placed") << *owned;
-        }
+        Line("conicity.placed") << *profile;
+        delete profile;
     }
     QList<KxPointXY> points;
-    for (int i = 0; i < count1; ++i) {
-        for (KxProfile* const contact :
-             {contacts1[static_cast<std::size_t>(i)], contacts2[static_cast<std::size_t>(i)]}) {
-            const std::unique_ptr<KxProfile> owned(contact);
-            points.append(owned->points);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count1); ++i) {
+        for (KxProfile* const contact : {contacts1[i], contacts2[i]}) {
+            points.append(contact->points);
+            delete contact;
         }
     }
     Line("conicity.contacts") << points;
@@ -70,21 +54,13 @@ void printConicity() {
 
 /// What a sensor at the placement 2 sees of the calibration object: straight flanks between these turning points.
 void printCalibration() {
-    const std::array<KxPointXY, 12> knots = {{{-80.75f, 213.4272f},
-                                              {-67.3396f, 239.7931f},
-                                              {-53.8717f, 225.5428f},
-                                              {-40.4037f, 252.0218f},
-                                              {-26.9358f, 237.7714f},
-                                              {-13.4679f, 264.2504f},
-                                              {0.0f, 250.0f},
-                                              {26.5839f, 302.2661f},
-                                              {49.2815f, 272.3734f},
-                                              {81.3145f, 317.4631f},
-                                              {98.5f, 294.8298f},
-                                              {99.0f, 294.8298f}}};
+    const QList<KxPointXY> knots{{-80.75f, 213.4272f},   {-67.3396f, 239.7931f}, {-53.8717f, 225.5428f},
+                                 {-40.4037f, 252.0218f}, {-26.9358f, 237.7714f}, {-13.4679f, 264.2504f},
+                                 {0.0f, 250.0f},         {26.5839f, 302.2661f},  {49.2815f, 272.3734f},
+                                 {81.3145f, 317.4631f},  {98.5f, 294.8298f},     {99.0f, 294.8298f}};
     Source source(12);
     KxProfile profile;
-    std::size_t next = 1;
+    int next = 1;
     for (float x = -80.75f; x < 98.5f; x += 0.1875f) {
         next += x > knots[next].x ? 1 : 0;
         const KxPointXY& a = knots[next - 1];
@@ -112,21 +88,19 @@ void printRailway() {
         coord.position = position;
         KxProfile profile;
         profile.points = profilePoints(9, 300, 60, true);
-        KxPointCloud<KxPointXYZ> placed;
+        KxPointCloud<KxPointXYZ> placed, rolled;
         METRO_XYtoXYZ(profile, placed, coord);
         Line("coordinates") << placed;
-        KxPointCloud<KxPointXYZ> rolled;
         METRO_XYtoXYZ(profile, rolled, coord, 430.0f, 2.5f, 7);
         Line("coordinates.rolled") << rolled;
     }
 
-    KxProfile ridges;
+    KxProfile ridges, apexes;
     for (int i = 0; i < 640; ++i) {
         const int phase = i % 160;
         ridges.points.append(
             KxPointXY(static_cast<float>(i) * 0.1f, static_cast<float>(phase < 80 ? phase : 160 - phase) * 0.12f));
     }
-    KxProfile apexes;
     QList<KxLine> lines;
     Line line("apexes");
     line << METRO_detectApexes(ridges, apexes, lines, 0.3f) << apexes;
@@ -134,8 +108,7 @@ void printRailway() {
         line << flank;
     }
 
-    KxProfile left;
-    KxProfile right;
+    KxProfile left, right;
     left.points = profilePoints(10, 400, 70, false);
     right.points = profilePoints(11, 400, 70, false);
     Line("wheels.distance") << METRO_calcWheelsDist(left, right, KxLine(0.01f, 15), KxLine(-0.02f, 14), 1360.0f);

@@ -62,28 +62,6 @@ TEST(ProfileZ, RecordIsTheseBytes) {
     EXPECT_EQ(profile.readFromFile(files.path("a.bin")), 3); // the count is kept modulo 65536
 }
 
-TEST(ProfileZ, WriteThenReadKeepsEveryBit) {
-    TempFiles files;
-    Nasty nasty(201);
-    QFile file(files.path("all.bin"));
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    QList<KxProfileZ> written;
-    for (int round = 0; round < 100; ++round) {
-        nasty.nextCase();
-        const float z = nasty.value();
-        written.append(profileAt(z, nasty.points<KxPointXY>(nasty.size())));
-        ASSERT_TRUE(written.last().writeToFile(file));
-    }
-    file.seek(0);
-    KxProfileZ profile = profileAt(9, {{9, 9}});
-    for (const KxProfileZ& expected : std::as_const(written)) {
-        ASSERT_EQ(profile.readFromFile(file), expected.points.size());
-        ASSERT_EQ(exactProfile(profile), exactProfile(expected));
-    }
-    EXPECT_EQ(profile.readFromFile(file), -1);
-    EXPECT_EQ(file.pos(), file.size());
-}
-
 TEST(ProfileZ, EveryCutLengthFailsAndRewinds) {
     TempFiles files;
     const QByteArray before = "xyz"; // the record does not begin at 0

@@ -1,4 +1,4 @@
-// Straight parts and apexes against the definition written out, and against a known shape.
+// Straight parts and apexes against the definition written out.
 #include "support/bits.h"
 #include "support/nasty.h"
 
@@ -102,19 +102,4 @@ TEST(DetectApexes, EqualsItsDefinition) {
         found += apexes.size() - 1;
     }
     EXPECT_GT(found, 500);
-}
-
-TEST(DetectApexes, RidgesOfARoof) {
-    // Crests at x = 40, 80, 120 and valleys between, slopes of 1.2; the outer apexes end no two parts.
-    KxProfile p, apexes;
-    for (float x = 0; x <= 160; x += 0.125f) {
-        p.points.append(KxPointXY(x, std::fabs(std::fmod(x + 20, 40.0f) - 20) * -1.2f));
-    }
-    QList<KxLine> lines;
-    ASSERT_EQ(METRO_detectApexes(p, apexes, lines, 2.0f), 5);
-    EXPECT_EQ(lines.size(), 6);
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_NEAR(apexes.points[i].x, 40.0f + 20.0f * static_cast<float>(i), 1.0f);
-        EXPECT_NEAR(apexes.points[i].y, i % 2 == 0 ? 0.0f : -24.0f, 1.0f);
-    }
 }

