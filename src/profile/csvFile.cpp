@@ -2,42 +2,67 @@
 #include "KxMath/KxProfile.h"
 
 #include "io/binaryIo.h"
+#include "io/decimalText.h"
+#include "io/lineReader.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
-#include <QtCore/QStringView>
 #include <QtCore/QTextStream>
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
+#include <utility>
 
 namespace KxMath {
 
 namespace {
 
-constexpr QLatin1Char kSeparator(';');
+constexpr char kSeparator = ';';
 
-/// The field of a line at `column`, nothing when there are not so many.
-std::optional<QStringView> fieldAt(QStringView line, int column) {
-    for (; column > 0; --column) {
-        const qsizetype end = line.indexOf(kSeparator);
-        if (end < 0) {
+/// Two fields of a line, by their columns; nothing when there are not so many.
+std::optional<std::pair<std::string_view, std::string_view>> fieldsAt(std::string_view line, int xColumn, int yColumn) {
+    std::pair<std::string_view, std::string_view> fields;
+    const char* const lineEnd = line.data() + line.size();
+    const char* begin = line.data();
+    for (int column = 0;; ++column) {
+        const char* const end = std::find(begin, lineEnd, kSeparator);
+        const std::string_view field(begin, static_cast<std::size_t>(end - begin));
+        if (column == xColumn) {
+            fields.first = field;
+        }
+        if (column == yColumn) {
+            fields.second = field;
+        }
+        if (column >= std::max(xColumn, yColumn)) {
+            return fields;
+        }
+        if (end == lineEnd) {
             return {};
         }
-        line = line.sliced(end + 1);
+        begin = end + 1;
     }
-    const qsizetype end = line.indexOf(kSeparator);
-    return end < 0 ? line : line.first(end);
 }
 
-/// The number in a field, with a decimal comma or point; 0 when it is none.
-float parseField(QStringView field) {
-    QString text = field.toString();
-    text.replace(QLatin1Char(','), QLatin1Char('.'));
-    return static_cast<float>(text.toDouble());
+/// The number in a field with a decimal point; 0 when it is none.
+float parseField(std::string_view field) {
+    if (const std::optional<double> number = detail::parsePlainNumber(field)) {
+        return static_cast<float>(*number);
+    }
+    return static_cast<float>(QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size())).toDouble());
 }
 
-QByteArray numberText(float v) {
-    return QByteArray::number(static_cast<double>(v), 'g', 6).replace('.', ',');
+/// Whether the text is UTF-16 or UTF-32, or marked as UTF-8: these have bytes in front that no number has.
+bool isEncoded(QFile& file) {
+    const QByteArray head = file.peek(4);
+    return std::any_of(head.cbegin(), head.cend(), [](char c) { return c == '\0' || static_cast<signed char>(c) < 0; });
+}
+
+/// The whole text in UTF-8, without a mark.
+QByteArray decoded(QFile& file) {
+    QTextStream stream(&file);
+    return stream.readAll().toUtf8();
 }
 
 } // namespace
@@ -47,11 +72,23 @@ bool KxProfile::writeToCSVFile(QString fileName) {
     if (!detail::openForWriting(file)) {
         return false;
     }
+    constexpr qsizetype kLongestLine = 2 * static_cast<qsizetype>(detail::kNumberTextSize) + 2;
+    constexpr qsizetype kPortion = 4096; // of points whose text is held in memory
     QByteArray text;
-    for (const KxPointXY& p : std::as_const(points)) {
-        text += numberText(p.x) + ';' + numberText(p.y) + '\n';
+    for (qsizetype begin = 0; begin < points.size(); begin += kPortion) {
+        const qsizetype end = std::min(points.size(), begin + kPortion);
+        text.resize((end - begin) * kLongestLine);
+        char* at = text.data();
+        for (qsizetype i = begin; i < end; ++i) {
+            const KxPointXY& p = std::as_const(points)[i];
+            at = detail::writeNumber(p.x, at);
+            *at++ = kSeparator;
+            at = detail::writeNumber(p.y, at);
+            *at++ = '\n';
+        }
+        std::transform(text.data(), at, text.data(), [](char c) { return c == '.' ? ',' : c; });
+        file.write(text.constData(), at - text.constData());
     }
-    file.write(text);
     file.close();
     return true;
 }
@@ -62,13 +99,17 @@ int KxProfile::readFromCSVFile(QString fileName, int xColumn, int yColumn) {
         return size();
     }
     clear();
-    QTextStream stream(&file);
-    QString line;
-    while (stream.readLineInto(&line) && !line.isEmpty()) {
-        const std::optional<QStringView> x = fieldAt(line, xColumn);
-        const std::optional<QStringView> y = fieldAt(line, yColumn);
-        if (x && y) {
-            points.append(KxPointXY(parseField(*x), parseField(*y)));
+    QBuffer text;
+    const bool isText = !isEncoded(file);
+    if (!isText) {
+        text.setData(decoded(file));
+        text.open(QIODevice::ReadOnly);
+    }
+    // Commas between digits are points; elsewhere they make a field no number either way.
+    detail::LineReader lines(isText ? static_cast<QIODevice&>(file) : text, ',', '.');
+    for (std::optional<std::string_view> line = lines.next(); line && !line->empty(); line = lines.next()) {
+        if (const auto fields = fieldsAt(*line, std::max(xColumn, 0), std::max(yColumn, 0))) {
+            points.append(KxPointXY(parseField(fields->first), parseField(fields->second)));
         }
     }
     return size();

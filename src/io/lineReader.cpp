@@ -1,0 +1,54 @@
+// Text line by line, without a copy of each.
+#include "io/lineReader.h"
+
+#include <algorithm>
+
+namespace KxMath::detail {
+
+namespace {
+
+std::string_view withoutReturn(std::string_view line) {
+    return !line.empty() && line.back() == '\r' ? line.substr(0, line.size() - 1) : line;
+}
+
+} // namespace
+
+std::optional<std::string_view> LineReader::next() {
+    for (;;) {
+        const qsizetype end = buffer_.indexOf('\n', searched_);
+        if (end >= 0) {
+            const std::string_view line(buffer_.constData() + begin_, static_cast<std::size_t>(end - begin_));
+            begin_ = searched_ = end + 1;
+            return withoutReturn(line);
+        }
+        searched_ = buffer_.size();
+        if (!refill()) {
+            break;
+        }
+    }
+    if (begin_ == buffer_.size()) {
+        return {};
+    }
+    const std::string_view line(buffer_.constData() + begin_, static_cast<std::size_t>(buffer_.size() - begin_));
+    begin_ = searched_ = buffer_.size();
+    return withoutReturn(line);
+}
+
+/// Fetches more behind what is left of the buffer. @return false at the end of the file
+bool LineReader::refill() {
+    constexpr qsizetype kPortion = 65536;
+    buffer_.remove(0, begin_);
+    searched_ -= begin_;
+    begin_ = 0;
+    const qsizetype kept = buffer_.size();
+    // Twice as much each time, so that a long line is not copied again and again.
+    buffer_.resize(kept + std::max(kPortion, kept));
+    const qint64 arrived = std::max<qint64>(device_.read(buffer_.data() + kept, buffer_.size() - kept), 0);
+    buffer_.resize(kept + static_cast<qsizetype>(arrived));
+    char* const data = buffer_.data();
+    std::transform(data + kept, data + buffer_.size(), data + kept,
+                   [&](char c) { return c == replaced_ ? replacement_ : c; }); // written in any case: no branches
+    return arrived > 0;
+}
+
+} // namespace KxMath::detail

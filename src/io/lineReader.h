@@ -1,0 +1,34 @@
+// Text line by line, without a copy of each.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QIODevice>
+
+#include <optional>
+#include <string_view>
+
+namespace KxMath::detail {
+
+/// The lines of a file, or other device, from where it stands. A line ends with a line feed, or a carriage return and a
+/// line feed; a carriage return at the end of the file is no part of the last line either. Memory follows the longest
+/// line.
+class LineReader {
+public:
+    LineReader(QIODevice& device, char replaced, char replacement)
+        : device_(device), replaced_(replaced), replacement_(replacement) {}
+
+    /// The next line without its end; nothing at the end of the file. Valid until the next call.
+    std::optional<std::string_view> next();
+
+private:
+    bool refill();
+
+    QIODevice& device_;
+    const char replaced_;
+    const char replacement_;
+    QByteArray buffer_;
+    qsizetype begin_ = 0; ///< of what has not been given out
+    qsizetype searched_ = 0; ///< up to here there is no line feed
+};
+
+} // namespace KxMath::detail
