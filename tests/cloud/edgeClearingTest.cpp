@@ -1,17 +1,8 @@
 // The edge clearing against its plain definition: every slab extracted, every edge point trimmed to.
-#include "support/bits.h"
-#include "support/nasty.h"
-
-#include <KxMath/KxMath.h>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "support/testing.h"
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::exactRange;
-using testing_support::Nasty;
+using namespace testing_support;
 
 namespace {
 
@@ -20,131 +11,96 @@ using Cloud = KxPointCloud<KxPointXYZ>;
 void plainClearEdgeEffect(Cloud& cloud, float step) {
     cloud.calcRange();
     const float quotient = (cloud.maxZ - cloud.minZ) / step;
-    if (!(quotient >= 1.0f && quotient < 2147483648.0f)) {
-        return;
-    }
-    const int slabs = static_cast<int>(quotient);
+    const int slabs = quotient >= 1.0f && quotient < 2147483648.0f ? static_cast<int>(quotient) : 0;
     Cloud work;
-    int peak = 0;
+    int peak = 0; // of the slab before where no height is one: it may lie behind this slab
     for (int i = 0; i < slabs; ++i) {
         const float low = static_cast<float>(i) * step + cloud.minZ;
         const float high = static_cast<float>(static_cast<double>(low) + 0.0001);
         cloud.extract(work, cloud.minX, cloud.maxX, cloud.minY, cloud.maxY, low, high, false);
         const int n = work.size();
-        const auto y = [&](int k) { return work.points.at(k).y; };
         float level = 0.0f;
         for (int k = 0; k < n; ++k) {
-            if (level <= y(k)) {
-                level = y(k);
+            if (level <= work.points[k].y) {
+                level = work.points[k].y;
                 peak = k;
             }
         }
-        int left = 0;
-        float lowest = level;
-        for (int k = 0; k < peak && k < n; ++k) { // a peak of the slab before may lie behind this one
-            if (lowest >= y(k)) {
-                lowest = y(k);
-                left = k;
+        // The lowest point from an end to the peak, the last of equals.
+        const auto lowestFrom = [&](int end, int direction) {
+            float lowest = level;
+            int at = end;
+            for (int k = end; k >= 0 && k < n && (peak - k) * direction > 0; k += direction) {
+                if (lowest >= work.points[k].y) {
+                    lowest = work.points[k].y;
+                    at = k;
+                }
             }
-        }
-        int right = n - 1;
-        lowest = level;
-        for (int k = n - 1; k > peak; --k) {
-            if (lowest >= y(k)) {
-                lowest = y(k);
-                right = k;
-            }
-        }
+            return at;
+        };
+        const int left = lowestFrom(0, 1);
+        const int right = lowestFrom(n - 1, -1);
         const auto trimTo = [&](const KxPointXYZ& p) { cloud.trim(p.x, p.x, p.y, p.y, p.z, p.z); };
-        for (int k = 0; k < left; ++k) {
-            trimTo(work.points[k]);
-        }
-        for (int k = n - 1; k > right; --k) {
-            trimTo(work.points[k]);
-        }
+        std::for_each(work.points.begin(), work.points.begin() + left, trimTo);
+        std::for_each(work.points.rbegin(), work.points.rend() - right - 1, trimTo);
     }
 }
 
-Cloud cloudOf(const QList<KxPointXYZ>& points) {
-    Cloud cloud;
-    cloud.points = points;
-    return cloud;
-}
-
-} // namespace
-
 TEST(EdgeClearing, TrimsToTheEdgePoints) {
-    const KxPointXYZ end(0.0f, 0.0f, 10.0f); // makes the extent in z
     const struct {
         const char* desc;
-        QList<float> ys; ///< of the profile at z = 0, stored order
-        QList<float> left;
+        SpacePoints points;
+        float step;
+        QList<float> left; ///< heights
     } cases[] = {
-        {"lows at both ends", {0.0f, 1.0f, 3.0f, 2.0f, 1.0f}, {0.0f, 1.0f, 3.0f, 2.0f, 1.0f, 0.0f}},
-        {"one point outside", {2.0f, 1.0f, 3.0f, 2.0f, 1.0f}, {2.0f}},
-        {"one outside, stored twice", {2.0f, 2.0f, 1.0f, 3.0f, 1.0f}, {}}, // they differ in x
-        {"one on each side", {2.0f, 1.0f, 3.0f, 1.0f, 4.0f, 1.0f, 1.5f}, {}},
-        {"all negative: the peak is the first extracted", {-3.0f, -2.0f, -1.0f}, {-3.0f, -2.0f, -1.0f, 0.0f}},
+        {"lows at both ends", {{0, 0, 0}, {1, 3, 0}, {2, 1, 0}, {0, 0, 10}}, 6, {0, 3, 1, 0}},
+        {"one point outside", {{0, 2, 0}, {1, 1, 0}, {2, 3, 0}, {3, 1, 0}, {0, 0, 10}}, 6, {2}},
+        {"one on each side", {{0, 2, 0}, {1, 1, 0}, {2, 3, 0}, {3, 1, 0}, {4, 1.5f, 0}, {0, 0, 10}}, 6, {}},
+        {"all negative: the peak is the first extracted", {{0, -3, 0}, {1, -2, 0}, {0, 0, 10}}, 6, {-3, -2, 0}},
+        {"empty slabs cost nothing", {{0, 5, 0}, {0, 1, 1}, {1, 0, 1}, {2, 3, 1}, {0, 0, 2}}, 1e-9f, {1}},
+        {"nor where nothing is cut", {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {0, 0, 2}}, 1e-9f, {0, 1, 0, 0}},
+        {"step 0", {{0, 5, 0}, {0, 1, 1}, {1, 0, 1}, {2, 3, 1}}, 0, {5, 1, 0, 3}},
+        {"step -1", {{0, 5, 0}, {0, 1, 1}, {1, 0, 1}, {2, 3, 1}}, -1, {5, 1, 0, 3}},
+        {"step NaN", {{0, 5, 0}, {0, 1, 1}, {1, 0, 1}, {2, 3, 1}}, kNaN, {5, 1, 0, 3}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.desc);
         Cloud cloud;
-        for (qsizetype i = 0; i < c.ys.size(); ++i) {
-            cloud.points.append(KxPointXYZ(static_cast<float>(i), c.ys[i], 0.0f));
-        }
-        cloud.points.append(end);
-        cloud.clearEdgeEffect(6.0f);
+        cloud.points = c.points;
+        cloud.clearEdgeEffect(c.step);
         QList<float> left;
         for (const KxPointXYZ& p : cloud.points) {
             left.append(p.y);
         }
-        EXPECT_EQ(c.left, left);
+        EXPECT_EQ(left, c.left) << c.desc;
     }
 }
 
 TEST(EdgeClearing, EqualsThePlainDefinition) {
-    Nasty nasty(26);
     int cleared = 0;
-    for (int round = 0; round < 3000; ++round) {
-        nasty.nextCase();
+    forNasty(26, 3000, [&](Nasty& nasty) {
         Cloud cloud;
         cloud.points = nasty.points<KxPointXYZ>(nasty.size(60));
         const float spacing = nasty.pick(std::array{1.0f, 0.25f, 1e-4f, 3e-5f});
+        const bool isPeaked = nasty.chance(50);
+        const float top = static_cast<float>(nasty.below(5));
         for (KxPointXYZ& p : cloud.points) { // few profiles, mostly single-peaked so that some stay
-            p.z = spacing * static_cast<float>(nasty.below(4));
-            if (round % 2 == 0) {
-                p.y = -std::abs(p.x) + static_cast<float>(round % 5);
-            }
-            if (nasty.chance(2)) {
-                p.z = nasty.value();
-            }
+            p.z = nasty.chance(2) ? nasty.value() : spacing * static_cast<float>(nasty.below(4));
+            p.y = isPeaked ? top - std::abs(p.x) : p.y;
         }
         Cloud plain(cloud);
         plain.calcRange();
         // Whole, shared and overlapping slabs, as long as the plain loop ends.
         float step = spacing * nasty.pick(std::array{1.0f, 0.9999f, 0.5f, 0.01f, 3.0f, -1.0f, 0.0f});
-        if (plain.size_z() / step > 3000.0f) {
-            step = plain.size_z() / 3000.0f;
-        }
+        step = plain.size_z() / step > 3000.0f ? plain.size_z() / 3000.0f : step;
         plainClearEdgeEffect(plain, step);
         const int before = cloud.size();
         cloud.clearEdgeEffect(step);
-        ASSERT_EQ(exact(plain.points), exact(cloud.points)) << "round " << round;
-        ASSERT_EQ(exactRange(plain), exactRange(cloud)) << "round " << round;
+        ASSERT_EQ(exact(plain.points), exact(cloud.points));
+        ASSERT_EQ(exactRange(plain), exactRange(cloud));
         cleared += cloud.size() != before ? 1 : 0;
-    }
+    });
     EXPECT_GT(cleared, 300);
     EXPECT_LT(cleared, 2700);
 }
 
-TEST(EdgeClearing, EmptySlabsCostNothing) {
-    for (const float step : {1e-6f, 1e-9f, 0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()}) {
-        Cloud cloud = cloudOf({{0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 0.0f}, {2.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 2.0f}});
-        cloud.clearEdgeEffect(step);
-        EXPECT_EQ(4, cloud.size()) << step;
-    }
-    Cloud edge =
-        cloudOf({{0.0f, 5.0f, 0.0f}, {0.0f, 1.0f, 1.0f}, {1.0f, 0.0f, 1.0f}, {2.0f, 3.0f, 1.0f}, {0.0f, 0.0f, 2.0f}});
-    edge.clearEdgeEffect(1e-9f);
-    EXPECT_EQ(exact(QList<KxPointXYZ>{{0.0f, 1.0f, 1.0f}}), exact(edge.points));
-}
+} // namespace

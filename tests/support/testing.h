@@ -1,0 +1,64 @@
+// What tests of clouds and profiles share: limits, marked ranges, rounds of nasty input, the order by exchanges.
+#pragma once
+
+#include "support/bits.h"
+#include "support/nasty.h"
+
+#include <KxMath/KxMath.h>
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <limits>
+
+namespace testing_support {
+
+using Points = QList<KxMath::KxPointXY>;
+using SpacePoints = QList<KxMath::KxPointXYZ>;
+using PointTypes = testing::Types<KxMath::KxPointXY, KxMath::KxPointXYZ, KxMath::KxPointXYZRGB>;
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInf = std::numeric_limits<float>::infinity();
+
+/// Calls `check` with nasty input round by round, until one of them fails.
+template <typename Check>
+void forNasty(unsigned seed, int rounds, Check check) {
+    Nasty nasty(seed);
+    for (int round = 0; round < rounds && !testing::Test::HasFailure(); ++round) {
+        SCOPED_TRACE(testing::Message() << "round " << round);
+        nasty.nextCase();
+        check(nasty);
+    }
+}
+
+/// Sets the cached range to first, first + 1, ..., so that a change shows.
+template <typename Cloud>
+void setRange(Cloud& cloud, float first) {
+    for (float* bound : {&cloud.minX, &cloud.maxX, &cloud.minY, &cloud.maxY, &cloud.minZ, &cloud.maxZ}) {
+        *bound = first++;
+    }
+}
+
+/// The points from `first` to `last` in the order of a key: passes that exchange neighbours until none is wrong.
+template <typename Point>
+void sortByExchanges(QList<Point>& points, float Point::*key, bool isAscending, qsizetype first, qsizetype last) {
+    for (bool isChanged = true; isChanged;) {
+        isChanged = false;
+        for (qsizetype j = last; j > first; --j) {
+            const float earlier = points[j - 1].*key;
+            const float later = points[j].*key;
+            if (isAscending ? earlier > later : earlier < later) {
+                points.swapItemsAt(j - 1, j);
+                isChanged = true;
+            }
+        }
+    }
+}
+
+template <typename Point>
+void sortByExchanges(QList<Point>& points, float Point::*key = &Point::x, bool isAscending = true) {
+    sortByExchanges(points, key, isAscending, 0, points.size() - 1);
+}
+
+} // namespace testing_support
