@@ -86,7 +86,7 @@ int plainWalk(Cloud& cloud, const Filter& filter) {
 float manageableCell(const Cloud& cloud, float fraction) {
     Cloud copy;
     copy = cloud;
-    if (std::isnan(copy.minX)) {
+    if (std::isnan(copy.size_x() + copy.size_y() + copy.size_z())) {
         copy.calcRange();
     }
     float cell = fraction * std::min(1e37f, std::max({copy.size_x(), copy.size_y(), copy.size_z(), 1e-30f}));
@@ -134,6 +134,10 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
             cloud.calcRange();
             cloud.maxX -= cloud.size_x() * 0.25f;
             cloud.minZ += nasty.plain();
+        }
+        if (nasty.chance(20)) { // one unknown bound makes the whole range new
+            *nasty.pick(std::array{&cloud.minX, &cloud.maxX, &cloud.minY, &cloud.maxY, &cloud.minZ, &cloud.maxZ}) =
+                kNaN;
         }
         float cell = manageableCell(cloud, nasty.pick(std::array{0.11f, 0.25f, 0.5f, 0.3f, 1.7f}));
         cell = nasty.chance(5) ? nasty.pick(std::array{kNaN, kInf, 1e38f}) : cell;

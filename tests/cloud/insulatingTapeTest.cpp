@@ -32,7 +32,7 @@ Cloud scan(const Scene& scene, unsigned seed, std::set<std::array<float, 2>>& ta
     std::uniform_int_distribution<int> percent(0, 99);
     Cloud cloud;
     for (int profile = 0; profile < 12; ++profile) {
-        const auto z = static_cast<float>(profile);
+        const float z = 7.0f + static_cast<float>(profile);
         for (float x = 0.0f; x < scene.width; x += scene.spacing) {
             const bool isOnTape = scene.height > 0.0f && x >= scene.tapeStart && x <= scene.tapeStart + kTapeWidth;
             const bool isSpike = percent(engine) < scene.spikePercent;

@@ -1,268 +1,182 @@
 // Profiles made from others: level runs, differences, straight pieces, the view from above.
-#include "support/bits.h"
-#include "support/nasty.h"
-
-#include <KxMath/KxMath.h>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "profileSupport.h"
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::Nasty;
+using namespace testing_support;
 
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-using Points = QList<KxPointXY>;
-
-KxProfile profileOf(const Points& points) {
-    KxProfile profile;
-    profile.points = points;
-    return profile;
-}
-
-KxProfile heights(const QList<float>& ys) {
-    KxProfile profile;
-    for (qsizetype i = 0; i < ys.size(); ++i) {
-        profile.points.append(KxPointXY(static_cast<float>(i), ys[i]));
+/// The run from `i` on in one direction: points that differ by at most the step from the last one taken.
+Points plainRun(const Points& p, qsizetype i, int direction, float height, float maxStep, int maxMisses) {
+    Points run;
+    for (int misses = 0; i >= 0 && i < p.size() && misses < maxMisses; i += direction) {
+        const bool isTaken = std::abs(p[i].y - height) <= maxStep;
+        misses = isTaken ? 0 : misses + 1;
+        height = isTaken ? p[i].y : height;
+        run += isTaken ? Points{p[i]} : Points();
     }
-    return profile;
+    return run;
 }
-
-/// The y of the points; kUnwritten shows where nothing was written.
-constexpr float kUnwritten = -77.0f;
-
-KxProfile room(qsizetype count) {
-    KxProfile out;
-    out.points.fill(KxPointXY(kUnwritten, kUnwritten), count);
-    return out;
-}
-
-QList<float> ysOf(const KxProfile& profile) {
-    QList<float> ys;
-    for (const KxPointXY& p : profile.points) {
-        ys.append(p.y);
-    }
-    return ys;
-}
-
-} // namespace
 
 TEST(LineSegment, FollowsTheLevelOnBothSides) {
-    const Points run{{0, 5}, {1, 1}, {2, 1.2f}, {3, 1.4f}, {4, 1.3f}, {5, 6}, {6, 1.2f}};
-    const Points drifting{{0, 0}, {1, 0.4f}, {2, 0.8f}, {3, 1.2f}, {4, 1.6f}};
-    const Points missing{{0, 1}, {1, kNaN}, {2, 1}, {3, kNaN}, {4, kNaN}, {5, 1}};
-    const struct {
-        const char* desc;
+    int found = 0;
+    forNasty(131, 4000, [&](Nasty& nasty) {
         Points points;
-        float x;
-        int maxMisses;
-        float minY, maxY, minLength, maxLength;
-        bool isFound;
-        QList<float> xs;
-    } cases[] = {
-        {"run", run, 2.5f, 2, kNaN, kNaN, kNaN, kNaN, true, {1, 2, 3, 4, 6}},
-        {"too long", run, 2.5f, 2, kNaN, kNaN, kNaN, 3, false, {1, 2, 3, 4, 6}},
-        {"too short", run, 2.5f, 2, kNaN, kNaN, 5.5f, kNaN, false, {1, 2, 3, 4, 6}},
-        {"length on its bounds", run, 2.5f, 2, kNaN, kNaN, 5, 5, true, {1, 2, 3, 4, 6}},
-        {"one miss ends a side", run, 2.5f, 1, kNaN, kNaN, kNaN, kNaN, true, {1, 2, 3, 4}},
-        {"height too low", run, 2.5f, 2, 1.35f, kNaN, kNaN, kNaN, false, {}},
-        {"height too high", run, 2.5f, 2, kNaN, 1.25f, kNaN, kNaN, false, {}},
-        {"no misses allowed", run, 2.5f, 0, kNaN, kNaN, kNaN, kNaN, false, {}},
-        {"negative misses", run, 2.5f, -3, kNaN, kNaN, kNaN, kNaN, false, {}},
-        {"at a point", run, 3.0f, 2, kNaN, kNaN, kNaN, kNaN, true, {1, 2, 3, 4, 6}},
-        {"before the first point", drifting, -0.5f, 9, kNaN, kNaN, kNaN, kNaN, true, {0, 1, 2, 3, 4}},
-        {"behind the last point", drifting, 4.5f, 9, kNaN, kNaN, kNaN, kNaN, true, {0, 1, 2, 3, 4}},
-        {"the reference drifts", drifting, 2.0f, 1, kNaN, kNaN, kNaN, kNaN, true, {0, 1, 2, 3, 4}},
-        {"NaN is a miss", missing, 0.0f, 2, kNaN, kNaN, kNaN, kNaN, true, {0, 2}},
-        {"NaN height passes the bounds", missing, 2.5f, 2, 0, 2, kNaN, kNaN, false, {}},
-        {"NaN x", run, kNaN, 2, kNaN, kNaN, kNaN, kNaN, false, {}},
-        {"one point", {{1, 1}}, 1.0f, 2, kNaN, kNaN, kNaN, kNaN, false, {}},
-        {"no point", {}, 1.0f, 2, kNaN, kNaN, kNaN, kNaN, false, {}},
-        {"equal x: the first of them",
-         {{1, 1}, {2, 1.1f}, {2, 9}, {3, 1.2f}},
-         2.0f,
-         2,
-         kNaN,
-         kNaN,
-         kNaN,
-         kNaN,
-         true,
-         {1, 2, 3}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.desc);
-        KxProfile profile = profileOf(c.points);
-        KxProfile out = room(3);
-        EXPECT_EQ(c.isFound,
-                  profile.calcLineSegment(c.x, 0.5f, c.maxMisses, out, c.minY, c.maxY, c.minLength, c.maxLength));
-        QList<float> xs;
-        for (const KxPointXY& p : out.points) {
-            xs.append(p.x);
+        for (int i = 0, count = nasty.size(20); i < count; ++i) {
+            const float y = nasty.chance(8) ? kNaN : 0.5f * static_cast<float>(nasty.below(4));
+            points.append(KxPointXY(static_cast<float>(i), y));
         }
-        EXPECT_EQ(c.xs, xs);
-        EXPECT_EQ(exact(c.points), exact(profile.points));
+        KxProfile profile = profileOf(points);
+        KxProfile out = profileOf({{7, 7}});
+        const float x = nasty.chance(2) ? kNaN : 0.5f * static_cast<float>(nasty.below(44) - 2);
+        const float maxStep = 0.5f * static_cast<float>(nasty.below(3));
+        const int maxMisses = nasty.pick(std::array{1, 2, 3, 30, 0, -3});
+        const float height = profile.calcY(x, kNaN, nullptr);
+        const auto lengthOrHeight = [&](float v) {
+            return nasty.pick(std::array{kNaN, kNaN, v, v - 0.25f, v + 0.25f});
+        };
+        const float minY = lengthOrHeight(height), maxY = lengthOrHeight(height);
+
+        Points expected;
+        if (points.size() >= 2 && !(height < minY) && !(height > maxY)) {
+            const auto start = std::ranges::count_if(points, [&](const KxPointXY& p) { return p.x <= x; }) - 1;
+            expected = plainRun(points, start, -1, height, maxStep, maxMisses) +
+                       plainRun(points, start + 1, 1, height, maxStep, maxMisses);
+            sortByExchanges(expected);
+        }
+        const float length = expected.isEmpty() ? 0.0f : expected.last().x - expected.first().x;
+        const float minLength = lengthOrHeight(length), maxLength = lengthOrHeight(length);
+        const bool isFound = !expected.isEmpty() && !(length < minLength) && !(length > maxLength);
+        ASSERT_EQ(profile.calcLineSegment(x, maxStep, maxMisses, out, minY, maxY, minLength, maxLength), isFound);
+        ASSERT_EQ(exact(out.points), exact(expected));
+        expectPoints(profile, points);
+        found += isFound ? 1 : 0;
+    });
+    EXPECT_GT(found, 250);
+    // Of points with one x the first is the start, and both sides join there.
+    KxProfile steps = profileOf({{1, 1}, {2, 1.1f}, {2, 9}, {3, 1.2f}});
+    KxProfile out;
+    EXPECT_TRUE(steps.calcLineSegment(2.0f, 0.5f, 2, out, kNaN, kNaN, kNaN, kNaN));
+    EXPECT_EQ(exact(out.points), exact(Points{{1, 1}, {2, 1.1f}, {3, 1.2f}}));
+}
+
+/// The sums are running floats from the left. Deliberately every second point of the tail goes, the first included.
+void plainDistance(const Points& minuend, const Points& subtrahend, Points& out, qint64 window, bool cutTail) {
+    const qsizetype n = std::min(minuend.size(), subtrahend.size());
+    for (qsizetype i = 0; i < n; ++i) {
+        out[i].y = minuend[i].y - subtrahend[i].y;
+    }
+    for (qsizetype start = 0; window > 0 && start + window <= n; start += window) {
+        float sum = 0.0f;
+        for (qsizetype i = start; i < start + window; ++i) {
+            sum += out[i].y;
+        }
+        for (qsizetype i = start; i < start + window; ++i) {
+            out[i].y = std::abs(sum);
+        }
+    }
+    for (qsizetype i = out.size() - 1; n > 0 && cutTail && i >= n; --i) {
+        if ((i - n) % 2 == 0) {
+            out.removeAt(i);
+        }
     }
 }
 
 TEST(ProfileDistance, WritesDifferencesAndBlockSums) {
-    const struct {
-        const char* desc;
-        QList<float> minuend, subtrahend;
-        int window;
-        bool cutTail;
-        qsizetype room;
-        QList<float> expected;
-    } cases[] = {
-        {"blocks of 2", {5, 7, 9, 11}, {1, 2, 3, 4}, 2, false, 4, {9, 9, 13, 13}},
-        {"a rest", {5, 7, 9, 11}, {1, 2, 3, 4}, 3, false, 4, {15, 15, 15, 7}},
-        {"window too large", {5, 7}, {1, 2}, 3, false, 2, {4, 5}},
-        {"window 0", {5, 7}, {1, 2}, 0, false, 2, {4, 5}},
-        {"negative window", {5, 7}, {1, 2}, -2, false, 2, {4, 5}},
-        {"absolute sums", {1, 1, 1}, {2, 3, 1}, 2, false, 3, {3, 3, 0}},
-        {"unequal counts", {5, 7, 9}, {1, 2}, 1, false, 3, {4, 5, kUnwritten}},
-        {"empty", {}, {1, 2}, 1, true, 2, {kUnwritten, kUnwritten}},
-        {"empty other", {1, 2}, {}, 1, true, 2, {kUnwritten, kUnwritten}},
-        {"cut tail", {1, 1}, {0, 0}, 9, true, 5, {1, 1, kUnwritten}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.desc);
-        KxProfile minuend = heights(c.minuend);
-        KxProfile subtrahend = heights(c.subtrahend);
-        KxProfile out = room(c.room);
-        minuend.calcDistance(subtrahend, out, c.window, 0, c.cutTail);
-        EXPECT_EQ(c.expected, ysOf(out));
-        EXPECT_EQ(kUnwritten, out.points.first().x);
+    forNasty(132, 1500, [](Nasty& nasty) {
+        const Points points = nastyPoints(nasty, 60);
+        const Points others =
+            nasty.points<KxPointXY>(std::max(0, static_cast<int>(points.size()) + nasty.below(3) - 1));
+        KxProfile minuend = profileOf(points);
+        KxProfile subtrahend = profileOf(others);
+        Points expected = nasty.points<KxPointXY>(minuend.size() + nasty.below(7));
+        KxProfile out = profileOf(expected);
+        const int window = nastyWindow(nasty, minuend.size());
+        const bool cutTail = nasty.chance(50);
+        minuend.calcDistance(subtrahend, out, window, 0, cutTail);
+        plainDistance(points, others, expected, window, cutTail);
+        expectPoints(out, expected);
+        expectPoints(minuend, points);
+        expectPoints(subtrahend, others);
+    });
+}
+
+bool isFinite(const KxPointXY& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
+
+void writeOnLine(const Points& in, Points& out, qsizetype begin, qsizetype end, float k, float c) {
+    for (qsizetype i = begin; i < end; ++i) {
+        out[i] = KxPointXY(in[i].x, k * in[i].x + c);
     }
 }
 
-// The single steps are not associative: the sum must be a running float from the left.
-TEST(ProfileDistance, SumsInSinglePrecision) {
-    KxProfile minuend = heights({1e8f, 3.0f, 3.0f, -1e8f});
-    KxProfile zero = heights({0, 0, 0, 0});
-    KxProfile out = room(4);
-    minuend.calcDistance(zero, out, 4, 0, false);
-    EXPECT_EQ((1e8f + 3.0f + 3.0f) - 1e8f, out.points[0].y);
-    EXPECT_NE(6.0f, out.points[0].y);
+/// Deliberately not guarded against points above each other.
+void writeOnChord(const Points& in, Points& out, qsizetype begin, qsizetype end, KxPointXY p, KxPointXY q) {
+    const float width = p.x - q.x;
+    writeOnLine(in, out, begin, end, (p.y - q.y) / width, (q.y * p.x - q.x * p.y) / width);
 }
 
-TEST(ProfileDistance, CutsEverySecondPointOfTheTail) {
-    for (int tail = 0; tail < 7; ++tail) {
-        KxProfile six = heights({1, 2, 3, 4, 5, 6});
-        KxProfile out = heights(QList<float>(6 + tail, 0.0f)); // x is the old position
-        six.calcDistance(six, out, 0, 0, true);
-        QList<int> expected{0, 1, 2, 3, 4, 5};
-        for (int i = 7; i < 6 + tail; i += 2) {
-            expected.append(i);
-        }
-        ASSERT_EQ(expected.size(), out.points.size());
-        for (qsizetype i = 0; i < expected.size(); ++i) {
-            EXPECT_EQ(static_cast<float>(expected[i]), out.points[i].x);
-        }
-    }
+TEST(StraightPieces, ChordsOfBlocks) {
+    compareFilters(
+        60, [](KxProfile& in, KxProfile& out, int window, float) { in.addLineSegments(out, window, 0); },
+        [](const Points& in, Points& out, qint64 w, float) {
+            const qsizetype n = in.size();
+            for (qsizetype i = 0; w > 0 && i + w <= n; i += w) {
+                if (i == n - 1) {
+                    out[i] = KxPointXY(in[i]); // a last block of one point has no chord
+                } else {
+                    writeOnChord(in, out, i, i + w, in[i], in[std::min(i + w, n - 1)]);
+                }
+            }
+        });
 }
 
-TEST(StraightPieces, ReplaceBlocks) {
-    const Points five{{0, 0}, {1, 5}, {2, 2}, {3, 7}, {4, 4}};
-    const Points other{{0, 1}, {1, 1}, {2, 3}, {3, 1}, {4, 0}};
-    const float u = kUnwritten;
-    const struct {
-        const char* desc;
-        bool isParallel;
-        Points points;
-        int window;
-        float slope;
-        QList<float> expected;
-    } cases[] = {
-        {"chords join", false, five, 2, 0, {0, 1, 2, 3, u}},
-        {"last chord to the last point", false, five.first(4), 2, 0, {0, 1, 2, 7}},
-        {"one block of all", false, five, 5, 0, {0, 1, 2, 3, 4}},
-        {"window 1 keeps the points", false, five, 1, 0, {0, 5, 2, 7, 4}},
-        {"chord window too large", false, five, 6, 0, {u, u, u, u, u}},
-        {"chord window 0", false, five, 0, 0, {u, u, u, u, u}},
-        {"chord window negative", false, five, -2, 0, {u, u, u, u, u}},
-        {"through the middle", true, other, 4, 0.5f, {2, 2.5f, 3, 3.5f, u}},
-        {"pieces do not join", true, other, 2, 0.0f, {1, 1, 1, 1, u}},
-        {"odd window", true, other, 3, 1.0f, {0, 1, 2, u, u}},
-        {"parallel window too large", true, other, 6, 0.5f, {u, u, u, u, u}},
-        {"parallel window 0", true, other, 0, 0.5f, {u, u, u, u, u}},
-        {"largest window", true, other, std::numeric_limits<int>::max(), 0.5f, {u, u, u, u, u}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.desc);
-        KxProfile profile = profileOf(c.points);
-        KxProfile out = room(c.points.size());
-        const auto run = [&](KxProfile& target) {
-            c.isParallel ? profile.addParallelLine(target, c.window, 0, c.slope)
-                         : profile.addLineSegments(target, c.window, 0);
-        };
-        run(out);
-        EXPECT_EQ(c.expected, ysOf(out));
-        for (qsizetype i = 0; i < out.points.size(); ++i) {
-            EXPECT_EQ(out.points[i].y == u ? u : c.points[i].x, out.points[i].x);
-        }
-        EXPECT_EQ(exact(c.points), exact(profile.points));
-        run(profile); // in place
-        for (qsizetype i = 0; i < out.points.size(); ++i) {
-            EXPECT_EQ(out.points[i].y == u ? c.points[i].y : out.points[i].y, profile.points[i].y);
-        }
-    }
-    KxProfile vertical = profileOf({{1, 1}, {1, 2}, {1, 3}}); // not guarded
-    KxProfile out = room(3);
-    vertical.addLineSegments(out, 2, 0);
-    EXPECT_FALSE(std::isfinite(out.points[0].y));
+TEST(StraightPieces, ParallelsThroughTheMiddleOfBlocks) {
+    compareFilters(
+        60, [](KxProfile& in, KxProfile& out, int w, float slope) { in.addParallelLine(out, w, 0, slope); },
+        [](const Points& in, Points& out, qint64 w, float slope) {
+            for (qsizetype i = 0; w > 0 && i + w <= in.size(); i += w) {
+                const KxPointXY middle = in[i + w / 2];
+                writeOnLine(in, out, i, i + w, slope, middle.y - middle.x * slope);
+            }
+        });
 }
 
 TEST(StraightPieces, BlocksAreWideInMillimetres) {
-    const float u = kUnwritten;
-    const struct {
-        const char* desc;
-        Points points;
-        float window;
-        int written;
-        QList<float> expected;
-    } cases[] = {
-        {"uneven spacing", {{0, 0}, {0.5f, 9}, {2, 4}, {2.5f, 0}, {4, 0}, {4.5f, 3}}, 2.0f, 4, {0, 1, 4, 3, u, u}},
-        {"exactly at the window", {{0, 0}, {1, 5}, {2, 2}, {3, 9}}, 1.0f, 3, {0, 5, 2, u}},
-        {"from right to left", {{3, 0}, {2, 9}, {1, 4}, {0, 7}}, 2.0f, 2, {0, 2, u, u}},
-        {"a missing point ends no block", {{0, 0}, {1, 9}, {2, kNaN}, {3, 6}, {4, 0}}, 2.0f, 3, {0, 2, 4, u, u}},
-        {"missing x inside", {{0, 0}, {kNaN, 9}, {2, 4}}, 2.0f, 2, {0, kNaN, u}},
-        {"missing at first", {{0, kNaN}, {1, 1}, {2, 5}, {3, 3}}, 2.0f, 3, {kNaN, 1, 2, u}},
-        {"all missing", {{0, kNaN}, {1, kNaN}}, 1.0f, 0, {u, u}},
-        {"window beyond the profile", {{0, 0}, {1, 1}}, 1.5f, 0, {u, u}},
-        {"window 0", {{0, 0}, {1, 1}}, 0.0f, 0, {u, u}},
-        {"negative", {{0, 0}, {1, 1}}, -1.0f, 0, {u, u}},
-        {"NaN", {{0, 0}, {1, 1}}, kNaN, 0, {u, u}},
-        {"infinite", {{0, 0}, {std::numeric_limits<float>::infinity(), 1}, {3, 1}}, 2.0f, 2, {0, kNaN, u}},
-        {"empty", {}, 1.0f, 0, {}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.desc);
-        KxProfile profile = profileOf(c.points);
-        KxProfile out = room(c.points.size());
-        EXPECT_EQ(c.written, profile.addLineSegmentsWithMMWindow(out, c.window));
-        for (qsizetype i = 0; i < c.expected.size(); ++i) {
-            if (std::isfinite(c.expected[i])) {
-                EXPECT_EQ(c.expected[i], out.points[i].y) << i;
-            } else {
-                EXPECT_FALSE(std::isfinite(out.points[i].y)) << i;
+    compareFilters(
+        60, [](KxProfile& in, KxProfile& out, int, float width) { in.addLineSegmentsWithMMWindow(out, width); },
+        [](const Points& in, Points& out, int, float width) {
+            const auto start = std::find_if(in.begin(), in.end(), isFinite) - in.begin();
+            qsizetype written = 0;
+            for (qsizetype i = start, next = start + 1; width > 0.0f && next < in.size(); ++next) {
+                const KxPointXY p = in[i];
+                const KxPointXY q = in[next];
+                if (isFinite(q) && std::abs(q.x - p.x) >= width) {
+                    std::copy(in.begin() + written, in.begin() + i, out.begin() + written); // missing at first
+                    writeOnChord(in, out, i, next, p, q);
+                    written = i = next;
+                }
             }
-        }
-        EXPECT_EQ(exact(c.points), exact(profile.points));
+        });
+    const struct {
+        Points points;
+        int written;
+    } cases[] = {{{{0, 0}, {1, 1}, {2, 1}, {3, 1}}, 2}, {{{2, 0}, {0, 1}}, 1}, {{{0, 0}, {1.9f, 1}}, 0}, {{}, 0}};
+    for (const auto& c : cases) {
+        KxProfile profile = profileOf(c.points);
+        EXPECT_EQ(profile.addLineSegmentsWithMMWindow(profile, 2.0f), c.written);
     }
 }
 
 TEST(CloudTopView, TakesPointsAtOrAboveTheLevel) {
     KxPointCloud<KxPointXYZ> cloud;
     cloud.points = {{1, 0, 10}, {2, -0.1f, 20}, {3, kNaN, 30}, {4, 5, kNaN}};
-    KxProfile profile = heights({1, 2, 3});
-    profile.calcRange();
-    EXPECT_EQ(2, profile.makeCloudTopView(cloud, 0.0f));
-    EXPECT_EQ(exact(Points{{1, 10}, {4, kNaN}}), exact(profile.points));
-    EXPECT_EQ(3.0f, profile.maxY); // the old range stays
-    EXPECT_EQ(4, profile.makeCloudTopView(cloud, kNaN));
-    EXPECT_EQ(exact(Points{{1, 10}, {2, 20}, {3, 30}, {4, kNaN}}), exact(profile.points));
-    EXPECT_EQ(0, profile.makeCloudTopView(KxPointCloud<KxPointXYZ>(), 0.0f));
+    KxProfile profile = profileOf({{1, 2}}); // the old range stays
+    EXPECT_EQ(profile.makeCloudTopView(cloud, 0.0f), 2);
+    expectPoints(profile, {{1, 10}, {4, kNaN}});
+    EXPECT_EQ(profile.makeCloudTopView(cloud, kNaN), 4);
+    expectPoints(profile, {{1, 10}, {2, 20}, {3, 30}, {4, kNaN}});
 }
+
+} // namespace
