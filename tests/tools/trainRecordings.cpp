@@ -1,51 +1,37 @@
 // Small recordings of flat wheels, whose distances are known exactly.
 #include "tools/trainRecordings.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QtEndian>
+#include <QtCore/QDataStream>
+#include <QtCore/QIODevice>
 
 #include <algorithm>
-#include <bit>
 #include <cstdlib>
 
 namespace tool_test {
 
 namespace {
 
-constexpr int kProfilesInWheel = 10;
-constexpr int kChosenProfile = 5;
-constexpr int kFewestPoints = 4;
 constexpr float kReference = 50.0f;
 constexpr float kBackground = 200.0f; // above the level line at 100
-
-void appendFloat(QByteArray& bytes, float value) {
-    char field[4];
-    qToLittleEndian(std::bit_cast<quint32>(value), field);
-    bytes.append(field, sizeof(field));
-}
 
 struct Recorder {
     RecordKind kind;
     QByteArray bytes = {};
     int moment = 0;
 
-    void append(int points, float height) {
-        char count[2];
-        qToLittleEndian(static_cast<quint16>(points), count);
-        bytes.append(kind == RecordKind::CloudSections ? '\2' : '\5').append(count, sizeof(count));
-        if (kind == RecordKind::ProfileRecords) {
-            appendFloat(bytes, static_cast<float>(moment));
-        }
-        for (int i = 0; i < points; ++i) {
-            appendFloat(bytes, static_cast<float>(i));
-            appendFloat(bytes, height);
-        }
-        ++moment;
-    }
-
-    void appendGap(int records) {
-        for (int i = 0; i < records; ++i) {
-            append(20, kBackground);
+    void append(int records, int points, float height) {
+        QDataStream out(&bytes, QIODevice::Append);
+        out.setByteOrder(QDataStream::LittleEndian);
+        out.setFloatingPointPrecision(QDataStream::SinglePrecision);
+        for (int record = 0; record < records; ++record, ++moment) {
+            const bool isProfile = kind == RecordKind::ProfileRecords;
+            out << static_cast<quint8>(isProfile ? 5 : 2) << static_cast<quint16>(points);
+            if (isProfile) {
+                out << static_cast<float>(moment);
+            }
+            for (int i = 0; i < points; ++i) {
+                out << static_cast<float>(i) << height;
+            }
         }
     }
 };
@@ -54,45 +40,22 @@ struct Recorder {
 
 QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile, bool isTriggered) {
     Recorder recorder{kind};
-    recorder.appendGap(20);
+    recorder.append(20, 20, kBackground);
     for (size_t wheel = 0; wheel < wheels.size(); ++wheel) {
-        for (int profile = 1; profile <= kProfilesInWheel; ++profile) {
-            if (wheels[wheel]) {
-                const int missing = 3 * std::abs(profile - kChosenProfile);
-                recorder.append(std::max(pointsPerProfile - missing, kFewestPoints), kReference + *wheels[wheel]);
-            } else {
-                recorder.appendGap(1);
-            }
+        for (int fromChosen = -4; fromChosen <= 5; ++fromChosen) {
+            const int points = wheels[wheel] ? std::max(pointsPerProfile - 3 * std::abs(fromChosen), 4) : 20;
+            recorder.append(1, points, wheels[wheel] ? kReference + *wheels[wheel] : kBackground);
         }
-        if (isTriggered && wheel % 2 == 1) {
-            recorder.moment += 30;
-            recorder.appendGap(10);
-        } else {
-            recorder.appendGap(wheel % 2 == 0 ? 20 : 40);
-        }
+        const bool isPaused = isTriggered && wheel % 2 == 1;
+        recorder.moment += isPaused ? 30 : 0;
+        recorder.append(isPaused ? 10 : wheel % 2 == 0 ? 20 : 40, 20, kBackground);
     }
     return recorder.bytes;
 }
 
 QByteArray trainSettings() {
-    return "calibrLines2=1360\n"
-           "minProfsInWheel=5\n"
-           "[SENSOR1]\nSN=1001\nlevel_k=0\nlevel_b=100\nk2=0\nb2=50\n"
-           "lowlevel_k=0\nlowlevel_b=10\nminPointsIn=5\n"
-           "[SENSOR2]\nSN=1002\nlevel_k=0\nlevel_b=100\nk2=0\nb2=50\n"
-           "lowlevel_k=0\nlowlevel_b=10\nminPointsIn=5\n";
-}
-
-void writeFile(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        std::abort(); // the test cannot go on
-    }
-}
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QByteArray lines = "level_k=0\nlevel_b=100\nk2=0\nb2=50\nlowlevel_k=0\nlowlevel_b=10\nminPointsIn=5\n";
+    return "calibrLines2=1360\nminProfsInWheel=5\n[SENSOR1]\nSN=1001\n" + lines + "[SENSOR2]\nSN=1002\n" + lines;
 }
 
 } // namespace tool_test

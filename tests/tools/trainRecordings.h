@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QtCore/QByteArray>
-#include <QtCore/QString>
 
 #include <optional>
 #include <vector>
@@ -10,8 +9,6 @@
 namespace tool_test {
 
 enum class RecordKind { CloudSections, ProfileRecords };
-
-constexpr float kBaseDistance = 1360.0f;
 
 /// One wheel as a sensor sees it: flat, `offset` above the reference line. Without one the sensor misses the wheel.
 using SeenWheel = std::optional<float>;
@@ -22,10 +19,7 @@ using SeenWheel = std::optional<float>;
 QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile = 40,
                      bool isTriggered = false);
 
-/// Settings for the serial numbers 1001 and 1002.
+/// Settings for the serial numbers 1001 and 1002, with the base distance 1360.
 QByteArray trainSettings();
-
-void writeFile(const QString& path, const QByteArray& content);
-QByteArray readFile(const QString& path);
 
 } // namespace tool_test
