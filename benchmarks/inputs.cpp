@@ -120,6 +120,9 @@ const KxMath::KxProfileZSet& profileSet() {
     for (int row = static_cast<int>(set.profiles.size()); row < kRows; ++row) {
         KxMath::KxProfileZ profile(0.0625f * static_cast<float>(row));
         profile.points = profilePoints(kProfilePoints, static_cast<unsigned>(row % 16));
+        for (KxPointXY& p : profile.points) {
+            p.x *= 0.9999f; // off the columns of the grid
+        }
         set.profiles.append(profile);
         set.stepZ = 0.0625f; // as in x: a grid of 1280 columns
     }

@@ -1,0 +1,200 @@
+// Sets of profiles: files, and clouds made of them and into them.
+#include "grid/jobs.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace kxbench {
+
+namespace {
+
+constexpr std::size_t kHeadBytes = 7;
+constexpr std::size_t kRecordBytes = kHeadBytes + sizeof(KxPointXY) * kProfilePoints;
+constexpr std::size_t kFileBytes = kRecordBytes * kRows;
+
+std::FILE* openFile(const char* mode) {
+    return std::fopen(memoryFile("set").toLocal8Bit().constData(), mode);
+}
+
+void writeRecord(std::FILE* file, const KxMath::KxProfileZ& profile) {
+    const auto count = static_cast<quint16>(profile.points.size());
+    std::fputc(5, file);
+    std::fwrite(&count, sizeof(count), 1, file);
+    std::fwrite(&profile.z, sizeof(profile.z), 1, file);
+    std::fwrite(profile.points.constData(), sizeof(KxPointXY), count, file);
+}
+
+void addWriting() {
+    constexpr const char* kOperation = "write profile set";
+    const auto room = [](GridJob& j) {
+        j.bytes = std::make_unique<char[]>(kFileBytes);
+        std::memset(j.bytes.get(), 1, kFileBytes);
+    };
+    const auto fileSize = [](GridJob&) {
+        std::FILE* const file = openFile("rb");
+        std::fseek(file, 0, SEEK_END);
+        const Digest digest{static_cast<double>(std::ftell(file)), 0.0};
+        std::fclose(file);
+        return digest;
+    };
+    addOnGrid(
+        kOperation, "kx", fillSet, [](GridJob& j) { j.set.writeToFile(memoryFile("set")); }, fileSize);
+    addOnGrid(
+        kOperation, "peer_buffered_io", fillSet,
+        [](GridJob& j) {
+            std::FILE* const file = openFile("wb");
+            for (const KxMath::KxProfileZ& profile : std::as_const(j.set.profiles)) {
+                writeRecord(file, profile);
+            }
+            std::fclose(file);
+        },
+        fileSize);
+    addOnGrid(
+        kOperation, "limit_one_write", room,
+        [](GridJob& j) {
+            std::FILE* const file = openFile("wb");
+            std::fwrite(j.bytes.get(), 1, kFileBytes, file);
+            std::fclose(file);
+        },
+        fileSize);
+}
+
+void addReading() {
+    constexpr const char* kOperation = "read profile set";
+    const auto write = [](GridJob&) {
+        GridJob source;
+        source.set = profileSet();
+        source.set.writeToFile(memoryFile("set"));
+    };
+    addOnGrid(
+        kOperation, "kx", write, [](GridJob& j) { j.set.readFromFile(memoryFile("set")); },
+        [](GridJob& j) {
+            BitDigest digest;
+            for (const KxMath::KxProfileZ& profile : std::as_const(j.set.profiles)) {
+                digest.add(profile.points.last().y);
+            }
+            return digest.result();
+        });
+    addOnGrid(
+        kOperation, "peer_buffered_io", write,
+        [](GridJob& j) {
+            std::FILE* const file = openFile("rb");
+            char head[kHeadBytes];
+            while (std::fread(head, sizeof(head), 1, file) == 1) {
+                quint16 count;
+                std::memcpy(&count, head + 1, sizeof(count));
+                j.profiles.emplace_back(count);
+                j.value += static_cast<double>(std::fread(j.profiles.back().data(), sizeof(KxPointXY), count, file));
+            }
+            std::fclose(file);
+        },
+        [](GridJob& j) {
+            BitDigest digest;
+            for (const std::vector<KxPointXY>& profile : j.profiles) {
+                digest.add(profile.back().y);
+            }
+            return digest.result();
+        });
+    addOnGrid(
+        kOperation, "limit_one_read", write,
+        [](GridJob& j) {
+            j.bytes = std::make_unique_for_overwrite<char[]>(kFileBytes);
+            std::FILE* const file = openFile("rb");
+            j.value = static_cast<double>(std::fread(j.bytes.get(), 1, kFileBytes, file));
+            std::fclose(file);
+        },
+        nothing<GridJob>);
+}
+
+void addToCloud() {
+    constexpr const char* kOperation = "set to cloud";
+    addOnGrid(
+        kOperation, "kx", fillSet, [](GridJob& j) { j.set.toPointCloud(j.cloud); },
+        [](GridJob& j) { return digestXY(j.cloud.points); });
+    addOnGrid(
+        kOperation, "peer_plain_loop", fillSet,
+        [](GridJob& j) {
+            j.points.reserve(kGridPoints);
+            for (const KxMath::KxProfileZ& profile : std::as_const(j.set.profiles)) {
+                for (const KxPointXY& p : profile.points) {
+                    j.points.emplace_back(p.x, p.y, profile.z);
+                }
+            }
+        },
+        [](GridJob& j) { return digestXY(j.points); });
+}
+
+void fillCloud(GridJob& j) {
+    j.set = profileSet();
+    j.set.toPointCloud(j.cloud);
+    j.cloud.calcRange();
+    j.set.clear();
+}
+
+void addFromCloud() {
+    constexpr const char* kOperation = "set from cloud";
+    const auto digestProfiles = [](const auto& profiles, auto pointsOf) {
+        BitDigest digest;
+        for (const auto& profile : profiles) {
+            for (const KxPointXY& p : pointsOf(profile)) {
+                digest.add(p.x);
+                digest.add(p.y);
+            }
+        }
+        return digest.result();
+    };
+    addOnGrid(
+        kOperation, "kx", fillCloud, [](GridJob& j) { j.set.calcFromPointCloud(j.cloud, kPitch); },
+        [=](GridJob& j) {
+            return digestProfiles(
+                j.set.profiles, [](const KxMath::KxProfileZ& p) -> auto& { return p.points; });
+        });
+    addOnGrid(
+        kOperation, "peer_bucket_loop", fillCloud,
+        [](GridJob& j) {
+            const float extent = j.cloud.maxZ - j.cloud.minZ;
+            j.profiles.resize(static_cast<std::size_t>(std::ceil(extent / kPitch)) + 1);
+            for (const KxPointXYZ& p : std::as_const(j.cloud.points)) {
+                const auto slice = static_cast<std::size_t>((p.z - j.cloud.minZ) / kPitch + 0.5f);
+                j.profiles[slice].emplace_back(p.x, p.y);
+            }
+        },
+        [=](GridJob& j) {
+            return digestProfiles(
+                j.profiles, [](const std::vector<KxPointXY>& points) -> auto& { return points; });
+        });
+}
+
+void addAverage() {
+    addOnGrid(
+        "average of set", "kx", fillSet, [](GridJob& j) { j.value = static_cast<double>(j.set.calcAverageY()); },
+        digestValue);
+    addOnGrid(
+        "average of set", "limit_ordered_sums", fillSet,
+        [](GridJob& j) {
+            float means = 0.0f;
+            for (const KxMath::KxProfileZ& profile : std::as_const(j.set.profiles)) {
+                float sum = 0.0f;
+                for (const KxPointXY& p : profile.points) {
+                    sum += p.y;
+                }
+                means += sum / static_cast<float>(profile.points.size());
+            }
+            j.value = static_cast<double>(means / kRows);
+        },
+        digestValue);
+}
+
+[[maybe_unused]] const bool isRegistered = [] {
+    addWriting();
+    addReading();
+    addToCloud();
+    addFromCloud();
+    addAverage();
+    return true;
+}();
+
+} // namespace
+
+} // namespace kxbench

@@ -1,0 +1,71 @@
+// Single profiles of wheels and of the calibration object.
+#include "railway/jobs.h"
+
+#include "shapes/rimSection.h"
+#include "simulator/calibrationTrial.h"
+#include "simulator/wheelContour.h"
+
+namespace kxbench {
+
+const QList<KxMath::KxPointXYZ>& rimPoints() {
+    static const QList<KxMath::KxPointXYZ> points = [] {
+        KxMath::KxProfile wheel;
+        for (int i = 0; i < kRimPoints; ++i) {
+            const double x = 0.1 * i;
+            wheel.points.append(KxMath::KxPointXY(static_cast<float>(x),
+                                                  static_cast<float>(kxsim::s1002Height(x - kxsim::kTapeCircle))));
+        }
+        KxMath::KxPointCloud<KxMath::KxPointXYZ> rim;
+        kxtool::appendRimSection(wheel, rim);
+        return rim.points;
+    }();
+    return points;
+}
+
+namespace {
+
+void measure(RimJob& job) {
+    KxMath::_WheelProfileValues values;
+    KxMath::METRO_calcWheelParameters(job.rim, KxMath::KxCircle(0.0f, 0.0f, 0.0f), &values, nullptr);
+    job.measures = {static_cast<double>(values.heightAt70), static_cast<double>(values.xAtLevel18),
+                    static_cast<double>(values.widthLevel2ToH13)};
+}
+
+/// A profile of the calibration object, and of a wheel.
+struct ProfileOfOne {
+    KxMath::KxProfile profile;
+    KxMath::_KxMETRO_SensorCoord_ coord{};
+    bool isDone = false;
+};
+
+Digest digestDone(ProfileOfOne& job) {
+    return {job.isDone ? 1.0 : 0.0, 0.0};
+}
+
+[[maybe_unused]] const bool isRegistered = [] {
+    add<RimJob>("wheel parameters", kRimPoints, "kx", 20, fillRim, measure, digestRim);
+    const kxsim::CalibrationObject object = kxsim::objectForPlacement(2);
+    add<ProfileOfOne>(
+        "calibration", kProfilePoints, "kx", 1,
+        [=](ProfileOfOne& j) {
+            kxsim::Random random({1, 1});
+            kxsim::takeCalibrationProfile(object, 2, kxsim::nominalCalibrationPose(2, object),
+                                          kxsim::CalibrationSensor(), random, j.profile);
+            j.coord.position = 2;
+        },
+        [=](ProfileOfOne& j) {
+            j.isDone = KxMath::METRO_calcAnglesCoord(j.profile, static_cast<float>(object.p1()),
+                                                     static_cast<float>(object.p2()), static_cast<float>(object.p3()),
+                                                     static_cast<float>(object.p4()), j.coord, {}, nullptr);
+        },
+        digestDone);
+    add<ProfileOfOne>(
+        "wheel defect", kProfilePoints, "kx", 10,
+        [](ProfileOfOne& j) { j.profile.points = freshCopy(profilePoints()); },
+        [](ProfileOfOne& j) { j.isDone = KxMath::METRO_detectWheelDefect(j.profile, 20, 0.3f, 5); }, digestDone);
+    return true;
+}();
+
+} // namespace
+
+} // namespace kxbench
