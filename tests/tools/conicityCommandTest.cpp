@@ -57,11 +57,9 @@ TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
         const char* warning;
     } cases[] = {
         {{"--up", "wheels"}, "wheel1 looks upside down"},
-        {{"--up", "rails"}, "rail1 looks upside down"},
         {{"--mirror", "wheel2"}, "wheel2 has its lowest point far from the flange back"},
         {{"--back-to-back", "1360.1"}, "no multiple of 0.2 mm"},
         {{"--amplitude", "60"}, "the amplitude of 60 mm is not reached"},
-        {{"--gauge-depth", "50"}, "does not reach down to the gauge depth"},
         {{"--amplitude", "12"}, "the difference of radii jumps"},
     };
     for (const auto& c : cases) {
@@ -71,18 +69,14 @@ TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
 
 TEST_F(ConicityCommand, Refuses) {
     write("words.whl", "no\nnumbers\n");
-    write("cut.bin", QByteArray("\x02\x05\x00\x01", 4));
     const auto bad = [](const QStringList& more) { return with("wheel.csv", "rail.csv", more); };
     expectRefusals({
         {with("missing.csv", "rail.csv", {}), 3, "wheel1 'missing.csv' cannot be read"},
         {with("words.whl", "rail.csv", {}), 3, "holds no points"},
-        {with("cut.bin", "rail.csv", {}), 3, "is damaged"},
         {{"--wheel1", "wheel.csv"}, 2, "--rail1 is missing, see kxmath conicity --help"},
         {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
         {bad({"--up", "sleepers"}), 2, "does not know 'sleepers'"},
-        {bad({"--columns", "1"}), 2, "--columns"},
         {bad({"--no-such-option"}), 2, "no-such-option"},
-        {bad({"surplus"}), 2, "unexpected argument"},
         {bad({"--json", "wheel.csv"}), 2, "an input"},
         {bad({"--json", "no/such/folder/j.json"}), 4, "cannot write"},
     });

@@ -87,8 +87,6 @@ TEST_F(Convert, Refuses) {
         {"odd.xyzf", "12345"},
         {"claim.ply", "ply\nformat binary_little_endian 1.0\nelement vertex 4000000000\nproperty float x\n"
                       "property float y\nend_header\n12345678"},
-        {"big.ply", "ply\nformat binary_big_endian 1.0\nelement vertex 0\nend_header\n"},
-        {"open.ply", "ply\nformat ascii 1.0\n"},
         {"list.ply", "ply\nformat ascii 1.0\nelement vertex 1\nproperty list uchar int x\nend_header\n1\n"},
         {"fields.pcd", "FIELDS x y\nSIZE 4\nPOINTS 1\nDATA ascii\n1 2\n"},
         {"packed.pcd", "FIELDS x y\nSIZE 4 4\nTYPE F F\nPOINTS 1\nDATA binary_compressed\n"},
@@ -104,7 +102,6 @@ TEST_F(Convert, Refuses) {
         {{"spatial.bin", "a.abc"}, 2, "does not tell the kind"},
         {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
         {{"-", "a.xyz"}, 2, "--from"},
-        {{"spatial.bin", "a.xyz", "--to", "abc"}, 2, "does not know 'abc'"},
         {{"spatial.bin", "a.csv"}, 4, "holds one profile"},
         {{"spatial.bin", "no/folder/a.xyz"}, 4, "could not be written"},
     });

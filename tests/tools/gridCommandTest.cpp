@@ -71,7 +71,6 @@ TEST_F(GridCommand, EachPatchIsOneSeed) {
         QStringList more;
     } cases[] = {
         {"scan.bin", kNaN, 0.03f, {}},
-        {"scan.bin", kNaN, 0.0f, {}},
         {"sections.bin", kNaN, 0.03f, {"--z0", "0", "--dz", "0.5"}},
         {"scan.bin", -80.0f, 0.03f, {"--seeds", ",-20"}},
         {"scan.bin", -80.0f, 0.03f, {"--blocks", "3", "--seeds", "13,-6,0.2,0.2,500"}},
@@ -123,7 +122,6 @@ TEST_F(GridCommand, Refuses) {
     writeScan(-80.0f, 0.03f);
     const QByteArray whole = read("scan.bin");
     const qsizetype second = 7 + 8 * 161 + 8 * 2; // where the second record begins
-    write("empty.bin", "");
     write("cut.bin", whole.chopped(3));
     write("bad.bin", whole.left(second) + "\x09" + whole.mid(second + 1));
     write("none.bin", QByteArray("\x05\x00\x00\x00\x00\x00\x00", 7));
@@ -131,7 +129,6 @@ TEST_F(GridCommand, Refuses) {
     write("seed-001.bin", "old");
     expectRefusals({
         {{"missing.bin", "--step", "1"}, 3, "does not exist"},
-        {{"empty.bin", "--step", "1"}, 3, "is empty"},
         {{"cut.bin", "--step", "1"}, 3, "after 159 whole records: the record that begins there is cut short"},
         {{"bad.bin", "--step", "1"}, 3, "damaged at byte 1311, after 1 whole records: it is 0x09"},
         {{"none.bin", "--step", "1"}, 3, "holds no points"},
@@ -139,9 +136,7 @@ TEST_F(GridCommand, Refuses) {
         {{"scan.bin", "--step", "100"}, 1, "1 columns"},
         {{"scan.bin", "--step", "1e-6"}, 2, "40 million"},
         {{"scan.bin", "--step", "1", "--dz", "1e7"}, 2, "slices"},
-        {{"scan.bin", "--step", "1", "--gap", "-1"}, 2, "--gap must be above 0"},
         {{"scan.bin"}, 2, "--step S is needed"},
-        {{"scan.bin", "--step", "nan"}, 2, "--step is no number"},
         {{"scan.bin", "--step", "1", "--blocks", "0"}, 2, "--blocks"},
         {{"scan.bin", "--step", "1", "--seeds", "1,2,3,0"}, 2, "TOLERANCE"},
         {{"scan.bin", "--step", "1", "--seeds", "1,2,3,4,5,6,7"}, 2, "more than 6"},

@@ -52,9 +52,7 @@ TEST_F(WheelCommand, MeasuresAllFormsOfWheels) {
                                       {"wheel.bin"},
                                       {"wheel.whl"},
                                       {"turned.whl", "--up", "--mirror"},
-                                      {"tape.whl"},
                                       {"tape.whl", "--flange-back", "-70"},
-                                      {"turned.whl", "--up", "--mirror", "--flange-back", "0"},
                                       {"late.csv", "--flange-back", "0"},
                                       {"wheel.csv", "--spacing", "0.05"},
                                       {"rim.bin", "--centre", "100,20"}};
@@ -79,9 +77,7 @@ TEST_F(WheelCommand, JudgesByLimits) {
     } cases[] = {
         {{}, ""},
         {{"--min-height", "27.9", "--max-height", "28.1"}, "within"},
-        {{"--min-height", "28.1"}, "outside"},
         {{"--max-width", "9", "--min-height", "20"}, "outside"},
-        {{"--max-thickness", "32"}, "outside"},
         {{"--max-excess", "1"}, "within"},
     };
     for (const auto& c : cases) {
@@ -116,13 +112,11 @@ TEST_F(WheelCommand, Refuses) {
     write("nan.csv", "nan;nan\n");
     write("far.csv", "0;0\n1e30;1\n");
     expectRefusals({
-        {{"."}, 3, "'.'"},
         {{"nan.csv"}, 3, "holds no points"},
         {{"words.whl"}, 3, "holds no points"},
         {{"cut.bin"}, 3, "no whole cloud section"},
         {{"far.csv", "--spacing", "0.1"}, 3, "too long"},
         {{}, 2, "no file"},
-        {{"wheel.csv", "--min-height", "x"}, 2, "--min-height needs a number"},
         {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},
         {{"wheel.csv", "--centre", "1"}, 2, "--centre"},
         {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},

@@ -86,29 +86,3 @@ TEST(Defects, ShowOnlyToTheirSensorAndWhereTheWheelRollsOverIt) {
     EXPECT_EQ(changeOf(p, {Defect::Kind::Flat, 1, 1, 80.0, 120.0}).profiles, 0) << "elsewhere on the circumference";
     EXPECT_EQ(changeOf(p, {Defect::Kind::BuildUp, 1, 1, 1.5, -120.0}).profiles, 0);
 }
-
-TEST(Defects, StandBetweenTheLinesOfTheirSettings) {
-    const Parameters p = undisturbed();
-    const Pass pass(p);
-    const kxsim::CalibratedLines lines = kxsim::calibrate(p, 1);
-    const kxsim::Pose pose = kxsim::makePose(p, 1);
-    const QJsonObject wheel = pass.wheel(0, 1);
-    const auto profiles = pass.profiles(1);
-    int treadProfiles = 0;
-    for (int record = wheel["firstRecord"].toInt(); record <= wheel["lastRecord"].toInt(); ++record) {
-        int treadPoints = 0;
-        for (const KxMath::KxPointXY& q : profiles[static_cast<std::size_t>(record - 1)].points) {
-            const double x = static_cast<double>(q.x);
-            const double y = static_cast<double>(q.y);
-            if (y < lines.treadLow.at(x) || y > lines.treadLevel.at(x)) {
-                continue;
-            }
-            ++treadPoints;
-            const double axial = pose.toTrack(x, y).y - p.backToBack / 2.0;
-            EXPECT_GT(axial, 40.0);
-            EXPECT_LT(axial, 135.001);
-        }
-        treadProfiles += treadPoints > 200 ? 1 : 0;
-    }
-    EXPECT_GT(treadProfiles, 5);
-}

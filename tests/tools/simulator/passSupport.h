@@ -52,13 +52,13 @@ public:
     }
 
     /// The number of wheels that detection finds; `starts` receives the records with which they start.
-    int detect(int sensor, int mode, QSettings& settings, std::vector<int>* starts = nullptr) const {
+    int detect(int sensor, int mode, QSettings& settings, std::vector<int>& starts) const {
         QDir(recording(sensor).chopped(4)).removeRecursively();
         QSettings results(path(QStringLiteral("results.ini")), QSettings::IniFormat);
         int wheels = -1;
         KxMath::METRO_detectWheels_Test(recording(sensor), &settings, mode, &wheels, &results);
-        for (int wheel = 1; starts != nullptr && wheel <= wheels; ++wheel) {
-            starts->push_back(results.value(QStringLiteral("Wheel_%1/firstProfInWheel").arg(wheel)).toInt());
+        for (int wheel = 1; wheel <= wheels; ++wheel) {
+            starts.push_back(results.value(QStringLiteral("Wheel_%1/firstProfInWheel").arg(wheel)).toInt());
         }
         return wheels;
     }
@@ -68,10 +68,8 @@ public:
         std::deque<KxMath::KxProfileZ> all;
         QFile file(path(recording(sensor)));
         KxMath::KxProfileZ record;
-        while (file.isOpen() || file.open(QIODevice::ReadOnly)) {
-            if (record.readFromFile(file) < 0) {
-                break;
-            }
+        file.open(QIODevice::ReadOnly);
+        while (record.readFromFile(file) >= 0) {
             all.emplace_back(record);
         }
         return all;

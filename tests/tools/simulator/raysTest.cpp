@@ -1,4 +1,4 @@
-// Rays on surfaces of revolution, on whole wheels, on boxes and on bodies along the track.
+// Rays on whole wheels and on rails.
 #include "simulator/bodies.h"
 #include "simulator/random.h"
 #include "simulator/wheel.h"
@@ -12,10 +12,6 @@ using namespace kxsim;
 namespace {
 
 constexpr double kEnd = 1e4;
-
-AxialRay towards(double axial, double x, double z, double axialStep, double xStep, double zStep) {
-    return {axial, axialStep, {x, z}, {xStep, zStep}};
-}
 
 /// True inside the cross-section, closed along the axle.
 bool isInside(const Contour& contour, double axial, double radius) {
@@ -39,40 +35,6 @@ bool isInside(const Contour& contour, double axial, double radius) {
 }
 
 } // namespace
-
-TEST(Rays, MeetCylinderConeAndDiscWhereGeometrySays) {
-    const SurfaceOfRevolution cylinder({{0.0, 100.0}, {50.0, 100.0}});
-    const SurfaceOfRevolution cone({{0.0, 100.0}, {50.0, 50.0}});
-    const SurfaceOfRevolution disc({{10.0, 20.0}, {10.0, 60.0}});
-    const double chord = std::sqrt(100.0 * 100.0 - 60.0 * 60.0);
-    const double r5 = std::sqrt(0.5);
-    const struct {
-        const char* desc;
-        const SurfaceOfRevolution& surface;
-        AxialRay ray;
-        double from;
-        double expected;
-    } cases[] = {
-        {"straight on", cylinder, towards(25, -300, 0, 0, 1, 0), 0, 200},
-        {"from within", cylinder, towards(25, 0, 0, 0, 1, 0), 0, 100},
-        {"behind the first wall", cylinder, towards(25, -300, 0, 0, 1, 0), 201, 400},
-        {"off the middle", cylinder, towards(25, -300, 60, 0, 1, 0), 0, 300 - chord},
-        {"aslant", cylinder, towards(-150, -300, 0, r5, r5, 0), 0, 200 / r5},
-        {"past the end", cylinder, towards(51, -300, 0, 0, 1, 0), 0, kEnd},
-        {"over it", cylinder, towards(25, -300, 101, 0, 1, 0), 0, kEnd},
-        {"along the axis inside", cylinder, towards(-10, 3, 4, 1, 0, 0), 0, kEnd},
-        {"cone at its radius", cone, towards(20, -300, 0, 0, 1, 0), 0, 220},
-        {"cone along the axis", cone, towards(-10, 60, 0, 1, 0, 0), 0, 50},
-        {"cone along its wall's slope", cone, towards(-30, 100, 0, r5, r5, 0), 0, kEnd},
-        {"not the mirror image of the cone", cone, towards(130, -300, 0, 0, 1, 0), 0, kEnd},
-        {"disc", disc, towards(-10, 30, 40, 1, 0, 0), 0, 20},
-        {"hole of the disc", disc, towards(-10, 3, 4, 1, 0, 0), 0, kEnd},
-        {"along the disc", disc, towards(10, -100, 0, 0, 1, 0), 0, kEnd},
-    };
-    for (const auto& c : cases) {
-        EXPECT_NEAR(c.surface.hit(c.ray, {c.from, kEnd}), c.expected, 1e-9) << c.desc;
-    }
-}
 
 TEST(Rays, MeetAWheelWhereTheyFirstEnterIt) {
     const Wheel wheel({860.0, 368.0, 2.0}, -1, 680.0);
@@ -101,17 +63,6 @@ TEST(Rays, MeetAWheelWhereTheyFirstEnterIt) {
         }
     }
     EXPECT_GT(hits, 150);
-}
-
-TEST(Rays, MeetBoxes) {
-    const Box box = {{-1, -2, -3}, {1, 2, 3}};
-    EXPECT_DOUBLE_EQ(hitBox(box, {{-11, 0, 0}, {1, 0, 0}}, kEnd), 10);
-    EXPECT_DOUBLE_EQ(hitBox(box, {{0, 12, 0}, {0, -2, 0}}, kEnd), 5);
-    EXPECT_DOUBLE_EQ(hitBox(box, {{-11, -10, 0}, {1, 1, 0}}, kEnd), 10);
-    EXPECT_EQ(hitBox(box, {{-11, 2.5, 0}, {1, 0, 0}}, kEnd), kEnd);
-    EXPECT_EQ(hitBox(box, {{-11, -14, 0}, {1, 1, 0}}, kEnd), kEnd);
-    EXPECT_EQ(hitBox(box, {{11, 0, 0}, {1, 0, 0}}, kEnd), kEnd) << "behind the ray";
-    EXPECT_EQ(hitBox(box, {{-11, 0, 0}, {1, 0, 0}}, 9), 9) << "beyond the end";
 }
 
 TEST(Rays, MeetTheRailOnItsInnerSideAndTop) {
