@@ -61,11 +61,9 @@ TEST(FilesPage, HasTheBytesOfTheBinaryFormats) {
     KxPointCloud<KxPointXY> flat;
     flat.points = {{1.5f, -2.0f}, {10.25f, kNaN}};
     expectBytes("2-D cloud", flat);
-
     KxPointCloud<KxPointXYZ> spatial;
     spatial.points = {{1.0f, 2.0f, -0.5f}};
     expectBytes("3-D cloud", spatial);
-
     KxPointCloud<KxPointXYZRGB> coloured;
     coloured.points = {{1.0f, 2.0f, 3.0f, 0x00FF0000u}};
     expectBytes("Coloured 3-D cloud", coloured);

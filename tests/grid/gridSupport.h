@@ -54,7 +54,8 @@ inline void fill(KxMath::KxMatrixCloud& matrix, const Heights& heights, float st
 }
 
 inline Heights nastyHeights(Nasty& nasty, int maxSide) {
-    Heights heights(nasty.size(maxSide), QList<float>(nasty.size(maxSide)));
+    const int columns = nasty.size(maxSide);
+    Heights heights(nasty.size(maxSide), QList<float>(columns));
     for (QList<float>& row : heights) {
         std::generate(row.begin(), row.end(), [&] { return nasty.value(); });
     }

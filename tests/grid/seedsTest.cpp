@@ -136,7 +136,8 @@ TEST(Seeds, GrowthPostponesWhatIsTooDeep) {
     for (int round = 0; round < 600; ++round) {
         nasty.nextCase();
         PlainSearch plain;
-        plain.rows = QList<QList<HistoCell>>(1 + nasty.below(25), QList<HistoCell>(1 + nasty.below(25)));
+        const int columns = 1 + nasty.below(25);
+        plain.rows = QList<QList<HistoCell>>(1 + nasty.below(25), QList<HistoCell>(columns));
         for (QList<HistoCell>& row : plain.rows) {
             for (HistoCell& cell : row) {
                 const float mean = nasty.chance(80) ? nasty.plain() : nasty.value();

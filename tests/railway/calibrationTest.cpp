@@ -88,8 +88,7 @@ struct Case {
 } // namespace
 
 TEST(Calibration, FindsPosesInViewAndIsNeverWrong) {
-    int inView = 0;
-    int right = 0;
+    int inView = 0, right = 0;
     for (int placement = 0; placement <= 6; ++placement) {
         const kxsim::CalibrationObject object = kxsim::objectForPlacement(placement);
         const kxsim::Pose nominal = kxsim::nominalCalibrationPose(placement, object);
@@ -264,8 +263,7 @@ TEST(Calibration, ChanceShapesAreNoObject) {
     for (int round = 0; round < 300; ++round) {
         Case c;
         // Seven or more apexes at random about those of the object.
-        float x = -60;
-        float y = 250;
+        float x = -60, y = 250;
         c.profile.clear();
         for (int flank = 0; flank < 10; ++flank) {
             const float width = 8 + 16 * uniform(engine);

@@ -19,48 +19,44 @@ using testing_support::exact;
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInf = std::numeric_limits<float>::infinity();
 
-/// The results of one call, which own the profiles that the call hands out.
-struct Result {
-    int count = 0;
-    KxProfile conicity, deltaR, slope1, slope2;
-    std::vector<std::unique_ptr<KxProfile>> placed, contacts1, contacts2;
-};
-
+/// Two cones on round rails.
 struct WheelSet {
     KxProfile wheel1, wheel2, rail1, rail2;
     float radius1 = 460, radius2 = 460;
     float railDistance = 1442, wheelDistance = 1360;
     unsigned int amplitudes = 100;
     float edgeMargin = 0.001f;
+
+    explicit WheelSet(float slope = 0.1f) {
+        kxtool::appendConicalWheel(wheel1, slope);
+        kxtool::appendConicalWheel(wheel2, slope);
+        kxtool::appendRoundRail(rail1, 80.0f);
+        kxtool::appendRoundRail(rail2, 80.0f);
+    }
 };
 
-void calculate(WheelSet& set, Result& r) {
-    constexpr size_t kRoom = 20000;
-    std::vector<KxProfile*> contacts1(kRoom), contacts2(kRoom);
-    KxProfile* placed[4] = {};
-    int count1 = 0;
-    int count2 = 0;
-    r.count = EquivalentConicity(set.wheel1, set.wheel2, set.rail1, set.rail2, set.radius1, set.radius2,
-                                 set.railDistance, set.wheelDistance, set.amplitudes, r.conicity, r.deltaR, r.slope1,
-                                 r.slope2, placed, contacts1.data(), count1, contacts2.data(), count2, set.edgeMargin);
-    for (int i = 0; i < count1; ++i) {
-        r.contacts1.emplace_back(contacts1[static_cast<size_t>(i)]);
-        r.contacts2.emplace_back(contacts2[static_cast<size_t>(i)]);
-    }
-    EXPECT_EQ(count1, count2);
-    for (KxProfile* const p : placed) {
-        r.placed.emplace_back(p);
-    }
-}
+using Profiles = std::vector<std::unique_ptr<KxProfile>>;
 
-void fillCones(WheelSet& set, float slope) {
-    for (KxProfile* const wheel : {&set.wheel1, &set.wheel2}) {
-        kxtool::appendConicalWheel(*wheel, slope);
+/// The results of one call, which own the profiles that the call hands out.
+struct Result {
+    int count = 0;
+    KxProfile conicity, deltaR, slope1, slope2;
+    Profiles placed, contacts1, contacts2;
+
+    explicit Result(WheelSet& set) {
+        conicity.points.append(KxPointXY(1, 2)); // stale
+        constexpr int kRoom = 20000;
+        QList<KxProfile*> handed(4), first(kRoom), second(kRoom);
+        int count1 = 0, count2 = 0;
+        count = EquivalentConicity(set.wheel1, set.wheel2, set.rail1, set.rail2, set.radius1, set.radius2,
+                                   set.railDistance, set.wheelDistance, set.amplitudes, conicity, deltaR, slope1,
+                                   slope2, handed.data(), first.data(), count1, second.data(), count2, set.edgeMargin);
+        EXPECT_EQ(count1, count2);
+        placed = Profiles(handed.begin(), handed.end());
+        contacts1 = Profiles(first.begin(), first.begin() + count1);
+        contacts2 = Profiles(second.begin(), second.begin() + count2);
     }
-    for (KxProfile* const rail : {&set.rail1, &set.rail2}) {
-        kxtool::appendRoundRail(*rail, 80.0f);
-    }
-}
+};
 
 /// y at `x` between the points of a curve ordered by x.
 float valueAt(KxProfile& curve, float x) {
@@ -69,10 +65,8 @@ float valueAt(KxProfile& curve, float x) {
 
 TEST(Conicity, OfConesIsTheirSlope) {
     for (const float slope : {0.025f, 0.05f, 0.1f, 0.2f}) {
-        WheelSet set;
-        fillCones(set, slope);
-        Result r;
-        calculate(set, r);
+        WheelSet set(slope);
+        Result r(set);
         ASSERT_GT(r.count, 20) << slope;
         for (const KxPointXY& p : std::as_const(r.conicity.points)) {
             if (p.x <= 5.0f) {
@@ -92,11 +86,9 @@ TEST(Conicity, OfConesIsTheirSlope) {
 
 TEST(Conicity, KeepsItsSymmetries) {
     WheelSet set;
-    fillCones(set, 0.1f);
     kxtool::appendConicalWheel(set.wheel2, 0.05f); // sides that differ
     set.wheel2.points.remove(0, set.wheel1.points.size());
-    Result r;
-    calculate(set, r);
+    Result r(set);
     ASSERT_GT(r.count, 20);
     const struct {
         const char* what;
@@ -121,8 +113,7 @@ TEST(Conicity, KeepsItsSymmetries) {
         SCOPED_TRACE(c.what);
         WheelSet changed(set);
         c.change(changed);
-        Result other;
-        calculate(changed, other);
+        Result other(changed);
         ASSERT_GT(other.count, 20);
         EXPECT_NEAR(valueAt(other.conicity, 3.0f), valueAt(r.conicity, 3.0f), 0.002f);
         EXPECT_NEAR(valueAt(other.deltaR, c.sign * 2.0f), c.sign * valueAt(r.deltaR, 2.0f), 0.03f);
@@ -130,9 +121,7 @@ TEST(Conicity, KeepsItsSymmetries) {
     WheelSet wide(set), narrow(set);
     wide.railDistance += 4.0f;
     narrow.wheelDistance -= 4.0f;
-    Result a, b;
-    calculate(wide, a);
-    calculate(narrow, b);
+    Result a(wide), b(narrow);
     ASSERT_GT(a.count, 20);
     EXPECT_NEAR(valueAt(a.conicity, 3.0f), valueAt(b.conicity, 3.0f), 0.002f) << "gauge against back-to-back";
 }
@@ -210,8 +199,7 @@ TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
     std::uniform_real_distribution<float> slopes(0.02f, 0.15f);
     std::normal_distribution<float> noise(0.0f, 0.01f);
     for (int round = 0; round < 12; ++round) {
-        WheelSet set;
-        fillCones(set, slopes(random));
+        WheelSet set(slopes(random));
         set.amplitudes = round % 3 == 0 ? 7 : 60;
         const float margins[] = {0.001f, 0.03f, 0.0f, -0.5f};
         set.edgeMargin = margins[round % 4];
@@ -222,8 +210,7 @@ TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
                 }
             }
         }
-        Result r;
-        calculate(set, r);
+        Result r(set);
         ASSERT_GT(r.count, 2) << round;
         ASSERT_LE(r.conicity.points.first().x, 1.1f) << "else points of conicity 0 stand before";
         KxProfile expected;
@@ -234,11 +221,9 @@ TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
 
 TEST(Conicity, HasAsManyPointsAsAmplitudesAreAskedFor) {
     WheelSet set;
-    fillCones(set, 0.1f);
     for (const unsigned int amplitudes : {0u, 1u}) {
         set.amplitudes = amplitudes;
-        Result r;
-        calculate(set, r);
+        Result r(set);
         EXPECT_GT(r.deltaR.size(), 20);
         ASSERT_EQ(r.count, static_cast<int>(amplitudes));
         EXPECT_TRUE(r.count == 0 || std::abs(r.conicity.points[0].x - 1.0f) <= 0.011f);
@@ -255,8 +240,7 @@ TEST(Conicity, EndsWhereOnlySplinesSwingOut) {
     }
     set.railDistance = 1435;
     set.amplitudes = 3;
-    Result r;
-    calculate(set, r); // the amplitudes of its spline would take some GB
+    Result r(set); // the amplitudes of its spline would take some GB
     ASSERT_GT(r.count, 2);
     EXPECT_GT(r.conicity.points.last().x, 500.0f) << "no more than a spline";
     for (const KxPointXY& p : std::as_const(r.conicity.points)) {
@@ -301,15 +285,12 @@ TEST(Conicity, EndsWithEmptyResultsForBadInput) {
         for (int which = 1; which < 16; ++which) { // every choice of the four profiles
             SCOPED_TRACE(testing::Message() << "points " << &points - kPoints << ", profiles " << which);
             WheelSet set;
-            fillCones(set, 0.1f);
             KxProfile* const all[4] = {&set.wheel1, &set.wheel2, &set.rail1, &set.rail2};
             for (int i = 0; i < 4; ++i) {
                 all[i]->points = which >> i & 1 ? points : all[i]->points;
             }
             set.amplitudes = 5;
-            Result r;
-            r.conicity.points.append(KxPointXY(1, 2)); // stale
-            calculate(set, r);
+            Result r(set);
             EXPECT_GE(r.count, 0);
             EXPECT_EQ(r.count, r.conicity.size());
             for (const auto& p : r.placed) {
@@ -323,12 +304,10 @@ TEST(Conicity, EndsWithEmptyResultsForBadInput) {
                       {1442, 1360, -1},     {1442, 1360, 1e30f},  {1442, 1360, kNaN}};
     for (const auto& c : kDistances) {
         WheelSet set;
-        fillCones(set, 0.1f);
         set.railDistance = c.railDistance;
         set.wheelDistance = c.wheelDistance;
         set.edgeMargin = c.edgeMargin;
-        Result r;
-        calculate(set, r);
+        Result r(set);
         EXPECT_EQ(r.count, r.conicity.size()) << c.railDistance << ' ' << c.wheelDistance << ' ' << c.edgeMargin;
     }
 }

@@ -111,7 +111,6 @@ _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P)
         return v;
     }
     const float xA = (x(a - 1) + x(a)) / 2;
-    float h = kNaN;
     int at = a + 1;
     while (at <= n - 3 && !((x(at - 1) + x(at)) / 2 <= 70 && (x(at + 1) + x(at + 2)) / 2 >= 70)) {
         ++at;
@@ -119,12 +118,9 @@ _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P)
     if (at > n - 3) {
         return v;
     }
-    if (static_cast<double>(x(at + 1) - x(at)) < static_cast<double>(0.01f)) {
-        h = (y(at) + y(at + 1)) / 2;
-    } else {
-        const float t = (70 - x(at)) / (x(at + 1) - x(at));
-        h = (y(at + 1) - y(at)) * t + y(at);
-    }
+    const float width = x(at + 1) - x(at);
+    const float t = (70 - x(at)) / width;
+    const float h = width < 0.01f ? (y(at) + y(at + 1)) / 2 : (y(at + 1) - y(at)) * t + y(at);
     v.heightAt70 = h;
     const int b = crossing(h - 13.0f);
     v.widthLevel2ToH13 = (b < 0 ? kNaN : (x(b - 1) + x(b)) / 2) - xA;
