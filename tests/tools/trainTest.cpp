@@ -100,29 +100,27 @@ TEST_F(Train, WritesJsonForPrograms) {
 
 TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
     const struct {
-        const char* desc;
-        std::vector<size_t> missedLeft, missedRight; // of wheels 0 to 5
+        const char* left; // wheels that are seen, - for those that are missed
+        const char* right;
         const char* pairs; // wheel numbers of both sides, - for none
         int warnings;
         bool isTriggered; // the right sensor pauses, both give positions
     } cases[] = {
-        {"first wheel missed", {0}, {}, "-/1 1/2 2/3 3/4 4/5 5/6", 1, false},
-        {"wheel in the middle missed", {}, {2}, "1/1 2/2 3/- 4/3 5/4 6/5", 1, false},
-        {"last wheels missed", {4, 5}, {}, "1/1 2/2 3/3 4/4 -/5 -/6", 1, false},
-        {"different wheels missed", {1, 4}, {3}, "1/1 -/2 2/3 3/- -/4 4/5", 1, false},
-        {"as many missed: by number, with a warning", {1}, {4}, "1/1 2/2 3/3 4/4 5/5", 1, false},
-        {"wheel missed by a sensor that pauses", {0}, {}, "-/1 1/2 2/3 3/4 4/5 5/6", 1, true},
-        {"none missed, but a sensor that pauses", {}, {}, "1/1 2/2 3/3 4/4 5/5 6/6", 0, true},
+        {"-xxxxx", "xxxxxx", "-/1 1/2 2/3 3/4 4/5 5/6", 1, false},
+        {"xxxxxx", "xx-xxx", "1/1 2/2 3/- 4/3 5/4 6/5", 1, false},
+        {"xxxx--", "xxxxxx", "1/1 2/2 3/3 4/4 -/5 -/6", 1, false},
+        {"x-xx-x", "xxx-xx", "1/1 -/2 2/3 3/- -/4 4/5", 1, false},
+        {"x-xxxx", "xxxx-x", "1/1 2/2 3/3 4/4 5/5", 1, false}, // as many on both sides: by number
+        {"-xxxxx", "xxxxxx", "-/1 1/2 2/3 3/4 4/5 5/6", 1, true},
+        {"xxxxxx", "xxxxxx", "1/1 2/2 3/3 4/4 5/5 6/6", 0, true},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.desc);
-        std::vector<SeenWheel> left(6, 0.0f);
-        std::vector<SeenWheel> right(6, 0.0f);
-        for (const size_t wheel : c.missedLeft) {
-            left[wheel].reset();
-        }
-        for (const size_t wheel : c.missedRight) {
-            right[wheel].reset();
+        SCOPED_TRACE(testing::Message() << c.left << " " << c.right);
+        std::vector<SeenWheel> left;
+        std::vector<SeenWheel> right;
+        for (int i = 0; i < 6; ++i) {
+            left.push_back(c.left[i] == 'x' ? SeenWheel(0.0f) : SeenWheel());
+            right.push_back(c.right[i] == 'x' ? SeenWheel(0.0f) : SeenWheel());
         }
         writeRecordings(left, right);
         if (c.isTriggered) {

@@ -8,16 +8,10 @@
 using namespace kxsim;
 
 TEST(WheelContour, S1002HasTheHeightsOfTheStandard) {
-    const struct {
-        const char* desc;
-        double y;
-        double height;
-    } cases[] = {
-        {"flange tip", -55.0, 28.0}, {"back face", -70.0, 9.519259302},    {"flange thickness 32.5", -37.5, 10.0},
-        {"tape circle", 0.0, 0.0},   {"end of the cone", 60.0, -2.635676}, {"field side", 65.0, -7.635676},
-    };
-    for (const auto& c : cases) {
-        EXPECT_NEAR(s1002Height(c.y), c.height, 2e-5) << c.desc;
+    const std::pair<double, double> heights[] = {{-55.0, 28.0}, {-70.0, 9.519259302}, {-37.5, 10.0},
+                                                 {0.0, 0.0},    {60.0, -2.635676},    {65.0, -7.635676}};
+    for (const auto& [y, height] : heights) {
+        EXPECT_NEAR(s1002Height(y), height, 2e-5) << y;
     }
 }
 
