@@ -157,6 +157,7 @@ TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
         {12, 88, {}, true}, // above the line at 187
         {12, 88, {{"SENSOR1/level_b", 200}}, false},
         {12, -34, {}, true}, // below the line at 67
+        {12, -20, {}, false}, // above it
         {12, -34, {{"SENSOR1/lowLevel_b", 50}}, false},
         {12, -34, {{"SENSOR1/lowlevel_b", 50}}, true}, // the low line of the detection is another
     };
