@@ -1,7 +1,9 @@
 // Height maps: storage, trimming, conversion to clouds.
 #include "KxMath/KxMatrixCloud.h"
 
+#include "grid/cells.h"
 #include "numeric/bounds.h"
+#include "numeric/unfilledList.h"
 
 #include <algorithm>
 #include <cmath>
@@ -36,17 +38,6 @@ void releaseTable(float** cells, int rows) {
         delete[] cells[r];
     }
     delete[] cells;
-}
-
-/// Appends the cells of a row from `begin` up to, not including, `end` that are not empty.
-void appendCells(KxPointCloud<KxPointXYZ>& cloud, const KxMatrixCloud& matrix, int row, int begin, int end) {
-    const float z = static_cast<float>(row) * matrix.step;
-    for (int c = begin; c < end; ++c) {
-        const float height = matrix.cells[row][c];
-        if (!std::isnan(height)) {
-            cloud.points.append(KxPointXYZ(static_cast<float>(c) * matrix.step, height, z));
-        }
-    }
 }
 
 } // namespace
@@ -98,28 +89,23 @@ bool KxMatrixCloud::initMatrix(int columns, int rows, float step, float minX, fl
 int KxMatrixCloud::size() {
     int count = 0;
     for (int r = 0; r < rows; ++r) {
-        const float* const row = cells[r];
-        for (int c = 0; c < columns; ++c) {
-            count += std::isnan(row[c]) ? 0 : 1;
-        }
+        count += detail::countFilled(cells[r], columns);
     }
     return count;
 }
 
 int KxMatrixCloud::trim(int firstColumn, int lastColumn, float minValue, float maxValue, int firstRow, int lastRow) {
+    const int begin = std::clamp(firstColumn, 0, std::max(columns, 0));
+    const int end = lastColumn > 0 && lastColumn < columns ? std::max(lastColumn + 1, begin) : columns;
     int count = 0;
     for (int r = 0; r < rows; ++r) {
-        const bool isRowOutside = (firstRow > 0 && r < firstRow) || (lastRow > 0 && r > lastRow);
         float* const row = cells[r];
-        for (int c = 0; c < columns; ++c) {
-            const bool isOutside = isRowOutside || (firstColumn > 0 && c < firstColumn) ||
-                                   (lastColumn > 0 && c > lastColumn) || row[c] < minValue ||
-                                   row[c] > maxValue; // NaN: false
-            if (isOutside && !std::isnan(row[c])) {
-                row[c] = kNaN;
-                ++count;
-            }
+        if ((firstRow > 0 && r < firstRow) || (lastRow > 0 && r > lastRow)) {
+            count += detail::emptyAll(row, columns);
+            continue;
         }
+        count += detail::emptyAll(row, begin) + detail::emptyAll(row + end, columns - end) +
+                 detail::emptyOutside(row + begin, end - begin, minValue, maxValue);
     }
     return count;
 }
@@ -149,10 +135,15 @@ int KxMatrixCloud::toPointCloud(KxPointCloud<KxPointXYZ>& cloud) {
     if (!cloud.isEmpty()) {
         cloud.clear();
     }
-    cloud.points.reserve(size());
+    const int count = size();
+    detail::UnfilledList<KxPointXYZ> points(count + qsizetype(1));
+    KxPointXYZ* const first = points.extend(count + qsizetype(1));
+    KxPointXYZ* end = first;
     for (int r = 0; r < rows; ++r) {
-        appendCells(cloud, *this, r, 0, columns);
+        end = detail::writeFilled(cells[r], r, 0, columns, step, end);
     }
+    points.drop(first + count + 1 - end);
+    cloud.points = points.take();
     return cloud.size();
 }
 
@@ -164,7 +155,13 @@ int KxMatrixCloud::extractToPointCloud(KxPointCloud<KxPointXYZ>& cloud, int firs
     const int endColumn = firstColumn + columnCount;
     const int endRow = firstRow + rowCount;
     for (int r = firstRow; r < endRow; ++r) {
-        appendCells(cloud, *this, r, firstColumn, endColumn);
+        const float z = static_cast<float>(r) * step;
+        for (int c = firstColumn; c < endColumn; ++c) {
+            const float height = cells[r][c];
+            if (!std::isnan(height)) {
+                cloud.points.append(KxPointXYZ(static_cast<float>(c) * step, height, z));
+            }
+        }
         if (takeOut) {
             std::fill(cells[r] + firstColumn, cells[r] + endColumn, kNaN);
         }

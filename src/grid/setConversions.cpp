@@ -3,13 +3,20 @@
 #include "KxMath/KxProfileZ.h"
 
 #include "grid/position.h"
+#include "grid/resampling.h"
+#include "numeric/bounds.h"
 #include "numeric/conversion.h"
-#include "profile/heightCursor.h"
+#include "numeric/unfilledList.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <memory>
+#include <vector>
 
 namespace KxMath {
+
+using detail::kNaN;
 
 namespace {
 
@@ -26,32 +33,108 @@ int countSlices(float extent, float step) {
                                                                  : 0; // NaN: 0
 }
 
-/// The slice that takes a point at `z`: of the first two neighbours about it the nearer one, the later one when they
-/// are equally near. Null when there are none. The positions of the slices do not fall.
-KxProfileZ* findSlice(KxProfileZ* begin, KxProfileZ* end, float z, float step) {
-    if (end - begin < 2 || std::isnan(z)) {
-        return nullptr;
+/// Which slice takes a point. The positions of the slices do not fall.
+class SliceFinder {
+public:
+    static constexpr int kNone = -1;
+
+    SliceFinder(int count, float step, float origin) : positions_(static_cast<size_t>(count)), step_(step) {
+        for (int k = 0; k < count; ++k) {
+            positions_[static_cast<size_t>(k)] = detail::gridPosition(k, step, origin);
+        }
     }
-    const auto isBefore = [](const KxProfileZ& slice, float z) { return slice.z < z; };
-    KxProfileZ* const upper = std::lower_bound(begin + 1, end, z, isBefore);
-    KxProfileZ* const lower = upper - 1;
-    if (upper == end || lower->z > z) {
-        return nullptr;
+
+    const std::vector<float>& positions() const { return positions_; }
+
+    /// Of the first two neighbours about `z` the nearer one, the later one when they are equally near. kNone when there
+    /// are none.
+    int find(float z) const {
+        if (positions_.size() < 2 || std::isnan(z)) {
+            return kNone;
+        }
+        const auto upper = std::lower_bound(positions_.begin() + 1, positions_.end(), z);
+        const auto lower = upper - 1;
+        if (upper == positions_.end() || *lower > z) {
+            return kNone;
+        }
+        const float t = (z - *lower) / step_;
+        return static_cast<int>((t < 0.5f ? lower : upper) - positions_.begin()); // NaN: upper
     }
-    const float t = (z - lower->z) / step;
-    return t < 0.5f ? lower : upper; // NaN: upper
+
+private:
+    std::vector<float> positions_;
+    float step_;
+};
+
+/// Points of one slice that follow one another in a cloud.
+struct Run {
+    int slice;
+    int count;
+};
+
+/// Points at one z, as those of a profile in a scan, are looked up once.
+std::vector<Run> findRuns(const QList<KxPointXYZ>& points, const SliceFinder& slices) {
+    constexpr int kLongest = std::numeric_limits<int>::max();
+    std::vector<Run> runs;
+    float z = kNaN;
+    for (const KxPointXYZ& p : points) {
+        if (p.z == z && runs.back().count < kLongest) { // NaN: false
+            ++runs.back().count;
+            continue;
+        }
+        z = p.z;
+        runs.push_back({slices.find(z), 1});
+    }
+    return runs;
+}
+
+/// Fills the slices with the points of runs, each taking the very memory that it needs.
+void distribute(const QList<KxPointXYZ>& points, const std::vector<Run>& runs, KxProfileZ* slices, size_t sliceCount) {
+    std::vector<qsizetype> sizes(sliceCount);
+    for (const Run& run : runs) {
+        if (run.slice != SliceFinder::kNone) {
+            sizes[static_cast<size_t>(run.slice)] += run.count;
+        }
+    }
+    for (size_t k = 0; k < sliceCount; ++k) {
+        detail::UnfilledList<KxPointXY> list(sizes[k]);
+        list.extend(sizes[k]);
+        slices[k].points = list.take();
+    }
+    const KxPointXYZ* from = points.constData();
+    std::fill(sizes.begin(), sizes.end(), 0); // from here on what is filled
+    for (const Run& run : runs) {
+        const KxPointXYZ* const end = from + run.count;
+        if (run.slice != SliceFinder::kNone) {
+            qsizetype& filled = sizes[static_cast<size_t>(run.slice)];
+            KxPointXY* to = slices[run.slice].points.data() + filled;
+            for (const KxPointXYZ* p = from; p != end; ++p, ++to) {
+                std::construct_at(to, p->x, p->y);
+            }
+            filled += run.count;
+        }
+        from = end;
+    }
 }
 
 } // namespace
 
 int KxProfileZSet::toPointCloud(KxPointCloud<KxPointXYZ>& cloud, int first, int last) {
     cloud.clear();
+    const QList<KxProfileZ>& list = profiles;
+    qsizetype count = 0;
     for (qsizetype i = first; i <= last; ++i) {
-        const KxProfileZ& profile = std::as_const(profiles)[i];
-        for (const KxPointXY& p : profile.points) {
-            cloud.points.append(KxPointXYZ(p.x, p.y, profile.z));
+        count += list[i].points.size();
+    }
+    detail::UnfilledList<KxPointXYZ> points(count);
+    KxPointXYZ* to = points.extend(count);
+    for (qsizetype i = first; i <= last; ++i) {
+        const float z = list[i].z;
+        for (const KxPointXY& p : list[i].points) {
+            std::construct_at(to++, p.x, p.y, z);
         }
     }
+    cloud.points = points.take();
     return cloud.size();
 }
 
@@ -75,16 +158,15 @@ int KxProfileZSet::toMatrixCloud(KxMatrixCloud& matrix, float calcYArg, float st
     if (!matrix.initMatrix(columns, size(), stepZ, minX, maxX, minY, maxY, minZ, maxZ)) {
         return 0;
     }
+    const detail::Columns grid{columns, stepZ, minX};
     float** row = matrix.cells;
+    int filled = 0;
     for (KxProfileZ& profile : profiles) {
         profile.sort(KxSortAscending, KxSortAscending);
-        detail::HeightCursor height(profile.points, calcYArg);
-        for (int j = 0; j < columns; ++j) {
-            (*row)[j] = height.at(detail::gridPosition(j, stepZ, minX));
-        }
+        filled += detail::fillRow(profile.points, grid, calcYArg, *row);
         ++row;
     }
-    return matrix.size();
+    return filled;
 }
 
 int KxProfileZSet::calcFromPointCloud(KxPointCloud<KxPointXYZ>& cloud, float step) {
@@ -98,15 +180,11 @@ int KxProfileZSet::calcFromPointCloud(KxPointCloud<KxPointXYZ>& cloud, float ste
     if (profiles.capacity() < count) { // no memory
         return 0;
     }
-    for (int k = 0; k < count; ++k) {
-        profiles.append(KxProfileZ(detail::gridPosition(k, step, cloud.minZ)));
+    const SliceFinder slices(count, step, cloud.minZ);
+    for (const float z : slices.positions()) {
+        profiles.append(KxProfileZ(z));
     }
-    KxProfileZ* const slices = profiles.data();
-    for (const KxPointXYZ& p : std::as_const(cloud.points)) {
-        if (KxProfileZ* const slice = findSlice(slices, slices + count, p.z, step)) {
-            slice->points.append(KxPointXY(p.x, p.y));
-        }
-    }
+    distribute(cloud.points, findRuns(cloud.points, slices), profiles.data(), slices.positions().size());
     return count;
 }
 

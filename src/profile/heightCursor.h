@@ -1,4 +1,4 @@
-// The height of a profile at many positions.
+// Positions in a profile and the heights there.
 #pragma once
 
 #include "KxMath/KxPoints.h"
@@ -19,22 +19,22 @@ inline qsizetype findAtOrBeyond(const QList<KxPointXY>& points, float x, qsizety
 /// KxProfile::calcY() at `x`, `found` being the first point at or beyond it.
 float heightAt(const QList<KxPointXY>& points, qsizetype found, float x, float maxDistance);
 
-/// KxProfile::calcY() at one position after the other. Rising positions are cheap: no point that was before one of them
-/// is at or beyond a later one, whatever the order of the points, so that the search goes on where it stood.
-class HeightCursor {
+/// Looks up one position after the other. Rising positions are cheap: no point that was before one of them is at or
+/// beyond a later one, whatever the order of the points, so that the search goes on where it stood.
+class PositionCursor {
 public:
-    HeightCursor(const QList<KxPointXY>& points, float maxDistance) : points_(points), maxDistance_(maxDistance) {}
+    explicit PositionCursor(const QList<KxPointXY>& points) : points_(points) {}
 
-    float at(float x) {
+    /// findAtOrBeyond() from the first point on.
+    qsizetype find(float x) {
         const bool isRising = x >= previous_; // NaN: false
         found_ = findAtOrBeyond(points_, x, isRising ? found_ : 0);
         previous_ = x;
-        return heightAt(points_, found_, x, maxDistance_);
+        return found_;
     }
 
 private:
     const QList<KxPointXY>& points_;
-    float maxDistance_;
     float previous_ = 0.0f;
     qsizetype found_ = 0; ///< belongs to `previous_`; 0 is where any search may start
 };

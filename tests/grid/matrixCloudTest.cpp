@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 using namespace KxMath;
 using namespace testing_support;
 
@@ -90,6 +92,41 @@ TEST(MatrixCloud, PointsAreInUnitsOfThePitchFromZero) {
     EXPECT_EQ(matrix.extractToPointCloud(cloud, 0, 0, 0, 2, true), 11);
     EXPECT_EQ(matrix.extractToPointCloud(cloud, 0, 0, 5, -1, true), 11);
     EXPECT_EQ(matrix.size(), 2);
+}
+
+TEST(MatrixCloud, CountingTrimmingAndPointsEqualThePlainDefinition) {
+    Nasty nasty(48);
+    for (int round = 0; round < 2000; ++round) {
+        nasty.nextCase();
+        Heights heights = nastyHeights(nasty, 70);
+        KxMatrixCloud matrix;
+        fill(matrix, heights, 0.1f);
+        const auto bound = [&] { return nasty.pick(std::array{0, 0, -1, 1, 5, 20, 40, INT_MAX}); };
+        const int firstColumn = bound(), lastColumn = bound(), firstRow = bound(), lastRow = bound();
+        const float low = nasty.value(), high = nasty.value();
+        int count = 0;
+        SpaceCloud cloud, expected;
+        for (int r = 0; r < matrix.rows; ++r) {
+            for (int c = 0; c < matrix.columns; ++c) {
+                float& h = heights[r][c];
+                const bool isOutside = (firstColumn > 0 && c < firstColumn) || (lastColumn > 0 && c > lastColumn) ||
+                                       (firstRow > 0 && r < firstRow) || (lastRow > 0 && r > lastRow) || h < low ||
+                                       h > high;
+                if (isOutside && !std::isnan(h)) {
+                    h = kNaN;
+                    ++count;
+                }
+                if (!std::isnan(h)) {
+                    expected.points.append(KxPointXYZ(static_cast<float>(c) * 0.1f, h, static_cast<float>(r) * 0.1f));
+                }
+            }
+        }
+        ASSERT_EQ(matrix.trim(firstColumn, lastColumn, low, high, firstRow, lastRow), count) << "round " << round;
+        ASSERT_EQ(exact(heightsOf(matrix)), exact(heights)) << "round " << round;
+        ASSERT_EQ(matrix.size(), expected.size());
+        ASSERT_EQ(matrix.toPointCloud(cloud), expected.size());
+        ASSERT_EQ(exact(cloud.points), exact(expected.points)) << "round " << round;
+    }
 }
 
 Heights clearedPlainly(Heights heights, int columns) {
