@@ -23,18 +23,22 @@ float heightAt(const QList<KxPointXY>& points, qsizetype found, float x, float m
 /// beyond a later one, whatever the order of the points, so that the search goes on where it stood.
 class PositionCursor {
 public:
-    explicit PositionCursor(const QList<KxPointXY>& points) : points_(points) {}
+    explicit PositionCursor(const QList<KxPointXY>& points) : points_(points.constData()), count_(points.size()) {}
 
     /// findAtOrBeyond() from the first point on.
     qsizetype find(float x) {
-        const bool isRising = x >= previous_; // NaN: false
-        found_ = findAtOrBeyond(points_, x, isRising ? found_ : 0);
+        qsizetype at = x >= previous_ ? found_ : 0; // NaN: anew
+        while (at < count_ && !(points_[at].x >= x)) { // NaN: true
+            ++at;
+        }
         previous_ = x;
-        return found_;
+        found_ = at;
+        return at;
     }
 
 private:
-    const QList<KxPointXY>& points_;
+    const KxPointXY* points_;
+    qsizetype count_;
     float previous_ = 0.0f;
     qsizetype found_ = 0; ///< belongs to `previous_`; 0 is where any search may start
 };
