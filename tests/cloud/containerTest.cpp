@@ -233,9 +233,6 @@ TEST(CloudTurns, RotateFromFirstTowardsSecondAxis) {
             }
         }
     }
-}
-
-TEST(CloudTurns, MissingAndInfiniteCoordinatesGiveMissingPoints) {
     Space cloud;
     cloud.points = {{kNaN, 1, 1}, {1, kNaN, 1}, {-1, kNaN, 1}, {0, kNaN, 1}, {kInf, 1, 1}, {0, -0.0f, 1}};
     cloud.rotateXY(0);
@@ -244,27 +241,22 @@ TEST(CloudTurns, MissingAndInfiniteCoordinatesGiveMissingPoints) {
 }
 
 TEST(CloudTurns, RotateTurnsInOrderAndSkipsNoTurns) {
-    const SpacePoints points = Nasty(7).points<KxPointXYZ>(50);
-    for (const float xy : {0.0f, 20.0f, kNaN}) {
-        for (const float xz : {-0.0f, 30.0f, kNaN}) {
-            for (const float yz : {0.0f, kNaN, -40.0f}) {
-                Space one, steps;
-                one.points = steps.points = points;
-                one.zIndexBuilt = steps.zIndexBuilt = 1;
-                one.rotate(xy, xz, yz);
-                const auto turn = [&](float angle, void (Space::*rotate)(float)) {
-                    if (angle != 0.0f && !std::isnan(angle)) {
-                        (steps.*rotate)(angle);
-                    }
-                };
-                turn(xy, &Space::rotateXY);
-                turn(xz, &Space::rotateXZ);
-                turn(yz, &Space::rotateYZ);
-                EXPECT_EQ(exact(one.points), exact(steps.points));
-                EXPECT_EQ(one.zIndexBuilt, steps.zIndexBuilt);
+    forNasty(7, 100, [](Nasty& nasty) {
+        Space one, steps;
+        one.points = steps.points = nasty.points<KxPointXYZ>(20);
+        one.zIndexBuilt = steps.zIndexBuilt = 1;
+        float angles[3];
+        for (int i = 0; i < 3; ++i) {
+            constexpr void (Space::*kTurns[])(float) = {&Space::rotateXY, &Space::rotateXZ, &Space::rotateYZ};
+            angles[i] = nasty.pick(std::array{0.0f, -0.0f, kNaN, 20.0f, -40.0f});
+            if (angles[i] != 0.0f && !std::isnan(angles[i])) {
+                (steps.*kTurns[i])(angles[i]);
             }
         }
-    }
+        one.rotate(angles[0], angles[1], angles[2]);
+        EXPECT_EQ(exact(one.points), exact(steps.points));
+        EXPECT_EQ(one.zIndexBuilt, steps.zIndexBuilt);
+    });
 }
 
 } // namespace

@@ -42,7 +42,7 @@ void plainClearEdgeEffect(Cloud& cloud, float step) {
         const int right = lowestFrom(n - 1, -1);
         const auto trimTo = [&](const KxPointXYZ& p) { cloud.trim(p.x, p.x, p.y, p.y, p.z, p.z); };
         std::for_each(work.points.begin(), work.points.begin() + left, trimTo);
-        std::for_each(work.points.rbegin(), work.points.rend() - right - 1, trimTo);
+        std::for_each(work.points.rbegin(), work.points.rend() - (right + 1), trimTo);
     }
 }
 

@@ -110,22 +110,6 @@ TYPED_TEST(CloudFileOf, EachCutKeepsThePointsBeforeIt) {
     }
 }
 
-TYPED_TEST(CloudFileOf, AClaimedCountAllocatesNothing) {
-    using C = Cloud<TypeParam>;
-    for (const char* hex : {"01000000", "ffff0000", "ffffff7f", "01000080", "ffffffff"}) {
-        const QByteArray count = QByteArray::fromHex(hex).first(C::kHeader - 1);
-        const bool isOne = count == QByteArray::fromHex("01000000").first(C::kHeader - 1);
-        const QByteArray header = QByteArray(1, char(C::kIsFlat ? 2 : C::kRecord / 4)) + count;
-        KxPointCloud<TypeParam> cloud;
-        EXPECT_EQ(cloud.readFromFile(this->files.write("claim", header)), -1);
-        EXPECT_LE(cloud.points.capacity(), 16);
-        const QByteArray onePoint(C::kRecord + 3, '\x11');
-        EXPECT_EQ(cloud.readFromFile(this->files.write("claim", header + onePoint)), isOne ? 1 : -1);
-        EXPECT_EQ(cloud.size(), 1);
-        EXPECT_LE(cloud.points.capacity(), 16);
-    }
-}
-
 TYPED_TEST(CloudFileOf, SectionsFollowOneAnotherInOneFile) {
     QFile file(this->files.path("sections"));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -136,14 +120,6 @@ TYPED_TEST(CloudFileOf, SectionsFollowOneAnotherInOneFile) {
     EXPECT_TRUE(first.writeToFile(file) && second.writeToFile(file) && first.writeToFile(file) && file.seek(0));
     EXPECT_EQ(cloud.readFromFile(file), 40);
     EXPECT_EQ(exact(cloud.points), exact(first.points));
-    // Probing: a reader of another type leaves the section to the right one.
-    const qint64 position = file.pos();
-    KxPointCloud<KxPointXYZ> space;
-    space.points = {{1, 2, 3}};
-    space.calcRange();
-    EXPECT_EQ(space.readFromFile(file), -1);
-    EXPECT_EQ(file.pos(), position);
-    EXPECT_TRUE(space.isEmpty() && std::isnan(space.minX));
     EXPECT_EQ(flat.readFromFile(file), 3);
     EXPECT_EQ(exact(flat.points), exact(second.points));
     EXPECT_EQ(cloud.readFromFile(file), 40);

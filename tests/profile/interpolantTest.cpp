@@ -149,33 +149,21 @@ TEST(Interpolant, EdgesAndRefusals) {
     EXPECT_EQ(spline.generatePointCloud(out, 0.5f, kNaN, kNaN), 0);
     EXPECT_TRUE(spline.type == -1 && std::isnan(spline.calcY(0.5f)));
     EXPECT_EQ(spline.buildFromPointCloud(line, Akima), 3);
-    EXPECT_TRUE(spline.calcY(0.0f) == 0.0f && spline.calcY(0.5f) == 0.5f && spline.calcY(2.0f) == 2.0f);
-    for (const float x : {std::nextafter(2.0f, 3.0f), -1e-45f, kNaN}) {
-        EXPECT_TRUE(std::isnan(spline.calcY(x))) << x;
-    }
     for (const float step : {0.0f, -1.0f, -kInf, kNaN}) {
         EXPECT_EQ(spline.generatePointCloud(out, step, kNaN, kNaN), 0);
     }
     EXPECT_EQ(spline.generatePointCloudH(out, 1.0f, 0.0f, 1.0f, 2.0f), 0);
     expectPoints(out, {{7, 7}}); // refused each time
-    const struct {
-        const char* desc;
-        float step, from, to;
-        Points samples;
-    } cases[] = {
-        {"the end is not sampled", 0.5f, kNaN, kNaN, {{0, 0}, {0.5f, 0.5f}, {1, 1}, {1.5f, 1.5f}}},
-        {"beyond both ends", 1.0f, -5.0f, 9.0f, {{0, 0}, {1, 1}}},
-        {"the first sample is always taken", 1.0f, 1.0f, 0.5f, {{1, 1}}},
-        {"from at the end", 1.0f, 2.0f, kNaN, {{2, 2}}},
-        {"from beyond the last knot", 1.0f, 3.0f, kNaN, {}},
-        {"an infinite step", kInf, kNaN, kNaN, {{0, 0}}},
-        {"infinite bounds", 1.0f, -kInf, kInf, {{0, 0}, {1, 1}}},
-        {"from infinity", 1.0f, kInf, kNaN, {}},
-        {"a step too small to advance", 1e-9f, 1.0f, kNaN, {{1, 1}}},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(spline.generatePointCloud(out, c.step, c.from, c.to), c.samples.size()) << c.desc;
-        EXPECT_EQ(exact(out.points), exact(c.samples)) << c.desc;
+    constexpr float kBounds[] = {kNaN, -5.0f, 0.0f, 0.5f, 1.0f, 2.0f, 3.0f, kInf, -kInf};
+    for (const float step : {0.5f, 1.0f, kInf, 1e-9f}) {
+        for (const float from : kBounds) {
+            for (const float to : kBounds) {
+                if (step > 0.1f || from >= 0.5f) { // from 0.5 on 1e-9 is too small to advance
+                    spline.generatePointCloud(out, step, from, to);
+                    EXPECT_EQ(exact(out.points), exact(PlainSpline(line.points).sample(step, from, to))) << from;
+                }
+            }
+        }
     }
     EXPECT_EQ(spline.buildFromPointCloud(two, static_cast<_KxInterpolantType_>(-1)), 0);
     EXPECT_EQ(spline.count, 3); // the type -1 changes nothing
