@@ -76,6 +76,23 @@ void addCutPoints() {
         [](ProfileJob& j) { return digestValues(j.positions); });
 }
 
+/// What the steps of the refined integral come to without a spline: positions and areas are running sums. The rounds
+/// are as many as these points take.
+void sumAreas(ProfileJob& j) {
+    constexpr int kRounds = 4;
+    float step = 0.01f;
+    float sum = 0.0f;
+    for (int round = 0; round < kRounds; ++round, step *= 0.5f) {
+        sum = 0.0f;
+        for (float x = -40.0f; x < 39.9375f;) {
+            const float next = x + step;
+            sum += (x + next) * std::abs(next - x) * 0.5f;
+            x = next;
+        }
+    }
+    j.values = {static_cast<double>(sum)};
+}
+
 [[maybe_unused]] const bool isRegistered = [] {
     addLookUps();
     addCutPoints();
@@ -83,6 +100,7 @@ void addCutPoints() {
         "refined integral", "kx",
         [](ProfileJob& j) { j.values = {static_cast<double>(j.profile.integral(0, kProfilePoints - 1, false))}; },
         digestNearly, 10);
+    addProfile("refined integral", "limit_running_sums", sumAreas, nothing<ProfileJob>, 10);
     addProfile(
         "Akima spline and 3840 samples", "kx",
         [](ProfileJob& j) {

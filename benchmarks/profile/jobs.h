@@ -53,15 +53,15 @@ inline Digest digestNearly(ProfileJob& job) {
     return {sum, 1e-3};
 }
 
-/// A competitor on `fillProfile()`, a hundred profiles at a time.
+/// A competitor on `fillProfile()`, twenty profiles at a time, which the cache holds.
 template <typename Work, typename Result>
-void addProfile(const char* operation, const char* who, Work work, Result digest, int batch = 100) {
+void addProfile(const char* operation, const char* who, Work work, Result digest, int batch = 20) {
     add<ProfileJob>(operation, kProfilePoints, who, batch, fillProfile, work, digest);
 }
 
 /// A competitor on `fillNumbers()`.
 template <typename Work, typename Result>
-void addOnNumbers(const char* operation, const char* who, Work work, Result digest, int batch = 100) {
+void addOnNumbers(const char* operation, const char* who, Work work, Result digest, int batch = 20) {
     add<ProfileJob>(operation, kProfilePoints, who, batch, fillNumbers, work, digest);
 }
 

@@ -61,9 +61,9 @@ void turnThereAndBack(ProfileJob& j, int count) {
     addProfile(
         "toPolar", "peer_std_functions", [](ProfileJob& j) { toPolar(j.profile.points); }, digestProfile);
     add<ProfileJob>(
-        "toEvklid", kProfilePoints, "kx", 100, fillPolar, [](ProfileJob& j) { j.profile.toEvklid(); }, digestProfile);
+        "toEvklid", kProfilePoints, "kx", 20, fillPolar, [](ProfileJob& j) { j.profile.toEvklid(); }, digestProfile);
     add<ProfileJob>(
-        "toEvklid", kProfilePoints, "peer_std_functions", 100, fillPolar,
+        "toEvklid", kProfilePoints, "peer_std_functions", 20, fillPolar,
         [](ProfileJob& j) { toEvklid(j.profile.points); }, digestProfile);
     addProfile(
         "polar splash filter", "kx", [](ProfileJob& j) { j.profile.splashFilterPolar(j.out, 200, 1, 1); },

@@ -3,10 +3,13 @@
 #include "KxMath/KxProfile.h"
 
 #include "numeric/bounds.h"
+#include "numeric/unfilledList.h"
 #include "profile/sampling.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <vector>
 
 namespace KxMath {
 
@@ -26,29 +29,29 @@ void release(KxInterpolant& spline) {
 }
 
 /// The slopes of the chords, the last one repeated.
-QList<float> chordSlopes(const QList<KxPointXY>& points) {
-    const qsizetype n = points.size();
-    QList<float> slopes(n);
-    for (qsizetype i = 0; i + 1 < n; ++i) {
+std::vector<float> chordSlopes(const KxPointXY* points, std::size_t n) {
+    std::vector<float> slopes(n);
+    for (std::size_t i = 0; i + 1 < n; ++i) {
         slopes[i] = (points[i + 1].y - points[i].y) / (points[i + 1].x - points[i].x);
     }
-    slopes[n - 1] = slopes.at(n - 2);
+    slopes[n - 1] = slopes[n - 2];
     return slopes;
 }
 
 /// The slope at an inner knot: that of the two chords about it, each weighted by how little the slope changes on the
 /// other side; where it changes on neither side, weighted by their widths.
-float innerSlope(const QList<KxPointXY>& points, const QList<float>& slopes, qsizetype i) {
-    const float before = std::abs(slopes[i - 1] - slopes[i - 2]);
-    const float after = std::abs(slopes[i + 1] - slopes[i]);
+/// @param point the knot, with its neighbours
+/// @param slope that of the chord behind it, with the two before and the one behind
+float innerSlope(const KxPointXY* point, const float* slope) {
+    const float before = std::abs(slope[-1] - slope[-2]);
+    const float after = std::abs(slope[1] - slope[0]);
     const float weights = before + after;
     if (weights != 0.0f) { // NaN: true
-        return (after * slopes[i - 1] + before * slopes[i]) / (after + before);
+        return (after * slope[-1] + before * slope[0]) / (after + before);
     }
-    const KxPointXY& left = points[i - 1];
-    const KxPointXY& middle = points[i];
-    const KxPointXY& right = points[i + 1];
-    return ((right.x - middle.x) * slopes[i - 1] + (middle.x - left.x) * slopes[i]) / (right.x - left.x);
+    const KxPointXY& left = point[-1];
+    const KxPointXY& right = point[1];
+    return ((right.x - point->x) * slope[-1] + (point->x - left.x) * slope[0]) / (right.x - left.x);
 }
 
 /// The four coefficients of the cubic between two knots with given slopes.
@@ -65,54 +68,28 @@ void fillSegment(const KxPointXY& left, const KxPointXY& right, float leftSlope,
 
 } // namespace
 
-float detail::segmentValue(const KxInterpolant& spline, int segment, float x) {
-    const float* const c = spline.coeffs + 4 * static_cast<qsizetype>(segment);
-    const double t = static_cast<double>(x) - static_cast<double>(spline.knotsX[segment]);
-    const double cubic = static_cast<double>(c[3]) * t + static_cast<double>(c[2]);
-    return static_cast<float>((cubic * t + static_cast<double>(c[1])) * t + static_cast<double>(c[0]));
-}
-
-int detail::bisectSegment(const KxInterpolant& spline, float x) {
+float detail::valueByBisection(const KxInterpolant& spline, float x) {
+    const float* const knots = spline.knotsX;
+    if (x < knots[0] || x > knots[spline.count - 1]) { // NaN: false
+        return kNaN;
+    }
     int low = 0;
     int high = spline.count;
     while (low != high - 1) {
         const int middle = low + (high - low) / 2;
-        if (spline.knotsX[middle] >= x) { // NaN: false
+        if (knots[middle] >= x) { // NaN: false
             high = middle;
         } else {
             low = middle;
         }
     }
-    return low;
+    return low < spline.count - 1 ? Cubic(spline, low)(x) : kNaN;
 }
 
-detail::SegmentCursor::SegmentCursor(const KxInterpolant& spline) : spline_(spline) {
+bool detail::areKnotsOrdered(const KxInterpolant& spline) {
     const auto isNotRising = [](float a, float b) { return !(a <= b); }; // NaN: true
-    const float* const begin = spline.knotsX;
-    const float* const end = begin + spline.count;
-    isOrdered_ = std::adjacent_find(begin, end, isNotRising) == end;
-}
-
-int detail::SegmentCursor::segmentOf(float x) {
-    if (!isOrdered_ || !(spline_.knotsX[segment_] < x)) {
-        segment_ = bisectSegment(spline_, x);
-        return segment_;
-    }
-    while (segment_ + 1 < spline_.count && spline_.knotsX[segment_ + 1] < x) {
-        ++segment_;
-    }
-    return segment_;
-}
-
-float detail::SegmentCursor::valueAt(float x) {
-    if (x < spline_.knotsX[0] || x > spline_.knotsX[spline_.count - 1]) { // NaN: false
-        return kNaN;
-    }
-    const int segment = segmentOf(x);
-    if (segment >= spline_.count - 1) {
-        return kNaN; // only knots or positions that are no numbers lead here
-    }
-    return segmentValue(spline_, segment, x);
+    const float* const end = spline.knotsX + spline.count;
+    return std::adjacent_find(static_cast<const float*>(spline.knotsX), end, isNotRising) == end;
 }
 
 KxInterpolant::KxInterpolant() : knotsX(nullptr), coeffs(nullptr), count(0), type(kUnbuilt) {}
@@ -153,17 +130,17 @@ float KxInterpolant::diff3p(float t, float x0, float y0, float x1, float y1, flo
 }
 
 int KxInterpolant::buildAkimaSpline(KxPointCloud<KxPointXY>* sortedPoints) {
-    const QList<KxPointXY>& p = sortedPoints->points;
-    const qsizetype n = p.size();
+    const std::size_t n = static_cast<std::size_t>(sortedPoints->points.size());
     if (n < 3) {
         return 0;
     }
-    const QList<float> slopes = chordSlopes(p);
-    QList<float> derivatives(n);
-    for (qsizetype i = 2; i + 2 < n; ++i) {
-        derivatives[i] = innerSlope(p, slopes, i);
+    const KxPointXY* const p = sortedPoints->points.constData();
+    const std::vector<float> slopes = chordSlopes(p, n);
+    std::vector<float> derivatives(n);
+    for (std::size_t i = 2; i + 2 < n; ++i) {
+        derivatives[i] = innerSlope(p + i, slopes.data() + i);
     }
-    const auto parabolaSlope = [&](qsizetype at, qsizetype from) {
+    const auto parabolaSlope = [&](std::size_t at, std::size_t from) {
         return diff3p(p[at].x, p[from].x, p[from].y, p[from + 1].x, p[from + 1].y, p[from + 2].x, p[from + 2].y);
     };
     derivatives[0] = parabolaSlope(0, 0);
@@ -171,9 +148,9 @@ int KxInterpolant::buildAkimaSpline(KxPointCloud<KxPointXY>* sortedPoints) {
     derivatives[n - 2] = parabolaSlope(n - 2, n - 3);
     derivatives[n - 1] = parabolaSlope(n - 1, n - 3);
 
-    knotsX = new float[static_cast<size_t>(n)];
-    coeffs = new float[4 * static_cast<size_t>(n - 1)];
-    for (qsizetype i = 0; i + 1 < n; ++i) {
+    knotsX = new float[n];
+    coeffs = new float[4 * (n - 1)];
+    for (std::size_t i = 0; i + 1 < n; ++i) {
         knotsX[i] = p[i].x;
         fillSegment(p[i], p[i + 1], derivatives[i], derivatives[i + 1], coeffs + 4 * i);
     }
@@ -184,14 +161,7 @@ int KxInterpolant::buildAkimaSpline(KxPointCloud<KxPointXY>* sortedPoints) {
 }
 
 float KxInterpolant::calcY(float x) {
-    if (type == kUnbuilt || x < knotsX[0] || x > knotsX[count - 1]) { // NaN: false
-        return kNaN;
-    }
-    const int segment = detail::bisectSegment(*this, x);
-    if (type != Akima || segment >= count - 1) {
-        return kNaN;
-    }
-    return detail::segmentValue(*this, segment, x);
+    return type == Akima ? detail::valueByBisection(*this, x) : kNaN;
 }
 
 int KxInterpolant::generatePointCloud(KxPointCloud<KxPointXY>& out, float step, float from, float to) {
@@ -201,7 +171,20 @@ int KxInterpolant::generatePointCloud(KxPointCloud<KxPointXY>& out, float step, 
     if (!out.isEmpty()) {
         out.clear();
     }
-    detail::forEachSample(*this, step, from, to, [&](const KxPointXY& p) { out.points.append(p); });
+    constexpr qsizetype kPortion = 4096; // memory follows the samples
+    detail::UnfilledList<KxPointXY> samples(0);
+    KxPointXY* next = nullptr;
+    qsizetype room = 0;
+    detail::forEachSample(*this, step, from, to, [&](const KxPointXY& p) {
+        if (room == 0) {
+            next = samples.extend(kPortion);
+            room = kPortion;
+        }
+        std::construct_at(next++, p);
+        --room;
+    });
+    samples.drop(room);
+    out.points = samples.take();
     return out.size();
 }
 

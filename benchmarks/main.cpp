@@ -1,0 +1,16 @@
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+int main(int argc, char** argv) {
+    // Memory that was freed stays with the process: no competitor pays for the first touch of its pages again and again.
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
