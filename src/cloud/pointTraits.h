@@ -4,10 +4,6 @@
 #include "numeric/bounds.h"
 #include "numeric/float4.h"
 
-#ifdef __SSE__
-#include <xmmintrin.h>
-#endif
-
 namespace KxMath::detail {
 
 template <typename Point>
@@ -29,21 +25,15 @@ public:
     template <typename Point>
     bool contains(const Point& p) const {
         const Coordinates v = {p.x, p.y, p.z, 0.0f};
-        const Answers inside = ((v >= lower_) | hasNoLower_) & ((v <= upper_) | hasNoUpper_);
-#ifdef __SSE__
-        return _mm_movemask_ps(reinterpret_cast<__m128>(inside)) == 15;
-#else
-        return (inside[0] & inside[1] & inside[2]) != 0;
-#endif
+        const Answers4 inside = ((v >= lower_) | hasNoLower_) & ((v <= upper_) | hasNoUpper_);
+        return allOf(inside);
     }
 
 private:
-    using Answers __attribute__((vector_size(16))) = int; // -1 for yes
-
     Coordinates lower_;
     Coordinates upper_;
-    Answers hasNoLower_;
-    Answers hasNoUpper_;
+    Answers4 hasNoLower_;
+    Answers4 hasNoUpper_;
 };
 
 } // namespace KxMath::detail

@@ -4,10 +4,10 @@
 #include "cloud/compaction.h"
 #include "cloud/pointTraits.h"
 #include "numeric/bounds.h"
+#include "numeric/largestSquare.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace KxMath {
 
@@ -30,25 +30,6 @@ int collectPositions(const QList<Point>& points, QList<int>& out, Accept accept)
     out = detail::collectIf<int>(
         points.size(), [&](qsizetype i) { return accept(data[i]); }, [](qsizetype i) { return static_cast<int>(i); });
     return static_cast<int>(out.size());
-}
-
-/// The largest float whose square root, rounded to float, is at most `root`; NaN where there is none.
-float largestSquare(float root) {
-    if (!(root >= 0.0f)) {
-        return detail::kNaN;
-    }
-    if (std::isinf(root)) {
-        return root;
-    }
-    constexpr float kLargest = std::numeric_limits<float>::max();
-    float square = std::min(root * root, kLargest);
-    while (std::sqrt(square) > root) {
-        square = std::nextafter(square, 0.0f);
-    }
-    while (square < kLargest && std::sqrt(std::nextafter(square, kLargest)) <= root) {
-        square = std::nextafter(square, kLargest);
-    }
-    return square;
 }
 
 } // namespace
@@ -87,7 +68,7 @@ int KxPointCloud<KxPointXYZ>::getRangeIndeces(QList<int>& out, float minX, float
 }
 
 int KxPointCloud<KxPointXYZ>::getRangeIndeces(QList<int>& out, KxPointXYZ centre, float diameter) {
-    const float limit = largestSquare(diameter * 0.5f); // compared with the squares of the distances, as exact
+    const float limit = detail::largestSquare(diameter * 0.5f); // compared with the squares of the distances, as exact
     return collectPositions(points, out, [&](const KxPointXYZ& p) {
         const float dx = p.x - centre.x;
         const float dy = p.y - centre.y;

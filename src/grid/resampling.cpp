@@ -86,7 +86,7 @@ void fillPortion(const QList<KxPointXY>& points, const Portion& portion, int cou
         const Float4 x = loadFloat4(portion.positions.data() + j);
         const Heights4 four = heightsBetween(neighboursAt(points.constData(), found), x, maxDistance);
         storeFloat4(heights + j, four.heights);
-        if (!areAll(four.areRegular)) {
+        if (!allOf(four.areRegular)) {
             fill(j, j + 4);
         }
     }

@@ -3,6 +3,10 @@
 
 #include <cstring>
 
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
+
 namespace KxMath::detail {
 
 /// Each operation gives the four results of the operation on floats, rounding included.
@@ -34,8 +38,34 @@ inline Float4 magnitudes(Float4 v) {
     return reinterpret_cast<Float4>(reinterpret_cast<Answers4>(v) & mask);
 }
 
-inline bool areAll(Answers4 answers) {
-    return (answers[0] & answers[1] & answers[2] & answers[3]) != 0;
+/// Whether there is a yes among the answers.
+inline bool anyOf(Answers4 answers) {
+#ifdef __SSE__
+    return _mm_movemask_ps(reinterpret_cast<__m128>(answers)) != 0;
+#else
+    return (answers[0] | answers[1] | answers[2] | answers[3]) != 0;
+#endif
+}
+
+/// Whether all answers are yes.
+inline bool allOf(Answers4 answers) {
+    return !anyOf(~answers);
+}
+
+/// The first or the second numbers of four pairs that stand one after the other.
+inline Float4 loadFirsts(const float* pairs) {
+    return __builtin_shufflevector(loadFloat4(pairs), loadFloat4(pairs + 4), 0, 2, 4, 6);
+}
+inline Float4 loadSeconds(const float* pairs) {
+    return __builtin_shufflevector(loadFloat4(pairs), loadFloat4(pairs + 4), 1, 3, 5, 7);
+}
+
+/// Writes four pairs of numbers one after the other.
+inline void storePairs(Float4 firsts, Float4 seconds, float* pairs) {
+    const Float4 low = __builtin_shufflevector(firsts, seconds, 0, 4, 1, 5);
+    const Float4 high = __builtin_shufflevector(firsts, seconds, 2, 6, 3, 7);
+    std::memcpy(pairs, &low, sizeof(low));
+    std::memcpy(pairs + 4, &high, sizeof(high));
 }
 
 } // namespace KxMath::detail

@@ -19,21 +19,34 @@ void reverseKeepingTies(T* first, T* last, Key key) {
     }
 }
 
+/// Whether `isRight(key, key of the next element)` holds throughout. Asked for a portion at a time, without branches.
+template <typename T, typename Key, typename IsRight>
+bool allNeighbours(const T* first, const T* last, Key key, IsRight isRight) {
+    constexpr std::ptrdiff_t kPortion = 64;
+    for (; last - first > kPortion; first += kPortion) {
+        int wrong = 0;
+        for (std::ptrdiff_t k = 0; k < kPortion; ++k) {
+            wrong += isRight(key(first[k]), key(first[k + 1])) ? 0 : 1;
+        }
+        if (wrong > 0) {
+            return false;
+        }
+    }
+    return std::adjacent_find(first, last, [&](const T& a, const T& b) { return !isRight(key(a), key(b)); }) == last;
+}
+
 /// Sorts [first, last) by keys that hold no NaN; equal keys keep their order.
 template <typename T, typename Key>
 void stableSortRun(T* first, T* last, Key key, bool ascending) {
-    const auto before = [&](const T& a, const T& b) { return ascending ? key(a) < key(b) : key(a) > key(b); };
-    // Most data arrive in order; reversed runs are common too and need no sort either.
-    T* const unordered = std::is_sorted_until(first, last, before);
-    if (unordered == last) {
-        return;
-    }
-    if (std::is_sorted_until(first, last, [&](const T& a, const T& b) { return before(b, a); }) == last) {
-        reverseKeepingTies(first, last, key);
+    if (first != last && (ascending ? key(*first) >= key(*(last - 1)) : key(*first) <= key(*(last - 1))) &&
+        (ascending ? allNeighbours(first, last, key, [](float a, float b) { return a >= b; })
+                   : allNeighbours(first, last, key, [](float a, float b) { return a <= b; }))) {
+        reverseKeepingTies(first, last, key); // reversed runs are common too and need no sort either
         return;
     }
     if (!radixSort(first, static_cast<std::size_t>(last - first), key, ascending)) {
-        std::stable_sort(first, last, before);
+        std::stable_sort(first, last,
+                         [&](const T& a, const T& b) { return ascending ? key(a) < key(b) : key(a) > key(b); });
     }
 }
 
@@ -42,6 +55,11 @@ void stableSortRun(T* first, T* last, Key key, bool ascending) {
 /// its own.
 template <typename T, typename Key>
 void stableSortAroundNaN(T* first, T* last, Key key, bool ascending) {
+    // Most data arrive in order. NaN among them is found here too, but for a single one.
+    if (ascending ? allNeighbours(first, last, key, [](float a, float b) { return a <= b; })
+                  : allNeighbours(first, last, key, [](float a, float b) { return a >= b; })) {
+        return;
+    }
     const auto isFixed = [&](const T& element) { return std::isnan(key(element)); };
     while (first != last) {
         T* const runEnd = std::find_if(first, last, isFixed);

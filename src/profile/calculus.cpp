@@ -178,7 +178,7 @@ float KxProfile::integral(int fromIndex, int toIndex, bool plain) {
 
 float KxProfile::calcY(float x, float maxDistance, int* segment) {
     const QList<KxPointXY>& list = points;
-    const qsizetype found = detail::findAtOrBeyond(list, x, 0);
+    const qsizetype found = detail::findAtOrBeyond(list.constData(), list.size(), x, 0);
     const bool isAnswered = list.size() < 2 || (found < list.size() && list[found].x == x);
     if (segment != nullptr && !isAnswered) {
         *segment = static_cast<int>(found - 1); // -1 before the first point, n - 1 behind the last

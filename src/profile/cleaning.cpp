@@ -2,6 +2,7 @@
 #include "KxMath/KxProfile.h"
 
 #include "cloud/compaction.h"
+#include "numeric/largestSquare.h"
 #include "profile/correlation.h"
 
 #include <cmath>
@@ -31,11 +32,17 @@ struct Part {
 /// Cuts `points` where neighbours are more than `maxGap` apart. The last point belongs to no part, and points behind
 /// the last part are dropped.
 QList<Part> cutAtGaps(const QList<KxPointXY>& points, int maxParts, float maxGap) {
+    // Below 0 every distance is too large, but for NaN.
+    const float maxSquare = maxGap < 0.0f ? -1.0f : detail::largestSquare(maxGap);
     QList<Part> parts;
     qsizetype begin = 0;
     const qsizetype last = points.size() - 1;
+    const KxPointXY* const data = points.constData();
     for (qsizetype i = 0; i < last; ++i) {
-        if (KxPointXY::calcDistance(points[i], points[i + 1]) > maxGap) { // NaN: false
+        const float dx = data[i + 1].x - data[i].x;
+        const float dy = data[i + 1].y - data[i].y;
+        const float square = dx * dx + dy * dy; // as of KxPointXY::calcDistance()
+        if (square > maxSquare) { // NaN: false
             parts.append({begin, i + 1});
             begin = i + 1;
             if (parts.size() >= maxParts) {

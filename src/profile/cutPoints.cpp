@@ -1,25 +1,54 @@
 // Steps of the level of a profile.
 #include "KxMath/KxProfile.h"
 
+#include "numeric/bounds.h"
+#include "numeric/windowSums.h"
+#include "profile/coordinates.h"
+
 #include <algorithm>
-#include <cmath>
+#include <vector>
 
 namespace KxMath {
 
 namespace {
 
-/// The sum of the `window` heights behind point c minus that of those before it; the point itself is in neither.
-float windowedDifference(const KxPointXY* points, qsizetype c, qsizetype window) {
-    float after = 0.0f;
-    float before = 0.0f;
-    for (qsizetype k = 1; k <= window; ++k) {
-        after += points[c + k].y;
+using detail::kWindowsAtOnce;
+
+/// Differences of level about kWindowsAtOnce neighbouring centres: the sum of the heights in the window behind a centre
+/// minus that before it; the centre itself is in neither.
+class LevelDifferences {
+public:
+    explicit LevelDifferences(qsizetype window)
+        : window_(window), heights_(static_cast<size_t>(2 * window + kWindowsAtOnce)) {}
+
+    /// Calculates those about the centres from `c` on; the last ones are of no use where points are missing.
+    void calculate(const KxPointXY* points, qsizetype n, qsizetype c) {
+        const qsizetype begin = c - window_;
+        detail::copyYs(points + begin, std::min(n - begin, static_cast<qsizetype>(heights_.size())), heights_.data());
+        const detail::WindowSums before = detail::windowSums(heights_.data(), window_);
+        const detail::WindowSums after = detail::windowSums(heights_.data() + window_ + 1, window_);
+        for (size_t group = 0; group < differences_.size(); ++group) {
+            differences_[group] = after[group] - before[group];
+        }
     }
-    for (qsizetype k = c - window; k < c; ++k) {
-        before += points[k].y;
+
+    /// Whether one of them is beyond the threshold, on either side.
+    bool isAnyBeyond(float threshold) const {
+        const detail::Float4 upper = {threshold, threshold, threshold, threshold};
+        detail::Answers4 isBeyond{};
+        for (const detail::Float4& difference : differences_) {
+            isBeyond |= (difference > upper) | (difference < -upper);
+        }
+        return detail::anyOf(isBeyond);
     }
-    return after - before;
-}
+
+    float at(qsizetype i) const { return detail::sumAt(differences_, i); }
+
+private:
+    const qsizetype window_;
+    std::vector<float> heights_;
+    detail::WindowSums differences_;
+};
 
 /// The first position whose neighbours see differences beyond the threshold with opposite signs, -1 when there is none.
 qsizetype findCut(const KxPointXY* points, qsizetype n, int window, float threshold) {
@@ -27,28 +56,27 @@ qsizetype findCut(const KxPointXY* points, qsizetype n, int window, float thresh
     if (w <= 0 || n < 2 * w) {
         return -1;
     }
-    // Differences exist for centres from w while below n - w - 1; three of them are held at a time.
-    const qsizetype end = n - w - 2;
-    if (w + 1 >= end) {
-        return -1;
-    }
-    float left = windowedDifference(points, w, w);
-    float middle = windowedDifference(points, w + 1, w);
-    for (qsizetype c = w + 1; c < end; ++c) {
-        const float right = windowedDifference(points, c + 1, w);
-        // Deliberately the neighbours of c, not c itself.
-        if ((left > threshold && right < -threshold) || (left < -threshold && right > threshold)) { // NaN: false
-            return c;
+    LevelDifferences differences(w);
+    float left = detail::kNaN; // none before the first
+    float middle = detail::kNaN;
+    const qsizetype end = n - w - 1; // of the centres that have a difference
+    for (qsizetype start = w; start < end; start += kWindowsAtOnce) {
+        differences.calculate(points, n, start);
+        if (!differences.isAnyBeyond(threshold)) {
+            left = middle = detail::kNaN; // a cut needs one on each side
+            continue;
         }
-        left = middle;
-        middle = right;
+        for (qsizetype c = start; c < std::min(end, start + kWindowsAtOnce); ++c) {
+            const float right = differences.at(c - start);
+            // Deliberately the neighbours of c - 1, not c - 1 itself.
+            if ((left > threshold && right < -threshold) || (left < -threshold && right > threshold)) { // NaN: false
+                return c - 1;
+            }
+            left = middle;
+            middle = right;
+        }
     }
     return -1;
-}
-
-bool isOrderedByX(const QList<KxPointXY>& points) {
-    const auto isNotOrdered = [](const KxPointXY& a, const KxPointXY& b) { return a.x > b.x; }; // NaN never moves
-    return std::adjacent_find(points.cbegin(), points.cend(), isNotOrdered) == points.cend();
 }
 
 } // namespace
@@ -63,7 +91,9 @@ int KxProfile::detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int wi
     }
     // A profile that is in order already, as it should be, is searched where it stands.
     const QList<KxPointXY>& source = points;
-    const bool isOrdered = isOrderedByX(source);
+    const bool isOrdered = detail::allNeighbours(source.constData(), source.size(), [](auto a, auto b) {
+        return (a > b) == 0; // NaN never moves
+    });
     KxProfile work;
     qsizetype offset = 0;
     for (qsizetype begin = 0; begin < source.size();) {

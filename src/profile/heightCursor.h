@@ -3,14 +3,28 @@
 
 #include "KxMath/KxPoints.h"
 
+#include "profile/coordinates.h"
+
 #include <QtCore/QList>
+
+#include <algorithm>
 
 namespace KxMath::detail {
 
 /// The position of the first point from `from` on that is at or beyond `x`, the number of points when there is none.
 /// NaN is neither, on either side.
-inline qsizetype findAtOrBeyond(const QList<KxPointXY>& points, float x, qsizetype from) {
-    while (from < points.size() && !(points[from].x >= x)) { // NaN: true
+inline qsizetype findAtOrBeyond(const KxPointXY* data, qsizetype count, float x, qsizetype from) {
+    constexpr qsizetype kAtOnce = 16;
+    for (; from + kAtOnce <= count; from += kAtOnce) { // most points are passed
+        Answers4 isBeyond{};
+        for (qsizetype k = from; k < from + kAtOnce; k += 4) {
+            isBeyond |= loadXs(data + k) >= Float4{x, x, x, x};
+        }
+        if (anyOf(isBeyond)) {
+            break;
+        }
+    }
+    while (from < count && !(data[from].x >= x)) { // NaN: true
         ++from;
     }
     return from;
@@ -27,13 +41,15 @@ public:
 
     /// findAtOrBeyond() from the first point on.
     qsizetype find(float x) {
+        constexpr qsizetype kNear = 4; // it is not far, as a rule
         qsizetype at = x >= previous_ ? found_ : 0; // NaN: anew
-        while (at < count_ && !(points_[at].x >= x)) { // NaN: true
+        const qsizetype near = std::min(at + kNear, count_);
+        while (at < near && !(points_[at].x >= x)) { // NaN: true
             ++at;
         }
         previous_ = x;
-        found_ = at;
-        return at;
+        found_ = at < near ? at : findAtOrBeyond(points_, count_, x, at);
+        return found_;
     }
 
 private:

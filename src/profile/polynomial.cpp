@@ -1,8 +1,8 @@
 // Least-squares polynomials.
 #include "KxMath/KxProfile.h"
 
+#include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 
 namespace KxMath {
@@ -17,13 +17,14 @@ using Powers = std::array<double, kMaxPower + 1>;
 /// x^0 ... x^count, each rounded as by repeated squaring from the lowest bit of the exponent up: the factor of its
 /// highest bit comes last, so that it is the power without that bit times a power of two.
 void fillPowers(double x, int count, Powers& powers) {
+    const size_t end = static_cast<size_t>(count) + 1;
     powers[0] = 1.0;
-    for (unsigned k = 1; k <= static_cast<unsigned>(count); ++k) {
-        const unsigned highest = std::bit_floor(k);
-        if (k == highest) {
-            powers[k] = k == 1 ? x : powers[k / 2] * powers[k / 2];
-        } else {
-            powers[k] = powers[k - highest] * powers[highest];
+    powers[1] = x;
+    for (size_t highest = 2; highest < end; highest *= 2) {
+        const double factor = powers[highest / 2] * powers[highest / 2];
+        powers[highest] = factor;
+        for (size_t k = highest + 1; k < std::min(end, 2 * highest); ++k) {
+            powers[k] = powers[k - highest] * factor;
         }
     }
 }

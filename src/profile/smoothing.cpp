@@ -1,11 +1,13 @@
 // Smoothing filters over windows of points.
 #include "KxMath/KxProfile.h"
 
-#include "numeric/float4.h"
+#include "numeric/windowSums.h"
+#include "profile/coordinates.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 namespace KxMath {
@@ -17,51 +19,52 @@ constexpr std::array<float, kTaps> kTapWeights = {0.0f,    0.0013f, 0.0047f, 0.0
                                                   0.0824f, 0.1011f, 0.1139f, 0.1185f, 0.1139f, 0.1011f, 0.0824f,
                                                   0.0612f, 0.0407f, 0.0238f, 0.0117f, 0.0047f, 0.0013f};
 
-/// Outputs that are summed side by side: each sum keeps its order, and none waits for another one.
-constexpr qsizetype kGroups = 4;
-constexpr qsizetype kSideBySide = 4 * kGroups;
+using detail::kWindowsAtOnce;
+using detail::WindowSums;
 
-using Sums = std::array<detail::Float4, kGroups>;
-
-float sumAt(const Sums& sums, qsizetype i) {
-    return sums[static_cast<size_t>(i / 4)][i % 4];
-}
-
-/// The smoothed heights of kSideBySide points from `y` on, with kTaps - 1 heights before it.
-Sums smoothedHeights(const float* y) {
-    Sums sums{};
+/// The smoothed heights of kWindowsAtOnce points from `y` on, with kTaps - 1 heights before it.
+WindowSums smoothedHeights(const float* y) {
+    WindowSums sums{};
     for (qsizetype k = 0; k < kTaps; ++k) {
         // Deliberately with the first weight of 0 too: a NaN shows at its own point.
         const float weight = kTapWeights[static_cast<size_t>(k)];
-        for (qsizetype group = 0; group < kGroups; ++group) {
-            sums[static_cast<size_t>(group)] += weight * detail::loadFloat4(y - k + 4 * group);
+        for (size_t group = 0; group < sums.size(); ++group) {
+            sums[group] += weight * detail::loadFloat4(y - k + 4 * static_cast<qsizetype>(group));
         }
     }
     return sums;
 }
 
-/// Sums of `count` values: of those from `values` on, from the next one on, and so on.
-Sums windowSums(const float* values, qsizetype count) {
-    Sums sums{};
-    for (qsizetype k = 0; k < count; ++k) {
-        for (qsizetype group = 0; group < kGroups; ++group) {
-            sums[static_cast<size_t>(group)] += detail::loadFloat4(values + k + 4 * group);
-        }
+/// `sum` and the heights from `begin` up to, not including, `end`.
+float orderedSum(const KxPointXY* begin, const KxPointXY* end, float sum) {
+    for (; begin != end; ++begin) {
+        sum += begin->y;
     }
-    return sums;
+    return sum;
 }
 
-/// One coordinate of all points, with room behind it that whole groups of outputs may read.
-std::vector<float> coordinatesOf(const QList<KxPointXY>& points, float KxPointXY::*coordinate) {
-    std::vector<float> values(static_cast<size_t>(points.size() + kSideBySide));
-    std::transform(points.cbegin(), points.cend(), values.begin(), [&](const KxPointXY& p) { return p.*coordinate; });
-    return values;
+/// Room for one coordinate of all points, and behind it what whole groups of outputs may read.
+std::vector<float> roomFor(const QList<KxPointXY>& points) {
+    return std::vector<float>(static_cast<size_t>(points.size() + kWindowsAtOnce));
 }
 
 bool isOrderedByX(const QList<KxPointXY>& points) {
-    const auto isNotOrdered = [](const KxPointXY& a, const KxPointXY& b) { return !(a.x <= b.x); }; // NaN: true
-    return std::adjacent_find(points.cbegin(), points.cend(), isNotOrdered) == points.cend() &&
+    return detail::allNeighbours(points.constData(), points.size(), [](auto a, auto b) { return a <= b; }) &&
            (points.isEmpty() || !std::isnan(points[0].x));
+}
+
+/// Gives `count` points the y of others; these may be the same ones further on.
+void copyYsTo(KxPointXY* target, const KxPointXY* source, qsizetype count) {
+    qsizetype i = 0;
+    for (; i + 2 <= count; i += 2) {
+        const detail::Float4 targets = detail::loadFloat4(&target[i].x);
+        const detail::Float4 sources = detail::loadFloat4(&source[i].x);
+        const detail::Float4 pairs = __builtin_shufflevector(targets, sources, 0, 5, 2, 7);
+        std::memcpy(&target[i].x, &pairs, sizeof(pairs));
+    }
+    for (; i < count; ++i) {
+        target[i].y = source[i].y;
+    }
 }
 
 /// The y at the middle position of `window` points from `begin` on after sorting them by x. A point with NaN x keeps
@@ -97,15 +100,25 @@ void KxProfile::kihFilter20(KxProfile& out, float maxStep) {
     if (n < kTaps) {
         return;
     }
-    const QList<KxPointXY> source = points; // shared, so that `out` may be this profile
-    const std::vector<float> heights = coordinatesOf(source, &KxPointXY::y);
+    const QList<KxPointXY> shared = points; // so that `out` may be this profile
+    const KxPointXY* const source = shared.constData();
+    std::vector<float> heights = roomFor(shared);
+    detail::copyYs(source, n, heights.data());
     KxPointXY* const target = out.points.data();
-    std::copy(source.cbegin(), source.cbegin() + kTaps, target);
-    for (qsizetype start = kTaps; start < n; start += kSideBySide) {
-        const Sums smoothed = smoothedHeights(heights.data() + start);
-        for (qsizetype i = start; i < std::min(n, start + kSideBySide); ++i) {
+    std::copy(source, source + kTaps, target);
+    for (qsizetype start = kTaps; start < n; start += kWindowsAtOnce) {
+        const WindowSums smoothed = smoothedHeights(heights.data() + start);
+        const qsizetype end = std::min(n, start + kWindowsAtOnce);
+        qsizetype i = start;
+        for (size_t group = 0; i + 4 <= end; i += 4, ++group) {
+            const detail::Float4 xs = detail::loadXs(source + i);
+            const detail::Answers4 isBehindGap = xs - detail::loadXs(source + i - 1) > maxStep; // NaN: false
+            const detail::Float4 ys = isBehindGap ? detail::loadYs(source + i) : smoothed[group];
+            detail::storePairs(xs, ys, &target[i].x);
+        }
+        for (; i < end; ++i) {
             const bool isBehindGap = source[i].x - source[i - 1].x > maxStep; // NaN: false
-            target[i] = KxPointXY(source[i].x, isBehindGap ? source[i].y : sumAt(smoothed, i - start));
+            target[i] = KxPointXY(source[i].x, isBehindGap ? source[i].y : detail::sumAt(smoothed, i - start));
         }
     }
 }
@@ -123,12 +136,19 @@ void KxProfile::wndFilter(int window) {
     // Deliberately 2.5 and not 2: the mean lands before the middle of its window.
     const qsizetype offset = static_cast<qsizetype>(std::floor(static_cast<float>(window) / 2.5f));
     KxPointXY* const data = points.data();
-    for (qsizetype i = 0; i < n - w; ++i) {
-        float sum = 0.0f;
-        for (qsizetype k = i; k < i + w; ++k) {
-            sum += data[k].y;
+    const float count = static_cast<float>(window);
+    if (offset == 0) {
+        for (qsizetype i = 0; i < n - w; ++i) {
+            data[i].y = orderedSum(data + i, data + i + w, 0.0f) / count;
         }
-        data[i + offset].y = sum / static_cast<float>(window);
+        return;
+    }
+    // Each mean is written into the window that comes next: only what stands behind it there has to wait for it.
+    float mean = data[offset - 1].y;
+    for (qsizetype i = 0; i < n - w; ++i) {
+        const float sum = orderedSum(data + i, data + i + offset - 1, 0.0f) + mean;
+        mean = orderedSum(data + i + offset, data + i + w, sum) / count;
+        data[i + offset].y = mean;
     }
 }
 
@@ -142,9 +162,7 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     KxPointXY* const target = out.points.data();
     const KxPointXY* const source = points.constData();
     if (isOrderedByX(points)) {
-        for (qsizetype i = 0; i < n - w; ++i) {
-            target[i].y = source[i + w / 2].y;
-        }
+        copyYsTo(target, source + w / 2, n - w);
         return;
     }
     QList<int> order;
@@ -161,18 +179,21 @@ void KxProfile::diffFilt(KxProfile& out, int window) {
     }
     const qsizetype half = w / 2;
     // What is written is behind all windows that are still to come.
-    const std::vector<float> xs = coordinatesOf(out.points, &KxPointXY::x);
-    const std::vector<float> ys = coordinatesOf(out.points, &KxPointXY::y);
+    std::vector<float> xs = roomFor(out.points);
+    std::vector<float> ys = roomFor(out.points);
+    detail::copyXs(out.points.constData(), n, xs.data());
+    detail::copyYs(out.points.constData(), n, ys.data());
     KxPointXY* const data = out.points.data();
     const qsizetype windows = n - w + 1;
-    for (qsizetype start = 0; start < windows; start += kSideBySide) {
-        const Sums upperY = windowSums(ys.data() + start + half, w - half);
-        const Sums upperX = windowSums(xs.data() + start + half, w - half);
-        const Sums lowerY = windowSums(ys.data() + start, half);
-        const Sums lowerX = windowSums(xs.data() + start, half);
-        for (qsizetype i = start; i < std::min(windows, start + kSideBySide); ++i) {
+    for (qsizetype start = 0; start < windows; start += kWindowsAtOnce) {
+        const WindowSums upperY = detail::windowSums(ys.data() + start + half, w - half);
+        const WindowSums upperX = detail::windowSums(xs.data() + start + half, w - half);
+        const WindowSums lowerY = detail::windowSums(ys.data() + start, half);
+        const WindowSums lowerX = detail::windowSums(xs.data() + start, half);
+        for (qsizetype i = start; i < std::min(windows, start + kWindowsAtOnce); ++i) {
             const qsizetype k = i - start;
-            data[i].y = (sumAt(upperY, k) - sumAt(lowerY, k)) / (sumAt(upperX, k) - sumAt(lowerX, k));
+            data[i].y = (detail::sumAt(upperY, k) - detail::sumAt(lowerY, k)) /
+                        (detail::sumAt(upperX, k) - detail::sumAt(lowerX, k));
         }
     }
 }

@@ -5,24 +5,25 @@
 #include "numeric/angles.h"
 #include "numeric/bounds.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace KxMath {
 
 namespace {
 
-/// Second differences of y, one per point but the last. What lies beyond the last first difference is taken as 0.
-QList<float> secondDifferences(const QList<KxPointXY>& points) {
-    const qsizetype m = points.size() - 1;
-    QList<float> first(m, 0.0f);
-    for (qsizetype k = 0; k + 1 < m; ++k) {
-        first[k] = points[k + 1].y - points[k].y;
+/// Magnitudes of the second differences of y, one per point but the last. What lies beyond the last first difference is
+/// taken as 0. There are at least two.
+std::vector<float> bends(const KxPointXY* points, qsizetype m) {
+    std::vector<float> bends(static_cast<size_t>(m));
+    for (qsizetype k = 0; k + 2 < m; ++k) {
+        const float first = points[k + 1].y - points[k].y;
+        const float second = points[k + 2].y - points[k + 1].y;
+        bends[static_cast<size_t>(k)] = std::abs(second - first);
     }
-    QList<float> second(m, 0.0f);
-    for (qsizetype k = 0; k + 1 < m; ++k) {
-        second[k] = first.at(k + 1) - first.at(k);
-    }
-    return second;
+    bends[static_cast<size_t>(m - 2)] = std::abs(0.0f - (points[m - 1].y - points[m - 2].y));
+    return bends;
 }
 
 /// Removes the spikes of `points`. @return true when points were removed
@@ -31,18 +32,19 @@ bool removeSpikes(QList<KxPointXY>& points, float threshold, float maxWidth) {
     if (m < 5) {
         return false;
     }
-    const QList<KxPointXY>& list = points;
-    const QList<float> bend = secondDifferences(list);
-    QList<bool> isMarked(points.size(), false);
+    const KxPointXY* const data = points.constData();
+    const std::vector<float> magnitudes = bends(data, m);
+    const float* const bend = magnitudes.data();
+    std::vector<char> isMarked; // made with the first spike
     for (qsizetype i = 0; i < m;) {
-        if (!(std::abs(bend[i]) > threshold)) { // NaN: not a spike
+        if (!(bend[i] > threshold)) { // NaN: not a spike
             ++i;
             continue;
         }
         qsizetype j = i + 1;
         float width = 0.0f;
-        while (j < m && !(std::abs(bend[j]) >= threshold)) {
-            const float dx = list[j].x - list[j - 1].x;
+        while (j < m && !(bend[j] >= threshold)) {
+            const float dx = data[j].x - data[j - 1].x;
             if (dx >= maxWidth) { // NaN: false
                 break;
             }
@@ -50,15 +52,17 @@ bool removeSpikes(QList<KxPointXY>& points, float threshold, float maxWidth) {
             ++j;
         }
         if (width <= maxWidth) { // NaN: false
+            isMarked.resize(static_cast<size_t>(points.size()));
             // Deliberately from i on, one before the point about which the curvature jumps.
-            for (qsizetype k = std::min(j, m - 1); k >= i; --k) {
-                isMarked[k] = true;
-            }
+            std::fill(isMarked.begin() + i, isMarked.begin() + std::min(j, m - 1) + 1, char{1});
         }
         i = j; // the index that ended the spike may begin another
     }
-    qsizetype at = 0;
-    return detail::keepIf(points, [&](const KxPointXY&) { return !isMarked.at(at++); }) > 0;
+    if (isMarked.empty()) {
+        return false;
+    }
+    auto mark = isMarked.cbegin();
+    return detail::keepIf(points, [&](const KxPointXY&) { return *mark++ == 0; }) > 0;
 }
 
 void swapCoordinates(KxProfile& profile) {

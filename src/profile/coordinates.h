@@ -1,0 +1,73 @@
+// The coordinates of points, several at once.
+#pragma once
+
+#include "KxMath/KxPoints.h"
+
+#include "numeric/float4.h"
+
+#include <cstddef>
+#include <cstring>
+
+namespace KxMath::detail {
+
+// Points are pairs of floats, one after the other.
+static_assert(sizeof(KxPointXY) == 2 * sizeof(float));
+
+/// The x of four points.
+inline Float4 loadXs(const KxPointXY* points) {
+    return loadFirsts(&points->x);
+}
+
+/// The y of four points.
+inline Float4 loadYs(const KxPointXY* points) {
+    return loadSeconds(&points->x);
+}
+
+/// Copies the y of `count` points.
+inline void copyYs(const KxPointXY* points, std::ptrdiff_t count, float* ys) {
+    std::ptrdiff_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const Float4 four = loadYs(points + i);
+        std::memcpy(ys + i, &four, sizeof(four));
+    }
+    for (; i < count; ++i) {
+        ys[i] = points[i].y;
+    }
+}
+
+/// Copies the x of `count` points.
+inline void copyXs(const KxPointXY* points, std::ptrdiff_t count, float* xs) {
+    std::ptrdiff_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const Float4 four = loadXs(points + i);
+        std::memcpy(xs + i, &four, sizeof(four));
+    }
+    for (; i < count; ++i) {
+        xs[i] = points[i].x;
+    }
+}
+
+/// Whether all neighbours among the `count` points have coordinates x of which `isRight(x, next)` is true. It is asked
+/// with floats, and with four of them at once.
+template <typename IsRight>
+bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRight) {
+    constexpr std::ptrdiff_t kAtOnce = 16;
+    std::ptrdiff_t i = 0;
+    for (; i + kAtOnce < count; i += kAtOnce) {
+        Answers4 areRight = ~Answers4{};
+        for (std::ptrdiff_t k = i; k < i + kAtOnce; k += 4) {
+            areRight &= isRight(loadXs(points + k), loadXs(points + k + 1));
+        }
+        if (!allOf(areRight)) {
+            return false;
+        }
+    }
+    for (; i + 1 < count; ++i) {
+        if (!isRight(points[i].x, points[i + 1].x)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace KxMath::detail
