@@ -85,14 +85,15 @@ void addCircle() {
     addCircle();
     for (const int degree : {5, 20}) {
         const std::string name = "polynomial fit, degree " + std::to_string(degree);
-        addProfile(
-            name.c_str(), "kx",
-            [=](ProfileJob& j) {
+        add<ProfileJob>(
+            name, kProfilePoints, "kx", 20,
+            [](ProfileJob& j) {
+                fillProfile(j);
                 for (KxPointXY& p : j.profile.points) {
                     p.x /= 40.0f; // high powers stay in range
                 }
-                j.profile.polynomFit(degree);
             },
+            [=](ProfileJob& j) { j.profile.polynomFit(degree); },
             [](ProfileJob& j) {
                 double sum = 0.0;
                 for (const KxPointXY& p : std::as_const(j.profile.points)) {

@@ -3,15 +3,23 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 
 namespace kxbench {
 
 namespace {
 
-constexpr int kLookUps = 100000;
+constexpr std::size_t kLookUps = 100000;
 
-float lookedUp(int i) {
-    return -39.0f + 78.0f * static_cast<float>((i * 7919LL) % kLookUps) / kLookUps;
+/// Positions within the profile in no order.
+const std::vector<float>& lookedUp() {
+    static std::vector<float> xs;
+    std::mt19937 random(6);
+    std::uniform_real_distribution<float> anywhere(-39.0f, 39.0f);
+    while (xs.size() < kLookUps) {
+        xs.push_back(anywhere(random));
+    }
+    return xs;
 }
 
 void addLookUps() {
@@ -20,8 +28,8 @@ void addLookUps() {
         "calcY, 1e5 look-ups", "kx",
         [](ProfileJob& j) {
             double sum = 0.0;
-            for (int i = 0; i < kLookUps; ++i) {
-                sum += static_cast<double>(j.profile.calcY(lookedUp(i), 1.0f, nullptr));
+            for (const float x : lookedUp()) {
+                sum += static_cast<double>(j.profile.calcY(x, 1.0f, nullptr));
             }
             j.values = {sum};
         },
@@ -31,8 +39,7 @@ void addLookUps() {
         [](ProfileJob& j) {
             const Points& points = j.profile.points;
             double sum = 0.0;
-            for (int i = 0; i < kLookUps; ++i) {
-                const float x = lookedUp(i);
+            for (const float x : lookedUp()) {
                 const auto right = std::lower_bound(points.cbegin(), points.cend(), x,
                                                     [](const KxPointXY& p, float v) { return p.x < v; });
                 const auto left = right - 1;

@@ -1,8 +1,10 @@
 // Moving, scaling and turning clouds.
 #include "KxMath/KxPointCloud.h"
 
-#include "numeric/angles.h"
+#include "numeric/blockPolar.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace KxMath {
@@ -32,17 +34,25 @@ void scaleCoordinate(QList<Point>& points, float Point::*coordinate, float facto
 
 /// Turns all points by `deg` degrees in the plane of two coordinates, from +first towards +second.
 void rotateInPlane(QList<KxPointXYZ>& points, float KxPointXYZ::*first, float KxPointXYZ::*second, float deg) {
-    if (points.isEmpty()) {
-        return;
-    }
-    for (KxPointXYZ& p : points) {
-        const float a = p.*first;
-        const float b = p.*second;
-        const float radius = detail::polarRadius(a, b);
-        const float angle = detail::polarAngleDeg(a, b) + deg;
-        const float rad = detail::toRadians(angle);
-        p.*first = detail::cosF(rad) * radius;
-        p.*second = detail::sinF(rad) * radius;
+    std::array<float, detail::kPolarPortion> as;
+    std::array<float, detail::kPolarPortion> bs;
+    KxPointXYZ* const data = points.data();
+    for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarPortion) {
+        const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarPortion);
+        KxPointXYZ* const portion = data + begin;
+        for (qsizetype i = 0; i < count; ++i) {
+            as[static_cast<std::size_t>(i)] = portion[i].*first;
+            bs[static_cast<std::size_t>(i)] = portion[i].*second;
+        }
+        detail::toPolar(as.data(), bs.data(), count);
+        for (qsizetype i = 0; i < count; ++i) {
+            bs[static_cast<std::size_t>(i)] += deg;
+        }
+        detail::fromPolar(as.data(), bs.data(), count);
+        for (qsizetype i = 0; i < count; ++i) {
+            portion[i].*first = as[static_cast<std::size_t>(i)];
+            portion[i].*second = bs[static_cast<std::size_t>(i)];
+        }
     }
 }
 

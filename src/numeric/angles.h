@@ -14,6 +14,10 @@ inline float toRadians(float deg) {
     return static_cast<float>(static_cast<double>(deg) * kPi / 180.0);
 }
 
+inline double toDegrees(float rad) {
+    return static_cast<double>(rad) * 180.0 / kPi;
+}
+
 /// The arc tangent rounded to a float. In double precision first, so that the result does not depend on how well a
 /// platform rounds its single-precision function.
 inline float atanF(float v) {
@@ -30,28 +34,23 @@ inline float sinF(float rad) {
 
 /// The polar angle of (a, b) in degrees, 0 to 360, the quotient and its arc tangent each rounded to a float.
 /// A NaN a gives 0; a NaN b gives 0 except with a < 0, where the angle is NaN.
-inline float polarAngleDeg(float a, float b) {
+/// @param angle toDegrees(atanF(b / a))
+inline float polarAngleDeg(float a, float b, double angle) {
     if (a < 0.0f) {
-        return static_cast<float>(180.0 + static_cast<double>(atanF(b / a)) * 180.0 / kPi);
+        return static_cast<float>(180.0 + angle);
     }
     if (a > 0.0f) {
-        if (b >= 0.0f) {
-            return static_cast<float>(static_cast<double>(atanF(b / a)) * 180.0 / kPi);
-        }
-        if (b < 0.0f) {
-            return static_cast<float>(static_cast<double>(atanF(b / a)) * 180.0 / kPi + 360.0);
-        }
-        return 0.0f; // NaN
+        // NaN: 0
+        return b >= 0.0f ? static_cast<float>(angle) : b < 0.0f ? static_cast<float>(angle + 360.0) : 0.0f;
     }
     if (a == 0.0f) {
-        if (b > 0.0f) {
-            return 90.0f;
-        }
-        if (b < 0.0f) {
-            return 270.0f;
-        }
+        return b > 0.0f ? 90.0f : b < 0.0f ? 270.0f : 0.0f;
     }
-    return 0.0f; // the origin, or NaN
+    return 0.0f; // NaN
+}
+
+inline float polarAngleDeg(float a, float b) {
+    return polarAngleDeg(a, b, toDegrees(atanF(b / a)));
 }
 
 /// The distance of (a, b) from the origin, the sum of squares rounded before the root.

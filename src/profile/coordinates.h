@@ -47,6 +47,17 @@ inline void copyXs(const KxPointXY* points, std::ptrdiff_t count, float* xs) {
     }
 }
 
+/// Sets the coordinates of `count` points.
+inline void setPoints(const float* xs, const float* ys, std::ptrdiff_t count, KxPointXY* points) {
+    std::ptrdiff_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        storePairs(loadFloat4(xs + i), loadFloat4(ys + i), &points[i].x);
+    }
+    for (; i < count; ++i) {
+        points[i] = KxPointXY(xs[i], ys[i]);
+    }
+}
+
 /// Whether all neighbours among the `count` points have coordinates x of which `isRight(x, next)` is true. It is asked
 /// with floats, and with four of them at once.
 template <typename IsRight>

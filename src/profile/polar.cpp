@@ -1,25 +1,39 @@
 // Polar form and rotations of profiles.
 #include "KxMath/KxProfile.h"
 
-#include "numeric/angles.h"
+#include "numeric/blockPolar.h"
+#include "profile/coordinates.h"
+
+#include <algorithm>
+#include <array>
 
 namespace KxMath {
 
-void KxProfile::toPolar() {
-    for (KxPointXY& p : points) {
-        const float radius = detail::polarRadius(p.x, p.y);
-        const float angle = detail::polarAngleDeg(p.x, p.y);
-        p = KxPointXY(radius, angle);
+namespace {
+
+/// Calls `change` with the x and the y of a portion of the points after the other.
+template <typename Change>
+void changePortions(QList<KxPointXY>& points, Change change) {
+    std::array<float, detail::kPolarPortion> xs;
+    std::array<float, detail::kPolarPortion> ys;
+    KxPointXY* const data = points.data();
+    for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarPortion) {
+        const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarPortion);
+        detail::copyXs(data + begin, count, xs.data());
+        detail::copyYs(data + begin, count, ys.data());
+        change(xs.data(), ys.data(), count);
+        detail::setPoints(xs.data(), ys.data(), count, data + begin);
     }
 }
 
+} // namespace
+
+void KxProfile::toPolar() {
+    changePortions(points, detail::toPolar);
+}
+
 void KxProfile::toEvklid() {
-    for (KxPointXY& p : points) {
-        const float rad = detail::toRadians(p.y);
-        const float x = detail::cosF(rad) * p.x;
-        const float y = detail::sinF(rad) * p.x;
-        p = KxPointXY(x, y);
-    }
+    changePortions(points, detail::fromPolar);
 }
 
 void KxProfile::rotatePolar(float angle) {

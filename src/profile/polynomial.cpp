@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 
 namespace KxMath {
 
@@ -12,20 +13,51 @@ namespace {
 constexpr int kMaxDegree = 50;
 constexpr int kMaxPower = 2 * kMaxDegree;
 
-using Powers = std::array<double, kMaxPower + 1>;
+/// Powers of the x of some neighbouring points: those of one exponent side by side.
+class PowerBlock {
+public:
+    static constexpr qsizetype kPoints = 32;
+    using Row = std::array<double, kPoints>;
 
-/// x^0 ... x^count, each rounded as by repeated squaring from the lowest bit of the exponent up: the factor of its
-/// highest bit comes last, so that it is the power without that bit times a power of two.
-void fillPowers(double x, int count, Powers& powers) {
-    const size_t end = static_cast<size_t>(count) + 1;
-    powers[0] = 1.0;
-    powers[1] = x;
-    for (size_t highest = 2; highest < end; highest *= 2) {
-        const double factor = powers[highest / 2] * powers[highest / 2];
-        powers[highest] = factor;
-        for (size_t k = highest + 1; k < std::min(end, 2 * highest); ++k) {
-            powers[k] = powers[k - highest] * factor;
+    /// x^0 ... x^count of up to kPoints points, each rounded as by repeated squaring from the lowest bit of the
+    /// exponent up: the factor of its highest bit comes last, so that it is the power without that bit times a power of
+    /// two.
+    void fill(const KxPointXY* points, qsizetype pointCount, int count) {
+        rows_[0].fill(1.0);
+        rows_[1].fill(0.0);
+        for (size_t i = 0; i < static_cast<size_t>(pointCount); ++i) {
+            rows_[1][i] = static_cast<double>(points[i].x);
         }
+        const size_t end = static_cast<size_t>(count) + 1;
+        for (size_t highest = 2; highest < end; highest *= 2) {
+            multiply(rows_[highest / 2], rows_[highest / 2], rows_[highest]);
+            for (size_t k = highest + 1; k < std::min(end, 2 * highest); ++k) {
+                multiply(rows_[k - highest], rows_[highest], rows_[k]);
+            }
+        }
+    }
+
+    const Row& operator[](size_t exponent) const { return rows_[exponent]; }
+
+private:
+    static void multiply(const Row& a, const Row& b, Row& product) {
+        for (size_t i = 0; i < a.size(); ++i) {
+            product[i] = a[i] * b[i];
+        }
+    }
+
+    std::array<Row, kMaxPower + 1> rows_; // those of the exponents that were asked for have values
+};
+
+/// Calls `work(block, points, count)` for one stretch of points after the other.
+template <typename Work>
+void forEachBlock(const QList<KxPointXY>& points, int maxPower, Work work) {
+    PowerBlock block;
+    const KxPointXY* const data = points.constData();
+    for (qsizetype begin = 0; begin < points.size(); begin += PowerBlock::kPoints) {
+        const qsizetype count = std::min(points.size() - begin, PowerBlock::kPoints);
+        block.fill(data + begin, count, maxPower);
+        work(block, begin, static_cast<size_t>(count));
     }
 }
 
@@ -38,19 +70,27 @@ struct Sums {
 Sums sumPowers(const QList<KxPointXY>& points, int degree) {
     Sums sums;
     sums.power[0] = static_cast<double>(points.size());
-    Powers powers;
-    for (const KxPointXY& p : points) {
-        const double y = static_cast<double>(p.y);
-        fillPowers(static_cast<double>(p.x), 2 * degree, powers);
-        sums.right[0] += y;
+    PowerBlock::Row ys;
+    forEachBlock(points, 2 * degree, [&](const PowerBlock& powers, qsizetype begin, size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            ys[i] = static_cast<double>(points[begin + static_cast<qsizetype>(i)].y);
+            sums.right[0] += ys[i];
+        }
         for (size_t k = 1; k <= static_cast<size_t>(degree); ++k) {
-            sums.power[k] += powers[k];
-            sums.right[k] += y * powers[k];
+            double power = sums.power[k];
+            double right = sums.right[k];
+            for (size_t i = 0; i < count; ++i) {
+                power += powers[k][i];
+                right += ys[i] * powers[k][i];
+            }
+            sums.power[k] = power;
+            sums.right[k] = right;
         }
         for (size_t k = static_cast<size_t>(degree) + 1; k <= 2 * static_cast<size_t>(degree); ++k) {
-            sums.power[k] += powers[k];
+            sums.power[k] = std::accumulate(powers[k].begin(), powers[k].begin() + static_cast<std::ptrdiff_t>(count),
+                                            sums.power[k]);
         }
-    }
+    });
     return sums;
 }
 
@@ -105,15 +145,20 @@ bool KxProfile::polynomFit(int degree) {
     if (!calcPolynomCoeffs(degree, coeffs.data())) {
         return false;
     }
-    Powers powers;
-    for (KxPointXY& p : points) {
-        fillPowers(static_cast<double>(p.x), degree, powers);
-        double y = 0.0;
+    KxPointXY* const data = points.data();
+    forEachBlock(points, degree, [&](const PowerBlock& powers, qsizetype begin, size_t count) {
+        PowerBlock::Row ys{};
         for (size_t k = 0; k <= static_cast<size_t>(degree); ++k) {
-            y += coeffs[k] * powers[k];
+            const double coeff = coeffs[k];
+            const PowerBlock::Row& row = powers[k];
+            for (size_t i = 0; i < ys.size(); ++i) {
+                ys[i] += coeff * row[i];
+            }
         }
-        p.y = static_cast<float>(y);
-    }
+        for (size_t i = 0; i < count; ++i) {
+            data[begin + static_cast<qsizetype>(i)].y = static_cast<float>(ys[i]);
+        }
+    });
     return true;
 }
 

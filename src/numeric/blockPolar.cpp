@@ -1,0 +1,47 @@
+// Polar form of many points at once.
+#include "numeric/blockPolar.h"
+
+#include "numeric/angles.h"
+#include "numeric/blockTrigonometry.h"
+
+#include <algorithm>
+#include <array>
+
+namespace KxMath::detail {
+
+namespace {
+
+using Portion = std::array<float, kPolarPortion>;
+
+} // namespace
+
+void toPolar(float* as, float* bs, std::ptrdiff_t count) {
+    Portion quotients{};
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        quotients[static_cast<std::size_t>(i)] = bs[i] / as[i];
+    }
+    atanOf(quotients.data(), count, quotients.data());
+    std::array<double, kPolarPortion> angles{};
+    std::transform(quotients.begin(), quotients.begin() + count, angles.begin(), toDegrees);
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        const float a = as[i];
+        const float b = bs[i];
+        as[i] = polarRadius(a, b);
+        bs[i] = polarAngleDeg(a, b, angles[static_cast<std::size_t>(i)]);
+    }
+}
+
+void fromPolar(float* radii, float* degrees, std::ptrdiff_t count) {
+    Portion sines{};
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        degrees[i] = toRadians(degrees[i]);
+    }
+    sinesAndCosinesOf(degrees, count, sines.data(), degrees);
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        const float radius = radii[i];
+        radii[i] = degrees[i] * radius;
+        degrees[i] = sines[static_cast<std::size_t>(i)] * radius;
+    }
+}
+
+} // namespace KxMath::detail
