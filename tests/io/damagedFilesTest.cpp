@@ -174,15 +174,15 @@ qsizetype wholeRecords(const QByteArray& bytes) {
 }
 
 /// Number of wheels and all files that detection makes of a recording.
-QByteArray detected(QSettings& settings, const QByteArray& recording) {
+QByteArray detected(const WorkingFolder& folder, QSettings& settings, const QByteArray& recording) {
     QDir directory("left_12");
     directory.removeRecursively();
-    WorkingFolder::write("left_12.bin", recording);
+    folder.write("left_12.bin", recording);
     int wheels = -7;
     QByteArray all = METRO_detectWheels("left_12.bin", &settings, 0, &wheels) ? "found " : "failed ";
     all += QByteArray::number(wheels);
     for (const QString& name : directory.entryList(QDir::Files, QDir::Name)) {
-        all += name.toLatin1() + WorkingFolder::read(directory.filePath(name));
+        all += name.toLatin1() + folder.read(directory.filePath(name));
     }
     return all;
 }
@@ -203,10 +203,10 @@ TEST(DamagedFiles, RecordingsAtEveryLengthAndBitOfTheirFirstRecord) {
         whole += testing_support::record(profile, withZ);
     }
     const auto check = [&](const QByteArray& bytes) {
-        ASSERT_EQ(detected(*settings, bytes), detected(*settings, bytes.first(wholeRecords(bytes))));
+        ASSERT_EQ(detected(folder, *settings, bytes), detected(folder, *settings, bytes.first(wholeRecords(bytes))));
     };
     ASSERT_EQ(wholeRecords(whole), whole.size());
-    ASSERT_TRUE(detected(*settings, whole).startsWith("found 1"));
+    ASSERT_TRUE(detected(folder, *settings, whole).startsWith("found 1"));
     for (qsizetype length = 0; length < whole.size(); ++length) {
         check(whole.first(length));
     }
