@@ -56,6 +56,9 @@ FAULTS = {
     "other bound": swapped("std::min(", "std::max(") + [(re.compile(r"std::min\("), lambda m: "std::max("),
                                                          (re.compile(r"std::max\("), lambda m: "std::min(")],
 }
+# Numbers that only tell how much is done at a time or from which size on another way is quicker: no result depends on
+# them.
+SPEED_ONLY = re.compile(r"\bk(AtOnce|WindowsAtOnce|Portion|PolarPortion|Near|Few\w*|Many|Worthwhile|Counted|Points|Chains|Groups|Doubt|TanOf\w+) = ")
 NO_CODE = re.compile(r"^\s*(//|\*|#|template|static_assert|using |namespace|@)")
 
 
@@ -74,7 +77,7 @@ def compiled_lines(file):
             foreign = indent
         elif foreign is not None and line.strip().startswith("}") and indent <= foreign:
             foreign = None
-        elif foreign is None and not NO_CODE.match(line):
+        elif foreign is None and not NO_CODE.match(line) and not SPEED_ONLY.search(line):
             yield number, line
 
 
