@@ -5,7 +5,10 @@
 #include "cloud/pointTraits.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
 namespace KxMath {
 
@@ -31,14 +34,46 @@ void removeDifferent(QList<Point>& points, const QList<int>& positions) {
     points.resize(points.size() - positions.size());
 }
 
+/// Sorts positions that are all different and below `size` by marking them. @return false when they are not; they stay
+/// as they are then
+bool sortByMarking(QList<int>& positions, qsizetype size) {
+    constexpr qsizetype kBits = 64;
+    std::vector<std::uint64_t> marks(static_cast<std::size_t>(size / kBits + 1));
+    for (const int position : std::as_const(positions)) {
+        if (position < 0 || position >= size) {
+            return false;
+        }
+        std::uint64_t& word = marks[static_cast<std::size_t>(position / kBits)];
+        const std::uint64_t bit = std::uint64_t{1} << (position % kBits);
+        if ((word & bit) != 0) {
+            return false;
+        }
+        word |= bit;
+    }
+    int* next = positions.data();
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        for (std::uint64_t word = marks[i]; word != 0; word &= word - 1) { // without its lowest bit
+            *next++ = static_cast<int>(i) * static_cast<int>(kBits) + std::countr_zero(word);
+        }
+    }
+    return true;
+}
+
+/// Sorts the positions of points to remove from a cloud of `size`.
+void sortPositions(QList<int>& positions, qsizetype size) {
+    constexpr qsizetype kWorthwhile = 64; // of so many points one has to go for marking to be quicker
+    const bool isSorted = std::is_sorted(positions.cbegin(), positions.cend());
+    if (!isSorted && (positions.size() < size / kWorthwhile || !sortByMarking(positions, size))) {
+        std::sort(positions.begin(), positions.end());
+    }
+}
+
 template <typename Point>
 int removePositions(QList<Point>& points, QList<int>& positions) {
     if (positions.isEmpty()) {
         return 0;
     }
-    if (!std::is_sorted(positions.cbegin(), positions.cend())) {
-        std::sort(positions.begin(), positions.end());
-    }
+    sortPositions(positions, points.size());
     const QList<int>& sorted = positions;
     if (sorted.first() >= 0 && sorted.last() < points.size() &&
         std::adjacent_find(sorted.begin(), sorted.end()) == sorted.end()) {

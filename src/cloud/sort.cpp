@@ -4,6 +4,10 @@
 #include "numeric/ordering.h"
 #include "numeric/stretchOrdering.h"
 
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace KxMath {
@@ -49,23 +53,62 @@ void sortInSpace(Cloud& cloud, KxSortOrder first, KxSortOrder second) {
         begin, cloud.size(), stretches, [](const auto& p) { return p.x; }, first == KxSortAscending);
 }
 
+/// What a run of equal z leaves in the index.
+struct Run {
+    float z;
+    int value;
+};
+
+/// The runs but for the first one.
+template <typename Point>
+std::vector<Run> runsBehindFirst(const QList<Point>& points) {
+    constexpr qsizetype kAtOnce = 32;
+    std::vector<Run> runs;
+    const Point* const data = points.constData();
+    const qsizetype count = points.size();
+    for (qsizetype begin = 1; begin < count; begin += kAtOnce) {
+        const qsizetype end = std::min(count, begin + kAtOnce);
+        int changes = 0; // most points are of the run before
+        for (qsizetype i = begin; i < end; ++i) {
+            changes += data[i].z != data[i - 1].z ? 1 : 0; // NaN: 1, each is a run of its own
+        }
+        for (qsizetype i = begin; changes > 0 && i < end; ++i) {
+            if (data[i].z != data[i - 1].z) {
+                runs.push_back(
+                    {data[i].z, static_cast<int>(i - 1)}); // deliberately the last position of the run before
+            }
+        }
+    }
+    return runs;
+}
+
+/// What inserting the runs one after the other makes of a map, none of them being NaN: a key stays as it was first
+/// inserted, a value as it was last.
+QMap<float, int> indexOf(std::vector<Run>& runs) {
+    detail::stableSortAroundNaN(
+        runs.data(), runs.data() + runs.size(), [](const Run& run) { return run.z; }, true);
+    std::map<float, int> index;
+    for (const Run& run : runs) {
+        index.insert_or_assign(index.end(), run.z, run.value);
+    }
+    return QMap<float, int>(std::move(index));
+}
+
 template <typename Cloud>
 void indexRuns(Cloud& cloud) {
-    const auto& points = std::as_const(cloud.points);
     cloud.zIndex.clear();
     cloud.zIndexBuilt = 1;
-    if (points.isEmpty()) {
+    if (cloud.points.isEmpty()) {
         return;
     }
-    float current = points[0].z;
-    cloud.zIndex.insert(current, 0);
-    for (qsizetype i = 1; i < points.size(); ++i) {
-        if (points[i].z == current) { // NaN: false, each is a run of its own
-            continue;
-        }
-        current = points[i].z;
-        // Deliberately i - 1, the last position of the run before.
-        cloud.zIndex.insert(current, static_cast<int>(i - 1));
+    std::vector<Run> runs = runsBehindFirst(cloud.points);
+    runs.insert(runs.begin(), {std::as_const(cloud.points)[0].z, 0});
+    if (std::none_of(runs.begin(), runs.end(), [](const Run& run) { return std::isnan(run.z); })) {
+        cloud.zIndex = indexOf(runs);
+        return;
+    }
+    for (const Run& run : runs) { // with NaN among the keys the order of insertion counts
+        cloud.zIndex.insert(run.z, run.value);
     }
 }
 
