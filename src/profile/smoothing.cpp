@@ -48,9 +48,9 @@ std::vector<float> roomFor(const QList<KxPointXY>& points) {
     return std::vector<float>(static_cast<size_t>(points.size() + kWindowsAtOnce));
 }
 
+/// Whether the x rise, of two points or more without NaN among them.
 bool isOrderedByX(const QList<KxPointXY>& points) {
-    return detail::allNeighbours(points.constData(), points.size(), [](auto a, auto b) { return a <= b; }) &&
-           (points.isEmpty() || !std::isnan(points[0].x));
+    return detail::allNeighbours(points.constData(), points.size(), [](auto a, auto b) { return a <= b; });
 }
 
 /// Gives `count` points the y of others; these may be the same ones further on.

@@ -1,5 +1,9 @@
 #include "profileSupport.h"
 
+#include <bit>
+#include <random>
+#include <vector>
+
 using namespace KxMath;
 using namespace testing_support;
 
@@ -47,6 +51,46 @@ TEST(Polar, FormOfSpecialPoints) {
     profile = profileOf({{1, 300}, {1, kNaN}});
     profile.rotatePolar(100.0f);
     expectPoints(profile, {{1, 400}, {1, kNaN}}); // not wrapped
+}
+
+/// The angle of (a, b) by the functions of the standard library, for a other than 0.
+float plainAngle(float a, float b) {
+    constexpr double kPi = 3.1415927410125732;
+    const float arcTangent = static_cast<float>(std::atan(static_cast<double>(b / a)));
+    const double angle = static_cast<double>(arcTangent) * 180.0 / kPi;
+    return static_cast<float>(a < 0.0f ? angle + 180.0 : b < 0.0f ? angle + 360.0 : angle);
+}
+
+TEST(Polar, BlocksOfPointsGiveWhatTheStandardFunctionsGive) {
+    // Among the quotients those whose arc tangent lies just beside the middle between two floats.
+    std::vector<float> quotients = {0.395960093f, 0.400389254f, 0.406424612f, 0.409638137f, 0.411800712f, 0.413976431f};
+    std::vector<float> angles = {0.0f, -0.0f, 90.0f, 5729577.0f, 5729579.0f, -1e9f, 3.4e38f, 1e-40f};
+    std::mt19937 random(64);
+    for (int i = 0; i < 100000; ++i) {
+        const auto bits = static_cast<std::uint32_t>(random());
+        quotients.push_back(std::abs(std::bit_cast<float>(bits)));
+        angles.push_back(static_cast<float>(static_cast<int>(bits)) * 1e-6f);
+    }
+    for (float& quotient : quotients) {
+        quotient = quotient < 1e18f ? quotient : 1.0f; // NaN too: their points are among the special ones
+    }
+    KxProfile polar;
+    KxProfile plane;
+    for (std::size_t i = 0; i < quotients.size(); ++i) {
+        polar.points.append(KxPointXY(i % 2 == 0 ? 1.0f : -1.0f, quotients[i]));
+        plane.points.append(KxPointXY(1.0f, angles[i % angles.size()]));
+    }
+    const Points points = polar.points;
+    const Points turned = plane.points;
+    polar.toPolar();
+    plane.toEvklid();
+    for (qsizetype i = 0; i < points.size(); ++i) {
+        ASSERT_EQ(exact(polar.points[i].y), exact(plainAngle(points[i].x, points[i].y))) << points[i].y;
+        const double rad =
+            static_cast<double>(static_cast<float>(static_cast<double>(turned[i].y) * 3.1415927410125732 / 180.0));
+        ASSERT_EQ(exact(plane.points[i].x), exact(static_cast<float>(std::cos(rad)))) << turned[i].y;
+        ASSERT_EQ(exact(plane.points[i].y), exact(static_cast<float>(std::sin(rad)))) << turned[i].y;
+    }
 }
 
 TEST(Polar, AnglesAndBackAreWithinARoundingOfTheTruth) {
