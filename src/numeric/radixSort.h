@@ -33,19 +33,25 @@ private:
     std::unique_ptr<std::byte[]> bytes_;
 };
 
-/// Sorts [first, first + count) by digits of `kDigitBits` of the keys, from the lowest digit to the highest one.
-/// @return false when there is no memory; the elements stay as they are then
-template <int kDigitBits, typename T, typename Key>
-bool radixSortByDigits(T* first, std::size_t count, Key key, bool ascending) {
-    constexpr int kDigits = (32 + kDigitBits - 1) / kDigitBits;
-    constexpr std::size_t kValues = std::size_t{1} << kDigitBits;
+/// Sorts [first, first + count) by `key`, from the lowest byte of its bits to the highest one; equal keys keep their
+/// order, and none is NaN. Larger digits would make fewer passes, but over more places than the caches hold.
+/// @return false when that is nothing for this way: too few elements, too many, or no memory. They stay as they are
+/// then
+template <typename T, typename Key>
+bool radixSort(T* first, std::size_t count, Key key, bool ascending) {
+    constexpr std::size_t kWorthwhile = 200;
+    constexpr int kDigits = 4;
+    constexpr std::size_t kValues = 256;
+    if (count < kWorthwhile || count > 0xffffffffu) {
+        return false;
+    }
     Room<T> room(count);
     T* from = first;
     T* to = room.data();
     if (to == nullptr) {
         return false;
     }
-    const auto digit = [](std::uint32_t bits, int d) { return (bits >> (d * kDigitBits)) & (kValues - 1); };
+    const auto digit = [](std::uint32_t bits, int d) { return (bits >> (8 * d)) & (kValues - 1); };
     std::array<std::array<std::uint32_t, kValues>, kDigits> ends{};
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint32_t bits = orderedBits(key(first[i]), ascending);
@@ -75,20 +81,6 @@ bool radixSortByDigits(T* first, std::size_t count, Key key, bool ascending) {
         first[i] = from[i];
     }
     return true;
-}
-
-/// Sorts [first, first + count) by `key`; equal keys keep their order, and none is NaN.
-/// @return false when that is nothing for this way: too few elements, too many, or no memory. They stay as they are
-/// then
-template <typename T, typename Key>
-bool radixSort(T* first, std::size_t count, Key key, bool ascending) {
-    constexpr std::size_t kWorthwhile = 200;
-    constexpr std::size_t kMany = 20000; // from here on fewer passes outweigh larger tables
-    if (count < kWorthwhile || count > 0xffffffffu) {
-        return false;
-    }
-    return count < kMany ? radixSortByDigits<8>(first, count, key, ascending)
-                         : radixSortByDigits<11>(first, count, key, ascending);
 }
 
 } // namespace KxMath::detail
