@@ -2,7 +2,7 @@
 
 A copy of the tree is built in build-mutate. Each fault changes one place of one source file: a comparison, a sign, a
 constant, an operand, a test for NaN. The library is built again and the test programs run, those of the file's own
-area first, until one fails. Faults that do not compile are replaced by others. Same seed and tree, same faults.
+area first and the comparison with the golden bits last, until one fails. Faults that do not compile are replaced by others. Same seed and tree, same faults.
 """
 import argparse
 import collections
@@ -20,6 +20,7 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 COPY = ROOT / "build-mutate" / "tree"
 BUILD = ROOT / "build-mutate" / "build"
+GOLDEN = BUILD / "tests" / "golden" / "kxmath_golden"
 REPORT = ROOT / "build-mutate" / "faults.json"
 AREAS = ["numeric", "io", "geometry", "cloud", "profile", "grid", "railway"]
 TESTED = ["geometry", "io", "cloud", "profile", "grid", "railway"]
@@ -118,6 +119,15 @@ def pick(faults, count, chance):
     return order[:count * 3]
 
 
+def survivors():
+    """What survived the last time, where the lines still stand somewhere."""
+    for fault in json.loads(REPORT.read_text()):
+        lines = (ROOT / fault["file"]).read_text().splitlines()
+        places = [i for i, line in enumerate(lines) if line.strip() == fault["before"]]
+        if fault["found"] is None and places:
+            yield {**fault, "line": min(places, key=lambda i: abs(i + 1 - fault["line"])) + 1}
+
+
 def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
 
@@ -150,7 +160,7 @@ def find(fault):
             result = run([str(program), "--gtest_fail_fast"], timeout=60)
             if result != 0:
                 return f"{area} (endless)" if result == "endless" else area
-        return None
+        return "golden" if run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0 else None
     finally:
         file.write_text(original)
 
@@ -166,7 +176,8 @@ def prepare():
                     "-DCMAKE_CXX_FLAGS_RELEASE=-O1", "-DKXMATH_DEVELOPER=OFF",
                     "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"], check=True,
                    stdout=subprocess.DEVNULL)
-    subprocess.run(["ninja", "-C", str(BUILD)] + [f"kxmath_test_{area}" for area in TESTED], check=True)
+    subprocess.run(["ninja", "-C", str(BUILD)] + [f"kxmath_test_{area}" for area in TESTED] + ["kxmath_golden"],
+                   check=True)
     for area in TESTED:
         if run([str(BUILD / "tests" / area / f"kxmath_test_{area}")]) != 0:
             sys.exit(f"The tests of {area} fail before any fault is planted.")
@@ -180,9 +191,10 @@ def main():
     parser.add_argument("--seed", type=int, default=1, help="choice of the faults (default %(default)s)")
     parser.add_argument("--at-least", type=float, default=90, metavar="PERCENT",
                         help="exit with 1 when fewer are found (default %(default)s)")
+    parser.add_argument("--again", action="store_true", help="plant what survived the last time, and nothing else")
     options = parser.parse_args()
     files = options.files or sorted(f.relative_to(ROOT) for f in (ROOT / "src").rglob("*") if f.suffix in (".cpp", ".h"))
-    faults = pick(all_faults(files), options.count, random.Random(options.seed))
+    faults = list(survivors()) if options.again else pick(all_faults(files), options.count, random.Random(options.seed))
     prepare()
     done, start = [], time.monotonic()
     for fault in faults:
