@@ -16,9 +16,17 @@ namespace KxMath::detail {
 /// Loads a point. Of points in space 16 bytes are read, whatever their size; what is behind z stands for nothing.
 template <typename Point>
 Coordinates loadCoordinates(const Point* p) {
-    Coordinates v = {};
-    std::memcpy(&v, static_cast<const void*>(p), kHasZ<Point> ? sizeof(v) : sizeof(v) / 2);
-    return v;
+    if constexpr (kHasZ<Point>) {
+        Coordinates v;
+        std::memcpy(&v, static_cast<const void*>(p), sizeof(v));
+        return v;
+    } else {
+        // As one number of 8 bytes: put together in memory, the register would have to wait for both parts.
+        using Double2 __attribute__((vector_size(16))) = double;
+        double both;
+        std::memcpy(&both, static_cast<const void*>(p), sizeof(both));
+        return reinterpret_cast<Coordinates>(Double2{both, 0.0});
+    }
 }
 
 /// `v < bound ? v : bound` for each coordinate: NaN and a zero of the other sign leave the bound.
