@@ -41,30 +41,30 @@ Side readSide(QSettings& settings, const QString& fileName) {
         detail::readLine(settings, group + QStringLiteral("/level_k"), 0.0f, group + QStringLiteral("/level_b"), 0.0f)};
 }
 
-/// Reads one profile of a wheel and cuts it at the level line.
-void readBelowLevel(const Side& side, int wheel, int number, KxProfile& profile) {
-    profile.clear(); // a file that cannot be opened leaves the points alone
-    profile.readFromFile(side.recording.wheelFile(wheel, number));
+/// Reads one profile of a wheel and cuts it at the level line. @return false when there is no such file
+bool readBelowLevel(const Side& side, int wheel, int number, KxProfile& profile) {
+    KxPointCloud<KxPointXY>& cloud = profile;
+    cloud.clear(); // a file that cannot be opened leaves the points alone
+    QFile file(side.recording.wheelFile(wheel, number));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return file.exists();
+    }
+    cloud.readFromFile(file);
     profile.removeHighLevel(side.level);
+    return true;
 }
 
 /// Reads the profile of a wheel that keeps the most points below the level line, the first of equal ones.
 /// @return false when the wheel has no profile that keeps any
-bool readBestProfile(const Side& side, int wheel, KxProfile& profile) {
-    int best = 0;
-    int bestCount = 0;
-    for (int number = 1; QFile::exists(side.recording.wheelFile(wheel, number)); ++number) {
-        readBelowLevel(side, wheel, number, profile);
-        if (profile.size() > bestCount) {
-            bestCount = profile.size();
-            best = number;
+bool readBestProfile(const Side& side, int wheel, KxProfile& best) {
+    best.clear();
+    KxProfile profile;
+    for (int number = 1; readBelowLevel(side, wheel, number, profile); ++number) {
+        if (profile.size() > best.size()) {
+            best.points.swap(profile.points);
         }
     }
-    if (best == 0) {
-        return false;
-    }
-    readBelowLevel(side, wheel, best, profile);
-    return true;
+    return !best.isEmpty();
 }
 
 /// Keeps the first half of the points, rounded down.
