@@ -1,10 +1,10 @@
 // Profiles with a position along the scan axis, and their records in files.
 #include "KxMath/KxProfileZ.h"
 
+#include "grid/profileRecord.h"
 #include "io/binaryIo.h"
 #include "numeric/bounds.h"
 
-#include <bit>
 #include <cstring>
 
 namespace KxMath {
@@ -12,8 +12,6 @@ namespace KxMath {
 using detail::kNaN;
 
 namespace {
-
-constexpr unsigned char kRecordMarker = 5;
 
 void appendPoints(KxProfile& profile, const KxProfile& other) {
     const QList<KxPointXY> added = other.points; // shared, so that a profile can be assigned to itself
@@ -58,9 +56,7 @@ void KxProfileZ::clear() {
 }
 
 bool KxProfileZ::writeToFile(QFile& file) {
-    return writeMarker(file, kRecordMarker) &&
-           detail::writeUnsigned(file, static_cast<quint16>(points.size())) && // deliberately modulo 65536
-           detail::writeUnsigned(file, std::bit_cast<quint32>(z)) && detail::writeRecords(file, points);
+    return detail::writeRecord(file, *this);
 }
 
 bool KxProfileZ::writeToFile(QString fileName) {
@@ -76,7 +72,7 @@ int KxProfileZ::readFromFile(QFile& file) {
     clear();
     return detail::readOrRewind(file, [&] {
         quint16 count = 0;
-        if (!readMarker(file, kRecordMarker) || !detail::readUnsigned(file, count)) {
+        if (!readMarker(file, detail::kRecordMarker) || !detail::readUnsigned(file, count)) {
             return -1;
         }
         // Straight into z: of a position cut short the bytes that are there stay.

@@ -1,51 +1,58 @@
 // Sets of profiles in files.
 #include "KxMath/KxProfileZ.h"
 
-#include "grid/forReading.h"
-#include "io/binaryIo.h"
+#include "grid/profileRecord.h"
+#include "io/blocks.h"
 #include "numeric/bounds.h"
 
 namespace KxMath {
 
-int KxProfileZSet::readFromFile(QString fileName) {
-    clear();
+namespace {
+
+/// Reads records or sections up to the end of the file or a damaged one, and calls `visit` with the points of each.
+template <typename Visit>
+void forEachProfile(const QString& fileName, char marker, qint64 headSize, Visit visit) {
     QFile file(fileName);
     if (!detail::openForReading(file)) {
-        return size();
+        return;
     }
-    for (;;) {
-        KxProfileZ profile; // a new one each time, so that no profile keeps the capacity of a larger one
-        const int count = profile.readFromFile(file);
-        if (count < 0) { // the end, or a damaged record
-            break;
+    detail::BlockReader reader(file);
+    const auto ignore = [](const KxPointXY*, qsizetype) {}; // no range is touched
+    detail::RecordHead head; // that of a section is its first part
+    while (detail::readBytes(reader, head.data(), headSize) == headSize && head[0] == marker) {
+        QList<KxPointXY> points; // a new one each time, so that none keeps the capacity of a larger one
+        if (!detail::readRecords(reader, detail::countIn(head), points, ignore)) {
+            return;
         }
-        if (count > 0) {
-            profile.z = detail::kNaN; // deliberately not the one in the file
-            profiles.append(profile);
-        }
+        visit(points);
     }
+}
+
+void append(QList<KxProfileZ>& profiles, float z, QList<KxPointXY>& points) {
+    if (!points.isEmpty()) {
+        profiles.append(KxProfileZ(z));
+        profiles.last().points.swap(points);
+    }
+}
+
+} // namespace
+
+int KxProfileZSet::readFromFile(QString fileName) {
+    clear();
+    forEachProfile(fileName, detail::kRecordMarker, detail::kRecordHeadSize, [&](QList<KxPointXY>& points) {
+        append(profiles, detail::kNaN, points); // deliberately not the position in the file
+    });
     return size();
 }
 
 int KxProfileZSet::readFromFile(QString fileName, float z0, float dz) {
     clear();
     stepZ = dz;
-    QFile file(fileName);
-    if (!detail::openForReading(file)) {
-        return size();
-    }
-    for (float z = z0;; z += dz) { // deliberately a running sum, which a section without points advances too
-        KxProfile profile;
-        const int count = profile.readFromFile(file);
-        if (count < 0) { // the end, or a damaged section
-            break;
-        }
-        if (count > 0) {
-            KxProfileZ positioned(profile);
-            positioned.z = z;
-            profiles.append(positioned);
-        }
-    }
+    float z = z0;
+    forEachProfile(fileName, detail::kSectionMarker, detail::kSectionHeadSize, [&](QList<KxPointXY>& points) {
+        append(profiles, z, points);
+        z += dz; // deliberately a running sum, which a section without points advances too
+    });
     return size();
 }
 
@@ -54,12 +61,13 @@ bool KxProfileZSet::writeToFile(QString fileName) {
     if (!detail::openForWriting(file)) {
         return false;
     }
+    detail::BlockWriter writer(file);
     for (const KxProfileZ& profile : std::as_const(profiles)) {
-        if (!detail::forReading(profile).writeToFile(file)) {
+        if (!detail::writeRecord(writer, profile)) {
             return false;
         }
     }
-    return detail::closeWritten(file);
+    return writer.flush() && detail::closeWritten(file);
 }
 
 } // namespace KxMath

@@ -70,13 +70,14 @@ inline void swapFieldsUnlessLittleEndian([[maybe_unused]] char* data, [[maybe_un
 
 /// Reads `claimed` records of 32-bit fields into `records`, calling `visit` with the first and the number of each
 /// portion that arrives; what the list held before is lost. Memory follows the bytes that are there, whatever is
-/// claimed.
+/// claimed; only for little it is not asked how many those are, which takes longer than reading them.
 /// @return true when all claimed records were complete
-template <typename Record, typename Visit>
-bool readRecords(QFile& file, quint32 claimed, QList<Record>& records, Visit visit) {
+template <typename Source, typename Record, typename Visit>
+bool readRecords(Source& file, quint32 claimed, QList<Record>& records, Visit visit) {
     constexpr qint64 kRecordSize = sizeof(Record);
     constexpr qint64 kPortion = 262144 / kRecordSize; // stays in the cache until it is visited
-    const auto there = [&] { return file.bytesAvailable() / kRecordSize; };
+    constexpr qint64 kLittle = 16384 / kRecordSize;
+    const auto there = [&] { return claimed <= kLittle ? kLittle : file.bytesAvailable() / kRecordSize; };
     records = QList<Record>(); // releases its memory before as much is taken again
     UnfilledList<Record> list(std::min<qint64>(claimed, there() + 1)); // the one more finds that nothing is there
     qint64 missing = claimed;
@@ -92,12 +93,15 @@ bool readRecords(QFile& file, quint32 claimed, QList<Record>& records, Visit vis
         isShort = arrived < wanted;
     }
     records = list.take();
+    if (missing > 0) {
+        records.squeeze();
+    }
     return missing == 0;
 }
 
 /// Writes all records of 32-bit fields. @return false when a write was short; what was written stays
-template <typename Record>
-bool writeRecords(QFile& file, const QList<Record>& records) {
+template <typename Target, typename Record>
+bool writeRecords(Target& file, const QList<Record>& records) {
     constexpr qint64 kRecordSize = sizeof(Record);
     const char* const data = reinterpret_cast<const char*>(records.constData());
     const qint64 size = records.size() * kRecordSize;

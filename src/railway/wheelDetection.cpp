@@ -2,8 +2,10 @@
 #include "KxMath/KxMetro.h"
 #include "KxMath/KxProfileZ.h"
 
+#include "grid/profileRecord.h"
 #include "numeric/conversion.h"
 #include "railway/recordings.h"
+#include "railway/wheelClassifier.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -54,16 +56,16 @@ DetectionSettings readSettings(QSettings& settings, int sensor) {
 
 /// Reads the next profile, whichever kind of record it is. @return false at the end of the recording
 bool readProfile(QFile& file, KxProfile& profile) {
-    KxPointCloud<KxPointXY>& cloud = profile;
-    if (cloud.readFromFile(file) >= 0) {
-        return true;
+    char marker = 0;
+    if (file.peek(&marker, 1) != 1 || marker != detail::kRecordMarker) {
+        KxPointCloud<KxPointXY>& cloud = profile;
+        return cloud.readFromFile(file) >= 0;
     }
-    // The failed read has put the device back to where the record begins.
     KxProfileZ record;
     if (record.readFromFile(file) < 0) {
         return false;
     }
-    profile = record;
+    profile.points.swap(record.points);
     return true;
 }
 
@@ -71,11 +73,11 @@ bool readProfile(QFile& file, KxProfile& profile) {
 bool isWheelProfile(KxProfile& profile, const DetectionSettings& s, int mode) {
     profile.removeNoise(s.noiseWindow, s.maxJumps, s.maxJump, 0.0f);
     if (mode != kModeWithLowLine) {
-        return METRO_isWheel(profile, s.level, s.minPoints);
+        return detail::isWheel(profile.points, s.level, s.minPoints);
     }
     constexpr int kMinPointsInPart = 5;
     profile.removeLineParts(s.maxParts, s.maxCorrelation, s.maxGap, kMinPointsInPart);
-    return METRO_isWheel(profile, s.level, s.low, s.minPoints);
+    return detail::isWheel(profile.points, s.level, s.low, s.minPoints);
 }
 
 void removeWheel(const Recording& recording, int wheel, int profiles) {
