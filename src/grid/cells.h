@@ -3,12 +3,28 @@
 
 #include "KxMath/KxPoints.h"
 
+#include "numeric/float4.h"
+
 #include <memory>
 
 namespace KxMath::detail {
 
 /// The number of cells that are not empty.
 int countFilled(const float* cells, int count);
+
+/// Whether a cell is not empty; meant for a few of them.
+inline bool isAnyFilled(const float* cells, int count) {
+    bool isFilled = false;
+    int c = 0;
+    for (; count - c >= 4 && !isFilled; c += 4) {
+        const Float4 v = loadFloat4(cells + c);
+        isFilled = anyOf(v == v);
+    }
+    for (; c < count; ++c) {
+        isFilled = isFilled || cells[c] == cells[c];
+    }
+    return isFilled;
+}
 
 /// Empties all cells. @return how many were not empty
 int emptyAll(float* cells, int count);

@@ -155,6 +155,9 @@ int KxMatrixCloud::extractToPointCloud(KxPointCloud<KxPointXYZ>& cloud, int firs
     const int endColumn = firstColumn + columnCount;
     const int endRow = firstRow + rowCount;
     for (int r = firstRow; r < endRow; ++r) {
+        if (!detail::isAnyFilled(cells[r] + firstColumn, columnCount)) {
+            continue;
+        }
         const float z = static_cast<float>(r) * step;
         for (int c = firstColumn; c < endColumn; ++c) {
             const float height = cells[r][c];

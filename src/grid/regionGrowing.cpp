@@ -16,10 +16,6 @@ struct Side {
 constexpr Side kSides[] = {{0, -1}, {0, 1}, {-1, 0}, {1, 0}}; // the order decides the order of the region
 constexpr int kSideCount = 4;
 
-quint64 keyOf(const QPoint& cell) {
-    return quint64(quint32(cell.x())) << 32 | quint32(cell.y());
-}
-
 } // namespace
 
 bool GrowthLimits::isDescending(float mean) const {
@@ -35,7 +31,7 @@ RegionGrower::RegionGrower(QList<QList<HistoCell>>& rows, QList<QPoint>& region,
                            const GrowthLimits& limits)
     : rows_(rows), region_(region), postponed_(postponed), limits_(limits) {
     for (const QPoint& cell : std::as_const(postponed)) {
-        postponedKeys_.insert(keyOf(cell));
+        arePostponed_.insert(cell);
     }
 }
 
@@ -57,8 +53,7 @@ void RegionGrower::grow(int row, int column, int depth) {
         const int neighbourRow = at.row + side.row;
         const int neighbourColumn = at.column + side.column;
         const HistoCell* const neighbour = cellAt(neighbourRow, neighbourColumn);
-        const float mean = cellAt(at.row, at.column)->mean;
-        if (neighbour != nullptr && !neighbour->visited && limits_.leadsTo(mean, neighbour->mean, at.isDescending)) {
+        if (neighbour != nullptr && !neighbour->visited && limits_.leadsTo(at.mean, neighbour->mean, at.isDescending)) {
             enter(neighbourRow, neighbourColumn, at.depth);
         }
     }
@@ -75,11 +70,11 @@ void RegionGrower::enter(int row, int column, int depth) {
     }
     region_.append(QPoint(row, column));
     cell.visited = true;
-    path_.push_back({row, column, depth + 1, limits_.isDescending(cell.mean), 0});
+    path_.push_back({row, column, depth + 1, cell.mean, limits_.isDescending(cell.mean), 0});
 }
 
 void RegionGrower::postpone(const QPoint& cell) {
-    if (postponedKeys_.insert(keyOf(cell)).second) {
+    if (arePostponed_.insert(cell)) {
         postponed_.append(cell);
     }
 }
@@ -87,7 +82,7 @@ void RegionGrower::postpone(const QPoint& cell) {
 void RegionGrower::growPostponed() {
     while (!postponed_.isEmpty()) {
         const QPoint cell = postponed_.takeLast();
-        postponedKeys_.erase(keyOf(cell));
+        arePostponed_.erase(cell);
         grow(cell.x(), cell.y(), 0);
     }
 }

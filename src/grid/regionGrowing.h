@@ -3,7 +3,8 @@
 
 #include "KxMath/KxMatrixWithHistos.h"
 
-#include <unordered_set>
+#include "grid/cellSet.h"
+
 #include <vector>
 
 namespace KxMath::detail {
@@ -39,6 +40,7 @@ private:
         int row;
         int column;
         int depth;
+        float mean;
         bool isDescending;
         int triedSides;
     };
@@ -52,7 +54,7 @@ private:
     QList<QPoint>& postponed_;
     GrowthLimits limits_;
     std::vector<Visit> path_;
-    std::unordered_set<quint64> postponedKeys_; ///< the cells in `postponed_`
+    CellSet arePostponed_; ///< the cells in `postponed_`
 };
 
 } // namespace KxMath::detail

@@ -6,11 +6,36 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <numeric>
 #include <vector>
 
 namespace KxMath {
 
 namespace {
+
+/// The levels of a search, `step` apart by a running sum.
+class Levels {
+public:
+    Levels(float start, float end, float step) : next_(start), end_(end), step_(step) {}
+
+    /// The next `maxCount` levels or those that are left.
+    std::vector<float> take(size_t maxCount) {
+        std::vector<float> levels;
+        while (!isOver_ && levels.size() < maxCount) {
+            levels.push_back(next_);
+            const float next = next_ - step_;
+            isOver_ = !(next < next_ && end_ <= next); // NaN: true; a step that does not advance ends the search
+            next_ = next;
+        }
+        return levels;
+    }
+
+private:
+    float next_;
+    float end_;
+    float step_;
+    bool isOver_ = false;
+};
 
 struct Candidate {
     float mean;
@@ -18,9 +43,8 @@ struct Candidate {
     int column;
 };
 
-/// The cells from which regions may start, for levels that fall. A level takes all cells in its band, so that none has
-/// to be looked at again, and cells above the band of one level are above that of all levels to come. The search over
-/// many levels therefore costs no more than one over few.
+/// The cells from which regions may start, for levels that fall. The first level that a cell is near to takes it, so
+/// that none has to be looked at again.
 class SeedCandidates {
 public:
     SeedCandidates(const QList<QList<HistoCell>>& rows, float tolerance) : tolerance_(tolerance) {
@@ -37,44 +61,69 @@ public:
                 }
             }
         }
-        const auto isAbove = [](const Candidate& a, const Candidate& b) { return a.mean > b.mean; };
-        std::stable_sort(cells_.begin(), cells_.end(), isAbove);
     }
 
-    bool isExhausted() const { return next_ == cells_.size(); }
+    size_t count() const { return cells_.size(); }
 
-    /// The cells whose mean is less than the tolerance from a level, row by row.
-    std::vector<Candidate> takeNear(float level) {
-        while (!isExhausted() && cells_[next_].mean - level >= tolerance_) {
-            ++next_;
+    /// The cells whose mean is less than the tolerance from one of the levels, level by level and row by row.
+    std::vector<Candidate> takeNear(const std::vector<float>& levels) {
+        std::vector<size_t> bands; // of the cells that are taken, which come first among the cells
+        std::vector<Candidate> taken;
+        std::vector<size_t> places(levels.size() + 1);
+        size_t left = 0;
+        size_t band = 0;
+        for (const Candidate& cell : cells_) {
+            band = findBand(cell.mean, levels, band);
+            if (band == levels.size()) { // below all of them
+                cells_[left++] = cell;
+            } else if (cell.mean - levels[band] < tolerance_) { // cells above are above all levels to come
+                bands.push_back(band);
+                taken.push_back(cell);
+                ++places[band + 1];
+            }
         }
-        std::vector<Candidate> near;
-        while (!isExhausted() && std::abs(cells_[next_].mean - level) < tolerance_) { // NaN: false
-            near.push_back(cells_[next_]);
-            ++next_;
+        cells_.resize(left);
+        std::partial_sum(places.begin(), places.end(), places.begin());
+        std::vector<Candidate> ordered(taken.size());
+        for (size_t i = 0; i < taken.size(); ++i) {
+            ordered[places[bands[i]]++] = taken[i];
         }
-        std::sort(near.begin(), near.end(), [](const Candidate& a, const Candidate& b) {
-            return a.row != b.row ? a.row < b.row : a.column < b.column;
-        });
-        return near;
+        return ordered;
     }
 
 private:
+    /// The first of falling levels that a mean is not far below of, their number when it is far below all. Neighbours
+    /// are mostly near the same one.
+    size_t findBand(float mean, const std::vector<float>& levels, size_t guess) const {
+        const auto isFarBelow = [&](float level) { return !(mean - level > -tolerance_); }; // NaN: true
+        const bool isGuessLow = guess < levels.size() && !isFarBelow(levels[guess]);
+        if (isGuessLow && (guess == 0 || isFarBelow(levels[guess - 1]))) {
+            return guess;
+        }
+        return static_cast<size_t>(std::partition_point(levels.begin(), levels.end(), isFarBelow) - levels.begin());
+    }
+
     float tolerance_;
-    std::vector<Candidate> cells_; ///< the highest first
-    size_t next_ = 0;
+    std::vector<Candidate> cells_; ///< row by row
 };
 
 } // namespace
 
 int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<KxPointXYZ>*>* seeds, float startLevel,
                                      float endLevel, float levelStep, float tolerance, int minCount, float maxDrop) {
+    constexpr size_t kManyLevels = 4096;
     if (seeds == nullptr) {
         return 0;
     }
     SeedCandidates candidates(histoRows, tolerance);
-    for (float level = startLevel; !candidates.isExhausted();) {
-        for (const Candidate& start : candidates.takeNear(level)) {
+    Levels levels(startLevel, endLevel, levelStep);
+    while (candidates.count() > 0) {
+        // So many at a time that millions of levels take no more time than there are cells.
+        const std::vector<float> some = levels.take(std::max(kManyLevels, candidates.count()));
+        if (some.empty()) {
+            break;
+        }
+        for (const Candidate& start : candidates.takeNear(some)) {
             if (std::as_const(histoRows)[start.row][start.column].visited) {
                 continue;
             }
@@ -83,11 +132,6 @@ int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<K
                 seeds->append(cloud.release());
             }
         }
-        const float next = level - levelStep;
-        if (!(next < level && endLevel <= next)) { // NaN: true; a step that does not advance ends the search
-            break;
-        }
-        level = next;
     }
     return static_cast<int>(seeds->size());
 }
