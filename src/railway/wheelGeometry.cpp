@@ -15,22 +15,58 @@ namespace {
 
 using detail::kNaN;
 
+/// The smallest polar angle of points about the origin, in degrees. Where the signs of the coordinates are the same the
+/// angle rises with their quotient, roundings included, so that few arc tangents tell.
+class SmallestAngle {
+public:
+    void add(float a, float b) {
+        if (std::isnan(a) || std::isnan(b)) {
+            return; // no angle
+        }
+        const float quotient = b / a;
+        if (a == 0.0f || quotient == 0.0f) { // 0 and -0 are told apart by which comes first
+            take(detail::polarAngleDeg(a, b));
+            return;
+        }
+        Least& least = a < 0.0f ? behind_ : b > 0.0f ? above_ : below_;
+        if (std::isnan(least.a) ? !std::isnan(quotient) : quotient < least.quotient) { // NaN: false
+            least = {quotient, a, b};
+        }
+    }
+
+    float result() {
+        for (const Least& least : {behind_, above_, below_}) {
+            if (!std::isnan(least.a)) {
+                take(detail::polarAngleDeg(least.a, least.b));
+            }
+        }
+        return angle_;
+    }
+
+private:
+    /// The point of the smallest quotient, the first of equal ones.
+    struct Least {
+        float quotient = kNaN;
+        float a = kNaN;
+        float b = kNaN;
+    };
+
+    void take(float angle) { angle_ = angle < angle_ ? angle : angle_; }
+
+    float angle_ = std::numeric_limits<float>::max();
+    Least behind_, above_, below_;
+};
+
 /// Moves the rim so that the circle's centre becomes the origin.
 /// @return the smallest polar angle of its points about the centre, in degrees
 float moveToCenter(QList<KxPointXYZ>& rim, const KxCircle& circle) {
-    float minAngle = std::numeric_limits<float>::max();
+    SmallestAngle angle;
     for (KxPointXYZ& p : rim) {
         p.x -= circle.x;
         p.z -= circle.y;
-        if (std::isnan(p.x) || std::isnan(p.z)) {
-            continue; // no angle
-        }
-        const float angle = detail::polarAngleDeg(p.x, p.z);
-        if (angle < minAngle) { // NaN: false
-            minAngle = angle;
-        }
+        angle.add(p.x, p.z);
     }
-    return minAngle;
+    return angle.result();
 }
 
 void negateY(KxProfile& profile) {
