@@ -76,8 +76,10 @@ TEST(CloudSort, InterleavedRunsBetweenNaN) {
         const int runLength = 1 + nasty.below(nasty.chance(33) ? size : 40);
         const int levels = nasty.chance(25) ? 30 : 3 * size;
         ColourPoints points = nasty.points<KxPointXYZRGB>(size);
+        const int fixedPercent = nasty.pick(std::array{0, 3, 30});
         for (int i = 0; i < size; ++i) {
             points[i].z = i > 0 && i % runLength == 0 ? kNaN : static_cast<float>(nasty.below(levels));
+            points[i].x = nasty.chance(fixedPercent) ? kNaN : points[i].x;
         }
         expectSorted(points, nasty.pick(std::array{1, 2}), 1);
     });
