@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numeric>
 
 namespace kxbench {
@@ -92,12 +93,42 @@ void addSize() {
         digestValue);
 }
 
+/// Nothing but reading the cells, 16 bytes at a time in chains that do not wait for each other.
+void readCells(GridJob& j) {
+    using Bits4 __attribute__((vector_size(16))) = unsigned;
+    Bits4 all[4] = {};
+    for (int r = 0; r < j.matrix.rows; ++r) {
+        const float* const row = j.matrix.cells[r];
+        for (int c = 0; c + 16 <= j.matrix.columns; c += 16) {
+            for (int chain = 0; chain < 4; ++chain) {
+                Bits4 v;
+                std::memcpy(&v, row + c + 4 * chain, sizeof(v));
+                all[chain] ^= v;
+            }
+        }
+    }
+    benchmark::DoNotOptimize(all);
+}
+
 constexpr int kFirstColumn = 100;
 constexpr int kLastColumn = 1100;
 constexpr int kFirstRow = 100;
 constexpr int kLastRow = 1900;
 constexpr float kMinHeight = 25.0f;
 constexpr float kMaxHeight = 31.0f;
+
+void addLimits() {
+    addOnGrid("matrix size", "limit_reading", fillMatrix, readCells, nothing<GridJob>);
+    addOnGrid(
+        "matrix to cloud", "limit_reading_and_fresh_memory", fillMatrix,
+        [](GridJob& j) {
+            readCells(j);
+            const std::size_t size = sizeof(KxPointXYZ) * static_cast<std::size_t>(j.matrix.rows * j.matrix.columns);
+            j.bytes = std::make_unique_for_overwrite<char[]>(size);
+            std::memset(j.bytes.get(), 1, size);
+        },
+        nothing<GridJob>);
+}
 
 void addTrim() {
     addOnGrid(
@@ -148,6 +179,7 @@ void addToCloud() {
 [[maybe_unused]] const bool isRegistered = [] {
     addFromSet();
     addSize();
+    addLimits();
     addTrim();
     addToCloud();
     return true;

@@ -5,6 +5,7 @@
 #include "numeric/largestSquare.h"
 #include "profile/correlation.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace KxMath {
@@ -61,16 +62,25 @@ void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
         return;
     }
     const qsizetype n = points.size();
-    QList<KxPointXY> kept;
-    kept.reserve(n);
-    const KxPointXY* const data = points.constData();
+    KxPointXY* const data = points.data();
+    qsizetype kept = 0;
+    qsizetype stretch = 0; // where the points begin that stay and are still where they were
+    const auto moveUp = [&](qsizetype end) {
+        if (kept < stretch) {
+            std::copy(data + stretch, data + end, data + kept);
+        }
+        kept += end - stretch;
+    };
+    qsizetype i = 0;
     // Deliberately i + window < n: a window that is incomplete or ends at the last point is dropped.
-    for (qsizetype i = 0; i + window < n; i += window) {
-        if (countJumps(data + i, window, threshold) <= maxJumps) {
-            kept.append(points.constBegin() + i, points.constBegin() + i + window);
+    for (; i + window < n; i += window) {
+        if (countJumps(data + i, window, threshold) > maxJumps) {
+            moveUp(i);
+            stretch = i + window;
         }
     }
-    points = kept;
+    moveUp(i);
+    points.resize(kept);
 }
 
 void KxProfile::removeHighLevel(KxLine line) {
