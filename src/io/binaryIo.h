@@ -93,8 +93,8 @@ bool readRecords(Source& file, quint32 claimed, QList<Record>& records, Visit vi
         isShort = arrived < wanted;
     }
     records = list.take();
-    if (missing > 0) {
-        records.squeeze();
+    if (missing > 0 && claimed <= kLittle) {
+        records.squeeze(); // otherwise the list took what is there
     }
     return missing == 0;
 }
