@@ -5,10 +5,13 @@
 #include "numeric/float4.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace KxMath::detail {
 
 namespace {
+
+using Int4 __attribute__((vector_size(16))) = int;
 
 constexpr int kGroups = 4;
 constexpr int kSideBySide = 4 * kGroups;
@@ -22,6 +25,16 @@ struct Counter {
         return sum[0] + sum[1] + sum[2] + sum[3];
     }
 };
+
+/// Writes the coordinates of four points one point after the other.
+void storePoints(Float4 x, Float4 y, Float4 z, float* to) {
+    const Float4 low = __builtin_shufflevector(x, y, 0, 4, 1, 5);
+    const Float4 high = __builtin_shufflevector(x, y, 2, 6, 3, 7);
+    const Float4 endOfSecond = __builtin_shufflevector(low, z, 3, 4, 3, 4);
+    storeFloat4(to, __builtin_shufflevector(low, z, 0, 1, 4, 2));
+    storeFloat4(to + 4, __builtin_shufflevector(endOfSecond, high, 0, 1, 4, 5));
+    storeFloat4(to + 8, __builtin_shufflevector(high, z, 4, 2, 3, 5));
+}
 
 } // namespace
 
@@ -68,6 +81,27 @@ int emptyOutside(float* cells, int count, float min, float max) {
         }
     }
     return emptied.total() + rest;
+}
+
+KxPointXYZ* writeFilled(const float* cells, int row, int begin, int end, float step, KxPointXYZ* to) {
+    const float z = static_cast<float>(row) * step;
+    int c = begin;
+    while (c < end) {
+        for (; end - c >= 4; c += 4, to += 4) { // without empty cells
+            const Float4 heights = loadFloat4(cells + c);
+            if (anyOf(heights != heights)) {
+                break;
+            }
+            const Float4 columns = __builtin_convertvector((Int4{c, c + 1, c + 2, c + 3}), Float4);
+            storePoints(columns * step, heights, Float4{z, z, z, z}, &to->x);
+        }
+        for (const int stop = std::min(end, c + 4); c < stop; ++c) {
+            const float height = cells[c];
+            std::construct_at(to, static_cast<float>(c) * step, height, z);
+            to += height == height ? 1 : 0;
+        }
+    }
+    return to;
 }
 
 } // namespace KxMath::detail

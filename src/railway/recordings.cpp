@@ -13,8 +13,21 @@ Recording::Recording(const QString& fileName) : name(fileName) {
 }
 
 QString Recording::wheelFile(int wheel, int profile) const {
-    const auto number = [](int n) { return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0')); };
-    return directory + QLatin1Char('/') + number(wheel) + QLatin1Char('_') + number(profile) + QStringLiteral(".bin");
+    QString path;
+    path.reserve(directory.size() + 16);
+    const auto appendNumber = [&](int n) { // of two digits at least
+        if (n >= 0 && n < 10) {
+            path += QLatin1Char('0');
+        }
+        path += QString::number(n);
+    };
+    path += directory;
+    path += QLatin1Char('/');
+    appendNumber(wheel);
+    path += QLatin1Char('_');
+    appendNumber(profile);
+    path += QLatin1String(".bin");
+    return path;
 }
 
 QString sensorKey(int sensor, const char* key) {

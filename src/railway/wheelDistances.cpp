@@ -1,6 +1,8 @@
 // Distances across the wheel pairs of a train.
 #include "KxMath/KxMetro.h"
 
+#include "grid/profileRecord.h"
+#include "io/binaryIo.h"
 #include "numeric/angles.h"
 #include "railway/recordings.h"
 
@@ -43,13 +45,17 @@ Side readSide(QSettings& settings, const QString& fileName) {
 
 /// Reads one profile of a wheel and cuts it at the level line. @return false when there is no such file
 bool readBelowLevel(const Side& side, int wheel, int number, KxProfile& profile) {
-    KxPointCloud<KxPointXY>& cloud = profile;
-    cloud.clear(); // a file that cannot be opened leaves the points alone
+    profile.points.clear(); // what cannot be read leaves no points
     QFile file(side.recording.wheelFile(wheel, number));
     if (!file.open(QIODevice::ReadOnly)) {
         return file.exists();
     }
-    cloud.readFromFile(file);
+    detail::RecordHead head;
+    const qint64 arrived = detail::readBytes(file, head.data(), detail::kSectionHeadSize);
+    if (arrived == detail::kSectionHeadSize && head[0] == detail::kSectionMarker) {
+        const auto ignore = [](const KxPointXY*, qsizetype) {}; // the range is not asked for
+        detail::readRecords(file, detail::countIn(head), profile.points, ignore);
+    }
     profile.removeHighLevel(side.level);
     return true;
 }
