@@ -1,86 +1,151 @@
-// The cells of a regular walk along one axis, as far as points lie in them.
+// The cells of a regular walk along one axis.
 #pragma once
 
 #include "KxMath/KxPoints.h"
+#include "numeric/radixSort.h"
 
 #include <QtCore/QList>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace KxMath::detail {
 
-/// Occupied cells from the first to the last, counted from 0. The default is no cell.
+/// Cells from the first to the last, counted from 0. The default is no cell.
 struct CellRange {
     int first = 0;
     int last = -1;
 };
 
-/// The occupied cells of an axis in walking order, and the points in them.
-struct AxisCells {
-    std::vector<float> starts; ///< where each occupied cell starts
-    std::vector<CellRange> ranges; ///< of each point, by its position
-    std::vector<int> order; ///< the positions of the points in cells by rising coordinate; their first and last
-                            ///< cells rise too
-};
-
 /// Walks from `min` in steps of `step` while below `max`. The starts are running single-precision sums, which cannot be
-/// jumped to: empty cells cost an addition, but no memory. The walk ends where the sum does not advance, so that no
-/// axis takes more than some 2^25 steps.
-/// @param shape tells by isBelow(v, start) and isAbove(v, start) on which side of a cell a coordinate lies; both are
-///        monotone in each argument. A point with a NaN coordinate is in no cell.
+/// jumped to, and the walk ends where the sum does not advance, so that no axis takes more than some 2^25 steps.
+///
+/// A walk of many more cells than there are points keeps only those in which points lie, so that memory follows the
+/// points. To the points this makes no difference: cells are counted, and only those with points are ever looked at.
+/// @tparam Shape tells by isBelow(v, start) and isAbove(v, start) on which side of a cell a coordinate lies; both are
+///         monotone in each argument. A point with a NaN coordinate is in no cell.
 template <typename Shape>
-AxisCells occupiedCells(const QList<KxPointXYZ>& points, float KxPointXYZ::*coordinate, float min, float max,
-                        float step, const Shape& shape) {
-    struct Value {
-        float v;
-        int position;
-    };
-    std::vector<Value> values;
-    values.reserve(static_cast<std::size_t>(points.size()));
-    for (int i = 0; i < points.size(); ++i) {
-        if (!std::isnan(points[i].*coordinate)) {
-            values.push_back({points[i].*coordinate, i});
+class AxisCells {
+public:
+    AxisCells(const QList<KxPointXYZ>& points, float KxPointXYZ::*coordinate, float min, float max, float step,
+              const Shape& shape)
+        : shape_(shape) {
+        const auto all = allStarts(min, max, step, kCellsPerPoint * static_cast<std::size_t>(points.size()));
+        starts_ = all ? *all : occupiedStarts(sortedValues(points, coordinate), min, max, step);
+        if (size() > 1) {
+            const double first = static_cast<double>(starts_.front());
+            cellsPerUnit_ = static_cast<double>(size() - 1) / (static_cast<double>(starts_.back()) - first);
         }
     }
-    std::sort(values.begin(), values.end(), [](const Value& a, const Value& b) { return a.v < b.v; });
 
-    AxisCells cells;
-    cells.ranges.resize(static_cast<std::size_t>(points.size()));
-    const auto rangeOf = [&](std::size_t i) -> CellRange& {
-        return cells.ranges[static_cast<std::size_t>(values[i].position)];
-    };
-    std::size_t passed = 0; // values below the current cell
-    std::size_t entered = 0; // values not above it
-    for (float start = min; start < max && passed < values.size();) {
-        const int cell = static_cast<int>(cells.starts.size());
-        for (; passed < values.size() && shape.isBelow(values[passed].v, start); ++passed) {
-            rangeOf(passed).last = passed < entered ? cell - 1 : -1;
+    int size() const { return static_cast<int>(starts_.size()); }
+    float start(int cell) const { return starts_[static_cast<std::size_t>(cell)]; }
+
+    /// The cells in which `v` lies.
+    CellRange rangeOf(float v) const {
+        const int last = lastNotAbove(v);
+        if (last < 0 || shape_.isAbove(v, start(last)) || std::isnan(v)) {
+            return {};
         }
-        entered = std::max(entered, passed);
-        for (; entered < values.size() && !shape.isAbove(values[entered].v, start); ++entered) {
-            rangeOf(entered).first = cell;
+        int first = last;
+        while (first > 0 && !shape_.isAbove(v, start(first - 1))) {
+            --first;
         }
-        if (entered > passed) {
-            cells.starts.push_back(start);
-        }
-        const float next = start + step;
-        if (!(next > start)) { // NaN: true
-            break;
-        }
-        start = next;
+        return {first, last};
     }
-    for (; passed < entered; ++passed) {
-        rangeOf(passed).last = static_cast<int>(cells.starts.size()) - 1;
-    }
-    for (const Value& value : values) {
-        const CellRange& range = cells.ranges[static_cast<std::size_t>(value.position)];
-        if (range.first <= range.last) {
-            cells.order.push_back(value.position);
+
+private:
+    static constexpr std::size_t kCellsPerPoint = 4;
+
+    /// The starts of all cells, unless they are more than `most`.
+    static std::optional<std::vector<float>> allStarts(float min, float max, float step, std::size_t most) {
+        std::vector<float> starts;
+        for (float start = min; start < max;) {
+            if (starts.size() == most) {
+                return std::nullopt;
+            }
+            starts.push_back(start);
+            const float next = start + step;
+            if (!(next > start)) { // NaN: true
+                break;
+            }
+            start = next;
         }
+        return starts;
     }
-    return cells;
-}
+
+    static std::vector<float> sortedValues(const QList<KxPointXYZ>& points, float KxPointXYZ::*coordinate) {
+        std::vector<float> values;
+        values.reserve(static_cast<std::size_t>(points.size()));
+        for (const KxPointXYZ& p : points) {
+            if (!std::isnan(p.*coordinate)) {
+                values.push_back(p.*coordinate);
+            }
+        }
+        if (!radixSort(
+                values.data(), values.size(), [](float v) { return v; }, true)) {
+            std::sort(values.begin(), values.end());
+        }
+        return values;
+    }
+
+    /// The starts of the cells in which some of the sorted values lie.
+    std::vector<float> occupiedStarts(const std::vector<float>& values, float min, float max, float step) const {
+        std::vector<float> starts;
+        auto v = values.begin();
+        for (float start = min; start < max;) {
+            v = std::find_if_not(v, values.end(), [&](float value) { return shape_.isBelow(value, start); });
+            if (v == values.end()) {
+                break;
+            }
+            if (!shape_.isAbove(*v, start)) {
+                starts.push_back(start);
+            }
+            const float next = start + step;
+            if (!(next > start)) { // NaN: true
+                break;
+            }
+            start = next;
+        }
+        return starts;
+    }
+
+    /// The last cell that does not begin above `v`, or -1. Most often the cell that the distance from the first one
+    /// suggests, or one next to it; not where running sums drift or empty cells are left out.
+    int lastNotAbove(float v) const {
+        constexpr int kTrials = 4;
+        int cell = guess(v);
+        for (int trial = 0; trial < kTrials; ++trial) {
+            if (cell >= 0 && shape_.isBelow(v, start(cell))) {
+                --cell;
+            } else if (cell + 1 < size() && !shape_.isBelow(v, start(cell + 1))) {
+                ++cell;
+            } else {
+                return cell;
+            }
+        }
+        const auto next = std::partition_point(starts_.begin(), starts_.end(),
+                                               [&](float start) { return !shape_.isBelow(v, start); });
+        return static_cast<int>(next - starts_.begin()) - 1;
+    }
+
+    int guess(float v) const {
+        if (size() < 2) {
+            return size() - 1;
+        }
+        const double cell = (static_cast<double>(v) - static_cast<double>(starts_.front())) * cellsPerUnit_;
+        if (!(cell > 0.0)) { // NaN: true
+            return 0;
+        }
+        return cell < static_cast<double>(size()) ? static_cast<int>(cell) : size() - 1;
+    }
+
+    const Shape shape_;
+    std::vector<float> starts_;
+    double cellsPerUnit_ = 0.0;
+};
 
 } // namespace KxMath::detail

@@ -2,13 +2,18 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "cloud/axisCells.h"
+#include "cloud/cellOrder.h"
 #include "cloud/compaction.h"
 #include "cloud/isolatedPoints.h"
+#include "numeric/largestSquare.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
+#include <numeric>
+#include <span>
 #include <vector>
 
 namespace KxMath {
@@ -24,21 +29,21 @@ struct CubeCells {
         const float end = start + cell;
         return v > end; // NaN: false, a bound that is NaN is switched off
     }
-    bool contains(const KxPointXYZ&, const KxPointXYZ&) const { return true; } // the axes tell it all
+    bool contains(const detail::CellMember&, const KxPointXYZ&) const { return true; } // the axes tell it all
 };
 
 /// Balls about the centres of such cubes.
 struct BallCells {
     float half;
     float radius;
+    float maxSquare; ///< of a distance that is at most the radius
 
-    explicit BallCells(float cell) : half(cell / 2.0f), radius(cell * 0.5f) {}
+    explicit BallCells(float cell) : half(cell / 2.0f), radius(cell * 0.5f), maxSquare(detail::largestSquare(radius)) {}
 
     /// The distance that this axis alone makes; the distance from the centre is never smaller, rounding included.
     bool reaches(float v, float center) const {
         const float difference = v - center;
-        const float square = difference * difference;
-        return std::sqrt(square) <= radius;
+        return difference * difference <= maxSquare;
     }
     bool isBelow(float v, float start) const {
         const float center = start + half;
@@ -48,94 +53,120 @@ struct BallCells {
         const float center = start + half;
         return v > center && !reaches(v, center);
     }
-    bool contains(const KxPointXYZ& p, const KxPointXYZ& start) const {
+    bool contains(const detail::CellMember& p, const KxPointXYZ& start) const {
         const KxPointXYZ center(start.x + half, start.y + half, start.z + half);
-        return KxPointXYZ::calcDistance(p, center) <= radius; // NaN: false
+        return detail::squareOfDistance(p.x - center.x, p.y - center.y, p.z - center.z) <= maxSquare; // NaN: false
     }
 };
 
-/// Visits the occupied cells, x outermost and z innermost, and takes out what each of them gives up.
+/// The points in the order of their cells along x. A point that lies in several of these stands in each.
+class Layers {
+public:
+    template <typename Shape>
+    Layers(const QList<KxPointXYZ>& points, const detail::AxisCells<Shape>& xCells)
+        : ends_(static_cast<std::size_t>(xCells.size()) + 1, 0) {
+        visitCells(points, xCells, [&](std::size_t cell, int) { ++ends_[cell + 1]; });
+        std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
+        members_ = std::make_unique_for_overwrite<detail::CellMember[]>(ends_.back());
+        visitCells(points, xCells, [&](std::size_t cell, int position) { // starts become ends
+            const KxPointXYZ& p = points[position];
+            members_[ends_[cell]++] = {p.x, p.y, p.z, position};
+        });
+    }
+
+    std::span<const detail::CellMember> layer(int cell) const {
+        const std::size_t i = static_cast<std::size_t>(cell);
+        const std::size_t begin = i > 0 ? ends_[i - 1] : 0;
+        return {members_.get() + begin, ends_[i] - begin};
+    }
+
+private:
+    template <typename Shape, typename Visit>
+    static void visitCells(const QList<KxPointXYZ>& points, const detail::AxisCells<Shape>& xCells, Visit visit) {
+        for (int i = 0; i < points.size(); ++i) {
+            const detail::CellRange range = xCells.rangeOf(points[i].x);
+            for (int cell = range.first; cell <= range.last; ++cell) {
+                visit(static_cast<std::size_t>(cell), i);
+            }
+        }
+    }
+
+    std::vector<std::size_t> ends_;
+    std::unique_ptr<detail::CellMember[]> members_;
+};
+
+using Members = std::vector<detail::CellMember>;
+
+/// Visits the cells with points, x outermost and z innermost, and takes out what each of them gives up.
 template <typename Shape>
 class CellSweep {
 public:
     CellSweep(KxPointCloud<KxPointXYZ>& cloud, float step, const Shape& shape)
-        : cloud_(cloud), points_(cloud.points), shape_(shape),
-          xCells_(detail::occupiedCells(points_, &KxPointXYZ::x, cloud.minX, cloud.maxX, step, shape)),
-          yCells_(detail::occupiedCells(points_, &KxPointXYZ::y, cloud.minY, cloud.maxY, step, shape)),
-          zCells_(detail::occupiedCells(points_, &KxPointXYZ::z, cloud.minZ, cloud.maxZ, step, shape)),
-          isRemoved_(static_cast<std::size_t>(points_.size()), false) {}
+        : cloud_(cloud), shape_(shape), xCells_(cloud.points, &KxPointXYZ::x, cloud.minX, cloud.maxX, step, shape),
+          yCells_(cloud.points, &KxPointXYZ::y, cloud.minY, cloud.maxY, step, shape),
+          zCells_(cloud.points, &KxPointXYZ::z, cloud.minZ, cloud.maxZ, step, shape),
+          isRemoved_(static_cast<std::size_t>(cloud.points.size()), false) {}
 
-    /// @param pick is given the positions of the points of a cell and returns those to remove
+    /// @param pick is given the points of a cell and appends the positions of those to remove to an empty list
     /// @return the number of points removed from the cloud
     template <typename Pick>
     int run(Pick pick) {
-        std::size_t begin = 0; // the points of a layer are neighbours in the order by x
-        std::size_t end = 0;
-        for (int layer = 0; layer < static_cast<int>(xCells_.starts.size()); ++layer) {
-            const std::vector<int>& order = xCells_.order;
-            while (end < order.size() && rangeOf(xCells_, order[end]).first <= layer) {
-                ++end;
-            }
-            while (begin < end && rangeOf(xCells_, order[begin]).last < layer) {
-                ++begin;
-            }
-            collectLayer(begin, end);
-            visitLayer(xCells_.starts[static_cast<std::size_t>(layer)], pick);
+        const Layers layers(cloud_.points, xCells_);
+        for (int x = 0; x < xCells_.size(); ++x) {
+            const std::span<const detail::CellMember> layer = layers.layer(x);
+            collectEntries(layer, xCells_.start(x));
+            visitLayer(layer, pick);
         }
         if (removed_ > 0) {
-            qsizetype position = 0;
-            detail::keepIf(cloud_.points, [&](const KxPointXYZ&) { return !isRemovedAt(position++); });
+            std::size_t position = 0;
+            detail::keepIf(cloud_.points, [&](const KxPointXYZ&) { return !isRemoved_[position++]; });
             cloud_.zIndexBuilt = 0;
         }
         return removed_;
     }
 
 private:
-    /// A point in a cell of the current layer.
-    struct Entry {
-        std::uint64_t cell; ///< the cell along y, then that along z
-        int position;
-    };
-
-    static detail::CellRange rangeOf(const detail::AxisCells& cells, int position) {
-        return cells.ranges[static_cast<std::size_t>(position)];
+    bool isRemoved(const detail::CellMember& member) const {
+        return isRemoved_[static_cast<std::size_t>(member.position)];
     }
 
-    bool isRemovedAt(qsizetype position) const { return isRemoved_[static_cast<std::size_t>(position)]; }
-
-    void collectLayer(std::size_t begin, std::size_t end) {
+    void collectEntries(std::span<const detail::CellMember> layer, float startX) {
         entries_.clear();
-        for (std::size_t i = begin; i < end; ++i) {
-            const int position = xCells_.order[i];
-            if (isRemovedAt(position)) {
-                continue;
-            }
-            const detail::CellRange ys = rangeOf(yCells_, position);
-            const detail::CellRange zs = rangeOf(zCells_, position);
+        for (std::uint32_t i = 0; i < layer.size(); ++i) {
+            const detail::CellMember& member = layer[i];
+            const detail::CellRange ys = yCells_.rangeOf(member.y);
+            const detail::CellRange zs = zCells_.rangeOf(member.z);
             for (int y = ys.first; y <= ys.last; ++y) {
                 for (int z = zs.first; z <= zs.last; ++z) {
-                    entries_.push_back({static_cast<std::uint64_t>(y) << 32 | static_cast<std::uint64_t>(z), position});
+                    if (shape_.contains(member, KxPointXYZ(startX, yCells_.start(y), zCells_.start(z)))) {
+                        entries_.push_back({numberOf(y, z), i});
+                    }
                 }
             }
         }
-        std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) { return a.cell < b.cell; });
+        order_.sort(entries_, numberOf(yCells_.size(), 0));
+    }
+
+    /// The number of a cell in a layer.
+    std::uint64_t numberOf(int y, int z) const {
+        return static_cast<std::uint64_t>(y) * static_cast<std::uint64_t>(zCells_.size()) +
+               static_cast<std::uint64_t>(z);
     }
 
     template <typename Pick>
-    void visitLayer(float startX, Pick pick) {
-        std::vector<int> members;
-        for (std::size_t i = 0; i < entries_.size();) {
-            const std::uint64_t cell = entries_[i].cell;
-            const KxPointXYZ start(startX, yCells_.starts[cell >> 32], zCells_.starts[cell & 0xffffffffu]);
-            members.clear();
-            for (; i < entries_.size() && entries_[i].cell == cell; ++i) {
-                const int position = entries_[i].position;
-                // Only what earlier cells have left.
-                if (!isRemovedAt(position) && shape_.contains(points_[position], start)) {
-                    members.push_back(position);
+    void visitLayer(std::span<const detail::CellMember> layer, Pick pick) {
+        for (auto entry = entries_.cbegin(); entry != entries_.cend();) {
+            const std::uint64_t cell = entry->cell;
+            members_.clear();
+            for (; entry != entries_.cend() && entry->cell == cell; ++entry) {
+                const detail::CellMember& member = layer[entry->member];
+                if (!isRemoved(member)) { // only what earlier cells have left
+                    members_.push_back(member);
                 }
             }
-            for (const int position : pick(members)) {
+            picked_.clear();
+            pick(members_, picked_);
+            for (const int position : picked_) {
                 isRemoved_[static_cast<std::size_t>(position)] = true;
                 ++removed_;
             }
@@ -143,29 +174,40 @@ private:
     }
 
     KxPointCloud<KxPointXYZ>& cloud_;
-    const QList<KxPointXYZ>& points_;
     const Shape shape_;
-    const detail::AxisCells xCells_;
-    const detail::AxisCells yCells_;
-    const detail::AxisCells zCells_;
+    const detail::AxisCells<Shape> xCells_;
+    const detail::AxisCells<Shape> yCells_;
+    const detail::AxisCells<Shape> zCells_;
     std::vector<bool> isRemoved_;
-    std::vector<Entry> entries_;
+    std::vector<detail::CellEntry> entries_; // of the current layer
+    detail::CellOrder order_;
+    Members members_; // of the current cell
+    std::vector<int> picked_;
     int removed_ = 0;
 };
 
-bool isFewer(const std::vector<int>& members, int minCount) {
+bool isFewer(const Members& members, int minCount) {
     return static_cast<qsizetype>(members.size()) < minCount;
 }
 
-/// What a cell of cubicFilter2() gives up.
-std::vector<int> pickSparseOrIsolated(const QList<KxPointXYZ>& points, const std::vector<int>& members, float maxDist,
-                                      int minCount) {
-    if (isFewer(members, minCount)) {
-        return members;
+void pickAll(const Members& members, std::vector<int>& picked) {
+    picked.clear();
+    for (const detail::CellMember& member : members) {
+        picked.push_back(member.position);
     }
-    const std::vector<int> isolated = detail::isolatedPoints(points, members, maxDist);
-    const bool staysFull = static_cast<qsizetype>(members.size() - isolated.size()) >= minCount;
-    return isolated.empty() || staysFull ? isolated : members;
+}
+
+/// What a cell of cubicFilter2() gives up.
+void pickSparseOrIsolated(const Members& members, std::vector<int>& picked, float maxDist, int minCount) {
+    if (isFewer(members, minCount)) {
+        pickAll(members, picked);
+        return;
+    }
+    detail::appendIsolated(picked, members, maxDist);
+    const bool staysFull = static_cast<qsizetype>(members.size() - picked.size()) >= minCount;
+    if (!picked.empty() && !staysFull) {
+        pickAll(members, picked);
+    }
 }
 
 void completeRange(KxPointCloud<KxPointXYZ>& cloud) {
@@ -186,8 +228,11 @@ int KxPointCloud<KxPointXYZ>::cubicFilter(float cell, int minCount) {
         return 0;
     }
     CellSweep sweep(*this, cell, CubeCells{cell});
-    return sweep.run(
-        [&](const std::vector<int>& members) { return isFewer(members, minCount) ? members : std::vector<int>(); });
+    return sweep.run([&](const Members& members, std::vector<int>& picked) {
+        if (isFewer(members, minCount)) {
+            pickAll(members, picked);
+        }
+    });
 }
 
 int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDist, int minCount, bool spherical) {
@@ -198,8 +243,8 @@ int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDist, int minCou
     if (cell <= 0.0f) {
         return 0;
     }
-    const auto pick = [&](const std::vector<int>& members) {
-        return pickSparseOrIsolated(points, members, maxDist, minCount);
+    const auto pick = [&](const Members& members, std::vector<int>& picked) {
+        pickSparseOrIsolated(members, picked, maxDist, minCount);
     };
     if (!spherical) {
         return CellSweep(*this, cell, CubeCells{cell}).run(pick);

@@ -1,11 +1,13 @@
 // Points that stand apart from all others.
 #include "cloud/isolatedPoints.h"
 
-#include "numeric/bounds.h"
+#include "numeric/float4.h"
+#include "numeric/largestSquare.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <tuple>
 
@@ -15,25 +17,62 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-/// The definition itself, for few members.
-std::vector<int> isolatedByAllPairs(const QList<KxPointXYZ>& points, const std::vector<int>& members, float maxDist) {
-    std::vector<int> isolated;
-    for (const int p : members) {
-        float nearest = kNaN;
-        for (const int q : members) {
-            if (p != q) {
-                const float distance = KxPointXYZ::calcDistance(points[p], points[q]);
-                if (std::isnan(nearest) || distance < nearest) {
-                    nearest = distance;
-                }
-            }
+/// The comparison of all pairs, four at a time, for few members with finite coordinates.
+class AllPairs {
+public:
+    static constexpr std::size_t kMost = 256;
+
+    /// @param members at most kMost
+    AllPairs(const std::vector<CellMember>& members, float maxDist)
+        : members_(members), maxSquare_(largestSquare(maxDist)) {
+        std::size_t i = 0;
+        for (const CellMember& member : members) {
+            x_[i] = member.x;
+            y_[i] = member.y;
+            z_[i++] = member.z;
         }
-        if (nearest > maxDist) { // NaN: false
-            isolated.push_back(p);
+        for (; i % 4 != 0; ++i) { // at infinity they are nobody's neighbours
+            x_[i] = y_[i] = z_[i] = kInfinity;
         }
     }
-    return isolated;
-}
+
+    void appendIsolated(std::vector<int>& isolated) const {
+        for (std::size_t i = 0; i < members_.size(); ++i) {
+            if (!hasNeighbour(i)) {
+                isolated.push_back(members_[i].position);
+            }
+        }
+    }
+
+private:
+    bool hasNeighbour(std::size_t i) const {
+        for (std::size_t four = 0; four < members_.size(); four += 4) {
+            Answers4 areNear = areNeighbours(i, four);
+            if (four == i / 4 * 4) {
+                areNear[i % 4] = 0; // the member itself
+            }
+            if (anyOf(areNear)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    Answers4 areNeighbours(std::size_t i, std::size_t four) const {
+        const Float4 dx = x_[i] - loadFloat4(&x_[four]);
+        const Float4 dy = y_[i] - loadFloat4(&y_[four]);
+        const Float4 dz = z_[i] - loadFloat4(&z_[four]);
+        return squareOfDistance(dx, dy, dz) <= maxSquare_; // NaN: no
+    }
+
+    using Coordinates = std::array<float, kMost>;
+
+    const std::vector<CellMember>& members_;
+    const float maxSquare_;
+    Coordinates x_;
+    Coordinates y_;
+    Coordinates z_;
+};
 
 /// A point in its cube of a grid. The numbers of a cube are whole doubles, since a wide cloud with a small distance has
 /// more cubes than integers count.
@@ -41,7 +80,7 @@ struct GridPoint {
     double x;
     double y;
     double z;
-    int position;
+    const CellMember* member;
     bool hasNeighbour = false;
 
     std::tuple<double, double, double> cube() const { return {x, y, z}; }
@@ -50,7 +89,7 @@ struct GridPoint {
 /// The points in cubes of a bit more than half of `maxDist`, in lexicographic order of their cubes. Points in one cube
 /// are neighbours (but for rounding), and neighbours are at most two cubes apart: where the cubes are so many that the
 /// doubles round, single-precision coordinates are equal or further apart than neighbours.
-std::vector<GridPoint> gridPoints(const QList<KxPointXYZ>& points, const std::vector<int>& members, float maxDist) {
+std::vector<GridPoint> gridPoints(const std::vector<CellMember>& members, float maxDist) {
     constexpr double kRounding = 1.000001; // more than the error of a single-precision distance
     constexpr double kVanishing = 3e-23; // up to here a square may be 0 in single precision
     constexpr double kOverflowing = 1.9e19; // from here on a square is infinite
@@ -59,9 +98,8 @@ std::vector<GridPoint> gridPoints(const QList<KxPointXYZ>& points, const std::ve
     const auto number = [side](float v) { return std::floor(static_cast<double>(v) / side); };
     std::vector<GridPoint> grid;
     grid.reserve(members.size());
-    for (const int position : members) {
-        const KxPointXYZ& p = points[position];
-        grid.push_back({number(p.x), number(p.y), number(p.z), position});
+    for (const CellMember& member : members) {
+        grid.push_back({number(member.x), number(member.y), number(member.z), &member});
     }
     std::sort(grid.begin(), grid.end(), [](const GridPoint& a, const GridPoint& b) { return a.cube() < b.cube(); });
     return grid;
@@ -69,8 +107,9 @@ std::vector<GridPoint> gridPoints(const QList<KxPointXYZ>& points, const std::ve
 
 class NeighbourSearch {
 public:
-    NeighbourSearch(const QList<KxPointXYZ>& points, const std::vector<int>& members, float maxDist)
-        : points_(points), maxDist_(maxDist), grid_(gridPoints(points, members, maxDist)) {
+    /// @param maxDist at least 0
+    NeighbourSearch(const std::vector<CellMember>& members, float maxDist)
+        : maxSquare_(largestSquare(maxDist)), grid_(gridPoints(members, maxDist)) {
         settleWithinCubes();
         for (int dx = -2; dx <= 2; ++dx) {
             for (int dy = -2; dy <= 2; ++dy) {
@@ -82,14 +121,16 @@ public:
     void appendIsolated(std::vector<int>& isolated) const {
         for (const GridPoint& p : grid_) {
             if (!p.hasNeighbour) {
-                isolated.push_back(p.position);
+                isolated.push_back(p.member->position);
             }
         }
     }
 
 private:
     bool areNeighbours(const GridPoint& p, const GridPoint& q) const {
-        return KxPointXYZ::calcDistance(points_[p.position], points_[q.position]) <= maxDist_;
+        const CellMember& a = *p.member;
+        const CellMember& b = *q.member;
+        return squareOfDistance(a.x - b.x, a.y - b.y, a.z - b.z) <= maxSquare_;
     }
 
     /// Points with company in their cube. Afterwards nearly all that have no neighbour yet are alone in theirs, so that
@@ -100,7 +141,7 @@ private:
             const auto end = std::find_if(begin, grid_.end(), isOther);
             for (auto p = begin; p != end; ++p) {
                 p->hasNeighbour = std::any_of(
-                    begin, end, [&](const GridPoint& q) { return q.position != p->position && areNeighbours(*p, q); });
+                    begin, end, [&](const GridPoint& q) { return q.member != p->member && areNeighbours(*p, q); });
             }
             begin = end;
         }
@@ -121,7 +162,7 @@ private:
                 ++row;
             }
             for (auto q = row; q != grid_.end() && q->x == x && q->y == y && q->z <= p.z + 2.0; ++q) {
-                if (q->position != p.position && areNeighbours(p, *q)) {
+                if (q->member != p.member && areNeighbours(p, *q)) {
                     p.hasNeighbour = true;
                     break;
                 }
@@ -129,13 +170,12 @@ private:
         }
     }
 
-    const QList<KxPointXYZ>& points_;
-    const float maxDist_;
+    const float maxSquare_;
     std::vector<GridPoint> grid_;
 };
 
 /// Which coordinates are infinite, and with which sign: one of 27 kinds, three digits of base 3.
-int kindOfInfinity(const KxPointXYZ& p) {
+int kindOfInfinity(const CellMember& p) {
     const auto digit = [](float v) { return v == kInfinity ? 2 : v == -kInfinity ? 1 : 0; };
     return digit(p.x) + 3 * digit(p.y) + 9 * digit(p.z);
 }
@@ -150,43 +190,54 @@ bool haveDistance(int a, int b) {
     return true;
 }
 
-} // namespace
-
-std::vector<int> isolatedPoints(const QList<KxPointXYZ>& points, const std::vector<int>& members, float maxDist) {
-    constexpr std::size_t kFewMembers = 32;
-    if (members.size() < 2 || !(maxDist < kInfinity)) { // NaN: nothing is further apart
-        return {};
-    }
-    if (members.size() <= kFewMembers) {
-        return isolatedByAllPairs(points, members, maxDist);
-    }
-    std::vector<int> finite;
-    std::array<bool, 27> isPresent{};
-    for (const int position : members) {
-        const int kind = kindOfInfinity(points[position]);
-        isPresent[static_cast<std::size_t>(kind)] = true;
-        if (kind == 0) {
-            finite.push_back(position);
+/// Appends the isolated ones of `members`, all finite, which have at least one distance each.
+void appendIsolatedFinite(std::vector<int>& isolated, const std::vector<CellMember>& members, float maxDist) {
+    if (members.size() <= AllPairs::kMost) {
+        AllPairs(members, maxDist).appendIsolated(isolated);
+    } else if (maxDist >= 0.0f) {
+        NeighbourSearch(members, maxDist).appendIsolated(isolated);
+    } else {
+        for (const CellMember& member : members) {
+            isolated.push_back(member.position);
         }
     }
-    std::vector<int> isolated;
-    if (maxDist >= 0.0f) {
-        NeighbourSearch(points, finite, maxDist).appendIsolated(isolated);
-    } else {
-        isolated = finite;
+}
+
+bool isFinite(const CellMember& member) {
+    return std::isfinite(member.x) && std::isfinite(member.y) && std::isfinite(member.z);
+}
+
+} // namespace
+
+void appendIsolated(std::vector<int>& isolated, const std::vector<CellMember>& members, float maxDist) {
+    if (members.size() < 2 || !(maxDist < kInfinity)) { // NaN: nothing is further apart
+        return;
     }
+    if (std::all_of(members.begin(), members.end(), isFinite)) {
+        appendIsolatedFinite(isolated, members, maxDist);
+        return;
+    }
+    std::vector<CellMember> finite;
+    std::array<bool, 27> isPresent{};
+    for (const CellMember& member : members) {
+        const int kind = kindOfInfinity(member);
+        isPresent[static_cast<std::size_t>(kind)] = true;
+        if (kind == 0) {
+            finite.push_back(member);
+        }
+    }
+    appendIsolatedFinite(isolated, finite, maxDist); // a point at infinity is at a distance from each of them
     // A point at infinity is infinitely far from every point to which it has a distance at all.
-    for (const int position : members) {
-        const int kind = kindOfInfinity(points[position]);
+    for (const CellMember& member : members) {
+        const int kind = kindOfInfinity(member);
         bool hasDistance = false;
         for (int other = 0; kind != 0 && other < 27; ++other) {
             hasDistance = hasDistance || (isPresent[static_cast<std::size_t>(other)] && haveDistance(kind, other));
         }
         if (hasDistance) {
-            isolated.push_back(position);
+            isolated.push_back(member.position);
         }
     }
-    return isolated;
 }
 
 } // namespace KxMath::detail

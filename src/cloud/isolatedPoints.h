@@ -1,17 +1,27 @@
 // Points that stand apart from all others.
 #pragma once
 
-#include "KxMath/KxPoints.h"
-
-#include <QtCore/QList>
-
 #include <vector>
 
 namespace KxMath::detail {
 
-/// Those of `members` (positions in `points`, none with a NaN coordinate) whose smallest KxPointXYZ::calcDistance() to
-/// another member is greater than `maxDist`. Distances that are NaN (between infinities) do not count; a member without
-/// any other distance is not isolated. Takes O(m log m) for m members.
-std::vector<int> isolatedPoints(const QList<KxPointXYZ>& points, const std::vector<int>& members, float maxDist);
+/// A point of a cell with its position in the cloud. Without constructors, so that room for many is not filled in vain.
+struct CellMember {
+    float x;
+    float y;
+    float z;
+    int position;
+};
+
+/// The square of KxPointXYZ::calcDistance() as it is rounded there.
+template <typename Number>
+Number squareOfDistance(Number dx, Number dy, Number dz) {
+    return dy * dy + dx * dx + dz * dz;
+}
+
+/// Appends the positions of those of `members`, none with a NaN coordinate, whose smallest KxPointXYZ::calcDistance()
+/// to another member is greater than `maxDist`. Distances that are NaN (between infinities) do not count; a member
+/// without any other distance is not isolated. Takes O(m log m) for m members.
+void appendIsolated(std::vector<int>& isolated, const std::vector<CellMember>& members, float maxDist);
 
 } // namespace KxMath::detail
