@@ -9,10 +9,19 @@
 
 namespace KxMath::detail {
 
-/// Something in a cell.
+/// A point with its position in the cloud. Without constructors, so that room for many is not filled in vain.
+struct CellMember {
+    float x;
+    float y;
+    float z;
+    int position;
+};
+
+/// A point in a cell.
 struct CellEntry {
     std::uint64_t cell;
-    std::uint32_t member;
+    std::uint32_t member; ///< the place among the points of the layer
+    int position; ///< in the cloud: mostly all that is asked for, and at hand without a look at the point
 };
 
 /// Sorts entries by their cells. Keeps the room that it needs from one use to the next.

@@ -1,17 +1,11 @@
 // Points that stand apart from all others.
 #pragma once
 
+#include "cloud/cellOrder.h"
+
 #include <vector>
 
 namespace KxMath::detail {
-
-/// A point of a cell with its position in the cloud. Without constructors, so that room for many is not filled in vain.
-struct CellMember {
-    float x;
-    float y;
-    float z;
-    int position;
-};
 
 /// The square of KxPointXYZ::calcDistance() as it is rounded there.
 template <typename Number>

@@ -1,0 +1,146 @@
+// A sweep over the cells of a cloud that removes points from them.
+#pragma once
+
+#include "KxMath/KxPointCloud.h"
+#include "cloud/axisCells.h"
+#include "cloud/cellOrder.h"
+#include "cloud/compaction.h"
+
+#include <QtCore/QList>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <numeric>
+#include <span>
+#include <vector>
+
+namespace KxMath::detail {
+
+/// The points in the order of their cells along x. A point that lies in several of these stands in each.
+class Layers {
+public:
+    template <typename Shape>
+    Layers(const QList<KxPointXYZ>& points, const AxisCells<Shape>& xCells)
+        : ends_(static_cast<std::size_t>(xCells.size()) + 1, 0) {
+        visitCells(points, xCells, [&](std::size_t cell, int) { ++ends_[cell + 1]; });
+        std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
+        members_ = std::make_unique_for_overwrite<CellMember[]>(ends_.back());
+        visitCells(points, xCells, [&](std::size_t cell, int position) { // starts become ends
+            const KxPointXYZ& p = points[position];
+            members_[ends_[cell]++] = {p.x, p.y, p.z, position};
+        });
+    }
+
+    std::span<const CellMember> layer(int cell) const {
+        const std::size_t i = static_cast<std::size_t>(cell);
+        const std::size_t begin = i > 0 ? ends_[i - 1] : 0;
+        return {members_.get() + begin, ends_[i] - begin};
+    }
+
+private:
+    template <typename Shape, typename Visit>
+    static void visitCells(const QList<KxPointXYZ>& points, const AxisCells<Shape>& xCells, Visit visit) {
+        for (int i = 0; i < points.size(); ++i) {
+            const CellRange range = xCells.rangeOf(points[i].x);
+            for (int cell = range.first; cell <= range.last; ++cell) {
+                visit(static_cast<std::size_t>(cell), i);
+            }
+        }
+    }
+
+    std::vector<std::size_t> ends_;
+    std::unique_ptr<CellMember[]> members_;
+};
+
+/// What a cell holds: those of the points of its layer that the entries tell.
+struct CellContent {
+    std::span<const CellMember> layer;
+    std::span<const CellEntry> entries;
+};
+
+/// Visits the cells with points, x outermost and z innermost, and takes out what each of them gives up.
+template <typename Shape>
+class CellSweep {
+public:
+    CellSweep(KxPointCloud<KxPointXYZ>& cloud, float step, const Shape& shape)
+        : cloud_(cloud), shape_(shape), xCells_(cloud.points, &KxPointXYZ::x, cloud.minX, cloud.maxX, step, shape),
+          yCells_(cloud.points, &KxPointXYZ::y, cloud.minY, cloud.maxY, step, shape),
+          zCells_(cloud.points, &KxPointXYZ::z, cloud.minZ, cloud.maxZ, step, shape),
+          isRemoved_(static_cast<std::size_t>(cloud.points.size()), false) {}
+
+    /// @param pick appends to an empty list the positions of those points of a CellContent that are to be removed
+    /// @return the number of points removed from the cloud
+    template <typename Pick>
+    int run(Pick pick) {
+        const Layers layers(cloud_.points, xCells_);
+        for (int x = 0; x < xCells_.size(); ++x) {
+            const std::span<const CellMember> layer = layers.layer(x);
+            collectEntries(layer, xCells_.start(x));
+            visitLayer(layer, pick);
+        }
+        if (removed_ > 0) {
+            std::size_t position = 0;
+            keepIf(cloud_.points, [&](const KxPointXYZ&) { return !isRemoved_[position++]; });
+            cloud_.zIndexBuilt = 0;
+        }
+        return removed_;
+    }
+
+private:
+    void collectEntries(std::span<const CellMember> layer, float startX) {
+        entries_.clear();
+        for (std::uint32_t i = 0; i < layer.size(); ++i) {
+            const CellMember& member = layer[i];
+            const CellRange ys = yCells_.rangeOf(member.y);
+            const CellRange zs = zCells_.rangeOf(member.z);
+            for (int y = ys.first; y <= ys.last; ++y) {
+                for (int z = zs.first; z <= zs.last; ++z) {
+                    if (shape_.contains(member, KxPointXYZ(startX, yCells_.start(y), zCells_.start(z)))) {
+                        entries_.push_back({numberOf(y, z), i, member.position});
+                    }
+                }
+            }
+        }
+        order_.sort(entries_, numberOf(yCells_.size(), 0));
+    }
+
+    /// The number of a cell in a layer.
+    std::uint64_t numberOf(int y, int z) const {
+        return static_cast<std::uint64_t>(y) * static_cast<std::uint64_t>(zCells_.size()) +
+               static_cast<std::uint64_t>(z);
+    }
+
+    template <typename Pick>
+    void visitLayer(std::span<const CellMember> layer, Pick& pick) {
+        for (std::size_t begin = 0; begin < entries_.size();) {
+            std::size_t end = begin;
+            std::size_t kept = begin;
+            for (const std::uint64_t cell = entries_[begin].cell; end < entries_.size() && entries_[end].cell == cell;
+                 ++end) {
+                entries_[kept] = entries_[end];
+                kept += isRemoved_[static_cast<std::size_t>(entries_[end].position)] ? 0 : 1;
+            }
+            picked_.clear();
+            pick(picked_, CellContent{layer, {entries_.data() + begin, kept - begin}});
+            for (const int position : picked_) {
+                isRemoved_[static_cast<std::size_t>(position)] = true;
+                ++removed_;
+            }
+            begin = end;
+        }
+    }
+
+    KxPointCloud<KxPointXYZ>& cloud_;
+    const Shape shape_;
+    const AxisCells<Shape> xCells_;
+    const AxisCells<Shape> yCells_;
+    const AxisCells<Shape> zCells_;
+    std::vector<bool> isRemoved_;
+    std::vector<CellEntry> entries_; // of the current layer
+    CellOrder order_;
+    std::vector<int> picked_; // of the current cell
+    int removed_ = 0;
+};
+
+} // namespace KxMath::detail
