@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace KxMath::detail {
@@ -23,8 +24,8 @@ struct CellRange {
 /// Walks from `min` in steps of `step` while below `max`. The starts are running single-precision sums, which cannot be
 /// jumped to, and the walk ends where the sum does not advance, so that no axis takes more than some 2^25 steps.
 ///
-/// A walk of many more cells than there are points keeps only those in which points lie, so that memory follows the
-/// points. To the points this makes no difference: cells are counted, and only those with points are ever looked at.
+/// A walk of many more cells than there are points counts only those in which points lie, so that memory follows the
+/// points. The order of the cells is the same, and nobody asks for the others.
 /// @tparam Shape tells by isBelow(v, start) and isAbove(v, start) on which side of a cell a coordinate lies; both are
 ///         monotone in each argument. A point with a NaN coordinate is in no cell.
 template <typename Shape>
@@ -33,8 +34,8 @@ public:
     AxisCells(const QList<KxPointXYZ>& points, float KxPointXYZ::*coordinate, float min, float max, float step,
               const Shape& shape)
         : shape_(shape) {
-        const auto all = allStarts(min, max, step, kCellsPerPoint * static_cast<std::size_t>(points.size()));
-        starts_ = all ? *all : occupiedStarts(sortedValues(points, coordinate), min, max, step);
+        auto all = allStarts(min, max, step, kCellsPerPoint * static_cast<std::size_t>(points.size()));
+        starts_ = all ? std::move(*all) : occupiedStarts(sortedValues(points, coordinate), min, max, step);
         if (size() > 1) {
             const double first = static_cast<double>(starts_.front());
             cellsPerUnit_ = static_cast<double>(size() - 1) / (static_cast<double>(starts_.back()) - first);

@@ -9,19 +9,10 @@
 
 namespace KxMath::detail {
 
-/// A point with its position in the cloud. Without constructors, so that room for many is not filled in vain.
-struct CellMember {
-    float x;
-    float y;
-    float z;
-    int position;
-};
-
-/// A point in a cell.
+/// Something in a cell.
 struct CellEntry {
     std::uint64_t cell;
-    std::uint32_t member; ///< the place among the points of the layer
-    int position; ///< in the cloud: mostly all that is asked for, and at hand without a look at the point
+    std::uint32_t member;
 };
 
 /// Sorts entries by their cells. Keeps the room that it needs from one use to the next.
@@ -29,7 +20,7 @@ class CellOrder {
 public:
     /// @param cellCount all cells are below it
     void sort(std::vector<CellEntry>& entries, std::uint64_t cellCount) {
-        constexpr std::size_t kWorthwhile = 256;
+        constexpr std::size_t kWorthwhile = 128;
         if (entries.size() < kWorthwhile) {
             std::sort(entries.begin(), entries.end(),
                       [](const CellEntry& a, const CellEntry& b) { return a.cell < b.cell; });

@@ -5,6 +5,7 @@
 #include "cloud/axisCells.h"
 #include "cloud/cellOrder.h"
 #include "cloud/compaction.h"
+#include "cloud/numberedPoint.h"
 
 #include <QtCore/QList>
 
@@ -25,14 +26,14 @@ public:
         : ends_(static_cast<std::size_t>(xCells.size()) + 1, 0) {
         visitCells(points, xCells, [&](std::size_t cell, int) { ++ends_[cell + 1]; });
         std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
-        members_ = std::make_unique_for_overwrite<CellMember[]>(ends_.back());
+        members_ = std::make_unique_for_overwrite<NumberedPoint[]>(ends_.back());
         visitCells(points, xCells, [&](std::size_t cell, int position) { // starts become ends
             const KxPointXYZ& p = points[position];
-            members_[ends_[cell]++] = {p.x, p.y, p.z, position};
+            members_[ends_[cell]++] = {p.x, p.y, p.z, static_cast<std::uint32_t>(position)};
         });
     }
 
-    std::span<const CellMember> layer(int cell) const {
+    std::span<const NumberedPoint> layer(int cell) const {
         const std::size_t i = static_cast<std::size_t>(cell);
         const std::size_t begin = i > 0 ? ends_[i - 1] : 0;
         return {members_.get() + begin, ends_[i] - begin};
@@ -50,12 +51,12 @@ private:
     }
 
     std::vector<std::size_t> ends_;
-    std::unique_ptr<CellMember[]> members_;
+    std::unique_ptr<NumberedPoint[]> members_;
 };
 
 /// What a cell holds: those of the points of its layer that the entries tell.
 struct CellContent {
-    std::span<const CellMember> layer;
+    std::span<const NumberedPoint> layer;
     std::span<const CellEntry> entries;
 };
 
@@ -69,13 +70,13 @@ public:
           zCells_(cloud.points, &KxPointXYZ::z, cloud.minZ, cloud.maxZ, step, shape),
           isRemoved_(static_cast<std::size_t>(cloud.points.size()), false) {}
 
-    /// @param pick appends to an empty list the positions of those points of a CellContent that are to be removed
+    /// @param pick appends to an empty list the members of a CellContent that are to be removed
     /// @return the number of points removed from the cloud
     template <typename Pick>
     int run(Pick pick) {
         const Layers layers(cloud_.points, xCells_);
         for (int x = 0; x < xCells_.size(); ++x) {
-            const std::span<const CellMember> layer = layers.layer(x);
+            const std::span<const NumberedPoint> layer = layers.layer(x);
             collectEntries(layer, xCells_.start(x));
             visitLayer(layer, pick);
         }
@@ -88,16 +89,19 @@ public:
     }
 
 private:
-    void collectEntries(std::span<const CellMember> layer, float startX) {
+    void collectEntries(std::span<const NumberedPoint> layer, float startX) {
         entries_.clear();
         for (std::uint32_t i = 0; i < layer.size(); ++i) {
-            const CellMember& member = layer[i];
+            const NumberedPoint& member = layer[i];
+            if (isRemoved_[member.number]) {
+                continue;
+            }
             const CellRange ys = yCells_.rangeOf(member.y);
             const CellRange zs = zCells_.rangeOf(member.z);
             for (int y = ys.first; y <= ys.last; ++y) {
                 for (int z = zs.first; z <= zs.last; ++z) {
                     if (shape_.contains(member, KxPointXYZ(startX, yCells_.start(y), zCells_.start(z)))) {
-                        entries_.push_back({numberOf(y, z), i, member.position});
+                        entries_.push_back({numberOf(y, z), i});
                     }
                 }
             }
@@ -112,21 +116,23 @@ private:
     }
 
     template <typename Pick>
-    void visitLayer(std::span<const CellMember> layer, Pick& pick) {
+    void visitLayer(std::span<const NumberedPoint> layer, Pick& pick) {
+        isGone_.assign(layer.size(), 0);
         for (std::size_t begin = 0; begin < entries_.size();) {
             std::size_t end = begin;
-            std::size_t kept = begin;
+            std::size_t left = begin;
             for (const std::uint64_t cell = entries_[begin].cell; end < entries_.size() && entries_[end].cell == cell;
                  ++end) {
-                entries_[kept] = entries_[end];
-                kept += isRemoved_[static_cast<std::size_t>(entries_[end].position)] ? 0 : 1;
+                entries_[left] = entries_[end];
+                left += isGone_[entries_[end].member] ? 0 : 1; // only what earlier cells have left
             }
             picked_.clear();
-            pick(picked_, CellContent{layer, {entries_.data() + begin, kept - begin}});
-            for (const int position : picked_) {
-                isRemoved_[static_cast<std::size_t>(position)] = true;
-                ++removed_;
+            pick(picked_, CellContent{layer, {entries_.data() + begin, left - begin}});
+            for (const std::uint32_t member : picked_) {
+                isGone_[member] = 1;
+                isRemoved_[layer[member].number] = true;
             }
+            removed_ += static_cast<int>(picked_.size());
             begin = end;
         }
     }
@@ -136,10 +142,11 @@ private:
     const AxisCells<Shape> xCells_;
     const AxisCells<Shape> yCells_;
     const AxisCells<Shape> zCells_;
-    std::vector<bool> isRemoved_;
+    std::vector<bool> isRemoved_; // of each point of the cloud
+    std::vector<char> isGone_; // the same of the current layer, where it is near at hand
     std::vector<CellEntry> entries_; // of the current layer
     CellOrder order_;
-    std::vector<int> picked_; // of the current cell
+    std::vector<std::uint32_t> picked_; // of the current cell
     int removed_ = 0;
 };
 

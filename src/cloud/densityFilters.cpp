@@ -6,6 +6,7 @@
 #include "numeric/largestSquare.h"
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -22,7 +23,7 @@ struct CubeCells {
         const float end = start + cell;
         return v > end; // NaN: false, a bound that is NaN is switched off
     }
-    bool contains(const detail::CellMember&, const KxPointXYZ&) const { return true; } // the axes tell it all
+    bool contains(const detail::NumberedPoint&, const KxPointXYZ&) const { return true; } // the axes tell it all
 };
 
 /// Balls about the centres of such cubes.
@@ -46,7 +47,7 @@ struct BallCells {
         const float center = start + half;
         return v > center && !reaches(v, center);
     }
-    bool contains(const detail::CellMember& p, const KxPointXYZ& start) const {
+    bool contains(const detail::NumberedPoint& p, const KxPointXYZ& start) const {
         const KxPointXYZ center(start.x + half, start.y + half, start.z + half);
         return detail::squareOfDistance(p.x - center.x, p.y - center.y, p.z - center.z) <= maxSquare; // NaN: false
     }
@@ -56,10 +57,10 @@ bool isFewer(const detail::CellContent& cell, int minCount) {
     return static_cast<qsizetype>(cell.entries.size()) < minCount;
 }
 
-void pickAll(std::vector<int>& picked, const detail::CellContent& cell) {
+void pickAll(std::vector<std::uint32_t>& picked, const detail::CellContent& cell) {
     picked.clear();
     for (const detail::CellEntry& entry : cell.entries) {
-        picked.push_back(entry.position);
+        picked.push_back(entry.member);
     }
 }
 
@@ -68,14 +69,15 @@ class SparseOrIsolated {
 public:
     SparseOrIsolated(float maxDist, int minCount) : maxDist_(maxDist), minCount_(minCount) {}
 
-    void operator()(std::vector<int>& picked, const detail::CellContent& cell) {
+    void operator()(std::vector<std::uint32_t>& picked, const detail::CellContent& cell) {
         if (isFewer(cell, minCount_)) {
             pickAll(picked, cell);
             return;
         }
         members_.clear();
         for (const detail::CellEntry& entry : cell.entries) {
-            members_.push_back(cell.layer[entry.member]);
+            const detail::NumberedPoint& p = cell.layer[entry.member];
+            members_.push_back({p.x, p.y, p.z, entry.member});
         }
         detail::appendIsolated(picked, members_, maxDist_);
         const bool staysFull = static_cast<qsizetype>(members_.size() - picked.size()) >= minCount_;
@@ -87,7 +89,7 @@ public:
 private:
     const float maxDist_;
     const int minCount_;
-    std::vector<detail::CellMember> members_; // of the current cell
+    std::vector<detail::NumberedPoint> members_; // of the current cell
 };
 
 void completeRange(KxPointCloud<KxPointXYZ>& cloud) {
@@ -108,7 +110,7 @@ int KxPointCloud<KxPointXYZ>::cubicFilter(float cell, int minCount) {
         return 0;
     }
     detail::CellSweep sweep(*this, cell, CubeCells{cell});
-    return sweep.run([&](std::vector<int>& picked, const detail::CellContent& content) {
+    return sweep.run([&](std::vector<std::uint32_t>& picked, const detail::CellContent& content) {
         if (isFewer(content, minCount)) {
             pickAll(picked, content);
         }

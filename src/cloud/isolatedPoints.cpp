@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <tuple>
 
@@ -23,10 +24,10 @@ public:
     static constexpr std::size_t kMost = 256;
 
     /// @param members at most kMost
-    AllPairs(const std::vector<CellMember>& members, float maxDist)
+    AllPairs(const std::vector<NumberedPoint>& members, float maxDist)
         : members_(members), maxSquare_(largestSquare(maxDist)) {
         std::size_t i = 0;
-        for (const CellMember& member : members) {
+        for (const NumberedPoint& member : members) {
             x_[i] = member.x;
             y_[i] = member.y;
             z_[i++] = member.z;
@@ -36,10 +37,10 @@ public:
         }
     }
 
-    void appendIsolated(std::vector<int>& isolated) const {
+    void appendIsolated(std::vector<std::uint32_t>& isolated) const {
         for (std::size_t i = 0; i < members_.size(); ++i) {
             if (!hasNeighbour(i)) {
-                isolated.push_back(members_[i].position);
+                isolated.push_back(members_[i].number);
             }
         }
     }
@@ -67,7 +68,7 @@ private:
 
     using Coordinates = std::array<float, kMost>;
 
-    const std::vector<CellMember>& members_;
+    const std::vector<NumberedPoint>& members_;
     const float maxSquare_;
     Coordinates x_;
     Coordinates y_;
@@ -80,7 +81,7 @@ struct GridPoint {
     double x;
     double y;
     double z;
-    const CellMember* member;
+    const NumberedPoint* member;
     bool hasNeighbour = false;
 
     std::tuple<double, double, double> cube() const { return {x, y, z}; }
@@ -89,7 +90,7 @@ struct GridPoint {
 /// The points in cubes of a bit more than half of `maxDist`, in lexicographic order of their cubes. Points in one cube
 /// are neighbours (but for rounding), and neighbours are at most two cubes apart: where the cubes are so many that the
 /// doubles round, single-precision coordinates are equal or further apart than neighbours.
-std::vector<GridPoint> gridPoints(const std::vector<CellMember>& members, float maxDist) {
+std::vector<GridPoint> gridPoints(const std::vector<NumberedPoint>& members, float maxDist) {
     constexpr double kRounding = 1.000001; // more than the error of a single-precision distance
     constexpr double kVanishing = 3e-23; // up to here a square may be 0 in single precision
     constexpr double kOverflowing = 1.9e19; // from here on a square is infinite
@@ -98,7 +99,7 @@ std::vector<GridPoint> gridPoints(const std::vector<CellMember>& members, float 
     const auto number = [side](float v) { return std::floor(static_cast<double>(v) / side); };
     std::vector<GridPoint> grid;
     grid.reserve(members.size());
-    for (const CellMember& member : members) {
+    for (const NumberedPoint& member : members) {
         grid.push_back({number(member.x), number(member.y), number(member.z), &member});
     }
     std::sort(grid.begin(), grid.end(), [](const GridPoint& a, const GridPoint& b) { return a.cube() < b.cube(); });
@@ -108,7 +109,7 @@ std::vector<GridPoint> gridPoints(const std::vector<CellMember>& members, float 
 class NeighbourSearch {
 public:
     /// @param maxDist at least 0
-    NeighbourSearch(const std::vector<CellMember>& members, float maxDist)
+    NeighbourSearch(const std::vector<NumberedPoint>& members, float maxDist)
         : maxSquare_(largestSquare(maxDist)), grid_(gridPoints(members, maxDist)) {
         settleWithinCubes();
         for (int dx = -2; dx <= 2; ++dx) {
@@ -118,18 +119,18 @@ public:
         }
     }
 
-    void appendIsolated(std::vector<int>& isolated) const {
+    void appendIsolated(std::vector<std::uint32_t>& isolated) const {
         for (const GridPoint& p : grid_) {
             if (!p.hasNeighbour) {
-                isolated.push_back(p.member->position);
+                isolated.push_back(p.member->number);
             }
         }
     }
 
 private:
     bool areNeighbours(const GridPoint& p, const GridPoint& q) const {
-        const CellMember& a = *p.member;
-        const CellMember& b = *q.member;
+        const NumberedPoint& a = *p.member;
+        const NumberedPoint& b = *q.member;
         return squareOfDistance(a.x - b.x, a.y - b.y, a.z - b.z) <= maxSquare_;
     }
 
@@ -175,7 +176,7 @@ private:
 };
 
 /// Which coordinates are infinite, and with which sign: one of 27 kinds, three digits of base 3.
-int kindOfInfinity(const CellMember& p) {
+int kindOfInfinity(const NumberedPoint& p) {
     const auto digit = [](float v) { return v == kInfinity ? 2 : v == -kInfinity ? 1 : 0; };
     return digit(p.x) + 3 * digit(p.y) + 9 * digit(p.z);
 }
@@ -191,25 +192,26 @@ bool haveDistance(int a, int b) {
 }
 
 /// Appends the isolated ones of `members`, all finite, which have at least one distance each.
-void appendIsolatedFinite(std::vector<int>& isolated, const std::vector<CellMember>& members, float maxDist) {
+void appendIsolatedFinite(std::vector<std::uint32_t>& isolated, const std::vector<NumberedPoint>& members,
+                          float maxDist) {
     if (members.size() <= AllPairs::kMost) {
         AllPairs(members, maxDist).appendIsolated(isolated);
     } else if (maxDist >= 0.0f) {
         NeighbourSearch(members, maxDist).appendIsolated(isolated);
     } else {
-        for (const CellMember& member : members) {
-            isolated.push_back(member.position);
+        for (const NumberedPoint& member : members) {
+            isolated.push_back(member.number);
         }
     }
 }
 
-bool isFinite(const CellMember& member) {
+bool isFinite(const NumberedPoint& member) {
     return std::isfinite(member.x) && std::isfinite(member.y) && std::isfinite(member.z);
 }
 
 } // namespace
 
-void appendIsolated(std::vector<int>& isolated, const std::vector<CellMember>& members, float maxDist) {
+void appendIsolated(std::vector<std::uint32_t>& isolated, const std::vector<NumberedPoint>& members, float maxDist) {
     if (members.size() < 2 || !(maxDist < kInfinity)) { // NaN: nothing is further apart
         return;
     }
@@ -217,9 +219,9 @@ void appendIsolated(std::vector<int>& isolated, const std::vector<CellMember>& m
         appendIsolatedFinite(isolated, members, maxDist);
         return;
     }
-    std::vector<CellMember> finite;
+    std::vector<NumberedPoint> finite;
     std::array<bool, 27> isPresent{};
-    for (const CellMember& member : members) {
+    for (const NumberedPoint& member : members) {
         const int kind = kindOfInfinity(member);
         isPresent[static_cast<std::size_t>(kind)] = true;
         if (kind == 0) {
@@ -228,14 +230,14 @@ void appendIsolated(std::vector<int>& isolated, const std::vector<CellMember>& m
     }
     appendIsolatedFinite(isolated, finite, maxDist); // a point at infinity is at a distance from each of them
     // A point at infinity is infinitely far from every point to which it has a distance at all.
-    for (const CellMember& member : members) {
+    for (const NumberedPoint& member : members) {
         const int kind = kindOfInfinity(member);
         bool hasDistance = false;
         for (int other = 0; kind != 0 && other < 27; ++other) {
             hasDistance = hasDistance || (isPresent[static_cast<std::size_t>(other)] && haveDistance(kind, other));
         }
         if (hasDistance) {
-            isolated.push_back(member.position);
+            isolated.push_back(member.number);
         }
     }
 }

@@ -1,8 +1,9 @@
 // Points that stand apart from all others.
 #pragma once
 
-#include "cloud/cellOrder.h"
+#include "cloud/numberedPoint.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace KxMath::detail {
@@ -13,9 +14,9 @@ Number squareOfDistance(Number dx, Number dy, Number dz) {
     return dy * dy + dx * dx + dz * dz;
 }
 
-/// Appends the positions of those of `members`, none with a NaN coordinate, whose smallest KxPointXYZ::calcDistance()
+/// Appends the numbers of those of `members`, none with a NaN coordinate, whose smallest KxPointXYZ::calcDistance()
 /// to another member is greater than `maxDist`. Distances that are NaN (between infinities) do not count; a member
 /// without any other distance is not isolated. Takes O(m log m) for m members.
-void appendIsolated(std::vector<int>& isolated, const std::vector<CellMember>& members, float maxDist);
+void appendIsolated(std::vector<std::uint32_t>& isolated, const std::vector<NumberedPoint>& members, float maxDist);
 
 } // namespace KxMath::detail

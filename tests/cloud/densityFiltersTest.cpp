@@ -152,14 +152,14 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
     });
 }
 
-// More points in a cell than the comparison of all pairs takes: crowds, lone points, both kinds of limits of
+// More or fewer points in a cell than the comparison of all pairs takes: crowds, lone points, both kinds of limits of
 // single-precision squares, now and then an infinity, or one in each point.
 TEST(DensityFilters, FindIsolatedPointsInCrowdedCells) {
     forNasty(26, 250, [](Nasty& nasty) {
         const float scale = nasty.pick(std::array{1.0f, 1e-23f, 1e-22f, 1e19f, 3e37f});
         const float spread = nasty.pick(std::array{0.02f, 1.0f});
         Cloud cloud;
-        cloud.points = pointsOf(40 + nasty.below(260), [&] {
+        cloud.points = pointsOf(nasty.pick(std::array{60, 259, 500}) - nasty.below(20), [&] {
             const float v = (nasty.chance(67) ? 0.02f : spread) * static_cast<float>(nasty.below(1000)) * 0.001f;
             return nasty.below(200) == 0 ? nasty.pick(std::array{kInf, -kInf}) : v * scale;
         });
@@ -175,6 +175,25 @@ TEST(DensityFilters, FindIsolatedPointsInCrowdedCells) {
         const float maxDist = nasty.pick(std::array{0.0f, 1e-3f, 0.02f, 0.05f, 0.3f, 3.0f}) * scale;
         const float cell = isFarAway ? kInf : nasty.pick(std::array{2.5f, kInf}) * scale;
         expectSameAsPlainWalk(cloud, {cell, maxDist, 1 + nasty.below(5), true, false});
+    });
+}
+
+// Two or three layers of so many points and cells that both are told apart in several steps.
+TEST(DensityFilters, SweepCrowdedLayersOfManyCells) {
+    forNasty(27, 30, [](Nasty& nasty) {
+        const float origin = nasty.pick(std::array{0.0f, -3.0f, 1000.0f});
+        const bool isLattice = nasty.chance(50);
+        Cloud cloud;
+        cloud.points = pointsOf(400, [&] {
+            const int v = nasty.chance(50) ? nasty.below(5000) : 1800 + nasty.below(300);
+            return origin + 0.01f * static_cast<float>(isLattice ? v / 100 * 100 : v);
+        });
+        for (KxPointXYZ& p : cloud.points) {
+            p.x = p.x > origin + 25.0f ? 1.0f : nasty.pick(std::array{0.0f, 0.5f, 2.0f});
+        }
+        const bool isSecond = nasty.chance(70);
+        const bool isSpherical = isSecond && nasty.chance(50);
+        expectSameAsPlainWalk(cloud, {isSpherical ? 1.4f : 1.0f, 0.4f, nasty.below(5), isSecond, isSpherical});
     });
 }
 
