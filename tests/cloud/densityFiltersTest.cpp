@@ -155,7 +155,7 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
 // More or fewer points in a cell than the comparison of all pairs takes: crowds, lone points, both kinds of limits of
 // single-precision squares, now and then an infinity, or one in each point.
 TEST(DensityFilters, FindIsolatedPointsInCrowdedCells) {
-    forNasty(26, 250, [](Nasty& nasty) {
+    forNasty(26, 150, [](Nasty& nasty) {
         const float scale = nasty.pick(std::array{1.0f, 1e-23f, 1e-22f, 1e19f, 3e37f});
         const float spread = nasty.pick(std::array{0.02f, 1.0f});
         Cloud cloud;
