@@ -53,8 +53,8 @@ Heights4 heightsBetween(const Neighbours4& n, Float4 x, float maxDistance) {
     const Float4 sy = (kZero + n.leftY) + n.rightY;
     const Float4 b = (sxy - sy * sxx / sx) / (sx - sxx * kTwo / sx);
     const Float4 k = (sy - kTwo * b) / sx;
-    const Answers4 areFar = (magnitudes(n.rightX - n.leftX) > limit) | (magnitudes(n.leftX - x) > limit) |
-                            (magnitudes(n.rightX - x) > limit); // NaN: no limit
+    // The positions stand between their neighbours, so that none of the two is further away than these are apart.
+    const Answers4 areFar = n.rightX - n.leftX > limit; // NaN: no limit
     const Answers4 areThere = n.rightX == x;
     const Float4 between = select(areFar, kNone, k * x + b);
     return {select(areThere, n.rightY, between), areThere | ((n.leftX < n.rightX) & (sx != kZero))};
@@ -78,7 +78,8 @@ void fillPortion(const QList<KxPointXY>& points, const Portion& portion, int cou
     int j = 0;
     for (; j + 4 <= count; j += 4) {
         const qsizetype* const found = portion.found.data() + j;
-        const auto isBetween = [&](qsizetype at) { return at > 0 && at < points.size(); };
+        const size_t gaps = static_cast<size_t>(std::max<qsizetype>(points.size() - 1, 0));
+        const auto isBetween = [=](qsizetype at) { return static_cast<size_t>(at) - 1 < gaps; }; // 0 becomes huge
         if (!std::all_of(found, found + 4, isBetween)) {
             fill(j, j + 4);
             continue;
