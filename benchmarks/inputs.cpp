@@ -79,7 +79,8 @@ const QList<KxPointXYZ>& densePoints(int count) {
     constexpr int kFar = 100;
     static std::map<int, QList<KxPointXYZ>> lists;
     std::mt19937 random(5);
-    const float side = std::cbrt(static_cast<float>(count));
+    constexpr float kWhole = 5.0f; // a cube of so many millimetres is filled wholly or not at all
+    const float side = kWhole * std::round(std::cbrt(static_cast<float>(count)) / kWhole);
     std::uniform_real_distribution<float> anywhere(0.0f, side);
     return cached(lists, count, count, [&](int i) {
         const float x = anywhere(random);

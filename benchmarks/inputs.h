@@ -22,7 +22,7 @@ const QList<KxMath::KxPointXYZ>& shuffledScan(int count);
 /// Points anywhere in a cube of 100 mm.
 const QList<KxMath::KxPointXYZ>& randomPoints(int count);
 
-/// Points anywhere in a cube, one per cubic millimetre, but for the last 100, which lie 50 mm apart far away.
+/// Points anywhere in a cube, about one per cubic millimetre, but for the last 100, which lie 50 mm apart far away.
 const QList<KxMath::KxPointXYZ>& densePoints(int count);
 
 /// 2-D points, x anywhere in 1000 mm.

@@ -3,7 +3,7 @@
 #include <malloc.h>
 
 int main(int argc, char** argv) {
-    // Memory that was freed stays with the process: no competitor pays for the first touch of its pages again and again.
+    // Memory that was freed stays with the process: no competitor pays for the first touch of its pages each time.
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     benchmark::Initialize(&argc, argv);

@@ -20,7 +20,7 @@ std::uint64_t cellOf(const KxPointXYZ& p) {
     for (const int n : kCloudSizes) {
         const auto fill = cloudOf(densePoints, n);
         add<CloudJob>(
-            "cubicFilter", n, "kx", 1, fill, [](CloudJob& j) { j.cloud.cubicFilter(kCell, kMinCount); }, digestCloud);
+            "cubicFilter", n, "kx", 1, fill, [](CloudJob& j) { j.cloud.cubicFilter(kCell, kMinCount); }, digestSize);
         add<CloudJob>(
             "cubicFilter", n, "peer_hash_grid", 1, fill,
             [](CloudJob& j) {
@@ -30,7 +30,7 @@ std::uint64_t cellOf(const KxPointXYZ& p) {
                 }
                 j.cloud.points.removeIf([&](const KxPointXYZ& p) { return counts[cellOf(p)] < kMinCount; });
             },
-            digestCloud);
+            digestSize);
         add<CloudJob>(
             "cubicFilter2", n, "kx", 1, fill,
             [](CloudJob& j) { j.cloud.cubicFilter2(kCell, kMaxDistance, kMinCount, false); }, digestCloud);
