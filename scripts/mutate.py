@@ -2,7 +2,8 @@
 
 A copy of the tree is built in build-mutate. Each fault changes one place of one source file: a comparison, a sign, a
 constant, an operand, a test for NaN. The library is built again and the test programs run, those of the file's own
-area first and the comparison with the golden bits last, until one fails. Faults that do not compile are replaced by others. Same seed and tree, same faults.
+area first and the comparison with the golden bits last, until one fails. Faults that do not compile are replaced by
+others. Same seed and tree, same faults.
 """
 import argparse
 import collections
@@ -59,7 +60,8 @@ FAULTS = {
 }
 # Numbers that only tell how much is done at a time or from which size on another way is quicker: no result depends on
 # them.
-SPEED_ONLY = re.compile(r"\bk(AtOnce|WindowsAtOnce|Portion|PolarPortion|Near|Few\w*|Many|Worthwhile|Counted|Points|Chains|Groups|Doubt|TanOf\w+) = ")
+SPEED_ONLY = re.compile(r"\bk(AtOnce|WindowsAtOnce|Portion|PolarPortion|Near|Few\w*|Many|Worthwhile|Counted|Points|"
+                        r"Chains|Groups|Doubt|TanOf\w+) = ")
 NO_CODE = re.compile(r"^\s*(//|\*|#|template|static_assert|using |namespace|@)")
 
 
@@ -173,7 +175,7 @@ def prepare():
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy(ROOT / name, target)  # newer than what was built with a fault that was not taken back
     subprocess.run(["cmake", "-S", str(COPY), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                    "-DCMAKE_CXX_FLAGS_RELEASE=-O1", "-DKXMATH_DEVELOPER=OFF",
+                    "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -D_GLIBCXX_ASSERTIONS", "-DKXMATH_DEVELOPER=OFF",
                     "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"], check=True,
                    stdout=subprocess.DEVNULL)
     subprocess.run(["ninja", "-C", str(BUILD)] + [f"kxmath_test_{area}" for area in TESTED] + ["kxmath_golden"],
@@ -194,7 +196,8 @@ def main():
     parser.add_argument("--again", action="store_true", help="plant what survived the last time, and nothing else")
     options = parser.parse_args()
     files = options.files or sorted(f.relative_to(ROOT) for f in (ROOT / "src").rglob("*") if f.suffix in (".cpp", ".h"))
-    faults = list(survivors()) if options.again else pick(all_faults(files), options.count, random.Random(options.seed))
+    chance = random.Random(options.seed)
+    faults = list(survivors()) if options.again else pick(all_faults(files), options.count, chance)
     prepare()
     done, start = [], time.monotonic()
     for fault in faults:
