@@ -8,16 +8,17 @@ namespace golden {
 void printGeometry() {
     Source source(1);
     for (int round = 0; round < 4; ++round) {
-        KxPointXY p(source.value(), source.value());
-        KxPointXY q(source.value(), source.value());
-        KxPointXYZ a(source.value(), source.value(), source.value());
-        KxPointXYZ b(source.value(), source.value(), source.value());
-        KxPointXYZ c(source.value(), source.value(), source.value());
+        // In braces: values are drawn from left to right by every compiler.
+        KxPointXY p{source.value(), source.value()};
+        KxPointXY q{source.value(), source.value()};
+        KxPointXYZ a{source.value(), source.value(), source.value()};
+        KxPointXYZ b{source.value(), source.value(), source.value()};
+        KxPointXYZ c{source.value(), source.value(), source.value()};
         Line("points.distance") << p.calcDistance(q) << a.calcDistance(b);
 
         KxLine line;
         line.calcFromTwoPoints(p, q);
-        KxLine other(source.value(), source.value());
+        KxLine other{source.value(), source.value()};
         KxPointXY crossing;
         line.calcIntersection(other, crossing);
         Line("line.measures") << line << line.y(3.3f) << line.x(3.3f) << crossing << line.calcAngle(other)
@@ -25,7 +26,7 @@ void printGeometry() {
 
         KxPlane plane;
         plane.calcFromPoints(a, b, c);
-        KxPointXYZ d(source.value(), source.value(), source.value());
+        KxPointXYZ d{source.value(), source.value(), source.value()};
         Line("plane.measures") << plane.a << plane.b << plane.c << plane.d << plane.calcDistance(d);
 
         KxFreeVector u(p.x, p.y);
