@@ -61,21 +61,30 @@ public:
 private:
     static constexpr std::size_t kCellsPerPoint = 4;
 
-    /// The starts of all cells, unless they are more than `most`.
-    static std::optional<std::vector<float>> allStarts(float min, float max, float step, std::size_t most) {
-        std::vector<float> starts;
-        for (float start = min; start < max;) {
-            if (starts.size() == most) {
-                return std::nullopt;
-            }
-            starts.push_back(start);
+    /// Walks from `min` in steps of `step` while below `max`, until `visit` is false or the sum does not advance.
+    template <typename Visit>
+    static void forEachStart(float min, float max, float step, Visit visit) {
+        for (float start = min; start < max && visit(start);) {
             const float next = start + step;
             if (!(next > start)) { // NaN: true
                 break;
             }
             start = next;
         }
-        return starts;
+    }
+
+    /// The starts of all cells, unless they are more than `most`.
+    static std::optional<std::vector<float>> allStarts(float min, float max, float step, std::size_t most) {
+        std::vector<float> starts;
+        bool isTooMuch = false;
+        forEachStart(min, max, step, [&](float start) {
+            isTooMuch = starts.size() == most;
+            if (!isTooMuch) {
+                starts.push_back(start);
+            }
+            return !isTooMuch;
+        });
+        return isTooMuch ? std::nullopt : std::optional(std::move(starts));
     }
 
     static std::vector<float> sortedValues(const QList<KxPointXYZ>& points, float KxPointXYZ::*coordinate) {
@@ -97,20 +106,13 @@ private:
     std::vector<float> occupiedStarts(const std::vector<float>& values, float min, float max, float step) const {
         std::vector<float> starts;
         auto v = values.begin();
-        for (float start = min; start < max;) {
+        forEachStart(min, max, step, [&](float start) {
             v = std::find_if_not(v, values.end(), [&](float value) { return shape_.isBelow(value, start); });
-            if (v == values.end()) {
-                break;
-            }
-            if (!shape_.isAbove(*v, start)) {
+            if (v != values.end() && !shape_.isAbove(*v, start)) {
                 starts.push_back(start);
             }
-            const float next = start + step;
-            if (!(next > start)) { // NaN: true
-                break;
-            }
-            start = next;
-        }
+            return v != values.end();
+        });
         return starts;
     }
 
