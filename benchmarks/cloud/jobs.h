@@ -4,6 +4,8 @@
 #include "digests.h"
 #include "inputs.h"
 
+#include <utility>
+
 namespace kxbench {
 
 using Cloud = KxMath::KxPointCloud<KxMath::KxPointXYZ>;
@@ -61,6 +63,13 @@ Digest digestHeap(const Points& points) {
     }
     return {sum, 1e-9};
 }
+
+/// The orders of points that are sorted, with the names of the jobs.
+constexpr std::pair<const char*, Order> kSortJobs[] = {{"sort 2-D, random", Order::Random},
+                                                       {"sort 2-D, ties", Order::Ties},
+                                                       {"sort 2-D, sorted", Order::Sorted},
+                                                       {"sort 2-D, reversed", Order::Reversed},
+                                                       {"sort 2-D, nearly sorted", Order::NearlySorted}};
 
 /// The box of the queries holds a sixteenth of `randomPoints`.
 constexpr float kLow = 20.0f;

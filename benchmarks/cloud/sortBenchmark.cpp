@@ -47,11 +47,9 @@ void addPlane(const std::string& name, Order order, int n) {
 
 [[maybe_unused]] const bool isRegistered = [] {
     for (const int n : kCloudSizes) {
-        addPlane("sort 2-D, random", Order::Random, n);
-        addPlane("sort 2-D, ties", Order::Ties, n);
-        addPlane("sort 2-D, sorted", Order::Sorted, n);
-        addPlane("sort 2-D, reversed", Order::Reversed, n);
-        addPlane("sort 2-D, nearly sorted", Order::NearlySorted, n);
+        for (const auto& [name, order] : kSortJobs) {
+            addPlane(name, order, n);
+        }
         for (const bool isScan : {true, false}) {
             const char* const name =
                 isScan ? "sort 3-D by z and x, shuffled rows" : "sort 3-D by z and x, all z differ";

@@ -35,7 +35,7 @@ struct File {
 /// A simulated pass in a directory in memory, which is gone when the program ends.
 class Pass {
 public:
-    Pass() : folder_(QStringLiteral("/dev/shm/kxmath-benchmark-XXXXXX")) {
+    Pass() : folder_(memoryFile("pass-")) {
         kxsim::Parameters parameters;
         parameters.cars = 3;
         kxsim::simulatePass(parameters, folder_.path(), [](double) {});
