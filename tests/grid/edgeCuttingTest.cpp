@@ -1,7 +1,5 @@
 #include "gridSupport.h"
 
-#include <gtest/gtest.h>
-
 using namespace KxMath;
 using namespace testing_support;
 
@@ -48,10 +46,8 @@ struct PlainCutting {
 };
 
 TEST(EdgeCutting, EqualsThePlainDefinition) {
-    Nasty nasty(48);
     int cuts = 0;
-    for (int round = 0; round < 2000; ++round) {
-        nasty.nextCase();
+    forNasty(48, 2000, [&](Nasty& nasty) {
         const Heights heights = nastyHeights(nasty, 25);
         PlainCutting plain;
         fill(plain.matrix, heights);
@@ -62,11 +58,11 @@ TEST(EdgeCutting, EqualsThePlainDefinition) {
         plain.rows = histos.histoRows;
         plain.threshold = nasty.pick(std::array{-0.3f, -2.0f, 0.0f, 1.0f, kInf, kNaN, -kInf});
         plain.run();
-        ASSERT_EQ(histos.cutEdgeEffects(matrix, plain.threshold), plain.result) << "round " << round;
+        ASSERT_EQ(histos.cutEdgeEffects(matrix, plain.threshold), plain.result);
         ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
         ASSERT_EQ(exact(heightsOf(matrix)), exact(heightsOf(plain.matrix)));
         cuts += plain.result > 0 ? 1 : 0;
-    }
+    });
     EXPECT_GT(cuts, 300);
 }
 

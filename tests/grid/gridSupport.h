@@ -1,19 +1,12 @@
 // Making and comparing sets of profiles, height maps and block means.
 #pragma once
 
-#include "support/bits.h"
-#include "support/nasty.h"
-
-#include <KxMath/KxMatrixWithHistos.h>
-#include <KxMath/KxProfileZ.h>
+#include "support/testing.h"
 
 namespace testing_support {
 
 using Heights = QList<QList<float>>;
 using SpaceCloud = KxMath::KxPointCloud<KxMath::KxPointXYZ>;
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInf = std::numeric_limits<float>::infinity();
 
 inline ExactList exact(const KxMath::KxProfileZSet& set) {
     ExactList all;

@@ -1,12 +1,7 @@
-// Height maps and sets that ask for more memory than there is.
+// Height maps that ask for more memory than there is.
 #include "gridSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <sys/resource.h>
-
 #include <climits>
-#include <cstdlib>
 #include <new>
 
 namespace {
@@ -66,45 +61,5 @@ TEST(MatrixMemory, ImpossibleNumbersAreRefused) {
     EXPECT_TRUE(matrix.initMatrix(-1, 0, 1, 0, 0, 0, 0, 0, 0)); // no row to fail
     EXPECT_TRUE(matrix.initMatrix(7, 5, 1, 0, 0, 0, 0, 0, 0));
 }
-
-#if defined(__SANITIZE_ADDRESS__)
-#define KXMATH_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KXMATH_ADDRESS_SANITIZER 1
-#endif
-#endif
-
-#ifndef KXMATH_ADDRESS_SANITIZER // the sanitizer itself needs more address space
-
-/// What a process with 1 GiB of address space makes of grids and slices that need more.
-bool survivesLittleMemory() {
-    const rlimit limit{1u << 30, 1u << 30};
-    if (setrlimit(RLIMIT_AS, &limit) != 0) {
-        return false;
-    }
-    KxProfileZSet set;
-    for (int i = 0; i < 3; ++i) {
-        set.profiles.append(profileAt(0, {{0, 1}, {1e8f, 1}}));
-    }
-    set.stepZ = 1;
-    KxMatrixCloud matrix;
-    const bool isRefused =
-        set.toMatrixCloud(matrix, kNaN, kNaN) == 0 && matrix.rows == -1 && matrix.cells[1] != nullptr;
-    set.clear();
-    // Two rows of that kind have room only when the rows of the grid that failed were released.
-    const bool isReleased = matrix.initMatrix(100000000, 2, 1, 0, 0, 0, 0, 0, 0);
-    matrix.clear();
-
-    SpaceCloud cloud;
-    cloud.points = {{0, 1, 0}, {0, 2, 16777000}};
-    return isRefused && isReleased && set.calcFromPointCloud(cloud, 1) == 0 && set.isEmpty();
-}
-
-TEST(MatrixMemory, MoreThanMemoryHoldsIsRefused) {
-    EXPECT_EXIT(std::exit(survivesLittleMemory() ? 0 : 1), testing::ExitedWithCode(0), "");
-}
-
-#endif
 
 } // namespace

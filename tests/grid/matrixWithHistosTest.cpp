@@ -1,9 +1,5 @@
 #include "gridSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-
 using namespace KxMath;
 using namespace testing_support;
 
@@ -35,9 +31,7 @@ QList<QList<HistoCell>> meansPlainly(const Heights& heights, int blockSize, floa
 }
 
 TEST(BlockMeans, EqualThePlainDefinition) {
-    Nasty nasty(45);
-    for (int round = 0; round < 2000; ++round) {
-        nasty.nextCase();
+    forNasty(45, 2000, [&](Nasty& nasty) {
         const Heights heights = nastyHeights(nasty, 30);
         const int blockSize = nasty.pick(std::array{-3, 0, 1, 2, 3, 5, 8, 100000});
         KxMatrixCloud matrix;
@@ -46,9 +40,9 @@ TEST(BlockMeans, EqualThePlainDefinition) {
         const QList<QList<HistoCell>> expected = meansPlainly(heights, blockSize, low, high);
         KxMatrixWithHistos histos;
         ASSERT_EQ(histos.calcFromMatrixCloud(matrix, blockSize, 9, &minOut, &maxOut), expected.size());
-        ASSERT_EQ(exact(histos.histoRows), exact(expected)) << "round " << round << " block " << blockSize;
+        ASSERT_EQ(exact(histos.histoRows), exact(expected)) << " block " << blockSize;
         ASSERT_EQ(exact(histos.minMean, histos.maxMean, minOut, maxOut), exact(low, high, low, high));
-    }
+    });
 }
 
 TEST(BlockMeans, LaterRowsAreAppendedAndMayBeShorter) {

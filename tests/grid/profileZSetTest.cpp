@@ -1,6 +1,5 @@
 #include "gridSupport.h"
-
-#include <gtest/gtest.h>
+#include "support/tempFiles.h"
 
 using namespace KxMath;
 using namespace testing_support;
@@ -65,6 +64,26 @@ TEST(ProfileZSet, RangeAndMeanOfSets) {
     EXPECT_EQ(set.calcAverageY(), 3.0f); // the mean of the means
 }
 
+TEST(ProfileZSet, WritesRecordsWithoutHeader) {
+    const TempFiles files;
+    KxProfileZSet set;
+    const QString name = files.write("set", QByteArray(1000, 'x')); // replaced, not overwritten
+    EXPECT_TRUE(set.writeToFile(name));
+    EXPECT_EQ(files.read("set"), QByteArray());
+    set.profiles = {profileAt(1.5f, {{1, 2}, {3, 4}}), profileAt(kNaN, {}), profileAt(-2, {{5, 6}})};
+    EXPECT_TRUE(set.writeToFile(name));
+    QByteArray records;
+    for (KxProfileZ& profile : set.profiles) {
+        records += files.bytesOf(profile);
+    }
+    EXPECT_EQ(files.read("set"), records);
+    EXPECT_FALSE(set.writeToFile(files.path("no/such/folder")) || set.writeToFile("/dev/full"));
+    EXPECT_EQ(set.readFromFile(files.path("missing"), 1, 0.5f), 0);
+    EXPECT_TRUE(set.isEmpty() && set.stepZ == 0.5f);
+    set.profiles.resize(3);
+    EXPECT_EQ(set.readFromFile(files.path("missing")) + set.size(), 0);
+}
+
 TEST(ProfileZSet, PositionsAreRoundedOnce) {
     KxProfileZSet set;
     set.profiles.resize(40);
@@ -120,15 +139,13 @@ void clearEdgesPlainly(QList<KxProfileZ>& profiles) {
 }
 
 TEST(ProfileZSet, EdgeClearingEqualsThePlainDefinition) {
-    Nasty nasty(41);
-    for (int round = 0; round < 2000; ++round) {
-        nasty.nextCase();
+    forNasty(41, 2000, [&](Nasty& nasty) {
         KxProfileZSet set = nastySet(nasty, 6);
         KxProfileZSet expected = set;
         clearEdgesPlainly(expected.profiles);
         set.clearEdgeEffect();
-        ASSERT_EQ(exact(set), exact(expected)) << "round " << round;
-    }
+        ASSERT_EQ(exact(set), exact(expected));
+    });
 }
 
 } // namespace

@@ -1,20 +1,10 @@
 #include "gridSupport.h"
 #include "support/tempFiles.h"
 
-#include <gtest/gtest.h>
-
-#include <bit>
-
 using namespace KxMath;
 using namespace testing_support;
 
 namespace {
-
-/// Two points at z = -2.5: 7 bytes and 16.
-const QByteArray kRecord = QByteArray::fromHex("050200000020c0"
-                                               "0000803f00000040"
-                                               "0000c03f0000c07f");
-const QList<KxPointXY> kRecordPoints = {{1, 2}, {1.5f, kNaN}};
 
 ExactList exactProfile(const KxProfileZ& profile) {
     return exact(profile.points, profile.z);
@@ -46,9 +36,11 @@ TEST(ProfileZ, AssignmentDeliberatelyAppends) {
 
 TEST(ProfileZ, RecordIsTheseBytes) {
     TempFiles files;
-    KxProfileZ profile = profileAt(-2.5f, kRecordPoints);
+    KxProfileZ profile = profileAt(-2.5f, {{1, 2}, {1.5f, kNaN}});
     ASSERT_TRUE(profile.writeToFile(files.path("a.bin")));
-    EXPECT_EQ(files.read("a.bin").toHex(), kRecord.toHex());
+    EXPECT_EQ(files.read("a.bin").toHex(), "050200000020c0"
+                                           "0000803f00000040"
+                                           "0000c03f0000c07f");
     ASSERT_TRUE(KxProfileZ(0.0f).writeToFile(files.path("a.bin"))); // replaces the file
     EXPECT_EQ(files.read("a.bin").toHex(), "05000000000000");
     EXPECT_EQ(profile.readFromFile(files.path("none.bin")), -1);
@@ -60,45 +52,4 @@ TEST(ProfileZ, RecordIsTheseBytes) {
     ASSERT_TRUE(profile.writeToFile(files.path("a.bin")));
     EXPECT_EQ(files.read("a.bin").size(), 7 + 8 * (65536 + 3));
     EXPECT_EQ(profile.readFromFile(files.path("a.bin")), 3); // the count is kept modulo 65536
-}
-
-TEST(ProfileZ, EveryCutLengthFailsAndRewinds) {
-    TempFiles files;
-    const QByteArray before = "xyz"; // the record does not begin at 0
-    for (int length = 0; length <= kRecord.size(); ++length) {
-        SCOPED_TRACE(length);
-        QFile file(files.write("cut.bin", before + kRecord.first(length)));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        file.seek(before.size());
-        KxProfileZ profile = profileAt(9, {{9, 9}});
-        const bool isWhole = length == kRecord.size();
-        EXPECT_EQ(profile.readFromFile(file), isWhole ? 2 : -1);
-        EXPECT_EQ(file.pos(), isWhole ? file.size() : before.size());
-        EXPECT_EQ(exact(profile.points), exact(kRecordPoints.first(length < 15 ? 0 : length < 23 ? 1 : 2)));
-        // The position is read straight into z: the bytes that are there replace those of NaN from the lowest on.
-        EXPECT_EQ(std::bit_cast<quint32>(profile.z), length < 6 ? 0x7fc00000 : length < 7 ? 0x7f200000 : 0xc0200000);
-        const QByteArray empty = kRecord.first(1) + QByteArray(6, '\0');
-        EXPECT_EQ(profile.readFromFile(files.write("a.bin", empty.first(std::min(length, 7)))), length < 7 ? -1 : 0);
-    }
-}
-
-TEST(ProfileZ, AnotherMarkerOrCountIsNoRecord) {
-    TempFiles files;
-    for (const int marker : {0, 2, 3, 4, 5, 6, 7, 255}) {
-        QByteArray bytes = kRecord;
-        bytes[0] = static_cast<char>(marker);
-        KxProfileZ profile = profileAt(9, {{9, 9}});
-        EXPECT_EQ(profile.readFromFile(files.write("a.bin", bytes)), marker == 5 ? 2 : -1) << marker;
-        EXPECT_EQ(profile.size(), marker == 5 ? 2 : 0);
-        EXPECT_EQ(std::isnan(profile.z), marker != 5);
-    }
-    for (int bit = 0; bit < 16; ++bit) {
-        const int count = 2 ^ (1 << bit);
-        QByteArray bytes = kRecord;
-        bytes[1 + bit / 8] = static_cast<char>(bytes[1 + bit / 8] ^ (1 << bit % 8));
-        KxProfileZ profile;
-        EXPECT_EQ(profile.readFromFile(files.write("a.bin", bytes)), count <= 2 ? count : -1) << bit;
-        EXPECT_EQ(exactProfile(profile), exact(kRecordPoints.first(std::min(count, 2)), -2.5f)) << bit;
-        EXPECT_LT(profile.points.capacity(), 1000) << bit; // a count is a claim
-    }
 }

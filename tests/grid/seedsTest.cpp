@@ -1,7 +1,5 @@
 #include "gridSupport.h"
 
-#include <gtest/gtest.h>
-
 using namespace KxMath;
 using namespace testing_support;
 
@@ -91,10 +89,8 @@ struct PlainSearch {
 };
 
 TEST(Seeds, EqualThePlainDefinition) {
-    Nasty nasty(46);
     int found = 0;
-    for (int round = 0; round < 1500; ++round) {
-        nasty.nextCase();
+    forNasty(46, 1500, [&](Nasty& nasty) {
         const Heights heights = nastyHeights(nasty, 40);
         const int blockSize = nasty.pick(std::array{1, 1, 2, 3, 0});
         const float tolerance = nasty.pick(std::array{0.3f, 1.5f, 5.0f, 40.0f, kInf, 0.0f, kNaN});
@@ -104,7 +100,7 @@ TEST(Seeds, EqualThePlainDefinition) {
         const float start = nasty.chance(90) ? nasty.plain() + 5.0f : nasty.special();
         const float end = nasty.chance(90) ? start - 100.0f : nasty.value();
         if (end < start - 1e4f && std::fabs(start) < 1e9f) {
-            continue; // more passes than the plain search has time for
+            return; // more passes than the plain search has time for
         }
 
         PlainSearch plain;
@@ -123,18 +119,16 @@ TEST(Seeds, EqualThePlainDefinition) {
         }
         found += static_cast<int>(seeds.size());
         EXPECT_EQ(KxMatrixWithHistos::freePointCloudList(seeds), seeds.size());
-        ASSERT_EQ(clouds, plain.extract(start, end, levelStep, tolerance, minCount, maxDrop)) << "round " << round;
+        ASSERT_EQ(clouds, plain.extract(start, end, levelStep, tolerance, minCount, maxDrop));
         ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
         ASSERT_EQ(exact(heightsOf(matrix)), exact(heightsOf(plain.matrix)));
         ASSERT_TRUE(histos.pendingSeeds->isEmpty());
-    }
+    });
     EXPECT_GT(found, 1000);
 }
 
 TEST(Seeds, GrowthPostponesWhatIsTooDeep) {
-    Nasty nasty(47);
-    for (int round = 0; round < 600; ++round) {
-        nasty.nextCase();
+    forNasty(47, 600, [&](Nasty& nasty) {
         PlainSearch plain;
         const int columns = 1 + nasty.below(25);
         plain.rows = QList<QList<HistoCell>>(1 + nasty.below(25), QList<HistoCell>(columns));
@@ -146,7 +140,7 @@ TEST(Seeds, GrowthPostponesWhatIsTooDeep) {
         }
         const int row = nasty.below(static_cast<int>(plain.rows.size()));
         const int column = nasty.below(static_cast<int>(plain.rows[0].size()));
-        const int depth = nasty.pick(std::array{0, 1, 150, 195, 200, 201, std::numeric_limits<int>::max() - 1});
+        const int depth = nasty.pick(std::array{0, 1, 150, 195, 200, 201, INT_MAX - 1});
         const float maxStep = nasty.pick(std::array{1.5f, 40.0f, kInf});
         const float maxDrop = nasty.pick(std::array{kNaN, 1.0f});
         plain.pending = {QPoint(0, 0), QPoint(row, column), QPoint(0, 0)};
@@ -158,10 +152,10 @@ TEST(Seeds, GrowthPostponesWhatIsTooDeep) {
         QList<QPoint> expected = region;
         histos.recFindNeighbours(region, row, column, 2, maxStep, maxDrop, depth);
         plain.grow(expected, row, column, 2, maxStep, maxDrop, depth);
-        ASSERT_EQ(region, expected) << "round " << round;
-        ASSERT_EQ(*histos.pendingSeeds, plain.pending) << "round " << round;
+        ASSERT_EQ(region, expected);
+        ASSERT_EQ(*histos.pendingSeeds, plain.pending);
         ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
-    }
+    });
 }
 
 TEST(Seeds, AWholeScanIsOneSeed) {

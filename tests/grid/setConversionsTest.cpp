@@ -1,7 +1,5 @@
 #include "gridSupport.h"
 
-#include <gtest/gtest.h>
-
 using namespace KxMath;
 using namespace testing_support;
 
@@ -30,10 +28,8 @@ KxProfileZSet slicePlainly(const SpaceCloud& cloud, float minZ, int count, float
 }
 
 TEST(SetFromCloud, EqualsThePlainDefinition) {
-    Nasty nasty(42);
     int sliced = 0;
-    for (int round = 0; round < 4000; ++round) {
-        nasty.nextCase();
+    forNasty(42, 4000, [&](Nasty& nasty) {
         SpaceCloud cloud;
         cloud.points = nasty.points<KxPointXYZ>(nasty.size(60));
         if (nasty.chance(20)) { // a range that is known is trusted
@@ -50,18 +46,18 @@ TEST(SetFromCloud, EqualsThePlainDefinition) {
         }
         const float count = std::ceil((ranged.maxZ - ranged.minZ) / step) + 1;
         if (count > 3000 && count <= 16777216) {
-            continue;
+            return;
         }
         const bool isCounted = count >= 1 && count <= 3000;
         const KxProfileZSet expected = slicePlainly(cloud, ranged.minZ, isCounted ? static_cast<int>(count) : 0, step);
         KxProfileZSet set;
         set.profiles.append(profileAt(1, {{1, 1}}));
-        ASSERT_EQ(set.calcFromPointCloud(cloud, step), expected.profiles.size()) << "round " << round;
-        ASSERT_EQ(exact(set), exact(expected)) << "round " << round;
+        ASSERT_EQ(set.calcFromPointCloud(cloud, step), expected.profiles.size());
+        ASSERT_EQ(exact(set), exact(expected));
         ASSERT_EQ(set.stepZ, step);
         ASSERT_TRUE(std::isnan(set.minX));
         sliced += expected.profiles.size() > 1 ? 1 : 0;
-    }
+    });
     EXPECT_GT(sliced, 1000);
 }
 
@@ -94,10 +90,8 @@ TEST(SetToCloud, TakesStretchesOfProfiles) {
 }
 
 TEST(SetToMatrix, EqualsTheHeightsOfTheSortedProfiles) {
-    Nasty nasty(43);
     int filled = 0;
-    for (int round = 0; round < 3000; ++round) {
-        nasty.nextCase();
+    forNasty(43, 3000, [&](Nasty& nasty) {
         KxProfileZSet set = nastySet(nasty, 5);
         set.stepZ = nasty.pick(std::array{0.1f, 1.0f, 2.5f, 37.7f, kInf, 0.0f, -1.0f});
         if (nasty.chance(20)) { // also ranges that rise or fall against the step
@@ -110,7 +104,7 @@ TEST(SetToMatrix, EqualsTheHeightsOfTheSortedProfiles) {
         }
         const float columns = std::ceil((expected.maxX - expected.minX) / set.stepZ);
         if (columns > 2000) {
-            continue;
+            return;
         }
         const float limit = nasty.pick(std::array{kNaN, 0.5f, 40.0f});
         KxMatrixCloud matrix;
@@ -119,8 +113,8 @@ TEST(SetToMatrix, EqualsTheHeightsOfTheSortedProfiles) {
         if (set.isEmpty() || !(columns >= 0)) {
             ASSERT_EQ(count, 0);
             const bool isUntouched = set.isEmpty() || std::isnan(expected.maxX - expected.minX);
-            ASSERT_EQ(matrix.rows, isUntouched ? 1 : -1) << "round " << round;
-            continue;
+            ASSERT_EQ(matrix.rows, isUntouched ? 1 : -1);
+            return;
         }
         Heights heights;
         for (KxProfileZ& profile : expected.profiles) {
@@ -130,11 +124,11 @@ TEST(SetToMatrix, EqualsTheHeightsOfTheSortedProfiles) {
                 row.append(profile.calcY(positionAt(j, set.stepZ, expected.minX), limit, nullptr));
             }
         }
-        ASSERT_EQ(exact(heightsOf(matrix)), exact(heights)) << "round " << round;
+        ASSERT_EQ(exact(heightsOf(matrix)), exact(heights));
         ASSERT_EQ(exact(set), exact(expected)); // sorted
         ASSERT_EQ(count, matrix.size());
         filled += count > 0 ? 1 : 0;
-    }
+    });
     EXPECT_GT(filled, 500);
 }
 

@@ -1,14 +1,9 @@
 // Files of each format with every bit of their beginning flipped, and cut at every length, against readers that take
 // the bytes apart by definition.
 #include "railway/workingFolder.h"
-#include "support/bits.h"
-#include "support/tempFiles.h"
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 #include <QtCore/QtEndian>
-
-#include <cstring>
 
 using namespace KxMath;
 using namespace testing_support;
@@ -62,6 +57,11 @@ Outcome readByDefinition(const Format& format, const QByteArray& bytes, qsizetyp
     return outcome;
 }
 
+template <typename Point>
+QByteArray bytesOf(const QList<Point>& points) {
+    return QByteArray(reinterpret_cast<const char*>(points.constData()), points.size() * qsizetype{sizeof(Point)});
+}
+
 template <typename Reader>
 Outcome readWith(const QString& name, qsizetype at) {
     QFile file(name);
@@ -71,8 +71,8 @@ Outcome readWith(const QString& name, qsizetype at) {
     Outcome outcome;
     outcome.value = reader.readFromFile(file);
     outcome.position = file.pos();
-    outcome.points = QByteArray(reinterpret_cast<const char*>(reader.points.constData()),
-                                reader.points.size() * qsizetype{sizeof(reader.points[0])});
+    outcome.points = bytesOf(reader.points);
+    EXPECT_LT(reader.points.capacity(), 1000) << "a count is a claim";
     if constexpr (requires { reader.z; }) {
         outcome.z = QByteArray(reinterpret_cast<const char*>(&reader.z), sizeof(reader.z));
     }
@@ -99,11 +99,35 @@ void expectDefinition(const TempFiles& files, const Format& format, const QByteA
     ASSERT_EQ(found.z, expected.z) << bytes.toHex().constData();
 }
 
+/// Sets end at the first section or record that is damaged and go without the empty ones. Sections get positions by a
+/// running sum that empty ones advance; those of records deliberately do not count.
+void expectSet(const TempFiles& files, const Format& format, const QByteArray& bytes) {
+    SCOPED_TRACE(bytes.toHex().constData());
+    const bool isRecord = format.positionSize > 0;
+    const QString name = files.write("set", bytes);
+    KxProfileZSet set;
+    set.profiles.resize(2);
+    set.minX = 3;
+    const int count = isRecord ? set.readFromFile(name) : set.readFromFile(name, 0.3f, 0.1f);
+    ASSERT_EQ(exact(set.minX, set.stepZ, set.size()), exact(3, isRecord ? NAN : 0.1f, count));
+    int found = 0;
+    float z = 0.3f;
+    for (Outcome outcome; (outcome = readByDefinition(format, bytes, outcome.position)).value >= 0; z += 0.1f) {
+        if (outcome.value > 0) {
+            ASSERT_LT(found, count);
+            const KxProfileZ& profile = set.profiles[found++];
+            ASSERT_EQ(bytesOf(profile.points), outcome.points);
+            ASSERT_EQ(exact(profile.z), exact(isRecord ? NAN : z));
+        }
+    }
+    ASSERT_EQ(found, count);
+}
+
 template <typename Reader>
 void expectDefinitionOfDamage(const Format& format) {
     const TempFiles files;
     const QByteArray before = "ab";
-    const QByteArray whole = before + record(format, 3) + record(format, 1);
+    const QByteArray whole = before + record(format, 3) + record(format, 0) + record(format, 1);
     const int fragile = 8 * (format.headSize() + format.pointSize);
     for (int bit = -1; bit < fragile; ++bit) {
         QByteArray damaged = whole;
@@ -114,6 +138,9 @@ void expectDefinitionOfDamage(const Format& format) {
         const bool isHead = bit < 8 * format.headSize();
         for (qsizetype length = isHead ? before.size() : whole.size(); length <= whole.size(); ++length) {
             expectDefinition<Reader>(files, format, damaged.first(length), before.size());
+            if constexpr (std::is_base_of_v<KxPointCloud<KxPointXY>, Reader>) {
+                expectSet(files, format, damaged.first(length).mid(before.size()));
+            }
             ASSERT_FALSE(testing::Test::HasFatalFailure()) << "bit " << bit << " length " << length;
         }
     }
@@ -124,6 +151,18 @@ TEST(DamagedFiles, SectionsAndRecordsAtEveryBitAndLength) {
     expectDefinitionOfDamage<KxPointCloud<KxPointXYZ>>(kSpace);
     expectDefinitionOfDamage<KxPointCloud<KxPointXYZRGB>>(kColour);
     expectDefinitionOfDamage<KxProfileZ>(kPositioned);
+    const TempFiles files;
+    QByteArray sections;
+    for (int i = 0; i < 100; ++i) {
+        sections += record(kFlat, i % 3);
+    }
+    expectSet(files, kFlat, sections);
+    for (char marker = 0; marker < 8; ++marker) { // of the other formats too
+        expectDefinition<KxProfileZ>(files, kPositioned, marker + record(kPositioned, 2).mid(1), 0);
+        expectDefinition<KxPointCloud<KxPointXY>>(files, kFlat, marker + record(kFlat, 2).mid(1), 0);
+        expectSet(files, kFlat, marker + record(kFlat, 2).mid(1));
+        expectSet(files, kPositioned, marker + record(kPositioned, 2).mid(1));
+    }
 }
 
 TEST(DamagedFiles, TextAtEveryBitAndLength) {
@@ -189,11 +228,9 @@ QByteArray detected(const WorkingFolder& folder, QSettings& settings, const QByt
 
 TEST(DamagedFiles, RecordingsAtEveryLengthAndBitOfTheirFirstRecord) {
     WorkingFolder folder;
-    const auto settings = folder.settings({{"minProfsInWheel", 1},
-                                           {"SENSOR1/SN", 12},
-                                           {"SENSOR1/level_k", 0},
-                                           {"SENSOR1/level_b", 5},
-                                           {"SENSOR1/minPointsIn", 2}});
+    const auto settings =
+        folder.settings(SettingsTable{{"minProfsInWheel", 1}, {"SENSOR1/SN", 12}} +
+                        SettingsTable{{"SENSOR1/level_k", 0}, {"SENSOR1/level_b", 5}, {"SENSOR1/minPointsIn", 2}});
     QByteArray whole;
     for (const bool withZ : {false, true, true, false, true}) {
         KxProfile profile;

@@ -79,10 +79,8 @@ void fillZigzag(Nasty& nasty, KxProfile& p, int n) {
 } // namespace
 
 TEST(DetectApexes, EqualsItsDefinition) {
-    Nasty nasty(53);
     int found = 0;
-    for (int round = 0; round < 600; ++round) {
-        nasty.nextCase();
+    forNasty(53, 600, [&](Nasty& nasty) {
         KxProfile p;
         const int n = nasty.size();
         if (round % 2 == 0) {
@@ -96,10 +94,10 @@ TEST(DetectApexes, EqualsItsDefinition) {
         QList<KxLine> lines{KxLine(1, 2)}, expectedLines;
         const KxProfile before = p;
         ASSERT_EQ(METRO_detectApexes(p, apexes, lines, maxDY), literalApexes(p, expectedApexes, expectedLines, maxDY));
-        ASSERT_EQ(exact(apexes.points), exact(expectedApexes.points)) << "round " << round;
-        ASSERT_EQ(exactLines(lines), exactLines(expectedLines)) << "round " << round;
+        ASSERT_EQ(exact(apexes.points), exact(expectedApexes.points));
+        ASSERT_EQ(exactLines(lines), exactLines(expectedLines));
         ASSERT_EQ(exact(p.points), exact(before.points));
         found += apexes.size() - 1;
-    }
+    });
     EXPECT_GT(found, 500);
 }

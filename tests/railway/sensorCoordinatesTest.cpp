@@ -19,9 +19,7 @@ constexpr float kPiF = 3.1415927410125732f;
 } // namespace
 
 TEST(XYtoXYZ, DoublePrecisionRoundedOnce) {
-    Nasty nasty(52);
-    for (int round = 0; round < 300; ++round) {
-        nasty.nextCase();
+    forNasty(52, 300, [&](Nasty& nasty) {
         _KxMETRO_SensorCoord_ k{nasty.value(), nasty.value(), nasty.value(), nasty.value(),
                                 nasty.value(), nasty.value(), nasty.below(6)};
         const float radius = nasty.value();
@@ -55,8 +53,8 @@ TEST(XYtoXYZ, DoublePrecisionRoundedOnce) {
                     (sin(a) * sin(b) * cos(c) - sin(c) * cos(b)) * px + static_cast<double>(k.y) + cos(a) * sin(b) * py;
                 const double Z = cos(a) * cos(c) * px + static_cast<double>(k.z) - sin(a) * py + Dz;
                 const KxPointXYZ expected(static_cast<float>(X), static_cast<float>(Y), static_cast<float>(Z));
-                ASSERT_EQ(exact(cloud.points[i + 1]), exact(expected)) << "round " << round << ", point " << i;
+                ASSERT_EQ(exact(cloud.points[i + 1]), exact(expected)) << ", point " << i;
             }
         }
-    }
+    });
 }

@@ -205,10 +205,8 @@ TEST(WheelParameters, S1002) {
 }
 
 TEST(WheelParameters, EqualTheirDefinition) {
-    Nasty nasty(56);
     int complete = 0;
-    for (int round = 0; round < 300; ++round) {
-        nasty.nextCase();
+    forNasty(56, 300, [&](Nasty& nasty) {
         Cloud rim;
         const double spacing = 0.3 + 0.001 * nasty.below(200);
         const double tread = 10 + nasty.below(30);
@@ -243,10 +241,10 @@ TEST(WheelParameters, EqualTheirDefinition) {
         _WheelProfileValues v;
         METRO_calcWheelParameters(rim, circle, &v, &measured);
         const _WheelProfileValues expected = literalParameters(expectedRim, circle, expectedMeasured);
-        ASSERT_EQ(exactValues(v), exactValues(expected)) << "round " << round;
-        ASSERT_EQ(exact(measured.points), exact(expectedMeasured.points)) << "round " << round;
-        ASSERT_EQ(exact(rim.points), exact(expectedRim.points)) << "round " << round;
+        ASSERT_EQ(exactValues(v), exactValues(expected));
+        ASSERT_EQ(exact(measured.points), exact(expectedMeasured.points));
+        ASSERT_EQ(exact(rim.points), exact(expectedRim.points));
         complete += std::isnan(v.xAtLevel18 + v.widthLevel2ToH13) ? 0 : 1;
-    }
+    });
     EXPECT_GT(complete, 50);
 }
