@@ -1,12 +1,5 @@
 // Straight parts and apexes against the definition written out.
-#include "support/bits.h"
-#include "support/nasty.h"
-
-#include <KxMath/KxMath.h>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "support/testing.h"
 
 using namespace KxMath;
 using namespace testing_support;
@@ -63,17 +56,18 @@ ExactList exactLines(const QList<KxLine>& lines) {
 }
 
 /// A zigzag of random flanks with noise; now and then shuffled a little.
-void fillZigzag(Nasty& nasty, KxProfile& p, int n) {
-    float y = 0;
-    float slope = 1;
+Points zigzag(Nasty& nasty, int n) {
+    Points points;
+    float y = 0, slope = 1;
     for (int i = 0; i < n; ++i) {
         slope = nasty.chance(6) ? static_cast<float>(nasty.below(9) - 4) * 0.4f : slope;
         y += slope;
-        p.points.append(KxPointXY(static_cast<float>(i) - 50.0f, y + static_cast<float>(nasty.below(100)) * 0.002f));
+        points.append(KxPointXY(static_cast<float>(i) - 50.0f, y + static_cast<float>(nasty.below(100)) * 0.002f));
         if (i > 0 && nasty.chance(2)) {
-            p.points.swapItemsAt(i, nasty.below(i));
+            points.swapItemsAt(i, nasty.below(i));
         }
     }
+    return points;
 }
 
 } // namespace
@@ -83,11 +77,7 @@ TEST(DetectApexes, EqualsItsDefinition) {
     forNasty(53, 600, [&](Nasty& nasty) {
         KxProfile p;
         const int n = nasty.size();
-        if (round % 2 == 0) {
-            fillZigzag(nasty, p, n);
-        } else {
-            p.points = nasty.points<KxPointXY>(n);
-        }
+        p.points = nasty.chance(50) ? zigzag(nasty, n) : nasty.points<KxPointXY>(n);
         const float maxDY = nasty.pick(std::array{0.0f, 0.1f, 1.0f, 2.0f, NAN});
         KxProfile apexes, expectedApexes;
         apexes.points = expectedApexes.points = {KxPointXY(7, 8)}; // what is there stays

@@ -1,18 +1,11 @@
 // The calibration of a sensor's pose on simulated profiles of the calibration object.
 #include "simulator/calibrationTrial.h"
-#include "support/bits.h"
+#include "support/testing.h"
 
-#include <KxMath/KxMath.h>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numbers>
-#include <random>
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::ExactList;
+using namespace testing_support;
 
 namespace {
 
@@ -39,6 +32,14 @@ struct Case {
 
     bool run() { return METRO_calcAnglesCoord(profile, p1, p2, p3, p4, coord, apexes, &dbg); }
 
+    void removeFlank(int i) {
+        const QList<QPointF> apexes = trueApexes();
+        profile.points.removeIf([&](const KxPointXY& p) {
+            const double x = static_cast<double>(p.x);
+            return x > apexes[i - 1].x() && x < apexes[i].x();
+        });
+    }
+
     void expectRefusal() {
         const _KxMETRO_SensorCoord_ before = coord;
         EXPECT_FALSE(run());
@@ -60,9 +61,7 @@ struct Case {
 
     /// Where the seven apexes of the object appear in the profile.
     QList<QPointF> trueApexes() const {
-        const double p = object.pitch;
-        const double t = object.obliqueness;
-        const double depth = object.slope * p / 2;
+        const double p = object.pitch, t = object.obliqueness, depth = object.slope * p / 2;
         const double facing = pose.v().y < 0 ? -1 : 1;
         const double up = placement == 3 || placement == 4 ? -1 : 1;
         // Each apex is a line along X (or along the oblique valley or crest): up Z = z + k X at a depth d + e X.
@@ -163,10 +162,7 @@ TEST(Calibration, GivenApexes) {
 }
 
 TEST(Calibration, RefusesWhatContradictsTheObject) {
-    const struct {
-        const char* description;
-        void (*change)(Case&);
-    } kCases[] = {
+    const std::pair<const char*, void (*)(Case&)> kCases[] = {
         {"pitch 1 % larger", [](Case& c) { c.p1 *= 1.01f; }},
         {"pitch 0.5 % smaller", [](Case& c) { c.p1 *= 0.995f; }},
         {"valleys 0.5 % deeper", [](Case& c) { c.p2 *= 1.005f; }},
@@ -182,26 +178,16 @@ TEST(Calibration, RefusesWhatContradictsTheObject) {
         {"empty profile", [](Case& c) { c.profile.clear(); }},
         {"behind and before changed", [](Case& c) { c.profile.resize(1, -1, 1); }},
         {"the last ridges are missing", [](Case& c) { c.profile.trimX(NAN, 30); }},
-        {"a flank is missing",
-         [](Case& c) {
-             const QList<QPointF> apexes = c.trueApexes();
-             c.profile.points.removeIf([&](const KxPointXY& p) {
-                 return static_cast<double>(p.x) > apexes[1].x() && static_cast<double>(p.x) < apexes[2].x();
-             });
-         }},
+        {"a flank is missing", [](Case& c) { c.removeFlank(2); }},
         {"heights of NaN", [](Case& c) { c.profile.resize(1, NAN, 1); }},
         {"all at one x", [](Case& c) { c.profile.resize(0, 1, 1); }},
-        {"apexes of NaN",
-         [](Case& c) {
-             c.apexes = c.trueApexes();
-             c.apexes[3].setX(std::numeric_limits<double>::quiet_NaN());
-         }},
+        {"apexes of NaN", [](Case& c) { c.apexes = c.trueApexes(), c.apexes[3].setX(std::nan("")); }},
         {"apexes of one place", [](Case& c) { c.apexes = QList<QPointF>(8, QPointF(1, 1)); }},
     };
-    for (const auto& k : kCases) {
-        SCOPED_TRACE(k.description);
+    for (const auto& [description, change] : kCases) {
+        SCOPED_TRACE(description);
         Case c;
-        k.change(c);
+        change(c);
         c.expectRefusal();
     }
 }
@@ -214,9 +200,7 @@ TEST(Calibration, RefusesWhatIsTooUncertain) {
         pose.beta = 180 + beta;
         pose.gamma = gamma;
         pose.origin = pose.origin - 250.0 * pose.v();
-        kxsim::CalibrationSensor sensor;
-        sensor.noise = noise;
-        sensor.points = points;
+        const kxsim::CalibrationSensor sensor{.points = points, .noise = noise};
         int done = 0;
         for (std::uint64_t i = 0; i < 20; ++i) {
             kxsim::Random random({8, i});
@@ -228,8 +212,7 @@ TEST(Calibration, RefusesWhatIsTooUncertain) {
     };
     EXPECT_EQ(attempt(45, 27, 0.02, 1280), 20);
     EXPECT_EQ(attempt(45, 27, 0.3, 1280), 0) << "noise";
-    EXPECT_EQ(attempt(45, 27, 0.1, 200), 0) << "few points";
-    EXPECT_EQ(attempt(45, 27, 0.02, 60), 0) << "fewer points";
+    EXPECT_EQ(attempt(45, 27, 0.1, 200) + attempt(45, 27, 0.02, 60), 0) << "few points";
     EXPECT_EQ(attempt(2, 27, 0.02, 1280), 0) << "along the ridges";
     for (const double noise : {0.0, 0.02}) { // where a sign is not told, or the noise grows without bound
         for (const double gamma : {0.0, 0.01, 0.1}) {
@@ -247,8 +230,7 @@ TEST(Calibration, ProfilesThatEndAboutTheObliqueCrest) {
         kxsim::CalibrationObject object = kxsim::objectForPlacement(4);
         object.slope = 0.58; // noise alone makes a crest on a flank that lies across the line of sight
         const kxsim::Pose pose{{164.0, 669.0, -10.0}, -3.0, 221.0, -36.0};
-        kxsim::CalibrationSensor sensor;
-        sensor.fan = random.uniform(38, 44);
+        const kxsim::CalibrationSensor sensor{.fan = random.uniform(38, 44)};
         const kxsim::CalibrationTrial trial = kxsim::tryCalibration(object, 4, pose, sensor, random);
         hidden += trial.isInView ? 0 : 1;
         EXPECT_LE(trial.pointError, 0.3) << "fan of " << sensor.fan << " degrees";

@@ -1,23 +1,13 @@
 // The equivalent conicity against closed forms, properties, a literal version of the method, and bad input.
-#include <KxMath/KxConicity.h>
-
 #include "shapes/crossSections.h"
-#include "support/bits.h"
+#include "support/testing.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <memory>
-#include <random>
-#include <vector>
 
 namespace {
 
 using namespace KxMath;
-using testing_support::exact;
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInf = std::numeric_limits<float>::infinity();
+using namespace testing_support;
 
 /// Two cones on round rails.
 struct WheelSet {
@@ -95,18 +85,9 @@ TEST(Conicity, KeepsItsSymmetries) {
         void (*change)(WheelSet&);
         float sign;
     } kCases[] = {
-        {"left and right exchanged",
-         [](WheelSet& s) {
-             s.wheel1.points.swap(s.wheel2.points);
-             s.rail1.points.swap(s.rail2.points);
-         },
-         -1},
-        {"profiles shifted",
-         [](WheelSet& s) {
-             s.wheel1.shift(300.0f, -20.0f, 0.0f);
-             s.rail2.shift(-50.0f, 7.0f, 0.0f);
-         },
-         1},
+        {"sides exchanged",
+         [](WheelSet& s) { s.wheel1.points.swap(s.wheel2.points), s.rail1.points.swap(s.rail2.points); }, -1},
+        {"profiles shifted", [](WheelSet& s) { s.wheel1.shift(300, -20, 0), s.rail2.shift(-50, 7, 0); }, 1},
         {"other equal radii", [](WheelSet& s) { s.radius1 = s.radius2 = 300.0f; }, 1},
     };
     for (const auto& c : kCases) {
@@ -201,8 +182,7 @@ TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
     for (int round = 0; round < 12; ++round) {
         WheelSet set(slopes(random));
         set.amplitudes = round % 3 == 0 ? 7 : 60;
-        const float margins[] = {0.001f, 0.03f, 0.0f, -0.5f};
-        set.edgeMargin = margins[round % 4];
+        set.edgeMargin = std::array{0.001f, 0.03f, 0.0f, -0.5f}[static_cast<unsigned>(round) % 4];
         if (round >= 4) { // measured profiles: contact points jump, the potential need not rise
             for (KxProfile* const p : {&set.wheel1, &set.wheel2, &set.rail1, &set.rail2}) {
                 for (KxPointXY& point : p->points) {
@@ -252,36 +232,30 @@ TEST(Conicity, LeavesEverythingForAnEmptyProfile) {
     KxProfile profile, empty, conicity, deltaR, slope1, slope2;
     kxtool::appendRoundRail(profile, 80.0f);
     conicity.points.append(KxPointXY(1, 2));
-    int count1 = 17;
-    int count2 = 18;
+    int count1 = 17, count2 = 18;
     KxProfile* slot = &profile;
     EXPECT_EQ(EquivalentConicity(profile, profile, profile, empty, 1, 1, 1435, 1360, 10, conicity, deltaR, slope1,
                                  slope2, &slot, &slot, count1, &slot, count2, 0.001f),
               -1);
-    EXPECT_EQ(conicity.size(), 1);
-    EXPECT_EQ(count1, 17);
-    EXPECT_EQ(count2, 18);
-    EXPECT_EQ(slot, &profile);
+    EXPECT_TRUE(conicity.size() == 1 && count1 == 17 && count2 == 18 && slot == &profile);
 }
 
 TEST(Conicity, EndsWithEmptyResultsForBadInput) {
-    const QList<KxPointXY> kPoints[] = {
-        {{0, 0}},
-        {{0, 0}, {50, 1}},
-        {{0, 0}, {30, 1}, {60, 0}},
-        {{0, 0}, {10, 1}, {30, 2}, {50, 1}, {60, 0}},
-        QList<KxPointXY>(40, {3, 1}),
-        QList<KxPointXY>(40, {kNaN, kNaN}),
-        {{0, kNaN}, {10, kNaN}, {30, kNaN}, {60, kNaN}},
-        {{-kInf, 0}, {0, 1}, {1, 2}, {kInf, 3}},
-        {{0, kInf}, {10, -kInf}, {30, kInf}, {60, 0}},
-        {{0, 0}, {kNaN, 1}, {30, 2}, {kNaN, 3}, {60, 1}},
-        {{0, 3e38f}, {10, -3e38f}, {30, 3e38f}, {60, 0}},
-        {{-1e30f, 0}, {0, 1}, {1, 2}, {1e30f, 3}},
-        {{0, 0}, {1e6f, 1}, {2e6f, 0}},
-        {{0, 0}, {20, 0}, {40, 0}, {60, 0}},
-    };
-    for (const QList<KxPointXY>& points : kPoints) {
+    const Points kPoints[] = {{{0, 0}, {50, 1}},
+                              {{0, 0}, {10, 1}, {30, 2}, {50, 1}, {60, 0}},
+                              Points(40, {3, 1}),
+                              Points(40, {kNaN, kNaN}),
+                              {{0, 0}},
+                              {{0, 0}, {30, 1}, {60, 0}},
+                              {{0, kNaN}, {10, kNaN}, {30, kNaN}, {60, kNaN}},
+                              {{-kInf, 0}, {0, 1}, {1, 2}, {kInf, 3}},
+                              {{0, kInf}, {10, -kInf}, {30, kInf}, {60, 0}},
+                              {{0, 0}, {kNaN, 1}, {30, 2}, {kNaN, 3}, {60, 1}},
+                              {{0, 3e38f}, {10, -3e38f}, {30, 3e38f}, {60, 0}},
+                              {{-1e30f, 0}, {0, 1}, {1, 2}, {1e30f, 3}},
+                              {{0, 0}, {1e6f, 1}, {2e6f, 0}},
+                              {{0, 0}, {20, 0}, {40, 0}, {60, 0}}};
+    for (const Points& points : kPoints) {
         for (int which = 1; which < 16; ++which) { // every choice of the four profiles
             SCOPED_TRACE(testing::Message() << "points " << &points - kPoints << ", profiles " << which);
             WheelSet set;
@@ -298,17 +272,14 @@ TEST(Conicity, EndsWithEmptyResultsForBadInput) {
             }
         }
     }
-    const struct {
-        float railDistance, wheelDistance, edgeMargin;
-    } kDistances[] = {{5000, 1360, 0.001f}, {1000, 1360, 0.001f}, {kNaN, 1360, 0.001f}, {1435, kInf, 0.001f},
-                      {1442, 1360, -1},     {1442, 1360, 1e30f},  {1442, 1360, kNaN}};
-    for (const auto& c : kDistances) {
+    using Distances = std::tuple<float, float, float>; // of the rails, of the wheels, and the edge margin
+    for (const Distances& d : {Distances(5000, 1360, 0.001f), Distances(1000, 1360, 0.001f),
+                               Distances(kNaN, 1360, 0.001f), Distances(1435, kInf, 0.001f), Distances(1442, 1360, -1),
+                               Distances(1442, 1360, 1e30f), Distances(1442, 1360, kNaN)}) {
         WheelSet set;
-        set.railDistance = c.railDistance;
-        set.wheelDistance = c.wheelDistance;
-        set.edgeMargin = c.edgeMargin;
+        std::tie(set.railDistance, set.wheelDistance, set.edgeMargin) = d;
         Result r(set);
-        EXPECT_EQ(r.count, r.conicity.size()) << c.railDistance << ' ' << c.wheelDistance << ' ' << c.edgeMargin;
+        EXPECT_EQ(r.count, r.conicity.size()) << set.railDistance << ' ' << set.wheelDistance << ' ' << set.edgeMargin;
     }
 }
 

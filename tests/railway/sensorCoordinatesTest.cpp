@@ -1,22 +1,8 @@
 // From the plane of a sensor to the track frame.
-#include "support/bits.h"
-#include "support/nasty.h"
-
-#include <KxMath/KxMath.h>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "support/testing.h"
 
 using namespace KxMath;
-using testing_support::exact;
-using testing_support::Nasty;
-
-namespace {
-
-constexpr float kPiF = 3.1415927410125732f;
-
-} // namespace
+using namespace testing_support;
 
 TEST(XYtoXYZ, DoublePrecisionRoundedOnce) {
     forNasty(52, 300, [&](Nasty& nasty) {
@@ -24,12 +10,12 @@ TEST(XYtoXYZ, DoublePrecisionRoundedOnce) {
                                 nasty.value(), nasty.value(), nasty.below(6)};
         const float radius = nasty.value();
         const float step = nasty.value();
-        const int index = nasty.pick(std::array{0, 1, -3, 700, std::numeric_limits<int>::min()});
+        const int index = nasty.pick(std::array{0, 1, -3, 700, INT_MIN});
         KxProfile p;
         p.points = nasty.points<KxPointXY>(nasty.size(20));
         for (const bool isRolling : {false, true}) {
             const auto angle = [&](float v) { // the product before the quotient
-                return isRolling ? static_cast<double>(v) : static_cast<double>(v) * static_cast<double>(kPiF) / 180.0;
+                return isRolling ? static_cast<double>(v) : static_cast<double>(v) * 3.1415927410125732 / 180.0;
             };
             const double a = angle(k.alpha), b = angle(k.beta), c = angle(k.gamma);
             const double R = static_cast<double>(radius), s = static_cast<double>(step);
@@ -38,11 +24,7 @@ TEST(XYtoXYZ, DoublePrecisionRoundedOnce) {
             const double Dz = isRolling ? R * std::sin(phi) : 0.0;
             KxPointCloud<KxPointXYZ> cloud;
             cloud.points = {KxPointXYZ(7, 8, 9)}; // stays
-            if (isRolling) {
-                METRO_XYtoXYZ(p, cloud, k, radius, step, index);
-            } else {
-                METRO_XYtoXYZ(p, cloud, k);
-            }
+            isRolling ? METRO_XYtoXYZ(p, cloud, k, radius, step, index) : METRO_XYtoXYZ(p, cloud, k);
             ASSERT_EQ(cloud.size(), 1 + p.size());
             ASSERT_EQ(exact(cloud.points[0]), exact(7, 8, 9));
             for (int i = 0; i < p.size(); ++i) {

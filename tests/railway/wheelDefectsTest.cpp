@@ -1,15 +1,11 @@
 // Defects: one profile, and the wheel files of a train.
 #include "railway/workingFolder.h"
-
-#include "support/bits.h"
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 #include <poll.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
-#include <cmath>
 #include <thread>
 
 using namespace KxMath;

@@ -1,17 +1,11 @@
 // Distances across wheel pairs.
 #include "railway/workingFolder.h"
-#include "support/bits.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "support/testing.h"
 
 using namespace KxMath;
 using namespace testing_support;
 
 namespace {
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 /// `n` points on y = b + k x; the second half lies far off.
 KxProfile side(int n, float k, float b) {
@@ -82,35 +76,12 @@ TEST(WheelsDistInTrain, BestProfilesGroupsAndFailures) {
         {"no third wheel on the right", "l_11.bin", "r_22.bin", 3, false, {1047, 1087, kept}, {}},
         {"no directory on the left", "x_11.bin", "r_22.bin", 0, false, {kept}, {}},
         {"no directory on the right", "l_11.bin", "x_22.bin", 0, false, {kept}, {}},
-        {"a serial of neither: keys without a group",
-         "l_11.bin",
-         "r_22.bin",
-         1,
-         true,
-         {1000 + 19 + 30},
-         {{"SENSOR2/SN", 23}}},
-        {"two sensors of one serial: the first",
-         "l_11.bin",
-         "r_22.bin",
-         1,
-         true,
-         {1000 + 20 + 29},
-         {{"SENSOR1/SN", 22}, {"SENSOR2/SN", 22}}},
+        {"a serial of neither", "l_11.bin", "r_22.bin", 1, true, {1000 + 19 + 30}, {{"SENSOR2/SN", 23}}}, // no group
+        {"the first of one serial", "l_11.bin", "r_22.bin", 1, true, {1049}, {{"SENSOR1/SN", 22}, {"SENSOR2/SN", 22}}},
         {"nothing below on the left", "l_11.bin", "r_22.bin", 2, false, {kept}, {{"SENSOR1/level_b", 20}}},
-        {"nothing below on the right",
-         "l_11.bin",
-         "r_22.bin",
-         2,
-         false,
-         {1000 + 19 + 28, kept},
-         {{"SENSOR2/level_b", 50}}},
-        {"below a sloped level the profile at 60 keeps 9 points, those at 20 and 70 keep 8 and none",
-         "l_11.bin",
-         "r_22.bin",
-         1,
-         true,
-         {1000 + 59 + 28},
-         {{"SENSOR1/level_b", 0}, {"SENSOR1/level_k", 4.5}}},
+        {"nothing below on the right", "l_11.bin", "r_22.bin", 2, false, {1047, kept}, {{"SENSOR2/level_b", 50}}},
+        // Below it the profile at 60 keeps 9 points, those at 20 and 70 keep 8 and none.
+        {"a slope", "l_11.bin", "r_22.bin", 1, true, {1087}, {{"SENSOR1/level_b", 0}, {"SENSOR1/level_k", 4.5}}},
         {"level 0", "l_11.bin", "r_22.bin", 1, false, {kept}, {{"SENSOR1/level_b", 0}}},
     };
     for (const auto& c : kCases) {

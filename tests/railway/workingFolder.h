@@ -23,8 +23,8 @@ public:
 
     /// A settings store that holds the values of a table and no others.
     std::unique_ptr<QSettings> settings(const SettingsTable& values) {
-        const QString file = path(QStringLiteral("settings%1.ini").arg(++stores_));
-        auto store = std::make_unique<QSettings>(file, QSettings::IniFormat);
+        auto store =
+            std::make_unique<QSettings>(path(QStringLiteral("settings%1.ini").arg(++stores_)), QSettings::IniFormat);
         for (const auto& [key, value] : values) {
             store->setValue(key, value);
         }
