@@ -22,6 +22,12 @@ private:
     std::uint64_t hash_ = 0xcbf29ce484222325u;
 };
 
+/// Of jobs that only tell whether they are done.
+template <typename Job>
+Digest digestDone(Job& job) {
+    return {job.isDone ? 1.0 : 0.0, 0.0};
+}
+
 /// Of the coordinates x and y of points.
 template <typename Points>
 Digest digestXY(const Points& points) {

@@ -1,6 +1,8 @@
 // Registers the competitors of an operation: each works on fresh objects, whose preparation is not timed.
 #pragma once
 
+#include "heapMeter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <ctime>
@@ -31,6 +33,28 @@ Digest nothing(Object&) {
     return {};
 }
 
+/// Measures what one object takes on the heap: prepared, at most during the work and after it.
+template <typename Object, typename Prepare, typename Work>
+void countBytes(benchmark::State& state, Prepare prepare, Work work) {
+    for (auto _ : state) {
+        {
+            Object first; // whatever is made only once is there afterwards
+            prepare(first);
+            work(first);
+        }
+        const std::size_t empty = heapMeter->live;
+        Object object;
+        prepare(object);
+        const std::size_t before = heapMeter->live;
+        heapMeter->most = before;
+        work(object);
+        state.counters["most"] = static_cast<double>(heapMeter->most - empty);
+        state.counters["before"] = static_cast<double>(before - empty);
+        state.counters["after"] = static_cast<double>(heapMeter->live - empty);
+        state.SetIterationTime(1.0); // enough
+    }
+}
+
 /// One competitor: "kx", "peer_NAME" (does the same job) or "limit_NAME" (what the job cannot do without).
 /// @param batch so many objects are prepared and worked on in one iteration, since the clock itself takes a third of a
 ///        microsecond; the counter of this name tells what times are to be divided by
@@ -42,6 +66,10 @@ void add(const std::string& operation, int size, const char* who, int batch, Pre
          Result digest) {
     const std::string name = operation + "/" + std::to_string(size) + "/" + who;
     benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+        if (heapMeter != nullptr) {
+            countBytes<Object>(state, prepare, work);
+            return;
+        }
         Digest result;
         bool isFirst = true;
         for (auto _ : state) {

@@ -1,8 +1,10 @@
-"""performance.py RESULTS.json GOALS.csv [PAGE.md]: how long operations take beside their peers and limits.
+"""performance.py TIMES.json MEMORY.json GOALS.csv [PAGE.md]: what operations take beside their peers and limits.
 
 A benchmark's name is OPERATION/SIZE/WHO, WHO being kx (the library), peer_NAME or limit_NAME. A time is the least of
 all repetitions, and a ratio that of two such times: below 1 the library is ahead. With PAGE.md the tables replace what
 stands there after the line "<!-- tables -->".
+
+A goal is the ratio to a competitor, or bytes per element beside "memory_most" and "memory_after".
 """
 import collections
 import csv
@@ -11,6 +13,7 @@ import math
 import sys
 
 MARK = "<!-- tables -->\n"
+MOST_COPIES = 2.0  # that an operation on many points may hold beside its input and its result
 
 
 def read_results(name):
@@ -30,6 +33,25 @@ def read_results(name):
         if "digest" in run:
             digests[operation, int(size), who] = run["digest"], run["tolerance"]
     return times, digests, results["context"]
+
+
+def read_memory(name):
+    """Bytes on the heap by operation, size and competitor."""
+    with open(name, encoding="utf-8") as file:
+        results = json.load(file)
+    memory = collections.defaultdict(lambda: collections.defaultdict(dict))
+    for run in results["benchmarks"]:
+        operation, size, who = run["run_name"].split("/")[:3]
+        memory[operation][int(size)][who] = {moment: run[moment] for moment in ("before", "most", "after")}
+    return memory
+
+
+def read_goals(name):
+    with open(name, encoding="utf-8", newline="") as file:
+        return {
+            (goal["operation"], int(goal["size"]), goal["beside"]): goal["goal"]
+            for goal in csv.DictReader(file, delimiter=";")
+        }
 
 
 def differing(digests):
@@ -88,36 +110,66 @@ def operations_table(times):
             )
 
 
-def goals_table(times, goals_name):
+def goals_table(times, goals):
     yield "| operation | size | beside | its time | ratio | goal | |"
     yield "| --- | ---: | --- | ---: | ---: | ---: | --- |"
-    with open(goals_name, encoding="utf-8", newline="") as file:
-        for goal in csv.DictReader(file, delimiter=";"):
-            competitors = times.get(goal["operation"], {}).get(int(goal["size"]), {})
-            if "kx" not in competitors or goal["beside"] not in competitors:
-                continue
-            other = competitors[goal["beside"]]
-            ratio = competitors["kx"] / other
-            verdict = "" if ratio <= float(goal["goal"]) else "missed"
-            yield (
-                f"| {goal['operation']} | {goal['size']} | {display(goal['beside'])} | {time_text(other)} "
-                f"| {ratio:.2f} | {goal['goal']} | {verdict} |"
-            )
+    for (operation, size, who), goal in goals.items():
+        competitors = times.get(operation, {}).get(size, {})
+        if "kx" not in competitors or who not in competitors:
+            continue
+        other = competitors[who]
+        ratio = competitors["kx"] / other
+        verdict = "" if ratio <= float(goal) else "missed"
+        yield f"| {operation} | {size} | {display(who)} | {time_text(other)} | {ratio:.2f} | {goal} | {verdict} |"
 
 
-def main(results_name, goals_name, page_name=None):
-    times, digests, context = read_results(results_name)
+def copies_beside(use):
+    """What is held beside input and result, in copies of the larger one; None where there is hardly any of both."""
+    both = max(use["before"], use["after"])
+    larger = max(use["before"], use["after"] - use["before"])
+    return (use["most"] - both) / larger if larger >= 0.01 * use["most"] else None
+
+
+def memory_table(memory, goals):
+    yield "| operation | size | before | at most | after | copies beside | least peer, at most | |"
+    yield "| --- | ---: | ---: | ---: | ---: | ---: | ---: | --- |"
+    for operation, sizes in memory.items():
+        size = max(sizes)
+        competitors = sizes[size]
+        if "kx" not in competitors:
+            continue
+        use = competitors["kx"]
+        peers = {who: other["most"] for who, other in competitors.items() if who != "kx"}
+        peer = best(peers, "peer_")
+        copies = copies_beside(use)
+        is_missed = copies is not None and copies > MOST_COPIES
+        for moment in ("most", "after"):
+            is_missed |= use[moment] / size > float(goals.get((operation, size, "memory_" + moment), math.inf))
+        yield (
+            f"| {operation} | {size} | {use['before'] / size:.2f} | {use['most'] / size:.2f} "
+            f"| {use['after'] / size:.2f} | {'-' if copies is None else f'{max(copies, 0.0):.2f}'} "
+            f"| {f'{peer[0] / size:.2f} ({display(peer[1])})' if peer else '-'} | {'missed' if is_missed else ''} |"
+        )
+
+
+def main(times_name, memory_name, goals_name, page_name=None):
+    times, digests, context = read_results(times_name)
+    goals = read_goals(goals_name)
     wrong = differing(digests)
     lines = [
         f"Measured on {context['date'][:10]}, {context['num_cpus']} processors of {context['mhz_per_cpu']} MHz.",
         "",
         "### Goals",
         "",
-        *goals_table(times, goals_name),
+        *goals_table(times, goals),
         "",
         "### All operations",
         "",
         *operations_table(times),
+        "",
+        "### Memory",
+        "",
+        *memory_table(read_memory(memory_name), goals),
     ]
     text = "\n".join(lines) + "\n"
     if page_name:

@@ -1,5 +1,5 @@
 // Writing and reading clouds, next to one call for the same bytes. Files are in memory.
-#include "cloud/jobs.h"
+#include "cloud/files.h"
 
 #include <cstdio>
 #include <memory>
@@ -8,74 +8,76 @@ namespace kxbench {
 
 namespace {
 
-std::size_t sectionBytes(int count) {
-    return 5 + 12 * static_cast<std::size_t>(count);
-}
-
+template <typename Point>
 struct FileJob {
-    Cloud cloud;
+    KxMath::KxPointCloud<Point> cloud;
     std::unique_ptr<char[]> bytes;
     bool isDone = false;
 };
 
-Digest digestDone(FileJob& job) {
-    return Digest{job.isDone ? 1.0 : 0.0, 0.0};
-}
+template <typename Point>
+constexpr std::size_t kPointBytes = sizeof(Point); // in a file as in memory
 
 QByteArray path() {
     return memoryFile("cloud").toLocal8Bit();
 }
 
-void addWriting(int n) {
-    add<FileJob>(
-        "write 3-D cloud", n, "kx", 1, [=](FileJob& j) { j.cloud.points = randomPoints(n); },
-        [](FileJob& j) { j.isDone = j.cloud.writeToFile(memoryFile("cloud")); }, digestDone);
-    add<FileJob>(
-        "write 3-D cloud", n, "limit_one_write", 1,
-        [=](FileJob& j) { j.bytes = std::make_unique<char[]>(sectionBytes(n)); },
-        [=](FileJob& j) {
+template <typename Point>
+void addWriting(const FileKind<Point>& kind, int n) {
+    using Job = FileJob<Point>;
+    const std::string name = "write " + kind.name;
+    const std::size_t size = kPointBytes<Point> * static_cast<std::size_t>(n);
+    add<Job>(
+        name, n, "kx", 1, [=](Job& j) { j.cloud.points = freshCopy(kind.points(n)); },
+        [](Job& j) { j.isDone = j.cloud.writeToFile(memoryFile("cloud")); }, digestDone<Job>);
+    add<Job>(
+        name, n, "limit_one_write", 1, [=](Job& j) { j.bytes = std::make_unique<char[]>(size); },
+        [=](Job& j) {
             std::FILE* const file = std::fopen(path().constData(), "wb");
-            j.isDone = std::fwrite(j.bytes.get(), 1, sectionBytes(n), file) == sectionBytes(n);
+            j.isDone = std::fwrite(j.bytes.get(), 1, size, file) == size;
             j.isDone = std::fclose(file) == 0 && j.isDone;
         },
-        digestDone);
+        digestDone<Job>);
 }
 
-void addReading(int n) {
-    const auto write = [=](FileJob&) {
-        Cloud cloud;
-        cloud.points = randomPoints(n);
+template <typename Point>
+void addReading(const FileKind<Point>& kind, int n) {
+    using Job = FileJob<Point>;
+    const std::string name = "read " + kind.name;
+    const std::size_t size = kPointBytes<Point> * static_cast<std::size_t>(n);
+    const auto write = [=](Job&) {
+        KxMath::KxPointCloud<Point> cloud;
+        cloud.points = kind.points(n);
         cloud.writeToFile(memoryFile("cloud"));
     };
-    const auto readBytes = [](FileJob& j, int count) {
-        j.bytes = std::make_unique_for_overwrite<char[]>(sectionBytes(count));
+    const auto readBytes = [=](Job& j) {
+        j.bytes = std::make_unique_for_overwrite<char[]>(size);
         std::FILE* const file = std::fopen(path().constData(), "rb");
-        j.isDone = std::fread(j.bytes.get(), 1, sectionBytes(count), file) == sectionBytes(count);
+        j.isDone = std::fread(j.bytes.get(), 1, size, file) == size;
         std::fclose(file);
     };
-    add<FileJob>(
-        "read 3-D cloud", n, "kx", 1, write,
-        [=](FileJob& j) { j.isDone = j.cloud.readFromFile(memoryFile("cloud")) == n; }, digestDone);
-    add<FileJob>(
-        "read 3-D cloud", n, "limit_one_read", 1, write, [=](FileJob& j) { readBytes(j, n); }, digestDone);
-    add<FileJob>(
-        "read 3-D cloud", n, "limit_one_read_and_range", 1,
-        [=](FileJob& j) {
+    add<Job>(
+        name, n, "kx", 1, write, [=](Job& j) { j.isDone = j.cloud.readFromFile(memoryFile("cloud")) == n; },
+        digestDone<Job>);
+    add<Job>(name, n, "limit_one_read", 1, write, readBytes, digestDone<Job>);
+    add<Job>(
+        name, n, "limit_one_read_and_range", 1,
+        [=](Job& j) {
             write(j);
-            j.cloud.points = freshCopy(randomPoints(n));
+            j.cloud.points = freshCopy(kind.points(n));
         },
-        [=](FileJob& j) {
-            readBytes(j, n);
+        [=](Job& j) {
+            readBytes(j);
             j.cloud.calcRange();
         },
-        digestDone);
+        digestDone<Job>);
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
-    for (const int n : kCloudSizes) {
-        addWriting(n);
-        addReading(n);
-    }
+    forEachFileKind([](const auto& kind, int n) {
+        addWriting(kind, n);
+        addReading(kind, n);
+    });
     return true;
 }();
 

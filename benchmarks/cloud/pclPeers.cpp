@@ -1,5 +1,6 @@
-// The Point Cloud Library: boxes, filters of density, and binary files.
-#include "cloud/jobs.h"
+// The Point Cloud Library: boxes, filters of density, binary files, and growth.
+#include "cloud/files.h"
+#include "cloud/growth.h"
 
 #include <pcl/filters/crop_box.h>
 #include <pcl/filters/radius_outlier_removal.h>
@@ -16,8 +17,11 @@ struct PclJob {
     PclCloud::Ptr cloud = std::make_shared<PclCloud>();
     PclCloud out;
     std::vector<int> positions;
-    bool isDone = false;
 };
+
+Digest digestInput(PclJob& job) {
+    return digestXY(job.cloud->points);
+}
 
 auto pclOf(Source source, int n) {
     return [=](PclJob& j) {
@@ -65,28 +69,76 @@ void addJobs(int n) {
         [](PclJob& j) {
             return Digest{static_cast<double>(j.out.size()), 0.005};
         });
-    add<PclJob>(
-        "write 3-D cloud", n, "peer_pcl_binary_pcd", 1, pclOf(randomPoints, n),
-        [](PclJob& j) { j.isDone = pcl::io::savePCDFileBinary(path(), *j.cloud) == 0; },
-        [](PclJob& j) {
-            return Digest{j.isDone ? 1.0 : 0.0, 0.0};
-        });
-    add<PclJob>(
-        "read 3-D cloud", n, "peer_pcl_binary_pcd", 1,
-        [=](PclJob& j) {
-            pclOf(randomPoints, n)(j);
-            pcl::io::savePCDFileBinary(path(), *j.cloud);
+}
+
+pcl::PointXY pclPoint(const KxMath::KxPointXY& p) {
+    return {p.x, p.y};
+}
+pcl::PointXYZ pclPoint(const KxMath::KxPointXYZ& p) {
+    return {p.x, p.y, p.z};
+}
+pcl::PointXYZRGB pclPoint(const KxMath::KxPointXYZRGB& p) {
+    const auto channel = [&](int shift) { return static_cast<std::uint8_t>(p.rgb >> shift); };
+    return {p.x, p.y, p.z, channel(16), channel(8), channel(0)};
+}
+
+template <typename Point>
+void addFiles(const FileKind<Point>& kind, int n) {
+    struct Job {
+        pcl::PointCloud<decltype(pclPoint(Point()))> cloud;
+        bool isDone = false;
+    };
+    const auto fill = [=](Job& j) {
+        j.cloud.reserve(static_cast<std::size_t>(n));
+        for (const Point& p : kind.points(n)) {
+            j.cloud.push_back(pclPoint(p));
+        }
+    };
+    add<Job>(
+        "write " + kind.name, n, "peer_pcl_binary_pcd", 1, fill,
+        [](Job& j) { j.isDone = pcl::io::savePCDFileBinary(path(), j.cloud) == 0; }, digestDone<Job>);
+    add<Job>(
+        "read " + kind.name, n, "peer_pcl_binary_pcd", 1,
+        [=](Job&) {
+            Job source;
+            fill(source);
+            pcl::io::savePCDFileBinary(path(), source.cloud);
         },
-        [](PclJob& j) { j.isDone = pcl::io::loadPCDFile(path(), j.out) == 0; },
+        [](Job& j) { j.isDone = pcl::io::loadPCDFile(path(), j.cloud) == 0; }, digestDone<Job>);
+}
+
+void addGrowth(int n) {
+    add<PclJob>(
+        kGrowByPoints, n, "peer_pcl", 1, [=](PclJob&) { randomPoints(n); },
+        [=](PclJob& j) {
+            for (const KxMath::KxPointXYZ& p : randomPoints(n)) {
+                j.cloud->push_back(pclPoint(p));
+            }
+        },
+        digestInput);
+    add<PclJob>(
+        kGrowByClouds, n, "peer_pcl", 1,
+        [=](PclJob& j) {
+            for (const KxMath::KxPointXYZ& p : randomPoints(n / kPieces)) {
+                j.out.push_back(pclPoint(p));
+            }
+        },
         [](PclJob& j) {
-            return Digest{j.isDone ? 1.0 : 0.0, 0.0};
-        });
+            for (int i = 0; i < kPieces; ++i) {
+                *j.cloud += j.out;
+            }
+        },
+        digestInput);
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
     for (const int n : kCloudSizes) {
         addJobs(n);
     }
+    for (const int n : kGrownSizes) {
+        addGrowth(n);
+    }
+    forEachFileKind([](const auto& kind, int n) { addFiles(kind, n); });
     return true;
 }();
 

@@ -59,10 +59,6 @@ struct ProfileOfOne {
     bool isDone = false;
 };
 
-Digest digestDone(ProfileOfOne& job) {
-    return {job.isDone ? 1.0 : 0.0, 0.0};
-}
-
 [[maybe_unused]] const bool isRegistered = [] {
     add<RimJob>("wheel parameters", kRimPoints, "kx", 20, fillRim, measure, digestRim);
     add<RimJob>("wheel parameters", kRimPoints, "limit_turn_and_smooth", 20, fillRim, turnAndSmooth, nothing<RimJob>);
@@ -80,11 +76,12 @@ Digest digestDone(ProfileOfOne& job) {
                                                      static_cast<float>(object.p2()), static_cast<float>(object.p3()),
                                                      static_cast<float>(object.p4()), j.coord, {}, nullptr);
         },
-        digestDone);
+        digestDone<ProfileOfOne>);
     add<ProfileOfOne>(
         "wheel defect", kProfilePoints, "kx", 10,
         [](ProfileOfOne& j) { j.profile.points = freshCopy(profilePoints()); },
-        [](ProfileOfOne& j) { j.isDone = KxMath::METRO_detectWheelDefect(j.profile, 20, 0.3f, 5); }, digestDone);
+        [](ProfileOfOne& j) { j.isDone = KxMath::METRO_detectWheelDefect(j.profile, 20, 0.3f, 5); },
+        digestDone<ProfileOfOne>);
     return true;
 }();
 
