@@ -55,7 +55,8 @@ void countBytes(benchmark::State& state, Prepare prepare, Work work) {
     }
 }
 
-/// One competitor: "kx", "peer_NAME" (does the same job) or "limit_NAME" (what the job cannot do without).
+/// One competitor: "kx", "peer_NAME" (does the same job), "like_NAME" (does a like job by another rule, so that there
+/// is nothing to compare) or "limit_NAME" (what the job cannot do without).
 /// @param batch so many objects are prepared and worked on in one iteration, since the clock itself takes a third of a
 ///        microsecond; the counter of this name tells what times are to be divided by
 /// @param prepare fills a new `Object`

@@ -1,8 +1,8 @@
 """performance.py TIMES.json MEMORY.json GOALS.csv [PAGE.md]: what operations take beside their peers and limits.
 
-A benchmark's name is OPERATION/SIZE/WHO, WHO being kx (the library), peer_NAME or limit_NAME. A time is the least of
-all repetitions, and a ratio that of two such times: below 1 the library is ahead. With PAGE.md the tables replace what
-stands there after the line "<!-- tables -->".
+A benchmark's name is OPERATION/SIZE/WHO, WHO being kx (the library), peer_NAME, like_NAME or limit_NAME. A time is the
+least of all repetitions, and a ratio that of two such times: below 1 the library is ahead. With PAGE.md the tables
+replace what stands there after the line "<!-- tables -->".
 
 A goal is the ratio to a competitor, or bytes per element beside "memory_most" and "memory_after".
 """
@@ -72,7 +72,8 @@ def time_text(ns):
 
 
 def display(who):
-    return who.split("_", 1)[1].replace("_", " ")
+    kind, name = who.split("_", 1)
+    return name.replace("_", " ") + (" (a like job)" if kind == "like" else "")
 
 
 def best(competitors, kind):

@@ -75,6 +75,10 @@ inline void fillMeans(GridJob& job) {
     }
 }
 
+/// Limits of the regions that are grown from the block means.
+constexpr float kTolerance = 0.3f;
+constexpr int kMinCount = 50;
+
 inline Digest digestValue(GridJob& job) {
     return {job.value, 0.0};
 }

@@ -11,8 +11,6 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kStartLevel = 34.0f;
 constexpr float kEndLevel = 20.0f;
 constexpr float kLevelStep = 0.5f;
-constexpr float kTolerance = 0.3f;
-constexpr int kMinCount = 50;
 
 struct Position {
     int row;
