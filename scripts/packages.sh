@@ -31,8 +31,8 @@ test_packages=(libgtest-dev clang pkg-config binutils python3)
 # What the fuzzers need besides: the other compiler with its sanitizers.
 fuzz_packages=(clang libclang-rt-14-dev python3)
 # What the benchmarks need besides: Google Benchmark, and the libraries that they measure beside ours.
-benchmark_packages=(libbenchmark-dev python3 libboost-dev libgsl-dev libeigen3-dev libnanoflann-dev libpcl-dev
-    libopencv-dev pkg-config)
+benchmark_packages=(libbenchmark-dev python3 libboost-dev libgsl-dev libalglib-dev libeigen3-dev libnanoflann-dev
+    libpcl-dev libopencv-dev pkg-config)
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
