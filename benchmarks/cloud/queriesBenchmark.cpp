@@ -128,9 +128,6 @@ void addRemoval(int n) {
         addRange(n);
         addQueries(n);
         addRemoval(n);
-        add<CloudJob>(
-            "rotate", n, "kx", 1, cloudOf(randomPoints, n), [](CloudJob& j) { j.cloud.rotate(10, 20, 30); },
-            nothing<CloudJob>);
     }
     return true;
 }();

@@ -21,6 +21,7 @@ constexpr float kMaxGap = 0.5f;
 
 /// The objects of the library, and plain ones for what others make of them.
 struct GridJob {
+    int rows = kRows;
     KxMath::KxProfileZSet set;
     KxMatrixCloud matrix;
     KxMath::KxMatrixWithHistos histos;
@@ -41,6 +42,8 @@ struct GridJob {
 /// Fills the set.
 inline void fillSet(GridJob& job) {
     job.set = profileSet();
+    job.set.profiles.resize(job.rows);
+    job.set.calcRange();
     for (KxMath::KxProfileZ& profile : job.set.profiles) {
         profile.points.detach();
     }
@@ -54,8 +57,9 @@ inline void fillMatrix(GridJob& job) {
         set.toMatrixCloud(*matrix, kMaxGap, kPitch);
         return matrix;
     }();
-    job.matrix.initMatrix(source->columns, source->rows, source->step, 0, 0, 0, 0, 0, 0);
-    for (int r = 0; r < source->rows; ++r) {
+    const int rows = std::min(source->rows, job.rows);
+    job.matrix.initMatrix(source->columns, rows, source->step, 0, 0, 0, 0, 0, 0);
+    for (int r = 0; r < rows; ++r) {
         std::copy_n(source->cells[r], source->columns, job.matrix.cells[r]);
     }
 }
@@ -69,7 +73,7 @@ inline void fillMeans(GridJob& job) {
         return source.histos.histoRows;
     }();
     fillMatrix(job);
-    job.histos.histoRows = rows;
+    job.histos.histoRows = rows.first(job.matrix.rows);
     for (QList<HistoCell>& row : job.histos.histoRows) {
         row.detach();
     }
@@ -79,14 +83,41 @@ inline void fillMeans(GridJob& job) {
 constexpr float kTolerance = 0.3f;
 constexpr int kMinCount = 50;
 
+/// The points of a seed or of a profile, whoever made it.
+inline const QList<KxPointXYZ>& pointsOf(const Cloud* seed) {
+    return seed->points;
+}
+inline const QList<KxPointXY>& pointsOf(const KxMath::KxProfileZ& profile) {
+    return profile.points;
+}
+template <typename Point>
+const std::vector<Point>& pointsOf(const std::vector<Point>& points) {
+    return points;
+}
+
+inline Digest digestCloud(GridJob& job) {
+    return digestXY(job.cloud.points);
+}
+inline Digest digestPoints(GridJob& job) {
+    return digestXY(job.points);
+}
 inline Digest digestValue(GridJob& job) {
     return {job.value, 0.0};
 }
 
-/// A competitor with one object at a time.
+/// A competitor with one object at a time. The library's own also works on fewer rows, so that its growth is seen.
 template <typename Prepare, typename Work, typename Result>
-void addOnGrid(const char* operation, const char* who, Prepare prepare, Work work, Result digest) {
-    add<GridJob>(operation, kGridPoints, who, 1, prepare, work, digest);
+void addOnGrid(const char* operation, const std::string& who, Prepare prepare, Work work, Result digest) {
+    for (const int rows : {kRows / 4, kRows}) {
+        if (rows < kRows && who != "kx") {
+            continue;
+        }
+        const auto prepareRows = [=](GridJob& job) {
+            job.rows = rows;
+            prepare(job);
+        };
+        add<GridJob>(operation, rows * kProfilePoints, who.c_str(), 1, prepareRows, work, digest);
+    }
 }
 
 } // namespace kxbench

@@ -158,8 +158,7 @@ void addTrim() {
 
 void addToCloud() {
     addOnGrid(
-        "matrix to cloud", "kx", fillMatrix, [](GridJob& j) { j.matrix.toPointCloud(j.cloud); },
-        [](GridJob& j) { return digestXY(j.cloud.points); });
+        "matrix to cloud", "kx", fillMatrix, [](GridJob& j) { j.matrix.toPointCloud(j.cloud); }, digestCloud);
     addOnGrid(
         "matrix to cloud", "peer_plain_loop", fillMatrix,
         [](GridJob& j) {
@@ -173,7 +172,7 @@ void addToCloud() {
                 }
             }
         },
-        [](GridJob& j) { return digestXY(j.points); });
+        digestPoints);
 }
 
 [[maybe_unused]] const bool isRegistered = [] {

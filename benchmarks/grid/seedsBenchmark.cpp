@@ -1,4 +1,4 @@
-// Seeds of a height map, and its edges.
+// Seeds of a height map.
 #include "grid/jobs.h"
 
 #include <cmath>
@@ -83,8 +83,8 @@ void floodFill(GridJob& j) {
 }
 
 /// Sizes and heights of the patches, whose points may stand in any order.
-template <typename Patches, typename PointsOf>
-Digest digestPatches(const Patches& patches, PointsOf pointsOf) {
+template <typename Patches>
+Digest digestPatches(const Patches& patches) {
     double value = 0.0;
     for (const auto& patch : patches) {
         for (const KxPointXYZ& p : pointsOf(patch)) {
@@ -101,16 +101,8 @@ Digest digestPatches(const Patches& patches, PointsOf pointsOf) {
         [](GridJob& j) {
             j.histos.extractSeeds(j.matrix, &j.seeds, kStartLevel, kEndLevel, kLevelStep, kTolerance, kMinCount, kNaN);
         },
-        [](GridJob& j) {
-            return digestPatches(
-                j.seeds, [](const Cloud* cloud) -> auto& { return cloud->points; });
-        });
-    addOnGrid("seeds", "peer_flood_fill", fillMeans, floodFill, [](GridJob& j) {
-        return digestPatches(
-            j.patches, [](const std::vector<KxPointXYZ>& points) -> auto& { return points; });
-    });
-    addOnGrid(
-        "edges", "kx", fillMeans, [](GridJob& j) { j.value = j.histos.cutEdgeEffects(j.matrix, -0.2f); }, digestValue);
+        [](GridJob& j) { return digestPatches(j.seeds); });
+    addOnGrid("seeds", "peer_flood_fill", fillMeans, floodFill, [](GridJob& j) { return digestPatches(j.patches); });
     return true;
 }();
 

@@ -62,9 +62,10 @@ void addWriting() {
 
 void addReading() {
     constexpr const char* kOperation = "read profile set";
-    const auto write = [](GridJob&) {
+    const auto write = [](GridJob& j) {
         GridJob source;
-        source.set = profileSet();
+        source.rows = j.rows;
+        fillSet(source);
         source.set.writeToFile(memoryFile("set"));
     };
     addOnGrid(
@@ -110,8 +111,7 @@ void addReading() {
 void addToCloud() {
     constexpr const char* kOperation = "set to cloud";
     addOnGrid(
-        kOperation, "kx", fillSet, [](GridJob& j) { j.set.toPointCloud(j.cloud); },
-        [](GridJob& j) { return digestXY(j.cloud.points); });
+        kOperation, "kx", fillSet, [](GridJob& j) { j.set.toPointCloud(j.cloud); }, digestCloud);
     addOnGrid(
         kOperation, "peer_plain_loop", fillSet,
         [](GridJob& j) {
@@ -122,11 +122,11 @@ void addToCloud() {
                 }
             }
         },
-        [](GridJob& j) { return digestXY(j.points); });
+        digestPoints);
 }
 
 void fillCloud(GridJob& j) {
-    j.set = profileSet();
+    fillSet(j);
     j.set.toPointCloud(j.cloud);
     j.cloud.calcRange();
     j.set.clear();
@@ -134,7 +134,7 @@ void fillCloud(GridJob& j) {
 
 void addFromCloud() {
     constexpr const char* kOperation = "set from cloud";
-    const auto digestProfiles = [](const auto& profiles, auto pointsOf) {
+    const auto digestProfiles = [](const auto& profiles) {
         BitDigest digest;
         for (const auto& profile : profiles) {
             for (const KxPointXY& p : pointsOf(profile)) {
@@ -146,10 +146,7 @@ void addFromCloud() {
     };
     addOnGrid(
         kOperation, "kx", fillCloud, [](GridJob& j) { j.set.calcFromPointCloud(j.cloud, kPitch); },
-        [=](GridJob& j) {
-            return digestProfiles(
-                j.set.profiles, [](const KxMath::KxProfileZ& p) -> auto& { return p.points; });
-        });
+        [=](GridJob& j) { return digestProfiles(j.set.profiles); });
     addOnGrid(
         kOperation, "peer_bucket_loop", fillCloud,
         [](GridJob& j) {
@@ -160,10 +157,7 @@ void addFromCloud() {
                 j.profiles[slice].emplace_back(p.x, p.y);
             }
         },
-        [=](GridJob& j) {
-            return digestProfiles(
-                j.profiles, [](const std::vector<KxPointXY>& points) -> auto& { return points; });
-        });
+        [=](GridJob& j) { return digestProfiles(j.profiles); });
 }
 
 void addAverage() {

@@ -194,13 +194,7 @@ void removeSpikes(ProfileJob& j) {
 [[maybe_unused]] const bool isRegistered = [] {
     addProfile(
         "FIR of 20 taps", "kx", [](ProfileJob& j) { j.profile.kihFilter20(j.out, 2.0f); },
-        [](ProfileJob& j) {
-            double sum = 0.0;
-            for (const KxPointXY& p : std::as_const(j.out.points).sliced(20)) {
-                sum += static_cast<double>(p.y);
-            }
-            return Digest{sum, 1e-5};
-        });
+        [](ProfileJob& j) { return digestWithin(heightsOf(j.out.points.sliced(20)), 1e-5); });
     addMovingAverage();
     addMedianPosition();
     addSlope();

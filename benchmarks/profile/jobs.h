@@ -44,13 +44,30 @@ inline Digest digestOut(ProfileJob& job) {
     return digestXY(job.out.points);
 }
 
-/// Of competitors that calculate otherwise: the sum of the values, within a thousandth.
-inline Digest digestNearly(ProfileJob& job) {
+/// Of the results of those that calculate otherwise, whose roundings differ. Stretches count differently: all fits by
+/// least squares have the same sum.
+template <typename Values>
+Digest digestWithin(const Values& values, double tolerance) {
+    constexpr int kStretch = 80;
     double sum = 0.0;
-    for (const double value : job.values) {
-        sum += value;
+    int i = 0;
+    for (const auto value : values) {
+        sum += (1 + i / kStretch % 3) * static_cast<double>(value);
+        ++i;
     }
-    return {sum, 1e-3};
+    return {sum, tolerance};
+}
+inline Digest digestNearly(ProfileJob& job) {
+    return digestWithin(job.values, 1e-4);
+}
+
+/// The heights of points.
+inline std::vector<float> heightsOf(const Points& points) {
+    std::vector<float> heights;
+    for (const KxPointXY& p : points) {
+        heights.push_back(p.y);
+    }
+    return heights;
 }
 
 /// A competitor on `fillProfile()`, twenty profiles at a time, which the cache holds.

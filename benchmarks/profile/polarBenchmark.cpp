@@ -1,32 +1,20 @@
 // Polar form, and the filters that work in it, next to the standard library's functions in a loop.
+#include "polar.h"
 #include "profile/jobs.h"
-
-#include <cmath>
 
 namespace kxbench {
 
 namespace {
 
-constexpr double kPi = 3.1415927410125732;
-
-float angleOf(float a, float b) {
-    if (a == 0.0f) {
-        return b > 0.0f ? 90.0f : b < 0.0f ? 270.0f : 0.0f;
-    }
-    const double degrees = static_cast<double>(static_cast<float>(std::atan(static_cast<double>(b / a)))) * 180.0 / kPi;
-    return static_cast<float>(a < 0.0f ? 180.0 + degrees : b < 0.0f ? degrees + 360.0 : degrees);
-}
-
 void toPolar(Points& points) {
     for (KxPointXY& p : points) {
-        p = KxPointXY(std::sqrt(p.y * p.y + p.x * p.x), angleOf(p.x, p.y));
+        kxbench::toPolar(p.x, p.y);
     }
 }
 
 void toEvklid(Points& points) {
     for (KxPointXY& p : points) {
-        const double rad = static_cast<double>(static_cast<float>(static_cast<double>(p.y) * kPi / 180.0));
-        p = KxPointXY(static_cast<float>(std::cos(rad)) * p.x, static_cast<float>(std::sin(rad)) * p.x);
+        fromPolar(p.x, p.y);
     }
 }
 

@@ -49,11 +49,7 @@ void calculate(ConicityJob& job, int amplitudes) {
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
-    for (const int amplitudes : {50, 100, 200}) {
-        add<ConicityJob>(
-            "conicity, by amplitudes", amplitudes, "kx", 1, [](ConicityJob&) { wheelSet(); },
-            [=](ConicityJob& j) { calculate(j, amplitudes); }, digestConicity);
-    }
+    addConicity("kx", calculate);
     return true;
 }();
 

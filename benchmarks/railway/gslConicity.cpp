@@ -212,11 +212,7 @@ void calculate(ConicityJob& job, int amplitudes) {
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
-    for (const int amplitudes : {50, 100, 200}) {
-        add<ConicityJob>(
-            "conicity, by amplitudes", amplitudes, "peer_gsl_akima", 1, [](ConicityJob&) { wheelSet(); },
-            [=](ConicityJob& j) { calculate(j, amplitudes); }, digestConicity);
-    }
+    addConicity("peer_gsl_akima", calculate);
     return true;
 }();
 

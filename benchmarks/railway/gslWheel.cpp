@@ -99,7 +99,7 @@ void measure(RimJob& job) {
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
-    add<RimJob>("wheel parameters", kRimPoints, "peer_gsl_akima", 20, fillRim, measure, digestRim);
+    addOnRim("peer_gsl_akima", measure, digestRim);
     return true;
 }();
 

@@ -31,6 +31,16 @@ inline Digest digestConicity(ConicityJob& job) {
     return {sum / static_cast<double>(job.conicities.size()), 0.03};
 }
 
+/// A competitor for each number of amplitudes: `calculate(job, amplitudes)`.
+template <typename Calculate>
+void addConicity(const char* who, Calculate calculate) {
+    for (const int amplitudes : {50, 100, 200}) {
+        add<ConicityJob>(
+            "conicity, by amplitudes", amplitudes, who, 1, [](ConicityJob&) { wheelSet(); },
+            [=](ConicityJob& j) { calculate(j, amplitudes); }, digestConicity);
+    }
+}
+
 /// The cross-section of a rim of 1300 points about the origin.
 constexpr int kRimPoints = 1300;
 const QList<KxMath::KxPointXYZ>& rimPoints();
@@ -48,8 +58,11 @@ inline Digest digestRim(RimJob& job) {
     return {sum, 1e-3};
 }
 
-inline void fillRim(RimJob& job) {
-    job.rim.points = freshCopy(rimPoints());
+/// A competitor for the parameters of a wheel.
+template <typename Work, typename Result>
+void addOnRim(const char* who, Work work, Result digest) {
+    const auto fill = [](RimJob& job) { job.rim.points = freshCopy(rimPoints()); };
+    add<RimJob>("wheel parameters", kRimPoints, who, 20, fill, work, digest);
 }
 
 } // namespace kxbench

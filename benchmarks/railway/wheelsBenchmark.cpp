@@ -5,6 +5,8 @@
 #include "simulator/calibrationTrial.h"
 #include "simulator/wheelContour.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace kxbench {
@@ -59,18 +61,38 @@ struct ProfileOfOne {
     bool isDone = false;
 };
 
+/// What a calibration cannot do without: the points in order, and the sums of lines through all of them.
+void orderAndSum(ProfileOfOne& job) {
+    std::vector<KxMath::KxPointXY> points(job.profile.points.cbegin(), job.profile.points.cend());
+    std::sort(points.begin(), points.end(),
+              [](const KxMath::KxPointXY& a, const KxMath::KxPointXY& b) { return a.x < b.x; });
+    std::array<double, 5> sums{};
+    for (const KxMath::KxPointXY& p : points) {
+        const auto x = static_cast<double>(p.x);
+        const auto y = static_cast<double>(p.y);
+        sums[0] += x;
+        sums[1] += y;
+        sums[2] += x * x;
+        sums[3] += x * y;
+        sums[4] += y * y;
+    }
+    benchmark::DoNotOptimize(sums);
+}
+
 [[maybe_unused]] const bool isRegistered = [] {
-    add<RimJob>("wheel parameters", kRimPoints, "kx", 20, fillRim, measure, digestRim);
-    add<RimJob>("wheel parameters", kRimPoints, "limit_turn_and_smooth", 20, fillRim, turnAndSmooth, nothing<RimJob>);
+    addOnRim("kx", measure, digestRim);
+    addOnRim("limit_turn_and_smooth", turnAndSmooth, nothing<RimJob>);
     const kxsim::CalibrationObject object = kxsim::objectForPlacement(2);
+    const auto takeProfile = [=](ProfileOfOne& j) {
+        kxsim::Random random({1, 1});
+        kxsim::takeCalibrationProfile(object, 2, kxsim::nominalCalibrationPose(2, object), kxsim::CalibrationSensor(),
+                                      random, j.profile);
+        j.coord.position = 2;
+    };
+    add<ProfileOfOne>("calibration", kProfilePoints, "limit_order_and_line_sums", 1, takeProfile, orderAndSum,
+                      nothing<ProfileOfOne>);
     add<ProfileOfOne>(
-        "calibration", kProfilePoints, "kx", 1,
-        [=](ProfileOfOne& j) {
-            kxsim::Random random({1, 1});
-            kxsim::takeCalibrationProfile(object, 2, kxsim::nominalCalibrationPose(2, object),
-                                          kxsim::CalibrationSensor(), random, j.profile);
-            j.coord.position = 2;
-        },
+        "calibration", kProfilePoints, "kx", 1, takeProfile,
         [=](ProfileOfOne& j) {
             j.isDone = KxMath::METRO_calcAnglesCoord(j.profile, static_cast<float>(object.p1()),
                                                      static_cast<float>(object.p2()), static_cast<float>(object.p3()),
