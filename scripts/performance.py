@@ -131,8 +131,16 @@ def copies_beside(use):
     return (use["most"] - both) / larger if larger >= 0.01 * use["most"] else None
 
 
+def least_peer_text(competitors, size):
+    least = best({who: use["most"] for who, use in competitors.items()}, "peer_")
+    if not least:
+        return "-"
+    most, who = least
+    return f"{most / size:.2f}, {competitors[who]['after'] / size:.2f} ({display(who)})"
+
+
 def memory_table(memory, goals):
-    yield "| operation | size | before | at most | after | copies beside | least peer, at most | |"
+    yield "| operation | size | before | at most | after | copies beside | least peer, at most and after | |"
     yield "| --- | ---: | ---: | ---: | ---: | ---: | ---: | --- |"
     for operation, sizes in memory.items():
         size = max(sizes)
@@ -140,8 +148,6 @@ def memory_table(memory, goals):
         if "kx" not in competitors:
             continue
         use = competitors["kx"]
-        peers = {who: other["most"] for who, other in competitors.items() if who != "kx"}
-        peer = best(peers, "peer_")
         copies = copies_beside(use)
         is_missed = copies is not None and copies > MOST_COPIES
         for moment in ("most", "after"):
@@ -149,7 +155,7 @@ def memory_table(memory, goals):
         yield (
             f"| {operation} | {size} | {use['before'] / size:.2f} | {use['most'] / size:.2f} "
             f"| {use['after'] / size:.2f} | {'-' if copies is None else f'{max(copies, 0.0):.2f}'} "
-            f"| {f'{peer[0] / size:.2f} ({display(peer[1])})' if peer else '-'} | {'missed' if is_missed else ''} |"
+            f"| {least_peer_text(competitors, size)} | {'missed' if is_missed else ''} |"
         )
 
 

@@ -57,7 +57,7 @@ void turnThereAndBack(ProfileJob& j, int count) {
         "polar splash filter", "kx", [](ProfileJob& j) { j.profile.splashFilterPolar(j.out, 200, 1, 1); },
         nothing<ProfileJob>);
     addProfile(
-        "polar splash filter", "peer_std_functions", [](ProfileJob& j) { turnThereAndBack(j, 1); },
+        "polar splash filter", "limit_std_functions", [](ProfileJob& j) { turnThereAndBack(j, 1); },
         nothing<ProfileJob>);
     addProfile(
         "polar window filter", "kx", [](ProfileJob& j) { j.profile.wndFilterPolar(j.out, 0.5f, 10, 5); },
