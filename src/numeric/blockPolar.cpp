@@ -4,7 +4,6 @@
 #include "numeric/angles.h"
 #include "numeric/blockTrigonometry.h"
 
-#include <algorithm>
 #include <array>
 
 namespace KxMath::detail {
@@ -15,28 +14,31 @@ using Portion = std::array<float, kPolarPortion>;
 
 } // namespace
 
-void toPolar(float* as, float* bs, std::ptrdiff_t count) {
+void toPolar(float* as, float* bs, std::ptrdiff_t count, InstructionSet instructions) {
     Portion quotients{};
-    for (std::ptrdiff_t i = 0; i < count; ++i) {
-        quotients[static_cast<std::size_t>(i)] = bs[i] / as[i];
-    }
-    atanOf(quotients.data(), count, quotients.data());
-    std::array<double, kPolarPortion> angles{};
-    std::transform(quotients.begin(), quotients.begin() + count, angles.begin(), toDegrees);
-    for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const float a = as[i];
-        const float b = bs[i];
-        as[i] = polarRadius(a, b);
-        bs[i] = polarAngleDeg(a, b, angles[static_cast<std::size_t>(i)]);
-    }
+    Portion angles{};
+    runOn(instructions, [=, &quotients](auto) {
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            quotients[static_cast<std::size_t>(i)] = bs[i] / as[i];
+        }
+    });
+    atanOf(quotients.data(), count, angles.data(), instructions);
+    runOn(instructions, [=, &angles](auto) {
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            const float a = as[i];
+            const float b = bs[i];
+            as[i] = polarRadius(a, b);
+            bs[i] = polarAngleDeg(a, b, toDegrees(angles[static_cast<std::size_t>(i)]));
+        }
+    });
 }
 
-void fromPolar(float* radii, float* degrees, std::ptrdiff_t count) {
+void fromPolar(float* radii, float* degrees, std::ptrdiff_t count, InstructionSet instructions) {
     Portion sines{};
     for (std::ptrdiff_t i = 0; i < count; ++i) {
         degrees[i] = toRadians(degrees[i]);
     }
-    sinesAndCosinesOf(degrees, count, sines.data(), degrees);
+    sinesAndCosinesOf(degrees, count, sines.data(), degrees, instructions);
     for (std::ptrdiff_t i = 0; i < count; ++i) {
         const float radius = radii[i];
         radii[i] = degrees[i] * radius;

@@ -1,6 +1,8 @@
 // Polar form of many points at once.
 #pragma once
 
+#include "numeric/instructionSets.h"
+
 #include <cstddef>
 
 namespace KxMath::detail {
@@ -9,9 +11,10 @@ namespace KxMath::detail {
 inline constexpr int kPolarPortion = 256;
 
 /// polarRadius() and polarAngleDeg() of up to kPolarPortion points (a, b), in place.
-void toPolar(float* as, float* bs, std::ptrdiff_t count);
+void toPolar(float* as, float* bs, std::ptrdiff_t count, InstructionSet instructions = widestInstructionSet());
 
 /// The points of up to kPolarPortion radii and angles in degrees, in place: cosF() and sinF() times the radius.
-void fromPolar(float* radii, float* degrees, std::ptrdiff_t count);
+void fromPolar(float* radii, float* degrees, std::ptrdiff_t count,
+               InstructionSet instructions = widestInstructionSet());
 
 } // namespace KxMath::detail

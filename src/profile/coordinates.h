@@ -13,14 +13,16 @@ namespace KxMath::detail {
 // Points are pairs of floats, one after the other.
 static_assert(sizeof(KxPointXY) == 2 * sizeof(float));
 
-/// The x of four points.
-inline Float4 loadXs(const KxPointXY* points) {
-    return loadFirsts(&points->x);
+/// The x of as many points as a vector has numbers.
+template <typename Floats = Float4>
+[[gnu::always_inline]] inline Floats loadXs(const KxPointXY* points) {
+    return loadFirsts<Floats>(&points->x);
 }
 
-/// The y of four points.
-inline Float4 loadYs(const KxPointXY* points) {
-    return loadSeconds(&points->x);
+/// The y of as many points as a vector has numbers.
+template <typename Floats = Float4>
+[[gnu::always_inline]] inline Floats loadYs(const KxPointXY* points) {
+    return loadSeconds<Floats>(&points->x);
 }
 
 /// Copies the y of `count` points.

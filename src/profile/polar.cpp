@@ -29,11 +29,11 @@ void changePortions(QList<KxPointXY>& points, Change change) {
 } // namespace
 
 void KxProfile::toPolar() {
-    changePortions(points, detail::toPolar);
+    changePortions(points, [](float* xs, float* ys, qsizetype count) { detail::toPolar(xs, ys, count); });
 }
 
 void KxProfile::toEvklid() {
-    changePortions(points, detail::fromPolar);
+    changePortions(points, [](float* xs, float* ys, qsizetype count) { detail::fromPolar(xs, ys, count); });
 }
 
 void KxProfile::rotatePolar(float angle) {

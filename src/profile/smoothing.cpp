@@ -3,6 +3,7 @@
 
 #include "numeric/windowSums.h"
 #include "profile/coordinates.h"
+#include "profile/fir.h"
 
 #include <algorithm>
 #include <array>
@@ -14,26 +15,8 @@ namespace KxMath {
 
 namespace {
 
-constexpr qsizetype kTaps = 20;
-constexpr std::array<float, kTaps> kTapWeights = {0.0f,    0.0013f, 0.0047f, 0.0117f, 0.0238f, 0.0407f, 0.0612f,
-                                                  0.0824f, 0.1011f, 0.1139f, 0.1185f, 0.1139f, 0.1011f, 0.0824f,
-                                                  0.0612f, 0.0407f, 0.0238f, 0.0117f, 0.0047f, 0.0013f};
-
 using detail::kWindowsAtOnce;
 using detail::WindowSums;
-
-/// The smoothed heights of kWindowsAtOnce points from `y` on, with kTaps - 1 heights before it.
-WindowSums smoothedHeights(const float* y) {
-    WindowSums sums{};
-    for (qsizetype k = 0; k < kTaps; ++k) {
-        // Deliberately with the first weight of 0 too: a NaN shows at its own point.
-        const float weight = kTapWeights[static_cast<size_t>(k)];
-        for (size_t group = 0; group < sums.size(); ++group) {
-            sums[group] += weight * detail::loadFloat4(y - k + 4 * static_cast<qsizetype>(group));
-        }
-    }
-    return sums;
-}
 
 /// `sum` and the heights from `begin` up to, not including, `end`.
 float orderedSum(const KxPointXY* begin, const KxPointXY* end, float sum) {
@@ -97,30 +80,14 @@ float middleYByX(const KxPointXY* begin, qsizetype window, QList<int>& order) {
 
 void KxProfile::kihFilter20(KxProfile& out, float maxStep) {
     const qsizetype n = points.size();
-    if (n < kTaps) {
+    if (n < detail::kFirTaps) {
         return;
     }
     const QList<KxPointXY> shared = points; // so that `out` may be this profile
     const KxPointXY* const source = shared.constData();
-    std::vector<float> heights = roomFor(shared);
-    detail::copyYs(source, n, heights.data());
     KxPointXY* const target = out.points.data();
-    std::copy(source, source + kTaps, target);
-    for (qsizetype start = kTaps; start < n; start += kWindowsAtOnce) {
-        const WindowSums smoothed = smoothedHeights(heights.data() + start);
-        const qsizetype end = std::min(n, start + kWindowsAtOnce);
-        qsizetype i = start;
-        for (size_t group = 0; i + 4 <= end; i += 4, ++group) {
-            const detail::Float4 xs = detail::loadXs(source + i);
-            const detail::Answers4 isBehindGap = xs - detail::loadXs(source + i - 1) > maxStep; // NaN: false
-            const detail::Float4 ys = isBehindGap ? detail::loadYs(source + i) : smoothed[group];
-            detail::storePairs(xs, ys, &target[i].x);
-        }
-        for (; i < end; ++i) {
-            const bool isBehindGap = source[i].x - source[i - 1].x > maxStep; // NaN: false
-            target[i] = KxPointXY(source[i].x, isBehindGap ? source[i].y : detail::sumAt(smoothed, i - start));
-        }
-    }
+    std::copy(source, source + detail::kFirTaps, target);
+    detail::smoothHeights(source, n, maxStep, target);
 }
 
 void KxProfile::kihFilter20(float maxStep) {

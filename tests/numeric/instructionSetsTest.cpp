@@ -1,0 +1,92 @@
+#include "support/testing.h"
+
+#include "numeric/angles.h"
+#include "numeric/blockPolar.h"
+#include "numeric/blockTrigonometry.h"
+#include "profile/fir.h"
+
+#include <bit>
+#include <random>
+#include <vector>
+
+using namespace KxMath::detail;
+using namespace testing_support;
+
+namespace {
+
+/// Those that this processor has.
+std::vector<InstructionSet> instructionSets() {
+    if (widestInstructionSet() == InstructionSet::Baseline) {
+        return {InstructionSet::Baseline};
+    }
+    return {InstructionSet::Baseline, widestInstructionSet()};
+}
+
+/// Floats of all sizes, NaN and infinities among them, and angles as they are in practice.
+std::vector<float> numbers(Nasty& nasty, int count) {
+    std::mt19937 bits(static_cast<unsigned>(nasty.below(1 << 30)));
+    std::vector<float> numbers(static_cast<std::size_t>(count));
+    for (float& number : numbers) {
+        const int kind = nasty.below(3);
+        number = kind == 0   ? std::bit_cast<float>(static_cast<std::uint32_t>(bits()))
+                 : kind == 1 ? nasty.value()
+                             : static_cast<float>(nasty.below(720000) - 360000) * 1e-3f;
+    }
+    return numbers;
+}
+
+template <typename Function>
+std::vector<float> each(const std::vector<float>& a, const std::vector<float>& b, Function function) {
+    std::vector<float> results(a.size());
+    std::transform(a.begin(), a.end(), b.begin(), results.begin(), function);
+    return results;
+}
+
+TEST(InstructionSets, TrigonometryIsThatOfTheStandardLibrary) {
+    forNasty(11, 400, [](Nasty& nasty) {
+        const int count = nasty.size(kPolarPortion);
+        const std::vector<float> a = numbers(nasty, count);
+        const std::vector<float> b = numbers(nasty, count);
+        const auto arcTangents = each(a, a, [](float v, float) { return atanF(v); });
+        const auto sines = each(a, a, [](float v, float) { return sinF(v); });
+        const auto cosines = each(a, a, [](float v, float) { return cosF(v); });
+        const auto radii = each(a, b, [](float x, float y) { return polarRadius(x, y); });
+        const auto angles = each(a, b, [](float x, float y) { return polarAngleDeg(x, y); });
+        const auto xs = each(a, b, [](float radius, float deg) { return cosF(toRadians(deg)) * radius; });
+        const auto ys = each(a, b, [](float radius, float deg) { return sinF(toRadians(deg)) * radius; });
+        for (const InstructionSet set : instructionSets()) {
+            SCOPED_TRACE(static_cast<int>(set));
+            std::vector<float> first(a.size()), second(a.size());
+            atanOf(a.data(), count, first.data(), set);
+            ASSERT_EQ(exact(first), exact(arcTangents));
+            sinesAndCosinesOf(a.data(), count, first.data(), second.data(), set);
+            ASSERT_EQ(exact(first), exact(sines));
+            ASSERT_EQ(exact(second), exact(cosines));
+            first = a;
+            second = b;
+            toPolar(first.data(), second.data(), count, set);
+            ASSERT_EQ(exact(first), exact(radii));
+            ASSERT_EQ(exact(second), exact(angles));
+            first = a;
+            second = b;
+            fromPolar(first.data(), second.data(), count, set);
+            ASSERT_EQ(exact(first), exact(xs));
+            ASSERT_EQ(exact(second), exact(ys));
+        }
+    });
+}
+
+TEST(InstructionSets, SmoothedHeightsAreTheSame) {
+    forNasty(12, 400, [](Nasty& nasty) {
+        const Points points = nasty.points<KxMath::KxPointXY>(nasty.size(700));
+        const float maxStep = nasty.pick(std::array{kNaN, 0.0f, 0.5f, 30.0f, kInf});
+        std::vector<Points> results;
+        for (const InstructionSet set : instructionSets()) {
+            results.push_back(points);
+            smoothHeights(points.constData(), points.size(), maxStep, results.back().data(), set);
+        }
+        EXPECT_EQ(exact(results.front()), exact(results.back()));
+    });
+}
+
+} // namespace
