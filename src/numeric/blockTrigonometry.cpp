@@ -55,8 +55,8 @@ template <typename Doubles, std::size_t N>
 [[gnu::always_inline]] inline Doubles polynomial(const std::array<double, N>& coeffs, Doubles x) {
     static_assert(N % 2 == 0);
     const Doubles square = x * x;
-    Doubles even = Doubles{} + coeffs[N - 2];
-    Doubles odd = Doubles{} + coeffs[N - 1];
+    Doubles even = repeated<Doubles>(coeffs[N - 2]);
+    Doubles odd = repeated<Doubles>(coeffs[N - 1]);
     for (std::size_t i = N - 2; i > 0; i -= 2) {
         even = even * square + coeffs[i - 2];
         odd = odd * square + coeffs[i - 1];
@@ -95,7 +95,7 @@ template <typename Doubles>
     constexpr double kTanOfEighth = 0.41421356237309503;
     constexpr double kTanOfThreeEighths = 2.4142135623730949;
     const Doubles zero{};
-    const Doubles one = zero + 1.0;
+    const Doubles one = repeated<Doubles>(1.0);
     const Doubles v = withoutSign(signedValue);
     const BitsOf<Doubles> isSmall = v <= kTanOfEighth;
     const BitsOf<Doubles> isLarge = v > kTanOfThreeEighths;

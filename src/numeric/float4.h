@@ -27,13 +27,18 @@ inline Float4 magnitudes(Float4 v) {
     return reinterpret_cast<Float4>(reinterpret_cast<Answers4>(v) & mask);
 }
 
+/// A bit for each answer, the lowest for the first.
+inline unsigned answerBits(Answers4 answers) {
+#ifdef __SSE__
+    return static_cast<unsigned>(_mm_movemask_ps(reinterpret_cast<__m128>(answers)));
+#else
+    return (answers[0] & 1u) | (answers[1] & 2u) | (answers[2] & 4u) | (answers[3] & 8u);
+#endif
+}
+
 /// Whether there is a yes among the answers.
 inline bool anyOf(Answers4 answers) {
-#ifdef __SSE__
-    return _mm_movemask_ps(reinterpret_cast<__m128>(answers)) != 0;
-#else
-    return (answers[0] | answers[1] | answers[2] | answers[3]) != 0;
-#endif
+    return answerBits(answers) != 0;
 }
 
 /// Whether all answers are yes.

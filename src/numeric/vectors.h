@@ -34,6 +34,12 @@ template <typename Vector, typename Number>
     std::memcpy(values, &v, sizeof(v));
 }
 
+/// The same number throughout.
+template <typename Vector, typename Number>
+[[gnu::always_inline]] inline Vector repeated(Number value) {
+    return value - Vector{}; // not 0 + value, which makes 0 of -0
+}
+
 /// The elements of `yes` where the answer is yes, and those of `no` where it is not, bit by bit.
 template <typename Answers, typename Vector>
 [[gnu::always_inline]] inline Vector select(Answers answers, Vector yes, Vector no) {

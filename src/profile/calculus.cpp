@@ -8,6 +8,7 @@
 #include "profile/sampling.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -30,17 +31,39 @@ float trapezoidSum(const QList<KxPointXY>& points) {
     return sum;
 }
 
+/// The areas between neighbours of a block's samples, `before` being that in front of the first one; behind the last
+/// one what adds nothing.
+void fillAreas(const detail::Sampler::Block& block, const std::optional<KxPointXY>& before,
+               std::array<float, detail::Sampler::kMost>& areas) {
+    const auto point = [&](std::size_t i) { return KxPointXY(block.xs[i], block.ys[i]); };
+    const std::size_t count = static_cast<std::size_t>(block.count);
+    std::fill(areas.begin(), areas.end(), -0.0f);
+    if (before && count > 0) {
+        areas[0] = trapezoid(*before, point(0));
+    }
+    for (std::size_t i = 1; i < count; ++i) {
+        areas[i] = trapezoid(point(i - 1), point(i));
+    }
+}
+
 /// The area under the spline, from samples `step` apart; nothing when the step is too small to reach the end.
 std::optional<float> sampledArea(const KxInterpolant& spline, float step) {
+    detail::Sampler sampler(spline, step, kNaN, kNaN);
+    detail::Sampler::Block block;
+    std::array<float, detail::Sampler::kMost> areas;
+    areas.fill(-0.0f);
+    std::optional<KxPointXY> last;
     float sum = 0.0f;
-    std::optional<KxPointXY> previous;
-    const bool isComplete = detail::forEachSample(spline, step, kNaN, kNaN, [&](const KxPointXY& p) {
-        if (previous) {
-            sum += trapezoid(*previous, p);
+    const auto add = [&](int i) { sum += areas[static_cast<std::size_t>(i)]; };
+    while (sampler.next(block, add)) { // adds the areas of the block before
+        fillAreas(block, last, areas);
+        if (block.count > 0) {
+            const std::size_t at = static_cast<std::size_t>(block.count - 1);
+            last.emplace(block.xs[at], block.ys[at]);
         }
-        previous.emplace(p);
-    });
-    return isComplete ? std::optional<float>(sum) : std::nullopt;
+    }
+    std::for_each(areas.begin(), areas.end(), [&](float area) { sum += area; });
+    return sampler.isComplete() ? std::optional<float>(sum) : std::nullopt;
 }
 
 /// The area under the Akima spline through `profile`, with a step that is halved until the area settles.

@@ -4,11 +4,11 @@
 
 #include "numeric/bounds.h"
 #include "numeric/unfilledList.h"
+#include "profile/coordinates.h"
 #include "profile/sampling.h"
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <vector>
 
 namespace KxMath {
@@ -67,30 +67,6 @@ void fillSegment(const KxPointXY& left, const KxPointXY& right, float leftSlope,
 }
 
 } // namespace
-
-float detail::valueByBisection(const KxInterpolant& spline, float x) {
-    const float* const knots = spline.knotsX;
-    if (x < knots[0] || x > knots[spline.count - 1]) { // NaN: false
-        return kNaN;
-    }
-    int low = 0;
-    int high = spline.count;
-    while (low != high - 1) {
-        const int middle = low + (high - low) / 2;
-        if (knots[middle] >= x) { // NaN: false
-            high = middle;
-        } else {
-            low = middle;
-        }
-    }
-    return low < spline.count - 1 ? Cubic(spline, low)(x) : kNaN;
-}
-
-bool detail::areKnotsOrdered(const KxInterpolant& spline) {
-    const auto isNotRising = [](float a, float b) { return !(a <= b); }; // NaN: true
-    const float* const end = spline.knotsX + spline.count;
-    return std::adjacent_find(static_cast<const float*>(spline.knotsX), end, isNotRising) == end;
-}
 
 KxInterpolant::KxInterpolant() : knotsX(nullptr), coeffs(nullptr), count(0), type(kUnbuilt) {}
 
@@ -171,19 +147,12 @@ int KxInterpolant::generatePointCloud(KxPointCloud<KxPointXY>& out, float step, 
     if (!out.isEmpty()) {
         out.clear();
     }
-    constexpr qsizetype kPortion = 4096; // memory follows the samples
-    detail::UnfilledList<KxPointXY> samples(0);
-    KxPointXY* next = nullptr;
-    qsizetype room = 0;
-    detail::forEachSample(*this, step, from, to, [&](const KxPointXY& p) {
-        if (room == 0) {
-            next = samples.extend(kPortion);
-            room = kPortion;
-        }
-        std::construct_at(next++, p);
-        --room;
-    });
-    samples.drop(room);
+    detail::UnfilledList<KxPointXY> samples(0); // memory follows the samples
+    detail::Sampler sampler(*this, step, from, to);
+    detail::Sampler::Block block;
+    while (sampler.next(block)) {
+        detail::setPoints(block.xs.data(), block.ys.data(), block.count, samples.extend(block.count));
+    }
     out.points = samples.take();
     return out.size();
 }

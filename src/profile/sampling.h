@@ -3,80 +3,91 @@
 
 #include "KxMath/KxInterpolant.h"
 
-#include "numeric/bounds.h"
+#include "numeric/instructionSets.h"
 
-#include <cmath>
+#include <array>
+#include <cstddef>
 
 namespace KxMath::detail {
-
-/// A segment of a spline in double precision.
-class Cubic {
-public:
-    Cubic(const KxInterpolant& spline, int segment)
-        : Cubic(spline.coeffs + 4 * static_cast<qsizetype>(segment), spline.knotsX[segment]) {}
-
-    float operator()(float x) const {
-        const double t = static_cast<double>(x) - start_;
-        return static_cast<float>(((c3_ * t + c2_) * t + c1_) * t + c0_);
-    }
-
-private:
-    Cubic(const float* coeffs, float start)
-        : start_(static_cast<double>(start)), c0_(static_cast<double>(coeffs[0])), c1_(static_cast<double>(coeffs[1])),
-          c2_(static_cast<double>(coeffs[2])), c3_(static_cast<double>(coeffs[3])) {}
-
-    double start_;
-    double c0_;
-    double c1_;
-    double c2_;
-    double c3_;
-};
 
 /// The value at `x`, its segment found by a bisection of the knots; NaN outside the knots, and where knots that are no
 /// numbers lead beyond the last segment.
 float valueByBisection(const KxInterpolant& spline, float x);
 
-/// Whether the knots rise; they do not with NaN among them.
-bool areKnotsOrdered(const KxInterpolant& spline);
+/// The samples of a spline from `from` on that are numbers, `step` apart by a running single-precision sum, while below
+/// `to`; the first is always taken. They come in blocks, so that several can be calculated at once.
+class Sampler {
+public:
+    static constexpr int kMost = 256; ///< samples in a block
 
-/// Calls `visit` with the samples from `from` on that are numbers, `step` apart by a running single-precision sum,
-/// while below `to`; the first is always taken. The spline must be built and `step` positive.
-/// @return false when the end was not reached, because adding the step does not advance any more
-template <typename Visit>
-bool forEachSample(const KxInterpolant& spline, float step, float from, float to, Visit visit) {
-    const float* const knots = spline.knotsX;
-    const int lastKnot = spline.count - 1;
-    const float end = std::isnan(to) || to > knots[lastKnot] ? knots[lastKnot] : to;
-    float x = std::isnan(from) || from < knots[0] ? knots[0] : from;
-    enum class Step { Advanced, Stuck, BeyondEnd };
-    const auto sample = [&](float y) {
-        if (!std::isnan(y)) {
-            visit(KxPointXY(x, y));
-        }
-        const float next = x + step;
-        if (next >= end) { // deliberately not counted beforehand: the running sum decides the last sample
-            return Step::BeyondEnd;
-        }
-        if (!(next > x)) { // NaN: true
-            return Step::Stuck;
-        }
-        x = next;
-        return Step::Advanced;
+    struct Block {
+        int count = 0;
+        std::array<float, kMost + 4> xs; // four at a time are looked at, behind the last one too
+        std::array<float, kMost + 4> ys;
     };
-    Step state = sample(valueByBisection(spline, x));
-    // Rising positions go through the segments one after the other; all of them lie before the last knot.
-    const bool isOrdered = areKnotsOrdered(spline);
-    for (int segment = 0; isOrdered && state == Step::Advanced && segment < lastKnot; ++segment) {
-        const Cubic cubic(spline, segment);
-        const float segmentEnd = knots[segment + 1];
-        while (x <= segmentEnd && state == Step::Advanced) {
-            state = sample(cubic(x));
+
+    /// The spline must be built, stay as it is, and `step` must be positive.
+    Sampler(const KxInterpolant& spline, float step, float from, float to,
+            InstructionSet instructions = widestInstructionSet());
+
+    /// Takes the next samples; possibly none of those that were looked at is a number. @return false at the end
+    /// @param beside is called with 0, 1 and so on up to kMost - 1: each position waits for the one before, and leaves
+    ///        time for what waits for its own kind
+    template <typename Beside>
+    bool next(Block& block, Beside beside);
+
+    bool next(Block& block) {
+        return next(block, [](int) {});
+    }
+
+    /// Whether the end was reached, and not a position that adding the step does not change.
+    bool isComplete() const { return state_ == State::BeyondEnd; }
+
+private:
+    enum class State { AtSample, BeyondEnd, Stuck };
+
+    /// The values at the positions of the block; those that are not numbers leave it.
+    void calculate(Block& block);
+    void calculateAlongSegments(Block& block, int from);
+
+    const KxInterpolant& spline_;
+    float step_;
+    float end_;
+    float x_; ///< the sample to come
+    State state_ = State::AtSample;
+    bool isFirst_ = true;
+    bool areKnotsOrdered_;
+    int segment_ = 0; ///< where the sample to come is searched from, in ordered knots
+    InstructionSet instructions_;
+};
+
+template <typename Beside>
+bool Sampler::next(Block& block, Beside beside) {
+    if (state_ != State::AtSample) {
+        return false;
+    }
+    float x = x_;
+    int count = 0;
+    while (state_ == State::AtSample && count < kMost) {
+        beside(count);
+        block.xs[static_cast<std::size_t>(count)] = x;
+        ++count;
+        const float next = x + step_;
+        if (next >= end_) { // deliberately not counted beforehand: the running sum decides the last sample
+            state_ = State::BeyondEnd;
+        } else if (!(next > x)) { // NaN: true
+            state_ = State::Stuck;
+        } else {
+            x = next;
         }
     }
-    while (state == Step::Advanced) {
-        state = sample(valueByBisection(spline, x));
+    x_ = x;
+    block.count = count;
+    for (; count < kMost; ++count) {
+        beside(count);
     }
-    return state == Step::BeyondEnd;
+    calculate(block);
+    return true;
 }
 
 } // namespace KxMath::detail

@@ -4,6 +4,7 @@
 #include "numeric/blockPolar.h"
 #include "numeric/blockTrigonometry.h"
 #include "profile/fir.h"
+#include "profile/sampling.h"
 
 #include <bit>
 #include <random>
@@ -87,6 +88,33 @@ TEST(InstructionSets, SmoothedHeightsAreTheSame) {
         }
         ASSERT_EQ(exact(results.front()), exact(results.back()));
     });
+}
+
+TEST(InstructionSets, SamplesOfASplineAreTheSame) {
+    int samples = 0;
+    forNasty(13, 400, [&](Nasty& nasty) {
+        KxMath::KxPointCloud<KxMath::KxPointXY> points;
+        points.points = nasty.points<KxMath::KxPointXY>(nasty.size(200));
+        const KxMath::KxInterpolant spline(points, KxMath::Akima);
+        const float range = spline.count > 0 ? spline.knotsX[spline.count - 1] - spline.knotsX[0] : kNaN;
+        if (!(range > 0.0f && range < kInf)) {
+            return;
+        }
+        const float step = range / static_cast<float>(1 + nasty.below(1500));
+        std::vector<QList<float>> results;
+        for (const InstructionSet set : instructionSets()) {
+            QList<float>& result = results.emplace_back();
+            Sampler sampler(spline, step, kNaN, kNaN, set);
+            Sampler::Block block;
+            while (sampler.next(block)) {
+                result.append(QList<float>(block.xs.data(), block.xs.data() + block.count));
+                result.append(QList<float>(block.ys.data(), block.ys.data() + block.count));
+            }
+            samples += static_cast<int>(result.size());
+        }
+        ASSERT_EQ(exact(results.front()), exact(results.back()));
+    });
+    EXPECT_GT(samples, 10000);
 }
 
 } // namespace

@@ -1,0 +1,151 @@
+// Sampling an interpolant at a regular step.
+#include "profile/sampling.h"
+
+#include "numeric/bounds.h"
+#include "numeric/float4.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace KxMath::detail {
+
+namespace {
+
+constexpr int kAtOnce = 4;
+
+/// A segment of a spline in double precision.
+template <typename Number>
+class Cubic {
+public:
+    Cubic(const KxInterpolant& spline, int segment)
+        : start_(repeated<Number>(static_cast<double>(spline.knotsX[segment]))), c0_(coefficient(spline, segment, 0)),
+          c1_(coefficient(spline, segment, 1)), c2_(coefficient(spline, segment, 2)),
+          c3_(coefficient(spline, segment, 3)) {}
+
+    [[gnu::always_inline]] Number operator()(Number x) const {
+        const Number t = x - start_;
+        return ((c3_ * t + c2_) * t + c1_) * t + c0_;
+    }
+
+private:
+    static Number coefficient(const KxInterpolant& spline, int segment, int power) {
+        return repeated<Number>(static_cast<double>(spline.coeffs[4 * static_cast<std::ptrdiff_t>(segment) + power]));
+    }
+
+    Number start_;
+    Number c0_;
+    Number c1_;
+    Number c2_;
+    Number c3_;
+};
+
+/// Not so with NaN among them.
+bool areOrdered(const float* knots, int count) {
+    int falls = 0;
+    for (int i = 0; i + 1 < count; ++i) {
+        falls += knots[i] <= knots[i + 1] ? 0 : 1;
+    }
+    return falls == 0;
+}
+
+/// Keeps the samples that are numbers.
+void dropMissing(Sampler::Block& block) {
+    int missing = 0;
+    for (int i = 0; i < block.count; ++i) {
+        missing += std::isnan(block.ys[static_cast<std::size_t>(i)]) ? 1 : 0;
+    }
+    if (missing == 0) {
+        return;
+    }
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(block.count); ++i) {
+        if (!std::isnan(block.ys[i])) {
+            block.xs[kept] = block.xs[i];
+            block.ys[kept] = block.ys[i];
+            ++kept;
+        }
+    }
+    block.count = static_cast<int>(kept);
+}
+
+} // namespace
+
+float valueByBisection(const KxInterpolant& spline, float x) {
+    const float* const knots = spline.knotsX;
+    if (x < knots[0] || x > knots[spline.count - 1]) { // NaN: false
+        return kNaN;
+    }
+    int low = 0;
+    int high = spline.count;
+    while (low != high - 1) {
+        const int middle = low + (high - low) / 2;
+        if (knots[middle] >= x) { // NaN: false
+            high = middle;
+        } else {
+            low = middle;
+        }
+    }
+    return low < spline.count - 1 ? static_cast<float>(Cubic<double>(spline, low)(static_cast<double>(x))) : kNaN;
+}
+
+Sampler::Sampler(const KxInterpolant& spline, float step, float from, float to, InstructionSet instructions)
+    : spline_(spline), step_(step), areKnotsOrdered_(areOrdered(spline.knotsX, spline.count)),
+      instructions_(instructions) {
+    const float firstKnot = spline.knotsX[0];
+    const float lastKnot = spline.knotsX[spline.count - 1];
+    end_ = std::isnan(to) || to > lastKnot ? lastKnot : to;
+    x_ = std::isnan(from) || from < firstKnot ? firstKnot : from;
+}
+
+void Sampler::calculate(Block& block) {
+    std::fill_n(block.xs.begin() + block.count, kAtOnce, kNaN);
+    int done = 0;
+    if (isFirst_) {
+        isFirst_ = false;
+        block.ys[0] = valueByBisection(spline_, block.xs[0]);
+        done = 1;
+    }
+    if (areKnotsOrdered_) { // all positions but the first lie between the knots
+        calculateAlongSegments(block, done);
+        done = block.count;
+    }
+    for (; done < block.count; ++done) {
+        const auto i = static_cast<std::size_t>(done);
+        block.ys[i] = valueByBisection(spline_, block.xs[i]);
+    }
+    dropMissing(block);
+}
+
+/// Rising positions go through the segments one after the other.
+void Sampler::calculateAlongSegments(Block& block, int from) {
+    runOn(instructions_, [this, &block, from]<std::size_t kBytes>(VectorBytes<kBytes>) {
+        using Doubles = typename Vectors<kBytes>::Doubles;
+        using Few = typename Vectors<kBytes>::FewFloats;
+        constexpr int kDoubles = static_cast<int>(Vectors<kBytes>::kDoubles);
+        int i = from;
+        while (i < block.count) {
+            const Cubic<Doubles> cubic(spline_, segment_);
+            const float end = spline_.knotsX[segment_ + 1];
+            for (;;) {
+                const float* const xs = block.xs.data() + i;
+                for (int k = 0; k < kAtOnce; k += kDoubles) { // those behind the end are calculated again later
+                    const Doubles x = __builtin_convertvector(loadVector<Few>(xs + k), Doubles);
+                    storeVector(block.ys.data() + i + k, __builtin_convertvector(cubic(x), Few));
+                }
+                // By branches and not by counting answers: the next ones need not wait until these are compared.
+                int within = 0;
+                while (within < kAtOnce && xs[within] <= end) {
+                    ++within;
+                }
+                i += within;
+                if (within < kAtOnce) {
+                    break;
+                }
+            }
+            segment_ += i < block.count ? 1 : 0;
+        }
+    });
+}
+
+} // namespace KxMath::detail
