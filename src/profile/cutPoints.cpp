@@ -6,68 +6,77 @@
 #include "profile/coordinates.h"
 
 #include <algorithm>
-#include <vector>
+#include <memory>
+#include <optional>
 
 namespace KxMath {
 
 namespace {
 
-using detail::kWindowsAtOnce;
-
-/// Differences of level about kWindowsAtOnce neighbouring centres: the sum of the heights in the window behind a centre
-/// minus that before it; the centre itself is in neither.
+/// Differences of level about the points of a profile: the sum of the heights in the window behind a centre minus that
+/// before it; the centre itself is in neither.
 class LevelDifferences {
 public:
-    explicit LevelDifferences(qsizetype window)
-        : window_(window), heights_(static_cast<size_t>(2 * window + kWindowsAtOnce)) {}
+    static constexpr qsizetype kAtOnce = 128;
 
-    /// Calculates those about the centres from `c` on; the last ones are of no use where points are missing.
-    void calculate(const KxPointXY* points, qsizetype n, qsizetype c) {
-        const qsizetype begin = c - window_;
-        detail::copyYs(points + begin, std::min(n - begin, static_cast<qsizetype>(heights_.size())), heights_.data());
-        const detail::WindowSums before = detail::windowSums(heights_.data(), window_);
-        const detail::WindowSums after = detail::windowSums(heights_.data() + window_ + 1, window_);
-        for (size_t group = 0; group < differences_.size(); ++group) {
-            differences_[group] = after[group] - before[group];
+    /// The window is not longer than the profile.
+    LevelDifferences(const KxPointXY* points, qsizetype n, qsizetype window)
+        : points_(points), n_(n), window_(window), heights_(room(n)), sums_(room(n)) {}
+
+    /// Gets those about the centres from `c` on ready. The ones at the end, behind which points are missing, are of no
+    /// use.
+    void prepare(qsizetype c) {
+        const qsizetype end = std::min(n_ - window_ + 1, c + kAtOnce + 1); // of the windows
+        if (end <= summed_) {
+            return;
         }
+        const qsizetype copied = summed_ == 0 ? 0 : summed_ + window_ - 1;
+        detail::copyYs(points_ + copied, end + window_ - 1 - copied, heights_.get() + copied);
+        detail::windowSums(heights_.get() + summed_, end - summed_, window_, sums_.get() + summed_);
+        summed_ = end;
     }
 
-    /// Whether one of them is beyond the threshold, on either side.
-    bool isAnyBeyond(float threshold) const {
-        const detail::Float4 upper = {threshold, threshold, threshold, threshold};
-        detail::Answers4 isBeyond{};
-        for (const detail::Float4& difference : differences_) {
-            isBeyond |= (difference > upper) | (difference < -upper);
-        }
-        return detail::anyOf(isBeyond);
-    }
+    float at(qsizetype c) const { return sums_[index(c + 1)] - sums_[index(c - window_)]; }
 
-    float at(qsizetype i) const { return detail::sumAt(differences_, i); }
+    /// Whether one of those from `begin` up to, not including, `end` is beyond the threshold, on either side.
+    bool isAnyBeyond(float threshold, qsizetype begin, qsizetype end) const {
+        int beyond = 0;
+        for (qsizetype c = begin; c < end; ++c) {
+            beyond += (at(c) > threshold) | (at(c) < -threshold); // NaN: 0
+        }
+        return beyond > 0;
+    }
 
 private:
-    const qsizetype window_;
-    std::vector<float> heights_;
-    detail::WindowSums differences_;
+    static size_t index(qsizetype i) { return static_cast<size_t>(i); }
+    static std::unique_ptr<float[]> room(qsizetype count) {
+        return std::make_unique<float[]>(index(count + detail::kWindowRoom));
+    }
+
+    const KxPointXY* points_;
+    qsizetype n_;
+    qsizetype window_;
+    std::unique_ptr<float[]> heights_;
+    std::unique_ptr<float[]> sums_; ///< of the window that begins at a point
+    qsizetype summed_ = 0; ///< so many of them are there
 };
 
-/// The first position whose neighbours see differences beyond the threshold with opposite signs, -1 when there is none.
-qsizetype findCut(const KxPointXY* points, qsizetype n, int window, float threshold) {
-    const qsizetype w = window;
-    if (w <= 0 || n < 2 * w) {
-        return -1;
-    }
-    LevelDifferences differences(w);
+/// The first position from `begin` on whose neighbours see differences beyond the threshold with opposite signs, points
+/// before `begin` being left out; -1 when there is none.
+qsizetype findCut(LevelDifferences& differences, qsizetype begin, qsizetype n, qsizetype window, float threshold) {
+    constexpr qsizetype kAtOnce = LevelDifferences::kAtOnce;
     float left = detail::kNaN; // none before the first
     float middle = detail::kNaN;
-    const qsizetype end = n - w - 1; // of the centres that have a difference
-    for (qsizetype start = w; start < end; start += kWindowsAtOnce) {
-        differences.calculate(points, n, start);
-        if (!differences.isAnyBeyond(threshold)) {
+    const qsizetype end = n - window - 1; // of the centres that have a difference
+    for (qsizetype start = begin + window; start < end; start += kAtOnce) {
+        const qsizetype next = std::min(end, start + kAtOnce);
+        differences.prepare(start);
+        if (!differences.isAnyBeyond(threshold, start, next)) {
             left = middle = detail::kNaN; // a cut needs one on each side
             continue;
         }
-        for (qsizetype c = start; c < std::min(end, start + kWindowsAtOnce); ++c) {
-            const float right = differences.at(c - start);
+        for (qsizetype c = start; c < next; ++c) {
+            const float right = differences.at(c);
             // Deliberately the neighbours of c - 1, not c - 1 itself.
             if ((left > threshold && right < -threshold) || (left < -threshold && right > threshold)) { // NaN: false
                 return c - 1;
@@ -79,37 +88,56 @@ qsizetype findCut(const KxPointXY* points, qsizetype n, int window, float thresh
     return -1;
 }
 
+/// Whether points from `begin` on are enough for a window.
+bool hasRoom(qsizetype begin, qsizetype n, qsizetype window) {
+    return window > 0 && n - begin >= 2 * window;
+}
+
 } // namespace
 
 int KxProfile::calcCutPoint(int window, float threshold) {
-    return static_cast<int>(findCut(points.constData(), points.size(), window, threshold));
+    const qsizetype n = points.size();
+    if (!hasRoom(0, n, window)) {
+        return -1;
+    }
+    LevelDifferences differences(points.constData(), n, window);
+    return static_cast<int>(findCut(differences, 0, n, window, threshold));
 }
 
 int KxProfile::detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int window, float threshold) {
     if (!cutPoints.isEmpty()) {
         cutPoints.clear(); // a profile that is its own result ends empty
     }
-    // A profile that is in order already, as it should be, is searched where it stands.
     const QList<KxPointXY>& source = points;
-    const bool isOrdered = detail::allNeighbours(source.constData(), source.size(), [](auto a, auto b) {
+    const qsizetype n = source.size();
+    // A profile that is in order already, as it should be, is searched where it stands.
+    const bool isOrdered = detail::allNeighbours(source.constData(), n, [](auto a, auto b) {
         return (a > b) == 0; // NaN never moves
     });
+    std::optional<LevelDifferences> differences;
     KxProfile work;
     qsizetype offset = 0;
-    for (qsizetype begin = 0; begin < source.size();) {
-        const KxPointXY* data = source.constData() + begin;
-        const qsizetype n = source.size() - begin;
+    for (qsizetype begin = 0; hasRoom(begin, n, window);) {
+        const KxPointXY* data = source.constData();
+        qsizetype first = begin; // of the points that are searched
+        qsizetype end = n;
         if (!isOrdered) {
             work.points = source.mid(begin);
             work.sort(KxSortAscending, KxSortAscending);
             data = work.points.constData();
+            first = 0;
+            end = work.size();
+            differences.reset();
         }
-        const qsizetype cut = findCut(data, n, window, threshold);
+        if (!differences) {
+            differences.emplace(data, end, window);
+        }
+        const qsizetype cut = findCut(*differences, first, end, window, threshold);
         if (cut < 0) {
             break;
         }
         cutPoints.points.append(data[cut]);
-        offset += cut;
+        offset += cut - first;
         indices.append(static_cast<int>(offset));
         // Deliberately one behind the running sum, which is what makes later entries lag.
         begin = offset + 1;

@@ -15,9 +15,6 @@ namespace KxMath {
 
 namespace {
 
-using detail::kWindowsAtOnce;
-using detail::WindowSums;
-
 /// `sum` and the heights from `begin` up to, not including, `end`.
 float orderedSum(const KxPointXY* begin, const KxPointXY* end, float sum) {
     for (; begin != end; ++begin) {
@@ -26,9 +23,9 @@ float orderedSum(const KxPointXY* begin, const KxPointXY* end, float sum) {
     return sum;
 }
 
-/// Room for one coordinate of all points, and behind it what whole groups of outputs may read.
-std::vector<float> roomFor(const QList<KxPointXY>& points) {
-    return std::vector<float>(static_cast<size_t>(points.size() + kWindowsAtOnce));
+/// Room for a value of each of `count` points or windows.
+std::vector<float> roomFor(qsizetype count) {
+    return std::vector<float>(static_cast<size_t>(count + detail::kWindowRoom));
 }
 
 /// Whether the x rise, of two points or more without NaN among them.
@@ -145,23 +142,23 @@ void KxProfile::diffFilt(KxProfile& out, int window) {
         return;
     }
     const qsizetype half = w / 2;
-    // What is written is behind all windows that are still to come.
-    std::vector<float> xs = roomFor(out.points);
-    std::vector<float> ys = roomFor(out.points);
-    detail::copyXs(out.points.constData(), n, xs.data());
-    detail::copyYs(out.points.constData(), n, ys.data());
-    KxPointXY* const data = out.points.data();
     const qsizetype windows = n - w + 1;
-    for (qsizetype start = 0; start < windows; start += kWindowsAtOnce) {
-        const WindowSums upperY = detail::windowSums(ys.data() + start + half, w - half);
-        const WindowSums upperX = detail::windowSums(xs.data() + start + half, w - half);
-        const WindowSums lowerY = detail::windowSums(ys.data() + start, half);
-        const WindowSums lowerX = detail::windowSums(xs.data() + start, half);
-        for (qsizetype i = start; i < std::min(windows, start + kWindowsAtOnce); ++i) {
-            const qsizetype k = i - start;
-            data[i].y = (detail::sumAt(upperY, k) - detail::sumAt(lowerY, k)) /
-                        (detail::sumAt(upperX, k) - detail::sumAt(lowerX, k));
-        }
+    // What is written is behind all windows that are still to come.
+    std::vector<float> values = roomFor(n);
+    const auto sums = [&](qsizetype first, qsizetype length) {
+        std::vector<float> room = roomFor(windows);
+        detail::windowSums(values.data() + first, windows, length, room.data());
+        return room;
+    };
+    detail::copyXs(out.points.constData(), n, values.data());
+    const std::vector<float> lowerX = sums(0, half);
+    const std::vector<float> upperX = sums(half, w - half);
+    detail::copyYs(out.points.constData(), n, values.data());
+    const std::vector<float> lowerY = sums(0, half);
+    const std::vector<float> upperY = sums(half, w - half);
+    KxPointXY* target = out.points.data();
+    for (size_t i = 0; i < static_cast<size_t>(windows); ++i, ++target) {
+        target->y = (upperY[i] - lowerY[i]) / (upperX[i] - lowerX[i]);
     }
 }
 

@@ -3,10 +3,12 @@
 #include "numeric/angles.h"
 #include "numeric/blockPolar.h"
 #include "numeric/blockTrigonometry.h"
+#include "numeric/windowSums.h"
 #include "profile/fir.h"
 #include "profile/sampling.h"
 
 #include <bit>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -73,6 +75,23 @@ TEST(InstructionSets, TrigonometryIsThatOfTheStandardLibrary) {
             fromPolar(first.data(), second.data(), count, set);
             ASSERT_EQ(exact(first), exact(xs));
             ASSERT_EQ(exact(second), exact(ys));
+        }
+    });
+}
+
+TEST(InstructionSets, WindowsAreSummedInTheirOrder) {
+    forNasty(14, 500, [](Nasty& nasty) {
+        const int window = nasty.below(60);
+        const int count = nasty.size(500);
+        QList<float> values = numbers(nasty, window + count + static_cast<int>(kWindowRoom));
+        QList<float> expected(count);
+        for (int i = 0; i < count; ++i) {
+            expected[i] = std::accumulate(values.begin() + i, values.begin() + i + window, 0.0f);
+        }
+        for (const InstructionSet set : instructionSets()) {
+            QList<float> sums(count + kWindowRoom);
+            windowSums(values.constData(), count, window, sums.data(), set);
+            ASSERT_EQ(exact(sums.first(count)), exact(expected));
         }
     });
 }
