@@ -10,46 +10,30 @@ namespace KxMath {
 
 namespace {
 
-struct Position {
-    int row;
-    int column;
-};
-
 /// Cuts at steps between neighbouring means, and counts.
 class EdgeCutter {
 public:
-    EdgeCutter(QList<QList<HistoCell>>& rows, KxMatrixCloud& matrix, float threshold)
-        : rows_(rows), matrix_(matrix), threshold_(threshold) {}
+    EdgeCutter(KxMatrixCloud& matrix, float threshold) : matrix_(matrix), threshold_(threshold) {}
 
-    /// Cuts where the mean of the inner cell minus that of the outer one is below the threshold.
-    /// @return the inner and the outer cell, null without a cut
-    std::pair<HistoCell*, HistoCell*> cut(Position innerAt, Position outerAt) {
-        if (!exists(innerAt) || !exists(outerAt)) {
-            return {nullptr, nullptr};
-        }
-        HistoCell& inner = rows_[innerAt.row][innerAt.column];
-        HistoCell& outer = rows_[outerAt.row][outerAt.column];
+    /// Cuts where the mean of the inner cell minus that of the outer one is below the threshold, and counts `more` for
+    /// each cut. @return whether there was one
+    bool cut(HistoCell& inner, HistoCell& outer, int more) {
         const float d = inner.mean - outer.mean;
         if (!(d < threshold_)) { // NaN: true, so that no cell is cut twice
-            return {nullptr, nullptr};
+            return false;
         }
-        inner.mean = detail::kNaN;
-        outer.mean = detail::kNaN;
-        add(empty(inner));
-        add(empty(outer));
-        return {&inner, &outer};
+        count_ += empty(inner) + empty(outer) + more;
+        return true;
     }
 
-    void add(int count) { count_ += count; }
     int count() const { return static_cast<int>(std::min<qint64>(count_, std::numeric_limits<int>::max())); }
 
 private:
-    // Rows of another matrix may be shorter than the first one.
-    bool exists(Position at) const { return at.column < std::as_const(rows_)[at.row].size(); }
+    int empty(HistoCell& cell) {
+        cell.mean = detail::kNaN;
+        return matrix_.trim(cell.firstColumn, cell.column, cell.firstRow, cell.row);
+    }
 
-    int empty(const HistoCell& cell) { return matrix_.trim(cell.firstColumn, cell.column, cell.firstRow, cell.row); }
-
-    QList<QList<HistoCell>>& rows_;
     KxMatrixCloud& matrix_;
     float threshold_;
     qint64 count_ = 0;
@@ -63,39 +47,46 @@ void mark(HistoCell& cell) {
 } // namespace
 
 int KxMatrixWithHistos::cutEdgeEffects(KxMatrixCloud& matrix, float threshold) {
-    const int rows = static_cast<int>(histoRows.size());
+    const qsizetype rows = histoRows.size();
     if (rows < 1) {
         return 0;
     }
-    const int columns = static_cast<int>(std::as_const(histoRows).first().size());
-    const auto twoThirds = [](int n) { return static_cast<int>(2 * qint64(n) / 3); };
-    EdgeCutter cutter(histoRows, matrix, threshold);
+    const qsizetype columns = std::as_const(histoRows).first().size();
+    const auto twoThirds = [](qsizetype n) { return 2 * n / 3; };
+    EdgeCutter cutter(matrix, threshold);
 
-    for (int c = 0; c < columns; ++c) {
-        for (int r = 1; r < rows / 3; ++r) {
-            if (HistoCell* const inner = cutter.cut({r, c}, {r - 1, c}).first) {
-                mark(*inner);
+    // Row by row, as they lie in memory: what belongs to one column still comes in its order.
+    const auto cutRow = [&](qsizetype innerRow, qsizetype outerRow, int more) {
+        QList<HistoCell>& inner = histoRows[innerRow];
+        QList<HistoCell>& outer = histoRows[outerRow];
+        HistoCell* const innerCells = inner.data();
+        HistoCell* const outerCells = outer.data();
+        // Rows of another matrix may be shorter than the first one.
+        const qsizetype count = std::min({columns, inner.size(), outer.size()});
+        for (qsizetype c = 0; c < count; ++c) {
+            if (cutter.cut(innerCells[c], outerCells[c], more)) {
+                mark(innerCells[c]);
             }
         }
-        for (int r = rows - 2; r >= twoThirds(rows); --r) {
-            if (HistoCell* const inner = cutter.cut({r, c}, {r + 1, c}).first) {
-                mark(*inner);
-                cutter.add(1); // deliberately, unlike at the first rows
-            }
-        }
+    };
+    for (qsizetype r = 1; r < rows / 3; ++r) {
+        cutRow(r, r - 1, 0);
     }
-    for (int r = 0; r < rows; ++r) {
-        for (int c = 1; c < columns / 3; ++c) {
-            if (HistoCell* const outer = cutter.cut({r, c}, {r, c - 1}).second) { // deliberately the outer one
-                mark(*outer);
-                cutter.add(1);
+    for (qsizetype r = rows - 2; r >= twoThirds(rows); --r) {
+        cutRow(r, r + 1, 1); // deliberately, unlike at the first rows
+    }
+    for (QList<HistoCell>& row : histoRows) {
+        HistoCell* const cells = row.data();
+        const auto cut = [&](qsizetype inner, qsizetype outer) {
+            if (std::max(inner, outer) < row.size() && cutter.cut(cells[inner], cells[outer], 1)) {
+                mark(cells[outer]); // deliberately the outer one
             }
+        };
+        for (qsizetype c = 1; c < columns / 3; ++c) {
+            cut(c, c - 1);
         }
-        for (int c = columns - 2; c >= twoThirds(columns); --c) {
-            if (HistoCell* const outer = cutter.cut({r, c}, {r, c + 1}).second) {
-                mark(*outer);
-                cutter.add(1);
-            }
+        for (qsizetype c = columns - 2; c >= twoThirds(columns); --c) {
+            cut(c, c + 1);
         }
     }
     return cutter.count();

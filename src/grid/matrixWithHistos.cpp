@@ -1,12 +1,11 @@
 // Block means of a height map.
 #include "KxMath/KxMatrixWithHistos.h"
 
+#include "grid/blockSums.h"
 #include "numeric/bounds.h"
-#include "numeric/float4.h"
 #include "numeric/unfilledList.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <deque>
 #include <limits>
@@ -39,7 +38,7 @@ public:
     /// Takes the next row of the grid into the blocks that follow.
     void addRow(const float* cells) {
         Row row;
-        row.cells.assign(index(width_ + columns_ + kSideBySide), 0.0f);
+        row.cells.assign(index(width_ + columns_ + detail::kBlocksAtOnce), 0.0f);
         row.counts.assign(index(columns_), 0);
         int count = 0; // of the cells in front of the column, as many as a block is wide
         for (int c = 0; c < columns_; ++c) {
@@ -64,29 +63,23 @@ public:
 
     /// The means of the blocks of the rows that it holds; 0 where all cells are empty.
     const std::vector<float>& calc() {
-        for (int start = 0; start < columns_; start += kSideBySide) {
-            std::array<detail::Float4, kGroups> sums{};
-            for (const Row& row : rows_) {
-                const float* cell = row.cells.data() + start; // the leftmost one of the block, `width_` to the left
-                for (int k = 0; k < width_; ++k, ++cell) {
-                    for (int group = 0; group < kGroups; ++group) {
-                        sums[index(group)] += detail::loadFloat4(cell + 4 * group);
-                    }
-                }
-            }
-            for (int c = start; c < std::min(columns_, start + kSideBySide); ++c) {
+        std::vector<const float*> cells;
+        for (const Row& row : rows_) {
+            cells.push_back(row.cells.data());
+        }
+        const auto instructions = detail::widestInstructionSet();
+        for (int start = 0; start < columns_; start += detail::kBlocksAtOnce) {
+            // The leftmost cell of a block is `width_` to the left of its column.
+            const auto sums = detail::blockSums(cells.data(), rowCount(), start, width_, instructions);
+            for (int c = start; c < std::min(columns_, start + detail::kBlocksAtOnce); ++c) {
                 const int count = counts_[index(c)];
-                const float sum = sums[index((c - start) / 4)][(c - start) % 4];
-                means_[index(c)] = count == 0 ? 0.0f : sum / static_cast<float>(count);
+                means_[index(c)] = count == 0 ? 0.0f : sums[index(c - start)] / static_cast<float>(count);
             }
         }
         return means_;
     }
 
 private:
-    static constexpr int kGroups = 4;
-    static constexpr int kSideBySide = 4 * kGroups;
-
     struct Row {
         std::vector<float> cells; // `width_` zeros, the cells with 0 for empty ones, and zeros to read beyond the end
         std::vector<int> counts; // of each column: cells that are not empty in the part of the block in this row

@@ -1,5 +1,6 @@
 #include "support/testing.h"
 
+#include "grid/blockSums.h"
 #include "numeric/angles.h"
 #include "numeric/blockPolar.h"
 #include "numeric/blockTrigonometry.h"
@@ -92,6 +93,27 @@ TEST(InstructionSets, WindowsAreSummedInTheirOrder) {
             QList<float> sums(count + kWindowRoom);
             windowSums(values.constData(), count, window, sums.data(), set);
             ASSERT_EQ(exact(sums.first(count)), exact(expected));
+        }
+    });
+}
+
+TEST(InstructionSets, BlocksAreSummedInTheirOrder) {
+    forNasty(15, 200, [](Nasty& nasty) {
+        const int width = nasty.below(25);
+        std::vector<QList<float>> rows;
+        std::vector<const float*> starts;
+        for (int r = nasty.below(25); r > 0; --r) {
+            starts.push_back(rows.emplace_back(numbers(nasty, 1 + width + kBlocksAtOnce)).constData());
+        }
+        QList<float> expected(kBlocksAtOnce, 0.0f);
+        for (int block = 0; block < kBlocksAtOnce; ++block) {
+            for (const float* cells : starts) {
+                expected[block] = std::accumulate(cells + 1 + block, cells + 1 + block + width, expected[block]);
+            }
+        }
+        for (const InstructionSet set : instructionSets()) {
+            const auto sums = blockSums(starts.data(), std::ssize(starts), 1, width, set);
+            ASSERT_EQ(exact(QList<float>(sums.begin(), sums.end())), exact(expected));
         }
     });
 }
