@@ -58,6 +58,9 @@ public:
         return {first, last};
     }
 
+    /// Whether the last cell in which `v` lies is this one or one behind it, for a `v` that lies in a cell.
+    bool reaches(float v, int cell) const { return !shape_.isBelow(v, start(cell)); }
+
 private:
     static constexpr std::size_t kCellsPerPoint = 4;
 

@@ -9,6 +9,7 @@
 
 #include <QtCore/QList>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -18,40 +19,58 @@
 
 namespace KxMath::detail {
 
-/// The points in the order of their cells along x. A point that lies in several of these stands in each.
+/// The points in the order of the first one of their cells along x.
+template <typename Shape>
 class Layers {
 public:
-    template <typename Shape>
     Layers(const QList<KxPointXYZ>& points, const AxisCells<Shape>& xCells)
-        : ends_(static_cast<std::size_t>(xCells.size()) + 1, 0) {
-        visitCells(points, xCells, [&](std::size_t cell, int) { ++ends_[cell + 1]; });
+        : xCells_(xCells), ends_(static_cast<std::size_t>(xCells.size()) + 1, 0) {
+        const auto forEachFirstCell = [&](auto visit) {
+            for (int i = 0; i < points.size(); ++i) {
+                const CellRange range = xCells.rangeOf(points[i].x);
+                if (range.first <= range.last) {
+                    visit(range, i);
+                }
+            }
+        };
+        forEachFirstCell([&](CellRange range, int) {
+            ++ends_[static_cast<std::size_t>(range.first) + 1];
+            mostBefore_ = std::max(mostBefore_, range.last - range.first);
+        });
         std::partial_sum(ends_.begin(), ends_.end(), ends_.begin());
         members_ = std::make_unique_for_overwrite<NumberedPoint[]>(ends_.back());
-        visitCells(points, xCells, [&](std::size_t cell, int position) { // starts become ends
+        forEachFirstCell([&](CellRange range, int position) { // starts become ends
             const KxPointXYZ& p = points[position];
-            members_[ends_[cell]++] = {p.x, p.y, p.z, static_cast<std::uint32_t>(position)};
+            members_[ends_[static_cast<std::size_t>(range.first)]++] = {p.x, p.y, p.z,
+                                                                        static_cast<std::uint32_t>(position)};
         });
     }
 
-    std::span<const NumberedPoint> layer(int cell) const {
-        const std::size_t i = static_cast<std::size_t>(cell);
-        const std::size_t begin = i > 0 ? ends_[i - 1] : 0;
-        return {members_.get() + begin, ends_[i] - begin};
-    }
-
-private:
-    template <typename Shape, typename Visit>
-    static void visitCells(const QList<KxPointXYZ>& points, const AxisCells<Shape>& xCells, Visit visit) {
-        for (int i = 0; i < points.size(); ++i) {
-            const CellRange range = xCells.rangeOf(points[i].x);
-            for (int cell = range.first; cell <= range.last; ++cell) {
-                visit(static_cast<std::size_t>(cell), i);
+    /// Calls `visit` with the points that lie in a cell: those that begin in it, and some of the cells before.
+    template <typename Visit>
+    void forEachIn(int cell, Visit visit) const {
+        for (const NumberedPoint& member : beginningIn(std::max(cell - mostBefore_, 0), cell - 1)) {
+            if (xCells_.reaches(member.x, cell)) {
+                visit(member);
             }
+        }
+        for (const NumberedPoint& member : beginningIn(cell, cell)) {
+            visit(member);
         }
     }
 
+private:
+    /// The points whose first cell is one of these.
+    std::span<const NumberedPoint> beginningIn(int firstCell, int lastCell) const {
+        const auto end = [&](int cell) { return cell < 0 ? 0 : ends_[static_cast<std::size_t>(cell)]; };
+        const std::size_t begin = end(firstCell - 1);
+        return {members_.get() + begin, std::max(end(lastCell), begin) - begin};
+    }
+
+    const AxisCells<Shape>& xCells_;
     std::vector<std::size_t> ends_;
     std::unique_ptr<NumberedPoint[]> members_;
+    int mostBefore_ = 0; ///< cells that a point lies in besides its first one
 };
 
 /// What a cell holds: those of the points of its layer that the entries tell.
@@ -74,11 +93,11 @@ public:
     /// @return the number of points removed from the cloud
     template <typename Pick>
     int run(Pick pick) {
-        const Layers layers(cloud_.points, xCells_);
+        const Layers<Shape> layers(cloud_.points, xCells_);
         for (int x = 0; x < xCells_.size(); ++x) {
-            const std::span<const NumberedPoint> layer = layers.layer(x);
-            collectEntries(layer, xCells_.start(x));
-            visitLayer(layer, pick);
+            collectLayer(layers, x);
+            collectEntries(xCells_.start(x));
+            visitLayer(pick);
         }
         if (removed_ > 0) {
             std::size_t position = 0;
@@ -89,13 +108,20 @@ public:
     }
 
 private:
-    void collectEntries(std::span<const NumberedPoint> layer, float startX) {
-        entries_.clear();
-        for (std::uint32_t i = 0; i < layer.size(); ++i) {
-            const NumberedPoint& member = layer[i];
-            if (isRemoved_[member.number]) {
-                continue;
+    /// Gets the points that are left side by side.
+    void collectLayer(const Layers<Shape>& layers, int x) {
+        layer_.clear();
+        layers.forEachIn(x, [&](const NumberedPoint& member) {
+            if (!isRemoved_[member.number]) {
+                layer_.push_back(member);
             }
+        });
+    }
+
+    void collectEntries(float startX) {
+        entries_.clear();
+        for (std::uint32_t i = 0; i < layer_.size(); ++i) {
+            const NumberedPoint& member = layer_[i];
             const CellRange ys = yCells_.rangeOf(member.y);
             const CellRange zs = zCells_.rangeOf(member.z);
             for (int y = ys.first; y <= ys.last; ++y) {
@@ -116,8 +142,8 @@ private:
     }
 
     template <typename Pick>
-    void visitLayer(std::span<const NumberedPoint> layer, Pick& pick) {
-        isGone_.assign(layer.size(), 0);
+    void visitLayer(Pick& pick) {
+        isGone_.assign(layer_.size(), 0);
         for (std::size_t begin = 0; begin < entries_.size();) {
             std::size_t end = begin;
             std::size_t left = begin;
@@ -127,10 +153,10 @@ private:
                 left += isGone_[entries_[end].member] ? 0 : 1; // only what earlier cells have left
             }
             picked_.clear();
-            pick(picked_, CellContent{layer, {entries_.data() + begin, left - begin}});
+            pick(picked_, CellContent{layer_, {entries_.data() + begin, left - begin}});
             for (const std::uint32_t member : picked_) {
                 isGone_[member] = 1;
-                isRemoved_[layer[member].number] = true;
+                isRemoved_[layer_[member].number] = true;
             }
             removed_ += static_cast<int>(picked_.size());
             begin = end;
@@ -143,7 +169,8 @@ private:
     const AxisCells<Shape> yCells_;
     const AxisCells<Shape> zCells_;
     std::vector<bool> isRemoved_; // of each point of the cloud
-    std::vector<char> isGone_; // the same of the current layer, where it is near at hand
+    std::vector<NumberedPoint> layer_; // the current one
+    std::vector<char> isGone_; // of its points
     std::vector<CellEntry> entries_; // of the current layer
     CellOrder order_;
     std::vector<std::uint32_t> picked_; // of the current cell
