@@ -35,14 +35,20 @@ void measure(RimJob& job) {
                     static_cast<double>(values.widthLevel2ToH13)};
 }
 
-/// What the definition of the section asks for, and nothing else: to polar coordinates and back, and means over 20
-/// points that read the means before them.
+/// To polar coordinates and back.
+void turn(float& a, float& b) {
+    const double angle = std::atan(static_cast<double>(b / a));
+    const double radius = static_cast<double>(std::sqrt(a * a + b * b));
+    a = static_cast<float>(radius * std::cos(angle));
+    b = static_cast<float>(radius * std::sin(angle));
+}
+
+/// What the definition of the section asks for, and nothing else: a turn of the rim, one of its section, and means over
+/// 20 points that read the means before them.
 void turnAndSmooth(RimJob& job) {
     for (KxMath::KxPointXYZ& p : job.rim.points) {
-        const double angle = std::atan(static_cast<double>(p.y / p.x));
-        const double radius = static_cast<double>(std::sqrt(p.x * p.x + p.y * p.y));
-        p.x = static_cast<float>(radius * std::cos(angle));
-        p.y = static_cast<float>(radius * std::sin(angle));
+        turn(p.x, p.z);
+        turn(p.x, p.y);
     }
     KxMath::KxPointXYZ* const points = job.rim.points.data();
     for (qsizetype i = 0; i + 20 < job.rim.points.size(); ++i) {

@@ -142,11 +142,7 @@ template <typename Doubles>
         storeVector(target, __builtin_convertvector(result, Few));
         target += sizeof(Doubles) / sizeof(double);
     }
-    long long allBits = -1;
-    for (std::size_t i = 0; i < sizeof(Doubles) / sizeof(double); ++i) {
-        allBits &= areSure[i];
-    }
-    return allBits != 0;
+    return areAllYes(areSure);
 }
 
 /// What is left of `count` values from `begin` on, as a whole block.

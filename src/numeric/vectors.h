@@ -47,6 +47,18 @@ template <typename Answers, typename Vector>
                                     (reinterpret_cast<Answers>(no) & ~answers));
 }
 
+/// Whether all answers are yes.
+template <typename Answers>
+[[gnu::always_inline]] inline bool areAllYes(Answers answers) {
+    using Bits = typename Vectors<sizeof(Answers)>::DoubleAnswers;
+    const Bits bits = reinterpret_cast<Bits>(answers);
+    long long common = -1;
+    for (std::size_t i = 0; i < sizeof(Answers) / sizeof(common); ++i) {
+        common &= bits[i];
+    }
+    return common == -1;
+}
+
 /// Every second float of two vectors from `kFirst` on.
 template <int kFirst, typename Floats, std::size_t... kAt>
 [[gnu::always_inline]] inline Floats everySecond(Floats a, Floats b, std::index_sequence<kAt...>) {
@@ -58,6 +70,17 @@ template <int kFirst, typename Floats, std::size_t... kAt>
 [[gnu::always_inline]] inline Floats inTurn(Floats a, Floats b, std::index_sequence<kAt...>) {
     constexpr int kCount = sizeof...(kAt);
     return __builtin_shufflevector(a, b, (kFirst + static_cast<int>(kAt / 2) + (kAt % 2 == 0 ? 0 : kCount))...);
+}
+
+template <typename Floats, std::size_t... kAt>
+[[gnu::always_inline]] inline Floats withSecondsOf(Floats pairs, Floats others, std::index_sequence<kAt...>) {
+    return __builtin_shufflevector(pairs, others, static_cast<int>(kAt + (kAt % 2 == 0 ? 0 : sizeof...(kAt)))...);
+}
+
+/// The pairs of numbers in a vector, each with the second number of another one.
+template <typename Floats>
+[[gnu::always_inline]] inline Floats withSecondsOf(Floats pairs, Floats others) {
+    return withSecondsOf(pairs, others, std::make_index_sequence<sizeof(Floats) / sizeof(float)>());
 }
 
 /// The first numbers of pairs that stand one after the other, a vector of them.

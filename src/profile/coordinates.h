@@ -4,6 +4,7 @@
 #include "KxMath/KxPoints.h"
 
 #include "numeric/float4.h"
+#include "numeric/instructionSets.h"
 
 #include <cstddef>
 #include <cstring>
@@ -61,26 +62,35 @@ inline void setPoints(const float* xs, const float* ys, std::ptrdiff_t count, Kx
 }
 
 /// Whether all neighbours among the `count` points have coordinates x of which `isRight(x, next)` is true. It is asked
-/// with floats, and with four of them at once.
+/// with floats, and with vectors of them.
 template <typename IsRight>
-bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRight) {
-    constexpr std::ptrdiff_t kAtOnce = 16;
+bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRight,
+                   InstructionSet instructions = widestInstructionSet()) {
+    bool areRight = true;
     std::ptrdiff_t i = 0;
-    for (; i + kAtOnce < count; i += kAtOnce) {
-        Answers4 areRight = ~Answers4{};
-        for (std::ptrdiff_t k = i; k < i + kAtOnce; k += 4) {
-            areRight &= isRight(loadXs(points + k), loadXs(points + k + 1));
+    runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
+        using Floats = typename Vectors<kBytes>::Floats;
+        constexpr std::ptrdiff_t kAtOnce = 4 * Vectors<kBytes>::kFloats;
+        for (; areRight && i + kAtOnce < count; i += kAtOnce) {
+            typename Vectors<kBytes>::FloatAnswers answers = ~typename Vectors<kBytes>::FloatAnswers{};
+            for (std::ptrdiff_t k = i; k < i + kAtOnce; k += Vectors<kBytes>::kFloats) {
+                answers &= isRight(loadXs<Floats>(points + k), loadXs<Floats>(points + k + 1));
+            }
+            areRight = areAllYes(answers);
         }
-        if (!allOf(areRight)) {
-            return false;
-        }
+    });
+    for (; areRight && i + 1 < count; ++i) {
+        areRight = isRight(points[i].x, points[i + 1].x);
     }
-    for (; i + 1 < count; ++i) {
-        if (!isRight(points[i].x, points[i + 1].x)) {
-            return false;
-        }
+    return areRight;
+}
+
+/// Gives `count` points the y of others; these may be the same ones further on.
+inline void copyYsTo(KxPointXY* targets, const KxPointXY* sources, std::ptrdiff_t count) {
+    std::ptrdiff_t i = 0;
+    for (; i < count; ++i) {
+        targets[i].y = sources[i].y;
     }
-    return true;
 }
 
 } // namespace KxMath::detail

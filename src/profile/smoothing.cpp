@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <vector>
 
 namespace KxMath {
@@ -31,20 +30,6 @@ std::vector<float> roomFor(qsizetype count) {
 /// Whether the x rise, of two points or more without NaN among them.
 bool isOrderedByX(const QList<KxPointXY>& points) {
     return detail::allNeighbours(points.constData(), points.size(), [](auto a, auto b) { return a <= b; });
-}
-
-/// Gives `count` points the y of others; these may be the same ones further on.
-void copyYsTo(KxPointXY* target, const KxPointXY* source, qsizetype count) {
-    qsizetype i = 0;
-    for (; i + 2 <= count; i += 2) {
-        const detail::Float4 targets = detail::loadFloat4(&target[i].x);
-        const detail::Float4 sources = detail::loadFloat4(&source[i].x);
-        const detail::Float4 pairs = __builtin_shufflevector(targets, sources, 0, 5, 2, 7);
-        std::memcpy(&target[i].x, &pairs, sizeof(pairs));
-    }
-    for (; i < count; ++i) {
-        target[i].y = source[i].y;
-    }
 }
 
 /// The y at the middle position of `window` points from `begin` on after sorting them by x. A point with NaN x keeps
@@ -126,7 +111,7 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     KxPointXY* const target = out.points.data();
     const KxPointXY* const source = points.constData();
     if (isOrderedByX(points)) {
-        copyYsTo(target, source + w / 2, n - w);
+        detail::copyYsTo(target, source + w / 2, n - w);
         return;
     }
     QList<int> order;

@@ -5,6 +5,7 @@
 #include "numeric/angles.h"
 #include "numeric/bounds.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -25,7 +26,7 @@ public:
         }
         const float quotient = b / a;
         if (a == 0.0f || quotient == 0.0f) { // 0 and -0 are told apart by which comes first
-            take(detail::polarAngleDeg(a, b));
+            take(detail::polarAngleDeg(a, b, detail::toDegrees(quotient))); // the arc tangent of 0 is 0
             return;
         }
         Least& least = a < 0.0f ? behind_ : b > 0.0f ? above_ : below_;
@@ -97,10 +98,9 @@ void removeBack(KxProfile& profile) {
 void makeProfile(const KxPointCloud<KxPointXYZ>& rim, KxProfile& profile) {
     constexpr int kSmoothing = 20;
     constexpr float kSpacing = 0.1f;
-    profile.points.reserve(rim.points.size());
-    for (const KxPointXYZ& p : rim.points) {
-        profile.points.append(KxPointXY(p.x, p.y));
-    }
+    profile.points.resize(rim.points.size());
+    std::transform(rim.points.cbegin(), rim.points.cend(), profile.points.begin(),
+                   [](const KxPointXYZ& p) { return KxPointXY(p.x, p.y); });
     profile.rotateEvklid(180.0f);
     profile.sort(KxSortAscending, KxSortAscending);
     negateY(profile);
