@@ -5,7 +5,7 @@
 #include "numeric/blockTrigonometry.h"
 
 #include "numeric/angles.h"
-#include "numeric/vectors.h"
+#include "numeric/float4.h"
 
 #include <algorithm>
 #include <array>

@@ -46,4 +46,16 @@ inline bool allOf(Answers4 answers) {
     return !anyOf(~answers);
 }
 
+/// Whether all answers of a vector of any width are yes.
+template <typename Answers>
+[[gnu::always_inline]] inline bool areAllYes(Answers answers) {
+    if constexpr (sizeof(Answers) == sizeof(Answers4)) {
+        return allOf(reinterpret_cast<Answers4>(answers));
+    } else {
+        static_assert(sizeof(Answers) == 2 * sizeof(Answers4));
+        const auto all = reinterpret_cast<typename Vectors<sizeof(Answers)>::FloatAnswers>(answers);
+        return allOf(__builtin_shufflevector(all, all, 0, 1, 2, 3) & __builtin_shufflevector(all, all, 4, 5, 6, 7));
+    }
+}
+
 } // namespace KxMath::detail

@@ -47,18 +47,6 @@ template <typename Answers, typename Vector>
                                     (reinterpret_cast<Answers>(no) & ~answers));
 }
 
-/// Whether all answers are yes.
-template <typename Answers>
-[[gnu::always_inline]] inline bool areAllYes(Answers answers) {
-    using Bits = typename Vectors<sizeof(Answers)>::DoubleAnswers;
-    const Bits bits = reinterpret_cast<Bits>(answers);
-    long long common = -1;
-    for (std::size_t i = 0; i < sizeof(Answers) / sizeof(common); ++i) {
-        common &= bits[i];
-    }
-    return common == -1;
-}
-
 /// Every second float of two vectors from `kFirst` on.
 template <int kFirst, typename Floats, std::size_t... kAt>
 [[gnu::always_inline]] inline Floats everySecond(Floats a, Floats b, std::index_sequence<kAt...>) {
@@ -81,6 +69,12 @@ template <typename Floats, std::size_t... kAt>
 template <typename Floats>
 [[gnu::always_inline]] inline Floats withSecondsOf(Floats pairs, Floats others) {
     return withSecondsOf(pairs, others, std::make_index_sequence<sizeof(Floats) / sizeof(float)>());
+}
+
+/// Pairs of the first numbers of two vectors, as many as there is room for.
+template <typename Floats>
+[[gnu::always_inline]] inline Floats inTurn(Floats firsts, Floats seconds) {
+    return inTurn<0>(firsts, seconds, std::make_index_sequence<sizeof(Floats) / sizeof(float)>());
 }
 
 /// The first numbers of pairs that stand one after the other, a vector of them.

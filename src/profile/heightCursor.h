@@ -3,7 +3,9 @@
 
 #include "KxMath/KxPoints.h"
 
-#include "profile/coordinates.h"
+#include "numeric/bounds.h"
+#include "numeric/float4.h"
+#include "numeric/instructionSets.h"
 
 #include <QtCore/QList>
 
@@ -13,17 +15,23 @@ namespace KxMath::detail {
 
 /// The position of the first point from `from` on that is at or beyond `x`, the number of points when there is none.
 /// NaN is neither, on either side.
-inline qsizetype findAtOrBeyond(const KxPointXY* data, qsizetype count, float x, qsizetype from) {
-    constexpr qsizetype kAtOnce = 16;
-    for (; from + kAtOnce <= count; from += kAtOnce) { // most points are passed
-        Answers4 isBeyond{};
-        for (qsizetype k = from; k < from + kAtOnce; k += 4) {
-            isBeyond |= loadXs(data + k) >= Float4{x, x, x, x};
+inline qsizetype findAtOrBeyond(const KxPointXY* data, qsizetype count, float x, qsizetype from,
+                                InstructionSet instructions = widestInstructionSet()) {
+    runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
+        using Floats = typename Vectors<kBytes>::Floats;
+        constexpr qsizetype kPoints = Vectors<kBytes>::kFloats / 2;
+        constexpr qsizetype kAtOnce = 8 * kPoints;
+        const Floats limits = inTurn(repeated<Floats>(x), repeated<Floats>(kNaN)); // no y is beyond NaN
+        for (; from + kAtOnce <= count; from += kAtOnce) { // most points are passed
+            typename Vectors<kBytes>::FloatAnswers isBeyond{};
+            for (qsizetype k = from; k < from + kAtOnce; k += kPoints) {
+                isBeyond |= loadVector<Floats>(&data[k].x) >= limits;
+            }
+            if (!areAllYes(~isBeyond)) {
+                break;
+            }
         }
-        if (anyOf(isBeyond)) {
-            break;
-        }
-    }
+    });
     while (from < count && !(data[from].x >= x)) { // NaN: true
         ++from;
     }

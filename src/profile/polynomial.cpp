@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numeric>
 
 namespace KxMath {
 
@@ -39,13 +38,13 @@ public:
 
     const Row& operator[](size_t exponent) const { return rows_[exponent]; }
 
-private:
     static void multiply(const Row& a, const Row& b, Row& product) {
         for (size_t i = 0; i < a.size(); ++i) {
             product[i] = a[i] * b[i];
         }
     }
 
+private:
     std::array<Row, kMaxPower + 1> rows_; // those of the exponents that were asked for have values
 };
 
@@ -61,6 +60,32 @@ void forEachBlock(const QList<KxPointXY>& points, int maxPower, Work work) {
     }
 }
 
+/// Adds the first `count` numbers of some rows to their sums, one after the other; no sum waits for another one.
+template <size_t kRows>
+void addSideBySide(const PowerBlock::Row* rows, size_t count, double* sums) {
+    std::array<double, kRows> local;
+    std::copy_n(sums, kRows, local.begin());
+    for (size_t i = 0; i < count; ++i) {
+        for (size_t k = 0; k < kRows; ++k) {
+            local[k] += rows[k][i];
+        }
+    }
+    std::copy_n(local.begin(), kRows, sums);
+}
+
+void addRows(const PowerBlock::Row* rows, size_t rowCount, size_t count, double* sums) {
+    size_t k = 0;
+    for (; k + 4 <= rowCount; k += 4) {
+        addSideBySide<4>(rows + k, count, sums + k);
+    }
+    for (; k + 2 <= rowCount; k += 2) {
+        addSideBySide<2>(rows + k, count, sums + k);
+    }
+    for (; k < rowCount; ++k) {
+        addSideBySide<1>(rows + k, count, sums + k);
+    }
+}
+
 /// The sums of the normal equations.
 struct Sums {
     std::array<double, kMaxPower + 1> power{}; ///< of x^k
@@ -70,26 +95,18 @@ struct Sums {
 Sums sumPowers(const QList<KxPointXY>& points, int degree) {
     Sums sums;
     sums.power[0] = static_cast<double>(points.size());
-    PowerBlock::Row ys;
+    const size_t highest = static_cast<size_t>(degree);
+    std::array<PowerBlock::Row, kMaxDegree + 1> products; // y * x^k
     forEachBlock(points, 2 * degree, [&](const PowerBlock& powers, qsizetype begin, size_t count) {
+        products[0].fill(0.0);
         for (size_t i = 0; i < count; ++i) {
-            ys[i] = static_cast<double>(points[begin + static_cast<qsizetype>(i)].y);
-            sums.right[0] += ys[i];
+            products[0][i] = static_cast<double>(points[begin + static_cast<qsizetype>(i)].y);
         }
-        for (size_t k = 1; k <= static_cast<size_t>(degree); ++k) {
-            double power = sums.power[k];
-            double right = sums.right[k];
-            for (size_t i = 0; i < count; ++i) {
-                power += powers[k][i];
-                right += ys[i] * powers[k][i];
-            }
-            sums.power[k] = power;
-            sums.right[k] = right;
+        for (size_t k = 1; k <= highest; ++k) {
+            PowerBlock::multiply(products[0], powers[k], products[k]);
         }
-        for (size_t k = static_cast<size_t>(degree) + 1; k <= 2 * static_cast<size_t>(degree); ++k) {
-            sums.power[k] = std::accumulate(powers[k].begin(), powers[k].begin() + static_cast<std::ptrdiff_t>(count),
-                                            sums.power[k]);
-        }
+        addRows(&powers[1], 2 * highest, count, &sums.power[1]);
+        addRows(products.data(), highest + 1, count, sums.right.data());
     });
     return sums;
 }

@@ -5,7 +5,9 @@
 #include "numeric/blockPolar.h"
 #include "numeric/blockTrigonometry.h"
 #include "numeric/windowSums.h"
+#include "profile/coordinates.h"
 #include "profile/fir.h"
+#include "profile/heightCursor.h"
 #include "profile/sampling.h"
 
 #include <bit>
@@ -114,6 +116,25 @@ TEST(InstructionSets, BlocksAreSummedInTheirOrder) {
         for (const InstructionSet set : instructionSets()) {
             const auto sums = blockSums(starts.data(), std::ssize(starts), 1, width, set);
             ASSERT_EQ(exact(QList<float>(sums.begin(), sums.end())), exact(expected));
+        }
+    });
+}
+
+TEST(InstructionSets, PointsAreLookedThroughInTheirOrder) {
+    forNasty(16, 2000, [](Nasty& nasty) {
+        const Points points = nasty.points<KxMath::KxPointXY>(nasty.size(300));
+        const qsizetype from = nasty.below(static_cast<int>(points.size()) + 1);
+        const float x = nasty.value();
+        const auto isRight = [](auto a, auto b) { return a <= b; };
+        const auto found = std::find_if(points.begin() + from, points.end(),
+                                        [=](const KxMath::KxPointXY& p) { return p.x >= x; }); // NaN: false
+        bool areRight = true;
+        for (qsizetype i = 0; i + 1 < points.size(); ++i) {
+            areRight = areRight && isRight(points[i].x, points[i + 1].x);
+        }
+        for (const InstructionSet set : instructionSets()) {
+            ASSERT_EQ(findAtOrBeyond(points.constData(), points.size(), x, from, set), found - points.begin());
+            ASSERT_EQ(allNeighbours(points.constData(), points.size(), isRight, set), areRight);
         }
     });
 }
