@@ -15,17 +15,18 @@
 #include <random>
 #include <vector>
 
-using namespace KxMath::detail;
+namespace detail = KxMath::detail;
+using detail::InstructionSet;
 using namespace testing_support;
 
 namespace {
 
 /// Those that this processor has.
 std::vector<InstructionSet> instructionSets() {
-    if (widestInstructionSet() == InstructionSet::Baseline) {
+    if (detail::widestInstructionSet() == InstructionSet::Baseline) {
         return {InstructionSet::Baseline};
     }
-    return {InstructionSet::Baseline, widestInstructionSet()};
+    return {InstructionSet::Baseline, detail::widestInstructionSet()};
 }
 
 /// Floats of all sizes, NaN and infinities among them, and angles as they are in practice.
@@ -50,32 +51,34 @@ QList<float> each(const QList<float>& a, const QList<float>& b, Function functio
 
 TEST(InstructionSets, TrigonometryIsThatOfTheStandardLibrary) {
     forNasty(11, 2000, [](Nasty& nasty) {
-        const int count = nasty.size(kPolarPortion);
+        const int count = nasty.size(detail::kPolarPortion);
         const QList<float> a = numbers(nasty, count);
         const QList<float> b = numbers(nasty, count);
-        const auto arcTangents = each(a, a, [](float v, float) { return atanF(v); });
-        const auto sines = each(a, a, [](float v, float) { return sinF(v); });
-        const auto cosines = each(a, a, [](float v, float) { return cosF(v); });
-        const auto radii = each(a, b, [](float x, float y) { return polarRadius(x, y); });
-        const auto angles = each(a, b, [](float x, float y) { return polarAngleDeg(x, y); });
-        const auto xs = each(a, b, [](float radius, float deg) { return cosF(toRadians(deg)) * radius; });
-        const auto ys = each(a, b, [](float radius, float deg) { return sinF(toRadians(deg)) * radius; });
+        const auto arcTangents = each(a, a, [](float v, float) { return detail::atanF(v); });
+        const auto sines = each(a, a, [](float v, float) { return detail::sinF(v); });
+        const auto cosines = each(a, a, [](float v, float) { return detail::cosF(v); });
+        const auto radii = each(a, b, [](float x, float y) { return detail::polarRadius(x, y); });
+        const auto angles = each(a, b, [](float x, float y) { return detail::polarAngleDeg(x, y); });
+        const auto xs =
+            each(a, b, [](float radius, float deg) { return detail::cosF(detail::toRadians(deg)) * radius; });
+        const auto ys =
+            each(a, b, [](float radius, float deg) { return detail::sinF(detail::toRadians(deg)) * radius; });
         for (const InstructionSet set : instructionSets()) {
             SCOPED_TRACE(static_cast<int>(set));
             QList<float> first(a.size()), second(a.size());
-            atanOf(a.data(), count, first.data(), set);
+            detail::atanOf(a.data(), count, first.data(), set);
             ASSERT_EQ(exact(first), exact(arcTangents));
-            sinesAndCosinesOf(a.data(), count, first.data(), second.data(), set);
+            detail::sinesAndCosinesOf(a.data(), count, first.data(), second.data(), set);
             ASSERT_EQ(exact(first), exact(sines));
             ASSERT_EQ(exact(second), exact(cosines));
             first = a;
             second = b;
-            toPolar(first.data(), second.data(), count, set);
+            detail::toPolar(first.data(), second.data(), count, set);
             ASSERT_EQ(exact(first), exact(radii));
             ASSERT_EQ(exact(second), exact(angles));
             first = a;
             second = b;
-            fromPolar(first.data(), second.data(), count, set);
+            detail::fromPolar(first.data(), second.data(), count, set);
             ASSERT_EQ(exact(first), exact(xs));
             ASSERT_EQ(exact(second), exact(ys));
         }
@@ -86,14 +89,14 @@ TEST(InstructionSets, WindowsAreSummedInTheirOrder) {
     forNasty(14, 500, [](Nasty& nasty) {
         const int window = nasty.below(60);
         const int count = nasty.size(500);
-        QList<float> values = numbers(nasty, window + count + static_cast<int>(kWindowRoom));
+        QList<float> values = numbers(nasty, window + count + static_cast<int>(detail::kWindowRoom));
         QList<float> expected(count);
         for (int i = 0; i < count; ++i) {
             expected[i] = std::accumulate(values.begin() + i, values.begin() + i + window, 0.0f);
         }
         for (const InstructionSet set : instructionSets()) {
-            QList<float> sums(count + kWindowRoom);
-            windowSums(values.constData(), count, window, sums.data(), set);
+            QList<float> sums(count + detail::kWindowRoom);
+            detail::windowSums(values.constData(), count, window, sums.data(), set);
             ASSERT_EQ(exact(sums.first(count)), exact(expected));
         }
     });
@@ -105,16 +108,16 @@ TEST(InstructionSets, BlocksAreSummedInTheirOrder) {
         std::vector<QList<float>> rows;
         std::vector<const float*> starts;
         for (int r = nasty.below(25); r > 0; --r) {
-            starts.push_back(rows.emplace_back(numbers(nasty, 1 + width + kBlocksAtOnce)).constData());
+            starts.push_back(rows.emplace_back(numbers(nasty, 1 + width + detail::kBlocksAtOnce)).constData());
         }
-        QList<float> expected(kBlocksAtOnce, 0.0f);
-        for (int block = 0; block < kBlocksAtOnce; ++block) {
+        QList<float> expected(detail::kBlocksAtOnce, 0.0f);
+        for (int block = 0; block < detail::kBlocksAtOnce; ++block) {
             for (const float* cells : starts) {
                 expected[block] = std::accumulate(cells + 1 + block, cells + 1 + block + width, expected[block]);
             }
         }
         for (const InstructionSet set : instructionSets()) {
-            const auto sums = blockSums(starts.data(), std::ssize(starts), 1, width, set);
+            const auto sums = detail::blockSums(starts.data(), std::ssize(starts), 1, width, set);
             ASSERT_EQ(exact(QList<float>(sums.begin(), sums.end())), exact(expected));
         }
     });
@@ -133,8 +136,8 @@ TEST(InstructionSets, PointsAreLookedThroughInTheirOrder) {
             areRight = areRight && isRight(points[i].x, points[i + 1].x);
         }
         for (const InstructionSet set : instructionSets()) {
-            ASSERT_EQ(findAtOrBeyond(points.constData(), points.size(), x, from, set), found - points.begin());
-            ASSERT_EQ(allNeighbours(points.constData(), points.size(), isRight, set), areRight);
+            ASSERT_EQ(detail::findAtOrBeyond(points.constData(), points.size(), x, from, set), found - points.begin());
+            ASSERT_EQ(detail::allNeighbours(points.constData(), points.size(), isRight, set), areRight);
         }
     });
 }
@@ -146,7 +149,7 @@ TEST(InstructionSets, SmoothedHeightsAreTheSame) {
         std::vector<Points> results;
         for (const InstructionSet set : instructionSets()) {
             results.push_back(points);
-            smoothHeights(points.constData(), points.size(), maxStep, results.back().data(), set);
+            detail::smoothHeights(points.constData(), points.size(), maxStep, results.back().data(), set);
         }
         ASSERT_EQ(exact(results.front()), exact(results.back()));
     });
@@ -166,8 +169,8 @@ TEST(InstructionSets, SamplesOfASplineAreTheSame) {
         std::vector<QList<float>> results;
         for (const InstructionSet set : instructionSets()) {
             QList<float>& result = results.emplace_back();
-            Sampler sampler(spline, step, kNaN, kNaN, set);
-            Sampler::Block block;
+            detail::Sampler sampler(spline, step, kNaN, kNaN, set);
+            detail::Sampler::Block block;
             while (sampler.next(block)) {
                 result.append(QList<float>(block.xs.data(), block.xs.data() + block.count));
                 result.append(QList<float>(block.ys.data(), block.ys.data() + block.count));
