@@ -15,9 +15,9 @@ enum class InstructionSet {
 template <std::size_t kBytes>
 struct VectorBytes {};
 
-/// The widest that this processor has.
+/// The widest that this processor has and that the library was built to use.
 inline InstructionSet widestInstructionSet() {
-#ifdef __x86_64__
+#if defined(__x86_64__) && !defined(KXMATH_BASELINE_ONLY)
     if (__builtin_cpu_supports("avx2")) {
         return InstructionSet::Avx2;
     }
