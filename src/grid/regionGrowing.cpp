@@ -27,22 +27,16 @@ bool GrowthLimits::leadsTo(float mean, float neighbourMean, bool isDescending) c
     return isDescending ? 0.0f < d && d < maxStep : std::abs(d) < maxStep; // NaN: false
 }
 
-RegionGrower::RegionGrower(QList<QList<HistoCell>>& rows, QList<QPoint>& region, QList<QPoint>& postponed,
+RegionGrower::RegionGrower(const HistoTable& cells, QList<QPoint>& region, QList<QPoint>& postponed,
                            const GrowthLimits& limits)
-    : rows_(rows), region_(region), postponed_(postponed), limits_(limits) {
+    : cells_(cells), region_(region), postponed_(postponed), limits_(limits) {
     for (const QPoint& cell : std::as_const(postponed)) {
         arePostponed_.insert(cell);
     }
 }
 
-const HistoCell* RegionGrower::cellAt(int row, int column) const {
-    const QList<QList<HistoCell>>& rows = rows_;
-    const bool exists = row >= 0 && row < rows.size() && column >= 0 && column < rows[row].size();
-    return exists ? &rows[row][column] : nullptr;
-}
-
 void RegionGrower::grow(int row, int column, int depth) {
-    enter(row, column, depth);
+    enter(*cells_.at(row, column), row, column, depth);
     while (!path_.empty()) {
         Visit& at = path_.back();
         if (at.triedSides == kSideCount) {
@@ -52,15 +46,14 @@ void RegionGrower::grow(int row, int column, int depth) {
         const Side side = kSides[at.triedSides++];
         const int neighbourRow = at.row + side.row;
         const int neighbourColumn = at.column + side.column;
-        const HistoCell* const neighbour = cellAt(neighbourRow, neighbourColumn);
+        HistoCell* const neighbour = cells_.at(neighbourRow, neighbourColumn);
         if (neighbour != nullptr && !neighbour->visited && limits_.leadsTo(at.mean, neighbour->mean, at.isDescending)) {
-            enter(neighbourRow, neighbourColumn, at.depth);
+            enter(*neighbour, neighbourRow, neighbourColumn, at.depth);
         }
     }
 }
 
-void RegionGrower::enter(int row, int column, int depth) {
-    HistoCell& cell = rows_[row][column];
+void RegionGrower::enter(HistoCell& cell, int row, int column, int depth) {
     if (cell.visited) {
         return;
     }

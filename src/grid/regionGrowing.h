@@ -5,6 +5,7 @@
 
 #include "grid/cellSet.h"
 
+#include <span>
 #include <vector>
 
 namespace KxMath::detail {
@@ -19,6 +20,27 @@ struct GrowthLimits {
     bool leadsTo(float mean, float neighbourMean, bool isDescending) const;
 };
 
+/// The rows of a grid of block means, near at hand. Nobody shares their cells while it is there.
+class HistoTable {
+public:
+    explicit HistoTable(QList<QList<HistoCell>>& rows) {
+        rows_.reserve(static_cast<size_t>(rows.size()));
+        for (QList<HistoCell>& row : rows) {
+            rows_.emplace_back(row.data(), static_cast<size_t>(row.size()));
+        }
+    }
+
+    /// Null where there is no cell.
+    HistoCell* at(int row, int column) const {
+        const size_t r = static_cast<size_t>(row); // huge when it is negative
+        const size_t c = static_cast<size_t>(column);
+        return r < rows_.size() && c < rows_[r].size() ? &rows_[r][c] : nullptr;
+    }
+
+private:
+    std::vector<std::span<HistoCell>> rows_;
+};
+
 /// Grows a region depth first up to a depth of 201 cells. Cells further away are postponed: they stand in a list that
 /// never holds a cell twice, and are grown from there with a depth that starts anew.
 ///
@@ -26,10 +48,9 @@ struct GrowthLimits {
 class RegionGrower {
 public:
     /// The lists are those of the caller; `postponed` must not be changed by others meanwhile.
-    RegionGrower(QList<QList<HistoCell>>& rows, QList<QPoint>& region, QList<QPoint>& postponed,
-                 const GrowthLimits& limits);
+    RegionGrower(const HistoTable& cells, QList<QPoint>& region, QList<QPoint>& postponed, const GrowthLimits& limits);
 
-    /// Grows from a cell, `depth` being the number of cells that lead to it.
+    /// Grows from a cell that is there, `depth` being the number of cells that lead to it.
     void grow(int row, int column, int depth);
     /// Grows from the postponed cells, the last one first, until there are none.
     void growPostponed();
@@ -45,11 +66,10 @@ private:
         int triedSides;
     };
 
-    void enter(int row, int column, int depth);
+    void enter(HistoCell& cell, int row, int column, int depth);
     void postpone(const QPoint& cell);
-    const HistoCell* cellAt(int row, int column) const;
 
-    QList<QList<HistoCell>>& rows_;
+    const HistoTable& cells_;
     QList<QPoint>& region_;
     QList<QPoint>& postponed_;
     GrowthLimits limits_;

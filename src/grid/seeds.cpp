@@ -107,48 +107,19 @@ private:
     std::vector<Candidate> cells_; ///< row by row
 };
 
-} // namespace
-
-int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<KxPointXYZ>*>* seeds, float startLevel,
-                                     float endLevel, float levelStep, float tolerance, int minCount, float maxDrop) {
-    constexpr size_t kManyLevels = 4096;
-    if (seeds == nullptr) {
-        return 0;
-    }
-    SeedCandidates candidates(histoRows, tolerance);
-    Levels levels(startLevel, endLevel, levelStep);
-    while (candidates.count() > 0) {
-        // So many at a time that millions of levels take no more time than there are cells.
-        const std::vector<float> some = levels.take(std::max(kManyLevels, candidates.count()));
-        if (some.empty()) {
-            break;
-        }
-        for (const Candidate& start : candidates.takeNear(some)) {
-            if (std::as_const(histoRows)[start.row][start.column].visited) {
-                continue;
-            }
-            auto cloud = std::make_unique<KxPointCloud<KxPointXYZ>>();
-            if (gatherSeed(matrix, *cloud, start.row, start.column, tolerance, minCount, maxDrop) >= minCount) {
-                seeds->append(cloud.release());
-            }
-        }
-    }
-    return static_cast<int>(seeds->size());
-}
-
-int KxMatrixWithHistos::gatherSeed(KxMatrixCloud& matrix, KxPointCloud<KxPointXYZ>& cloud, int row, int column,
-                                   float maxStep, int minCount, float maxDrop) {
-    const float refMean = std::as_const(histoRows)[row][column].mean;
+/// See KxMatrixWithHistos::gatherSeed().
+int gather(const detail::HistoTable& cells, QList<QPoint>& postponed, KxMatrixCloud& matrix,
+           KxPointCloud<KxPointXYZ>& cloud, int row, int column, float maxStep, int minCount, float maxDrop) {
     QList<QPoint> region;
-    pendingSeeds->clear();
-    detail::RegionGrower grower(histoRows, region, *pendingSeeds, {refMean, maxStep, maxDrop});
+    postponed.clear();
+    detail::RegionGrower grower(cells, region, postponed, {cells.at(row, column)->mean, maxStep, maxDrop});
     grower.grow(row, column, 0); // the first cell that would be taken from the list
     grower.growPostponed();
     if (region.size() < minCount) {
         return 0;
     }
     for (const QPoint& at : std::as_const(region)) {
-        HistoCell& cell = histoRows[at.x()][at.y()];
+        HistoCell& cell = *cells.at(at.x(), at.y());
         if (!cell.taken) {
             matrix.extractToPointCloud(cloud, cell.firstColumn, cell.firstRow, cell.column - cell.firstColumn,
                                        cell.row - cell.firstRow, true);
@@ -158,9 +129,47 @@ int KxMatrixWithHistos::gatherSeed(KxMatrixCloud& matrix, KxPointCloud<KxPointXY
     return cloud.size();
 }
 
+} // namespace
+
+int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<KxPointXYZ>*>* seeds, float startLevel,
+                                     float endLevel, float levelStep, float tolerance, int minCount, float maxDrop) {
+    constexpr size_t kManyLevels = 4096;
+    if (seeds == nullptr) {
+        return 0;
+    }
+    SeedCandidates candidates(histoRows, tolerance);
+    const detail::HistoTable cells(histoRows);
+    Levels levels(startLevel, endLevel, levelStep);
+    while (candidates.count() > 0) {
+        // So many at a time that millions of levels take no more time than there are cells.
+        const std::vector<float> some = levels.take(std::max(kManyLevels, candidates.count()));
+        if (some.empty()) {
+            break;
+        }
+        for (const Candidate& start : candidates.takeNear(some)) {
+            if (cells.at(start.row, start.column)->visited) {
+                continue;
+            }
+            auto cloud = std::make_unique<KxPointCloud<KxPointXYZ>>();
+            if (gather(cells, *pendingSeeds, matrix, *cloud, start.row, start.column, tolerance, minCount, maxDrop) >=
+                minCount) {
+                seeds->append(cloud.release());
+            }
+        }
+    }
+    return static_cast<int>(seeds->size());
+}
+
+int KxMatrixWithHistos::gatherSeed(KxMatrixCloud& matrix, KxPointCloud<KxPointXYZ>& cloud, int row, int column,
+                                   float maxStep, int minCount, float maxDrop) {
+    const detail::HistoTable cells(histoRows);
+    return gather(cells, *pendingSeeds, matrix, cloud, row, column, maxStep, minCount, maxDrop);
+}
+
 void KxMatrixWithHistos::recFindNeighbours(QList<QPoint>& region, int row, int column, float refMean, float maxStep,
                                            float maxDrop, int depth) {
-    detail::RegionGrower(histoRows, region, *pendingSeeds, {refMean, maxStep, maxDrop}).grow(row, column, depth);
+    const detail::HistoTable cells(histoRows);
+    detail::RegionGrower(cells, region, *pendingSeeds, {refMean, maxStep, maxDrop}).grow(row, column, depth);
 }
 
 int KxMatrixWithHistos::freePointCloudList(QList<KxPointCloud<KxPointXYZ>*> list) {
