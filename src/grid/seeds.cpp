@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <numeric>
 #include <vector>
@@ -51,9 +52,12 @@ public:
         if (!(tolerance > 0.0f)) { // NaN: true; no mean is that close to a level
             return;
         }
+        // The first row tells the number of columns; rows of another matrix may be shorter.
+        const auto columnsOf = [&](const QList<HistoCell>& row) { return std::min(rows.first().size(), row.size()); };
+        const auto addColumns = [&](qsizetype sum, const QList<HistoCell>& row) { return sum + columnsOf(row); };
+        cells_.reserve(static_cast<size_t>(std::accumulate(rows.begin(), rows.end(), qsizetype(0), addColumns)));
         for (int r = 0; r < rows.size(); ++r) {
-            // The first row tells the number of columns; rows of another matrix may be shorter.
-            const qsizetype columns = std::min(rows.first().size(), rows[r].size());
+            const qsizetype columns = columnsOf(rows[r]);
             for (int c = 0; c < columns; ++c) {
                 const HistoCell& cell = rows[r][c];
                 if (!cell.visited && !std::isnan(cell.mean)) {
@@ -67,8 +71,11 @@ public:
 
     /// The cells whose mean is less than the tolerance from one of the levels, level by level and row by row.
     std::vector<Candidate> takeNear(const std::vector<float>& levels) {
-        std::vector<size_t> bands; // of the cells that are taken, which come first among the cells
+        std::vector<std::uint32_t>
+            bands; // of the cells that are taken; no more than there are cells, or a few thousand
         std::vector<Candidate> taken;
+        bands.reserve(cells_.size());
+        taken.reserve(cells_.size());
         std::vector<size_t> places(levels.size() + 1);
         size_t left = 0;
         size_t band = 0;
@@ -77,7 +84,7 @@ public:
             if (band == levels.size()) { // below all of them
                 cells_[left++] = cell;
             } else if (cell.mean - levels[band] < tolerance_) { // cells above are above all levels to come
-                bands.push_back(band);
+                bands.push_back(static_cast<std::uint32_t>(band));
                 taken.push_back(cell);
                 ++places[band + 1];
             }
