@@ -111,17 +111,28 @@ def operations_table(times):
             )
 
 
+def goal_ratios(times, goals):
+    """The ratios that goals are set for, where they were measured."""
+    ratios = {}
+    for operation, size, who in goals:
+        competitors = times.get(operation, {}).get(size, {})
+        if "kx" in competitors and who in competitors:
+            ratios[operation, size, who] = competitors["kx"] / competitors[who]
+    return ratios
+
+
 def goals_table(times, goals):
     yield "| operation | size | beside | its time | ratio | goal | |"
     yield "| --- | ---: | --- | ---: | ---: | ---: | --- |"
-    for (operation, size, who), goal in goals.items():
-        competitors = times.get(operation, {}).get(size, {})
-        if "kx" not in competitors or who not in competitors:
-            continue
-        other = competitors[who]
-        ratio = competitors["kx"] / other
-        verdict = "" if ratio <= float(goal) else "missed"
-        yield f"| {operation} | {size} | {display(who)} | {time_text(other)} | {ratio:.2f} | {goal} | {verdict} |"
+    ratios = goal_ratios(times, goals)
+    reached = {key for key, ratio in ratios.items() if ratio <= float(goals[key])}
+    at_limit = {key[:2] for key in reached if key[2].startswith("limit_")}
+    for key, ratio in ratios.items():
+        operation, size, who = key
+        is_bound = who.startswith("peer_") and key[:2] in at_limit
+        verdict = "" if key in reached else "bound" if is_bound else "missed"
+        other = times[operation][size][who]
+        yield f"| {operation} | {size} | {display(who)} | {time_text(other)} | {ratio:.2f} | {goals[key]} | {verdict} |"
 
 
 def copies_beside(use):
