@@ -1,5 +1,4 @@
-// Bit-exact comparison of numbers, points and clouds: EXPECT_EQ(exact(a), exact(b)). Any NaN equals any NaN, -0 and 0
-// differ, and a failure prints hexadecimal floats.
+// Bit-exact comparison of numbers, points and clouds: EXPECT_EQ(exact(a), exact(b)). Any NaN equals any NaN.
 #pragma once
 
 #include <KxMath/KxPointCloud.h>
@@ -84,8 +83,7 @@ requires(sizeof...(More) > 0) ExactList exact(const First& first, const More&...
 /// The cached range of a cloud or profile: minX, maxX, minY, maxY, minZ, maxZ.
 template <typename Cloud>
 ExactList exactRange(const Cloud& cloud) {
-    return {exact(cloud.minX), exact(cloud.maxX), exact(cloud.minY),
-            exact(cloud.maxY), exact(cloud.minZ), exact(cloud.maxZ)};
+    return exact(cloud.minX, cloud.maxX, cloud.minY, cloud.maxY, cloud.minZ, cloud.maxZ);
 }
 
 } // namespace testing_support

@@ -1,5 +1,4 @@
-// Random input of the kind that breaks numeric code, the same in every run: ties, NaN, +-0, infinities, denormals, huge
-// values, sorted and reversed stretches.
+// Random input of the kind that breaks numeric code, the same in every run: ties, NaN, +-0, infinities, denormals.
 #pragma once
 
 #include <KxMath/KxPointCloud.h>
@@ -53,17 +52,11 @@ public:
     template <typename Point>
     Point point() {
         if constexpr (std::is_same_v<Point, KxMath::KxPointXY>) {
-            const float x = value();
-            return {x, value()};
+            return {value(), value()}; // in braces: drawn from left to right
+        } else if constexpr (std::is_same_v<Point, KxMath::KxPointXYZ>) {
+            return {value(), value(), value()};
         } else {
-            const float x = value();
-            const float y = value();
-            const float z = value();
-            if constexpr (std::is_same_v<Point, KxMath::KxPointXYZ>) {
-                return {x, y, z};
-            } else {
-                return {x, y, z, static_cast<unsigned>(engine_())};
-            }
+            return {value(), value(), value(), static_cast<unsigned>(engine_())};
         }
     }
 

@@ -14,12 +14,33 @@
 
 namespace testing_support {
 
-using Points = QList<KxMath::KxPointXY>;
-using SpacePoints = QList<KxMath::KxPointXYZ>;
-using PointTypes = testing::Types<KxMath::KxPointXY, KxMath::KxPointXYZ, KxMath::KxPointXYZRGB>;
+using namespace KxMath; // also for those who use this one
+
+using Points = QList<KxPointXY>;
+using SpacePoints = QList<KxPointXYZ>;
+using PointTypes = testing::Types<KxPointXY, KxPointXYZ, KxPointXYZRGB>;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInf = std::numeric_limits<float>::infinity();
+
+/// A point whose coordinates are rounded once.
+inline KxPointXY at(double x, double y) {
+    return {static_cast<float>(x), static_cast<float>(y)};
+}
+
+inline KxPointXYZ at(double x, double y, double z) {
+    return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+}
+
+/// The points that `make` makes of 0, 1, ... up to, not including, `count`.
+template <typename Make>
+auto pointsFor(int count, Make make) {
+    QList<decltype(make(0))> points;
+    for (int i = 0; i < count; ++i) {
+        points.append(make(i));
+    }
+    return points;
+}
 
 /// Calls `check` with nasty input round by round, until one of them fails.
 template <typename Check>
@@ -32,10 +53,16 @@ void forNasty(unsigned seed, int rounds, Check check) {
     }
 }
 
+/// The cached range of a cloud or profile.
+template <typename Cloud>
+std::array<float*, 6> boundsOf(Cloud& cloud) {
+    return {&cloud.minX, &cloud.maxX, &cloud.minY, &cloud.maxY, &cloud.minZ, &cloud.maxZ};
+}
+
 /// Sets the cached range to first, first + 1, ..., so that a change shows.
 template <typename Cloud>
 void setRange(Cloud& cloud, float first) {
-    for (float* bound : {&cloud.minX, &cloud.maxX, &cloud.minY, &cloud.maxY, &cloud.minZ, &cloud.maxZ}) {
+    for (float* const bound : boundsOf(cloud)) {
         *bound = first++;
     }
 }
@@ -46,8 +73,7 @@ void sortByExchanges(QList<Point>& points, float Point::*key, bool isAscending, 
     for (bool isChanged = true; isChanged;) {
         isChanged = false;
         for (qsizetype j = last; j > first; --j) {
-            const float earlier = points[j - 1].*key;
-            const float later = points[j].*key;
+            const float earlier = points[j - 1].*key, later = points[j].*key;
             if (isAscending ? earlier > later : earlier < later) {
                 points.swapItemsAt(j - 1, j);
                 isChanged = true;
