@@ -1,7 +1,6 @@
 // Filling, copying, measuring, moving and turning clouds.
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -164,7 +163,7 @@ TEST(CloudMeasures, CentresMeansAndSizes) {
     EXPECT_EQ(exactRange(cloud), exact(QList<float>{0, 4, 1, 16777216, 2, 4}));
     setRange(cloud, 10);
     EXPECT_TRUE(cloud.size_x() == 1 && cloud.size_y() == 1 && cloud.size_z() == 1);
-    for (float* bound : {&cloud.minX, &cloud.maxX, &cloud.minY, &cloud.maxY, &cloud.minZ, &cloud.maxZ}) {
+    for (float* const bound : boundsOf(cloud)) {
         setRange(cloud, 10);
         EXPECT_TRUE(cloud.calcCenterPoint(out)) << "a known range is taken as it is";
         EXPECT_EQ(exact(out), exact(KxPointXYZRGB(10.5f, 12.5f, 14.5f, 77)));
@@ -187,43 +186,39 @@ TEST(Cloud2D, ResizeScalesAboutTheOrigin) {
 
 TEST(CloudTurns, RotateFromFirstTowardsSecondAxis) {
     using Axis = float KxPointXYZ::*;
-    const struct {
-        void (Space::*turn)(float);
-        Axis first, second, fixed;
-    } planes[] = {
+    const std::tuple<void (Space::*)(float), Axis, Axis, Axis> planes[] = {
         {&Space::rotateXY, &KxPointXYZ::x, &KxPointXYZ::y, &KxPointXYZ::z},
         {&Space::rotateXZ, &KxPointXYZ::x, &KxPointXYZ::z, &KxPointXYZ::y},
         {&Space::rotateYZ, &KxPointXYZ::y, &KxPointXYZ::z, &KxPointXYZ::x},
     };
     Nasty nasty(6);
-    for (const auto& plane : planes) {
+    for (const auto& [turn, first, second, fixed] : planes) {
         for (const float deg : {0.0f, 90.0f, -90.0f, 180.0f, 33.3f, 725.0f, -1e5f}) {
             Space cloud;
             for (int i = 0; i < 300; ++i) {
                 KxPointXYZ p;
-                p.*plane.first = i < 20 ? 0.0f : nasty.plain();
-                p.*plane.second = i % 7 == 0 ? 0.0f : nasty.plain();
-                p.*plane.fixed = nasty.special();
+                p.*first = i < 20 ? 0.0f : nasty.plain();
+                p.*second = i % 7 == 0 ? 0.0f : nasty.plain();
+                p.*fixed = nasty.special();
                 cloud.points.append(p);
             }
             const SpacePoints before = cloud.points;
             setRange(cloud, 3);
             const ExactList range = exactRange(cloud);
             cloud.zIndexBuilt = 1;
-            (cloud.*plane.turn)(deg);
+            (cloud.*turn)(deg);
             EXPECT_EQ(cloud.zIndexBuilt, 0);
             EXPECT_EQ(exactRange(cloud), range);
             const double rad = static_cast<double>(deg) * 3.14159265358979 / 180;
             // Angles up to 360 + |deg| degrees are rounded twice to single precision, and pi is off by 2.8e-8 of it.
             const double rounding = (360 + std::abs(static_cast<double>(deg))) / 57 * 2e-7 + 3e-7;
             for (qsizetype i = 0; i < before.size(); ++i) {
-                const double a = static_cast<double>(before[i].*plane.first);
-                const double b = static_cast<double>(before[i].*plane.second);
+                const double a = static_cast<double>(before[i].*first), b = static_cast<double>(before[i].*second);
                 const double bound = std::hypot(a, b) * rounding;
                 const KxPointXYZ& p = cloud.points[i];
-                EXPECT_NEAR(static_cast<double>(p.*plane.first), std::cos(rad) * a - std::sin(rad) * b, bound);
-                EXPECT_NEAR(static_cast<double>(p.*plane.second), std::sin(rad) * a + std::cos(rad) * b, bound);
-                EXPECT_EQ(exact(p.*plane.fixed), exact(before[i].*plane.fixed));
+                EXPECT_NEAR(static_cast<double>(p.*first), std::cos(rad) * a - std::sin(rad) * b, bound);
+                EXPECT_NEAR(static_cast<double>(p.*second), std::sin(rad) * a + std::cos(rad) * b, bound);
+                EXPECT_EQ(exact(p.*fixed), exact(before[i].*fixed));
             }
         }
     }

@@ -1,7 +1,6 @@
 // The density filters against a literal walk over all cells.
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -9,11 +8,9 @@ namespace {
 using Cloud = KxPointCloud<KxPointXYZ>;
 
 struct Filter {
-    float cell;
-    float maxDist;
+    float cell, maxDist;
     int minCount;
-    bool isSecond;
-    bool isSpherical;
+    bool isSecond, isSpherical;
 
     int apply(Cloud& cloud) const {
         return isSecond ? cloud.cubicFilter2(cell, maxDist, minCount, isSpherical) : cloud.cubicFilter(cell, minCount);
@@ -56,8 +53,8 @@ int plainWalk(Cloud& cloud, const Filter& filter) {
     if (cloud.size() < (filter.isSecond ? 2 : filter.minCount)) {
         return 0;
     }
-    const auto bounds = {cloud.minX, cloud.maxX, cloud.minY, cloud.maxY, cloud.minZ, cloud.maxZ};
-    if (std::any_of(bounds.begin(), bounds.end(), [](float v) { return std::isnan(v); })) {
+    const auto bounds = boundsOf(cloud);
+    if (std::any_of(bounds.begin(), bounds.end(), [](const float* v) { return std::isnan(*v); })) {
         cloud.calcRange();
     }
     const float cell = filter.cell;
@@ -128,9 +125,8 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
         cloud.points = nasty.points<KxPointXYZ>(nasty.size(120));
         const bool isLattice = nasty.chance(30); // where a cell is a whole number of spacings
         if (isLattice) {
-            const int width = nasty.pick(std::array{1, 7, 7});
-            cloud.points =
-                pointsOf(2 + nasty.below(200), [&] { return 0.1f * static_cast<float>(nasty.below(width)) - 0.3f; });
+            const int width = nasty.chance(33) ? 1 : 7, count = 2 + nasty.below(200);
+            cloud.points = pointsOf(count, [&] { return 0.1f * static_cast<float>(nasty.below(width)) - 0.3f; });
         }
         if (nasty.chance(30)) { // a cached range that is not that of the points
             cloud.calcRange();
@@ -138,8 +134,7 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
             cloud.minZ += nasty.plain();
         }
         if (nasty.chance(20)) { // one unknown bound makes the whole range new
-            *nasty.pick(std::array{&cloud.minX, &cloud.maxX, &cloud.minY, &cloud.maxY, &cloud.minZ, &cloud.maxZ}) =
-                kNaN;
+            *nasty.pick(boundsOf(cloud)) = kNaN;
         }
         float cell = manageableCell(cloud, nasty.pick(std::array{0.11f, 0.25f, 0.5f, 0.3f, 1.7f}));
         cell = isLattice && cell < 0.2f ? nasty.pick(std::array{0.1f, 0.2f, 0.3f}) : cell;
@@ -152,8 +147,7 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
     });
 }
 
-// More or fewer points in a cell than the comparison of all pairs takes: crowds, lone points, both kinds of limits of
-// single-precision squares, now and then an infinity, or one in each point.
+// Crowds and lone points, both kinds of limits of single-precision squares, now and then infinities, or one in each.
 TEST(DensityFilters, FindIsolatedPointsInCrowdedCells) {
     forNasty(26, 150, [](Nasty& nasty) {
         const float scale = nasty.pick(std::array{1.0f, 1e-23f, 1e-22f, 1e19f, 3e37f});
@@ -191,8 +185,7 @@ TEST(DensityFilters, SweepCrowdedLayersOfManyCells) {
         for (KxPointXYZ& p : cloud.points) {
             p.x = p.x > origin + 25.0f ? 1.0f : nasty.pick(std::array{0.0f, 0.5f, 2.0f});
         }
-        const bool isSecond = nasty.chance(70);
-        const bool isSpherical = isSecond && nasty.chance(50);
+        const bool isSecond = nasty.chance(70), isSpherical = isSecond && nasty.chance(50);
         expectSameAsPlainWalk(cloud, {isSpherical ? 1.4f : 1.0f, 0.4f, nasty.below(5), isSecond, isSpherical});
     });
 }
@@ -214,9 +207,8 @@ TEST(DensityFilters, EndWhateverTheCell) {
         }
     }
     Cloud crowd;
-    for (int i = 0; i < 50000; ++i) { // two crowds, a tenth of the distance wide, and one point that stands apart
-        crowd.points.append(KxPointXYZ(i % 2 == 0 ? 0.0f : 20.0f, 1e-5f * static_cast<float>(i), 0.0f));
-    }
+    // Two crowds, a tenth of the distance wide, and one point that stands apart.
+    crowd.points = pointsFor(50000, [](int i) { return at(i % 2 * 20, 1e-5 * i, 0); });
     crowd.points.append(KxPointXYZ(10.0f, 50.0f, 1.0f));
     EXPECT_EQ(crowd.cubicFilter2(100.0f, 5.0f, 1, false), 1);
     EXPECT_EQ(crowd.size(), 50000);

@@ -3,7 +3,6 @@
 
 #include <set>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -12,14 +11,11 @@ using Cloud = KxPointCloud<KxPointXYZ>;
 
 struct Scene {
     const char* desc;
-    float width; // mm, of the surface
-    float tapeStart; // mm, from its left end
-    float spacing; // mm, between points
+    float width, tapeStart, spacing; // mm: of the surface, from its left end, between points
     float slope; // of the surface across
     float height; // of the tape; 0: no tape
     float min, max; // asked for
-    int missingPercent;
-    int spikePercent;
+    int missingPercent, spikePercent;
 };
 
 constexpr float kTapeWidth = 20.0f;
@@ -68,8 +64,7 @@ TEST(InsulatingTape, IsFoundOnARoughSurfaceAndNotInvented) {
             const float step = seed % 2 == 0 ? 1.0f : 3.0f;
             SCOPED_TRACE(testing::Message() << scene.desc << ", slabs of " << step << ", seed " << seed);
             std::set<std::array<float, 2>> truth;
-            Cloud cloud = scan(scene, seed, truth);
-            Cloud tape;
+            Cloud cloud = scan(scene, seed, truth), tape;
             tape.points.append(KxPointXYZ());
             const int count = cloud.extractInsulatingTape(tape, step, scene.min, scene.max);
             ASSERT_EQ(count + 1, tape.size());
@@ -100,9 +95,8 @@ TEST(InsulatingTape, LeavesTheCloudAndAppendsToTheTape) {
     for (const float step : {0.0f, -1.0f, kNaN}) {
         EXPECT_EQ(0, cloud.extractInsulatingTape(few, step, 0.5f, 1.5f));
     }
-    for (int i = 0; i < 100; ++i) { // exact heights: no roughness at all
-        flat.points.append(KxPointXYZ(static_cast<float>(i), i >= 40 && i < 60 ? 3.0f : 2.0f, 0.0f));
-    }
+    // Exact heights: no roughness at all.
+    flat.points = pointsFor(100, [](int i) { return at(i, i >= 40 && i < 60 ? 3 : 2, 0); });
     EXPECT_EQ(20, flat.extractInsulatingTape(few, 1e-30f, 0.5f, 1.5f));
     narrow.points.fill(KxPointXYZ(1.0f, 2.0f, 0.0f), 50); // all above each other
     EXPECT_EQ(0, narrow.extractInsulatingTape(few, 1.0f, 0.5f, 1.5f));

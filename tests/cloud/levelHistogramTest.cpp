@@ -2,7 +2,6 @@
 #include "support/tempFiles.h"
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -64,11 +63,7 @@ TYPED_TEST(LevelHistogramOf, KeepsLevelsAndBinNumbersSideBySide) {
 }
 
 TEST(LevelHistogram, MassCenterIsARankWithWrappedProducts) {
-    const struct {
-        const char* desc;
-        Levels levels;
-        float expected;
-    } cases[] = {
+    const std::tuple<const char*, Levels, float> cases[] = {
         {"ranks, not levels", {{0, 2}, {1, 1}, {2, 1}}, 1.75f},
         {"empty", {}, kNaN},
         {"no counts", {{1, 0}, {2, 0}}, kNaN},
@@ -76,10 +71,10 @@ TEST(LevelHistogram, MassCenterIsARankWithWrappedProducts) {
         {"2^30 * 2 becomes negative", {{1, 0}, {2, 1 << 30}}, -2.0f},
         {"the sums do not wrap", {{1, 2147483647}, {2, 1 << 29}}, 3221225471.0f / 2684354559.0f},
     };
-    for (const auto& c : cases) {
+    for (const auto& [desc, levels, expected] : cases) {
         KxLevelHistogram<KxPointXY> histogram;
-        histogram.levels = c.levels;
-        EXPECT_EQ(exact(histogram.calcMassCenter()), exact(c.expected)) << c.desc;
+        histogram.levels = levels;
+        EXPECT_EQ(exact(histogram.calcMassCenter()), exact(expected)) << desc;
     }
 }
 

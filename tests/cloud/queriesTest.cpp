@@ -1,7 +1,6 @@
 // Finding points and taking them out, against the plain definitions.
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -140,9 +139,7 @@ TEST(CloudQueries, PortionsOfManyPoints) {
     Nasty nasty(14);
     for (const int percent : {0, 1, 50, 99, 100}) {
         Space cloud;
-        for (int i = 0; i < 20000; ++i) {
-            cloud.points.append({static_cast<float>(i), 0, nasty.chance(percent) ? 1.0f : 9.0f});
-        }
+        cloud.points = pointsFor(20000, [&](int i) { return at(i, 0, nasty.chance(percent) ? 1 : 9); });
         const QList<int> expected = positionsOf(cloud.points, [](const KxPointXYZ& p) { return p.z == 1.0f; });
         QList<int> found;
         ASSERT_EQ(cloud.getRangeIndeces(found, kNaN, kNaN, kNaN, kNaN, 0, 2), expected.size()) << percent;
@@ -187,8 +184,7 @@ TEST(CloudRemoval, TrimExtractSectionAndLevel) {
         ASSERT_EQ(cloud.zIndexBuilt, remove ? 0 : flag);
         ASSERT_EQ(exactRange(cloud), range);
 
-        const float z = nasty.value();
-        const float halfWidth = nasty.value();
+        const float z = nasty.value(), halfWidth = nasty.value();
         SpacePoints section = rest = cloud.points;
         section.removeIf([&](const KxPointXYZ& p) { return !(std::abs(p.z - z) <= halfWidth); });
         out.maxZ = 5;

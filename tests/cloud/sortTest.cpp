@@ -1,7 +1,6 @@
 // Sorting and the index by z, against the plain definitions.
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
