@@ -1,19 +1,12 @@
 // docs/files.md against the library: the page holds the expected bytes.
 #include "support/tempFiles.h"
-
-#include <KxMath/KxMath.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 #include <QtCore/QRegularExpression>
 
-#include <limits>
-
-using namespace KxMath;
+using namespace testing_support;
 
 namespace {
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 /// The text of the page below a heading, up to the next one.
 QString section(const QString& heading) {
@@ -21,9 +14,8 @@ QString section(const QString& heading) {
     if (!page.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const QString text = QString::fromUtf8(page.readAll());
-    return text.section(QStringLiteral("\n## ") + heading + QLatin1Char('\n'), 1)
-        .section(QStringLiteral("\n## "), 0, 0);
+    const QString text = page.readAll();
+    return text.section("\n## " + heading + '\n', 1).section("\n## ", 0, 0);
 }
 
 /// The bytes of the table of a section. Its offsets must be right.
@@ -47,7 +39,7 @@ void expectBytes(const char* heading, Cloud& cloud) {
     SCOPED_TRACE(heading);
     const QByteArray expected = bytesOfTable(QString::fromLatin1(heading));
     ASSERT_FALSE(expected.isEmpty());
-    const testing_support::TempFiles files;
+    const TempFiles files;
 
     EXPECT_EQ(files.bytesOf(cloud).toHex(' '), expected.toHex(' '));
     Cloud read;
@@ -76,13 +68,13 @@ TEST(FilesPage, HasTheBytesOfTheBinaryFormats) {
 TEST(FilesPage, HasTheBytesOfTheHeaderlessExport) {
     KxPointCloud<KxPointXYZ> cloud;
     cloud.points = {{1.0f, 2.0f, 3.0f}, {4.0f, 5.0f, 6.0f}};
-    const testing_support::TempFiles files;
+    const TempFiles files;
     EXPECT_TRUE(cloud.compat_writeToXYZFile(files.path("export")));
     EXPECT_EQ(files.read("export").toHex(' '), bytesOfTable(QStringLiteral("Headerless export")).toHex(' '));
 }
 
 TEST(FilesPage, HasTheTextOfTheCsvFormats) {
-    const testing_support::TempFiles files;
+    const TempFiles files;
     KxProfile profile;
     profile.points = {{1.5f, -2.0f}, {0.25f, 1e-7f}, {1234567.0f, kNaN}};
     EXPECT_TRUE(profile.writeToCSVFile(files.path("profile.csv")));

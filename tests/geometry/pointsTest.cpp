@@ -1,7 +1,5 @@
-// Point types and the version of the library.
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -13,8 +11,7 @@ constexpr bool kCanAssign = requires(A a, B b) {
 static_assert(kCanAssign<KxPointXY&, const KxPointXY&>, "the assignment deliberately returns nothing");
 
 TEST(Points, DefaultIsMissingAndCopiesKeepAllFields) {
-    EXPECT_EQ(exact(QList<KxPointXY>(1)), exact(KxPointXY(kNaN, kNaN)));
-    EXPECT_EQ(exact(QList<KxPointXYZ>(1)), exact(KxPointXYZ(kNaN, kNaN, kNaN)));
+    EXPECT_EQ(exact(QList<KxPointXY>(1), QList<KxPointXYZ>(1)), ExactList(5, exact(kNaN)));
     EXPECT_EQ(exact(QList<KxPointXYZRGB>(1)), exact(KxPointXYZRGB(kNaN, kNaN, kNaN, 0)));
     const KxPointXYZRGB colour(1, 2, 3, 0xff00fe01u);
     KxPointXYZRGB target;

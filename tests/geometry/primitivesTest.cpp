@@ -1,7 +1,5 @@
-// Lines, circles, planes and free vectors.
 #include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -20,54 +18,40 @@ TEST(Primitives, DefaultIsUnknownAndAssignmentReturnsTheTarget) {
     EXPECT_EQ(fields(KxPlane()), ExactList(4, exact(kNaN)));
     EXPECT_EQ(fields(KxFreeVector()), ExactList(2, exact(kNaN)));
     KxLine line;
-    EXPECT_EQ(&(line = KxLine(1, 2)), &line);
-    EXPECT_EQ(fields(line), exact(1.0f, 2.0f));
+    EXPECT_TRUE(&(line = KxLine(1, 2)) == &line && line.k == 1 && line.b == 2);
 }
 
 TEST(Line, ThroughTwoPoints) {
-    const struct {
-        const char* desc;
-        KxPointXY p1, p2;
-        bool isDone;
-        KxLine line;
-    } cases[] = {
+    const std::tuple<const char*, KxPointXY, KxPointXY, bool, KxLine> cases[] = {
         {"rising", {0, 0}, {2, 2}, true, {1, -0.0f}},
         {"upright", {1, 2}, {1.000001f, 5}, false, {9, 9}},
         {"the limit itself is wide enough", {0, 1}, {1e-5f, 1}, true, {-0.0f, 1}},
         {"just below the limit", {0, 1}, {std::nextafter(1e-5f, 0.0f), 1}, false, {9, 9}},
         {"NaN is not narrow", {kNaN, 1}, {1, 1}, true, {kNaN, kNaN}},
     };
-    for (const auto& c : cases) {
-        KxPointXY p1(c.p1), p2(c.p2);
+    for (const auto& [desc, a, b, isDone, expected] : cases) {
+        KxPointXY p1(a), p2(b);
         KxLine line(9, 9);
-        EXPECT_EQ(line.calcFromTwoPoints(p1, p2), c.isDone) << c.desc;
-        EXPECT_EQ(fields(c.isDone ? line : c.line), fields(c.line)) << c.desc;
+        EXPECT_EQ(line.calcFromTwoPoints(p1, p2), isDone) << desc;
+        EXPECT_EQ(fields(isDone ? line : expected), fields(expected)) << desc;
     }
 }
 
 TEST(Line, LeastSquares) {
-    const struct {
-        const char* desc;
-        Points points;
-        bool isDone;
-        KxLine line;
-    } cases[] = {
+    const std::tuple<const char*, Points, bool, KxLine> cases[] = {
         {"empty", {}, false, {9, 9}},
         {"one point", {{1, 1}}, false, {9, 9}},
         {"every x is 0", {{0, 1}, {-0.0f, 2}, {0, 3}}, false, {9, 9}},
-        {"first point off the axis counts twice",
-         {{0, 0}, {-1, 1}, {1, 3}},
-         true,
-         {(5.0f - 4.0f * (16.0f / 11.0f)) / -1.0f, 16.0f / 11.0f}},
+        {"first off the axis twice", {{0, 0}, {-1, 1}, {1, 3}}, true, {4 * (16 / 11.0f) - 5, 16 / 11.0f}},
         {"single-precision sums", {{1, 16777216}, {1, 1}, {2, 1}}, true, {-8388605, 16777212}},
         {"NaN", {{1, 1}, {kNaN, 3}}, true, {kNaN, kNaN}},
     };
     KxPointCloud<KxPointXY> cloud;
-    for (const auto& c : cases) {
+    for (const auto& [desc, points, isDone, expected] : cases) {
         KxLine line(9, 9);
-        cloud.points = c.points;
-        EXPECT_EQ(line.calcFromPointCloud(cloud), c.isDone) << c.desc;
-        EXPECT_EQ(fields(line), fields(c.line)) << c.desc;
+        cloud.points = points;
+        EXPECT_EQ(line.calcFromPointCloud(cloud), isDone) << desc;
+        EXPECT_EQ(fields(line), fields(expected)) << desc;
     }
     KxLine upright(9, 9);
     cloud.points = {{2, 1}, {2, 3}};
@@ -77,16 +61,12 @@ TEST(Line, LeastSquares) {
 
 TEST(Line, ValuesIntersectionsAnglesDistances) {
     KxLine rising(2, 1), falling(-1, 4), parallel(2, 5), unknown;
-    EXPECT_TRUE(rising.y(3) == 7.0f && rising.x(7) == 3.0f && KxLine(0, 1).x(2) == kInf);
-    EXPECT_TRUE(std::isnan(KxLine(0, 1).x(1)));
-
+    EXPECT_EQ(exact(rising.y(3), rising.x(7), KxLine(0, 1).x(2), KxLine(0, 1).x(1)), exact(7, 3, kInf, kNaN));
     KxPointXY out(9, 9);
-    EXPECT_FALSE(rising.calcIntersection(parallel, out));
-    EXPECT_EQ(out.x, 9.0f);
+    EXPECT_TRUE(!rising.calcIntersection(parallel, out) && out.x == 9.0f);
     EXPECT_TRUE(rising.calcIntersection(falling, out));
     EXPECT_EQ(exact(out), exact(KxPointXY(1, 3)));
-    EXPECT_TRUE(KxLine::calcIntersection(unknown, unknown, out)) << "NaN slopes are not equal";
-    EXPECT_TRUE(out.isNull());
+    EXPECT_TRUE(KxLine::calcIntersection(unknown, unknown, out) && out.isNull()) << "NaN slopes are not equal";
 
     KxLine level(0, 3), diagonal(1, 0), steep(-kInf, 0), pythagorean(0.75f, 0);
     EXPECT_EQ(rising.calcAngle(parallel), 0.0f);
@@ -95,18 +75,12 @@ TEST(Line, ValuesIntersectionsAnglesDistances) {
     EXPECT_FLOAT_EQ(level.calcAngle(steep), 90.0f);
 
     KxPointXY below(5, -1), above(0, 5);
-    EXPECT_EQ(level.calcDistanceToPoint(below), 4.0f);
-    EXPECT_EQ(KxLine::calcDistanceToPoint(pythagorean, above), 4.0f);
+    EXPECT_TRUE(level.calcDistanceToPoint(below) == 4 && KxLine::calcDistanceToPoint(pythagorean, above) == 4);
     EXPECT_TRUE(std::isnan(unknown.calcDistanceToPoint(above)));
 }
 
 TEST(Circle, AlgebraicFit) {
-    const struct {
-        const char* desc;
-        Points points;
-        bool isDone;
-        KxCircle circle;
-    } cases[] = {
+    const std::tuple<const char*, Points, bool, KxCircle> cases[] = {
         {"empty", {}, false, {9, 9, 9}},
         {"one point", {{3, 4}}, false, {9, 9, 9}},
         {"on a line", {{0, 0}, {1, 1}, {2, 2}}, false, {9, 9, 9}},
@@ -116,21 +90,15 @@ TEST(Circle, AlgebraicFit) {
     };
     KxPointCloud<KxPointXY> cloud;
     KxCircle circle;
-    for (const auto& c : cases) {
+    for (const auto& [desc, points, isDone, expected] : cases) {
         circle = KxCircle(9, 9, 9);
-        cloud.points = c.points;
-        EXPECT_EQ(circle.calcFromPointCloud(cloud), c.isDone) << c.desc;
-        EXPECT_EQ(fields(circle), fields(c.circle)) << c.desc;
+        cloud.points = points;
+        EXPECT_EQ(circle.calcFromPointCloud(cloud), isDone) << desc;
+        EXPECT_EQ(fields(circle), fields(expected)) << desc;
     }
-    cloud.points.clear();
-    for (int i = 0; i < 200; ++i) { // an arc
-        const double angle = 0.01 * i;
-        cloud.points.append({static_cast<float>(3 + 5 * std::cos(angle)), static_cast<float>(4 + 5 * std::sin(angle))});
-    }
+    cloud.points = pointsFor(200, [](int i) { return at(3 + 5 * std::cos(0.01 * i), 4 + 5 * std::sin(0.01 * i)); });
     ASSERT_TRUE(circle.calcFromPointCloud(cloud));
-    EXPECT_NEAR(circle.x, 3, 2e-3);
-    EXPECT_NEAR(circle.y, 4, 2e-3);
-    EXPECT_NEAR(circle.radius, 5, 2e-3);
+    EXPECT_LT(std::hypot(circle.x - 3, circle.y - 4, circle.radius - 5), 3e-3f);
 }
 
 TEST(Plane, ThroughThreePointsInDouble) {
@@ -175,13 +143,7 @@ TEST(FreeVector, LengthSumAngle) {
 }
 
 TEST(FreeVector, DirectionOfAProfile) {
-    const struct {
-        const char* desc;
-        int start, dir;
-        float len;
-        bool isDone;
-        KxFreeVector v;
-    } cases[] = {
+    const std::tuple<const char*, int, int, float, bool, KxFreeVector> cases[] = {
         {"base is start + dir", 0, 1, 1, true, {0, 1}},
         {"a distance of len is far enough", 0, 1, 3, true, {0, 1}},
         {"to the end when nothing is far enough", 1, 1, 1000, true, {0.8f, -0.6f}},
@@ -198,10 +160,10 @@ TEST(FreeVector, DirectionOfAProfile) {
     };
     KxPointCloud<KxPointXY> cloud;
     cloud.points = {{0, 0}, {1, 0}, {1, 3}, {1, 7}, {5, 0}};
-    for (const auto& c : cases) {
+    for (const auto& [desc, start, dir, len, isDone, expected] : cases) {
         KxFreeVector v(9, 9);
-        EXPECT_EQ(v.calcFromPointCloud(cloud, c.start, c.dir, c.len), c.isDone) << c.desc;
-        EXPECT_EQ(fields(v), fields(c.v)) << c.desc;
+        EXPECT_EQ(v.calcFromPointCloud(cloud, start, dir, len), isDone) << desc;
+        EXPECT_EQ(fields(v), fields(expected)) << desc;
     }
 }
 

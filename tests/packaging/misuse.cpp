@@ -38,6 +38,5 @@ int main() {
 #elif defined(ROTATE_XY_OF_XYZRGB)
     cloudXYZRGB.rotateXY(0);
 #endif
-    return cloudXY.size() + cloudXYZ.size() + cloudXYZRGB.size() + interpolant.count +
-           static_cast<int>(profiles.size());
+    return cloudXY.size() + cloudXYZ.size() + cloudXYZRGB.size() + interpolant.count + int(profiles.size());
 }
