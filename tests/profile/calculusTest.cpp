@@ -2,7 +2,6 @@
 
 #include <optional>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -27,8 +26,7 @@ Value plainCalcY(const Points& p, float x, float maxDistance) {
         }
     }
     const int left = std::clamp(segment, 0, n - 2);
-    KxPointXY a = p[left];
-    KxPointXY b = p[left + 1];
+    KxPointXY a = p[left], b = p[left + 1];
     const auto isTooFar = [&](float from, float to) { return std::abs(from - to) > maxDistance; };
     if (a.x == b.x) {
         return {isTooFar(a.x, x) ? kNaN : (a.y + b.y) * 0.5f, segment};
@@ -104,17 +102,14 @@ TEST(Calculus, DerivativeHoldsTheSlopeInX) {
 }
 
 TEST(Calculus, AHeightOfZeroHidesTheSignChange) {
-    const struct {
-        QList<float> heights;
-        QList<float> zeros;
-    } cases[] = {
+    const std::pair<QList<float>, QList<float>> cases[] = {
         {{-1, 2, -3}, {1, 2}}, {{-1, 0, 1}, {}},  {{-1, kNaN, 1}, {}}, {{1, -0.0f, -1}, {}},
         {{-kInf, kInf}, {1}},  {{1, 1, -1}, {2}}, {{1}, {}},           {{}, {}},
     };
-    for (const auto& c : cases) {
-        QList<float> xs(c.heights.size());
-        xs.resize(heights(c.heights).findZeros(xs.data()));
-        EXPECT_EQ(exact(xs), exact(c.zeros));
+    for (const auto& [ys, zeros] : cases) {
+        QList<float> xs(ys.size());
+        xs.resize(heights(ys).findZeros(xs.data()));
+        EXPECT_EQ(exact(xs), exact(zeros));
     }
 }
 
@@ -124,10 +119,7 @@ TEST(Calculus, CorrelationIsCarriedInDouble) {
     EXPECT_TRUE(std::isnan(profileOf({}).calcCorrelation()));
     EXPECT_TRUE(std::isnan(profileOf({{1, 2}, {2, 2}}).calcCorrelation()));
     // Sums in floats would lose the squares' last digits here: x is a thousand times its spread.
-    KxProfile far;
-    for (int i = 0; i < 1000; ++i) {
-        far.points.append(KxPointXY(100000.0f + static_cast<float>(i) * 0.125f, static_cast<float>(i % 2)));
-    }
+    KxProfile far = profileOf(pointsFor(1000, [](int i) { return at(100000.0 + i * 0.125, i % 2); }));
     EXPECT_NEAR(far.calcCorrelation(), std::sqrt(3.0) / 1000.0, 1e-6);
 }
 
@@ -141,8 +133,7 @@ TEST(Calculus, IntegralFollowsItsDefinition) {
             points.append(KxPointXY(x, static_cast<float>(nasty.below(100)) * 0.05f));
         }
         KxProfile profile = profileOf(points);
-        const int from = nasty.below(count);
-        const int to = nasty.below(count);
+        const int from = nasty.below(count), to = nasty.below(count);
         for (const bool plain : {false, true}) {
             ASSERT_EQ(exact(profile.integral(from, to, plain)), exact(plainIntegral(points, from, to, plain)));
         }
@@ -152,8 +143,7 @@ TEST(Calculus, IntegralFollowsItsDefinition) {
 
 TEST(Calculus, RefinedIntegralEndsWhereItCannotConverge) {
     const struct {
-        float x0, dx, y;
-        float expected, tolerance;
+        float x0, dx, y, expected, tolerance;
     } cases[] = {
         {0.0f, 0.001f, kNaN, 0.0f, 0.0f}, // no samples
         {0.0f, 0.001f, kInf, 0.0f, 0.0f},

@@ -2,7 +2,6 @@
 
 #include <deque>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -55,8 +54,7 @@ TEST(Cleaning, RemoveNoiseFollowsItsDefinition) {
 TEST(Cleaning, LevelsKeepOnlyWhatIsStrictlyBeyondTheLine) {
     // 0.1f * 3 + 0.7f is 1 in single precision; in double it is less.
     const Points points = {{3, 0.99999994f}, {3, 1}, {3, 1.0000001f}, {3, kNaN}, {kNaN, 0}, {kInf, 5}, {-kInf, 5}};
-    KxProfile low = profileOf(points);
-    KxProfile high = profileOf(points);
+    KxProfile low = profileOf(points), high = profileOf(points);
     low.removeHighLevel(KxLine(0.1f, 0.7f));
     high.removeLowLevel(KxLine(0.1f, 0.7f));
     expectPoints(low, {points[0], points[5]});

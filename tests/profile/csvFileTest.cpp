@@ -5,7 +5,6 @@
 
 #include <QtCore/QTextStream>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -62,10 +61,7 @@ TEST(CsvFile, ReadsWhatQtReads) {
         EXPECT_TRUE(std::isnan(profile.minX)); // emptied with clear(), which forgets the range
         return expected;
     };
-    const struct {
-        QByteArray text;
-        Points points; ///< of columns 0 and 1
-    } cases[] = {
+    const std::pair<QByteArray, Points> cases[] = {
         {"1.5;2.5\n1,5;2,5;7\n3\n4;", {{1.5f, 2.5f}, {1.5f, 2.5f}, {4, 0}}},
         {"1;2\r\n;4\r\n\r\n5;6", {{1, 2}, {0, 4}}}, // an empty line ends the data
         {"\n1;2\n", {}},
@@ -73,9 +69,16 @@ TEST(CsvFile, ReadsWhatQtReads) {
         {"x;y\n1.2.3;0x10\n1,234.5;- 1\n", {{0, 0}, {0, 0}, {0, 0}}},
         {"nan;-inf\n1e999;1e39\n1e-999;1e-46\n", {{kNaN, -kInf}, {kInf, kInf}, {0, 0}}},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(exact(check(c.text, 0, 1)), exact(c.points)) << c.text.constData();
-        EXPECT_TRUE(check(c.text, INT_MAX, 0).isEmpty());
+    for (const auto& [text, points] : cases) {
+        EXPECT_EQ(exact(check(text, 0, 1)), exact(points)) << text.constData();
+        EXPECT_TRUE(check(text, INT_MAX, 0).isEmpty());
+    }
+    const QByteArray whole = "1,5;2\n-3.25;4e1;9\r\n;nan\n7\n\n8;9\n";
+    for (qsizetype bit = 0; bit < 8 * whole.size() && !HasFailure(); ++bit) {
+        QByteArray damaged = whole;
+        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
+        check(damaged, 0, 1);
+        check(whole.first(bit / 8), 0, 1);
     }
     std::mt19937 random(2);
     const std::string alphabet = "0123456789012345;;;;..,,-+eE x\xff\n\n\r";

@@ -2,7 +2,6 @@
 
 #include <numeric>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -10,13 +9,11 @@ namespace {
 int plainCutPoint(const Points& p, qint64 w, float threshold) {
     const qint64 n = p.size();
     const auto sum = [&](qint64 from) {
-        return std::accumulate(p.begin() + from, p.begin() + from + w, 0.0f,
-                               [](float s, const KxPointXY& q) { return s + q.y; });
+        return std::accumulate(p.begin() + from, p.begin() + from + w, 0.0f, [](float s, auto& q) { return s + q.y; });
     };
     const auto difference = [&](qint64 c) { return sum(c + 1) - sum(c - w); };
     for (qint64 c = w + 1; w > 0 && c < n - w - 2; ++c) {
-        const float left = difference(c - 1);
-        const float right = difference(c + 1);
+        const float left = difference(c - 1), right = difference(c + 1);
         if ((left > threshold && right < -threshold) || (left < -threshold && right > threshold)) {
             return static_cast<int>(c);
         }
@@ -64,8 +61,7 @@ TEST(CutPoints, SearchesFollowTheirDefinitions) {
 TEST(CutPoints, IndicesAfterTheFirstLagByOne) {
     QList<float> ridges(100, 0.0f);
     ridges[20] = ridges[50] = ridges[80] = 10.0f;
-    KxProfile profile = heights(ridges);
-    KxProfile cutPoints;
+    KxProfile profile = heights(ridges), cutPoints;
     QList<int> indices;
     EXPECT_EQ(profile.detectCutPoints(cutPoints, indices, 3, 9.0f), 3);
     EXPECT_EQ(indices, (QList<int>{20, 49, 79}));

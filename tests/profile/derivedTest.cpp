@@ -1,7 +1,6 @@
 // Profiles made from others: level runs, differences, straight pieces, the view from above.
 #include "profileSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -21,13 +20,9 @@ Points plainRun(const Points& p, qsizetype i, int direction, float height, float
 TEST(LineSegment, FollowsTheLevelOnBothSides) {
     int found = 0;
     forNasty(131, 4000, [&](Nasty& nasty) {
-        Points points;
-        for (int i = 0, count = nasty.size(20); i < count; ++i) {
-            const float y = nasty.chance(8) ? kNaN : 0.5f * static_cast<float>(nasty.below(4));
-            points.append(KxPointXY(static_cast<float>(i), y));
-        }
-        KxProfile profile = profileOf(points);
-        KxProfile out = profileOf({{7, 7}});
+        const Points points = pointsFor(
+            nasty.size(20), [&](int i) { return at(i, nasty.chance(8) ? std::nan("") : 0.5 * nasty.below(4)); });
+        KxProfile profile = profileOf(points), out = profileOf({{7, 7}});
         const float x = nasty.chance(2) ? kNaN : 0.5f * static_cast<float>(nasty.below(44) - 2);
         const float maxStep = 0.5f * static_cast<float>(nasty.below(3));
         const int maxMisses = nasty.pick(std::array{1, 2, 3, 30, 0, -3});
@@ -54,8 +49,7 @@ TEST(LineSegment, FollowsTheLevelOnBothSides) {
     });
     EXPECT_GT(found, 250);
     // Of points with one x the first is the start, and both sides join there.
-    KxProfile steps = profileOf({{1, 1}, {2, 1.1f}, {2, 9}, {3, 1.2f}});
-    KxProfile out;
+    KxProfile steps = profileOf({{1, 1}, {2, 1.1f}, {2, 9}, {3, 1.2f}}), out;
     EXPECT_TRUE(steps.calcLineSegment(2.0f, 0.5f, 2, out, kNaN, kNaN, kNaN, kNaN));
     EXPECT_EQ(exact(out.points), exact(Points{{1, 1}, {2, 1.1f}, {3, 1.2f}}));
 }
@@ -87,8 +81,7 @@ TEST(ProfileDistance, WritesDifferencesAndBlockSums) {
         const Points points = nastyPoints(nasty, 60);
         const Points others =
             nasty.points<KxPointXY>(std::max(0, static_cast<int>(points.size()) + nasty.below(3) - 1));
-        KxProfile minuend = profileOf(points);
-        KxProfile subtrahend = profileOf(others);
+        KxProfile minuend = profileOf(points), subtrahend = profileOf(others);
         Points expected = nasty.points<KxPointXY>(minuend.size() + nasty.below(7));
         KxProfile out = profileOf(expected);
         const int window = nastyWindow(nasty, minuend.size());
@@ -150,8 +143,7 @@ TEST(StraightPieces, BlocksAreWideInMillimetres) {
             const auto start = std::find_if(in.begin(), in.end(), isFinite) - in.begin();
             qsizetype written = 0;
             for (qsizetype i = start, next = start + 1; width > 0.0f && next < in.size(); ++next) {
-                const KxPointXY p = in[i];
-                const KxPointXY q = in[next];
+                const KxPointXY p = in[i], q = in[next];
                 if (isFinite(q) && std::abs(q.x - p.x) >= width) {
                     std::copy(in.begin() + written, in.begin() + i, out.begin() + written); // missing at first
                     writeOnChord(in, out, i, next, p, q);
@@ -159,13 +151,11 @@ TEST(StraightPieces, BlocksAreWideInMillimetres) {
                 }
             }
         });
-    const struct {
-        Points points;
-        int written;
-    } cases[] = {{{{0, 0}, {1, 1}, {2, 1}, {3, 1}}, 2}, {{{2, 0}, {0, 1}}, 1}, {{{0, 0}, {1.9f, 1}}, 0}, {{}, 0}};
-    for (const auto& c : cases) {
-        KxProfile profile = profileOf(c.points);
-        EXPECT_EQ(profile.addLineSegmentsWithMMWindow(profile, 2.0f), c.written);
+    const std::pair<Points, int> cases[] = {
+        {{{0, 0}, {1, 1}, {2, 1}, {3, 1}}, 2}, {{{2, 0}, {0, 1}}, 1}, {{{0, 0}, {1.9f, 1}}, 0}, {{}, 0}};
+    for (const auto& [points, written] : cases) {
+        KxProfile profile = profileOf(points);
+        EXPECT_EQ(profile.addLineSegmentsWithMMWindow(profile, 2.0f), written);
     }
 }
 

@@ -1,6 +1,5 @@
 #include "profileSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -10,10 +9,9 @@ struct PlainSpline {
     QList<float> x, coeffs;
 
     static float slopeOfParabola(float t, const KxPointXY& p0, const KxPointXY& p1, const KxPointXY& p2) {
-        const double dx1 = static_cast<double>(p1.x - p0.x);
-        const double dx2 = static_cast<double>(p2.x - p0.x);
-        const double dy1 = static_cast<double>(p1.y) - static_cast<double>(p0.y);
-        const double dy2 = static_cast<double>(p2.y) - static_cast<double>(p0.y);
+        const double dx1 = static_cast<double>(p1.x - p0.x), dx2 = static_cast<double>(p2.x - p0.x);
+        const double dy1 = static_cast<double>(p1.y) - static_cast<double>(p0.y),
+                     dy2 = static_cast<double>(p2.y) - static_cast<double>(p0.y);
         const auto a = static_cast<double>(static_cast<float>((dy2 - dx2 / dx1 * dy1) / (dx2 * dx2 - dx2 * dx1)));
         const auto b = static_cast<double>(static_cast<float>((dy1 - a * (dx1 * dx1)) / dx1));
         return static_cast<float>(b + 2.0 * a * (static_cast<double>(t) - static_cast<double>(p0.x)));
@@ -86,8 +84,7 @@ struct PlainSpline {
 
     /// A step that does not take forever: a share of the range of the knots.
     float someStep(Nasty& nasty) const {
-        const float range = x.back() - x.front();
-        const float share = static_cast<float>(1 + nasty.below(100)) * 0.01f;
+        const float range = x.back() - x.front(), share = static_cast<float>(1 + nasty.below(100)) * 0.01f;
         return std::isfinite(range) && range > 0.0f ? range * share * share : kInf;
     }
 };
@@ -142,8 +139,7 @@ TEST(Interpolant, InterpolateReplacesThePointsBySamples) {
 }
 
 TEST(Interpolant, EdgesAndRefusals) {
-    KxProfile two = profileOf({{0, 0}, {1, 1}});
-    KxProfile line = profileOf({{2, 2}, {0, 0}, {1, 1}});
+    KxProfile two = profileOf({{0, 0}, {1, 1}}), line = profileOf({{2, 2}, {0, 0}, {1, 1}});
     KxInterpolant spline(two, Akima);
     KxProfile out = profileOf({{7, 7}});
     EXPECT_EQ(spline.generatePointCloud(out, 0.5f, kNaN, kNaN), 0);

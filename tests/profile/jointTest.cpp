@@ -1,7 +1,6 @@
 // The joint between two plates, on simulated profiles.
 #include "profileSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -10,15 +9,13 @@ enum class Bottom { Missing, NaN, Flat, Rough, Slope };
 
 struct Scene {
     float gap = 0.0f; // mm
-    float step = 0.0f;
-    float spacing = 0.1f;
+    float step = 0.0f, spacing = 0.1f;
     float tilt = 0.0f; // of both plates
     float rightTilt = 0.0f; // added to the right one, about its edge
     float jointX = 0.0f; // where the left plate ends
     float length = 50.0f; // of the profile, from -length / 2
     Bottom bottom = Bottom::Missing;
-    int missingPercent = 0;
-    int spikePercent = 0;
+    int missingPercent = 0, spikePercent = 0;
 
     float rightX() const { return jointX + gap; }
     float heightAt(float x) const {
@@ -50,10 +47,7 @@ KxProfile scan(const Scene& scene, unsigned seed) {
 }
 
 void expectJoint(const Scene& scene, unsigned seed) {
-    SCOPED_TRACE(testing::Message() << "gap " << scene.gap << ", step " << scene.step << ", spacing " << scene.spacing
-                                    << ", tilt " << scene.tilt << " + " << scene.rightTilt << ", at " << scene.jointX
-                                    << ", bottom " << static_cast<int>(scene.bottom) << ", missing "
-                                    << scene.missingPercent << ", seed " << seed);
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
     KxProfile profile = scan(scene, seed);
     const Points before = profile.points;
     KxPointCloud<KxPointXY> joint;

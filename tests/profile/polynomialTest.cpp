@@ -2,7 +2,6 @@
 
 #include <vector>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -67,8 +66,7 @@ TEST(Polynomial, FitFollowsItsDefinition) {
         ASSERT_EQ(isFitted, plainCoefficients(points, degree, plain)) << degree;
         expectPoints(profile, points);
         if (isFitted) {
-            EXPECT_EQ(exact(QList<double>(coeffs.begin(), coeffs.end())),
-                      exact(QList<double>(plain.begin(), plain.end())));
+            EXPECT_EQ(exact(QList(coeffs.begin(), coeffs.end())), exact(QList(plain.begin(), plain.end())));
             for (KxPointXY& p : points) {
                 double y = 0.0;
                 for (unsigned k = 0; k <= degree; ++k) {
@@ -91,8 +89,7 @@ TEST(Polynomial, RefusesWhatHasNoCoefficients) {
         EXPECT_FALSE(two.polynomFit(degree)) << degree;
     }
     EXPECT_FALSE(profileOf({}).calcPolynomCoeffs(50, coeffs) || profileOf({}).polynomFit(0));
-    EXPECT_TRUE(two.calcPolynomCoeffs(1, coeffs) && two.polynomFit(1));
-    EXPECT_TRUE(coeffs[0] == -1.0 && coeffs[1] == 3.0);
+    EXPECT_TRUE(two.calcPolynomCoeffs(1, coeffs) && two.polynomFit(1) && coeffs[0] == -1.0 && coeffs[1] == 3.0);
     expectPoints(two, {{1, 2}, {2, 5}});
 }
 

@@ -6,30 +6,28 @@
 namespace testing_support {
 
 /// A profile whose cached range is marked, so that a change shows.
-inline KxMath::KxProfile profileOf(const Points& points) {
-    KxMath::KxProfile profile;
+inline KxProfile profileOf(const Points& points) {
+    KxProfile profile;
     profile.points = points;
     setRange(profile, 100.0f);
     return profile;
 }
 
 /// A profile with points at x = 0, 1, 2 ...
-inline KxMath::KxProfile heights(const QList<float>& ys) {
-    KxMath::KxProfile profile;
-    for (const float y : ys) {
-        profile.points.append(KxMath::KxPointXY(static_cast<float>(profile.size()), y));
-    }
+inline KxProfile heights(const QList<float>& ys) {
+    KxProfile profile;
+    profile.points =
+        pointsFor(static_cast<int>(ys.size()), [&](int i) { return KxPointXY(static_cast<float>(i), ys[i]); });
     return profile;
 }
 
 inline Points nastyPoints(Nasty& nasty, int max = 300) {
-    return nasty.points<KxMath::KxPointXY>(nasty.size(max));
+    return nasty.points<KxPointXY>(nasty.size(max));
 }
 
 /// A window that fits `count` points, or one that does not: none, negative, too long.
 inline int nastyWindow(Nasty& nasty, int count) {
-    const int some = 1 + nasty.below(std::max(1, count));
-    const int few = 1 + some / 8;
+    const int some = 1 + nasty.below(std::max(1, count)), few = 1 + some / 8;
     return nasty.pick(
         std::array{some, some, few, few, count - 2, count - 1, count, count + 1, 0, -1, INT_MIN, INT_MAX});
 }
@@ -40,7 +38,7 @@ inline float nastyLimit(Nasty& nasty) {
 }
 
 /// Expects the points bit by bit, and the range of profileOf().
-inline void expectPoints(KxMath::KxProfile& profile, const Points& expected) {
+inline void expectPoints(KxProfile& profile, const Points& expected) {
     EXPECT_EQ(exact(profile.points), exact(expected));
     EXPECT_EQ(exactRange(profile), exactRange(profileOf({})));
 }
@@ -51,7 +49,7 @@ template <typename Filter, typename Plain>
 void compareFilters(int maxPoints, Filter filter, Plain plain) {
     forNasty(31, 1500, [&](Nasty& nasty) {
         Points points = nastyPoints(nasty, maxPoints);
-        KxMath::KxProfile receiver = profileOf(points);
+        KxProfile receiver = profileOf(points);
         const int window = nastyWindow(nasty, receiver.size());
         const float limit = nastyLimit(nasty);
         SCOPED_TRACE(testing::Message() << "window " << window << " limit " << limit);
@@ -61,7 +59,7 @@ void compareFilters(int maxPoints, Filter filter, Plain plain) {
         } else {
             Points target = nasty.chance(50) ? points : nastyPoints(nasty, 3);
             target.resize(std::max(target.size(), points.size()));
-            KxMath::KxProfile out = profileOf(target);
+            KxProfile out = profileOf(target);
             filter(receiver, out, window, limit);
             plain(points, target, window, limit);
             expectPoints(out, target);

@@ -2,7 +2,6 @@
 
 #include <QtCore/QRectF>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -28,12 +27,11 @@ TEST(Profile, RangeAndItsIndicesFollowTheirDefinition) {
             plainExtreme(points, &KxPointXY::x, true), plainExtreme(points, &KxPointXY::x, false),
             plainExtreme(points, &KxPointXY::y, true), plainExtreme(points, &KxPointXY::y, false)};
         EXPECT_EQ(QList<int>(at, at + 4), expected);
-        const ExactList range = {exact(points[at[0]].x), exact(points[at[1]].x), exact(points[at[2]].y),
-                                 exact(points[at[3]].y)};
-        EXPECT_EQ(exact(QList<float>{minX, maxX, minY, maxY}), range);
+        const ExactList range = exact(points[at[0]].x, points[at[1]].x, points[at[2]].y, points[at[3]].y);
+        EXPECT_EQ(exact(minX, maxX, minY, maxY), range);
         expectPoints(profile, points); // the cached range is not touched
         ASSERT_TRUE(profile.calcRange());
-        EXPECT_EQ(exact(QList<float>{profile.minX, profile.maxX, profile.minY, profile.maxY}), range);
+        EXPECT_EQ(exact(profile.minX, profile.maxX, profile.minY, profile.maxY), range);
     });
 }
 
@@ -86,8 +84,7 @@ TEST(Profile, BuffersAreAppendedAndCopiesAreDeep) {
     const Points points = {{1, 2}, {kNaN, -0.0f}, {1, 2}};
     EXPECT_TRUE(std::isnan(profile.minX));
     setRange(profile, 100.0f);
-    KxProfile copy(profile);
-    KxProfile assigned = heights({9});
+    KxProfile copy(profile), assigned = heights({9});
     EXPECT_EQ(&(assigned = profile), &assigned);
     profile.points[0].x = 7.0f;
     expectPoints(copy, points);

@@ -1,6 +1,5 @@
 #include "profileSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {

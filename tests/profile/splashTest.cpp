@@ -1,6 +1,5 @@
 #include "profileSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -115,8 +114,7 @@ Points arc(Nasty& nasty) {
     for (int i = 0, count = nasty.size(80); i < count; ++i) {
         const double angle = (nasty.chance(50) ? i : nasty.below(1000)) * 0.01;
         const double radius = nasty.chance(8) ? 50.0 + nasty.below(10) : 50.0 + nasty.below(100) * 1e-3;
-        const auto x = static_cast<float>(3.0 + radius * std::cos(angle));
-        points.append(KxPointXY(x, static_cast<float>(-4.0 + radius * std::sin(angle))));
+        points.append(at(3.0 + radius * std::cos(angle), -4.0 + radius * std::sin(angle)));
     }
     return points;
 }
@@ -126,8 +124,7 @@ TEST(Splash, FilterFollowsItsDefinition) {
     forNasty(41, 4000, [&](Nasty& nasty) {
         Points points = nastyPoints(nasty, 100);
         KxProfile out = profileOf(points);
-        const float threshold = nastyLimit(nasty);
-        const float maxWidth = nastyLimit(nasty);
+        const float threshold = nastyLimit(nasty), maxWidth = nastyLimit(nasty);
         const bool isChanged = out.splashFilter(out, threshold, maxWidth);
         ASSERT_EQ(isChanged, plainSplashFilter(points, threshold, maxWidth)) << threshold << ' ' << maxWidth;
         expectPoints(out, points);
@@ -140,8 +137,7 @@ TEST(Splash, PolarFiltersFollowTheirDefinitions) {
     int changed = 0;
     forNasty(42, 1200, [&](Nasty& nasty) {
         const Points points = nasty.chance(60) ? arc(nasty) : nastyPoints(nasty, 40);
-        KxProfile plain = profileOf(points);
-        KxProfile out = profileOf(points);
+        KxProfile plain = profileOf(points), out = profileOf(points);
         if (nasty.chance(50)) {
             const float threshold = nasty.pick(std::array{0.5f, 1.0f, nastyLimit(nasty)});
             const float maxWidth = nasty.pick(std::array{1.5f, 5.0f, nastyLimit(nasty)});
