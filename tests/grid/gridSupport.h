@@ -6,28 +6,27 @@
 namespace testing_support {
 
 using Heights = QList<QList<float>>;
-using SpaceCloud = KxMath::KxPointCloud<KxMath::KxPointXYZ>;
+using SpaceCloud = KxPointCloud<KxPointXYZ>;
 
-inline ExactList exact(const KxMath::KxProfileZSet& set) {
+inline ExactList exact(const KxProfileZSet& set) {
     ExactList all;
-    for (const KxMath::KxProfileZ& profile : set.profiles) {
+    for (const KxProfileZ& profile : set.profiles) {
         append(all, exact(profile.points.size(), profile.z, profile.points));
     }
     return all;
 }
 
-inline ExactList exact(const QList<QList<KxMath::HistoCell>>& rows) {
+inline ExactList exact(const QList<QList<HistoCell>>& rows) {
     ExactList all;
-    for (const QList<KxMath::HistoCell>& row : rows) {
-        for (const KxMath::HistoCell& cell : row) {
-            append(all,
-                   exact(cell.mean, cell.firstColumn, cell.column, cell.firstRow, cell.row, cell.visited, cell.taken));
+    for (const QList<HistoCell>& row : rows) {
+        for (const HistoCell& c : row) {
+            append(all, exact(c.mean, c.firstColumn, c.column, c.firstRow, c.row, c.visited, c.taken));
         }
     }
     return all;
 }
 
-inline Heights heightsOf(const KxMath::KxMatrixCloud& matrix) {
+inline Heights heightsOf(const KxMatrixCloud& matrix) {
     Heights heights;
     for (int r = 0; r < matrix.rows; ++r) {
         heights.append(QList<float>(matrix.cells[r], matrix.cells[r] + matrix.columns));
@@ -36,7 +35,7 @@ inline Heights heightsOf(const KxMath::KxMatrixCloud& matrix) {
 }
 
 /// Fills a matrix; all rows have the same length.
-inline void fill(KxMath::KxMatrixCloud& matrix, const Heights& heights, float step = 1.0f) {
+inline void fill(KxMatrixCloud& matrix, const Heights& heights, float step = 1.0f) {
     const qsizetype columns = heights.isEmpty() ? 0 : heights[0].size();
     if (!matrix.initMatrix(static_cast<int>(columns), static_cast<int>(heights.size()), step, 0, 0, 0, 0, 0, 0)) {
         qFatal("no memory for a matrix of a test");
@@ -55,16 +54,16 @@ inline Heights nastyHeights(Nasty& nasty, int maxSide) {
     return heights;
 }
 
-inline KxMath::KxProfileZ profileAt(float z, const QList<KxMath::KxPointXY>& points) {
-    KxMath::KxProfileZ profile(z);
+inline KxProfileZ profileAt(float z, const QList<KxPointXY>& points) {
+    KxProfileZ profile(z);
     profile.points = points;
     return profile;
 }
 
-inline KxMath::KxProfileZSet nastySet(Nasty& nasty, int maxProfiles) {
-    KxMath::KxProfileZSet set;
+inline KxProfileZSet nastySet(Nasty& nasty, int maxProfiles) {
+    KxProfileZSet set;
     for (int i = nasty.size(maxProfiles); i > 0; --i) {
-        set.profiles.append(profileAt(nasty.value(), nasty.points<KxMath::KxPointXY>(nasty.size(40))));
+        set.profiles.append(profileAt(nasty.value(), nasty.points<KxPointXY>(nasty.size(40))));
     }
     return set;
 }

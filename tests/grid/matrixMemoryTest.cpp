@@ -24,7 +24,6 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     }
 }
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {

@@ -1,6 +1,5 @@
 #include "gridSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {

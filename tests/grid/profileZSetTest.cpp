@@ -1,7 +1,6 @@
 #include "gridSupport.h"
 #include "support/tempFiles.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -34,8 +33,7 @@ TEST(ProfileZSet, CopiesShareUntilOneOfThemWrites) {
         assigned.profiles.append(KxProfileZ(3));
         assigned = original;
         write(original);
-        EXPECT_EQ(exact(assigned), before);
-        EXPECT_EQ(assigned.stepZ, 1.0f);
+        EXPECT_TRUE(exact(assigned) == before && assigned.stepZ == 1.0f);
         original = assigned;
     }
 }
@@ -44,9 +42,7 @@ TEST(ProfileZSet, RangeAndMeanOfSets) {
     KxProfileZSet set;
     EXPECT_EQ(exactRange(set), ExactList(6, exact(kNaN)));
     EXPECT_EQ(set.calcAverageY(), 0.0f);
-    set.minX = 5;
-    set.minZ = 7;
-    set.maxZ = 8;
+    set.minX = 5, set.minZ = 7, set.maxZ = 8;
     set.calcRange(); // an empty set is left as it is
     EXPECT_EQ(set.minX, 5.0f);
 
@@ -103,8 +99,7 @@ TEST(ProfileZSet, PositionsAreRoundedOnce) {
     EXPECT_EQ(set.getRange(-kInf, kInf, set), 0); // its own range: emptied first
 }
 
-/// Step by step, with a removal for each point that goes. What is found deliberately stays for the next profile, every
-/// second point goes, and the assignment appends.
+/// What is found deliberately stays for the next profile, every second point goes, and the assignment appends.
 void clearEdgesPlainly(QList<KxProfileZ>& profiles) {
     if (profiles.isEmpty() || profiles[0].points.isEmpty()) {
         return;
@@ -140,8 +135,7 @@ void clearEdgesPlainly(QList<KxProfileZ>& profiles) {
 
 TEST(ProfileZSet, EdgeClearingEqualsThePlainDefinition) {
     forNasty(41, 2000, [&](Nasty& nasty) {
-        KxProfileZSet set = nastySet(nasty, 6);
-        KxProfileZSet expected = set;
+        KxProfileZSet set = nastySet(nasty, 6), expected = set;
         clearEdgesPlainly(expected.profiles);
         set.clearEdgeEffect();
         ASSERT_EQ(exact(set), exact(expected));

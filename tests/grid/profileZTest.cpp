@@ -1,7 +1,6 @@
 #include "gridSupport.h"
 #include "support/tempFiles.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {

@@ -1,6 +1,5 @@
 #include "gridSupport.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -32,8 +31,7 @@ struct PlainSearch {
         const float mean = rows[row][column].mean;
         const bool isDescending = !std::isnan(maxDrop) && refMean - mean >= maxDrop;
         for (const auto& [dr, dc] : {std::pair(0, -1), std::pair(0, 1), std::pair(-1, 0), std::pair(1, 0)}) {
-            const int r = row + dr;
-            const int c = column + dc;
+            const int r = row + dr, c = column + dc;
             if (r < 0 || r >= rows.size() || c < 0 || c >= rows[r].size() || rows[r][c].visited) {
                 continue;
             }
