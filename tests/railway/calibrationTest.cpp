@@ -4,7 +4,6 @@
 
 #include <numbers>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -70,8 +69,7 @@ struct Case {
                                     {p, 0, 0, 0},      {1.75 * p, t / 2, 0.75 * p * object.slope, t / 2 * object.slope},
                                     {2.5 * p, t, 0, 0}};
         QList<QPointF> apexes;
-        const kxsim::Vec3 u = pose.u();
-        const kxsim::Vec3 v = pose.v();
+        const kxsim::Vec3 u = pose.u(), v = pose.v();
         for (const auto& [z, k, d, e] : lines) {
             // origin + px u + py v on both planes up Z - k X = z and Y - facing e X = crestY + facing d.
             const double a = up * u.z - k * u.x, b = up * v.z - k * v.x;
@@ -98,8 +96,7 @@ TEST(Calibration, FindsPosesInViewAndIsNeverWrong) {
                 kxsim::offsetPose(nominal, placement, i % 3 * 10 - 10, i / 3 % 3 * 10 - 10, i / 9 * 10 - 10, offset);
             const kxsim::CalibrationTrial trial = kxsim::tryCalibration(object, placement, pose, {}, random);
             const bool isRight = trial.isDone && trial.angleError <= 0.1 && trial.pointError <= 0.3;
-            EXPECT_EQ(trial.isDone, isRight) << "placement " << placement << ", pose " << i << ": " << trial.angleError
-                                             << " degrees, " << trial.pointError << " mm";
+            EXPECT_EQ(trial.isDone, isRight) << placement << ", pose " << i << ": off by " << trial.pointError << " mm";
             inView += trial.isInView ? 1 : 0;
             right += trial.isInView && isRight ? 1 : 0;
         }
@@ -124,11 +121,9 @@ TEST(Calibration, FoldsByThePlacement) {
         EXPECT_EQ(c.coord.beta > 2.5f, isTurned); // 225 degrees, or 45
         EXPECT_EQ(c.coord.gamma > kTurn / 2, isMirrored); // 333 degrees, or 27
         EXPECT_NEAR(c.coord.alpha, isMirrored ? kTurn : 0, 0.001f);
-        EXPECT_EQ(c.coord.position, placement);
-        EXPECT_EQ(c.dbg.apexCount, 7);
+        EXPECT_TRUE(c.coord.position == placement && c.dbg.apexCount == 7);
         EXPECT_NEAR(c.dbg.value0, 0.02f, 0.01f); // the noise
-        EXPECT_LT(c.dbg.value1, 0.025f);
-        EXPECT_FALSE(std::isnan(c.dbg.lineK[7]));
+        EXPECT_TRUE(c.dbg.value1 < 0.025f && !std::isnan(c.dbg.lineK[7]));
 
         // Neither the order of the points nor a missing record of what was found makes a difference.
         const _KxMETRO_SensorCoord_ before = c.coord;
@@ -282,9 +277,7 @@ TEST(Calibration, ReportsWhatItFoundWhateverTheNumber) {
         }
     }
     c.apexes.clear();
-    for (int i = 0; i < 1600; ++i) { // 15 teeth
-        c.profile.points.append(KxPointXY(static_cast<float>(i), static_cast<float>(std::abs(i % 100 - 50))));
-    }
+    c.profile.points = pointsFor(1600, [](int i) { return at(i, std::abs(i % 100 - 50)); }); // 15 teeth
     c.expectRefusal();
     EXPECT_EQ(c.dbg.apexCount, 10);
     for (int i = 0; i <= 10; ++i) {

@@ -6,14 +6,12 @@
 
 namespace {
 
-using namespace KxMath;
 using namespace testing_support;
 
 /// Two cones on round rails.
 struct WheelSet {
     KxProfile wheel1, wheel2, rail1, rail2;
-    float radius1 = 460, radius2 = 460;
-    float railDistance = 1442, wheelDistance = 1360;
+    float radius1 = 460, radius2 = 460, railDistance = 1442, wheelDistance = 1360;
     unsigned int amplitudes = 100;
     float edgeMargin = 0.001f;
 
@@ -68,7 +66,7 @@ TEST(Conicity, OfConesIsTheirSlope) {
         ASSERT_EQ(contact.size(), 2);
         EXPECT_NEAR(contact.points[0].x, contact.points[1].x, 0.2f);
         EXPECT_NEAR(std::abs(r.slope2.points[0].y), slope, 0.01f);
-        EXPECT_EQ(r.deltaR.size(), static_cast<int>(r.contacts1.size()));
+        EXPECT_EQ(r.deltaR.size(), int(r.contacts1.size()));
         ASSERT_EQ(r.placed.size(), 4u);
         EXPECT_FLOAT_EQ(r.placed[2]->points.first().x, 5.0f) << "second flange back, for display";
     }
@@ -80,24 +78,20 @@ TEST(Conicity, KeepsItsSymmetries) {
     set.wheel2.points.remove(0, set.wheel1.points.size());
     Result r(set);
     ASSERT_GT(r.count, 20);
-    const struct {
-        const char* what;
-        void (*change)(WheelSet&);
-        float sign;
-    } kCases[] = {
+    const std::tuple<const char*, void (*)(WheelSet&), float> kCases[] = {
         {"sides exchanged",
          [](WheelSet& s) { s.wheel1.points.swap(s.wheel2.points), s.rail1.points.swap(s.rail2.points); }, -1},
         {"profiles shifted", [](WheelSet& s) { s.wheel1.shift(300, -20, 0), s.rail2.shift(-50, 7, 0); }, 1},
         {"other equal radii", [](WheelSet& s) { s.radius1 = s.radius2 = 300.0f; }, 1},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [what, change, sign] : kCases) {
+        SCOPED_TRACE(what);
         WheelSet changed(set);
-        c.change(changed);
+        change(changed);
         Result other(changed);
         ASSERT_GT(other.count, 20);
         EXPECT_NEAR(valueAt(other.conicity, 3.0f), valueAt(r.conicity, 3.0f), 0.002f);
-        EXPECT_NEAR(valueAt(other.deltaR, c.sign * 2.0f), c.sign * valueAt(r.deltaR, 2.0f), 0.03f);
+        EXPECT_NEAR(valueAt(other.deltaR, sign * 2.0f), sign * valueAt(r.deltaR, 2.0f), 0.03f);
     }
     WheelSet wide(set), narrow(set);
     wide.railDistance += 4.0f;
@@ -114,7 +108,7 @@ void conicityByDefinition(KxProfile& deltaR, unsigned int amplitudeCount, float 
     for (double e = 0.001; centre < 0; e *= 1.25) {
         for (int i = 0; i < d.size(); ++i) {
             int candidate = -1;
-            if (static_cast<double>(std::abs(d[i].y)) <= e) {
+            if (double(std::abs(d[i].y)) <= e) {
                 candidate = i;
             } else if (i + 1 < d.size() && ((d[i].y > 0 && d[i + 1].y < 0) || (d[i].y < 0 && d[i + 1].y > 0))) {
                 candidate = std::abs(d[i + 1].y) < std::abs(d[i].y) ? i + 1 : i;
@@ -151,7 +145,7 @@ void conicityByDefinition(KxProfile& deltaR, unsigned int amplitudeCount, float 
     for (int j = 1; j < level.size(); ++j) {
         start = std::abs(level.points[j].x - 1.0f) < std::abs(level.points[start].x - 1.0f) ? j : start;
     }
-    const int step = std::max(1, static_cast<int>(std::ceil(double(level.size() - start) / double(amplitudeCount))));
+    const int step = std::max(1, int(std::ceil(double(level.size() - start) / double(amplitudeCount))));
     for (int n = start; n < level.size(); n += step) {
         KxProfile well;
         for (int m = 0; m <= n; ++m) {
@@ -168,10 +162,10 @@ void conicityByDefinition(KxProfile& deltaR, unsigned int amplitudeCount, float 
         well.sort(KxSortAscending, KxSortAscending);
         well.removeDuplicates();
         for (KxPointXY& p : well.points) {
-            p.y = static_cast<float>(1.0 / std::sqrt(double(level.points[n].y) - double(p.y)));
+            p.y = float(1.0 / std::sqrt(double(level.points[n].y) - double(p.y)));
         }
-        const double ratio = static_cast<double>(3.1415927f) / double(well.integral(1, well.size() - 2, true));
-        conicity.points.append(KxPointXY(level.points[n].x, static_cast<float>(ratio * ratio)));
+        const double ratio = double(3.1415927f) / double(well.integral(1, well.size() - 2, true));
+        conicity.points.append(KxPointXY(level.points[n].x, float(ratio * ratio)));
     }
 }
 
@@ -186,7 +180,7 @@ TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
         if (round >= 4) { // measured profiles: contact points jump, the potential need not rise
             for (KxProfile* const p : {&set.wheel1, &set.wheel2, &set.rail1, &set.rail2}) {
                 for (KxPointXY& point : p->points) {
-                    point.y += noise(random) * static_cast<float>(round - 3);
+                    point.y += noise(random) * float(round - 3);
                 }
             }
         }
@@ -205,7 +199,7 @@ TEST(Conicity, HasAsManyPointsAsAmplitudesAreAskedFor) {
         set.amplitudes = amplitudes;
         Result r(set);
         EXPECT_GT(r.deltaR.size(), 20);
-        ASSERT_EQ(r.count, static_cast<int>(amplitudes));
+        ASSERT_EQ(r.count, int(amplitudes));
         EXPECT_TRUE(r.count == 0 || std::abs(r.conicity.points[0].x - 1.0f) <= 0.011f);
     }
 }

@@ -1,6 +1,5 @@
 // Defects: one profile, and the wheel files of a train.
 #include "railway/workingFolder.h"
-#include "support/testing.h"
 
 #include <poll.h>
 #include <sys/inotify.h>
@@ -8,7 +7,6 @@
 
 #include <thread>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -18,9 +16,7 @@ constexpr unsigned char kUnmarked = 0xAA;
 /// A straight profile about x = 0 and `spikes` points of it `height` off.
 KxProfile tread(int spikes, float height) {
     KxProfile p;
-    for (int i = 0; i <= 1000; ++i) {
-        p.points.append(KxPointXY(static_cast<float>(i - 500) * 0.002f, 100.0f));
-    }
+    p.points = pointsFor(1001, [](int i) { return at((i - 500) * 0.002, 100); });
     for (int i = 1; i <= spikes; ++i) {
         p.points[i * 80].y += height;
     }
@@ -74,9 +70,7 @@ TEST(WheelDefect, CountsPointsOffTheFit) {
 
 TEST(WheelDefect, ADeviationThatEqualsTheLimitDoesNotCount) {
     KxProfile p;
-    for (int i = 0; i < 200; ++i) {
-        p.points.append(KxPointXY(static_cast<float>(i) * 0.01f - 1.0f, std::sin(static_cast<float>(i * i))));
-    }
+    p.points = pointsFor(200, [](int i) { return at(i * 0.01 - 1, std::sin(i * i)); });
     KxProfile fitted = p;
     ASSERT_TRUE(fitted.polynomFit(20));
     QList<float> deviations;
@@ -115,9 +109,7 @@ TEST(DefectsInTrain, MarksOfTheSensorAndFailures) {
     for (const auto& c : kCases) {
         SCOPED_TRACE(&c - kCases);
         WorkingFolder folder;
-        for (const char* const directory : {"a_7", "a_8"}) {
-            QDir().mkdir(directory);
-        }
+        EXPECT_TRUE(QDir().mkdir("a_7") && QDir().mkdir("a_8"));
         KxProfile p = tread(0, 0);
         p.writeToFile(QStringLiteral("a_7/01_01.bin"));
         SettingsTable values = c.more;
@@ -127,24 +119,16 @@ TEST(DefectsInTrain, MarksOfTheSensorAndFailures) {
         const auto marksOf = [](int zeros) {
             return QByteArray(zeros, '\0') + QByteArray(4 - zeros, static_cast<char>(kUnmarked));
         };
-        QByteArray low = marksOf(0);
-        QByteArray high = low;
-        EXPECT_EQ(METRO_detectDefectsInTrain(c.recording, folder.settings(values).get(),
-                                             reinterpret_cast<unsigned char*>(low.data()),
-                                             reinterpret_cast<unsigned char*>(high.data()), c.wheels),
-                  c.isDone);
-        EXPECT_EQ(low, marksOf(c.low));
-        EXPECT_EQ(high, marksOf(c.high));
+        QByteArray low = marksOf(0), high = low;
+        const auto marks = [](QByteArray& bytes) { return reinterpret_cast<unsigned char*>(bytes.data()); };
+        const auto settings = folder.settings(values);
+        EXPECT_EQ(METRO_detectDefectsInTrain(c.recording, &*settings, marks(low), marks(high), c.wheels), c.isDone);
+        EXPECT_EQ(low + high, marksOf(c.low) + marksOf(c.high));
     }
 }
 
 TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
-    const struct {
-        int spikes;
-        float height;
-        SettingsTable more;
-        bool isSound;
-    } kCases[] = {
+    const std::tuple<int, float, SettingsTable, bool> kCases[] = {
         {5, 1, {}, true},
         {6, 1, {}, false},
         {6, 0.28f, {}, true},
@@ -157,25 +141,24 @@ TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
         {12, -34, {{"SENSOR1/lowLevel_b", 50}}, false},
         {12, -34, {{"SENSOR1/lowlevel_b", 50}}, true}, // the low line of the detection is another
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(&c - kCases);
+    for (const auto& [spikes, height, more, isSound] : kCases) {
+        SCOPED_TRACE(testing::Message() << spikes << " spikes of " << height);
         WorkingFolder folder;
         QDir().mkdir("a_7");
         const QString file = QStringLiteral("a_7/01_00.bin");
-        KxProfile p = tread(c.spikes, c.height);
+        KxProfile p = tread(spikes, height);
         p.writeToFile(file);
-        const auto settings = folder.settings(SettingsTable{{"SENSOR1/SN", 7}, {"use", 1}} + c.more);
+        const auto settings = folder.settings(SettingsTable{{"SENSOR1/SN", 7}, {"use", 1}} + more);
         unsigned char marks[3] = {kUnmarked, kUnmarked, kUnmarked};
         std::thread judge;
         bool isDone = false;
         EXPECT_TRUE(waitForReadings(file, 3, [&] {
-            judge =
-                std::thread([&] { isDone = METRO_detectDefectsInTrain("a_7.bin", settings.get(), marks, marks, 3); });
+            judge = std::thread([&] { isDone = METRO_detectDefectsInTrain("a_7.bin", &*settings, marks, marks, 3); });
         }));
         QFile::remove(file);
         judge.join();
         EXPECT_TRUE(isDone);
         // Wheels deliberately count from 0.
-        EXPECT_EQ(exact(marks[0], marks[1], marks[2]), exact(kUnmarked, c.isSound ? 0 : kUnmarked, kUnmarked));
+        EXPECT_EQ(exact(marks[0], marks[1], marks[2]), exact(kUnmarked, isSound ? 0 : kUnmarked, kUnmarked));
     }
 }

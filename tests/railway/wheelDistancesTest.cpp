@@ -1,28 +1,20 @@
-// Distances across wheel pairs.
 #include "railway/workingFolder.h"
-#include "support/testing.h"
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
 
 /// `n` points on y = b + k x; the second half lies far off.
-KxProfile side(int n, float k, float b) {
+KxProfile side(int n, int k, int b) {
     KxProfile p;
-    for (int i = 0; i < n; ++i) {
-        const float x = static_cast<float>(i + 1);
-        p.points.append(KxPointXY(x, i < n / 2 ? k * x + b : 1000.0f * x));
-    }
+    p.points = pointsFor(n, [=](int i) { return at(i + 1, i < n / 2 ? k * (i + 1) + b : 1000 * (i + 1)); });
     return p;
 }
 
 /// A wheel file of `n` points at height `y` and `above` points at height 500.
-void writeProfile(const char* name, int n, float y, int above = 0) {
+void writeProfile(const char* name, int n, int y, int above = 0) {
     KxProfile p;
-    for (int i = 0; i < n + above; ++i) {
-        p.points.append(KxPointXY(static_cast<float>(i + 1), i < above ? 500.0f : y));
-    }
+    p.points = pointsFor(n + above, [=](int i) { return at(i + 1, i < above ? 500 : y); });
     ASSERT_TRUE(p.writeToFile(QString(name)));
 }
 
@@ -42,7 +34,7 @@ TEST(WheelsDist, OffsetsOfTheFirstHalvesPerpendicularToTheReferences) {
         {side(3, 0, 3), side(10, 0, 3), {0, 0}, {0, 0}, 0, kNaN}, // 1 point of 3 is no line
         {side(10, 0, 3), side(1, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
         {side(0, 0, 3), side(10, 0, 3), {0, 0}, {0, 0}, 0, kNaN},
-        {side(4, 0, 3), side(4, 0, 3), {0, 0}, {0, 0}, 1e8f, 1e8f}, // left, base, right: rounded in this order
+        {side(4, 0, 3), side(4, 0, 3), {0, 1e8f}, {0, 0}, 1e8f, 3}, // left, base, right: rounded in this order
         {side(4, 0, 3), side(4, 0, 3), {}, {0, 0}, 1, kNaN}, // unknown reference
     };
     for (auto& c : cases) {
@@ -102,9 +94,8 @@ TEST(WheelsDistInTrain, BestProfilesGroupsAndFailures) {
         writeProfile("r_22/02_01.bin", 6, 50);
         writeProfile("r_22/03_02.bin", 6, 50);
         QList<float> distances(4, kept);
-        EXPECT_EQ(METRO_calcWheelsDistInTrain(c.first, c.second, c.wheels, folder.settings(sensors + c.more).get(),
-                                              distances.data()),
-                  c.isDone);
+        const auto settings = folder.settings(sensors + c.more);
+        EXPECT_EQ(METRO_calcWheelsDistInTrain(c.first, c.second, c.wheels, &*settings, distances.data()), c.isDone);
         for (int i = 0; i < c.distances.size(); ++i) {
             EXPECT_NEAR(distances[i], c.distances[i], 0.02f) << "wheel " << i + 1;
         }

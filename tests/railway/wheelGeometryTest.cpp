@@ -4,7 +4,6 @@
 
 #include <functional>
 
-using namespace KxMath;
 using namespace testing_support;
 
 namespace {
@@ -21,9 +20,8 @@ Cloud makeRim(const std::function<double(double)>& height, double spacing, doubl
     const double angle = angleDeg * M_PI / 180;
     Cloud rim;
     for (double x = 0; x <= width; x += spacing) {
-        rim.points.append(KxPointXYZ(static_cast<float>(50 + (kReach - x) * std::cos(angle)),
-                                     static_cast<float>(height(x) - 3.5),
-                                     static_cast<float>(-20 + (kReach - x) * std::sin(angle))));
+        rim.points.append(
+            at(50 + (kReach - x) * std::cos(angle), height(x) - 3.5, -20 + (kReach - x) * std::sin(angle)));
     }
     return rim;
 }
@@ -39,8 +37,7 @@ double straightWheel(double x, double tread) {
 _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P) {
     float minAngle = 3.4028235e38f;
     for (KxPointXYZ& p : rim.points) {
-        const float dx = p.x - circle.x;
-        const float dz = p.z - circle.y;
+        const float dx = p.x - circle.x, dz = p.z - circle.y;
         const float arc = static_cast<float>(std::atan(static_cast<double>(dz / dx)));
         const double degrees = static_cast<double>(arc) * 180.0 / 3.1415927410125732;
         float angle = std::isnan(dz) ? kNaN : dz > 0 ? 90.0f : dz < 0 ? 270.0f : 0.0f; // for dx of 0
@@ -105,8 +102,7 @@ _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P)
     if (at > n - 3) {
         return v;
     }
-    const float width = x(at + 1) - x(at);
-    const float t = (70 - x(at)) / width;
+    const float width = x(at + 1) - x(at), t = (70 - x(at)) / width;
     const float h = width < 0.01f ? (y(at) + y(at + 1)) / 2 : (y(at + 1) - y(at)) * t + y(at);
     v.heightAt70 = h;
     const int b = crossing(h - 13.0f);
@@ -127,20 +123,16 @@ TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
         // Three stretches of a wheel about (20, 500), z falling to a minimum within the second one.
         const auto arc = [&](double fromDeg, double toDeg) {
             Cloud cloud;
-            for (int i = 0; i <= 40; ++i) {
+            cloud.points = pointsFor(41, [&](int i) {
                 const double t = (fromDeg + (toDeg - fromDeg) * i / 40) * M_PI / 180;
-                cloud.points.append(KxPointXYZ(static_cast<float>(20 + radius * std::cos(t)),
-                                               static_cast<float>(500 + radius * std::sin(t)),
-                                               static_cast<float>(std::abs(i - 13))));
-            }
+                return at(20 + radius * std::cos(t), 500 + radius * std::sin(t), std::abs(i - 13));
+            });
             return cloud;
         };
         Cloud first = arc(200, 230), second = arc(250, 290), third = arc(310, 340);
         KxCircle circle, same;
         METRO_calcWheel(first, second, third, circle);
-        EXPECT_NEAR(circle.x, 20, 0.05f);
-        EXPECT_NEAR(circle.y, 500, 0.05f);
-        EXPECT_NEAR(circle.radius, radius, 0.05);
+        EXPECT_LT(std::hypot(circle.x - 20, circle.y - 500, circle.radius - static_cast<float>(radius)), 0.05f);
         EXPECT_EQ(second.minZ, 0);
 
         // The marks decide, other points do not.
@@ -194,8 +186,7 @@ TEST(WheelParameters, EqualTheirDefinition) {
     int complete = 0;
     forNasty(56, 300, [&](Nasty& nasty) {
         Cloud rim;
-        const double spacing = 0.3 + 0.001 * nasty.below(200);
-        const double tread = 10 + nasty.below(30);
+        const double spacing = 0.3 + 0.001 * nasty.below(200), tread = 10 + nasty.below(30);
         const int tilt = nasty.below(100);
         if (nasty.chance(75)) {
             const auto wave = [&](double x) { return 0.001 * nasty.below(50) + 0.0005 * tilt * std::sin(x); };
@@ -226,8 +217,7 @@ TEST(WheelParameters, EqualTheirDefinition) {
         METRO_calcWheelParameters(rim, circle, &v, &measured);
         const _WheelProfileValues expected = literalParameters(expectedRim, circle, expectedMeasured);
         ASSERT_EQ(exactValues(v), exactValues(expected));
-        ASSERT_EQ(exact(measured.points), exact(expectedMeasured.points));
-        ASSERT_EQ(exact(rim.points), exact(expectedRim.points));
+        ASSERT_EQ(exact(measured.points, rim.points), exact(expectedMeasured.points, expectedRim.points));
         complete += std::isnan(v.xAtLevel18 + v.widthLevel2ToH13) ? 0 : 1;
     });
     EXPECT_GT(complete, 50);

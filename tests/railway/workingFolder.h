@@ -2,14 +2,12 @@
 #pragma once
 
 #include "support/tempFiles.h"
-
-#include <KxMath/KxMath.h>
+#include "support/testing.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QSettings>
 
 #include <memory>
-#include <utility>
 
 namespace testing_support {
 
@@ -23,8 +21,8 @@ public:
 
     /// A settings store that holds the values of a table and no others.
     std::unique_ptr<QSettings> settings(const SettingsTable& values) {
-        auto store =
-            std::make_unique<QSettings>(path(QStringLiteral("settings%1.ini").arg(++stores_)), QSettings::IniFormat);
+        const QString file = path("settings" + QString::number(++stores_));
+        auto store = std::make_unique<QSettings>(file, QSettings::IniFormat);
         for (const auto& [key, value] : values) {
             store->setValue(key, value);
         }
@@ -37,9 +35,9 @@ private:
 };
 
 /// The bytes of a profile as a cloud section, or as a profile record.
-inline QByteArray record(KxMath::KxProfile& profile, bool withZ) {
+inline QByteArray record(KxProfile& profile, bool withZ) {
     static const TempFiles files;
-    KxMath::KxProfileZ positioned(profile);
+    KxProfileZ positioned(profile);
     return withZ ? files.bytesOf(positioned) : files.bytesOf(profile);
 }
 
