@@ -1,4 +1,3 @@
-// Points, lines, circles, planes and vectors.
 #include "golden.h"
 
 using namespace KxMath;
@@ -29,9 +28,7 @@ void printGeometry() {
         KxPointXYZ d{source.value(), source.value(), source.value()};
         Line("plane.measures") << plane.a << plane.b << plane.c << plane.d << plane.calcDistance(d);
 
-        KxFreeVector u(p.x, p.y);
-        KxFreeVector v(q.x, q.y);
-        KxFreeVector sum;
+        KxFreeVector u(p.x, p.y), v(q.x, q.y), sum;
         sum.sumVectors(u, v);
         Line("vector.measures") << u.size() << u.calcAngleBetweenVectors(v) << sum.x << sum.y;
         sum.resize(1.7f);
