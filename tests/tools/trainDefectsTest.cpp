@@ -11,8 +11,8 @@ class TrainDefects : public ToolTest {
 protected:
     TrainDefects() : ToolTest("train") {}
 
-    void simulatePass(const QStringList& more) const {
-        simulate("pass", QStringList{"--cars", "1", "--rate", "1000"} + more);
+    QJsonValue simulatePass(const QStringList& more) const {
+        return simulate("pass", QStringList{"--cars", "1", "--rate", "1000"} + more);
     }
 
     static QStringList with(const QStringList& more) {
@@ -41,25 +41,25 @@ std::string accused(const QJsonValue& result, const char* object, const char* ve
 }
 
 TEST_F(TrainDefects, AccusesTheRightWheels) {
-    const struct {
-        QStringList pass;
-        std::optional<std::string> defective; // nothing where either verdict would be right
-        std::optional<std::string> outOfRound;
-    } cases[] = {
+    using Accused = std::optional<std::string>; // nothing where either verdict would be right
+    const std::tuple<QStringList, Accused, Accused> cases[] = {
         {{"--seed", "1"}, "", ""},
         {{"--seed", "2"}, "", ""},
         // One of the flats is out of view.
         {{"--rate", "2000", "--flat", "3:2:60", "--flat", "1:1:50:-20", "--flat", "2:2:60:300"}, {}, "1:1 3:2"},
         {{"--seed", "2", "--build-up", "3:2:0.5", "--build-up", "1:1:1.5"}, "1:1 3:2", {}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.pass.join(' ').toStdString());
-        simulatePass(c.pass);
-        const QJsonValue result = json(with({}));
+    for (const auto& [pass, expectedDefective, expectedOutOfRound] : cases) {
+        SCOPED_TRACE(pass.join(' ').toStdString());
+        const QJsonValue truth = simulatePass(pass), result = json(with({}));
         const std::string defective = accused(result, "defects", "isDefective");
         const std::string outOfRound = accused(result, "roundness", "isOutOfRound");
-        EXPECT_EQ(defective, c.defective.value_or(defective));
-        EXPECT_EQ(outOfRound, c.outOfRound.value_or(outOfRound));
+        for (qsizetype i = 0; i < 4; ++i) {
+            const double distance = result["pairs"][i]["distance"].toDouble();
+            EXPECT_NEAR(distance, truth["pairs"][i]["backToBack"].toDouble(), 0.1); // as promised
+        }
+        EXPECT_EQ(defective, expectedDefective.value_or(defective));
+        EXPECT_EQ(outOfRound, expectedOutOfRound.value_or(outOfRound));
     }
     const ToolResult elsewhere = run(with({"--json", "-", "--defect-range", "-500:-400"}));
     EXPECT_EQ(elsewhere.output.count("\"isDefective\": null"), 8) << "nothing to judge is no verdict";
@@ -75,12 +75,10 @@ TEST_F(TrainDefects, ComparesNoCirclesWithoutPlaces) {
 TEST_F(TrainDefects, TellsThemInAllForms) {
     simulatePass({"--rate", "2000", "--build-up", "2:1:1", "--flat", "3:2:60"});
     const ToolResult table = run(with({"--csv", "defects.csv", "--report", "defects.html", "--wheel", "2"}));
-    EXPECT_EQ(table.exitCode, 0) << table.errors.toStdString();
     EXPECT_TRUE(table.output.contains("\n1 defective wheels.\n")) << table.output.toStdString();
     const QList<QByteArray> lines = read("defects.csv").split('\n');
     ASSERT_EQ(lines.size(), 6);
-    EXPECT_TRUE(lines[0].contains(",tread_1,judged_profiles_2,"));
-    EXPECT_TRUE(lines[0].endsWith(",roundness_2"));
+    EXPECT_TRUE(lines[0].contains(",tread_1,judged_profiles_2,") && lines[0].endsWith(",roundness_2"));
     EXPECT_EQ(lines[2].count("defective"), 1);
     for (const QByteArray& line : lines.first(5)) {
         EXPECT_EQ(line.count(','), lines[0].count(','));
@@ -94,20 +92,16 @@ TEST_F(TrainDefects, TellsThemInAllForms) {
 TEST_F(TrainDefects, RefusesSettingsThatDoNotFit) {
     simulatePass({"--points", "200"});
     QByteArray settings = read("pass/defects.ini");
-    const struct {
-        QByteArray from;
-        QByteArray to;
-        const char* error;
-    } cases[] = {
+    const std::tuple<QByteArray, QByteArray, const char*> cases[] = {
         {"lowLevel_k", "x", "lack the key 'SENSOR1/lowLevel_k'"},
         {"SN=101", "SN=7", "name no sensor with the serial number 101"},
         {"pointsHigher=5", "pointsHigher=few", "hold no whole number in 'pointsHigher'"},
         {"maxDeviation=0.2", "maxDeviation=inf", "hold no number in 'maxDeviation'"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [from, to, error] : cases) {
         QByteArray changed = settings;
-        write("pass/defects.ini", changed.replace(c.from, c.to));
-        expectRefusal({with({}), 3, c.error});
+        write("pass/defects.ini", changed.replace(from, to));
+        expectRefusal({with({}), 3, error});
     }
     for (const char* const range : {"1", "2:1", "a:b", "1:2:3", "nan:3"}) {
         expectRefusal({with({"--defect-range", range}), 2, "--defect-range is not MIN:MAX"});

@@ -63,11 +63,7 @@ TEST_F(TrainErrors, WrongUseAndOutputs) {
 
 TEST_F(TrainErrors, Recordings) {
     const QByteArray cutAt = "at byte " + QByteArray::number(20 * 163) + ", after 20 whole records";
-    const struct {
-        QString name;
-        QByteArray content;
-        QByteArray message;
-    } cases[] = {
+    const std::tuple<QString, QByteArray, QByteArray> cases[] = {
         {"left_1001.bin", "", "is empty"},
         {"left_1001.bin", "hello", "at byte 0, after 0 whole records: no record begins with 0x68"},
         {"left_1001.bin", good_ + '\7', "at byte " + QByteArray::number(good_.size()) + ", after"},
@@ -78,9 +74,9 @@ TEST_F(TrainErrors, Recordings) {
         {"a_b_1001.bin", good_, "b_1001"}, // the serial number begins behind the first _
         {"a_7.bin", good_, "serial number 7"},
     };
-    for (const auto& c : cases) {
-        write(c.name, c.content);
-        expectNothingLeft({with({}, c.name), 3, c.message});
+    for (const auto& [name, content, message] : cases) {
+        write(name, content);
+        expectNothingLeft({with({}, name), 3, message});
     }
     expectNothingLeft({with({}, "gone_1001.bin"), 3, "does not exist"});
     expectNothingLeft({with({}, "a\nb_1001.bin"), 3, "a?b"});
@@ -88,11 +84,7 @@ TEST_F(TrainErrors, Recordings) {
 }
 
 TEST_F(TrainErrors, Settings) {
-    const struct {
-        const char* from;
-        const char* to;
-        const char* message;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"[SENSOR1]", "no ini\nfile [at all", "parsed"},
         {"SN=1002", "", "serial number 1002"},
         {"SN=1001", "SN=0", "serial number 1001"}, // the search ends there
@@ -106,9 +98,9 @@ TEST_F(TrainErrors, Settings) {
         {"minPointsIn=5", "minPointsIn=5.5", "SENSOR1/minPointsIn"},
         {"k2=0", "k2=nan", "SENSOR1/k2"},
     };
-    for (const auto& c : cases) {
-        write("s.ini", trainSettings().replace(c.from, c.to));
-        expectNothingLeft({with({"--mode", "3"}), 3, c.message});
+    for (const auto& [from, to, message] : cases) {
+        write("s.ini", trainSettings().replace(from, to));
+        expectNothingLeft({with({"--mode", "3"}), 3, message});
     }
     expectNothingLeft({with({"--settings", "gone.ini"}), 3, "do not exist"});
 }
@@ -130,12 +122,10 @@ TEST_F(TrainErrors, FullDisk) {
     writeAll(large, large, trainSettings());
     const QString line = "trap '' XFSZ; ulimit -f %1; \"$KXMATH\" train " + with({}).join(' ');
     for (const int blocks : {0, 2}) { // nothing fits, the settings fit but no wheel does
-        const ToolResult result = runShell(path(""), line.arg(blocks));
-        EXPECT_EQ(result.exitCode, 4);
-        EXPECT_EQ(result.errors.count('\n'), 1) << result.errors.toStdString();
+        EXPECT_EQ(runShell(path(""), line.arg(blocks), 4).errors.count('\n'), 1);
         EXPECT_TRUE(QDir(path("results")).isEmpty());
     }
-    EXPECT_EQ(runTool(path(""), QStringList("train") + with({}), "/dev/full").exitCode, 4);
+    runTool(path(""), QStringList("train") + with({}), 4, "/dev/full");
 }
 
 } // namespace

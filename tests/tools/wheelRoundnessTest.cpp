@@ -1,17 +1,12 @@
 // The roundness of wheels whose shape is known: the tread is as far off the circle as it was made.
 #include "train/wheelRoundness.h"
+#include "support/testing.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <functional>
-#include <random>
 
 namespace {
 
-using KxMath::KxLine;
-using KxMath::KxPointXY;
-using KxMath::KxProfile;
+using namespace testing_support;
 
 constexpr double kFlangeRadius = 455.0;
 constexpr double kTreadRadius = 427.0;
@@ -50,7 +45,7 @@ KxProfile makeProfile(int number, const Make& make) {
         // The direction (cosine, slope cosine) runs down along the reference line y = slope x + 100.
         const double x = make.towardsRail * down * cosine - across * make.slope * cosine;
         const double y = make.towardsRail * down * make.slope * cosine + across * cosine + 100.0;
-        profile.points.append(KxPointXY(static_cast<float>(x), static_cast<float>(y)));
+        profile.points.append(at(x, y));
     }
     return profile;
 }

@@ -4,11 +4,6 @@
 #include "simulator/calibration.h"
 #include "simulator/wheelContour.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-
 using namespace simulator_test;
 using kxsim::Defect;
 using kxsim::Parameters;
@@ -43,11 +38,10 @@ Change changeOf(const Parameters& p, const Defect& defect) {
         bool isChanged = false;
         const qsizetype n = std::min(before[i].points.size(), after[i].points.size());
         for (qsizetype k = 0; k < n; ++k) {
-            const auto track = [&](const KxMath::KxPointXY& q) {
+            const auto track = [&](const KxPointXY& q) {
                 return pose.toTrack(static_cast<double>(q.x), static_cast<double>(q.y));
             };
-            const kxsim::Vec3 a = track(before[i].points[k]);
-            const kxsim::Vec3 b = track(after[i].points[k]);
+            const kxsim::Vec3 a = track(before[i].points[k]), b = track(after[i].points[k]);
             isChanged = isChanged || std::abs(a.z - b.z) > 1e-4;
             const double fromTape = b.y - p.backToBack / 2.0 - kxsim::kTapeCircle;
             const double x = static_cast<double>(after[i].z) - behind; // of the axle

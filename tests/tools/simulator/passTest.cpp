@@ -20,8 +20,8 @@ void expectTruthIsFound(const Pass& pass, int mode, double tolerance) {
         }
     }
     std::vector<float> distances(static_cast<std::size_t>(pairs));
-    ASSERT_TRUE(KxMath::METRO_calcWheelsDistInTrain(pass.recording(1), pass.recording(2), static_cast<int>(pairs),
-                                                    &settings, distances.data()));
+    ASSERT_TRUE(METRO_calcWheelsDistInTrain(pass.recording(1), pass.recording(2), static_cast<int>(pairs), &settings,
+                                            distances.data()));
     for (qsizetype i = 0; i < pairs; ++i) {
         EXPECT_NEAR(static_cast<double>(distances[static_cast<std::size_t>(i)]),
                     pass.pairs().at(i)["backToBack"].toDouble(), tolerance)
@@ -65,11 +65,11 @@ TEST(SimulatedPass, SameSeedSameBytes) {
     const Pass again(quickPass(1));
     const Pass other(quickPass(2));
     for (const QString& file : files) {
-        EXPECT_FALSE(readAll(first.path(file)).isEmpty()) << file.toStdString();
-        EXPECT_EQ(readAll(first.path(file)), readAll(again.path(file))) << file.toStdString();
-        EXPECT_EQ(readAll(first.path(file)) == readAll(other.path(file)), file.endsWith(".ini"));
+        EXPECT_FALSE(first.read(file).isEmpty()) << file.toStdString();
+        EXPECT_EQ(first.read(file), again.read(file)) << file.toStdString();
+        EXPECT_EQ(first.read(file) == other.read(file), file.endsWith(".ini"));
     }
-    EXPECT_NE(readAll(first.path(files[0])), readAll(first.path(files[1]))) << "the sensors have noise of their own";
+    EXPECT_NE(first.read(files[0]), first.read(files[1])) << "the sensors have noise of their own";
 }
 
 } // namespace

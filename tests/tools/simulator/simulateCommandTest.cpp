@@ -1,5 +1,5 @@
 // The command: its options, its files, and what it says when something is wrong.
-#include "toolRun.h"
+#include "tools/toolRun.h"
 
 #include <QtCore/QSettings>
 
@@ -18,7 +18,6 @@ TEST_F(SimulateCommand, WritesWhatTheOptionsSay) {
     const ToolResult result =
         run(kQuick + QStringList{"--seed", "18446744073709551615", "--prefix", "line5", "--serial1", "7", "--alpha",
                                  "-38", "--flat", "2:1:60", "--build-up", "3:2:1.5:-4"});
-    ASSERT_EQ(result.exitCode, 0) << result.errors.toStdString();
     EXPECT_EQ(result.errors, QByteArray()) << "no progress where there is no terminal";
     EXPECT_EQ(QDir(path("pass")).entryList(QDir::Files | QDir::Hidden, QDir::Name),
               (QStringList{"defects.ini", "line5_102.bin", "line5_7.bin", "settings.ini", "truth.json"}));
@@ -29,9 +28,7 @@ TEST_F(SimulateCommand, WritesWhatTheOptionsSay) {
     EXPECT_EQ(truth["pairs"][2]["wheels"][1]["defects"][0]["height"].toDouble(), 1.5);
     EXPECT_EQ(truth["pairs"][2]["wheels"][1]["defects"][0]["phase"].toDouble(), -4.0);
     EXPECT_EQ(QSettings(path("pass/settings.ini"), QSettings::IniFormat).value("SENSOR1/SN").toInt(), 7);
-    const ToolResult help = run({"--help"});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_TRUE(help.output.startsWith("Usage: kxmath simulate DIR [options]")) << help.output.toStdString();
+    EXPECT_TRUE(run({"--help"}).output.startsWith("Usage: kxmath simulate DIR [options]"));
 }
 
 TEST_F(SimulateCommand, Refuses) {
@@ -69,10 +66,8 @@ TEST_F(SimulateCommand, TellsWhatItCannotWrite) {
         EXPECT_FALSE(QFileInfo(path("pass/truth.json")).isFile()) << "truth.json stands for a whole pass";
     }
     // The shell ignores the signal of an exceeded limit, so the write fails as on a full disk.
-    const ToolResult full =
-        runShell(path(""), "trap '' XFSZ; ulimit -f 100; \"$KXMATH\" simulate full --cars 1 --rate 500");
-    EXPECT_EQ(full.exitCode, 4);
-    EXPECT_TRUE(full.errors.contains("train_101.bin")) << full.errors.toStdString();
+    const QString line = "trap '' XFSZ; ulimit -f 100; \"$KXMATH\" simulate full --cars 1 --rate 500";
+    EXPECT_TRUE(runShell(path(""), line, 4).errors.contains("train_101.bin"));
 }
 
 } // namespace
