@@ -18,8 +18,7 @@ struct Scene {
     int missingPercent, spikePercent;
 };
 
-constexpr float kTapeWidth = 20.0f;
-constexpr float kRoughness = 0.1f;
+constexpr float kTapeWidth = 20.0f, kRoughness = 0.1f;
 
 /// Profiles 1 mm apart along z; `tape` receives x and z of the points on the tape.
 Cloud scan(const Scene& scene, unsigned seed, std::set<std::array<float, 2>>& tape) {

@@ -112,8 +112,7 @@ TEST(CloudQueries, FirstPointWithACoordinate) {
     }
     KxPointCloud<KxPointXY> flat;
     flat.points = {{1, 7}, {2, 8}, {2, 8}};
-    EXPECT_EQ(flat.getIndexX(2), 1);
-    EXPECT_EQ(flat.getIndexY(8), 1);
+    EXPECT_TRUE(flat.getIndexX(2) == 1 && flat.getIndexY(8) == 1);
 }
 
 TEST(CloudQueries, BallTakesWhatIsAtMostItsRadiusAway) {

@@ -67,8 +67,7 @@ TEST(CloudSort, NastyCloudsInSpace) {
     });
 }
 
-// Rising z between points with NaN z: each key lies in another run than the one before, and the stretches that are
-// sorted by x are long, many and overlap in every way.
+// Rising z between points with NaN z: the stretches that are sorted by x are long, many and overlap in every way.
 TEST(CloudSort, InterleavedRunsBetweenNaN) {
     forNasty(2, 300, [](Nasty& nasty) {
         const int size = 1 + nasty.below(250);
@@ -84,8 +83,7 @@ TEST(CloudSort, InterleavedRunsBetweenNaN) {
     });
 }
 
-// Enough points for each way of sorting; bubbles would take too long, so the runs between NaN go to the standard
-// library.
+// Enough points for each way of sorting, too many for bubbles: the runs between NaN go to the standard library.
 TEST(CloudSort, ByXInThePlaneWhateverTheSecondOrder) {
     Nasty nasty(4);
     for (const int size : {0, 1, 2, 3, 10, 40, 150, 199, 200, 201, 5000, 19999, 20000, 70000}) {

@@ -20,10 +20,7 @@ struct Format {
     int headSize() const { return 1 + countSize + positionSize; }
 };
 
-constexpr Format kFlat{2, 2, 0, 8};
-constexpr Format kSpace{3, 4, 0, 12};
-constexpr Format kColour{4, 4, 0, 16};
-constexpr Format kPositioned{5, 2, 4, 8};
+constexpr Format kFlat{2, 2, 0, 8}, kSpace{3, 4, 0, 12}, kColour{4, 4, 0, 16}, kPositioned{5, 2, 4, 8};
 
 /// What a reader makes of the bytes from `at` on.
 struct Outcome {

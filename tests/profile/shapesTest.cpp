@@ -4,8 +4,7 @@ using namespace testing_support;
 
 namespace {
 
-// Deliberately the width is read from the cached range, which no rotation changes: the first angle is the best, the
-// last one where looking for the centre leaves the width unknown.
+// Deliberately no rotation changes the cached width: the first angle is the best, the last one where it is unknown.
 TEST(Shapes, RectFollowsItsDefinition) {
     forNasty(121, 300, [](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 20);

@@ -7,8 +7,7 @@ namespace {
 using namespace tool_test;
 using kxtool::Patch;
 
-constexpr float kPitch = 0.5f;
-constexpr float kFirstX = -40.0f;
+constexpr float kPitch = 0.5f, kFirstX = -40.0f;
 
 // The first two are 1.5 mm apart in height and meet at a step, the third one is near the height 0, as empty blocks are.
 const Patch kPatches[] = {
