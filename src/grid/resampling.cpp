@@ -5,10 +5,11 @@
 #include "grid/position.h"
 #include "numeric/bounds.h"
 #include "numeric/float4.h"
-#include "profile/heightCursor.h"
+#include "profile/lookUp.h"
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace KxMath::detail {
 
@@ -67,6 +68,36 @@ struct Portion {
     std::array<qsizetype, kSize> found;
 };
 
+/// Looks up one portion after the other.
+class PositionSearch {
+public:
+    PositionSearch(const QList<KxPointXY>& points, const Columns& columns)
+        : points_(points.constData()), count_(points.size()),
+          areRising_(columns.pitch > 0.0f && columns.pitch < std::numeric_limits<float>::infinity()) {} // NaN: false
+
+    /// Finds the first point at or beyond each of the first `count` positions. Where these rise, no point that was
+    /// before one of them is at or beyond a later one, whatever the order of the points.
+    void find(Portion& portion, int count) {
+        for (size_t j = 0; j < static_cast<size_t>(count); ++j) {
+            const float x = portion.positions[j];
+            if (areRising_) {
+                while (at_ < count_ && !(points_[at_].x >= x)) { // NaN: true
+                    ++at_;
+                }
+                portion.found[j] = at_;
+            } else {
+                portion.found[j] = findAtOrBeyond(points_, count_, x, 0);
+            }
+        }
+    }
+
+private:
+    const KxPointXY* points_;
+    qsizetype count_;
+    bool areRising_;
+    qsizetype at_ = 0;
+};
+
 /// The heights at the first `count` positions of a portion.
 void fillPortion(const QList<KxPointXY>& points, const Portion& portion, int count, float maxDistance, float* heights) {
     const auto fill = [&](int begin, int end) {
@@ -98,15 +129,13 @@ void fillPortion(const QList<KxPointXY>& points, const Portion& portion, int cou
 
 int fillRow(const QList<KxPointXY>& points, const Columns& columns, float maxDistance, float* row) {
     Portion portion;
-    PositionCursor cursor(points);
+    PositionSearch search(points, columns);
     for (int start = 0, count = 0; start < columns.count; start += count) {
         count = std::min(Portion::kSize, columns.count - start);
         for (int j = 0; j < count; ++j) {
             portion.positions[static_cast<size_t>(j)] = gridPosition(start + j, columns.pitch, columns.origin);
         }
-        for (int j = 0; j < count; ++j) {
-            portion.found[static_cast<size_t>(j)] = cursor.find(portion.positions[static_cast<size_t>(j)]);
-        }
+        search.find(portion, count);
         fillPortion(points, portion, count, maxDistance, row + start);
     }
     return countFilled(row, columns.count);

@@ -4,7 +4,7 @@
 #include "geometry/lineFit.h"
 #include "numeric/bounds.h"
 #include "profile/correlation.h"
-#include "profile/heightCursor.h"
+#include "profile/lookUp.h"
 #include "profile/sampling.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 #include "numeric/windowSums.h"
 #include "profile/coordinates.h"
 #include "profile/fir.h"
-#include "profile/heightCursor.h"
+#include "profile/lookUp.h"
 #include "profile/sampling.h"
 
 #include <bit>

@@ -41,30 +41,4 @@ inline qsizetype findAtOrBeyond(const KxPointXY* data, qsizetype count, float x,
 /// KxProfile::calcY() at `x`, `found` being the first point at or beyond it.
 float heightAt(const QList<KxPointXY>& points, qsizetype found, float x, float maxDistance);
 
-/// Looks up one position after the other. Rising positions are cheap: no point that was before one of them is at or
-/// beyond a later one, whatever the order of the points, so that the search goes on where it stood.
-class PositionCursor {
-public:
-    explicit PositionCursor(const QList<KxPointXY>& points) : points_(points.constData()), count_(points.size()) {}
-
-    /// findAtOrBeyond() from the first point on.
-    qsizetype find(float x) {
-        constexpr qsizetype kNear = 4; // it is not far, as a rule
-        qsizetype at = x >= previous_ ? found_ : 0; // NaN: anew
-        const qsizetype near = std::min(at + kNear, count_);
-        while (at < near && !(points_[at].x >= x)) { // NaN: true
-            ++at;
-        }
-        previous_ = x;
-        found_ = at < near ? at : findAtOrBeyond(points_, count_, x, at);
-        return found_;
-    }
-
-private:
-    const KxPointXY* points_;
-    qsizetype count_;
-    float previous_ = 0.0f;
-    qsizetype found_ = 0; ///< belongs to `previous_`; 0 is where any search may start
-};
-
 } // namespace KxMath::detail
