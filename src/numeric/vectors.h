@@ -60,17 +60,6 @@ template <int kFirst, typename Floats, std::size_t... kAt>
     return __builtin_shufflevector(a, b, (kFirst + static_cast<int>(kAt / 2) + (kAt % 2 == 0 ? 0 : kCount))...);
 }
 
-template <typename Floats, std::size_t... kAt>
-[[gnu::always_inline]] inline Floats withSecondsOf(Floats pairs, Floats others, std::index_sequence<kAt...>) {
-    return __builtin_shufflevector(pairs, others, static_cast<int>(kAt + (kAt % 2 == 0 ? 0 : sizeof...(kAt)))...);
-}
-
-/// The pairs of numbers in a vector, each with the second number of another one.
-template <typename Floats>
-[[gnu::always_inline]] inline Floats withSecondsOf(Floats pairs, Floats others) {
-    return withSecondsOf(pairs, others, std::make_index_sequence<sizeof(Floats) / sizeof(float)>());
-}
-
 /// Pairs of the first numbers of two vectors, as many as there is room for.
 template <typename Floats>
 [[gnu::always_inline]] inline Floats inTurn(Floats firsts, Floats seconds) {

@@ -70,11 +70,14 @@ bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRigh
     std::ptrdiff_t i = 0;
     runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Floats = typename Vectors<kBytes>::Floats;
-        constexpr std::ptrdiff_t kAtOnce = 4 * Vectors<kBytes>::kFloats;
+        using Answers = typename Vectors<kBytes>::FloatAnswers;
+        constexpr std::ptrdiff_t kPoints = Vectors<kBytes>::kFloats / 2;
+        constexpr std::ptrdiff_t kAtOnce = 8 * kPoints;
+        const Answers isY = inTurn(Answers{}, ~Answers{}); // whatever the y are
         for (; areRight && i + kAtOnce < count; i += kAtOnce) {
-            typename Vectors<kBytes>::FloatAnswers answers = ~typename Vectors<kBytes>::FloatAnswers{};
-            for (std::ptrdiff_t k = i; k < i + kAtOnce; k += Vectors<kBytes>::kFloats) {
-                answers &= isRight(loadXs<Floats>(points + k), loadXs<Floats>(points + k + 1));
+            Answers answers = ~Answers{};
+            for (std::ptrdiff_t k = i; k < i + kAtOnce; k += kPoints) {
+                answers &= isRight(loadVector<Floats>(&points[k].x), loadVector<Floats>(&points[k + 1].x)) | isY;
             }
             areRight = areAllYes(answers);
         }
@@ -83,14 +86,6 @@ bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRigh
         areRight = isRight(points[i].x, points[i + 1].x);
     }
     return areRight;
-}
-
-/// Gives `count` points the y of others; these may be the same ones further on.
-inline void copyYsTo(KxPointXY* targets, const KxPointXY* sources, std::ptrdiff_t count) {
-    std::ptrdiff_t i = 0;
-    for (; i < count; ++i) {
-        targets[i].y = sources[i].y;
-    }
 }
 
 } // namespace KxMath::detail

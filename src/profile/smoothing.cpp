@@ -28,8 +28,24 @@ std::vector<float> roomFor(qsizetype count) {
 }
 
 /// Whether the x rise, of two points or more without NaN among them.
-bool isOrderedByX(const QList<KxPointXY>& points) {
-    return detail::allNeighbours(points.constData(), points.size(), [](auto a, auto b) { return a <= b; });
+bool isOrderedByX(const KxPointXY* points, qsizetype count) {
+    return detail::allNeighbours(points, count, [](auto a, auto b) { return a <= b; });
+}
+
+/// Gives `n` - `window` targets the y at the middle of their windows, as long as the x rise: those of a stretch are
+/// looked at just before. @return false when they do not; then some targets may have been set
+bool shiftYs(const KxPointXY* source, qsizetype n, qsizetype window, KxPointXY* target) {
+    constexpr qsizetype kStretch = 512;
+    for (qsizetype begin = 0; begin < n; begin += kStretch) {
+        const qsizetype end = std::min(n, begin + kStretch);
+        if (!isOrderedByX(source + begin, std::min(n, end + 1) - begin)) {
+            return false;
+        }
+        for (qsizetype i = begin; i < std::min(end, n - window); ++i) {
+            target[i].y = source[i + window / 2].y;
+        }
+    }
+    return true;
 }
 
 /// The y at the middle position of `window` points from `begin` on after sorting them by x. A point with NaN x keeps
@@ -110,8 +126,8 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     // No feedback where `out` is this profile: window i is read before point i is written, later ones start behind it.
     KxPointXY* const target = out.points.data();
     const KxPointXY* const source = points.constData();
-    if (isOrderedByX(points)) {
-        detail::copyYsTo(target, source + w / 2, n - w);
+    const bool isInPlace = target == source; // what was set would be missing from the windows
+    if ((!isInPlace || isOrderedByX(source, n)) && shiftYs(source, n, w, target)) {
         return;
     }
     QList<int> order;
