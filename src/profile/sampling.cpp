@@ -133,15 +133,15 @@ void Sampler::calculateAlongSegments(Block& block, int from) {
                     const Doubles x = __builtin_convertvector(loadVector<Few>(xs + k), Doubles);
                     storeVector(block.ys.data() + i + k, __builtin_convertvector(cubic(x), Few));
                 }
+                if (xs[kAtOnce - 1] <= end) {
+                    i += kAtOnce;
+                    continue;
+                }
                 // By branches and not by counting answers: the next ones need not wait until these are compared.
-                int within = 0;
-                while (within < kAtOnce && xs[within] <= end) {
-                    ++within;
+                for (int k = 0; xs[k] <= end; ++k) {
+                    ++i;
                 }
-                i += within;
-                if (within < kAtOnce) {
-                    break;
-                }
+                break;
             }
             segment_ += i < block.count ? 1 : 0;
         }
