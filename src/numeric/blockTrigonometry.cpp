@@ -142,7 +142,7 @@ template <typename Doubles>
         storeVector(target, __builtin_convertvector(result, Few));
         target += sizeof(Doubles) / sizeof(double);
     }
-    return areAllYes(areSure);
+    return allOf(areSure);
 }
 
 /// What is left of `count` values from `begin` on, as a whole block.

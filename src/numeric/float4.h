@@ -27,30 +27,20 @@ inline Float4 magnitudes(Float4 v) {
     return reinterpret_cast<Float4>(reinterpret_cast<Answers4>(v) & mask);
 }
 
-/// A bit for each answer, the lowest for the first.
-inline unsigned answerBits(Answers4 answers) {
+/// Whether there is a yes among the answers.
+inline bool anyOf(Answers4 answers) {
 #ifdef __SSE__
-    return static_cast<unsigned>(_mm_movemask_ps(reinterpret_cast<__m128>(answers)));
+    return _mm_movemask_ps(reinterpret_cast<__m128>(answers)) != 0;
 #else
-    return (answers[0] & 1u) | (answers[1] & 2u) | (answers[2] & 4u) | (answers[3] & 8u);
+    return (answers[0] | answers[1] | answers[2] | answers[3]) != 0;
 #endif
 }
 
-/// Whether there is a yes among the answers.
-inline bool anyOf(Answers4 answers) {
-    return answerBits(answers) != 0;
-}
-
-/// Whether all answers are yes.
-inline bool allOf(Answers4 answers) {
-    return !anyOf(~answers);
-}
-
-/// Whether all answers of a vector of any width are yes.
+/// Whether all answers are yes, of a vector of any width.
 template <typename Answers>
-[[gnu::always_inline]] inline bool areAllYes(Answers answers) {
+[[gnu::always_inline]] inline bool allOf(Answers answers) {
     if constexpr (sizeof(Answers) == sizeof(Answers4)) {
-        return allOf(reinterpret_cast<Answers4>(answers));
+        return !anyOf(~reinterpret_cast<Answers4>(answers));
     } else {
         static_assert(sizeof(Answers) == 2 * sizeof(Answers4));
         const auto all = reinterpret_cast<typename Vectors<sizeof(Answers)>::FloatAnswers>(answers);

@@ -53,17 +53,17 @@ template <int kFirst, typename Floats, std::size_t... kAt>
     return __builtin_shufflevector(a, b, (kFirst + 2 * static_cast<int>(kAt))...);
 }
 
-/// Floats of `a` and `b` in turn, from `kFirst` on.
-template <int kFirst, typename Floats, std::size_t... kAt>
-[[gnu::always_inline]] inline Floats inTurn(Floats a, Floats b, std::index_sequence<kAt...>) {
+/// Numbers of `a` and `b` in turn, from number `kFirst` on.
+template <int kFirst, typename Vector, std::size_t... kAt>
+[[gnu::always_inline]] inline Vector inTurn(Vector a, Vector b, std::index_sequence<kAt...>) {
     constexpr int kCount = sizeof...(kAt);
     return __builtin_shufflevector(a, b, (kFirst + static_cast<int>(kAt / 2) + (kAt % 2 == 0 ? 0 : kCount))...);
 }
 
-/// Pairs of the first numbers of two vectors, as many as there is room for.
-template <typename Floats>
-[[gnu::always_inline]] inline Floats inTurn(Floats firsts, Floats seconds) {
-    return inTurn<0>(firsts, seconds, std::make_index_sequence<sizeof(Floats) / sizeof(float)>());
+/// Numbers of 32 bits of `a` and `b` in turn, as many as there is room for.
+template <typename Vector>
+[[gnu::always_inline]] inline Vector inTurn(Vector a, Vector b) {
+    return inTurn<0>(a, b, std::make_index_sequence<sizeof(Vector) / 4>());
 }
 
 /// The first numbers of pairs that stand one after the other, a vector of them.

@@ -79,7 +79,7 @@ bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRigh
             for (std::ptrdiff_t k = i; k < i + kAtOnce; k += kPoints) {
                 answers &= isRight(loadVector<Floats>(&points[k].x), loadVector<Floats>(&points[k + 1].x)) | isY;
             }
-            areRight = areAllYes(answers);
+            areRight = allOf(answers);
         }
     });
     for (; areRight && i + 1 < count; ++i) {

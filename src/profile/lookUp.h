@@ -27,7 +27,7 @@ inline qsizetype findAtOrBeyond(const KxPointXY* data, qsizetype count, float x,
             for (qsizetype k = from; k < from + kAtOnce; k += kPoints) {
                 isBeyond |= loadVector<Floats>(&data[k].x) >= limits;
             }
-            if (!areAllYes(~isBeyond)) {
+            if (!allOf(~isBeyond)) {
                 break;
             }
         }
