@@ -15,11 +15,11 @@ constexpr std::array<float, kFirTaps> kWeights = {0.0f,    0.0013f, 0.0047f, 0.0
                                                   0.0612f, 0.0407f, 0.0238f, 0.0117f, 0.0047f, 0.0013f};
 
 /// Vectors of sums side by side: each sum keeps its order, and none waits for another one.
-constexpr std::size_t kGroups = 4;
+constexpr std::size_t kGroups = 8;
 
 /// So many points at a time, and behind them what whole blocks read.
-constexpr std::ptrdiff_t kPortion = 256;
-using Heights = std::array<float, kFirTaps + kPortion + 32>;
+constexpr std::ptrdiff_t kPortion = 512;
+using Heights = std::array<float, kFirTaps + kPortion + 64>;
 
 template <typename Floats>
 [[gnu::always_inline]] inline std::array<Floats, kGroups> weightedSums(const float* heights) {
