@@ -1,3 +1,4 @@
+// Clouds, their filters and the level histogram.
 #include "golden.h"
 
 using namespace KxMath;
@@ -16,6 +17,10 @@ Line& operator<<(Line& line, const QMap<float, int>& map) {
     return line << entries;
 }
 
+void printRange(const char* name, const Cloud& cloud) {
+    Line(name) << cloud.minX << cloud.maxX << cloud.minY << cloud.maxY << cloud.minZ << cloud.maxZ;
+}
+
 template <typename Filter>
 void printFiltered(const char* name, Filter filter) {
     Cloud cloud;
@@ -31,6 +36,7 @@ void printClouds() {
     Cloud cloud;
     cloud.points = spacePoints(3, 2000);
     cloud.calcRange();
+    printRange("cloud.range", cloud);
     KxPointXYZ centre, mass;
     cloud.calcCenterPoint(centre);
     cloud.caclCenterMassPoint(mass);
@@ -47,8 +53,22 @@ void printClouds() {
     turned.rotateYZ(7.89f);
     turned.rotate(1.5f, -2.5f, 3.5f);
     Line("cloud.turned") << turned;
+    printRange("cloud.turnedRange", turned);
+
     cloud.sort(KxSortAscending, KxSortDescending);
-    Line("cloud.sorted") << cloud << cloud.zIndex;
+    Line("cloud.sorted") << cloud << cloud.zIndex << cloud.getIndexX(0.5f) << cloud.getIndexY(0.5f)
+                         << cloud.getIndexZ(12.0f);
+    cloud.getRangeIndeces(inside, -20, 20, -5, 5, -30, 10);
+    Line("cloud.box") << inside;
+    Cloud section;
+    cloud.calcSection(section, 3.0f, 2.5f);
+    Line("cloud.section") << section;
+    Cloud taken;
+    cloud.extract(taken, -30, 0, -4, 4, -20, 20, true);
+    Line("cloud.extracted") << taken << cloud;
+    cloud.trim(-40, 40, -6, 6, -50, 50);
+    Line("cloud.trimmed") << cloud << cloud.removePointsByYLevel(2.25f, true) << cloud;
+
     KxPointCloud<KxPointXY> flat;
     flat.points = profilePoints(5, 700, 80, true);
     flat.resize(1.1f, 0.9f, 1.0f);

@@ -1,3 +1,4 @@
+// Points, lines, circles, planes and vectors.
 #include "golden.h"
 
 using namespace KxMath;
@@ -28,7 +29,9 @@ void printGeometry() {
         KxPointXYZ d{source.value(), source.value(), source.value()};
         Line("plane.measures") << plane.a << plane.b << plane.c << plane.d << plane.calcDistance(d);
 
-        KxFreeVector u(p.x, p.y), v(q.x, q.y), sum;
+        KxFreeVector u(p.x, p.y);
+        KxFreeVector v(q.x, q.y);
+        KxFreeVector sum;
         sum.sumVectors(u, v);
         Line("vector.measures") << u.size() << u.calcAngleBetweenVectors(v) << sum.x << sum.y;
         sum.resize(1.7f);

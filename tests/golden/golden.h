@@ -77,14 +77,19 @@ private:
     static void add(std::uint64_t& digest, float v) {
         add(digest, std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v));
     }
-    static void add(std::uint64_t& digest, const KxMath::KxPointXY& p) { add(digest, p.x), add(digest, p.y); }
+    static void add(std::uint64_t& digest, const KxMath::KxPointXY& p) {
+        add(digest, p.x);
+        add(digest, p.y);
+    }
     static void add(std::uint64_t& digest, const KxMath::KxPointXYZ& p) {
-        add(digest, p.x), add(digest, p.y), add(digest, p.z);
+        add(digest, p.x);
+        add(digest, p.y);
+        add(digest, p.z);
     }
 };
 
-/// A profile over -width/2 to width/2: an arc, a step, a groove, noise, and where `isDamaged` missing points and
-/// spikes.
+/// A profile of `count` points over -width/2 to width/2: an arc, a step, a groove, noise, and where `isDamaged` missing
+/// points and spikes.
 inline QList<KxMath::KxPointXY> profilePoints(std::uint32_t seed, int count, float width, bool isDamaged) {
     Source source(seed);
     QList<KxMath::KxPointXY> points;
@@ -108,7 +113,8 @@ inline QList<KxMath::KxPointXYZ> spacePoints(std::uint32_t seed, int count) {
     Source source(seed);
     QList<KxMath::KxPointXYZ> points;
     for (int i = 0; i < count; ++i) {
-        const float x = source.value(), y = source.value() / 8.0f;
+        const float x = source.value();
+        const float y = source.value() / 8.0f;
         points.append(KxMath::KxPointXYZ(x, y, std::floor(source.value())));
     }
     return points;

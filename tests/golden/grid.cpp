@@ -1,3 +1,4 @@
+// Sets of profiles and grids of heights.
 #include "golden.h"
 
 #include <QtCore/QPoint>
@@ -39,6 +40,8 @@ void printGrids() {
     set.setZ(0.3f, 0.25f);
     set.calcRange();
     print("set", set);
+    KxProfileZSet part;
+    Line("set.measures") << set.getRange(3.0f, 9.1f, part) << part.size() << set.calcAverageY();
     KxPointCloud<KxPointXYZ> cloud;
     set.toPointCloud(cloud);
     Line("set.cloud") << cloud;
@@ -48,6 +51,9 @@ void printGrids() {
     KxMatrixCloud matrix;
     set.toMatrixCloud(matrix, 0.5f, 0.25f);
     print("set.matrix", matrix);
+    KxProfileZSet cleared(set);
+    cleared.clearEdgeEffect();
+    print("set.cleared", cleared);
 
     KxMatrixWithHistos histos;
     float low = 0, high = 0;

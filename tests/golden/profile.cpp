@@ -1,4 +1,7 @@
+// Profiles: filters, calculus, features, interpolation.
 #include "golden.h"
+
+#include <QtCore/QRectF>
 
 #include <array>
 
@@ -31,7 +34,8 @@ void printFilters(const Printer& print) {
     print("profile.medFilt", [](Line&, P p, P out) { p.medFilt(out, 9, 0); });
     print("profile.diffFilt", [](Line&, P p, P out) { p.diffFilt(out, 5); });
     print("profile.splashFilter", [](Line& line, P p, P out) { line << p.splashFilter(out, 1.2f, 3.0f); });
-    print("profile.splashFilterPolar", [](Line& line, P p, P out) { line << p.splashFilterPolar(out, 150, 1.2f, 3); });
+    print("profile.splashFilterPolar",
+          [](Line& line, P p, P out) { line << p.splashFilterPolar(out, 150.0f, 1.2f, 3.0f); });
     print("profile.wndFilterPolar", [](Line&, P p, P out) { p.wndFilterPolar(out, 0.5f, 9, 4); });
     print("profile.removeNoise", [](Line&, P p, P) { p.removeNoise(9, 3, 0.4f, 0.0f); });
     print("profile.removeLineParts", [](Line&, P p, P) { p.removeLineParts(9, 0.97f, 0.2f, 5); });
@@ -53,6 +57,10 @@ void printTransforms(const Printer& print) {
         KxPointXY centre(1.5f, -2.5f);
         p.rotateFixed(-0.77f, centre);
     });
+    print("profile.trimmed", [](Line& line, P p, P) {
+        line << p.trimX(-30, 30) << p.trimY(2, 40) << p.trimLower(5.5f) << p.trimUpper(24.0f) << p.removeDuplicates();
+        line << p.findNearestToX(3.21f, true) << p.calcCenterX() << p.calcCenterY();
+    });
 }
 
 void printCalculus(const Printer& print) {
@@ -72,6 +80,13 @@ void printCalculus(const Printer& print) {
         line << p.integral(10, 600, true) << p.integral(10, 600, false);
         int segment = 0;
         line << p.calcY(-12.345f, 2.0f, &segment) << segment << p.calcY(21.0f, 2.0f, nullptr);
+    });
+    print("profile.fits", [](Line& line, P p, P) {
+        KxLine straight;
+        KxCircle circle;
+        p.calcLine(straight);
+        p.calcCircle(circle);
+        line << straight << circle;
     });
     print("profile.interpolate", [](Line& line, P p, P) { line << p.interpolate(0.07f, -30, 30, Akima); });
     print("profile.akima", [](Line& line, P p, P out) {
@@ -116,6 +131,11 @@ void printFeatures(const Printer& print) {
         KxProfile other;
         other.points = profilePoints(7, 500, 66, print.isDamaged);
         p.calcDistance(other, out, 5, 0, true);
+    });
+    print("profile.topView", [](Line& line, P p, P) {
+        KxPointCloud<KxPointXYZ> cloud;
+        cloud.points = spacePoints(8, 900);
+        line << p.makeCloudTopView(cloud, 1.25f);
     });
 }
 

@@ -1,3 +1,4 @@
+// Conicity, sensor coordinates, apexes and wheels.
 #include "golden.h"
 
 #include "shapes/crossSections.h"
@@ -11,6 +12,18 @@ using namespace KxMath;
 namespace golden {
 
 namespace {
+
+/// A flange of a parabola, a straight flank and a tread over 135 mm, its lowest point that of the flange.
+QList<KxPointXYZ> rimPoints() {
+    QList<KxPointXYZ> points;
+    for (int i = 0; i < 1350; ++i) {
+        const float x = static_cast<float>(i) * 0.1f;
+        const float flange = (x - 16.0f) * (x - 16.0f) / 8.5f;
+        const float tread = 28.0f + (x - 70.0f) / 20.0f;
+        points.append(KxPointXYZ(800.0f - x, flange < tread ? flange : tread, 1.0f));
+    }
+    return points;
+}
 
 void printConicity() {
     KxProfile wheel1, wheel2, rail1, rail2, conicity, deltaR, slope1, slope2;
@@ -81,6 +94,43 @@ void printRailway() {
         METRO_XYtoXYZ(profile, rolled, coord, 430.0f, 2.5f, 7);
         Line("coordinates.rolled") << rolled;
     }
+
+    KxProfile ridges, apexes;
+    for (int i = 0; i < 640; ++i) {
+        const int phase = i % 160;
+        ridges.points.append(
+            KxPointXY(static_cast<float>(i) * 0.1f, static_cast<float>(phase < 80 ? phase : 160 - phase) * 0.12f));
+    }
+    QList<KxLine> lines;
+    Line line("apexes");
+    line << METRO_detectApexes(ridges, apexes, lines, 0.3f) << apexes;
+    for (const KxLine& flank : std::as_const(lines)) {
+        line << flank;
+    }
+
+    KxProfile left, right;
+    left.points = profilePoints(10, 400, 70, false);
+    right.points = profilePoints(11, 400, 70, false);
+    Line("wheels.distance") << METRO_calcWheelsDist(left, right, KxLine(0.01f, 15), KxLine(-0.02f, 14), 1360.0f);
+
+    std::array<KxPointCloud<KxPointXYZ>, 3> arcs;
+    for (int i = 0; i < 60; ++i) {
+        for (int arc = 0; arc < 3; ++arc) {
+            const float x = static_cast<float>(arc * 100 - 100 + i);
+            arcs[static_cast<std::size_t>(arc)].points.append(
+                KxPointXYZ(x, x * x / 860.0f, static_cast<float>((i - 30) * (i - 30))));
+        }
+    }
+    KxCircle circle;
+    METRO_calcWheel(arcs[0], arcs[1], arcs[2], circle);
+    Line("wheel.circle") << circle;
+    KxPointCloud<KxPointXYZ> rim;
+    rim.points = rimPoints();
+    _WheelProfileValues values{};
+    KxProfile measured;
+    METRO_calcWheelParameters(rim, KxCircle(0, 0, 430), &values, &measured);
+    Line("wheel.parameters") << values.heightAt70 << values.xAtLevel18 << values.widthLevel2ToH13 << values.heightExcess
+                             << measured;
 }
 
 } // namespace golden
