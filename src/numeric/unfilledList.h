@@ -4,7 +4,6 @@
 #include <QtCore/QList>
 
 #include <algorithm>
-#include <cstring>
 #include <type_traits>
 
 namespace KxMath::detail {
@@ -24,13 +23,12 @@ public:
     /// Makes the list `count` elements longer. @return the first of them, which have no value yet
     T* extend(qsizetype count) {
         if (storage_.freeSpaceAtEnd() < count) {
-            Storage larger = allocate(std::max(size() + count, 2 * size()));
-            if (size() > 0) {
-                std::memcpy(static_cast<void*>(larger.data()), storage_.data(),
-                            sizeof(T) * static_cast<size_t>(size()));
+            const qsizetype capacity = std::max(size() + count, 2 * size());
+            if (size() == 0) {
+                storage_ = allocate(capacity);
+            } else {
+                storage_->reallocate(capacity, QArrayData::KeepSize); // large blocks move by their pages
             }
-            larger.size = size();
-            storage_.swap(larger);
         }
         storage_.size += count;
         return storage_.end() - count;
