@@ -14,6 +14,9 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
+#ifdef __x86_64__
+    benchmark::AddCustomContext("vectors", __builtin_cpu_supports("avx2") ? "AVX2" : "SSE2");
+#endif
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -175,7 +175,8 @@ def main(times_name, memory_name, goals_name, page_name=None):
     goals = read_goals(goals_name)
     wrong = differing(digests)
     lines = [
-        f"Measured on {context['date'][:10]}, {context['num_cpus']} processors of {context['mhz_per_cpu']} MHz.",
+        f"Measured on {context['date'][:10]}, {context['num_cpus']} processors of {context['mhz_per_cpu']} MHz"
+        f"{' with ' + context['vectors'] if 'vectors' in context else ''}.",
         "",
         "### Goals",
         "",
