@@ -21,19 +21,19 @@ public:
 
     /// The window is not longer than the profile.
     LevelDifferences(const KxPointXY* points, qsizetype n, qsizetype window)
-        : points_(points), n_(n), window_(window), heights_(room(n)), sums_(room(n)) {}
+        : n_(n), window_(window), heights_(room(n)), sums_(room(n)) {
+        detail::copyYs(points, n, heights_.get());
+        std::fill_n(heights_.get() + n, detail::kWindowRoom, 0.0f);
+    }
 
     /// Gets those about the centres from `c` on ready. The ones at the end, behind which points are missing, are of no
     /// use.
     void prepare(qsizetype c) {
         const qsizetype end = std::min(n_ - window_ + 1, c + kAtOnce + 1); // of the windows
-        if (end <= summed_) {
-            return;
+        if (end > summed_) {
+            detail::windowSums(heights_.get() + summed_, end - summed_, window_, sums_.get() + summed_);
+            summed_ = end;
         }
-        const qsizetype copied = summed_ == 0 ? 0 : summed_ + window_ - 1;
-        detail::copyYs(points_ + copied, end + window_ - 1 - copied, heights_.get() + copied);
-        detail::windowSums(heights_.get() + summed_, end - summed_, window_, sums_.get() + summed_);
-        summed_ = end;
     }
 
     float at(qsizetype c) const { return sums_[index(c + 1)] - sums_[index(c - window_)]; }
@@ -50,10 +50,9 @@ public:
 private:
     static size_t index(qsizetype i) { return static_cast<size_t>(i); }
     static std::unique_ptr<float[]> room(qsizetype count) {
-        return std::make_unique<float[]>(index(count + detail::kWindowRoom));
+        return std::make_unique_for_overwrite<float[]>(index(count + detail::kWindowRoom));
     }
 
-    const KxPointXY* points_;
     qsizetype n_;
     qsizetype window_;
     std::unique_ptr<float[]> heights_;
