@@ -36,4 +36,5 @@ benchmark_packages=(libbenchmark-dev python3 libboost-dev libgsl-dev libalglib-d
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    export CCACHE_SLOPPINESS=pch_defines,time_macros # asked for where headers are precompiled
 fi

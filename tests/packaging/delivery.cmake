@@ -47,10 +47,11 @@ endforeach()
 kxmath_add_packaging_test(pkgConfig NEEDS ${own}_library
     COMMAND ${src}/pkgConfig.sh ${CMAKE_CXX_COMPILER} ${bin}/${own} ${bin}/moved ${src}/consumer/main.cpp)
 
-# As part of another project.
+# As part of another project, and without precompiled headers: each source includes what it uses.
 kxmath_add_packaging_test(subproject
     COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${src}/subproject ${bin}/subproject
         --build-generator Ninja
         --build-options -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER} -DKXMATH_SOURCE=${PROJECT_SOURCE_DIR}
+            -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON
             -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
         --test-command consumer)
