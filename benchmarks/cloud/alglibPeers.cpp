@@ -35,9 +35,7 @@ void removeIsolated(CloudJob& job) {
 
 [[maybe_unused]] const bool isRegistered = [] {
     constexpr int kPoints = 100000; // ten times as many would take seconds
-    const auto fill = cloudOf(densePoints, kPoints);
-    add<CloudJob>("cubicFilter2", kPoints, "peer_alglib", 1, fill, removeIsolated, digestCloud);
-    add<CloudJob>("sphericalFilter2", kPoints, "peer_alglib", 1, fill, removeIsolated, digestSize);
+    addNeighbourSearch("peer_alglib", kPoints, removeIsolated);
     return true;
 }();
 

@@ -84,4 +84,11 @@ constexpr float kCell = 5.0f;
 constexpr float kMaxDistance = 4.0f;
 constexpr int kMinCount = 3;
 
+/// A competitor of both filters that take out what has no near neighbour.
+inline void addNeighbourSearch(const char* who, int n, void (*removeIsolated)(CloudJob&)) {
+    const auto fill = cloudOf(densePoints, n);
+    add<CloudJob>("cubicFilter2", n, who, 1, fill, removeIsolated, digestCloud);
+    add<CloudJob>("sphericalFilter2", n, who, 1, fill, removeIsolated, digestSize);
+}
+
 } // namespace kxbench

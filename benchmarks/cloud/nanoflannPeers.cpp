@@ -41,9 +41,7 @@ void removeIsolated(CloudJob& job) {
 
 [[maybe_unused]] const bool isRegistered = [] {
     for (const int n : kCloudSizes) {
-        const auto fill = cloudOf(densePoints, n);
-        add<CloudJob>("cubicFilter2", n, "peer_nanoflann", 1, fill, removeIsolated, digestCloud);
-        add<CloudJob>("sphericalFilter2", n, "peer_nanoflann", 1, fill, removeIsolated, digestSize);
+        addNeighbourSearch("peer_nanoflann", n, removeIsolated);
     }
     return true;
 }();
