@@ -2,7 +2,7 @@
 #pragma once
 
 #include "KxMath/KxPoints.h"
-#include "numeric/radixSort.h"
+#include "sorting/radixSort.h"
 
 #include <QtCore/QList>
 

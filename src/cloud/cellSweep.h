@@ -3,9 +3,9 @@
 
 #include "KxMath/KxPointCloud.h"
 #include "cloud/axisCells.h"
-#include "cloud/cellOrder.h"
-#include "cloud/compaction.h"
 #include "cloud/numberedPoint.h"
+#include "lists/filtering.h"
+#include "sorting/cellOrder.h"
 
 #include <QtCore/QList>
 

@@ -3,7 +3,7 @@
 
 #include "cloud/pointTraits.h"
 #include "cloud/rangeWidening.h"
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 namespace KxMath {
 

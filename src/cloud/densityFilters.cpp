@@ -3,7 +3,7 @@
 
 #include "cloud/cellSweep.h"
 #include "cloud/isolatedPoints.h"
-#include "numeric/largestSquare.h"
+#include "rounding/largestSquare.h"
 
 #include <cmath>
 #include <cstdint>

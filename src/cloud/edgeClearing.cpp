@@ -2,8 +2,8 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "cloud/pointTraits.h"
-#include "numeric/bounds.h"
-#include "numeric/conversion.h"
+#include "rounding/bounds.h"
+#include "rounding/conversion.h"
 
 #include <algorithm>
 #include <cmath>

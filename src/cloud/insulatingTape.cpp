@@ -2,7 +2,7 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "geometry/robustLine.h"
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 // Points that stand apart from all others.
 #include "cloud/isolatedPoints.h"
 
-#include "numeric/float4.h"
-#include "numeric/largestSquare.h"
+#include "rounding/largestSquare.h"
+#include "simd/float4.h"
 
 #include <algorithm>
 #include <array>

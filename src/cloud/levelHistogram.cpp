@@ -2,7 +2,7 @@
 #include "KxMath/KxLevelHistogram.h"
 
 #include "io/binaryIo.h"
-#include "numeric/conversion.h"
+#include "rounding/conversion.h"
 
 #include <algorithm>
 #include <cmath>

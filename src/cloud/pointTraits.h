@@ -1,8 +1,8 @@
 // What differs between the point types, and boxes over them.
 #pragma once
 
-#include "numeric/bounds.h"
-#include "numeric/float4.h"
+#include "rounding/bounds.h"
+#include "simd/float4.h"
 
 namespace KxMath::detail {
 

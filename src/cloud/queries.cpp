@@ -1,10 +1,10 @@
 // Finding points by coordinate, box or ball.
 #include "KxMath/KxPointCloud.h"
 
-#include "cloud/compaction.h"
 #include "cloud/pointTraits.h"
-#include "numeric/bounds.h"
-#include "numeric/largestSquare.h"
+#include "lists/filtering.h"
+#include "rounding/bounds.h"
+#include "rounding/largestSquare.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,49 +2,24 @@
 #pragma once
 
 #include "cloud/pointTraits.h"
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <QtCore/qglobal.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
 namespace KxMath::detail {
 
-/// Loads a point. Of points in space 16 bytes are read, whatever their size; what is behind z stands for nothing.
+/// Loads a point. Of points in space 16 bytes are read, whatever their size; the fourth number has no meaning.
 template <typename Point>
 Coordinates loadCoordinates(const Point* p) {
     if constexpr (kHasZ<Point>) {
-        Coordinates v;
-        std::memcpy(&v, static_cast<const void*>(p), sizeof(v));
-        return v;
+        return loadFloat4(&p->x);
     } else {
-        // As one number of 8 bytes: put together in memory, the register would have to wait for both parts.
-        using Double2 __attribute__((vector_size(16))) = double;
-        double both;
-        std::memcpy(&both, static_cast<const void*>(p), sizeof(both));
-        return reinterpret_cast<Coordinates>(Double2{both, 0.0});
+        return loadFloat2(&p->x);
     }
-}
-
-/// `v < bound ? v : bound` for each coordinate: NaN and a zero of the other sign leave the bound.
-inline Coordinates lowerOf(Coordinates v, Coordinates bound) {
-#ifdef __SSE__
-    return _mm_min_ps(v, bound); // defined this way round; the compiler takes three instructions for the same
-#else
-    return v < bound ? v : bound;
-#endif
-}
-
-/// `v > bound ? v : bound` for each coordinate: NaN and a zero of the other sign leave the bound.
-inline Coordinates upperOf(Coordinates v, Coordinates bound) {
-#ifdef __SSE__
-    return _mm_max_ps(v, bound);
-#else
-    return v > bound ? v : bound;
-#endif
 }
 
 /// Widens the range of a cloud by one point.

@@ -1,8 +1,8 @@
 // Taking points out of clouds.
 #include "KxMath/KxPointCloud.h"
 
-#include "cloud/compaction.h"
 #include "cloud/pointTraits.h"
+#include "lists/filtering.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,8 +1,8 @@
 // Sorting clouds, and the index of their runs of equal z.
 #include "KxMath/KxPointCloud.h"
 
-#include "numeric/ordering.h"
-#include "numeric/stretchOrdering.h"
+#include "sorting/ordering.h"
+#include "sorting/stretchOrdering.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // Moving, scaling and turning clouds.
 #include "KxMath/KxPointCloud.h"
 
-#include "numeric/blockPolar.h"
+#include "simd/blockPolar.h"
 
 #include <algorithm>
 #include <array>

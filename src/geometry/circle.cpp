@@ -2,7 +2,7 @@
 #include "KxMath/KxPointCloud.h"
 #include "KxMath/KxPrimitives.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <cmath>
 

@@ -2,8 +2,8 @@
 #include "KxMath/KxPointCloud.h"
 #include "KxMath/KxPrimitives.h"
 
-#include "numeric/angles.h"
-#include "numeric/bounds.h"
+#include "rounding/angles.h"
+#include "rounding/bounds.h"
 
 #include <cmath>
 

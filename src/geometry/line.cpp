@@ -3,8 +3,8 @@
 #include "KxMath/KxPrimitives.h"
 
 #include "geometry/lineFit.h"
-#include "numeric/angles.h"
-#include "numeric/bounds.h"
+#include "rounding/angles.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

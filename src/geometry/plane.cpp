@@ -1,7 +1,7 @@
 // Planes in space.
 #include "KxMath/KxPrimitives.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 // Distances between points.
 #include "KxMath/KxPoints.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <cmath>
 

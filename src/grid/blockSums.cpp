@@ -1,7 +1,7 @@
 // Sums over blocks that slide along the rows of a grid, each in its order.
 #include "grid/blockSums.h"
 
-#include "numeric/vectors.h"
+#include "simd/vectors.h"
 
 namespace KxMath::detail {
 

@@ -1,7 +1,7 @@
 // Sums over blocks that slide along the rows of a grid, each in its order.
 #pragma once
 
-#include "numeric/instructionSets.h"
+#include "simd/instructionSets.h"
 
 #include <array>
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Stretches of a row of a height map.
 #include "grid/cells.h"
 
-#include "numeric/bounds.h"
-#include "numeric/float4.h"
+#include "rounding/bounds.h"
+#include "simd/float4.h"
 
 #include <algorithm>
 #include <memory>
@@ -10,8 +10,6 @@
 namespace KxMath::detail {
 
 namespace {
-
-using Int4 __attribute__((vector_size(16))) = int;
 
 constexpr int kGroups = 4;
 constexpr int kSideBySide = 4 * kGroups;
@@ -92,7 +90,7 @@ KxPointXYZ* writeFilled(const float* cells, int row, int begin, int end, float s
             if (anyOf(heights != heights)) {
                 break;
             }
-            const Float4 columns = __builtin_convertvector((Int4{c, c + 1, c + 2, c + 3}), Float4);
+            const Float4 columns = __builtin_convertvector((Answers4{c, c + 1, c + 2, c + 3}), Float4);
             storePoints(columns * step, heights, Float4{z, z, z, z}, &to->x);
         }
         for (const int stop = std::min(end, c + 4); c < stop; ++c) {

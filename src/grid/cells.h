@@ -3,7 +3,7 @@
 
 #include "KxMath/KxPoints.h"
 
-#include "numeric/float4.h"
+#include "simd/float4.h"
 
 namespace KxMath::detail {
 

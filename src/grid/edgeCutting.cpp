@@ -1,7 +1,7 @@
 // Cutting the rims of a scanned object out of a height map.
 #include "KxMath/KxMatrixWithHistos.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <limits>

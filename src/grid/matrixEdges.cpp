@@ -1,7 +1,7 @@
 // Clearing the ends of the columns of a height map.
 #include "KxMath/KxMatrixCloud.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 namespace KxMath {
 

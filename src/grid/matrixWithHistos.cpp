@@ -2,8 +2,8 @@
 #include "KxMath/KxMatrixWithHistos.h"
 
 #include "grid/blockSums.h"
-#include "numeric/bounds.h"
-#include "numeric/unfilledList.h"
+#include "lists/unfilledList.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 
 #include "grid/profileRecord.h"
 #include "io/binaryIo.h"
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <cstring>
 

@@ -1,10 +1,10 @@
 // Sets of profiles: container, range, slicing by z, edge clearing.
 #include "KxMath/KxProfileZ.h"
 
-#include "cloud/compaction.h"
 #include "grid/forReading.h"
 #include "grid/position.h"
-#include "numeric/bounds.h"
+#include "lists/filtering.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,9 +3,9 @@
 
 #include "grid/cells.h"
 #include "grid/position.h"
-#include "numeric/bounds.h"
-#include "numeric/float4.h"
 #include "profile/lookUp.h"
+#include "rounding/bounds.h"
+#include "simd/float4.h"
 
 #include <algorithm>
 #include <array>

@@ -4,9 +4,9 @@
 
 #include "grid/position.h"
 #include "grid/resampling.h"
-#include "numeric/bounds.h"
-#include "numeric/conversion.h"
-#include "numeric/unfilledList.h"
+#include "lists/unfilledList.h"
+#include "rounding/bounds.h"
+#include "rounding/conversion.h"
 
 #include <algorithm>
 #include <cmath>

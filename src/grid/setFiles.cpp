@@ -3,7 +3,7 @@
 
 #include "grid/profileRecord.h"
 #include "io/blocks.h"
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 namespace KxMath {
 

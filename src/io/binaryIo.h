@@ -1,7 +1,7 @@
 // Little-endian fields and records over QFile.
 #pragma once
 
-#include "numeric/unfilledList.h"
+#include "lists/unfilledList.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QList>

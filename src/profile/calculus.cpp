@@ -2,10 +2,10 @@
 #include "KxMath/KxProfile.h"
 
 #include "geometry/lineFit.h"
-#include "numeric/bounds.h"
 #include "profile/correlation.h"
 #include "profile/lookUp.h"
 #include "profile/sampling.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <array>

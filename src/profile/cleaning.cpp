@@ -1,9 +1,9 @@
 // Removal of noisy stretches, of straight stretches, and of what lies beyond a line.
 #include "KxMath/KxProfile.h"
 
-#include "cloud/compaction.h"
-#include "numeric/largestSquare.h"
+#include "lists/filtering.h"
 #include "profile/correlation.h"
+#include "rounding/largestSquare.h"
 
 #include <algorithm>
 #include <cmath>

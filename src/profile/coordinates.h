@@ -3,8 +3,8 @@
 
 #include "KxMath/KxPoints.h"
 
-#include "numeric/float4.h"
-#include "numeric/instructionSets.h"
+#include "simd/float4.h"
+#include "simd/instructionSets.h"
 
 #include <cstddef>
 #include <cstring>

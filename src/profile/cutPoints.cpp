@@ -1,9 +1,9 @@
 // Steps of the level of a profile.
 #include "KxMath/KxProfile.h"
 
-#include "numeric/bounds.h"
-#include "numeric/windowSums.h"
 #include "profile/coordinates.h"
+#include "rounding/bounds.h"
+#include "simd/windowSums.h"
 
 #include <algorithm>
 #include <memory>

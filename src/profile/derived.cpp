@@ -1,8 +1,8 @@
 // Profiles made from other data: level runs, differences, and the view of a cloud from above.
 #include "KxMath/KxProfile.h"
 
-#include "cloud/compaction.h"
-#include "numeric/bounds.h"
+#include "lists/filtering.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 
 #include "KxMath/KxPoints.h"
 
-#include "numeric/instructionSets.h"
+#include "simd/instructionSets.h"
 
 #include <cstddef>
 

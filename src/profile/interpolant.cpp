@@ -2,10 +2,10 @@
 #include "KxMath/KxInterpolant.h"
 #include "KxMath/KxProfile.h"
 
-#include "numeric/bounds.h"
-#include "numeric/unfilledList.h"
+#include "lists/unfilledList.h"
 #include "profile/coordinates.h"
 #include "profile/sampling.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,9 +3,9 @@
 
 #include "KxMath/KxPoints.h"
 
-#include "numeric/bounds.h"
-#include "numeric/float4.h"
-#include "numeric/instructionSets.h"
+#include "rounding/bounds.h"
+#include "simd/float4.h"
+#include "simd/instructionSets.h"
 
 #include <QtCore/QList>
 

@@ -1,8 +1,8 @@
 // Polar form and rotations of profiles.
 #include "KxMath/KxProfile.h"
 
-#include "numeric/blockPolar.h"
 #include "profile/coordinates.h"
+#include "simd/blockPolar.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // Construction, range and trimming of profiles.
 #include "KxMath/KxProfile.h"
 
-#include "cloud/compaction.h"
-#include "numeric/bounds.h"
+#include "lists/filtering.h"
+#include "rounding/bounds.h"
 
 #include <QtCore/QRectF>
 

@@ -1,8 +1,8 @@
 // Sampling an interpolant at a regular step.
 #include "profile/sampling.h"
 
-#include "numeric/bounds.h"
-#include "numeric/float4.h"
+#include "rounding/bounds.h"
+#include "simd/float4.h"
 
 #include <algorithm>
 #include <bit>

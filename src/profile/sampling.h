@@ -3,7 +3,7 @@
 
 #include "KxMath/KxInterpolant.h"
 
-#include "numeric/instructionSets.h"
+#include "simd/instructionSets.h"
 
 #include <array>
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Searching profiles by x, and removing repeated x.
 #include "KxMath/KxProfile.h"
 
-#include "cloud/compaction.h"
-#include "numeric/bounds.h"
+#include "lists/filtering.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

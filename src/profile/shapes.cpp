@@ -1,7 +1,7 @@
 // The weld bead, circle and bounding rectangle of a profile.
 #include "KxMath/KxProfile.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
 // Smoothing filters over windows of points.
 #include "KxMath/KxProfile.h"
 
-#include "numeric/windowSums.h"
 #include "profile/coordinates.h"
 #include "profile/fir.h"
+#include "simd/windowSums.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 // Removal of narrow spikes, in Cartesian and in polar form, and the window filter about a circle.
 #include "KxMath/KxProfile.h"
 
-#include "cloud/compaction.h"
-#include "numeric/angles.h"
-#include "numeric/bounds.h"
+#include "lists/filtering.h"
+#include "rounding/angles.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 // From the plane of a sensor to the track frame.
 #include "KxMath/KxMetro.h"
 
-#include "numeric/angles.h"
 #include "railway/sensorRotation.h"
+#include "rounding/angles.h"
 
 #include <cmath>
 

@@ -3,9 +3,9 @@
 #include "KxMath/KxProfileZ.h"
 
 #include "grid/profileRecord.h"
-#include "numeric/conversion.h"
 #include "railway/recordings.h"
 #include "railway/wheelClassifier.h"
+#include "rounding/conversion.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

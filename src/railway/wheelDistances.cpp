@@ -3,8 +3,8 @@
 
 #include "grid/profileRecord.h"
 #include "io/binaryIo.h"
-#include "numeric/angles.h"
 #include "railway/recordings.h"
+#include "rounding/angles.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

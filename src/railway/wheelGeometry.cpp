@@ -1,9 +1,9 @@
 // The circle of a wheel and the measures of its rim profile.
 #include "KxMath/KxMetro.h"
 
-#include "cloud/compaction.h"
-#include "numeric/angles.h"
-#include "numeric/bounds.h"
+#include "lists/filtering.h"
+#include "rounding/angles.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

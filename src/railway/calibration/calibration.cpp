@@ -1,11 +1,11 @@
 // Calibration of a sensor's pose.
 #include "KxMath/KxMetro.h"
 
-#include "numeric/angles.h"
-#include "numeric/bounds.h"
 #include "railway/calibration/calibrationObject.h"
 #include "railway/calibration/ridgeFit.h"
 #include "railway/calibration/sensorPose.h"
+#include "rounding/angles.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

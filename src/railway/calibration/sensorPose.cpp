@@ -1,8 +1,8 @@
 // The pose of a sensor from the ridges of the calibration object.
 #include "railway/calibration/sensorPose.h"
 
-#include "numeric/angles.h"
 #include "railway/sensorRotation.h"
+#include "rounding/angles.h"
 
 #include <algorithm>
 

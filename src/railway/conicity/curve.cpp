@@ -1,7 +1,7 @@
 // The conicity over the amplitude of the oscillation.
 #include "railway/conicity/steps.h"
 
-#include "numeric/angles.h"
+#include "rounding/angles.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // The potential of the wheel-set's oscillation.
 #include "railway/conicity/steps.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // Placing two wheels and two rails on the track.
 #include "railway/conicity/steps.h"
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

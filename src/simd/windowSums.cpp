@@ -1,7 +1,7 @@
 // Sums over windows that slide along a sequence, each in its order.
-#include "numeric/windowSums.h"
+#include "simd/windowSums.h"
 
-#include "numeric/vectors.h"
+#include "simd/vectors.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 // Stable ordering of sequences whose keys may be NaN.
 #pragma once
 
-#include "numeric/radixSort.h"
+#include "sorting/radixSort.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // Sums over windows that slide along a sequence, each in its order.
 #pragma once
 
-#include "numeric/instructionSets.h"
+#include "simd/instructionSets.h"
 
 #include <cstddef>
 

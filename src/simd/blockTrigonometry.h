@@ -1,7 +1,7 @@
 // Trigonometric functions of many numbers at once.
 #pragma once
 
-#include "numeric/instructionSets.h"
+#include "simd/instructionSets.h"
 
 #include <cstddef>
 

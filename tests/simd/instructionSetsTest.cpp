@@ -1,14 +1,14 @@
 #include "support/testing.h"
 
 #include "grid/blockSums.h"
-#include "numeric/angles.h"
-#include "numeric/blockPolar.h"
-#include "numeric/blockTrigonometry.h"
-#include "numeric/windowSums.h"
 #include "profile/coordinates.h"
 #include "profile/fir.h"
 #include "profile/lookUp.h"
 #include "profile/sampling.h"
+#include "rounding/angles.h"
+#include "simd/blockPolar.h"
+#include "simd/blockTrigonometry.h"
+#include "simd/windowSums.h"
 
 #include <bit>
 #include <numeric>

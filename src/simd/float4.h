@@ -1,7 +1,9 @@
 // Four floats that are worked on at once.
 #pragma once
 
-#include "numeric/vectors.h"
+#include "simd/vectors.h"
+
+#include <cstring>
 
 #ifdef __SSE__
 #include <xmmintrin.h>
@@ -25,6 +27,32 @@ inline Float4 magnitudes(Float4 v) {
     constexpr int kWithoutSign = 0x7fffffff;
     const Answers4 mask = {kWithoutSign, kWithoutSign, kWithoutSign, kWithoutSign};
     return reinterpret_cast<Float4>(reinterpret_cast<Answers4>(v) & mask);
+}
+
+/// Two floats, and two zeros behind them.
+inline Float4 loadFloat2(const float* values) {
+    // As one number of 8 bytes: assembled in memory, the register would have to wait for both parts.
+    double both;
+    std::memcpy(&both, values, sizeof(both));
+    return reinterpret_cast<Float4>(Vectors<16>::Doubles{both, 0.0});
+}
+
+/// `v < bound ? v : bound` for each float: NaN and a zero of the other sign leave the bound.
+inline Float4 lowerOf(Float4 v, Float4 bound) {
+#ifdef __SSE__
+    return _mm_min_ps(v, bound); // has this definition; compilers use three instructions for the conditional
+#else
+    return v < bound ? v : bound;
+#endif
+}
+
+/// `v > bound ? v : bound` for each float: NaN and a zero of the other sign leave the bound.
+inline Float4 upperOf(Float4 v, Float4 bound) {
+#ifdef __SSE__
+    return _mm_max_ps(v, bound);
+#else
+    return v > bound ? v : bound;
+#endif
 }
 
 /// Whether there is a yes among the answers.

@@ -1,8 +1,8 @@
 // Sorting overlapping stretches of one sequence, one after the other.
 #pragma once
 
-#include "numeric/ordering.h"
-#include "numeric/sortedSets.h"
+#include "sorting/ordering.h"
+#include "sorting/sortedSets.h"
 
 #include <algorithm>
 #include <cmath>

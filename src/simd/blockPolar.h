@@ -1,7 +1,7 @@
 // Polar form of many points at once.
 #pragma once
 
-#include "numeric/instructionSets.h"
+#include "simd/instructionSets.h"
 
 #include <cstddef>
 

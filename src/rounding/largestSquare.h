@@ -1,7 +1,7 @@
 // Comparing distances by their squares.
 #pragma once
 
-#include "numeric/bounds.h"
+#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>

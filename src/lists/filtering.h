@@ -1,7 +1,7 @@
 // Removing or collecting many points in one pass.
 #pragma once
 
-#include "numeric/unfilledList.h"
+#include "lists/unfilledList.h"
 
 #include <QtCore/QList>
 

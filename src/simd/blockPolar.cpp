@@ -1,8 +1,8 @@
 // Polar form of many points at once.
-#include "numeric/blockPolar.h"
+#include "simd/blockPolar.h"
 
-#include "numeric/angles.h"
-#include "numeric/blockTrigonometry.h"
+#include "rounding/angles.h"
+#include "simd/blockTrigonometry.h"
 
 #include <array>
 

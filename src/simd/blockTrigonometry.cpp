@@ -2,10 +2,10 @@
 // below 2^-40 of it. Where that leaves no doubt what the nearest float is, it is that of the standard library's
 // function as well, which is nearer still; where it does, or where the argument is out of the ordinary, that function
 // is asked.
-#include "numeric/blockTrigonometry.h"
+#include "simd/blockTrigonometry.h"
 
-#include "numeric/angles.h"
-#include "numeric/float4.h"
+#include "rounding/angles.h"
+#include "simd/float4.h"
 
 #include <algorithm>
 #include <array>
