@@ -5,7 +5,7 @@
 #include "cloud/axisCells.h"
 #include "cloud/numberedPoint.h"
 #include "lists/filtering.h"
-#include "sorting/cellOrder.h"
+#include "sorting/radixSort.h"
 
 #include <QtCore/QList>
 
@@ -73,7 +73,13 @@ private:
     int mostBefore_ = 0; ///< cells that a point lies in besides its first one
 };
 
-/// What a cell holds: those of the points of its layer that the entries tell.
+/// A point in a cell, by its position in the layer. A point on a shared face has an entry for each of its cells.
+struct CellEntry {
+    std::uint64_t cell;
+    std::uint32_t member;
+};
+
+/// What a cell holds: the points of the layer that the entries refer to.
 struct CellContent {
     std::span<const NumberedPoint> layer;
     std::span<const CellEntry> entries;
@@ -132,7 +138,7 @@ private:
                 }
             }
         }
-        order_.sort(entries_, numberOf(yCells_.size(), 0));
+        entrySorter_.sort(entries_, numberOf(yCells_.size(), 0), [](const CellEntry& entry) { return entry.cell; });
     }
 
     /// The number of a cell in a layer.
@@ -172,7 +178,7 @@ private:
     std::vector<NumberedPoint> layer_; // the current one
     std::vector<char> isGone_; // of its points
     std::vector<CellEntry> entries_; // of the current layer
-    CellOrder order_;
+    IntegerSorter<CellEntry> entrySorter_;
     std::vector<std::uint32_t> picked_; // of the current cell
     int removed_ = 0;
 };

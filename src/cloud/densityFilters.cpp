@@ -3,6 +3,8 @@
 
 #include "cloud/cellSweep.h"
 #include "cloud/isolatedPoints.h"
+#include "cloud/rangeWidening.h"
+#include "geometry/squareOfDistance.h"
 #include "rounding/largestSquare.h"
 
 #include <cmath>
@@ -93,8 +95,7 @@ private:
 };
 
 void completeRange(KxPointCloud<KxPointXYZ>& cloud) {
-    if (std::isnan(cloud.minX) || std::isnan(cloud.maxX) || std::isnan(cloud.minY) || std::isnan(cloud.maxY) ||
-        std::isnan(cloud.minZ) || std::isnan(cloud.maxZ)) {
+    if (!detail::isRangeKnown<KxPointXYZ>(cloud)) {
         cloud.calcRange();
     }
 }

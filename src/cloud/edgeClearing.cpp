@@ -1,7 +1,7 @@
 // Clearing the edges of a cloud that is a stack of profiles.
 #include "KxMath/KxPointCloud.h"
 
-#include "cloud/pointTraits.h"
+#include "cloud/box.h"
 #include "rounding/bounds.h"
 #include "rounding/conversion.h"
 

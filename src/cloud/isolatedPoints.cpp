@@ -1,6 +1,7 @@
 // Points that stand apart from all others.
 #include "cloud/isolatedPoints.h"
 
+#include "geometry/squareOfDistance.h"
 #include "rounding/largestSquare.h"
 #include "simd/float4.h"
 

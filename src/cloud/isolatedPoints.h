@@ -8,12 +8,6 @@
 
 namespace KxMath::detail {
 
-/// The square of KxPointXYZ::calcDistance() as it is rounded there.
-template <typename Number>
-Number squareOfDistance(Number dx, Number dy, Number dz) {
-    return dy * dy + dx * dx + dz * dz;
-}
-
 /// Appends the numbers of those of `members`, none with a NaN coordinate, whose smallest KxPointXYZ::calcDistance()
 /// to another member is greater than `maxDist`. Distances that are NaN (between infinities) do not count; a member
 /// without any other distance is not isolated. Takes O(m log m) for m members.

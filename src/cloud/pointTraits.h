@@ -1,7 +1,6 @@
-// What differs between the point types, and boxes over them.
+// What differs between the point types.
 #pragma once
 
-#include "rounding/bounds.h"
 #include "simd/float4.h"
 
 namespace KxMath::detail {
@@ -11,29 +10,7 @@ inline constexpr bool kHasZ = requires(Point p) {
     p.z;
 };
 
-/// Three coordinates in one register; the fourth place stands for nothing.
+/// Three coordinates in one vector; the fourth lane has no meaning.
 using Coordinates = Float4;
-
-/// A box with inclusive bounds. A NaN bound is switched off; a NaN coordinate fails every bound that is not.
-class Box {
-public:
-    Box(float minX, float maxX, float minY, float maxY, float minZ, float maxZ)
-        : lower_{minX, minY, minZ, 0.0f}, upper_{maxX, maxY, maxZ, 0.0f}, hasNoLower_(lower_ != lower_),
-          hasNoUpper_(upper_ != upper_) {}
-
-    /// Without branches: whether a point is inside is as good as random.
-    template <typename Point>
-    bool contains(const Point& p) const {
-        const Coordinates v = {p.x, p.y, p.z, 0.0f};
-        const Answers4 inside = ((v >= lower_) | hasNoLower_) & ((v <= upper_) | hasNoUpper_);
-        return allOf(inside);
-    }
-
-private:
-    Coordinates lower_;
-    Coordinates upper_;
-    Answers4 hasNoLower_;
-    Answers4 hasNoUpper_;
-};
 
 } // namespace KxMath::detail

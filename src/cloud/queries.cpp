@@ -1,7 +1,8 @@
 // Finding points by coordinate, box or ball.
 #include "KxMath/KxPointCloud.h"
 
-#include "cloud/pointTraits.h"
+#include "cloud/box.h"
+#include "geometry/squareOfDistance.h"
 #include "lists/filtering.h"
 #include "rounding/bounds.h"
 #include "rounding/largestSquare.h"
@@ -70,11 +71,7 @@ int KxPointCloud<KxPointXYZ>::getRangeIndeces(QList<int>& out, float minX, float
 int KxPointCloud<KxPointXYZ>::getRangeIndeces(QList<int>& out, KxPointXYZ centre, float diameter) {
     const float limit = detail::largestSquare(diameter * 0.5f); // compared with the squares of the distances, as exact
     return collectPositions(points, out, [&](const KxPointXYZ& p) {
-        const float dx = p.x - centre.x;
-        const float dy = p.y - centre.y;
-        const float dz = p.z - centre.z;
-        const float sum = dy * dy + dx * dx + dz * dz; // in the order of calcDistance()
-        return sum <= limit; // NaN: false
+        return detail::squareOfDistance(p.x - centre.x, p.y - centre.y, p.z - centre.z) <= limit; // NaN: false
     });
 }
 

@@ -1,7 +1,7 @@
 // Taking points out of clouds.
 #include "KxMath/KxPointCloud.h"
 
-#include "cloud/pointTraits.h"
+#include "cloud/box.h"
 #include "lists/filtering.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "sorting/ordering.h"
-#include "sorting/stretchOrdering.h"
+#include "sorting/rangeOrdering.h"
 
 #include <algorithm>
 #include <cmath>
@@ -39,18 +39,18 @@ void sortInSpace(Cloud& cloud, KxSortOrder first, KxSortOrder second) {
     if (first == KxSortNone) {
         return;
     }
-    // Deliberately from index value to index value: each stretch starts at the last point of the run before, the last
-    // run is not sorted, and values that fall (after a descending z sort) give no stretch.
-    std::vector<detail::ClosedStretch> stretches;
-    int stretchStart = -1;
+    // Deliberately from index value to index value: each range starts at the last point of the run before, the last
+    // run is not sorted, and values that fall (after a descending z sort) give no range.
+    std::vector<detail::ClosedRange> ranges;
+    int rangeStart = -1;
     for (const int value : std::as_const(cloud.zIndex)) {
-        if (stretchStart >= 0 && stretchStart < value) {
-            stretches.push_back({stretchStart, value});
+        if (rangeStart >= 0 && rangeStart < value) {
+            ranges.push_back({rangeStart, value});
         }
-        stretchStart = value;
+        rangeStart = value;
     }
-    detail::stableSortStretches(
-        begin, cloud.size(), stretches, [](const auto& p) { return p.x; }, first == KxSortAscending);
+    detail::stableSortRanges(
+        begin, cloud.size(), ranges, [](const auto& p) { return p.x; }, first == KxSortAscending);
 }
 
 /// What a run of equal z leaves in the index.

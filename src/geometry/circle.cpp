@@ -43,6 +43,9 @@ bool KxCircle::calcFromPointCloud(KxPointCloud<KxPointXY>& cloud) {
         su3 += u * square;
         sv3 += square * v;
     }
+    // Solved by determinants in single precision. The rounding is part of the result, so neither the elimination of
+    // KxProfile::calcPolynomCoeffs() nor that of the calibration, both in double precision and each in an order of its
+    // own, can take its place.
     const float m11 = 2.0f * suu;
     const float m12 = 2.0f * suv;
     const float m21 = 2.0f * svu;

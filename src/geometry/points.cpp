@@ -1,6 +1,7 @@
 // Distances between points.
 #include "KxMath/KxPoints.h"
 
+#include "geometry/squareOfDistance.h"
 #include "rounding/bounds.h"
 
 #include <cmath>
@@ -12,10 +13,7 @@ bool KxPointXY::isNull() {
 }
 
 float KxPointXY::calcDistance(KxPointXY a, KxPointXY b) {
-    const float dx = b.x - a.x;
-    const float dy = b.y - a.y;
-    const float sum = dx * dx + dy * dy;
-    return std::sqrt(sum);
+    return std::sqrt(detail::squareOfDistance(b.x - a.x, b.y - a.y));
 }
 
 float KxPointXY::calcDistance(KxPointXY p) {
@@ -27,11 +25,7 @@ float KxPointXYZ::calcDistance(KxPointXYZ a, KxPointXYZ b) {
         std::isnan(b.z)) {
         return detail::kNaN; // also where infinities would make another NaN
     }
-    const float dx = a.x - b.x;
-    const float dy = a.y - b.y;
-    const float dz = a.z - b.z;
-    const float sum = dy * dy + dx * dx + dz * dz;
-    return std::sqrt(sum);
+    return std::sqrt(detail::squareOfDistance(a.x - b.x, a.y - b.y, a.z - b.z));
 }
 
 float KxPointXYZ::calcDistance(KxPointXYZ p) {

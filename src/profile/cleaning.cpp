@@ -1,6 +1,7 @@
 // Removal of noisy stretches, of straight stretches, and of what lies beyond a line.
 #include "KxMath/KxProfile.h"
 
+#include "geometry/squareOfDistance.h"
 #include "lists/filtering.h"
 #include "profile/correlation.h"
 #include "rounding/largestSquare.h"
@@ -40,9 +41,7 @@ QList<Part> cutAtGaps(const QList<KxPointXY>& points, int maxParts, float maxGap
     const qsizetype last = points.size() - 1;
     const KxPointXY* const data = points.constData();
     for (qsizetype i = 0; i < last; ++i) {
-        const float dx = data[i + 1].x - data[i].x;
-        const float dy = data[i + 1].y - data[i].y;
-        const float square = dx * dx + dy * dy; // as of KxPointXY::calcDistance()
+        const float square = detail::squareOfDistance(data[i + 1].x - data[i].x, data[i + 1].y - data[i].y);
         if (square > maxSquare) { // NaN: false
             parts.append({begin, i + 1});
             begin = i + 1;

@@ -61,12 +61,11 @@ inline void setPoints(const float* xs, const float* ys, std::ptrdiff_t count, Kx
     }
 }
 
-/// Whether all neighbours among the `count` points have coordinates x of which `isRight(x, next)` is true. It is asked
-/// with floats, and with vectors of them.
-template <typename IsRight>
-bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRight,
-                   InstructionSet instructions = widestInstructionSet()) {
-    bool areRight = true;
+/// Whether `holds(x, next x)` for all pairs of adjacent points. It is called with floats and with vectors of floats.
+template <typename Holds>
+bool allAdjacentX(const KxPointXY* points, std::ptrdiff_t count, Holds holds,
+                  InstructionSet instructions = widestInstructionSet()) {
+    bool allHold = true;
     std::ptrdiff_t i = 0;
     runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Floats = typename Vectors<kBytes>::Floats;
@@ -74,18 +73,18 @@ bool allNeighbours(const KxPointXY* points, std::ptrdiff_t count, IsRight isRigh
         constexpr std::ptrdiff_t kPoints = Vectors<kBytes>::kFloats / 2;
         constexpr std::ptrdiff_t kAtOnce = 8 * kPoints;
         const Answers isY = inTurn(Answers{}, ~Answers{}); // whatever the y are
-        for (; areRight && i + kAtOnce < count; i += kAtOnce) {
+        for (; allHold && i + kAtOnce < count; i += kAtOnce) {
             Answers answers = ~Answers{};
             for (std::ptrdiff_t k = i; k < i + kAtOnce; k += kPoints) {
-                answers &= isRight(loadVector<Floats>(&points[k].x), loadVector<Floats>(&points[k + 1].x)) | isY;
+                answers &= holds(loadVector<Floats>(&points[k].x), loadVector<Floats>(&points[k + 1].x)) | isY;
             }
-            areRight = allOf(answers);
+            allHold = allOf(answers);
         }
     });
-    for (; areRight && i + 1 < count; ++i) {
-        areRight = isRight(points[i].x, points[i + 1].x);
+    for (; allHold && i + 1 < count; ++i) {
+        allHold = holds(points[i].x, points[i + 1].x);
     }
-    return areRight;
+    return allHold;
 }
 
 } // namespace KxMath::detail

@@ -2,6 +2,7 @@
 #include "KxMath/KxProfile.h"
 
 #include "profile/coordinates.h"
+#include "profile/order.h"
 #include "rounding/bounds.h"
 #include "simd/windowSums.h"
 
@@ -110,9 +111,7 @@ int KxProfile::detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int wi
     const QList<KxPointXY>& source = points;
     const qsizetype n = source.size();
     // A profile that is in order already, as it should be, is searched where it stands.
-    const bool isOrdered = detail::allNeighbours(source.constData(), n, [](auto a, auto b) {
-        return (a > b) == 0; // NaN never moves
-    });
+    const bool isOrdered = detail::isSorted(source);
     std::optional<LevelDifferences> differences;
     KxProfile work;
     qsizetype offset = 0;

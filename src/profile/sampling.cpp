@@ -3,6 +3,7 @@
 
 #include "rounding/bounds.h"
 #include "simd/float4.h"
+#include "sorting/ordering.h"
 
 #include <algorithm>
 #include <bit>
@@ -40,13 +41,10 @@ private:
     Number c3_;
 };
 
-/// Not so with NaN among them.
-bool areOrdered(const float* knots, int count) {
-    int falls = 0;
-    for (int i = 0; i + 1 < count; ++i) {
-        falls += knots[i] <= knots[i + 1] ? 0 : 1;
-    }
-    return falls == 0;
+/// False for two knots or more with NaN among them.
+bool areRising(const float* knots, int count) {
+    return allAdjacent(
+        knots, knots + count, [](float knot) { return knot; }, [](float a, float b) { return a <= b; });
 }
 
 /// Keeps the samples that are numbers.
@@ -90,7 +88,7 @@ float valueByBisection(const KxInterpolant& spline, float x) {
 }
 
 Sampler::Sampler(const KxInterpolant& spline, float step, float from, float to, InstructionSet instructions)
-    : spline_(spline), step_(step), areKnotsOrdered_(areOrdered(spline.knotsX, spline.count)),
+    : spline_(spline), step_(step), areKnotsOrdered_(areRising(spline.knotsX, spline.count)),
       instructions_(instructions) {
     const float firstKnot = spline.knotsX[0];
     const float lastKnot = spline.knotsX[spline.count - 1];

@@ -1,7 +1,6 @@
-// Searching profiles by x, and removing repeated x.
+// Searching profiles by x.
 #include "KxMath/KxProfile.h"
 
-#include "lists/filtering.h"
 #include "rounding/bounds.h"
 
 #include <algorithm>
@@ -31,12 +30,6 @@ float firstSortedX(const QList<KxPointXY>& points) {
     return smallest;
 }
 
-/// Whether each x is above the one before, so that none repeats.
-bool isRising(const QList<KxPointXY>& points) {
-    const auto notRising = [](const KxPointXY& a, const KxPointXY& b) { return !(a.x < b.x); };
-    return std::adjacent_find(points.cbegin(), points.cend(), notRising) == points.cend();
-}
-
 } // namespace
 
 int KxProfile::findNearestToX(float x, bool fromRight) {
@@ -61,28 +54,6 @@ bool KxProfile::findNearestToX(float x, KxPointXY& point, bool fromRight) {
     }
     point = std::as_const(points)[index];
     return true;
-}
-
-int KxProfile::removeDuplicates() {
-    if (isRising(points)) {
-        return 0;
-    }
-    // Points ordered by x, equal ones in list order: all but the first of equal ones go. NaN equals nothing.
-    const QList<KxPointXY>& list = points;
-    QList<int> order;
-    order.reserve(list.size());
-    for (int i = 0; i < list.size(); ++i) {
-        if (!std::isnan(list[i].x)) {
-            order.append(i);
-        }
-    }
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return list[a].x < list[b].x; });
-    QList<bool> isRepeated(list.size(), false);
-    for (qsizetype k = 1; k < order.size(); ++k) {
-        isRepeated[order[k]] = list[order[k]].x == list[order[k - 1]].x;
-    }
-    qsizetype at = 0;
-    return detail::keepIf(points, [&](const KxPointXY&) { return !isRepeated.at(at++); });
 }
 
 } // namespace KxMath

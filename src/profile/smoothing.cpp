@@ -3,6 +3,7 @@
 
 #include "profile/coordinates.h"
 #include "profile/fir.h"
+#include "profile/order.h"
 #include "simd/windowSums.h"
 
 #include <algorithm>
@@ -27,18 +28,13 @@ std::vector<float> roomFor(qsizetype count) {
     return std::vector<float>(static_cast<size_t>(count + detail::kWindowRoom));
 }
 
-/// Whether the x rise, of two points or more without NaN among them.
-bool isOrderedByX(const KxPointXY* points, qsizetype count) {
-    return detail::allNeighbours(points, count, [](auto a, auto b) { return a <= b; });
-}
-
 /// Gives `n` - `window` targets the y at the middle of their windows, as long as the x rise: those of a stretch are
 /// looked at just before. @return false when they do not; then some targets may have been set
 bool shiftYs(const KxPointXY* source, qsizetype n, qsizetype window, KxPointXY* target) {
     constexpr qsizetype kStretch = 512;
     for (qsizetype begin = 0; begin < n; begin += kStretch) {
         const qsizetype end = std::min(n, begin + kStretch);
-        if (!isOrderedByX(source + begin, std::min(n, end + 1) - begin)) {
+        if (!detail::isRising(source + begin, std::min(n, end + 1) - begin)) {
             return false;
         }
         for (qsizetype i = begin; i < std::min(end, n - window); ++i) {
@@ -127,7 +123,7 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     KxPointXY* const target = out.points.data();
     const KxPointXY* const source = points.constData();
     const bool isInPlace = target == source; // what was set would be missing from the windows
-    if ((!isInPlace || isOrderedByX(source, n)) && shiftYs(source, n, w, target)) {
+    if ((!isInPlace || detail::isRising(source, n)) && shiftYs(source, n, w, target)) {
         return;
     }
     QList<int> order;

@@ -1,9 +1,9 @@
-// Removal of narrow spikes, in Cartesian and in polar form, and the window filter about a circle.
+// Removal of narrow spikes, in Cartesian and in polar form.
 #include "KxMath/KxProfile.h"
 
 #include "lists/filtering.h"
+#include "profile/angleAndRadius.h"
 #include "rounding/angles.h"
-#include "rounding/bounds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -65,58 +65,6 @@ bool removeSpikes(QList<KxPointXY>& points, float threshold, float maxWidth) {
     return detail::keepIf(points, [&](const KxPointXY&) { return *mark++ == 0; }) > 0;
 }
 
-void swapCoordinates(KxProfile& profile) {
-    for (KxPointXY& p : profile.points) {
-        p = KxPointXY(p.y, p.x);
-    }
-}
-
-/// Turns a profile into (angle, radius) about `centre`, ordered by angle.
-void toAngleAndRadius(KxProfile& profile, const KxCircle& centre) {
-    profile.shift(-centre.x, -centre.y, 0.0f);
-    profile.toPolar();
-    swapCoordinates(profile);
-    profile.sort(KxSortAscending, KxSortAscending);
-}
-
-void fromAngleAndRadius(KxProfile& profile, const KxCircle& centre) {
-    swapCoordinates(profile);
-    profile.toEvklid();
-    profile.shift(centre.x, centre.y, 0.0f);
-}
-
-/// Replaces the radii of a window that stand off its mean by the mean of the others, which is returned.
-float replaceOutliers(QList<KxPointXY>& points, qsizetype begin, qsizetype window, float maxDeviation) {
-    const qsizetype count = points.size();
-    KxPointXY* const data = points.data();
-    float sum = 0.0f;
-    for (qsizetype k = 0; k < window; ++k) {
-        sum += data[(begin + k) % count].y;
-    }
-    const float mean = sum / static_cast<float>(window);
-
-    float goodSum = 0.0f;
-    float goodCount = 0.0f;
-    for (qsizetype k = 0; k < window; ++k) {
-        float& radius = data[(begin + k) % count].y;
-        if (std::abs(radius - mean) > maxDeviation) { // NaN: false
-            radius = detail::kNaN;
-        }
-        if (!std::isnan(radius)) {
-            goodSum += radius;
-            goodCount += 1.0f;
-        }
-    }
-    const float goodMean = goodSum / goodCount;
-    for (qsizetype k = 0; k < window; ++k) {
-        float& radius = data[(begin + k) % count].y;
-        if (std::isnan(radius)) {
-            radius = goodMean;
-        }
-    }
-    return goodMean;
-}
-
 } // namespace
 
 bool KxProfile::splashFilter(KxProfile& out, float threshold, float maxWidth) {
@@ -127,38 +75,12 @@ bool KxProfile::splashFilterPolar(KxProfile& out, float radius, float threshold,
     KxProfile work(out);
     KxCircle circle;
     circle.calcFromPointCloud(work);
-    toAngleAndRadius(work, circle);
+    detail::toAngleAndRadius(work, circle);
     const float maxAngle = maxWidth * 180.0f / (radius * detail::kPiF);
     const bool isChanged = removeSpikes(work.points, threshold, maxAngle);
-    fromAngleAndRadius(work, circle);
+    detail::fromAngleAndRadius(work, circle);
     out = work;
     return isChanged;
-}
-
-void KxProfile::wndFilterPolar(KxProfile& out, float maxDeviation, int window, int offset) {
-    const qsizetype count = out.points.size();
-    if (window < 0 || window > count) {
-        return;
-    }
-    KxProfile work(out);
-    KxCircle circle;
-    circle.calcFromPointCloud(work);
-    toAngleAndRadius(work, circle);
-    for (qsizetype i = 0; i < count; ++i) {
-        const float mean = replaceOutliers(work.points, i, window, maxDeviation);
-        qsizetype target = i + offset;
-        if (target >= count) {
-            target -= count;
-        }
-        if (target >= 0 && target < count) {
-            work.points[target].y = mean;
-        }
-        // Deliberately inside the loop: the next window works on the Cartesian points.
-        fromAngleAndRadius(work, circle);
-    }
-    if (count > 0) {
-        out = work;
-    }
 }
 
 } // namespace KxMath

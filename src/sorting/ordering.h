@@ -19,28 +19,30 @@ void reverseKeepingTies(T* first, T* last, Key key) {
     }
 }
 
-/// Whether `isRight(key, key of the next element)` holds throughout. Asked for a portion at a time, without branches.
-template <typename T, typename Key, typename IsRight>
-bool allNeighbours(const T* first, const T* last, Key key, IsRight isRight) {
-    constexpr std::ptrdiff_t kPortion = 64;
-    for (; last - first > kPortion; first += kPortion) {
-        int wrong = 0;
-        for (std::ptrdiff_t k = 0; k < kPortion; ++k) {
-            wrong += isRight(key(first[k]), key(first[k + 1])) ? 0 : 1;
+/// Whether `holds(key, key of the next element)` for all pairs of adjacent elements. A block is checked without
+/// branches, which lets the compiler use vectors and costs at most one block after the first pair for which it does not
+/// hold.
+template <typename T, typename Key, typename Holds>
+bool allAdjacent(const T* first, const T* last, Key key, Holds holds) {
+    constexpr std::ptrdiff_t kBlock = 64;
+    for (; last - first > kBlock; first += kBlock) {
+        int failures = 0;
+        for (std::ptrdiff_t k = 0; k < kBlock; ++k) {
+            failures += holds(key(first[k]), key(first[k + 1])) ? 0 : 1;
         }
-        if (wrong > 0) {
+        if (failures > 0) {
             return false;
         }
     }
-    return std::adjacent_find(first, last, [&](const T& a, const T& b) { return !isRight(key(a), key(b)); }) == last;
+    return std::adjacent_find(first, last, [&](const T& a, const T& b) { return !holds(key(a), key(b)); }) == last;
 }
 
 /// Sorts [first, last) by keys that hold no NaN; equal keys keep their order.
 template <typename T, typename Key>
 void stableSortRun(T* first, T* last, Key key, bool ascending) {
     if (first != last && (ascending ? key(*first) >= key(*(last - 1)) : key(*first) <= key(*(last - 1))) &&
-        (ascending ? allNeighbours(first, last, key, [](float a, float b) { return a >= b; })
-                   : allNeighbours(first, last, key, [](float a, float b) { return a <= b; }))) {
+        (ascending ? allAdjacent(first, last, key, [](float a, float b) { return a >= b; })
+                   : allAdjacent(first, last, key, [](float a, float b) { return a <= b; }))) {
         reverseKeepingTies(first, last, key); // reversed runs are common too and need no sort either
         return;
     }
@@ -56,8 +58,8 @@ void stableSortRun(T* first, T* last, Key key, bool ascending) {
 template <typename T, typename Key>
 void stableSortAroundNaN(T* first, T* last, Key key, bool ascending) {
     // Most data arrive in order. NaN among them is found here too, but for a single one.
-    if (ascending ? allNeighbours(first, last, key, [](float a, float b) { return a <= b; })
-                  : allNeighbours(first, last, key, [](float a, float b) { return a >= b; })) {
+    if (ascending ? allAdjacent(first, last, key, [](float a, float b) { return a <= b; })
+                  : allAdjacent(first, last, key, [](float a, float b) { return a >= b; })) {
         return;
     }
     const auto isFixed = [&](const T& element) { return std::isnan(key(element)); };

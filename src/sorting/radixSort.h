@@ -1,13 +1,18 @@
-// Stable ordering by a float key in time that grows with the number of elements only.
+// Radix sort by float and integer keys, in time that grows with the number of elements only.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace KxMath::detail {
 
@@ -20,67 +25,103 @@ inline std::uint32_t orderedBits(float key, bool ascending) {
     return ascending ? rising : ~rising;
 }
 
-/// Uninitialised room for elements; null data when there is no memory.
+/// Uninitialised memory for elements; null data when there is none.
 template <typename T>
-class Room {
+class ScratchBuffer {
     static_assert(std::is_trivially_copy_constructible_v<T> && std::is_trivially_destructible_v<T>);
 
 public:
-    explicit Room(std::size_t count) : bytes_(new (std::nothrow) std::byte[count * sizeof(T)]) {}
+    explicit ScratchBuffer(std::size_t count) : bytes_(new (std::nothrow) std::byte[count * sizeof(T)]) {}
     T* data() { return reinterpret_cast<T*>(bytes_.get()); }
 
 private:
     std::unique_ptr<std::byte[]> bytes_;
 };
 
-/// Sorts [first, first + count) by `key`, from the lowest byte of its bits to the highest one; equal keys keep their
-/// order, and none is NaN. Larger digits would make fewer passes, but over more places than the caches hold.
-/// @return false when that is nothing for this way: too few elements, too many, or no memory. They stay as they are
+/// What the histograms count with: four of them fit into 4 KiB of the first-level cache.
+using RadixCount = std::uint32_t;
+
+inline bool isRadixSortable(std::size_t count) {
+    return count <= std::numeric_limits<RadixCount>::max();
+}
+
+/// Stable radix sort from the lowest byte of the keys to the highest one, `keyBytes` of them, in O(count * keyBytes).
+/// Larger digits would take fewer passes, but each pass would write to more places than the caches hold.
+/// @param keyOf gives the key of an element, an unsigned integer below 256^keyBytes, keyBytes being at most 8
+/// @param scratch memory for `count` elements, isRadixSortable(count)
+/// @return `first` or `scratch`: where the sorted elements are
+template <typename T, typename KeyOf>
+T* radixSortByBytes(T* first, T* scratch, std::size_t count, int keyBytes, KeyOf keyOf) {
+    constexpr int kMaxBytes = 8;
+    constexpr std::size_t kValues = 256;
+    const auto digit = [](auto key, int d) { return static_cast<std::size_t>((key >> (8 * d)) % kValues); };
+    std::array<std::array<RadixCount, kValues>, kMaxBytes> histograms; // all of them from one pass over the elements
+    std::fill_n(histograms.begin(), keyBytes, std::array<RadixCount, kValues>{});
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto key = keyOf(first[i]);
+        for (int d = 0; d < keyBytes; ++d) {
+            ++histograms[static_cast<std::size_t>(d)][digit(key, d)];
+        }
+    }
+    T* from = first;
+    T* to = scratch;
+    for (int d = 0; d < keyBytes && count > 0; ++d) {
+        std::array<RadixCount, kValues>& places = histograms[static_cast<std::size_t>(d)];
+        if (places[digit(keyOf(from[0]), d)] == count) {
+            continue; // all have the same digit
+        }
+        std::exclusive_scan(places.begin(), places.end(), places.begin(), RadixCount{0}); // counts become first places
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::size_t place = places[digit(keyOf(from[i]), d)]++;
+            std::construct_at(to + place, from[i]);
+        }
+        std::swap(from, to);
+    }
+    return from;
+}
+
+/// Sorts [first, first + count) by a float key that is never NaN; equal keys keep their order.
+/// @return false when this method does not apply: too few elements to pay, too many, or no memory. Nothing has changed
 /// then
 template <typename T, typename Key>
 bool radixSort(T* first, std::size_t count, Key key, bool ascending) {
     constexpr std::size_t kWorthwhile = 200;
-    constexpr int kDigits = 4;
-    constexpr std::size_t kValues = 256;
-    if (count < kWorthwhile || count > 0xffffffffu) {
+    if (count < kWorthwhile || !isRadixSortable(count)) {
         return false;
     }
-    Room<T> room(count);
-    T* from = first;
-    T* to = room.data();
-    if (to == nullptr) {
+    ScratchBuffer<T> scratch(count);
+    if (scratch.data() == nullptr) {
         return false;
     }
-    const auto digit = [](std::uint32_t bits, int d) { return (bits >> (8 * d)) & (kValues - 1); };
-    std::array<std::array<std::uint32_t, kValues>, kDigits> ends{};
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t bits = orderedBits(key(first[i]), ascending);
-        for (int d = 0; d < kDigits; ++d) {
-            ++ends[static_cast<std::size_t>(d)][digit(bits, d)];
-        }
-    }
-    const std::uint32_t firstBits = orderedBits(key(first[0]), ascending);
-    for (int d = 0; d < kDigits; ++d) {
-        std::array<std::uint32_t, kValues>& places = ends[static_cast<std::size_t>(d)];
-        if (places[digit(firstBits, d)] == count) {
-            continue; // all have the same digit
-        }
-        std::uint32_t place = 0;
-        for (std::uint32_t& entry : places) { // numbers become first places
-            const std::uint32_t number = entry;
-            entry = place;
-            place += number;
-        }
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t target = places[digit(orderedBits(key(from[i]), ascending), d)]++;
-            std::construct_at(to + target, from[i]);
-        }
-        std::swap(from, to);
-    }
-    for (std::size_t i = 0; from != first && i < count; ++i) {
-        first[i] = from[i];
+    T* const sorted = radixSortByBytes(first, scratch.data(), count, sizeof(std::uint32_t),
+                                       [&](const T& element) { return orderedBits(key(element), ascending); });
+    if (sorted != first) {
+        std::copy_n(sorted, count, first);
     }
     return true;
 }
+
+/// Sorts vectors by an integer key. Keeps its scratch memory from one use to the next.
+template <typename T>
+class IntegerSorter {
+public:
+    /// @param keyOf gives the key of an element, a std::uint64_t up to `largestKey`. Equal keys come in any order
+    template <typename KeyOf>
+    void sort(std::vector<T>& elements, std::uint64_t largestKey, KeyOf keyOf) {
+        constexpr std::size_t kWorthwhile = 128;
+        if (elements.size() < kWorthwhile || !isRadixSortable(elements.size())) {
+            std::sort(elements.begin(), elements.end(), [&](const T& a, const T& b) { return keyOf(a) < keyOf(b); });
+            return;
+        }
+        scratch_.resize(elements.size());
+        const int keyBytes = (static_cast<int>(std::bit_width(largestKey)) + 7) / 8;
+        if (radixSortByBytes(elements.data(), scratch_.data(), elements.size(), keyBytes, keyOf) != elements.data()) {
+            elements.swap(scratch_);
+        }
+    }
+
+private:
+    std::vector<T> scratch_;
+};
 
 } // namespace KxMath::detail

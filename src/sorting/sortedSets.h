@@ -9,8 +9,7 @@ namespace KxMath::detail {
 
 /// Disjoint sorted sets of the numbers 0 to count - 1, kept as treaps (C. R. Aragon, R. Seidel, Randomized search
 /// trees, Proc. 30th Symp. Foundations of Computer Science, 1989). A set is named by the number at its root; at first
-/// each number is a set of its own. Uniting two sets takes a step per stretch in which they interleave, not one per
-/// number.
+/// each number is a set of its own. Uniting two sets takes a step per run in which they interleave, not one per number.
 class SortedSets {
 public:
     static constexpr int kEmpty = -1;

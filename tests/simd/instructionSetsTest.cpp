@@ -128,16 +128,16 @@ TEST(InstructionSets, PointsAreLookedThroughInTheirOrder) {
         const Points points = nasty.points<KxMath::KxPointXY>(nasty.size(300));
         const qsizetype from = nasty.below(static_cast<int>(points.size()) + 1);
         const float x = nasty.value();
-        const auto isRight = [](auto a, auto b) { return a <= b; };
+        const auto holds = [](auto a, auto b) { return a <= b; };
         const auto found = std::find_if(points.begin() + from, points.end(),
                                         [=](const KxMath::KxPointXY& p) { return p.x >= x; }); // NaN: false
-        bool areRight = true;
+        bool allHold = true;
         for (qsizetype i = 0; i + 1 < points.size(); ++i) {
-            areRight = areRight && isRight(points[i].x, points[i + 1].x);
+            allHold = allHold && holds(points[i].x, points[i + 1].x);
         }
         for (const InstructionSet set : instructionSets()) {
             ASSERT_EQ(detail::findAtOrBeyond(points.constData(), points.size(), x, from, set), found - points.begin());
-            ASSERT_EQ(detail::allNeighbours(points.constData(), points.size(), isRight, set), areRight);
+            ASSERT_EQ(detail::allAdjacentX(points.constData(), points.size(), holds, set), allHold);
         }
     });
 }

@@ -1,6 +1,8 @@
 // The conicity over the amplitude of the oscillation.
 #include "railway/conicity/steps.h"
 
+#include "profile/area.h"
+#include "profile/order.h"
 #include "rounding/angles.h"
 
 #include <algorithm>
@@ -43,12 +45,6 @@ bool isWidening(const Oscillation& o) {
 
 bool isLeftOf(const KxPointXY& a, const KxPointXY& b) {
     return a.x < b.x;
-}
-
-/// Whether each point stands to the right of the one before.
-bool isRising(const QList<KxPointXY>& points) {
-    const auto isNotRising = [](const KxPointXY& a, const KxPointXY& b) { return !isLeftOf(a, b); }; // NaN: true
-    return std::adjacent_find(points.cbegin(), points.cend(), isNotRising) == points.cend();
 }
 
 /// Puts points between those of a rising list; where both have one the old one stays. Of new ones with the same x the
@@ -140,7 +136,7 @@ QList<KxPointXY> withMargins(const QList<KxPointXY>& well, float margin) {
                                    KxPointXY(last, splineValue(well, last))};
     KxProfile extended;
     extended.points = well;
-    if (isRising(well) && !std::isnan(first) && !std::isnan(last)) {
+    if (isStrictlyRising(well) && !std::isnan(first) && !std::isnan(last)) {
         mergeInto(extended.points, ends);
     } else {
         extended.points.append(ends);
@@ -157,7 +153,7 @@ float integrandAt(const KxPointXY& p, float level) {
 
 /// The integral over all points but the first and the last, as KxProfile::integral() sums it.
 float integrate(const QList<KxPointXY>& well, float level) {
-    if (!isRising(well)) {
+    if (!isStrictlyRising(well)) {
         KxProfile integrand;
         for (const KxPointXY& p : well) {
             integrand.points.append(KxPointXY(p.x, integrandAt(p, level)));
@@ -168,7 +164,7 @@ float integrate(const QList<KxPointXY>& well, float level) {
     float previous = integrandAt(well[1], level);
     for (qsizetype i = 2; i + 1 < well.size(); ++i) {
         const float next = integrandAt(well[i], level);
-        sum += (previous + next) * std::abs(well[i].x - well[i - 1].x) * 0.5f;
+        sum += trapezoid({well[i - 1].x, previous}, {well[i].x, next});
         previous = next;
     }
     return sum;

@@ -1,6 +1,8 @@
 // The potential of the wheel-set's oscillation.
 #include "railway/conicity/steps.h"
 
+#include "profile/area.h"
+#include "profile/signChanges.h"
 #include "rounding/bounds.h"
 
 #include <algorithm>
@@ -15,10 +17,6 @@ constexpr float kCurveStep = 0.01f; // of the potential in mm^2, and of the ampl
 
 /// Potentials beyond this belong to no wheel: the radii differ by less than 15 mm all the way.
 constexpr float kMaxPotential = 10000.0f;
-
-bool changesSign(float a, float b) {
-    return (a < 0.0f && b > 0.0f) || (a > 0.0f && b < 0.0f);
-}
 
 /// The index at which the radii are equal and the displacement is smallest, the first of equal ones. Radii count as
 /// equal within a tolerance that grows until there is such an index, and next to a change of the sign.
@@ -45,18 +43,13 @@ std::optional<qsizetype> findCentre(const QList<KxPointXY>& deltaR) {
     return centre;
 }
 
-/// The trapezoid between neighbours, as KxProfile::integral() adds it.
-float areaBehind(const QList<KxPointXY>& deltaR, qsizetype i) {
-    return (deltaR[i].y + deltaR[i + 1].y) * std::abs(deltaR[i + 1].x - deltaR[i].x) * 0.5f;
-}
-
 /// The points (potential, displacement) to the right of the centre.
 KxProfile potentialToTheRight(const QList<KxPointXY>& deltaR, qsizetype centre) {
     KxProfile curve;
     curve.points.append(KxPointXY(0.0f, deltaR[centre].x));
     float area = 0.0f;
     for (qsizetype p = centre + 1; p < deltaR.size(); ++p) {
-        area += areaBehind(deltaR, p - 1);
+        area += trapezoid(deltaR[p - 1], deltaR[p]);
         curve.points.append(KxPointXY(std::abs(area), deltaR[p].x));
     }
     return curve;
@@ -70,7 +63,7 @@ KxProfile potentialToTheLeft(const QList<KxPointXY>& deltaR, qsizetype centre) {
     for (qsizetype p = centre - 1; p >= 0; --p) {
         float area = 0.0f;
         for (qsizetype i = p; i < centre; ++i) {
-            area += areaBehind(deltaR, i);
+            area += trapezoid(deltaR[i], deltaR[i + 1]);
         }
         curve.points.append(KxPointXY(std::abs(area), deltaR[p].x));
     }

@@ -1,4 +1,4 @@
-// Sorting overlapping stretches of one sequence, one after the other.
+// Sorting overlapping ranges of one sequence, one after the other.
 #pragma once
 
 #include "sorting/ordering.h"
@@ -16,19 +16,19 @@
 namespace KxMath::detail {
 
 /// Positions from `first` to `last`, both included.
-struct ClosedStretch {
+struct ClosedRange {
     int first;
     int last;
 };
 
-/// Sorts stretches of a sequence whose elements are named by their rank: the place that they would take if all were
-/// sorted. Keeps the runs that are in order as sets, so that a stretch costs what it changes, not its length.
-class OverlappingStretches {
+/// Sorts ranges of a sequence whose elements are named by their rank: the place that each would take if all were
+/// sorted. Keeps the runs that are in order as sets, so that a range costs what it changes, not its length.
+class OverlappingRanges {
 public:
     static constexpr int kFixed = -1; ///< the rank of an element that never moves and that none passes
 
     /// The sequence, with ranks from 0 to `rankCount` - 1.
-    OverlappingStretches(std::vector<int> ranks, int rankCount)
+    OverlappingRanges(std::vector<int> ranks, int rankCount)
         : ranks_(std::move(ranks)), blockStart_(ranks_.size()), runs_(ranks_), sets_(rankCount) {
         for (int i = 0; i < count(); ++i) {
             const bool isFirst = i == 0 || rank(i) == kFixed || rank(i - 1) == kFixed;
@@ -39,11 +39,11 @@ public:
         }
     }
 
-    void sort(ClosedStretch stretch) {
-        cutBefore(stretch.first);
-        cutBefore(stretch.last + 1);
-        auto joint = joints_.upper_bound(stretch.first);
-        while (joint != joints_.end() && *joint <= stretch.last) {
+    void sort(ClosedRange range) {
+        cutBefore(range.first);
+        cutBefore(range.last + 1);
+        auto joint = joints_.upper_bound(range.first);
+        while (joint != joints_.end() && *joint <= range.last) {
             int& run = runs_[index(runStart(*joint - 1))];
             run = sets_.unite(run, runs_[index(*joint)]);
             joint = joints_.erase(joint);
@@ -94,21 +94,21 @@ private:
     SortedSets sets_;
 };
 
-/// stableSortAroundNaN() of each stretch, in the order given.
+/// stableSortAroundNaN() of each range, in the order given.
 template <typename T, typename Key>
-void stableSortStretches(T* data, int count, const std::vector<ClosedStretch>& stretches, Key key, bool ascending) {
+void stableSortRanges(T* data, int count, const std::vector<ClosedRange>& ranges, Key key, bool ascending) {
     constexpr long long kWorthwhile = 16; // visits per element; one set operation costs about as much
     const long long visits =
-        std::accumulate(stretches.begin(), stretches.end(), 0LL,
-                        [](long long sum, const ClosedStretch& s) { return sum + (s.last - s.first + 1); });
+        std::accumulate(ranges.begin(), ranges.end(), 0LL,
+                        [](long long sum, const ClosedRange& s) { return sum + (s.last - s.first + 1); });
     if (visits <= kWorthwhile * count) {
-        for (const ClosedStretch& s : stretches) {
+        for (const ClosedRange& s : ranges) {
             stableSortAroundNaN(data + s.first, data + s.last + 1, key, ascending);
         }
         return;
     }
 
-    // Elements with equal keys never pass each other, so that their first order ranks them for all stretches.
+    // Elements with equal keys never pass each other, so their first order ranks them for all ranges.
     std::vector<int> sorted;
     for (int i = 0; i < count; ++i) {
         if (!std::isnan(key(data[i]))) {
@@ -119,17 +119,17 @@ void stableSortStretches(T* data, int count, const std::vector<ClosedStretch>& s
         return ascending ? key(data[a]) < key(data[b]) : key(data[a]) > key(data[b]);
     });
     const int rankCount = static_cast<int>(sorted.size());
-    std::vector<int> ranks(static_cast<std::size_t>(count), OverlappingStretches::kFixed);
+    std::vector<int> ranks(static_cast<std::size_t>(count), OverlappingRanges::kFixed);
     for (int rank = 0; rank < rankCount; ++rank) {
         ranks[static_cast<std::size_t>(sorted[static_cast<std::size_t>(rank)])] = rank;
     }
-    OverlappingStretches sequence(std::move(ranks), rankCount);
-    for (const ClosedStretch& s : stretches) {
+    OverlappingRanges sequence(std::move(ranks), rankCount);
+    for (const ClosedRange& s : ranges) {
         sequence.sort(s);
     }
     const std::vector<T> before(data, data + count);
     for (const int rank : sequence.ranks()) {
-        if (rank != OverlappingStretches::kFixed) {
+        if (rank != OverlappingRanges::kFixed) {
             *data = before[static_cast<std::size_t>(sorted[static_cast<std::size_t>(rank)])];
         }
         ++data;

@@ -1,7 +1,6 @@
-// Profiles made from other data: level runs, differences, and the view of a cloud from above.
+// The level run of points about a position.
 #include "KxMath/KxProfile.h"
 
-#include "lists/filtering.h"
 #include "rounding/bounds.h"
 
 #include <algorithm>
@@ -82,46 +81,6 @@ bool KxProfile::calcLineSegment(float x, float maxStep, int maxMisses, KxProfile
     out.sort(KxSortAscending, KxSortAscending);
     const float length = std::abs(out.points.constLast().x - out.points.constFirst().x);
     return !(length < minLength) && !(length > maxLength); // NaN: no bound
-}
-
-void KxProfile::calcDistance(KxProfile& other, KxProfile& out, int window, int /*reserved*/, bool cutTail) {
-    const qsizetype n = std::min(points.size(), other.points.size());
-    if (n < 1) {
-        return;
-    }
-    for (qsizetype i = 0; i < n; ++i) {
-        const float difference = std::as_const(points)[i].y - std::as_const(other.points)[i].y;
-        out.points[i].y = difference;
-    }
-    const qsizetype blocks = window > 0 ? n / window : 0;
-    for (qsizetype b = 0; b < blocks; ++b) {
-        KxPointXY* const block = out.points.data() + b * window;
-        float sum = 0.0f;
-        for (qsizetype j = 0; j < window; ++j) {
-            sum += block[j].y;
-        }
-        for (qsizetype j = 0; j < window; ++j) {
-            block[j].y = std::abs(sum); // deliberately not divided: the sum of the block, no mean
-        }
-    }
-    if (cutTail) {
-        // Deliberately every second point of the tail, the first one included.
-        qsizetype position = 0;
-        detail::keepIf(out.points, [&](const KxPointXY&) {
-            const qsizetype behind = position++ - n;
-            return behind < 0 || behind % 2 != 0;
-        });
-    }
-}
-
-int KxProfile::makeCloudTopView(KxPointCloud<KxPointXYZ> cloud, float level) {
-    points.clear(); // deliberately not clear(): the cached range stays
-    for (const KxPointXYZ& p : std::as_const(cloud.points)) {
-        if (std::isnan(level) || level <= p.y) { // NaN y: false
-            points.append(KxPointXY(p.x, p.z));
-        }
-    }
-    return size();
 }
 
 } // namespace KxMath
