@@ -12,41 +12,43 @@ namespace KxMath {
 ///
 /// All lengths are in millimetres. Profiles come with y pointing **down** and x outwards: a wheel from its flange back,
 /// a rail from its gauge side; left and right look alike. The four are resampled every 0.1 mm, placed on the track, and
-/// the wheel-set is moved sideways by 0.1 mm at a time until the rolling radii differ by 15 mm or a rail leaves its
-/// wheel. The oscillation about the displacement with equal radii is then integrated for each amplitude; amplitudes
-/// beyond 1 m, to which only splines through rough profiles swing out, are left out.
+/// the wheel-set is moved sideways in steps of 0.1 mm until the rolling radii differ by 15 mm or a rail leaves its
+/// wheel. The oscillation about the displacement with equal radii is then integrated for each amplitude. Amplitudes
+/// beyond 1 m are left out; only splines through rough profiles reach them.
 ///
-/// The wheels are lined up with the rails on the grid of 0.1 mm: keep railDistance - wheelDistance a multiple of 0.2
-/// mm.
+/// The wheels are aligned with the rails on the grid of 0.1 mm: choose railDistance - wheelDistance as a multiple of
+/// 0.2 mm.
 ///
-/// @param wheel1,wheel2 the wheels; the second one is on the side of positive displacements
-/// @param rail1,rail2 the rails under them
-/// @param radius1,radius2 rolling radii at the height where the two wheels are matched (on the flange back); equal
-/// radii
-///        of any size give the same result
+/// @param wheel1 one wheel
+/// @param wheel2 the other wheel, on the side of positive displacements
+/// @param rail1 the rail under the first wheel
+/// @param rail2 the rail under the second wheel
+/// @param radius1 rolling radius of the first wheel at the height where the two wheels are matched (on the flange back)
+/// @param radius2 that of the second wheel. Equal radii give the same result whatever their size
 /// @param railDistance twice the distance of each rail's first point (its gauge side end) from the track centre
 /// @param wheelDistance distance between the flange backs
-/// @param amplitudeCount about how many amplitudes from 1 mm on the curve has; 0 gives none
+/// @param amplitudeCount approximate number of amplitudes on the curve, from 1 mm on; 0 gives none
 /// @param conicity receives the curve, points (amplitude, conicity)
 /// @param deltaR receives the difference of the rolling radii, second minus first, over the displacement, ascending
-/// @param contactSlope1,contactSlope2 receive the slope of each wheel at its contact point over the displacement, in
-/// the
-///        order of the search: 0, -0.1, -0.2, ... and then 0.1, 0.2, ...
-/// @param placedProfiles room for 4; receives new profiles for display: first wheel, first rail, second wheel, second
-///        rail, each side moved so that its flange backs stand 5 mm off the origin
-/// @param contacts1,contacts2 room for an entry per displacement (the number of points of a resampled wheel is enough);
-///        receive new profiles of two points, the contact point of the wheel and that of the rail, where the placed
-///        profiles stand and in the order of the search
-/// @param contactCount1,contactCount2 receive the number of those entries
+/// @param contactSlope1 receives the slope of the first wheel at its contact point over the displacement, in the order
+///        of the search: 0, -0.1, -0.2, ... and then 0.1, 0.2, ...
+/// @param contactSlope2 receives that of the second wheel
+/// @param placedProfiles an array of 4; receives new profiles for display: first wheel, first rail, second wheel,
+///        second rail, each side moved so that its flange backs are 5 mm off the origin
+/// @param contacts1 an array with an entry per displacement (the number of points of a resampled wheel is enough);
+///        receives new profiles of two points for the first wheel: the contact point of the wheel and that of the rail,
+///        in the coordinates of the placed profiles and in the order of the search
+/// @param contactCount1 receives the number of entries set in `contacts1`
+/// @param contacts2 likewise for the second wheel
+/// @param contactCount2 receives the number of entries set in `contacts2`
 /// @param edgeMargin distance from the turning points at which the integration ends, in mm; 0.001 suits
 ///
 /// **Ownership:** the profiles in the three arrays belong to the caller, who deletes them. When the result is 0 or more
-/// all four `placedProfiles` are set, whatever else could be made.
+/// all four `placedProfiles` are set, also when no curve could be calculated.
 ///
 /// @return the number of points in `conicity`
 /// @return 0, curves empty, when there is nothing to calculate: fewer than 3 different x in a profile, profiles wider
-/// than
-///         1 m, wheels without a common height, a rail that does not lie below its wheel, no finite difference of radii
+///         than 1 m, wheels without a common height, a rail that is not below its wheel, no finite difference of radii
 /// @return -1, nothing written, when a profile is empty
 KXMATH_EXPORT int EquivalentConicity(KxProfile wheel1, KxProfile wheel2, KxProfile rail1, KxProfile rail2,
                                      float radius1, float radius2, float railDistance, float wheelDistance,

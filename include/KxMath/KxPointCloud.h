@@ -356,7 +356,8 @@ public:
     /// This cloud is not changed. Points with a coordinate that is NaN or infinite are passed over. The points are
     /// appended slab by slab in the order of x; the range of `tape` is not updated, its `zIndexBuilt` becomes 0.
     /// @param step thickness of a slab; NaN, 0 or below finds nothing
-    /// @param minHeight,maxHeight inclusive, in the unit of y; NaN is no bound
+    /// @param minHeight lower bound, inclusive, in the unit of y; NaN is no bound
+    /// @param maxHeight upper bound, likewise
     /// @return the number of points appended
     int extractInsulatingTape(KxPointCloud<KxPointXYZ>& tape, float step, float minHeight, float maxHeight);
 

@@ -7,6 +7,14 @@
 
 #include <limits>
 
+// With -ffast-math or -ffinite-math-only a compiler may take any test for NaN in the program for false. The library
+// itself is compiled without, but the program that looks at its results is not. This is an error under -Werror, on
+// purpose: no test of such a program would find out. One that does without NaN defines KXMATH_ALLOW_FAST_MATH and keeps
+// its -Werror.
+#if defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__ && !defined(KXMATH_ALLOW_FAST_MATH)
+#warning "KxMath marks missing values with NaN, which -ffast-math breaks; see KxPoints.h"
+#endif
+
 namespace KxMath {
 
 /// A point of a profile or of a 2-D cloud. Units are the caller's, millimetres from the sensors.
@@ -17,7 +25,7 @@ public:
 
     /// A missing point: both coordinates are quiet NaN.
     KxPointXY() : x(std::numeric_limits<float>::quiet_NaN()), y(std::numeric_limits<float>::quiet_NaN()) {}
-    KxPointXY(float x, float y) : x(x), y(y) {}
+    KxPointXY(float xValue, float yValue) : x(xValue), y(yValue) {}
     KxPointXY(const KxPointXY&) = default;
 
     /// Copies both fields. Deliberately returns nothing, so that assignments of points cannot be chained.
@@ -46,7 +54,7 @@ public:
     KxPointXYZ()
         : x(std::numeric_limits<float>::quiet_NaN()), y(std::numeric_limits<float>::quiet_NaN()),
           z(std::numeric_limits<float>::quiet_NaN()) {}
-    KxPointXYZ(float x, float y, float z) : x(x), y(y), z(z) {}
+    KxPointXYZ(float xValue, float yValue, float zValue) : x(xValue), y(yValue), z(zValue) {}
     KxPointXYZ(const KxPointXYZ&) = default;
     KxPointXYZ& operator=(const KxPointXYZ&) = default;
 
@@ -68,7 +76,8 @@ public:
     KxPointXYZRGB()
         : x(std::numeric_limits<float>::quiet_NaN()), y(std::numeric_limits<float>::quiet_NaN()),
           z(std::numeric_limits<float>::quiet_NaN()), rgb(0) {}
-    KxPointXYZRGB(float x, float y, float z, unsigned int rgb) : x(x), y(y), z(z), rgb(rgb) {}
+    KxPointXYZRGB(float xValue, float yValue, float zValue, unsigned int rgbValue)
+        : x(xValue), y(yValue), z(zValue), rgb(rgbValue) {}
     KxPointXYZRGB(const KxPointXYZRGB&) = default;
     KxPointXYZRGB& operator=(const KxPointXYZRGB&) = default;
 };

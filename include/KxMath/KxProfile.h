@@ -262,8 +262,10 @@ public:
     /// most `maxStep` from the last one taken on its side, at first from calcY() at `x`. A side ends after `maxMisses`
     /// points in a row that were not taken.
     /// @param out cleared, then receives the points, sorted by x; also those of a run that fails a bound
-    /// @param minY,maxY bounds of calcY() at `x`; a value of NaN passes them
-    /// @param minLength,maxLength bounds of the length of the run in x. A NaN bound of either kind is switched off
+    /// @param minY lower bound of calcY() at `x`; NaN is no bound, and a value of NaN passes
+    /// @param maxY upper bound, likewise
+    /// @param minLength lower bound of the length of the run in x; NaN is no bound
+    /// @param maxLength upper bound, likewise
     /// @return false when a bound failed or no point was taken, as for fewer than 2 points
     bool calcLineSegment(float x, float maxStep, int maxMisses, KxProfile& out, float minY, float maxY, float minLength,
                          float maxLength);
