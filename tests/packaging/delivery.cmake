@@ -33,19 +33,30 @@ kxmath_add_packaging_test(install.${other} SETS_UP ${other}_library
         ${${other}_compiler})
 kxmath_add_list_test(installedFiles "an editor" NEEDS ${other}_library ARGUMENTS ${bin}/${other})
 
-# A program of either compiler with the library of either.
+# Programs of either compiler with the library of either.
+set(run_programs ${CMAKE_CTEST_COMMAND} --no-tests=error --output-on-failure)
 foreach(library IN LISTS compilers)
     foreach(program IN LISTS compilers)
         kxmath_add_packaging_test(findPackage.${program}ProgramWith${library}Library NEEDS ${library}_library
             COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${src}/consumer ${bin}/consumer-${program}-${library}
                 --build-generator Ninja
                 --build-options -DCMAKE_CXX_COMPILER=${${program}_compiler} -DCMAKE_PREFIX_PATH=${bin}/${library}
-                --test-command consumer)
+                --test-command ${run_programs})
     endforeach()
 endforeach()
 
-kxmath_add_packaging_test(pkgConfig NEEDS ${own}_library
-    COMMAND ${src}/pkgConfig.sh ${CMAKE_CXX_COMPILER} ${bin}/${own} ${bin}/moved ${src}/consumer/main.cpp)
+foreach(program IN LISTS compilers)
+    kxmath_add_packaging_test(pkgConfig.${program} NEEDS ${own}_library
+        COMMAND ${src}/pkgConfig.sh ${${program}_compiler} ${bin}/${own} ${bin}/moved-${program}
+            ${src}/consumer/main.cpp)
+
+    # The warning about -ffast-math appears, can be silenced, and leaves other programs alone (see misuse.none).
+    set(check_fast_math ${${program}_compiler} -std=c++17 -fPIC -fsyntax-only -ffast-math ${include_dirs}
+        ${src}/misuse.cpp)
+    kxmath_add_packaging_test(fastMath.${program} COMMAND ${check_fast_math})
+    set_tests_properties(packaging.fastMath.${program} PROPERTIES PASS_REGULAR_EXPRESSION "warning: [^\n]*NaN")
+    kxmath_add_packaging_test(fastMathAllowed.${program} COMMAND ${check_fast_math} -DKXMATH_ALLOW_FAST_MATH -Werror)
+endforeach()
 
 # As part of another project, and without precompiled headers: each source includes what it uses.
 kxmath_add_packaging_test(subproject
@@ -54,4 +65,4 @@ kxmath_add_packaging_test(subproject
         --build-options -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER} -DKXMATH_SOURCE=${PROJECT_SOURCE_DIR}
             -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON
             -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
-        --test-command consumer)
+        --test-command ${run_programs})

@@ -6,7 +6,7 @@ set(check_syntax ${CMAKE_CXX_COMPILER} -std=c++20 -fPIC -fsyntax-only ${include_
     ${CMAKE_CURRENT_SOURCE_DIR}/misuse.cpp)
 set(no_copy "(discards qualifiers|no matching constructor)") # g++|clang
 
-kxmath_add_packaging_test(misuse.none COMMAND ${check_syntax})
+kxmath_add_packaging_test(misuse.none COMMAND ${check_syntax} -Werror)
 
 function(kxmath_add_misuse_test macro message)
     kxmath_add_packaging_test(misuse.${macro} COMMAND ${check_syntax} -D${macro})

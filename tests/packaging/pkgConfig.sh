@@ -1,6 +1,6 @@
 #!/bin/bash
 # pkgConfig.sh COMPILER INSTALLED MOVED SOURCE: builds and runs a program with the flags of KxMath.pc, after the installed
-# files were moved elsewhere.
+# files were moved elsewhere, in the oldest and in the newest language standard.
 set -euo pipefail
 compiler=$1 installed=$2 moved=$3 source=$4
 rm -rf "$moved"
@@ -12,6 +12,14 @@ case " $(pkg-config --cflags --libs KxMath) " in
     exit 1
     ;;
 esac
-# shellcheck disable=SC2046 # the flags are words
-"$compiler" "$source" -o "$moved/consumer" $(pkg-config --cflags --libs KxMath)
-LD_LIBRARY_PATH=$(pkg-config --variable=libdir KxMath) "$moved/consumer"
+read -ra qt_flags <<<"$(pkg-config --cflags Qt6Core | sed 's/-I/-isystem /g')" # warnings in its headers are not ours
+read -ra flags <<<"$(pkg-config --cflags --libs KxMath)"
+warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wdouble-promotion -Wshadow -Werror)
+if [[ $("$compiler" --version) == *clang* ]]; then
+    warnings+=(-Wdocumentation)
+fi
+for standard in 17 23; do
+    "$compiler" -std=c++${standard/23/2b} -DEXPECTED_STANDARD=$standard "${qt_flags[@]}" "${warnings[@]}" \
+        "$source" -o "$moved/consumer" "${flags[@]}"
+    LD_LIBRARY_PATH=$(pkg-config --variable=libdir KxMath) "$moved/consumer"
+done
