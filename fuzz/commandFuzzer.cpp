@@ -3,8 +3,8 @@
 #include "input.h"
 #include "scratch.h"
 
-#include "commands.h"
-#include "exitCodes.h"
+#include "tools/kxmath/commands.h"
+#include "tools/kxmath/console/exitCodes.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>

@@ -2,8 +2,8 @@
 #include "input.h"
 #include "scratch.h"
 
-#include "formats/pointFile.h"
-#include "formats/profileFiles.h"
+#include "inspect/formats/pointFile.h"
+#include "inspect/formats/profileFiles.h"
 
 using kxtool::Format;
 

@@ -1,7 +1,7 @@
 // Single profiles of wheels and of the calibration object.
 #include "railway/jobs.h"
 
-#include "shapes/rimSection.h"
+#include "inspect/wheel/rimSection.h"
 #include "simulator/calibrationTrial.h"
 #include "simulator/wheelContour.h"
 

@@ -14,3 +14,5 @@
 #include "KxPrimitives.h"
 #include "KxProfile.h"
 #include "KxProfileZ.h"
+#include "KxRecording.h"
+#include "KxWheelDetection.h"

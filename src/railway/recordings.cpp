@@ -1,56 +1,55 @@
-// Names of recordings, their directories and wheel files, and the sensors that made them.
-#include "railway/recordings.h"
+// Recordings: what their names say, and their records one after the other.
+#include "KxMath/KxRecording.h"
 
-#include <QtCore/QSettings>
-#include <QtCore/QVariant>
+#include "grid/profileRecord.h"
 
-namespace KxMath::detail {
+#include <QtCore/QFile>
 
-Recording::Recording(const QString& fileName) : name(fileName) {
-    name.remove(QStringLiteral(".bin"), Qt::CaseSensitive); // every occurrence
-    directory = QStringLiteral("./") + name;
-    serial = name.mid(name.indexOf(QLatin1Char('_')) + 1).toInt();
+#include <limits>
+
+namespace KxMath {
+
+namespace {
+
+void appendTwoDigits(QString& path, int number) { // at least two
+    if (number >= 0 && number < 10) {
+        path += QLatin1Char('0');
+    }
+    path += QString::number(number);
 }
 
-QString Recording::wheelFile(int wheel, int profile) const {
+} // namespace
+
+KxRecordKind KxReadRecord(QFile& file, KxProfileZ& profile) {
+    char marker = 0;
+    if (file.peek(&marker, 1) == 1 && marker == detail::kRecordMarker) {
+        return profile.readFromFile(file) >= 0 ? KxProfileRecord : KxNoRecord;
+    }
+    profile.z = std::numeric_limits<float>::quiet_NaN();
+    KxPointCloud<KxPointXY>& section = profile;
+    return section.readFromFile(file) >= 0 ? KxSectionXY : KxNoRecord;
+}
+
+KxRecordingName::KxRecordingName(const QString& fileName) : base(fileName) {
+    base.remove(QStringLiteral(".bin"), Qt::CaseSensitive); // every occurrence
+    serial = base.mid(base.indexOf(QLatin1Char('_')) + 1).toInt();
+}
+
+QString KxRecordingName::directory() const {
+    return QStringLiteral("./") + base;
+}
+
+QString KxRecordingName::wheelFile(int wheel, int profile) const {
     QString path;
-    path.reserve(directory.size() + 16);
-    const auto appendNumber = [&](int n) { // of two digits at least
-        if (n >= 0 && n < 10) {
-            path += QLatin1Char('0');
-        }
-        path += QString::number(n);
-    };
-    path += directory;
+    path.reserve(base.size() + 18);
+    path += QLatin1String("./");
+    path += base;
     path += QLatin1Char('/');
-    appendNumber(wheel);
+    appendTwoDigits(path, wheel);
     path += QLatin1Char('_');
-    appendNumber(profile);
+    appendTwoDigits(path, profile);
     path += QLatin1String(".bin");
     return path;
 }
 
-QString sensorKey(int sensor, const char* key) {
-    return QStringLiteral("SENSOR%1/").arg(sensor) + QLatin1String(key);
-}
-
-int findSensor(QSettings& settings, int serial) {
-    constexpr int kEnd = 50;
-    for (int sensor = 1; sensor < kEnd; ++sensor) {
-        const int candidate = settings.value(sensorKey(sensor, "SN"), 0).toInt();
-        if (candidate == serial) {
-            return sensor;
-        }
-        if (candidate == 0) {
-            return kNoSensor;
-        }
-    }
-    return kEnd; // deliberately not a failure
-}
-
-KxLine readLine(QSettings& settings, const QString& slopeKey, float slope, const QString& interceptKey,
-                float intercept) {
-    return KxLine(settings.value(slopeKey, slope).toFloat(), settings.value(interceptKey, intercept).toFloat());
-}
-
-} // namespace KxMath::detail
+} // namespace KxMath

@@ -1,7 +1,9 @@
 // Defects of wheel treads.
 #include "KxMath/KxMetro.h"
+#include "KxMath/KxRecording.h"
+#include "KxMath/KxWheelDetection.h"
 
-#include "railway/recordings.h"
+#include "railway/sensorSettings.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -12,8 +14,6 @@
 namespace KxMath {
 
 namespace {
-
-using detail::Recording;
 
 /// The settings of the judgement of a train.
 struct DefectSettings {
@@ -26,7 +26,7 @@ struct DefectSettings {
 };
 
 DefectSettings readSettings(QSettings& settings, int sensor) {
-    const auto key = [sensor](const char* name) { return detail::sensorKey(sensor, name); };
+    const auto key = [sensor](const char* name) { return KxSensorKey(sensor, name); };
     DefectSettings s;
     s.degree = settings.value(QStringLiteral("polynomDegree"), 20).toInt();
     s.maxDeviation = settings.value(QStringLiteral("maxDeviation"), 0.3f).toFloat();
@@ -49,7 +49,7 @@ bool isSound(const QString& fileName, const DefectSettings& s) {
 
 /// Counts the sound readings of a wheel's profile number 0. Deliberately the name never goes on to the next profile, so
 /// that this ends only when the file is gone.
-qint64 countSoundReadings(const Recording& recording, int wheel, const DefectSettings& s) {
+qint64 countSoundReadings(const KxRecordingName& recording, int wheel, const DefectSettings& s) {
     const QString fileName = recording.wheelFile(wheel, 0);
     qint64 count = 0;
     while (QFile::exists(fileName)) {
@@ -80,9 +80,9 @@ bool METRO_detectWheelDefect(KxProfile& profile, int, float maxDeviation, int po
 bool METRO_detectDefectsInTrain(QString recording, QSettings* settings, unsigned char* const marksLow,
                                 unsigned char* const marksHigh, int wheelCount) {
     constexpr int kLastLowSensor = 10;
-    const Recording files(recording);
+    const KxRecordingName files(recording);
     const int sensor = detail::findSensor(*settings, files.serial);
-    if (sensor == detail::kNoSensor || !QDir(files.directory).exists()) {
+    if (sensor == detail::kNoSensor || !QDir(files.directory()).exists()) {
         return false;
     }
     if (settings->value(QStringLiteral("use"), 0).toInt() == 0) {

@@ -1,9 +1,11 @@
 // Distances across the wheel pairs of a train.
 #include "KxMath/KxMetro.h"
+#include "KxMath/KxRecording.h"
+#include "KxMath/KxWheelDetection.h"
 
 #include "grid/profileRecord.h"
 #include "io/binaryIo.h"
-#include "railway/recordings.h"
+#include "railway/sensorSettings.h"
 #include "rounding/angles.h"
 
 #include <QtCore/QDir>
@@ -16,11 +18,9 @@ namespace KxMath {
 
 namespace {
 
-using detail::Recording;
-
 /// One side of the track: the recording and the lines of its sensor.
 struct Side {
-    Recording recording;
+    KxRecordingName recording;
     KxLine reference;
     KxLine level;
 };
@@ -28,7 +28,7 @@ struct Side {
 /// The group of the keys of the sensor with a serial number; without one the keys stand in no group.
 QString sensorGroup(QSettings& settings, int serial) {
     for (const int sensor : {1, 2}) {
-        if (serial == settings.value(detail::sensorKey(sensor, "SN"), 0).toInt()) {
+        if (serial == settings.value(KxSensorKey(sensor, "SN"), 0).toInt()) {
             return QStringLiteral("SENSOR%1").arg(sensor);
         }
     }
@@ -36,15 +36,15 @@ QString sensorGroup(QSettings& settings, int serial) {
 }
 
 Side readSide(QSettings& settings, const QString& fileName) {
-    const Recording recording(fileName);
+    const KxRecordingName recording(fileName);
     const QString group = sensorGroup(settings, recording.serial);
     return {
         recording, detail::readLine(settings, group + QStringLiteral("/k2"), 0.0f, group + QStringLiteral("/b2"), 0.0f),
         detail::readLine(settings, group + QStringLiteral("/level_k"), 0.0f, group + QStringLiteral("/level_b"), 0.0f)};
 }
 
-/// Reads one profile of a wheel and cuts it at the level line. @return false when there is no such file
-bool readBelowLevel(const Side& side, int wheel, int number, KxProfile& profile) {
+/// Reads one profile of a wheel. @return false when there is no such file
+bool readWheelProfile(const Side& side, int wheel, int number, KxProfile& profile) {
     profile.points.clear(); // what cannot be read leaves no points
     QFile file(side.recording.wheelFile(wheel, number));
     if (!file.open(QIODevice::ReadOnly)) {
@@ -56,21 +56,16 @@ bool readBelowLevel(const Side& side, int wheel, int number, KxProfile& profile)
         const auto ignore = [](const KxPointXY*, qsizetype) {}; // the range is not asked for
         detail::readRecords(file, detail::countIn(head), profile.points, ignore);
     }
-    profile.removeHighLevel(side.level);
     return true;
 }
 
-/// Reads the profile of a wheel that keeps the most points below the level line, the first of equal ones.
-/// @return false when the wheel has no profile that keeps any
-bool readBestProfile(const Side& side, int wheel, KxProfile& best) {
-    best.clear();
+/// Reads the profiles of a wheel and chooses among them. @return false when none keeps a point below the level line
+bool readBestProfile(const Side& side, int wheel, KxBestWheelProfile& best) {
     KxProfile profile;
-    for (int number = 1; readBelowLevel(side, wheel, number, profile); ++number) {
-        if (profile.size() > best.size()) {
-            best.points.swap(profile.points);
-        }
+    for (int number = 1; readWheelProfile(side, wheel, number, profile); ++number) {
+        best.add(profile);
     }
-    return !best.isEmpty();
+    return best.number() > 0;
 }
 
 /// Keeps the first half of the points, rounded down.
@@ -100,17 +95,18 @@ bool METRO_calcWheelsDistInTrain(QString recording1, QString recording2, int whe
                                  float* distances) {
     const Side first = readSide(*settings, recording1);
     const Side second = readSide(*settings, recording2);
-    if (!QDir(first.recording.directory).exists() || !QDir(second.recording.directory).exists()) {
+    if (!QDir(first.recording.directory()).exists() || !QDir(second.recording.directory()).exists()) {
         return false;
     }
     const float baseDist = settings->value(QStringLiteral("calibrLines2"), 0).toFloat();
     for (int wheel = 1; wheel <= wheelCount; ++wheel) {
-        KxProfile left;
-        KxProfile right;
+        KxBestWheelProfile left(first.level);
+        KxBestWheelProfile right(second.level);
         if (!readBestProfile(first, wheel, left) || !readBestProfile(second, wheel, right)) {
             return false;
         }
-        distances[wheel - 1] = METRO_calcWheelsDist(left, right, first.reference, second.reference, baseDist);
+        distances[wheel - 1] =
+            METRO_calcWheelsDist(left.profile(), right.profile(), first.reference, second.reference, baseDist);
     }
     return true;
 }

@@ -17,6 +17,9 @@ struct Command {
 /// All subcommands in the order in which the help lists them.
 std::span<const Command> allCommands();
 
+/// Runs the command that the arguments of the program name, or prints the usage. @return the exit code
+int runMain(const QStringList& arguments);
+
 int runCalibrate(const QStringList& arguments);
 int runConicity(const QStringList& arguments);
 int runConvert(const QStringList& arguments);

@@ -1,6 +1,6 @@
 // Prints how far the conicity of cones comes out from their slope, over the edge margin and the amplitude.
+#include "inspect/fitting/lookUp.h"
 #include "shapes/crossSections.h"
-#include "shapes/lookUp.h"
 
 #include <KxMath/KxConicity.h>
 

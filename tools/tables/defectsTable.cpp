@@ -1,6 +1,6 @@
 // Prints in how many of 20 profiles the judgement finds a feature, over its place, width and height, for a largest
 // allowed deviation of 0.3 mm and of 0.2 mm.
-#include "train/wheelDefects.h"
+#include "inspect/train/wheelDefects.h"
 
 #include <algorithm>
 #include <cmath>

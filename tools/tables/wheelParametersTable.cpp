@@ -1,5 +1,5 @@
 // Prints how far the measures of an S1002 wheel come out from those of its closed form, over the spacing of the points.
-#include "shapes/rimSection.h"
+#include "inspect/wheel/rimSection.h"
 #include "simulator/wheelContour.h"
 
 #include <KxMath/KxMetro.h>

@@ -1,7 +1,7 @@
 // What kxmath calibrate found, and how it is told.
 #pragma once
 
-#include "calibrate/poseAverage.h"
+#include "inspect/calibrate/poseAverage.h"
 
 #include <QtCore/QStringList>
 

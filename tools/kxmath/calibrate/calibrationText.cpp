@@ -1,5 +1,5 @@
 // What kxmath calibrate found, for the standard output and as JSON.
-#include "calibrate/calibrationResult.h"
+#include "tools/kxmath/calibrate/calibrationResult.h"
 
 #include "simulator/json.h"
 

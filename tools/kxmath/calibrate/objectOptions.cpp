@@ -1,8 +1,8 @@
 // Options that describe the calibration object.
-#include "calibrate/objectOptions.h"
+#include "tools/kxmath/calibrate/objectOptions.h"
 
-#include "commandLine.h"
-#include "profileOptions.h"
+#include "tools/kxmath/console/commandLine.h"
+#include "tools/kxmath/console/profileOptions.h"
 
 #include <cmath>
 

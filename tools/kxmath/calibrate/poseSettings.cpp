@@ -1,8 +1,8 @@
 // A pose in a settings file, next to what else stands there.
-#include "calibrate/poseSettings.h"
+#include "tools/kxmath/calibrate/poseSettings.h"
 
-#include "commandError.h"
-#include "numbers.h"
+#include "tools/kxmath/console/commandError.h"
+#include "tools/kxmath/console/numbers.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>

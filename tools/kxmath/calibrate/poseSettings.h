@@ -1,7 +1,7 @@
 // A pose in a settings file, next to what else stands there.
 #pragma once
 
-#include "calibrate/poseMeasurement.h"
+#include "inspect/calibrate/poseMeasurement.h"
 
 #include <QtCore/QByteArray>
 

@@ -1,7 +1,7 @@
 // What the user of kxmath grid asked for.
 #pragma once
 
-#include "outputFile.h"
+#include "tools/kxmath/console/outputFile.h"
 
 #include <QtCore/QString>
 

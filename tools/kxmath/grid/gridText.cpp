@@ -1,8 +1,8 @@
 // A height map with its seeds as a table and for programs.
-#include "grid/gridText.h"
+#include "tools/kxmath/grid/gridText.h"
 
-#include "numbers.h"
-#include "textTable.h"
+#include "tools/kxmath/console/numbers.h"
+#include "tools/kxmath/console/textTable.h"
 
 #include <KxMath/KxMathVersion.h>
 

@@ -1,7 +1,7 @@
 // A height map with its seeds as a table and for programs.
 #pragma once
 
-#include "grid/scanGrid.h"
+#include "inspect/scan/scanGrid.h"
 
 namespace kxtool {
 

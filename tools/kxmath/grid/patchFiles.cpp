@@ -1,7 +1,7 @@
 // The patches that were found, as cloud files.
-#include "grid/patchFiles.h"
+#include "tools/kxmath/grid/patchFiles.h"
 
-#include "commandError.h"
+#include "tools/kxmath/console/commandError.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

@@ -1,7 +1,7 @@
 // The patches that were found, as cloud files.
 #pragma once
 
-#include "grid/scanGrid.h"
+#include "inspect/scan/scanGrid.h"
 
 namespace kxtool {
 

@@ -1,8 +1,8 @@
 // The pairs of a pass as rows of text.
-#include "train/passTable.h"
+#include "tools/kxmath/train/passTable.h"
 
-#include "numbers.h"
-#include "textTable.h"
+#include "tools/kxmath/console/numbers.h"
+#include "tools/kxmath/console/textTable.h"
 
 #include <algorithm>
 #include <cmath>

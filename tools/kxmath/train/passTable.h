@@ -1,7 +1,7 @@
 // The pairs of a pass as rows of text.
 #pragma once
 
-#include "train/pass.h"
+#include "inspect/train/pass.h"
 
 #include <QtCore/QString>
 

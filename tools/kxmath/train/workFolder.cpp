@@ -1,7 +1,7 @@
 // The folder in which a pass is worked on.
-#include "train/workFolder.h"
+#include "tools/kxmath/train/workFolder.h"
 
-#include "commandError.h"
+#include "tools/kxmath/console/commandError.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

@@ -1,7 +1,7 @@
 // The folder in which a pass is worked on.
 #pragma once
 
-#include "train/recordingFile.h"
+#include "inspect/recordings/recordingFile.h"
 
 #include <QtCore/QString>
 

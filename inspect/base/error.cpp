@@ -1,0 +1,28 @@
+// The one kind of exception that this library throws.
+#include <KxInspect/Error.h>
+
+#include <utility>
+
+namespace KxInspect {
+
+namespace {
+
+std::string sentence(const ErrorSource& source, const std::string& reason) {
+    std::string text;
+    for (const std::string& part : {source.role, source.file.empty() ? source.file : "'" + source.file + "'", reason}) {
+        text += text.empty() || part.empty() ? part : " " + part;
+    }
+    return text;
+}
+
+} // namespace
+
+Error::Error(ErrorKind kind, ErrorSource source, std::string reason, ErrorPlace place)
+    : std::runtime_error(sentence(source, reason)), kind_(kind), source_(std::move(source)), reason_(std::move(reason)),
+      place_(place) {}
+
+Error::Error(const Error&) = default;
+Error& Error::operator=(const Error&) = default;
+Error::~Error() = default;
+
+} // namespace KxInspect

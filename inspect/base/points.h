@@ -1,0 +1,39 @@
+// Points between vectors and the lists of Qt.
+#pragma once
+
+#include <KxInspect/Profile.h>
+#include <KxMath/KxPoints.h>
+
+#include <QtCore/QList>
+
+#include <cstring>
+#include <vector>
+
+namespace KxInspect::detail {
+
+static_assert(sizeof(Point) == sizeof(KxMath::KxPointXY) && sizeof(Point3) == sizeof(KxMath::KxPointXYZ));
+
+/// @{ The same points, copied as they stand in memory: x, y (, z) as floats on both sides.
+inline void assign(const QList<KxMath::KxPointXY>& points, std::vector<Point>& result) {
+    result.resize(static_cast<std::size_t>(points.size()));
+    if (!result.empty()) {
+        std::memcpy(static_cast<void*>(result.data()), points.constData(), result.size() * sizeof(Point));
+    }
+}
+
+inline std::vector<Point> toVector(const QList<KxMath::KxPointXY>& points) {
+    std::vector<Point> result;
+    assign(points, result);
+    return result;
+}
+
+inline QList<KxMath::KxPointXY> toList(const std::vector<Point>& points) {
+    QList<KxMath::KxPointXY> result(static_cast<qsizetype>(points.size()));
+    if (!points.empty()) {
+        std::memcpy(static_cast<void*>(result.data()), points.data(), points.size() * sizeof(Point));
+    }
+    return result;
+}
+/// @}
+
+} // namespace KxInspect::detail

@@ -1,0 +1,32 @@
+// The records of a recording, one after the other, as profiles of KxMath.
+#pragma once
+
+#include <KxInspect/Error.h>
+#include <KxMath/KxRecording.h>
+
+#include <QtCore/QFile>
+
+namespace KxInspect::detail {
+
+/// Reads a recording once from its beginning to its end.
+class RecordStream {
+public:
+    /// Opens the file. Throws an Error when there is none, or when it cannot be read or is empty.
+    explicit RecordStream(const ErrorSource& source);
+
+    /// Reads the next record. Throws an Error where the file is damaged, cut short or cannot be read on.
+    /// @return its kind, KxNoRecord at the end of the file
+    KxMath::KxRecordKind next(KxMath::KxProfileZ& profile);
+
+    int records() const { return records_; } ///< read so far
+    qint64 position() const { return file_.pos(); }
+    qint64 size() const { return size_; }
+
+private:
+    ErrorSource source_;
+    QFile file_;
+    qint64 size_ = 0;
+    int records_ = 0;
+};
+
+} // namespace KxInspect::detail

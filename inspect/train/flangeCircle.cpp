@@ -1,0 +1,133 @@
+// The circle on which the flange tip of a wheel turns, from the profiles of a pass.
+#include "inspect/train/flangeCircle.h"
+
+#include "inspect/fitting/leastSquares.h"
+#include "inspect/fitting/median.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+/// Where tips are looked for behind the reference line: before the gauge face of a rail, which would be farther down.
+constexpr double kTipRange = 30.0; // mm
+constexpr double kTipHalfWidth = 2.5; // mm to both sides of the tip that a parabola follows
+constexpr double kTipReach = 2.0; // mm to both sides of the tip that must be in view
+constexpr int kFewestTipPoints = 8; // to each side
+
+struct Vertex {
+    double across;
+    double down;
+};
+
+/// The lowest place of the parabola through the points around `middle`.
+std::optional<Vertex> lowestNear(const std::vector<SectionPoint>& section, double middle) {
+    LeastSquares3 parabola;
+    double from = 0.0;
+    double to = 0.0;
+    const Neighbours near = visitNeighbours(section, middle, kTipHalfWidth, [&](double t, double down) {
+        parabola.add({1.0, t, t * t}, down);
+        from = std::min(from, t);
+        to = std::max(to, t);
+    });
+    if (near.fewer() < kFewestTipPoints || std::min(-from, to) < kTipReach) {
+        return {};
+    }
+    const auto c = parabola.solve();
+    if (!c || (*c)[2] >= 0.0) {
+        return {};
+    }
+    const double t = std::clamp(-(*c)[1] / (2.0 * (*c)[2]), -kTipHalfWidth, kTipHalfWidth);
+    return Vertex{middle + t, (*c)[0] + ((*c)[1] + (*c)[2] * t) * t};
+}
+
+/// Circle of least weighted squares of x^2 + y^2 - 2 a x - 2 b y - c (Kasa, A circle fitting procedure and its error
+/// analysis, 1976), about the first tip for the sake of rounding.
+std::optional<FlangeCircle> fitWeighted(const std::vector<FlangeTip>& tips, const std::vector<double>& weights) {
+    LeastSquares3 sums;
+    for (size_t i = 0; i < tips.size(); ++i) {
+        const double x = tips[i].place - tips[0].place;
+        const double y = tips[i].down - tips[0].down;
+        sums.add({2.0 * x, 2.0 * y, 1.0}, x * x + y * y, weights[i]);
+    }
+    const auto c = sums.solve();
+    if (!c) {
+        return {};
+    }
+    const auto [x, y, rest] = *c;
+    const double radius = std::sqrt(x * x + y * y + rest);
+    return std::isfinite(radius) ? std::optional(FlangeCircle{tips[0].place + x, tips[0].down + y, radius, 0.0})
+                                 : std::nullopt;
+}
+
+} // namespace
+
+std::vector<SectionPoint> sectionOf(const QList<KxMath::KxPointXY>& points, const KxMath::KxLine& reference,
+                                    double towardsRail) {
+    const double slope = static_cast<double>(reference.k);
+    const double cosine = 1.0 / std::hypot(1.0, slope);
+    std::vector<SectionPoint> section;
+    section.reserve(static_cast<size_t>(points.size()));
+    for (const KxMath::KxPointXY& p : points) {
+        const double x = static_cast<double>(p.x);
+        const double y = static_cast<double>(p.y);
+        if (std::isfinite(x) && std::isfinite(y)) {
+            section.push_back(
+                {(y - slope * x - static_cast<double>(reference.b)) * cosine, towardsRail * (x + slope * y) * cosine});
+        }
+    }
+    return section;
+}
+
+std::optional<double> flangeTip(const std::vector<SectionPoint>& section) {
+    const SectionPoint* lowest = nullptr;
+    for (const SectionPoint& p : section) {
+        if (p.across > 0.0 && p.across < kTipRange && (lowest == nullptr || p.down > lowest->down)) {
+            lowest = &p;
+        }
+    }
+    if (lowest == nullptr) {
+        return {};
+    }
+    constexpr int kSteps = 4; // from the lowest point, which noise has chosen, to the tip
+    std::optional<Vertex> tip = Vertex{lowest->across, lowest->down};
+    for (int step = 0; step < kSteps && tip; ++step) {
+        tip = lowestNear(section, tip->across);
+    }
+    return tip ? std::optional(tip->down) : std::nullopt;
+}
+
+std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips) {
+    if (tips.size() < kFewestTips) {
+        return {};
+    }
+    // Weights of the biweight function: Beaton and Tukey, The fitting of power series, 1974.
+    constexpr int kRounds = 20;
+    constexpr double kTuning = 4.685;
+    constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
+    constexpr double kLeastScatter = 1e-4; // mm; keeps weights defined on perfect data
+    std::vector<double> weights(tips.size(), 1.0);
+    std::vector<double> offsets(tips.size());
+    std::optional<FlangeCircle> circle;
+    for (int round = 0; round < kRounds; ++round) {
+        circle = fitWeighted(tips, weights);
+        if (!circle) {
+            return {};
+        }
+        for (size_t i = 0; i < tips.size(); ++i) {
+            offsets[i] =
+                std::abs(std::hypot(tips[i].place - circle->place, tips[i].down - circle->down) - circle->radius);
+        }
+        circle->scatter = kNormal * median(offsets);
+        const double reach = kTuning * std::max(circle->scatter, kLeastScatter);
+        for (size_t i = 0; i < tips.size(); ++i) {
+            const double u = std::min(1.0, offsets[i] / reach);
+            weights[i] = (1.0 - u * u) * (1.0 - u * u);
+        }
+    }
+    return circle;
+}
+
+} // namespace kxtool

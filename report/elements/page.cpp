@@ -1,0 +1,150 @@
+// A self-contained HTML page: no script, no other file.
+#include "report/elements/page.h"
+
+#include "report/elements/svg.h"
+
+namespace kxreport {
+
+namespace {
+
+constexpr const char* kStyle = R"(
+:root { color-scheme: light; }
+* { box-sizing: border-box; }
+body { margin: 0; background: #f4f6f8; color: #1c2630; font: 15px/1.5 "DejaVu Sans", "Segoe UI", Arial, sans-serif; }
+main { max-width: 1120px; margin: 0 auto; padding: 28px 28px 48px; }
+header { border-bottom: 3px solid #0072B2; margin-bottom: 20px; padding-bottom: 10px; }
+h1 { font-size: 26px; line-height: 1.2; margin: 0; }
+header p { margin: 4px 0 0; color: #55616d; overflow-wrap: anywhere; }
+h2 { font-size: 18px; margin: 34px 0 8px; }
+p { max-width: 900px; margin: 8px 0; overflow-wrap: anywhere; }
+p.warning { max-width: none; background: #fff3e6; border-left: 4px solid #D55E00; padding: 8px 12px; }
+.facts { display: flex; flex-wrap: wrap; gap: 12px; margin: 16px 0; }
+.facts div { background: #fff; border: 1px solid #dbe1e7; border-radius: 6px; padding: 10px 16px; min-width: 130px; }
+.facts span { display: block; font-size: 12px; color: #55616d; }
+.facts strong { font-size: 21px; font-weight: 600; }
+figure { margin: 12px 0; background: #fff; border: 1px solid #dbe1e7; border-radius: 6px; padding: 10px 12px; }
+figcaption { font-size: 13px; color: #44505c; margin-top: 4px; }
+.half { display: grid; grid-template-columns: repeat(auto-fill, minmax(460px, 1fr)); gap: 12px; margin: 12px 0; }
+.half figure { margin: 0; }
+svg { display: block; width: 100%; height: auto; font-size: 11px; fill: #3a4652; }
+svg text { font-family: inherit; }
+svg .axis { font-size: 12px; fill: #1c2630; }
+.scroll { overflow-x: auto; }
+table { border-collapse: collapse; background: #fff; font-size: 13px; width: 100%; font-variant-numeric: tabular-nums; }
+th, td { border-bottom: 1px solid #e3e8ed; padding: 4px 9px; text-align: right; }
+th { background: #eaeff3; font-weight: 600; vertical-align: bottom; }
+th.text, td.text { text-align: left; overflow-wrap: anywhere; }
+.good { color: #00694d; }
+.bad { color: #b34700; font-weight: 600; }
+.faint { color: #7b8794; }
+@page { margin: 14mm; }
+@media print {
+  body { background: #fff; font-size: 11px; }
+  main { max-width: none; padding: 0 2px; }
+  h2 { break-after: avoid; }
+  figure, .facts div, tr { break-inside: avoid; }
+  h2 { font-size: 14px; margin-top: 16px; }
+  figcaption { font-size: 10px; }
+  .facts div { padding: 5px 10px; min-width: 0; }
+  .facts strong { font-size: 14px; }
+  .half { grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); }
+  .scroll { overflow: visible; }
+  table { font-size: 9px; }
+  th, td { padding: 2px 3px; }
+  * { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
+}
+)";
+
+const char* className(Tone tone) {
+    switch (tone) {
+    case Tone::Good:
+        return "good";
+    case Tone::Bad:
+        return "bad";
+    case Tone::Faint:
+        return "faint";
+    case Tone::Plain:
+        break;
+    }
+    return "";
+}
+
+QString figureElement(const QString& svg, const QString& caption) {
+    return QStringLiteral("<figure>\n") + svg + QStringLiteral("<figcaption>") + escaped(caption) +
+           QStringLiteral("</figcaption>\n</figure>\n");
+}
+
+} // namespace
+
+Page::Page(const QString& title, const QString& subtitle) : title_(escaped(title)) {
+    body_ = QStringLiteral("<header><h1>") + title_ + QStringLiteral("</h1>");
+    if (!subtitle.isEmpty()) {
+        body_ += QStringLiteral("<p>") + escaped(subtitle) + QStringLiteral("</p>");
+    }
+    body_ += QStringLiteral("</header>\n");
+}
+
+void Page::heading(const QString& text) {
+    body_ += QStringLiteral("<h2>") + escaped(text) + QStringLiteral("</h2>\n");
+}
+
+void Page::paragraph(const QString& text) {
+    body_ += QStringLiteral("<p>") + escaped(text) + QStringLiteral("</p>\n");
+}
+
+void Page::warning(const QString& text) {
+    body_ +=
+        QStringLiteral("<p class=\"warning\"><strong>Warning:</strong> ") + escaped(text) + QStringLiteral("</p>\n");
+}
+
+void Page::facts(const std::vector<Fact>& facts) {
+    body_ += QStringLiteral("<div class=\"facts\">\n");
+    for (const Fact& fact : facts) {
+        body_ += QStringLiteral("<div><span>") + escaped(fact.label) +
+                 QStringLiteral("</span><strong class=\"%1\">").arg(QLatin1String(className(fact.tone))) +
+                 escaped(fact.value) + QStringLiteral("</strong></div>\n");
+    }
+    body_ += QStringLiteral("</div>\n");
+}
+
+void Page::figure(const QString& svg, const QString& caption) {
+    body_ += figureElement(svg, caption);
+}
+
+void Page::figures(const std::vector<Figure>& figures) {
+    body_ += QStringLiteral("<div class=\"half\">\n");
+    for (const Figure& figure : figures) {
+        body_ += figureElement(figure.svg, figure.caption);
+    }
+    body_ += QStringLiteral("</div>\n");
+}
+
+void Page::table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns) {
+    const auto columnClass = [textColumns](int column) { return QLatin1String(column < textColumns ? "text " : ""); };
+    body_ += QStringLiteral("<div class=\"scroll\"><table>\n<thead><tr>");
+    for (int column = 0; column < headers.size(); ++column) {
+        body_ += QStringLiteral("<th class=\"") + columnClass(column) + QStringLiteral("\">") +
+                 escaped(headers.at(column)) + QStringLiteral("</th>");
+    }
+    body_ += QStringLiteral("</tr></thead>\n<tbody>\n");
+    for (const std::vector<Cell>& row : rows) {
+        body_ += QStringLiteral("<tr>");
+        for (size_t column = 0; column < row.size(); ++column) {
+            body_ += QStringLiteral("<td class=\"") + columnClass(static_cast<int>(column)) +
+                     QLatin1String(className(row[column].tone)) + QStringLiteral("\">") + escaped(row[column].text) +
+                     QStringLiteral("</td>");
+        }
+        body_ += QStringLiteral("</tr>\n");
+    }
+    body_ += QStringLiteral("</tbody>\n</table></div>\n");
+}
+
+QString Page::html() const {
+    return QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+                          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>") +
+           title_ + QStringLiteral("</title>\n<style>") + QLatin1String(kStyle) +
+           QStringLiteral("</style>\n</head>\n<body>\n<main>\n") + body_ +
+           QStringLiteral("</main>\n</body>\n</html>\n");
+}
+
+} // namespace kxreport

@@ -1,0 +1,101 @@
+// One plot as inline SVG.
+#pragma once
+
+#include "report/elements/axis.h"
+#include "report/elements/heatMap.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QString>
+
+#include <vector>
+
+namespace kxreport {
+
+using Points = std::vector<QPointF>;
+
+struct Stroke {
+    const char* colour = "#000000";
+    double width = 1.5; ///< pixels
+    const char* dashes = ""; ///< as stroke-dasharray, empty for a solid line
+};
+
+/// A plot with axes, grid and legend. Things are drawn in the order in which they are added; an empty legend text
+/// leaves a thing out of the legend. All texts are escaped here.
+class Plot {
+public:
+    /// @param id unique on the page
+    /// @param title what a screen reader says
+    Plot(QString id, QString title, int width, int height, Axis x, Axis y);
+
+    /// The range of the x axis.
+    const Range& range() const { return x_.range; }
+
+    /// The area inside the axes in pixels.
+    double areaWidth() const;
+    double areaHeight() const;
+    /// Room that a colour scale takes, in pixels.
+    static constexpr double kColourScaleRoom = 74;
+    /// The same before there is a plot, for choosing the ranges.
+    static double areaWidth(int width);
+    static double areaHeight(int height);
+
+    /// A line through the points. Points that share a spot of the picture are drawn once, and a point that is not
+    /// finite interrupts the line.
+    void addLine(const Points& points, const Stroke& stroke, const QString& legend = {});
+    /// A dot for each point, one per spot of the picture.
+    void addDots(const Points& points, const char* colour, double diameter, const QString& legend = {});
+    /// A round mark with a tooltip, for few points.
+    void addMark(QPointF point, const char* colour, double radius, const QString& tooltip);
+    /// A horizontal band across the plot.
+    void addBand(double from, double to, const char* colour, const QString& legend = {});
+    /// A horizontal line across the plot.
+    void addLevel(double y, const Stroke& stroke, const QString& legend = {});
+    /// The straight line y = k * x + b across the plot.
+    void addStraight(double k, double b, const Stroke& stroke, const QString& legend = {});
+    /// A filled box, never thinner than 2 pixels, with a tooltip.
+    void addBox(double fromX, double toX, double fromY, double toY, const char* colour, const QString& tooltip);
+    /// A picture that fills a box, its top row at `toY`. Its pixels stay sharp squares.
+    void addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image);
+    /// The colours of heights beside the plot, with ticks. The plot gets narrower: add it before all else.
+    void addColourScale(const Range& heights, const QString& label);
+    /// Leaves as much room on the right as a colour scale takes, for plots that stand below each other.
+    void keepRightFree(double pixels);
+    /// Text centred at a point.
+    void addText(QPointF point, const QString& text, const char* colour, int size = 11);
+    /// Text centred at a point on a white disc, readable on any colour.
+    void addBadge(QPointF point, const QString& text);
+    /// Text beside the y axis, for plots whose rows are no numbers.
+    void addRowLabel(double y, const QString& text, const char* colour);
+    /// Entries that stand for boxes and marks, which are added without a legend.
+    void addLegend(const QString& text, const char* colour);
+    void addLegendMark(const QString& text, const char* colour);
+
+    /// The finished element.
+    QString svg() const;
+
+private:
+    struct LegendEntry {
+        QString text;
+        QString sample; ///< drawn in a field of 22 x 10 pixels
+    };
+
+    double pixelX(double x) const;
+    double pixelY(double y) const;
+    QString axes() const;
+    QString legend() const;
+    void addLegendLine(const QString& text, const Stroke& stroke);
+    void addLegendBox(const QString& text, const char* colour, double opacity);
+
+    QString id_;
+    QString title_;
+    int width_;
+    int height_;
+    double right_; ///< room on the right of the area, pixels
+    Axis x_;
+    Axis y_;
+    QString body_; ///< clipped to the area
+    QString labels_; ///< not clipped
+    std::vector<LegendEntry> legend_;
+};
+
+} // namespace kxreport

@@ -1,0 +1,222 @@
+// Pictures of the cells of a grid: z to the right, x upwards.
+#include "report/grid/gridPictures.h"
+
+#include "report/elements/heatMap.h"
+#include "report/elements/plot.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+using kxreport::PaletteImage;
+using kxreport::Plot;
+using kxreport::Range;
+using kxreport::Raster;
+using kxreport::Rgb;
+
+constexpr int kWidth = 1060;
+constexpr double kLowest = 150; ///< of the area inside the axes, pixels
+constexpr double kHighest = 640;
+
+/// The extent of the grid, half a cell beyond the centres of the outer ones.
+struct Extent {
+    Range z;
+    Range x;
+};
+
+Extent extentOf(const ScanGrid& grid) {
+    const double pitch = static_cast<double>(grid.pitch);
+    const double z = static_cast<double>(grid.originZ) - pitch / 2;
+    const double x = static_cast<double>(grid.originX) - pitch / 2;
+    return {{z, z + pitch * grid.heights.rows}, {x, x + pitch * grid.heights.columns}};
+}
+
+double areaWidth() {
+    return Plot::areaWidth(kWidth) - Plot::kColourScaleRoom;
+}
+
+/// The height that gives both axes one scale.
+double wantedHeight(const Extent& extent) {
+    return areaWidth() * extent.x.size() / extent.z.size();
+}
+
+Plot makePlot(const ScanGrid& grid, const char* id, const char* title) {
+    Extent extent = extentOf(grid);
+    const double wanted = wantedHeight(extent);
+    const double height = std::clamp(wanted, kLowest, kHighest);
+    if (wanted > kHighest) {
+        kxreport::makeScalesEqual(extent.z, extent.x, areaWidth(), height);
+    }
+    const int around = 100 - static_cast<int>(Plot::areaHeight(100)); // what axes and legend take
+    return Plot(QLatin1String(id), QLatin1String(title), kWidth, static_cast<int>(height) + around,
+                {QStringLiteral("z along the scan, mm"), extent.z},
+                {QStringLiteral("x across the scan, mm"), extent.x});
+}
+
+/// How many cells along each axis share a pixel, so that pictures of large scans stay small.
+int cellsPerPixel(const CellValues& cells) {
+    constexpr int kMostPixels = 1400;
+    return (std::max(cells.rows, cells.columns) + kMostPixels - 1) / kMostPixels;
+}
+
+/// Turns the cells into pixels: z to the right, x upwards. `pixel` makes one from a range of rows and columns.
+template <typename Pixel>
+auto makePixels(const CellValues& cells, Pixel pixel) {
+    const int size = cellsPerPixel(cells);
+    std::vector<decltype(pixel(0, 0, 0, 0))> pixels;
+    for (int top = (cells.columns - 1) / size; top >= 0; --top) {
+        for (int r = 0; r < cells.rows; r += size) {
+            pixels.push_back(
+                pixel(r, std::min(r + size, cells.rows), top * size, std::min((top + 1) * size, cells.columns)));
+        }
+    }
+    return pixels;
+}
+
+/// Where the pixels end; the last ones may stand for cells beyond the grid.
+struct PixelGrid {
+    int width;
+    int height;
+    Range z;
+    Range x;
+};
+
+PixelGrid pixelGrid(const ScanGrid& grid) {
+    const int size = cellsPerPixel(grid.heights);
+    const double pixel = static_cast<double>(grid.pitch) * size;
+    const Extent extent = extentOf(grid);
+    const int width = (grid.heights.rows + size - 1) / size;
+    const int height = (grid.heights.columns + size - 1) / size;
+    return {width, height, {extent.z.min, extent.z.min + width * pixel}, {extent.x.min, extent.x.min + height * pixel}};
+}
+
+void addCells(const ScanGrid& grid, const CellValues& cells, const Range& colours, double shift, Plot& plot) {
+    const PixelGrid pixels = pixelGrid(grid);
+    Raster raster{pixels.width, pixels.height, {}};
+    raster.values = makePixels(cells, [&](int fromRow, int toRow, int fromColumn, int toColumn) {
+        double sum = 0.0;
+        int count = 0;
+        for (int r = fromRow; r < toRow; ++r) {
+            for (int c = fromColumn; c < toColumn; ++c) {
+                const double value = static_cast<double>(cells.values[cells.position(r, c)]);
+                if (std::isfinite(value)) {
+                    sum += value;
+                    ++count;
+                }
+            }
+        }
+        return static_cast<float>(sum / count); // none: NaN
+    });
+    plot.addImage(pixels.z.min - shift, pixels.z.max - shift, pixels.x.min - shift, pixels.x.max - shift,
+                  kxreport::heatImage(raster, colours));
+}
+
+// The pixel values of the picture of the seeds. The colours repeat when there are more seeds than values.
+constexpr int kNothing = 0;
+constexpr int kOtherHeight = 1;
+constexpr int kCut = 2;
+constexpr int kFirstSeed = 3;
+constexpr int kSeedColours = 250;
+
+constexpr Rgb kOtherColour = 0xd5dbe1;
+constexpr Rgb kCutColour = 0x59626c;
+
+/// The first colours stay apart for colour-blind readers (Okabe and Ito, Color Universal Design, 2008), the further
+/// ones turn the hue by the golden angle, so that neighbours differ.
+Rgb seedColour(int index) {
+    constexpr std::array<Rgb, 7> kFirst = {0x0072b2, 0xe69f00, 0x009e73, 0xcc79a7, 0xd55e00, 0x56b4e9, 0xf0e442};
+    if (index < static_cast<int>(kFirst.size())) {
+        return kFirst[static_cast<size_t>(index)];
+    }
+    constexpr double kGoldenAngle = 137.50776;
+    const double hue = std::fmod(index * kGoldenAngle, 360.0) / 60.0;
+    Rgb colour = 0;
+    for (const double offset : {5.0, 3.0, 1.0}) { // red, green, blue of a hue of full saturation
+        const double k = std::fmod(offset + hue, 6.0);
+        const double value = 0.85 * (1.0 - 0.7 * std::clamp(std::min(k, 4.0 - k), 0.0, 1.0));
+        colour = (colour << 8) | static_cast<Rgb>(std::lround(value * 255.0));
+    }
+    return colour;
+}
+
+int pixelOfCell(const ScanGrid& grid, size_t at) {
+    const int owner = grid.owners[at];
+    if (owner > kNotInSeed) {
+        return kFirstSeed + (owner - 1) % kSeedColours;
+    }
+    return owner == kCutAway ? kCut : std::isfinite(grid.heights.values[at]) ? kOtherHeight : kNothing;
+}
+
+PaletteImage seedImage(const ScanGrid& grid) {
+    const PixelGrid pixels = pixelGrid(grid);
+    PaletteImage image{pixels.width, pixels.height, {}, {0xffffff, kOtherColour, kCutColour}};
+    for (int i = 0; i < std::min<int>(kSeedColours, static_cast<int>(grid.seeds.size())); ++i) {
+        image.palette.push_back(seedColour(i));
+    }
+    image.pixels = makePixels(grid.heights, [&](int fromRow, int toRow, int fromColumn, int toColumn) {
+        int pixel = kNothing;
+        for (int r = fromRow; r < toRow; ++r) {
+            for (int c = fromColumn; c < toColumn; ++c) {
+                pixel = std::max(pixel, pixelOfCell(grid, grid.heights.position(r, c)));
+            }
+        }
+        return static_cast<std::uint8_t>(pixel);
+    });
+    return image;
+}
+
+/// The number of a seed in the middle of its points, with a pale rim so that it is seen on any colour.
+void addSeedNumbers(const ScanGrid& grid, Plot& plot) {
+    constexpr size_t kMostNumbers = 200;
+    for (size_t i = 0; i < std::min(grid.seeds.size(), kMostNumbers); ++i) {
+        double x = 0.0;
+        double z = 0.0;
+        for (const KxMath::KxPointXYZ& p : grid.seeds[i].cloud.points) {
+            x += static_cast<double>(p.x);
+            z += static_cast<double>(p.z);
+        }
+        const double count = static_cast<double>(grid.seeds[i].cloud.points.size());
+        plot.addBadge({z / count, x / count}, QString::number(i + 1));
+    }
+}
+
+} // namespace
+
+bool isToScale(const ScanGrid& grid) {
+    return wantedHeight(extentOf(grid)) >= kLowest;
+}
+
+QString heightPicture(const ScanGrid& grid) {
+    const Range range = grid.heights.range();
+    Plot plot = makePlot(grid, "heights", "Height map");
+    plot.addColourScale(range, QStringLiteral("y, mm"));
+    addCells(grid, grid.heights, range, 0.0, plot);
+    return plot.svg();
+}
+
+QString meansPicture(const ScanGrid& grid, int blockSize) {
+    const Range range = grid.means.range();
+    Plot plot = makePlot(grid, "means", "Block means");
+    plot.addColourScale(range, QStringLiteral("y, mm"));
+    addCells(grid, grid.means, range, (blockSize + 1) / 2.0 * static_cast<double>(grid.pitch), plot);
+    return plot.svg();
+}
+
+QString seedsPicture(const ScanGrid& grid) {
+    const PixelGrid pixels = pixelGrid(grid);
+    Plot plot = makePlot(grid, "seeds", "Seeds");
+    plot.keepRightFree(Plot::kColourScaleRoom);
+    plot.addImage(pixels.z.min, pixels.z.max, pixels.x.min, pixels.x.max, seedImage(grid));
+    addSeedNumbers(grid, plot);
+    plot.addLegend(QStringLiteral("heights outside the seeds"), "#d5dbe1");
+    if (grid.cutCells > 0) {
+        plot.addLegend(QStringLiteral("cut away at the edges"), "#59626c");
+    }
+    return plot.svg();
+}
+
+} // namespace kxtool

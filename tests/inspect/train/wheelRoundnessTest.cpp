@@ -1,0 +1,119 @@
+// The roundness of wheels whose shape is known: the tread is as far off the circle as it was made.
+#include "inspect/train/wheelRoundness.h"
+#include "support/testing.h"
+
+#include <functional>
+
+namespace {
+
+using namespace testing_support;
+
+constexpr double kFlangeRadius = 455.0, kTreadRadius = 427.0;
+constexpr double kAxle = 5000.0; // along the pass
+constexpr int kProfiles = 60;
+
+/// How profiles are made.
+struct Make {
+    double slope = -0.8; ///< of the reference line
+    double towardsRail = 1.0; ///< of x
+    double step = 9.0; ///< between profiles
+    double noise = 0.0, zScale = 1.0;
+    int hidden = 0; ///< the number of a profile that shows no tread
+    std::function<double(int)> worn = [](int) { return 0.0; }; ///< depth of the tread in a profile
+    std::function<double(int)> raised = [](int) { return 0.0; }; ///< what the flange is seen lower
+};
+
+double fromAxle(int number, const Make& make) {
+    return (number - kProfiles / 2 - 0.5) * make.step;
+}
+
+/// A cylinder with a rounded flange, cut by a plane across the track; points each 0.1 mm across the wheel.
+KxProfile makeProfile(int number, const Make& make) {
+    std::mt19937 random(static_cast<unsigned>(number));
+    std::normal_distribution<double> normal(0.0, 1.0);
+    const double cosine = 1.0 / std::hypot(1.0, make.slope);
+    KxProfile profile;
+    for (double across = 5.0; across < (number == make.hidden ? 30.0 : 120.0);
+         across += across < 24.9 || across > 40.0 ? 0.1 : 15.0) {
+        const double tip = across - 15.0;
+        const double radius = across < 30.0 ? kFlangeRadius + make.raised(number) - tip * tip / 25.0
+                                            : kTreadRadius - (across - 70.0) / 40.0 - make.worn(number);
+        const double noise = make.noise > 0.0 ? make.noise * normal(random) : 0.0;
+        const double down = std::sqrt(radius * radius - std::pow(fromAxle(number, make), 2)) - 400.0 + noise;
+        // The direction (cosine, slope cosine) runs down along the reference line y = slope x + 100.
+        const double x = make.towardsRail * down * cosine - across * make.slope * cosine;
+        const double y = make.towardsRail * down * make.slope * cosine + across * cosine + 100.0;
+        profile.points.append(at(x, y));
+    }
+    return profile;
+}
+
+kxtool::WheelRoundness judge(const Make& make, kxtool::DefectLimits limits = {}) {
+    kxtool::WheelView wheel;
+    const float slope = static_cast<float>(make.slope);
+    const auto behind = [&](float distance) {
+        return KxLine(slope, 100.0f + distance * std::sqrt(1.0f + slope * slope));
+    };
+    wheel.reference = behind(0.0f);
+    wheel.lines = {behind(150.0f), behind(40.0f)};
+    wheel.read = [&](int number) { return makeProfile(number, make); };
+    for (int number = 1; number <= kProfiles; ++number) {
+        wheel.places.push_back(static_cast<float>(kAxle + make.zScale * fromAxle(number, make)));
+    }
+    return kxtool::judgeRoundness(wheel, limits);
+}
+
+/// A step of the tread in some profiles.
+std::function<double(int)> within(int first, int last, double depth) {
+    return [=](int number) { return number >= first && number <= last ? depth : 0.0; };
+}
+
+TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
+    struct Case {
+        const char* desc;
+        Make make;
+        std::vector<int> profiles;
+        double largest;
+    };
+    const std::vector<Case> cases = {
+        {"round", {}, {}, 0.0},
+        {"flat", {.worn = within(5, 8, 0.3)}, {5, 6, 7, 8}, 0.3},
+        {"build-up at the end", {.worn = within(58, 60, -0.12)}, {58, 59, 60}, 0.12},
+        {"too few successive ones", {.worn = within(5, 6, 0.3)}, {}, 0.0},
+        {"a gap between them", {.hidden = 7, .worn = within(5, 8, 0.3)}, {}, 0.0},
+        {"too shallow", {.worn = within(5, 20, 0.09)}, {}, 0.09},
+        {"x away from the rail", {.towardsRail = -1.0, .worn = within(20, 22, 0.2)}, {20, 21, 22}, 0.2},
+        {"face along x", {.slope = 0.0, .worn = within(20, 22, 0.2)}, {20, 21, 22}, 0.2},
+        {"two bad flanges", {.worn = within(5, 8, 0.3), .raised = within(30, 31, 3.0)}, {5, 6, 7, 8}, 0.3},
+        {"both sides are no run", {.worn = [](int n) { return n > 2 && n < 9 ? (n % 2 - 0.5) : 0.0; }}, {}, 0.0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.desc);
+        const kxtool::WheelRoundness result = judge(c.make);
+        ASSERT_EQ(result.radii.size(), kProfiles - (c.make.hidden > 0 ? 1 : 0));
+        EXPECT_EQ(result.profiles, c.profiles);
+        EXPECT_EQ(result.isOut, !c.profiles.empty());
+        EXPECT_NEAR(result.largest, c.largest, 2e-3);
+        EXPECT_NEAR(result.flangeRadius, kFlangeRadius, 0.05);
+        EXPECT_NEAR(result.radii[0].place, fromAxle(1, c.make), 0.01);
+    }
+}
+
+TEST(WheelRoundness, IsNotJudgedWithoutACentre) {
+    const auto isJudged = [](const Make& make, float limit = 0.1f) {
+        kxtool::DefectLimits limits;
+        limits.maxRadiusDeviation = limit;
+        return judge(make, limits).isJudged();
+    };
+    EXPECT_TRUE(isJudged({.noise = 0.05}));
+    EXPECT_FALSE(isJudged({.noise = 0.05}, 0.001f)) << "tips scatter by more";
+    EXPECT_FALSE(isJudged({.zScale = 0.1})) << "z is no length along the track";
+    EXPECT_FALSE(isJudged({.step = 0.0})) << "all in one place";
+    EXPECT_FALSE(isJudged({}, std::nanf("")));
+    const auto isEmptyJudged = [](const std::vector<float>& places) {
+        return kxtool::judgeRoundness({[](int) { return KxProfile(); }, places, {}, {}}, {}).isJudged();
+    };
+    EXPECT_FALSE(isEmptyJudged({}) || isEmptyJudged(std::vector<float>(20, 1.0f)));
+}
+
+} // namespace

@@ -1,0 +1,82 @@
+// kxmath conicity: values, forms of input, warnings and refusals.
+#include "kxmath/toolRun.h"
+#include "shapes/crossSections.h"
+
+namespace {
+
+using namespace tool_test;
+
+class ConicityCommand : public ToolTest {
+protected:
+    ConicityCommand() : ToolTest("conicity") {
+        kxtool::appendConicalWheel(wheel_, 0.1f);
+        kxtool::appendRoundRail(rail_, 80.0f);
+        wheel_.writeToCSVFile(path("wheel.csv"));
+        rail_.writeToCSVFile(path("rail.csv"));
+    }
+
+    static QStringList with(const char* wheel, const char* rail, const QStringList& more) {
+        return QStringList{"--wheel1", wheel,  "--wheel2",       wheel,  "--rail1",       rail, "--rail2", rail,
+                           "--gauge",  "1442", "--back-to-back", "1360", "--gauge-depth", "0"} +
+               more;
+    }
+
+    KxProfile wheel_, rail_;
+};
+
+TEST_F(ConicityCommand, ReadsAllFormsOfProfiles) {
+    static_cast<KxPointCloud<KxPointXY>&>(wheel_).writeToFile(path("wheel.bin"));
+    write("wheel.whl", gaugeText(wheel_, 0, 1, 1));
+    write("up.whl", gaugeText(wheel_, 0, 1, -1));
+    write("inwards.ban", gaugeText(rail_, 0, -1, 1));
+    const QList<QStringList> cases = {with("wheel.csv", "rail.csv", {}), with("wheel.bin", "rail.csv", {}),
+                                      with("wheel.whl", "rail.csv", {}), with("up.whl", "rail.csv", {"--up", "wheels"}),
+                                      with("wheel.csv", "inwards.ban", {"--mirror", "rail1,rail2"})};
+    for (const QStringList& arguments : cases) {
+        const QJsonValue result = json(arguments);
+        EXPECT_NEAR(result["shownConicity"].toDouble(), 0.1, 0.005) << arguments[1].toStdString();
+        EXPECT_GT(result["conicity"].toArray().size(), 50);
+        EXPECT_EQ(result["warnings"].toArray().size(), 0);
+    }
+}
+
+TEST_F(ConicityCommand, WritesTableCsvAndReport) {
+    const ToolResult result = run(with("wheel.csv", "rail.csv", {"--csv", "c.csv", "--report", "r.html"}));
+    EXPECT_TRUE(result.output.startsWith("equivalent conicity at 3.0 mm: 0.10")) << result.output.constData();
+    EXPECT_TRUE(read("c.csv").startsWith("amplitude;conicity\n"));
+    EXPECT_EQ(read("r.html").count("<svg"), 5);
+}
+
+TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
+    const std::tuple<QStringList, int, const char*> cases[] = {
+        {{"--up", "wheels"}, 0, "wheel1 looks upside down"},
+        {{"--mirror", "wheel2"}, 1, "wheel2 has its lowest point far from the flange back"},
+        {{"--back-to-back", "1360.1"}, 0, "no multiple of 0.2 mm"},
+        {{"--amplitude", "60"}, 0, "the amplitude of 60 mm is not reached"},
+        {{"--amplitude", "12"}, 0, "the difference of radii jumps"},
+    };
+    for (const auto& [more, exitCode, warning] : cases) {
+        EXPECT_TRUE(run(with("wheel.csv", "rail.csv", more), exitCode).errors.contains(warning)) << warning;
+    }
+}
+
+TEST_F(ConicityCommand, Refuses) {
+    write("words.whl", "no\nnumbers\n");
+    const auto bad = [](const QStringList& more) { return with("wheel.csv", "rail.csv", more); };
+    expectRefusals({
+        {with("missing.csv", "rail.csv", {}), 3, "wheel1 'missing.csv' cannot be read"},
+        {with("words.whl", "rail.csv", {}), 3, "holds no points"},
+        {{"--wheel1", "wheel.csv"}, 2, "--rail1 is missing, see kxmath conicity --help"},
+        {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
+        {bad({"--up", "sleepers"}), 2, "does not know 'sleepers'"},
+        {bad({"--no-such-option"}), 2, "no-such-option"},
+        {bad({"--json", "wheel.csv"}), 2, "an input"},
+        {bad({"--json", "no/such/folder/j.json"}), 4, "cannot write"},
+    });
+    // Two points at one place: the profile would be straightened, with 40 million samples.
+    write("wide.csv", "0;0\n0;1\n70;2\n1e9;3\n");
+    const ToolResult result = run(with("wide.csv", "rail.csv", {}), 1);
+    EXPECT_TRUE(result.errors.contains("wheel1 is 1e+09 mm wide")) << result.errors.constData();
+}
+
+} // namespace

@@ -1,0 +1,120 @@
+// kxmath convert and info: what goes from kind to kind and back, and what is refused.
+#include "kxmath/toolRun.h"
+
+namespace {
+
+using namespace tool_test;
+
+class Convert : public ToolTest {
+protected:
+    Convert() : Convert("convert") {}
+
+    /// Writes files of all kinds of points.
+    explicit Convert(const char* command) : ToolTest(command) {
+        KxPointCloud<KxPointXY> flat;
+        KxPointCloud<KxPointXYZ> spatial;
+        KxPointCloud<KxPointXYZRGB> coloured;
+        KxProfileZ profile;
+        for (int i = 0; i < 300; ++i) {
+            const float x = 0.1f * static_cast<float>(i);
+            const float y = i % 7 == 0 ? kNaN : std::sin(x) * 1e-3f;
+            const float z = static_cast<float>(i / 100) / 3.0f;
+            flat.points.append({0.5f * static_cast<float>(i), 0.25f}); // numbers that CSV holds exactly
+            spatial.points.append({x, y, z});
+            coloured.points.append({x, y, z, 0x00102030u * static_cast<unsigned>(i % 7)});
+            profile.points.append({x, y});
+        }
+        flat.writeToFile(path("flat.bin"));
+        spatial.writeToFile(path("spatial.bin"));
+        coloured.writeToFile(path("coloured.bin"));
+        KxProfileZSet set;
+        set.profiles = {profile, profile};
+        set.setZ(2.5f, 0.5f);
+        set.writeToFile(path("set.profiles"));
+    }
+};
+
+TEST_F(Convert, ComesBackBitForBit) {
+    const std::pair<QString, QStringList> cases[] = {
+        {"flat.bin", {"a.csv", "a.xyz"}},
+        {"spatial.bin", {"a.xyz", "a.xyzf", "a.ply", "a.pcd", "a.profiles"}},
+        {"coloured.bin", {"a.ply", "a.pcd"}},
+        {"set.profiles", {"a.bin", "a.xyz", "a.profiles"}}};
+    for (const auto& [file, others] : cases) {
+        for (const QString& other : others) {
+            const QString back = "back." + file.section('.', 1);
+            run({file, other});
+            run({other, back});
+            EXPECT_EQ(read(back), read(file)) << file.toStdString() << " by way of " << other.toStdString();
+        }
+    }
+}
+
+TEST_F(Convert, ReadsWhatOtherProgramsWrite) {
+    write("a.ply", "ply\nformat ascii 1.0\ncomment made elsewhere\nelement vertex 2\nproperty double x\n"
+                   "property uchar intensity\nproperty double y\nproperty double z\nelement face 0\n"
+                   "property list uchar int vertex_indices\nend_header\n1.5 7 2 3\n-1 8 0.25 1e3\n");
+    write("a.pcd", "# .PCD v.7\nVERSION .7\nFIELDS x y z rgb\nSIZE 4 4 4 4\nTYPE F F F U\nCOUNT 1 1 1 1\nWIDTH 1\n"
+                   "HEIGHT 1\nVIEWPOINT 0 0 0 1 0 0 0\nPOINTS 1\nDATA ascii\n1 nan 3 4278190335\n");
+    write("a.txt", "x y z\n1,2,3\n4;5;6\n\n7\t8\t9\n");
+    run({"a.ply", "ply.xyz"});
+    EXPECT_EQ(read("ply.xyz"), "1.5 2 3\n-1 0.25 1000\n");
+    run({"a.pcd", "pcd.bin"});
+    EXPECT_EQ(read("pcd.bin").toHex(), "0401000000"
+                                       "0000803f0000c07f00004040"
+                                       "ff0000ff");
+    const ToolResult streamed = runShell(path(""), "$KXMATH convert --from xyz - --to xyz - < a.txt | cat");
+    EXPECT_EQ(streamed.output, "1 2 3\n4 5 6\n7 8 9\n") << streamed.errors.constData();
+}
+
+TEST_F(Convert, Refuses) {
+    const std::pair<const char*, QByteArray> damaged[] = {
+        {"cut.bin", read("spatial.bin").chopped(1)},
+        {"surplus.bin", read("spatial.bin") + "x"},
+        {"cut.profiles", read("set.profiles").chopped(9)},
+        {"odd.xyzf", "12345"},
+        {"claim.ply", "ply\nformat binary_little_endian 1.0\nelement vertex 4000000000\nproperty float x\n"
+                      "property float y\nend_header\n12345678"},
+        {"list.ply", "ply\nformat ascii 1.0\nelement vertex 1\nproperty list uchar int x\nend_header\n1\n"},
+        {"fields.pcd", "FIELDS x y\nSIZE 4\nPOINTS 1\nDATA ascii\n1 2\n"},
+        {"packed.pcd", "FIELDS x y\nSIZE 4 4\nTYPE F F\nPOINTS 1\nDATA binary_compressed\n"},
+        {"empty.xyz", ""},
+    };
+    for (const auto& [name, content] : damaged) {
+        write(name, content);
+        expectRefusal({{name, "a.xyz"}, 3, name});
+    }
+    expectRefusals({
+        {{"missing.bin", "a.xyz"}, 3, "cannot be read"},
+        {{"spatial.bin"}, 2, "two files are needed"},
+        {{"spatial.bin", "a.abc"}, 2, "does not tell the kind"},
+        {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
+        {{"-", "a.xyz"}, 2, "--from"},
+        {{"spatial.bin", "a.csv"}, 4, "holds one profile"},
+        {{"spatial.bin", "no/folder/a.xyz"}, 4, "could not be written"},
+    });
+}
+
+class Info : public Convert {
+protected:
+    Info() : Convert("info") {}
+};
+
+TEST_F(Info, TellsWhatIsInFiles) {
+    const QByteArray whole = read("flat.bin") + read("spatial.bin") + read("coloured.bin") + read("set.profiles");
+    write("mixed.bin", whole);
+    const ToolResult mixed = run({"mixed.bin"});
+    for (const char* const part : {"1 x 2-D cloud section", "1 x 3-D cloud section", "1 x cloud section with colours",
+                                   "2 x profile record", "1500 points, 172 of them not numbers", "x from 0 to 149.5"}) {
+        EXPECT_TRUE(mixed.output.contains(part)) << part << "\n" << mixed.output.constData();
+    }
+    write("cut.bin", whole.chopped(1));
+    const ToolResult cut = run({"flat.bin", "cut.bin"}, 3);
+    const QByteArray lastRecord = QByteArray::number(whole.size() - read("set.profiles").size() / 2);
+    EXPECT_TRUE(cut.errors.contains("at byte " + lastRecord)) << cut.errors.constData();
+    write("empty.bin", "");
+    run({"empty.bin"}, 1);
+    expectRefusals({{{"missing.bin"}, 3, "cannot be read"}, {{}, 2, "no file was named"}});
+}
+
+} // namespace

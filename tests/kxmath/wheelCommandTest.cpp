@@ -1,0 +1,117 @@
+// kxmath wheel: measures against the closed form, forms of input, verdicts and refusals.
+#include "inspect/wheel/rimSection.h"
+#include "kxmath/toolRun.h"
+#include "simulator/wheelContour.h"
+
+namespace {
+
+using namespace tool_test;
+
+class WheelCommand : public ToolTest {
+protected:
+    WheelCommand() : ToolTest("wheel") {
+        wheel_.points =
+            pointsFor(2601, [](int i) { return at(i * 0.05, kxsim::s1002Height(i * 0.05 - kxsim::kTapeCircle)); });
+        wheel_.writeToCSVFile(path("wheel.csv"));
+    }
+
+    void writePart(const char* name, qsizetype first, qsizetype count) const {
+        KxProfile part;
+        part.points = wheel_.points.mid(first, count);
+        part.writeToCSVFile(path(name));
+    }
+
+    QJsonArray measure(const QStringList& arguments, int exitCode = 0) const {
+        return json(arguments, exitCode)["wheels"].toArray();
+    }
+
+    KxProfile wheel_;
+};
+
+TEST_F(WheelCommand, MeasuresAllFormsOfWheels) {
+    static_cast<KxPointCloud<KxPointXY>&>(wheel_).writeToFile(path("wheel.bin"));
+    write("wheel.whl", gaugeText(wheel_, 0, 1, 1));
+    write("turned.whl", gaugeText(wheel_, 0, -1, -1));
+    write("tape.whl", gaugeText(wheel_, -70, 1, 1));
+    writePart("late.csv", 40, -1); // from 2 mm on
+    // The section of a rim that stands at an angle about a wheel's centre off the origin.
+    KxPointCloud<KxPointXYZ> rim;
+    kxtool::appendRimSection(wheel_, rim);
+    for (KxPointXYZ& p : rim.points) {
+        p = KxPointXYZ(100.0f + 0.6f * p.x, p.y, 20.0f + 0.8f * p.x);
+    }
+    rim.writeToFile(path("rim.bin"));
+    const QList<QStringList> cases = {{"wheel.csv"},
+                                      {"wheel.bin"},
+                                      {"wheel.whl"},
+                                      {"turned.whl", "--up", "--mirror"},
+                                      {"tape.whl", "--flange-back", "-70"},
+                                      {"late.csv", "--flange-back", "0"},
+                                      {"wheel.csv", "--spacing", "0.05"},
+                                      {"rim.bin", "--centre", "100,20"}};
+    for (const QStringList& arguments : cases) {
+        SCOPED_TRACE(arguments.join(' ').toStdString());
+        const QJsonValue wheel = measure(arguments).at(0);
+        EXPECT_NEAR(wheel["heightAt70"].toDouble(), 28.0, 0.02);
+        EXPECT_NEAR(wheel["heightExcess"].toDouble(), 0.0, 0.02);
+        EXPECT_NEAR(wheel["xAtLevel18"].toDouble(), 32.5, 0.12);
+        EXPECT_NEAR(wheel["widthLevel2ToH13"].toDouble(), 9.50, 0.12);
+        EXPECT_EQ(wheel["warnings"].toArray().size(), 0);
+    }
+    EXPECT_NEAR(measure({"late.csv"}).at(0)["xAtLevel18"].toDouble(), 30.5, 0.12) << "counted from its first point";
+    EXPECT_TRUE(run({"wheel.csv", "--up"}, 1).errors.contains("looks upside down"));
+    EXPECT_TRUE(run({"wheel.csv", "--mirror"}, 1).errors.contains("see --mirror"));
+}
+
+TEST_F(WheelCommand, JudgesByLimits) {
+    const std::pair<QStringList, QString> cases[] = {
+        {{}, ""},
+        {{"--min-height", "27.9", "--max-height", "28.1"}, "within"},
+        {{"--max-width", "9", "--min-height", "20"}, "outside"},
+        {{"--max-excess", "1"}, "within"},
+    };
+    for (const auto& [limits, verdict] : cases) {
+        EXPECT_EQ(measure(QStringList("wheel.csv") + limits).at(0)["verdict"].toString(), verdict)
+            << limits.join(' ').toStdString();
+    }
+    writePart("flange.csv", 0, 800); // to 40 mm: no tread
+    const QJsonArray both = measure({"flange.csv", "wheel.csv", "--min-height", "20"}, 1);
+    EXPECT_EQ(both.at(0)["verdict"].toString(), "not measured");
+    EXPECT_TRUE(both.at(0)["heightAt70"].isNull());
+    EXPECT_EQ(both.at(1)["verdict"].toString(), "within");
+}
+
+TEST_F(WheelCommand, WritesTableCsvAndReport) {
+    const ToolResult result =
+        run({"wheel.csv", "gone.csv", "--max-height", "20", "--csv", "c.csv", "--report", "r.html"}, 3);
+    EXPECT_EQ(result.errors.count('\n'), 1) << result.errors.constData();
+    EXPECT_TRUE(result.output.contains("28.00")) << result.output.constData();
+    const QByteArray csv = read("c.csv");
+    EXPECT_TRUE(csv.startsWith("file;heightAt70;xAtLevel18;widthLevel2ToH13;heightExcess;verdict\nwheel.csv;28.0"));
+    EXPECT_TRUE(csv.endsWith("\ngone.csv;;;;;not read\n")) << csv.constData();
+    const QByteArray html = read("r.html");
+    EXPECT_EQ(html.count("<svg"), 1);
+    EXPECT_TRUE(html.contains("class=\"bad\">outside") && html.contains("gone.csv"));
+}
+
+TEST_F(WheelCommand, Refuses) {
+    write("words.whl", "no\nnumbers\n");
+    write("cut.bin", QByteArray("\x03\x05\x00\x00\x00\x01", 6));
+    write("nan.csv", "nan;nan\n");
+    write("far.csv", "0;0\n1e30;1\n");
+    expectRefusals({
+        {{"nan.csv"}, 3, "holds no points"},
+        {{"words.whl"}, 3, "holds no points"},
+        {{"cut.bin"}, 3, "no whole cloud section"},
+        {{"far.csv", "--spacing", "0.1"}, 3, "too long"},
+        {{}, 2, "no file"},
+        {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},
+        {{"wheel.csv", "--centre", "1"}, 2, "--centre"},
+        {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},
+        {{"wheel.csv", "--no-such-option"}, 2, "no-such-option"},
+        {{"wheel.csv", "--json", "wheel.csv"}, 2, "--json"},
+        {{"wheel.csv", "--report", "no/such/folder/r.html"}, 4, "cannot write"},
+    });
+}
+
+} // namespace

@@ -1,0 +1,50 @@
+// What the subcommands do alike with their arguments.
+#include "tools/kxmath/console/commandLine.h"
+
+#include "tools/kxmath/console/console.h"
+
+namespace kxtool {
+
+void failUse(const QString& message) {
+    throw CommandError{WrongUse, message};
+}
+
+void failUse(const char* command, const QString& message) {
+    failUse(QStringLiteral("%1, see kxmath %2 --help").arg(message, QLatin1String(command)));
+}
+
+int runCommand(const char* command, const std::function<int()>& body) {
+    try {
+        return body();
+    } catch (const CommandError& error) {
+        printLine(command, error.message);
+        return error.code;
+    }
+}
+
+bool parseOrHelp(QCommandLineParser& parser, const QStringList& arguments, const char* command, const char* usage,
+                 const char* details) {
+    const QCommandLineOption help = parser.addHelpOption();
+    if (!parser.parse(arguments)) {
+        const QString why = parser.errorText();
+        failUse(command, why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
+    }
+    if (!parser.isSet(help)) {
+        return true;
+    }
+    QString text = parser.helpText();
+    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
+    printOutput(QStringLiteral("Usage: kxmath %1 %2\n").arg(QLatin1String(command), QLatin1String(usage)) + text +
+                QLatin1String(details));
+    return false;
+}
+
+OutputFile outputOption(const QCommandLineParser& parser, const char* option) {
+    const QString name = QLatin1String(option);
+    if (parser.isSet(name) && parser.value(name).isEmpty()) {
+        failUse(QStringLiteral("--%1 is empty").arg(name));
+    }
+    return {QStringLiteral("--") + name, parser.value(name)};
+}
+
+} // namespace kxtool

@@ -1,0 +1,63 @@
+// What a subcommand says on stderr and stdout.
+#include "tools/kxmath/console/console.h"
+
+#include "tools/kxmath/console/commandError.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+namespace kxtool {
+
+void printLine(const char* command, const QString& message) {
+    QString line = message;
+    for (QChar& c : line) {
+        if (c.category() == QChar::Other_Control) {
+            c = QLatin1Char('?');
+        }
+    }
+    std::fprintf(stderr, "kxmath %s: %s\n", command, line.toLocal8Bit().constData());
+}
+
+void printOutput(const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    const size_t size = static_cast<size_t>(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
+        throw CommandError{OutputFailed, QStringLiteral("cannot write to the standard output: %1")
+                                             .arg(QString::fromLocal8Bit(std::strerror(errno)))};
+    }
+}
+
+Progress::Progress() : isShown_(isatty(fileno(stderr)) != 0) {}
+
+Progress::~Progress() {
+    wipe();
+}
+
+void Progress::step(const QString& text) {
+    step_ = text;
+    percent_ = -1;
+    show(text);
+}
+
+void Progress::part(qint64 done, qint64 all) {
+    const int percent = all > 0 ? static_cast<int>(100 * done / all) : 100;
+    if (percent != percent_) {
+        percent_ = percent;
+        show(step_ + QStringLiteral(" %1 %").arg(percent));
+    }
+}
+
+void Progress::wipe() {
+    show({});
+}
+
+void Progress::show(const QString& text) {
+    if (isShown_) {
+        std::fprintf(stderr, "\r\033[K%s", text.toLocal8Bit().constData());
+        std::fflush(stderr);
+    }
+}
+
+} // namespace kxtool
