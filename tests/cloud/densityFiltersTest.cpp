@@ -102,9 +102,9 @@ void expectSameAsPlainWalk(const Cloud& cloud, const Filter& filter) {
     SCOPED_TRACE(testing::Message() << "cell " << filter.cell << ", maxDist " << filter.maxDist << ", minCount "
                                     << filter.minCount << ", kind " << filter.isSecond << filter.isSpherical);
     ASSERT_EQ(plainWalk(plain, filter), filter.apply(fast));
-    ASSERT_EQ(exact(plain.points), exact(fast.points));
+    ASSERT_EXACT(plain.points, fast.points);
     ASSERT_EQ(plain.zIndexBuilt, fast.zIndexBuilt);
-    ASSERT_EQ(exactRange(plain), exactRange(fast));
+    ASSERT_EXACT(exactRange(plain), exactRange(fast));
 }
 
 /// Points whose coordinates are what `coordinate` returns.

@@ -52,7 +52,7 @@ TEST(EdgeClearing, EmptySlabsCostNothing) {
     for (Cloud* const cloud : {&cut, &whole}) {
         cloud->clearEdgeEffect(1e-9f);
     }
-    EXPECT_EQ(exact(cut.points, whole.points), exact(KxPointXYZ(0, 1, 1), before));
+    EXPECT_EXACT(exact(cut.points, whole.points), exact(KxPointXYZ(0, 1, 1), before));
 }
 
 TEST(EdgeClearing, EqualsThePlainDefinition) {
@@ -75,8 +75,8 @@ TEST(EdgeClearing, EqualsThePlainDefinition) {
         plainClearEdgeEffect(plain, step);
         const int before = cloud.size();
         cloud.clearEdgeEffect(step);
-        ASSERT_EQ(exact(plain.points), exact(cloud.points));
-        ASSERT_EQ(exactRange(plain), exactRange(cloud));
+        ASSERT_EXACT(plain.points, cloud.points);
+        ASSERT_EXACT(exactRange(plain), exactRange(cloud));
         cleared += cloud.size() != before ? 1 : 0;
     });
     EXPECT_GT(cleared, 300);

@@ -90,8 +90,8 @@ TYPED_TEST(CloudFileOf, EachCutKeepsThePointsBeforeIt) {
         for (TypeParam& p : expected.points) {
             expected.updateRange(p);
         }
-        ASSERT_EQ(exact(cloud.points), exact(expected.points));
-        ASSERT_EQ(exactRange(cloud), exactRange(expected));
+        ASSERT_EXACT(cloud.points, expected.points);
+        ASSERT_EXACT(exactRange(cloud), exactRange(expected));
         ASSERT_EQ(cloud.zIndexBuilt, C::kIsFlat ? 1 : 0);
     }
 }
@@ -105,7 +105,7 @@ TYPED_TEST(CloudFileOf, SectionsFollowOneAnotherInOneFile) {
     second.points = Nasty(7).points<KxPointXY>(3);
     EXPECT_TRUE(first.writeToFile(file) && second.writeToFile(file) && first.writeToFile(file) && file.seek(0));
     EXPECT_TRUE(cloud.readFromFile(file) == 40 && flat.readFromFile(file) == 3);
-    EXPECT_EQ(exact(cloud.points, flat.points), exact(first.points, second.points));
+    EXPECT_EXACT(exact(cloud.points, flat.points), exact(first.points, second.points));
     EXPECT_EQ(cloud.readFromFile(file), 40);
     EXPECT_TRUE(cloud.readFromFile(file) == -1 && file.isOpen()) << "the end of the file";
     // Written over at the end: a section that is read and one that is written share the device.

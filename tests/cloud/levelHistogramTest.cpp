@@ -57,7 +57,7 @@ TYPED_TEST(LevelHistogramOf, KeepsLevelsAndBinNumbersSideBySide) {
             cloud.maxY = kNaN;
             EXPECT_EQ(histogram.calcFromPointCloud(cloud, c.step), c.expected.size());
         }
-        EXPECT_EQ(histogram.levels, c.expected);
+        EXPECT_EXACT(histogram.levels, c.expected);
         EXPECT_EQ(histogram.count(), c.expected.size());
     }
 }
@@ -74,7 +74,7 @@ TEST(LevelHistogram, MassCenterIsARankWithWrappedProducts) {
     for (const auto& [desc, levels, expected] : cases) {
         KxLevelHistogram<KxPointXY> histogram;
         histogram.levels = levels;
-        EXPECT_EQ(exact(histogram.calcMassCenter()), exact(expected)) << desc;
+        EXPECT_EXACT(histogram.calcMassCenter(), expected) << desc;
     }
 }
 

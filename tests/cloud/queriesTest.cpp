@@ -81,7 +81,7 @@ TYPED_TEST(CloudQueriesOf, BoxQueryAndRemovalByPosition) {
         } else {
             count = cloud.getRangeIndeces(found, b[0], b[1], b[2], b[3], b[4], b[5]);
         }
-        ASSERT_EQ(exact(found), exact(expected));
+        ASSERT_EXACT(found, expected);
         ASSERT_EQ(count, expected.size());
 
         // Positions in any order, repeated, negative and beyond the cloud.
@@ -95,9 +95,9 @@ TYPED_TEST(CloudQueriesOf, BoxQueryAndRemovalByPosition) {
         QList<int> positions = found;
         QList<TypeParam> rest = shared;
         ASSERT_EQ(cloud.removeIndeces(positions), removePositions(rest, found));
-        ASSERT_EQ(exact(positions), exact(found)) << "the caller's list is sorted";
-        ASSERT_EQ(exact(cloud.points), exact(rest));
-        ASSERT_EQ(exact(shared), before) << "a list that was shared keeps its points";
+        ASSERT_EXACT(positions, found) << "the caller's list is sorted";
+        ASSERT_EXACT(cloud.points, rest);
+        ASSERT_EXACT(shared, before) << "a list that was shared keeps its points";
     });
 }
 
@@ -129,7 +129,7 @@ TEST(CloudQueries, BallTakesWhatIsAtMostItsRadiusAway) {
         });
         QList<int> found{7};
         ASSERT_EQ(cloud.getRangeIndeces(found, centre, radius * 2), expected.size()) << radius;
-        ASSERT_EQ(exact(found), exact(expected)) << radius;
+        ASSERT_EXACT(found, expected) << radius;
     });
 }
 
@@ -142,7 +142,7 @@ TEST(CloudQueries, PortionsOfManyPoints) {
         const QList<int> expected = positionsOf(cloud.points, [](const KxPointXYZ& p) { return p.z == 1.0f; });
         QList<int> found;
         ASSERT_EQ(cloud.getRangeIndeces(found, kNaN, kNaN, kNaN, kNaN, 0, 2), expected.size()) << percent;
-        ASSERT_EQ(exact(found), exact(expected)) << percent;
+        ASSERT_EXACT(found, expected) << percent;
         Space section, extracted;
         ASSERT_EQ(cloud.calcSection(section, 1, 1), expected.size()) << percent;
         cloud.extract(extracted, kNaN, kNaN, kNaN, kNaN, 0, 2, true);
@@ -177,25 +177,25 @@ TEST(CloudRemoval, TrimExtractSectionAndLevel) {
         SpacePoints rest = all;
         const SpacePoints inside = removeBackwards(rest, [&](const KxPointXYZ& p) { return box.holds(p); });
         cloud.extract(out, b[0], b[1], b[2], b[3], b[4], b[5], remove);
-        ASSERT_EQ(exact(out.points), exact(inside));
-        ASSERT_EQ(exact(out.minX), exact(oldMin));
-        ASSERT_EQ(exact(cloud.points), exact(remove ? rest : all));
+        ASSERT_EXACT(out.points, inside);
+        ASSERT_EXACT(out.minX, oldMin);
+        ASSERT_EXACT(cloud.points, remove ? rest : all);
         ASSERT_EQ(cloud.zIndexBuilt, remove ? 0 : flag);
-        ASSERT_EQ(exactRange(cloud), range);
+        ASSERT_EXACT(exactRange(cloud), range);
 
         const float z = nasty.value(), halfWidth = nasty.value();
         SpacePoints section = rest = cloud.points;
         section.removeIf([&](const KxPointXYZ& p) { return !(std::abs(p.z - z) <= halfWidth); });
         out.maxZ = 5;
         ASSERT_EQ(cloud.calcSection(out, z, halfWidth), section.size());
-        ASSERT_EQ(exact(out.points), exact(section));
+        ASSERT_EXACT(out.points, section);
         ASSERT_TRUE(std::isnan(out.maxZ));
 
         const bool above = nasty.chance(50);
         const auto removed = rest.removeIf([&](const KxPointXYZ& p) { return above ? p.y >= z : p.y <= z; });
         ASSERT_EQ(cloud.removePointsByYLevel(z, above), removed);
-        ASSERT_EQ(exact(cloud.points), exact(rest));
-        ASSERT_EQ(exactRange(cloud), range);
+        ASSERT_EXACT(cloud.points, rest);
+        ASSERT_EXACT(exactRange(cloud), range);
 
         rest.removeIf([&](const KxPointXYZ& p) { return !box.holds(p); });
         for (std::size_t i = 0; i < 6; ++i) { // an unknown bound makes the range unknown, another clamps it
@@ -204,8 +204,8 @@ TEST(CloudRemoval, TrimExtractSectionAndLevel) {
             range[i] = std::isnan(b[i]) ? exact(kNaN) : isBeyond ? exact(b[i]) : range[i];
         }
         cloud.trim(b[0], b[1], b[2], b[3], b[4], b[5]);
-        ASSERT_EQ(exact(cloud.points), exact(rest));
-        ASSERT_EQ(exactRange(cloud), range);
+        ASSERT_EXACT(cloud.points, rest);
+        ASSERT_EXACT(exactRange(cloud), range);
         ASSERT_EQ(cloud.zIndexBuilt, remove ? 0 : flag);
     });
 }

@@ -34,8 +34,7 @@ void plainSort(ColourPoints& points, int first, int second, Index& index) {
 }
 
 void expectIndex(const Index& found, const Index& expected) {
-    ASSERT_EQ(exact(found.keys()), exact(expected.keys()));
-    ASSERT_EQ(exact(found.values()), exact(expected.values()));
+    ASSERT_EXACT(found, expected);
 }
 
 /// Compares the order by the colours, which number the points.
@@ -49,8 +48,8 @@ void expectSorted(const ColourPoints& points, int first, int second) {
     Index index{{99, 99}};
     plainSort(expected, first, second, index);
     ASSERT_TRUE(std::ranges::equal(cloud.points, expected, {}, &KxPointXYZRGB::rgb, &KxPointXYZRGB::rgb))
-        << "orders " << first << ", " << second << "; points " << testing::PrintToString(exact(points)) << "\n sorted "
-        << testing::PrintToString(exact(cloud.points));
+        << "orders " << first << ", " << second << "\n"
+        << compareExactly("sorted", "expected", exact(cloud.points), exact(expected)).message();
     expectIndex(cloud.zIndex, index);
     ASSERT_EQ(cloud.zIndexBuilt, second == 0 ? 2 : 1);
 }
@@ -89,6 +88,7 @@ TEST(CloudSort, ByXInThePlaneWhateverTheSecondOrder) {
     for (const int size : {0, 1, 2, 3, 10, 40, 150, 199, 200, 201, 5000, 19999, 20000, 70000}) {
         for (int round = 0; round < 12; ++round) {
             nasty.nextCase();
+            const RoundReport report(4, round, nasty.input());
             KxPointCloud<KxPointXY> cloud;
             const float direction = nasty.pick(std::array{1.0f, -1.0f});
             const int kind = round % 4; // values, values and few gaps, rising or falling, nearly so
@@ -111,7 +111,7 @@ TEST(CloudSort, ByXInThePlaneWhateverTheSecondOrder) {
             cloud.zIndexBuilt = 5;
             cloud.sort(static_cast<KxSortOrder>(first), static_cast<KxSortOrder>(nasty.below(3)));
             ASSERT_EQ(cloud.zIndexBuilt, 5);
-            ASSERT_EQ(exact(cloud.points), exact(expected)) << size << " points, case " << round;
+            ASSERT_EXACT(cloud.points, expected) << size << " points, case " << round;
         }
     }
 }

@@ -11,13 +11,13 @@ constexpr bool kCanAssign = requires(A a, B b) {
 static_assert(kCanAssign<KxPointXY&, const KxPointXY&>, "the assignment deliberately returns nothing");
 
 TEST(Points, DefaultIsMissingAndCopiesKeepAllFields) {
-    EXPECT_EQ(exact(QList<KxPointXY>(1), QList<KxPointXYZ>(1)), ExactList(5, exact(kNaN)));
-    EXPECT_EQ(exact(QList<KxPointXYZRGB>(1)), exact(KxPointXYZRGB(kNaN, kNaN, kNaN, 0)));
+    EXPECT_EXACT(exact(QList<KxPointXY>(1), QList<KxPointXYZ>(1)), ExactList(5, exact(kNaN)));
+    EXPECT_EXACT(QList<KxPointXYZRGB>(1), KxPointXYZRGB(kNaN, kNaN, kNaN, 0));
     const KxPointXYZRGB colour(1, 2, 3, 0xff00fe01u);
     KxPointXYZRGB target;
     KxPointXYZ space;
     EXPECT_TRUE(&(target = colour) == &target && &(space = KxPointXYZ(1, kNaN, -0.0f)) == &space);
-    EXPECT_EQ(exact(target, space), exact(colour, KxPointXYZ(1, kNaN, -0.0f)));
+    EXPECT_EXACT(exact(target, space), exact(colour, KxPointXYZ(1, kNaN, -0.0f)));
     for (const float v : {0.0f, -0.0f, 1.0f, kInf, -kInf}) { // only NaN is null
         EXPECT_FALSE(KxPointXY(v, 0).isNull() || KxPointXY(0, v).isNull());
         EXPECT_TRUE(KxPointXY(v, kNaN).isNull() && KxPointXY(kNaN, v).isNull());

@@ -13,10 +13,10 @@ struct Fields {
 constexpr Fields fields;
 
 TEST(Primitives, DefaultIsUnknownAndAssignmentReturnsTheTarget) {
-    EXPECT_EQ(exact(KxLine().k, KxLine().b), ExactList(2, exact(kNaN)));
-    EXPECT_EQ(fields(KxCircle()), ExactList(3, exact(kNaN)));
-    EXPECT_EQ(fields(KxPlane()), ExactList(4, exact(kNaN)));
-    EXPECT_EQ(fields(KxFreeVector()), ExactList(2, exact(kNaN)));
+    EXPECT_EXACT(exact(KxLine().k, KxLine().b), ExactList(2, exact(kNaN)));
+    EXPECT_EXACT(fields(KxCircle()), ExactList(3, exact(kNaN)));
+    EXPECT_EXACT(fields(KxPlane()), ExactList(4, exact(kNaN)));
+    EXPECT_EXACT(fields(KxFreeVector()), ExactList(2, exact(kNaN)));
     KxLine line;
     EXPECT_TRUE(&(line = KxLine(1, 2)) == &line && line.k == 1 && line.b == 2);
 }
@@ -33,7 +33,7 @@ TEST(Line, ThroughTwoPoints) {
         KxPointXY p1(a), p2(b);
         KxLine line(9, 9);
         EXPECT_EQ(line.calcFromTwoPoints(p1, p2), isDone) << desc;
-        EXPECT_EQ(fields(isDone ? line : expected), fields(expected)) << desc;
+        EXPECT_EXACT(fields(isDone ? line : expected), fields(expected)) << desc;
     }
 }
 
@@ -51,7 +51,7 @@ TEST(Line, LeastSquares) {
         KxLine line(9, 9);
         cloud.points = points;
         EXPECT_EQ(line.calcFromPointCloud(cloud), isDone) << desc;
-        EXPECT_EQ(fields(line), fields(expected)) << desc;
+        EXPECT_EXACT(fields(line), fields(expected)) << desc;
     }
     KxLine upright(9, 9);
     cloud.points = {{2, 1}, {2, 3}};
@@ -61,11 +61,11 @@ TEST(Line, LeastSquares) {
 
 TEST(Line, ValuesIntersectionsAnglesDistances) {
     KxLine rising(2, 1), falling(-1, 4), parallel(2, 5), unknown;
-    EXPECT_EQ(exact(rising.y(3), rising.x(7), KxLine(0, 1).x(2), KxLine(0, 1).x(1)), exact(7, 3, kInf, kNaN));
+    EXPECT_EXACT(exact(rising.y(3), rising.x(7), KxLine(0, 1).x(2), KxLine(0, 1).x(1)), exact(7, 3, kInf, kNaN));
     KxPointXY out(9, 9);
     EXPECT_TRUE(!rising.calcIntersection(parallel, out) && out.x == 9.0f);
     EXPECT_TRUE(rising.calcIntersection(falling, out));
-    EXPECT_EQ(exact(out), exact(KxPointXY(1, 3)));
+    EXPECT_EXACT(out, KxPointXY(1, 3));
     EXPECT_TRUE(KxLine::calcIntersection(unknown, unknown, out) && out.isNull()) << "NaN slopes are not equal";
 
     KxLine level(0, 3), diagonal(1, 0), steep(-kInf, 0), pythagorean(0.75f, 0);
@@ -94,7 +94,7 @@ TEST(Circle, AlgebraicFit) {
         circle = KxCircle(9, 9, 9);
         cloud.points = points;
         EXPECT_EQ(circle.calcFromPointCloud(cloud), isDone) << desc;
-        EXPECT_EQ(fields(circle), fields(expected)) << desc;
+        EXPECT_EXACT(fields(circle), fields(expected)) << desc;
     }
     cloud.points = pointsFor(200, [](int i) { return at(3 + 5 * std::cos(0.01 * i), 4 + 5 * std::sin(0.01 * i)); });
     ASSERT_TRUE(circle.calcFromPointCloud(cloud));
@@ -105,11 +105,11 @@ TEST(Plane, ThroughThreePointsInDouble) {
     KxPointXYZ p1(1, 0, 0), p2(0, 2, 0), p3(0, 0, 4), origin(0, 0, 0);
     KxPlane p, level, unknown;
     p.calcFromPoints(p1, p2, p3);
-    EXPECT_EQ(fields(p), exact(QList<float>{8, 4, 2, -8}));
+    EXPECT_EXACT(fields(p), exact(QList<float>{8, 4, 2, -8}));
     // The products lie beyond single precision: (2^12 + 1)^2 - 2^24 is 2^13 in floats.
     KxPointXYZ q1(4097, 4096, 0), q2(4096, 4097, 0), q3(0, 0, 1);
     p.calcFromPoints(q1, q2, q3);
-    EXPECT_EQ(fields(p), exact(QList<float>{1, 1, 8193, -8193}));
+    EXPECT_EXACT(fields(p), exact(QList<float>{1, 1, 8193, -8193}));
     p.calcFromPoints(p1, p1, p2);
     EXPECT_EQ(p.a + p.b + p.c + p.d, 0.0f) << "points on one line";
     EXPECT_TRUE(std::isnan(p.calcDistance(p1))) << "no normal";
@@ -123,19 +123,19 @@ TEST(FreeVector, LengthSumAngle) {
     EXPECT_EQ(v.size(), 5.0f);
     for (const float len : {0.0f, -0.0f, -1.0f, -kInf}) {
         EXPECT_FALSE(v.resize(len));
-        EXPECT_EQ(fields(v), fields(KxFreeVector(3, 4)));
+        EXPECT_EXACT(fields(v), fields(KxFreeVector(3, 4)));
     }
     EXPECT_TRUE(v.resize(10));
-    EXPECT_EQ(fields(v), fields(KxFreeVector(6, 8)));
+    EXPECT_EXACT(fields(v), fields(KxFreeVector(6, 8)));
     EXPECT_TRUE(v.resize(kNaN));
-    EXPECT_EQ(fields(v), fields(KxFreeVector()));
+    EXPECT_EXACT(fields(v), fields(KxFreeVector()));
 
     KxFreeVector right(3, 0), up(0, 4), left(-3, 0), down(0, -1), zero(0, 0);
     EXPECT_TRUE(v.sumVectors(right, up));
     EXPECT_FALSE(v.sumVectors(right, left));
-    EXPECT_EQ(fields(v), fields(KxFreeVector(0.6f, 0.8f)));
+    EXPECT_EXACT(fields(v), fields(KxFreeVector(0.6f, 0.8f)));
     EXPECT_TRUE(up.sumVectors(up, up)) << "the receiver as both arguments";
-    EXPECT_EQ(fields(up), fields(KxFreeVector(0, 1)));
+    EXPECT_EXACT(fields(up), fields(KxFreeVector(0, 1)));
     EXPECT_FLOAT_EQ(right.calcAngleBetweenVectors(down), 90.0f);
     EXPECT_FLOAT_EQ(KxFreeVector::calcAngleBetweenVectors(right, left), 180.0f);
     EXPECT_EQ(right.calcAngleBetweenVectors(right), 0.0f);
@@ -163,7 +163,7 @@ TEST(FreeVector, DirectionOfAProfile) {
     for (const auto& [desc, start, dir, len, isDone, expected] : cases) {
         KxFreeVector v(9, 9);
         EXPECT_EQ(v.calcFromPointCloud(cloud, start, dir, len), isDone) << desc;
-        EXPECT_EQ(fields(v), fields(expected)) << desc;
+        EXPECT_EXACT(fields(v), fields(expected)) << desc;
     }
 }
 

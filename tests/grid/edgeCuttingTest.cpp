@@ -58,8 +58,8 @@ TEST(EdgeCutting, EqualsThePlainDefinition) {
         plain.threshold = nasty.pick(std::array{-0.3f, -2.0f, 0.0f, 1.0f, kInf, kNaN, -kInf});
         plain.run();
         ASSERT_EQ(histos.cutEdgeEffects(matrix, plain.threshold), plain.result);
-        ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
-        ASSERT_EQ(exact(heightsOf(matrix)), exact(heightsOf(plain.matrix)));
+        ASSERT_EXACT(histos.histoRows, plain.rows);
+        ASSERT_EXACT(heightsOf(matrix), heightsOf(plain.matrix));
         cuts += plain.result > 0 ? 1 : 0;
     });
     EXPECT_GT(cuts, 300);

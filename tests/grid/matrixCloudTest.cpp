@@ -11,13 +11,13 @@ TEST(MatrixCloud, StartsAndEndsWithoutAGrid) {
     SpaceCloud cloud;
     for (const bool isCleared : {false, true}) {
         EXPECT_EQ(matrix.cells, nullptr);
-        EXPECT_EQ(exact(matrix.columns, matrix.rows, matrix.step), exact(-1, -1, kNaN));
-        EXPECT_EQ(exactRange(matrix), isCleared ? exact(1, 2, 3, 4, 5, 6) : ExactList(6, exact(kNaN)));
+        EXPECT_EXACT(exact(matrix.columns, matrix.rows, matrix.step), exact(-1, -1, kNaN));
+        EXPECT_EXACT(exactRange(matrix), isCleared ? exact(1, 2, 3, 4, 5, 6) : ExactList(6, exact(kNaN)));
         EXPECT_EQ(matrix.size() + matrix.trim(1, 2, 3.0f, 4.0f, 5, 6) + matrix.toPointCloud(cloud), 0);
         matrix.reflect();
         matrix.clearEdgeEffect();
         ASSERT_TRUE(matrix.initMatrix(3, 2, 0.5f, 1, 2, 3, 4, 5, 6));
-        EXPECT_EQ(exact(matrix.columns, matrix.rows, matrix.step), exact(3, 2, 0.5f));
+        EXPECT_EXACT(exact(matrix.columns, matrix.rows, matrix.step), exact(3, 2, 0.5f));
         matrix.clear();
     }
     for (const int side : {0, 1}) { // grids without columns or without rows
@@ -45,7 +45,7 @@ TEST(MatrixCloud, TrimsInsideARectangleAndReflects) {
     EXPECT_EQ(matrix.trim(1, 2, 0, 1), 4); // empty cells count too
     EXPECT_EQ(matrix.trim(0, 2, 1, 0) + matrix.trim(2, 0, 0, 1), 0);
     matrix.reflect();
-    EXPECT_EQ(exact(heightsOf(matrix)), exact(Heights{{-1, kNaN, kNaN}, {-4, kNaN, kNaN}}));
+    EXPECT_EXACT(heightsOf(matrix), exact(Heights{{-1, kNaN, kNaN}, {-4, kNaN, kNaN}}));
 }
 
 TEST(MatrixCloud, ExtractsPointsInUnitsOfThePitch) {
@@ -55,10 +55,10 @@ TEST(MatrixCloud, ExtractsPointsInUnitsOfThePitch) {
     SpaceCloud cloud;
     cloud.points = {{9, 9, 9}};
     EXPECT_EQ(matrix.extractToPointCloud(cloud, 1, 0, 2, 2, false), 4); // appended
-    EXPECT_EQ(exact(heightsOf(matrix)), exact(heights));
+    EXPECT_EXACT(heightsOf(matrix), heights);
     EXPECT_EQ(matrix.extractToPointCloud(cloud, 1, 0, 2, 2, true), 7);
-    EXPECT_EQ(exact(cloud.points.mid(4)), exact(SpacePoints{{1, 3, 0}, {0.5f, 5, 0.5f}, {1, 6, 0.5f}}));
-    EXPECT_EQ(exact(heightsOf(matrix)), exact(Heights{{1, kNaN, kNaN}, {4, kNaN, kNaN}}));
+    EXPECT_EXACT(cloud.points.mid(4), exact(SpacePoints{{1, 3, 0}, {0.5f, 5, 0.5f}, {1, 6, 0.5f}}));
+    EXPECT_EXACT(heightsOf(matrix), exact(Heights{{1, kNaN, kNaN}, {4, kNaN, kNaN}}));
     EXPECT_EQ(matrix.extractToPointCloud(cloud, 0, 0, 0, 2, true), 7);
     EXPECT_EQ(matrix.extractToPointCloud(cloud, 0, 0, 5, -1, true), 7);
 }
@@ -91,10 +91,10 @@ TEST(MatrixCloud, CountingTrimmingAndPointsEqualThePlainDefinition) {
             }
         }
         ASSERT_EQ(matrix.trim(firstColumn, lastColumn, low, high, firstRow, lastRow), count);
-        ASSERT_EQ(exact(heightsOf(matrix)), exact(heights));
+        ASSERT_EXACT(heightsOf(matrix), heights);
         ASSERT_EQ(matrix.size(), expected.size());
         ASSERT_EQ(matrix.toPointCloud(cloud), expected.size());
-        ASSERT_EQ(exact(cloud.points), exact(expected.points));
+        ASSERT_EXACT(cloud.points, expected.points);
     });
 }
 
@@ -133,7 +133,7 @@ TEST(MatrixCloud, EdgeClearingEqualsThePlainDefinition) {
         const Heights heights = nastyHeights(nasty, 25);
         fill(matrix, heights);
         matrix.clearEdgeEffect();
-        ASSERT_EQ(exact(heightsOf(matrix)), exact(clearedPlainly(heights, matrix.columns)));
+        ASSERT_EXACT(heightsOf(matrix), clearedPlainly(heights, matrix.columns));
     });
 }
 

@@ -37,7 +37,7 @@ TEST(MatrixMemory, RowsStayInTheTableUntilCleared) {
         grantedAllocations = granted;
         EXPECT_FALSE(matrix.initMatrix(10, 4, 1, 0, 0, 0, 0, 0, 0)); // the table and three of its rows at most
         grantedAllocations = -1;
-        EXPECT_EQ(exact(matrix.rows, matrix.columns, matrix.minX, matrix.size()), exact(-1, -1, 5, 0));
+        EXPECT_EXACT(exact(matrix.rows, matrix.columns, matrix.minX, matrix.size()), exact(-1, -1, 5, 0));
         EXPECT_EQ(matrix.cells != nullptr, granted > 0);
         for (int r = 0; r < granted - 1; ++r) {
             EXPECT_NE(matrix.cells[r], nullptr);

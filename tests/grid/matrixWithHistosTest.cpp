@@ -39,8 +39,8 @@ TEST(BlockMeans, EqualThePlainDefinition) {
         const QList<QList<HistoCell>> expected = meansPlainly(heights, blockSize, low, high);
         KxMatrixWithHistos histos;
         ASSERT_EQ(histos.calcFromMatrixCloud(matrix, blockSize, 9, &minOut, &maxOut), expected.size());
-        ASSERT_EQ(exact(histos.histoRows), exact(expected)) << " block " << blockSize;
-        ASSERT_EQ(exact(histos.minMean, histos.maxMean, minOut, maxOut), exact(low, high, low, high));
+        ASSERT_EXACT(histos.histoRows, expected) << " block " << blockSize;
+        ASSERT_EXACT(exact(histos.minMean, histos.maxMean, minOut, maxOut), exact(low, high, low, high));
     });
 }
 
@@ -58,7 +58,7 @@ TEST(BlockMeans, LaterRowsAreAppendedAndMayBeShorter) {
     histos.histoRows[0][2].mean = kNaN;
     histos.histoRows[3][0].mean = -8;
     EXPECT_EQ(histos.toPointCloud(cloud, 0.5f), 3); // neither NaN nor the means of empty blocks
-    EXPECT_EQ(exact(cloud.points), exact(QList<KxPointXYZ>{{0.5f, 1, 0.5f}, {1, 2, 0.5f}, {0, -8, 1.5f}}));
+    EXPECT_EXACT(cloud.points, exact(QList<KxPointXYZ>{{0.5f, 1, 0.5f}, {1, 2, 0.5f}, {0, -8, 1.5f}}));
     QList<SpaceCloud*> seeds;
     EXPECT_EQ(histos.extractSeeds(matrix, &seeds, 0, 0, 1, 1, 1, kNaN), 0);
     EXPECT_EQ(histos.cutEdgeEffects(matrix, -kInf), 0);

@@ -26,7 +26,7 @@ TEST(ProfileZSet, CopiesShareUntilOneOfThemWrites) {
         copy.calcAverageY();
         EXPECT_EQ(copy.profiles.constData(), original.profiles.constData());
         write(copy);
-        EXPECT_EQ(exact(original), before);
+        EXPECT_EXACT(original, before);
         EXPECT_NE(exact(copy), before);
 
         KxProfileZSet assigned;
@@ -40,7 +40,7 @@ TEST(ProfileZSet, CopiesShareUntilOneOfThemWrites) {
 
 TEST(ProfileZSet, RangeAndMeanOfSets) {
     KxProfileZSet set;
-    EXPECT_EQ(exactRange(set), ExactList(6, exact(kNaN)));
+    EXPECT_EXACT(exactRange(set), ExactList(6, exact(kNaN)));
     EXPECT_EQ(set.calcAverageY(), 0.0f);
     set.minX = 5, set.minZ = 7, set.maxZ = 8;
     set.calcRange(); // an empty set is left as it is
@@ -50,11 +50,11 @@ TEST(ProfileZSet, RangeAndMeanOfSets) {
     set.profiles = {profileAt(kNaN, {{3, -1}, {-2, kNaN}}), profileAt(1, {}), profileAt(2, {{kNaN, 4}, {9, 9}}),
                     profileAt(kNaN, {{4, 2}})};
     set.calcRange();
-    EXPECT_EQ(exactRange(set), exact(-2, 4, -1, 9, 7, 8));
+    EXPECT_EXACT(exactRange(set), exact(-2, 4, -1, 9, 7, 8));
     EXPECT_TRUE(std::isnan(set.calcAverageY()));
     set.clear();
     EXPECT_TRUE(set.isEmpty());
-    EXPECT_EQ(exactRange(set), exact(-2, 4, -1, 9, 7, 8));
+    EXPECT_EXACT(exactRange(set), exact(-2, 4, -1, 9, 7, 8));
 
     set.profiles = {profileAt(0, {{0, 2}, {1, 4}, {2, 6}}), profileAt(1, {}), profileAt(2, {{0, 5}})};
     EXPECT_EQ(set.calcAverageY(), 3.0f); // the mean of the means
@@ -88,13 +88,13 @@ TEST(ProfileZSet, PositionsAreRoundedOnce) {
     for (int i = 0; i < set.size(); ++i) {
         EXPECT_EQ(set.profiles[i].z, static_cast<float>(i * static_cast<double>(0.1f) + static_cast<double>(0.3f)));
     }
-    EXPECT_EQ(exact(set.minZ, set.stepZ), exact(77, 0.1f));
+    EXPECT_EXACT(exact(set.minZ, set.stepZ), exact(77, 0.1f));
 
     KxProfileZSet out;
     out.profiles.append(KxProfileZ(9));
     set.profiles[3].z = kNaN;
     const int count = set.getRange(set.profiles[2].z, set.profiles[4].z, out);
-    EXPECT_EQ(exact(count, out.profiles[1].z), exact(2, set.profiles[4].z));
+    EXPECT_EXACT(exact(count, out.profiles[1].z), exact(2, set.profiles[4].z));
     EXPECT_EQ(set.getRange(5, 1, out) + set.getRange(kNaN, 1, out), 0);
     EXPECT_EQ(set.getRange(-kInf, kInf, set), 0); // its own range: emptied first
 }
@@ -138,7 +138,7 @@ TEST(ProfileZSet, EdgeClearingEqualsThePlainDefinition) {
         KxProfileZSet set = nastySet(nasty, 6), expected = set;
         clearEdgesPlainly(expected.profiles);
         set.clearEdgeEffect();
-        ASSERT_EQ(exact(set), exact(expected));
+        ASSERT_EXACT(set, expected);
     });
 }
 

@@ -16,21 +16,21 @@ TEST(ProfileZ, AssignmentDeliberatelyAppends) {
     const KxProfile& base = other;
     target.minX = other.minX = -101;
     target = other;
-    EXPECT_EQ(exactProfile(target), exact(1, 1, 2, 2, 3, 3, 2));
+    EXPECT_EXACT(exactProfile(target), exact(1, 1, 2, 2, 3, 3, 2));
     target = base;
-    EXPECT_EQ(exactProfile(target), exact(1, 1, 2, 2, 3, 3, 2, 2, 3, 3, kNaN));
+    EXPECT_EXACT(exactProfile(target), exact(1, 1, 2, 2, 3, 3, 2, 2, 3, 3, kNaN));
     EXPECT_EQ(target.minX, -101.0f); // no range is touched
     KxProfileZ& same = target;
     target = same;
     EXPECT_EQ(target.size(), 10);
     KxProfileZ copy(other), ofBase(base);
-    EXPECT_EQ(exactProfile(copy), exact(2, 2, 3, 3, 2));
-    EXPECT_EQ(exactProfile(ofBase), exact(2, 2, 3, 3, kNaN));
+    EXPECT_EXACT(exactProfile(copy), exact(2, 2, 3, 3, 2));
+    EXPECT_EXACT(exactProfile(ofBase), exact(2, 2, 3, 3, kNaN));
     EXPECT_TRUE(std::isnan(copy.minX)); // a copy is filled by assignment and takes no range
     other.clear();
-    EXPECT_EQ(exact(other.size(), other.z, other.minX), exact(0, kNaN, -101));
+    EXPECT_EXACT(exact(other.size(), other.z, other.minX), exact(0, kNaN, -101));
     float buffer[] = {1, 2, 3, 4};
-    EXPECT_EQ(exactProfile(KxProfileZ(5, buffer, 2)), exact(1, 2, 3, 4, 5));
+    EXPECT_EXACT(exactProfile(KxProfileZ(5, buffer, 2)), exact(1, 2, 3, 4, 5));
 }
 
 TEST(ProfileZ, RecordIsTheseBytes) {

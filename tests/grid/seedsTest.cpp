@@ -117,9 +117,9 @@ TEST(Seeds, EqualThePlainDefinition) {
         }
         found += static_cast<int>(seeds.size());
         EXPECT_EQ(KxMatrixWithHistos::freePointCloudList(seeds), seeds.size());
-        ASSERT_EQ(clouds, plain.extract(start, end, levelStep, tolerance, minCount, maxDrop));
-        ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
-        ASSERT_EQ(exact(heightsOf(matrix)), exact(heightsOf(plain.matrix)));
+        ASSERT_EXACT(clouds, plain.extract(start, end, levelStep, tolerance, minCount, maxDrop));
+        ASSERT_EXACT(histos.histoRows, plain.rows);
+        ASSERT_EXACT(heightsOf(matrix), heightsOf(plain.matrix));
         ASSERT_TRUE(histos.pendingSeeds->isEmpty());
     });
     EXPECT_GT(found, 1000);
@@ -152,7 +152,7 @@ TEST(Seeds, GrowthPostponesWhatIsTooDeep) {
         plain.grow(expected, row, column, 2, maxStep, maxDrop, depth);
         ASSERT_EQ(region, expected);
         ASSERT_EQ(*histos.pendingSeeds, plain.pending);
-        ASSERT_EQ(exact(histos.histoRows), exact(plain.rows));
+        ASSERT_EXACT(histos.histoRows, plain.rows);
     });
 }
 

@@ -52,7 +52,7 @@ TEST(SetFromCloud, EqualsThePlainDefinition) {
         KxProfileZSet set;
         set.profiles.append(profileAt(1, {{1, 1}}));
         ASSERT_EQ(set.calcFromPointCloud(cloud, step), expected.profiles.size());
-        ASSERT_EQ(exact(set), exact(expected));
+        ASSERT_EXACT(set, expected);
         ASSERT_EQ(set.stepZ, step);
         ASSERT_TRUE(std::isnan(set.minX));
         sliced += expected.profiles.size() > 1 ? 1 : 0;
@@ -68,10 +68,10 @@ TEST(SetFromCloud, StepsWithoutSlicesGiveAnEmptySet) {
     for (const float step : {0.0f, -0.0f, -1.0f, kNaN, -kInf, 1e-30f, 5e-5f}) {
         set.profiles.append(profileAt(1, {{1, 1}}));
         EXPECT_EQ(set.calcFromPointCloud(cloud, step), 0) << step;
-        EXPECT_EQ(exact(set.size(), set.stepZ), exact(0, step));
+        EXPECT_EXACT(exact(set.size(), set.stepZ), exact(0, step));
     }
     EXPECT_TRUE(set.calcFromPointCloud(empty, 1) == 0 && set.calcFromPointCloud(flat, 1) == 1);
-    EXPECT_EQ(exact(set), exact(0, 7)); // one slice without points
+    EXPECT_EXACT(set, exact(0, 7)); // one slice without points
 }
 
 TEST(SetToCloud, TakesStretchesOfProfiles) {
@@ -80,7 +80,7 @@ TEST(SetToCloud, TakesStretchesOfProfiles) {
     SpaceCloud cloud;
     cloud.minX = 3;
     EXPECT_EQ(set.toPointCloud(cloud), 3);
-    EXPECT_EQ(exact(cloud.points), exact(1, 2, 1, 3, 4, 1, 6, 7, 5));
+    EXPECT_EXACT(cloud.points, exact(1, 2, 1, 3, 4, 1, 6, 7, 5));
     EXPECT_TRUE(std::isnan(cloud.minX));
     EXPECT_TRUE(set.toPointCloud(cloud, 1, 2) == 1 && set.toPointCloud(cloud, 2, 1) == 0);
 }
@@ -120,8 +120,8 @@ TEST(SetToMatrix, EqualsTheHeightsOfTheSortedProfiles) {
                 row.append(profile.calcY(positionAt(j, set.stepZ, expected.minX), limit, nullptr));
             }
         }
-        ASSERT_EQ(exact(heightsOf(matrix)), exact(heights));
-        ASSERT_EQ(exact(set), exact(expected)); // sorted
+        ASSERT_EXACT(heightsOf(matrix), heights);
+        ASSERT_EXACT(set, expected); // sorted
         ASSERT_EQ(count, matrix.size());
         filled += count > 0 ? 1 : 0;
     });
@@ -137,8 +137,8 @@ TEST(SetToMatrix, OnePitchAndTheRangesOfTheSet) {
     EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, 1), 0);
     EXPECT_EQ(matrix.cells[0][0], 7.0f); // another step: untouched
     EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, 2), 4);
-    EXPECT_EQ(exact(heightsOf(matrix)), exact(0, 4, 1, 1));
-    EXPECT_EQ(exactRange(matrix), exact(0, 3, 0, 6, 4, 6));
+    EXPECT_EXACT(heightsOf(matrix), exact(0, 4, 1, 1));
+    EXPECT_EXACT(exactRange(matrix), exact(0, 3, 0, 6, 4, 6));
     for (const float step : {0.0f, -2.0f, kNaN, 1e-30f, 1e-9f}) {
         set.stepZ = step;
         EXPECT_EQ(set.toMatrixCloud(matrix, kNaN, kNaN), 0) << step;

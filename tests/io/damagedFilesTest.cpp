@@ -101,7 +101,7 @@ void expectSet(const TempFiles& files, const Format& format, const QByteArray& b
     set.profiles.resize(2);
     set.minX = 3;
     const int count = isRecord ? set.readFromFile(name) : set.readFromFile(name, 0.3f, 0.1f);
-    ASSERT_EQ(exact(set.minX, set.stepZ, set.size()), exact(3, isRecord ? NAN : 0.1f, count));
+    ASSERT_EXACT(exact(set.minX, set.stepZ, set.size()), exact(3, isRecord ? NAN : 0.1f, count));
     int found = 0;
     float z = 0.3f;
     for (Outcome outcome; (outcome = readByDefinition(format, bytes, outcome.position)).value >= 0; z += 0.1f) {
@@ -109,7 +109,7 @@ void expectSet(const TempFiles& files, const Format& format, const QByteArray& b
             ASSERT_LT(found, count);
             const KxProfileZ& profile = set.profiles[found++];
             ASSERT_EQ(bytesOf(profile.points), outcome.points);
-            ASSERT_EQ(exact(profile.z), exact(isRecord ? NAN : z));
+            ASSERT_EXACT(profile.z, isRecord ? NAN : z);
         }
     }
     ASSERT_EQ(found, count);

@@ -85,9 +85,9 @@ TEST(Calculus, CalcYFollowsItsDefinition) {
             const Value plain = plainCalcY(points, x, maxDistance);
             int segment = -77;
             const float y = profile.calcY(x, maxDistance, &segment);
-            ASSERT_EQ(exact(y), exact(plain.y)) << "x " << x << " distance " << maxDistance;
+            ASSERT_EXACT(y, plain.y) << "x " << x << " distance " << maxDistance;
             ASSERT_EQ(segment, plain.segment.value_or(-77));
-            ASSERT_EQ(exact(profile.calcY(x, maxDistance, nullptr)), exact(y));
+            ASSERT_EXACT(profile.calcY(x, maxDistance, nullptr), y);
             found += std::isnan(y) ? 0 : 1;
         }
     });
@@ -96,8 +96,8 @@ TEST(Calculus, CalcYFollowsItsDefinition) {
 }
 
 TEST(Calculus, DerivativeHoldsTheSlopeInX) {
-    EXPECT_EQ(exact(profileOf({{0, 0}, {1, 2}, {3, 4}, {3, 5}, {3, 5}}).derivative().points),
-              exact(Points{{2, 0}, {1, 1}, {kInf, 3}, {kNaN, 3}}));
+    EXPECT_EXACT(profileOf({{0, 0}, {1, 2}, {3, 4}, {3, 5}, {3, 5}}).derivative().points,
+                 exact(Points{{2, 0}, {1, 1}, {kInf, 3}, {kNaN, 3}}));
     EXPECT_EQ(profileOf({{1, 1}}).derivative().size() + profileOf({}).derivative().size(), 0);
 }
 
@@ -109,7 +109,7 @@ TEST(Calculus, AHeightOfZeroHidesTheSignChange) {
     for (const auto& [ys, zeros] : cases) {
         QList<float> xs(ys.size());
         xs.resize(heights(ys).findZeros(xs.data()));
-        EXPECT_EQ(exact(xs), exact(zeros));
+        EXPECT_EXACT(xs, zeros);
     }
 }
 
@@ -135,7 +135,7 @@ TEST(Calculus, IntegralFollowsItsDefinition) {
         KxProfile profile = profileOf(points);
         const int from = nasty.below(count), to = nasty.below(count);
         for (const bool plain : {false, true}) {
-            ASSERT_EQ(exact(profile.integral(from, to, plain)), exact(plainIntegral(points, from, to, plain)));
+            ASSERT_EXACT(profile.integral(from, to, plain), plainIntegral(points, from, to, plain));
         }
         expectPoints(profile, points);
     });

@@ -50,7 +50,7 @@ TEST(CutPoints, SearchesFollowTheirDefinitions) {
         KxProfile cutPoints = profileOf({{9, 9}});
         plainCutPoints(points, expected, expectedIndices, window, threshold);
         ASSERT_EQ(profile.detectCutPoints(cutPoints, indices, window, threshold), expected.size());
-        ASSERT_EQ(exact(cutPoints.points), exact(expected)) << window << ' ' << threshold;
+        ASSERT_EXACT(cutPoints.points, expected) << window << ' ' << threshold;
         ASSERT_EQ(indices, expectedIndices);
         expectPoints(profile, points);
         cuts += expected.size();

@@ -43,7 +43,7 @@ TEST(LineSegment, FollowsTheLevelOnBothSides) {
         const float minLength = lengthOrHeight(length), maxLength = lengthOrHeight(length);
         const bool isFound = !expected.isEmpty() && !(length < minLength) && !(length > maxLength);
         ASSERT_EQ(profile.calcLineSegment(x, maxStep, maxMisses, out, minY, maxY, minLength, maxLength), isFound);
-        ASSERT_EQ(exact(out.points), exact(expected));
+        ASSERT_EXACT(out.points, expected);
         expectPoints(profile, points);
         found += isFound ? 1 : 0;
     });
@@ -51,7 +51,7 @@ TEST(LineSegment, FollowsTheLevelOnBothSides) {
     // Of points with one x the first is the start, and both sides join there.
     KxProfile steps = profileOf({{1, 1}, {2, 1.1f}, {2, 9}, {3, 1.2f}}), out;
     EXPECT_TRUE(steps.calcLineSegment(2.0f, 0.5f, 2, out, kNaN, kNaN, kNaN, kNaN));
-    EXPECT_EQ(exact(out.points), exact(Points{{1, 1}, {2, 1.1f}, {3, 1.2f}}));
+    EXPECT_EXACT(out.points, exact(Points{{1, 1}, {2, 1.1f}, {3, 1.2f}}));
 }
 
 /// The sums are running floats from the left. Deliberately every second point of the tail goes, the first included.

@@ -102,10 +102,10 @@ TEST(Interpolant, FollowsItsDefinition) {
         if (spline.count == 0) {
             return;
         }
-        ASSERT_EQ(exact(QList<float>(spline.knotsX, spline.knotsX + spline.count)), exact(plain.x));
-        ASSERT_EQ(exact(QList<float>(spline.coeffs, spline.coeffs + 4 * (spline.count - 1))), exact(plain.coeffs));
+        ASSERT_EXACT(QList<float>(spline.knotsX, spline.knotsX + spline.count), plain.x);
+        ASSERT_EXACT(QList<float>(spline.coeffs, spline.coeffs + 4 * (spline.count - 1)), plain.coeffs);
         for (const float x : {points[0].x, plain.x.back(), nasty.plain(), nasty.special()}) {
-            ASSERT_EQ(exact(spline.calcY(x)), exact(plain.value(x))) << x;
+            ASSERT_EXACT(spline.calcY(x), plain.value(x)) << x;
         }
         const float step = plain.someStep(nasty);
         const float from = nasty.chance(40) ? kNaN : nasty.value();
@@ -113,7 +113,7 @@ TEST(Interpolant, FollowsItsDefinition) {
         KxProfile out = profileOf({{1, 2}});
         const int count = spline.generatePointCloud(out, step, from, to);
         ASSERT_EQ(count, out.size());
-        ASSERT_EQ(exact(out.points), exact(plain.sample(step, from, to))) << step << ' ' << from << ' ' << to;
+        ASSERT_EXACT(out.points, plain.sample(step, from, to)) << step << ' ' << from << ' ' << to;
         samples += out.size();
     });
     EXPECT_GT(samples, 10000);
@@ -134,7 +134,7 @@ TEST(Interpolant, InterpolateReplacesThePointsBySamples) {
         const int count = profile.interpolate(step, kNaN, kNaN, static_cast<_KxInterpolantType_>(type));
         ASSERT_EQ(count, profile.size());
         const Points expected = isBuilt && step > 0.0f ? plain.sample(step, kNaN, kNaN) : cleaned.points;
-        ASSERT_EQ(exact(profile.points), exact(expected)) << "step " << step;
+        ASSERT_EXACT(profile.points, expected) << "step " << step;
     });
 }
 
@@ -156,7 +156,7 @@ TEST(Interpolant, EdgesAndRefusals) {
             for (const float to : kBounds) {
                 if (step > 0.1f || from >= 0.5f) { // from 0.5 on 1e-9 is too small to advance
                     spline.generatePointCloud(out, step, from, to);
-                    EXPECT_EQ(exact(out.points), exact(PlainSpline(line.points).sample(step, from, to))) << from;
+                    EXPECT_EXACT(out.points, PlainSpline(line.points).sample(step, from, to)) << from;
                 }
             }
         }

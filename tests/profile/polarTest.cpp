@@ -69,9 +69,9 @@ TEST(Polar, BlocksOfPointsGiveWhatTheStandardFunctionsGive) {
     polar.toPolar();
     plane.toEvklid();
     for (qsizetype i = 0; i < points.size(); ++i) {
-        ASSERT_EQ(exact(polar.points[i].y), exact(plainAngle(points[i].x, points[i].y))) << points[i].y;
+        ASSERT_EXACT(polar.points[i].y, plainAngle(points[i].x, points[i].y)) << points[i].y;
         const auto rad = static_cast<double>(at(static_cast<double>(turned[i].y) * 3.1415927410125732 / 180.0, 0).x);
-        ASSERT_EQ(exact(plane.points[i]), exact(at(std::cos(rad), std::sin(rad)))) << turned[i].y;
+        ASSERT_EXACT(plane.points[i], at(std::cos(rad), std::sin(rad))) << turned[i].y;
     }
 }
 
@@ -95,7 +95,7 @@ TEST(Polar, RotationTurnsCounterClockwiseAndKeepsTheCentre) {
         KxProfile profile = profileOf({{10, 20}, {110, 25}, {90, 140}});
         const Points before = profile.points;
         profile.rotateFixed(degrees, profile.points[2]); // a centre that is itself a point of the profile
-        EXPECT_EQ(exact(profile.points[2]), exact(before[2])) << degrees;
+        EXPECT_EXACT(profile.points[2], before[2]) << degrees;
         KxProfile turned = profileOf(before);
         turned.rotateEvklid(degrees);
         const auto expectTurned = [&](KxProfile& found, float x, float y) {

@@ -66,7 +66,7 @@ TEST(Polynomial, FitFollowsItsDefinition) {
         ASSERT_EQ(isFitted, plainCoefficients(points, degree, plain)) << degree;
         expectPoints(profile, points);
         if (isFitted) {
-            EXPECT_EQ(exact(QList(coeffs.begin(), coeffs.end())), exact(QList(plain.begin(), plain.end())));
+            EXPECT_EXACT(QList(coeffs.begin(), coeffs.end()), QList(plain.begin(), plain.end()));
             for (KxPointXY& p : points) {
                 double y = 0.0;
                 for (unsigned k = 0; k <= degree; ++k) {

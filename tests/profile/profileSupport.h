@@ -39,8 +39,8 @@ inline float nastyLimit(Nasty& nasty) {
 
 /// Expects the points bit by bit, and the range of profileOf().
 inline void expectPoints(KxProfile& profile, const Points& expected) {
-    EXPECT_EQ(exact(profile.points), exact(expected));
-    EXPECT_EQ(exactRange(profile), exactRange(profileOf({})));
+    EXPECT_EXACT(profile.points, expected);
+    EXPECT_EXACT(exactRange(profile), exactRange(profileOf({})));
 }
 
 /// Compares a filter with its plain definition, both from one profile to another: to itself, a copy or a longer one.

@@ -28,10 +28,10 @@ TEST(Profile, RangeAndItsIndicesFollowTheirDefinition) {
             plainExtreme(points, &KxPointXY::y, true), plainExtreme(points, &KxPointXY::y, false)};
         EXPECT_EQ(QList<int>(at, at + 4), expected);
         const ExactList range = exact(points[at[0]].x, points[at[1]].x, points[at[2]].y, points[at[3]].y);
-        EXPECT_EQ(exact(minX, maxX, minY, maxY), range);
+        EXPECT_EXACT(exact(minX, maxX, minY, maxY), range);
         expectPoints(profile, points); // the cached range is not touched
         ASSERT_TRUE(profile.calcRange());
-        EXPECT_EQ(exact(profile.minX, profile.maxX, profile.minY, profile.maxY), range);
+        EXPECT_EXACT(exact(profile.minX, profile.maxX, profile.minY, profile.maxY), range);
     });
 }
 

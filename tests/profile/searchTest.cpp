@@ -33,7 +33,7 @@ TEST(Search, FindNearestToXFollowsItsDefinition) {
             ASSERT_EQ(profile.findNearestToX(x, fromRight), expected) << "x " << x;
             KxPointXY found(-7.0f, -8.0f);
             ASSERT_EQ(profile.findNearestToX(x, found, fromRight), expected >= 0);
-            ASSERT_EQ(exact(found), exact(expected < 0 ? KxPointXY(-7.0f, -8.0f) : points[expected]));
+            ASSERT_EXACT(found, expected < 0 ? KxPointXY(-7.0f, -8.0f) : points[expected]);
         }
         expectPoints(profile, points);
     });

@@ -20,12 +20,12 @@ TEST(Shapes, RectFollowsItsDefinition) {
         const float last = std::isnan(work.size_x()) ? static_cast<float>(rounds - 1) * angleStep : 0.0f;
         float width = 1.0f, height = 2.0f, angle = 3.0f;
         profile.calcRect(&width, &height, &angle, angleStep);
-        EXPECT_EQ(exact(width, height, angle), exact(profile.size_x(), profile.size_y(), rounds < 1 ? kNaN : last));
-        EXPECT_EQ(exact(profile.points), exact(points));
-        EXPECT_EQ(exactRange(profile), range);
+        EXPECT_EXACT(exact(width, height, angle), exact(profile.size_x(), profile.size_y(), rounds < 1 ? kNaN : last));
+        EXPECT_EXACT(profile.points, points);
+        EXPECT_EXACT(exactRange(profile), range);
         const float noStep = nasty.pick(std::array{0.0f, -0.0f, -10.0f, -kInf, kNaN});
         profile.calcRect(&width, &height, &angle, noStep);
-        EXPECT_EQ(exact(width, height, angle), exact(kNaN, kNaN, kNaN)) << noStep;
+        EXPECT_EXACT(exact(width, height, angle), exact(kNaN, kNaN, kNaN)) << noStep;
     });
 }
 
@@ -35,10 +35,10 @@ TEST(Shapes, RectCornersNeedACachedRange) {
     KxProfile corners = profileOf({{9, 9}});
     float angle = 7.0f;
     profile.calcRect(corners, &angle, 10.0f);
-    EXPECT_EQ(exact(corners.points), exact(Points(4))); // unknown sizes; looking for the centre filled the range
+    EXPECT_EXACT(corners.points, Points(4)); // unknown sizes; looking for the centre filled the range
     EXPECT_EQ(angle, 0.0f);
     profile.calcRect(profile, nullptr, 10.0f);
-    EXPECT_EQ(exact(profile.points), exact(Points{{0, 0}, {0, 2}, {4, 2}, {4, 0}}));
+    EXPECT_EXACT(profile.points, exact(Points{{0, 0}, {0, 2}, {4, 2}, {4, 0}}));
 }
 
 TEST(Shapes, WeldIsTheTopBand) {
@@ -54,7 +54,7 @@ TEST(Shapes, WeldIsTheTopBand) {
         KxLine line(7.0f, 8.0f);
         float centerX = 9.0f;
         EXPECT_EQ(profile.detectWeld(line, &centerX), isFound);
-        EXPECT_EQ(exact(QList<float>{line.k, line.b, centerX}), exact(QList<float>{7.0f, b, x}));
+        EXPECT_EXACT(exact(QList<float>{line.k, line.b, centerX}), exact(QList<float>{7.0f, b, x}));
         expectPoints(profile, points);
     }
 }

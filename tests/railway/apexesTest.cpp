@@ -83,8 +83,8 @@ TEST(DetectApexes, EqualsItsDefinition) {
         QList<KxLine> lines{KxLine(1, 2)}, expectedLines;
         const KxProfile before = p;
         ASSERT_EQ(METRO_detectApexes(p, apexes, lines, maxDY), literalApexes(p, expectedApexes, expectedLines, maxDY));
-        ASSERT_EQ(exactLines(lines), exactLines(expectedLines));
-        ASSERT_EQ(exact(p.points, apexes.points), exact(before.points, expectedApexes.points));
+        ASSERT_EXACT(exactLines(lines), exactLines(expectedLines));
+        ASSERT_EXACT(exact(p.points, apexes.points), exact(before.points, expectedApexes.points));
         found += apexes.size() - 1;
     });
     EXPECT_GT(found, 500);

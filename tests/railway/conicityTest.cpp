@@ -184,12 +184,17 @@ TEST(Conicity, IsBitForBitThatOfTheLiteralMethod) {
                 }
             }
         }
+        InputLog input;
+        for (const KxProfile* const p : {&set.wheel1, &set.wheel2, &set.rail1, &set.rail2}) {
+            input.add(p->points);
+        }
+        const RoundReport report(20, round, input);
         Result r(set);
-        ASSERT_GT(r.count, 2) << round;
+        ASSERT_GT(r.count, 2);
         ASSERT_LE(r.conicity.points.first().x, 1.1f) << "else points of conicity 0 stand before";
         KxProfile expected;
         conicityByDefinition(r.deltaR, set.amplitudes, set.edgeMargin, expected);
-        EXPECT_EQ(exact(r.conicity.points), exact(expected.points)) << round;
+        EXPECT_EXACT(r.conicity.points, expected.points);
     }
 }
 

@@ -22,14 +22,14 @@ TEST(XYtoXYZ, DoublePrecisionRoundedOnce) {
             cloud.points = {KxPointXYZ(7, 8, 9)}; // stays
             isRolling ? METRO_XYtoXYZ(p, cloud, k, radius, step, index) : METRO_XYtoXYZ(p, cloud, k);
             ASSERT_EQ(cloud.size(), 1 + p.size());
-            ASSERT_EQ(exact(cloud.points[0]), exact(7, 8, 9));
+            ASSERT_EXACT(cloud.points[0], exact(7, 8, 9));
             for (int i = 0; i < p.size(); ++i) {
                 const double px = double(p.points[i].x), py = double(p.points[i].y);
                 const double X =
                     (sin(a) * cos(b) * cos(c) + sin(b) * sin(c)) * px + double(k.x) + cos(a) * cos(b) * py + Dx;
                 const double Y = (sin(a) * sin(b) * cos(c) - sin(c) * cos(b)) * px + double(k.y) + cos(a) * sin(b) * py;
                 const double Z = cos(a) * cos(c) * px + double(k.z) - sin(a) * py + Dz;
-                ASSERT_EQ(exact(cloud.points[i + 1]), exact(at(X, Y, Z))) << ", point " << i;
+                ASSERT_EXACT(cloud.points[i + 1], at(X, Y, Z)) << ", point " << i;
             }
         }
     });

@@ -64,7 +64,7 @@ TEST(WheelDefect, CountsPointsOffTheFit) {
         for (const int degree : {20, 0, -1, 1000000}) { // deliberately without a say
             EXPECT_EQ(METRO_detectWheelDefect(c.profile, degree, c.maxDeviation, c.pointsHigher), c.isSound);
         }
-        EXPECT_EQ(exact(before), exact(c.profile.points));
+        EXPECT_EXACT(before, c.profile.points);
     }
 }
 
@@ -159,6 +159,6 @@ TEST(DefectsInTrain, ReadsProfileZeroAgainUntilItIsGone) {
         judge.join();
         EXPECT_TRUE(isDone);
         // Wheels deliberately count from 0.
-        EXPECT_EQ(exact(marks[0], marks[1], marks[2]), exact(kUnmarked, isSound ? 0 : kUnmarked, kUnmarked));
+        EXPECT_EXACT(exact(marks[0], marks[1], marks[2]), exact(kUnmarked, isSound ? 0 : kUnmarked, kUnmarked));
     }
 }

@@ -127,7 +127,7 @@ TEST(DetectWheels, WheelFilesHoldTheCleanedProfile) {
     const double ys[] = {0, 2, 4.5, 4, 0, 3, 0, 0, 1, 1, 1, 4, 2};
     p.points = pointsFor(13, [&](int i) { return at(i, ys[i]); });
     const SettingsTable values{{"level_k", 0}, {"level_b", 5}, {"minPointsIn", 3}, {"maxdY", 2}};
-    EXPECT_EQ(exact(detectIn(p, 0, values + SettingsTable{{"wndSize", 4}})), exact(p.points.mid(8, 4)));
+    EXPECT_EXACT(detectIn(p, 0, values + SettingsTable{{"wndSize", 4}}), p.points.mid(8, 4));
     EXPECT_EQ(detectIn(p, 0, values + SettingsTable{{"wndSize", 4}, {"higherPoinInWnd", 2}}).size(), 12);
     EXPECT_EQ(detectIn(p, 0, values + SettingsTable{{"wndSize", 13}}).size(), 0);
 }

@@ -43,7 +43,7 @@ TEST(WheelsDist, OffsetsOfTheFirstHalvesPerpendicularToTheReferences) {
         const float distance = METRO_calcWheelsDist(c.left, c.right, c.refLeft, c.refRight, c.base);
         EXPECT_TRUE(std::isnan(c.expected) ? std::isnan(distance) : std::fabs(distance - c.expected) <= 4e-6f)
             << distance;
-        EXPECT_EQ(exact(c.left.size(), c.right.size()), halves);
+        EXPECT_EXACT(exact(c.left.size(), c.right.size()), halves);
     }
 }
 

@@ -140,7 +140,7 @@ TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
         second.points.append(KxPointXYZ(-9000, 9000, 0.5f));
         third.points.append(KxPointXYZ(20, 700, -1000));
         METRO_calcWheel(first, second, third, same);
-        EXPECT_EQ(exact(same.radius), exact(circle.radius));
+        EXPECT_EXACT(same.radius, circle.radius);
         second.points[13].z = 1; // the point far off becomes the mark
         METRO_calcWheel(first, second, third, same);
         EXPECT_GT(std::fabs(same.radius - circle.radius), 1.0f);
@@ -156,9 +156,9 @@ TEST(CalcWheel, CircleThroughTheMarksOfThreeArcs) {
         METRO_calcWheel(a, *missing, c, circle);
         METRO_calcWheel(a, b, *missing, circle);
     }
-    EXPECT_EQ(exact(circle.x, circle.y, circle.radius), exact(1, 2, 3));
+    EXPECT_EXACT(exact(circle.x, circle.y, circle.radius), exact(1, 2, 3));
     METRO_calcWheel(a, b, c, circle); // points on a line
-    EXPECT_EQ(exact(circle.x, circle.y, circle.radius), ExactList(3, exact(kNaN)));
+    EXPECT_EXACT(exact(circle.x, circle.y, circle.radius), ExactList(3, exact(kNaN)));
 }
 
 TEST(WheelParameters, S1002) {
@@ -216,8 +216,8 @@ TEST(WheelParameters, EqualTheirDefinition) {
         _WheelProfileValues v;
         METRO_calcWheelParameters(rim, circle, &v, &measured);
         const _WheelProfileValues expected = literalParameters(expectedRim, circle, expectedMeasured);
-        ASSERT_EQ(exactValues(v), exactValues(expected));
-        ASSERT_EQ(exact(measured.points, rim.points), exact(expectedMeasured.points, expectedRim.points));
+        ASSERT_EXACT(exactValues(v), exactValues(expected));
+        ASSERT_EXACT(exact(measured.points, rim.points), exact(expectedMeasured.points, expectedRim.points));
         complete += std::isnan(v.xAtLevel18 + v.widthLevel2ToH13) ? 0 : 1;
     });
     EXPECT_GT(complete, 50);

@@ -67,20 +67,20 @@ TEST(InstructionSets, TrigonometryIsThatOfTheStandardLibrary) {
             SCOPED_TRACE(static_cast<int>(set));
             QList<float> first(a.size()), second(a.size());
             detail::atanOf(a.data(), count, first.data(), set);
-            ASSERT_EQ(exact(first), exact(arcTangents));
+            ASSERT_EXACT(first, arcTangents);
             detail::sinesAndCosinesOf(a.data(), count, first.data(), second.data(), set);
-            ASSERT_EQ(exact(first), exact(sines));
-            ASSERT_EQ(exact(second), exact(cosines));
+            ASSERT_EXACT(first, sines);
+            ASSERT_EXACT(second, cosines);
             first = a;
             second = b;
             detail::toPolar(first.data(), second.data(), count, set);
-            ASSERT_EQ(exact(first), exact(radii));
-            ASSERT_EQ(exact(second), exact(angles));
+            ASSERT_EXACT(first, radii);
+            ASSERT_EXACT(second, angles);
             first = a;
             second = b;
             detail::fromPolar(first.data(), second.data(), count, set);
-            ASSERT_EQ(exact(first), exact(xs));
-            ASSERT_EQ(exact(second), exact(ys));
+            ASSERT_EXACT(first, xs);
+            ASSERT_EXACT(second, ys);
         }
     });
 }
@@ -97,7 +97,7 @@ TEST(InstructionSets, WindowsAreSummedInTheirOrder) {
         for (const InstructionSet set : instructionSets()) {
             QList<float> sums(count + detail::kWindowRoom);
             detail::windowSums(values.constData(), count, window, sums.data(), set);
-            ASSERT_EQ(exact(sums.first(count)), exact(expected));
+            ASSERT_EXACT(sums.first(count), expected);
         }
     });
 }
@@ -118,7 +118,7 @@ TEST(InstructionSets, BlocksAreSummedInTheirOrder) {
         }
         for (const InstructionSet set : instructionSets()) {
             const auto sums = detail::blockSums(starts.data(), std::ssize(starts), 1, width, set);
-            ASSERT_EQ(exact(QList<float>(sums.begin(), sums.end())), exact(expected));
+            ASSERT_EXACT(QList<float>(sums.begin(), sums.end()), expected);
         }
     });
 }
@@ -151,7 +151,7 @@ TEST(InstructionSets, SmoothedHeightsAreTheSame) {
             results.push_back(points);
             detail::smoothHeights(points.constData(), points.size(), maxStep, results.back().data(), set);
         }
-        ASSERT_EQ(exact(results.front()), exact(results.back()));
+        ASSERT_EXACT(results.front(), results.back());
     });
 }
 
@@ -177,7 +177,7 @@ TEST(InstructionSets, SamplesOfASplineAreTheSame) {
             }
             samples += static_cast<int>(result.size());
         }
-        ASSERT_EQ(exact(results.front()), exact(results.back()));
+        ASSERT_EXACT(results.front(), results.back());
     });
     EXPECT_GT(samples, 10000);
 }

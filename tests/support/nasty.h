@@ -1,6 +1,8 @@
 // Random input of the kind that breaks numeric code, the same in every run: ties, NaN, +-0, infinities, denormals.
 #pragma once
 
+#include "support/inputLog.h"
+
 #include <KxMath/KxPointCloud.h>
 
 #include <algorithm>
@@ -15,49 +17,47 @@ class Nasty {
 public:
     explicit Nasty(unsigned seed) : engine_(seed) { nextCase(); }
 
-    /// Draws the character of the values to come: how many differ, how many are special.
+    /// Draws the character of the values to come: how many differ, how many are special. Forgets the input so far.
     void nextCase() {
-        distinct_ = pick(std::array{2, 5, 40, 100000});
-        scale_ = pick(std::array{1.0f, 0.25f, 1e-3f, 37.7f});
-        specialPercent_ = pick(std::array{0, 0, 3, 25});
-        isHuge_ = specialPercent_ > 0 && chance(50);
+        distinct_ = draw(std::array{2, 5, 40, 100000});
+        scale_ = draw(std::array{1.0f, 0.25f, 1e-3f, 37.7f});
+        specialPercent_ = draw(std::array{0, 0, 3, 25});
+        isHuge_ = specialPercent_ > 0 && isDrawn(50);
+        input_.clear();
     }
 
     /// 0 up to, not including, `count`.
-    int below(int count) { return static_cast<int>(engine_() % static_cast<unsigned>(count)); }
-    bool chance(int percent) { return below(100) < percent; }
+    int below(int count) { return noted(drawBelow(count)); }
+    bool chance(int percent) { return noted(isDrawn(percent)); }
 
     template <typename Array>
     typename Array::value_type pick(const Array& choices) {
-        return choices[static_cast<std::size_t>(below(static_cast<int>(choices.size())))];
+        const int index = drawBelow(static_cast<int>(choices.size()));
+        const auto& choice = choices[static_cast<std::size_t>(index)];
+        if constexpr (std::is_arithmetic_v<typename Array::value_type>) {
+            input_.add(choice);
+        } else {
+            input_.add(index);
+        }
+        return choice;
     }
 
     /// A number of points from 0 to `max`, small ones more often.
-    int size(int max = 300) { return below(1 + std::min(max, pick(std::array{3, 8, 40, max}))); }
+    int size(int max = 300) { return noted(drawBelow(1 + std::min(max, draw(std::array{3, 8, 40, max})))); }
 
     /// An ordinary coordinate.
-    float plain() { return static_cast<float>(below(distinct_) - distinct_ / 2) * scale_; }
+    float plain() { return noted(drawPlain()); }
 
     /// A coordinate, special ones included as often as the case wants.
-    float value() { return chance(specialPercent_) ? special() : plain(); }
+    float value() { return noted(drawValue()); }
 
-    float special() {
-        using Limits = std::numeric_limits<float>;
-        constexpr std::array kTame{Limits::quiet_NaN(), Limits::quiet_NaN(), 0.0f, -0.0f, Limits::denorm_min(), 1e-20f};
-        constexpr std::array kHuge{
-            Limits::infinity(), -Limits::infinity(), Limits::max(), Limits::lowest(), 1e20f, -3e9f, 1e-38f};
-        return isHuge_ && chance(60) ? pick(kHuge) : pick(kTame);
-    }
+    float special() { return noted(drawSpecial()); }
 
     template <typename Point>
     Point point() {
-        if constexpr (std::is_same_v<Point, KxMath::KxPointXY>) {
-            return {value(), value()}; // in braces: drawn from left to right
-        } else if constexpr (std::is_same_v<Point, KxMath::KxPointXYZ>) {
-            return {value(), value(), value()};
-        } else {
-            return {value(), value(), value(), static_cast<unsigned>(engine_())};
-        }
+        const Point p = drawPoint<Point>();
+        input_.addPoint(p);
+        return p;
     }
 
     /// Points in random order, in scan order (x rising) or reversed.
@@ -65,18 +65,58 @@ public:
     QList<Point> points(int count) {
         QList<Point> all;
         all.reserve(count);
-        const int order = below(4);
+        const int order = drawBelow(4);
         for (int i = 0; i < count; ++i) {
-            Point p = point<Point>();
-            if (order >= 2 && !chance(specialPercent_)) {
+            Point p = drawPoint<Point>();
+            if (order >= 2 && !isDrawn(specialPercent_)) {
                 p.x = static_cast<float>(order == 2 ? i / 2 : count - i) * scale_;
             }
             all.append(p);
         }
+        input_.add(all);
         return all;
     }
 
+    /// What was drawn since nextCase(). A test may add what it made of it.
+    InputLog& input() { return input_; }
+
 private:
+    template <typename Number>
+    Number noted(Number drawn) {
+        input_.add(drawn);
+        return drawn;
+    }
+
+    int drawBelow(int count) { return static_cast<int>(engine_() % static_cast<unsigned>(count)); }
+    bool isDrawn(int percent) { return drawBelow(100) < percent; }
+    float drawPlain() { return static_cast<float>(drawBelow(distinct_) - distinct_ / 2) * scale_; }
+    float drawValue() { return isDrawn(specialPercent_) ? drawSpecial() : drawPlain(); }
+
+    template <typename Array>
+    typename Array::value_type draw(const Array& choices) {
+        return choices[static_cast<std::size_t>(drawBelow(static_cast<int>(choices.size())))];
+    }
+
+    float drawSpecial() {
+        using Limits = std::numeric_limits<float>;
+        constexpr std::array kTame{Limits::quiet_NaN(), Limits::quiet_NaN(), 0.0f, -0.0f, Limits::denorm_min(), 1e-20f};
+        constexpr std::array kHuge{
+            Limits::infinity(), -Limits::infinity(), Limits::max(), Limits::lowest(), 1e20f, -3e9f, 1e-38f};
+        return isHuge_ && isDrawn(60) ? draw(kHuge) : draw(kTame);
+    }
+
+    template <typename Point>
+    Point drawPoint() {
+        if constexpr (std::is_same_v<Point, KxMath::KxPointXY>) {
+            return {drawValue(), drawValue()}; // in braces: drawn from left to right
+        } else if constexpr (std::is_same_v<Point, KxMath::KxPointXYZ>) {
+            return {drawValue(), drawValue(), drawValue()};
+        } else {
+            return {drawValue(), drawValue(), drawValue(), static_cast<unsigned>(engine_())};
+        }
+    }
+
+    InputLog input_;
     std::mt19937 engine_;
     int distinct_ = 1;
     float scale_ = 1.0f;

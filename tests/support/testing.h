@@ -1,7 +1,7 @@
 // What tests of clouds and profiles share: limits, marked ranges, rounds of nasty input, the order by exchanges.
 #pragma once
 
-#include "support/bits.h"
+#include "support/comparison.h"
 #include "support/nasty.h"
 
 #include <KxMath/KxMath.h>
@@ -42,13 +42,13 @@ auto pointsFor(int count, Make make) {
     return points;
 }
 
-/// Calls `check` with nasty input round by round, until one of them fails.
+/// Calls `check` with nasty input round by round, until one of them fails, and shows the input of that one.
 template <typename Check>
 void forNasty(unsigned seed, int rounds, Check check) {
     Nasty nasty(seed);
     for (int round = 0; round < rounds && !testing::Test::HasFailure(); ++round) {
-        SCOPED_TRACE(testing::Message() << "round " << round);
         nasty.nextCase();
+        const RoundReport report(seed, round, nasty.input());
         check(nasty);
     }
 }
