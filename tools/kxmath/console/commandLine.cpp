@@ -3,7 +3,30 @@
 
 #include "tools/kxmath/console/console.h"
 
+#include <KxInspect/Error.h>
+
 namespace kxtool {
+
+namespace {
+
+ExitCode exitCodeOf(KxInspect::ErrorKind kind) {
+    switch (kind) {
+    case KxInspect::ErrorKind::NoResult:
+        return NoResult;
+    case KxInspect::ErrorKind::BadArgument:
+        return WrongUse;
+    case KxInspect::ErrorKind::Unwritable:
+        return OutputFailed;
+    case KxInspect::ErrorKind::NotFound:
+    case KxInspect::ErrorKind::Unreadable:
+    case KxInspect::ErrorKind::Damaged:
+    case KxInspect::ErrorKind::Unsuitable:
+        break;
+    }
+    return BadInput;
+}
+
+} // namespace
 
 void failUse(const QString& message) {
     throw CommandError{WrongUse, message};
@@ -19,6 +42,9 @@ int runCommand(const char* command, const std::function<int()>& body) {
     } catch (const CommandError& error) {
         printLine(command, error.message);
         return error.code;
+    } catch (const KxInspect::Error& error) {
+        printLine(command, QString::fromUtf8(error.what()));
+        return exitCodeOf(error.kind());
     }
 }
 

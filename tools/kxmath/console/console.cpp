@@ -53,6 +53,18 @@ void Progress::wipe() {
     show({});
 }
 
+KxInspect::Progress Progress::callback() {
+    return [this](const std::string& step, double part) {
+        const QString text = QString::fromStdString(step);
+        if (text != step_) {
+            this->step(text);
+        }
+        if (part > 0.0) {
+            this->part(static_cast<qint64>(part * 1000.0), 1000);
+        }
+    };
+}
+
 void Progress::show(const QString& text) {
     if (isShown_) {
         std::fprintf(stderr, "\r\033[K%s", text.toLocal8Bit().constData());

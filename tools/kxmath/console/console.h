@@ -3,6 +3,8 @@
 
 #include "tools/kxmath/console/exitCodes.h"
 
+#include <KxInspect/Progress.h>
+
 #include <QtCore/QString>
 
 namespace kxtool {
@@ -26,6 +28,9 @@ public:
     /// The part of the step that is done. Prints only when the percentage changes.
     void part(qint64 done, qint64 all);
     void wipe();
+
+    /// Shows what a library call reports while this lives.
+    KxInspect::Progress callback();
 
 private:
     void show(const QString& text);

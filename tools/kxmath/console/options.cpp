@@ -1,0 +1,185 @@
+// The options and arguments of a command, with one wording for each mistake.
+#include "tools/kxmath/console/options.h"
+
+#include "tools/kxmath/console/commandError.h"
+#include "tools/kxmath/console/console.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kxtool {
+
+namespace {
+
+constexpr double kLargest = static_cast<double>(std::numeric_limits<float>::max());
+
+QString optionText(const char* name) {
+    return QStringLiteral("--") + QLatin1String(name);
+}
+
+/// The bounds behind the word for what is bounded: "a number from 1 to 5".
+QString needText(const QString& what, const Bounds& bounds) {
+    const QString min = QString::number(bounds.min, 'g', 10);
+    const QString max = QString::number(bounds.max, 'g', 10);
+    if (std::isinf(bounds.min) && std::isinf(bounds.max)) {
+        return what;
+    }
+    if (bounds.isAboveMin) {
+        return std::isinf(bounds.max) ? QStringLiteral("%1 above %2").arg(what, min)
+                                      : QStringLiteral("%1 above %2, up to %3").arg(what, min, max);
+    }
+    if (std::isinf(bounds.max)) {
+        return QStringLiteral("%1 from %2 on").arg(what, min);
+    }
+    return std::isinf(bounds.min) ? QStringLiteral("%1 up to %2").arg(what, max)
+                                  : QStringLiteral("%1 from %2 to %3").arg(what, min, max);
+}
+
+bool holds(const Bounds& bounds, double value) {
+    const bool isAbove = bounds.isAboveMin ? value > bounds.min : value >= bounds.min;
+    return std::isfinite(value) && isAbove && value <= bounds.max; // NaN: false
+}
+
+} // namespace
+
+Options::Options(const char* command, const char* usage, const QString& description, const char* details)
+    : command_(command), usage_(usage), details_(details) {
+    parser_.setApplicationDescription(description);
+}
+
+void Options::addArgument(const char* name, const QString& help) {
+    parser_.addPositionalArgument(QLatin1String(name), help);
+}
+
+void Options::addFlag(const char* name, const QString& help) {
+    parser_.addOption({QLatin1String(name), help});
+}
+
+void Options::addOption(const char* name, const QString& help, const char* value, const QString& byDefault) {
+    parser_.addOption({QLatin1String(name), help, QLatin1String(value), byDefault});
+}
+
+bool Options::parse(const QStringList& arguments) {
+    const QCommandLineOption help = parser_.addHelpOption();
+    if (!parser_.parse(arguments)) {
+        const QString why = parser_.errorText();
+        fail(why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
+    }
+    if (!parser_.isSet(help)) {
+        return true;
+    }
+    QString text = parser_.helpText();
+    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the command
+    printOutput(QStringLiteral("Usage: kxmath %1 %2\n").arg(QLatin1String(command_), QLatin1String(usage_)) + text +
+                QLatin1String(details_));
+    return false;
+}
+
+bool Options::isSet(const char* name) const {
+    return parser_.isSet(QLatin1String(name));
+}
+
+QString Options::text(const char* name) const {
+    return parser_.value(QLatin1String(name));
+}
+
+QStringList Options::texts(const char* name) const {
+    return parser_.values(QLatin1String(name));
+}
+
+QString Options::needed(const char* name) const {
+    if (!isSet(name) || text(name).isEmpty()) {
+        fail(optionText(name) + QStringLiteral(" is needed"));
+    }
+    return text(name);
+}
+
+QString Options::oneOf(const char* name, const QStringList& choices) const {
+    if (!choices.contains(text(name))) {
+        failNeed(optionText(name), QStringLiteral("one of ") + choices.join(QStringLiteral(", ")), text(name));
+    }
+    return text(name);
+}
+
+float Options::number(const char* name, const Bounds& bounds) const {
+    const Bounds representable{std::max(bounds.min, -kLargest), std::min(bounds.max, kLargest), bounds.isAboveMin};
+    const double value = toNumber(text(name), optionText(name), bounds);
+    if (!holds(representable, value)) {
+        failNeed(optionText(name), needText(QStringLiteral("a number"), representable), text(name));
+    }
+    return static_cast<float>(value);
+}
+
+std::optional<float> Options::numberIfSet(const char* name, const Bounds& bounds) const {
+    return isSet(name) ? std::optional(number(name, bounds)) : std::nullopt;
+}
+
+int Options::wholeNumber(const char* name, int min, int max) const {
+    return toWholeNumber(text(name), optionText(name), min, max);
+}
+
+std::vector<float> Options::numbers(const char* name, int count, const Bounds& bounds, char separator) const {
+    const QStringList fields = text(name).split(QLatin1Char(separator));
+    std::vector<float> values;
+    for (const QString& field : fields) {
+        bool isNumber = false;
+        const float value = field.toFloat(&isNumber);
+        if (isNumber && holds(bounds, static_cast<double>(value))) {
+            values.push_back(value);
+        }
+    }
+    if (fields.size() != count || static_cast<int>(values.size()) != count) {
+        const QString need = needText(QStringLiteral("%1 numbers").arg(count), bounds);
+        failNeed(optionText(name), QStringLiteral("%1 with '%2' between them").arg(need).arg(QLatin1Char(separator)),
+                 text(name));
+    }
+    return values;
+}
+
+OutputFile Options::output(const char* name) const {
+    if (isSet(name) && text(name).isEmpty()) {
+        failNeed(optionText(name), QStringLiteral("the name of a file"), text(name));
+    }
+    return {optionText(name), text(name)};
+}
+
+QStringList Options::arguments(const char* what, int min, int max) const {
+    const QStringList given = parser_.positionalArguments();
+    if (given.size() < min || given.size() > max) {
+        const QString count = min == max ? QString::number(min) : QStringLiteral("%1 or more").arg(min);
+        fail(QStringLiteral("%1 %2 needed, got %3").arg(count, QLatin1String(what)).arg(given.size()));
+    }
+    return given;
+}
+
+double Options::toNumber(const QString& text, const QString& what, const Bounds& bounds) const {
+    bool isNumber = false;
+    const double value = text.toDouble(&isNumber);
+    if (!isNumber || !holds(bounds, value)) {
+        failNeed(what, needText(QStringLiteral("a number"), bounds), text);
+    }
+    return value;
+}
+
+int Options::toWholeNumber(const QString& text, const QString& what, int min, int max) const {
+    bool isNumber = false;
+    const int value = text.toInt(&isNumber);
+    if (!isNumber || value < min || value > max) {
+        const bool isOpen = max == std::numeric_limits<int>::max();
+        const bool isFree = isOpen && min == std::numeric_limits<int>::min();
+        const Bounds bounds{isFree ? -INFINITY : static_cast<double>(min),
+                            isOpen ? INFINITY : static_cast<double>(max)};
+        failNeed(what, needText(QStringLiteral("a whole number"), bounds), text);
+    }
+    return value;
+}
+
+void Options::failNeed(const QString& what, const QString& need, const QString& text) const {
+    fail(QStringLiteral("%1 needs %2, got '%3'").arg(what, need, text));
+}
+
+void Options::fail(const QString& message) const {
+    throw CommandError{WrongUse, QStringLiteral("%1, see kxmath %2 --help").arg(message, QLatin1String(command_))};
+}
+
+} // namespace kxtool
