@@ -1,4 +1,4 @@
-// Points that stand apart from all others.
+// Points without a neighbour.
 #include "cloud/isolatedPoints.h"
 
 #include "geometry/squareOfDistance.h"
@@ -19,7 +19,7 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-/// The comparison of all pairs, four at a time, for few members with finite coordinates.
+/// Compares all pairs, for few members with finite coordinates. On vectors that is quicker than any index.
 class AllPairs {
 public:
     static constexpr std::size_t kMost = 256;
@@ -33,7 +33,7 @@ public:
             y_[i] = member.y;
             z_[i++] = member.z;
         }
-        for (; i % 4 != 0; ++i) { // at infinity they are nobody's neighbours
+        for (; i % 4 != 0; ++i) { // padding: a point at infinity is nobody's neighbour
             x_[i] = y_[i] = z_[i] = kInfinity;
         }
     }
@@ -49,7 +49,7 @@ public:
 private:
     bool hasNeighbour(std::size_t i) const {
         for (std::size_t four = 0; four < members_.size(); four += 4) {
-            Answers4 areNear = areNeighbours(i, four);
+            Mask4 areNear = areNeighbours(i, four);
             if (four == i / 4 * 4) {
                 areNear[i % 4] = 0; // the member itself
             }
@@ -60,11 +60,11 @@ private:
         return false;
     }
 
-    Answers4 areNeighbours(std::size_t i, std::size_t four) const {
+    Mask4 areNeighbours(std::size_t i, std::size_t four) const {
         const Float4 dx = x_[i] - loadFloat4(&x_[four]);
         const Float4 dy = y_[i] - loadFloat4(&y_[four]);
         const Float4 dz = z_[i] - loadFloat4(&z_[four]);
-        return squareOfDistance(dx, dy, dz) <= maxSquare_; // NaN: no
+        return squareOfDistance(dx, dy, dz) <= maxSquare_; // NaN: false
     }
 
     using Coordinates = std::array<float, kMost>;

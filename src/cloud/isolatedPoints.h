@@ -1,4 +1,4 @@
-// Points that stand apart from all others.
+// Points without a neighbour.
 #pragma once
 
 #include "cloud/numberedPoint.h"
@@ -8,8 +8,8 @@
 
 namespace KxMath::detail {
 
-/// Appends the numbers of those of `members`, none with a NaN coordinate, whose smallest KxPointXYZ::calcDistance()
-/// to another member is greater than `maxDist`. Distances that are NaN (between infinities) do not count; a member
+/// Appends the numbers of the isolated members: those whose smallest KxPointXYZ::calcDistance() to another member is
+/// greater than `maxDist`. No coordinate is NaN. Distances that are NaN (between infinities) do not count; a member
 /// without any other distance is not isolated. Takes O(m log m) for m members.
 void appendIsolated(std::vector<std::uint32_t>& isolated, const std::vector<NumberedPoint>& members, float maxDist);
 

@@ -12,7 +12,7 @@
 
 namespace KxMath::detail {
 
-/// Loads a point. Of points in space 16 bytes are read, whatever their size; the fourth number has no meaning.
+/// Loads a point. Of points in space 16 bytes are read, whatever their size; the fourth lane has no meaning.
 template <typename Point>
 Coordinates loadCoordinates(const Point* p) {
     if constexpr (kHasZ<Point>) {
@@ -43,8 +43,8 @@ bool isRangeKnown(const Cloud& cloud) {
     return isKnownInPlane;
 }
 
-/// Gives a bound that came out as 0 the sign of the first zero in order, which the bound met before its equals: 0 and
-/// -0 are neither lower nor higher than one another.
+/// Gives a bound that came out as 0 the sign of the first zero among the points. 0 and -0 compare equal, so that a
+/// bound keeps the one that it met first; the unrolled loop meets them in another order.
 template <typename Point>
 void takeFirstZero(float& bound, float before, float Point::*coordinate, const Point* points, qsizetype count) {
     if (bound != 0.0f || before == 0.0f) {
@@ -58,7 +58,7 @@ void takeFirstZero(float& bound, float before, float Point::*coordinate, const P
 /// Widens the range of a cloud by points, with the result of one after the other.
 template <typename Cloud, typename Point>
 void widenRange(Cloud& cloud, const Point* points, qsizetype count) {
-    constexpr int kChains = 4; // independent of each other, so that none waits for the one before
+    constexpr int kUnroll = 4; // independent bounds: a comparison does not wait for the one before
     const Point* const end = points + count;
     // One by one while a bound is unknown: only then may a NaN become a bound.
     for (; points != end && !isRangeKnown<Point>(cloud); ++points) {
@@ -67,20 +67,21 @@ void widenRange(Cloud& cloud, const Point* points, qsizetype count) {
     const Point* const known = points;
     const Coordinates minBefore = {cloud.minX, cloud.minY, cloud.minZ, 0.0f};
     const Coordinates maxBefore = {cloud.maxX, cloud.maxY, cloud.maxZ, 0.0f};
-    std::array<Coordinates, kChains> min;
-    std::array<Coordinates, kChains> max;
+    std::array<Coordinates, kUnroll> min;
+    std::array<Coordinates, kUnroll> max;
     min.fill(minBefore);
     max.fill(maxBefore);
-    for (; end - points > kChains; points += kChains) { // the last point has nothing behind it
-        for (int chain = 0; chain < kChains; ++chain) {
-            const Coordinates v = loadCoordinates(points + chain);
-            min[chain] = lowerOf(v, min[chain]);
-            max[chain] = upperOf(v, max[chain]);
+    for (; end - points > kUnroll;
+         points += kUnroll) { // more than 12 bytes of a point are loaded: never of the last one
+        for (int u = 0; u < kUnroll; ++u) {
+            const Coordinates v = loadCoordinates(points + u);
+            min[u] = minOf(v, min[u]);
+            max[u] = maxOf(v, max[u]);
         }
     }
-    for (int chain = 1; chain < kChains; ++chain) {
-        min[0] = lowerOf(min[chain], min[0]);
-        max[0] = upperOf(max[chain], max[0]);
+    for (int u = 1; u < kUnroll; ++u) {
+        min[0] = minOf(min[u], min[0]);
+        max[0] = maxOf(max[u], max[0]);
     }
     const auto settle = [&](float Point::*coordinate, int lane, float& low, float& high) {
         low = min[0][lane];

@@ -15,12 +15,12 @@ namespace KxMath {
 namespace {
 
 /// Positions from `begin` up to, not including, `end`.
-struct Stretch {
+struct Range {
     qsizetype begin;
     qsizetype end;
 };
 
-/// Removes points by ascending positions, each of which there is and stands once.
+/// Removes points by ascending positions, all of them valid and different.
 template <typename Point>
 void removeDifferent(QList<Point>& points, const QList<int>& positions) {
     Point* const data = points.data();
@@ -34,8 +34,8 @@ void removeDifferent(QList<Point>& points, const QList<int>& positions) {
     points.resize(points.size() - positions.size());
 }
 
-/// Sorts positions that are all different and below `size` by marking them. @return false when they are not; they stay
-/// as they are then
+/// Sorts positions that are all different and below `size` by marking them in a bit set. @return false when they are
+/// not; nothing has changed then
 bool sortByMarking(QList<int>& positions, qsizetype size) {
     constexpr qsizetype kBits = 64;
     std::vector<std::uint64_t> marks(static_cast<std::size_t>(size / kBits + 1));
@@ -61,7 +61,7 @@ bool sortByMarking(QList<int>& positions, qsizetype size) {
 
 /// Sorts the positions of points to remove from a cloud of `size`.
 void sortPositions(QList<int>& positions, qsizetype size) {
-    constexpr qsizetype kWorthwhile = 64; // of so many points one has to go for marking to be quicker
+    constexpr qsizetype kWorthwhile = 64; // marking is quicker when more than one point of this many is removed
     const bool isSorted = std::is_sorted(positions.cbegin(), positions.cend());
     if (!isSorted && (positions.size() < size / kWorthwhile || !sortByMarking(positions, size))) {
         std::sort(positions.begin(), positions.end());
@@ -81,9 +81,10 @@ int removePositions(QList<Point>& points, QList<int>& positions) {
         return static_cast<int>(sorted.size());
     }
 
-    // From the largest position on: what stays at and behind the current position, nearest stretch last. A position
-    // removes the first point of the nearest stretch; repeated, the point that has moved up to it.
-    QList<Stretch> kept;
+    // The definition removes one point after the other, from the largest position on. `kept` holds the ranges that stay
+    // at and behind the current position, the nearest one last. A position removes the first point of the nearest
+    // range; a repeated position the point that has moved up to it.
+    QList<Range> kept;
     qsizetype count = points.size();
     qsizetype tailBegin = points.size();
     int counted = 0;
@@ -111,8 +112,8 @@ int removePositions(QList<Point>& points, QList<int>& positions) {
 
     Point* const data = points.data();
     Point* target = data + tailBegin;
-    for (auto stretch = kept.crbegin(); stretch != kept.crend(); ++stretch) {
-        target = std::copy(data + stretch->begin, data + stretch->end, target);
+    for (auto range = kept.crbegin(); range != kept.crend(); ++range) {
+        target = std::copy(data + range->begin, data + range->end, target);
     }
     points.resize(count);
     return counted;

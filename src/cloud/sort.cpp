@@ -53,7 +53,7 @@ void sortInSpace(Cloud& cloud, KxSortOrder first, KxSortOrder second) {
         begin, cloud.size(), ranges, [](const auto& p) { return p.x; }, first == KxSortAscending);
 }
 
-/// What a run of equal z leaves in the index.
+/// A run of equal z, as the index holds it.
 struct Run {
     float z;
     int value;
@@ -62,13 +62,13 @@ struct Run {
 /// The runs but for the first one.
 template <typename Point>
 std::vector<Run> runsBehindFirst(const QList<Point>& points) {
-    constexpr qsizetype kAtOnce = 32;
+    constexpr qsizetype kBlock = 32;
     std::vector<Run> runs;
     const Point* const data = points.constData();
     const qsizetype count = points.size();
-    for (qsizetype begin = 1; begin < count; begin += kAtOnce) {
-        const qsizetype end = std::min(count, begin + kAtOnce);
-        int changes = 0; // most points are of the run before
+    for (qsizetype begin = 1; begin < count; begin += kBlock) {
+        const qsizetype end = std::min(count, begin + kBlock);
+        int changes = 0; // counted without branches; most blocks have none
         for (qsizetype i = begin; i < end; ++i) {
             changes += data[i].z != data[i - 1].z ? 1 : 0; // NaN: 1, each is a run of its own
         }
@@ -82,8 +82,8 @@ std::vector<Run> runsBehindFirst(const QList<Point>& points) {
     return runs;
 }
 
-/// What inserting the runs one after the other makes of a map, none of them being NaN: a key stays as it was first
-/// inserted, a value as it was last.
+/// The map that inserting the runs one after the other makes, none of them being NaN: a key is that of its first
+/// insertion (0 or -0), a value that of its last. Sorted first, each insertion is at the end and takes constant time.
 QMap<float, int> indexOf(std::vector<Run>& runs) {
     detail::stableSortAroundNaN(
         runs.data(), runs.data() + runs.size(), [](const Run& run) { return run.z; }, true);

@@ -34,15 +34,15 @@ void scaleCoordinate(QList<Point>& points, float Point::*coordinate, float facto
 
 /// Turns all points by `deg` degrees in the plane of two coordinates, from +first towards +second.
 void rotateInPlane(QList<KxPointXYZ>& points, float KxPointXYZ::*first, float KxPointXYZ::*second, float deg) {
-    std::array<float, detail::kPolarPortion> as;
-    std::array<float, detail::kPolarPortion> bs;
+    std::array<float, detail::kPolarBlock> as;
+    std::array<float, detail::kPolarBlock> bs;
     KxPointXYZ* const data = points.data();
-    for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarPortion) {
-        const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarPortion);
-        KxPointXYZ* const portion = data + begin;
+    for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarBlock) {
+        const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarBlock);
+        KxPointXYZ* const block = data + begin;
         for (qsizetype i = 0; i < count; ++i) {
-            as[static_cast<std::size_t>(i)] = portion[i].*first;
-            bs[static_cast<std::size_t>(i)] = portion[i].*second;
+            as[static_cast<std::size_t>(i)] = block[i].*first;
+            bs[static_cast<std::size_t>(i)] = block[i].*second;
         }
         detail::toPolar(as.data(), bs.data(), count);
         for (qsizetype i = 0; i < count; ++i) {
@@ -50,8 +50,8 @@ void rotateInPlane(QList<KxPointXYZ>& points, float KxPointXYZ::*first, float Kx
         }
         detail::fromPolar(as.data(), bs.data(), count);
         for (qsizetype i = 0; i < count; ++i) {
-            portion[i].*first = as[static_cast<std::size_t>(i)];
-            portion[i].*second = bs[static_cast<std::size_t>(i)];
+            block[i].*first = as[static_cast<std::size_t>(i)];
+            block[i].*second = bs[static_cast<std::size_t>(i)];
         }
     }
 }

@@ -5,24 +5,24 @@
 
 namespace KxMath::detail {
 
-std::array<float, kBlocksAtOnce> blockSums(const float* const* rows, std::ptrdiff_t rowCount, std::ptrdiff_t column,
-                                           std::ptrdiff_t width, InstructionSet instructions) {
-    std::array<float, kBlocksAtOnce> results;
+std::array<float, kBlocksPerCall> blockSums(const float* const* rows, std::ptrdiff_t rowCount, std::ptrdiff_t column,
+                                            std::ptrdiff_t width, InstructionSet instructions) {
+    std::array<float, kBlocksPerCall> results;
     runOn(instructions, [=, &results]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Floats = typename Vectors<kBytes>::Floats;
-        constexpr std::ptrdiff_t kFloats = Vectors<kBytes>::kFloats;
-        constexpr std::size_t kGroups = static_cast<std::size_t>(kBlocksAtOnce / kFloats);
-        std::array<Floats, kGroups> sums{};
+        constexpr std::ptrdiff_t kLanes = Vectors<kBytes>::kFloatLanes;
+        constexpr std::ptrdiff_t kUnroll = kBlocksPerCall / kLanes;
+        std::array<Floats, static_cast<std::size_t>(kUnroll)> sums{};
         for (std::ptrdiff_t r = 0; r < rowCount; ++r) {
             const float* const cells = rows[r] + column;
             for (std::ptrdiff_t c = 0; c < width; ++c) {
-                for (std::size_t group = 0; group < kGroups; ++group) {
-                    sums[group] += loadVector<Floats>(cells + c + kFloats * static_cast<std::ptrdiff_t>(group));
+                for (std::ptrdiff_t u = 0; u < kUnroll; ++u) {
+                    sums[static_cast<std::size_t>(u)] += loadVector<Floats>(cells + c + kLanes * u);
                 }
             }
         }
-        for (std::size_t group = 0; group < kGroups; ++group) {
-            storeVector(results.data() + kFloats * static_cast<std::ptrdiff_t>(group), sums[group]);
+        for (std::ptrdiff_t u = 0; u < kUnroll; ++u) {
+            storeVector(results.data() + kLanes * u, sums[static_cast<std::size_t>(u)]);
         }
     });
     return results;

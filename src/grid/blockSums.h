@@ -8,13 +8,13 @@
 
 namespace KxMath::detail {
 
-/// So many neighbouring blocks are summed side by side.
-inline constexpr int kBlocksAtOnce = 32;
+/// The number of adjacent blocks that are summed by one call.
+inline constexpr int kBlocksPerCall = 32;
 
-/// Sums of kBlocksAtOnce blocks, the first one `width` cells wide from `column` on and each next one a column further
+/// Sums of kBlocksPerCall blocks, the first one `width` cells wide from `column` on and each next one a column further
 /// to the right. Each begins with 0 and adds the cells of one row after the other.
-/// @param rows the first cells of `rowCount` rows, which reach kBlocksAtOnce - 1 cells beyond the first block
-std::array<float, kBlocksAtOnce> blockSums(const float* const* rows, std::ptrdiff_t rowCount, std::ptrdiff_t column,
-                                           std::ptrdiff_t width, InstructionSet instructions);
+/// @param rows the first cells of `rowCount` rows, which reach kBlocksPerCall - 1 cells beyond the first block
+std::array<float, kBlocksPerCall> blockSums(const float* const* rows, std::ptrdiff_t rowCount, std::ptrdiff_t column,
+                                            std::ptrdiff_t width, InstructionSet instructions);
 
 } // namespace KxMath::detail

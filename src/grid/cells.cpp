@@ -1,84 +1,91 @@
-// Stretches of a row of a height map.
+// Parts of a row of a height map.
 #include "grid/cells.h"
 
 #include "rounding/bounds.h"
 #include "simd/float4.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 namespace KxMath::detail {
 
 namespace {
 
-constexpr int kGroups = 4;
-constexpr int kSideBySide = 4 * kGroups;
+/// Counts the true lanes of masks in independent vectors.
+template <std::size_t kBytes>
+struct LaneCounts {
+    using Mask = typename Vectors<kBytes>::FloatMask;
+    static constexpr int kLanes = static_cast<int>(Vectors<kBytes>::kFloatLanes);
+    static constexpr int kUnroll = 4;
+    static constexpr int kBlock = kLanes * kUnroll;
 
-/// Counts answers in four places at once.
-struct Counter {
-    Answers4 places[kGroups] = {};
+    std::array<Mask, kUnroll> counts{};
 
-    int total() const {
-        const Answers4 sum = (places[0] + places[1]) + (places[2] + places[3]);
-        return sum[0] + sum[1] + sum[2] + sum[3];
+    [[gnu::always_inline]] void add(int u, Mask mask) { counts[static_cast<std::size_t>(u)] -= mask; } // true is -1
+
+    [[gnu::always_inline]] int total() const {
+        const Mask sum = (counts[0] + counts[1]) + (counts[2] + counts[3]);
+        int total = 0;
+        for (int lane = 0; lane < kLanes; ++lane) {
+            total += sum[lane];
+        }
+        return total;
     }
 };
 
-/// Writes the coordinates of four points one point after the other.
-void storePoints(Float4 x, Float4 y, Float4 z, float* to) {
-    const Float4 low = __builtin_shufflevector(x, y, 0, 4, 1, 5);
-    const Float4 high = __builtin_shufflevector(x, y, 2, 6, 3, 7);
-    const Float4 endOfSecond = __builtin_shufflevector(low, z, 3, 4, 3, 4);
-    storeFloat4(to, __builtin_shufflevector(low, z, 0, 1, 4, 2));
-    storeFloat4(to + 4, __builtin_shufflevector(endOfSecond, high, 0, 1, 4, 5));
-    storeFloat4(to + 8, __builtin_shufflevector(high, z, 4, 2, 3, 5));
-}
-
 } // namespace
 
-int countFilled(const float* cells, int count) {
-    Counter filled;
+int countFilled(const float* cells, int count, InstructionSet instructions) {
+    int filled = 0;
     int c = 0;
-    for (; count - c >= kSideBySide; c += kSideBySide) {
-        for (int group = 0; group < kGroups; ++group) {
-            const Float4 v = loadFloat4(cells + c + 4 * group);
-            filled.places[group] -= v == v; // -1 for yes
+    runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
+        using Counts = LaneCounts<kBytes>;
+        Counts counts;
+        for (; count - c >= Counts::kBlock; c += Counts::kBlock) {
+            for (int u = 0; u < Counts::kUnroll; ++u) {
+                const auto v = loadVector<typename Vectors<kBytes>::Floats>(cells + c + Counts::kLanes * u);
+                counts.add(u, v == v);
+            }
         }
-    }
-    return filled.total() + static_cast<int>(std::count_if(cells + c, cells + count, [](float v) { return v == v; }));
+        filled = counts.total();
+    });
+    return filled + static_cast<int>(std::count_if(cells + c, cells + count, [](float v) { return v == v; }));
 }
 
 int emptyAll(float* cells, int count) {
     const int emptied = countFilled(cells, count);
     for (int c = 0; c < count && emptied > 0; ++c) {
-        cells[c] = cells[c] == cells[c] ? kNaN : cells[c];
+        cells[c] = cells[c] == cells[c] ? kNaN : cells[c]; // an empty cell keeps the bits of its NaN
     }
     return emptied;
 }
 
-int emptyOutside(float* cells, int count, float min, float max) {
-    constexpr Float4 kEmpty = {kNaN, kNaN, kNaN, kNaN};
-    const Float4 lowest = {min, min, min, min};
-    const Float4 highest = {max, max, max, max};
-    Counter emptied;
+int emptyOutside(float* cells, int count, float min, float max, InstructionSet instructions) {
+    int emptied = 0;
     int c = 0;
-    for (; count - c >= kSideBySide; c += kSideBySide) {
-        for (int group = 0; group < kGroups; ++group) {
-            float* const cell = cells + c + 4 * group;
-            const Float4 v = loadFloat4(cell);
-            const Answers4 isOutside = (v < lowest) | (v > highest); // NaN: false
-            emptied.places[group] -= isOutside;
-            storeFloat4(cell, select(isOutside, kEmpty, v));
+    runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
+        using Floats = typename Vectors<kBytes>::Floats;
+        using Counts = LaneCounts<kBytes>;
+        Counts counts;
+        for (; count - c >= Counts::kBlock; c += Counts::kBlock) {
+            for (int u = 0; u < Counts::kUnroll; ++u) {
+                float* const cell = cells + c + Counts::kLanes * u;
+                const Floats v = loadVector<Floats>(cell);
+                const auto isOutside = (v < min) | (v > max); // NaN: false
+                counts.add(u, isOutside);
+                storeVector(cell, select(isOutside, broadcast<Floats>(kNaN), v));
+            }
         }
-    }
-    int rest = 0;
+        emptied = counts.total();
+    });
     for (; c < count; ++c) {
         if (cells[c] < min || cells[c] > max) { // NaN: false
             cells[c] = kNaN;
-            ++rest;
+            ++emptied;
         }
     }
-    return emptied.total() + rest;
+    return emptied;
 }
 
 KxPointXYZ* writeFilled(const float* cells, int row, int begin, int end, float step, KxPointXYZ* to) {
@@ -90,8 +97,8 @@ KxPointXYZ* writeFilled(const float* cells, int row, int begin, int end, float s
             if (anyOf(heights != heights)) {
                 break;
             }
-            const Float4 columns = __builtin_convertvector((Answers4{c, c + 1, c + 2, c + 3}), Float4);
-            storePoints(columns * step, heights, Float4{z, z, z, z}, &to->x);
+            const Float4 columns = convert<Float4>(Mask4{c, c + 1, c + 2, c + 3});
+            storeInterleaved(columns * step, heights, broadcast<Float4>(z), &to->x);
         }
         for (const int stop = std::min(end, c + 4); c < stop; ++c) {
             const float height = cells[c];

@@ -23,9 +23,9 @@ int blockBegin(int end, int blockSize) {
     return static_cast<int>(std::clamp<qint64>(qint64(end) - blockSize, 0, std::numeric_limits<int>::max()));
 }
 
-/// The means of the blocks that end before a row and before each column. Sums of neighbouring blocks are added up side
-/// by side, each on its own: row by row and column by column of its block. Numbers of cells are whole and need no
-/// order.
+/// The means of the blocks that end before a row and before each column. The sums of adjacent blocks are the lanes of
+/// vectors: each is added up row by row and column by column of its block, since the order of the additions decides the
+/// result. Counts of cells are integers; they are updated from block to block.
 class BlockMeans {
 public:
     BlockMeans(int columns, int blockSize)
@@ -38,7 +38,7 @@ public:
     /// Takes the next row of the grid into the blocks that follow.
     void addRow(const float* cells) {
         Row row;
-        row.cells.assign(index(width_ + columns_ + detail::kBlocksAtOnce), 0.0f);
+        row.cells.assign(index(width_ + columns_ + detail::kBlocksPerCall), 0.0f);
         row.counts.assign(index(columns_), 0);
         int count = 0; // of the cells in front of the column, as many as a block is wide
         for (int c = 0; c < columns_; ++c) {
@@ -68,10 +68,10 @@ public:
             cells.push_back(row.cells.data());
         }
         const auto instructions = detail::widestInstructionSet();
-        for (int start = 0; start < columns_; start += detail::kBlocksAtOnce) {
+        for (int start = 0; start < columns_; start += detail::kBlocksPerCall) {
             // The leftmost cell of a block is `width_` to the left of its column.
             const auto sums = detail::blockSums(cells.data(), rowCount(), start, width_, instructions);
-            for (int c = start; c < std::min(columns_, start + detail::kBlocksAtOnce); ++c) {
+            for (int c = start; c < std::min(columns_, start + detail::kBlocksPerCall); ++c) {
                 const int count = counts_[index(c)];
                 means_[index(c)] = count == 0 ? 0.0f : sums[index(c - start)] / static_cast<float>(count);
             }

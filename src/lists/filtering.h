@@ -1,4 +1,4 @@
-// Removing or collecting many points in one pass.
+// Removing or collecting many elements in one pass.
 #pragma once
 
 #include "lists/unfilledList.h"
@@ -10,12 +10,12 @@
 
 namespace KxMath::detail {
 
-/// Keeps the points that `keep` takes, in order, and returns how many went. `keep` sees each point once, in stored
-/// order. A list that loses nothing is not touched.
-template <typename Point, typename Keep>
-int keepIf(QList<Point>& points, Keep keep) {
-    const qsizetype count = points.size();
-    const Point* const source = points.constData();
+/// Keeps the elements that `keep` accepts, in order, and returns how many were removed. `keep` is called once for each
+/// element, in stored order. A list that loses nothing is not touched, and so not detached from its copies.
+template <typename T, typename Keep>
+int keepIf(QList<T>& elements, Keep keep) {
+    const qsizetype count = elements.size();
+    const T* const source = elements.constData();
     qsizetype kept = 0;
     while (kept < count && keep(source[kept])) {
         ++kept;
@@ -23,24 +23,23 @@ int keepIf(QList<Point>& points, Keep keep) {
     if (kept == count) {
         return 0;
     }
-    Point* const data = points.data();
+    T* const data = elements.data();
     for (qsizetype i = kept + 1; i < count; ++i) {
         const bool isKept = keep(data[i]);
-        data[kept] =
-            data[i]; // also where it does not stay: the next one takes its place, and no branch is mispredicted
+        data[kept] = data[i]; // overwritten by the next one when it is not kept: no branch to mispredict
         kept += isKept;
     }
-    points.resize(kept);
+    elements.resize(kept);
     return static_cast<int>(count - kept);
 }
 
-/// The values that `make(i)` gives for those of the `count` first positions that `accept(i)` takes, in order.
+/// The values of `make(i)` for the positions i below `count` that `accept(i)` accepts, in order.
 template <typename Value, typename Accept, typename Make>
 QList<Value> collectIf(qsizetype count, Accept accept, Make make) {
-    constexpr qsizetype kPortion = 4096; // memory follows what is accepted
-    UnfilledList<Value> collected(std::min(count, kPortion));
-    for (qsizetype start = 0; start < count; start += kPortion) {
-        const qsizetype end = std::min(count, start + kPortion);
+    constexpr qsizetype kBlock = 4096; // grown block by block: memory follows what is accepted
+    UnfilledList<Value> collected(std::min(count, kBlock));
+    for (qsizetype start = 0; start < count; start += kBlock) {
+        const qsizetype end = std::min(count, start + kBlock);
         Value* const target = collected.extend(end - start);
         qsizetype accepted = 0;
         for (qsizetype i = start; i < end; ++i) {

@@ -29,7 +29,7 @@ float trapezoidSum(const QList<KxPointXY>& points) {
 /// The areas between neighbouring samples of a block; `before` is the sample before the first one. The rest is filled
 /// with -0, which added to any sum gives the same bits (0 would make 0 of a sum that is -0).
 void fillAreas(const detail::Sampler::Block& block, const std::optional<KxPointXY>& before,
-               std::array<float, detail::Sampler::kMost>& areas) {
+               std::array<float, detail::Sampler::kBlockSize>& areas) {
     const auto point = [&](std::size_t i) { return KxPointXY(block.xs[i], block.ys[i]); };
     const std::size_t count = static_cast<std::size_t>(block.count);
     std::fill(areas.begin(), areas.end(), -0.0f);
@@ -45,7 +45,7 @@ void fillAreas(const detail::Sampler::Block& block, const std::optional<KxPointX
 std::optional<float> sampledArea(const KxInterpolant& spline, float step) {
     detail::Sampler sampler(spline, step, kNaN, kNaN);
     detail::Sampler::Block block;
-    std::array<float, detail::Sampler::kMost> areas;
+    std::array<float, detail::Sampler::kBlockSize> areas;
     areas.fill(-0.0f);
     std::optional<KxPointXY> last;
     float sum = 0.0f;

@@ -1,4 +1,4 @@
-// The coordinates of points, several at once.
+// Loading, storing and comparing the coordinates of adjacent points.
 #pragma once
 
 #include "KxMath/KxPoints.h"
@@ -7,31 +7,29 @@
 #include "simd/instructionSets.h"
 
 #include <cstddef>
-#include <cstring>
 
 namespace KxMath::detail {
 
-// Points are pairs of floats, one after the other.
+// Points are interleaved pairs of floats.
 static_assert(sizeof(KxPointXY) == 2 * sizeof(float));
 
-/// The x of as many points as a vector has numbers.
+/// The x of as many points as a vector has lanes.
 template <typename Floats = Float4>
 [[gnu::always_inline]] inline Floats loadXs(const KxPointXY* points) {
-    return loadFirsts<Floats>(&points->x);
+    return loadFirstsOfPairs<Floats>(&points->x);
 }
 
-/// The y of as many points as a vector has numbers.
+/// The y of as many points as a vector has lanes.
 template <typename Floats = Float4>
 [[gnu::always_inline]] inline Floats loadYs(const KxPointXY* points) {
-    return loadSeconds<Floats>(&points->x);
+    return loadSecondsOfPairs<Floats>(&points->x);
 }
 
 /// Copies the y of `count` points.
 inline void copyYs(const KxPointXY* points, std::ptrdiff_t count, float* ys) {
     std::ptrdiff_t i = 0;
     for (; i + 4 <= count; i += 4) {
-        const Float4 four = loadYs(points + i);
-        std::memcpy(ys + i, &four, sizeof(four));
+        storeFloat4(ys + i, loadYs(points + i));
     }
     for (; i < count; ++i) {
         ys[i] = points[i].y;
@@ -42,8 +40,7 @@ inline void copyYs(const KxPointXY* points, std::ptrdiff_t count, float* ys) {
 inline void copyXs(const KxPointXY* points, std::ptrdiff_t count, float* xs) {
     std::ptrdiff_t i = 0;
     for (; i + 4 <= count; i += 4) {
-        const Float4 four = loadXs(points + i);
-        std::memcpy(xs + i, &four, sizeof(four));
+        storeFloat4(xs + i, loadXs(points + i));
     }
     for (; i < count; ++i) {
         xs[i] = points[i].x;
@@ -54,7 +51,7 @@ inline void copyXs(const KxPointXY* points, std::ptrdiff_t count, float* xs) {
 inline void setPoints(const float* xs, const float* ys, std::ptrdiff_t count, KxPointXY* points) {
     std::ptrdiff_t i = 0;
     for (; i + 4 <= count; i += 4) {
-        storePairs(loadFloat4(xs + i), loadFloat4(ys + i), &points[i].x);
+        storeInterleaved(loadFloat4(xs + i), loadFloat4(ys + i), &points[i].x);
     }
     for (; i < count; ++i) {
         points[i] = KxPointXY(xs[i], ys[i]);
@@ -69,16 +66,16 @@ bool allAdjacentX(const KxPointXY* points, std::ptrdiff_t count, Holds holds,
     std::ptrdiff_t i = 0;
     runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Floats = typename Vectors<kBytes>::Floats;
-        using Answers = typename Vectors<kBytes>::FloatAnswers;
-        constexpr std::ptrdiff_t kPoints = Vectors<kBytes>::kFloats / 2;
-        constexpr std::ptrdiff_t kAtOnce = 8 * kPoints;
-        const Answers isY = inTurn(Answers{}, ~Answers{}); // whatever the y are
-        for (; allHold && i + kAtOnce < count; i += kAtOnce) {
-            Answers answers = ~Answers{};
-            for (std::ptrdiff_t k = i; k < i + kAtOnce; k += kPoints) {
-                answers &= holds(loadVector<Floats>(&points[k].x), loadVector<Floats>(&points[k + 1].x)) | isY;
+        using Mask = typename Vectors<kBytes>::FloatMask;
+        constexpr std::ptrdiff_t kPoints = Vectors<kBytes>::kFloatLanes / 2; // in a vector
+        constexpr std::ptrdiff_t kBlock = 8 * kPoints;
+        const Mask isY = interleaveLow(Mask{}, ~Mask{}); // lanes that do not count
+        for (; allHold && i + kBlock < count; i += kBlock) {
+            Mask mask = ~Mask{};
+            for (std::ptrdiff_t k = i; k < i + kBlock; k += kPoints) {
+                mask &= holds(loadVector<Floats>(&points[k].x), loadVector<Floats>(&points[k + 1].x)) | isY;
             }
-            allHold = allOf(answers);
+            allHold = allOf(mask);
         }
     });
     for (; allHold && i + 1 < count; ++i) {

@@ -15,22 +15,21 @@ namespace KxMath {
 namespace {
 
 /// Differences of level about the points of a profile: the sum of the heights in the window behind a centre minus that
-/// before it; the centre itself is in neither.
+/// of the window before it; the centre is in neither.
 class LevelDifferences {
 public:
-    static constexpr qsizetype kAtOnce = 128;
+    static constexpr qsizetype kBlock = 128;
 
     /// The window is not longer than the profile.
     LevelDifferences(const KxPointXY* points, qsizetype n, qsizetype window)
-        : n_(n), window_(window), heights_(room(n)), sums_(room(n)) {
+        : n_(n), window_(window), heights_(paddedBuffer(n)), sums_(paddedBuffer(n)) {
         detail::copyYs(points, n, heights_.get());
-        std::fill_n(heights_.get() + n, detail::kWindowRoom, 0.0f);
+        std::fill_n(heights_.get() + n, detail::kWindowPadding, 0.0f);
     }
 
-    /// Gets those about the centres from `c` on ready. The ones at the end, behind which points are missing, are of no
-    /// use.
+    /// Calculates the sums for a block of centres from `c` on.
     void prepare(qsizetype c) {
-        const qsizetype end = std::min(n_ - window_ + 1, c + kAtOnce + 1); // of the windows
+        const qsizetype end = std::min(n_ - window_ + 1, c + kBlock + 1); // of the windows
         if (end > summed_) {
             detail::windowSums(heights_.get() + summed_, end - summed_, window_, sums_.get() + summed_);
             summed_ = end;
@@ -39,7 +38,8 @@ public:
 
     float at(qsizetype c) const { return sums_[index(c + 1)] - sums_[index(c - window_)]; }
 
-    /// Whether one of those from `begin` up to, not including, `end` is beyond the threshold, on either side.
+    /// Whether a difference from `begin` up to, not including, `end` is beyond the threshold, on either side. Without
+    /// branches, so that the compiler uses vectors.
     bool isAnyBeyond(float threshold, qsizetype begin, qsizetype end) const {
         int beyond = 0;
         for (qsizetype c = begin; c < end; ++c) {
@@ -50,26 +50,26 @@ public:
 
 private:
     static size_t index(qsizetype i) { return static_cast<size_t>(i); }
-    static std::unique_ptr<float[]> room(qsizetype count) {
-        return std::make_unique_for_overwrite<float[]>(index(count + detail::kWindowRoom));
+    static std::unique_ptr<float[]> paddedBuffer(qsizetype count) {
+        return std::make_unique_for_overwrite<float[]>(index(count + detail::kWindowPadding));
     }
 
     qsizetype n_;
     qsizetype window_;
     std::unique_ptr<float[]> heights_;
     std::unique_ptr<float[]> sums_; ///< of the window that begins at a point
-    qsizetype summed_ = 0; ///< so many of them are there
+    qsizetype summed_ = 0; ///< number of sums that are calculated
 };
 
 /// The first position from `begin` on whose neighbours see differences beyond the threshold with opposite signs, points
 /// before `begin` being left out; -1 when there is none.
 qsizetype findCut(LevelDifferences& differences, qsizetype begin, qsizetype n, qsizetype window, float threshold) {
-    constexpr qsizetype kAtOnce = LevelDifferences::kAtOnce;
+    constexpr qsizetype kBlock = LevelDifferences::kBlock;
     float left = detail::kNaN; // none before the first
     float middle = detail::kNaN;
     const qsizetype end = n - window - 1; // of the centres that have a difference
-    for (qsizetype start = begin + window; start < end; start += kAtOnce) {
-        const qsizetype next = std::min(end, start + kAtOnce);
+    for (qsizetype start = begin + window; start < end; start += kBlock) {
+        const qsizetype next = std::min(end, start + kBlock);
         differences.prepare(start);
         if (!differences.isAnyBeyond(threshold, start, next)) {
             left = middle = detail::kNaN; // a cut needs one on each side
@@ -88,8 +88,8 @@ qsizetype findCut(LevelDifferences& differences, qsizetype begin, qsizetype n, q
     return -1;
 }
 
-/// Whether points from `begin` on are enough for a window.
-bool hasRoom(qsizetype begin, qsizetype n, qsizetype window) {
+/// Whether the points from `begin` on are enough for a window on each side.
+bool hasTwoWindows(qsizetype begin, qsizetype n, qsizetype window) {
     return window > 0 && n - begin >= 2 * window;
 }
 
@@ -97,7 +97,7 @@ bool hasRoom(qsizetype begin, qsizetype n, qsizetype window) {
 
 int KxProfile::calcCutPoint(int window, float threshold) {
     const qsizetype n = points.size();
-    if (!hasRoom(0, n, window)) {
+    if (!hasTwoWindows(0, n, window)) {
         return -1;
     }
     LevelDifferences differences(points.constData(), n, window);
@@ -110,12 +110,12 @@ int KxProfile::detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int wi
     }
     const QList<KxPointXY>& source = points;
     const qsizetype n = source.size();
-    // A profile that is in order already, as it should be, is searched where it stands.
+    // A profile that is in order already, as it should be, is searched without a copy.
     const bool isOrdered = detail::isSorted(source);
     std::optional<LevelDifferences> differences;
     KxProfile work;
     qsizetype offset = 0;
-    for (qsizetype begin = 0; hasRoom(begin, n, window);) {
+    for (qsizetype begin = 0; hasTwoWindows(begin, n, window);) {
         const KxPointXY* data = source.constData();
         qsizetype first = begin; // of the points that are searched
         qsizetype end = n;

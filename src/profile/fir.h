@@ -9,13 +9,13 @@
 
 namespace KxMath::detail {
 
-/// So many points the filter looks at: a point itself and those before it.
+/// The points that a smoothed height depends on: the point itself and those before it.
 inline constexpr std::ptrdiff_t kFirTaps = 20;
 
-/// Sets `targets` from the point kFirTaps on: with the x of the source, and with the weighted sum of its heights, added
-/// up from the point itself backwards. Where x steps by more than `maxStep`, the height is that of the source.
+/// Sets `targets` from the point kFirTaps on: the x of the source, and the weighted sum of its heights, added up from
+/// the point itself backwards. Behind a step in x of more than `maxStep` the height is that of the source.
 /// @param sources `count` points
-/// @param targets other ones
+/// @param targets `count` points, other ones than `sources`
 void smoothHeights(const KxPointXY* sources, std::ptrdiff_t count, float maxStep, KxPointXY* targets,
                    InstructionSet instructions = widestInstructionSet());
 

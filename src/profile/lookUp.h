@@ -14,17 +14,17 @@
 namespace KxMath::detail {
 
 /// The position of the first point from `from` on that is at or beyond `x`, the number of points when there is none.
-/// NaN is neither, on either side.
+/// NaN never matches.
 inline qsizetype findAtOrBeyond(const KxPointXY* data, qsizetype count, float x, qsizetype from,
                                 InstructionSet instructions = widestInstructionSet()) {
     runOn(instructions, [&]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Floats = typename Vectors<kBytes>::Floats;
-        constexpr qsizetype kPoints = Vectors<kBytes>::kFloats / 2;
-        constexpr qsizetype kAtOnce = 8 * kPoints;
-        const Floats limits = inTurn(repeated<Floats>(x), repeated<Floats>(kNaN)); // no y is beyond NaN
-        for (; from + kAtOnce <= count; from += kAtOnce) { // most points are passed
-            typename Vectors<kBytes>::FloatAnswers isBeyond{};
-            for (qsizetype k = from; k < from + kAtOnce; k += kPoints) {
+        constexpr qsizetype kPoints = Vectors<kBytes>::kFloatLanes / 2; // in a vector
+        constexpr qsizetype kBlock = 8 * kPoints;
+        const Floats limits = interleaveLow(broadcast<Floats>(x), broadcast<Floats>(kNaN)); // y >= NaN is false
+        for (; from + kBlock <= count; from += kBlock) { // a whole block is usually passed
+            typename Vectors<kBytes>::FloatMask isBeyond{};
+            for (qsizetype k = from; k < from + kBlock; k += kPoints) {
                 isBeyond |= loadVector<Floats>(&data[k].x) >= limits;
             }
             if (!allOf(~isBeyond)) {

@@ -11,14 +11,14 @@ namespace KxMath {
 
 namespace {
 
-/// Calls `change` with the x and the y of a portion of the points after the other.
+/// Calls `change` with the x and the y of block after block of the points.
 template <typename Change>
-void changePortions(QList<KxPointXY>& points, Change change) {
-    std::array<float, detail::kPolarPortion> xs;
-    std::array<float, detail::kPolarPortion> ys;
+void changeBlocks(QList<KxPointXY>& points, Change change) {
+    std::array<float, detail::kPolarBlock> xs;
+    std::array<float, detail::kPolarBlock> ys;
     KxPointXY* const data = points.data();
-    for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarPortion) {
-        const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarPortion);
+    for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarBlock) {
+        const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarBlock);
         detail::copyXs(data + begin, count, xs.data());
         detail::copyYs(data + begin, count, ys.data());
         change(xs.data(), ys.data(), count);
@@ -29,11 +29,11 @@ void changePortions(QList<KxPointXY>& points, Change change) {
 } // namespace
 
 void KxProfile::toPolar() {
-    changePortions(points, [](float* xs, float* ys, qsizetype count) { detail::toPolar(xs, ys, count); });
+    changeBlocks(points, [](float* xs, float* ys, qsizetype count) { detail::toPolar(xs, ys, count); });
 }
 
 void KxProfile::toEvklid() {
-    changePortions(points, [](float* xs, float* ys, qsizetype count) { detail::fromPolar(xs, ys, count); });
+    changeBlocks(points, [](float* xs, float* ys, qsizetype count) { detail::fromPolar(xs, ys, count); });
 }
 
 void KxProfile::rotatePolar(float angle) {

@@ -13,14 +13,14 @@ namespace KxMath::detail {
 
 namespace {
 
-constexpr int kAtOnce = 4;
+constexpr int kStepSamples = 4; // calculated together, whatever the width of vectors
 
 /// A segment of a spline in double precision.
 template <typename Number>
 class Cubic {
 public:
     Cubic(const KxInterpolant& spline, int segment)
-        : start_(repeated<Number>(static_cast<double>(spline.knotsX[segment]))), c0_(coefficient(spline, segment, 0)),
+        : start_(broadcast<Number>(static_cast<double>(spline.knotsX[segment]))), c0_(coefficient(spline, segment, 0)),
           c1_(coefficient(spline, segment, 1)), c2_(coefficient(spline, segment, 2)),
           c3_(coefficient(spline, segment, 3)) {}
 
@@ -31,7 +31,7 @@ public:
 
 private:
     static Number coefficient(const KxInterpolant& spline, int segment, int power) {
-        return repeated<Number>(static_cast<double>(spline.coeffs[4 * static_cast<std::ptrdiff_t>(segment) + power]));
+        return broadcast<Number>(static_cast<double>(spline.coeffs[4 * static_cast<std::ptrdiff_t>(segment) + power]));
     }
 
     Number start_;
@@ -97,7 +97,7 @@ Sampler::Sampler(const KxInterpolant& spline, float step, float from, float to, 
 }
 
 void Sampler::calculate(Block& block) {
-    std::fill_n(block.xs.begin() + block.count, kAtOnce, kNaN);
+    std::fill_n(block.xs.begin() + block.count, kStepSamples, kNaN);
     int done = 0;
     if (isFirst_) {
         isFirst_ = false;
@@ -119,23 +119,21 @@ void Sampler::calculate(Block& block) {
 void Sampler::calculateAlongSegments(Block& block, int from) {
     runOn(instructions_, [this, &block, from]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Doubles = typename Vectors<kBytes>::Doubles;
-        using Few = typename Vectors<kBytes>::FewFloats;
-        constexpr int kDoubles = static_cast<int>(Vectors<kBytes>::kDoubles);
+        constexpr int kLanes = static_cast<int>(Vectors<kBytes>::kDoubleLanes);
         int i = from;
         while (i < block.count) {
             const Cubic<Doubles> cubic(spline_, segment_);
             const float end = spline_.knotsX[segment_ + 1];
             for (;;) {
                 const float* const xs = block.xs.data() + i;
-                for (int k = 0; k < kAtOnce; k += kDoubles) { // those behind the end are calculated again later
-                    const Doubles x = __builtin_convertvector(loadVector<Few>(xs + k), Doubles);
-                    storeVector(block.ys.data() + i + k, __builtin_convertvector(cubic(x), Few));
+                for (int k = 0; k < kStepSamples; k += kLanes) { // those behind the end are calculated again later
+                    storeAsFloats(block.ys.data() + i + k, cubic(loadAsDoubles<Doubles>(xs + k)));
                 }
-                if (xs[kAtOnce - 1] <= end) {
-                    i += kAtOnce;
+                if (xs[kStepSamples - 1] <= end) {
+                    i += kStepSamples;
                     continue;
                 }
-                // By branches and not by counting answers: the next ones need not wait until these are compared.
+                // By predicted branches and not by counting a mask: the next step does not wait for the comparisons.
                 for (int k = 0; xs[k] <= end; ++k) {
                     ++i;
                 }

@@ -10,31 +10,32 @@
 
 namespace KxMath::detail {
 
-/// The value at `x`, its segment found by a bisection of the knots; NaN outside the knots, and where knots that are no
-/// numbers lead beyond the last segment.
+/// The value at `x`, its segment found by a bisection of the knots; NaN outside the knots, and where NaN among the
+/// knots leads beyond the last segment.
 float valueByBisection(const KxInterpolant& spline, float x);
 
-/// The samples of a spline from `from` on that are numbers, `step` apart by a running single-precision sum, while below
-/// `to`; the first is always taken. They come in blocks, so that several can be calculated at once.
+/// The samples of a spline that are not NaN, from `from` on, `step` apart by a running single-precision sum, while
+/// below `to`; the first is always taken. They come in blocks: positions first, then the values on vectors.
 class Sampler {
 public:
-    static constexpr int kMost = 256; ///< samples in a block
+    static constexpr int kBlockSize = 256; ///< samples in a block
 
     struct Block {
         int count = 0;
-        std::array<float, kMost + 4> xs; // four at a time are looked at, behind the last one too
-        std::array<float, kMost + 4> ys;
+        std::array<float, kBlockSize + 4> xs; // with padding: samples are calculated four at a time
+        std::array<float, kBlockSize + 4> ys;
     };
 
     /// The spline must be built, stay as it is, and `step` must be positive.
     Sampler(const KxInterpolant& spline, float step, float from, float to,
             InstructionSet instructions = widestInstructionSet());
 
-    /// Takes the next samples; possibly none of those that were looked at is a number. @return false at the end
-    /// @param beside is called with 0, 1 and so on up to kMost - 1: each position waits for the one before, and leaves
-    ///        time for what waits for its own kind
-    template <typename Beside>
-    bool next(Block& block, Beside beside);
+    /// Takes the next samples. Their number may be 0, where all samples of a block are NaN. @return false at the end
+    /// @param interleave is called with 0, 1 and so on up to kBlockSize - 1 between the positions. These are a running
+    /// sum,
+    ///        a loop-carried dependency that leaves the processor idle; another chain of operations runs meanwhile
+    template <typename Interleave>
+    bool next(Block& block, Interleave interleave);
 
     bool next(Block& block) {
         return next(block, [](int) {});
@@ -46,7 +47,7 @@ public:
 private:
     enum class State { AtSample, BeyondEnd, Stuck };
 
-    /// The values at the positions of the block; those that are not numbers leave it.
+    /// Calculates the values at the positions of the block, and removes those that are NaN.
     void calculate(Block& block);
     void calculateAlongSegments(Block& block, int from);
 
@@ -61,15 +62,15 @@ private:
     InstructionSet instructions_;
 };
 
-template <typename Beside>
-bool Sampler::next(Block& block, Beside beside) {
+template <typename Interleave>
+bool Sampler::next(Block& block, Interleave interleave) {
     if (state_ != State::AtSample) {
         return false;
     }
     float x = x_;
     int count = 0;
-    while (state_ == State::AtSample && count < kMost) {
-        beside(count);
+    while (state_ == State::AtSample && count < kBlockSize) {
+        interleave(count);
         block.xs[static_cast<std::size_t>(count)] = x;
         ++count;
         const float next = x + step_;
@@ -83,8 +84,8 @@ bool Sampler::next(Block& block, Beside beside) {
     }
     x_ = x;
     block.count = count;
-    for (; count < kMost; ++count) {
-        beside(count);
+    for (; count < kBlockSize; ++count) {
+        interleave(count);
     }
     calculate(block);
     return true;

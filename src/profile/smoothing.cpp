@@ -23,17 +23,17 @@ float orderedSum(const KxPointXY* begin, const KxPointXY* end, float sum) {
     return sum;
 }
 
-/// Room for a value of each of `count` points or windows.
-std::vector<float> roomFor(qsizetype count) {
-    return std::vector<float>(static_cast<size_t>(count + detail::kWindowRoom));
+/// A buffer for a value of each of `count` points or windows, with the padding of windowSums().
+std::vector<float> paddedBuffer(qsizetype count) {
+    return std::vector<float>(static_cast<size_t>(count + detail::kWindowPadding));
 }
 
-/// Gives `n` - `window` targets the y at the middle of their windows, as long as the x rise: those of a stretch are
-/// looked at just before. @return false when they do not; then some targets may have been set
+/// Sets `n` - `window` targets to the y at the middle of their windows, which is the median by x where x rises: checked
+/// block by block, just ahead of the copy. @return false when x does not rise; some targets may have been set then
 bool shiftYs(const KxPointXY* source, qsizetype n, qsizetype window, KxPointXY* target) {
-    constexpr qsizetype kStretch = 512;
-    for (qsizetype begin = 0; begin < n; begin += kStretch) {
-        const qsizetype end = std::min(n, begin + kStretch);
+    constexpr qsizetype kBlock = 512;
+    for (qsizetype begin = 0; begin < n; begin += kBlock) {
+        const qsizetype end = std::min(n, begin + kBlock);
         if (!detail::isRising(source + begin, std::min(n, end + 1) - begin)) {
             return false;
         }
@@ -104,7 +104,8 @@ void KxProfile::wndFilter(int window) {
         }
         return;
     }
-    // Each mean is written into the window that comes next: only what stands behind it there has to wait for it.
+    // Each mean is written into the next window. The sum of the points before it does not depend on it, so that the
+    // processor can add them up while the mean is still being calculated; only the points behind it have to wait.
     float mean = data[offset - 1].y;
     for (qsizetype i = 0; i < n - w; ++i) {
         const float sum = orderedSum(data + i, data + i + offset - 1, 0.0f) + mean;
@@ -140,12 +141,12 @@ void KxProfile::diffFilt(KxProfile& out, int window) {
     }
     const qsizetype half = w / 2;
     const qsizetype windows = n - w + 1;
-    // What is written is behind all windows that are still to come.
-    std::vector<float> values = roomFor(n);
+    // All windows can be summed first: a target is the first point of its window, and so in no later one.
+    std::vector<float> values = paddedBuffer(n);
     const auto sums = [&](qsizetype first, qsizetype length) {
-        std::vector<float> room = roomFor(windows);
-        detail::windowSums(values.data() + first, windows, length, room.data());
-        return room;
+        std::vector<float> sums = paddedBuffer(windows);
+        detail::windowSums(values.data() + first, windows, length, sums.data());
+        return sums;
     };
     detail::copyXs(out.points.constData(), n, values.data());
     const std::vector<float> lowerX = sums(0, half);

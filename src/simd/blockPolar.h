@@ -1,4 +1,4 @@
-// Polar form of many points at once.
+// Polar form of a block of points.
 #pragma once
 
 #include "simd/instructionSets.h"
@@ -7,13 +7,13 @@
 
 namespace KxMath::detail {
 
-/// So many points at a time are worth the two copies that this takes.
-inline constexpr int kPolarPortion = 256;
+/// Block size; large enough to pay for the copies of the coordinates, small enough for the first-level cache.
+inline constexpr int kPolarBlock = 256;
 
-/// polarRadius() and polarAngleDeg() of up to kPolarPortion points (a, b), in place.
+/// polarRadius() and polarAngleDeg() of up to kPolarBlock points (a, b), in place.
 void toPolar(float* as, float* bs, std::ptrdiff_t count, InstructionSet instructions = widestInstructionSet());
 
-/// The points of up to kPolarPortion radii and angles in degrees, in place: cosF() and sinF() times the radius.
+/// The points of up to kPolarBlock radii and angles in degrees, in place: cosF() and sinF() times the radius.
 void fromPolar(float* radii, float* degrees, std::ptrdiff_t count,
                InstructionSet instructions = widestInstructionSet());
 

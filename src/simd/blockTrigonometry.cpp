@@ -1,7 +1,7 @@
-// Trigonometric functions of many numbers at once. Each result is calculated in double precision with an error that is
-// below 2^-40 of it. Where that leaves no doubt what the nearest float is, it is that of the standard library's
-// function as well, which is nearer still; where it does, or where the argument is out of the ordinary, that function
-// is asked.
+// Trigonometric functions of many numbers at once. Each result is calculated in double precision with a relative error
+// below 2^-40. Where every double within that error rounds to the same float, the function of the standard library,
+// whose error is smaller still, rounds to it as well. Where they do not, and for arguments out of the ordinary, the
+// block is calculated with that function.
 #include "simd/blockTrigonometry.h"
 
 #include "rounding/angles.h"
@@ -17,19 +17,19 @@ namespace KxMath::detail {
 
 namespace {
 
-constexpr std::ptrdiff_t kAtOnce = 16;
-using Floats = std::array<float, kAtOnce>;
+constexpr std::ptrdiff_t kBlock = 16;
+using Floats = std::array<float, kBlock>;
 
 /// A block of numbers in double precision.
 template <typename Doubles>
-using Numbers = std::array<Doubles, sizeof(double) * kAtOnce / sizeof(Doubles)>;
+using Numbers = std::array<Doubles, sizeof(double) * kBlock / sizeof(Doubles)>;
 
-constexpr double kDoubt = 1.0 / static_cast<double>(std::int64_t{1} << 39);
+constexpr double kMaxError = 1.0 / static_cast<double>(std::int64_t{1} << 39);
 constexpr double kPiHalves = 1.5707963267948966;
 
-/// The bits of doubles, or the answers to a comparison of them.
+/// The bits of doubles, or a mask of them.
 template <typename Doubles>
-using BitsOf = typename Vectors<sizeof(Doubles)>::DoubleAnswers;
+using BitsOf = typename Vectors<sizeof(Doubles)>::DoubleMask;
 
 template <typename Doubles>
 [[gnu::always_inline]] inline BitsOf<Doubles> bitsOf(Doubles v) {
@@ -44,19 +44,18 @@ template <typename Doubles>
 /// Vector `i` of the block.
 template <typename Doubles>
 [[gnu::always_inline]] inline Doubles loadDoubles(const Floats& block, std::size_t i) {
-    using Few = typename Vectors<sizeof(Doubles)>::FewFloats;
-    constexpr std::size_t kCount = sizeof(Doubles) / sizeof(double);
-    return __builtin_convertvector(loadVector<Few>(block.data() + kCount * i), Doubles);
+    constexpr std::size_t kLanes = sizeof(Doubles) / sizeof(double);
+    return loadAsDoubles<Doubles>(block.data() + kLanes * i);
 }
 
-/// The sum of coefficients times powers of `x`, the last coefficient being that of the highest power. Even and odd
-/// powers are summed side by side, since each step waits for the one before.
+/// The sum of coefficients times powers of `x`, the last coefficient being that of the highest power. The steps of
+/// Horner's scheme are a loop-carried dependency; even and odd powers are two independent chains, interleaved.
 template <typename Doubles, std::size_t N>
 [[gnu::always_inline]] inline Doubles polynomial(const std::array<double, N>& coeffs, Doubles x) {
     static_assert(N % 2 == 0);
     const Doubles square = x * x;
-    Doubles even = repeated<Doubles>(coeffs[N - 2]);
-    Doubles odd = repeated<Doubles>(coeffs[N - 1]);
+    Doubles even = broadcast<Doubles>(coeffs[N - 2]);
+    Doubles odd = broadcast<Doubles>(coeffs[N - 1]);
     for (std::size_t i = N - 2; i > 0; i -= 2) {
         even = even * square + coeffs[i - 2];
         odd = odd * square + coeffs[i - 1];
@@ -95,7 +94,7 @@ template <typename Doubles>
     constexpr double kTanOfEighth = 0.41421356237309503;
     constexpr double kTanOfThreeEighths = 2.4142135623730949;
     const Doubles zero{};
-    const Doubles one = repeated<Doubles>(1.0);
+    const Doubles one = broadcast<Doubles>(1.0);
     const Doubles v = withoutSign(signedValue);
     const BitsOf<Doubles> isSmall = v <= kTanOfEighth;
     const BitsOf<Doubles> isLarge = v > kTanOfThreeEighths;
@@ -128,27 +127,28 @@ template <typename Doubles>
     cosine = reinterpret_cast<Doubles>(bitsOf(select(isOdd, sineOfRest, cosineOfRest)) ^ cosineSign);
 }
 
-/// Rounds results. @return false when one of them is too near the middle between two floats, or is none
+/// Rounds results. @return false when one of them is NaN, or so near the middle between two floats that the error may
+/// decide which one is nearest
 template <typename Doubles>
 [[gnu::always_inline]] inline bool roundAll(const Numbers<Doubles>& results, Floats& rounded) {
-    using Few = typename Vectors<sizeof(Doubles)>::FewFloats;
+    using HalfFloats = typename Vectors<sizeof(Doubles)>::HalfFloats;
     BitsOf<Doubles> areSure = ~BitsOf<Doubles>{};
     float* target = rounded.data();
     for (const Doubles result : results) {
-        const Doubles doubt = withoutSign(result) * kDoubt;
-        const Few lower = __builtin_convertvector(result - doubt, Few);
-        const Few upper = __builtin_convertvector(result + doubt, Few);
-        areSure &= __builtin_convertvector(lower, Doubles) == __builtin_convertvector(upper, Doubles); // NaN: no
-        storeVector(target, __builtin_convertvector(result, Few));
+        const Doubles error = withoutSign(result) * kMaxError;
+        const HalfFloats lowest = convert<HalfFloats>(result - error);
+        const HalfFloats highest = convert<HalfFloats>(result + error);
+        areSure &= convert<Doubles>(lowest) == convert<Doubles>(highest); // NaN: false
+        storeAsFloats(target, result);
         target += sizeof(Doubles) / sizeof(double);
     }
     return allOf(areSure);
 }
 
-/// What is left of `count` values from `begin` on, as a whole block.
+/// The values from `begin` on, zeros where there are fewer than a block.
 inline Floats blockOf(const float* values, std::ptrdiff_t begin, std::ptrdiff_t count) {
     Floats block{};
-    std::copy_n(values + begin, std::min(kAtOnce, count - begin), block.begin());
+    std::copy_n(values + begin, std::min(kBlock, count - begin), block.begin());
     return block;
 }
 
@@ -157,7 +157,7 @@ inline Floats blockOf(const float* values, std::ptrdiff_t begin, std::ptrdiff_t 
 void atanOf(const float* values, std::ptrdiff_t count, float* results, InstructionSet instructions) {
     runOn(instructions, [=]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Doubles = typename Vectors<kBytes>::Doubles;
-        for (std::ptrdiff_t begin = 0; begin < count; begin += kAtOnce) {
+        for (std::ptrdiff_t begin = 0; begin < count; begin += kBlock) {
             const Floats block = blockOf(values, begin, count);
             Numbers<Doubles> numbers;
             Floats rounded;
@@ -167,7 +167,7 @@ void atanOf(const float* values, std::ptrdiff_t count, float* results, Instructi
             if (!roundAll<Doubles>(numbers, rounded)) {
                 std::transform(block.begin(), block.end(), rounded.begin(), atanF);
             }
-            std::copy_n(rounded.begin(), std::min(kAtOnce, count - begin), results + begin);
+            std::copy_n(rounded.begin(), std::min(kBlock, count - begin), results + begin);
         }
     });
 }
@@ -176,8 +176,8 @@ void sinesAndCosinesOf(const float* radians, std::ptrdiff_t count, float* sines,
                        InstructionSet instructions) {
     runOn(instructions, [=]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Doubles = typename Vectors<kBytes>::Doubles;
-        constexpr float kLargest = 100000.0f; // so many quarters that they are still exact
-        for (std::ptrdiff_t begin = 0; begin < count; begin += kAtOnce) {
+        constexpr float kLargest = 100000.0f; // its multiple of pi / 2 is still exact
+        for (std::ptrdiff_t begin = 0; begin < count; begin += kBlock) {
             const Floats block = blockOf(radians, begin, count);
             Numbers<Doubles> sineNumbers;
             Numbers<Doubles> cosineNumbers;
@@ -196,7 +196,7 @@ void sinesAndCosinesOf(const float* radians, std::ptrdiff_t count, float* sines,
             if (large > 0 || !roundAll<Doubles>(cosineNumbers, roundedCosines)) {
                 std::transform(block.begin(), block.end(), roundedCosines.begin(), cosF);
             }
-            const std::ptrdiff_t filled = std::min(kAtOnce, count - begin);
+            const std::ptrdiff_t filled = std::min(kBlock, count - begin);
             std::copy_n(roundedSines.begin(), filled, sines + begin);
             std::copy_n(roundedCosines.begin(), filled, cosines + begin);
         }

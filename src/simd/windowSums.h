@@ -7,10 +7,11 @@
 
 namespace KxMath::detail {
 
-/// So many sums more than asked for may be written, and as many values more read: they come in whole blocks.
-inline constexpr std::ptrdiff_t kWindowRoom = 32;
+/// Padding behind both buffers of windowSums(): it works in whole blocks, so that up to this many values behind the
+/// last one are read, and as many extra sums written.
+inline constexpr std::ptrdiff_t kWindowPadding = 32;
 
-/// Sums of `window` values: of those from `values` on, from the next one on, and so on, `count` of them. Each begins
+/// The `count` sums of `window` adjacent values: from `values` on, from the next one on, and so on. Each sum starts
 /// with 0 and adds one value after the other.
 void windowSums(const float* values, std::ptrdiff_t count, std::ptrdiff_t window, float* sums,
                 InstructionSet instructions = widestInstructionSet());

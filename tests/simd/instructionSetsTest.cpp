@@ -1,6 +1,7 @@
 #include "support/testing.h"
 
 #include "grid/blockSums.h"
+#include "grid/cells.h"
 #include "profile/coordinates.h"
 #include "profile/fir.h"
 #include "profile/lookUp.h"
@@ -51,7 +52,7 @@ QList<float> each(const QList<float>& a, const QList<float>& b, Function functio
 
 TEST(InstructionSets, TrigonometryIsThatOfTheStandardLibrary) {
     forNasty(11, 2000, [](Nasty& nasty) {
-        const int count = nasty.size(detail::kPolarPortion);
+        const int count = nasty.size(detail::kPolarBlock);
         const QList<float> a = numbers(nasty, count);
         const QList<float> b = numbers(nasty, count);
         const auto arcTangents = each(a, a, [](float v, float) { return detail::atanF(v); });
@@ -89,13 +90,13 @@ TEST(InstructionSets, WindowsAreSummedInTheirOrder) {
     forNasty(14, 500, [](Nasty& nasty) {
         const int window = nasty.below(60);
         const int count = nasty.size(500);
-        QList<float> values = numbers(nasty, window + count + static_cast<int>(detail::kWindowRoom));
+        QList<float> values = numbers(nasty, window + count + static_cast<int>(detail::kWindowPadding));
         QList<float> expected(count);
         for (int i = 0; i < count; ++i) {
             expected[i] = std::accumulate(values.begin() + i, values.begin() + i + window, 0.0f);
         }
         for (const InstructionSet set : instructionSets()) {
-            QList<float> sums(count + detail::kWindowRoom);
+            QList<float> sums(count + detail::kWindowPadding);
             detail::windowSums(values.constData(), count, window, sums.data(), set);
             ASSERT_EXACT(sums.first(count), expected);
         }
@@ -108,10 +109,10 @@ TEST(InstructionSets, BlocksAreSummedInTheirOrder) {
         std::vector<QList<float>> rows;
         std::vector<const float*> starts;
         for (int r = nasty.below(25); r > 0; --r) {
-            starts.push_back(rows.emplace_back(numbers(nasty, 1 + width + detail::kBlocksAtOnce)).constData());
+            starts.push_back(rows.emplace_back(numbers(nasty, 1 + width + detail::kBlocksPerCall)).constData());
         }
-        QList<float> expected(detail::kBlocksAtOnce, 0.0f);
-        for (int block = 0; block < detail::kBlocksAtOnce; ++block) {
+        QList<float> expected(detail::kBlocksPerCall, 0.0f);
+        for (int block = 0; block < detail::kBlocksPerCall; ++block) {
             for (const float* cells : starts) {
                 expected[block] = std::accumulate(cells + 1 + block, cells + 1 + block + width, expected[block]);
             }
@@ -119,6 +120,27 @@ TEST(InstructionSets, BlocksAreSummedInTheirOrder) {
         for (const InstructionSet set : instructionSets()) {
             const auto sums = detail::blockSums(starts.data(), std::ssize(starts), 1, width, set);
             ASSERT_EXACT(QList<float>(sums.begin(), sums.end()), expected);
+        }
+    });
+}
+
+TEST(InstructionSets, CellsAreCountedAndEmptied) {
+    forNasty(17, 1000, [](Nasty& nasty) {
+        const QList<float> cells = numbers(nasty, nasty.size(200));
+        const int count = static_cast<int>(cells.size());
+        const float min = nasty.value(), max = nasty.value();
+        QList<float> expected = cells;
+        for (float& cell : expected) {
+            cell = cell < min || cell > max ? kNaN : cell;
+        }
+        const auto filled = [](const QList<float>& of) {
+            return std::count_if(of.begin(), of.end(), [](float cell) { return !std::isnan(cell); });
+        };
+        for (const InstructionSet set : instructionSets()) {
+            QList<float> emptied = cells;
+            ASSERT_EQ(detail::countFilled(cells.data(), count, set), filled(cells));
+            ASSERT_EQ(detail::emptyOutside(emptied.data(), count, min, max, set), filled(cells) - filled(expected));
+            ASSERT_EQ(exact(emptied), exact(expected));
         }
     });
 }
