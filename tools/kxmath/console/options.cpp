@@ -165,10 +165,13 @@ int Options::toWholeNumber(const QString& text, const QString& what, int min, in
     bool isNumber = false;
     const int value = text.toInt(&isNumber);
     if (!isNumber || value < min || value > max) {
-        const bool isOpen = max == std::numeric_limits<int>::max();
-        const bool isFree = isOpen && min == std::numeric_limits<int>::min();
-        const Bounds bounds{isFree ? -INFINITY : static_cast<double>(min),
-                            isOpen ? INFINITY : static_cast<double>(max)};
+        Bounds bounds;
+        if (min != std::numeric_limits<int>::min()) {
+            bounds.min = min;
+        }
+        if (max != std::numeric_limits<int>::max()) {
+            bounds.max = max;
+        }
         failNeed(what, needText(QStringLiteral("a whole number"), bounds), text);
     }
     return value;
