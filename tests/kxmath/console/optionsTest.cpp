@@ -1,0 +1,97 @@
+// Options of commands: what is taken, and what is said of what is not.
+#include "tools/kxmath/console/options.h"
+#include "tools/kxmath/console/commandError.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
+namespace {
+
+using kxtool::Options;
+
+class Parsed {
+public:
+    explicit Parsed(const QStringList& arguments) : options("saw", "LOG... [options]", "Saws logs.") {
+        options.addArgument("LOG...", "what to saw");
+        options.addOption("teeth", "how many", "N", "12");
+        options.addOption("length", "of the blade", "MM");
+        options.addOption("wood", "its kind", "KIND", "oak");
+        options.addOption("shift", "of the cut", "X,Y");
+        options.addOption("json", "writes the result", "FILE");
+        options.addFlag("wet", "the log is wet");
+        options.parse(QStringList{"kxmath"} + arguments);
+    }
+
+    Options options;
+};
+
+TEST(OptionsTest, HandsOutWhatWasGivenAndDefaults) {
+    const Parsed p({"--length", "-1.5e2", "a.log", "--shift=-1,2.5", "--wet", "b.log"});
+    EXPECT_EQ(p.options.number("length"), -150.0f);
+    EXPECT_EQ(p.options.wholeNumber("teeth", 1, 12), 12);
+    EXPECT_EQ(p.options.numbers("shift", 2), (std::vector<float>{-1.0f, 2.5f}));
+    EXPECT_EQ(p.options.oneOf("wood", {"oak", "elm"}), "oak");
+    EXPECT_EQ(p.options.arguments("logs", 1), (QStringList{"a.log", "b.log"}));
+    EXPECT_TRUE(p.options.isSet("wet"));
+    EXPECT_FALSE(p.options.output("json").isWanted());
+    EXPECT_FALSE(p.options.numberIfSet("json"));
+}
+
+TEST(OptionsTest, SaysWhatIsNeededAndWhatItGot) {
+    struct Case {
+        QStringList arguments;
+        std::function<void(const Options&)> ask;
+        const char* message;
+    };
+    const std::vector<Case> cases = {
+        {{"--length", "q"}, [](auto& o) { o.number("length"); }, "--length needs a number, got 'q'"},
+        {{"--length", "nan"}, [](auto& o) { o.number("length"); }, "--length needs a number, got 'nan'"},
+        {{"--length", "1e39"},
+         [](auto& o) { o.number("length", kxtool::kAbove0); },
+         "--length needs a number above 0, up to 3.402823466e+38, got '1e39'"},
+        {{"--length", "0"},
+         [](auto& o) { o.number("length", kxtool::kAbove0); },
+         "--length needs a number above 0, got '0'"},
+        {{"--length", "99"},
+         [](auto& o) {
+             o.number("length", {100.0, 10000.0});
+         },
+         "--length needs a number from 100 to 10000, got '99'"},
+        {{"--teeth", "1.5"}, [](auto& o) { o.wholeNumber("teeth"); }, "--teeth needs a whole number, got '1.5'"},
+        {{"--teeth", "0"},
+         [](auto& o) { o.wholeNumber("teeth", 1); },
+         "--teeth needs a whole number from 1 on, got '0'"},
+        {{"--shift", "1,x"},
+         [](auto& o) { o.numbers("shift", 2); },
+         "--shift needs 2 numbers with ',' between them, got '1,x'"},
+        {{"--shift", "1,2,3"},
+         [](auto& o) {
+             o.numbers("shift", 2, {-5.0, 5.0});
+         },
+         "--shift needs 2 numbers from -5 to 5 with ',' between them, got '1,2,3'"},
+        {{"--wood", "ash"},
+         [](auto& o) {
+             o.oneOf("wood", {"oak", "elm"});
+         },
+         "--wood needs one of oak, elm, got 'ash'"},
+        {{}, [](auto& o) { o.needed("length"); }, "--length is needed"},
+        {{"--json", ""}, [](auto& o) { o.output("json"); }, "--json needs the name of a file, got ''"},
+        {{}, [](auto& o) { o.arguments("logs", 1); }, "1 or more logs needed, got 0"},
+        {{"a", "b"}, [](auto& o) { o.arguments("log", 1, 1); }, "1 log needed, got 2"},
+    };
+    for (const Case& c : cases) {
+        const Parsed p(c.arguments);
+        try {
+            c.ask(p.options);
+            ADD_FAILURE() << "taken: " << c.message;
+        } catch (const kxtool::CommandError& error) {
+            EXPECT_EQ(error.code, kxtool::WrongUse);
+            EXPECT_EQ(error.message.toStdString(), c.message + std::string(", see kxmath saw --help"));
+        }
+    }
+    EXPECT_THROW(Parsed({"--wett"}), kxtool::CommandError);
+}
+
+} // namespace
