@@ -1,18 +1,13 @@
-// Numbers as text for people and for programs.
+// Numbers as text, under the names of the commands.
 #pragma once
 
-#include <QtCore/QJsonValue>
-#include <QtCore/QString>
+#include "inspect/results/json.h"
+#include "report/elements/numbers.h"
 
 namespace kxtool {
 
-/// The shortest decimal text that reads back as the same float; empty for NaN and infinities.
-QString shortestText(float value);
-
-/// The same number for JSON, null for NaN and infinities.
-QJsonValue jsonNumber(float value);
-
-/// A number with a fixed count of digits behind the point, a dash for NaN and infinities.
-QString fixedText(float value, int decimals);
+using KxInspect::detail::jsonNumber;
+using kxreport::fixedText;
+using kxreport::shortestText;
 
 } // namespace kxtool

@@ -1,0 +1,235 @@
+// Results as JSON: numbers and lists, to write and to read.
+#include "inspect/results/json.h"
+
+#include "inspect/base/error.h"
+
+#include <QtCore/QJsonDocument>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace KxInspect {
+
+std::string shortestText(float value) {
+    if (!std::isfinite(value)) {
+        return {};
+    }
+    std::array<char, 64> text;
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
+}
+
+namespace detail {
+
+namespace {
+
+[[noreturn]] void failResult(ErrorKind kind, const QString& key, const QString& reason, const ErrorPlace& place = {}) {
+    fail(kind, {"result", {}, key.toStdString()}, reason, place);
+}
+
+/// The float whose shortest text was written. Rounding the double that the text was read as once more could miss it.
+float floatOf(double value) {
+    std::array<char, 64> text;
+    const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    auto result = static_cast<float>(value); // stays beyond the range of floats
+    std::from_chars(text.data(), end, result);
+    return result;
+}
+
+} // namespace
+
+QJsonValue jsonNumber(float value) {
+    return std::isfinite(value) ? QJsonValue(QByteArray::fromStdString(shortestText(value)).toDouble()) : QJsonValue();
+}
+
+QJsonValue jsonNumber(double value) {
+    return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
+}
+
+QJsonArray jsonList(const std::vector<int>& numbers) {
+    QJsonArray list;
+    for (const int number : numbers) {
+        list.append(number);
+    }
+    return list;
+}
+
+QJsonArray jsonList(const std::vector<std::string>& texts) {
+    QJsonArray list;
+    for (const std::string& text : texts) {
+        list.append(QString::fromStdString(text));
+    }
+    return list;
+}
+
+QJsonArray jsonList(const std::vector<double>& numbers) {
+    QJsonArray list;
+    for (const double number : numbers) {
+        list.append(jsonNumber(number));
+    }
+    return list;
+}
+
+QJsonObject jsonPoints(const std::vector<Point>& points) {
+    QJsonArray x;
+    QJsonArray y;
+    for (const Point& point : points) {
+        x.append(jsonNumber(point.x));
+        y.append(jsonNumber(point.y));
+    }
+    return {{QStringLiteral("x"), x}, {QStringLiteral("y"), y}};
+}
+
+QJsonObject jsonLine(const Line& line) {
+    return {{QStringLiteral("k"), jsonNumber(line.slope)}, {QStringLiteral("b"), jsonNumber(line.intercept)}};
+}
+
+std::string jsonText(const QJsonObject& document) {
+    return QJsonDocument(document).toJson().toStdString();
+}
+
+JsonValue JsonValue::parse(const std::string& text, const char* command) {
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text), &error);
+    if (error.error != QJsonParseError::NoError) {
+        failResult(ErrorKind::Damaged, {},
+                   QStringLiteral("is no JSON at byte %1: %2").arg(error.offset).arg(error.errorString()),
+                   {error.offset, {}, {}, {}});
+    }
+    if (!document.isObject()) {
+        failResult(ErrorKind::Unsuitable, {}, QStringLiteral("is no JSON object"));
+    }
+    JsonValue result(document.object(), {});
+    const std::string found = result["command"].text();
+    if (found != command) {
+        failResult(ErrorKind::Unsuitable, QStringLiteral("command"),
+                   QStringLiteral("is one of the command '%1', not of '%2'")
+                       .arg(QString::fromStdString(found), QLatin1String(command)));
+    }
+    return result;
+}
+
+JsonValue JsonValue::operator[](const char* key) const {
+    if (!value_.isObject()) {
+        failAsNo("object");
+    }
+    const QString path = path_.isEmpty() ? QString::fromLatin1(key) : path_ + QLatin1Char('.') + QLatin1String(key);
+    const QJsonValue member = value_.toObject().value(QLatin1String(key));
+    if (member.isUndefined()) {
+        failResult(ErrorKind::Unsuitable, path, QStringLiteral("lacks the key '%1'").arg(path));
+    }
+    return {member, path};
+}
+
+bool JsonValue::has(const char* key) const {
+    return value_.toObject().contains(QLatin1String(key));
+}
+
+std::vector<JsonValue> JsonValue::list() const {
+    if (!value_.isArray()) {
+        failAsNo("list");
+    }
+    const QJsonArray elements = value_.toArray();
+    std::vector<JsonValue> result;
+    result.reserve(static_cast<std::size_t>(elements.size()));
+    for (qsizetype i = 0; i < elements.size(); ++i) {
+        result.push_back({elements[i], QStringLiteral("%1[%2]").arg(path_).arg(i)});
+    }
+    return result;
+}
+
+float JsonValue::number() const {
+    return isNull() ? std::numeric_limits<float>::quiet_NaN() : floatOf(wideNumber());
+}
+
+double JsonValue::wideNumber() const {
+    if (!value_.isDouble() && !isNull()) {
+        failAsNo("number");
+    }
+    return value_.toDouble(std::numeric_limits<double>::quiet_NaN());
+}
+
+int JsonValue::wholeNumber() const {
+    const std::int64_t number = wideWholeNumber();
+    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
+        failAsNo("whole number of 32 bits");
+    }
+    return static_cast<int>(number);
+}
+
+std::int64_t JsonValue::wideWholeNumber() const {
+    // A number that is not whole gives the default, whichever that is.
+    if (!value_.isDouble() || value_.toInteger(0) != value_.toInteger(1)) {
+        failAsNo("whole number");
+    }
+    return value_.toInteger();
+}
+
+bool JsonValue::flag() const {
+    if (!value_.isBool()) {
+        failAsNo("true or false");
+    }
+    return value_.toBool();
+}
+
+std::string JsonValue::text() const {
+    if (!value_.isString()) {
+        failAsNo("text");
+    }
+    return value_.toString().toStdString();
+}
+
+std::string JsonValue::textOrNull() const {
+    return isNull() ? std::string() : text();
+}
+
+std::vector<int> JsonValue::wholeNumbers() const {
+    std::vector<int> result;
+    for (const JsonValue& element : list()) {
+        result.push_back(element.wholeNumber());
+    }
+    return result;
+}
+
+std::vector<double> JsonValue::wideNumbers() const {
+    std::vector<double> result;
+    for (const JsonValue& element : list()) {
+        result.push_back(element.wideNumber());
+    }
+    return result;
+}
+
+std::vector<std::string> JsonValue::texts() const {
+    std::vector<std::string> result;
+    for (const JsonValue& element : list()) {
+        result.push_back(element.text());
+    }
+    return result;
+}
+
+std::vector<Point> JsonValue::points() const {
+    const std::vector<JsonValue> x = (*this)["x"].list();
+    const std::vector<JsonValue> y = (*this)["y"].list();
+    if (x.size() != y.size()) {
+        failAsNo("list of points: x and y differ in length");
+    }
+    std::vector<Point> result;
+    result.reserve(x.size());
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        result.push_back({x[i].number(), y[i].number()});
+    }
+    return result;
+}
+
+Line JsonValue::line() const {
+    return {(*this)["k"].number(), (*this)["b"].number()};
+}
+
+void JsonValue::failAsNo(const char* what) const {
+    failResult(ErrorKind::Unsuitable, path_, QStringLiteral("holds no %1 in '%2'").arg(QLatin1String(what), path_));
+}
+
+} // namespace detail
+
+} // namespace KxInspect

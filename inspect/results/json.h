@@ -1,0 +1,76 @@
+// Results as JSON: numbers and lists, to write and to read.
+#pragma once
+
+#include <KxInspect/Json.h>
+#include <KxInspect/Profile.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QJsonValue>
+#include <QtCore/QString>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace KxInspect::detail {
+
+/// @{ A number, null for NaN and infinities. Floats are written with the digits that tell them from other floats:
+/// 1360.1, not 1360.0999755859375.
+QJsonValue jsonNumber(float value);
+QJsonValue jsonNumber(double value);
+/// @}
+
+QJsonArray jsonList(const std::vector<int>& numbers);
+QJsonArray jsonList(const std::vector<std::string>& texts);
+QJsonArray jsonList(const std::vector<double>& numbers); ///< null for those that are not finite
+
+/// {"x": [...], "y": [...]}, which is shorter than a list of points.
+QJsonObject jsonPoints(const std::vector<Point>& points);
+
+/// {"k": slope, "b": intercept}
+QJsonObject jsonLine(const Line& line);
+
+/// The document as text: indented, members in alphabetical order, a line feed at the end.
+std::string jsonText(const QJsonObject& document);
+
+/// A value of a JSON document that is being read, with its path for messages: "pairs[2].distance". Each member function
+/// throws an Error of the kind Unsuitable when the value is not what it is asked for.
+class JsonValue {
+public:
+    /// Reads a document. Throws an Error with the byte when the text is no JSON, or when it is the result of another
+    /// command.
+    /// @param command what its member "command" must be
+    static JsonValue parse(const std::string& text, const char* command);
+
+    /// The member of an object.
+    JsonValue operator[](const char* key) const;
+    bool has(const char* key) const; ///< false too when the value is no object
+    bool isNull() const { return value_.isNull(); }
+
+    /// The elements of a list.
+    std::vector<JsonValue> list() const;
+
+    float number() const; ///< NaN for null
+    double wideNumber() const; ///< in double precision; NaN for null
+    int wholeNumber() const;
+    std::int64_t wideWholeNumber() const;
+    bool flag() const;
+    std::string text() const;
+    std::string textOrNull() const; ///< empty for null
+
+    std::vector<int> wholeNumbers() const;
+    std::vector<double> wideNumbers() const;
+    std::vector<std::string> texts() const;
+    std::vector<Point> points() const; ///< as jsonPoints() writes them
+    Line line() const; ///< as jsonLine() writes it
+
+private:
+    JsonValue(const QJsonValue& value, const QString& path) : value_(value), path_(path) {}
+    [[noreturn]] void failAsNo(const char* what) const;
+
+    QJsonValue value_;
+    QString path_;
+};
+
+} // namespace KxInspect::detail

@@ -1,0 +1,14 @@
+// Numbers as text for people.
+#pragma once
+
+#include <QtCore/QString>
+
+namespace kxreport {
+
+/// The shortest decimal text that reads back as the same float; empty for NaN and infinities.
+QString shortestText(float value);
+
+/// A number with a fixed count of digits behind the point, a dash for NaN and infinities.
+QString fixedText(float value, int decimals);
+
+} // namespace kxreport
