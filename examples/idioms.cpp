@@ -1,9 +1,12 @@
-// Idioms for what the interface makes unusual: copies, containers, appending assignments. docs/idioms.md explains them.
+// Idioms for what the interface makes unusual: copies, const objects, containers, appending assignments.
+// docs/idioms.md explains them.
 #include <KxMath/KxMath.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <deque>
 #include <memory>
+#include <utility>
 #include <vector>
 
 using namespace KxMath;
@@ -46,6 +49,24 @@ void copies() {
     expect(copy.size() == 10, "a const profile is assigned");
 }
 
+void constAndTemporaries() {
+    KxProfile ramp = makeRamp();
+    const KxProfile& fixed = ramp;
+    const qsizetype count = fixed.points.size(); // fixed.size() does not compile
+    expect(count == 10, "fields of const objects can be read");
+
+    KxProfile upper = makeRamp(); // line.calcFromPointCloud(makeRamp()) does not compile
+    KxLine line;
+    line.calcFromPointCloud(upper);
+    expect(line.k == 1 && makeRamp().size() == 10, "a temporary has members, but binds to no reference");
+
+    float highest = 0;
+    for (const KxPointXY& p : std::as_const(ramp.points)) {
+        highest = std::max(highest, p.y);
+    }
+    expect(highest == 9, "a loop that only reads");
+}
+
 void containers() {
     const KxProfile ramp = makeRamp();
 
@@ -78,7 +99,8 @@ void appendingAssignments() {
     slice.clear();
     slice = ramp;
     slice.z = 2.5f;
-    expect(slice.size() == 10 && slice.z == 2.5f, "a replacement");
+    slice.calcRange();
+    expect(slice.size() == 10 && slice.z == 2.5f && slice.maxY == 9, "a replacement");
 
     KxProfileZ same = slice;
     expect(same.size() == 10 && same.z == 2.5f, "initialising is a plain copy");
@@ -100,6 +122,7 @@ void sharing() {
 
 int main() {
     copies();
+    constAndTemporaries();
     containers();
     appendingAssignments();
     sharing();

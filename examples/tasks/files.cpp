@@ -15,7 +15,7 @@ bool readRecording(const QString& name, QList<KxProfileZ>& profiles) {
     }
     while (!file.atEnd()) {
         KxProfileZ profile;
-        if (profile.readFromFile(file) < 0 && profile.KxProfile::readFromFile(file) < 0) {
+        if (KxReadRecord(file, profile) == KxNoRecord) {
             return false; // file.pos() is the first byte of the damaged record
         }
         profiles.append(profile); // a 2-D cloud section has no position: z is NaN

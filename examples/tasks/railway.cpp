@@ -24,12 +24,12 @@ int findWheels(const QString& recording, QSettings& settings) {
 }
 
 // R3. Read the profiles of a wheel that was found.
-QList<KxProfileZ> wheelProfiles(const QString& folder, int wheel) {
+QList<KxProfileZ> wheelProfiles(const QString& recording, int wheel) {
+    const KxRecordingName name(recording);
     QList<KxProfileZ> profiles;
     for (int number = 1;; ++number) {
         KxProfileZ profile;
-        const QString name = QString::asprintf("/%02d_%02d.bin", wheel, number);
-        if (profile.KxProfile::readFromFile(folder + name) < 0) { // a 2-D cloud, no profile record
+        if (profile.KxProfile::readFromFile(name.wheelFile(wheel, number)) < 0) { // a 2-D cloud section
             return profiles;
         }
         profiles.append(profile);
@@ -114,7 +114,7 @@ void tryPass() {
     }
     expect(findWheels("north_11.bin", settings) == 2 && findWheels("south_12.bin", settings) == 2, "R2");
     expect(findWheels("west_13.bin", settings) == -1, "R2: no such sensor");
-    const QList<KxProfileZ> profiles = wheelProfiles("north_11", 2);
+    const QList<KxProfileZ> profiles = wheelProfiles("north_11.bin", 2);
     expect(profiles.size() == 7 && !profiles[6].points.isEmpty(), "R3");
     const QList<float> all = distances("north_11.bin", "south_12.bin", 3, settings);
     expect(isNear(all[0], 1050, 0.01) && isNear(all[1], 1055, 0.01) && std::isnan(all[2]), "R5");

@@ -81,7 +81,9 @@ TEST(FilesPage, HasTheTextOfTheCsvFormats) {
     EXPECT_EQ(QString::fromLatin1(files.read("profile.csv")), csvOfSection(QStringLiteral("Profile CSV")));
 
     KxLevelHistogram<KxPointXY> histogram;
-    histogram.levels = {{-0.5f, 3}, {12.0f, 40}};
+    KxPointCloud<KxPointXY> heights;
+    heights.points = {{0, -0.5f}, {1, 0}, {2, 0.25f}, {3, 1.75f}};
+    histogram.calcFromPointCloud(heights, 0.5f);
     EXPECT_TRUE(histogram.writeToCSV(files.path("levels.csv")));
     EXPECT_EQ(QString::fromLatin1(files.read("levels.csv")),
               csvOfSection(QStringLiteral("Level histogram CSV")).replace(QLatin1Char('\n'), QLatin1String("\r\n")));
