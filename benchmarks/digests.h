@@ -2,25 +2,16 @@
 #pragma once
 
 #include "family.h"
-
-#include <bit>
-#include <cstdint>
+#include "support/bitDigest.h"
 
 namespace kxbench {
 
-/// Takes in values one after the other; the order counts.
-class BitDigest {
-public:
-    void add(std::uint32_t bits) { hash_ = (hash_ ^ bits) * 0x100000001b3u; } // FNV-1a, Fowler, Noll and Vo 1991
-    void add(int value) { add(static_cast<std::uint32_t>(value)); }
-    void add(float value) { add(std::bit_cast<std::uint32_t>(value)); }
+using testing_support::BitDigest;
 
-    /// As much of it as a double holds.
-    Digest result() const { return {static_cast<double>(hash_ >> 12), 0.0}; }
-
-private:
-    std::uint64_t hash_ = 0xcbf29ce484222325u;
-};
+/// As much of a digest as a double holds.
+inline Digest resultOf(const BitDigest& digest) {
+    return {static_cast<double>(digest.value() >> 12), 0.0};
+}
 
 /// Of jobs that only tell whether they are done.
 template <typename Job>
@@ -36,7 +27,7 @@ Digest digestXY(const Points& points) {
         digest.add(p.x);
         digest.add(p.y);
     }
-    return digest.result();
+    return resultOf(digest);
 }
 
 /// Of the numbers in a list.
@@ -46,7 +37,7 @@ Digest digestValues(const Values& values) {
     for (const auto& value : values) {
         digest.add(value);
     }
-    return digest.result();
+    return resultOf(digest);
 }
 
 } // namespace kxbench

@@ -42,7 +42,7 @@ void forEachRun(const Cloud& cloud, Work work) {
                     digest.add(key);
                     digest.add(value);
                 }
-                return digest.result();
+                return resultOf(digest);
             };
             add<IndexJob>(
                 name, n, "kx", 1, fill, [](IndexJob& j) { j.cloud.buildZIndex(); },

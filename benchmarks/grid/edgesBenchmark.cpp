@@ -72,7 +72,7 @@ Digest digestEdges(GridJob& j) {
             digest.add(cell.taken ? -1.0f : cell.mean);
         }
     }
-    return digest.result();
+    return resultOf(digest);
 }
 
 [[maybe_unused]] const bool isRegistered = [] {

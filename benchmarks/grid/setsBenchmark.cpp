@@ -75,7 +75,7 @@ void addReading() {
             for (const KxMath::KxProfileZ& profile : std::as_const(j.set.profiles)) {
                 digest.add(profile.points.last().y);
             }
-            return digest.result();
+            return resultOf(digest);
         });
     addOnGrid(
         kOperation, "peer_buffered_io", write,
@@ -95,7 +95,7 @@ void addReading() {
             for (const std::vector<KxPointXY>& profile : j.profiles) {
                 digest.add(profile.back().y);
             }
-            return digest.result();
+            return resultOf(digest);
         });
     addOnGrid(
         kOperation, "limit_one_read", write,
@@ -142,7 +142,7 @@ void addFromCloud() {
                 digest.add(p.y);
             }
         }
-        return digest.result();
+        return resultOf(digest);
     };
     addOnGrid(
         kOperation, "kx", fillCloud, [](GridJob& j) { j.set.calcFromPointCloud(j.cloud, kPitch); },

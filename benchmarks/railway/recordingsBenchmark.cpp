@@ -102,7 +102,7 @@ Digest digestFiles(TrainJob&) {
         digest.add(static_cast<int>(file.bytes.size()));
         digest.add(static_cast<int>(qHash(file.bytes)));
     }
-    return digest.result();
+    return resultOf(digest);
 }
 
 void readFile(const char* name, char* bytes, std::size_t room) {

@@ -1,14 +1,18 @@
 // Results of the library's operations as text: hexadecimal floats, and for lists their number and a digest of all bits.
 #pragma once
 
+#include "support/bitDigest.h"
+
 #include <KxMath/KxMath.h>
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 
 namespace golden {
+
+using testing_support::BitDigest;
 
 /// Numbers from integers only, so that no compiler and no library of functions has a say in them.
 class Source {
@@ -59,7 +63,7 @@ public:
     /// Number, first and middle element, and the digest of a list.
     template <typename T>
     Line& operator<<(const QList<T>& list) {
-        std::uint64_t digest = 14695981039346656037u; // FNV-1a
+        BitDigest digest;
         for (const T& element : list) {
             add(digest, element);
         }
@@ -67,21 +71,20 @@ public:
         if (!list.isEmpty()) {
             *this << list.first() << list[list.size() / 2];
         }
-        std::printf(" #%016llx", static_cast<unsigned long long>(digest));
+        std::printf(" #%016llx", static_cast<unsigned long long>(digest.value()));
         return *this;
     }
 
 private:
-    static void add(std::uint64_t& digest, std::uint32_t bits) { digest = (digest ^ bits) * 1099511628211u; }
-    static void add(std::uint64_t& digest, int v) { add(digest, static_cast<std::uint32_t>(v)); }
-    static void add(std::uint64_t& digest, float v) {
-        add(digest, std::isnan(v) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(v));
+    static void add(BitDigest& digest, int v) { digest.add(v); }
+    static void add(BitDigest& digest, float v) {
+        digest.add(std::isnan(v) ? std::numeric_limits<float>::quiet_NaN() : v); // of whatever sign and payload
     }
-    static void add(std::uint64_t& digest, const KxMath::KxPointXY& p) {
+    static void add(BitDigest& digest, const KxMath::KxPointXY& p) {
         add(digest, p.x);
         add(digest, p.y);
     }
-    static void add(std::uint64_t& digest, const KxMath::KxPointXYZ& p) {
+    static void add(BitDigest& digest, const KxMath::KxPointXYZ& p) {
         add(digest, p.x);
         add(digest, p.y);
         add(digest, p.z);
