@@ -140,7 +140,7 @@ TEST(InstructionSets, CellsAreCountedAndEmptied) {
             QList<float> emptied = cells;
             ASSERT_EQ(detail::countFilled(cells.data(), count, set), filled(cells));
             ASSERT_EQ(detail::emptyOutside(emptied.data(), count, min, max, set), filled(cells) - filled(expected));
-            ASSERT_EQ(exact(emptied), exact(expected));
+            ASSERT_EXACT(emptied, expected);
         }
     });
 }
