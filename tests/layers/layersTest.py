@@ -1,11 +1,12 @@
 """The check of the layers on small trees: a sound one, and ones with a planted fault each."""
+import contextlib
+import io
 import pathlib
-import subprocess
-import sys
 import tempfile
 import unittest
 
-SCRIPT = pathlib.Path(__file__).with_name("layers.py")
+import layers
+
 SOUND = {
     "include/KxMath/KxProfile.h": "",
     "include/KxInspect/KxTrain.h": "#include <KxMath/KxProfile.h>\n",
@@ -20,7 +21,8 @@ SOUND = {
     "inspect/train/pass.h": "#include <KxInspect/KxTrain.h>\n",
     "inspect/train/pass.cpp": '#include "inspect/train/pass.h"\n',
     "inspect/wheel/measures.h": '#include "inspect/train/pass.h"\n',
-    "report/CMakeLists.txt": "add_library(kxreport STATIC page.cpp)\n",
+    "report/CMakeLists.txt": "add_library(kxreport STATIC page.cpp)\n"
+                             "target_link_libraries(kxreport PUBLIC KxInspect)\n",
     "report/page.cpp": "#include <KxInspect/KxTrain.h>\n",
     "simulator/train.h": "#include <KxMath/KxProfile.h>\n",
     "tools/kxmath/CMakeLists.txt": "add_executable(kxmath main.cpp)\ntarget_link_libraries(kxmath PRIVATE kxreport)\n",
@@ -40,11 +42,12 @@ def check(changes, pending=None):
             path.write_text(text, encoding="utf-8")
         options = []
         if pending is not None:
-            list_of_known = pathlib.Path(folder, "pending.txt")
-            list_of_known.write_text("# known\n" + pending, encoding="utf-8")
-            options = ["--pending", str(list_of_known)]
-        run = subprocess.run([sys.executable, str(SCRIPT), *options, folder], capture_output=True, text=True, check=False)
-        return run.returncode, run.stdout.strip() + run.stderr
+            known = pathlib.Path(folder, "pending.txt")
+            known.write_text("# known\n" + pending, encoding="utf-8")
+            options = ["--pending", str(known)]
+        with contextlib.redirect_stdout(io.StringIO()) as output:
+            code = layers.main([*options, folder])
+        return code, output.getvalue().strip()
 
 
 class Layers(unittest.TestCase):
@@ -87,6 +90,8 @@ class Layers(unittest.TestCase):
             ({"src/io/lost.cpp": ""}, "src/io/lost.cpp is listed in no CMake file"),
             ({"cmake/links.cmake": "target_link_libraries(KxInspect\n  PUBLIC KxMath PRIVATE $<BUILD_INTERFACE:kxreport>)\n"},
              "cmake/links.cmake: KxInspect links kxreport: measuring may not use pages"),
+            ({"cmake/links.cmake": "add_library(Kx::Report ALIAS kxreport)\ntarget_link_libraries(KxMath PRIVATE Kx::Report)\n"},
+             "cmake/links.cmake: KxMath links Kx::Report: core may not use pages"),
         ):
             with self.subTest(finding):
                 self.assertEqual(check(changes), (1, finding))
