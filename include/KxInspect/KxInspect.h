@@ -3,6 +3,10 @@
 
 #include "Error.h"
 #include "Export.h"
+#include "FileContents.h"
+#include "PointFile.h"
 #include "Profile.h"
+#include "ProfileFile.h"
 #include "Progress.h"
+#include "Range.h"
 #include "Recording.h"

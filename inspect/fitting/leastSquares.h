@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 /// Collects equations a0 c0 + a1 c1 + a2 c2 = value and solves their normal equations for c.
 class LeastSquares3 {
@@ -46,4 +46,8 @@ private:
     std::array<std::array<double, 4>, 3> sums_ = {};
 };
 
-} // namespace kxtool
+} // namespace KxInspect::detail
+
+namespace kxtool { // for what is still there
+using KxInspect::detail::LeastSquares3;
+}

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 double valueAt(const KxMath::KxProfile& curve, double x) {
     const QList<KxMath::KxPointXY>& points = curve.points;
@@ -23,4 +23,4 @@ double valueAt(const KxMath::KxProfile& curve, double x) {
     return leftY + (rightY - leftY) * (x - leftX) / (rightX - leftX);
 }
 
-} // namespace kxtool
+} // namespace KxInspect::detail

@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 /// The median of values of which none is NaN, the upper one of two in the middle; `none` for no values.
 template <typename Value>
@@ -18,4 +18,8 @@ Value median(std::vector<Value> values, Value none = std::numeric_limits<Value>:
     return *middle;
 }
 
-} // namespace kxtool
+} // namespace KxInspect::detail
+
+namespace kxtool { // for what is still there
+using KxInspect::detail::median;
+}

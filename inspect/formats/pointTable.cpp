@@ -1,12 +1,14 @@
 // Tables of points with named columns.
 #include "inspect/formats/pointTable.h"
 
+#include <KxMath/KxPoints.h>
+
 #include <QtCore/QtEndian>
 
 #include <bit>
 #include <cmath>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 namespace {
 
@@ -75,20 +77,29 @@ double toNumber(quint64 bits, const Column& column) {
     return static_cast<double>(static_cast<qint64>(bits << shift) >> shift);
 }
 
-[[noreturn]] void failShort(qint64 rows, qint64 count) {
-    throw FormatError{QStringLiteral("ends after %1 of %2 points").arg(rows).arg(count)};
+[[noreturn]] void failShort(const FileHeader& header, qint64 rows, qint64 count) {
+    fail(ErrorKind::Damaged, header.source(), QStringLiteral("ends after %1 of %2 points").arg(rows).arg(count),
+         {header.content().size(), {}, {}, {}});
 }
 
-void readBinary(const std::vector<Column>& columns, qint64 count, const QByteArray& data, PointData& result) {
+void append(const Row& row, PointSet& result) {
+    result.points.push_back({row.point.x, row.point.y, row.point.z});
+    if (result.hasColours) {
+        result.colours.push_back(row.point.rgb);
+    }
+}
+
+void readBinary(const FileHeader& header, const std::vector<Column>& columns, qint64 count, PointSet& result) {
+    const qint64 size = header.content().size() - header.end();
     qint64 rowSize = 0;
     for (const Column& column : columns) {
         rowSize += column.size;
     }
-    if (rowSize == 0 || data.size() / rowSize < count) {
-        failShort(rowSize == 0 ? 0 : data.size() / rowSize, count);
+    if (rowSize == 0 || size / rowSize < count) {
+        failShort(header, rowSize == 0 ? 0 : size / rowSize, count);
     }
-    result.points.reserve(count);
-    const char* at = data.constData();
+    result.points.reserve(static_cast<std::size_t>(count));
+    const char* at = header.content().constData() + header.end();
     for (qint64 i = 0; i < count; ++i) {
         Row row;
         for (const Column& column : columns) {
@@ -96,23 +107,27 @@ void readBinary(const std::vector<Column>& columns, qint64 count, const QByteArr
             row.set(column.name, toNumber(bits, column), static_cast<quint32>(bits));
             at += column.size;
         }
-        result.points.append(row.point);
+        append(row, result);
     }
 }
 
-void readAscii(const std::vector<Column>& columns, qint64 count, const QByteArray& data, PointData& result) {
-    qsizetype begin = 0;
+void readAscii(const FileHeader& header, const std::vector<Column>& columns, qint64 count, PointSet& result) {
+    const QByteArray& data = header.content();
+    qsizetype begin = header.end();
     for (qint64 i = 0; i < count; ++i) {
         if (begin >= data.size()) {
-            failShort(i, count);
+            failShort(header, i, count);
         }
         qsizetype end = data.indexOf('\n', begin);
         end = end < 0 ? data.size() : end;
         const QList<QByteArray> fields = data.mid(begin, end - begin).simplified().split(' ');
-        begin = end + 1;
         if (fields.size() < static_cast<qsizetype>(columns.size())) {
-            throw FormatError{QStringLiteral("has too few columns in point %1").arg(i + 1)};
+            const qint64 line = header.lines() + i + 1;
+            fail(ErrorKind::Damaged, header.source(),
+                 QStringLiteral("has too few columns in point %1, in line %2").arg(i + 1).arg(line),
+                 {begin, {}, line, {}});
         }
+        begin = end + 1;
         Row row;
         for (size_t k = 0; k < columns.size(); ++k) {
             const QByteArray& field = fields[static_cast<qsizetype>(k)];
@@ -121,29 +136,29 @@ void readAscii(const std::vector<Column>& columns, qint64 count, const QByteArra
             const quint32 bits = isPackedFloat ? std::bit_cast<quint32>(static_cast<float>(value)) : field.toUInt();
             row.set(columns[k].name, value, bits);
         }
-        result.points.append(row.point);
+        append(row, result);
     }
 }
 
 } // namespace
 
-PointData readTable(const std::vector<Column>& columns, qint64 count, TableData kind, const QByteArray& data) {
-    PointData result;
+PointSet readTable(const FileHeader& header, const std::vector<Column>& columns, qint64 count, TableData kind) {
+    PointSet result;
     bool hasX = false;
     bool hasY = false;
     for (const Column& column : columns) {
         hasX |= column.name == "x";
         hasY |= column.name == "y";
         result.hasZ |= column.name == "z";
-        result.hasColour |= isColour(column);
+        result.hasColours |= isColour(column);
     }
     if (!hasX || !hasY) {
-        throw FormatError{QStringLiteral("has no columns x and y")};
+        header.failWhole(ErrorKind::Unsuitable, QStringLiteral("has no columns x and y"));
     }
     if (kind == TableData::Ascii) {
-        readAscii(columns, count, data, result);
+        readAscii(header, columns, count, result);
     } else {
-        readBinary(columns, count, data, result);
+        readBinary(header, columns, count, result);
     }
     return result;
 }
@@ -152,4 +167,16 @@ QByteArray coordinateText(float value) {
     return std::isnan(value) ? QByteArray("nan") : QByteArray::number(static_cast<double>(value), 'g', 9);
 }
 
-} // namespace kxtool
+void appendFloat(QByteArray& bytes, float value) {
+    char raw[sizeof(float)];
+    qToLittleEndian(std::bit_cast<quint32>(value), raw);
+    bytes.append(raw, sizeof(raw));
+}
+
+void appendPoint(QByteArray& bytes, const Point3& p, bool hasZ) {
+    appendFloat(bytes, p.x);
+    appendFloat(bytes, p.y);
+    appendFloat(bytes, hasZ ? p.z : 0.0f);
+}
+
+} // namespace KxInspect::detail

@@ -1,13 +1,13 @@
 // Tables of points with named columns, as the viewers' formats hold them.
 #pragma once
 
-#include "inspect/formats/pointData.h"
+#include "inspect/formats/fileHeader.h"
 
-#include <QtCore/QByteArray>
+#include <KxInspect/PointFile.h>
 
 #include <vector>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 /// One column: its name and the type of its numbers in binary data.
 struct Column {
@@ -18,11 +18,16 @@ struct Column {
 
 enum class TableData { Ascii, LittleEndian };
 
-/// Reads `count` rows from `data`. The columns x, y and z become coordinates, red, green and blue or rgb (packed) the
-/// colour; others are passed over. `count` is a claim: a FormatError is thrown when there is less.
-PointData readTable(const std::vector<Column>& columns, qint64 count, TableData kind, const QByteArray& data);
+/// Reads `count` rows behind the header. The columns x, y and z become coordinates, red, green and blue or rgb (packed)
+/// the colour; others are passed over. `count` is a claim: an Error is thrown when there is less.
+PointSet readTable(const FileHeader& header, const std::vector<Column>& columns, qint64 count, TableData kind);
 
 /// A coordinate as text that reads back as the same float.
 QByteArray coordinateText(float value);
 
-} // namespace kxtool
+/// @{ Appends little-endian floats: a value; the coordinates of a point, with z = 0 where there is none.
+void appendFloat(QByteArray& bytes, float value);
+void appendPoint(QByteArray& bytes, const Point3& p, bool hasZ);
+/// @}
+
+} // namespace KxInspect::detail

@@ -1,22 +1,24 @@
-// The formats that point cloud viewers open.
+// The formats that point cloud viewers open: parsed from and formatted as the bytes of a file.
 #pragma once
 
-#include "inspect/formats/pointData.h"
+#include <KxInspect/Error.h>
+#include <KxInspect/PointFile.h>
 
 #include <QtCore/QByteArray>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
-/// Columns x y [z] separated by blanks, tabs or semicolons; lines that do not begin with two numbers are passed over.
-PointData parseXyz(const QByteArray& content);
-QByteArray formatXyz(const PointData& data);
+/// Columns x y [z] separated by blanks, tabs, commas or semicolons; lines that do not begin with two numbers are passed
+/// over.
+PointSet parseXyz(const ErrorSource& source, const QByteArray& content);
+QByteArray formatXyz(const PointSet& points);
 
 /// Stanford polygon format (G. Turk, 1994): the vertices of ASCII and little-endian files. Written as little-endian.
-PointData parsePly(const QByteArray& content);
-QByteArray formatPly(const PointData& data);
+PointSet parsePly(const ErrorSource& source, const QByteArray& content);
+QByteArray formatPly(const PointSet& points);
 
-/// Point cloud data, version 0.7: ASCII and uncompressed binary. Written as binary; a colour is packed into rgb.
-PointData parsePcd(const QByteArray& content);
-QByteArray formatPcd(const PointData& data);
+/// Point Cloud Data, version 0.7: ASCII and uncompressed binary. Written as binary; a colour is packed into rgb.
+PointSet parsePcd(const ErrorSource& source, const QByteArray& content);
+QByteArray formatPcd(const PointSet& points);
 
-} // namespace kxtool
+} // namespace KxInspect::detail

@@ -2,9 +2,9 @@
 #include "inspect/wheel/wheelMeasurement.h"
 
 #include "inspect/conicity/wheelSet.h"
-#include "inspect/formats/pointFile.h"
 #include "inspect/formats/profileFiles.h"
 #include "inspect/wheel/rimSection.h"
+#include <KxInspect/PointFile.h>
 
 #include <QtCore/QFile>
 
@@ -17,7 +17,6 @@ namespace {
 
 using KxMath::KxPointXY;
 using KxMath::KxPointXYZ;
-using KxMath::KxPointXYZRGB;
 using KxMath::KxProfile;
 using Rim = KxMath::KxPointCloud<KxPointXYZ>;
 
@@ -33,13 +32,14 @@ bool isSpatial(const QString& path) {
 /// @return what is wrong with the file, empty when it was read
 QString readCloud(const QString& path, Rim& rim) {
     try {
-        for (const KxPointXYZRGB& p : readPointFile(path, Format::Cloud).points) {
+        for (const KxInspect::Point3& p :
+             KxInspect::readPoints(path.toStdString(), KxInspect::FileKind::Cloud).points) {
             if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) {
                 rim.points.append({p.x, p.y, p.z});
             }
         }
-    } catch (const FormatError& error) {
-        return error.message;
+    } catch (const KxInspect::Error& error) {
+        return QString::fromStdString(error.reason());
     }
     return rim.points.isEmpty() ? QStringLiteral("holds no points") : QString();
 }

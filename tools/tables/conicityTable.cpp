@@ -54,7 +54,7 @@ int main() {
             std::printf("| %g | %g |", static_cast<double>(slope), static_cast<double>(margin));
             for (const float amplitude : kAmplitudes) {
                 const double expected = static_cast<double>(slope);
-                const double value = kxtool::valueAt(conicity, static_cast<double>(amplitude));
+                const double value = KxInspect::detail::valueAt(conicity, static_cast<double>(amplitude));
                 const double error = (value - expected) / expected * 100.0;
                 std::isnan(error) ? std::printf(" - |") : std::printf(" %+.2f %% |", error);
             }

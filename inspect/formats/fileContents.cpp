@@ -1,0 +1,117 @@
+// What is in a file.
+#include <KxInspect/FileContents.h>
+
+#include "inspect/base/error.h"
+#include "inspect/base/paths.h"
+#include "inspect/fitting/median.h"
+#include "inspect/formats/openFile.h"
+#include "inspect/formats/sections.h"
+
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <cmath>
+
+namespace KxInspect {
+
+namespace {
+
+using Spacings = std::vector<float>;
+
+void count(FileContents& contents, PartKind kind) {
+    const auto found = std::find_if(contents.parts.begin(), contents.parts.end(),
+                                    [&](const PartCount& part) { return part.kind == kind; });
+    if (found == contents.parts.end()) {
+        contents.parts.push_back({kind, 1});
+    } else {
+        ++found->count;
+    }
+}
+
+/// Takes up the points of a part. `hasZ`: they have a z of their own.
+void addPoints(FileContents& contents, const std::vector<Point3>& points, bool hasZ, Spacings& spacings) {
+    contents.points += static_cast<std::int64_t>(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Point3& p = points[i];
+        contents.missing += std::isnan(p.x) || std::isnan(p.y) || (hasZ && std::isnan(p.z)) ? 1 : 0;
+        contents.x.include(p.x);
+        contents.y.include(p.y);
+        contents.z.include(p.z);
+        const float spacing = i > 0 ? std::abs(p.x - points[i - 1].x) : 0.0f;
+        if (std::isfinite(spacing) && spacing > 0.0f) {
+            spacings.push_back(spacing);
+        }
+    }
+}
+
+PartKind partKind(KxMath::KxRecordKind kind) {
+    switch (kind) {
+    case KxMath::KxSectionXY:
+        return PartKind::CloudSection2D;
+    case KxMath::KxSectionXYZ:
+        return PartKind::CloudSection3D;
+    case KxMath::KxSectionXYZRGB:
+        return PartKind::CloudSectionColours;
+    default:
+        return PartKind::ProfileRecord;
+    }
+}
+
+/// Reads sections and records of any kind, one after the other, to the end or the first byte that begins none.
+void readSections(QFile& file, const ErrorSource& source, const Progress& progress, FileContents& contents,
+                  Spacings& spacings) {
+    const std::string step = "reading " + source.file;
+    while (!file.atEnd()) {
+        PointSet part;
+        const KxMath::KxRecordKind kind = detail::readSection(file, part);
+        if (kind == KxMath::KxNoRecord) {
+            const QString damage =
+                QStringLiteral("is damaged at byte %1 of %2: no whole section or record begins there");
+            contents.damage = Error(ErrorKind::Damaged, source, damage.arg(file.pos()).arg(file.size()).toStdString(),
+                                    {file.pos(), {}, {}, {}});
+            return;
+        }
+        count(contents, partKind(kind));
+        addPoints(contents, part.points, kind == KxMath::KxSectionXYZ || kind == KxMath::KxSectionXYZRGB, spacings);
+        if (progress) {
+            progress(step, static_cast<double>(file.pos()) / static_cast<double>(file.size()));
+        }
+    }
+}
+
+void readWholeFile(const std::string& path, FileKind kind, FileContents& contents, Spacings& spacings) {
+    contents.kind = kind;
+    try {
+        const PointSet set = readPoints(path, kind);
+        count(contents, PartKind::WholeFile);
+        addPoints(contents, set.points, set.hasZ, spacings);
+    } catch (const Error& error) {
+        contents.damage = error;
+    }
+}
+
+bool isWholeFile(std::optional<FileKind> kind) {
+    return kind && *kind != FileKind::Cloud && *kind != FileKind::Profiles;
+}
+
+} // namespace
+
+FileContents readFileContents(const std::string& path, const Progress& progress) {
+    const ErrorSource source{{}, path, {}};
+    QFile file(detail::toQt(path));
+    if (QFileInfo(file).isDir()) {
+        detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("cannot be read: it is a folder"));
+    }
+    detail::openForReading(file, source);
+    FileContents contents;
+    Spacings spacings;
+    if (const std::optional<FileKind> kind = kindByFileName(path); isWholeFile(kind)) {
+        readWholeFile(path, *kind, contents, spacings);
+    } else {
+        readSections(file, source, progress, contents, spacings);
+    }
+    contents.spacing = detail::median(std::move(spacings));
+    return contents;
+}
+
+} // namespace KxInspect

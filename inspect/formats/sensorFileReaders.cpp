@@ -1,0 +1,82 @@
+// Reading the kinds of point files that sensors write.
+#include "inspect/base/error.h"
+#include "inspect/base/paths.h"
+#include "inspect/formats/openFile.h"
+#include "inspect/formats/sections.h"
+#include "inspect/formats/sensorFiles.h"
+
+#include <KxMath/KxProfile.h>
+
+#include <QtCore/QtEndian>
+
+namespace KxInspect::detail {
+
+PointSet readCloudFile(const ErrorSource& source) {
+    QFile file(toQt(source.file));
+    openForReading(file, source);
+    PointSet set;
+    const KxMath::KxRecordKind kind = readSection(file, set);
+    if (kind == KxMath::KxNoRecord || kind == KxMath::KxProfileRecord) {
+        fail(ErrorKind::Damaged, source, QStringLiteral("holds no whole cloud section"), {0, {}, {}, {}});
+    }
+    if (!file.atEnd()) {
+        fail(ErrorKind::Unsuitable, source,
+             QStringLiteral("goes on behind its cloud section, at byte %1; kxmath info tells what is in it")
+                 .arg(file.pos()),
+             {file.pos(), {}, {}, {}});
+    }
+    set.hasZ = kind != KxMath::KxSectionXY;
+    set.hasColours = kind == KxMath::KxSectionXYZRGB;
+    return set;
+}
+
+PointSet readProfileRecords(const ErrorSource& source) {
+    QFile file(toQt(source.file));
+    openForReading(file, source);
+    PointSet set;
+    set.hasZ = true;
+    while (!file.atEnd()) {
+        const qint64 begin = file.pos();
+        set.profileStarts.push_back(set.points.size());
+        if (readSection(file, set) != KxMath::KxProfileRecord) {
+            fail(ErrorKind::Damaged, source,
+                 QStringLiteral("is damaged: no whole profile record begins at byte %1").arg(begin),
+                 {begin, static_cast<std::int64_t>(set.profileStarts.size()), {}, {}});
+        }
+    }
+    return set;
+}
+
+PointSet readCsvFile(const ErrorSource& source) {
+    QFile file(toQt(source.file));
+    openForReading(file, source); // the profile does not tell such a file from an empty one
+    file.close();
+    KxMath::KxProfile profile;
+    if (profile.readFromCSVFile(file.fileName(), 0, 1) == 0) {
+        fail(ErrorKind::Unsuitable, source, QStringLiteral("holds no points"));
+    }
+    PointSet set;
+    for (const KxMath::KxPointXY& p : std::as_const(profile.points)) {
+        set.points.push_back({p.x, p.y, std::numeric_limits<float>::quiet_NaN()});
+    }
+    return set;
+}
+
+PointSet readXyzfFile(const ErrorSource& source) {
+    constexpr qsizetype kRecordSize = 16;
+    const QByteArray content = readAll(source);
+    if (content.size() % kRecordSize != 0) {
+        fail(ErrorKind::Damaged, source, QStringLiteral("has %1 bytes, which is no multiple of 16").arg(content.size()),
+             {content.size() / kRecordSize * kRecordSize, {}, {}, {}});
+    }
+    PointSet set;
+    set.hasZ = true;
+    for (qsizetype at = 0; at < content.size(); at += kRecordSize) {
+        float xyz[3];
+        qFromLittleEndian<float>(content.constData() + at, 3, xyz);
+        set.points.push_back({xyz[0], xyz[1], xyz[2]});
+    }
+    return set;
+}
+
+} // namespace KxInspect::detail

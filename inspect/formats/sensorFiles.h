@@ -1,0 +1,26 @@
+// The kinds of point files that sensors write: clouds, profile records, CSV and bare coordinates.
+#pragma once
+
+#include <KxInspect/Error.h>
+#include <KxInspect/PointFile.h>
+
+namespace KxInspect::detail {
+
+/// @{ Reads a file. Throws the errors of readPoints().
+PointSet readCloudFile(const ErrorSource& source);
+PointSet readProfileRecords(const ErrorSource& source);
+PointSet readCsvFile(const ErrorSource& source);
+PointSet readXyzfFile(const ErrorSource& source);
+/// @}
+
+/// @{ Writes a file. Throws the errors of writePoints().
+void writeCloudFile(const ErrorSource& source, const PointSet& points);
+void writeProfileRecords(const ErrorSource& source, const PointSet& points);
+void writeCsvFile(const ErrorSource& source, const PointSet& points);
+void writeXyzfFile(const ErrorSource& source, const PointSet& points);
+/// @}
+
+/// Throws an Error Unwritable unless a file was written.
+void checkWritten(bool isWritten, const ErrorSource& source);
+
+} // namespace KxInspect::detail
