@@ -2,24 +2,31 @@
 #include "input.h"
 #include "scratch.h"
 
-#include "inspect/formats/pointFile.h"
-#include "inspect/formats/profileFiles.h"
+#include <KxInspect/Error.h>
+#include <KxInspect/FileContents.h>
+#include <KxInspect/PointFile.h>
+#include <KxInspect/ProfileFile.h>
 
-using kxtool::Format;
+using KxInspect::FileKind;
 
 namespace {
 
-constexpr Format kFormats[] = {Format::Cloud, Format::Profiles, Format::Csv, Format::HeadlessXyz,
-                               Format::Xyz,   Format::Ply,      Format::Pcd};
+constexpr FileKind kKinds[] = {FileKind::Cloud, FileKind::Profiles, FileKind::Csv, FileKind::Xyzf,
+                               FileKind::Xyz,   FileKind::Ply,      FileKind::Pcd};
 
-void convert(const QString& path, Format from) {
-    const kxtool::PointData points = kxtool::readPointFile(path, from);
-    for (const Format to : kFormats) {
-        try {
-            kxtool::writePointFile(kxfuzz::scratchFile(QStringLiteral("copy")), to, points);
-        } catch (const kxtool::FormatError&) {
-            // not all kinds hold all points
-        }
+/// Calls what may throw an Error: what a user is told.
+template <typename Call>
+void tryCall(Call call) {
+    try {
+        call();
+    } catch (const KxInspect::Error&) {
+    }
+}
+
+void convert(const std::string& path, FileKind from) {
+    const KxInspect::PointSet points = KxInspect::readPoints(path, from);
+    for (const FileKind to : kKinds) { // not all kinds hold all points
+        tryCall([&] { KxInspect::writePoints(kxfuzz::scratchFile(QStringLiteral("copy")).toStdString(), to, points); });
     }
 }
 
@@ -29,18 +36,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     if (size < 1) {
         return 0;
     }
-    const QString path = kxfuzz::writeScratch("points", data + 1, size - 1);
-    try {
-        if (data[0] % 8 < std::size(kFormats)) {
-            convert(path, kFormats[data[0] % 8]);
-        } else {
-            KxMath::KxProfile profile;
-            kxtool::readProfileFile(path, data[0] / 8 % 4, data[0] / 32, profile);
-            std::vector<QList<KxMath::KxPointXY>> profiles;
-            kxtool::readProfilesOfFile(path, data[0] / 8 % 4, data[0] / 32, profiles);
-        }
-    } catch (const kxtool::FormatError&) {
-        // what the user is told
+    const std::string path = kxfuzz::writeScratch("points", data + 1, size - 1).toStdString();
+    if (data[0] % 8 < std::size(kKinds)) {
+        tryCall([&] { convert(path, kKinds[data[0] % 8]); });
+    } else {
+        const KxInspect::Columns columns{data[0] / 8 % 4, data[0] / 32};
+        tryCall([&] { KxInspect::readProfile(path, columns); });
+        tryCall([&] { KxInspect::readProfiles(path, columns); });
+        tryCall([&] { KxInspect::readFileContents(path); });
     }
     return 0;
 }

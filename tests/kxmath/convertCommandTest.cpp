@@ -86,7 +86,7 @@ TEST_F(Convert, Refuses) {
     }
     expectRefusals({
         {{"missing.bin", "a.xyz"}, 3, "cannot be read"},
-        {{"spatial.bin"}, 2, "two files are needed"},
+        {{"spatial.bin"}, 2, "2 files needed, got 1"},
         {{"spatial.bin", "a.abc"}, 2, "does not tell the kind"},
         {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
         {{"-", "a.xyz"}, 2, "--from"},
@@ -114,7 +114,7 @@ TEST_F(Info, TellsWhatIsInFiles) {
     EXPECT_TRUE(cut.errors.contains("at byte " + lastRecord)) << cut.errors.constData();
     write("empty.bin", "");
     run({"empty.bin"}, 1);
-    expectRefusals({{{"missing.bin"}, 3, "cannot be read"}, {{}, 2, "no file was named"}});
+    expectRefusals({{{"missing.bin"}, 3, "cannot be read"}, {{}, 2, "1 or more files needed"}});
 }
 
 } // namespace

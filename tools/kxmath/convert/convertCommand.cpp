@@ -1,8 +1,11 @@
 // kxmath convert: points from one kind of file to another.
-#include "inspect/formats/pointFile.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/options.h"
+
+#include <KxInspect/Error.h>
+#include <KxInspect/PointFile.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
@@ -12,6 +15,8 @@
 namespace kxtool {
 
 namespace {
+
+using KxInspect::FileKind;
 
 constexpr const char* kName = "convert";
 
@@ -32,48 +37,43 @@ const char* const kDescription =
     "cannot\n"
     "hold the points.";
 
-struct Options {
+struct Conversion {
     QString in;
     QString out;
-    Format from;
-    Format to;
+    FileKind from;
+    FileKind to;
 };
 
 /// The kind of a file: named by an option, else told by the file name.
-Format kindOf(const QCommandLineParser& parser, const QString& option, const QString& fileName) {
-    if (parser.isSet(option)) {
-        const std::optional<Format> named = formatByName(parser.value(option));
-        if (!named) {
-            failUse(kName, QStringLiteral("--%1 does not know '%2'").arg(option, parser.value(option)));
+FileKind kindOf(const Options& options, const char* option, const QString& fileName) {
+    const QString name = options.text(option);
+    if (options.isSet(option)) {
+        if (const auto named = KxInspect::kindByName(name.toStdString())) {
+            return *named;
         }
-        return *named;
+        options.failNeed(QStringLiteral("--") + QLatin1String(option), QStringLiteral("one of the kinds"), name);
     }
-    const std::optional<Format> told = formatByFileName(fileName);
-    if (!told) {
-        failUse(kName, QStringLiteral("the name '%1' does not tell the kind, name it with --%2").arg(fileName, option));
+    if (const auto told = KxInspect::kindByFileName(fileName.toStdString())) {
+        return *told;
     }
-    return *told;
+    options.fail(
+        QStringLiteral("the name '%1' does not tell the kind, name it with --%2").arg(fileName, QLatin1String(option)));
 }
 
-std::optional<Options> parse(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QLatin1String(kDescription));
-    parser.addPositionalArgument(QStringLiteral("IN"), QStringLiteral("The file to read."));
-    parser.addPositionalArgument(QStringLiteral("OUT"), QStringLiteral("The file to write, replaced if it exists."));
-    parser.addOption({QStringLiteral("from"), QStringLiteral("Kind of IN."), QStringLiteral("kind")});
-    parser.addOption({QStringLiteral("to"), QStringLiteral("Kind of OUT."), QStringLiteral("kind")});
-    if (!parseOrHelp(parser, arguments, kName, "IN OUT [options]")) {
+std::optional<Conversion> parse(const QStringList& arguments) {
+    Options options(kName, "IN OUT [options]", QLatin1String(kDescription));
+    options.addArgument("IN", QStringLiteral("The file to read."));
+    options.addArgument("OUT", QStringLiteral("The file to write, replaced if it exists."));
+    options.addOption("from", QStringLiteral("Kind of IN."), "kind");
+    options.addOption("to", QStringLiteral("Kind of OUT."), "kind");
+    if (!options.parse(arguments)) {
         return {};
     }
-    const QStringList names = parser.positionalArguments();
-    if (names.size() != 2) {
-        failUse(kName, QStringLiteral("two files are needed, not %1").arg(names.size()));
-    }
+    const QStringList names = options.arguments("files", 2, 2);
     if (names[0] == names[1] && names[0] != QLatin1String("-")) {
-        failUse(kName, QStringLiteral("IN and OUT are the same file"));
+        options.fail(QStringLiteral("IN and OUT are the same file"));
     }
-    return Options{names[0], names[1], kindOf(parser, QStringLiteral("from"), names[0]),
-                   kindOf(parser, QStringLiteral("to"), names[1])};
+    return Conversion{names[0], names[1], kindOf(options, "from", names[0]), kindOf(options, "to", names[1])};
 }
 
 bool isStream(const QString& name) {
@@ -94,9 +94,14 @@ bool copyAll(QFile& from, QFile& to) {
     }
 }
 
-PointData readInput(const Options& options, const QTemporaryDir& scratch) {
-    QString path = options.in;
-    if (isStream(options.in)) {
+/// Throws an error about a scratch file as one about the file that the user named.
+[[noreturn]] void rethrow(const KxInspect::Error& error, const QString& name) {
+    throw KxInspect::Error(error.kind(), {{}, name.toStdString(), {}}, error.reason(), error.place());
+}
+
+KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir& scratch) {
+    QString path = conversion.in;
+    if (isStream(conversion.in)) {
         path = scratch.filePath(QStringLiteral("in"));
         QFile input;
         QFile file(path);
@@ -105,20 +110,21 @@ PointData readInput(const Options& options, const QTemporaryDir& scratch) {
         }
     }
     try {
-        return readPointFile(path, options.from);
-    } catch (const FormatError& error) {
-        throw CommandError{BadInput, QStringLiteral("'%1' %2").arg(options.in, error.message)};
+        return KxInspect::readPoints(path.toStdString(), conversion.from);
+    } catch (const KxInspect::Error& error) {
+        rethrow(error, conversion.in);
     }
 }
 
-void writeOutput(const Options& options, const PointData& data, const QTemporaryDir& scratch) {
-    const QString path = isStream(options.out) ? scratch.filePath(QStringLiteral("out")) : options.out;
+void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points, const QTemporaryDir& scratch) {
+    const bool isOutput = isStream(conversion.out);
+    const QString path = isOutput ? scratch.filePath(QStringLiteral("out")) : conversion.out;
     try {
-        writePointFile(path, options.to, data);
-    } catch (const FormatError& error) {
-        throw CommandError{OutputFailed, QStringLiteral("'%1' %2").arg(options.out, error.message)};
+        KxInspect::writePoints(path.toStdString(), conversion.to, points);
+    } catch (const KxInspect::Error& error) {
+        rethrow(error, conversion.out);
     }
-    if (isStream(options.out)) {
+    if (isOutput) {
         QFile file(path);
         QFile output;
         if (!file.open(QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly) || !copyAll(file, output)) {
@@ -131,9 +137,9 @@ void writeOutput(const Options& options, const PointData& data, const QTemporary
 
 int runConvert(const QStringList& arguments) {
     return runCommand(kName, [&] {
-        if (const std::optional<Options> options = parse(arguments)) {
+        if (const std::optional<Conversion> conversion = parse(arguments)) {
             const QTemporaryDir scratch;
-            writeOutput(*options, readInput(*options, scratch), scratch);
+            writeOutput(*conversion, readInput(*conversion, scratch), scratch);
         }
         return Done;
     });
