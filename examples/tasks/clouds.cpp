@@ -1,4 +1,4 @@
-// Tasks C1 to C12: point clouds.
+// Tasks C1 to C14: point clouds.
 #include "tasks.h"
 
 #include <QtCore/QMap>
@@ -102,6 +102,24 @@ void turn(Cloud& cloud, float degrees) {
     }
 }
 
+// C13. Find a tape on a surface.
+int findTape(Cloud& surface, Cloud& tape) {
+    const int count = surface.extractInsulatingTape(tape, 1.0f, 0.3f, 1.2f); // slabs along z; 0.3 to 1.2 above it
+    tape.calcRange();
+    return count;
+}
+
+// C14. Get the distances of the points from a plane.
+QList<float> distancesFrom(KxPointXYZ a, KxPointXYZ b, KxPointXYZ c, const Cloud& cloud) {
+    KxPlane plane;
+    plane.calcFromPoints(a, b, c);
+    QList<float> distances;
+    for (KxPointXYZ p : cloud.points) {
+        distances.append(plane.calcDistance(p)); // never negative
+    }
+    return distances;
+}
+
 /// A plate of 20 x 20 points 1 apart from (-10, 0, 0) on, and two points alone.
 Cloud plate() {
     Cloud cloud;
@@ -156,4 +174,11 @@ void tryClouds() {
     expect(both.size() == 404 && both.maxY == 1.75f, "C11");
     turn(cloud, 90.0f);
     expect(isNear(cloud.size_x(), 19, 1e-3) && isNear(cloud.minZ, 0, 1e-3), "C12");
+
+    Cloud surface, tape;
+    for (int i = 0; i < 400; ++i) {
+        surface.points.append(KxPointXYZ(float(i % 40) / 2, i % 40 >= 10 && i % 40 < 20 ? 0.7f : 0.0f, float(i / 40)));
+    }
+    expect(findTape(surface, tape) >= 90 && tape.minX == 5 && tape.maxX == 9.5f, "C13");
+    expect(distancesFrom({0, 1, 0}, {1, 1, 0}, {0, 1, 1}, surface)[0] == 1, "C14");
 }

@@ -1,4 +1,4 @@
-// Tasks F1 to F8: files and buffers.
+// Tasks F1 to F10: files and buffers.
 #include "tasks.h"
 
 #include <QtCore/QFile>
@@ -71,6 +71,16 @@ bool exportFloats(KxPointCloud<KxPointXYZ>& cloud, const QString& name) {
     return cloud.compat_writeToXYZFile(name); // np.fromfile(name, '<f4').reshape(-1, 4)[:, :3]
 }
 
+// F9. Write a profile as text.
+bool writeCsv(KxProfile& profile, const QString& name) {
+    return profile.writeToCSVFile(name) && QFile(name).size() > 0; // a full disk is not reported
+}
+
+// F10. Write a scan.
+bool writeScan(KxProfileZSet& scan, const QString& name) {
+    return scan.writeToFile(name); // with the positions, which only F3 reads
+}
+
 void writeText(const char* name, const QByteArray& text) {
     QFile file(QString::fromLatin1(name));
     expect(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "the file is written");
@@ -97,7 +107,7 @@ void tryRecordings() {
 
     KxProfileZSet scan;
     scan.profiles = {first, last};
-    expect(scan.writeToFile("set.bin"), "a set is written");
+    expect(writeScan(scan, "set.bin") && QFile("set.bin").size() == 2 * 7 + 5 * 8, "F10");
     expect(readScan("set.bin", 0.5f, scan) && scan.size() == 2 && scan.profiles[1].z == 0.5f && scan.maxY == 5, "F2");
     expect(readScanWithPositions("set.bin", scan) && scan.profiles[1].z == 4 && scan.maxZ == 4, "F3");
     expect(QFile::resize("set.bin", 20) && !readScan("set.bin", 0.5f, scan) && scan.isEmpty(), "F2: damage");
@@ -120,6 +130,10 @@ void tryFiles() {
     writeText("profile.csv", "1,5;2\n2.5;3\n");
     expect(readCsv("profile.csv", profile) && profile.size() == 2 && profile.points[1].x == 2.5f, "F6");
     expect(!readCsv("missing.csv", profile) && profile.isEmpty(), "F6: no file");
+
+    profile.points = {{1.5f, 2}};
+    expect(writeCsv(profile, "written.csv") && readCsv("written.csv", profile) && profile.points[0].x == 1.5f, "F9");
+    expect(!writeCsv(profile, "missing/written.csv"), "F9: no folder");
 
     float buffer[] = {0, 5, 1, 7};
     expect(fromBuffer(buffer, 2).maxY == 7, "F7");

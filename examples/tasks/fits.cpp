@@ -1,4 +1,4 @@
-// Tasks P10 to P17: lines, circles and curves through profiles, their values and areas.
+// Tasks P10 to P17 and P26 to P28: lines, circles and curves through profiles, their values and areas.
 #include "tasks.h"
 
 #include <vector>
@@ -64,6 +64,27 @@ KxProfile difference(KxProfile& ordered, KxProfile& reference) {
     return result;
 }
 
+// P26. Intersect two lines and get the angle between them.
+bool intersect(KxLine& a, KxLine& b, KxPointXY& point, float& degrees) {
+    degrees = KxLine::calcAngle(a, b); // positive when a is the steeper one
+    return KxLine::calcIntersection(a, b, point); // false for parallel lines
+}
+
+// P27. Evaluate a spline through a profile.
+float splineAt(KxProfile profile, float x) {
+    profile.points.removeIf([](KxPointXY p) { return p.isNull(); });
+    profile.removeDuplicates(); // equal x divide by zero
+    KxInterpolant spline(profile, Akima);
+    return spline.calcY(x); // NaN outside, and with fewer than 3 points
+}
+
+// P28. Get radius and angle of each point about a centre.
+KxProfile polarForm(KxProfile profile, KxPointXY centre) {
+    profile.shift(-centre.x, -centre.y, 0.0f);
+    profile.toPolar();
+    return profile; // x is the radius, y the angle from 0 to 360 degrees
+}
+
 } // namespace
 
 void tryFits() {
@@ -98,4 +119,15 @@ void tryFits() {
     KxProfile higher = sampled(9, 1.0f, [](float x) { return 5 - x / 2; });
     KxProfile between = difference(higher, ramp);
     expect(between.size() == 9 && isNear(between.points[5].y, 2, 1e-6), "P17");
+
+    KxLine up(1, 0), down(-1, 4);
+    KxPointXY point;
+    float degrees = 0;
+    expect(intersect(up, down, point, degrees) && point.x == 2 && point.y == 2 && isNear(degrees, 90, 1e-4), "P26");
+    expect(!intersect(up, up, point, degrees), "P26: parallel");
+
+    expect(isNear(splineAt(parabola, 12.5f), 2 + 2.5 + 0.25 * 6.25, 1e-3) && std::isnan(splineAt(upright, 2.0f)),
+           "P27");
+    KxProfile polar = polarForm(arc, KxPointXY(15, 0));
+    expect(isNear(polar.points[30].x, 30, 1e-3) && isNear(polar.points[30].y, 90, 1e-3), "P28");
 }

@@ -1,4 +1,4 @@
-// Tasks H1 to H8: height maps of scans, their blocks and patches.
+// Tasks H1 to H9: height maps of scans, their blocks and patches.
 #include "tasks.h"
 
 #include <algorithm>
@@ -86,6 +86,11 @@ int cutEdges(KxMatrixCloud& map, float drop) {
     return before - map.size();
 }
 
+// H9. Take a rectangle out of a height map as a cloud.
+int takeRectangle(KxMatrixCloud& map, KxPointCloud<KxPointXYZ>& cloud) {
+    return map.extractToPointCloud(cloud, 2, 1, 4, 3, true); // first column, first row, columns, rows; appends
+}
+
 /// 9 profiles of 12 points, 1 apart: low on the left, high on the right.
 KxProfileZSet stairs() {
     KxProfileZSet scan;
@@ -119,6 +124,9 @@ void tryHeightMaps() {
         copy.cells[row][10] = 30;
     }
     expect(cutEdges(copy, 10.0f) > 0 && copy.size() < 108, "H8");
+
+    KxPointCloud<KxPointXYZ> taken;
+    expect(copyMap(map, copy) && takeRectangle(copy, taken) == 12 && copy.size() == 108 - 12, "H9");
 
     QList<int> sizes;
     expect(findPatches(map, sizes) == 2 && sizes[0] > 20 && sizes[1] > 20, "H7");

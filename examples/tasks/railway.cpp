@@ -1,4 +1,4 @@
-// Tasks R1 to R9: wheels and sensors.
+// Tasks R1 to R10: wheels and sensors.
 #include "tasks.h"
 
 #include <QtCore/QDir>
@@ -79,6 +79,13 @@ void toTrackFrame(KxProfile& profile, _KxMETRO_SensorCoord_ pose, KxPointCloud<K
     pose.gamma *= kDegrees;
     METRO_XYtoXYZ(profile, cloud, pose); // appends
     cloud.calcRange();
+}
+
+// R10. Find the circle of a wheel from three stretches of it.
+KxCircle wheelCircle(KxPointCloud<KxPointXYZ>& front, KxPointCloud<KxPointXYZ>& below, KxPointCloud<KxPointXYZ>& back) {
+    KxCircle circle; // in x and y, through the leftmost point, the one of least z and the rightmost point
+    METRO_calcWheel(front, below, back, circle);
+    return circle; // NaN when there is none
 }
 
 /// A wheel at height `y` or, without one, an empty track.
@@ -196,4 +203,11 @@ void tryRailway() {
     const _WheelProfileValues flange = flangeMeasures(section(), 0, 0);
     expect(isNear(flange.heightAt70, 28, 0.1) && isNear(flange.xAtLevel18, 28, 0.5), "R7");
     tryPose();
+
+    KxPointCloud<KxPointXYZ> front, below, back;
+    front.points = {{-30, 40, 0}, {-20, 60, 0}};
+    below.points = {{0, 10, 1}, {5, 11, 2}};
+    back.points = {{20, 60, 0}, {30, 40, 0}};
+    const KxCircle circle = wheelCircle(front, below, back);
+    expect(isNear(circle.radius, 30, 0.01) && isNear(circle.y, 40, 0.01), "R10");
 }
