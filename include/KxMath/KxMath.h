@@ -9,6 +9,7 @@
 #include "KxMatrixCloud.h"
 #include "KxMatrixWithHistos.h"
 #include "KxMetro.h"
+#include "KxPlacement.h"
 #include "KxPointCloud.h"
 #include "KxPoints.h"
 #include "KxPrimitives.h"

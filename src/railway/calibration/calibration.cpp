@@ -16,7 +16,6 @@ namespace KxMath {
 namespace {
 
 using detail::kNaN;
-using detail::Placement;
 
 /// Makes every given point an apex and lays a line through each two neighbours.
 void takeApexes(const QList<QPointF>& given, KxProfile& apexes, QList<KxLine>& lines) {
@@ -47,7 +46,7 @@ void report(const KxProfile& apexes, const QList<KxLine>& lines, _KxMETRO_DbgDat
 }
 
 /// The points that are numbers, in the order in which the object is read: the other way round for mirrored sensors.
-QList<detail::ProfilePoint> workingPoints(const KxProfile& profile, const Placement& placement) {
+QList<detail::ProfilePoint> workingPoints(const KxProfile& profile, const KxPlacement& placement) {
     KxProfile work;
     std::copy_if(profile.points.cbegin(), profile.points.cend(), std::back_inserter(work.points),
                  [](const KxPointXY& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
@@ -61,7 +60,7 @@ QList<detail::ProfilePoint> workingPoints(const KxProfile& profile, const Placem
     return points;
 }
 
-QList<KxPointXY> workingApexes(const KxProfile& apexes, const Placement& placement) {
+QList<KxPointXY> workingApexes(const KxProfile& apexes, const KxPlacement& placement) {
     KxProfile work;
     work.points = apexes.points;
     if (placement.isMirrored) {
@@ -128,7 +127,7 @@ bool isPlausible(const detail::Apexes& apexes) {
 
 /// The best pose for any run of apexes that may be those of the object, nothing when no pose is good.
 std::optional<detail::PoseFit> findPose(const KxProfile& profile, const KxProfile& apexes,
-                                        const detail::CalibrationObject& object, const Placement& placement) {
+                                        const detail::CalibrationObject& object, const KxPlacement& placement) {
     const QList<detail::ProfilePoint> points = workingPoints(profile, placement);
     QList<KxPointXY> all = workingApexes(apexes, placement);
     addEndCrests(all, points);
@@ -152,13 +151,13 @@ std::optional<detail::PoseFit> findPose(const KxProfile& profile, const KxProfil
 }
 
 /// Writes a pose, folded by the placement.
-void store(const detail::SensorPose& pose, const Placement& placement, _KxMETRO_SensorCoord_& coord) {
+void store(const detail::SensorPose& pose, const KxPlacement& placement, _KxMETRO_SensorCoord_& coord) {
     constexpr double kTurn = 2.0 * detail::kPi;
     coord.alpha = static_cast<float>(placement.isMirrored ? kTurn - pose.alpha : pose.alpha);
     coord.beta = static_cast<float>(pose.beta);
     coord.gamma = static_cast<float>(placement.isMirrored ? kTurn - pose.gamma : pose.gamma);
     coord.x = static_cast<float>(pose.x);
-    if (placement.hasY) {
+    if (placement.findsY) {
         coord.y = static_cast<float>(pose.y);
     }
     coord.z = static_cast<float>(placement.isMirrored ? -pose.z : pose.z);
@@ -189,7 +188,7 @@ bool METRO_calcAnglesCoord(KxProfile& profile, float p1, float p2, float p3, flo
     if (!object.isValid()) {
         return false;
     }
-    const Placement placement(coord.position);
+    const KxPlacement placement(coord.position);
     const auto solution = findPose(profile, used, object, placement);
     if (!solution) {
         return false;

@@ -68,7 +68,7 @@ Angles solveAngles(const Ridges& r, const CalibrationObject& object) {
 
 /// The pose from which the ridges look so; NaN in some value when there is none.
 SensorPose solvePose(const Angles& angles, double beta, const Ridges& r, const CalibrationObject& object,
-                     const Placement& placement) {
+                     const KxPlacement& placement) {
     SensorPose pose{angles.alpha, placement.isTurned ? beta + kPi : beta, angles.gamma, 0.0, 0.0, 0.0};
     const SensorRotation rotation = rotationOf(pose);
     const TrackPoint middle = toTrack(pose, rotation, r[kMiddleX], r[kMiddleY]);
@@ -121,7 +121,7 @@ enum JudgedValue {
 
 /// Ridges that agree with the object have one beta; the one by the span has no bound at 90 degrees.
 Vector<kJudgedValueCount> judgedValues(const Ridges& ridges, const CalibrationObject& object,
-                                       const Placement& placement, const ProfilePoint (&ends)[2]) {
+                                       const KxPlacement& placement, const ProfilePoint (&ends)[2]) {
     const Angles angles = solveAngles(ridges, object);
     const SensorPose pose = solvePose(angles, angles.betaBySpan, ridges, object, placement);
     const SensorRotation rotation = rotationOf(pose);
@@ -130,7 +130,7 @@ Vector<kJudgedValueCount> judgedValues(const Ridges& ridges, const CalibrationOb
     for (const ProfilePoint& end : ends) {
         const TrackPoint p = toTrack(pose, rotation, end.x, end.y);
         values[at++] = p.x;
-        values[at++] = placement.hasY ? p.y : p.y - pose.y; // else y is known without error
+        values[at++] = placement.findsY ? p.y : p.y - pose.y; // else y is known without error
         values[at++] = p.z;
     }
     return values;
@@ -148,7 +148,7 @@ bool isPrecise(const Uncertain<kJudgedValueCount>& values) {
 
 /// True when gamma and beta are surely within the quadrants in which the ridges tell their signs. At 0 and 90 degrees
 /// the noise, or in its absence the rounding, would choose. NaN: false.
-bool hasClearSigns(const Uncertain<kJudgedValueCount>& values, const Placement& placement) {
+bool hasClearSigns(const Uncertain<kJudgedValueCount>& values, const KxPlacement& placement) {
     constexpr double kMinDistance = 0.02 * kPi / 180.0;
     const auto isClear = [&](double distance, std::size_t i) {
         return distance > std::max(kMinDistance, kDeviations * values.deviation(i));
@@ -207,10 +207,7 @@ Residuals smallerResiduals(const RidgeFit& fit, const SensorPose& pose, const Ca
 
 } // namespace
 
-Placement::Placement(int code)
-    : isMirrored(code == 3 || code == 4), isTurned(code == 2 || code == 4 || code == 5), hasY(isTurned) {}
-
-PoseFit fitPose(const RidgeFit& fit, const CalibrationObject& object, const Placement& placement) {
+PoseFit fitPose(const RidgeFit& fit, const CalibrationObject& object, const KxPlacement& placement) {
     Uncertain<kRidgeValueCount> ridges = fit.ridges;
     const bool isConsistent = reconcile(ridges, object);
     const Angles angles = solveAngles(ridges.value, object);

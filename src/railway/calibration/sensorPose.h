@@ -1,19 +1,12 @@
 // The pose of a sensor from the ridges of the calibration object.
 #pragma once
 
+#include "KxMath/KxPlacement.h"
+
 #include "railway/calibration/calibrationObject.h"
 #include "railway/calibration/ridgeFit.h"
 
 namespace KxMath::detail {
-
-/// What the placement code of a sensor says.
-struct Placement {
-    bool isMirrored; ///< x of the profile runs downwards: the pose is that of the mirror image in Z
-    bool isTurned; ///< beta is turned by 180 degrees
-    bool hasY; ///< the calibration finds y
-
-    explicit Placement(int code);
-};
 
 /// Angles in radians. Of a mirrored sensor it is the pose of its mirror image, with alpha and gamma not yet folded.
 struct SensorPose {
@@ -34,6 +27,6 @@ struct PoseFit {
 };
 
 /// Finds the pose in which the ridges look so.
-PoseFit fitPose(const RidgeFit& fit, const CalibrationObject& object, const Placement& placement);
+PoseFit fitPose(const RidgeFit& fit, const CalibrationObject& object, const KxPlacement& placement);
 
 } // namespace KxMath::detail
