@@ -15,7 +15,7 @@ namespace kxsim {
 
 namespace {
 
-QJsonObject toJson(const CalibrationShots& shots, const Pose& pose, const QJsonArray& files, bool isInView) {
+QJsonObject truthOf(const CalibrationShots& shots, const Pose& pose, const QJsonArray& files, bool isInView) {
     const CalibrationSensor& sensor = shots.sensor;
     return {{"position", shots.placement},
             {"seed", QString::number(shots.seed)}, // JSON numbers do not hold 64 bits
@@ -55,7 +55,7 @@ QString writeCalibrationShots(const CalibrationShots& shots, const QString& dire
         files.append(name);
     }
     QSaveFile truth(truthFile);
-    const QByteArray text = QJsonDocument(toJson(shots, pose, files, isInView)).toJson();
+    const QByteArray text = QJsonDocument(truthOf(shots, pose, files, isInView)).toJson();
     const bool isWritten = truth.open(QIODevice::WriteOnly) && truth.write(text) == text.size() && truth.commit();
     return isWritten ? QString() : cannotWrite(truthFile);
 }

@@ -1,7 +1,7 @@
 // Profiles of the calibration object as files, with the truth beside them.
 #pragma once
 
-#include "simulator/calibrationObject.h"
+#include "simulator/calibrationProfile.h"
 
 #include <QtCore/QString>
 
@@ -14,7 +14,7 @@ struct CalibrationShots {
     int placement = 2;
     int profiles = 1;
     std::uint64_t seed = 1;
-    CalibrationObject object = objectForPlacement(2);
+    CalibrationObject object = KxInspect::calibrationObjectFor(2);
     CalibrationSensor sensor;
     // How the pose differs from the nominal one.
     double alpha = 0.0; ///< degrees, as the two below

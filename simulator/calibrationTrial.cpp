@@ -55,7 +55,7 @@ CalibrationTrial tryCalibration(const CalibrationObject& object, int placement, 
 }
 
 Pose offsetPose(const Pose& nominal, int placement, double alpha, double beta, double gamma, const Vec3& offset) {
-    const double mirror = placement == 3 || placement == 4 ? -1.0 : 1.0;
+    const double mirror = KxInspect::placementOf(placement).isMirrored ? -1.0 : 1.0;
     Pose pose = nominal;
     pose.alpha += mirror * alpha;
     pose.beta += beta;

@@ -1,7 +1,7 @@
 // A calibration of a simulated sensor, and how far it comes out from the truth.
 #pragma once
 
-#include "simulator/calibrationObject.h"
+#include "simulator/calibrationProfile.h"
 
 namespace kxsim {
 

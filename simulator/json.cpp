@@ -1,16 +1,26 @@
 // Parts of the simulator as JSON.
 #include "simulator/json.h"
 
+#include <KxInspect/Calibration.h>
+
 namespace kxsim {
 
 QJsonObject toJson(const Pose& pose) {
-    return {{"x", pose.origin.x},  {"y", pose.origin.y}, {"z", pose.origin.z},
-            {"alpha", pose.alpha}, {"beta", pose.beta},  {"gamma", pose.gamma}};
+    const Vec3& at = pose.origin;
+    const KxInspect::SensorPose values{at.x, at.y, at.z, pose.alpha, pose.beta, pose.gamma};
+    QJsonObject json;
+    for (const KxInspect::PoseField& field : KxInspect::kPoseFields) {
+        json[QLatin1String(field.name)] = values.*field.value;
+    }
+    return json;
 }
 
-QJsonObject toJson(const CalibrationObject& object) {
-    return {
-        {"pitch", object.pitch}, {"slope", object.slope}, {"oblique", object.obliqueness}, {"planeY", object.crestY}};
+QJsonObject toJson(const KxInspect::CalibrationObject& object) {
+    QJsonObject json;
+    for (const KxInspect::CalibrationObjectField& field : KxInspect::kCalibrationObjectFields) {
+        json[QLatin1String(field.name)] = object.*field.value;
+    }
+    return json;
 }
 
 } // namespace kxsim

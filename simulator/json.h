@@ -1,13 +1,15 @@
 // Parts of the simulator as JSON.
 #pragma once
 
-#include "simulator/calibrationObject.h"
+#include "simulator/pose.h"
+
+#include <KxInspect/CalibrationObject.h>
 
 #include <QtCore/QJsonObject>
 
 namespace kxsim {
 
 QJsonObject toJson(const Pose& pose);
-QJsonObject toJson(const CalibrationObject& object);
+QJsonObject toJson(const KxInspect::CalibrationObject& object);
 
 } // namespace kxsim

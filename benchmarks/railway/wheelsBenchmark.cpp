@@ -88,7 +88,7 @@ void orderAndSum(ProfileOfOne& job) {
 [[maybe_unused]] const bool isRegistered = [] {
     addOnRim("kx", measure, digestRim);
     addOnRim("limit_turn_and_smooth", turnAndSmooth, nothing<RimJob>);
-    const kxsim::CalibrationObject object = kxsim::objectForPlacement(2);
+    const kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(2, 500.0);
     const auto takeProfile = [=](ProfileOfOne& j) {
         kxsim::Random random({1, 1});
         kxsim::takeCalibrationProfile(object, 2, kxsim::nominalCalibrationPose(2, object), kxsim::CalibrationSensor(),

@@ -1,6 +1,8 @@
 // The whole interface of the library but KxMathTypes.h, which needs the headers of KxMath and Qt.
 #pragma once
 
+#include "Calibration.h"
+#include "CalibrationObject.h"
 #include "Error.h"
 #include "Export.h"
 #include "FileContents.h"

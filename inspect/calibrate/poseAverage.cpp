@@ -1,27 +1,31 @@
 // The mean of poses that several profiles of one pose gave.
 #include "inspect/calibrate/poseAverage.h"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
+#include "inspect/base/paths.h"
+#include "inspect/calibrate/flankResiduals.h"
 
-namespace kxtool {
+#include <algorithm>
+
+namespace KxInspect::detail {
 
 namespace {
 
+constexpr SensorPose kZero{0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
+
 /// The way from one value of a pose to another; angles modulo 360 degrees.
-double difference(size_t value, double from, double to) {
-    return value >= kFirstAngle ? std::remainder(to - from, 360.0) : to - from;
+double difference(const PoseField& field, const SensorPose& from, const SensorPose& to) {
+    const double way = to.*field.value - from.*field.value;
+    return field.isAngle ? std::remainder(way, 360.0) : way;
 }
 
-double pointDifference(const PoseMeasurement& m, const PoseValues& mean) {
-    const auto own = toTrack(m.points, m.pose);
-    const auto averaged = toTrack(m.points, mean);
+double pointDifference(const ProfilePose& profile, const SensorPose& mean) {
+    const std::vector<Point3> own = toTrack(profile.points, withAnyY(profile.pose));
+    const std::vector<Point3> averaged = toTrack(profile.points, mean);
     double largest = 0.0;
-    for (size_t i = 0; i < m.points.size(); ++i) {
-        if (m.points[i].flank >= 0) {
-            const auto& a = own.points.at(static_cast<qsizetype>(i));
-            const auto& b = averaged.points.at(static_cast<qsizetype>(i));
+    for (std::size_t i = 0; i < profile.points.size(); ++i) {
+        if (profile.points[i].flank) {
+            const Point3& a = own[i];
+            const Point3& b = averaged[i];
             largest = std::max(largest, static_cast<double>(std::hypot(a.x - b.x, a.y - b.y, a.z - b.z)));
         }
     }
@@ -29,66 +33,80 @@ double pointDifference(const PoseMeasurement& m, const PoseValues& mean) {
 }
 
 /// Each profile alone is certain to 0.1 degrees and 0.3 mm: twice that is too much for one pose.
-QString differenceFault(const PoseMeasurement& m, const PoseValues& mean, double points) {
+QString differenceFault(const ProfilePose& profile, const SensorPose& mean, double points) {
     constexpr double kMaxAngle = 0.2;
     constexpr double kMaxPoint = 0.6;
     double angle = 0.0;
-    for (size_t i = kFirstAngle; i < mean.size(); ++i) {
-        angle = std::max(angle, std::abs(difference(i, mean[i], m.pose[i])));
+    for (const PoseField& field : kPoseFields) {
+        angle = field.isAngle ? std::max(angle, std::abs(difference(field, mean, profile.pose))) : angle;
     }
     if (angle <= kMaxAngle && points <= kMaxPoint) {
         return {};
     }
     return QStringLiteral("the profiles are not of one pose: '%1' differs from the mean by %2 degrees and %3 mm")
-        .arg(m.name)
-        .arg(angle, 0, 'f', 2)
-        .arg(points, 0, 'f', 2);
+        .arg(toQt(profile.name), QString::number(angle, 'f', 2), QString::number(points, 'f', 2));
+}
+
+/// Mean and standard deviations. The poses have a y.
+void average(const std::vector<SensorPose>& poses, PoseAverage& result) {
+    const double n = static_cast<double>(poses.size());
+    for (const PoseField& field : kPoseFields) {
+        double sum = 0.0;
+        double squares = 0.0;
+        for (const SensorPose& pose : poses) {
+            const double d = difference(field, poses.front(), pose);
+            sum += d;
+            squares += d * d;
+        }
+        result.pose.*field.value = poses.front().*field.value + sum / n;
+        const double variance = std::max(0.0, squares - sum * sum / n) / (n - 1.0);
+        result.deviation.*field.value = n > 1.0 ? std::sqrt(variance) : std::numeric_limits<double>::quiet_NaN();
+    }
+}
+
+/// The largest differences from the mean, and whether they are too large.
+void judge(const ProfilePose& profile, PoseAverage& result) {
+    const SensorPose pose = withAnyY(profile.pose);
+    for (const PoseField& field : kPoseFields) {
+        double& largest = result.largest.*field.value;
+        largest = std::max(largest, std::abs(difference(field, result.pose, pose)));
+    }
+    const double points = pointDifference(profile, result.pose);
+    result.pointDifference = std::max(result.pointDifference, points);
+    if (result.fault.empty()) {
+        result.fault = differenceFault(profile, result.pose, points).toStdString();
+    }
 }
 
 } // namespace
 
-PoseAverage averagePoses(const std::vector<PoseMeasurement>& measurements) {
-    PoseAverage average;
-    const PoseValues* first = nullptr;
-    PoseValues sums{};
-    PoseValues squares{};
-    for (const PoseMeasurement& m : measurements) {
-        if (!m.fault.isEmpty()) {
-            continue;
-        }
-        first = first == nullptr ? &m.pose : first;
-        ++average.profiles;
-        average.foundY += m.foundY;
-        for (size_t i = 0; i < sums.size(); ++i) {
-            const double d = difference(i, (*first)[i], m.pose[i]);
-            sums[i] += d;
-            squares[i] += d * d;
+PoseAverage averagePoses(const std::vector<ProfilePose>& profiles) {
+    PoseAverage result;
+    std::vector<SensorPose> poses;
+    double sumY = 0.0;
+    bool hasY = true;
+    for (const ProfilePose& profile : profiles) {
+        if (profile.hasPose()) {
+            poses.push_back(withAnyY(profile.pose));
+            sumY += profile.foundY;
+            hasY = hasY && !std::isnan(profile.pose.y);
         }
     }
-    const double n = average.profiles;
-    if (first == nullptr) {
-        return average;
+    if (poses.empty()) {
+        return result;
     }
-    average.foundY /= n;
-    for (size_t i = 0; i < sums.size(); ++i) {
-        average.pose[i] = (*first)[i] + sums[i] / n;
-        const double variance = std::max(0.0, squares[i] - sums[i] * sums[i] / n) / (n - 1.0);
-        average.deviation[i] = n > 1.0 ? std::sqrt(variance) : std::numeric_limits<double>::quiet_NaN();
-    }
-    for (const PoseMeasurement& m : measurements) {
-        if (!m.fault.isEmpty()) {
-            continue;
-        }
-        for (size_t i = 0; i < sums.size(); ++i) {
-            average.largest[i] = std::max(average.largest[i], std::abs(difference(i, average.pose[i], m.pose[i])));
-        }
-        const double points = pointDifference(m, average.pose);
-        average.pointDifference = std::max(average.pointDifference, points);
-        if (average.fault.isEmpty()) {
-            average.fault = differenceFault(m, average.pose, points);
+    result.profiles = static_cast<int>(poses.size());
+    result.foundY = sumY / static_cast<double>(poses.size());
+    average(poses, result);
+    result.largest = kZero;
+    result.pointDifference = 0.0;
+    for (const ProfilePose& profile : profiles) {
+        if (profile.hasPose()) {
+            judge(profile, result);
         }
     }
-    return average;
+    result.pose.y = hasY ? result.pose.y : std::numeric_limits<double>::quiet_NaN();
+    return result;
 }
 
-} // namespace kxtool
+} // namespace KxInspect::detail

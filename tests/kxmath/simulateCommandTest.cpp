@@ -33,14 +33,14 @@ TEST_F(SimulateCommand, WritesWhatTheOptionsSay) {
 
 TEST_F(SimulateCommand, Refuses) {
     expectRefusals({
-        {{}, 2, "one DIR is needed"},
+        {{}, 2, "1 DIR needed, got 0"},
         {{"pass", "--no-such"}, 2, "no-such"},
-        {{"pass", "--points", "99.5"}, 2, "--points '99.5' is no whole number"},
-        {{"pass", "--points", "1000000"}, 2, "--points 1e+06 is not within"},
-        {{"pass", "--noise", "nan"}, 2, "--noise nan is not within"},
-        {{"pass", "--seed", "-1"}, 2, "--seed '-1'"},
-        {{"pass", "--records", "csv"}, 2, "neither 'profile' nor 'cloud'"},
-        {{"pass", "--flat", "1:1"}, 2, "--flat '1:1' is not PAIR:SENSOR:SIZE"},
+        {{"pass", "--points", "99.5"}, 2, "--points needs a whole number from 16 to 65535, got '99.5'"},
+        {{"pass", "--points", "1000000"}, 2, "--points needs a whole number from 16 to 65535, got '1000000'"},
+        {{"pass", "--noise", "nan"}, 2, "--noise needs a number from 0 to 10, got 'nan'"},
+        {{"pass", "--seed", "-1"}, 2, "--seed needs a whole number from 0 on, got '-1'"},
+        {{"pass", "--records", "csv"}, 2, "--records needs one of profile, cloud, got 'csv'"},
+        {{"pass", "--flat", "1:1"}, 2, "--flat needs PAIR:SENSOR:SIZE[:PHASE], got '1:1'"},
         {{"pass", "--flat", "9:1:60"}, 2, "wheel pair 9 of 8"},
         {{"pass", "--build-up", "1:3:1"}, 2, "sensor 3"},
         {{"pass", "--flat", "1:1:nan"}, 2, "size nan"},

@@ -15,7 +15,7 @@ ExactList exactCoord(const _KxMETRO_SensorCoord_& c) {
 /// A calibration with everything that it needs.
 struct Case {
     int placement;
-    kxsim::CalibrationObject object = kxsim::objectForPlacement(placement);
+    kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(placement, 500.0);
     kxsim::Pose pose = kxsim::nominalCalibrationPose(placement, object);
     float p1 = static_cast<float>(object.p1()), p2 = static_cast<float>(object.p2());
     float p3 = static_cast<float>(object.p3()), p4 = static_cast<float>(object.p4());
@@ -87,7 +87,7 @@ struct Case {
 TEST(Calibration, FindsPosesInViewAndIsNeverWrong) {
     int inView = 0, right = 0;
     for (int placement = 0; placement <= 6; ++placement) {
-        const kxsim::CalibrationObject object = kxsim::objectForPlacement(placement);
+        const kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(placement, 500.0);
         const kxsim::Pose nominal = kxsim::nominalCalibrationPose(placement, object);
         for (int i = 0; i < 27; ++i) {
             kxsim::Random random({7, static_cast<std::uint64_t>(placement), static_cast<std::uint64_t>(i)});
@@ -189,7 +189,7 @@ TEST(Calibration, RefusesWhatContradictsTheObject) {
 
 TEST(Calibration, RefusesWhatIsTooUncertain) {
     const auto attempt = [](double beta, double gamma, double noise, int points) {
-        const kxsim::CalibrationObject object = kxsim::objectForPlacement(2);
+        const kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(2, 500.0);
         kxsim::Pose pose = kxsim::nominalCalibrationPose(2, object);
         pose.origin = pose.origin + 250.0 * pose.v();
         pose.beta = 180 + beta;
@@ -222,7 +222,7 @@ TEST(Calibration, ProfilesThatEndAboutTheObliqueCrest) {
     int hidden = 0;
     for (std::uint64_t i = 0; i < 300; ++i) {
         kxsim::Random random({11, i});
-        kxsim::CalibrationObject object = kxsim::objectForPlacement(4);
+        kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(4, 500.0);
         object.slope = 0.58; // noise alone makes a crest on a flank that lies across the line of sight
         const kxsim::Pose pose{{164.0, 669.0, -10.0}, -3.0, 221.0, -36.0};
         const kxsim::CalibrationSensor sensor{.fan = random.uniform(38, 44)};

@@ -22,7 +22,7 @@ struct Outcome {
 Outcome tryPose(double beta, double gamma, double noise) {
     constexpr int kPlacement = 2;
     constexpr double kStandOff = 250.0;
-    const kxsim::CalibrationObject object = kxsim::objectForPlacement(kPlacement);
+    const kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(kPlacement, 500.0);
     kxsim::Pose pose = kxsim::nominalCalibrationPose(kPlacement, object);
     pose.origin = pose.origin + kStandOff * pose.v();
     pose.beta = 180.0 + beta;

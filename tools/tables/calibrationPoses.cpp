@@ -35,7 +35,7 @@ void add(const kxsim::CalibrationTrial& trial, Count& count) {
 
 /// All combinations of -10, -5, 0, 5 and 10 degrees, each at `places` places within 50 mm in every axis.
 Count tryPoses(int placement, double beta, int places) {
-    const kxsim::CalibrationObject object = kxsim::objectForPlacement(placement);
+    const kxsim::CalibrationObject object = KxInspect::calibrationObjectFor(placement, 500.0);
     kxsim::Pose nominal = kxsim::nominalCalibrationPose(placement, object);
     nominal.origin = nominal.origin + 250.0 * nominal.v();
     nominal.beta += beta - 45.0;

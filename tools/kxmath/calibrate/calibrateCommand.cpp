@@ -1,18 +1,25 @@
 // kxmath calibrate: the pose of a sensor from profiles of the calibration object.
-#include "inspect/formats/profileFiles.h"
-#include "tools/kxmath/calibrate/calibrationResult.h"
-#include "tools/kxmath/calibrate/objectOptions.h"
-#include "tools/kxmath/calibrate/poseSettings.h"
+#include "report/calibrate/calibrationReport.h"
+#include "tools/kxmath/calibrate/calibrationText.h"
 #include "tools/kxmath/commands.h"
+#include "tools/kxmath/console/calibrationObjectOptions.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/profileOptions.h"
 
-#include <cmath>
+#include <KxInspect/Calibration.h>
+#include <KxInspect/Error.h>
+#include <KxInspect/ProfileFile.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 namespace kxtool {
 
 namespace {
+
+using KxInspect::CalibrationResult;
+using KxInspect::ProfilePose;
 
 constexpr const char* kName = "calibrate";
 
@@ -38,8 +45,8 @@ const char* const kDescription =
 
 struct Arguments {
     QStringList files;
-    Columns columns;
-    CalibrationTask task;
+    KxInspect::Columns columns;
+    KxInspect::CalibrationTask task;
     int sensor = 0;
     QString settingsName;
     OutputFile settings;
@@ -47,138 +54,129 @@ struct Arguments {
     OutputFile report;
 };
 
-void addOptions(QCommandLineParser& parser) {
-    const auto add = [&](const char* name, const QString& description, const char* value) {
-        parser.addOption({QLatin1String(name), description, QLatin1String(value)});
-    };
-    parser.addPositionalArgument(QStringLiteral("PROFILE..."), QStringLiteral("Profiles of the object, of one pose."));
-    add("position", QStringLiteral("Placement code of the sensor; needed."), "N");
-    addObjectOptions(parser);
-    add("sensor-y",
+void addOptions(Options& options) {
+    options.addArgument("PROFILE...", QStringLiteral("Profiles of the object, of one pose."));
+    options.addOption("position", QStringLiteral("Placement code of the sensor; needed."), "N");
+    addObjectOptions(options);
+    options.addOption(
+        "sensor-y",
         QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it; for all it tells on which "
                        "side of the crests the sensor stands, which a profile does not: a rough value does."),
         "mm");
-    addColumnsOption(parser);
-    add("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; needed with --write."), "N");
-    add("write", QStringLiteral("Put the pose into this INI file, which is made where it is missing."), "SETTINGS");
-    add("json", QStringLiteral("Write the result as JSON; - is the standard output, in place of the tables."), "file");
-    add("report", QStringLiteral("Write a report with drawings, one HTML file."), "file");
+    addColumnsOption(options);
+    options.addOption("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; needed with --write."), "N");
+    options.addOption("write", QStringLiteral("Put the pose into this INI file, which is made where it is missing."),
+                      "SETTINGS");
+    options.addOption(
+        "json", QStringLiteral("Write the result as JSON; - is the standard output, in place of the tables."), "file");
+    options.addOption("report", QStringLiteral("Write a report with drawings, one HTML file."), "file");
 }
 
-int sensorOption(const QCommandLineParser& parser) {
+int sensorOption(const Options& options) {
     constexpr int kMaxSensor = 49;
-    bool isNumber = false;
-    const int sensor = parser.value(QStringLiteral("sensor")).toInt(&isNumber);
-    if (!isNumber || sensor < 1 || sensor > kMaxSensor) {
-        failUse(parser.isSet(QStringLiteral("sensor"))
-                    ? QStringLiteral("--sensor needs a whole number from 1 to %1").arg(kMaxSensor)
-                    : QStringLiteral("--write needs the number of the sensor, --sensor N"));
+    if (!options.isSet("sensor")) {
+        options.fail(QStringLiteral("--write needs the number of the sensor, --sensor N"));
     }
-    return sensor;
+    return options.wholeNumber("sensor", 1, kMaxSensor);
 }
 
-Arguments readArguments(const QCommandLineParser& parser) {
-    Arguments a{parser.positionalArguments(),
-                columnsOption(parser),
+Arguments readArguments(const Options& options) {
+    Arguments a{options.arguments("profiles", 1),
+                columnsOption(options),
                 {},
                 0,
-                parser.value(QStringLiteral("write")),
-                outputOption(parser, "write"),
-                outputOption(parser, "json"),
-                outputOption(parser, "report")};
-    if (a.files.isEmpty()) {
-        failUse(kName, QStringLiteral("no profile was named"));
-    }
-    if (!parser.isSet(QStringLiteral("position"))) {
-        failUse(kName, QStringLiteral("--position N is needed"));
-    }
-    a.task.placement = placementOption(parser, QStringLiteral("position"));
-    a.task.object = objectOption(parser, a.task.placement);
-    if (parser.isSet(QStringLiteral("sensor-y"))) {
-        constexpr float kFarthest = 1e6f;
-        a.task.sensorY = numberOption(parser, QStringLiteral("sensor-y"), -kFarthest, kFarthest);
-    }
-    if (a.settings.isWanted() || parser.isSet(QStringLiteral("sensor"))) {
-        a.sensor = sensorOption(parser);
+                options.text("write"),
+                options.output("write"),
+                options.output("json"),
+                options.output("report")};
+    options.needed("position");
+    a.task.placement = options.wholeNumber("position");
+    a.task.object = objectOption(options, a.task.placement);
+    constexpr double kFarthest = 1e6;
+    a.task.sensorY = options.numberIfSet("sensor-y", {-kFarthest, kFarthest});
+    if (a.settings.isWanted() || options.isSet("sensor")) {
+        a.sensor = sensorOption(options);
     }
     return a;
 }
 
-/// The profiles of all files with their names.
-struct Input {
-    std::vector<QList<KxMath::KxPointXY>> profiles;
-    QStringList names;
-};
-
-Input readAll(const Arguments& a, Progress& progress, CalibrationResult& result) {
-    Input input;
-    for (const QString& file : a.files) {
-        progress.step(QStringLiteral("reading %1").arg(file));
-        std::vector<QList<KxMath::KxPointXY>> profiles;
-        const QString fault = readProfilesOfFile(file, a.columns.x, a.columns.y, profiles);
-        if (!fault.isEmpty()) {
-            result.unreadable += QStringLiteral("'%1' %2").arg(file, fault);
-            continue;
-        }
-        for (size_t i = 0; i < profiles.size(); ++i) {
-            input.names += profiles.size() == 1 ? file : QStringLiteral("%1, profile %2").arg(file).arg(i + 1);
-            input.profiles.push_back(profiles[i]);
-        }
+/// The text of the settings, empty where the file does not exist.
+std::string readSettings(const QString& path) {
+    const auto fail = [&](const QString& why) {
+        throw CommandError{BadInput, QStringLiteral("settings '%1' %2").arg(path, why)};
+    };
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        return {};
     }
-    return input;
+    if (!info.isFile()) {
+        fail(QStringLiteral("are not a file"));
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail(QStringLiteral("cannot be read: ") + file.errorString());
+    }
+    return file.readAll().toStdString();
 }
 
-void warnAboutY(CalibrationResult& result) {
-    constexpr double kMaxDifference = 1.0; // mm
-    const double foundY = result.average.foundY;
-    if (!result.hasY()) {
-        result.warnings +=
-            QStringLiteral("position %1 does not find y; tell it with --sensor-y (by the object it is %2 mm)")
-                .arg(result.task.placement)
-                .arg(foundY, 0, 'f', 2);
-    } else if (!result.task.findsY() && std::abs(static_cast<double>(*result.task.sensorY) - foundY) > kMaxDifference) {
-        result.warnings += QStringLiteral("--sensor-y and --plane-y do not fit together: by the object y is %1 mm")
-                               .arg(foundY, 0, 'f', 2);
+/// The settings with the pose put in.
+std::string settingsWith(const std::string& text, const Arguments& a, const KxInspect::SensorPose& pose) {
+    return KxInspect::withPose(text, {a.sensor, pose, a.task.placement}, a.settingsName.toStdString());
+}
+
+/// The profiles of all files with their names.
+std::vector<KxInspect::NamedProfile> readAll(const Arguments& a, Progress& progress,
+                                             std::vector<std::string>& unreadable) {
+    std::vector<KxInspect::NamedProfile> all;
+    for (const QString& file : a.files) {
+        progress.step(QStringLiteral("reading %1").arg(file));
+        try {
+            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(file.toStdString(), a.columns);
+            for (size_t i = 0; i < profiles.size(); ++i) {
+                const QString name =
+                    profiles.size() == 1 ? file : QStringLiteral("%1, profile %2").arg(file, QString::number(i + 1));
+                all.push_back({name.toStdString(), profiles[i]});
+            }
+        } catch (const KxInspect::Error& error) {
+            unreadable.push_back("'" + error.source().file + "' " + error.reason());
+        }
     }
+    return all;
 }
 
 CalibrationResult measureAll(const Arguments& a, Progress& progress) {
-    CalibrationResult result;
-    result.task = a.task;
-    const Input input = readAll(a, progress, result);
-    progress.step(QStringLiteral("calibrating"));
-    for (size_t i = 0; i < input.profiles.size(); ++i) {
-        progress.part(static_cast<qint64>(i), static_cast<qint64>(input.profiles.size()));
-        PoseMeasurement measurement = measurePose(input.profiles[i], a.task);
-        measurement.name = input.names[static_cast<qsizetype>(i)];
-        if (!measurement.fault.isEmpty() && input.profiles.size() > 1) {
-            result.warnings += QStringLiteral("'%1' %2").arg(measurement.name, measurement.fault);
-        }
-        result.measurements.push_back(std::move(measurement));
-    }
-    result.average = averagePoses(result.measurements);
-    if (result.hasPose()) {
-        warnAboutY(result);
-    }
+    std::vector<std::string> unreadable;
+    const auto profiles = readAll(a, progress, unreadable);
+    CalibrationResult result =
+        measurePoses(profiles, a.task, progress.callback(), {"--position", "--oblique", "--sensor-y", "--plane-y"});
+    result.unreadable = std::move(unreadable);
     return result;
 }
 
+/// Why there is no pose.
+QString faultOf(const CalibrationResult& result) {
+    if (!result.average.fault.empty()) {
+        return QString::fromStdString(result.average.fault);
+    }
+    if (result.profiles.size() > 1) {
+        return QStringLiteral("none of %1 profiles has a pose").arg(result.profiles.size());
+    }
+    const ProfilePose& only = result.profiles.front();
+    return QString::fromStdString("'" + only.name + "' " + only.fault);
+}
+
 /// Prints what went wrong. @return the exit code
-ExitCode tell(const CalibrationResult& result) {
-    for (const QString& file : result.unreadable) {
-        printLine(kName, file);
+ExitCode printFaults(const CalibrationResult& result) {
+    for (const std::string& file : result.unreadable) {
+        printLine(kName, QString::fromStdString(file));
     }
-    for (const QString& warning : result.warnings) {
-        printLine(kName, QStringLiteral("warning: ") + warning);
+    for (const std::string& warning : result.warnings) {
+        printLine(kName, QString::fromStdString("warning: " + warning));
     }
-    if (!result.hasPose() && !result.measurements.empty()) {
-        const PoseMeasurement& first = result.measurements.front();
-        const bool isOne = result.measurements.size() == 1;
-        const QString why = isOne ? QStringLiteral("'%1' %2").arg(first.name, first.fault)
-                                  : QStringLiteral("none of %1 profiles has a pose").arg(result.measurements.size());
-        printLine(kName, result.average.fault.isEmpty() ? why : result.average.fault);
+    if (!result.hasPose() && !result.profiles.empty()) {
+        printLine(kName, faultOf(result));
     }
-    if (!result.unreadable.isEmpty()) {
+    if (!result.unreadable.empty()) {
         return BadInput;
     }
     return result.hasPose() ? Done : NoResult;
@@ -187,36 +185,32 @@ ExitCode tell(const CalibrationResult& result) {
 int run(const Arguments& a) {
     checkOutputs({&a.settings, &a.json, &a.report}, a.files);
     const bool hasFile = a.settings.isWanted() && !a.settings.isStandardOutput();
-    const QByteArray settingsText = hasFile ? readSettingsText(a.settingsName) : QByteArray();
+    const std::string settings = hasFile ? readSettings(a.settingsName) : std::string();
+    settingsWith(settings, a, {}); // settings that take no keys are refused before long work
     Progress progress;
     const CalibrationResult result = measureAll(a, progress);
     progress.wipe();
-    const ExitCode code = tell(result);
+    const ExitCode code = printFaults(result);
     if (a.report.isWanted()) {
-        a.report.write(calibrationReport(result));
+        a.report.write(kxreport::calibrationReport(result));
     }
     if (a.json.isWanted()) {
-        a.json.write(calibrationJson(result));
+        a.json.write(QString::fromStdString(toJson(result)));
     }
     if (result.hasPose() && !a.json.isStandardOutput() && !a.report.isStandardOutput() &&
         !a.settings.isStandardOutput()) {
         printOutput(calibrationText(result));
     }
     if (a.settings.isWanted() && code == Done) {
-        const PoseKeys keys{a.sensor, result.average.pose, a.task.placement, result.hasY()};
-        a.settings.write(QString::fromUtf8(withPose(settingsText, keys, a.settingsName)));
+        a.settings.write(QString::fromStdString(settingsWith(settings, a, result.average.pose)));
     }
     return code;
 }
 
 int runChecked(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QLatin1String(kDescription));
-    addOptions(parser);
-    if (!parseOrHelp(parser, arguments, kName, "PROFILE... --position N [options]")) {
-        return Done;
-    }
-    return run(readArguments(parser));
+    Options options(kName, "PROFILE... --position N [options]", QLatin1String(kDescription));
+    addOptions(options);
+    return options.parse(arguments) ? run(readArguments(options)) : Done;
 }
 
 } // namespace

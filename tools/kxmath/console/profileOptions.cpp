@@ -33,6 +33,22 @@ Columns columnsOption(const QCommandLineParser& parser) {
     return columns;
 }
 
+void addColumnsOption(Options& options) {
+    options.addOption("columns", QStringLiteral("The columns of x and y in text files, counted from 1."), "x,y",
+                      QStringLiteral("1,2"));
+}
+
+KxInspect::Columns columnsOption(const Options& options) {
+    const QString text = options.text("columns");
+    const QStringList numbers = text.split(QLatin1Char(','));
+    const KxInspect::Columns columns{std::max(numbers.value(0).toInt(), 0) - 1,
+                                     std::max(numbers.value(1).toInt(), 0) - 1};
+    if (numbers.size() != 2 || columns.x < 0 || columns.y < 0) {
+        options.failNeed(QStringLiteral("--columns"), QStringLiteral("two numbers from 1 on, like 1,2"), text);
+    }
+    return columns;
+}
+
 float numberOption(const QCommandLineParser& parser, const QString& name, float min, float max) {
     bool isNumber = false;
     const float value = parser.value(name).toFloat(&isNumber);

@@ -1,6 +1,9 @@
 // Options of the subcommands that read profiles.
 #pragma once
 
+#include "tools/kxmath/console/options.h"
+
+#include <KxInspect/ProfileFile.h>
 #include <KxMath/KxProfile.h>
 
 #include <QtCore/QCommandLineParser>
@@ -27,6 +30,11 @@ void addColumnsOption(QCommandLineParser& parser);
 
 /// The value of --columns. Throws a CommandError when it names no two columns.
 Columns columnsOption(const QCommandLineParser& parser);
+
+/// @{ The same.
+void addColumnsOption(Options& options);
+KxInspect::Columns columnsOption(const Options& options);
+/// @}
 
 /// A number given to an option. Throws a CommandError when it is none or beyond the limits.
 float numberOption(const QCommandLineParser& parser, const QString& name, float min, float max);

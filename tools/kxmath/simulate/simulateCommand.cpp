@@ -32,48 +32,41 @@ QString defaultText(const NumberInfo& info) {
     return unit.isEmpty() ? value : value + QLatin1Char(' ') + unit;
 }
 
-void addOptions(QCommandLineParser& parser) {
-    parser.setApplicationDescription(QLatin1String(kDescription));
-    parser.addPositionalArgument("DIR", "directory to write, made where it is missing");
-    parser.addOptions(
-        {{"seed", "start of the random numbers [1]", "N", "1"},
-         {"prefix", "first part of the names of the recordings [train]", "NAME", "train"},
-         {"records", "kind of the records, profile or cloud [profile]", "KIND", "profile"},
-         {"spacing", "points at equal steps of the angle or of the line [angle]", "KIND", "angle"},
-         {"flat", "flat on a tread: PAIR:SENSOR:LENGTH[:PHASE], may be given more than once", "DEFECT"},
-         {"build-up", "metal on a tread: PAIR:SENSOR:HEIGHT[:PHASE], may be given more than once", "DEFECT"},
-         {"no-rails", "leave out the rails"},
-         {"no-background", "leave out what stands beside the track"},
-         {"no-objects", "leave out all parts of the train but the wheels"}});
+void addOptions(Options& options) {
+    options.addArgument("DIR", "directory to write, made where it is missing");
+    options.addOption("seed", "start of the random numbers [1]", "N", "1");
+    options.addOption("prefix", "first part of the names of the recordings [train]", "NAME", "train");
+    options.addOption("records", "kind of the records, profile or cloud [profile]", "KIND", "profile");
+    options.addOption("spacing", "points at equal steps of the angle or of the line [angle]", "KIND", "angle");
+    options.addOption("flat", "flat on a tread: PAIR:SENSOR:LENGTH[:PHASE], may be given more than once", "DEFECT");
+    options.addOption("build-up", "metal on a tread: PAIR:SENSOR:HEIGHT[:PHASE], may be given more than once",
+                      "DEFECT");
+    options.addFlag("no-rails", "leave out the rails");
+    options.addFlag("no-background", "leave out what stands beside the track");
+    options.addFlag("no-objects", "leave out all parts of the train but the wheels");
     for (const NumberInfo& info : kxsim::allNumbers()) {
         const QString help = QStringLiteral("%1 [%2]").arg(QLatin1String(info.help), defaultText(info));
-        parser.addOption({QLatin1String(info.name), help, QStringLiteral("N")});
+        options.addOption(info.name, help, "N");
     }
-    addShotOptions(parser);
+    addShotOptions(options);
 }
 
-void readNumber(const QCommandLineParser& parser, const NumberInfo& info, Parameters& parameters) {
-    const QString name = QLatin1String(info.name);
-    if (!parser.isSet(name)) {
+void readNumber(const Options& options, const NumberInfo& info, Parameters& parameters) {
+    if (!options.isSet(info.name)) {
         return;
     }
-    const QString text = parser.value(name);
-    bool isNumber = false;
     std::visit(
         [&](auto member) {
             using Value = std::remove_reference_t<decltype(parameters.*member)>;
             if constexpr (std::is_same_v<Value, int>) {
-                parameters.*member = text.toInt(&isNumber);
+                parameters.*member =
+                    options.wholeNumber(info.name, static_cast<int>(info.min), static_cast<int>(info.max));
             } else {
-                parameters.*member = text.toDouble(&isNumber);
+                const QString name = QStringLiteral("--") + QLatin1String(info.name);
+                parameters.*member = options.toNumber(options.text(info.name), name, {info.min, info.max});
             }
         },
         info.member);
-    if (!isNumber) {
-        const bool isInt = std::holds_alternative<int Parameters::*>(info.member);
-        failUse(
-            QStringLiteral("--%1 '%2' is no %3number").arg(name, text, isInt ? QStringLiteral("whole ") : QString()));
-    }
 }
 
 /// Reads PAIR:SENSOR:SIZE[:PHASE]. @return false when the text is something else
@@ -92,66 +85,56 @@ bool readDefect(const QString& text, Defect& defect) {
     return areNumbers[0] && areNumbers[1] && areNumbers[2] && areNumbers[3];
 }
 
-void readDefects(const QCommandLineParser& parser, const char* option, Defect::Kind kind, Parameters& parameters) {
-    const QStringList texts = parser.values(QLatin1String(option));
-    for (const QString& text : texts) {
+void readDefects(const Options& options, const char* name, Defect::Kind kind, Parameters& parameters) {
+    for (const QString& text : options.texts(name)) {
         Defect defect;
         defect.kind = kind;
         if (!readDefect(text, defect)) {
-            failUse(QStringLiteral("--%1 '%2' is not PAIR:SENSOR:SIZE[:PHASE]").arg(QLatin1String(option), text));
+            options.failNeed(QStringLiteral("--") + QLatin1String(name), QStringLiteral("PAIR:SENSOR:SIZE[:PHASE]"),
+                             text);
         }
         parameters.defects.push_back(defect);
     }
 }
 
-/// Reads an option with two values. @return true for the first one
-bool readChoice(const QCommandLineParser& parser, const char* option, const char* first, const char* second) {
-    const QString text = parser.value(QLatin1String(option));
-    if (text != QLatin1String(first) && text != QLatin1String(second)) {
-        failUse(QStringLiteral("--%1 '%2' is neither '%3' nor '%4'")
-                    .arg(QLatin1String(option), text, QLatin1String(first), QLatin1String(second)));
-    }
-    return text == QLatin1String(first);
-}
-
-Parameters readParameters(const QCommandLineParser& parser) {
+Parameters readParameters(const Options& options) {
     Parameters parameters;
     for (const NumberInfo& info : kxsim::allNumbers()) {
-        readNumber(parser, info, parameters);
+        readNumber(options, info, parameters);
     }
-    parameters.seed = seedOption(parser);
-    parameters.prefix = parser.value("prefix").toStdString();
-    const bool areProfiles = readChoice(parser, "records", "profile", "cloud");
+    parameters.seed = seedOption(options);
+    parameters.prefix = options.text("prefix").toStdString();
+    const bool areProfiles = options.oneOf("records", {"profile", "cloud"}) == QLatin1String("profile");
     parameters.records = areProfiles ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
-    parameters.hasEqualAngles = readChoice(parser, "spacing", "angle", "line");
-    parameters.hasRails = !parser.isSet("no-rails");
-    parameters.hasBackground = !parser.isSet("no-background");
-    parameters.hasObjects = !parser.isSet("no-objects");
-    readDefects(parser, "flat", Defect::Kind::Flat, parameters);
-    readDefects(parser, "build-up", Defect::Kind::BuildUp, parameters);
+    parameters.hasEqualAngles = options.oneOf("spacing", {"angle", "line"}) == QLatin1String("angle");
+    parameters.hasRails = !options.isSet("no-rails");
+    parameters.hasBackground = !options.isSet("no-background");
+    parameters.hasObjects = !options.isSet("no-objects");
+    readDefects(options, "flat", Defect::Kind::Flat, parameters);
+    readDefects(options, "build-up", Defect::Kind::BuildUp, parameters);
     if (const std::string fault = kxsim::findFault(parameters); !fault.empty()) {
-        failUse(QString::fromStdString(fault));
+        options.fail(QString::fromStdString(fault));
     }
     return parameters;
 }
 
 int runChecked(const QStringList& arguments) {
-    QCommandLineParser parser;
-    addOptions(parser);
-    if (!parseOrHelp(parser, arguments, kName, "DIR [options]")) {
+    Options options(kName, "DIR [options]", QLatin1String(kDescription));
+    addOptions(options);
+    if (!options.parse(arguments)) {
         return Done;
     }
-    const QStringList positional = parser.positionalArguments();
-    if (positional.size() != 1 || positional[0].isEmpty()) {
-        failUse(kName, QStringLiteral("one DIR is needed"));
+    const QString folder = options.arguments("DIR", 1, 1).front();
+    if (folder.isEmpty()) {
+        options.fail(QStringLiteral("DIR is empty"));
     }
-    const auto shots = shotOptions(parser);
-    const Parameters parameters = shots ? Parameters{} : readParameters(parser);
+    const auto shots = shotOptions(options);
+    const Parameters parameters = shots ? Parameters{} : readParameters(options);
     Progress progress;
     progress.step(QStringLiteral("simulating"));
     const auto show = [&](double share) { progress.part(static_cast<qint64>(1000.0 * share), 1000); };
-    const QString fault = shots ? kxsim::writeCalibrationShots(*shots, positional[0])
-                                : kxsim::simulatePass(parameters, positional[0], show);
+    const QString fault =
+        shots ? kxsim::writeCalibrationShots(*shots, folder) : kxsim::simulatePass(parameters, folder, show);
     progress.wipe();
     if (!fault.isEmpty()) {
         throw CommandError{OutputFailed, fault};

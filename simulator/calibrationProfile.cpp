@@ -1,5 +1,5 @@
-// The object that a sensor's pose is calibrated with, and what a sensor sees of it.
-#include "simulator/calibrationObject.h"
+// What a sensor sees of the calibration object.
+#include "simulator/calibrationProfile.h"
 
 #include <algorithm>
 #include <array>
@@ -11,20 +11,6 @@ namespace kxsim {
 
 namespace {
 
-bool isMirrored(int placement) {
-    return placement == 3 || placement == 4;
-}
-
-bool isTurned(int placement) {
-    return placement == 2 || placement == 4 || placement == 5;
-}
-
-/// A ridge in the object's own coordinates: x along the straight crests, y behind them, z across.
-struct Ridge {
-    double crest; ///< z of the crest at x = 0
-    double obliqueness;
-};
-
 /// Where a ray hits, in the object's own coordinates.
 struct Hit {
     double t = std::numeric_limits<double>::infinity();
@@ -34,11 +20,7 @@ struct Hit {
 
 class Surface {
 public:
-    explicit Surface(const CalibrationObject& object) : slope_(object.slope) {
-        const double p = object.pitch;
-        const double t = object.obliqueness;
-        ridges_ = {{{-2 * p, 0}, {-p, 0}, {0, 0}, {p, 0}, {2.5 * p, t}, {4 * p, t}}};
-    }
+    explicit Surface(const CalibrationObject& object) : slope_(object.slope), ridges_(KxInspect::ridgesOf(object)) {}
 
     /// The first hit of a ray that comes from before the object.
     Hit hit(const Ray& ray) const {
@@ -59,13 +41,10 @@ public:
         return std::abs(crest(ridge + side, x) - crest(ridge, x)) / 2.0;
     }
 
-    static constexpr int kLast = 5;
+    static constexpr int kLast = static_cast<int>(KxInspect::kRidgeCount) - 1;
 
 private:
-    double crest(int ridge, double x) const {
-        const Ridge& r = ridges_[static_cast<std::size_t>(ridge)];
-        return r.crest + r.obliqueness * x;
-    }
+    double crest(int ridge, double x) const { return ridges_[static_cast<std::size_t>(ridge)].crestAt(x); }
 
     /// A ridge is where depth exceeds slope * |z - crest|: the part of the ray that lies behind both flanks.
     Hit hitRidge(int ridge, const Ray& ray) const {
@@ -92,7 +71,7 @@ private:
     }
 
     double slope_;
-    std::array<Ridge, kLast + 1> ridges_;
+    std::array<KxInspect::CalibrationRidge, KxInspect::kRidgeCount> ridges_;
 };
 
 /// Notes how much of the flanks is seen.
@@ -139,20 +118,13 @@ private:
 
 } // namespace
 
-CalibrationObject objectForPlacement(int placement) {
-    CalibrationObject object;
-    if (isTurned(placement)) {
-        object.obliqueness = -object.obliqueness;
-    }
-    return object;
-}
-
 Pose nominalCalibrationPose(int placement, const CalibrationObject& object) {
     constexpr double kStandOff = 250.0;
+    const KxInspect::Placement seen = KxInspect::placementOf(placement);
     Pose pose;
-    pose.beta = 45.0 + (isTurned(placement) ? 180.0 : 0.0);
-    pose.gamma = isMirrored(placement) ? -27.0 : 27.0;
-    const Vec3 middle{0.0, object.crestY, (isMirrored(placement) ? -1.0 : 1.0) * object.pitch};
+    pose.beta = 45.0 + (seen.isTurned ? 180.0 : 0.0);
+    pose.gamma = seen.isMirrored ? -27.0 : 27.0;
+    const Vec3 middle{0.0, object.crestY, (seen.isMirrored ? -1.0 : 1.0) * object.pitch};
     pose.origin = middle - kStandOff * pose.v();
     return pose;
 }
@@ -161,7 +133,7 @@ bool takeCalibrationProfile(const CalibrationObject& object, int placement, cons
                             const CalibrationSensor& sensor, Random& random, KxMath::KxProfile& profile,
                             std::vector<Vec3>* hits) {
     const double facing = pose.v().y < 0.0 ? -1.0 : 1.0;
-    const double up = isMirrored(placement) ? -1.0 : 1.0;
+    const double up = KxInspect::placementOf(placement).isMirrored ? -1.0 : 1.0;
     const auto toObject = [&](const Vec3& v, double crestY) { return Vec3{v.x, facing * (v.y - crestY), up * v.z}; };
     const Surface surface(object);
     Coverage coverage(surface);

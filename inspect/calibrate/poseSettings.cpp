@@ -1,18 +1,17 @@
 // A pose in a settings file, next to what else stands there.
-#include "tools/kxmath/calibrate/poseSettings.h"
+#include "inspect/base/error.h"
+#include "inspect/base/paths.h"
 
-#include "tools/kxmath/console/commandError.h"
-#include "tools/kxmath/console/numbers.h"
+#include <KxInspect/Calibration.h>
+#include <KxInspect/Json.h>
 
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QMap>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryFile>
 
 #include <algorithm>
 
-namespace kxtool {
+namespace KxInspect {
 
 namespace {
 
@@ -22,19 +21,18 @@ struct Value {
 };
 using Values = QList<Value>;
 
-[[noreturn]] void fail(const QString& name, const QString& why) {
-    throw CommandError{BadInput, QStringLiteral("settings '%1' %2").arg(name, why)};
+[[noreturn]] void fail(const std::string& file, const QString& why) {
+    detail::fail(ErrorKind::Unsuitable, {"settings", file}, why);
 }
 
 Values valuesOf(const PoseKeys& keys) {
     Values values;
-    for (size_t i = 0; i < keys.pose.size(); ++i) {
-        const QByteArray name = kPoseNames[i];
-        if (name != "y" || keys.hasY) {
-            values.append({name, shortestText(static_cast<float>(keys.pose[i])).toLatin1()});
+    for (const PoseField& field : kPoseFields) {
+        if (const float value = static_cast<float>(keys.pose.*field.value); std::isfinite(value)) {
+            values.append({field.name, QByteArray::fromStdString(shortestText(value))});
         }
     }
-    values.append({"position", QByteArray::number(keys.position)});
+    values.append({"position", QByteArray::number(keys.placement)});
     return values;
 }
 
@@ -45,6 +43,17 @@ bool isSection(const QByteArray& line) {
 QByteArray keyIn(const QByteArray& line) {
     const qsizetype equals = line.indexOf('=');
     return equals < 0 ? QByteArray() : line.left(equals).trimmed();
+}
+
+/// The lines with their ends, which the last one gets where it has none.
+QList<QByteArray> linesOf(const QByteArray& text, const QByteArray& lineEnd) {
+    QList<QByteArray> lines;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype end = text.indexOf('\n', at);
+        lines.append(end < 0 ? text.mid(at) + lineEnd : text.mid(at, end + 1 - at));
+        at = end < 0 ? text.size() : end + 1;
+    }
+    return lines;
 }
 
 /// Puts values into the section. Where a key stands more than once, the last one counts; the others go.
@@ -86,10 +95,10 @@ QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& sectio
 }
 
 /// All keys of a text, as programs will read them.
-QMap<QString, QVariant> parsed(const QByteArray& text, const QString& name) {
+QMap<QString, QVariant> parsed(const QByteArray& text, const std::string& name) {
     QTemporaryFile file;
     if (!file.open() || file.write(text) != text.size() || !file.flush()) {
-        throw CommandError{OutputFailed, QStringLiteral("cannot write a temporary file: %1").arg(file.errorString())};
+        detail::fail(ErrorKind::Unwritable, {}, QStringLiteral("cannot write a temporary file: ") + file.errorString());
     }
     const QSettings settings(file.fileName(), QSettings::IniFormat);
     QMap<QString, QVariant> values;
@@ -114,41 +123,20 @@ bool differsOnlyIn(const Values& values, const QString& section, const QMap<QStr
 
 } // namespace
 
-QByteArray readSettingsText(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists()) {
-        return {};
-    }
-    QFile file(path);
-    if (!info.isFile()) {
-        fail(path, QStringLiteral("are not a file"));
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        fail(path, QStringLiteral("cannot be read: ") + file.errorString());
-    }
-    const QByteArray text = file.readAll();
+std::string withPose(const std::string& settings, const PoseKeys& keys, const std::string& file) {
+    const QByteArray text = QByteArray::fromStdString(settings);
     if (QString::fromUtf8(text).toUtf8() != text) {
-        fail(path, QStringLiteral("are not text in UTF-8 without a byte order mark"));
+        fail(file, QStringLiteral("are not text in UTF-8 without a byte order mark"));
     }
-    parsed(text, path);
-    return text;
-}
-
-QByteArray withPose(const QByteArray& text, const PoseKeys& keys, const QString& name) {
+    const auto before = parsed(text, file);
     const QByteArray lineEnd = text.contains("\r\n") ? "\r\n" : "\n";
-    QList<QByteArray> lines;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype end = text.indexOf('\n', at);
-        lines.append(end < 0 ? text.mid(at) + lineEnd : text.mid(at, end + 1 - at));
-        at = end < 0 ? text.size() : end + 1;
-    }
     const QString section = QStringLiteral("SENSOR%1").arg(keys.sensor);
     const Values values = valuesOf(keys);
-    const QByteArray merged = merge(lines, '[' + section.toLatin1() + ']', values, lineEnd).join();
-    if (!differsOnlyIn(values, section, parsed(text, name), parsed(merged, name))) {
-        fail(name, QStringLiteral("are written in a way in which keys cannot be added without changing others"));
+    const QByteArray merged = merge(linesOf(text, lineEnd), '[' + section.toLatin1() + ']', values, lineEnd).join();
+    if (!differsOnlyIn(values, section, before, parsed(merged, file))) {
+        fail(file, QStringLiteral("are written in a way in which keys cannot be added without changing others"));
     }
-    return merged;
+    return merged.toStdString();
 }
 
-} // namespace kxtool
+} // namespace KxInspect

@@ -1,0 +1,178 @@
+// The pose of a sensor from profiles of the calibration object. docs/calibration.md draws the object and defines the
+// frames, the angles and the placement codes.
+#pragma once
+
+#include "CalibrationObject.h"
+#include "Export.h"
+#include "Json.h"
+#include "Profile.h"
+#include "Progress.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KxInspect {
+
+/// Where a sensor stands in the track frame, and how it is turned: as the record of coordinates has it, but with angles
+/// in degrees. Also six numbers about such values. NaN where a value is not known.
+struct SensorPose {
+    double x = std::numeric_limits<double>::quiet_NaN(); ///< mm
+    double y = std::numeric_limits<double>::quiet_NaN(); ///< mm
+    double z = std::numeric_limits<double>::quiet_NaN(); ///< mm
+    double alpha = std::numeric_limits<double>::quiet_NaN(); ///< degrees
+    double beta = std::numeric_limits<double>::quiet_NaN(); ///< degrees
+    double gamma = std::numeric_limits<double>::quiet_NaN(); ///< degrees
+};
+
+/// A value of a pose with its name in settings, JSON and tables.
+struct PoseField {
+    const char* name;
+    double SensorPose::*value;
+    bool isAngle; ///< in degrees, otherwise in mm
+};
+
+inline constexpr std::array<PoseField, 6> kPoseFields = {{{"x", &SensorPose::x, false},
+                                                          {"y", &SensorPose::y, false},
+                                                          {"z", &SensorPose::z, false},
+                                                          {"alpha", &SensorPose::alpha, true},
+                                                          {"beta", &SensorPose::beta, true},
+                                                          {"gamma", &SensorPose::gamma, true}}};
+
+/// Where a pose puts the points of a profile in the track frame, in single precision; NaN where the pose is NaN.
+KXINSPECT_EXPORT std::vector<Point3> toTrack(const Profile& profile, const SensorPose& pose);
+
+/// What is known before the pose is.
+struct CalibrationTask {
+    int placement = 2; ///< the placement code of the sensor
+    CalibrationObject object = calibrationObjectFor(2); ///< as a sensor of that placement sees it
+    /// y of the sensor, mm. Placements that do not find y take it from here. For all it says on which side of the
+    /// crests the sensor stands, which a profile does not; a rough value does for that.
+    std::optional<float> sensorY;
+};
+
+/// What the caller calls the arguments, for the reasons and warnings in results: a program names its options here.
+struct CalibrationTerms {
+    std::string placement = "placement";
+    std::string obliqueness = "obliqueness";
+    std::string sensorY = "sensorY";
+    std::string crestY = "crestY";
+};
+
+/// Flanks in the order of Z (of -Z for mirrored placements): 2 * ridge, + 1 behind the crest; ridges 0 to 2 are
+/// straight, 3 is the oblique one.
+inline constexpr std::size_t kFlankCount = 8;
+
+/// "before crest 1", "behind crest 1" and so on.
+KXINSPECT_EXPORT std::string flankName(std::size_t flank);
+
+/// The distances of the points on a flank from the object along Y, in mm; positive behind it, seen from the sensor. NaN
+/// for a flank without points.
+struct KXINSPECT_EXPORT FlankResidual {
+    int points = 0;
+    double mean = std::numeric_limits<double>::quiet_NaN();
+    double rms = std::numeric_limits<double>::quiet_NaN();
+    double largest = std::numeric_limits<double>::quiet_NaN(); ///< by its absolute value
+
+    /// The flank lies off the object by more than noise explains: its mean by more than 0.02 mm and four standard
+    /// deviations. False without points.
+    bool isOff() const;
+};
+using FlankResiduals = std::array<FlankResidual, kFlankCount>;
+
+/// A point of a profile and how far it lies from the object.
+struct CalibrationPoint {
+    Point point;
+    std::optional<std::size_t> flank = {}; ///< none: it lies on no flank, or too near to a crest or valley to tell
+    double residual = std::numeric_limits<double>::quiet_NaN(); ///< along Y, mm; NaN without a flank
+};
+
+/// What one profile says about the pose.
+struct ProfilePose {
+    std::string name; ///< as the caller gave it
+    std::string fault; ///< why there is no pose, the predicate of a sentence about the profile; empty with one
+    /// y is NaN when the placement does not find it and the task does not give it.
+    SensorPose pose;
+    double foundY = std::numeric_limits<double>::quiet_NaN(); ///< y by the object, for every placement, mm
+    double rms = std::numeric_limits<double>::quiet_NaN(); ///< of the points on all flanks, mm
+    /// Standard deviation of the least certain angle, degrees.
+    double angleDeviation = std::numeric_limits<double>::quiet_NaN();
+    FlankResiduals flanks;
+    std::vector<CalibrationPoint> points; ///< the finite points of the profile; without a pose on no flank
+
+    bool hasPose() const { return fault.empty(); }
+};
+
+/// The mean of the poses of several profiles; values are NaN when no profile has a pose.
+struct PoseAverage {
+    int profiles = 0; ///< with a pose
+    std::string fault; ///< why the profiles cannot be of one pose, a sentence; empty when they can
+    SensorPose pose;
+    SensorPose deviation; ///< standard deviation of a single profile; NaN for one profile
+    SensorPose largest; ///< largest difference of a profile from the mean
+    double foundY = std::numeric_limits<double>::quiet_NaN(); ///< mean y by the object, mm
+    /// Largest distance of a point, put back by the pose of its own profile, from where the mean puts it, mm.
+    double pointDifference = std::numeric_limits<double>::quiet_NaN();
+};
+
+/// The calibration of a sensor from profiles of one pose.
+struct CalibrationResult {
+    std::string version; ///< of KxMath that measured it
+    CalibrationTask task;
+    std::vector<ProfilePose> profiles; ///< in the order of the input
+    PoseAverage average;
+    FlankResiduals flanks; ///< of all profiles with a pose
+    std::vector<std::string> unreadable; ///< files that the caller could not read, each with what is wrong with it
+    std::vector<std::string> warnings;
+
+    /// True when at least one profile has a pose, and all that have one agree: average.pose is the sensor's.
+    bool hasPose() const { return average.profiles > 0 && average.fault.empty(); }
+    /// True when the pose has a y, found or given.
+    bool hasY() const { return !std::isnan(average.pose.y); }
+};
+
+/// Finds the pose for one profile of the object, in any order of its points. A profile that gives none is no error: it
+/// has a fault. Throws an Error (BadArgument) for a pitch or slope that is not above 0, an obliqueness of 0, or one of
+/// the numbers of the task that is not finite.
+KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const CalibrationTask& task,
+                                         const CalibrationTerms& terms = {});
+
+/// A profile and what to call it in the result, for example its file.
+struct NamedProfile {
+    std::string name;
+    Profile profile;
+};
+
+/// Finds the pose from profiles that are all of one pose: measurePose() for each, and the mean. Profiles without a pose
+/// are left out of the mean and make a warning where they are not the only one. Throws as measurePose() does.
+KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
+                                                const Progress& progress = {}, const CalibrationTerms& terms = {});
+
+/// A pose as keys of a settings file: SENSORn/x, y, z in mm, alpha, beta, gamma in degrees, and position.
+struct PoseKeys {
+    int sensor = 1; ///< n
+    SensorPose pose; ///< keys of values that are NaN are left alone
+    int placement = 2;
+};
+
+/// The text of a settings file with the keys put in: those that stand there are replaced, the others added to their
+/// section. Everything else stays as it is, remarks and line ends included. Throws an Error when the text is not UTF-8,
+/// is no INI file, or is written so that other keys would change (Unsuitable).
+/// @param settings may be empty
+/// @param file its name, for the error
+KXINSPECT_EXPORT std::string withPose(const std::string& settings, const PoseKeys& keys, const std::string& file = {});
+
+/// The result as JSON, with the fields of `kxmath calibrate --json`. With the pictures it also holds the points of the
+/// profiles, the y that was given, and why profiles are not of one pose.
+KXINSPECT_EXPORT std::string toJson(const CalibrationResult& result, Pictures pictures = Pictures::Left);
+
+/// Reads a result that toJson() wrote. Without the pictures the profiles have no points, and values of a mean that is
+/// no pose are NaN. Throws an Error (Damaged) for a text that is no JSON, and (Unsuitable) with the key for a value
+/// that is missing or of another kind.
+KXINSPECT_EXPORT CalibrationResult calibrationFromJson(const std::string& json);
+
+} // namespace KxInspect

@@ -1,0 +1,68 @@
+// The object that the pose of a sensor is calibrated with, and how a placement code says that it is seen.
+#pragma once
+
+#include "Export.h"
+
+#include <array>
+#include <cstddef>
+
+namespace KxInspect {
+
+/// What the placement code of a sensor says.
+struct Placement {
+    bool isMirrored = false; ///< the object is seen in the order of -x, with alpha and gamma mirrored: codes 3 and 4
+    bool isTurned = false; ///< beta is turned by 180 degrees: codes 2, 4 and 5
+    bool findsY = false; ///< the calibration finds y; otherwise it is the caller's
+};
+
+/// What a placement code says. Every number is a code; those beside 2 to 5 say nothing special.
+KXINSPECT_EXPORT Placement placementOf(int code);
+
+/// Roof ridges along X, at which a sensor looks along +Y or -Y. Straight crests lie at Z = -P, 0 and P (and half of one
+/// at -2 P), an oblique one at 2.5 P + t X (and half of one at 4 P + t X); for mirrored placements this holds for -Z.
+/// From a crest the flanks fall away from the sensor by `slope` per mm of Z. Lengths in mm.
+struct CalibrationObject {
+    double pitch = 24.0; ///< P, the distance of the straight crests
+    double slope = 1.2; ///< mm of depth per mm of Z
+    double obliqueness = 0.25; ///< t as the object stands: turned by 180 degrees about Z it has -t
+    double crestY = 0.0; ///< Y of the plane of the crests
+
+    /// @{ The object as METRO_calcAnglesCoord() takes it.
+    double p1() const { return 2.0 * pitch; }
+    double p2() const { return slope * pitch / 2.0; }
+    double p3() const { return obliqueness; }
+    double p4() const { return crestY; }
+    /// @}
+};
+
+/// A measure of the object with its name in JSON.
+struct CalibrationObjectField {
+    const char* name;
+    double CalibrationObject::*value;
+};
+
+inline constexpr std::array<CalibrationObjectField, 4> kCalibrationObjectFields = {
+    {{"pitch", &CalibrationObject::pitch},
+     {"slope", &CalibrationObject::slope},
+     {"oblique", &CalibrationObject::obliqueness},
+     {"planeY", &CalibrationObject::crestY}}};
+
+/// The object of the default measures, turned with the sensor: t is negative for turned placements.
+KXINSPECT_EXPORT CalibrationObject calibrationObjectFor(int placement, double crestY = 0.0);
+
+/// A ridge of the object: its crest lies at Z = crest + obliqueness X.
+struct CalibrationRidge {
+    double crest = 0.0; ///< mm
+    double obliqueness = 0.0; ///< 0 for a straight ridge
+
+    double crestAt(double x) const { return crest + obliqueness * x; }
+};
+
+/// With the half ridges at both ends.
+inline constexpr std::size_t kRidgeCount = 6;
+
+/// The ridges in the order of Z (of -Z for mirrored placements). Between two crests the valley lies in the middle. Of
+/// the first ridge only the flank behind the crest exists, of the last one only that before it.
+KXINSPECT_EXPORT std::array<CalibrationRidge, kRidgeCount> ridgesOf(const CalibrationObject& object);
+
+} // namespace KxInspect

@@ -1,0 +1,27 @@
+// The object that the pose of a sensor is calibrated with, and how a placement code says that it is seen.
+#include <KxInspect/CalibrationObject.h>
+#include <KxMath/KxPlacement.h>
+
+namespace KxInspect {
+
+Placement placementOf(int code) {
+    const KxMath::KxPlacement placement(code);
+    return {placement.isMirrored, placement.isTurned, placement.findsY};
+}
+
+CalibrationObject calibrationObjectFor(int placement, double crestY) {
+    CalibrationObject object;
+    object.crestY = crestY;
+    if (placementOf(placement).isTurned) {
+        object.obliqueness = -object.obliqueness;
+    }
+    return object;
+}
+
+std::array<CalibrationRidge, kRidgeCount> ridgesOf(const CalibrationObject& object) {
+    const double p = object.pitch;
+    const double t = object.obliqueness;
+    return {{{-2.0 * p, 0.0}, {-p, 0.0}, {0.0, 0.0}, {p, 0.0}, {2.5 * p, t}, {4.0 * p, t}}};
+}
+
+} // namespace KxInspect

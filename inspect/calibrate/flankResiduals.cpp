@@ -1,0 +1,177 @@
+// How far the points of a profile lie from the calibration object.
+#include "inspect/calibrate/flankResiduals.h"
+
+#include "inspect/base/points.h"
+
+#include <KxInspect/KxMathTypes.h>
+#include <KxMath/KxMetro.h>
+
+#include <algorithm>
+#include <numbers>
+
+namespace KxInspect {
+
+namespace {
+
+constexpr std::size_t kObliqueRidge = 3; // of those with two flanks
+
+/// Tells the flank below a point, as the object sees it: z upwards from the middle straight crest.
+std::optional<std::size_t> flankAt(const CalibrationObject& object, double x, double z) {
+    constexpr double kMargin = 0.04; // of the width, left out at crests and valleys
+    const auto ridges = ridgesOf(object);
+    for (std::size_t flank = 0; flank < kFlankCount; ++flank) {
+        const std::size_t ridge = flank / 2 + 1; // behind the half one
+        const bool isBehind = flank % 2 == 1;
+        const double crest = ridges[ridge].crestAt(x);
+        const double valley = (crest + ridges[isBehind ? ridge + 1 : ridge - 1].crestAt(x)) / 2.0;
+        const double from = isBehind ? crest : valley;
+        const double to = isBehind ? valley : crest;
+        const double margin = kMargin * (to - from);
+        if (z >= from + margin && z <= to - margin) {
+            return flank;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The depth of a flank behind the crests.
+/// @param obliqueFactor slope of the oblique ridge along Z over that of the others
+double depthAt(const CalibrationObject& object, std::size_t flank, double x, double z, double obliqueFactor) {
+    const CalibrationRidge ridge = ridgesOf(object)[flank / 2 + 1];
+    const double factor = flank / 2 == kObliqueRidge ? obliqueFactor : 1.0;
+    return factor * object.slope * std::abs(z - ridge.crest - ridge.obliqueness * x);
+}
+
+/// Fills in flanks and residuals of the points, and foundY. @return the root mean square
+double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfilePose& m) {
+    const Placement placement = placementOf(task.placement);
+    const double facing = std::sin(m.pose.beta * std::numbers::pi / 180.0) < 0.0 ? -1.0 : 1.0;
+    const double up = placement.isMirrored ? -1.0 : 1.0;
+    const SensorPose pose = detail::withAnyY(m.pose);
+    const std::vector<Point3> inTrack = detail::toTrack(m.points, pose);
+    double sum = 0.0;
+    int count = 0;
+    for (std::size_t i = 0; i < m.points.size(); ++i) {
+        const double x = static_cast<double>(inTrack[i].x);
+        const double z = up * static_cast<double>(inTrack[i].z);
+        CalibrationPoint& point = m.points[i];
+        point.flank = flankAt(task.object, x, z);
+        if (point.flank) {
+            const double depth = depthAt(task.object, *point.flank, x, z, obliqueFactor);
+            point.residual = facing * (static_cast<double>(inTrack[i].y) - task.object.crestY) - depth;
+            sum += point.residual;
+            ++count;
+        }
+    }
+    const double shift = count > 0 ? sum / count : 0.0;
+    m.foundY = placement.findsY ? pose.y : pose.y - facing * shift;
+    double squares = 0.0;
+    for (CalibrationPoint& point : m.points) {
+        if (point.flank) {
+            point.residual -= placement.findsY ? 0.0 : shift; // y is not the calibration's
+            squares += point.residual * point.residual;
+        }
+    }
+    return std::sqrt(squares / count); // NaN without points on flanks
+}
+
+FlankResiduals summarized(const std::vector<CalibrationPoint>& points) {
+    FlankResiduals flanks;
+    for (std::size_t i = 0; i < flanks.size(); ++i) {
+        FlankResidual sums{0, 0.0, 0.0, 0.0};
+        for (const CalibrationPoint& point : points) {
+            if (point.flank == i) {
+                ++sums.points;
+                sums.mean += point.residual;
+                sums.rms += point.residual * point.residual;
+                sums.largest = std::max(sums.largest, std::abs(point.residual));
+            }
+        }
+        if (sums.points > 0) {
+            flanks[i] = {sums.points, sums.mean / sums.points, std::sqrt(sums.rms / sums.points), sums.largest};
+        }
+    }
+    return flanks;
+}
+
+} // namespace
+
+std::string flankName(std::size_t flank) {
+    const std::string side = flank % 2 == 0 ? "before " : "behind ";
+    const std::size_t ridge = flank / 2;
+    return side + (ridge == kObliqueRidge ? "oblique crest" : "crest " + std::to_string(ridge + 1));
+}
+
+bool FlankResidual::isOff() const {
+    constexpr double kTolerance = 0.02; // mm, that an object may be off
+    constexpr double kDeviations = 4.0;
+    const double scatter = std::sqrt(std::max(0.0, rms * rms - mean * mean));
+    return points > 0 && std::abs(mean) > kTolerance + kDeviations * scatter / std::sqrt(points);
+}
+
+std::vector<Point3> toTrack(const Profile& profile, const SensorPose& pose) {
+    KxMath::KxProfile points = toKxProfile(profile);
+    const auto value = [](double v) { return static_cast<float>(v); };
+    KxMath::_KxMETRO_SensorCoord_ coord{
+        value(pose.x), value(pose.y), value(pose.z), value(pose.alpha), value(pose.beta), value(pose.gamma), 0};
+    KxMath::KxPointCloud<KxMath::KxPointXYZ> cloud;
+    METRO_XYtoXYZ(points, cloud, coord);
+    std::vector<Point3> result;
+    result.reserve(static_cast<std::size_t>(cloud.points.size()));
+    for (const KxMath::KxPointXYZ& p : std::as_const(cloud.points)) {
+        result.push_back({p.x, p.y, p.z});
+    }
+    return result;
+}
+
+namespace detail {
+
+SensorPose withAnyY(SensorPose pose) {
+    pose.y = std::isnan(pose.y) ? 0.0 : pose.y;
+    return pose;
+}
+
+std::vector<Point3> toTrack(const std::vector<CalibrationPoint>& points, const SensorPose& pose) {
+    Profile profile;
+    profile.points.reserve(points.size());
+    for (const CalibrationPoint& p : points) {
+        profile.points.push_back(p.point);
+    }
+    return KxInspect::toTrack(profile, pose);
+}
+
+void findResiduals(const CalibrationTask& task, ProfilePose& profile) {
+    // The oblique ridge may have the slope along Z, or across itself.
+    const double across = std::hypot(1.0, task.object.obliqueness);
+    ProfilePose other = profile;
+    other.rms = KxInspect::findResiduals(task, across, other);
+    profile.rms = KxInspect::findResiduals(task, 1.0, profile);
+    if (other.rms < profile.rms) {
+        profile = std::move(other);
+    }
+    profile.flanks = summarized(profile.points);
+}
+
+FlankResiduals pooled(const std::vector<ProfilePose>& profiles) {
+    FlankResiduals all;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        FlankResidual sums{0, 0.0, 0.0, 0.0};
+        for (const ProfilePose& m : profiles) {
+            const FlankResidual& flank = m.flanks[i];
+            if (flank.points > 0) {
+                sums.points += flank.points;
+                sums.mean += flank.points * flank.mean;
+                sums.rms += flank.points * flank.rms * flank.rms;
+                sums.largest = std::max(sums.largest, flank.largest);
+            }
+        }
+        if (sums.points > 0) {
+            all[i] = {sums.points, sums.mean / sums.points, std::sqrt(sums.rms / sums.points), sums.largest};
+        }
+    }
+    return all;
+}
+
+} // namespace detail
+
+} // namespace KxInspect

@@ -1,0 +1,20 @@
+// How far the points of a profile lie from the calibration object.
+#pragma once
+
+#include <KxInspect/Calibration.h>
+
+namespace KxInspect::detail {
+
+/// The pose with 0 for a y that is not known: the object then lies anywhere along Y.
+SensorPose withAnyY(SensorPose pose);
+
+/// Where a pose puts points.
+std::vector<Point3> toTrack(const std::vector<CalibrationPoint>& points, const SensorPose& pose);
+
+/// Fills in flanks and residuals of the points, rms, foundY and the residuals by flank of a profile with a pose.
+void findResiduals(const CalibrationTask& task, ProfilePose& profile);
+
+/// The residuals of several profiles together.
+FlankResiduals pooled(const std::vector<ProfilePose>& profiles);
+
+} // namespace KxInspect::detail

@@ -1,0 +1,239 @@
+// The calibration of a sensor as JSON, and back.
+#include "inspect/base/error.h"
+#include "inspect/base/paths.h"
+#include "inspect/calibrate/flankResiduals.h"
+#include "inspect/results/json.h"
+
+#include <KxInspect/Calibration.h>
+
+#include <QtCore/QJsonArray>
+
+#include <algorithm>
+
+namespace KxInspect {
+
+namespace {
+
+using detail::jsonList;
+using detail::jsonNumber;
+using detail::JsonValue;
+
+constexpr const char* kCommand = "calibrate";
+
+/// The fields of a value, kPoseFields or kCalibrationObjectFields.
+template <typename Value, typename Fields>
+QJsonObject fieldsToJson(const Value& value, const Fields& fields) {
+    QJsonObject json;
+    for (const auto& field : fields) {
+        json[QLatin1String(field.name)] = jsonNumber(value.*field.value);
+    }
+    return json;
+}
+
+template <typename Value, typename Fields>
+void readFields(const JsonValue& json, const Fields& fields, Value& value) {
+    for (const auto& field : fields) {
+        value.*field.value = json[field.name].wideNumber();
+    }
+}
+
+QJsonObject toJson(const SensorPose& pose) {
+    return fieldsToJson(pose, kPoseFields);
+}
+
+QJsonArray toJson(const FlankResiduals& flanks) {
+    QJsonArray json;
+    for (std::size_t i = 0; i < flanks.size(); ++i) {
+        json.append(QJsonObject{{"flank", detail::toQt(flankName(i))},
+                                {"points", flanks[i].points},
+                                {"mean", jsonNumber(flanks[i].mean)},
+                                {"rms", jsonNumber(flanks[i].rms)},
+                                {"largest", jsonNumber(flanks[i].largest)},
+                                {"isOff", flanks[i].isOff()}});
+    }
+    return json;
+}
+
+QJsonObject toJson(const ProfilePose& profile) {
+    const QString name = detail::toQt(profile.name);
+    if (!profile.hasPose()) {
+        return {{"name", name}, {"fault", detail::toQt(profile.fault)}};
+    }
+    return {{"name", name},
+            {"pose", toJson(profile.pose)},
+            {"foundY", jsonNumber(profile.foundY)},
+            {"rms", jsonNumber(profile.rms)},
+            {"angleDeviation", jsonNumber(profile.angleDeviation)},
+            {"flanks", toJson(profile.flanks)}};
+}
+
+/// The mean, named by `pose`: that of the sensor, or one of profiles that are not of one pose.
+void addAverage(const PoseAverage& average, QJsonObject& json) {
+    json["pose"] = toJson(average.pose);
+    json["foundY"] = jsonNumber(average.foundY);
+    json["deviation"] = toJson(average.deviation);
+    json["largest"] = toJson(average.largest);
+    json["pointDifference"] = jsonNumber(average.pointDifference);
+}
+
+/// {"x": [...], "y": [...], "flank": [...], "residual": [...]}; null for a point on no flank.
+QJsonObject pointsToJson(const std::vector<CalibrationPoint>& points) {
+    std::vector<Point> places;
+    QJsonArray flanks;
+    std::vector<double> residuals;
+    for (const CalibrationPoint& point : points) {
+        places.push_back(point.point);
+        flanks.append(point.flank ? QJsonValue(static_cast<int>(*point.flank)) : QJsonValue());
+        residuals.push_back(point.residual);
+    }
+    QJsonObject json = detail::jsonPoints(places);
+    json["flank"] = flanks;
+    json["residual"] = jsonList(residuals);
+    return json;
+}
+
+QJsonObject picturesToJson(const CalibrationResult& result) {
+    QJsonArray profiles;
+    for (const ProfilePose& profile : result.profiles) {
+        profiles.append(pointsToJson(profile.points));
+    }
+    const std::optional<float> y = result.task.sensorY;
+    QJsonObject json = {{"sensorY", y ? jsonNumber(*y) : QJsonValue()}, {"profiles", profiles}};
+    if (!result.average.fault.empty()) {
+        json["fault"] = detail::toQt(result.average.fault);
+        addAverage(result.average, json);
+    }
+    return json;
+}
+
+SensorPose readPose(const JsonValue& json) {
+    SensorPose pose;
+    readFields(json, kPoseFields, pose);
+    return pose;
+}
+
+/// Throws an Error (Unsuitable) about a list that is not as long as it must be.
+void requireSize(bool isRight, const char* key, const char* what) {
+    if (!isRight) {
+        detail::fail(ErrorKind::Unsuitable, {"result", {}, key},
+                     QStringLiteral("does not hold %1 in '%2'").arg(QLatin1String(what), QLatin1String(key)));
+    }
+}
+
+FlankResiduals readFlanks(const JsonValue& json) {
+    const std::vector<JsonValue> list = json.list();
+    requireSize(list.size() == kFlankCount, "flanks", "8 flanks");
+    FlankResiduals flanks;
+    for (std::size_t i = 0; i < flanks.size(); ++i) {
+        flanks[i] = {list[i]["points"].wholeNumber(), list[i]["mean"].wideNumber(), list[i]["rms"].wideNumber(),
+                     list[i]["largest"].wideNumber()};
+    }
+    return flanks;
+}
+
+ProfilePose readProfile(const JsonValue& json) {
+    ProfilePose profile;
+    profile.name = json["name"].text();
+    if (json.has("fault")) {
+        profile.fault = json["fault"].text();
+        return profile;
+    }
+    profile.pose = readPose(json["pose"]);
+    profile.foundY = json["foundY"].wideNumber();
+    profile.rms = json["rms"].wideNumber();
+    profile.angleDeviation = json["angleDeviation"].wideNumber();
+    profile.flanks = readFlanks(json["flanks"]);
+    return profile;
+}
+
+void readAverage(const JsonValue& json, PoseAverage& average) {
+    average.pose = readPose(json["pose"]);
+    average.foundY = json["foundY"].wideNumber();
+    average.deviation = readPose(json["deviation"]);
+    average.largest = readPose(json["largest"]);
+    average.pointDifference = json["pointDifference"].wideNumber();
+}
+
+std::vector<CalibrationPoint> readPoints(const JsonValue& json) {
+    const std::vector<Point> places = json.points();
+    const std::vector<JsonValue> flanks = json["flank"].list();
+    const std::vector<double> residuals = json["residual"].wideNumbers();
+    requireSize(flanks.size() == places.size() && residuals.size() == places.size(), "pictures.profiles",
+                "as many flanks and residuals as points");
+    std::vector<CalibrationPoint> points;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        std::optional<std::size_t> flank;
+        if (!flanks[i].isNull()) {
+            flank = static_cast<std::size_t>(flanks[i].wholeNumber()); // negative: too large
+            requireSize(*flank < kFlankCount, "pictures.profiles", "flanks from 0 to 7");
+        }
+        points.push_back({places[i], flank, residuals[i]});
+    }
+    return points;
+}
+
+void readPictures(const JsonValue& json, CalibrationResult& result) {
+    if (!json["sensorY"].isNull()) {
+        result.task.sensorY = json["sensorY"].number();
+    }
+    if (json.has("fault")) {
+        result.average.fault = json["fault"].text();
+        readAverage(json, result.average);
+    }
+    const std::vector<JsonValue> profiles = json["profiles"].list();
+    requireSize(profiles.size() == result.profiles.size(), "pictures.profiles", "the points of all profiles");
+    for (std::size_t i = 0; i < profiles.size(); ++i) {
+        result.profiles[i].points = readPoints(profiles[i]);
+    }
+}
+
+} // namespace
+
+std::string toJson(const CalibrationResult& result, Pictures pictures) {
+    QJsonArray profiles;
+    for (const ProfilePose& profile : result.profiles) {
+        profiles.append(toJson(profile));
+    }
+    QJsonObject json = {{"command", kCommand},
+                        {"version", detail::toQt(result.version)},
+                        {"position", result.task.placement},
+                        {"object", fieldsToJson(result.task.object, kCalibrationObjectFields)},
+                        {"pose", QJsonValue()},
+                        {"profiles", profiles},
+                        {"unreadable", jsonList(result.unreadable)},
+                        {"warnings", jsonList(result.warnings)}};
+    if (result.hasPose()) {
+        addAverage(result.average, json);
+        json["flanks"] = toJson(result.flanks);
+    }
+    if (pictures == Pictures::Included) {
+        json["pictures"] = picturesToJson(result);
+    }
+    return detail::jsonText(json);
+}
+
+CalibrationResult calibrationFromJson(const std::string& text) {
+    const JsonValue json = JsonValue::parse(text, kCommand);
+    CalibrationResult result;
+    result.version = json["version"].text();
+    result.task.placement = json["position"].wholeNumber();
+    readFields(json["object"], kCalibrationObjectFields, result.task.object);
+    for (const JsonValue& profile : json["profiles"].list()) {
+        result.profiles.push_back(readProfile(profile));
+        result.average.profiles += result.profiles.back().hasPose() ? 1 : 0;
+    }
+    result.flanks = detail::pooled(result.profiles);
+    result.unreadable = json["unreadable"].texts();
+    result.warnings = json["warnings"].texts();
+    if (!json["pose"].isNull()) {
+        readAverage(json, result.average);
+    } else if (result.average.profiles > 0) {
+        result.average.fault = "the profiles are not of one pose";
+    }
+    if (json.has("pictures")) {
+        readPictures(json["pictures"], result);
+    }
+    return result;
+}
+
+} // namespace KxInspect
