@@ -20,12 +20,11 @@ enum KxRecordKind : int {
 };
 
 /// Reads the next record of a recording, which may be a profile record or a 2-D cloud section. The points that
-/// `profile` held are dropped first; a cloud section sets `z` to NaN. The range of `profile` is unknown afterwards.
-/// Memory follows the bytes that are there.
+/// `profile` held are removed first; a cloud section sets `z` to NaN. The range of `profile` is unknown afterwards.
+/// The count in a file is not trusted: memory is allocated only for bytes that are present.
 /// @return KxProfileRecord or KxSectionXY, the kind that was read
-/// @return KxNoRecord when no whole record of these kinds begins at the position of `file`, at its end too; the
-/// position
-///         is then that before the call
+/// @return KxNoRecord when no whole record of these kinds begins at the position of `file`, also at its end; the
+///         position is then that before the call
 KXMATH_EXPORT KxRecordKind KxReadRecord(QFile& file, KxProfileZ& profile);
 
 /// A recording as its file name describes it: PREFIX_SERIAL.bin.

@@ -54,8 +54,8 @@ private:
     size_t next(size_t at) const { return (at + 1) & mask(); }
     size_t homeOf(const QPoint& cell) const {
         const quint64 key = quint64(quint32(cell.x())) << 32 | quint32(cell.y());
-        return static_cast<size_t>((key * 0x9e3779b97f4a7c15u) >> 32) & mask(); // Knuth, The Art of Computer
-                                                                                // Programming 3, 6.4, 1973
+        // Knuth, The Art of Computer Programming 3, 6.4, 1973
+        return static_cast<size_t>((key * 0x9e3779b97f4a7c15u) >> 32) & mask();
     }
 
     /// The slot of a cell, or the free one where it would be.
