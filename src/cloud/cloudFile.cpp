@@ -1,6 +1,7 @@
 // Cloud sections in files.
 #include "KxMath/KxPointCloud.h"
 
+#include "cloud/pointTraits.h"
 #include "cloud/rangeWidening.h"
 #include "io/binaryIo.h"
 
@@ -50,6 +51,10 @@ bool readByte(QFile& file, unsigned char expected) {
 
 template <typename Cloud, typename Point>
 int readSection(Cloud& cloud, QFile& file, QList<Point>& points) {
+    cloud.clear();
+    if constexpr (detail::kHasZ<Point>) {
+        cloud.zIndexBuilt = 0;
+    }
     return detail::readOrRewind(file, [&] {
         typename Section<Point>::Count count = 0;
         const auto widen = [&](const Point* first, qsizetype n) { detail::widenRange(cloud, first, n); };
@@ -82,60 +87,30 @@ int readFile(Cloud& cloud, const QString& name) {
 
 } // namespace
 
-// KxPointCloud<KxPointXY>
+// The members of all clouds, see container.cpp.
+#define KXMATH_DEFINE_FILES(Point)                                                                                     \
+    bool KxPointCloud<Point>::writeToFile(QFile& f) {                                                                  \
+        return writeSection(f, points);                                                                                \
+    }                                                                                                                  \
+    bool KxPointCloud<Point>::writeToFile(QString name) {                                                              \
+        return writeFile(*this, name);                                                                                 \
+    }                                                                                                                  \
+    int KxPointCloud<Point>::readFromFile(QFile& f) {                                                                  \
+        return readSection(*this, f, points);                                                                          \
+    }                                                                                                                  \
+    int KxPointCloud<Point>::readFromFile(QString name) {                                                              \
+        return readFile(*this, name);                                                                                  \
+    }                                                                                                                  \
+    bool KxPointCloud<Point>::writeMarker(QFile& f, unsigned char m) {                                                 \
+        return writeByte(f, m);                                                                                        \
+    }                                                                                                                  \
+    bool KxPointCloud<Point>::readMarker(QFile& f, unsigned char m) {                                                  \
+        return readByte(f, m);                                                                                         \
+    }
 
-bool KxPointCloud<KxPointXY>::writeToFile(QFile& f) {
-    return writeSection(f, points);
-}
-
-bool KxPointCloud<KxPointXY>::writeToFile(QString name) {
-    return writeFile(*this, name);
-}
-
-int KxPointCloud<KxPointXY>::readFromFile(QFile& f) {
-    clear();
-    return readSection(*this, f, points);
-}
-
-int KxPointCloud<KxPointXY>::readFromFile(QString name) {
-    return readFile(*this, name);
-}
-
-bool KxPointCloud<KxPointXY>::writeMarker(QFile& f, unsigned char m) {
-    return writeByte(f, m);
-}
-
-bool KxPointCloud<KxPointXY>::readMarker(QFile& f, unsigned char m) {
-    return readByte(f, m);
-}
-
-// KxPointCloud<KxPointXYZ>
-
-bool KxPointCloud<KxPointXYZ>::writeToFile(QFile& f) {
-    return writeSection(f, points);
-}
-
-bool KxPointCloud<KxPointXYZ>::writeToFile(QString name) {
-    return writeFile(*this, name);
-}
-
-int KxPointCloud<KxPointXYZ>::readFromFile(QFile& f) {
-    clear();
-    zIndexBuilt = 0;
-    return readSection(*this, f, points);
-}
-
-int KxPointCloud<KxPointXYZ>::readFromFile(QString name) {
-    return readFile(*this, name);
-}
-
-bool KxPointCloud<KxPointXYZ>::writeMarker(QFile& f, unsigned char m) {
-    return writeByte(f, m);
-}
-
-bool KxPointCloud<KxPointXYZ>::readMarker(QFile& f, unsigned char m) {
-    return readByte(f, m);
-}
+KXMATH_DEFINE_FILES(KxPointXY)
+KXMATH_DEFINE_FILES(KxPointXYZ)
+KXMATH_DEFINE_FILES(KxPointXYZRGB)
 
 bool KxPointCloud<KxPointXYZ>::compat_writeToXYZFile(QString name) {
     struct Record {
@@ -152,34 +127,6 @@ bool KxPointCloud<KxPointXYZ>::compat_writeToXYZFile(QString name) {
     }
     const bool isWritten = detail::writeRecords(file, records);
     return detail::closeWritten(file) && isWritten;
-}
-
-// KxPointCloud<KxPointXYZRGB>
-
-bool KxPointCloud<KxPointXYZRGB>::writeToFile(QFile& f) {
-    return writeSection(f, points);
-}
-
-bool KxPointCloud<KxPointXYZRGB>::writeToFile(QString name) {
-    return writeFile(*this, name);
-}
-
-int KxPointCloud<KxPointXYZRGB>::readFromFile(QFile& f) {
-    clear();
-    zIndexBuilt = 0;
-    return readSection(*this, f, points);
-}
-
-int KxPointCloud<KxPointXYZRGB>::readFromFile(QString name) {
-    return readFile(*this, name);
-}
-
-bool KxPointCloud<KxPointXYZRGB>::writeMarker(QFile& f, unsigned char m) {
-    return writeByte(f, m);
-}
-
-bool KxPointCloud<KxPointXYZRGB>::readMarker(QFile& f, unsigned char m) {
-    return readByte(f, m);
 }
 
 } // namespace KxMath

@@ -121,219 +121,69 @@ float averageY(const QList<Point>& points) {
 
 } // namespace
 
-// KxPointCloud<KxPointXY>
+// A full specialisation is no template: its members are defined one by one. These are those of all clouds.
+#define KXMATH_DEFINE_CONTAINER(Point)                                                                                 \
+    KxPointCloud<Point>::KxPointCloud() {                                                                              \
+        initialise(*this);                                                                                             \
+    }                                                                                                                  \
+    KxPointCloud<Point>::KxPointCloud(KxPointCloud& other) {                                                           \
+        initialise(*this);                                                                                             \
+        copyFromPointCloud(other);                                                                                     \
+    }                                                                                                                  \
+    KxPointCloud<Point>::~KxPointCloud() = default;                                                                    \
+    void KxPointCloud<Point>::operator=(const KxPointCloud& other) {                                                   \
+        copyFromPointCloud(other);                                                                                     \
+    }                                                                                                                  \
+    void KxPointCloud<Point>::operator+=(const KxPointCloud& other) {                                                  \
+        appendFromPointCloud(other);                                                                                   \
+    }                                                                                                                  \
+    int KxPointCloud<Point>::size() {                                                                                  \
+        return static_cast<int>(points.size());                                                                        \
+    }                                                                                                                  \
+    bool KxPointCloud<Point>::isEmpty() {                                                                              \
+        return points.isEmpty();                                                                                       \
+    }                                                                                                                  \
+    void KxPointCloud<Point>::clear() {                                                                                \
+        clearCloud(*this);                                                                                             \
+    }                                                                                                                  \
+    void KxPointCloud<Point>::copyFromPointCloud(const KxPointCloud& src) {                                            \
+        copyCloud(*this, src);                                                                                         \
+    }                                                                                                                  \
+    void KxPointCloud<Point>::appendFromPointCloud(const KxPointCloud& src) {                                          \
+        appendCloud(*this, src);                                                                                       \
+    }                                                                                                                  \
+    void KxPointCloud<Point>::calcRange() {                                                                            \
+        calcCloudRange<Point>(*this);                                                                                  \
+    }                                                                                                                  \
+    void KxPointCloud<Point>::updateRange(Point& p) {                                                                  \
+        detail::widenRange(*this, p);                                                                                  \
+    }                                                                                                                  \
+    float KxPointCloud<Point>::size_x() {                                                                              \
+        return maxX - minX;                                                                                            \
+    }                                                                                                                  \
+    float KxPointCloud<Point>::size_y() {                                                                              \
+        return maxY - minY;                                                                                            \
+    }                                                                                                                  \
+    bool KxPointCloud<Point>::calcCenterPoint(Point& out) {                                                            \
+        return centerOfRange(*this, out);                                                                              \
+    }                                                                                                                  \
+    bool KxPointCloud<Point>::caclCenterMassPoint(Point& out) {                                                        \
+        return centerOfMass(points, out);                                                                              \
+    }                                                                                                                  \
+    float KxPointCloud<Point>::calcAverageY() {                                                                        \
+        return averageY(points);                                                                                       \
+    }
 
-KxPointCloud<KxPointXY>::KxPointCloud() {
-    initialise(*this);
-}
-
-KxPointCloud<KxPointXY>::KxPointCloud(KxPointCloud& other) {
-    initialise(*this);
-    copyFromPointCloud(other);
-}
-
-KxPointCloud<KxPointXY>::~KxPointCloud() = default;
-
-void KxPointCloud<KxPointXY>::operator=(const KxPointCloud& other) {
-    copyFromPointCloud(other);
-}
-
-void KxPointCloud<KxPointXY>::operator+=(const KxPointCloud& other) {
-    appendFromPointCloud(other);
-}
-
-int KxPointCloud<KxPointXY>::size() {
-    return static_cast<int>(points.size());
-}
-
-bool KxPointCloud<KxPointXY>::isEmpty() {
-    return points.isEmpty();
-}
-
-void KxPointCloud<KxPointXY>::clear() {
-    clearCloud(*this);
-}
-
-void KxPointCloud<KxPointXY>::copyFromPointCloud(const KxPointCloud& src) {
-    copyCloud(*this, src);
-}
-
-void KxPointCloud<KxPointXY>::appendFromPointCloud(const KxPointCloud& src) {
-    appendCloud(*this, src);
-}
-
-void KxPointCloud<KxPointXY>::calcRange() {
-    calcCloudRange<KxPointXY>(*this);
-}
-
-void KxPointCloud<KxPointXY>::updateRange(KxPointXY& p) {
-    detail::widenRange(*this, p);
-}
-
-float KxPointCloud<KxPointXY>::size_x() {
-    return maxX - minX;
-}
-
-float KxPointCloud<KxPointXY>::size_y() {
-    return maxY - minY;
-}
-
-bool KxPointCloud<KxPointXY>::calcCenterPoint(KxPointXY& out) {
-    return centerOfRange(*this, out);
-}
-
-bool KxPointCloud<KxPointXY>::caclCenterMassPoint(KxPointXY& out) {
-    return centerOfMass(points, out);
-}
-
-float KxPointCloud<KxPointXY>::calcAverageY() {
-    return averageY(points);
-}
-
-// KxPointCloud<KxPointXYZ>
-
-KxPointCloud<KxPointXYZ>::KxPointCloud() {
-    initialise(*this);
-}
-
-KxPointCloud<KxPointXYZ>::KxPointCloud(KxPointCloud& other) {
-    initialise(*this);
-    copyFromPointCloud(other);
-}
-
-KxPointCloud<KxPointXYZ>::~KxPointCloud() = default;
-
-void KxPointCloud<KxPointXYZ>::operator=(const KxPointCloud& other) {
-    copyFromPointCloud(other);
-}
-
-void KxPointCloud<KxPointXYZ>::operator+=(const KxPointCloud& other) {
-    appendFromPointCloud(other);
-}
-
-int KxPointCloud<KxPointXYZ>::size() {
-    return static_cast<int>(points.size());
-}
-
-bool KxPointCloud<KxPointXYZ>::isEmpty() {
-    return points.isEmpty();
-}
-
-void KxPointCloud<KxPointXYZ>::clear() {
-    clearCloud(*this);
-}
-
-void KxPointCloud<KxPointXYZ>::copyFromPointCloud(const KxPointCloud& src) {
-    copyCloud(*this, src);
-}
-
-void KxPointCloud<KxPointXYZ>::appendFromPointCloud(const KxPointCloud& src) {
-    appendCloud(*this, src);
-}
-
-void KxPointCloud<KxPointXYZ>::calcRange() {
-    calcCloudRange<KxPointXYZ>(*this);
-}
-
-void KxPointCloud<KxPointXYZ>::updateRange(KxPointXYZ& p) {
-    detail::widenRange(*this, p);
-}
-
-float KxPointCloud<KxPointXYZ>::size_x() {
-    return maxX - minX;
-}
-
-float KxPointCloud<KxPointXYZ>::size_y() {
-    return maxY - minY;
-}
+KXMATH_DEFINE_CONTAINER(KxPointXY)
+KXMATH_DEFINE_CONTAINER(KxPointXYZ)
+KXMATH_DEFINE_CONTAINER(KxPointXYZRGB)
 
 float KxPointCloud<KxPointXYZ>::size_z() {
     return maxZ - minZ;
 }
 
-bool KxPointCloud<KxPointXYZ>::calcCenterPoint(KxPointXYZ& out) {
-    return centerOfRange(*this, out);
-}
-
-bool KxPointCloud<KxPointXYZ>::caclCenterMassPoint(KxPointXYZ& out) {
-    return centerOfMass(points, out);
-}
-
-float KxPointCloud<KxPointXYZ>::calcAverageY() {
-    return averageY(points);
-}
-
-// KxPointCloud<KxPointXYZRGB>
-
-KxPointCloud<KxPointXYZRGB>::KxPointCloud() {
-    initialise(*this);
-}
-
-KxPointCloud<KxPointXYZRGB>::KxPointCloud(KxPointCloud& other) {
-    initialise(*this);
-    copyFromPointCloud(other);
-}
-
-KxPointCloud<KxPointXYZRGB>::~KxPointCloud() = default;
-
-void KxPointCloud<KxPointXYZRGB>::operator=(const KxPointCloud& other) {
-    copyFromPointCloud(other);
-}
-
-void KxPointCloud<KxPointXYZRGB>::operator+=(const KxPointCloud& other) {
-    appendFromPointCloud(other);
-}
-
-int KxPointCloud<KxPointXYZRGB>::size() {
-    return static_cast<int>(points.size());
-}
-
-bool KxPointCloud<KxPointXYZRGB>::isEmpty() {
-    return points.isEmpty();
-}
-
-void KxPointCloud<KxPointXYZRGB>::clear() {
-    clearCloud(*this);
-}
-
-void KxPointCloud<KxPointXYZRGB>::copyFromPointCloud(const KxPointCloud& src) {
-    copyCloud(*this, src);
-}
-
-void KxPointCloud<KxPointXYZRGB>::appendFromPointCloud(const KxPointCloud& src) {
-    appendCloud(*this, src);
-}
-
-void KxPointCloud<KxPointXYZRGB>::calcRange() {
-    calcCloudRange<KxPointXYZRGB>(*this);
-}
-
-void KxPointCloud<KxPointXYZRGB>::updateRange(KxPointXYZRGB& p) {
-    detail::widenRange(*this, p);
-}
-
-float KxPointCloud<KxPointXYZRGB>::size_x() {
-    return maxX - minX;
-}
-
-float KxPointCloud<KxPointXYZRGB>::size_y() {
-    return maxY - minY;
-}
-
 float KxPointCloud<KxPointXYZRGB>::size_z() {
     return maxZ - minZ;
-}
-
-bool KxPointCloud<KxPointXYZRGB>::calcCenterPoint(KxPointXYZRGB& out) {
-    return centerOfRange(*this, out);
-}
-
-bool KxPointCloud<KxPointXYZRGB>::caclCenterMassPoint(KxPointXYZRGB& out) {
-    return centerOfMass(points, out);
-}
-
-float KxPointCloud<KxPointXYZRGB>::calcAverageY() {
-    return averageY(points);
 }
 
 } // namespace KxMath

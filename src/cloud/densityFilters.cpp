@@ -118,7 +118,7 @@ int KxPointCloud<KxPointXYZ>::cubicFilter(float cell, int minCount) {
     });
 }
 
-int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDist, int minCount, bool spherical) {
+int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDistance, int minCount, bool spherical) {
     if (size() < 2) {
         return 0;
     }
@@ -126,7 +126,7 @@ int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDist, int minCou
     if (cell <= 0.0f) {
         return 0;
     }
-    const SparseOrIsolated pick(maxDist, minCount);
+    const SparseOrIsolated pick(maxDistance, minCount);
     if (!spherical) {
         return detail::CellSweep(*this, cell, CubeCells{cell}).run(pick);
     }
@@ -138,8 +138,8 @@ int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDist, int minCou
     return detail::CellSweep(*this, cell / kStepOfBalls, balls).run(pick);
 }
 
-int KxPointCloud<KxPointXYZ>::sphericalFilter2(float cell, float maxDist, int minCount) {
-    return cubicFilter2(cell, maxDist, minCount, true);
+int KxPointCloud<KxPointXYZ>::sphericalFilter2(float cell, float maxDistance, int minCount) {
+    return cubicFilter2(cell, maxDistance, minCount, true);
 }
 
 } // namespace KxMath

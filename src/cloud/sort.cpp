@@ -27,16 +27,16 @@ void sortByZ(Point* first, Point* last, KxSortOrder order) {
 }
 
 template <typename Cloud>
-void sortInSpace(Cloud& cloud, KxSortOrder first, KxSortOrder second) {
+void sortInSpace(Cloud& cloud, KxSortOrder byX, KxSortOrder byZ) {
     auto* const begin = cloud.points.data();
     auto* const end = begin + cloud.points.size();
-    if (second == KxSortNone) {
-        sortByX(begin, end, first);
+    if (byZ == KxSortNone) {
+        sortByX(begin, end, byX);
         return;
     }
-    sortByZ(begin, end, second);
+    sortByZ(begin, end, byZ);
     cloud.buildZIndex();
-    if (first == KxSortNone) {
+    if (byX == KxSortNone) {
         return;
     }
     // Deliberately from index value to index value: each range starts at the last point of the run before, the last
@@ -50,7 +50,7 @@ void sortInSpace(Cloud& cloud, KxSortOrder first, KxSortOrder second) {
         rangeStart = value;
     }
     detail::stableSortRanges(
-        begin, cloud.size(), ranges, [](const auto& p) { return p.x; }, first == KxSortAscending);
+        begin, cloud.size(), ranges, [](const auto& p) { return p.x; }, byX == KxSortAscending);
 }
 
 /// A run of equal z, as the index holds it.
@@ -114,16 +114,16 @@ void indexRuns(Cloud& cloud) {
 
 } // namespace
 
-void KxPointCloud<KxPointXY>::sort(KxSortOrder first, KxSortOrder) {
-    sortByX(points.data(), points.data() + points.size(), first);
+void KxPointCloud<KxPointXY>::sort(KxSortOrder byX, KxSortOrder) {
+    sortByX(points.data(), points.data() + points.size(), byX);
 }
 
-void KxPointCloud<KxPointXYZ>::sort(KxSortOrder first, KxSortOrder second) {
-    sortInSpace(*this, first, second);
+void KxPointCloud<KxPointXYZ>::sort(KxSortOrder byX, KxSortOrder byZ) {
+    sortInSpace(*this, byX, byZ);
 }
 
-void KxPointCloud<KxPointXYZRGB>::sort(KxSortOrder first, KxSortOrder second) {
-    sortInSpace(*this, first, second);
+void KxPointCloud<KxPointXYZRGB>::sort(KxSortOrder byX, KxSortOrder byZ) {
+    sortInSpace(*this, byX, byZ);
 }
 
 void KxPointCloud<KxPointXYZ>::buildZIndex() {

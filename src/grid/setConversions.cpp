@@ -142,7 +142,7 @@ int KxProfileZSet::toPointCloud(KxPointCloud<KxPointXYZ>& cloud) {
     return toPointCloud(cloud, 0, size() - 1);
 }
 
-int KxProfileZSet::toMatrixCloud(KxMatrixCloud& matrix, float calcYArg, float step) {
+int KxProfileZSet::toMatrixCloud(KxMatrixCloud& matrix, float maxDistance, float step) {
     if (isEmpty() || (!std::isnan(step) && step != stepZ)) {
         return 0;
     }
@@ -163,7 +163,7 @@ int KxProfileZSet::toMatrixCloud(KxMatrixCloud& matrix, float calcYArg, float st
     int filled = 0;
     for (KxProfileZ& profile : profiles) {
         profile.sort(KxSortAscending, KxSortAscending);
-        filled += detail::fillRow(profile.points, grid, calcYArg, *row);
+        filled += detail::fillRow(profile.points, grid, maxDistance, *row);
         ++row;
     }
     return filled;
