@@ -16,6 +16,10 @@ enum _KxInterpolantType_ : int {
 ///
 /// On segment i, from knotsX[i] to knotsX[i + 1], the value is ((c3 * t + c2) * t + c1) * t + c0 with t = x -
 /// knotsX[i], evaluated in double precision. An interpolant owns its arrays and cannot be copied.
+///
+/// No member works on a const interpolant, and temporaries do not bind to parameters that are non-const references.
+/// calcY() and generatePointCloud() only read the interpolant: threads may call them together on one object, each with
+/// an `out` of its own.
 class KXMATH_EXPORT KxInterpolant {
 public:
     float* knotsX; ///< x of the knots, ascending; null when nothing is built
@@ -23,7 +27,7 @@ public:
     int count; ///< number of knots, 0 when nothing is built
     int type; ///< the `_KxInterpolantType_` that is built, -1 when nothing is built
 
-    /// An interpolant without a function.
+    /// An interpolant with nothing built.
     KxInterpolant();
     /// buildFromPointCloud() on a new interpolant.
     KxInterpolant(const KxPointCloud<KxPointXY>& points, _KxInterpolantType_ type);
@@ -31,8 +35,8 @@ public:
     KxInterpolant& operator=(const KxInterpolant&) = delete;
     ~KxInterpolant();
 
-    /// Builds the function through `points`, in any order. Points with equal x must be removed before: they divide by
-    /// zero (KxProfile::removeDuplicates()).
+    /// Builds the function through `points`, in any order. Remove points with equal x before, since they cause a
+    /// division by zero (KxProfile::removeDuplicates()).
     /// @return the number of knots
     /// @return 0 for fewer than 3 points and for a type other than Akima; nothing is built then. The type -1 leaves
     ///         what was built before
@@ -43,7 +47,7 @@ public:
 
     /// Samples the function at from, from + step, ... while below `to`; the sum runs in single precision. A bound that
     /// is NaN or outside the knots becomes the first or last knot. The first sample is always taken; `to` itself only
-    /// when it is `from`. Sampling also ends where adding the step does not advance any more. `out` is emptied first;
+    /// when it is `from`. Sampling also ends where adding the step no longer changes the sum. `out` is emptied first;
     /// samples with NaN height are left out.
     /// @return the number of points in `out`
     /// @return 0, `out` unchanged, when `step` is NaN, 0 or below, or when nothing is built

@@ -6,6 +6,6 @@
 extern "C" {
 
 /// The version of the loaded library, for example "2.0.10".
-/// The text belongs to the library: it is constant, NUL-terminated, and every call returns the same pointer.
+/// The text belongs to the library: constant and NUL-terminated. Every call returns the same pointer.
 KXMATH_EXPORT const char* KxMath_GetVersionString();
 }

@@ -10,8 +10,8 @@ namespace KxMath {
 /// cell.
 ///
 /// **Assignment shares the cells**, deliberately: both matrices then refer to the same storage, which only one of them
-/// may release, by clear(), initMatrix() or its end. What the target of an assignment held before is not released. Hand
-/// the storage over, and nothing is freed twice or lost:
+/// may release, by clear(), initMatrix() or its destructor. The previous cells of the target are not released. To avoid
+/// both a double release and a leak, move the storage from one matrix to the other:
 /// @code
 /// target.clear();
 /// target = source;
@@ -19,14 +19,19 @@ namespace KxMath {
 /// @endcode
 /// There is no copy constructor.
 ///
-/// Positions that are passed in are trusted.
+/// **The caller's part.** Indices of rows and columns are trusted, except by the trim() with a band of heights; one
+/// outside the grid reads or writes foreign memory.
+///
+/// No member works on a const matrix, and temporaries do not bind to parameters that are non-const references.
+/// Different matrices that share no cells may be used by different threads at the same time; size() and toPointCloud()
+/// only read and may run together on one matrix, each with a cloud of its own.
 class KXMATH_EXPORT KxMatrixCloud {
 public:
     float** cells; ///< `rows` pointers to `columns` heights each; null when there is no grid
     int columns; ///< number of columns, -1 when there is no grid
     int rows; ///< number of rows, -1 when there is no grid
-    float step; ///< pitch of the grid, along both axes
-    float minX, maxX; ///< range of x of the source data; the ranges are stored only
+    float step; ///< pitch of the grid, along both axes; NaN when there is no grid
+    float minX, maxX; ///< range of x of the source data; the ranges are only stored
     float minY, maxY; ///< range of the heights of the source data
     float minZ, maxZ; ///< range of z of the source data
 
@@ -42,17 +47,18 @@ public:
     void clear();
 
     /// Releases the cells and allocates a new grid. The cells are not initialised.
-    /// @return false when there is no memory for it, when its rows would not fit in 4 GiB, and for negative numbers.
-    ///         There is no grid then, and the ranges stay; rows that were allocated before memory ended stay in
-    ///         `cells`, a null behind them, until clear()
+    /// @return true when the grid was allocated
+    /// @return false when memory does not suffice, when its rows would not fit in 4 GiB, and for negative numbers.
+    ///         There is no grid then, and the ranges stay; rows that were allocated before memory ran out stay in
+    ///         `cells`, followed by a null, until clear()
     bool initMatrix(int columns, int rows, float step, float minX, float maxX, float minY, float maxY, float minZ,
                     float maxZ);
 
     /// The number of cells that are not empty.
     int size();
 
-    /// Empties the cells outside a range of columns and rows or a band of heights, all inclusive. A bound of 0 or below
-    /// is switched off, for the heights one of NaN.
+    /// Empties the cells outside a range of columns and rows or a band of heights, all inclusive. An index of 0 or
+    /// below is no bound, and neither is a height of NaN.
     /// @return the number of cells emptied
     int trim(int firstColumn, int lastColumn, float minValue, float maxValue, int firstRow, int lastRow);
     /// Empties the cells inside a rectangle, bounds included, unlike the other trim(). The bounds are trusted.
@@ -62,12 +68,14 @@ public:
     /// Changes the sign of all heights.
     void reflect();
 
-    /// Empties the ends of each column, beyond the lowest cells before and behind its highest one.
+    /// Empties the ends of each column, beyond the lowest cells before and after its highest one. To cut the edges of a
+    /// scanned object use KxMatrixWithHistos::cutEdgeEffects(); the functions called clearEdgeEffect() of the cloud and
+    /// of the set do something else again.
     ///
-    /// The highest cell is the last one of the largest height, at least 0, behind the first fifth of the rows; row 0
-    /// stands for it where there is none. The low cells are those of the smallest height, at most its own, the nearest
-    /// ones to it. Without a low cell before it nothing is emptied there. Deliberately, without a low cell behind it
-    /// the rows beyond the *number of columns* are emptied.
+    /// The highest cell is the last one with the largest height, at least 0, from row rows / 5 on; without one, row 0
+    /// is used. On each side of it the low cell is the one with the smallest height, at most that of the highest cell;
+    /// of equal ones the nearest. Without a low cell before the highest one nothing is emptied there. Deliberately,
+    /// without a low cell after it the rows beyond the *number of columns* are emptied.
     void clearEdgeEffect();
 
     /// Replaces the points of `cloud` by the cells that are not empty, row by row: x = column * step, y = height,

@@ -52,9 +52,9 @@ class KxPointCloud;
 
 // The three clouds are full specialisations, each with the declarations that all of them share. A common base class
 // would hold these once, but they would belong to that base: with it, deducing `C` for `call(C&, void (C::*)())` from a
-// cloud and `&KxPointCloud<KxPointXYZ>::calcRange` fails, such a member is no template argument for a pointer to a
-// member of the cloud, and the exported symbols carry the name of the base (tried with g++ 12 and clang 14). One
-// template whose members are constrained does not work either: clang 14 instantiates those that are constrained out.
+// cloud and `&KxPointCloud<KxPointXYZ>::calcRange` fails, such a member cannot be the argument of a template that takes
+// pointers to members of the cloud, and the exported symbols carry the name of the base (tried with g++ 12 and clang
+// 14). One template whose members are constrained does not work either: clang 14 instantiates those constrained out.
 // A new member of all clouds is declared in each and described in the first.
 
 /// A 2-D cloud, the base of KxProfile.

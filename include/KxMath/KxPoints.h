@@ -1,4 +1,4 @@
-// The three point types: plain values of 32-bit floats in which a quiet NaN marks a missing value.
+// The three point types: plain values of 32-bit floats; a quiet NaN marks a missing value.
 #pragma once
 
 #include "KxMathExport.h"
@@ -17,7 +17,9 @@
 
 namespace KxMath {
 
-/// A point of a profile or of a 2-D cloud. Units are the caller's, millimetres from the sensors.
+/// A point of a profile or of a 2-D cloud. Units are the caller's; sensors give millimetres.
+///
+/// No member function of the point types works on a const point.
 class KXMATH_EXPORT KxPointXY {
 public:
     float x; ///< position along the laser line
@@ -34,7 +36,7 @@ public:
         y = other.y;
     }
 
-    /// True when a coordinate is NaN. Infinities and (0, 0) are points like any other.
+    /// True when x or y is NaN. Infinities and (0, 0) are ordinary points.
     bool isNull();
 
     /// The Euclidean distance from `a` to `b` in single precision. A NaN coordinate makes it NaN.
@@ -46,9 +48,9 @@ public:
 /// A point in space.
 class KXMATH_EXPORT KxPointXYZ {
 public:
-    float x;
-    float y;
-    float z;
+    float x; ///< position along the laser line
+    float y; ///< measured height or distance
+    float z; ///< position along the scan axis
 
     /// A missing point: all coordinates are quiet NaN.
     KxPointXYZ()
@@ -58,19 +60,19 @@ public:
     KxPointXYZ(const KxPointXYZ&) = default;
     KxPointXYZ& operator=(const KxPointXYZ&) = default;
 
-    /// The Euclidean distance from `a` to `b` in single precision; NaN as soon as a coordinate is NaN.
+    /// The Euclidean distance from `a` to `b` in single precision. A NaN coordinate makes it NaN.
     static float calcDistance(KxPointXYZ a, KxPointXYZ b);
     /// The Euclidean distance from this point to `p`.
     float calcDistance(KxPointXYZ p);
 };
 
-/// A point in space with a packed colour, which the library carries and stores but never interprets.
+/// A point in space with a packed colour, which the library copies and stores but never interprets.
 class KXMATH_EXPORT KxPointXYZRGB {
 public:
     float x;
     float y;
     float z;
-    unsigned int rgb;
+    unsigned int rgb; ///< colour, in the caller's format
 
     /// A missing point: all coordinates are quiet NaN, the colour is 0.
     KxPointXYZRGB()

@@ -1,4 +1,6 @@
-// Lines, circles, planes and free vectors, with their least-squares fits. All angles are in degrees.
+// Lines, circles, planes and free vectors, with their least-squares fits. All angles are in degrees. NaN in an argument
+// spreads to the result unless a function says otherwise. No member works on a const object, and temporaries do not
+// bind to parameters that are non-const references.
 #pragma once
 
 #include "KxMathExport.h"
@@ -23,12 +25,12 @@ public:
 
     /// The height of the line at `x`.
     float y(float x);
-    /// The position at which the line has the height `y`. Not guarded: k = 0 gives an infinity or NaN.
+    /// The position at which the line has the height `y`. k = 0 gives an infinity or NaN.
     float x(float y);
 
     /// The line through two points.
     /// @return true when done
-    /// @return false when the points are less than 1e-5 apart in x; the line is then y = 0
+    /// @return false when the points are less than 1e-5 apart in x; the line then becomes y = 0
     bool calcFromTwoPoints(KxPointXY& p1, KxPointXY& p2);
 
     /// Ordinary least squares of y on x, with single-precision sums in stored order.
@@ -42,22 +44,25 @@ public:
     /// @return true when `out` was written
     /// @return false, `out` unchanged, when the slopes are equal; NaN slopes do not count as equal
     static bool calcIntersection(KxLine& l1, KxLine& l2, KxPointXY& out);
+    /// The same for this line and `other`.
     bool calcIntersection(KxLine& other, KxPointXY& out);
 
     /// The signed angle from `l2` to `l1` in degrees: positive when `l1` is the steeper one.
     static float calcAngle(KxLine& l1, KxLine& l2);
+    /// The signed angle from `other` to this line.
     float calcAngle(KxLine& other);
 
     /// The perpendicular distance of `p` from the line, never negative.
     static float calcDistanceToPoint(KxLine& l, KxPointXY& p);
+    /// The same for this line.
     float calcDistanceToPoint(KxPointXY& p);
 };
 
 /// A 2-D circle.
 class KXMATH_EXPORT KxCircle {
 public:
-    float x; ///< centre
-    float y; ///< centre
+    float x; ///< x of the centre
+    float y; ///< y of the centre
     float radius;
 
     /// An unknown circle: all fields are NaN.
@@ -93,6 +98,7 @@ public:
 
     /// The distance of `p` from the plane, never negative; NaN when the normal has length 0.
     static float calcDistance(KxPlane& pl, KxPointXYZ& p);
+    /// The same for this plane.
     float calcDistance(KxPointXYZ& p);
 };
 
@@ -111,25 +117,29 @@ public:
     /// The length of the vector.
     float size();
 
-    /// Scales the vector to the length `len`. A zero vector becomes NaN, and so does any vector with a NaN `len`.
+    /// Scales the vector to the length `len`. A zero vector becomes NaN, and so does any vector when `len` is NaN.
     /// @return true when scaled
     /// @return false, vector unchanged, when `len` is 0 or negative
     bool resize(float len);
 
-    /// Stores the direction of lhs + rhs, a vector of length 1 (not the sum itself).
+    /// Stores the direction of lhs + rhs as a vector of length 1, not the sum itself.
     /// @return true when stored
     /// @return false, vector unchanged, when the sum has length 0
     bool sumVectors(KxFreeVector& lhs, KxFreeVector& rhs);
 
-    /// The unsigned angle between two vectors in degrees, 0 to 180; NaN when one has length 0, and where rounding
-    /// carries the cosine of nearly parallel vectors beyond 1.
+    /// The unsigned angle between two vectors in degrees, 0 to 180; NaN when one has length 0, and when rounding makes
+    /// the cosine of nearly parallel vectors greater than 1.
     static float calcAngleBetweenVectors(KxFreeVector& lhs, KxFreeVector& rhs);
+    /// The same for this vector and `other`.
     float calcAngleBetweenVectors(KxFreeVector& other);
 
-    /// The direction in which a profile leaves a point. The walk deliberately starts beside the point `start`, at
-    /// start + dir, and runs in the direction `dir` to the first point at least `len` away, or to the last point.
+    /// The direction in which a profile leaves a point. The walk deliberately starts at the neighbour start + dir of
+    /// the point `start` and runs in the direction `dir` to the first point at least `len` away, or to the last point.
     /// A NaN `len` walks to the end of the cloud.
+    /// @param cloud the profile
+    /// @param start any index; it is checked
     /// @param dir 1 or -1
+    /// @param len least length of the walk
     /// @return true when the unit vector was stored
     /// @return false, vector unchanged, for any other `dir`, for `len` of 0 or below, and when start + dir or the
     ///         point after it lies outside the cloud
