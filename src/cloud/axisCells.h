@@ -25,8 +25,8 @@ struct CellRange {
 /// jumped to, and the walk ends where the sum does not advance, so that no axis takes more than some 2^25 steps.
 ///
 /// A walk of many more cells than there are points counts only those in which points lie, so that memory follows the
-/// points. The order of the cells is the same, and nobody asks for the others.
-/// @tparam Shape tells by isBelow(v, start) and isAbove(v, start) on which side of a cell a coordinate lies; both are
+/// points. The order of the cells is the same, and the others are never visited.
+/// @tparam Shape has isBelow(v, start) and isAbove(v, start): on which side of a cell a coordinate lies. Both are
 ///         monotone in each argument. A point with a NaN coordinate is in no cell.
 template <typename Shape>
 class AxisCells {
@@ -119,8 +119,8 @@ private:
         return starts;
     }
 
-    /// The last cell that does not begin above `v`, or -1. Most often the cell that the distance from the first one
-    /// suggests, or one next to it; not where running sums drift or empty cells are left out.
+    /// The last cell that does not begin above `v`, or -1. A few steps from the cell that the distance from the first
+    /// one suggests; a bisection where running sums drift or empty cells are left out.
     int lastNotAbove(float v) const {
         constexpr int kTrials = 4;
         int cell = guess(v);

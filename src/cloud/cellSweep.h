@@ -70,7 +70,7 @@ private:
     const AxisCells<Shape>& xCells_;
     std::vector<std::size_t> ends_;
     std::unique_ptr<NumberedPoint[]> members_;
-    int mostBefore_ = 0; ///< cells that a point lies in besides its first one
+    int mostBefore_ = 0; ///< the largest number of cells that a point lies in besides its first one
 };
 
 /// A point in a cell, by its position in the layer. A point on a shared face has an entry for each of its cells.
@@ -85,7 +85,7 @@ struct CellContent {
     std::span<const CellEntry> entries;
 };
 
-/// Visits the cells with points, x outermost and z innermost, and takes out what each of them gives up.
+/// Visits the cells with points, x outermost and z innermost, and removes what is picked from each of them.
 template <typename Shape>
 class CellSweep {
 public:
@@ -114,7 +114,7 @@ public:
     }
 
 private:
-    /// Gets the points that are left side by side.
+    /// Copies the points of the layer that have not been removed.
     void collectLayer(const Layers<Shape>& layers, int x) {
         layer_.clear();
         layers.forEachIn(x, [&](const NumberedPoint& member) {
@@ -156,7 +156,7 @@ private:
             for (const std::uint64_t cell = entries_[begin].cell; end < entries_.size() && entries_[end].cell == cell;
                  ++end) {
                 entries_[left] = entries_[end];
-                left += isGone_[entries_[end].member] ? 0 : 1; // only what earlier cells have left
+                left += isGone_[entries_[end].member] ? 0 : 1; // drops what earlier cells have removed
             }
             picked_.clear();
             pick(picked_, CellContent{layer_, {entries_.data() + begin, left - begin}});

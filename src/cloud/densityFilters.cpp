@@ -1,4 +1,4 @@
-// Filters that remove sparse cells of a grid, and points that stand apart from the others of their cell.
+// Filters that remove sparse cells of a grid, and points without a neighbour in their cell.
 #include "KxMath/KxPointCloud.h"
 
 #include "cloud/cellSweep.h"
@@ -25,7 +25,7 @@ struct CubeCells {
         const float end = start + cell;
         return v > end; // NaN: false, a bound that is NaN is switched off
     }
-    bool contains(const detail::NumberedPoint&, const KxPointXYZ&) const { return true; } // the axes tell it all
+    bool contains(const detail::NumberedPoint&, const KxPointXYZ&) const { return true; } // the axes decide
 };
 
 /// Balls about the centres of such cubes.
@@ -36,7 +36,8 @@ struct BallCells {
 
     explicit BallCells(float cell) : half(cell / 2.0f), radius(cell * 0.5f), maxSquare(detail::largestSquare(radius)) {}
 
-    /// The distance that this axis alone makes; the distance from the centre is never smaller, rounding included.
+    /// Whether the distance along this axis alone is within the radius. The distance from the centre is never smaller,
+    /// rounding included.
     bool reaches(float v, float center) const {
         const float difference = v - center;
         return difference * difference <= maxSquare;
@@ -66,7 +67,7 @@ void pickAll(std::vector<std::uint32_t>& picked, const detail::CellContent& cell
     }
 }
 
-/// Picks what a cell of cubicFilter2() gives up.
+/// Picks the points that cubicFilter2() removes from a cell.
 class SparseOrIsolated {
 public:
     SparseOrIsolated(float maxDist, int minCount) : maxDist_(maxDist), minCount_(minCount) {}
@@ -133,7 +134,7 @@ int KxPointCloud<KxPointXYZ>::cubicFilter2(float cell, float maxDistance, int mi
     constexpr float kStepOfBalls = 1.4142099618911743f;
     const BallCells balls(cell);
     if (balls.radius < std::sqrt(std::numeric_limits<float>::denorm_min())) {
-        return 0; // below the smallest distance other than 0, a ball would be as large as all that vanishes
+        return 0; // squares of such distances round to 0: the ball would hold points outside it
     }
     return detail::CellSweep(*this, cell / kStepOfBalls, balls).run(pick);
 }

@@ -67,11 +67,11 @@ Lows findLows(const std::vector<float>& ys, qsizetype& peak) {
     return lows;
 }
 
-/// The points of a cloud by z, to visit those slabs only that hold points.
+/// The points of a cloud by z, to visit only the slabs that hold points.
 class SlabVisitor {
 public:
     SlabVisitor(KxPointCloud<KxPointXYZ>& cloud, const Slabs& slabs) : slabs_(slabs) {
-        // With the box of the cloud: it shuts out the points with a NaN coordinate.
+        // The box of the cloud excludes points with a NaN coordinate.
         const detail::Box box{cloud.minX, cloud.maxX, cloud.minY, cloud.maxY, slabs.minZ, detail::kNaN};
         const QList<KxPointXYZ>& points = cloud.points;
         for (int i = 0; i < points.size(); ++i) {

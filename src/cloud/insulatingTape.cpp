@@ -1,4 +1,4 @@
-// Finding a tape that stands above a rough surface.
+// Finding a tape that is higher than the rough surface under it.
 #include "KxMath/KxPointCloud.h"
 
 #include "geometry/robustLine.h"

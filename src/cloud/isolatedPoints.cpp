@@ -22,9 +22,9 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 /// Compares all pairs, for few members with finite coordinates. On vectors that is quicker than any index.
 class AllPairs {
 public:
-    static constexpr std::size_t kMost = 256;
+    static constexpr std::size_t kMaxMembers = 256;
 
-    /// @param members at most kMost
+    /// @param members at most kMaxMembers
     AllPairs(const std::vector<NumberedPoint>& members, float maxDist)
         : members_(members), maxSquare_(largestSquare(maxDist)) {
         std::size_t i = 0;
@@ -67,7 +67,7 @@ private:
         return squareOfDistance(dx, dy, dz) <= maxSquare_; // NaN: false
     }
 
-    using Coordinates = std::array<float, kMost>;
+    using Coordinates = std::array<float, kMaxMembers>;
 
     const std::vector<NumberedPoint>& members_;
     const float maxSquare_;
@@ -135,8 +135,8 @@ private:
         return squareOfDistance(a.x - b.x, a.y - b.y, a.z - b.z) <= maxSquare_;
     }
 
-    /// Points with company in their cube. Afterwards nearly all that have no neighbour yet are alone in theirs, so that
-    /// a crowded cube is looked through by a limited number of points only.
+    /// Finds the points with a neighbour in their own cube. Nearly all others are then alone in theirs, so that only a
+    /// limited number of points searches a crowded cube.
     void settleWithinCubes() {
         for (auto begin = grid_.begin(); begin != grid_.end();) {
             const auto isOther = [&](const GridPoint& p) { return p.cube() != begin->cube(); };
@@ -149,8 +149,8 @@ private:
         }
     }
 
-    /// Looks for neighbours in the row of five cubes along z that stands `dx` and `dy` cubes away. The rows come in
-    /// the order of the points, so that one pass finds them all.
+    /// Looks for neighbours in the row of five cubes along z that is `dx` and `dy` cubes away. The rows come in the
+    /// order of the points, so that one pass over the grid serves all of them.
     void settleWithRow(int dx, int dy) {
         auto row = grid_.begin();
         for (GridPoint& p : grid_) {
@@ -176,13 +176,13 @@ private:
     std::vector<GridPoint> grid_;
 };
 
-/// Which coordinates are infinite, and with which sign: one of 27 kinds, three digits of base 3.
+/// Which coordinates are infinite, and with which sign: three digits of base 3.
 int kindOfInfinity(const NumberedPoint& p) {
     const auto digit = [](float v) { return v == kInfinity ? 2 : v == -kInfinity ? 1 : 0; };
     return digit(p.x) + 3 * digit(p.y) + 9 * digit(p.z);
 }
 
-/// Whether two points of these kinds, not both finite, have a distance: it is NaN where an infinity meets its like.
+/// Whether two points of these kinds, not both finite, have a distance: it is NaN where both have the same infinity.
 bool haveDistance(int a, int b) {
     for (; a != 0 && b != 0; a /= 3, b /= 3) {
         if (a % 3 != 0 && a % 3 == b % 3) {
@@ -195,7 +195,7 @@ bool haveDistance(int a, int b) {
 /// Appends the isolated ones of `members`, all finite, which have at least one distance each.
 void appendIsolatedFinite(std::vector<std::uint32_t>& isolated, const std::vector<NumberedPoint>& members,
                           float maxDist) {
-    if (members.size() <= AllPairs::kMost) {
+    if (members.size() <= AllPairs::kMaxMembers) {
         AllPairs(members, maxDist).appendIsolated(isolated);
     } else if (maxDist >= 0.0f) {
         NeighbourSearch(members, maxDist).appendIsolated(isolated);

@@ -5,7 +5,7 @@
 
 namespace KxMath::detail {
 
-/// A point with its number in some list. Without constructors, so that room for many is not filled in vain.
+/// A point with its number in some list. Without constructors, so that a buffer of them can stay uninitialised.
 struct NumberedPoint {
     float x;
     float y;

@@ -163,7 +163,7 @@ void KxPointCloud<KxPointXYZ>::extract(KxPointCloud& out, float minX, float maxX
         out.clear();
     }
     // The index is deliberately not consulted: `points` is public and sorting by x can carry points out of their run,
-    // so that an entry proves nothing about the points it stands for.
+    // so that an entry proves nothing about its points.
     const detail::Box box{minX, maxX, minY, maxY, minZ, maxZ};
     if (&out != this) {
         const KxPointXYZ* const data = points.constData();

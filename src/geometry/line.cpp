@@ -58,7 +58,7 @@ bool detail::fitLine(const KxPointXY* begin, const KxPointXY* end, KxLine& line)
     }
     float n = static_cast<float>(end - begin);
     if (sx == 0.0f) {
-        // Deliberately, the first point off the y axis counts twice: the quotients below need a sum other than 0.
+        // Deliberately the first point off the y axis counts twice: the quotients below need a sum other than 0.
         const KxPointXY* const offAxis = std::find_if(begin, end, [](const KxPointXY& p) { return p.x != 0.0f; });
         if (offAxis == end) {
             return false;

@@ -1,4 +1,4 @@
-// The least-squares line through a stretch of points.
+// The least-squares line through a range of points.
 #pragma once
 
 #include "KxMath/KxPrimitives.h"

@@ -1,4 +1,4 @@
-// Sets of cells that come and go.
+// A set of cells.
 #pragma once
 
 #include <QtCore/QPoint>
@@ -7,7 +7,8 @@
 
 namespace KxMath::detail {
 
-/// The positions of cells, in a table that is searched from where their hash points to the next free slot.
+/// The positions of cells, in a hash table with linear probing. Growing a region inserts and erases
+/// often.
 class CellSet {
 public:
     /// @return false when the cell is there already
@@ -33,7 +34,7 @@ public:
             return;
         }
         --count_;
-        // What was put behind the gap because of the cell moves up, so that a search does not end there.
+        // Cells that were displaced behind the gap move up, so that a search for them does not end at it.
         for (size_t at = next(gap); slots_[at].isTaken; at = next(at)) {
             const size_t home = homeOf(slots_[at].cell);
             if (((at - home) & mask()) >= ((at - gap) & mask())) {

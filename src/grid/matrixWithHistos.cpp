@@ -142,7 +142,7 @@ int KxMatrixWithHistos::toPointCloud(KxPointCloud<KxPointXYZ>& cloud, float step
     }
     const QList<QList<HistoCell>>& rows = histoRows;
     for (qsizetype r = 0; r < rows.size(); ++r) {
-        // The first row tells the number of columns; rows of another matrix may be shorter.
+        // The first row gives the number of columns; rows of another matrix may be shorter.
         const qsizetype columns = std::min(rows.first().size(), rows[r].size());
         for (qsizetype c = 0; c < columns; ++c) {
             const float mean = rows[r][c].mean;

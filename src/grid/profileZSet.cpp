@@ -15,8 +15,8 @@ using detail::kNaN;
 
 namespace {
 
-/// The stretch of a profile between a low point and its highest one. What was found in one profile deliberately stays
-/// for the next.
+/// The range of a profile between a low point and its highest one. What was found in one profile deliberately stays for
+/// the next.
 class EdgeSearch {
 public:
     explicit EdgeSearch(float firstY) : highY_(firstY) {}
@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-// minY and maxY mean nothing before the first calcRange(); unlike no value at all, NaN can be copied until then.
+// minY and maxY have no meaning before the first calcRange(); NaN, unlike an uninitialised value, can be copied.
 KxProfileZSet::KxProfileZSet() : minX(kNaN), maxX(kNaN), minY(kNaN), maxY(kNaN), minZ(kNaN), maxZ(kNaN), stepZ(kNaN) {}
 
 KxProfileZSet::KxProfileZSet(const KxProfileZSet& other) = default;

@@ -20,7 +20,7 @@ struct GrowthLimits {
     bool leadsTo(float mean, float neighbourMean, bool isDescending) const;
 };
 
-/// The rows of a grid of block means, near at hand. Nobody shares their cells while it is there.
+/// The rows of a grid of block means, detached from copies once and then accessed without a check.
 class HistoTable {
 public:
     explicit HistoTable(QList<QList<HistoCell>>& rows) {
@@ -41,8 +41,8 @@ private:
     std::vector<std::span<HistoCell>> rows_;
 };
 
-/// Grows a region depth first up to a depth of 201 cells. Cells further away are postponed: they stand in a list that
-/// never holds a cell twice, and are grown from there with a depth that starts anew.
+/// Grows a region depth first up to a depth of 201 cells. Cells further away are postponed: a list holds each of them
+/// once, and they are grown from later, with a depth that starts at 0.
 ///
 /// The path from the start is kept here and not on the call stack.
 class RegionGrower {

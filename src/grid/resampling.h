@@ -7,14 +7,14 @@
 
 namespace KxMath::detail {
 
-/// Where the columns of a grid stand: `pitch` apart from `origin` on, each rounded once.
+/// The positions of the columns of a grid: `pitch` apart from `origin` on, each rounded once.
 struct Columns {
     int count;
     float pitch;
     float origin;
 };
 
-/// Fills a row of a grid with KxProfile::calcY() at its columns. Points that are ordered by x are looked through once.
+/// Fills a row of a grid with KxProfile::calcY() at its columns. One pass over the points where the columns rise.
 /// @return the number of heights that are not NaN
 int fillRow(const QList<KxPointXY>& points, const Columns& columns, float maxDistance, float* row);
 

@@ -44,15 +44,15 @@ struct Candidate {
     int column;
 };
 
-/// The cells from which regions may start, for levels that fall. The first level that a cell is near to takes it, so
-/// that none has to be looked at again.
+/// The cells from which regions may start, for falling levels. A cell is taken out at the first level that it is near
+/// to, and so is examined once for all levels of a call.
 class SeedCandidates {
 public:
     SeedCandidates(const QList<QList<HistoCell>>& rows, float tolerance) : tolerance_(tolerance) {
         if (!(tolerance > 0.0f)) { // NaN: true; no mean is that close to a level
             return;
         }
-        // The first row tells the number of columns; rows of another matrix may be shorter.
+        // The first row gives the number of columns; rows of another matrix may be shorter.
         const auto columnsOf = [&](const QList<HistoCell>& row) { return std::min(rows.first().size(), row.size()); };
         const auto addColumns = [&](qsizetype sum, const QList<HistoCell>& row) { return sum + columnsOf(row); };
         cells_.reserve(static_cast<size_t>(std::accumulate(rows.begin(), rows.end(), qsizetype(0), addColumns)));
@@ -71,8 +71,7 @@ public:
 
     /// The cells whose mean is less than the tolerance from one of the levels, level by level and row by row.
     std::vector<Candidate> takeNear(const std::vector<float>& levels) {
-        std::vector<std::uint32_t>
-            bands; // of the cells that are taken; no more than there are cells, or a few thousand
+        std::vector<std::uint32_t> bands; // of the cells in `taken`: the index of their level
         std::vector<Candidate> taken;
         bands.reserve(cells_.size());
         taken.reserve(cells_.size());
@@ -81,15 +80,16 @@ public:
         size_t band = 0;
         for (const Candidate& cell : cells_) {
             band = findBand(cell.mean, levels, band);
-            if (band == levels.size()) { // below all of them
+            if (band == levels.size()) { // below all levels: kept for the next ones
                 cells_[left++] = cell;
-            } else if (cell.mean - levels[band] < tolerance_) { // cells above are above all levels to come
+            } else if (cell.mean - levels[band] < tolerance_) { // a cell above is above all further levels, too
                 bands.push_back(static_cast<std::uint32_t>(band));
                 taken.push_back(cell);
                 ++places[band + 1];
             }
         }
         cells_.resize(left);
+        // A counting sort by level: within a level the cells keep their order.
         std::partial_sum(places.begin(), places.end(), places.begin());
         std::vector<Candidate> ordered(taken.size());
         for (size_t i = 0; i < taken.size(); ++i) {
@@ -99,8 +99,8 @@ public:
     }
 
 private:
-    /// The first of falling levels that a mean is not far below of, their number when it is far below all. Neighbours
-    /// are mostly near the same one.
+    /// The first of the falling levels that a mean is not more than the tolerance below; their number when there is
+    /// none. Adjacent cells are mostly near the same level, hence the guess.
     size_t findBand(float mean, const std::vector<float>& levels, size_t guess) const {
         const auto isFarBelow = [&](float level) { return !(mean - level > -tolerance_); }; // NaN: true
         const bool isGuessLow = guess < levels.size() && !isFarBelow(levels[guess]);
@@ -148,12 +148,12 @@ int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<K
     const detail::HistoTable cells(histoRows);
     Levels levels(startLevel, endLevel, levelStep);
     while (candidates.count() > 0) {
-        // So many at a time that millions of levels take no more time than there are cells.
-        const std::vector<float> some = levels.take(std::max(kManyLevels, candidates.count()));
-        if (some.empty()) {
+        // Levels in blocks of at least as many as there are cells: a pass over the cells costs no more than its levels.
+        const std::vector<float> block = levels.take(std::max(kManyLevels, candidates.count()));
+        if (block.empty()) {
             break;
         }
-        for (const Candidate& start : candidates.takeNear(some)) {
+        for (const Candidate& start : candidates.takeNear(block)) {
             if (cells.at(start.row, start.column)->visited) {
                 continue;
             }

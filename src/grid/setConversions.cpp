@@ -20,10 +20,10 @@ using detail::kNaN;
 
 namespace {
 
-/// Where single precision ceases to count in ones.
+/// From here on single precision cannot represent every integer.
 constexpr int kMaxSlices = 1 << 24;
 
-/// The number of slices `step` apart that hold an extent, 0 when there is no such number or it is too large.
+/// The number of slices `step` apart that hold an extent; 0 when it is not finite or too large.
 int countSlices(float extent, float step) {
     if (!(step > 0.0f)) { // NaN: true
         return 0;
@@ -33,7 +33,7 @@ int countSlices(float extent, float step) {
                                                                  : 0; // NaN: 0
 }
 
-/// Which slice takes a point. The positions of the slices do not fall.
+/// Finds the slice that takes a point. The positions of the slices do not fall.
 class SliceFinder {
 public:
     static constexpr int kNone = -1;
@@ -46,8 +46,8 @@ public:
 
     const std::vector<float>& positions() const { return positions_; }
 
-    /// Of the first two neighbours about `z` the nearer one, the later one when they are equally near. kNone when there
-    /// are none.
+    /// The nearer of the first two adjacent slices about `z`, the later one when they are equally near; kNone when
+    /// there are no two such slices.
     int find(float z) const {
         if (positions_.size() < 2 || std::isnan(z)) {
             return kNone;
@@ -72,7 +72,7 @@ struct Run {
     int count;
 };
 
-/// Points at one z, as those of a profile in a scan, are looked up once.
+/// Consecutive points at one z, as those of a profile in a scan, are looked up once.
 std::vector<Run> findRuns(const QList<KxPointXYZ>& points, const SliceFinder& slices) {
     constexpr int kLongest = std::numeric_limits<int>::max();
     std::vector<Run> runs;
@@ -88,7 +88,7 @@ std::vector<Run> findRuns(const QList<KxPointXYZ>& points, const SliceFinder& sl
     return runs;
 }
 
-/// Fills the slices with the points of runs, each taking the very memory that it needs.
+/// Fills the slices with the points of the runs. Counted first, so that each slice allocates its memory once.
 void distribute(const QList<KxPointXYZ>& points, const std::vector<Run>& runs, KxProfileZ* slices, size_t sliceCount) {
     std::vector<qsizetype> sizes(sliceCount);
     for (const Run& run : runs) {
@@ -154,7 +154,7 @@ int KxProfileZSet::toMatrixCloud(KxMatrixCloud& matrix, float maxDistance, float
     }
     const float extent = maxX - minX;
     const float steps = std::ceil(extent / stepZ);
-    const int columns = detail::truncToInt(static_cast<double>(steps)); // refused below when it is no such number
+    const int columns = detail::truncToInt(static_cast<double>(steps)); // refused below when it was not finite
     if (!matrix.initMatrix(columns, size(), stepZ, minX, maxX, minY, maxY, minZ, maxZ)) {
         return 0;
     }

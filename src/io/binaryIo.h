@@ -29,7 +29,7 @@ bool openForWriting(QFile& file);
 /// Closes a file that was written. @return true when no data were lost, those buffered until now included
 bool closeWritten(QFile& file);
 
-/// Calls the reader with the position remembered: on -1 the device is put back to where it stood.
+/// Calls the reader with the position remembered: on -1 the device is put back to that position.
 template <typename Read>
 int readOrRewind(QFile& file, Read read) {
     const qint64 start = file.pos();
@@ -68,21 +68,21 @@ inline void swapFieldsUnlessLittleEndian([[maybe_unused]] char* data, [[maybe_un
     }
 }
 
-/// Reads `claimed` records of 32-bit fields into `records`, calling `visit` with the first and the number of each
-/// portion that arrives; what the list held before is lost. Memory follows the bytes that are there, whatever is
-/// claimed; only for little it is not asked how many those are, which takes longer than reading them.
+/// Reads `claimed` records of 32-bit fields into `records`, calling `visit` with the first record and the number of
+/// each block that arrives; what the list held before is lost. Memory follows the bytes that are there, whatever is
+/// claimed. Only below kFewRecords it follows the claim, since asking for the size takes longer than reading them.
 /// @return true when all claimed records were complete
 template <typename Source, typename Record, typename Visit>
 bool readRecords(Source& file, quint32 claimed, QList<Record>& records, Visit visit) {
     constexpr qint64 kRecordSize = sizeof(Record);
-    constexpr qint64 kPortion = 262144 / kRecordSize; // stays in the cache until it is visited
-    constexpr qint64 kLittle = 16384 / kRecordSize;
-    const auto there = [&] { return claimed <= kLittle ? kLittle : file.bytesAvailable() / kRecordSize; };
+    constexpr qint64 kBlock = 262144 / kRecordSize; // stays in the cache until it is visited
+    constexpr qint64 kFewRecords = 16384 / kRecordSize;
+    const auto available = [&] { return claimed <= kFewRecords ? kFewRecords : file.bytesAvailable() / kRecordSize; };
     records = QList<Record>(); // releases its memory before as much is taken again
-    UnfilledList<Record> list(std::min<qint64>(claimed, there() + 1)); // the one more finds that nothing is there
+    UnfilledList<Record> list(std::min<qint64>(claimed, available() + 1)); // one more: to notice the end
     qint64 missing = claimed;
     for (bool isShort = false; missing > 0 && !isShort;) {
-        const qint64 wanted = std::min({missing, kPortion, std::max<qint64>(there(), 1)});
+        const qint64 wanted = std::min({missing, kBlock, std::max<qint64>(available(), 1)});
         Record* const first = list.extend(wanted);
         char* const data = reinterpret_cast<char*>(first);
         const qint64 arrived = readBytes(file, data, wanted * kRecordSize) / kRecordSize;
@@ -93,8 +93,8 @@ bool readRecords(Source& file, quint32 claimed, QList<Record>& records, Visit vi
         isShort = arrived < wanted;
     }
     records = list.take();
-    if (missing > 0 && claimed <= kLittle) {
-        records.squeeze(); // otherwise the list took what is there
+    if (missing > 0 && claimed <= kFewRecords) {
+        records.squeeze(); // in the other case the capacity follows the bytes that are there
     }
     return missing == 0;
 }

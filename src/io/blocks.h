@@ -7,7 +7,7 @@
 
 namespace KxMath::detail {
 
-/// Reads a file a block ahead. The position of the file itself means nothing meanwhile.
+/// Reads a file a block ahead. The position of the file itself has no meaning meanwhile.
 class BlockReader {
 public:
     explicit BlockReader(QFile& file) : file_(file) {}
@@ -29,7 +29,7 @@ inline qint64 readBytes(BlockReader& file, char* data, qint64 size) {
     return file.read(data, size);
 }
 
-/// Collects what is written to a file. What is left at the end is written by flush() only.
+/// Collects what is written to a file. The last block is written by flush() only.
 class BlockWriter {
 public:
     explicit BlockWriter(QFile& file) : file_(file) {}

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kDigits = 6;
 constexpr std::uint64_t kSmallestWithDigits = 100000;
-constexpr std::uint64_t kBehindDigits = 1000000;
+constexpr std::uint64_t kDigitsEnd = 1000000; // one more digit
 
 /// A number as 0.DDDDDD times a power of ten.
 struct Decimal {
@@ -23,14 +23,15 @@ struct Decimal {
     int exponent; ///< of the first digit
 };
 
-/// 10^0 ... 10^12, which have no more than 28 bits besides their powers of two: times a float they are exact doubles.
+/// 10^0 ... 10^12. 10^n is 5^n times a power of two, and 5^12 has 28 bits: times the 24 bits of a float the product is
+/// an exact double.
 constexpr std::array<double, 13> kPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
 
 /// Rounds a number of 1e-7 up to below 1e6 to six digits, ties away from 0. No step but the last one rounds.
 Decimal roundToDigits(float v) {
     const double value = static_cast<double>(v);
     int shift = kDigits; // at least as many as there are digits behind the point
-    while (shift > 0 && value * kPowersOfTen[static_cast<std::size_t>(shift)] >= static_cast<double>(kBehindDigits)) {
+    while (shift > 0 && value * kPowersOfTen[static_cast<std::size_t>(shift)] >= static_cast<double>(kDigitsEnd)) {
         --shift;
     }
     while (value * kPowersOfTen[static_cast<std::size_t>(shift)] < static_cast<double>(kSmallestWithDigits)) {
@@ -41,7 +42,7 @@ Decimal roundToDigits(float v) {
     if (scaled - static_cast<double>(decimal.digits) >= 0.5) {
         ++decimal.digits;
     }
-    if (decimal.digits == kBehindDigits) {
+    if (decimal.digits == kDigitsEnd) {
         decimal = {kSmallestWithDigits, decimal.exponent + 1};
     }
     return decimal;
@@ -56,7 +57,7 @@ char* writeFixed(const Decimal& decimal, char* text) {
     }
     const char* end = digits.data() + kDigits;
     while (end[-1] == '0') {
-        --end; // the first digit is none
+        --end; // the first digit is never 0
     }
     const char* next = digits.data();
     if (decimal.exponent < 0) {
@@ -98,7 +99,8 @@ std::optional<double> parsePlainNumber(std::string_view text) {
     if (at == end || !isDigit(*at) || !isDigit(end[-1])) {
         return {}; // "inf" and the like among them
     }
-    constexpr std::ptrdiff_t kExactDigits = 13; // digits and power are exact doubles: their quotient is rounded once
+    constexpr std::ptrdiff_t kExactDigits =
+        13; // digits and power of ten are exact doubles, so that the quotient is rounded once
     if (end - at <= kExactDigits) {
         std::int64_t digits = 0;
         std::size_t decimals = 0;
@@ -110,7 +112,7 @@ std::optional<double> parsePlainNumber(std::string_view text) {
                 point = c;
                 decimals = static_cast<std::size_t>(end - c - 1);
             } else {
-                digits = -1; // an exponent, or no number
+                digits = -1; // an exponent, or not a number
                 break;
             }
         }

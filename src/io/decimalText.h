@@ -7,15 +7,15 @@
 
 namespace KxMath::detail {
 
-/// The longest text of a float with 6 significant digits, "-1.23457e-05" and the like, with room to spare.
+/// The longest text of a float with 6 significant digits, such as "-1.23457e-05", and some more.
 inline constexpr std::size_t kNumberTextSize = 24;
 
-/// Writes QByteArray::number(v, 'g', 6) to `text`, which has room for `kNumberTextSize` characters.
-/// @return the character behind it
+/// Writes QByteArray::number(v, 'g', 6) to `text`, a buffer of `kNumberTextSize` characters.
+/// @return the end of the text
 char* writeNumber(float v, char* text);
 
-/// The number in plain ASCII text that starts and ends with a digit, but for a minus, as QString::toDouble() tells it.
-/// Nothing for all other text, whatever it means, and for numbers beyond the range of double.
+/// The number in plain ASCII text that starts, after an optional minus, and ends with a digit: that of
+/// QString::toDouble(). Nothing for all other text, even where it is a number, and beyond the range of double.
 std::optional<double> parsePlainNumber(std::string_view text);
 
 } // namespace KxMath::detail

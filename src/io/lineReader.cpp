@@ -34,20 +34,21 @@ std::optional<std::string_view> LineReader::next() {
     return withoutReturn(line);
 }
 
-/// Fetches more behind what is left of the buffer. @return false at the end of the file
+/// Refills the buffer behind the unread bytes. @return false at the end of the file
 bool LineReader::refill() {
-    constexpr qsizetype kPortion = 65536;
+    constexpr qsizetype kBlock = 65536;
     buffer_.remove(0, begin_);
     searched_ -= begin_;
     begin_ = 0;
     const qsizetype kept = buffer_.size();
-    // Twice as much each time, so that a long line is not copied again and again.
-    buffer_.resize(kept + std::max(kPortion, kept));
+    // The buffer doubles, so that a long line is not copied again for every block.
+    buffer_.resize(kept + std::max(kBlock, kept));
     const qint64 arrived = std::max<qint64>(device_.read(buffer_.data() + kept, buffer_.size() - kept), 0);
     buffer_.resize(kept + static_cast<qsizetype>(arrived));
     char* const data = buffer_.data();
-    std::transform(data + kept, data + buffer_.size(), data + kept,
-                   [&](char c) { return c == replaced_ ? replacement_ : c; }); // written in any case: no branches
+    std::transform(data + kept, data + buffer_.size(), data + kept, [&](char c) {
+        return c == replaced_ ? replacement_ : c;
+    }); // written in any case: vectors instead of branches
     return arrived > 0;
 }
 

@@ -9,15 +9,15 @@
 
 namespace KxMath::detail {
 
-/// The lines of a file, or other device, from where it stands. A line ends with a line feed, or a carriage return and a
-/// line feed; a carriage return at the end of the file is no part of the last line either. Memory follows the longest
-/// line.
+/// The lines of a file, or other device, from its current position. A line ends with a line feed, or a carriage return
+/// and a line feed; a carriage return at the end of the file is no part of the last line either. Memory follows the
+/// longest line.
 class LineReader {
 public:
     LineReader(QIODevice& device, char replaced, char replacement)
         : device_(device), replaced_(replaced), replacement_(replacement) {}
 
-    /// The next line without its end; nothing at the end of the file. Valid until the next call.
+    /// The next line without its line feed; nothing at the end of the file. Valid until the next call.
     std::optional<std::string_view> next();
 
 private:
@@ -27,8 +27,8 @@ private:
     const char replaced_;
     const char replacement_;
     QByteArray buffer_;
-    qsizetype begin_ = 0; ///< of what has not been given out
-    qsizetype searched_ = 0; ///< up to here there is no line feed
+    qsizetype begin_ = 0; ///< of the bytes that were not returned yet
+    qsizetype searched_ = 0; ///< from `begin_` up to here there is no line feed
 };
 
 } // namespace KxMath::detail

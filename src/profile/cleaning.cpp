@@ -1,4 +1,4 @@
-// Removal of noisy stretches, of straight stretches, and of what lies beyond a line.
+// Removal of noisy windows, of straight parts, and of what lies beyond a line.
 #include "KxMath/KxProfile.h"
 
 #include "geometry/squareOfDistance.h"
@@ -25,7 +25,7 @@ int countJumps(const KxPointXY* begin, qsizetype window, float threshold) {
     return jumps;
 }
 
-/// The points up to the largest gap-free end, as positions: a part of a profile ordered by x.
+/// Positions from `begin` up to, not including, `end`: points without a gap between them.
 struct Part {
     qsizetype begin;
     qsizetype end;
@@ -63,19 +63,19 @@ void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
     const qsizetype n = points.size();
     KxPointXY* const data = points.data();
     qsizetype kept = 0;
-    qsizetype stretch = 0; // where the points begin that stay and are still where they were
+    qsizetype keptBegin = 0; // of the points that stay and have not been moved yet
     const auto moveUp = [&](qsizetype end) {
-        if (kept < stretch) {
-            std::copy(data + stretch, data + end, data + kept);
+        if (kept < keptBegin) {
+            std::copy(data + keptBegin, data + end, data + kept);
         }
-        kept += end - stretch;
+        kept += end - keptBegin;
     };
     qsizetype i = 0;
     // Deliberately i + window < n: a window that is incomplete or ends at the last point is dropped.
     for (; i + window < n; i += window) {
         if (countJumps(data + i, window, threshold) > maxJumps) {
             moveUp(i);
-            stretch = i + window;
+            keptBegin = i + window;
         }
     }
     moveUp(i);
@@ -83,11 +83,11 @@ void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
 }
 
 void KxProfile::removeHighLevel(KxLine line) {
-    detail::keepIf(points, [&](const KxPointXY& p) { return p.y < p.x * line.k + line.b; }); // NaN goes
+    detail::keepIf(points, [&](const KxPointXY& p) { return p.y < p.x * line.k + line.b; }); // NaN is removed
 }
 
 void KxProfile::removeLowLevel(KxLine line) {
-    detail::keepIf(points, [&](const KxPointXY& p) { return p.y > p.x * line.k + line.b; }); // NaN goes
+    detail::keepIf(points, [&](const KxPointXY& p) { return p.y > p.x * line.k + line.b; }); // NaN is removed
 }
 
 void KxProfile::removeLineParts(int maxParts, float maxCorrelation, float maxGap, int minPoints) {

@@ -1,4 +1,4 @@
-// The correlation of x and y over a stretch of points.
+// The correlation of x and y over a range of points.
 #pragma once
 
 #include "KxMath/KxPoints.h"

@@ -21,7 +21,7 @@ namespace {
 
 constexpr char kSeparator = ';';
 
-/// Two fields of a line, by their columns; nothing when there are not so many.
+/// Two fields of a line, by their columns; nothing when the line has fewer columns.
 std::optional<std::pair<std::string_view, std::string_view>> fieldsAt(std::string_view line, int xColumn, int yColumn) {
     std::pair<std::string_view, std::string_view> fields;
     const char* const lineEnd = line.data() + line.size();
@@ -45,7 +45,7 @@ std::optional<std::pair<std::string_view, std::string_view>> fieldsAt(std::strin
     }
 }
 
-/// The number in a field with a decimal point; 0 when it is none.
+/// The number in a field with a decimal point; 0 for other text.
 float parseField(std::string_view field) {
     if (const std::optional<double> number = detail::parsePlainNumber(field)) {
         return static_cast<float>(*number);
@@ -53,13 +53,13 @@ float parseField(std::string_view field) {
     return static_cast<float>(QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size())).toDouble());
 }
 
-/// Whether the text is UTF-16 or UTF-32, or marked as UTF-8: these have bytes in front that no number has.
+/// Whether the text is UTF-16 or UTF-32, or has a byte order mark: these start with bytes that no number contains.
 bool isEncoded(QFile& file) {
     const QByteArray head = file.peek(4);
     return std::any_of(head.cbegin(), head.cend(), [](char c) { return c == '\0' || static_cast<signed char>(c) < 0; });
 }
 
-/// The whole text in UTF-8, without a mark.
+/// The whole text in UTF-8, without a byte order mark.
 QByteArray decoded(QFile& file) {
     QTextStream stream(&file);
     return stream.readAll().toUtf8();
@@ -73,10 +73,10 @@ bool KxProfile::writeToCSVFile(QString fileName) {
         return false;
     }
     constexpr qsizetype kLongestLine = 2 * static_cast<qsizetype>(detail::kNumberTextSize) + 2;
-    constexpr qsizetype kPortion = 4096; // of points whose text is held in memory
+    constexpr qsizetype kBlock = 4096; // points whose text is held in memory
     QByteArray text;
-    for (qsizetype begin = 0; begin < points.size(); begin += kPortion) {
-        const qsizetype end = std::min(points.size(), begin + kPortion);
+    for (qsizetype begin = 0; begin < points.size(); begin += kBlock) {
+        const qsizetype end = std::min(points.size(), begin + kBlock);
         text.resize((end - begin) * kLongestLine);
         char* at = text.data();
         for (qsizetype i = begin; i < end; ++i) {
@@ -105,7 +105,7 @@ int KxProfile::readFromCSVFile(QString fileName, int xColumn, int yColumn) {
         text.setData(decoded(file));
         text.open(QIODevice::ReadOnly);
     }
-    // Commas between digits are points; elsewhere they make a field no number either way.
+    // Commas between digits are decimal points; elsewhere a field is not a number with either of them.
     detail::LineReader lines(isText ? static_cast<QIODevice&>(file) : text, ',', '.');
     for (std::optional<std::string_view> line = lines.next(); line && !line->empty(); line = lines.next()) {
         if (const auto fields = fieldsAt(*line, std::max(xColumn, 0), std::max(yColumn, 0))) {

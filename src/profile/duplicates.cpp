@@ -13,7 +13,8 @@ int KxProfile::removeDuplicates() {
     if (detail::isStrictlyRising(points)) {
         return 0;
     }
-    // Points ordered by x, equal ones in list order: all but the first of equal ones go. NaN equals nothing.
+    // Positions ordered by x, equal ones in list order: all but the first of equal ones are removed. NaN equals
+    // nothing.
     const QList<KxPointXY>& list = points;
     QList<int> order;
     order.reserve(list.size());

@@ -20,7 +20,7 @@ constexpr std::size_t kMinPiecePoints = 5;
 constexpr double kMinPlateLength = 3.25; // mm; the bottom of a gap of 3 mm is shorter
 constexpr double kMinGap = 0.45; // mm
 
-/// What the points of a profile tell about themselves.
+/// How a profile is sampled, estimated from its points.
 struct Sampling {
     double spacing = 0.0; ///< median distance of neighbours in x
     double noise = 0.0; ///< standard deviation of the height difference of neighbours
@@ -135,7 +135,7 @@ public:
 
     bool isJoint() const { return sampling_.isGap(gap_) || step_ > sampling_.stepLimit(); }
 
-    /// How much of a joint it is, to compare joints of either kind.
+    /// Gap or step as a multiple of its limit, to compare joints of either kind.
     double strength() const { return std::max(gap_ / kMinGap, step_ / sampling_.stepLimit()); }
 
     /// The edges of the plates at the height of the lines.

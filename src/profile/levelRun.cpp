@@ -71,7 +71,7 @@ bool KxProfile::calcLineSegment(float x, float maxStep, int maxMisses, KxProfile
         if (size() < 2) {
             return false;
         }
-        start = getIndexX(x); // the point that calcY() answered with
+        start = getIndexX(x); // the point whose y calcY() returned
     }
     collectAround(points, start, LevelRun(height, maxStep, maxMisses), LevelRun(height, maxStep, maxMisses),
                   out.points);

@@ -12,15 +12,15 @@ namespace {
 constexpr int kMaxDegree = 50;
 constexpr int kMaxPower = 2 * kMaxDegree;
 
-/// Powers of the x of some neighbouring points: those of one exponent side by side.
+/// Powers of the x of a block of points, a row for each exponent.
 class PowerBlock {
 public:
     static constexpr qsizetype kPoints = 32;
     using Row = std::array<double, kPoints>;
 
-    /// x^0 ... x^count of up to kPoints points, each rounded as by repeated squaring from the lowest bit of the
-    /// exponent up: the factor of its highest bit comes last, so that it is the power without that bit times a power of
-    /// two.
+    /// x^0 ... x^count of up to kPoints points. Each is rounded as repeated squaring rounds it, from the lowest bit of
+    /// the exponent to the highest: the factor of the highest bit comes last. So x^k is the row of k without its
+    /// highest bit, which is there already, times the row of that bit: one multiplication each.
     void fill(const KxPointXY* points, qsizetype pointCount, int count) {
         rows_[0].fill(1.0);
         rows_[1].fill(0.0);
@@ -45,10 +45,10 @@ public:
     }
 
 private:
-    std::array<Row, kMaxPower + 1> rows_; // those of the exponents that were asked for have values
+    std::array<Row, kMaxPower + 1> rows_; // set up to the exponent that was asked for
 };
 
-/// Calls `work(block, points, count)` for one stretch of points after the other.
+/// Calls `work(powers, begin, count)` for block after block of the points.
 template <typename Work>
 void forEachBlock(const QList<KxPointXY>& points, int maxPower, Work work) {
     PowerBlock block;
@@ -60,9 +60,10 @@ void forEachBlock(const QList<KxPointXY>& points, int maxPower, Work work) {
     }
 }
 
-/// Adds the first `count` numbers of some rows to their sums, one after the other; no sum waits for another one.
+/// Adds the first `count` numbers of some rows to their sums, each in its order. Independent sums are interleaved, so
+/// that an addition does not wait for the one before.
 template <size_t kRows>
-void addSideBySide(const PowerBlock::Row* rows, size_t count, double* sums) {
+void addInterleaved(const PowerBlock::Row* rows, size_t count, double* sums) {
     std::array<double, kRows> local;
     std::copy_n(sums, kRows, local.begin());
     for (size_t i = 0; i < count; ++i) {
@@ -76,13 +77,13 @@ void addSideBySide(const PowerBlock::Row* rows, size_t count, double* sums) {
 void addRows(const PowerBlock::Row* rows, size_t rowCount, size_t count, double* sums) {
     size_t k = 0;
     for (; k + 4 <= rowCount; k += 4) {
-        addSideBySide<4>(rows + k, count, sums + k);
+        addInterleaved<4>(rows + k, count, sums + k);
     }
     for (; k + 2 <= rowCount; k += 2) {
-        addSideBySide<2>(rows + k, count, sums + k);
+        addInterleaved<2>(rows + k, count, sums + k);
     }
     for (; k < rowCount; ++k) {
-        addSideBySide<1>(rows + k, count, sums + k);
+        addInterleaved<1>(rows + k, count, sums + k);
     }
 }
 

@@ -47,7 +47,7 @@ bool areRising(const float* knots, int count) {
         knots, knots + count, [](float knot) { return knot; }, [](float a, float b) { return a <= b; });
 }
 
-/// Keeps the samples that are numbers.
+/// Removes the samples that are NaN.
 void dropMissing(Sampler::Block& block) {
     int missing = 0;
     for (int i = 0; i < block.count; ++i) {
@@ -115,7 +115,9 @@ void Sampler::calculate(Block& block) {
     dropMissing(block);
 }
 
-/// Rising positions go through the segments one after the other.
+/// The positions rise, and so pass the segments in order. Always four are calculated with the cubic of the current
+/// segment; those beyond its end are overwritten with the next segment. That costs less than finding out first how many
+/// lie in it.
 void Sampler::calculateAlongSegments(Block& block, int from) {
     runOn(instructions_, [this, &block, from]<std::size_t kBytes>(VectorBytes<kBytes>) {
         using Doubles = typename Vectors<kBytes>::Doubles;

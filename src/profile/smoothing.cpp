@@ -120,10 +120,10 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     if (w <= 0 || w > n) {
         return;
     }
-    // No feedback where `out` is this profile: window i is read before point i is written, later ones start behind it.
+    // `out` may be this profile: window i is read before point i is written, and later windows start behind it.
     KxPointXY* const target = out.points.data();
     const KxPointXY* const source = points.constData();
-    const bool isInPlace = target == source; // what was set would be missing from the windows
+    const bool isInPlace = target == source; // a fallback after shiftYs() would read what it has written
     if ((!isInPlace || detail::isRising(source, n)) && shiftYs(source, n, w, target)) {
         return;
     }

@@ -17,7 +17,7 @@ namespace {
 using detail::kNaN;
 
 /// The smallest polar angle of points about the origin, in degrees. Where the signs of the coordinates are the same the
-/// angle rises with their quotient, roundings included, so that few arc tangents tell.
+/// angle rises with their quotient, roundings included, so that a few arc tangents are enough.
 class SmallestAngle {
 public:
     void add(float a, float b) {
@@ -25,7 +25,7 @@ public:
             return; // no angle
         }
         const float quotient = b / a;
-        if (a == 0.0f || quotient == 0.0f) { // 0 and -0 are told apart by which comes first
+        if (a == 0.0f || quotient == 0.0f) { // of 0 and -0 the first one counts
             take(detail::polarAngleDeg(a, b, detail::toDegrees(quotient))); // the arc tangent of 0 is 0
             return;
         }
@@ -87,7 +87,7 @@ void removeBack(KxProfile& profile) {
     bool isAtBack = true;
     detail::keepIf(profile.points, [&](const KxPointXY& p) {
         const bool keep = !(isAtBack && p.y > height); // NaN stays
-        if (p.x >= kBackWidth) { // this point has still been looked at
+        if (p.x >= kBackWidth) { // this point was still tested
             isAtBack = false;
         }
         return keep;

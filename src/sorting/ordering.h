@@ -8,7 +8,7 @@
 
 namespace KxMath::detail {
 
-/// Turns a sequence round whose equal keys are neighbours; these keep their order.
+/// Reverses a sorted sequence; elements with equal keys, which are adjacent, keep their order.
 template <typename T, typename Key>
 void reverseKeepingTies(T* first, T* last, Key key) {
     std::reverse(first, last);
@@ -43,7 +43,7 @@ void stableSortRun(T* first, T* last, Key key, bool ascending) {
     if (first != last && (ascending ? key(*first) >= key(*(last - 1)) : key(*first) <= key(*(last - 1))) &&
         (ascending ? allAdjacent(first, last, key, [](float a, float b) { return a >= b; })
                    : allAdjacent(first, last, key, [](float a, float b) { return a <= b; }))) {
-        reverseKeepingTies(first, last, key); // reversed runs are common too and need no sort either
+        reverseKeepingTies(first, last, key); // scans against the axis are common, too
         return;
     }
     if (!radixSort(first, static_cast<std::size_t>(last - first), key, ascending)) {
@@ -57,7 +57,7 @@ void stableSortRun(T* first, T* last, Key key, bool ascending) {
 /// its own.
 template <typename T, typename Key>
 void stableSortAroundNaN(T* first, T* last, Key key, bool ascending) {
-    // Most data arrive in order. NaN among them is found here too, but for a single one.
+    // Most data are in order already. A NaN key fails the comparison, and leads to the search for runs below.
     if (ascending ? allAdjacent(first, last, key, [](float a, float b) { return a <= b; })
                   : allAdjacent(first, last, key, [](float a, float b) { return a >= b; })) {
         return;

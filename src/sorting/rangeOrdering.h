@@ -97,7 +97,7 @@ private:
 /// stableSortAroundNaN() of each range, in the order given.
 template <typename T, typename Key>
 void stableSortRanges(T* data, int count, const std::vector<ClosedRange>& ranges, Key key, bool ascending) {
-    constexpr long long kWorthwhile = 16; // visits per element; one set operation costs about as much
+    constexpr long long kWorthwhile = 16; // visits per element; a set operation costs about as much as that many
     const long long visits =
         std::accumulate(ranges.begin(), ranges.end(), 0LL,
                         [](long long sum, const ClosedRange& s) { return sum + (s.last - s.first + 1); });

@@ -45,7 +45,7 @@ void report(const KxProfile& apexes, const QList<KxLine>& lines, _KxMETRO_DbgDat
     }
 }
 
-/// The points that are numbers, in the order in which the object is read: the other way round for mirrored sensors.
+/// The finite points, in the order in which the object is read: reversed for mirrored sensors.
 QList<detail::ProfilePoint> workingPoints(const KxProfile& profile, const KxPlacement& placement) {
     KxProfile work;
     std::copy_if(profile.points.cbegin(), profile.points.cend(), std::back_inserter(work.points),
@@ -103,8 +103,8 @@ void addEndCrests(QList<KxPointXY>& apexes, const QList<detail::ProfilePoint>& p
     }
 }
 
-/// True when apexes may be those of the object: numbers in order, each valley behind the line from crest to crest, the
-/// straight crests about equally far apart.
+/// True when apexes may be those of the object: finite and in order, each valley behind the line from crest to crest,
+/// the straight crests about equally far apart.
 bool isPlausible(const detail::Apexes& apexes) {
     constexpr float kMaxInequality = 0.25f;
     for (std::size_t i = 0; i < apexes.size(); ++i) {

@@ -3,9 +3,9 @@
 
 namespace KxMath::detail {
 
-/// The object as the arguments of the calibration tell it. Straight crests lie at Z = -P, 0 and P and half of one
-/// before them; an oblique one lies at Z = 2.5 P + t X and half of one behind it. From a crest the flanks fall away by
-/// m per mm of Z. All crests lie in one plane of constant Y. For the placements 3 and 4 this holds for -Z.
+/// The object as the arguments of the calibration describe it. Straight crests lie at Z = -P, 0 and P and half of one
+/// before them; an oblique one lies at Z = 2.5 P + t X and half of one behind it. The flanks fall by m per mm of
+/// Z from a crest. All crests lie in one plane of constant Y. For the placements 3 and 4 this holds for -Z.
 struct CalibrationObject {
     double twoPitches; ///< p1 = 2 P, from the first to the third crest
     double depth; ///< p2 = m P / 2, of the valleys between the straight crests

@@ -90,7 +90,7 @@ Vector<kRidgeValueCount> ridgesOf(const Lines& l, double originX) {
     Vector<kRidgeValueCount> r;
     const double middleX = (l[kBefore] - l[kBehind]) / slopes;
     const double middleY = l[kBehind] + l[kBehindSlope] * middleX;
-    // Moving by the way from crest to crest takes one line of a family to the next.
+    // A move from crest to crest takes one line of a family to the next.
     const double stepX = (l[kBeforeStep] - l[kBehindStep]) / slopes;
     const double stepY = l[kBehindStep] + l[kBehindSlope] * stepX;
     // The valley behind the middle crest lies half a step behind the middle between its valleys.
@@ -188,13 +188,13 @@ QList<ProfilePoint> cut(const QList<ProfilePoint>& points, double from, double t
 
 /// The x of the lowest valley in [from, to], where y is largest; `otherwise` without a point.
 double valleyX(const QList<ProfilePoint>& points, double from, double to, double otherwise) {
-    const QList<ProfilePoint> stretch = cut(points, from, to);
+    const QList<ProfilePoint> part = cut(points, from, to);
     const auto isHigher = [](const ProfilePoint& a, const ProfilePoint& b) { return a.y < b.y; };
-    const auto valley = std::max_element(stretch.cbegin(), stretch.cend(), isHigher);
-    return valley == stretch.cend() ? otherwise : valley->x;
+    const auto valley = std::max_element(part.cbegin(), part.cend(), isHigher);
+    return valley == part.cend() ? otherwise : valley->x;
 }
 
-/// Where the flanks begin and end: the apexes, and the valleys at either end, which are no apexes.
+/// Where the flanks begin and end: the apexes, and the valleys at either end, which do not count as apexes.
 using FlankEnds = std::array<double, kApexCount + 2>;
 
 FlankEnds flankEnds(const QList<ProfilePoint>& points, const Apexes& apexes) {

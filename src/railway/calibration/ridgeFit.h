@@ -23,15 +23,15 @@ struct ProfilePoint {
     double y;
 };
 
-/// A flank: a stretch of a profile that belongs to one side of one ridge.
+/// A flank: the part of a profile on one side of one ridge.
 struct Flank {
     int ridge; ///< 0 to 2 straight, 3 oblique
     bool isBehind; ///< behind the crest, in the order of x
     QList<ProfilePoint> points;
 };
 
-/// What the flanks tell of the ridges: the middle crest, the way from the first to the third crest, the way from the
-/// middle crest to the middle between its valleys, and the oblique crest.
+/// What the flanks determine of the ridges: the middle crest, the vector from the first to the third crest, the vector
+/// from the middle crest to the middle between its valleys, and the oblique crest.
 enum RidgeValue { kMiddleX, kMiddleY, kSpanX, kSpanY, kDepthX, kDepthY, kObliqueX, kObliqueY, kRidgeValueCount };
 
 struct RidgeFit {

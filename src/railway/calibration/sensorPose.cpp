@@ -14,7 +14,7 @@ using Ridges = Vector<kRidgeValueCount>;
 
 constexpr double kMaxAngleError = 0.1 * kPi / 180.0;
 constexpr double kMaxPointError = 0.2; // mm, which leaves a third of 0.3 mm to the noise of the point itself
-constexpr double kDeviations = 4.0; // that an error may be large
+constexpr double kDeviations = 4.0; // an error is taken to be at most this many standard deviations
 
 /// A point in the track frame.
 struct TrackPoint {
@@ -36,7 +36,7 @@ struct Angles {
     double alpha;
     double gamma;
     double beta; ///< by the depth
-    double betaBySpan; ///< the same angle by what the span measures along Y, which is nothing
+    double betaBySpan; ///< the same angle, from the span having no component along Y
     double depth; ///< what p2 would be if betaBySpan were true
 };
 
@@ -46,13 +46,13 @@ Angles solveAngles(const Ridges& r, const CalibrationObject& object) {
     const double depthX = r[kDepthX];
     const double depthY = r[kDepthY];
     Angles angles;
-    // Along Z the span measures p1 and the depth nothing.
+    // Along Z the span has the length p1 and the depth the length 0.
     const double sinA = -object.twoPitches * depthX / (spanY * depthX - spanX * depthY);
     angles.alpha = std::asin(sinA);
     const double cosA = std::cos(angles.alpha);
     const double cosC = (object.twoPitches + sinA * spanY) / (cosA * spanX);
     angles.gamma = std::acos(cosC);
-    // Along Y the depth measures p2.
+    // Along Y the depth has the length p2.
     const double length = cosA * std::abs(depthY - spanY / spanX * depthX);
     const double ratio = object.depth / length;
     angles.beta = std::asin(ratio > 1.0 ? 1.0 : ratio);
@@ -66,7 +66,7 @@ Angles solveAngles(const Ridges& r, const CalibrationObject& object) {
     return angles;
 }
 
-/// The pose from which the ridges look so; NaN in some value when there is none.
+/// The pose from which the ridges are seen like this; a value is NaN when there is none.
 SensorPose solvePose(const Angles& angles, double beta, const Ridges& r, const CalibrationObject& object,
                      const KxPlacement& placement) {
     SensorPose pose{angles.alpha, placement.isTurned ? beta + kPi : beta, angles.gamma, 0.0, 0.0, 0.0};
@@ -79,8 +79,8 @@ SensorPose solvePose(const Angles& angles, double beta, const Ridges& r, const C
     return pose;
 }
 
-/// What the ridges tell twice: the depth p2, and that the oblique crest lies in the plane of the others. Both in mm, 0
-/// where the profile is that of the object.
+/// What the ridges determine twice: the depth p2, and the plane of the crests, in which the oblique one lies, too. Both
+/// in mm, 0 where the profile is that of the object.
 enum Contradiction { kDepthContradiction, kObliqueContradiction, kContradictionCount };
 
 Vector<kContradictionCount> contradictionsOf(const Ridges& r, const CalibrationObject& object) {
@@ -88,11 +88,11 @@ Vector<kContradictionCount> contradictionsOf(const Ridges& r, const CalibrationO
     return {solveAngles(r, object).depth - object.depth, behindCrests};
 }
 
-/// Makes the ridges agree with the object where they do within their noise.
+/// Makes the ridges agree with the object exactly, provided that they do so within their noise.
 /// @return false when they do not
 bool reconcile(Uncertain<kRidgeValueCount>& ridges, const CalibrationObject& object) {
-    constexpr double kMaxContradiction[] = {0.03, 0.1}; // mm, that a real object may be off
-    constexpr int kRounds = 2; // for what is not linear
+    constexpr double kMaxContradiction[] = {0.03, 0.1}; // mm, the tolerance of a real object
+    constexpr int kRounds = 2; // the second one corrects for the curvature of the quantities
     const auto all =
         propagate<kContradictionCount>(ridges, [&](const Ridges& r) { return contradictionsOf(r, object); });
     for (std::size_t i = 0; i < kContradictionCount; ++i) {
@@ -110,7 +110,7 @@ bool reconcile(Uncertain<kRidgeValueCount>& ridges, const CalibrationObject& obj
     return true;
 }
 
-/// What is judged by its standard deviation.
+/// The values that decide by their standard deviation whether a pose is good.
 enum JudgedValue {
     kAlpha,
     kBeta,
@@ -130,7 +130,7 @@ Vector<kJudgedValueCount> judgedValues(const Ridges& ridges, const CalibrationOb
     for (const ProfilePoint& end : ends) {
         const TrackPoint p = toTrack(pose, rotation, end.x, end.y);
         values[at++] = p.x;
-        values[at++] = placement.findsY ? p.y : p.y - pose.y; // else y is known without error
+        values[at++] = placement.findsY ? p.y : p.y - pose.y; // otherwise y is given, and has no error
         values[at++] = p.z;
     }
     return values;
@@ -146,8 +146,8 @@ bool isPrecise(const Uncertain<kJudgedValueCount>& values) {
     return true;
 }
 
-/// True when gamma and beta are surely within the quadrants in which the ridges tell their signs. At 0 and 90 degrees
-/// the noise, or in its absence the rounding, would choose. NaN: false.
+/// True when gamma and beta are certainly inside the quadrants in which the ridges determine their signs. At 0 and 90
+/// degrees the noise, or without any the rounding, would decide. NaN: false.
 bool hasClearSigns(const Uncertain<kJudgedValueCount>& values, const KxPlacement& placement) {
     constexpr double kMinDistance = 0.02 * kPi / 180.0;
     const auto isClear = [&](double distance, std::size_t i) {
@@ -179,7 +179,7 @@ struct Residuals {
 
 Residuals residualsOf(const RidgeFit& fit, const SensorPose& pose, const CalibrationObject& object) {
     constexpr double kMaxDeviation = 0.1; // mm, of the object
-    constexpr double kMaxNoise = 0.1; // mm; what is more comes from lines that are none
+    constexpr double kMaxNoise = 0.1; // mm; larger values mean that a flank is not a straight line
     const double limit = kMaxDeviation + 2.0 * std::min(fit.noise, kMaxNoise);
     const SensorRotation rotation = rotationOf(pose);
     bool areSmall = true;
@@ -196,7 +196,8 @@ Residuals residualsOf(const RidgeFit& fit, const SensorPose& pose, const Calibra
     return {areSmall, std::sqrt(squares / static_cast<double>(count))};
 }
 
-/// The residuals for that way of cutting the oblique ridge which fits better: its slope along Z, or across the ridge.
+/// The residuals for the better of two ways to make the oblique ridge: with the slope of the others along Z, or across
+/// the ridge.
 Residuals smallerResiduals(const RidgeFit& fit, const SensorPose& pose, const CalibrationObject& object) {
     CalibrationObject across = object;
     across.obliqueSlopeFactor = std::sqrt(1.0 + object.obliqueness * object.obliqueness);

@@ -18,7 +18,7 @@ struct SensorPose {
     double z;
 };
 
-/// A pose and how well it stands.
+/// A pose and how well it is determined.
 struct PoseFit {
     SensorPose pose;
     bool isGood; ///< neither too uncertain nor in contradiction to the object
@@ -26,7 +26,7 @@ struct PoseFit {
     double angleDeviation; ///< largest standard deviation of an angle
 };
 
-/// Finds the pose in which the ridges look so.
+/// Finds the pose from which the ridges are seen as fitted.
 PoseFit fitPose(const RidgeFit& fit, const CalibrationObject& object, const KxPlacement& placement);
 
 } // namespace KxMath::detail

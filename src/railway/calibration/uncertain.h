@@ -58,8 +58,9 @@ Uncertain<M> propagate(const Uncertain<N>& in, Function function) {
     return out;
 }
 
-/// Moves values to where a quantity that depends on them vanishes, by the least that their covariance allows, and takes
-/// what is learnt by that off the covariance. The quantity is taken as linear within its standard deviation.
+/// Moves values to where a quantity that depends on them vanishes, by the smallest step in terms of their covariance,
+/// and reduces the covariance accordingly: the update of a Kalman filter by an exact measurement of 0. The quantity is
+/// taken as linear within its standard deviation.
 template <std::size_t N, typename Function>
 void constrain(Uncertain<N>& values, Function quantity) {
     // The covariance of the values with the quantity comes from those of the values with each other.

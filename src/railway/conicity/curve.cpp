@@ -69,7 +69,7 @@ void mergeInto(QList<KxPointXY>& rising, QList<KxPointXY> added) {
     rising.swap(all);
 }
 
-/// The wells of rising amplitudes. While the turning points move apart a well is a stretch of that of the largest
+/// The wells of rising amplitudes. While the turning points move apart a well is a range of that of the largest
 /// amplitude, which is built once; otherwise each is the one before and the points between their amplitudes.
 class Wells {
 public:
@@ -115,7 +115,7 @@ private:
 };
 
 /// The value at `x` of the Akima spline through `points`, which are ordered by x. The spline is local: it is built over
-/// the neighbourhood of `x` only, with room for the end rules that reach two knots inwards.
+/// the neighbourhood of `x` only, wide enough for the end rules, which reach two knots inwards.
 float splineValue(const QList<KxPointXY>& points, float x) {
     constexpr qsizetype kReach = 6;
     const auto beyond =
@@ -208,7 +208,7 @@ void prependSmallAmplitudes(KxProfile& conicity, const QList<KxPointXY>& potenti
     for (float amplitude = conicity.points.at(0).x; amplitude > kFirstAmplitude;) { // NaN: false
         const float smaller = amplitude - width;
         if (!(smaller < amplitude)) {
-            break; // a width of 0 leads nowhere
+            break; // a width of 0 would never get there
         }
         small.append(KxPointXY(smaller, 0.0f));
         amplitude = smaller;

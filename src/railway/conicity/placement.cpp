@@ -110,7 +110,7 @@ bool isAbove(const KxPointXY& wheel, const KxPointXY& rail) {
     return std::abs(static_cast<double>(wheel.x - rail.x)) <= kTolerance; // NaN: false
 }
 
-/// Finds which wheel points stand over the first rail points. @return false when none do
+/// Finds the wheel points above the first rail points. @return false when there are none
 bool alignStarts(WheelOnRail& first, WheelOnRail& second) {
     const QList<KxPointXY>& wheel1 = first.wheel.points;
     const KxPointXY railEnd1 = first.rail.points.at(0);

@@ -10,7 +10,7 @@ namespace KxMath::detail {
 /// Distance of the points of the resampled profiles, and of neighbouring displacements.
 inline constexpr float kLateralStep = 0.1f;
 
-/// Profiles wider than this are no wheels and rails; resampling them every 0.1 mm would only cost. No displacement is
+/// Wheels and rails are not wider; resampling wider profiles every 0.1 mm would only take time. No displacement is
 /// larger.
 inline constexpr float kMaxWidth = 1000.0f;
 
@@ -28,7 +28,7 @@ struct Track {
     WheelOnRail second; ///< on the side of positive x
 };
 
-/// Resamples, turns and places the profiles that stand in `track`, and calculates radii and starts.
+/// Resamples, turns and places the profiles in `track`, and calculates radii and starts.
 /// @return false when they cannot be placed; they are then left where the last possible step put them
 bool placeOnTrack(Track& track, float radius1, float radius2, float railDistance, float wheelDistance);
 
