@@ -52,7 +52,7 @@ struct CalibrationTask {
     CalibrationObject object = calibrationObjectFor(2); ///< as a sensor of that placement sees it
     /// y of the sensor, mm. Placements that do not find y take it from here. For all it says on which side of the
     /// crests the sensor stands, which a profile does not; a rough value does for that.
-    std::optional<float> sensorY;
+    std::optional<float> sensorY = {};
 };
 
 /// What the caller calls the arguments, for the reasons and warnings in results: a program names its options here.
@@ -86,23 +86,23 @@ using FlankResiduals = std::array<FlankResidual, kFlankCount>;
 
 /// A point of a profile and how far it lies from the object.
 struct CalibrationPoint {
-    Point point;
+    Point point = {};
     std::optional<std::size_t> flank = {}; ///< none: it lies on no flank, or too near to a crest or valley to tell
     double residual = std::numeric_limits<double>::quiet_NaN(); ///< along Y, mm; NaN without a flank
 };
 
 /// What one profile says about the pose.
 struct ProfilePose {
-    std::string name; ///< as the caller gave it
-    std::string fault; ///< why there is no pose, the predicate of a sentence about the profile; empty with one
+    std::string name = {}; ///< as the caller gave it
+    std::string fault = {}; ///< why there is no pose, the predicate of a sentence about the profile; empty with one
     /// y is NaN when the placement does not find it and the task does not give it.
-    SensorPose pose;
+    SensorPose pose = {};
     double foundY = std::numeric_limits<double>::quiet_NaN(); ///< y by the object, for every placement, mm
     double rms = std::numeric_limits<double>::quiet_NaN(); ///< of the points on all flanks, mm
     /// Standard deviation of the least certain angle, degrees.
     double angleDeviation = std::numeric_limits<double>::quiet_NaN();
-    FlankResiduals flanks;
-    std::vector<CalibrationPoint> points; ///< the finite points of the profile; without a pose on no flank
+    FlankResiduals flanks = {};
+    std::vector<CalibrationPoint> points = {}; ///< the finite points of the profile; without a pose on no flank
 
     bool hasPose() const { return fault.empty(); }
 };
@@ -110,10 +110,10 @@ struct ProfilePose {
 /// The mean of the poses of several profiles; values are NaN when no profile has a pose.
 struct PoseAverage {
     int profiles = 0; ///< with a pose
-    std::string fault; ///< why the profiles cannot be of one pose, a sentence; empty when they can
-    SensorPose pose;
-    SensorPose deviation; ///< standard deviation of a single profile; NaN for one profile
-    SensorPose largest; ///< largest difference of a profile from the mean
+    std::string fault = {}; ///< why the profiles cannot be of one pose, a sentence; empty when they can
+    SensorPose pose = {};
+    SensorPose deviation = {}; ///< standard deviation of a single profile; NaN for one profile
+    SensorPose largest = {}; ///< largest difference of a profile from the mean
     double foundY = std::numeric_limits<double>::quiet_NaN(); ///< mean y by the object, mm
     /// Largest distance of a point, put back by the pose of its own profile, from where the mean puts it, mm.
     double pointDifference = std::numeric_limits<double>::quiet_NaN();
@@ -121,13 +121,13 @@ struct PoseAverage {
 
 /// The calibration of a sensor from profiles of one pose.
 struct CalibrationResult {
-    std::string version; ///< of KxMath that measured it
-    CalibrationTask task;
-    std::vector<ProfilePose> profiles; ///< in the order of the input
-    PoseAverage average;
-    FlankResiduals flanks; ///< of all profiles with a pose
-    std::vector<std::string> unreadable; ///< files that the caller could not read, each with what is wrong with it
-    std::vector<std::string> warnings;
+    std::string version = {}; ///< of KxMath that measured it
+    CalibrationTask task = {};
+    std::vector<ProfilePose> profiles = {}; ///< in the order of the input
+    PoseAverage average = {};
+    FlankResiduals flanks = {}; ///< of all profiles with a pose
+    std::vector<std::string> unreadable = {}; ///< files that the caller could not read, each with what is wrong with it
+    std::vector<std::string> warnings = {};
 
     /// True when at least one profile has a pose, and all that have one agree: average.pose is the sensor's.
     bool hasPose() const { return average.profiles > 0 && average.fault.empty(); }
@@ -143,8 +143,8 @@ KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const Calibrati
 
 /// A profile and what to call it in the result, for example its file.
 struct NamedProfile {
-    std::string name;
-    Profile profile;
+    std::string name = {};
+    Profile profile = {};
 };
 
 /// Finds the pose from profiles that are all of one pose: measurePose() for each, and the mean. Profiles without a pose
@@ -155,7 +155,7 @@ KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>&
 /// A pose as keys of a settings file: SENSORn/x, y, z in mm, alpha, beta, gamma in degrees, and position.
 struct PoseKeys {
     int sensor = 1; ///< n
-    SensorPose pose; ///< keys of values that are NaN are left alone
+    SensorPose pose = {}; ///< keys of values that are NaN are left alone
     int placement = 2;
 };
 

@@ -1,0 +1,116 @@
+// A calibration as JSON and back, and its page.
+#include "inspect/calibrate/shots.h"
+#include "report/calibrate/calibrationReport.h"
+
+#include <KxInspect/Error.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <functional>
+
+using namespace calibration_test;
+
+namespace {
+
+CalibrationResult measured(int placement, bool hasSensorY, float shiftOfLast) {
+    Shot shot(placement);
+    Shot last(placement, 0.02, 8);
+    for (Point& p : last.profile.points) { // as a sensor that was shifted sees it
+        p.x += shiftOfLast;
+    }
+    if (hasSensorY) {
+        shot.task.sensorY = shot.trueY() + 0.1f;
+    }
+    CalibrationResult result =
+        measurePoses({{"a", shot.profile}, {"f", {{{1, 2}, {3, 4}}}}, {"\u00fc", last.profile}}, shot.task);
+    result.unreadable = {"'x' is damaged"};
+    return result;
+}
+
+QString pageOf(const CalibrationResult& result) {
+    return kxreport::calibrationReport(result);
+}
+
+} // namespace
+
+TEST(CalibrationJson, HoldsTheResult) {
+    const struct {
+        const char* desc;
+        int placement;
+        bool hasSensorY;
+        float shiftOfLast;
+        bool hasPose;
+    } cases[] = {{"y found", 2, false, 0.0f, true},
+                 {"y given", 3, true, 0.0f, true},
+                 {"y not known", 1, false, 0.0f, true},
+                 {"not of one pose", 4, false, 0.0f05, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.desc);
+        CalibrationResult result = measured(c.placement, c.hasSensorY, c.shiftOfLast);
+        result.version = "7.8.9";
+        ASSERT_EQ(result.average.profiles, 2);
+        ASSERT_EQ(result.hasPose(), c.hasPose) << result.average.fault;
+        const std::string values = toJson(result);
+        const CalibrationResult withoutPictures = calibrationFromJson(values);
+        EXPECT_EQ(toJson(withoutPictures), values);
+        EXPECT_EQ(withoutPictures.hasPose(), c.hasPose);
+        EXPECT_EQ(withoutPictures.hasY(), result.hasY() && c.hasPose);
+
+        const std::string all = toJson(result, Pictures::Included);
+        const CalibrationResult read = calibrationFromJson(all);
+        EXPECT_EQ(toJson(read, Pictures::Included), all);
+        EXPECT_EQ(toJson(read), values) << "the pictures are one member more";
+        EXPECT_EQ(pageOf(read), pageOf(result));
+        EXPECT_EQ(read.task.sensorY, result.task.sensorY);
+        EXPECT_EQ(read.average.fault, result.average.fault);
+    }
+}
+
+TEST(CalibrationJson, RefusesWhatIsNoResult) {
+    const std::string text = toJson(measured(2, false, 0.0f), Pictures::Included);
+    using Change = std::function<void(QJsonObject&)>;
+    const struct {
+        Change change;
+        const char* key;
+    } cases[] = {
+        {[](QJsonObject& json) { json.remove("version"); }, "version"},
+        {[](QJsonObject& json) { json["position"] = 1.5; }, "position"},
+        {[](QJsonObject& json) {
+             json["pose"] = QJsonObject{{"x", 1}};
+         },
+         "pose.y"},
+        {[](QJsonObject& json) {
+             json["profiles"] = QJsonArray{QJsonObject{{"name", "a"}}};
+         },
+         "profiles[0].pose"},
+        {[](QJsonObject& json) { json["profiles"] = QJsonArray(); }, "pictures.profiles"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.key);
+        QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
+        c.change(json);
+        try {
+            calibrationFromJson(QJsonDocument(json).toJson().toStdString());
+            ADD_FAILURE();
+        } catch (const Error& error) {
+            EXPECT_EQ(error.kind(), ErrorKind::Unsuitable);
+            EXPECT_EQ(error.source().key, c.key) << error.what();
+        }
+    }
+    const auto refuse = [&](const char* from, const char* to) {
+        std::string changed = text;
+        changed.replace(changed.find(from), std::string(from).size(), to);
+        try {
+            calibrationFromJson(changed);
+            ADD_FAILURE() << to;
+        } catch (const Error& error) {
+            EXPECT_TRUE(error.kind() == ErrorKind::Unsuitable || error.kind() == ErrorKind::Damaged);
+        }
+    };
+    const std::string flanks = text.substr(text.find("\"flank\": [\n"), 40);
+    EXPECT_NE(flanks.find("null"), std::string::npos);
+    refuse(flanks.c_str(), "\"flank\": [ 8, null, null,");
+    refuse(flanks.c_str(), "\"flank\": [ -1, null, null,");
+}
