@@ -45,7 +45,7 @@ TEST(CalibrationJson, HoldsTheResult) {
     } cases[] = {{"y found", 2, false, 0.0f, true},
                  {"y given", 3, true, 0.0f, true},
                  {"y not known", 1, false, 0.0f, true},
-                 {"not of one pose", 4, false, 0.0f05, false}};
+                 {"not of one pose", 4, false, 1.5f, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
         CalibrationResult result = measured(c.placement, c.hasSensorY, c.shiftOfLast);

@@ -1,0 +1,36 @@
+// The pose of a sensor from files with profiles of the calibration object. Shown in docs/calibration.md.
+#include <KxInspect/KxInspect.h>
+
+#include <iostream>
+
+/// Prints the pose of a sensor with placement code 2. Returns false when the profiles give none.
+bool printPose(const std::vector<std::string>& files) {
+    KxInspect::CalibrationTask task;
+    task.placement = 2;
+    task.object = KxInspect::calibrationObjectFor(task.placement); // or its measures: pitch, slope, obliqueness, crestY
+    std::vector<KxInspect::NamedProfile> profiles;
+    for (const std::string& file : files) {
+        profiles.push_back({file, KxInspect::readProfile(file)});
+    }
+    const KxInspect::CalibrationResult result = KxInspect::measurePoses(profiles, task);
+    for (const KxInspect::ProfilePose& profile : result.profiles) {
+        std::cout << profile.name << ": " << (profile.hasPose() ? "has a pose" : profile.fault) << '\n';
+    }
+    if (!result.hasPose()) {
+        std::cout << "no pose " << result.average.fault << '\n';
+        return false;
+    }
+    for (const KxInspect::PoseField& field : KxInspect::kPoseFields) {
+        std::cout << field.name << " = " << result.average.pose.*field.value << '\n';
+    }
+    return true;
+}
+
+int main(int argc, char** argv) {
+    try {
+        return printPose({argv + 1, argv + argc}) ? 0 : 1;
+    } catch (const KxInspect::Error& error) {
+        std::cerr << error.what() << '\n';
+        return 2;
+    }
+}
