@@ -13,14 +13,13 @@ namespace kxbench {
 
 const QList<KxMath::KxPointXYZ>& rimPoints() {
     static const QList<KxMath::KxPointXYZ> points = [] {
-        KxMath::KxProfile wheel;
+        std::vector<KxInspect::Point> wheel;
         for (int i = 0; i < kRimPoints; ++i) {
             const double x = 0.1 * i;
-            wheel.points.append(KxMath::KxPointXY(static_cast<float>(x),
-                                                  static_cast<float>(kxsim::s1002Height(x - kxsim::kTapeCircle))));
+            wheel.push_back({static_cast<float>(x), static_cast<float>(kxsim::s1002Height(x - kxsim::kTapeCircle))});
         }
         KxMath::KxPointCloud<KxMath::KxPointXYZ> rim;
-        kxtool::appendRimSection(wheel, rim);
+        KxInspect::detail::appendRimSection(wheel, rim);
         return rim.points;
     }();
     return points;

@@ -6,11 +6,10 @@
 
 namespace KxInspect::detail {
 
-double valueAt(const KxMath::KxProfile& curve, double x) {
-    const QList<KxMath::KxPointXY>& points = curve.points;
-    const auto isBefore = [](const KxMath::KxPointXY& p, double v) { return static_cast<double>(p.x) < v; };
-    const auto right = std::lower_bound(points.cbegin(), points.cend(), x, isBefore);
-    if (right == points.cend() || (right == points.cbegin() && static_cast<double>(right->x) > x)) {
+double valueAt(const std::vector<Point>& curve, double x) {
+    const auto isBefore = [](const Point& p, double v) { return static_cast<double>(p.x) < v; };
+    const auto right = std::lower_bound(curve.begin(), curve.end(), x, isBefore);
+    if (right == curve.end() || (right == curve.begin() && static_cast<double>(right->x) > x)) {
         return std::numeric_limits<double>::quiet_NaN();
     }
     const double rightX = static_cast<double>(right->x);

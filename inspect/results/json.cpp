@@ -47,6 +47,10 @@ QJsonValue jsonNumber(double value) {
     return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
 }
 
+QJsonValue jsonNumber(const std::optional<float>& value) {
+    return value ? jsonNumber(*value) : QJsonValue();
+}
+
 QJsonArray jsonList(const std::vector<int>& numbers) {
     QJsonArray list;
     for (const int number : numbers) {
@@ -101,6 +105,9 @@ JsonValue JsonValue::parse(const std::string& text, const char* command) {
         failResult(ErrorKind::Unsuitable, {}, QStringLiteral("is no JSON object"));
     }
     JsonValue result(document.object(), {});
+    if (command == nullptr) {
+        return result;
+    }
     const std::string found = result["command"].text();
     if (found != command) {
         failResult(ErrorKind::Unsuitable, QStringLiteral("command"),
@@ -143,6 +150,10 @@ float JsonValue::number() const {
     return isNull() ? std::numeric_limits<float>::quiet_NaN() : floatOf(wideNumber());
 }
 
+std::optional<float> JsonValue::numberIfPresent() const {
+    return isNull() ? std::nullopt : std::optional(number());
+}
+
 double JsonValue::wideNumber() const {
     if (!value_.isDouble() && !isNull()) {
         failAsNo("number");
@@ -182,6 +193,17 @@ std::string JsonValue::text() const {
 
 std::string JsonValue::textOrNull() const {
     return isNull() ? std::string() : text();
+}
+
+std::vector<float> JsonValue::numbers(std::size_t count) const {
+    std::vector<float> result;
+    for (const JsonValue& element : list()) {
+        result.push_back(element.number());
+    }
+    if (result.size() != count) {
+        failAsNo("list of as many numbers as there should be");
+    }
+    return result;
 }
 
 std::vector<int> JsonValue::wholeNumbers() const {

@@ -10,6 +10,7 @@
 #include <QtCore/QString>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@ namespace KxInspect::detail {
 /// 1360.1, not 1360.0999755859375.
 QJsonValue jsonNumber(float value);
 QJsonValue jsonNumber(double value);
+QJsonValue jsonNumber(const std::optional<float>& value); ///< null for nothing too
 /// @}
 
 QJsonArray jsonList(const std::vector<int>& numbers);
@@ -40,8 +42,8 @@ class JsonValue {
 public:
     /// Reads a document. Throws an Error with the byte when the text is no JSON, or when it is the result of another
     /// command.
-    /// @param command what its member "command" must be
-    static JsonValue parse(const std::string& text, const char* command);
+    /// @param command what its member "command" must be; null for the results that have none
+    static JsonValue parse(const std::string& text, const char* command = nullptr);
 
     /// The member of an object.
     JsonValue operator[](const char* key) const;
@@ -52,6 +54,7 @@ public:
     std::vector<JsonValue> list() const;
 
     float number() const; ///< NaN for null
+    std::optional<float> numberIfPresent() const; ///< nothing for null
     double wideNumber() const; ///< in double precision; NaN for null
     int wholeNumber() const;
     std::int64_t wideWholeNumber() const;
@@ -59,16 +62,18 @@ public:
     std::string text() const;
     std::string textOrNull() const; ///< empty for null
 
+    std::vector<float> numbers(std::size_t count) const; ///< exactly so many; NaN for null
     std::vector<int> wholeNumbers() const;
     std::vector<double> wideNumbers() const;
     std::vector<std::string> texts() const;
     std::vector<Point> points() const; ///< as jsonPoints() writes them
     Line line() const; ///< as jsonLine() writes it
 
-private:
-    JsonValue(const QJsonValue& value, const QString& path) : value_(value), path_(path) {}
+    /// Throws the Error for a value that is not `what` it should be.
     [[noreturn]] void failAsNo(const char* what) const;
 
+private:
+    JsonValue(const QJsonValue& value, const QString& path) : value_(value), path_(path) {}
     QJsonValue value_;
     QString path_;
 };

@@ -1,181 +1,186 @@
-// The measures of one wheel and what is allowed for them.
-#include "inspect/wheel/wheelMeasurement.h"
-
-#include "inspect/conicity/wheelSet.h"
-#include "inspect/formats/profileFiles.h"
+// The measures of one wheel.
+#include "inspect/base/error.h"
+#include "inspect/base/paths.h"
+#include "inspect/base/points.h"
+#include "inspect/base/ranges.h"
+#include "inspect/sections/plausibility.h"
+#include "inspect/sections/runningSurface.h"
+#include "inspect/sections/sectionReader.h"
 #include "inspect/wheel/rimSection.h"
+#include "inspect/wheel/spacing.h"
+
 #include <KxInspect/PointFile.h>
+#include <KxInspect/Wheel.h>
+#include <KxMath/KxMathVersion.h>
+#include <KxMath/KxMetro.h>
 
 #include <QtCore/QFile>
 
 #include <algorithm>
 #include <cmath>
 
-namespace kxtool {
+namespace KxInspect {
 
 namespace {
 
-using KxMath::KxPointXY;
-using KxMath::KxPointXYZ;
-using KxMath::KxProfile;
-using Rim = KxMath::KxPointCloud<KxPointXYZ>;
+using detail::fail;
+using detail::Rim;
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+bool isFinite(const Point& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
 
-/// Whether a file begins with a cloud section of points in 3-D.
-bool isSpatial(const QString& path) {
-    QFile file(path);
+bool isFinite(const Point3& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+
+void checkOptions(const WheelOptions& options) {
+    if (options.flangeBack) {
+        detail::checkRange("flangeBack", *options.flangeBack, kFlangeBacks);
+    }
+    if (options.spacing) {
+        detail::checkRange("spacing", *options.spacing, kSpacings);
+    }
+    if (!isFinite(options.centre)) {
+        fail(ErrorKind::BadArgument, {{}, {}, "centre"}, QStringLiteral("centre needs two finite numbers"));
+    }
+}
+
+/// Whether a file begins with a cloud section of points in space.
+bool isSpatial(const std::string& path) {
+    QFile file(detail::toQt(path));
     const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(1) : QByteArray();
     return head == "\x03" || head == "\x04";
 }
 
-/// @return what is wrong with the file, empty when it was read
-QString readCloud(const QString& path, Rim& rim) {
-    try {
-        for (const KxInspect::Point3& p :
-             KxInspect::readPoints(path.toStdString(), KxInspect::FileKind::Cloud).points) {
-            if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) {
-                rim.points.append({p.x, p.y, p.z});
-            }
-        }
-    } catch (const KxInspect::Error& error) {
-        return QString::fromStdString(error.reason());
-    }
-    return rim.points.isEmpty() ? QStringLiteral("holds no points") : QString();
-}
-
 /// Lets a profile begin at the flange back: what stands before is cut, and what is missing is reached from a single
 /// point at the height of the profile's beginning.
-void beginAt(KxProfile& profile, float back) {
-    profile.points.removeIf([back](const KxPointXY& p) { return p.x < back; });
-    const auto first = std::min_element(profile.points.cbegin(), profile.points.cend(),
-                                        [](const KxPointXY& a, const KxPointXY& b) { return a.x < b.x; });
-    if (first != profile.points.cend() && first->x > back) {
-        profile.points.prepend(KxPointXY(back, first->y));
+void beginAt(std::vector<Point>& points, float back) {
+    points.erase(std::remove_if(points.begin(), points.end(), [back](const Point& p) { return p.x < back; }),
+                 points.end());
+    const auto first =
+        std::min_element(points.begin(), points.end(), [](const Point& a, const Point& b) { return a.x < b.x; });
+    if (first != points.end() && first->x > back) {
+        points.insert(points.begin(), Point{back, first->y});
     }
 }
 
 /// What contradicts the method in a profile with y down and x outwards.
-QStringList findWarnings(const KxProfile& profile) {
-    constexpr int kMinPoints = 100;
-    QStringList found;
-    if (profile.points.size() < kMinPoints) {
-        found += QStringLiteral("has %1 points only").arg(profile.points.size());
+std::vector<std::string> findWarnings(const Profile& profile) {
+    Profile surface = profile;
+    keepRunningSurface(surface, SectionKind::Wheel);
+    std::vector<std::string> found;
+    for (const QString& warning :
+         {detail::fewPoints(profile.points.size()), detail::wheelContradiction(surface.points)}) {
+        if (!warning.isEmpty()) {
+            found.push_back(warning.toStdString());
+        }
     }
-    KxProfile surface;
-    surface.points = profile.points;
-    keepRunningSurface(surface, true);
-    const QString contradiction = surface.isEmpty() ? QString() : wheelContradiction(surface);
-    return contradiction.isEmpty() ? found : found + QStringList{contradiction};
+    return found;
 }
 
-/// Makes the cross-section of a rim from a profile. @return what is wrong with the file, empty when it was read
-QString readSection(const QString& path, const WheelOptions& options, Rim& rim, QStringList& warnings) {
-    KxProfile profile;
-    const QString error = readProfileFile(path, options.columns.x, options.columns.y, profile);
-    if (!error.isEmpty()) {
-        return error;
+/// The section of a rim made from a profile. Throws an Error where that cannot be.
+Rim rimOf(const CrossSection& wheel, const WheelOptions& options, std::vector<std::string>& warnings) {
+    Profile profile = detail::readSection(wheel, {});
+    std::vector<Point>& points = profile.points;
+    points.erase(std::remove_if(points.begin(), points.end(), [](const Point& p) { return !isFinite(p); }),
+                 points.end());
+    if (points.empty()) {
+        fail(ErrorKind::Unsuitable, {{}, wheel.file, {}}, QStringLiteral("holds no points"));
     }
-    profile.points.removeIf([](const KxPointXY& p) { return !std::isfinite(p.x) || !std::isfinite(p.y); });
-    if (profile.isEmpty()) {
-        return QStringLiteral("holds no points");
-    }
-    orient(profile, options.orientation);
-    warnings += findWarnings(profile);
-    if (options.spacing > 0.0f && !spaceEvenly(profile, static_cast<double>(options.spacing))) {
-        return QStringLiteral("is too long for points every %1 mm").arg(static_cast<double>(options.spacing));
+    orient(profile, wheel.orientation);
+    warnings = findWarnings(profile);
+    if (options.spacing && !detail::spaceEvenly(points, static_cast<double>(*options.spacing))) {
+        fail(ErrorKind::Unsuitable, {{}, wheel.file, {}},
+             QStringLiteral("is too long for points every %1 mm").arg(static_cast<double>(*options.spacing)));
     }
     if (options.flangeBack) {
-        beginAt(profile, options.orientation.isMirrored ? -*options.flangeBack : *options.flangeBack);
+        beginAt(points, wheel.orientation.isMirrored ? -*options.flangeBack : *options.flangeBack);
     }
-    appendRimSection(profile, rim);
-    return {};
+    Rim rim;
+    detail::appendRimSection(points, rim);
+    return rim;
 }
 
-/// The points of a measured rim with the origin of the measured profile, which is read from the outer end inwards.
-QList<KxPointXY> sectionOf(const Rim& rim) {
-    float outermost = -std::numeric_limits<float>::infinity();
-    float lowest = std::numeric_limits<float>::infinity();
-    for (const KxPointXYZ& p : rim.points) {
-        outermost = std::max(outermost, p.x);
-        lowest = std::min(lowest, p.y);
-    }
-    QList<KxPointXY> section;
-    for (const KxPointXYZ& p : rim.points) {
-        section.append(KxPointXY(outermost - p.x, p.y - lowest));
-    }
-    return section;
+/// Where the measured profile first reaches the level that the width begins at, outside the tip of the flange.
+std::optional<float> findWidthStart(const std::vector<Point>& measured) {
+    auto p = std::min_element(measured.begin(), measured.end(), detail::isHigher);
+    p = std::find_if(p, measured.end(), [](const Point& at) { return !(at.y < kTipLevel); }); // NaN: true
+    return p == measured.end() ? std::nullopt : std::optional(p->x);
+}
+
+std::optional<float> present(float value) {
+    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+/// Measures a section; `centre` is that of the wheel.
+void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResult& result) {
+    KxMath::KxCircle circle;
+    circle.x = centre.x;
+    circle.y = centre.y;
+    KxMath::_WheelProfileValues values;
+    KxMath::KxProfile measured;
+    KxMath::METRO_calcWheelParameters(rim, circle, &values, &measured);
+    result.measures = {present(values.heightAt70), present(values.xAtLevel18), present(values.widthLevel2ToH13),
+                       present(values.heightExcess)};
+    result.section = detail::sectionOf(rim);
+    result.measured = detail::toVector(measured.points);
+    result.widthStart = findWidthStart(result.measured);
+    result.verdict = verdictOf(result.measures, limits);
 }
 
 } // namespace
 
-bool Limit::isSet() const {
-    return !std::isnan(min) || !std::isnan(max);
-}
-
-bool Limit::holds(float value) const {
-    return !isSet() || (!std::isnan(value) && !(value < min) && !(value > max)); // no limit: false for NaN
-}
-
-bool WheelResult::isMeasured() const {
-    return std::any_of(kWheelMeasures.begin(), kWheelMeasures.end(),
-                       [this](const WheelMeasure& m) { return !std::isnan(values.*m.value); });
-}
-
-WheelResult measureWheel(const QString& file, const WheelOptions& options) {
-    WheelResult result{file, {}, {}, {kNaN, kNaN, kNaN, kNaN, kNaN}, {}, {}};
+WheelResult measureRim(const std::vector<Point3>& points, const std::string& file, const WheelOptions& options) {
+    checkOptions(options);
+    WheelResult result;
+    result.file = file;
     Rim rim;
-    const bool isCloud = isSpatial(file);
-    result.error = isCloud ? readCloud(file, rim) : readSection(file, options, rim, result.warnings);
-    if (!result.error.isEmpty()) {
-        return result;
+    for (const Point3& p : points) {
+        if (isFinite(p)) {
+            rim.points.append({p.x, p.y, p.z});
+        }
     }
-    KxMath::KxCircle center;
-    center.x = isCloud ? options.circle.x : 0.0f;
-    center.y = isCloud ? options.circle.y : 0.0f;
-    KxProfile measured;
-    METRO_calcWheelParameters(rim, center, &result.values, &measured);
-    result.section = sectionOf(rim);
-    result.measured = measured.points;
+    if (rim.points.isEmpty()) {
+        result.error = "holds no points";
+        result.verdict = WheelVerdict::NotRead;
+    } else {
+        measure(rim, options.centre, options.limits, result);
+    }
     return result;
 }
 
-Verdict verdictOf(const WheelResult& result, const Limits& limits) {
-    if (!result.error.isEmpty()) {
-        return Verdict::NotRead;
+WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options) {
+    checkOptions(options);
+    WheelResult result;
+    result.file = wheel.file;
+    try {
+        if (!wheel.profile && isSpatial(wheel.file)) {
+            return measureRim(readPoints(wheel.file, FileKind::Cloud).points, wheel.file, options);
+        }
+        Rim rim = rimOf(wheel, options, result.warnings);
+        measure(rim, Point{0.0f, 0.0f}, options.limits, result);
+    } catch (const Error& error) {
+        result.error = error.reason();
+        result.verdict = WheelVerdict::NotRead;
     }
-    Verdict verdict = Verdict::NoLimits;
-    for (size_t i = 0; i < limits.size(); ++i) {
-        const float value = result.values.*kWheelMeasures[i].value;
-        if (!limits[i].isSet()) {
-            continue;
-        }
-        if (!limits[i].holds(value) && !std::isnan(value)) {
-            return Verdict::Outside;
-        }
-        if (std::isnan(value)) {
-            verdict = Verdict::NotMeasured;
-        } else if (verdict == Verdict::NoLimits) {
-            verdict = Verdict::Within;
-        }
-    }
-    return verdict;
+    return result;
 }
 
-QString verdictText(Verdict verdict) {
-    switch (verdict) {
-    case Verdict::Within:
-        return QStringLiteral("within");
-    case Verdict::Outside:
-        return QStringLiteral("outside");
-    case Verdict::NotMeasured:
-        return QStringLiteral("not measured");
-    case Verdict::NotRead:
-        return QStringLiteral("not read");
-    case Verdict::NoLimits:
-        break;
+WheelResults measureWheels(const std::vector<CrossSection>& wheels, const WheelOptions& options,
+                           const Progress& progress) {
+    checkOptions(options);
+    WheelResults results;
+    results.limits = options.limits;
+    results.version = KxMath_GetVersionString();
+    for (const CrossSection& wheel : wheels) {
+        if (progress) {
+            progress("measuring " + wheel.file,
+                     static_cast<double>(results.wheels.size()) / static_cast<double>(wheels.size()));
+        }
+        results.wheels.push_back(measureWheel(wheel, options));
     }
-    return {};
+    return results;
 }
 
-} // namespace kxtool
+} // namespace KxInspect

@@ -1,30 +1,25 @@
 // The report of a conicity calculation.
 #include "report/conicity/conicityReport.h"
 
+#include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/plotPoints.h"
-#include "tools/kxmath/console/numbers.h"
 
-#include <KxMath/KxMathVersion.h>
+#include <QtCore/QFileInfo>
 
-#include <cmath>
 #include <limits>
 
-namespace kxtool {
+namespace kxreport {
 
 namespace {
 
-using KxMath::KxPointXY;
-using KxMath::KxProfile;
-using kxreport::Axis;
-using kxreport::Cell;
-using kxreport::Page;
-using kxreport::Plot;
-using kxreport::Points;
-using kxreport::Range;
-using kxreport::Stroke;
+using KxInspect::ConicityResult;
+using KxInspect::Contact;
+using KxInspect::Point;
+using KxInspect::WheelSetPart;
 
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr const char* kWheelColour = "#1f5fa8";
 constexpr const char* kRailColour = "#555555";
 constexpr const char* kContactColour = "#d1495b";
@@ -42,20 +37,18 @@ void includeY(Range& range, const Points& points) {
     }
 }
 
-/// The contact points on the rails (index 1) or wheels (index 0).
-Points contactPoints(const std::vector<std::unique_ptr<KxProfile>>& contacts, qsizetype index) {
+Points contactPoints(const std::vector<Contact>& contacts, Point Contact::*of) {
     Points points;
-    for (const auto& pair : contacts) {
-        const KxPointXY& p = pair->points.at(index);
-        points.emplace_back(static_cast<double>(p.x), static_cast<double>(p.y));
+    for (const Contact& contact : contacts) {
+        points.push_back(toPlot(contact.*of));
     }
     return points;
 }
 
 /// One side of the track: wheel above rail, lifted for display, with the contact points.
 QString placedPlot(const QString& id, const ConicityResult& result, bool isFirst) {
-    const Points wheel = toPoints(result.placed[isFirst ? Wheel1 : Wheel2]->points);
-    const Points rail = toPoints(result.placed[isFirst ? Rail1 : Rail2]->points);
+    const Points wheel = toPoints(result.sections[isFirst ? KxInspect::Wheel1 : KxInspect::Wheel2].points);
+    const Points rail = toPoints(result.sections[isFirst ? KxInspect::Rail1 : KxInspect::Rail2].points);
     const auto& contacts = isFirst ? result.contacts1 : result.contacts2;
     Range x;
     Range y;
@@ -67,30 +60,27 @@ QString placedPlot(const QString& id, const ConicityResult& result, bool isFirst
     y = y.padded(0.05);
     constexpr int kWidth = 520;
     constexpr int kHeight = 330;
-    kxreport::makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(kHeight));
+    makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(kHeight));
     Plot plot(id, isFirst ? QStringLiteral("First side") : QStringLiteral("Second side"), kWidth, kHeight,
               {QStringLiteral("lateral position, mm"), x}, {QStringLiteral("height, mm"), y});
     plot.addLine(wheel, {kWheelColour, 1.8}, QStringLiteral("wheel"));
     plot.addLine(rail, {kRailColour, 1.8}, QStringLiteral("rail"));
-    plot.addDots(contactPoints(contacts, 0), kContactColour, 3.0, QStringLiteral("contact points"));
-    plot.addDots(contactPoints(contacts, 1), kContactColour, 3.0);
+    plot.addDots(contactPoints(contacts, &Contact::wheel), kContactColour, 3.0, QStringLiteral("contact points"));
+    plot.addDots(contactPoints(contacts, &Contact::rail), kContactColour, 3.0);
     return plot.svg();
 }
 
 /// Where the rail is touched over the displacement, as distance from the contact of the centred wheel-set.
 QString contactPlot(const ConicityResult& result) {
-    const auto& displacements = result.contactSlope1.points; // in the order of the contacts
-    const auto over = [&](const std::vector<std::unique_ptr<KxProfile>>& contacts, double direction) {
+    const auto over = [](const std::vector<Contact>& contacts) {
         Points points;
-        for (size_t i = 0; i < contacts.size(); ++i) {
-            const float from = contacts.front()->points.at(1).x;
-            points.emplace_back(static_cast<double>(displacements.at(static_cast<qsizetype>(i)).x),
-                                direction * static_cast<double>(contacts[i]->points.at(1).x - from));
+        for (const Contact& contact : contacts) {
+            points.push_back(toPlot({contact.displacement, contact.outwards}));
         }
         return points;
     };
-    const Points first = over(result.contacts1, -1.0);
-    const Points second = over(result.contacts2, 1.0);
+    const Points first = over(result.contacts1);
+    const Points second = over(result.contacts2);
     Range x;
     Range y;
     includeX(x, first);
@@ -105,7 +95,7 @@ QString contactPlot(const ConicityResult& result) {
 }
 
 QString deltaRPlot(const ConicityResult& result) {
-    const Points curve = toPoints(result.deltaR.points);
+    const Points curve = toPoints(result.deltaR);
     Range x;
     Range y;
     includeX(x, curve);
@@ -118,11 +108,10 @@ QString deltaRPlot(const ConicityResult& result) {
     return plot.svg();
 }
 
-QString conicityPlot(const ConicityResult& result, float shownAmplitude) {
+QString conicityPlot(const ConicityResult& result) {
     Points curve;
-    for (const KxPointXY& p : result.conicity.points) {
-        const double value = hasConicity(p) ? static_cast<double>(p.y) : std::numeric_limits<double>::quiet_NaN();
-        curve.emplace_back(static_cast<double>(p.x), value); // NaN interrupts the line
+    for (const Point& p : result.conicity) {
+        curve.push_back(toPlot({p.x, hasConicity(p) ? p.y : kNaN})); // NaN interrupts the line
     }
     Range x;
     Range y;
@@ -134,47 +123,49 @@ QString conicityPlot(const ConicityResult& result, float shownAmplitude) {
               {QStringLiteral("amplitude, mm"), x.padded(0.02)},
               {QStringLiteral("equivalent conicity"), y.padded(0.06)});
     plot.addLine(curve, {kWheelColour, 2.0});
-    const float value = conicityAt(result, shownAmplitude);
-    if (!std::isnan(value)) {
-        const QPointF at(static_cast<double>(shownAmplitude), static_cast<double>(value));
-        plot.addMark(at, kContactColour, 5.0,
-                     QStringLiteral("%1 at %2 mm").arg(fixedText(value, 3), fixedText(shownAmplitude, 1)));
+    if (result.shownConicity) {
+        plot.addMark(toPlot({result.shownAmplitude, *result.shownConicity}), kContactColour, 5.0,
+                     QStringLiteral("%1 at %2 mm")
+                         .arg(fixedText(*result.shownConicity, 3), fixedText(result.shownAmplitude, 1)));
     }
     return plot.svg();
 }
 
 void addTable(Page& page, const ConicityResult& result) {
     std::vector<std::vector<Cell>> rows;
-    for (int amplitude = 1; amplitude <= 10; ++amplitude) {
-        const float value = conicityAt(result, static_cast<float>(amplitude));
-        if (!std::isnan(value)) {
-            rows.push_back({{QString::number(amplitude)}, {fixedText(value, 4)}});
-        }
+    for (const Point& p : result.atWholeAmplitudes) {
+        rows.push_back({{fixedText(p.x, 0)}, {fixedText(p.y, 4)}});
     }
     page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity")}, rows);
 }
 
+/// The name of a profile: of its file, or of its place when it came from none.
+QString sectionName(const ConicityResult& result, WheelSetPart part) {
+    const QString file = QFileInfo(QString::fromStdString(result.sections[part].file)).fileName();
+    return file.isEmpty() ? QLatin1String(nameOf(part)) : file;
+}
+
 } // namespace
 
-QString conicityReport(const WheelSet& set, const ConicityResult& result, float shownAmplitude,
-                       const QStringList& names, const QStringList& warnings) {
-    Page page(QStringLiteral("Equivalent conicity"),
-              QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
-                  .arg(names[Wheel1], names[Rail1], names[Wheel2], names[Rail2]));
-    page.facts({{QStringLiteral("conicity at %1 mm").arg(fixedText(shownAmplitude, 1)),
-                 fixedText(conicityAt(result, shownAmplitude), 3)},
-                {QStringLiteral("gauge, mm"), fixedText(set.gauge, 1)},
-                {QStringLiteral("back-to-back, mm"), fixedText(set.backToBack, 1)},
+QString conicityReport(const ConicityResult& result) {
+    const auto name = [&result](WheelSetPart part) { return sectionName(result, part); };
+    const QString shown = fixedText(result.shownAmplitude, 1);
+    Page page(QStringLiteral("Equivalent conicity"), QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
+                                                         .arg(name(KxInspect::Wheel1), name(KxInspect::Rail1),
+                                                              name(KxInspect::Wheel2), name(KxInspect::Rail2)));
+    page.facts({{QStringLiteral("conicity at %1 mm").arg(shown), fixedText(result.shownConicity.value_or(kNaN), 3)},
+                {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
+                {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
                 {QStringLiteral("radii, mm"),
-                 QStringLiteral("%1 / %2").arg(fixedText(set.radius1, 1), fixedText(set.radius2, 1))}});
-    for (const QString& warning : warnings) {
-        page.warning(warning);
+                 QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
+    for (const std::string& warning : result.warnings) {
+        page.warning(QString::fromStdString(warning));
     }
     page.heading(QStringLiteral("Conicity"));
-    page.figure(conicityPlot(result, shownAmplitude),
+    page.figure(conicityPlot(result),
                 QStringLiteral("The conicity of the pair of cones whose oscillation has the same wavelength, for each "
                                "amplitude of the wheel-set. The mark is the value at %1 mm.")
-                    .arg(fixedText(shownAmplitude, 1)));
+                    .arg(shown));
     addTable(page, result);
     page.heading(QStringLiteral("Contact"));
     page.figures(
@@ -189,9 +180,11 @@ QString conicityReport(const WheelSet& set, const ConicityResult& result, float 
                   {deltaRPlot(result),
                    QStringLiteral("Rolling radius of the second wheel minus that of the first. The oscillation takes "
                                   "place about the displacement at which it is 0.")}});
-    page.paragraph(QStringLiteral("Edge margin %1 mm, KxMath %2.")
-                       .arg(fixedText(set.edgeMargin, 4), QLatin1String(KxMath_GetVersionString())));
+    const QString margin = QStringLiteral("Edge margin %1 mm").arg(fixedText(result.edgeMargin, 4));
+    page.paragraph(margin + (result.version.empty()
+                                 ? QStringLiteral(".")
+                                 : QStringLiteral(", KxMath %1.").arg(QString::fromStdString(result.version))));
     return page.html();
 }
 
-} // namespace kxtool
+} // namespace kxreport

@@ -1,14 +1,14 @@
 // The report of measured wheels.
 #pragma once
 
-#include "inspect/wheel/wheelMeasurement.h"
+#include <KxInspect/Wheel.h>
 
-#include <vector>
+#include <QtCore/QString>
 
-namespace kxtool {
+namespace kxreport {
 
 /// A self-contained HTML page: the table of measures, coloured where there are limits, and a drawing of each wheel with
 /// its measures.
-QString wheelReport(const std::vector<WheelResult>& results, const Limits& limits);
+QString wheelReport(const KxInspect::WheelResults& results);
 
-} // namespace kxtool
+} // namespace kxreport

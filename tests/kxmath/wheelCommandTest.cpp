@@ -3,6 +3,8 @@
 #include "kxmath/toolRun.h"
 #include "simulator/wheelContour.h"
 
+#include <KxInspect/KxMathTypes.h>
+
 namespace {
 
 using namespace tool_test;
@@ -36,7 +38,7 @@ TEST_F(WheelCommand, MeasuresAllFormsOfWheels) {
     writePart("late.csv", 40, -1); // from 2 mm on
     // The section of a rim that stands at an angle about a wheel's centre off the origin.
     KxPointCloud<KxPointXYZ> rim;
-    kxtool::appendRimSection(wheel_, rim);
+    KxInspect::detail::appendRimSection(KxInspect::fromKxProfile(wheel_).points, rim);
     for (KxPointXYZ& p : rim.points) {
         p = KxPointXYZ(100.0f + 0.6f * p.x, p.y, 20.0f + 0.8f * p.x);
     }
@@ -104,7 +106,7 @@ TEST_F(WheelCommand, Refuses) {
         {{"words.whl"}, 3, "holds no points"},
         {{"cut.bin"}, 3, "no whole cloud section"},
         {{"far.csv", "--spacing", "0.1"}, 3, "too long"},
-        {{}, 2, "no file"},
+        {{}, 2, "1 or more files needed, got 0"},
         {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},
         {{"wheel.csv", "--centre", "1"}, 2, "--centre"},
         {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},

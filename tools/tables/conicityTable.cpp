@@ -1,41 +1,28 @@
 // Prints how far the conicity of cones comes out from their slope, over the edge margin and the amplitude.
-#include "inspect/fitting/lookUp.h"
 #include "shapes/crossSections.h"
 
-#include <KxMath/KxConicity.h>
+#include <KxInspect/Conicity.h>
+#include <KxInspect/KxMathTypes.h>
 
-#include <cmath>
 #include <cstdio>
-#include <vector>
 
 namespace {
 
-using KxMath::KxProfile;
-
-/// The conicity curve of a wheel-set of cones on round rails.
-void calculate(float slope, float edgeMargin, KxProfile& conicity) {
-    KxProfile wheel;
-    KxProfile rail;
+/// The conicity of a wheel-set of cones on round rails.
+KxInspect::ConicityResult calculate(float slope, float edgeMargin) {
+    KxMath::KxProfile wheel;
+    KxMath::KxProfile rail;
     kxtool::appendConicalWheel(wheel, slope);
     kxtool::appendRoundRail(rail, 80.0f);
-    constexpr size_t kRoom = 20000;
-    std::vector<KxProfile*> contacts1(kRoom);
-    std::vector<KxProfile*> contacts2(kRoom);
-    KxProfile* placed[4] = {};
-    int count1 = 0;
-    int count2 = 0;
-    KxProfile deltaR;
-    KxProfile slope1;
-    KxProfile slope2;
-    KxMath::EquivalentConicity(wheel, wheel, rail, rail, 460.0f, 460.0f, 1442.0f, 1360.0f, 1000, conicity, deltaR,
-                               slope1, slope2, placed, contacts1.data(), count1, contacts2.data(), count2, edgeMargin);
-    for (size_t i = 0; i < static_cast<size_t>(count1); ++i) {
-        delete contacts1[i];
-        delete contacts2[i];
+    KxInspect::ConicityInput input;
+    for (const auto part : {KxInspect::Wheel1, KxInspect::Rail1, KxInspect::Wheel2, KxInspect::Rail2}) {
+        input.sections[part].profile = KxInspect::fromKxProfile(isWheel(part) ? wheel : rail);
     }
-    for (KxProfile* const profile : placed) {
-        delete profile;
-    }
+    input.gauge = 1442.0f;
+    input.gaugeDepth = 0.0f;
+    input.amplitudes = 1000;
+    input.edgeMargin = edgeMargin;
+    return measureConicity(input);
 }
 
 } // namespace
@@ -49,14 +36,15 @@ int main() {
     std::printf("\n| --- | --- | --- | --- | --- | --- | --- |\n");
     for (const float slope : {0.025f, 0.05f, 0.1f, 0.2f, 0.4f}) {
         for (const float margin : {0.0001f, 0.001f, 0.01f, 0.1f}) {
-            KxProfile conicity;
-            calculate(slope, margin, conicity);
+            const KxInspect::ConicityResult result = calculate(slope, margin);
             std::printf("| %g | %g |", static_cast<double>(slope), static_cast<double>(margin));
             for (const float amplitude : kAmplitudes) {
                 const double expected = static_cast<double>(slope);
-                const double value = KxInspect::detail::valueAt(conicity, static_cast<double>(amplitude));
-                const double error = (value - expected) / expected * 100.0;
-                std::isnan(error) ? std::printf(" - |") : std::printf(" %+.2f %% |", error);
+                if (const auto value = conicityAt(result, amplitude)) {
+                    std::printf(" %+.2f %% |", (static_cast<double>(*value) - expected) / expected * 100.0);
+                } else {
+                    std::printf(" - |");
+                }
             }
             std::printf("\n");
         }

@@ -1,16 +1,12 @@
 // Prints how far the measures of an S1002 wheel come out from those of its closed form, over the spacing of the points.
-#include "inspect/wheel/rimSection.h"
 #include "simulator/wheelContour.h"
 
-#include <KxMath/KxMetro.h>
+#include <KxInspect/Wheel.h>
 
 #include <cmath>
 #include <cstdio>
 
 namespace {
-
-using KxMath::KxPointXY;
-using KxMath::KxProfile;
 
 constexpr double kFlangeHeight = 28.0; // over the tape circle
 constexpr double kTip = -55.0; // from the tape circle
@@ -38,27 +34,25 @@ Measures closedForm() {
     return {height, flankAt(18.0), flankAt(height - 13.0) - flankAt(2.0)};
 }
 
-KxProfile wheel(double step) {
-    KxProfile profile;
+KxInspect::Profile wheel(double step) {
+    KxInspect::Profile profile;
     const int steps = static_cast<int>(std::lround((kxsim::kRimWidth - 5.0) / step)); // up to the chamfer
     for (int i = 0; i <= steps; ++i) {
         const double x = i * step;
-        profile.points.append(
-            KxPointXY(static_cast<float>(x), static_cast<float>(kxsim::s1002Height(x - kxsim::kTapeCircle))));
+        profile.points.push_back(
+            {static_cast<float>(x), static_cast<float>(kxsim::s1002Height(x - kxsim::kTapeCircle))});
     }
     return profile;
 }
 
-Measures measure(const KxProfile& profile) {
-    KxMath::KxPointCloud<KxMath::KxPointXYZ> rim;
-    kxtool::appendRimSection(profile, rim);
-    KxMath::KxCircle center;
-    center.x = 0.0f;
-    center.y = 0.0f;
-    KxMath::_WheelProfileValues values;
-    KxMath::METRO_calcWheelParameters(rim, center, &values, nullptr);
-    return {static_cast<double>(values.heightAt70), static_cast<double>(values.xAtLevel18),
-            static_cast<double>(values.widthLevel2ToH13)};
+Measures measure(const KxInspect::Profile& profile, const KxInspect::WheelOptions& options = {}) {
+    KxInspect::CrossSection section;
+    section.profile = profile;
+    const KxInspect::WheelMeasures m = measureWheel(section, options).measures;
+    const auto value = [](const std::optional<float>& found) {
+        return found ? static_cast<double>(*found) : std::nan("");
+    };
+    return {value(m.heightAt70), value(m.xAtLevel18), value(m.widthLevel2ToH13)};
 }
 
 void printErrors(const char* how, double spacing, const Measures& measured) {
@@ -81,9 +75,9 @@ int main() {
     }
     for (const double spacing : kSpacings) {
         constexpr double kFine = 0.005;
-        KxProfile profile = wheel(kFine);
-        kxtool::spaceEvenly(profile, spacing);
-        printErrors("along the profile", spacing, measure(profile));
+        KxInspect::WheelOptions options;
+        options.spacing = static_cast<float>(spacing);
+        printErrors("along the profile", spacing, measure(wheel(kFine), options));
     }
     return 0;
 }

@@ -1,0 +1,126 @@
+// The equivalent conicity of a wheel-set on its track, from four measured profiles.
+#pragma once
+
+#include "CrossSection.h"
+#include "Export.h"
+#include "Json.h"
+#include "Profile.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KxInspect {
+
+/// The four profiles as indices: the first wheel, the rail under it, the second wheel, on the side of positive
+/// displacements, and its rail.
+enum WheelSetPart : std::size_t { Wheel1, Rail1, Wheel2, Rail2 };
+
+template <typename T>
+using PerWheelSetPart = std::array<T, 4>;
+
+/// "wheel1", "rail1", "wheel2", "rail2".
+KXINSPECT_EXPORT const char* nameOf(WheelSetPart part);
+
+inline bool isWheel(WheelSetPart part) {
+    return part == Wheel1 || part == Wheel2;
+}
+
+/// @{ The least and the largest value of an input.
+inline constexpr std::array<double, 2> kTrackDistances = {100.0, 10000.0};
+inline constexpr std::array<double, 2> kGaugeDepths = {0.0, 100.0};
+inline constexpr std::array<double, 2> kWheelRadii = {10.0, 10000.0};
+inline constexpr std::array<double, 2> kAmplitudeCounts = {1.0, 100000.0};
+inline constexpr std::array<double, 2> kShownAmplitudes = {0.0, 100.0};
+inline constexpr std::array<double, 2> kEdgeMargins = {0.0, 1.0};
+/// @}
+
+/// What the conicity is calculated from, lengths in mm.
+struct ConicityInput {
+    PerWheelSetPart<CrossSection> sections = {};
+    float gauge = 1435.0f; ///< distance of the rails, `gaugeDepth` below their tops
+    float gaugeDepth = 14.0f; ///< 0: the gauge is the distance of the ends of the profiles on their gauge sides
+    float backToBack = 1360.0f; ///< distance of the flange backs, which are the beginnings of the wheels' profiles
+    float radius1 = 460.0f; ///< rolling radius of the first wheel; only the difference of the two counts
+    float radius2 = 460.0f; ///< that of the second wheel
+    unsigned int amplitudes = 100; ///< about how many are calculated, from 1 mm on
+    float edgeMargin = 0.001f; ///< distance from the turning points at which the integration ends
+    float shownAmplitude = 3.0f; ///< the amplitude whose conicity is wanted in particular
+};
+
+/// Where a wheel touches its rail, lengths in mm, in the coordinates of the placed profiles.
+struct Contact {
+    float displacement = 0.0f; ///< of the wheel-set, towards the second side
+    float slope = 0.0f; ///< of the wheel at its contact point
+    Point wheel = {}; ///< the contact point of the wheel
+    Point rail = {}; ///< that of the rail
+    float outwards = 0.0f; ///< from the contact point of the centred wheel-set to that of the rail, positive outwards
+};
+
+/// What became of a profile.
+struct PlacedSection {
+    std::string file = {}; ///< as in the input
+    std::optional<int> dropped = {}; ///< points that were missing or stood behind others
+    std::optional<bool> isCut = {}; ///< of rails: cut at the gauge depth; false: it does not reach down so far
+    /// Points every 0.1 mm on the track, y up, each side with an origin of its own. As prepared where the profiles
+    /// could not be placed.
+    std::vector<Point> points = {};
+};
+
+/// The equivalent conicity, with everything that any output shows. `dropped`, `isCut`, `points` and contacts are empty
+/// in a result that was read from JSON without pictures.
+struct ConicityResult {
+    PerWheelSetPart<PlacedSection> sections = {};
+    /// @{ As in the input.
+    float gauge = 0.0f;
+    float backToBack = 0.0f;
+    float radius1 = 0.0f;
+    float radius2 = 0.0f;
+    float edgeMargin = 0.0f;
+    float shownAmplitude = 0.0f;
+    /// @}
+
+    /// Why there is no conicity, a sentence; empty when there is one.
+    std::string reason = {};
+    /// (amplitude, conicity), mm and 1, ascending. See hasConicity(): not every amplitude has one.
+    std::vector<Point> conicity = {};
+    /// The conicity at `shownAmplitude`; nothing when the curve does not reach it or has none there.
+    std::optional<float> shownConicity = {};
+    /// (amplitude, conicity) at 1, 2, ... 10 mm, without those that the curve does not reach or has none at.
+    std::vector<Point> atWholeAmplitudes = {};
+    /// (displacement, rolling radius of the second wheel minus that of the first), mm, ascending.
+    std::vector<Point> deltaR = {};
+    /// The contacts of each side in the order of the search: at the displacements 0, -0.1, -0.2, ..., then 0.1, 0.2,
+    /// ...
+    std::vector<Contact> contacts1 = {};
+    std::vector<Contact> contacts2 = {};
+    /// What in the input contradicts the method, and what limits the meaning of the result, a sentence each.
+    std::vector<std::string> warnings = {};
+    std::string version = {}; ///< of KxMath that calculated; empty in a result read from JSON without pictures
+
+    bool isCalculated() const { return reason.empty(); }
+};
+
+/// Reads and prepares the profiles and calculates the conicity. Where nothing can be calculated the result says so in
+/// `reason`, and its warnings often tell why. Throws an Error when a file cannot be read or holds no points, and when a
+/// number of the input is out of its range (BadArgument, with the name of the field as key).
+KXINSPECT_EXPORT ConicityResult measureConicity(const ConicityInput& input);
+
+/// Whether a point of the curve holds a conicity. Where the difference of radii is too rough for the method its y is 0,
+/// NaN or infinite.
+KXINSPECT_EXPORT bool hasConicity(const Point& p);
+
+/// The conicity at an amplitude, between two points of the curve on the straight line between them. Nothing outside the
+/// curve and where it has none.
+KXINSPECT_EXPORT std::optional<float> conicityAt(const ConicityResult& result, float amplitude);
+
+/// The result as JSON.
+KXINSPECT_EXPORT std::string toJson(const ConicityResult& result, Pictures pictures = Pictures::Left);
+
+/// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for what is no JSON, Unsuitable with
+/// the key for a value that is missing or wrong.
+KXINSPECT_EXPORT ConicityResult conicityResultFromJson(const std::string& json);
+
+} // namespace KxInspect

@@ -1,0 +1,156 @@
+// The measures of wheel profiles and what is allowed for them.
+#pragma once
+
+#include "CrossSection.h"
+#include "Export.h"
+#include "Json.h"
+#include "Profile.h"
+#include "Progress.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KxInspect {
+
+/// @{ Where a wheel is measured, mm: x is counted outwards from the flange back, heights from the tip of the flange
+/// towards the axle.
+inline constexpr float kTapeCircleX = 70.0f; ///< x of the tape circle (EN 13715, 2020)
+inline constexpr float kTipLevel = 2.0f; ///< height at which the width of the flank begins
+inline constexpr float kFlankLevel = 18.0f; ///< height at which the flank's distance from the flange back is measured
+inline constexpr float kFlankDepth = 13.0f; ///< the width of the flank ends so far above the tape circle
+/// @}
+
+/// @{ The least and the largest value of an option, mm.
+inline constexpr std::array<double, 2> kFlangeBacks = {-10000.0, 10000.0};
+inline constexpr std::array<double, 2> kSpacings = {0.01, 1.0};
+/// @}
+
+/// The measures of a wheel, mm. Nothing for one that was not found.
+struct WheelMeasures {
+    std::optional<float> heightAt70 = {}; ///< flange height h: the height on the tape circle
+    std::optional<float> xAtLevel18 = {}; ///< distance of the flank at the height 18 from the flange back
+    std::optional<float> widthLevel2ToH13 = {}; ///< distance in x on the flank from the height 2 to the height h - 13
+    std::optional<float> heightExcess = {}; ///< h - 30 when h is 29 or more, h - 28 when it is below
+};
+
+/// What is allowed for a measure, mm. A limit itself is allowed.
+struct Limit {
+    std::optional<float> min = {};
+    std::optional<float> max = {};
+
+    bool isSet() const { return min || max; }
+    /// True without a limit; false for a measure that is missing when there is one.
+    bool holds(const std::optional<float>& value) const {
+        return !isSet() || (value && !(min && *value < *min) && !(max && *value > *max));
+    }
+};
+
+struct WheelLimits {
+    Limit heightAt70 = {};
+    Limit xAtLevel18 = {};
+    Limit widthLevel2ToH13 = {};
+    Limit heightExcess = {};
+};
+
+/// A measure with its names.
+struct WheelMeasure {
+    const char* key; ///< for programs, that of JSON and CSV
+    const char* title; ///< for people
+    std::optional<float> WheelMeasures::*value;
+    Limit WheelLimits::*limit;
+};
+
+/// All measures, in the order of outputs.
+inline constexpr std::array<WheelMeasure, 4> kWheelMeasures = {{
+    {"heightAt70", "height at 70", &WheelMeasures::heightAt70, &WheelLimits::heightAt70},
+    {"xAtLevel18", "x at level 18", &WheelMeasures::xAtLevel18, &WheelLimits::xAtLevel18},
+    {"widthLevel2ToH13", "width 2 to h-13", &WheelMeasures::widthLevel2ToH13, &WheelLimits::widthLevel2ToH13},
+    {"heightExcess", "height excess", &WheelMeasures::heightExcess, &WheelLimits::heightExcess},
+}};
+
+enum class WheelVerdict {
+    NoLimits, ///< no measure has a limit
+    Within, ///< all measures with a limit keep it
+    Outside, ///< one does not
+    NotMeasured, ///< none is outside, but one with a limit was not found
+    NotRead, ///< there is no profile
+};
+
+/// "within", "outside", "not measured", "not read", empty for NoLimits.
+KXINSPECT_EXPORT const char* textOf(WheelVerdict verdict);
+
+/// How wheels are measured.
+struct WheelOptions {
+    /// x of the flange back as the profile stands in its file. What stands before is cut, and a profile that begins
+    /// later is joined to the back at the height of its first point. Nothing: the smallest x of the profile.
+    std::optional<float> flangeBack = {};
+    /// Points are put so far apart on the straight lines between those of the profile. Nothing: measured as they are.
+    std::optional<float> spacing = {};
+    Point centre = {0.0f, 0.0f}; ///< x and z of the wheel's centre, for sections in space
+    WheelLimits limits = {};
+};
+
+/// A measured wheel, with everything that any output shows. The points are empty in a result that was read from JSON
+/// without pictures.
+struct WheelResult {
+    std::string file = {};
+    std::string error = {}; ///< why there is no profile, the predicate of a sentence about the file; empty otherwise
+    std::vector<std::string> warnings = {}; ///< what contradicts the method, predicates of sentences about the profile
+    WheelMeasures measures = {};
+    WheelVerdict verdict = WheelVerdict::NoLimits;
+    /// The points that were measured, and the smooth profile from which the measures were taken: x from the flange
+    /// back, y from the tip of the flange towards the axle.
+    std::vector<Point> section = {};
+    std::vector<Point> measured = {};
+    /// Where the measured profile first reaches the height kTipLevel outside the tip, x; there the width begins.
+    std::optional<float> widthStart = {};
+
+    /// Whether any measure was found.
+    bool isMeasured() const;
+};
+
+inline bool WheelResult::isMeasured() const {
+    for (const WheelMeasure& measure : kWheelMeasures) {
+        if (measures.*measure.value) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Measures a wheel. A file is a profile, or holds the section of a rim in space (a 3-D cloud section), which
+/// measureRim() measures. What is wrong with the profile stands in the result; an Error is thrown only for options that
+/// are out of range (BadArgument, with the name of the field as key).
+KXINSPECT_EXPORT WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options = {});
+
+/// Measures the section of a rim in space: y is the height, and x and z are turned about the centre until the section
+/// lies along x, its outer end at the flange back. `flangeBack` and `spacing` are not used; points that are not finite
+/// are left out.
+/// @param file only the name in the result
+KXINSPECT_EXPORT WheelResult measureRim(const std::vector<Point3>& points, const std::string& file = {},
+                                        const WheelOptions& options = {});
+
+/// Wheels that were measured with the same options.
+struct WheelResults {
+    std::vector<WheelResult> wheels = {};
+    WheelLimits limits = {};
+    std::string version = {}; ///< of KxMath that measured; empty in results read from JSON without pictures
+};
+
+/// Measures wheels one after the other, each as measureWheel().
+KXINSPECT_EXPORT WheelResults measureWheels(const std::vector<CrossSection>& wheels, const WheelOptions& options = {},
+                                            const Progress& progress = {});
+
+/// What limits say about measures that were read: any but NotRead.
+KXINSPECT_EXPORT WheelVerdict verdictOf(const WheelMeasures& measures, const WheelLimits& limits);
+
+/// The results as JSON.
+KXINSPECT_EXPORT std::string toJson(const WheelResults& results, Pictures pictures = Pictures::Left);
+
+/// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for what is no JSON, Unsuitable with
+/// the key for a value that is missing or wrong.
+KXINSPECT_EXPORT WheelResults wheelResultsFromJson(const std::string& json);
+
+} // namespace KxInspect

@@ -1,0 +1,109 @@
+// The calculation with prepared profiles.
+#include "inspect/conicity/calculation.h"
+
+#include "inspect/base/points.h"
+#include "inspect/fitting/lookUp.h"
+
+#include <KxInspect/KxMathTypes.h>
+#include <KxMath/KxConicity.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace KxInspect::detail {
+
+namespace {
+
+using KxMath::KxProfile;
+
+/// An array that the core fills with new profiles, which belong to it.
+class HandedOut {
+public:
+    explicit HandedOut(std::size_t size) : profiles_(size) {}
+    HandedOut(const HandedOut&) = delete;
+    HandedOut& operator=(const HandedOut&) = delete;
+    ~HandedOut() { std::for_each(profiles_.begin(), profiles_.end(), std::default_delete<KxProfile>()); }
+
+    KxProfile** data() { return profiles_.data(); }
+    const KxProfile* operator[](std::size_t i) const { return profiles_[i]; }
+
+private:
+    std::vector<KxProfile*> profiles_;
+};
+
+/// Enough for the displacements of profiles as wide as kMaxSectionWidth.
+constexpr std::size_t kMostContacts = 20000;
+
+/// What the core hands out for one side.
+struct Side {
+    KxProfile slope;
+    HandedOut contacts{kMostContacts};
+    int count = 0;
+};
+
+Point toPoint(const KxMath::KxPointXY& p) {
+    return {p.x, p.y};
+}
+
+/// @param outwards the direction of x that leads outwards on this side
+std::vector<Contact> contactsOf(const Side& side, float outwards) {
+    std::vector<Contact> contacts;
+    for (int i = 0; i < side.count; ++i) {
+        const auto& pair = side.contacts[static_cast<std::size_t>(i)]->points; // of the wheel and of the rail
+        const KxMath::KxPointXY slope = side.slope.points.at(i);
+        const Point rail = toPoint(pair.at(1));
+        const float first = contacts.empty() ? rail.x : contacts.front().rail.x;
+        contacts.push_back({slope.x, slope.y, toPoint(pair.at(0)), rail, outwards * (rail.x - first)});
+    }
+    return contacts;
+}
+
+const char* reasonOf(const ConicityResult& result) {
+    return !result.conicity.empty() ? "" : "no conicity can be calculated from these profiles";
+}
+
+} // namespace
+
+void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& input, ConicityResult& result) {
+    const auto section = [&sections](WheelSetPart part) { return toKxProfile(sections[part]); };
+    KxProfile conicity;
+    KxProfile deltaR;
+    HandedOut placed(sections.size());
+    Side first;
+    Side second;
+    KxMath::EquivalentConicity(section(Wheel1), section(Wheel2), section(Rail1), section(Rail2), input.radius1,
+                               input.radius2, input.gauge, input.backToBack, input.amplitudes, conicity, deltaR,
+                               first.slope, second.slope, placed.data(), first.contacts.data(), first.count,
+                               second.contacts.data(), second.count, input.edgeMargin);
+    for (std::size_t part = 0; part < sections.size(); ++part) {
+        if (placed[part] != nullptr) {
+            assign(placed[part]->points, result.sections[part].points);
+        }
+    }
+    assign(conicity.points, result.conicity);
+    assign(deltaR.points, result.deltaR);
+    result.contacts1 = contactsOf(first, -1.0f);
+    result.contacts2 = contactsOf(second, 1.0f);
+    result.reason = reasonOf(result);
+    lookUpAmplitudes(result);
+}
+
+std::optional<float> conicityAt(const std::vector<Point>& curve, float amplitude) {
+    const Point p{amplitude, static_cast<float>(valueAt(curve, static_cast<double>(amplitude)))};
+    return hasConicity(p) ? std::optional(p.y) : std::nullopt;
+}
+
+void lookUpAmplitudes(ConicityResult& result) {
+    constexpr int kLast = 10;
+    result.shownConicity = conicityAt(result.conicity, result.shownAmplitude);
+    result.atWholeAmplitudes.clear();
+    for (int amplitude = 1; amplitude <= kLast; ++amplitude) {
+        const auto x = static_cast<float>(amplitude);
+        if (const auto value = conicityAt(result.conicity, x)) {
+            result.atWholeAmplitudes.push_back({x, *value});
+        }
+    }
+}
+
+} // namespace KxInspect::detail

@@ -1,0 +1,93 @@
+// The equivalent conicity from measured profiles: reading, preparing, calculating, judging.
+#include "inspect/base/ranges.h"
+#include "inspect/conicity/calculation.h"
+#include "inspect/conicity/warnings.h"
+#include "inspect/sections/sectionReader.h"
+
+#include <KxMath/KxMathVersion.h>
+
+#include <cmath>
+
+namespace KxInspect {
+
+namespace {
+
+using Sections = PerWheelSetPart<Profile>;
+
+void checkNumbers(const ConicityInput& input) {
+    detail::checkRange("gauge", input.gauge, kTrackDistances);
+    detail::checkRange("backToBack", input.backToBack, kTrackDistances);
+    detail::checkRange("gaugeDepth", input.gaugeDepth, kGaugeDepths);
+    detail::checkRange("radius1", input.radius1, kWheelRadii);
+    detail::checkRange("radius2", input.radius2, kWheelRadii);
+    detail::checkRange("amplitudes", static_cast<float>(input.amplitudes), kAmplitudeCounts);
+    detail::checkRange("edgeMargin", input.edgeMargin, kEdgeMargins);
+    detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
+}
+
+/// Prepares a profile. @return what was dropped and cut, with the name of its file
+PlacedSection prepare(Profile& profile, WheelSetPart part, const ConicityInput& input,
+                      std::vector<std::string>& warnings) {
+    PlacedSection result;
+    result.file = input.sections[part].file;
+    orient(profile, input.sections[part].orientation);
+    const int dropped = keepRunningSurface(profile, isWheel(part) ? SectionKind::Wheel : SectionKind::Rail);
+    result.dropped = dropped;
+    if (dropped > 0) {
+        warnings.push_back(std::string(nameOf(part)) + ": " + std::to_string(dropped) +
+                           " points that are missing or stand behind others were dropped");
+    }
+    if (!isWheel(part) && input.gaugeDepth > 0.0f) {
+        result.isCut = cutAtGaugeDepth(profile, input.gaugeDepth);
+        if (!*result.isCut) {
+            warnings.push_back(std::string(nameOf(part)) + " does not reach down to the gauge depth on its gauge "
+                                                           "side: its end is taken as gauge point");
+        }
+    }
+    if (dropped > 0) {
+        straighten(profile);
+    }
+    return result;
+}
+
+void append(std::vector<std::string>& all, const std::vector<std::string>& more) {
+    all.insert(all.end(), more.begin(), more.end());
+}
+
+} // namespace
+
+const char* nameOf(WheelSetPart part) {
+    constexpr PerWheelSetPart<const char*> kNames = {"wheel1", "rail1", "wheel2", "rail2"};
+    return kNames[part];
+}
+
+ConicityResult measureConicity(const ConicityInput& input) {
+    checkNumbers(input);
+    ConicityResult result;
+    result.gauge = input.gauge;
+    result.backToBack = input.backToBack;
+    result.radius1 = input.radius1;
+    result.radius2 = input.radius2;
+    result.edgeMargin = input.edgeMargin;
+    result.shownAmplitude = input.shownAmplitude;
+    Sections sections;
+    for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
+        sections[part] = detail::readSection(input.sections[part], nameOf(part));
+        result.sections[part] = prepare(sections[part], part, input, result.warnings);
+    }
+    append(result.warnings, detail::findContradictions(sections, input));
+    detail::calculate(sections, input, result);
+    append(result.warnings, detail::findLimits(result));
+    result.version = KxMath_GetVersionString();
+    return result;
+}
+
+bool hasConicity(const Point& p) {
+    return p.y > 0.0f && !std::isinf(p.y); // NaN: false
+}
+
+std::optional<float> conicityAt(const ConicityResult& result, float amplitude) {
+    return detail::conicityAt(result.conicity, amplitude);
+}
+
+} // namespace KxInspect

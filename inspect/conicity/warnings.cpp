@@ -1,0 +1,87 @@
+// What contradicts the method, and what limits the meaning of a result.
+#include "inspect/conicity/warnings.h"
+
+#include "inspect/sections/plausibility.h"
+#include "inspect/sections/runningSurface.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace KxInspect::detail {
+
+namespace {
+
+/// What contradicts the method in one profile, predicates of sentences.
+std::vector<QString> contradictionsOf(const std::vector<Point>& section, bool isWheel, float gaugeDepth) {
+    std::vector<QString> found = {fewPoints(section.size())};
+    if (const float width = widthOf(section); !(width <= kMaxSectionWidth)) { // NaN: true
+        found.push_back(QStringLiteral("is %1 mm wide, more than the %2 mm that are calculated with")
+                            .arg(static_cast<double>(width))
+                            .arg(static_cast<double>(kMaxSectionWidth)));
+    }
+    found.push_back(isWheel ? wheelContradiction(section) : railContradiction(section, gaugeDepth));
+    return found;
+}
+
+/// Whether `distance` is a multiple of `step` within a hundredth of a millimetre.
+bool isMultiple(float distance, float step) {
+    return std::abs(distance - std::round(distance / step) * step) < 0.01f;
+}
+
+std::string jumpWarning(const Point& from, float jump) {
+    return QStringLiteral("the difference of radii jumps by %1 mm at the displacement %2 mm")
+        .arg(static_cast<double>(jump), 0, 'f', 2)
+        .arg(static_cast<double>(from.x), 0, 'f', 1)
+        .toStdString();
+}
+
+} // namespace
+
+std::vector<std::string> findContradictions(const PerWheelSetPart<Profile>& sections, const ConicityInput& input) {
+    std::vector<std::string> found;
+    for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
+        for (const QString& predicate : contradictionsOf(sections[part].points, isWheel(part), input.gaugeDepth)) {
+            if (!predicate.isEmpty()) {
+                found.push_back(std::string(nameOf(part)) + " " + predicate.toStdString());
+            }
+        }
+    }
+    constexpr float kGrid = 0.2f;
+    if (!isMultiple(input.gauge - input.backToBack, kGrid)) {
+        found.emplace_back(
+            "gauge minus back-to-back distance is no multiple of 0.2 mm: the wheels are lined up with the "
+            "rails to the next 0.1 mm");
+    }
+    return found;
+}
+
+std::vector<std::string> findLimits(const ConicityResult& result) {
+    std::vector<std::string> found;
+    const std::vector<Point>& curve = result.conicity;
+    const float end = curve.empty() ? 0.0f : curve.back().x;
+    if (curve.empty() || end < result.shownAmplitude) {
+        found.push_back(QStringLiteral("the amplitude of %1 mm is not reached: the curve ends at %2 mm")
+                            .arg(static_cast<double>(result.shownAmplitude))
+                            .arg(static_cast<double>(end), 0, 'f', 2)
+                            .toStdString());
+    }
+    const auto with = std::count_if(curve.begin(), curve.end(), hasConicity);
+    if (const auto all = static_cast<std::ptrdiff_t>(curve.size()); with < all) {
+        found.push_back(QStringLiteral("%1 of %2 amplitudes have no conicity: the difference of radii is too rough "
+                                       "there for the method")
+                            .arg(all - with)
+                            .arg(all)
+                            .toStdString());
+    }
+    constexpr float kJump = 0.5f; // mm between neighbours 0.1 mm apart
+    for (std::size_t i = 0; i + 1 < result.deltaR.size(); ++i) {
+        const Point& from = result.deltaR[i];
+        const float jump = result.deltaR[i + 1].y - from.y;
+        if (std::abs(jump) > kJump && std::abs(from.x) <= result.shownAmplitude) {
+            found.push_back(jumpWarning(from, jump));
+        }
+    }
+    return found;
+}
+
+} // namespace KxInspect::detail

@@ -1,0 +1,115 @@
+// Measured wheels as JSON.
+#include "inspect/results/json.h"
+
+#include <KxInspect/Wheel.h>
+
+namespace KxInspect {
+
+namespace {
+
+using detail::jsonNumber;
+using detail::JsonValue;
+
+constexpr WheelVerdict kVerdicts[] = {WheelVerdict::NoLimits, WheelVerdict::Within, WheelVerdict::Outside,
+                                      WheelVerdict::NotMeasured, WheelVerdict::NotRead};
+
+QJsonObject wheelObject(const WheelResult& wheel) {
+    QJsonObject object = {{QStringLiteral("file"), QString::fromStdString(wheel.file)}};
+    if (!wheel.error.empty()) {
+        object[QStringLiteral("error")] = QString::fromStdString(wheel.error);
+        return object;
+    }
+    for (const WheelMeasure& measure : kWheelMeasures) {
+        object[QLatin1String(measure.key)] = jsonNumber(wheel.measures.*measure.value);
+    }
+    const QString verdict = QLatin1String(textOf(wheel.verdict));
+    object[QStringLiteral("verdict")] = verdict.isEmpty() ? QJsonValue() : QJsonValue(verdict);
+    object[QStringLiteral("warnings")] = detail::jsonList(wheel.warnings);
+    return object;
+}
+
+QJsonObject pictureOf(const WheelResult& wheel) {
+    return {{QStringLiteral("section"), detail::jsonPoints(wheel.section)},
+            {QStringLiteral("measured"), detail::jsonPoints(wheel.measured)},
+            {QStringLiteral("widthStart"), jsonNumber(wheel.widthStart)}};
+}
+
+WheelVerdict readVerdict(const JsonValue& value) {
+    const std::string text = value.textOrNull();
+    for (const WheelVerdict verdict : kVerdicts) {
+        if (text == textOf(verdict)) {
+            return verdict;
+        }
+    }
+    value.failAsNo("verdict");
+}
+
+WheelResult readWheel(const JsonValue& object) {
+    WheelResult wheel;
+    wheel.file = object["file"].text();
+    if (object.has("error")) {
+        wheel.error = object["error"].text();
+        wheel.verdict = WheelVerdict::NotRead;
+        return wheel;
+    }
+    for (const WheelMeasure& measure : kWheelMeasures) {
+        wheel.measures.*measure.value = object[measure.key].numberIfPresent();
+    }
+    wheel.verdict = readVerdict(object["verdict"]);
+    wheel.warnings = object["warnings"].texts();
+    return wheel;
+}
+
+void readPictures(const JsonValue& value, std::vector<WheelResult>& wheels) {
+    const std::vector<JsonValue> pictures = value.list();
+    if (pictures.size() != wheels.size()) {
+        value.failAsNo("picture of each wheel");
+    }
+    for (std::size_t i = 0; i < wheels.size(); ++i) {
+        wheels[i].section = pictures[i]["section"].points();
+        wheels[i].measured = pictures[i]["measured"].points();
+        wheels[i].widthStart = pictures[i]["widthStart"].numberIfPresent();
+    }
+}
+
+} // namespace
+
+std::string toJson(const WheelResults& results, Pictures pictures) {
+    QJsonArray wheels;
+    QJsonArray drawn;
+    for (const WheelResult& wheel : results.wheels) {
+        wheels.append(wheelObject(wheel));
+        drawn.append(pictureOf(wheel));
+    }
+    QJsonObject limits;
+    for (const WheelMeasure& measure : kWheelMeasures) {
+        const Limit& limit = results.limits.*measure.limit;
+        limits[QLatin1String(measure.key)] =
+            QJsonObject{{QStringLiteral("min"), jsonNumber(limit.min)}, {QStringLiteral("max"), jsonNumber(limit.max)}};
+    }
+    QJsonObject root = {{QStringLiteral("wheels"), wheels}, {QStringLiteral("limits"), limits}};
+    if (pictures == Pictures::Included) {
+        root[QStringLiteral("pictures")] = QJsonObject{
+            {QStringLiteral("wheels"), drawn}, {QStringLiteral("version"), QString::fromStdString(results.version)}};
+    }
+    return detail::jsonText(root);
+}
+
+WheelResults wheelResultsFromJson(const std::string& json) {
+    const JsonValue root = JsonValue::parse(json);
+    WheelResults results;
+    for (const JsonValue& wheel : root["wheels"].list()) {
+        results.wheels.push_back(readWheel(wheel));
+    }
+    for (const WheelMeasure& measure : kWheelMeasures) {
+        const JsonValue limit = root["limits"][measure.key];
+        results.limits.*measure.limit = {limit["min"].numberIfPresent(), limit["max"].numberIfPresent()};
+    }
+    if (root.has("pictures")) {
+        readPictures(root["pictures"]["wheels"], results.wheels);
+        results.version = root["pictures"]["version"].text();
+    }
+    return results;
+}
+
+} // namespace KxInspect

@@ -1,0 +1,117 @@
+// The options of kxmath conicity.
+#include "tools/kxmath/conicity/conicityOptions.h"
+
+#include "tools/kxmath/console/profileOptions.h"
+
+namespace kxtool {
+
+namespace {
+
+using KxInspect::ConicityInput;
+using KxInspect::Orientation;
+using KxInspect::WheelSetPart;
+
+constexpr WheelSetPart kParts[] = {KxInspect::Wheel1, KxInspect::Rail1, KxInspect::Wheel2, KxInspect::Rail2};
+
+const char* const kDescription =
+    "Calculates the equivalent conicity of a wheel-set on a track from the cross-sections of two wheels and two "
+    "rails.\n"
+    "\n"
+    "Profiles are 2-D cloud sections, profile records, CSV with semicolons, or the text forms of contact profile "
+    "gauges\n"
+    "(.whl, .ban, .prw, .prr: header lines, then two or more columns), lengths in mm. x is counted outwards, from the\n"
+    "flange back of a wheel and from the gauge side of a rail, and y down; --up and --mirror turn those that stand\n"
+    "otherwise. Left and right look alike.\n"
+    "\n"
+    "The gauge G is the distance of the rails 14 mm below their tops; each rail is cut there on its gauge side.\n"
+    "The back-to-back distance B is that of the flange backs:\n"
+    "\n"
+    "      wheel 1        |<------------ B ------------>|        wheel 2\n"
+    "    __________  __   |                             |   __  __________\n"
+    "              \\/  \\__|                             |__/  \\/\n"
+    "     ______       |                                   |       ______\n"
+    "    |      |      |<--------------- G --------------->|      |      |\n"
+    "     rail 1                                                   rail 2\n"
+    "\n"
+    "Exit codes: 0 done, 1 no conicity can be calculated from these profiles, 2 wrong use, 3 a profile is unreadable "
+    "or\n"
+    "damaged, 4 an output could not be written.";
+
+/// Sets a flag of the orientation of the profiles that an option lists: "wheels", "rails", or single ones.
+void readParts(const Options& options, const char* option, ConicityInput& input, bool Orientation::*flag) {
+    for (const QString& entry : options.text(option).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        bool isKnown = false;
+        for (const WheelSetPart part : kParts) {
+            const char* const group = isWheel(part) ? "wheels" : "rails";
+            if (entry == QLatin1String(nameOf(part)) || entry == QLatin1String(group)) {
+                input.sections[part].orientation.*flag = true;
+                isKnown = true;
+            }
+        }
+        if (!isKnown) {
+            options.failNeed(QStringLiteral("--") + QLatin1String(option),
+                             QStringLiteral("names out of wheels, rails, wheel1, wheel2, rail1, rail2"), entry);
+        }
+    }
+}
+
+} // namespace
+
+ConicityOptions::ConicityOptions()
+    : Options("conicity",
+              "--wheel1 FILE --wheel2 FILE --rail1 FILE --rail2 FILE\n"
+              "                       --gauge MM --back-to-back MM [options]",
+              QLatin1String(kDescription)) {
+    const auto add = [&](const char* name, const char* help, const char* value, const char* byDefault = "") {
+        addOption(name, QLatin1String(help), value, QLatin1String(byDefault));
+    };
+    add("wheel1", "Profile of the first wheel.", "file");
+    add("wheel2", "Profile of the second wheel, on the side of positive displacements.", "file");
+    add("rail1", "Profile of the rail under the first wheel.", "file");
+    add("rail2", "Profile of the rail under the second wheel.", "file");
+    add("gauge", "Distance of the rails at the gauge depth, mm.", "mm");
+    add("back-to-back", "Distance of the flange backs, mm.", "mm");
+    add("gauge-depth", "Height below the rail's top at which the gauge is measured; 0: at the end of the profile.",
+        "mm", "14");
+    add("radius1", "Rolling radius of the first wheel, mm; only the difference to the second one counts.", "mm", "460");
+    add("radius2", "Rolling radius of the second wheel, mm.", "mm", "460");
+    add("amplitudes", "About how many amplitudes from 1 mm on are calculated.", "count", "100");
+    add("edge-margin", "Distance from the turning points at which the integration ends, mm.", "mm", "0.001");
+    add("amplitude", "The amplitude whose value is told first, mm.", "mm", "3");
+    add("up", "Profiles with y pointing up: wheels, rails, wheel1, ..., separated by commas.", "list");
+    add("mirror", "Profiles with x pointing inwards, likewise.", "list");
+    addColumnsOption(*this);
+    add("json", "Write the results as JSON; - is the standard output.", "file");
+    add("csv", "Write the curve as CSV (amplitude;conicity); - is the standard output.", "file");
+    add("report", "Write a report with plots, one HTML file.", "file");
+}
+
+ConicityInput ConicityOptions::input() const {
+    const auto numberIn = [this](const char* name, const std::array<double, 2>& range) {
+        return number(name, {range[0], range[1]});
+    };
+    ConicityInput input;
+    for (const WheelSetPart part : kParts) {
+        input.sections[part].file = needed(nameOf(part)).toStdString();
+    }
+    for (const char* const name : {"gauge", "back-to-back"}) {
+        needed(name);
+    }
+    arguments("unnamed arguments", 0, 0);
+    input.gauge = numberIn("gauge", KxInspect::kTrackDistances);
+    input.backToBack = numberIn("back-to-back", KxInspect::kTrackDistances);
+    input.gaugeDepth = numberIn("gauge-depth", KxInspect::kGaugeDepths);
+    input.radius1 = numberIn("radius1", KxInspect::kWheelRadii);
+    input.radius2 = numberIn("radius2", KxInspect::kWheelRadii);
+    input.amplitudes = static_cast<unsigned>(numberIn("amplitudes", KxInspect::kAmplitudeCounts));
+    input.edgeMargin = numberIn("edge-margin", KxInspect::kEdgeMargins);
+    input.shownAmplitude = numberIn("amplitude", KxInspect::kShownAmplitudes);
+    readParts(*this, "up", input, &Orientation::isUp);
+    readParts(*this, "mirror", input, &Orientation::isMirrored);
+    for (KxInspect::CrossSection& section : input.sections) {
+        section.columns = columnsOption(*this);
+    }
+    return input;
+}
+
+} // namespace kxtool

@@ -1,0 +1,101 @@
+// The options of kxmath wheel.
+#include "tools/kxmath/wheel/wheelOptions.h"
+
+#include "tools/kxmath/console/profileOptions.h"
+
+namespace kxtool {
+
+namespace {
+
+using KxInspect::kWheelMeasures;
+
+/// What a measure is called in --min-... and --max-..., in the order of kWheelMeasures.
+constexpr const char* kMeasureOptions[kWheelMeasures.size()] = {"height", "thickness", "width", "excess"};
+
+const char* const kDescription =
+    "Measures the profiles of wheels. With heights counted from the tip of the flange towards the axle:\n"
+    "\n"
+    "  heightAt70        flange height h: the height 70 mm from the flange back, on the tape circle\n"
+    "  xAtLevel18        distance of the flank at the height 18 from the flange back\n"
+    "  widthLevel2ToH13  distance on the flank, across the wheel, from the height 2 to the height h - 13\n"
+    "  heightExcess      h - 30 when h is 29 or more, h - 28 when it is below\n"
+    "\n"
+    "Files are 2-D cloud sections, profile records, CSV with semicolons, or the text forms of contact profile gauges\n"
+    "(.whl, .prw: header lines, then two or more columns), lengths in mm, x outwards from the flange back and y down;\n"
+    "--up and --mirror turn what stands otherwise. 3-D cloud sections hold the cross-section of a rim: y is the "
+    "height,\n"
+    "and x and z are turned about --centre until the section lies along x, its outer end at the flange back.\n"
+    "\n"
+    "Exit codes: 0 done, 1 a wheel has no flange or tread to measure, 2 wrong use, 3 a file is unreadable or damaged,\n"
+    "4 an output could not be written. Limits do not change the exit code.";
+
+QByteArray limitOption(const char* bound, std::size_t measure) {
+    return QByteArray(bound) + '-' + kMeasureOptions[measure];
+}
+
+KxInspect::WheelLimits limitsOf(const Options& options) {
+    constexpr Bounds kLimits{-1000.0, 1000.0};
+    KxInspect::WheelLimits limits;
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        KxInspect::Limit& limit = limits.*kWheelMeasures[i].limit;
+        limit.min = options.numberIfSet(limitOption("min", i).constData(), kLimits);
+        limit.max = options.numberIfSet(limitOption("max", i).constData(), kLimits);
+        if (limit.min && limit.max && *limit.min > *limit.max) {
+            options.fail(QStringLiteral("--min-%1 is larger than --max-%1").arg(QLatin1String(kMeasureOptions[i])));
+        }
+    }
+    return limits;
+}
+
+} // namespace
+
+WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]", QLatin1String(kDescription)) {
+    const auto add = [&](const char* name, const char* help, const char* value, const char* byDefault = "") {
+        addOption(name, QLatin1String(help), value, QLatin1String(byDefault));
+    };
+    addArgument("FILE...", QStringLiteral("The wheels to measure."));
+    addFlag("up", QStringLiteral("y of the profiles points up."));
+    addFlag("mirror", QStringLiteral("x of the profiles points inwards."));
+    addColumnsOption(*this);
+    add("flange-back", "x of the flange back in profiles, which begin there, by default at their end.", "mm");
+    add("spacing",
+        "Put points so far apart on the lines between those of profiles, 0.01 to 1 mm; without, the points are "
+        "measured as they are.",
+        "mm");
+    add("centre", "Centre of the wheel in 3-D cloud sections.", "x,z", "0,0");
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        const QByteArray key = kWheelMeasures[i].key;
+        add(limitOption("min", i).constData(), ("Smallest " + key + " that is allowed.").constData(), "mm");
+        add(limitOption("max", i).constData(), ("Largest " + key + " that is allowed.").constData(), "mm");
+    }
+    add("json", "Write the measures as JSON; - is the standard output.", "file");
+    add("csv", "Write the measures as CSV; - is the standard output.", "file");
+    add("report", "Write a report with drawings, one HTML file.", "file");
+}
+
+std::vector<KxInspect::CrossSection> WheelCommandOptions::wheels() const {
+    KxInspect::CrossSection wheel;
+    wheel.orientation = {isSet("up"), isSet("mirror")};
+    wheel.columns = columnsOption(*this);
+    std::vector<KxInspect::CrossSection> result;
+    for (const QString& file : arguments("files", 1)) {
+        wheel.file = file.toStdString();
+        result.push_back(wheel);
+    }
+    return result;
+}
+
+KxInspect::WheelOptions WheelCommandOptions::measurement() const {
+    const auto ifSet = [this](const char* name, const std::array<double, 2>& range) {
+        return numberIfSet(name, {range[0], range[1]});
+    };
+    KxInspect::WheelOptions result;
+    const std::vector<float> centre = numbers("centre", 2);
+    result.centre = {centre[0], centre[1]};
+    result.limits = limitsOf(*this);
+    result.flangeBack = ifSet("flange-back", KxInspect::kFlangeBacks);
+    result.spacing = ifSet("spacing", KxInspect::kSpacings);
+    return result;
+}
+
+} // namespace kxtool
