@@ -116,7 +116,8 @@ private:
         return found;
     }
 
-    /// The first slab behind `slab` that loses the lowest point of it or gains the next higher one.
+    /// The first slab behind `slab` that loses the lowest point of it or gains the next higher one. The slabs rise, so that
+    /// both stay true for all later ones, and a bisection finds the first: a small step makes millions of slabs without points.
     int nextChange(int slab) const {
         const auto hasChanged = [&](int i) {
             return (begin_ < end_ && slabs_.low(i) > byZ_[begin_].z) ||

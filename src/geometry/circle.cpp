@@ -1,4 +1,5 @@
-// Circles and their algebraic fit.
+// Circles and their algebraic fit (I. Kasa, A circle fitting procedure and its error analysis, IEEE Trans. Instrum. Meas.
+// 25, 1976).
 #include "KxMath/KxPointCloud.h"
 #include "KxMath/KxPrimitives.h"
 

@@ -38,8 +38,9 @@ std::vector<float> chordSlopes(const KxPointXY* points, std::size_t n) {
     return slopes;
 }
 
-/// The slope at an inner knot: that of the two chords about it, each weighted by how little the slope changes on the
-/// other side; where it changes on neither side, weighted by their widths.
+/// The slope at an inner knot (H. Akima, A new method of interpolation and smooth curve fitting based on local procedures,
+/// J. ACM 17, 1970): that of the two chords about it, each weighted by the change of slope on the other side, so that the
+/// smoother side counts more; where it changes on neither side, weighted by their widths.
 /// @param point the knot, with its neighbours
 /// @param slope that of the chord behind it, with the two before and the one behind
 float innerSlope(const KxPointXY* point, const float* slope) {

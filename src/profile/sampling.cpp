@@ -30,7 +30,7 @@ public:
     }
 
 private:
-    static Number coefficient(const KxInterpolant& spline, int segment, int power) {
+    [[gnu::always_inline]] static Number coefficient(const KxInterpolant& spline, int segment, int power) {
         return broadcast<Number>(static_cast<double>(spline.coeffs[4 * static_cast<std::ptrdiff_t>(segment) + power]));
     }
 

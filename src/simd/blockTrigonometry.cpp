@@ -109,7 +109,8 @@ template <typename Doubles>
 /// Sine and cosine by those of what remains beside a multiple of pi / 2.
 template <typename Doubles>
 [[gnu::always_inline]] inline void sineAndCosineOf(Doubles value, Doubles& sine, Doubles& cosine) {
-    // pi / 2 as a sum: up to 2^20 times the first one is an exact double.
+    // pi / 2 as a sum of which the first part has trailing zeros: up to 2^20 times it is an exact double, so that the
+    // subtraction loses nothing (W. J. Cody, W. Waite, Software Manual for the Elementary Functions, 1980).
     constexpr double kUpper = 1.57079632673412561417;
     constexpr double kLower = 6.07710050650619224932e-11;
     constexpr double kToInteger = 6755399441055744.0; // 1.5 * 2^52: what is added to it is rounded to an integer

@@ -46,7 +46,8 @@ inline bool isRadixSortable(std::size_t count) {
     return count <= std::numeric_limits<RadixCount>::max();
 }
 
-/// Stable radix sort from the lowest byte of the keys to the highest one, `keyBytes` of them, in O(count * keyBytes).
+/// Stable radix sort from the lowest byte of the keys to the highest one, `keyBytes` of them, in O(count * keyBytes) (D. E.
+/// Knuth, The Art of Computer Programming 3, 5.2.5, 1973).
 /// Larger digits would take fewer passes, but each pass would write to more places than the caches hold.
 /// @param keyOf gives the key of an element, an unsigned integer below 256^keyBytes, keyBytes being at most 8
 /// @param scratch memory for `count` elements, isRadixSortable(count)
