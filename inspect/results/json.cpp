@@ -37,6 +37,15 @@ float floatOf(double value) {
     return result;
 }
 
+template <typename Values, typename ToJson>
+QJsonArray makeList(const Values& values, ToJson toJson) {
+    QJsonArray list;
+    for (const auto& value : values) {
+        list.append(toJson(value));
+    }
+    return list;
+}
+
 } // namespace
 
 QJsonValue jsonNumber(float value) {
@@ -52,27 +61,19 @@ QJsonValue jsonNumber(const std::optional<float>& value) {
 }
 
 QJsonArray jsonList(const std::vector<int>& numbers) {
-    QJsonArray list;
-    for (const int number : numbers) {
-        list.append(number);
-    }
-    return list;
+    return makeList(numbers, [](int number) { return QJsonValue(number); });
 }
 
 QJsonArray jsonList(const std::vector<std::string>& texts) {
-    QJsonArray list;
-    for (const std::string& text : texts) {
-        list.append(QString::fromStdString(text));
-    }
-    return list;
+    return makeList(texts, [](const std::string& text) { return QJsonValue(QString::fromStdString(text)); });
+}
+
+QJsonArray jsonList(const std::vector<float>& numbers) {
+    return makeList(numbers, [](float number) { return jsonNumber(number); });
 }
 
 QJsonArray jsonList(const std::vector<double>& numbers) {
-    QJsonArray list;
-    for (const double number : numbers) {
-        list.append(jsonNumber(number));
-    }
-    return list;
+    return makeList(numbers, [](double number) { return jsonNumber(number); });
 }
 
 QJsonObject jsonPoints(const std::vector<Point>& points) {
@@ -210,6 +211,14 @@ std::vector<int> JsonValue::wholeNumbers() const {
     std::vector<int> result;
     for (const JsonValue& element : list()) {
         result.push_back(element.wholeNumber());
+    }
+    return result;
+}
+
+std::vector<float> JsonValue::numbers() const {
+    std::vector<float> result;
+    for (const JsonValue& element : list()) {
+        result.push_back(element.number());
     }
     return result;
 }

@@ -25,7 +25,8 @@ QJsonValue jsonNumber(const std::optional<float>& value); ///< null for nothing 
 
 QJsonArray jsonList(const std::vector<int>& numbers);
 QJsonArray jsonList(const std::vector<std::string>& texts);
-QJsonArray jsonList(const std::vector<double>& numbers); ///< null for those that are not finite
+QJsonArray jsonList(const std::vector<float>& numbers); ///< null for those that are not finite
+QJsonArray jsonList(const std::vector<double>& numbers); ///< as above
 
 /// {"x": [...], "y": [...]}, which is shorter than a list of points.
 QJsonObject jsonPoints(const std::vector<Point>& points);
@@ -64,6 +65,7 @@ public:
 
     std::vector<float> numbers(std::size_t count) const; ///< exactly so many; NaN for null
     std::vector<int> wholeNumbers() const;
+    std::vector<float> numbers() const; ///< NaN for null
     std::vector<double> wideNumbers() const;
     std::vector<std::string> texts() const;
     std::vector<Point> points() const; ///< as jsonPoints() writes them

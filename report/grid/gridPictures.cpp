@@ -8,15 +8,12 @@
 #include <array>
 #include <cmath>
 
-namespace kxtool {
+namespace kxreport {
 
 namespace {
 
-using kxreport::PaletteImage;
-using kxreport::Plot;
-using kxreport::Range;
-using kxreport::Raster;
-using kxreport::Rgb;
+using KxInspect::GridResult;
+using KxInspect::HeightMap;
 
 constexpr int kWidth = 1060;
 constexpr double kLowest = 150; ///< of the area inside the axes, pixels
@@ -28,11 +25,11 @@ struct Extent {
     Range x;
 };
 
-Extent extentOf(const ScanGrid& grid) {
-    const double pitch = static_cast<double>(grid.pitch);
-    const double z = static_cast<double>(grid.originZ) - pitch / 2;
-    const double x = static_cast<double>(grid.originX) - pitch / 2;
-    return {{z, z + pitch * grid.heights.rows}, {x, x + pitch * grid.heights.columns}};
+Extent extentOf(const GridResult& grid) {
+    const double pitch = static_cast<double>(grid.map.pitch);
+    const double z = static_cast<double>(grid.map.originZ) - pitch / 2;
+    const double x = static_cast<double>(grid.map.originX) - pitch / 2;
+    return {{z, z + pitch * grid.map.rows}, {x, x + pitch * grid.map.columns}};
 }
 
 double areaWidth() {
@@ -44,12 +41,12 @@ double wantedHeight(const Extent& extent) {
     return areaWidth() * extent.x.size() / extent.z.size();
 }
 
-Plot makePlot(const ScanGrid& grid, const char* id, const char* title) {
+Plot makePlot(const GridResult& grid, const char* id, const char* title) {
     Extent extent = extentOf(grid);
     const double wanted = wantedHeight(extent);
     const double height = std::clamp(wanted, kLowest, kHighest);
     if (wanted > kHighest) {
-        kxreport::makeScalesEqual(extent.z, extent.x, areaWidth(), height);
+        makeScalesEqual(extent.z, extent.x, areaWidth(), height);
     }
     const int around = 100 - static_cast<int>(Plot::areaHeight(100)); // what axes and legend take
     return Plot(QLatin1String(id), QLatin1String(title), kWidth, static_cast<int>(height) + around,
@@ -58,26 +55,26 @@ Plot makePlot(const ScanGrid& grid, const char* id, const char* title) {
 }
 
 /// How many cells along each axis share a pixel, so that pictures of large scans stay small.
-int cellsPerPixel(const CellValues& cells) {
+int cellsPerPixel(const HeightMap& map) {
     constexpr int kMostPixels = 1400;
-    return (std::max(cells.rows, cells.columns) + kMostPixels - 1) / kMostPixels;
+    return (std::max(map.rows, map.columns) + kMostPixels - 1) / kMostPixels;
 }
 
 /// Turns the cells into pixels: z to the right, x upwards. `pixel` makes one from a range of rows and columns.
 template <typename Pixel>
-auto makePixels(const CellValues& cells, Pixel pixel) {
-    const int size = cellsPerPixel(cells);
+auto makePixels(const HeightMap& map, Pixel pixel) {
+    const int size = cellsPerPixel(map);
     std::vector<decltype(pixel(0, 0, 0, 0))> pixels;
-    for (int top = (cells.columns - 1) / size; top >= 0; --top) {
-        for (int r = 0; r < cells.rows; r += size) {
+    for (int top = (map.columns - 1) / size; top >= 0; --top) {
+        for (int r = 0; r < map.rows; r += size) {
             pixels.push_back(
-                pixel(r, std::min(r + size, cells.rows), top * size, std::min((top + 1) * size, cells.columns)));
+                pixel(r, std::min(r + size, map.rows), top * size, std::min((top + 1) * size, map.columns)));
         }
     }
     return pixels;
 }
 
-/// Where the pixels end; the last ones may stand for cells beyond the grid.
+/// The pixels of the picture; the last ones may stand for cells beyond the grid.
 struct PixelGrid {
     int width;
     int height;
@@ -85,24 +82,26 @@ struct PixelGrid {
     Range x;
 };
 
-PixelGrid pixelGrid(const ScanGrid& grid) {
-    const int size = cellsPerPixel(grid.heights);
-    const double pixel = static_cast<double>(grid.pitch) * size;
+PixelGrid pixelGrid(const GridResult& grid) {
+    const int size = cellsPerPixel(grid.map);
+    const double pixel = static_cast<double>(grid.map.pitch) * size;
     const Extent extent = extentOf(grid);
-    const int width = (grid.heights.rows + size - 1) / size;
-    const int height = (grid.heights.columns + size - 1) / size;
+    const int width = (grid.map.rows + size - 1) / size;
+    const int height = (grid.map.columns + size - 1) / size;
     return {width, height, {extent.z.min, extent.z.min + width * pixel}, {extent.x.min, extent.x.min + height * pixel}};
 }
 
-void addCells(const ScanGrid& grid, const CellValues& cells, const Range& colours, double shift, Plot& plot) {
+/// Draws a value for each cell, moved by `shift` along both axes.
+void addCells(const GridResult& grid, const std::vector<float>& values, const Range& colours, double shift,
+              Plot& plot) {
     const PixelGrid pixels = pixelGrid(grid);
     Raster raster{pixels.width, pixels.height, {}};
-    raster.values = makePixels(cells, [&](int fromRow, int toRow, int fromColumn, int toColumn) {
+    raster.values = makePixels(grid.map, [&](int fromRow, int toRow, int fromColumn, int toColumn) {
         double sum = 0.0;
         int count = 0;
         for (int r = fromRow; r < toRow; ++r) {
             for (int c = fromColumn; c < toColumn; ++c) {
-                const double value = static_cast<double>(cells.values[cells.position(r, c)]);
+                const double value = static_cast<double>(values[grid.map.position(r, c)]);
                 if (std::isfinite(value)) {
                     sum += value;
                     ++count;
@@ -112,22 +111,22 @@ void addCells(const ScanGrid& grid, const CellValues& cells, const Range& colour
         return static_cast<float>(sum / count); // none: NaN
     });
     plot.addImage(pixels.z.min - shift, pixels.z.max - shift, pixels.x.min - shift, pixels.x.max - shift,
-                  kxreport::heatImage(raster, colours));
+                  heatImage(raster, colours));
 }
 
-// The pixel values of the picture of the seeds. The colours repeat when there are more seeds than values.
+// The pixel values of the picture of the patches. The colours repeat when there are more patches than values.
 constexpr int kNothing = 0;
 constexpr int kOtherHeight = 1;
 constexpr int kCut = 2;
-constexpr int kFirstSeed = 3;
-constexpr int kSeedColours = 250;
+constexpr int kFirstPatch = 3;
+constexpr int kPatchColours = 250;
 
 constexpr Rgb kOtherColour = 0xd5dbe1;
 constexpr Rgb kCutColour = 0x59626c;
 
 /// The first colours stay apart for colour-blind readers (Okabe and Ito, Color Universal Design, 2008), the further
 /// ones turn the hue by the golden angle, so that neighbours differ.
-Rgb seedColour(int index) {
+Rgb patchColour(int index) {
     constexpr std::array<Rgb, 7> kFirst = {0x0072b2, 0xe69f00, 0x009e73, 0xcc79a7, 0xd55e00, 0x56b4e9, 0xf0e442};
     if (index < static_cast<int>(kFirst.size())) {
         return kFirst[static_cast<size_t>(index)];
@@ -143,25 +142,25 @@ Rgb seedColour(int index) {
     return colour;
 }
 
-int pixelOfCell(const ScanGrid& grid, size_t at) {
-    const int owner = grid.owners[at];
-    if (owner > kNotInSeed) {
-        return kFirstSeed + (owner - 1) % kSeedColours;
+int pixelOfCell(const GridResult& grid, size_t at) {
+    const int owner = grid.found.owners[at];
+    if (owner > KxInspect::InNoPatch) {
+        return kFirstPatch + (owner - 1) % kPatchColours;
     }
-    return owner == kCutAway ? kCut : std::isfinite(grid.heights.values[at]) ? kOtherHeight : kNothing;
+    return owner == KxInspect::CutAway ? kCut : std::isfinite(grid.map.heights[at]) ? kOtherHeight : kNothing;
 }
 
-PaletteImage seedImage(const ScanGrid& grid) {
+PaletteImage patchImage(const GridResult& grid) {
     const PixelGrid pixels = pixelGrid(grid);
     PaletteImage image{pixels.width, pixels.height, {}, {0xffffff, kOtherColour, kCutColour}};
-    for (int i = 0; i < std::min<int>(kSeedColours, static_cast<int>(grid.seeds.size())); ++i) {
-        image.palette.push_back(seedColour(i));
+    for (int i = 0; i < std::min<int>(kPatchColours, static_cast<int>(grid.found.patches.size())); ++i) {
+        image.palette.push_back(patchColour(i));
     }
-    image.pixels = makePixels(grid.heights, [&](int fromRow, int toRow, int fromColumn, int toColumn) {
+    image.pixels = makePixels(grid.map, [&](int fromRow, int toRow, int fromColumn, int toColumn) {
         int pixel = kNothing;
         for (int r = fromRow; r < toRow; ++r) {
             for (int c = fromColumn; c < toColumn; ++c) {
-                pixel = std::max(pixel, pixelOfCell(grid, grid.heights.position(r, c)));
+                pixel = std::max(pixel, pixelOfCell(grid, grid.map.position(r, c)));
             }
         }
         return static_cast<std::uint8_t>(pixel);
@@ -169,54 +168,57 @@ PaletteImage seedImage(const ScanGrid& grid) {
     return image;
 }
 
-/// The number of a seed in the middle of its points, with a pale rim so that it is seen on any colour.
-void addSeedNumbers(const ScanGrid& grid, Plot& plot) {
-    constexpr size_t kMostNumbers = 200;
-    for (size_t i = 0; i < std::min(grid.seeds.size(), kMostNumbers); ++i) {
-        double x = 0.0;
-        double z = 0.0;
-        for (const KxMath::KxPointXYZ& p : grid.seeds[i].cloud.points) {
-            x += static_cast<double>(p.x);
-            z += static_cast<double>(p.z);
-        }
-        const double count = static_cast<double>(grid.seeds[i].cloud.points.size());
-        plot.addBadge({z / count, x / count}, QString::number(i + 1));
+/// The number of a patch in its middle, with a pale rim so that it is seen on any colour.
+void addPatchNumbers(const GridResult& grid, Plot& plot) {
+    constexpr std::size_t kMostNumbers = 200;
+    for (std::size_t i = 0; i < std::min(grid.found.patches.size(), kMostNumbers); ++i) {
+        const KxInspect::Patch& patch = grid.found.patches[i];
+        plot.addBadge({patch.centreZ, patch.centreX}, QString::number(i + 1));
     }
+}
+
+/// The range that colours stand for.
+Range colourRange(const KxInspect::Range& range) {
+    Range result;
+    result.include(static_cast<double>(range.min));
+    result.include(static_cast<double>(range.max));
+    return result;
 }
 
 } // namespace
 
-bool isToScale(const ScanGrid& grid) {
+bool isToScale(const GridResult& grid) {
     return wantedHeight(extentOf(grid)) >= kLowest;
 }
 
-QString heightPicture(const ScanGrid& grid) {
-    const Range range = grid.heights.range();
+QString heightPicture(const GridResult& grid) {
+    const Range range = colourRange(grid.heightRange);
     Plot plot = makePlot(grid, "heights", "Height map");
     plot.addColourScale(range, QStringLiteral("y, mm"));
-    addCells(grid, grid.heights, range, 0.0, plot);
+    addCells(grid, grid.map.heights, range, 0.0, plot);
     return plot.svg();
 }
 
-QString meansPicture(const ScanGrid& grid, int blockSize) {
-    const Range range = grid.means.range();
+QString meansPicture(const GridResult& grid) {
+    const Range range = colourRange(grid.found.meanRange);
     Plot plot = makePlot(grid, "means", "Block means");
     plot.addColourScale(range, QStringLiteral("y, mm"));
-    addCells(grid, grid.means, range, (blockSize + 1) / 2.0 * static_cast<double>(grid.pitch), plot);
+    const double middle = (grid.found.blockSize + 1) / 2.0 * static_cast<double>(grid.map.pitch);
+    addCells(grid, grid.found.means, range, middle, plot);
     return plot.svg();
 }
 
-QString seedsPicture(const ScanGrid& grid) {
+QString patchPicture(const GridResult& grid) {
     const PixelGrid pixels = pixelGrid(grid);
     Plot plot = makePlot(grid, "seeds", "Seeds");
     plot.keepRightFree(Plot::kColourScaleRoom);
-    plot.addImage(pixels.z.min, pixels.z.max, pixels.x.min, pixels.x.max, seedImage(grid));
-    addSeedNumbers(grid, plot);
+    plot.addImage(pixels.z.min, pixels.z.max, pixels.x.min, pixels.x.max, patchImage(grid));
+    addPatchNumbers(grid, plot);
     plot.addLegend(QStringLiteral("heights outside the seeds"), "#d5dbe1");
-    if (grid.cutCells > 0) {
+    if (grid.found.cutCells > 0) {
         plot.addLegend(QStringLiteral("cut away at the edges"), "#59626c");
     }
     return plot.svg();
 }
 
-} // namespace kxtool
+} // namespace kxreport

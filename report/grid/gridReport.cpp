@@ -1,49 +1,71 @@
-// A height map with its block means and seeds as an HTML page with pictures.
+// A height map with its block means and patches as an HTML page with pictures.
 #include "report/grid/gridReport.h"
 
+#include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/elements/svg.h"
 #include "report/grid/gridPictures.h"
-#include "tools/kxmath/console/numbers.h"
-#include "tools/kxmath/grid/gridText.h"
+#include "report/grid/patchTable.h"
 
 #include <QtCore/QFileInfo>
 
-namespace kxtool {
+#include <algorithm>
+
+namespace kxreport {
 
 namespace {
 
-using kxreport::Cell;
-using kxreport::Page;
-using kxreport::Tone;
+using KxInspect::GridResult;
 
-QString percentText(qint64 part, size_t all) {
+QString percentText(std::int64_t part, std::int64_t all) {
     return QStringLiteral("%1 %").arg(100.0 * static_cast<double>(part) / static_cast<double>(all), 0, 'f', 1);
 }
 
-void addFacts(const ScanGrid& grid, Page& page) {
-    const kxreport::Range range = grid.heights.range();
-    qint64 cellsInSeeds = 0;
-    for (const Seed& seed : grid.seeds) {
-        cellsInSeeds += seed.cloud.points.size();
+void addFacts(const GridResult& grid, Page& page) {
+    std::int64_t cellsInPatches = 0;
+    for (const KxInspect::Patch& patch : grid.found.patches) {
+        cellsInPatches += patch.cells;
     }
+    const KxInspect::HeightMap& map = grid.map;
+    const std::size_t patches = grid.found.patches.size();
     page.facts(
-        {{QStringLiteral("Grid, rows \u00d7 columns"),
-          QStringLiteral("%1 \u00d7 %2").arg(grid.heights.rows).arg(grid.heights.columns)},
-         {QStringLiteral("Pitch"), shortestText(grid.pitch) + QStringLiteral(" mm")},
-         {QStringLiteral("Cells with a height"), percentText(grid.heights.count(), grid.heights.values.size())},
-         {QStringLiteral("Lowest, highest"),
-          QStringLiteral("%1, %2 mm").arg(kxreport::numberText(range.min, 2), kxreport::numberText(range.max, 2))},
-         {QStringLiteral("Seeds"), QString::number(grid.seeds.size()), grid.seeds.empty() ? Tone::Bad : Tone::Good},
-         {QStringLiteral("Heights in seeds"), percentText(cellsInSeeds, static_cast<size_t>(grid.heights.count()))}});
+        {{QStringLiteral("Grid, rows \u00d7 columns"), QStringLiteral("%1 \u00d7 %2").arg(map.rows).arg(map.columns)},
+         {QStringLiteral("Pitch"), shortestText(map.pitch) + QStringLiteral(" mm")},
+         {QStringLiteral("Cells with a height"),
+          percentText(grid.heights, std::int64_t{map.rows} * std::int64_t{map.columns})},
+         {QStringLiteral("Lowest, highest"), QStringLiteral("%1, %2 mm")
+                                                 .arg(numberText(static_cast<double>(grid.heightRange.min), 2),
+                                                      numberText(static_cast<double>(grid.heightRange.max), 2))},
+         {QStringLiteral("Seeds"), QString::number(patches), patches == 0 ? Tone::Bad : Tone::Good},
+         {QStringLiteral("Heights in seeds"), percentText(cellsInPatches, grid.heights)}});
 }
 
-void addSeeds(const ScanGrid& grid, Page& page) {
-    constexpr size_t kMostRows = 500;
+void addHeights(const GridResult& grid, Page& page) {
+    const QString scale =
+        isToScale(grid) ? QString() : QStringLiteral(" x is drawn larger than z, for the scan is long and narrow.");
+    page.heading(QStringLiteral("Height map"));
+    page.figure(heightPicture(grid), QStringLiteral("The height y of each cell. White cells have none: there the "
+                                                    "neighbouring points of the profile are more than %1 mm apart.%2")
+                                         .arg(shortestText(grid.map.gap), scale));
+}
+
+void addMeans(const GridResult& grid, Page& page) {
+    page.heading(QStringLiteral("Block means"));
+    page.figure(
+        meansPicture(grid),
+        QStringLiteral("The mean height of each block of %1 \u00d7 %1 cells, drawn in the middle of the block; the "
+                       "seeds are searched on these means. White: no height in the block%2.")
+            .arg(QString::number(grid.found.blockSize),
+                 grid.found.edgeCut ? QStringLiteral(", or cut away at an edge") : QString()));
+}
+
+void addPatches(const GridResult& grid, Page& page) {
+    constexpr std::size_t kMostRows = 500;
+    const std::size_t patches = grid.found.patches.size();
     std::vector<std::vector<Cell>> rows;
-    for (size_t i = 0; i < std::min(grid.seeds.size(), kMostRows); ++i) {
+    for (std::size_t i = 0; i < std::min(patches, kMostRows); ++i) {
         std::vector<Cell> row;
-        for (const QString& text : seedRow(grid, i)) {
+        for (const QString& text : patchRow(grid, i)) {
             row.push_back({text});
         }
         rows.push_back(row);
@@ -51,43 +73,37 @@ void addSeeds(const ScanGrid& grid, Page& page) {
     if (rows.empty()) {
         return;
     }
-    page.table(seedColumns(), rows);
+    page.table(patchColumns(), rows);
     page.paragraph(
         QStringLiteral("Cells and their area in mm\u00b2; mean, standard deviation, lowest and highest of the "
                        "heights and the ranges of x and z in mm."));
-    if (grid.seeds.size() > kMostRows) {
-        page.paragraph(QStringLiteral("The first %1 of %2 seeds.").arg(kMostRows).arg(grid.seeds.size()));
+    if (patches > kMostRows) {
+        page.paragraph(QStringLiteral("The first %1 of %2 seeds.").arg(kMostRows).arg(patches));
     }
 }
 
 } // namespace
 
-QString gridReport(const GridOptions& options, const ScanGrid& grid) {
-    Page page(QStringLiteral("Height map of a scan"),
-              QStringLiteral("%1, %2 records").arg(QFileInfo(options.set).fileName()).arg(grid.records));
+QString gridReport(const GridResult& grid) {
+    const bool hasPictures = !grid.map.heights.empty();
+    Page page(QStringLiteral("Height map of a scan"), QStringLiteral("%1, %2 records")
+                                                          .arg(QFileInfo(QString::fromStdString(grid.scan)).fileName())
+                                                          .arg(grid.records));
     addFacts(grid, page);
-    for (const QString& warning : grid.warnings) {
-        page.warning(warning);
+    for (const std::string& warning : grid.warnings) {
+        page.warning(QString::fromStdString(warning));
     }
-    const QString scale =
-        isToScale(grid) ? QString() : QStringLiteral(" x is drawn larger than z, for the scan is long and narrow.");
-    page.heading(QStringLiteral("Height map"));
-    page.figure(heightPicture(grid), QStringLiteral("The height y of each cell. White cells have none: there the "
-                                                    "neighbouring points of the profile are more than %1 mm apart.%2")
-                                         .arg(shortestText(grid.gap), scale));
-    page.heading(QStringLiteral("Block means"));
-    page.figure(
-        meansPicture(grid, options.blockSize),
-        QStringLiteral("The mean height of each block of %1 \u00d7 %1 cells, drawn in the middle of the block; the "
-                       "seeds are searched on these means. White: no height in the block%2.")
-            .arg(QString::number(options.blockSize),
-                 options.edgeCut ? QStringLiteral(", or cut away at an edge") : QString()));
+    if (hasPictures) {
+        addHeights(grid, page);
+        addMeans(grid, page);
+    }
     page.heading(QStringLiteral("Seeds"));
-    page.figure(
-        seedsPicture(grid),
-        QStringLiteral("Connected patches without steps, each with its number: %1.").arg(searchText(grid.search)));
-    addSeeds(grid, page);
+    if (hasPictures) {
+        page.figure(patchPicture(grid), QStringLiteral("Connected patches without steps, each with its number: %1.")
+                                            .arg(searchText(grid.found.search)));
+    }
+    addPatches(grid, page);
     return page.html();
 }
 
-} // namespace kxtool
+} // namespace kxreport

@@ -1,10 +1,13 @@
-// A height map with its block means and seeds as an HTML page with pictures.
+// A height map with its block means and patches as an HTML page with pictures.
 #pragma once
 
-#include "inspect/scan/scanGrid.h"
+#include <KxInspect/Grid.h>
 
-namespace kxtool {
+#include <QtCore/QString>
 
-QString gridReport(const GridOptions& options, const ScanGrid& grid);
+namespace kxreport {
 
-} // namespace kxtool
+/// The page of a result. One without heights (read from JSON without pictures) has the tables only.
+QString gridReport(const KxInspect::GridResult& grid);
+
+} // namespace kxreport

@@ -1,0 +1,56 @@
+// Height maps: a scan on a regular grid.
+#pragma once
+
+#include "Export.h"
+#include "Range.h"
+#include "Scan.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <vector>
+
+namespace KxInspect {
+
+/// The heights y of a scan in the cells of a grid with one pitch along both axes: rows along z, columns along x.
+struct HeightMap {
+    int rows = 0;
+    int columns = 0;
+    float pitch = std::numeric_limits<float>::quiet_NaN(); ///< distance of rows and of columns, mm
+    float gap = std::numeric_limits<float>::quiet_NaN(); ///< largest distance of points between which was interpolated
+    float originX = std::numeric_limits<float>::quiet_NaN(); ///< x of column 0, mm
+    float originZ = std::numeric_limits<float>::quiet_NaN(); ///< z of row 0, mm
+    std::vector<float> heights; ///< row by row, mm; NaN for a cell without a height
+
+    /// Where a cell stands in `heights`. The arguments are trusted.
+    std::size_t position(int row, int column) const {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
+    }
+    float at(int row, int column) const { return heights[position(row, column)]; } ///< mm, NaN for none; as above
+};
+
+struct HeightMapOptions {
+    float pitch = 1.0f; ///< distance of rows and of columns, mm, above 0
+    /// The largest distance of neighbouring points of a profile between which heights are interpolated, mm, above 0.
+    /// Nothing: 2.5 times the larger of the pitch and the median distance of the points, which bridges one missing
+    /// point.
+    std::optional<float> gap = {};
+};
+
+/// Makes a height map: a row for each profile, columns from the smallest x of the scan on. The height of a cell is on
+/// the straight line between the neighbouring points of its profile. Beyond the ends of a profile the line through its
+/// last two points goes on for as far as `gap`, if its slope is at most 1. Profiles that are not one pitch apart are
+/// made so first: each point goes to the nearer one of two slices.
+/// Throws an Error NoResult when the pitch gives fewer than 2 rows or columns or the scan has no points, BadArgument
+/// (key "pitch" or "gap") when an option is not above 0 or the map would have more than 40 million cells.
+KXINSPECT_EXPORT HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options,
+                                         const Progress& progress = {});
+
+/// For each cell the mean height, mm, of the at most blockSize x blockSize cells before it along both axes, the cell
+/// itself not among them; NaN where none of these has a height, the first row and column included. Single precision.
+/// Throws an Error BadArgument for a block size outside 1 to 1000, and for a map whose heights are not as many as its
+/// rows and columns say.
+KXINSPECT_EXPORT std::vector<float> blockMeans(const HeightMap& map, int blockSize);
+
+} // namespace KxInspect

@@ -1,0 +1,26 @@
+// The classes of KxMath that work on height maps.
+#pragma once
+
+#include <KxInspect/HeightMap.h>
+#include <KxMath/KxMatrixCloud.h>
+#include <KxMath/KxMatrixWithHistos.h>
+
+namespace KxInspect::detail {
+
+/// A map with its block means in the classes that patches are searched with.
+struct Blocks {
+    KxMath::KxMatrixCloud matrix;
+    KxMath::KxMatrixWithHistos histos;
+
+    /// Throws an Error BadArgument for a map or block size that cannot be.
+    Blocks(const HeightMap& map, int blockSize);
+
+    /// A block without heights has the mean 0, which would join patches near the height 0 to each other. NaN keeps it
+    /// out of the search, as it does for what was cut away.
+    void forgetEmptyBlocks();
+
+    /// Row by row.
+    std::vector<float> means() const;
+};
+
+} // namespace KxInspect::detail
