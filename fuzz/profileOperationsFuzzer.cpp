@@ -83,7 +83,7 @@ void filter(KxProfile& profile, KxProfile& other, const Arguments& a, std::uint8
         profile.splashFilterPolar(out, a.n[0], a.n[1], a.n[2]);
         break;
     case 10:
-        profile.wndFilterPolar(out, a.n[0], a.w, a.v);
+        profile.wndFilterPolar(out, a.n[0], std::min(a.w, 4096), a.v); // each window is walked through to its end
         break;
     case 11:
         profile.removeNoise(a.w, a.v, a.n[0], a.n[1]);

@@ -186,7 +186,8 @@ public:
 
     /// Window filter on the radius about a circle fitted to `out`. Works on `out` in place; **this profile is not
     /// read**. For the window at each point: radii further than `maxDeviation` from the mean are replaced by the mean
-    /// of the others, which is also written to the point `offset` further on; windows wrap around at the end.
+    /// of the others, which is also written to the point `offset` further on; windows wrap around at the end, so that
+    /// the points of a window that is longer than the profile count more than once.
     /// Deliberately, all points are converted back to Cartesian form after each window and the next window works on
     /// those. A window of 0 writes NaN. An index beyond the end even after wrapping once is not written.
     void wndFilterPolar(KxProfile& out, float maxDeviation, int window, int offset);
@@ -281,7 +282,8 @@ public:
     /// y of the `window` points after a point minus that of those before it) beyond `threshold`, with opposite signs. A
     /// ridge or a groove is such a step, a single change between two levels is not.
     /// @return the position
-    /// @return -1 when nothing is found, for fewer than 2 * `window` points, and for a window of 0 or below
+    /// @return -1 when nothing is found, for fewer than 2 * `window` points, and for a window below 0. A window of 0 sums
+    ///         up nothing: it finds a step only for a threshold below 0
     int calcCutPoint(int window, float threshold);
 
     /// All steps of the level of a profile ordered by x, see calcCutPoint(). Each search starts after the step found

@@ -36,6 +36,9 @@ std::optional<std::string_view> LineReader::next() {
 
 /// Refills the buffer behind the unread bytes. @return false at the end of the file
 bool LineReader::refill() {
+    if (isEnded_) { // else the rest of a line whose beginning was given out would become a line of its own
+        return false;
+    }
     constexpr qsizetype kBlock = 65536;
     buffer_.remove(0, begin_);
     searched_ -= begin_;
@@ -49,7 +52,15 @@ bool LineReader::refill() {
     std::transform(data + kept, data + buffer_.size(), data + kept, [&](char c) {
         return c == replaced_ ? replacement_ : c;
     }); // written in any case: vectors instead of branches
-    return arrived > 0;
+    if (arrived > 0) {
+        return true;
+    }
+    isEnded_ = true;
+    if (!device_.atEnd()) { // the read failed: half a line may end within a number
+        buffer_.resize(0);
+        searched_ = 0;
+    }
+    return false;
 }
 
 } // namespace KxMath::detail

@@ -17,7 +17,9 @@ public:
     LineReader(QIODevice& device, char replaced, char replacement)
         : device_(device), replaced_(replaced), replacement_(replacement) {}
 
-    /// The next line without its line feed; nothing at the end of the file. Valid until the next call.
+    /// The next line without its line feed; nothing at the end of the file. Valid until the next call. After a read that brings
+    /// nothing the text has ended, also when the device could be read again; where that is not the end of the file, the
+    /// line that it cuts is left out.
     std::optional<std::string_view> next();
 
 private:
@@ -29,6 +31,7 @@ private:
     QByteArray buffer_;
     qsizetype begin_ = 0; ///< of the bytes that were not returned yet
     qsizetype searched_ = 0; ///< from `begin_` up to here there is no line feed
+    bool isEnded_ = false; ///< a read brought nothing
 };
 
 } // namespace KxMath::detail

@@ -88,9 +88,10 @@ qsizetype findCut(LevelDifferences& differences, qsizetype begin, qsizetype n, q
     return -1;
 }
 
-/// Whether the points from `begin` on are enough for a window on each side.
+/// Whether the points from `begin` on are enough for a window on each side. A window of 0 sums up nothing: all
+/// differences are 0.
 bool hasTwoWindows(qsizetype begin, qsizetype n, qsizetype window) {
-    return window > 0 && n - begin >= 2 * window;
+    return window >= 0 && n - begin >= 2 * window;
 }
 
 } // namespace

@@ -10,7 +10,8 @@ namespace KxMath {
 
 namespace {
 
-/// Replaces the radii of a window that are too far from its mean by the mean of the others, which is returned.
+/// Replaces the radii of a window that are too far from its mean by the mean of the others, which is returned. Where the
+/// window is longer than the profile its points count more than once.
 float replaceOutliers(QList<KxPointXY>& points, qsizetype begin, qsizetype window, float maxDeviation) {
     const qsizetype count = points.size();
     KxPointXY* const data = points.data();
@@ -46,7 +47,7 @@ float replaceOutliers(QList<KxPointXY>& points, qsizetype begin, qsizetype windo
 
 void KxProfile::wndFilterPolar(KxProfile& out, float maxDeviation, int window, int offset) {
     const qsizetype count = out.points.size();
-    if (window < 0 || window > count) {
+    if (window < 0) {
         return;
     }
     KxProfile work(out);

@@ -12,7 +12,7 @@ int plainCutPoint(const Points& p, qint64 w, float threshold) {
         return std::accumulate(p.begin() + from, p.begin() + from + w, 0.0f, [](float s, auto& q) { return s + q.y; });
     };
     const auto difference = [&](qint64 c) { return sum(c + 1) - sum(c - w); };
-    for (qint64 c = w + 1; w > 0 && c < n - w - 2; ++c) {
+    for (qint64 c = w + 1; w >= 0 && c < n - w - 2; ++c) {
         const float left = difference(c - 1), right = difference(c + 1);
         if ((left > threshold && right < -threshold) || (left < -threshold && right > threshold)) {
             return static_cast<int>(c);

@@ -77,7 +77,7 @@ bool plainSplashFilterPolar(KxProfile& out, float radius, float threshold, float
 /// Deliberately rolled up in every round, and not unrolled again.
 void plainWndFilterPolar(KxProfile& out, float maxDeviation, int w, int offset) {
     const int n = out.size();
-    if (w < 0 || w > n) {
+    if (w < 0) {
         return;
     }
     KxProfile work(out);
@@ -92,6 +92,8 @@ void plainWndFilterPolar(KxProfile& out, float maxDeviation, int w, int offset) 
         int goodCount = 0;
         for (int k = 0; k < w; ++k) {
             y(k) = std::abs(y(k) - mean) > maxDeviation ? kNaN : y(k);
+        }
+        for (int k = 0; k < w; ++k) {
             goodSum += std::isnan(y(k)) ? 0.0f : y(k);
             goodCount += std::isnan(y(k)) ? 0 : 1;
         }
@@ -145,7 +147,7 @@ TEST(Splash, PolarFiltersFollowTheirDefinitions) {
             ASSERT_EQ(isChanged, plainSplashFilterPolar(plain, 50.0f, threshold, maxWidth));
             changed += isChanged ? 1 : 0;
         } else {
-            const int window = nastyWindow(nasty, out.size());
+            const int window = std::min(nastyWindow(nasty, out.size()), 3 * out.size()); // longer ones wrap around, too
             const int offset = nasty.pick(std::array{0, 1, window / 2, -1, out.size(), INT_MAX, INT_MIN});
             const float maxDeviation = nasty.pick(std::array{0.5f, nastyLimit(nasty)});
             out.wndFilterPolar(out, maxDeviation, window, offset);
