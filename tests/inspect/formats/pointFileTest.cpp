@@ -1,0 +1,169 @@
+// Point files of each kind: what comes back, what is refused and where.
+#include "support/tempFiles.h"
+
+#include <KxInspect/Error.h>
+#include <KxInspect/PointFile.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+using namespace KxInspect;
+using testing_support::FullDisk;
+using testing_support::TempFiles;
+
+namespace {
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+constexpr FileKind kKinds[] = {FileKind::Cloud, FileKind::Profiles, FileKind::Csv, FileKind::Xyzf,
+                               FileKind::Xyz,   FileKind::Ply,      FileKind::Pcd};
+
+/// 5 points of two profiles; y of the second point is missing.
+PointSet makeSet(bool hasZ, bool hasColours) {
+    PointSet set;
+    set.hasZ = hasZ;
+    set.hasColours = hasColours;
+    for (int i = 0; i < 5; ++i) {
+        const float x = 0.25f * static_cast<float>(i) - 3.0f;
+        set.points.push_back(
+            {x, i == 1 ? kNaN : 1.0f / static_cast<float>(i + 3), hasZ ? (i < 2 ? 7.5f : 8.25f) : kNaN});
+        if (hasColours) {
+            set.colours.push_back(0x102030u * static_cast<unsigned>(i));
+        }
+    }
+    return set;
+}
+
+bool areSame(const std::vector<Point3>& a, const std::vector<Point3>& b) {
+    const auto isSame = [](float x, float y) { return x == y || (std::isnan(x) && std::isnan(y)); };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](const Point3& p, const Point3& q) {
+        return isSame(p.x, q.x) && isSame(p.y, q.y) && isSame(p.z, q.z);
+    });
+}
+
+class PointFile : public testing::Test, public TempFiles {
+protected:
+    std::string file(const char* name = "file") const { return path(name).toStdString(); }
+
+    Error errorOf(const std::function<void()>& call) const {
+        try {
+            call();
+        } catch (const Error& error) {
+            return error;
+        }
+        ADD_FAILURE() << "nothing was thrown";
+        return {ErrorKind::NoResult, {}, {}};
+    }
+};
+
+TEST_F(PointFile, ComesBackAsTheKindHoldsIt) {
+    const struct {
+        FileKind kind;
+        bool keepsFlat, keepsZ, keepsColours, keepsStarts;
+    } cases[] = {{FileKind::Cloud, true, true, true, false},  {FileKind::Profiles, false, true, false, true},
+                 {FileKind::Xyzf, false, true, false, false}, {FileKind::Xyz, true, true, false, false},
+                 {FileKind::Ply, false, true, true, false},   {FileKind::Pcd, false, true, true, false}};
+    for (const auto& c : cases) {
+        for (const auto& [hasZ, hasColours] :
+             {std::pair(false, false), std::pair(true, false), std::pair(true, true)}) {
+            SCOPED_TRACE(kindName(c.kind) + (hasZ ? " with z" : "") + (hasColours ? " with colours" : ""));
+            const PointSet set = makeSet(hasZ, hasColours);
+            writePoints(file(), c.kind, set);
+            const PointSet back = readPoints(file(), c.kind);
+            if (hasZ || c.keepsFlat) {
+                EXPECT_TRUE(areSame(back.points, set.points));
+                EXPECT_EQ(back.hasZ, hasZ);
+            }
+            EXPECT_EQ(back.points.size(), set.points.size());
+            EXPECT_EQ(back.colours, c.keepsColours ? set.colours : std::vector<std::uint32_t>());
+            EXPECT_EQ(back.hasColours, c.keepsColours && hasColours);
+            EXPECT_EQ(back.profileStarts.size(), c.keepsStarts ? (hasZ ? 2u : 1u) : 0u);
+        }
+    }
+}
+
+TEST_F(PointFile, KindsHaveNamesAndEndings) {
+    for (const FileKind kind : kKinds) {
+        EXPECT_EQ(kindByName(kindName(kind)), kind);
+        EXPECT_EQ(kindByFileName("a.b/x." + kindName(kind)), kind);
+    }
+    EXPECT_EQ(kindByFileName("x.BIN"), FileKind::Cloud);
+    EXPECT_EQ(kindByFileName("x.set"), FileKind::Profiles);
+    EXPECT_FALSE(kindByFileName("x") || kindByFileName("x. ") || kindByName("bin"));
+}
+
+TEST_F(PointFile, DamageHasAPlace) {
+    writePoints(file("records"), FileKind::Profiles, makeSet(true, false));
+    const QByteArray records = read("records"); // 7 + 2 * 8 bytes, then 7 + 3 * 8
+    const QByteArray ply = "ply\nformat ascii 1.0\nelement vertex 2\nproperty float x\nproperty float y\nend_header\n";
+    const QByteArray pcd = "FIELDS x y\nSIZE 4 4\nTYPE F F\n";
+    using Place = std::optional<std::int64_t>;
+    const struct {
+        const char* desc;
+        FileKind kind;
+        QByteArray content;
+        ErrorKind error;
+        Place byte, line;
+    } cases[] = {
+        {"cut record", FileKind::Profiles, records.chopped(1), ErrorKind::Damaged, 23, {}},
+        {"section among records", FileKind::Profiles, records + QByteArray("\x02\0\0", 3), ErrorKind::Damaged, 54, {}},
+        {"cut section", FileKind::Cloud, QByteArray("\x03\x01\0\0\0abc", 8), ErrorKind::Damaged, 0, {}},
+        {"surplus", FileKind::Cloud, QByteArray("\x02\0\0!", 4), ErrorKind::Unsuitable, 3, {}},
+        {"odd size", FileKind::Xyzf, QByteArray(35, 'a'), ErrorKind::Damaged, 32, {}},
+        {"no points", FileKind::Xyz, "x y z\n", ErrorKind::Unsuitable, {}, {}},
+        {"no CSV points", FileKind::Csv, "", ErrorKind::Unsuitable, {}, {}},
+        {"no PLY", FileKind::Ply, "plx\n", ErrorKind::Unsuitable, {}, {}},
+        {"no end", FileKind::Ply, "ply\n", ErrorKind::Damaged, 4, {}},
+        {"big-endian", FileKind::Ply, "ply\nformat binary_big_endian 1.0\n", ErrorKind::Unsuitable, 4, 2},
+        {"list", FileKind::Ply, "ply\nelement vertex 1\nproperty list x\n", ErrorKind::Unsuitable, 21, 3},
+        {"too few rows", FileKind::Ply, ply + "1 2\n", ErrorKind::Damaged, ply.size() + 4, {}},
+        {"too few columns", FileKind::Ply, ply + "1 2\n3\n", ErrorKind::Damaged, ply.size() + 4, 8},
+        {"claim", FileKind::Pcd, pcd + "POINTS 4000000000\nDATA binary\n12345678", ErrorKind::Damaged, {}, {}},
+        {"sizes", FileKind::Pcd, "FIELDS x y\nSIZE 4\n", ErrorKind::Damaged, 11, 2},
+        {"size", FileKind::Pcd, "FIELDS x y\nSIZE 4 3\n", ErrorKind::Unsuitable, 11, 2},
+        {"counts", FileKind::Pcd, "FIELDS x y\nCOUNT 1 2\n", ErrorKind::Unsuitable, 11, 2},
+        {"compressed", FileKind::Pcd, pcd + "DATA binary_compressed\n", ErrorKind::Unsuitable, pcd.size(), 4},
+        {"no x", FileKind::Pcd, "FIELDS y z\nPOINTS 0\nDATA ascii\n", ErrorKind::Unsuitable, {}, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.desc);
+        write("file", c.content);
+        const Error error = errorOf([&] { readPoints(file(), c.kind); });
+        EXPECT_EQ(error.kind(), c.error) << error.what();
+        EXPECT_TRUE(!c.byte || error.place().byte == c.byte) << error.place().byte.value_or(-1);
+        EXPECT_EQ(error.place().line, c.line);
+        EXPECT_EQ(error.source().file, file());
+    }
+    for (const FileKind kind : kKinds) {
+        EXPECT_EQ(errorOf([&] { readPoints(file("missing"), kind); }).kind(), ErrorKind::NotFound) << kindName(kind);
+        EXPECT_EQ(errorOf([&] { readPoints(path("").toStdString(), kind); }).kind(), ErrorKind::Unreadable);
+    }
+}
+
+TEST_F(PointFile, WritingIsChecked) {
+    PointSet set = makeSet(true, false);
+    EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Csv, set); }).kind(), ErrorKind::Unwritable);
+    for (const FileKind kind : kKinds) {
+        const PointSet flat = makeSet(false, false);
+        EXPECT_EQ(errorOf([&] { writePoints(file("no/x"), kind, flat); }).kind(), ErrorKind::Unwritable);
+    }
+    set.profileStarts = {0, 6};
+    EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Profiles, set); }).kind(), ErrorKind::BadArgument);
+    set.profileStarts = {0, 3, 2};
+    EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Profiles, set); }).kind(), ErrorKind::BadArgument);
+    set.profileStarts = {};
+    set.hasColours = true;
+    EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Ply, set); }).kind(), ErrorKind::BadArgument);
+    PointSet many;
+    many.points.resize(65536);
+    EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Cloud, many); }).kind(), ErrorKind::Unwritable);
+    EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Profiles, many); }).kind(), ErrorKind::Unwritable);
+    many.hasZ = true;
+    const FullDisk disk(1 << 16);
+    for (const FileKind kind : {FileKind::Cloud, FileKind::Xyzf, FileKind::Xyz, FileKind::Ply, FileKind::Pcd}) {
+        EXPECT_EQ(errorOf([&] { writePoints(file(), kind, many); }).kind(), ErrorKind::Unwritable) << kindName(kind);
+    }
+}
+
+} // namespace
