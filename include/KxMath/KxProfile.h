@@ -139,12 +139,15 @@ public:
     /// only the upper points.
     bool calcCircle(KxCircle& circle);
 
-    // Filters
+    // Filters. Some write by index into an `out` of the caller, which may be this profile: an `out` that is too short for
+    // what is written first gets all points of this profile that it lacks, so that an empty one becomes a copy. Where
+    // nothing is written it stays as it is.
 
     /// Smooths y with a causal FIR filter of 20 taps. The curve lags by 10 points; the first 20 points are copied. The
     /// tap of the current point is 0, but it is multiplied: a NaN makes its own result NaN, too. A point more than
     /// `maxStep` in x beyond the one before is not smoothed (NaN: no limit). Nothing happens for fewer than 20 points.
-    /// Writes x and y of `out` by index.
+    /// @param out written by index, completed when it is too short
+    /// @param maxStep in x
     void kihFilter20(KxProfile& out, float maxStep);
     /// kihFilter20() in place.
     void kihFilter20(float maxStep);
@@ -157,14 +160,14 @@ public:
     /// Writes to y of point i of `out` the y of the middle position of the `window` points from i on, ordered by x.
     /// Deliberately ordered by x and not by y: on a profile ordered by x this is a shift by half a window. The last
     /// `window` points of `out` keep their y.
-    /// @param out written by index
+    /// @param out written by index, completed when it is too short
     /// @param window number of points
     /// @param ignored has no effect
     void medFilt(KxProfile& out, int window, int ignored);
 
     /// Windowed slope: for each `window` points of `out`, the sum of y of the later half minus that of the earlier
-    /// half, divided by the same of x, is written to y of the window's first point. `out` is both read and written; of
-    /// this profile only the number of points is used, at least window + 2. A difference of 0 in x gives an infinity or
+    /// half, divided by the same of x, is written to y of the window's first point. `out` is both read and written,
+    /// completed when it is too short; otherwise only the number of points of this profile is used, at least window + 2. A difference of 0 in x gives an infinity or
     /// NaN.
     void diffFilt(KxProfile& out, int window);
 
@@ -339,7 +342,7 @@ public:
     /// `window` points gets the absolute value of the sum of its y. Deliberately the sum and not the mean; the points
     /// after the last full block keep their differences. Nothing happens when one of the profiles is empty.
     /// @param other is only read
-    /// @param out needs as many points as the shorter profile
+    /// @param out written by index, completed when it has fewer points than the shorter profile
     /// @param window number of points of a block
     /// @param reserved not used
     /// @param cutTail removes points of `out` beyond that number: deliberately only every second one, the first
@@ -350,7 +353,7 @@ public:
     /// first point of the next one. A last block that ends with the profile gets the chord to the last point; a last
     /// block of one point keeps that point. Points after the last full block are not written. Nothing is written for
     /// fewer points than `window`.
-    /// @param out written by index
+    /// @param out written by index, completed when it is too short
     /// @param window number of points of a block
     /// @param reserved not used
     void addLineSegments(KxProfile& out, int window, int reserved);
@@ -358,7 +361,7 @@ public:
     /// The same with blocks as wide as `windowMM` in x: a block reaches from its first point to the first one at least
     /// that far away in x, where the next block begins. A missing or infinite point neither starts nor ends a block:
     /// one inside a block gets its y from the chord if it has an x, and those before the first block are copied.
-    /// @param out written by index
+    /// @param out written by index, completed when it is too short
     /// @param windowMM width of a block
     /// @return the number of points written, from the first on; 0 for a window of 0, below or NaN
     int addLineSegmentsWithMMWindow(KxProfile& out, float windowMM);
@@ -366,7 +369,7 @@ public:
     /// Writes to `out` by index, block by block of `window` points, a straight piece of slope `slope` through the
     /// middle point of the block, that at `window` / 2. The pieces do not join. Points after the last full block are
     /// not written.
-    /// @param out written by index
+    /// @param out written by index, completed when it is too short
     /// @param window number of points of a block
     /// @param reserved not used
     /// @param slope of all pieces

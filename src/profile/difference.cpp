@@ -2,6 +2,7 @@
 #include "KxMath/KxProfile.h"
 
 #include "lists/filtering.h"
+#include "profile/completion.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,6 +14,7 @@ void KxProfile::calcDistance(KxProfile& other, KxProfile& out, int window, int /
     if (n < 1) {
         return;
     }
+    detail::complete(out.points, points, n);
     for (qsizetype i = 0; i < n; ++i) {
         const float difference = std::as_const(points)[i].y - std::as_const(other.points)[i].y;
         out.points[i].y = difference;

@@ -1,6 +1,8 @@
 // Replacing a profile by straight pieces, block by block.
 #include "KxMath/KxProfile.h"
 
+#include "profile/completion.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -15,6 +17,7 @@ bool isFinite(const KxPointXY& p) {
 
 /// Writes the points from `begin` up to, not including, `end` of `profile` to `out`, their y on the line k * x + c.
 void writeOnLine(KxProfile& profile, qsizetype begin, qsizetype end, float k, float c, KxProfile& out) {
+    detail::complete(out.points, profile.points, end);
     for (qsizetype j = begin; j < end; ++j) {
         const float x = std::as_const(profile.points)[j].x; // read first, `out` may be the profile
         KxPointXY& target = out.points[j];
@@ -42,6 +45,7 @@ void KxProfile::addLineSegments(KxProfile& out, int window, int /*reserved*/) {
     for (qsizetype start = 0; start + window <= n; start += window) {
         const KxPointXY p = std::as_const(points)[start];
         if (start == n - 1) {
+            detail::complete(out.points, points, n);
             out.points[start] = p; // a last block of one point has no chord
             return;
         }
@@ -67,6 +71,7 @@ int KxProfile::addLineSegmentsWithMMWindow(KxProfile& out, float windowMM) {
         if (!isFinite(q) || !(std::abs(q.x - p.x) >= windowMM)) {
             continue;
         }
+        detail::complete(out.points, points, next);
         for (; written < start; ++written) {
             out.points[written] = std::as_const(points)[written]; // missing points before the first block
         }

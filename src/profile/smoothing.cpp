@@ -1,6 +1,7 @@
 // Smoothing filters over windows of points.
 #include "KxMath/KxProfile.h"
 
+#include "profile/completion.h"
 #include "profile/coordinates.h"
 #include "profile/fir.h"
 #include "profile/order.h"
@@ -77,6 +78,7 @@ void KxProfile::kihFilter20(KxProfile& out, float maxStep) {
     if (n < detail::kFirTaps) {
         return;
     }
+    detail::complete(out.points, points, n);
     const QList<KxPointXY> shared = points; // so that `out` may be this profile
     const KxPointXY* const source = shared.constData();
     KxPointXY* const target = out.points.data();
@@ -120,6 +122,7 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     if (w <= 0 || w > n) {
         return;
     }
+    detail::complete(out.points, points, n - w);
     // `out` may be this profile: window i is read before point i is written, and later windows start behind it.
     KxPointXY* const target = out.points.data();
     const KxPointXY* const source = points.constData();
@@ -139,6 +142,7 @@ void KxProfile::diffFilt(KxProfile& out, int window) {
     if (w <= 0 || w + 2 > n) {
         return;
     }
+    detail::complete(out.points, points, n);
     const qsizetype half = w / 2;
     const qsizetype windows = n - w + 1;
     // All windows can be summed first: a target is the first point of its window, and so in no later one.
