@@ -66,6 +66,25 @@ TEST(FlankResiduals, AreTheDistancesAlongY) {
     }
 }
 
+TEST(FlankResiduals, TakeTheSlopeOfTheObliqueRidgeAlongZOrAcrossIt) {
+    const Shot shot(1, 0.0);
+    const CalibrationObject& object = shot.task.object;
+    ProfilePose profile = exactPose(shot);
+    detail::findResiduals(shot.task, profile);
+    for (CalibrationPoint& point : profile.points) {
+        for (int round = 0; round < 30 && point.flank >= 6u; ++round) { // along its ray onto the steeper flank
+            const kxsim::Vec3 at =
+                shot.pose.toTrack(static_cast<double>(point.point.x), static_cast<double>(point.point.y));
+            const double fromCrest = std::abs(at.z - 2.5 * object.pitch - object.obliqueness * at.x);
+            const double depth = object.slope * std::hypot(1.0, object.obliqueness) * fromCrest;
+            point.point.y += static_cast<float>(depth - (at.y - object.crestY));
+        }
+    }
+    detail::findResiduals(shot.task, profile);
+    EXPECT_LT(profile.rms, 1e-3) << "0.05 of depths up to 18 mm where it is taken along Z";
+    EXPECT_GT(profile.flanks[7].points, 30);
+}
+
 TEST(FlankResiduals, OfSeveralProfilesTogether) {
     std::vector<ProfilePose> profiles(3);
     profiles[0].flanks[6] = {30, 0.1, 0.2, 0.5};
