@@ -87,8 +87,8 @@ TEST(FlankResiduals, TakeTheSlopeOfTheObliqueRidgeAlongZOrAcrossIt) {
 
 TEST(FlankResiduals, OfSeveralProfilesTogether) {
     std::vector<ProfilePose> profiles(3);
-    profiles[0].flanks[6] = {30, 0.1, 0.2, 0.5};
-    profiles[2].flanks[6] = {10, -0.3, 0.4, 0.7};
+    profiles[0].flanks[6] = {30, 0.1, 0.2, 0.7};
+    profiles[2].flanks[6] = {10, -0.3, 0.4, 0.5};
     const FlankResiduals all = detail::pooled(profiles);
     EXPECT_EQ(all[6].points, 40);
     EXPECT_NEAR(all[6].mean, 0.0, 1e-12);

@@ -71,6 +71,8 @@ TEST(MeasurePose, SaysWhyThereIsNoPose) {
          "it would with placement 2 obliqueness -0.3", "it would with --position 2 --oblique -0.3"},
         {"other side", [](Shot& s) { s.task.sensorY = 240.0f - s.trueY(); },
          "other side of the crests than sensorY tells: gamma is taken to be 0 to 180", "than --sensor-y tells"},
+        {"other side, from below", [](Shot& s) { s = Shot(3), s.task.sensorY = 240.0f - s.trueY(); },
+         "gamma is taken to be 180 to 360", "than --sensor-y tells"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
