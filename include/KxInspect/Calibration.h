@@ -154,14 +154,15 @@ KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>&
 
 /// A pose as keys of a settings file: SENSORn/x, y, z in mm, alpha, beta, gamma in degrees, and position.
 struct PoseKeys {
-    int sensor = 1; ///< n
+    int sensor = 1; ///< n, from 1 to 49
     SensorPose pose = {}; ///< keys of values that are NaN are left alone
     int placement = 2;
 };
 
 /// The text of a settings file with the keys put in: those that stand there are replaced, the others added to their
 /// section. Everything else stays as it is, remarks and line ends included. Throws an Error when the text is not UTF-8,
-/// is no INI file, or is written so that other keys would change (Unsuitable).
+/// is no INI file, or is written so that other keys would change (Unsuitable); for a sensor out of range (BadArgument);
+/// when a temporary file, with which the text is checked, cannot be written (Unwritable).
 /// @param settings may be empty
 /// @param file its name, for the error
 KXINSPECT_EXPORT std::string withPose(const std::string& settings, const PoseKeys& keys, const std::string& file = {});

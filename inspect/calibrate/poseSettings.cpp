@@ -124,6 +124,11 @@ bool differsOnlyIn(const Values& values, const QString& section, const QMap<QStr
 } // namespace
 
 std::string withPose(const std::string& settings, const PoseKeys& keys, const std::string& file) {
+    constexpr int kMaxSensor = 49; // the last one that recordings are looked up for
+    if (keys.sensor < 1 || keys.sensor > kMaxSensor) {
+        detail::fail(ErrorKind::BadArgument, {"argument", {}, "sensor"},
+                     QStringLiteral("sensor must be from 1 to %1, is %2").arg(kMaxSensor).arg(keys.sensor));
+    }
     const QByteArray text = QByteArray::fromStdString(settings);
     if (QString::fromUtf8(text).toUtf8() != text) {
         fail(file, QStringLiteral("are not text in UTF-8 without a byte order mark"));

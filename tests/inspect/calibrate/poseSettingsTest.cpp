@@ -43,4 +43,7 @@ TEST(WithPose, RefusesTextsInWhichOtherKeysWouldChange) {
             EXPECT_EQ(std::string(error.what()).find("settings 's.ini' "), 0u) << error.what();
         }
     }
+    EXPECT_THROW(withPose("", {0, kPose, 3}), Error);
+    EXPECT_THROW(withPose("", {50, kPose, 3}), Error);
+    EXPECT_NO_THROW(withPose("", {49, kPose, 3}));
 }

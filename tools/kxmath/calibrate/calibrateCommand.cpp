@@ -186,7 +186,9 @@ int run(const Arguments& a) {
     checkOutputs({&a.settings, &a.json, &a.report}, a.files);
     const bool hasFile = a.settings.isWanted() && !a.settings.isStandardOutput();
     const std::string settings = hasFile ? readSettings(a.settingsName) : std::string();
-    settingsWith(settings, a, {}); // settings that take no keys are refused before long work
+    if (hasFile) {
+        settingsWith(settings, a, {}); // settings that take no keys are refused before long work
+    }
     Progress progress;
     const CalibrationResult result = measureAll(a, progress);
     progress.wipe();
