@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CrossSection.h"
+#include "Error.h"
 #include "Export.h"
 #include "Json.h"
 #include "Profile.h"

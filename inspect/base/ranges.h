@@ -13,7 +13,7 @@ inline void checkRange(const char* name, float value, const std::array<double, 2
         const auto number = [](double v) { return QString::number(v); };
         fail(ErrorKind::BadArgument, {{}, {}, name},
              QStringLiteral("%1 needs a number from %2 to %3, got %4")
-                 .arg(QLatin1String(name), number(range[0]), number(range[1]), number(value)));
+                 .arg(QLatin1String(name), number(range[0]), number(range[1]), number(static_cast<double>(value))));
     }
 }
 

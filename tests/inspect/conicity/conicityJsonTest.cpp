@@ -1,0 +1,121 @@
+// The conicity as JSON and back, and the page of what was read back.
+#include "inspect/conicity/wheelSets.h"
+#include "report/conicity/conicityReport.h"
+
+#include <cmath>
+
+using namespace conicity_test;
+
+TEST(ConicityJson, HoldsTheResult) {
+    ConicityResult result;
+    result.sections[Wheel1].file = "w1.csv";
+    result.sections[Rail1].file = "r1.csv";
+    result.sections[Wheel2].file = "w2.csv";
+    result.sections[Rail2].file = "r\u00e42.csv";
+    result.gauge = 1435.1f;
+    result.backToBack = 1360.3f;
+    result.radius1 = 460.0f;
+    result.radius2 = 461.2f;
+    result.edgeMargin = 0.001f;
+    result.shownAmplitude = 2.5f;
+    result.shownConicity = 0.171f;
+    result.conicity = {{1.0f, 0.1f}, {2.0f, std::nanf("")}, {3.0f, 0.0f}};
+    result.deltaR = {{-0.1f, -0.02f}, {0.2f, 0.05f}};
+    result.warnings = {"one", "two"};
+    EXPECT_EQ(toJson(result), R"({
+    "backToBack": 1360.3,
+    "conicity": [
+        [
+            1,
+            0.1
+        ],
+        [
+            2,
+            null
+        ],
+        [
+            3,
+            0
+        ]
+    ],
+    "deltaR": [
+        [
+            -0.1,
+            -0.02
+        ],
+        [
+            0.2,
+            0.05
+        ]
+    ],
+    "edgeMargin": 0.001,
+    "gauge": 1435.1,
+    "profiles": {
+        "rail1": "r1.csv",
+        "rail2": "rä2.csv",
+        "wheel1": "w1.csv",
+        "wheel2": "w2.csv"
+    },
+    "radius1": 460,
+    "radius2": 461.2,
+    "shownAmplitude": 2.5,
+    "shownConicity": 0.171,
+    "warnings": [
+        "one",
+        "two"
+    ]
+}
+)");
+    const ConicityResult read = conicityResultFromJson(toJson(result));
+    EXPECT_EQ(toJson(read), toJson(result));
+    ASSERT_EQ(read.atWholeAmplitudes.size(), 1u);
+    EXPECT_EQ(read.atWholeAmplitudes[0], (Point{1.0f, 0.1f}));
+    EXPECT_TRUE(read.isCalculated());
+    EXPECT_EQ(read.sections[Wheel1].dropped, std::nullopt);
+}
+
+TEST(ConicityJson, WithPicturesGivesTheSamePage) {
+    ConicityInput input = coneInput();
+    input.amplitudes = 7;
+    input.gaugeDepth = 3.3f;
+    const ConicityResult result = measureConicity(input);
+    const std::string json = toJson(result, Pictures::Included);
+    const ConicityResult read = conicityResultFromJson(json);
+    EXPECT_EQ(toJson(read, Pictures::Included), json);
+    EXPECT_EQ(toJson(read), toJson(result));
+    EXPECT_EQ(kxreport::conicityReport(read), kxreport::conicityReport(result));
+    EXPECT_EQ(read.sections[Rail2].isCut, true);
+    EXPECT_EQ(read.sections[Wheel2].isCut, std::nullopt);
+    EXPECT_EQ(read.sections[Wheel2].dropped, 0);
+    EXPECT_EQ(read.shownConicity, result.shownConicity);
+
+    ConicityResult nameless = result;
+    nameless.sections[Rail1].file.clear();
+    EXPECT_TRUE(kxreport::conicityReport(nameless).contains(QStringLiteral("on rails rail1 and d.csv")));
+}
+
+TEST(ConicityJson, RefusesWhatIsNoConicity) {
+    const std::string json = toJson(measureConicity(coneInput()));
+    const auto with = [&](const std::string& from, const std::string& to) {
+        std::string changed = json;
+        return changed.replace(changed.find(from), from.size(), to);
+    };
+    const struct {
+        std::string json, key;
+        ErrorKind kind;
+    } cases[] = {
+        {json.substr(0, json.size() / 2), "", ErrorKind::Damaged},
+        {with("\"gauge\"", "\"cage\""), "gauge", ErrorKind::Unsuitable},
+        {with("\"rail2\": \"folder/d.csv\"", "\"rail2\": 3"), "profiles.rail2", ErrorKind::Unsuitable},
+        {with("\"conicity\": [\n        [", "\"conicity\": [\n        [ 1,"), "conicity[0]", ErrorKind::Unsuitable},
+    };
+    for (const auto& [text, key, kind] : cases) {
+        try {
+            conicityResultFromJson(text);
+            ADD_FAILURE() << key;
+        } catch (const Error& error) {
+            EXPECT_EQ(error.kind(), kind) << error.what();
+            EXPECT_EQ(error.source().key, key) << error.what();
+        }
+    }
+}

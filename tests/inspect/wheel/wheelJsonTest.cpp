@@ -1,0 +1,111 @@
+// Measured wheels as JSON and back, and the page of what was read back.
+#include "report/wheel/wheelReport.h"
+
+#include <KxInspect/Error.h>
+#include <KxInspect/Wheel.h>
+
+#include <gtest/gtest.h>
+
+using namespace KxInspect;
+
+namespace {
+
+WheelResults results() {
+    WheelResult wheel;
+    wheel.file = "a/one.csv";
+    wheel.warnings = {"has 12 points only"};
+    wheel.measures = {28.25f, 32.5f, {}, 0.25f};
+    wheel.verdict = WheelVerdict::Outside;
+    wheel.section = {{0.5f, 28.0f}, {1.5f, 0.0f}, {70.0f, 28.25f}};
+    wheel.measured = {{0.6f, 27.0f}, {1.7f, 0.1f}, {3.0f, 2.5f}, {70.1f, 28.25f}};
+    wheel.widthStart = 3.0f;
+    WheelResult gone;
+    gone.file = "gone.csv";
+    gone.error = "cannot be read: No such file or directory";
+    gone.verdict = WheelVerdict::NotRead;
+    WheelResult bare;
+    bare.file = "bare.csv";
+    return {{wheel, gone, bare}, {{27.0f, 28.2f}, {{}, 40.1f}, {}, {}}, "2.0.10"};
+}
+
+} // namespace
+
+TEST(WheelJson, HoldsTheResults) {
+    EXPECT_EQ(toJson(results()), R"({
+    "limits": {
+        "heightAt70": {
+            "max": 28.2,
+            "min": 27
+        },
+        "heightExcess": {
+            "max": null,
+            "min": null
+        },
+        "widthLevel2ToH13": {
+            "max": null,
+            "min": null
+        },
+        "xAtLevel18": {
+            "max": 40.1,
+            "min": null
+        }
+    },
+    "wheels": [
+        {
+            "file": "a/one.csv",
+            "heightAt70": 28.25,
+            "heightExcess": 0.25,
+            "verdict": "outside",
+            "warnings": [
+                "has 12 points only"
+            ],
+            "widthLevel2ToH13": null,
+            "xAtLevel18": 32.5
+        },
+        {
+            "error": "cannot be read: No such file or directory",
+            "file": "gone.csv"
+        },
+        {
+            "file": "bare.csv",
+            "heightAt70": null,
+            "heightExcess": null,
+            "verdict": null,
+            "warnings": [
+            ],
+            "widthLevel2ToH13": null,
+            "xAtLevel18": null
+        }
+    ]
+}
+)");
+}
+
+TEST(WheelJson, ReadBackGivesTheSamePage) {
+    const WheelResults measured = results();
+    EXPECT_EQ(toJson(wheelResultsFromJson(toJson(measured))), toJson(measured));
+    const std::string json = toJson(measured, Pictures::Included);
+    const WheelResults read = wheelResultsFromJson(json);
+    EXPECT_EQ(toJson(read, Pictures::Included), json);
+    EXPECT_EQ(kxreport::wheelReport(read), kxreport::wheelReport(measured));
+    EXPECT_EQ(read.wheels[1].verdict, WheelVerdict::NotRead);
+    EXPECT_EQ(read.wheels[0].widthStart, 3.0f);
+    EXPECT_EQ(read.limits.xAtLevel18.min, std::nullopt);
+}
+
+TEST(WheelJson, RefusesWhatIsNoResult) {
+    const std::string json = toJson(results());
+    for (const auto& [from, to, key] : {std::tuple{"\"wheels\"", "\"heels\"", "wheels"},
+                                        {"\"outside\"", "\"over there\"", "wheels[0].verdict"},
+                                        {"32.5", "\"32.5\"", "wheels[0].xAtLevel18"}}) {
+        std::string changed = json;
+        changed.replace(changed.find(from), std::string(from).size(), to);
+        try {
+            wheelResultsFromJson(changed);
+            ADD_FAILURE() << key;
+        } catch (const Error& error) {
+            EXPECT_EQ(error.kind(), ErrorKind::Unsuitable) << error.what();
+            EXPECT_EQ(error.source().key, key) << error.what();
+        }
+    }
+}

@@ -1,0 +1,145 @@
+// The measures of wheels with straight flanks, which have a closed form, and verdicts.
+#include <KxInspect/Wheel.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace KxInspect;
+
+namespace {
+
+/// A wheel whose flange rises for 12 mm, is flat at its tip and has a straight flank, with a conical tread; y down, x from the flange back.
+struct Wheel {
+    float height = 28.0f; ///< of the flange over the tape circle
+    float tipEnd = 20.0f; ///< x at which the flank begins
+    float flank = 1.5f; ///< its slope
+    float first = 0.0f; ///< x of the first point
+
+    CrossSection section() const {
+        constexpr float kStep = 0.01f;
+        CrossSection result;
+        result.profile.emplace();
+        for (int i = 0; i <= static_cast<int>((135.0f - first) / kStep); ++i) {
+            const float x = first + static_cast<float>(i) * kStep;
+            const float tread = (kTapeCircleX - x) * 0.05f;
+            const float flange = std::min({height - 12.0f + x, height, height - (x - tipEnd) * flank});
+            result.profile->points.push_back({x, std::max(flange, tread)});
+        }
+        return result;
+    }
+
+    /// Where the flank is `level` below the tip.
+    float at(float level) const { return tipEnd + level / flank; }
+};
+
+void expectMeasures(const WheelResult& result, const Wheel& wheel) {
+    constexpr float kSmoothed = 0.03f; // the means over 20 points, which are 0.01 mm apart
+    constexpr float kStep = 0.1f; // in which the width comes
+    const WheelMeasures& m = result.measures;
+    ASSERT_TRUE(m.heightAt70 && m.xAtLevel18 && m.widthLevel2ToH13 && m.heightExcess) << result.error;
+    EXPECT_NEAR(*m.heightAt70, wheel.height, 0.01f);
+    EXPECT_NEAR(*m.xAtLevel18, wheel.at(18.0f), kSmoothed);
+    EXPECT_NEAR(*m.widthLevel2ToH13, wheel.at(wheel.height - 13.0f) - wheel.at(2.0f), kStep + 0.001f);
+    EXPECT_NEAR(*m.heightExcess, wheel.height - (wheel.height >= 29.0f ? 30.0f : 28.0f), 0.01f);
+    EXPECT_NEAR(result.widthStart.value_or(0.0f), wheel.at(2.0f), kStep + kSmoothed);
+}
+
+WheelMeasures measures(std::optional<float> height, std::optional<float> thickness) {
+    WheelMeasures result;
+    result.heightAt70 = height;
+    result.xAtLevel18 = thickness;
+    return result;
+}
+
+} // namespace
+
+TEST(Wheel, MeasuresAreThoseOfTheClosedForm) {
+    for (const Wheel& wheel : {Wheel{}, Wheel{31.5f, 17.0f, 1.3f}, Wheel{26.25f, 22.5f, 2.5f}}) {
+        SCOPED_TRACE(wheel.height);
+        const WheelResult result = measureWheel(wheel.section());
+        expectMeasures(result, wheel);
+        EXPECT_TRUE(result.warnings.empty());
+        EXPECT_EQ(result.verdict, WheelVerdict::NoLimits);
+        EXPECT_EQ(result.section.size(), wheel.section().profile->points.size());
+        EXPECT_FALSE(result.measured.empty());
+    }
+}
+
+TEST(Wheel, ProfilesBeginAtTheFlangeBack) {
+    const Wheel late{29.5f, 19.0f, 1.7f, 2.5f};
+    WheelOptions options;
+    options.flangeBack = 0.0f;
+    expectMeasures(measureWheel(late.section(), options), late);
+    // Mirrored, with its flange back at x = 400 and 3 mm before it.
+    const Wheel wheel{27.0f, 21.0f, 1.4f, -3.0f};
+    CrossSection mirrored = wheel.section();
+    for (Point& p : mirrored.profile->points) {
+        p.x = 400.0f - p.x;
+    }
+    mirrored.orientation.isMirrored = true;
+    options.flangeBack = 400.0f;
+    expectMeasures(measureWheel(mirrored, options), wheel);
+    options.flangeBack.reset();
+    EXPECT_NEAR(measureWheel(mirrored, options).measures.xAtLevel18.value_or(0.0f), wheel.at(18.0f) + 3.0f, 0.04f);
+}
+
+TEST(Wheel, SectionsInSpaceAreTurnedAboutTheCentre) {
+    const Wheel wheel{30.0f, 18.0f, 1.6f};
+    WheelOptions options;
+    options.centre = {100.0f, -20.0f};
+    std::vector<Point3> rim;
+    const CrossSection section = wheel.section();
+    for (const Point& p : section.profile->points) {
+        const float radius = 600.0f - p.x;
+        rim.push_back({100.0f + 0.6f * radius, 50.0f - p.y, -20.0f - 0.8f * radius});
+    }
+    rim.insert(rim.begin() + 7, Point3{}); // missing
+    expectMeasures(measureRim(rim, "rim", options), wheel);
+    EXPECT_EQ(measureRim({Point3{}}).error, "holds no points");
+}
+
+TEST(Wheel, WithoutAProfileSaysWhy) {
+    CrossSection missing{"no/such.csv"};
+    CrossSection nothing;
+    nothing.profile = Profile{{Point{}}};
+    const WheelResults results = measureWheels({missing, nothing, Wheel().section()});
+    EXPECT_EQ(results.wheels[0].error.rfind("cannot be read", 0), 0u) << results.wheels[0].error;
+    EXPECT_EQ(results.wheels[1].error, "holds no points");
+    EXPECT_EQ(results.wheels[1].verdict, WheelVerdict::NotRead);
+    EXPECT_FALSE(results.wheels[1].isMeasured());
+    EXPECT_TRUE(results.wheels[2].isMeasured());
+
+    WheelOptions options;
+    options.spacing = 0.001f;
+    EXPECT_THROW(measureWheel(Wheel().section(), options), Error);
+    options.spacing = 1e-2f;
+    CrossSection far;
+    far.profile = Profile{{{0.0f, 0.0f}, {1e30f, 1.0f}}};
+    EXPECT_EQ(measureWheel(far, options).error, "is too long for points every 0.01 mm");
+    options.centre.x = std::numeric_limits<float>::infinity();
+    EXPECT_THROW(measureRim({}, {}, options), Error);
+}
+
+TEST(Wheel, LimitsGiveVerdicts) {
+    const WheelLimits height{{27.5f, 30.0f}, {}, {}, {}};
+    const WheelLimits both{{27.5f, {}}, {{}, 33.0f}, {}, {}};
+    const struct {
+        WheelMeasures measures;
+        WheelLimits limits;
+        WheelVerdict verdict;
+    } cases[] = {
+        {measures(28.0f, 34.0f), {}, WheelVerdict::NoLimits},   {measures({}, {}), {}, WheelVerdict::NoLimits},
+        {measures(27.5f, 34.0f), height, WheelVerdict::Within}, // the limit itself
+        {measures(30.0f, {}), height, WheelVerdict::Within},    {measures(30.25f, {}), height, WheelVerdict::Outside},
+        {measures(27.25f, 32.0f), both, WheelVerdict::Outside}, {measures(28.0f, 33.5f), both, WheelVerdict::Outside},
+        {measures({}, 33.5f), both, WheelVerdict::Outside}, // whatever is missing
+        {measures({}, 32.0f), both, WheelVerdict::NotMeasured}, {measures(28.0f, {}), both, WheelVerdict::NotMeasured},
+        {measures(99.0f, 33.0f), both, WheelVerdict::Within},
+    };
+    for (const auto& [found, limits, verdict] : cases) {
+        EXPECT_STREQ(textOf(verdictOf(found, limits)), textOf(verdict)) << &found - &cases[0].measures;
+    }
+}
