@@ -8,11 +8,9 @@
 #include <KxInspect/ProfileFile.h>
 
 using KxInspect::FileKind;
+using KxInspect::kFileKinds;
 
 namespace {
-
-constexpr FileKind kKinds[] = {FileKind::Cloud, FileKind::Profiles, FileKind::Csv, FileKind::Xyzf,
-                               FileKind::Xyz,   FileKind::Ply,      FileKind::Pcd};
 
 /// Calls what may throw an Error: what a user is told.
 template <typename Call>
@@ -25,7 +23,7 @@ void tryCall(Call call) {
 
 void convert(const std::string& path, FileKind from) {
     const KxInspect::PointSet points = KxInspect::readPoints(path, from);
-    for (const FileKind to : kKinds) { // not all kinds hold all points
+    for (const FileKind to : kFileKinds) { // not all kinds hold all points
         tryCall([&] { KxInspect::writePoints(kxfuzz::scratchFile(QStringLiteral("copy")).toStdString(), to, points); });
     }
 }
@@ -37,8 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
         return 0;
     }
     const std::string path = kxfuzz::writeScratch("points", data + 1, size - 1).toStdString();
-    if (data[0] % 8 < std::size(kKinds)) {
-        tryCall([&] { convert(path, kKinds[data[0] % 8]); });
+    if (data[0] % 8 < std::size(kFileKinds)) {
+        tryCall([&] { convert(path, kFileKinds[data[0] % 8]); });
     } else {
         const KxInspect::Columns columns{data[0] / 8 % 4, data[0] / 32};
         tryCall([&] { KxInspect::readProfile(path, columns); });

@@ -23,6 +23,10 @@ enum class FileKind {
     Pcd, ///< Point Cloud Data 0.7, not compressed
 };
 
+/// All kinds, in the order above.
+inline constexpr FileKind kFileKinds[] = {FileKind::Cloud, FileKind::Profiles, FileKind::Csv, FileKind::Xyzf,
+                                          FileKind::Xyz,   FileKind::Ply,      FileKind::Pcd};
+
 /// The name of a kind: "cloud", "profiles", "csv", "xyzf", "xyz", "ply", "pcd".
 KXINSPECT_EXPORT std::string kindName(FileKind kind);
 

@@ -1,12 +1,14 @@
 // Writing the kinds of point files that sensors write.
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
+#include "inspect/formats/openFile.h"
 #include "inspect/formats/sensorFiles.h"
 
 #include <KxMath/KxPointCloud.h>
 #include <KxMath/KxProfileZ.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 namespace KxInspect::detail {
 
@@ -83,18 +85,20 @@ void writeCloudFile(const ErrorSource& source, const PointSet& set) {
 }
 
 void writeProfileRecords(const ErrorSource& source, const PointSet& set) {
+    const std::vector<std::size_t> starts = profileStarts(set);
+    const auto endOf = [&](std::size_t i) { return i + 1 < starts.size() ? starts[i + 1] : set.points.size(); };
+    for (std::size_t i = 0; i < starts.size(); ++i) { // first, so that no file is replaced in vain
+        if (endOf(i) - starts[i] > kMaxProfilePoints) {
+            fail(ErrorKind::Unwritable, source,
+                 QStringLiteral("cannot hold a profile of %1 points, 65535 is the most").arg(endOf(i) - starts[i]));
+        }
+    }
     QFile file(toQt(source.file));
     checkWritten(file.open(QIODevice::WriteOnly | QIODevice::Truncate), source);
-    const std::vector<std::size_t> starts = profileStarts(set);
     for (std::size_t i = 0; i < starts.size(); ++i) {
-        const std::size_t end = i + 1 < starts.size() ? starts[i + 1] : set.points.size();
-        if (end - starts[i] > kMaxProfilePoints) {
-            fail(ErrorKind::Unwritable, source,
-                 QStringLiteral("cannot hold a profile of %1 points, 65535 is the most").arg(end - starts[i]));
-        }
         const float unknown = std::numeric_limits<float>::quiet_NaN();
-        KxMath::KxProfileZ profile(starts[i] < end ? set.points[starts[i]].z : unknown);
-        profile.points = inPlane(set, starts[i], end);
+        KxMath::KxProfileZ profile(starts[i] < endOf(i) ? set.points[starts[i]].z : unknown);
+        profile.points = inPlane(set, starts[i], endOf(i));
         checkWritten(profile.writeToFile(file), source);
     }
     checkWritten(file.flush(), source);
@@ -104,9 +108,13 @@ void writeCsvFile(const ErrorSource& source, const PointSet& set) {
     if (set.hasZ && profileStarts(set).size() > 1) {
         fail(ErrorKind::Unwritable, source, QStringLiteral("holds one profile, the data have several"));
     }
+    const QString path = toQt(source.file);
     KxMath::KxProfile profile;
     profile.points = inPlane(set, 0, set.points.size());
-    checkWritten(profile.writeToCSVFile(toQt(source.file)), source);
+    checkWritten(profile.writeToCSVFile(path), source);
+    if (QFileInfo(path).isFile()) { // the profile does not report a full disk
+        checkWritten(readAll(source).count('\n') == profile.points.size(), source);
+    }
 }
 
 void writeXyzfFile(const ErrorSource& source, const PointSet& set) {

@@ -44,17 +44,17 @@ struct Conversion {
     FileKind to;
 };
 
-/// The kind of a file: named by an option, else told by the file name.
+/// The kind of a file: named by an option, else by the ending of its name.
 FileKind kindOf(const Options& options, const char* option, const QString& fileName) {
-    const QString name = options.text(option);
     if (options.isSet(option)) {
-        if (const auto named = KxInspect::kindByName(name.toStdString())) {
-            return *named;
+        QStringList names;
+        for (const FileKind kind : KxInspect::kFileKinds) {
+            names += QString::fromStdString(kindName(kind));
         }
-        options.failNeed(QStringLiteral("--") + QLatin1String(option), QStringLiteral("one of the kinds"), name);
+        return KxInspect::kindByName(options.oneOf(option, names).toStdString()).value();
     }
-    if (const auto told = KxInspect::kindByFileName(fileName.toStdString())) {
-        return *told;
+    if (const auto kind = KxInspect::kindByFileName(fileName.toStdString())) {
+        return *kind;
     }
     options.fail(
         QStringLiteral("the name '%1' does not tell the kind, name it with --%2").arg(fileName, QLatin1String(option)));
