@@ -1,0 +1,24 @@
+// The measures of wheel profiles from files. Shown in docs/wheel.md.
+#include <KxInspect/KxInspect.h>
+
+#include <iostream>
+
+/// Prints the measures of each wheel and whether its flange is thick enough.
+void printWheels(const std::vector<std::string>& files) {
+    KxInspect::WheelOptions options;
+    options.spacing = 0.05f;
+    options.limits.xAtLevel18.min = 22.0f;
+    for (const std::string& file : files) {
+        const KxInspect::WheelResult wheel = KxInspect::measureWheel({file}, options);
+        std::cout << file << ": " << (wheel.error.empty() ? textOf(wheel.verdict) : wheel.error) << '\n';
+        for (const KxInspect::WheelMeasure& measure : KxInspect::kWheelMeasures) {
+            if (const std::optional<float> value = wheel.measures.*measure.value) {
+                std::cout << "  " << measure.key << " = " << *value << '\n';
+            }
+        }
+    }
+}
+
+int main(int argc, char** argv) {
+    printWheels({argv + 1, argv + argc});
+}
