@@ -1,8 +1,7 @@
 // The text forms of contact profile gauges.
 #include "inspect/formats/gaugeText.h"
 
-#include <QtCore/QRegularExpression>
-#include <QtCore/QStringList>
+#include <QtCore/QList>
 
 #include <algorithm>
 #include <optional>
@@ -12,9 +11,8 @@ namespace KxInspect::detail {
 namespace {
 
 /// The point in a line of columns, nothing in a header or remark.
-std::optional<Point> pointIn(const QString& line, const Columns& columns) {
-    static const QRegularExpression separators(QStringLiteral("[\\s;]+"));
-    const QStringList fields = line.split(separators, Qt::SkipEmptyParts);
+std::optional<Point> pointIn(QByteArray line, const Columns& columns) {
+    const QList<QByteArray> fields = line.replace(';', ' ').simplified().split(' ');
     if (fields.size() <= std::max(columns.x, columns.y)) {
         return {};
     }
@@ -37,7 +35,7 @@ std::vector<Point> parseGaugeText(const QByteArray& text, const Columns& columns
         block.clear();
     };
     for (const QByteArray& line : text.split('\n')) {
-        if (const auto point = pointIn(QString::fromLatin1(line), columns)) {
+        if (const auto point = pointIn(line, columns)) {
             block.push_back(*point);
         } else {
             closeBlock();
