@@ -10,6 +10,16 @@
 
 namespace KxInspect {
 
+/// What the name of a recording says: PREFIX_SERIAL.bin.
+struct RecordingName {
+    std::string file; ///< without its folder; ".bin" is added where it is missing
+    std::string base; ///< `file` without ".bin": the folder of its wheel files
+    int serial = 0; ///< serial number of the sensor, from the first '_' on; 0 when no number stands there
+};
+
+/// @param path UTF-8; the file need not be there
+KXINSPECT_EXPORT RecordingName recordingName(const std::string& path);
+
 enum class RecordKind {
     CloudSection, ///< a 2-D cloud section, without a position
     ProfileRecord, ///< a profile with its position

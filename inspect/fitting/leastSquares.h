@@ -47,7 +47,3 @@ private:
 };
 
 } // namespace KxInspect::detail
-
-namespace kxtool { // for what is still there
-using KxInspect::detail::LeastSquares3;
-}

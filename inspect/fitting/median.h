@@ -19,7 +19,3 @@ Value median(std::vector<Value> values, Value none = std::numeric_limits<Value>:
 }
 
 } // namespace KxInspect::detail
-
-namespace kxtool { // for what is still there
-using KxInspect::detail::median;
-}

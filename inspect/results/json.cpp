@@ -120,7 +120,7 @@ JsonValue JsonValue::parse(const std::string& text, const char* command) {
 
 JsonValue JsonValue::operator[](const char* key) const {
     if (!value_.isObject()) {
-        failAsNo("object");
+        failAsNo(QStringLiteral("object"));
     }
     const QString path = path_.isEmpty() ? QString::fromLatin1(key) : path_ + QLatin1Char('.') + QLatin1String(key);
     const QJsonValue member = value_.toObject().value(QLatin1String(key));
@@ -136,7 +136,7 @@ bool JsonValue::has(const char* key) const {
 
 std::vector<JsonValue> JsonValue::list() const {
     if (!value_.isArray()) {
-        failAsNo("list");
+        failAsNo(QStringLiteral("list"));
     }
     const QJsonArray elements = value_.toArray();
     std::vector<JsonValue> result;
@@ -145,6 +145,14 @@ std::vector<JsonValue> JsonValue::list() const {
         result.push_back({elements[i], QStringLiteral("%1[%2]").arg(path_).arg(i)});
     }
     return result;
+}
+
+std::vector<JsonValue> JsonValue::ofSize(std::size_t size) const {
+    std::vector<JsonValue> elements = list();
+    if (elements.size() != size) {
+        failAsNo(QStringLiteral("list of %1").arg(size));
+    }
+    return elements;
 }
 
 float JsonValue::number() const {
@@ -157,15 +165,15 @@ std::optional<float> JsonValue::numberIfPresent() const {
 
 double JsonValue::wideNumber() const {
     if (!value_.isDouble() && !isNull()) {
-        failAsNo("number");
+        failAsNo(QStringLiteral("number"));
     }
     return value_.toDouble(std::numeric_limits<double>::quiet_NaN());
 }
 
-int JsonValue::wholeNumber() const {
+int JsonValue::wholeNumber(int min, int max) const {
     const std::int64_t number = wideWholeNumber();
-    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
-        failAsNo("whole number of 32 bits");
+    if (number < min || number > max) {
+        failAsNo(QStringLiteral("whole number from %1 to %2").arg(min).arg(max));
     }
     return static_cast<int>(number);
 }
@@ -173,21 +181,21 @@ int JsonValue::wholeNumber() const {
 std::int64_t JsonValue::wideWholeNumber() const {
     // A number that is not whole gives the default, whichever that is.
     if (!value_.isDouble() || value_.toInteger(0) != value_.toInteger(1)) {
-        failAsNo("whole number");
+        failAsNo(QStringLiteral("whole number"));
     }
     return value_.toInteger();
 }
 
 bool JsonValue::flag() const {
     if (!value_.isBool()) {
-        failAsNo("true or false");
+        failAsNo(QStringLiteral("true or false"));
     }
     return value_.toBool();
 }
 
 std::string JsonValue::text() const {
     if (!value_.isString()) {
-        failAsNo("text");
+        failAsNo(QStringLiteral("text"));
     }
     return value_.toString().toStdString();
 }
@@ -243,7 +251,7 @@ std::vector<Point> JsonValue::points() const {
     const std::vector<JsonValue> x = (*this)["x"].list();
     const std::vector<JsonValue> y = (*this)["y"].list();
     if (x.size() != y.size()) {
-        failAsNo("list of points: x and y differ in length");
+        failAsNo(QStringLiteral("list of points: x and y differ in length"));
     }
     std::vector<Point> result;
     result.reserve(x.size());
@@ -257,8 +265,8 @@ Line JsonValue::line() const {
     return {(*this)["k"].number(), (*this)["b"].number()};
 }
 
-void JsonValue::failAsNo(const char* what) const {
-    failResult(ErrorKind::Unsuitable, path_, QStringLiteral("holds no %1 in '%2'").arg(QLatin1String(what), path_));
+void JsonValue::failAsNo(const QString& what) const {
+    failResult(ErrorKind::Unsuitable, path_, QStringLiteral("holds no %1 in '%2'").arg(what, path_));
 }
 
 } // namespace detail

@@ -9,7 +9,9 @@
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,11 +55,12 @@ public:
 
     /// The elements of a list.
     std::vector<JsonValue> list() const;
+    std::vector<JsonValue> ofSize(std::size_t size) const; ///< those of a list of so many
 
     float number() const; ///< NaN for null
     std::optional<float> numberIfPresent() const; ///< nothing for null
     double wideNumber() const; ///< in double precision; NaN for null
-    int wholeNumber() const;
+    int wholeNumber(int min = std::numeric_limits<int>::min(), int max = std::numeric_limits<int>::max()) const;
     std::int64_t wideWholeNumber() const;
     bool flag() const;
     std::string text() const;
@@ -71,8 +74,8 @@ public:
     std::vector<Point> points() const; ///< as jsonPoints() writes them
     Line line() const; ///< as jsonLine() writes it
 
-    /// Throws the Error for a value that is not `what` it should be.
-    [[noreturn]] void failAsNo(const char* what) const;
+    /// Throws the Error "holds no WHAT in 'PATH'".
+    [[noreturn]] void failAsNo(const QString& what) const;
 
 private:
     JsonValue(const QJsonValue& value, const QString& path) : value_(value), path_(path) {}

@@ -1,52 +1,49 @@
-// A pass for programs.
-#include "inspect/results/passJson.h"
+// The result of a pass as JSON.
+#include "inspect/results/json.h"
 
-#include "tools/kxmath/console/numbers.h"
-
+#include <KxInspect/PassResult.h>
 #include <KxMath/KxMathVersion.h>
-
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 
 #include <cmath>
 
-namespace kxtool {
+namespace KxInspect {
 
 namespace {
 
-QJsonObject lineObject(const KxMath::KxLine& line) {
-    return {{QStringLiteral("k"), jsonNumber(line.k)}, {QStringLiteral("b"), jsonNumber(line.b)}};
+using namespace detail;
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
 }
 
-QJsonObject recordingObject(const Side& side) {
-    return {{QStringLiteral("file"), side.recording.name},
-            {QStringLiteral("serial"), side.recording.serial},
-            {QStringLiteral("sensor"), side.sensor.number},
-            {QStringLiteral("bytes"), side.recording.bytes},
-            {QStringLiteral("cloudSections"), side.recording.cloudSections},
-            {QStringLiteral("profileRecords"), side.recording.profileRecords},
-            {QStringLiteral("level"), lineObject(side.sensor.level)},
-            {QStringLiteral("reference"), lineObject(side.sensor.reference)},
-            {QStringLiteral("wheelDirectory"), side.recording.wheelDirectory},
+QJsonObject sideObject(const PassSide& side) {
+    return {{QStringLiteral("file"), text(side.file)},
+            {QStringLiteral("serial"), side.serial},
+            {QStringLiteral("sensor"), side.sensor},
+            {QStringLiteral("bytes"), static_cast<qint64>(side.bytes)},
+            {QStringLiteral("cloudSections"), side.cloudSections},
+            {QStringLiteral("profileRecords"), side.profileRecords},
+            {QStringLiteral("level"), jsonLine(side.level)},
+            {QStringLiteral("reference"), jsonLine(side.reference)},
+            {QStringLiteral("wheelDirectory"), text(side.wheelDirectory)},
             {QStringLiteral("wheels"), static_cast<qint64>(side.wheels.size())}};
 }
 
-QJsonObject defectsObject(const WheelDefects& defects) {
-    QJsonArray profiles;
-    for (const int number : defects.profiles) {
-        profiles.append(number);
+QJsonValue defectsValue(const std::optional<TreadDefects>& defects) {
+    if (!defects) {
+        return QJsonValue();
     }
-    return {{QStringLiteral("judgedProfiles"), defects.judged},
-            {QStringLiteral("defectiveProfiles"), profiles},
-            {QStringLiteral("deviatingPoints"), defects.deviating},
-            {QStringLiteral("worstProfile"), defects.judged > 0 ? QJsonValue(defects.worstProfile) : QJsonValue()},
-            {QStringLiteral("largestDeviation"), jsonNumber(defects.largest)},
-            {QStringLiteral("isDefective"), defects.judged > 0 ? QJsonValue(defects.isDefective) : QJsonValue()}};
+    const bool isJudged = defects->judged > 0;
+    return QJsonObject{{QStringLiteral("judgedProfiles"), defects->judged},
+                       {QStringLiteral("defectiveProfiles"), jsonList(defects->profiles)},
+                       {QStringLiteral("deviatingPoints"), defects->deviating},
+                       {QStringLiteral("worstProfile"), isJudged ? QJsonValue(defects->worstProfile) : QJsonValue()},
+                       {QStringLiteral("largestDeviation"), jsonNumber(defects->largest)},
+                       {QStringLiteral("isDefective"), isJudged ? QJsonValue(defects->isDefective) : QJsonValue()}};
 }
 
-QJsonValue roundnessValue(const std::optional<WheelRoundness>& roundness) {
-    if (!roundness || !roundness->isJudged()) {
+QJsonValue roundnessValue(const std::optional<Roundness>& roundness) {
+    if (!roundness) {
         return QJsonValue();
     }
     QJsonArray radii;
@@ -55,80 +52,109 @@ QJsonValue roundnessValue(const std::optional<WheelRoundness>& roundness) {
                                  {QStringLiteral("fromAxle"), jsonNumber(radius.place)},
                                  {QStringLiteral("deviation"), jsonNumber(radius.deviation)}});
     }
-    QJsonArray profiles;
-    for (const int number : roundness->profiles) {
-        profiles.append(number);
-    }
     return QJsonObject{{QStringLiteral("flangeRadius"), jsonNumber(roundness->flangeRadius)},
                        {QStringLiteral("scatter"), jsonNumber(roundness->scatter)},
                        {QStringLiteral("radii"), radii},
-                       {QStringLiteral("profilesOff"), profiles},
+                       {QStringLiteral("profilesOff"), jsonList(roundness->profiles)},
                        {QStringLiteral("largestDeviation"), jsonNumber(roundness->largest)},
                        {QStringLiteral("isOutOfRound"), roundness->isOut}};
 }
 
-QJsonValue limitsValue(const Pass& pass) {
-    if (!pass.defectSettings) {
+QJsonValue limitsValue(const std::optional<DefectLimits>& limits) {
+    if (!limits) {
         return QJsonValue();
     }
-    const DefectLimits& limits = pass.defectSettings->limits;
-    return QJsonObject{{QStringLiteral("maxDeviation"), jsonNumber(limits.maxDeviation)},
-                       {QStringLiteral("pointsHigher"), limits.pointsHigher},
-                       {QStringLiteral("minimalDefectsProf"), limits.minProfiles},
-                       {QStringLiteral("maxRadiusDeviation"), jsonNumber(limits.maxRadiusDeviation)},
-                       {QStringLiteral("radiusProfiles"), limits.radiusProfiles},
-                       {QStringLiteral("fromX"), jsonNumber(limits.fromX)},
-                       {QStringLiteral("toX"), jsonNumber(limits.toX)}};
+    return QJsonObject{{QStringLiteral("maxDeviation"), jsonNumber(limits->maxDeviation)},
+                       {QStringLiteral("pointsHigher"), limits->pointsHigher},
+                       {QStringLiteral("minimalDefectsProf"), limits->minProfiles},
+                       {QStringLiteral("maxRadiusDeviation"), jsonNumber(limits->maxRadiusDeviation)},
+                       {QStringLiteral("radiusProfiles"), limits->radiusProfiles},
+                       {QStringLiteral("fromX"), jsonNumber(limits->fromX)},
+                       {QStringLiteral("toX"), jsonNumber(limits->toX)}};
 }
 
-QJsonValue wheelValue(const Wheel* wheel) {
+QJsonValue wheelValue(const PassWheel* wheel) {
     if (wheel == nullptr) {
         return QJsonValue();
     }
-    return QJsonObject{
-        {QStringLiteral("wheel"), wheel->number},
-        {QStringLiteral("profiles"), wheel->profiles},
-        {QStringLiteral("firstRecord"), wheel->firstRecord},
-        {QStringLiteral("lastRecord"), wheel->lastRecord()},
-        {QStringLiteral("chosenProfile"), wheel->chosenProfile},
-        {QStringLiteral("points"), wheel->pointsBelowLevel},
-        {QStringLiteral("defects"), wheel->defects ? QJsonValue(defectsObject(*wheel->defects)) : QJsonValue()},
-        {QStringLiteral("roundness"), roundnessValue(wheel->roundness)}};
+    return QJsonObject{{QStringLiteral("wheel"), wheel->number},
+                       {QStringLiteral("profiles"), wheel->profiles},
+                       {QStringLiteral("firstRecord"), wheel->firstRecord},
+                       {QStringLiteral("lastRecord"), wheel->lastRecord()},
+                       {QStringLiteral("chosenProfile"), wheel->chosenProfile},
+                       {QStringLiteral("points"), wheel->points},
+                       {QStringLiteral("defects"), defectsValue(wheel->defects)},
+                       {QStringLiteral("roundness"), roundnessValue(wheel->roundness)}};
 }
 
-QJsonObject pairObject(const Pass& pass, size_t index) {
-    const MeasuredPair& pair = pass.pairs[index];
-    const bool isMeasured = std::isfinite(pair.distance);
-    return {
-        {QStringLiteral("pair"), static_cast<qint64>(index + 1)},
-        {QStringLiteral("sides"), QJsonArray{wheelValue(pass.wheelOf(pair, 0)), wheelValue(pass.wheelOf(pair, 1))}},
-        {QStringLiteral("distance"), jsonNumber(pair.distance)},
-        {QStringLiteral("deviation"), jsonNumber(pair.distance - pass.tolerance.nominal)},
-        {QStringLiteral("inTolerance"), isMeasured ? QJsonValue(pass.tolerance.holds(pair.distance)) : QJsonValue()}};
+QJsonObject pairObject(const PassResult& result, std::size_t index) {
+    const WheelPair& pair = result.pairs[index];
+    QJsonArray sides;
+    for (std::size_t side = 0; side < result.sides.size(); ++side) {
+        sides.append(wheelValue(result.wheelOf(pair, side)));
+    }
+    return {{QStringLiteral("pair"), static_cast<qint64>(index + 1)},
+            {QStringLiteral("sides"), sides},
+            {QStringLiteral("distance"), jsonNumber(pair.distance)},
+            {QStringLiteral("deviation"), jsonNumber(pair.deviation)},
+            {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
+}
+
+QJsonValue lineValue(const std::optional<Line>& line) {
+    return line ? QJsonValue(jsonLine(*line)) : QJsonValue();
+}
+
+QJsonObject pictureObject(const PairPicture& picture) {
+    QJsonArray wheels;
+    for (const WheelPicture& wheel : picture.wheels) {
+        wheels.append(QJsonObject{{QStringLiteral("side"), static_cast<qint64>(wheel.side + 1)},
+                                  {QStringLiteral("overlaid"), wheel.overlaid},
+                                  {QStringLiteral("profiles"), jsonPoints(wheel.profiles)},
+                                  {QStringLiteral("chosen"), jsonPoints(wheel.chosen)},
+                                  {QStringLiteral("half"), jsonPoints(wheel.half)},
+                                  {QStringLiteral("heights"), jsonList(wheel.heights)},
+                                  {QStringLiteral("fit"), lineValue(wheel.fit)},
+                                  {QStringLiteral("offset"), jsonNumber(wheel.offset)},
+                                  {QStringLiteral("low"), lineValue(wheel.low)},
+                                  {QStringLiteral("deviations"), jsonPoints(wheel.deviations)}});
+    }
+    return {{QStringLiteral("pair"), picture.pair}, {QStringLiteral("wheels"), wheels}};
+}
+
+template <typename Items, typename Make>
+QJsonArray listOf(const Items& items, Make make) {
+    QJsonArray list;
+    for (const auto& item : items) {
+        list.append(make(item));
+    }
+    return list;
 }
 
 } // namespace
 
-QString passJson(const Pass& pass, const QString& folder) {
+std::string toJson(const PassResult& result, Pictures pictures) {
     QJsonArray pairs;
-    for (size_t i = 0; i < pass.pairs.size(); ++i) {
-        pairs.append(pairObject(pass, i));
+    for (std::size_t i = 0; i < result.pairs.size(); ++i) {
+        pairs.append(pairObject(result, i));
     }
-    const QJsonObject document = {
+    QJsonObject document = {
         {QStringLiteral("command"), QStringLiteral("train")},
         {QStringLiteral("version"), QLatin1String(KxMath_GetVersionString())},
-        {QStringLiteral("mode"), pass.mode},
-        {QStringLiteral("settings"), pass.settingsName},
-        {QStringLiteral("folder"), folder.isEmpty() ? QJsonValue() : QJsonValue(folder)},
-        {QStringLiteral("recordings"), QJsonArray{recordingObject(pass.sides[0]), recordingObject(pass.sides[1])}},
-        {QStringLiteral("baseDistance"), jsonNumber(pass.baseDistance)},
-        {QStringLiteral("nominal"), jsonNumber(pass.tolerance.nominal)},
-        {QStringLiteral("tolerance"), jsonNumber(pass.tolerance.allowed)},
-        {QStringLiteral("distances"), pass.distances()},
-        {QStringLiteral("defectLimits"), limitsValue(pass)},
+        {QStringLiteral("mode"), result.mode},
+        {QStringLiteral("settings"), text(result.settings)},
+        {QStringLiteral("folder"), result.folder.empty() ? QJsonValue() : QJsonValue(text(result.folder))},
+        {QStringLiteral("recordings"), listOf(result.sides, sideObject)},
+        {QStringLiteral("baseDistance"), jsonNumber(result.baseDistance)},
+        {QStringLiteral("nominal"), jsonNumber(result.nominal)},
+        {QStringLiteral("tolerance"), jsonNumber(result.tolerance)},
+        {QStringLiteral("distances"), result.distances()},
+        {QStringLiteral("defectLimits"), limitsValue(result.defectLimits)},
         {QStringLiteral("pairs"), pairs},
-        {QStringLiteral("warnings"), QJsonArray::fromStringList(pass.warnings)}};
-    return QString::fromUtf8(QJsonDocument(document).toJson());
+        {QStringLiteral("warnings"), jsonList(result.warnings)}};
+    if (pictures == Pictures::Included) {
+        document[QStringLiteral("pictures")] = listOf(result.pictures, pictureObject);
+    }
+    return jsonText(document);
 }
 
-} // namespace kxtool
+} // namespace KxInspect

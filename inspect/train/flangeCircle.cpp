@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 namespace {
 
@@ -130,4 +130,4 @@ std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips) 
     return circle;
 }
 
-} // namespace kxtool
+} // namespace KxInspect::detail

@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 /// A point of a profile in the directions of the wheel.
 struct SectionPoint {
@@ -69,4 +69,4 @@ std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips);
 
 inline constexpr int kFewestTips = 10;
 
-} // namespace kxtool
+} // namespace KxInspect::detail

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 namespace {
 
@@ -48,8 +48,8 @@ double findShift(const std::vector<double>& first, const std::vector<double>& se
 
 } // namespace
 
-std::vector<WheelPair> pairByNumber(size_t firstCount, size_t secondCount) {
-    std::vector<WheelPair> pairs;
+std::vector<PairedWheels> pairByNumber(size_t firstCount, size_t secondCount) {
+    std::vector<PairedWheels> pairs;
     for (size_t i = 0; i < std::max(firstCount, secondCount); ++i) {
         pairs.push_back(
             {i < firstCount ? std::optional(i) : std::nullopt, i < secondCount ? std::optional(i) : std::nullopt});
@@ -57,10 +57,10 @@ std::vector<WheelPair> pairByNumber(size_t firstCount, size_t secondCount) {
     return pairs;
 }
 
-std::vector<WheelPair> pairByPlace(const std::vector<double>& first, const std::vector<double>& second) {
+std::vector<PairedWheels> pairByPlace(const std::vector<double>& first, const std::vector<double>& second) {
     const double reach = reachOf(first, second);
     const double shift = findShift(first, second, reach);
-    std::vector<WheelPair> pairs;
+    std::vector<PairedWheels> pairs;
     size_t i = 0;
     size_t j = 0;
     while (i < first.size() || j < second.size()) {
@@ -84,4 +84,4 @@ std::vector<WheelPair> pairByPlace(const std::vector<double>& first, const std::
     return pairs;
 }
 
-} // namespace kxtool
+} // namespace KxInspect::detail

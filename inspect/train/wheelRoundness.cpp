@@ -1,4 +1,4 @@
-// Whether the tread of a wheel is round, told from all its profiles together.
+// Whether the tread of a wheel is round, judged by all its profiles together.
 #include "inspect/train/wheelRoundness.h"
 
 #include "inspect/fitting/median.h"
@@ -9,7 +9,7 @@
 #include <cmath>
 #include <limits>
 
-namespace kxtool {
+namespace KxInspect::detail {
 
 namespace {
 
@@ -70,9 +70,9 @@ double meanDown(const std::vector<SectionPoint>& section, double from, double to
 
 /// 1 when x runs towards the rail, -1 when it runs away: the flange reaches farther down than the tread. 0 when no
 /// profile shows both.
-double directionOfRail(const std::vector<QList<KxMath::KxPointXY>>& profiles, const KxMath::KxLine& reference) {
+double directionOfRail(const std::vector<PointList>& profiles, const KxMath::KxLine& reference) {
     double votes = 0.0;
-    for (const QList<KxMath::KxPointXY>& points : profiles) {
+    for (const PointList& points : profiles) {
         const std::vector<SectionPoint> section = sectionOf(points, reference, 1.0);
         const double difference = meanDown(section, 10.0, 20.0) - meanDown(section, kRoundFrom, kRoundTo);
         votes += std::isfinite(difference) ? std::copysign(1.0, difference) : 0.0;
@@ -80,20 +80,13 @@ double directionOfRail(const std::vector<QList<KxMath::KxPointXY>>& profiles, co
     return votes == 0.0 ? 0.0 : std::copysign(1.0, votes);
 }
 
-std::vector<Section> readSections(const WheelView& wheel, const DefectLimits& limits) {
-    std::vector<QList<KxMath::KxPointXY>> whole;
-    std::vector<QList<KxMath::KxPointXY>> treads;
-    for (size_t i = 0; i < wheel.places.size(); ++i) {
-        KxMath::KxProfile profile = wheel.read(static_cast<int>(i) + 1);
-        whole.push_back(profile.points);
-        treads.push_back(cutTread(profile, wheel.lines, limits).points);
-    }
-    const double towardsRail = directionOfRail(whole, wheel.reference);
+std::vector<Section> sectionsOf(const WheelView& wheel) {
+    const double towardsRail = directionOfRail(wheel.profiles, wheel.reference);
     std::vector<Section> sections;
-    for (size_t i = 0; i < whole.size() && towardsRail != 0.0; ++i) {
+    for (size_t i = 0; i < wheel.profiles.size() && towardsRail != 0.0; ++i) {
         sections.push_back({static_cast<int>(i) + 1, static_cast<double>(wheel.places[i]),
-                            flangeTip(sectionOf(whole[i], wheel.reference, towardsRail)),
-                            stationsOf(sectionOf(treads[i], wheel.reference, towardsRail))});
+                            flangeTip(sectionOf(wheel.profiles[i], wheel.reference, towardsRail)),
+                            stationsOf(sectionOf(wheel.treads[i], wheel.reference, towardsRail))});
     }
     return sections;
 }
@@ -151,7 +144,7 @@ std::vector<RadiusDeviation> radiiOf(const std::vector<Section>& sections, const
 }
 
 /// Looks at each run of successive profiles that are off to the same side.
-void judgeRuns(WheelRoundness& result, const DefectLimits& limits) {
+void judgeRuns(Roundness& result, const DefectLimits& limits) {
     const auto length = static_cast<size_t>(std::max(1, limits.radiusProfiles));
     for (size_t first = 0; length <= result.radii.size() && first <= result.radii.size() - length; ++first) {
         const auto run = result.radii.begin() + static_cast<std::ptrdiff_t>(first);
@@ -175,24 +168,24 @@ void judgeRuns(WheelRoundness& result, const DefectLimits& limits) {
 
 } // namespace
 
-WheelRoundness judgeRoundness(const WheelView& wheel, const DefectLimits& limits) {
-    const std::vector<Section> sections = readSections(wheel, limits);
+std::optional<Roundness> judgeRoundness(const WheelView& wheel, const DefectLimits& limits) {
+    const std::vector<Section> sections = sectionsOf(wheel);
     std::vector<FlangeTip> tips;
     for (const Section& section : sections) {
         if (section.tip) {
             tips.push_back({section.place, *section.tip});
         }
     }
-    WheelRoundness result;
     const std::optional<FlangeCircle> circle = fitFlangeCircle(tips);
     // Tips that are no circle, or are seen worse than what is looked for, give no centre to measure from.
     if (!circle || !(circle->scatter <= static_cast<double>(limits.maxRadiusDeviation) / 2.0)) {
-        return result;
+        return std::nullopt;
     }
     std::vector<RadiusDeviation> radii = radiiOf(sections, *circle);
     if (radii.size() < kFewestRadii) {
-        return result;
+        return std::nullopt;
     }
+    Roundness result;
     result.radii = std::move(radii);
     result.flangeRadius = static_cast<float>(circle->radius);
     result.scatter = static_cast<float>(circle->scatter);
@@ -200,4 +193,4 @@ WheelRoundness judgeRoundness(const WheelView& wheel, const DefectLimits& limits
     return result;
 }
 
-} // namespace kxtool
+} // namespace KxInspect::detail

@@ -4,9 +4,8 @@
 #include "report/elements/plot.h"
 
 #include <KxInspect/Profile.h>
-#include <KxMath/KxPoints.h>
 
-#include <QtCore/QList>
+#include <vector>
 
 namespace kxreport {
 
@@ -25,21 +24,3 @@ inline Points toPoints(const std::vector<KxInspect::Point>& profile) {
 }
 
 } // namespace kxreport
-
-namespace kxtool {
-
-/// Appends the points of a profile to those of a plot.
-inline void append(const QList<KxMath::KxPointXY>& profile, kxreport::Points& points) {
-    for (const KxMath::KxPointXY& p : profile) {
-        points.emplace_back(static_cast<double>(p.x), static_cast<double>(p.y));
-    }
-}
-
-/// The points of a profile for a plot.
-inline kxreport::Points toPoints(const QList<KxMath::KxPointXY>& profile) {
-    kxreport::Points points;
-    append(profile, points);
-    return points;
-}
-
-} // namespace kxtool

@@ -1,23 +1,21 @@
 // The defects of the treads in the report.
 #include "report/train/defectPlots.h"
 
+#include "report/elements/numbers.h"
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
-#include "tools/kxmath/console/numbers.h"
-#include "tools/kxmath/train/passTable.h"
+#include "report/train/passColumns.h"
+#include "report/train/passWords.h"
+#include "report/train/shownWheel.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace kxtool {
+namespace kxreport {
+
+using namespace KxInspect;
 
 namespace {
-
-using kxreport::Cell;
-using kxreport::Plot;
-using kxreport::Points;
-using kxreport::Range;
-using kxreport::Tone;
 
 constexpr int kWidth = 540;
 constexpr int kHeight = 300;
@@ -29,7 +27,7 @@ Tone toneOf(const QString& word) {
     return word == QLatin1String("sound") || word == QLatin1String("round") ? Tone::Good : Tone::Plain;
 }
 
-void addTable(const Pass& pass, const std::vector<PairColumn>& columns, kxreport::Page& page) {
+void addTable(const PassResult& pass, const std::vector<PairColumn>& columns, Page& page) {
     QStringList headers;
     for (const PairColumn& column : columns) {
         headers.append(column.title);
@@ -44,7 +42,7 @@ void addTable(const Pass& pass, const std::vector<PairColumn>& columns, kxreport
     page.table(headers, rows);
 }
 
-void addVerdicts(const Pass& pass, kxreport::Page& page) {
+void addVerdicts(const PassResult& pass, Page& page) {
     page.heading(QStringLiteral("Defects of the treads"));
     addTable(pass, defectColumns(), page);
     page.paragraph(QStringLiteral("For each side: how many profiles were judged, how many of them are defective and "
@@ -58,46 +56,48 @@ void addVerdicts(const Pass& pass, kxreport::Page& page) {
                        .arg(roundnessLimitsText(pass)));
 }
 
-QString deviationPlot(size_t side, const ProfileDeviation& judged, const DefectLimits& limits) {
-    const double allowed = static_cast<double>(limits.maxDeviation);
+bool isDeviating(const Point& point, const DefectLimits& limits) {
+    return std::abs(point.y) > limits.maxDeviation;
+}
+
+QString deviationPlot(const ShownWheel& shown) {
+    const double allowed = static_cast<double>(shown.pass.defectLimits->maxDeviation);
     Points inside;
     Points outside;
     Range x;
     Range y;
     y.include(-allowed);
     y.include(allowed);
-    for (const KxMath::KxPointXY& p : judged.deviation.points) {
+    for (const Point& p : shown.picture.deviations) {
         const QPointF point(static_cast<double>(p.x), static_cast<double>(p.y));
-        (std::abs(p.y) > limits.maxDeviation ? outside : inside).push_back(point);
+        (isDeviating(p, *shown.pass.defectLimits) ? outside : inside).push_back(point);
         x.include(point.x());
         y.include(point.y());
     }
-    const QString number = QString::number(side + 1);
-    Plot plot(QStringLiteral("deviation-") + number, QStringLiteral("Deviation of the tread on side ") + number, kWidth,
+    Plot plot(shown.plotName("deviation"), QStringLiteral("Deviation of the tread on side ") + shown.number(), kWidth,
               kHeight, {QStringLiteral("x, mm"), x.padded(0.04)},
               {QStringLiteral("y \u2212 curve, mm"), y.padded(0.12)});
-    plot.addBand(-allowed, allowed, kxreport::colour::kGreen, QStringLiteral("allowed"));
-    plot.addDots(inside, kxreport::colour::kBlue, 2.2, QStringLiteral("point"));
-    plot.addDots(outside, kxreport::colour::kOrange, 3.2, QStringLiteral("deviating point"));
+    plot.addBand(-allowed, allowed, colour::kGreen, QStringLiteral("allowed"));
+    plot.addDots(inside, colour::kBlue, 2.2, QStringLiteral("point"));
+    plot.addDots(outside, colour::kOrange, 3.2, QStringLiteral("deviating point"));
     return plot.svg();
 }
 
-kxreport::Figure figureOf(const Pass& pass, size_t side, const Wheel& wheel) {
-    const DefectSettings& settings = *pass.defectSettings;
-    KxMath::KxProfile profile;
-    readWheelProfile(pass, side, wheel.number, wheel.defects->worstProfile, profile);
-    const ProfileDeviation judged = judgeProfile(profile, settings.lines[side], settings.limits);
-    return {deviationPlot(side, judged, settings.limits),
+Figure deviationFigure(const ShownWheel& shown) {
+    const std::vector<Point>& points = shown.picture.deviations;
+    const TreadDefects& defects = *shown.wheel().defects;
+    const auto deviating = std::count_if(points.begin(), points.end(),
+                                         [&](const Point& p) { return isDeviating(p, *shown.pass.defectLimits); });
+    return {deviationPlot(shown),
             QStringLiteral("Side %1, wheel %2, profile %3 (record %4): %5 of %6 points deviate, the largest by %7 mm.")
-                .arg(QString::number(side + 1), QString::number(wheel.number),
-                     QString::number(wheel.defects->worstProfile),
-                     QString::number(wheel.firstRecord + wheel.defects->worstProfile - 1),
-                     QString::number(judged.deviating), QString::number(judged.stretch.points.size()),
-                     fixedText(judged.largest, 3))};
+                .arg(shown.number(), QString::number(shown.wheel().number), QString::number(defects.worstProfile),
+                     QString::number(shown.wheel().firstRecord + defects.worstProfile - 1), QString::number(deviating),
+                     QString::number(points.size()), fixedText(defects.largest, 3))};
 }
 
-QString radiusPlot(size_t side, const WheelRoundness& roundness, const DefectLimits& limits) {
-    const double allowed = static_cast<double>(limits.maxRadiusDeviation);
+QString radiusPlot(const ShownWheel& shown) {
+    const Roundness& roundness = *shown.wheel().roundness;
+    const double allowed = static_cast<double>(shown.pass.defectLimits->maxRadiusDeviation);
     Range x;
     Range y;
     y.include(-allowed);
@@ -106,65 +106,67 @@ QString radiusPlot(size_t side, const WheelRoundness& roundness, const DefectLim
         x.include(static_cast<double>(radius.place));
         y.include(static_cast<double>(radius.deviation));
     }
-    const QString number = QString::number(side + 1);
-    Plot plot(QStringLiteral("radius-") + number, QStringLiteral("Radius of the tread on side ") + number, kWidth,
+    Plot plot(shown.plotName("radius"), QStringLiteral("Radius of the tread on side ") + shown.number(), kWidth,
               kHeight, {QStringLiteral("laser plane before (\u2212) or behind the axle, mm"), x.padded(0.04)},
               {QStringLiteral("radius \u2212 circle, mm"), y.padded(0.12)});
-    plot.addBand(-allowed, allowed, kxreport::colour::kGreen, QStringLiteral("allowed"));
+    plot.addBand(-allowed, allowed, colour::kGreen, QStringLiteral("allowed"));
     for (const RadiusDeviation& radius : roundness.radii) {
         const bool isOff = std::binary_search(roundness.profiles.begin(), roundness.profiles.end(), radius.profile);
         plot.addMark({static_cast<double>(radius.place), static_cast<double>(radius.deviation)},
-                     isOff ? kxreport::colour::kOrange : kxreport::colour::kBlue, 3.0,
+                     isOff ? colour::kOrange : colour::kBlue, 3.0,
                      QStringLiteral("profile %1: %2 mm").arg(radius.profile).arg(fixedText(radius.deviation, 3)));
     }
-    plot.addLegendMark(QStringLiteral("profile"), kxreport::colour::kBlue);
-    plot.addLegendMark(QStringLiteral("off the circle"), kxreport::colour::kOrange);
+    plot.addLegendMark(QStringLiteral("profile"), colour::kBlue);
+    plot.addLegendMark(QStringLiteral("off the circle"), colour::kOrange);
     return plot.svg();
 }
 
-kxreport::Figure roundnessFigureOf(const Pass& pass, size_t side, const Wheel& wheel) {
-    const WheelRoundness& roundness = *wheel.roundness;
-    return {radiusPlot(side, roundness, pass.defectSettings->limits),
+Figure radiusFigure(const ShownWheel& shown) {
+    const Roundness& roundness = *shown.wheel().roundness;
+    return {radiusPlot(shown),
             QStringLiteral("Side %1, wheel %2: %3 profiles show flange and tread. The flange tip runs on a radius of "
                            "%4 mm, single tips scatter about it by %5 mm.")
-                .arg(QString::number(side + 1), QString::number(wheel.number), QString::number(roundness.radii.size()),
+                .arg(shown.number(), QString::number(shown.wheel().number), QString::number(roundness.radii.size()),
                      fixedText(roundness.flangeRadius, 1), fixedText(roundness.scatter, 3))};
 }
 
-void addFigures(kxreport::Page& page, const QString& heading, const QString& text,
-                const std::vector<kxreport::Figure>& figures) {
+void addFigures(Page& page, const QString& heading, const QString& text, const std::vector<Figure>& figures) {
     page.heading(heading);
     page.paragraph(text);
     page.figures(figures);
 }
 
-} // namespace
-
-void addDefects(const Pass& pass, int pairNumber, kxreport::Page& page) {
-    addVerdicts(pass, page);
-    if (pairNumber < 1 || static_cast<size_t>(pairNumber) > pass.pairs.size()) {
-        return;
-    }
-    std::vector<kxreport::Figure> deviations;
-    std::vector<kxreport::Figure> radii;
-    for (size_t side = 0; side < pass.sides.size(); ++side) {
-        const Wheel* const wheel = pass.wheelOf(pass.pairs[static_cast<size_t>(pairNumber) - 1], side);
-        if (wheel != nullptr && wheel->defects && wheel->defects->worstProfile > 0) {
-            deviations.push_back(figureOf(pass, side, *wheel));
+void addPair(const PassResult& pass, const PairPicture& pair, Page& page) {
+    std::vector<Figure> deviations;
+    std::vector<Figure> radii;
+    for (const WheelPicture& picture : pair.wheels) {
+        const ShownWheel shown{pass, pair, picture};
+        const PassWheel& wheel = shown.wheel();
+        if (wheel.defects && wheel.defects->worstProfile > 0) {
+            deviations.push_back(deviationFigure(shown));
         }
-        if (wheel != nullptr && wheel->roundness && wheel->roundness->isJudged()) {
-            radii.push_back(roundnessFigureOf(pass, side, *wheel));
+        if (wheel.roundness) {
+            radii.push_back(radiusFigure(shown));
         }
     }
-    addFigures(page, QStringLiteral("Treads of wheel pair %1").arg(pairNumber),
+    addFigures(page, QStringLiteral("Treads of wheel pair %1").arg(pair.pair),
                QStringLiteral("Of each wheel the profile that is farthest off: how its points between the low line "
                               "and the level line of the defects stand off the curve through them, a polynomial of "
                               "degree 20."),
                deviations);
-    addFigures(page, QStringLiteral("Roundness of wheel pair %1").arg(pairNumber),
+    addFigures(page, QStringLiteral("Roundness of wheel pair %1").arg(pair.pair),
                QStringLiteral("The radius of the tread around the tape circle in each profile, about the axle that "
                               "the flange tips tell, against that of the whole wheel."),
                radii);
 }
 
-} // namespace kxtool
+} // namespace
+
+void addDefects(const PassResult& pass, Page& page) {
+    addVerdicts(pass, page);
+    for (const PairPicture& pair : pass.pictures) {
+        addPair(pass, pair, page);
+    }
+}
+
+} // namespace kxreport

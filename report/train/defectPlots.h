@@ -1,12 +1,14 @@
-// The defects of the treads in the report.
+// The defects of the treads in the page of a pass.
 #pragma once
 
-#include "inspect/train/pass.h"
 #include "report/elements/page.h"
 
-namespace kxtool {
+#include <KxInspect/PassResult.h>
 
-/// The verdicts over all wheels, and of the wheels of one pair the profile that is farthest off its curve.
-void addDefects(const Pass& pass, int pairNumber, kxreport::Page& page);
+namespace kxreport {
 
-} // namespace kxtool
+/// The verdicts over all wheels, and for each pair that has pictures the profile that is farthest off its curve and the
+/// radii of the tread.
+void addDefects(const KxInspect::PassResult& pass, Page& page);
+
+} // namespace kxreport

@@ -1,62 +1,57 @@
 // A pass as an HTML page with plots.
 #include "report/train/passReport.h"
 
+#include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
 #include "report/train/defectPlots.h"
+#include "report/train/passColumns.h"
+#include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
-#include "tools/kxmath/console/numbers.h"
-#include "tools/kxmath/train/passTable.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace kxtool {
+namespace kxreport {
+
+using namespace KxInspect;
 
 namespace {
 
-using kxreport::Axis;
-using kxreport::Cell;
-using kxreport::Page;
-using kxreport::Plot;
-using kxreport::Range;
-using kxreport::Tone;
-
 constexpr int kPageWidth = 1060;
 
-QString sideTitle(const Pass& pass, size_t side) {
-    const Side& shown = pass.sides[side];
-    return QStringLiteral("%1 (SENSOR%2)").arg(shown.recording.linkName, QString::number(shown.sensor.number));
+QString sideTitle(const PassResult& pass, size_t side) {
+    const PassSide& shown = pass.sides[side];
+    return QStringLiteral("%1 (SENSOR%2)").arg(QString::fromStdString(shown.name), QString::number(shown.sensor));
 }
 
-Tone toneOf(const Pass& pass, const MeasuredPair& pair) {
-    if (!std::isfinite(pair.distance)) {
+Tone toneOf(const WheelPair& pair) {
+    if (!pair.inTolerance) {
         return Tone::Faint;
     }
-    return pass.tolerance.holds(pair.distance) ? Tone::Good : Tone::Bad;
+    return *pair.inTolerance ? Tone::Good : Tone::Bad;
 }
 
-void addFacts(const Pass& pass, Page& page) {
+void addFacts(const PassResult& pass, Page& page) {
     Range distances;
-    int outside = 0;
-    for (const MeasuredPair& pair : pass.pairs) {
+    for (const WheelPair& pair : pass.pairs) {
         distances.include(static_cast<double>(pair.distance));
-        outside += toneOf(pass, pair) == Tone::Bad ? 1 : 0;
     }
+    const int outside = pass.outOfTolerance();
     const size_t first = pass.sides[0].wheels.size();
     const size_t second = pass.sides[1].wheels.size();
     const auto length = [&](double value) {
-        return distances.isEmpty() ? QStringLiteral("\u2013") : kxreport::numberText(value, 2) + QStringLiteral(" mm");
+        return distances.isEmpty() ? QStringLiteral("\u2013") : numberText(value, 2) + QStringLiteral(" mm");
     };
-    std::vector<kxreport::Fact> facts = {
+    std::vector<Fact> facts = {
         {QStringLiteral("Wheels found, sides 1 / 2"), QStringLiteral("%1 / %2").arg(first).arg(second),
          first == second ? Tone::Plain : Tone::Bad},
         {QStringLiteral("Distances"), QString::number(pass.distances())},
         {QStringLiteral("Smallest"), length(distances.min)},
         {QStringLiteral("Largest"), length(distances.max)},
         {QStringLiteral("Out of tolerance"), QString::number(outside), outside == 0 ? Tone::Good : Tone::Bad}};
-    if (pass.defectSettings) {
+    if (pass.defectLimits) {
         const int defective = pass.defectiveWheels();
         facts.push_back(
             {QStringLiteral("Defective wheels"), QString::number(defective), defective == 0 ? Tone::Good : Tone::Bad});
@@ -66,16 +61,15 @@ void addFacts(const Pass& pass, Page& page) {
     page.facts(facts);
 }
 
-void addRecordings(const Pass& pass, Page& page) {
+void addRecordings(const PassResult& pass, Page& page) {
     std::vector<std::vector<Cell>> rows;
-    for (const Side& side : pass.sides) {
-        const RecordingFile& r = side.recording;
-        rows.push_back({{r.name},
-                        {QStringLiteral("SENSOR%1").arg(side.sensor.number)},
-                        {QString::number(r.serial)},
-                        {QString::number(r.bytes)},
-                        {QString::number(r.cloudSections)},
-                        {QString::number(r.profileRecords)},
+    for (const PassSide& side : pass.sides) {
+        rows.push_back({{QString::fromStdString(side.file)},
+                        {QStringLiteral("SENSOR%1").arg(side.sensor)},
+                        {QString::number(side.serial)},
+                        {QString::number(side.bytes)},
+                        {QString::number(side.cloudSections)},
+                        {QString::number(side.profileRecords)},
                         {QString::number(side.wheels.size())}});
     }
     page.table({QStringLiteral("Recording"), QStringLiteral("Sensor"), QStringLiteral("Serial number"),
@@ -85,16 +79,16 @@ void addRecordings(const Pass& pass, Page& page) {
 }
 
 /// The wheels of one side as boxes in its row.
-void addWheels(const Pass& pass, size_t side, double row, const char* colour, Plot& plot) {
+void addWheels(const PassResult& pass, size_t side, double row, const char* colour, Plot& plot) {
     constexpr double kHalfHeight = 0.28;
     const double smallestForNumber = 16.0 * plot.range().size() / plot.areaWidth(); // records
     double labelEnd = -1e300;
-    for (const MeasuredPair& pair : pass.pairs) {
-        const Wheel* const wheel = pass.wheelOf(pair, side);
+    for (const WheelPair& pair : pass.pairs) {
+        const PassWheel* const wheel = pass.wheelOf(pair, side);
         if (wheel == nullptr) {
             continue;
         }
-        const char* const fill = pair.wheels.isComplete() ? colour : kxreport::colour::kOrange;
+        const char* const fill = pair.isComplete() ? colour : colour::kOrange;
         const double from = wheel->firstRecord - 0.5;
         const double to = wheel->lastRecord() + 0.5;
         plot.addBox(from, to, row - kHalfHeight, row + kHalfHeight, fill,
@@ -110,23 +104,23 @@ void addWheels(const Pass& pass, size_t side, double row, const char* colour, Pl
     }
 }
 
-void addWheelsAlongPass(const Pass& pass, Page& page) {
+void addWheelsAlongPass(const PassResult& pass, Page& page) {
     constexpr int kHeight = 220;
     constexpr double kRow1 = 1.0;
     constexpr double kRow2 = 0.0;
-    const int records = std::max(pass.sides[0].recording.records(), pass.sides[1].recording.records());
+    const int records = std::max(pass.sides[0].records(), pass.sides[1].records());
     Plot plot(QStringLiteral("wheels"), QStringLiteral("Wheels along the pass"), kPageWidth, kHeight,
               {QStringLiteral("record number"), {0.0, records + 1.0}, true, true}, {QString(), {-0.5, 1.65}, false});
-    addWheels(pass, 0, kRow1, kxreport::colour::kBlue, plot);
-    addWheels(pass, 1, kRow2, kxreport::colour::kGreen, plot);
-    plot.addRowLabel(kRow1, QStringLiteral("side 1"), kxreport::colour::kBlue);
-    plot.addRowLabel(kRow2, QStringLiteral("side 2"), kxreport::colour::kGreen);
-    plot.addLegend(QStringLiteral("wheel of %1").arg(sideTitle(pass, 0)), kxreport::colour::kBlue);
-    plot.addLegend(QStringLiteral("wheel of %1").arg(sideTitle(pass, 1)), kxreport::colour::kGreen);
-    const bool isAnyAlone = std::any_of(pass.pairs.begin(), pass.pairs.end(),
-                                        [](const MeasuredPair& pair) { return !pair.wheels.isComplete(); });
+    addWheels(pass, 0, kRow1, colour::kBlue, plot);
+    addWheels(pass, 1, kRow2, colour::kGreen, plot);
+    plot.addRowLabel(kRow1, QStringLiteral("side 1"), colour::kBlue);
+    plot.addRowLabel(kRow2, QStringLiteral("side 2"), colour::kGreen);
+    plot.addLegend(QStringLiteral("wheel of %1").arg(sideTitle(pass, 0)), colour::kBlue);
+    plot.addLegend(QStringLiteral("wheel of %1").arg(sideTitle(pass, 1)), colour::kGreen);
+    const bool isAnyAlone =
+        std::any_of(pass.pairs.begin(), pass.pairs.end(), [](const WheelPair& pair) { return !pair.isComplete(); });
     if (isAnyAlone) {
-        plot.addLegend(QStringLiteral("wheel without partner"), kxreport::colour::kOrange);
+        plot.addLegend(QStringLiteral("wheel without partner"), colour::kOrange);
     }
     page.heading(QStringLiteral("Wheels along the pass"));
     page.figure(plot.svg(),
@@ -135,30 +129,30 @@ void addWheelsAlongPass(const Pass& pass, Page& page) {
                                "boxes of a pair stand below each other. Numbers are those of the wheel files."));
 }
 
-void addDistances(const Pass& pass, Page& page) {
+void addDistances(const PassResult& pass, Page& page) {
     constexpr int kHeight = 320;
-    const double nominal = static_cast<double>(pass.tolerance.nominal);
-    const double allowed = static_cast<double>(pass.tolerance.allowed);
+    const double nominal = static_cast<double>(pass.nominal);
+    const double allowed = static_cast<double>(pass.tolerance);
     Range y;
     y.include(nominal - allowed);
     y.include(nominal + allowed);
-    for (const MeasuredPair& pair : pass.pairs) {
+    for (const WheelPair& pair : pass.pairs) {
         y.include(static_cast<double>(pair.distance));
     }
     Plot plot(QStringLiteral("distances"), QStringLiteral("Distance of each wheel pair"), kPageWidth, kHeight,
               {QStringLiteral("wheel pair"), {0.5, static_cast<double>(pass.pairs.size()) + 0.5}, true, true},
               {QStringLiteral("distance, mm"), y.padded(0.15)});
-    plot.addBand(nominal - allowed, nominal + allowed, kxreport::colour::kGreen, QStringLiteral("tolerance"));
-    plot.addLevel(nominal, {kxreport::colour::kGreen, 1.2, "6 4"}, QStringLiteral("nominal"));
+    plot.addBand(nominal - allowed, nominal + allowed, colour::kGreen, QStringLiteral("tolerance"));
+    plot.addLevel(nominal, {colour::kGreen, 1.2, "6 4"}, QStringLiteral("nominal"));
     for (size_t i = 0; i < pass.pairs.size(); ++i) {
-        const MeasuredPair& pair = pass.pairs[i];
-        const bool isOut = toneOf(pass, pair) == Tone::Bad;
+        const WheelPair& pair = pass.pairs[i];
+        const bool isOut = toneOf(pair) == Tone::Bad;
         plot.addMark({static_cast<double>(i + 1), static_cast<double>(pair.distance)},
-                     isOut ? kxreport::colour::kOrange : kxreport::colour::kBlue, 4.0,
+                     isOut ? colour::kOrange : colour::kBlue, 4.0,
                      QStringLiteral("pair %1: %2 mm").arg(i + 1).arg(fixedText(pair.distance, 3)));
     }
-    plot.addLegendMark(QStringLiteral("in tolerance"), kxreport::colour::kBlue);
-    plot.addLegendMark(QStringLiteral("out of tolerance"), kxreport::colour::kOrange);
+    plot.addLegendMark(QStringLiteral("in tolerance"), colour::kBlue);
+    plot.addLegendMark(QStringLiteral("out of tolerance"), colour::kOrange);
     page.heading(QStringLiteral("Distance of each wheel pair"));
     page.figure(plot.svg(), QStringLiteral("The band is the tolerance: %1. A pair without a mark has no distance.")
                                 .arg(toleranceText(pass)));
@@ -171,7 +165,7 @@ void addDistances(const Pass& pass, Page& page) {
         std::vector<Cell> row;
         for (const PairColumn& column : pairColumns()) {
             const bool isJudged = column.key == QLatin1String("verdict") || column.key == QLatin1String("distance");
-            row.push_back({textForPeople(column.value(pass, i)), isJudged ? toneOf(pass, pass.pairs[i]) : Tone::Plain});
+            row.push_back({textForPeople(column.value(pass, i)), isJudged ? toneOf(pass.pairs[i]) : Tone::Plain});
         }
         rows.push_back(row);
     }
@@ -183,23 +177,23 @@ void addDistances(const Pass& pass, Page& page) {
 
 } // namespace
 
-QString passReport(const Pass& pass, int pairNumber) {
+QString passReport(const PassResult& pass) {
     Page page(QStringLiteral("Wheel distances of a train"),
               QStringLiteral("%1 and %2, settings %3, mode %4")
-                  .arg(pass.sides[0].recording.linkName, pass.sides[1].recording.linkName, pass.settingsName,
-                       QString::number(pass.mode)));
+                  .arg(QString::fromStdString(pass.sides[0].name), QString::fromStdString(pass.sides[1].name),
+                       QString::fromStdString(pass.settings), QString::number(pass.mode)));
     addFacts(pass, page);
-    for (const QString& warning : pass.warnings) {
-        page.warning(warning);
+    for (const std::string& warning : pass.warnings) {
+        page.warning(QString::fromStdString(warning));
     }
     addRecordings(pass, page);
     addWheelsAlongPass(pass, page);
     addDistances(pass, page);
-    addProfiles(pass, pairNumber, page);
-    if (pass.defectSettings) {
-        addDefects(pass, pairNumber, page);
+    addProfiles(pass, page);
+    if (pass.defectLimits) {
+        addDefects(pass, page);
     }
     return page.html();
 }
 
-} // namespace kxtool
+} // namespace kxreport

@@ -1,14 +1,13 @@
 // A pass as an HTML page with plots.
 #pragma once
 
-#include "inspect/train/pass.h"
+#include <KxInspect/PassResult.h>
 
 #include <QtCore/QString>
 
-namespace kxtool {
+namespace kxreport {
 
-/// The page. The wheel files must still be in the folder of the pass.
-/// @param pairNumber the pair whose profiles are shown, from 1 on
-QString passReport(const Pass& pass, int pairNumber);
+/// The page, with the profiles of the pairs that the result holds pictures of.
+QString passReport(const KxInspect::PassResult& pass);
 
-} // namespace kxtool
+} // namespace kxreport

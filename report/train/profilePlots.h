@@ -1,13 +1,14 @@
-// The profiles of one wheel pair in the report.
+// The profiles of wheel pairs in the page of a pass.
 #pragma once
 
-#include "inspect/train/pass.h"
 #include "report/elements/page.h"
 
-namespace kxtool {
+#include <KxInspect/PassResult.h>
 
-/// Adds the section with the profiles of a pair: how they lie to the level line, and what the distance is made from.
-/// @param pairNumber from 1 on
-void addProfiles(const Pass& pass, int pairNumber, kxreport::Page& page);
+namespace kxreport {
 
-} // namespace kxtool
+/// Adds a section for each pair that has pictures: how its profiles lie to the level line, and what the distance is
+/// made from.
+void addProfiles(const KxInspect::PassResult& pass, Page& page);
+
+} // namespace kxreport

@@ -104,7 +104,7 @@ TEST_F(TrainDefects, RefusesSettingsThatDoNotFit) {
         expectRefusal({with({}), 3, error});
     }
     for (const char* const range : {"1", "2:1", "a:b", "1:2:3", "nan:3"}) {
-        expectRefusal({with({"--defect-range", range}), 2, "--defect-range is not MIN:MAX"});
+        expectRefusal({with({"--defect-range", range}), 2, "--defect-range needs MIN:MAX"});
     }
 }
 

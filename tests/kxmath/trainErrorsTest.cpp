@@ -38,8 +38,8 @@ TEST_F(TrainErrors, WrongUseAndOutputs) {
     write("other/left_1001.bin", good_);
     write("b_1001.bin", good_);
     const std::vector<Refusal> cases = {
-        {{"--mode", "1"}, 2, "two recordings"},
-        {{"left_1001.bin", "--settings", "s.ini"}, 2, "two recordings"},
+        {{"--mode", "1"}, 2, "2 recordings needed, got 0"},
+        {{"left_1001.bin", "--settings", "s.ini"}, 2, "2 recordings needed, got 1"},
         {{"left_1001.bin", "right_1002.bin"}, 2, "--settings"},
         {with({"--modus", "3"}), 2, "modus"},
         {with({"--mode", "three"}), 2, "--mode"},

@@ -1,6 +1,6 @@
 // Prints in how many of 20 profiles the judgement finds a feature, over its place, width and height, for a largest
 // allowed deviation of 0.3 mm and of 0.2 mm.
-#include "inspect/train/wheelDefects.h"
+#include "inspect/train/treadDefects.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,13 +32,14 @@ KxMath::KxProfile makeTread(unsigned seed, float middle, float width, float heig
 }
 
 int countFound(float middle, float width, float height, float maxDeviation) {
-    const kxtool::DefectLines lines = {{0.0f, 1000.0f}, {0.0f, 0.0f}};
-    kxtool::DefectLimits limits;
+    const KxInspect::detail::TreadLines lines = {{0.0f, 1000.0f}, {0.0f, 0.0f}};
+    KxInspect::DefectLimits limits;
     limits.maxDeviation = maxDeviation;
     int found = 0;
     for (unsigned seed = 1; seed <= kSeeds; ++seed) {
-        KxMath::KxProfile tread = makeTread(seed, middle, width, height);
-        found += kxtool::judgeProfile(tread, lines, limits).isSound ? 0 : 1;
+        const KxInspect::detail::PointList tread =
+            KxInspect::detail::cutTread(makeTread(seed, middle, width, height).points, lines, limits);
+        found += KxInspect::detail::judgeTread(tread, limits).isSound ? 0 : 1;
     }
     return found;
 }

@@ -1,5 +1,6 @@
 // The roundness of wheels whose shape is known: the tread is as far off the circle as it was made.
 #include "inspect/train/wheelRoundness.h"
+#include "inspect/train/treadDefects.h"
 #include "support/testing.h"
 
 #include <functional>
@@ -7,6 +8,9 @@
 namespace {
 
 using namespace testing_support;
+using KxInspect::DefectLimits;
+using KxInspect::Roundness;
+using namespace KxInspect::detail;
 
 constexpr double kFlangeRadius = 455.0, kTreadRadius = 427.0;
 constexpr double kAxle = 5000.0; // along the pass
@@ -48,19 +52,20 @@ KxProfile makeProfile(int number, const Make& make) {
     return profile;
 }
 
-kxtool::WheelRoundness judge(const Make& make, kxtool::DefectLimits limits = {}) {
-    kxtool::WheelView wheel;
+std::optional<Roundness> judge(const Make& make, const DefectLimits& limits = {}) {
     const float slope = static_cast<float>(make.slope);
     const auto behind = [&](float distance) {
         return KxLine(slope, 100.0f + distance * std::sqrt(1.0f + slope * slope));
     };
-    wheel.reference = behind(0.0f);
-    wheel.lines = {behind(150.0f), behind(40.0f)};
-    wheel.read = [&](int number) { return makeProfile(number, make); };
+    const TreadLines lines = {behind(150.0f), behind(40.0f)};
+    std::vector<PointList> profiles, treads;
+    std::vector<float> places;
     for (int number = 1; number <= kProfiles; ++number) {
-        wheel.places.push_back(static_cast<float>(kAxle + make.zScale * fromAxle(number, make)));
+        profiles.push_back(makeProfile(number, make).points);
+        treads.push_back(cutTread(profiles.back(), lines, limits));
+        places.push_back(static_cast<float>(kAxle + make.zScale * fromAxle(number, make)));
     }
-    return kxtool::judgeRoundness(wheel, limits);
+    return judgeRoundness({profiles, treads, places, behind(0.0f)}, limits);
 }
 
 /// A step of the tread in some profiles.
@@ -89,7 +94,9 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.desc);
-        const kxtool::WheelRoundness result = judge(c.make);
+        const std::optional<Roundness> judged = judge(c.make);
+        ASSERT_TRUE(judged);
+        const Roundness& result = *judged;
         ASSERT_EQ(result.radii.size(), kProfiles - (c.make.hidden > 0 ? 1 : 0));
         EXPECT_EQ(result.profiles, c.profiles);
         EXPECT_EQ(result.isOut, !c.profiles.empty());
@@ -101,19 +108,20 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
 
 TEST(WheelRoundness, IsNotJudgedWithoutACentre) {
     const auto isJudged = [](const Make& make, float limit = 0.1f) {
-        kxtool::DefectLimits limits;
+        DefectLimits limits;
         limits.maxRadiusDeviation = limit;
-        return judge(make, limits).isJudged();
+        return judge(make, limits).has_value();
     };
     EXPECT_TRUE(isJudged({.noise = 0.05}));
     EXPECT_FALSE(isJudged({.noise = 0.05}, 0.001f)) << "tips scatter by more";
     EXPECT_FALSE(isJudged({.zScale = 0.1})) << "z is no length along the track";
     EXPECT_FALSE(isJudged({.step = 0.0})) << "all in one place";
     EXPECT_FALSE(isJudged({}, std::nanf("")));
-    const auto isEmptyJudged = [](const std::vector<float>& places) {
-        return kxtool::judgeRoundness({[](int) { return KxProfile(); }, places, {}, {}}, {}).isJudged();
+    const auto isEmptyJudged = [](size_t count) {
+        const std::vector<PointList> none(count);
+        return judgeRoundness({none, none, std::vector<float>(count, 1.0f), {}}, {}).has_value();
     };
-    EXPECT_FALSE(isEmptyJudged({}) || isEmptyJudged(std::vector<float>(20, 1.0f)));
+    EXPECT_FALSE(isEmptyJudged(0) || isEmptyJudged(20));
 }
 
 } // namespace

@@ -31,7 +31,7 @@ QString numbered(const QString& name, int number) {
 } // namespace
 
 WorkFolder::WorkFolder(const QString& parent, const QString& name)
-    : parent_(QFileInfo(parent).absoluteFilePath()), name_(name), returnPath_(QDir::currentPath()) {
+    : parent_(QFileInfo(parent).absoluteFilePath()), name_(name) {
     errno = 0;
     if (!QDir().mkpath(parent_)) {
         failFolder(parent, errno != 0 ? lastError() : QStringLiteral("it is not a folder"));
@@ -51,28 +51,17 @@ WorkFolder::WorkFolder(const QString& parent, const QString& name)
     if (path_.isEmpty()) {
         failFolder(parent, QStringLiteral("too many incomplete folders are there"));
     }
-    if (!QDir::setCurrent(path_)) {
-        const QString why = lastError();
-        QDir().rmdir(path_);
-        failFolder(parent, why);
-    }
 }
 
 WorkFolder::~WorkFolder() {
-    leave();
     if (!isFinished_) {
         QDir(path_).removeRecursively();
     }
 }
 
-void WorkFolder::leave() const {
-    QDir::setCurrent(returnPath_);
-}
-
-void WorkFolder::link(const RecordingFile& recording) const {
-    const QString target = path_ + QLatin1Char('/') + recording.linkName;
-    if (!QFile::link(recording.path, target)) {
-        copy(recording.path, recording.linkName);
+void WorkFolder::link(const QString& source, const QString& name) const {
+    if (!QFile::link(QFileInfo(source).absoluteFilePath(), path_ + QLatin1Char('/') + name)) {
+        copy(source, name);
     }
 }
 
@@ -84,7 +73,6 @@ void WorkFolder::copy(const QString& source, const QString& name) const {
 }
 
 void WorkFolder::finish() {
-    leave();
     for (int number = 1; number < kMostFolders; ++number) {
         const QString candidate = parent_ + QLatin1Char('/') + numbered(name_, number);
         const QFileInfo taken(candidate);
@@ -105,7 +93,7 @@ void WorkFolder::finish() {
     failFolder(parent_, QStringLiteral("no free name for '%1'").arg(name_));
 }
 
-QString passFolderName(const RecordingFile& first, const RecordingFile& second) {
+QString passFolderName(const QString& first, const QString& second) {
     constexpr int kMostBytes = 90; // two of them and a number stay below what file systems allow
     const auto shortened = [](QString name) {
         while (QFile::encodeName(name).size() > kMostBytes) {
@@ -113,7 +101,7 @@ QString passFolderName(const RecordingFile& first, const RecordingFile& second) 
         }
         return name;
     };
-    return QStringLiteral("pass-%1-%2").arg(shortened(first.wheelDirectory), shortened(second.wheelDirectory));
+    return QStringLiteral("pass-%1-%2").arg(shortened(first), shortened(second));
 }
 
 } // namespace kxtool

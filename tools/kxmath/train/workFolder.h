@@ -1,13 +1,11 @@
 // The folder in which a pass is worked on.
 #pragma once
 
-#include "inspect/recordings/recordingFile.h"
-
 #include <QtCore/QString>
 
 namespace kxtool {
 
-/// A fresh folder that is the current directory while a pass is worked on. Until finish() its name begins with
+/// A fresh folder for what is left of a pass. Until finish() its name begins with
 /// "incomplete-", so that what a killed run leaves is never taken for a result; given up, it is removed.
 class WorkFolder {
 public:
@@ -20,25 +18,22 @@ public:
     /// Where the folder is now, absolute.
     const QString& path() const { return path_; }
 
-    /// Links the recording into the folder under its link name; where there are no links it is copied.
-    void link(const RecordingFile& recording) const;
+    /// Links a file into the folder; where there are no links it is copied.
+    void link(const QString& source, const QString& name) const;
     /// Copies a file into the folder.
     void copy(const QString& source, const QString& name) const;
 
-    /// Leaves the folder and gives it its final name, with a number behind it where that name is taken. It then stays.
+    /// Gives the folder its final name, with a number behind it where that name is taken. It then stays.
     void finish();
 
 private:
-    void leave() const;
-
     QString parent_;
     QString name_;
     QString path_;
-    QString returnPath_;
     bool isFinished_ = false;
 };
 
 /// The name of the folder for a pass: "pass-NAME1-NAME2" from the names of the recordings, long ones cut.
-QString passFolderName(const RecordingFile& first, const RecordingFile& second);
+QString passFolderName(const QString& first, const QString& second);
 
 } // namespace kxtool

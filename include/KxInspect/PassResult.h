@@ -1,0 +1,140 @@
+// What was measured in a pass of a train. Everything that tables, files and pages show of a pass is in here.
+#pragma once
+
+#include "Export.h"
+#include "Json.h"
+#include "Profile.h"
+#include "Settings.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KxInspect {
+
+/// The tread of one wheel, each profile compared with a smooth curve through it.
+struct TreadDefects {
+    int judged = 0; ///< profiles with enough points between the lines, see kFewestJudgedPoints
+    std::vector<int> profiles; ///< the numbers of the defective ones, ascending
+    int deviating = 0; ///< points of all judged profiles that deviate
+    int worstProfile = 0; ///< the judged one with the largest deviation, 0 when there is none
+    float largest = std::numeric_limits<float>::quiet_NaN(); ///< its deviation, mm; NaN when there is none
+    bool isDefective = false; ///< more profiles are defective than allowed; says nothing when none is judged
+};
+
+/// A profile with fewer points between the lines is not judged: a curve of 21 coefficients follows whatever it shows.
+inline constexpr int kFewestJudgedPoints = 63;
+
+/// The radius of the tread in one profile.
+struct RadiusDeviation {
+    int profile = 0; ///< its number, from 1
+    float place = 0.0f; ///< of the profile before (negative) or behind the axle, mm
+    float deviation = 0.0f; ///< from the circle of the whole wheel, mm
+};
+
+/// The tread of one wheel compared with a circle about its axle.
+struct Roundness {
+    std::vector<RadiusDeviation> radii; ///< of the profiles that show flange and tread
+    float flangeRadius = 0.0f; ///< of the tip, mm
+    float scatter = 0.0f; ///< of the tips about their circle, as a standard deviation, mm
+    std::vector<int> profiles; ///< the numbers of those that stand off the circle together, ascending
+    float largest = 0.0f; ///< what the profiles of a run are off at least, of all runs the most, mm
+    bool isOut = false;
+};
+
+/// A wheel in one recording. Its profiles are counted from 1.
+struct PassWheel {
+    int number = 0; ///< from 1 on, as in the names of its files
+    int profiles = 0;
+    int firstRecord = 0; ///< from 1 on
+    int chosenProfile = 0; ///< the one with the most points below the level line, 0 when none has any
+    int points = 0; ///< of the chosen profile below the level line
+    std::optional<TreadDefects> defects; ///< absent when they were not looked for
+    /// Absent when it was not looked for, or could not be judged: the records have no rising z, too few profiles show
+    /// flange and tread, or the flange tips give no circle.
+    std::optional<Roundness> roundness;
+
+    int lastRecord() const { return firstRecord + profiles - 1; }
+};
+
+/// One side of the track: the recording of its sensor and the wheels in it.
+struct PassSide {
+    std::string file; ///< as the caller named it
+    std::string name; ///< without its folder; ends with ".bin", whether the file does or not
+    std::string wheelDirectory; ///< the folder of its wheel files, relative to that of the pass
+    int serial = 0; ///< serial number of the sensor
+    int sensor = 0; ///< number of the sensor in the settings
+    std::int64_t bytes = 0;
+    int cloudSections = 0; ///< records of this kind
+    int profileRecords = 0; ///< records of that kind
+    Line level;
+    Line reference;
+    std::vector<PassWheel> wheels;
+
+    int records() const { return cloudSections + profileRecords; }
+};
+
+/// A wheel pair of the train. A side that did not see the wheel has none.
+struct WheelPair {
+    std::array<std::optional<std::size_t>, 2> wheels = {}; ///< of both sides: the place in PassSide::wheels
+    float distance = std::numeric_limits<float>::quiet_NaN(); ///< across the pair, mm; NaN: see `reason`
+    float deviation = std::numeric_limits<float>::quiet_NaN(); ///< from the nominal distance, mm; NaN likewise
+    std::optional<bool> inTolerance; ///< absent without a distance
+    std::string reason; ///< why there is no distance; empty when there is one
+
+    bool isComplete() const { return wheels[0] && wheels[1]; }
+};
+
+/// What a page draws of one wheel.
+struct WheelPicture {
+    std::size_t side = 0; ///< which one
+    int overlaid = 0; ///< number of profiles in `profiles`, evenly spread over those of the wheel
+    std::vector<Point> profiles; ///< the points of these profiles
+    std::vector<Point> chosen; ///< the chosen profile; empty when there is none, as all that follow
+    std::vector<Point> half; ///< the points of it that the line is fitted to
+    std::vector<double> heights; ///< of `half` above the reference line, mm along y
+    std::optional<Line> fit; ///< absent with fewer than two points
+    float offset = std::numeric_limits<float>::quiet_NaN(); ///< of the fit from the reference line, mm; NaN without fit
+    std::optional<Line> low; ///< the low line, in the mode that has one
+    std::vector<Point> deviations; ///< of the worst profile from its curve, over x; empty when defects were not judged
+};
+
+/// What a page draws of one wheel pair.
+struct PairPicture {
+    int pair = 0; ///< its number, from 1
+    std::vector<WheelPicture> wheels; ///< of the sides that saw it
+};
+
+/// What was measured in a pass.
+struct KXINSPECT_EXPORT PassResult {
+    int mode = 0; ///< of the wheel detection
+    std::string settings; ///< the file of the station's settings, as the caller named it; may be empty
+    std::string folder; ///< where wheel files were left; empty for nowhere
+    std::vector<PassSide> sides; ///< two of them
+    float baseDistance = 0.0f; ///< mm
+    float nominal = 0.0f; ///< distance, mm
+    float tolerance = 0.0f; ///< mm to both sides, the limit itself included
+    std::optional<DefectLimits> defectLimits; ///< set when defects were looked for
+    std::vector<WheelPair> pairs; ///< in order along the train
+    std::vector<std::string> warnings; ///< what makes results doubtful, UTF-8
+    std::vector<PairPicture> pictures; ///< of the pairs that were asked for
+
+    /// The wheel of one side of a pair, null when that sensor did not see it.
+    const PassWheel* wheelOf(const WheelPair& pair, std::size_t side) const;
+    int distances() const; ///< how many pairs have one
+    int outOfTolerance() const; ///< how many of them are
+    int defectiveWheels() const; ///< by single profiles
+    int wheelsOutOfRound() const;
+};
+
+/// The result as a JSON document; missing values are null.
+KXINSPECT_EXPORT std::string toJson(const PassResult& result, Pictures pictures = Pictures::Left);
+
+/// Reads what toJson() wrote, with or without pictures. Throws an Error when it is no such document.
+KXINSPECT_EXPORT PassResult passFromJson(const std::string& json);
+
+} // namespace KxInspect

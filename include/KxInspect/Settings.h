@@ -1,0 +1,93 @@
+// Settings of a measuring station and of the judgement of treads: values that a file gives or a program fills in.
+#pragma once
+
+#include "Export.h"
+#include "Profile.h"
+
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KxInspect {
+
+/// What the file of some settings does not give: a key that is missing or holds no number. That is no error before a
+/// call needs the key.
+struct SettingFault {
+    std::string key; ///< "SENSOR1/level_k"
+    std::string reason; ///< for an Error about the key
+};
+
+/// How wheels are recognised in the profiles of a sensor.
+struct WheelDetection {
+    int noiseWindow = 3; ///< points in a window of the noise filter, key wndSize
+    int maxJumps = 1; ///< so many steps higher than `maxJump` may be in a window, key higherPoinInWnd
+    float maxJump = 1.5f; ///< mm, key maxdY
+    int minPoints = 2; ///< a profile with more points below the level line shows a wheel, key minPointsIn
+    int maxParts = 1; ///< in mode 3: so many straight parts are removed, key maxCorr (deliberately)
+    float maxCorrelation = 0.0f; ///< in mode 3: what counts as straight, key parts (deliberately)
+    float maxGap = 10.0f; ///< in mode 3: parts end at wider gaps, mm, key maxDist
+};
+
+/// One sensor of a station. Lines are those of its own frame; one that is absent is not known.
+struct SensorSettings {
+    int number = 0; ///< n of the keys SENSORn/...
+    int serial = 0; ///< serial number, key SN
+    std::optional<Line> level; ///< points below it are wheel; keys level_k, level_b
+    std::optional<Line> low; ///< in mode 3, points above it only; keys lowlevel_k, lowlevel_b
+    std::optional<Line> reference; ///< where a wheel stands at the base distance; keys k2, b2
+    WheelDetection detection;
+};
+
+/// A station: its sensors and what they have in common.
+struct StationSettings {
+    std::string file; ///< where they were read from, as the caller named it; empty when they were filled in
+    std::optional<float> baseDistance; ///< between the reference lines of facing sensors, mm; key calibrLines2
+    int minProfilesInWheel = 5; ///< shorter runs of wheel profiles are no wheel; key minProfsInWheel
+    std::vector<SensorSettings> sensors; ///< by their number
+    std::vector<SettingFault> faults; ///< of the keys of all sensors
+};
+
+/// When a profile and a wheel count as defective.
+struct DefectLimits {
+    float maxDeviation = 0.3f; ///< mm; points farther off the curve deviate; key maxDeviation
+    int pointsHigher = 5; ///< the most deviating points of a sound profile; key pointsHigher
+    int minProfiles = 1; ///< the most defective profiles of a sound wheel; key minimalDefectsProf
+    float maxRadiusDeviation = 0.1f; ///< mm; how far the tread may be off a circle about the axle; same key
+    int radiusProfiles = 3; ///< in so many successive profiles; same key
+    float fromX = -std::numeric_limits<float>::infinity(); ///< points with x outside of the range are left out
+    float toX = std::numeric_limits<float>::infinity();
+};
+
+/// The lines between which the profiles of one sensor are judged.
+struct DefectLines {
+    int number = 0; ///< n of the keys SENSORn/...
+    int serial = 0; ///< serial number, key SN
+    std::optional<Line> high; ///< keys level_k, level_b
+    std::optional<Line> low; ///< keys lowLevel_k, lowLevel_b (not those of the wheel detection)
+};
+
+/// How treads are judged.
+struct DefectSettings {
+    std::string file; ///< where they were read from, as the caller named it; empty when they were filled in
+    DefectLimits limits;
+    std::vector<DefectLines> sensors; ///< by their number
+    std::vector<SettingFault> faults; ///< of the keys of all sensors
+};
+
+/// Reads the settings of a station from an INI file. Keys of sensors that are missing or wrong become `faults`; a
+/// sensor whose SN is 0 or missing ends the list of sensors.
+/// Throws an Error when there is no such file or when it cannot be read or parsed.
+/// @param path UTF-8
+KXINSPECT_EXPORT StationSettings readStationSettings(const std::string& path);
+
+/// Reads the settings of the judgement of treads from an INI file, as readStationSettings() does. Throws an Error for a
+/// limit that is no number, too.
+KXINSPECT_EXPORT DefectSettings readDefectSettings(const std::string& path);
+
+/// @{ The sensor with a serial number, the first of several; null when there is none.
+KXINSPECT_EXPORT const SensorSettings* findSensor(const StationSettings& settings, int serial);
+KXINSPECT_EXPORT const DefectLines* findSensor(const DefectSettings& settings, int serial);
+/// @}
+
+} // namespace KxInspect

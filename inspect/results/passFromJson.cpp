@@ -1,0 +1,186 @@
+// The result of a pass from JSON.
+#include "inspect/results/json.h"
+#include "inspect/train/noDistance.h"
+
+#include <KxInspect/PassResult.h>
+#include <KxInspect/Recording.h>
+
+#include <cmath>
+
+namespace KxInspect {
+
+namespace {
+
+using detail::JsonValue;
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+/// A count or a number of something: two of them can be added.
+int readCount(const JsonValue& value) {
+    constexpr int kMost = 1 << 30;
+    return value.wholeNumber(0, kMost);
+}
+
+std::vector<int> readNumbers(const JsonValue& value) {
+    std::vector<int> numbers;
+    for (const JsonValue& number : value.list()) {
+        numbers.push_back(readCount(number));
+    }
+    return numbers;
+}
+
+std::optional<Line> readLine(const JsonValue& value) {
+    return value.isNull() ? std::nullopt : std::optional(value.line());
+}
+
+PassSide readSide(const JsonValue& value) {
+    PassSide side;
+    side.file = value["file"].text();
+    side.name = recordingName(side.file).file;
+    side.wheelDirectory = value["wheelDirectory"].text();
+    side.serial = value["serial"].wholeNumber();
+    side.sensor = value["sensor"].wholeNumber();
+    side.bytes = value["bytes"].wideWholeNumber();
+    side.cloudSections = readCount(value["cloudSections"]);
+    side.profileRecords = readCount(value["profileRecords"]);
+    side.level = value["level"].line();
+    side.reference = value["reference"].line();
+    return side;
+}
+
+std::optional<DefectLimits> readLimits(const JsonValue& value) {
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    const auto bound = [&](const char* key, float none) { return value[key].isNull() ? none : value[key].number(); };
+    DefectLimits limits;
+    limits.maxDeviation = value["maxDeviation"].number();
+    limits.pointsHigher = value["pointsHigher"].wholeNumber();
+    limits.minProfiles = value["minimalDefectsProf"].wholeNumber();
+    limits.maxRadiusDeviation = value["maxRadiusDeviation"].number();
+    limits.radiusProfiles = value["radiusProfiles"].wholeNumber();
+    limits.fromX = bound("fromX", -kInfinity);
+    limits.toX = bound("toX", kInfinity);
+    return limits;
+}
+
+std::optional<TreadDefects> readDefects(const JsonValue& value) {
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    TreadDefects defects;
+    defects.judged = readCount(value["judgedProfiles"]);
+    defects.profiles = readNumbers(value["defectiveProfiles"]);
+    defects.deviating = readCount(value["deviatingPoints"]);
+    defects.worstProfile = value["worstProfile"].isNull() ? 0 : readCount(value["worstProfile"]);
+    defects.largest = value["largestDeviation"].number();
+    defects.isDefective = !value["isDefective"].isNull() && value["isDefective"].flag();
+    return defects;
+}
+
+std::optional<Roundness> readRoundness(const JsonValue& value) {
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    Roundness roundness;
+    for (const JsonValue& radius : value["radii"].list()) {
+        roundness.radii.push_back(
+            {readCount(radius["profile"]), radius["fromAxle"].number(), radius["deviation"].number()});
+    }
+    roundness.flangeRadius = value["flangeRadius"].number();
+    roundness.scatter = value["scatter"].number();
+    roundness.profiles = readNumbers(value["profilesOff"]);
+    roundness.largest = value["largestDeviation"].number();
+    roundness.isOut = value["isOutOfRound"].flag();
+    return roundness;
+}
+
+PassWheel readWheel(const JsonValue& value) {
+    PassWheel wheel;
+    wheel.number = readCount(value["wheel"]);
+    wheel.profiles = readCount(value["profiles"]);
+    wheel.firstRecord = readCount(value["firstRecord"]);
+    wheel.chosenProfile = readCount(value["chosenProfile"]);
+    wheel.points = readCount(value["points"]);
+    wheel.defects = readDefects(value["defects"]);
+    wheel.roundness = readRoundness(value["roundness"]);
+    return wheel;
+}
+
+/// Reads a pair and puts its wheels behind those of the pairs before it.
+void readPair(const JsonValue& value, PassResult& result) {
+    WheelPair pair;
+    const std::vector<JsonValue> wheels = value["sides"].ofSize(result.sides.size());
+    for (std::size_t side = 0; side < wheels.size(); ++side) {
+        if (!wheels[side].isNull()) {
+            pair.wheels[side] = result.sides[side].wheels.size();
+            result.sides[side].wheels.push_back(readWheel(wheels[side]));
+        }
+    }
+    pair.distance = value["distance"].number();
+    pair.deviation = value["deviation"].number();
+    if (!value["inTolerance"].isNull()) {
+        pair.inTolerance = value["inTolerance"].flag();
+    }
+    pair.reason = std::isnan(pair.distance) ? detail::whyNoDistance(result, pair) : std::string();
+    result.pairs.push_back(pair);
+}
+
+WheelPicture readWheelPicture(const JsonValue& value, std::size_t sides) {
+    WheelPicture wheel;
+    wheel.side = static_cast<std::size_t>(value["side"].wholeNumber(1, static_cast<int>(sides))) - 1;
+    wheel.overlaid = readCount(value["overlaid"]);
+    wheel.profiles = value["profiles"].points();
+    wheel.chosen = value["chosen"].points();
+    wheel.half = value["half"].points();
+    wheel.heights = value["heights"].wideNumbers();
+    value["heights"].ofSize(wheel.half.size());
+    wheel.fit = readLine(value["fit"]);
+    wheel.offset = value["offset"].number();
+    wheel.low = readLine(value["low"]);
+    wheel.deviations = value["deviations"].points();
+    return wheel;
+}
+
+/// A picture of a pair that is there, with the wheels that this pair has.
+PairPicture readPicture(const JsonValue& value, const PassResult& result) {
+    PairPicture picture;
+    picture.pair = value["pair"].wholeNumber(1, static_cast<int>(result.pairs.size()));
+    const WheelPair& pair = result.pairs[static_cast<std::size_t>(picture.pair) - 1];
+    for (const JsonValue& wheel : value["wheels"].list()) {
+        picture.wheels.push_back(readWheelPicture(wheel, result.sides.size()));
+        if (result.wheelOf(pair, picture.wheels.back().side) == nullptr) {
+            wheel["side"].failAsNo(QStringLiteral("side that saw the pair"));
+        }
+    }
+    return picture;
+}
+
+} // namespace
+
+PassResult passFromJson(const std::string& json) {
+    const JsonValue document = JsonValue::parse(json, "train");
+    PassResult result;
+    result.mode = document["mode"].wholeNumber();
+    result.settings = document["settings"].text();
+    result.folder = document["folder"].textOrNull();
+    for (const JsonValue& side : document["recordings"].ofSize(std::tuple_size_v<decltype(WheelPair::wheels)>)) {
+        result.sides.push_back(readSide(side));
+    }
+    result.baseDistance = document["baseDistance"].number();
+    result.nominal = document["nominal"].number();
+    result.tolerance = document["tolerance"].number();
+    result.defectLimits = readLimits(document["defectLimits"]);
+    for (const JsonValue& pair : document["pairs"].list()) {
+        readPair(pair, result);
+    }
+    result.warnings = document["warnings"].texts();
+    if (document.has("pictures")) {
+        for (const JsonValue& picture : document["pictures"].list()) {
+            result.pictures.push_back(readPicture(picture, result));
+        }
+    }
+    return result;
+}
+
+} // namespace KxInspect

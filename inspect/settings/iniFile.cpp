@@ -1,0 +1,101 @@
+// Settings from INI files, every value checked.
+#include "inspect/settings/iniFile.h"
+
+#include "inspect/base/error.h"
+#include "inspect/base/paths.h"
+
+#include <KxMath/KxWheelDetection.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+#include <cmath>
+
+namespace KxInspect::detail {
+
+namespace {
+
+/// QSettings would take a file that is missing or cannot be opened for an empty one.
+QString readable(const std::string& path) {
+    const ErrorSource source{"settings", path, {}};
+    const QString name = toQt(path);
+    const QFileInfo info(name);
+    if (!info.exists()) {
+        fail(ErrorKind::NotFound, source, QStringLiteral("do not exist"));
+    }
+    if (!info.isFile()) {
+        fail(ErrorKind::Unsuitable, source, QStringLiteral("are not a file"));
+    }
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: ") + file.errorString());
+    }
+    return name;
+}
+
+} // namespace
+
+void failSettings(const std::string& file, const std::string& key, const QString& reason) {
+    fail(ErrorKind::Unsuitable, {"settings", file, key}, reason);
+}
+
+QString lacksKey(const QString& key) {
+    return QStringLiteral("lack the key '%1'").arg(key);
+}
+
+IniFile::IniFile(const std::string& path) : store_(readable(path), QSettings::IniFormat) {
+    store_.allKeys(); // sections are parsed when they are first looked into
+    if (store_.status() != QSettings::NoError) {
+        fail(ErrorKind::Damaged, {"settings", path, {}}, QStringLiteral("cannot be parsed as an INI file"));
+    }
+}
+
+std::optional<float> IniFile::number(const QString& key, Need need) {
+    const QVariant found = value(key, need);
+    bool isNumber = false;
+    const float result = found.toFloat(&isNumber);
+    if (isNumber && std::isfinite(result)) {
+        return result;
+    }
+    if (found.isValid()) {
+        addFault(key, QStringLiteral("hold no number in '%1'").arg(key));
+    }
+    return std::nullopt;
+}
+
+std::optional<int> IniFile::wholeNumber(const QString& key, Need need) {
+    const QVariant found = value(key, need);
+    bool isNumber = false;
+    const int result = found.toInt(&isNumber);
+    if (isNumber) {
+        return result;
+    }
+    if (found.isValid()) {
+        addFault(key, QStringLiteral("hold no whole number in '%1'").arg(key));
+    }
+    return std::nullopt;
+}
+
+std::optional<Line> IniFile::line(const QString& slopeKey, const QString& interceptKey) {
+    const std::optional<float> slope = number(slopeKey, Need::Required);
+    const std::optional<float> intercept = number(interceptKey, Need::Required);
+    return slope && intercept ? std::optional(Line{*slope, *intercept}) : std::nullopt;
+}
+
+int IniFile::serial(int sensor) {
+    return wholeNumber(KxMath::KxSensorKey(sensor, "SN"), sensor == 1 ? Need::Required : Need::Optional).value_or(0);
+}
+
+QVariant IniFile::value(const QString& key, Need need) {
+    const QVariant found = store_.value(key);
+    if (!found.isValid() && need == Need::Required) {
+        addFault(key, lacksKey(key));
+    }
+    return found;
+}
+
+void IniFile::addFault(const QString& key, const QString& reason) {
+    faults_.push_back({key.toStdString(), reason.toStdString()});
+}
+
+} // namespace KxInspect::detail

@@ -1,0 +1,60 @@
+// Settings from INI files, every value checked: QSettings itself reads what is no number as 0.
+#pragma once
+
+#include <KxInspect/Settings.h>
+
+#include <QtCore/QSettings>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KxInspect::detail {
+
+/// Throws an Error about a key of settings.
+/// @param reason its predicate: "lack the key 'a'"
+[[noreturn]] void failSettings(const std::string& file, const std::string& key, const QString& reason);
+
+/// "lack the key 'KEY'"
+QString lacksKey(const QString& key);
+
+/// An INI file that is only read. Values that are missing or wrong are absent and are noted as faults.
+class IniFile {
+public:
+    enum class Need { Required, Optional };
+
+    /// Opens and parses the file. Throws an Error when that fails.
+    explicit IniFile(const std::string& path);
+
+    std::optional<float> number(const QString& key, Need need);
+    std::optional<int> wholeNumber(const QString& key, Need need);
+    std::optional<Line> line(const QString& slopeKey, const QString& interceptKey);
+
+    /// The serial number of a sensor, which the first one must have; 0 ends the list of sensors.
+    int serial(int sensor);
+
+    QSettings& store() { return store_; }
+    const std::vector<SettingFault>& faults() const { return faults_; }
+
+private:
+    QVariant value(const QString& key, Need need);
+    void addFault(const QString& key, const QString& reason);
+
+    QSettings store_;
+    std::vector<SettingFault> faults_;
+};
+
+/// Calls `read(number, serial)` for each sensor of a file.
+template <typename Read>
+void forEachSensor(IniFile& file, Read read) {
+    constexpr int kEnd = 50; // the library looks no further
+    for (int number = 1; number < kEnd; ++number) {
+        const int serial = file.serial(number);
+        if (serial == 0) {
+            return;
+        }
+        read(number, serial);
+    }
+}
+
+} // namespace KxInspect::detail

@@ -1,0 +1,166 @@
+// From the recordings of a pass to its result.
+#include "inspect/base/paths.h"
+#include "inspect/train/measuredSide.h"
+#include "inspect/train/noDistance.h"
+#include "inspect/train/passWarnings.h"
+#include "inspect/train/pictures.h"
+#include "inspect/train/treadDefects.h"
+#include "inspect/train/wheelFiles.h"
+#include "inspect/train/wheelRoundness.h"
+
+#include <KxInspect/KxMathTypes.h>
+#include <KxInspect/Train.h>
+
+#include <cmath>
+#include <utility>
+
+namespace KxInspect {
+
+namespace {
+
+using namespace detail;
+
+void report(const Progress& progress, const char* step, const std::string& file, double part) {
+    if (progress) {
+        progress(file.empty() ? std::string(step) : step + (' ' + file), part);
+    }
+}
+
+WheelCollector findWheels(const SideInput& side, int mode, const Progress& progress) {
+    constexpr int kRecordsPerReport = 256;
+    WheelCollector found(side.detection, mode);
+    KxMath::KxProfileZ record;
+    for (;;) {
+        const KxMath::KxRecordKind kind = side.stream->next(record);
+        if (kind == KxMath::KxNoRecord) {
+            return found;
+        }
+        found.add(kind, record);
+        if (side.stream->records() % kRecordsPerReport == 0) {
+            report(progress, "finding wheels in", side.path,
+                   static_cast<double>(side.stream->position()) / static_cast<double>(side.stream->size()));
+        }
+    }
+}
+
+PassSide describeSide(const MeasuredSide& measured) {
+    const SideInput& input = measured.input;
+    PassSide side;
+    side.file = input.path;
+    side.name = input.name.file.toStdString();
+    side.wheelDirectory = input.name.parts.base.toStdString();
+    side.serial = input.name.parts.serial;
+    side.sensor = input.sensor;
+    side.bytes = input.stream->size();
+    side.cloudSections = measured.found.cloudSections();
+    side.profileRecords = measured.found.profileRecords();
+    side.level = fromKxLine(input.detection.level);
+    side.reference = fromKxLine(input.reference);
+    for (std::size_t i = 0; i < measured.found.wheels().size(); ++i) {
+        const FoundWheel& found = measured.found.wheels()[i];
+        const ChosenProfile& chosen = measured.chosen[i];
+        PassWheel wheel;
+        wheel.number = static_cast<int>(i) + 1;
+        wheel.profiles = static_cast<int>(found.profiles.size());
+        wheel.firstRecord = found.firstRecord;
+        wheel.chosenProfile = chosen.number;
+        wheel.points = static_cast<int>(chosen.points.size());
+        side.wheels.push_back(wheel);
+    }
+    return side;
+}
+
+std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& options, const Progress& progress) {
+    std::vector<MeasuredSide> sides;
+    for (SideInput& input : inputs.sides) {
+        report(progress, "finding wheels in", input.path, 0.0);
+        WheelCollector found = findWheels(input, options.mode, progress);
+        if (!options.wheelFolder.empty()) {
+            report(progress, "writing wheels of", input.path, 0.0);
+            writeWheelFiles(toQt(options.wheelFolder), input.name, input.sensor, found);
+        }
+        std::vector<ChosenProfile> chosen;
+        for (const FoundWheel& wheel : found.wheels()) {
+            chosen.push_back(chooseProfile(wheel, input.detection.level));
+        }
+        sides.push_back({std::move(input), std::move(found), std::move(chosen)});
+    }
+    return sides;
+}
+
+WheelPair measurePair(const PairedWheels& wheels, const std::vector<MeasuredSide>& sides, const PassResult& result) {
+    WheelPair pair;
+    pair.wheels = wheels;
+    if (pair.isComplete()) {
+        pair.distance = distanceOf(sides[0].chosen[*wheels[0]], sides[1].chosen[*wheels[1]], sides[0].input.reference,
+                                   sides[1].input.reference, result.baseDistance);
+    }
+    if (std::isnan(pair.distance)) {
+        pair.reason = whyNoDistance(result, pair);
+        return pair;
+    }
+    pair.deviation = pair.distance - result.nominal;
+    pair.inTolerance = std::abs(pair.deviation) <= result.tolerance;
+    return pair;
+}
+
+void judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
+    for (std::size_t i = 0; i < side.wheels.size(); ++i) {
+        const FoundWheel& found = measured.found.wheels()[i];
+        std::vector<PointList> treads;
+        for (const PointList& profile : found.profiles) {
+            treads.push_back(cutTread(profile, *measured.input.tread, limits));
+        }
+        side.wheels[i].defects = judgeTreads(treads, limits);
+        if (measured.found.hasPlaces()) {
+            side.wheels[i].roundness =
+                judgeRoundness({found.profiles, treads, found.places, measured.input.reference}, limits);
+        }
+        report(progress, "judging treads in", side.file,
+               static_cast<double>(i + 1) / static_cast<double>(side.wheels.size()));
+    }
+}
+
+void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSide>& sides, PassResult& result,
+                       const Progress& progress) {
+    result.defectLimits = options.defects->limits;
+    for (std::size_t i = 0; i < sides.size(); ++i) {
+        report(progress, "judging treads in", result.sides[i].file, 0.0);
+        judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
+        warnOfRoundness(result.sides[i], sides[i].found.hasPlaces(), result);
+    }
+}
+
+} // namespace
+
+PassResult measurePass(const std::vector<std::string>& recordings, const StationSettings& settings,
+                       const PassOptions& options, const Progress& progress) {
+    PassInputs inputs = openPass(recordings, settings, options);
+    PassResult result;
+    result.mode = options.mode;
+    result.settings = settings.file;
+    result.folder = options.wheelFolder;
+    result.baseDistance = inputs.baseDistance;
+    result.nominal = options.nominal.value_or(inputs.baseDistance);
+    result.tolerance = options.tolerance;
+    std::vector<MeasuredSide> sides = findAllWheels(inputs, options, progress);
+    for (const MeasuredSide& side : sides) {
+        result.sides.push_back(describeSide(side));
+    }
+    report(progress, "measuring distances", {}, 0.0);
+    for (const PairedWheels& wheels : pairWheels(sides, result)) {
+        result.pairs.push_back(measurePair(wheels, sides, result));
+    }
+    if (options.defects) {
+        judgeTreadsOfPass(options, sides, result, progress);
+    }
+    warnOfMissingPairs(options.shownPairs, result);
+    for (const int pair : options.shownPairs) {
+        if (static_cast<std::size_t>(pair) <= result.pairs.size()) {
+            result.pictures.push_back(pairPicture(result, pair, sides));
+        }
+    }
+    return result;
+}
+
+} // namespace KxInspect

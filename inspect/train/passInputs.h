@@ -1,0 +1,43 @@
+// The recordings and settings of a pass, checked against each other before anything is read.
+#pragma once
+
+#include "inspect/recordings/recordStream.h"
+#include "inspect/recordings/recordingName.h"
+
+#include <KxInspect/Train.h>
+#include <KxMath/KxWheelDetection.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace KxInspect::detail {
+
+/// The lines between which a tread is judged.
+struct TreadLines {
+    KxMath::KxLine high;
+    KxMath::KxLine low;
+};
+
+/// One side of the track.
+struct SideInput {
+    std::string path;
+    RecordingFiles name;
+    std::unique_ptr<RecordStream> stream; ///< at its beginning
+    int sensor = 0;
+    KxMath::KxWheelDetectionSettings detection;
+    KxMath::KxLine reference;
+    std::optional<TreadLines> tread; ///< set when defects are looked for
+};
+
+struct PassInputs {
+    std::vector<SideInput> sides; ///< two of them
+    float baseDistance = 0.0f;
+};
+
+/// Opens the recordings and looks up what the settings say of them. Throws an Error when something is missing, wrong or
+/// does not fit.
+PassInputs openPass(const std::vector<std::string>& recordings, const StationSettings& settings,
+                    const PassOptions& options);
+
+} // namespace KxInspect::detail

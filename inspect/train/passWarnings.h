@@ -1,0 +1,20 @@
+// What makes the results of a pass doubtful.
+#pragma once
+
+#include "inspect/train/measuredSide.h"
+#include "inspect/train/pairing.h"
+
+#include <KxInspect/PassResult.h>
+
+namespace KxInspect::detail {
+
+/// Pairs the wheels of both sides, by number where there are as many on both. Warns in `result` where that is in doubt.
+std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, PassResult& result);
+
+/// Warns of what the recording or the station does to all wheels of a side, which looks like wheels out of round.
+void warnOfRoundness(const PassSide& side, bool hasPlaces, PassResult& result);
+
+/// Warns of pairs that were asked for and are not there.
+void warnOfMissingPairs(const std::vector<int>& shownPairs, PassResult& result);
+
+} // namespace KxInspect::detail

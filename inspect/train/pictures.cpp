@@ -1,0 +1,78 @@
+// What pages draw of a wheel pair.
+#include "inspect/train/pictures.h"
+
+#include "inspect/base/points.h"
+#include "inspect/train/treadDefects.h"
+
+#include <KxInspect/KxMathTypes.h>
+
+#include <cmath>
+
+namespace KxInspect::detail {
+
+namespace {
+
+void addProfiles(const FoundWheel& wheel, WheelPicture& picture) {
+    constexpr std::size_t kMostOverlaid = 40;
+    const std::size_t step = (wheel.profiles.size() + kMostOverlaid - 1) / kMostOverlaid;
+    for (std::size_t i = 0; i < wheel.profiles.size(); i += step) {
+        const std::vector<Point> points = toVector(wheel.profiles[i]);
+        picture.profiles.insert(picture.profiles.end(), points.begin(), points.end());
+        ++picture.overlaid;
+    }
+}
+
+double heightAbove(const KxMath::KxLine& line, const Point& point) {
+    const double height = static_cast<double>(line.k) * static_cast<double>(point.x) + static_cast<double>(line.b);
+    return static_cast<double>(point.y) - height;
+}
+
+void addFit(const FoundWheel& wheel, const ChosenProfile& chosen, const KxMath::KxLine& reference,
+            WheelPicture& picture) {
+    picture.chosen = toVector(wheel.profiles[static_cast<std::size_t>(chosen.number) - 1]);
+    KxMath::KxProfile half;
+    half.points = fittedHalf(chosen.points);
+    picture.half = toVector(half.points);
+    for (const Point& point : picture.half) {
+        picture.heights.push_back(heightAbove(reference, point));
+    }
+    KxMath::KxLine fit;
+    if (half.calcLine(fit)) {
+        picture.fit = fromKxLine(fit);
+        picture.offset = (fit.b - reference.b) * std::cos(std::atan(reference.k));
+    }
+}
+
+} // namespace
+
+PairPicture pairPicture(const PassResult& result, int number, const std::vector<MeasuredSide>& sides) {
+    PairPicture picture{number, {}};
+    const WheelPair& pair = result.pairs[static_cast<std::size_t>(number) - 1];
+    for (std::size_t side = 0; side < sides.size(); ++side) {
+        if (!pair.wheels[side]) {
+            continue;
+        }
+        const std::size_t index = *pair.wheels[side];
+        const MeasuredSide& measured = sides[side];
+        WheelPicture wheel;
+        wheel.side = side;
+        addProfiles(measured.found.wheels()[index], wheel);
+        if (measured.chosen[index].number > 0) {
+            addFit(measured.found.wheels()[index], measured.chosen[index], measured.input.reference, wheel);
+        }
+        if (result.mode == KxMath::KxModeWithLowLine) {
+            wheel.low = fromKxLine(measured.input.detection.low);
+        }
+        const std::optional<TreadDefects>& defects = result.wheelOf(pair, side)->defects;
+        if (defects && defects->worstProfile > 0) {
+            const PointList& worst =
+                measured.found.wheels()[index].profiles[static_cast<std::size_t>(defects->worstProfile) - 1];
+            const PointList tread = cutTread(worst, *measured.input.tread, *result.defectLimits);
+            wheel.deviations = toVector(judgeTread(tread, *result.defectLimits).points);
+        }
+        picture.wheels.push_back(std::move(wheel));
+    }
+    return picture;
+}
+
+} // namespace KxInspect::detail

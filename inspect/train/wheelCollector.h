@@ -1,0 +1,61 @@
+// The wheels of a recording as profiles in memory.
+#pragma once
+
+#include <KxMath/KxProfileZ.h>
+#include <KxMath/KxRecording.h>
+#include <KxMath/KxWheelDetection.h>
+
+#include <QtCore/QList>
+
+#include <vector>
+
+namespace KxInspect::detail {
+
+using PointList = QList<KxMath::KxPointXY>;
+
+/// A wheel as detection has found it.
+struct FoundWheel {
+    int firstRecord = 0; ///< from 1 on
+    std::vector<PointList> profiles; ///< cleaned
+    std::vector<float> places; ///< z of the profiles
+
+    int lastRecord() const { return firstRecord + static_cast<int>(profiles.size()) - 1; }
+};
+
+/// Where a wheel starts; wheels that turned out too short for one included, whose number the next one gets.
+struct WheelStart {
+    int wheel;
+    int record;
+};
+
+/// Finds the wheels in the records of a recording, one after the other, and keeps the profiles of these only.
+class WheelCollector {
+public:
+    WheelCollector(const KxMath::KxWheelDetectionSettings& settings, int mode) : detector_(settings, mode) {}
+
+    /// Looks at the next record. Its points may be taken.
+    void add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record);
+
+    const std::vector<FoundWheel>& wheels() const { return wheels_; }
+    const std::vector<WheelStart>& starts() const { return starts_; }
+    int cloudSections() const { return cloudSections_; }
+    int profileRecords() const { return profileRecords_; }
+
+    /// True when the records tell where along the train they were taken: all have a z, none is below the one before,
+    /// and the last is above the first.
+    bool hasPlaces() const { return cloudSections_ == 0 && isSorted_ && firstPlace_ < lastPlace_; }
+
+private:
+    void notePlace(float z);
+
+    KxMath::KxWheelDetector detector_;
+    std::vector<FoundWheel> wheels_;
+    std::vector<WheelStart> starts_;
+    int cloudSections_ = 0;
+    int profileRecords_ = 0;
+    bool isSorted_ = true;
+    float firstPlace_ = 0.0f;
+    float lastPlace_ = 0.0f;
+};
+
+} // namespace KxInspect::detail

@@ -1,0 +1,148 @@
+// The pairs of a pass as columns of values.
+#include "report/train/passColumns.h"
+
+#include "report/elements/numbers.h"
+#include "report/train/passWords.h"
+
+namespace kxreport {
+
+using namespace KxInspect;
+
+namespace {
+
+/// A column of one side, with a value where that sensor saw the wheel.
+template <typename Value>
+PairColumn wheelColumn(size_t side, const char* key, const char* title, Value value) {
+    return {QStringLiteral("%1_%2").arg(QLatin1String(key)).arg(side + 1),
+            QStringLiteral("%1 %2").arg(QLatin1String(title)).arg(side + 1),
+            [side, value](const PassResult& pass, size_t index) -> PairValue {
+                const PassWheel* const wheel = pass.wheelOf(pass.pairs[index], side);
+                return wheel != nullptr ? PairValue(value(*wheel)) : PairValue();
+            }};
+}
+
+/// Adds columns of one side, with values where `judgement` tells what was found of the wheel.
+template <typename Judgement>
+class JudgementColumns {
+public:
+    JudgementColumns(std::vector<PairColumn>& columns, size_t side, Judgement judgement)
+        : columns_(columns), side_(side), judgement_(judgement) {}
+
+    template <typename Value>
+    void add(const char* key, const char* title, Value value) {
+        columns_.push_back(wheelColumn(side_, key, title, [judgement = judgement_, value](const PassWheel& wheel) {
+            const auto* const found = judgement(wheel);
+            return found != nullptr ? PairValue(value(*found)) : PairValue();
+        }));
+    }
+
+private:
+    std::vector<PairColumn>& columns_;
+    size_t side_;
+    Judgement judgement_;
+};
+
+PairValue verdict(const PassResult& pass, size_t index) {
+    const std::optional<bool>& isIn = pass.pairs[index].inTolerance;
+    return isIn ? PairValue(*isIn ? QStringLiteral("ok") : QStringLiteral("out")) : PairValue();
+}
+
+std::vector<PairColumn> makeColumns() {
+    std::vector<PairColumn> columns;
+    columns.push_back({QStringLiteral("pair"), QStringLiteral("pair"),
+                       [](const PassResult&, size_t index) -> PairValue { return static_cast<int>(index) + 1; }});
+    for (const size_t side : {0, 1}) {
+        const auto add = [&](const char* key, const char* title, auto value) {
+            columns.push_back(wheelColumn(side, key, title, value));
+        };
+        add("wheel", "wheel", [](const PassWheel& wheel) { return wheel.number; });
+        add("profiles", "profiles", [](const PassWheel& wheel) { return wheel.profiles; });
+        add("first_record", "first", [](const PassWheel& wheel) { return wheel.firstRecord; });
+        add("last_record", "last", [](const PassWheel& wheel) { return wheel.lastRecord(); });
+        add("chosen_profile", "chosen", [](const PassWheel& wheel) { return wheel.chosenProfile; });
+        add("points", "points", [](const PassWheel& wheel) { return wheel.points; });
+    }
+    columns.push_back({QStringLiteral("distance"), QStringLiteral("distance"),
+                       [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].distance; }});
+    columns.push_back({QStringLiteral("deviation"), QStringLiteral("deviation"),
+                       [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].deviation; }});
+    columns.push_back({QStringLiteral("verdict"), QStringLiteral("verdict"), verdict});
+    return columns;
+}
+
+std::vector<PairColumn> makeDefectColumns() {
+    std::vector<PairColumn> columns = {pairColumns().front()};
+    for (const size_t side : {0, 1}) {
+        JudgementColumns judged(columns, side, [](const PassWheel& wheel) {
+            return wheel.defects && wheel.defects->judged > 0 ? &*wheel.defects : nullptr;
+        });
+        judged.add("judged_profiles", "judged", [](const TreadDefects& d) { return d.judged; });
+        judged.add("defective_profiles", "defective",
+                   [](const TreadDefects& d) { return static_cast<int>(d.profiles.size()); });
+        judged.add("defective_numbers", "numbers", [](const TreadDefects& d) { return runsText(d.profiles); });
+        judged.add("deviating_points", "deviating", [](const TreadDefects& d) { return d.deviating; });
+        judged.add("largest_deviation", "largest", [](const TreadDefects& d) { return d.largest; });
+        judged.add("tread", "tread", [](const TreadDefects& d) {
+            return d.isDefective ? QStringLiteral("defective") : QStringLiteral("sound");
+        });
+    }
+    return columns;
+}
+
+std::vector<PairColumn> makeRoundnessColumns() {
+    std::vector<PairColumn> columns = {pairColumns().front()};
+    for (const size_t side : {0, 1}) {
+        JudgementColumns judged(columns, side,
+                                [](const PassWheel& wheel) { return wheel.roundness ? &*wheel.roundness : nullptr; });
+        judged.add("compared_profiles", "compared",
+                   [](const Roundness& r) { return static_cast<int>(r.radii.size()); });
+        judged.add("off_circle_numbers", "off circle", [](const Roundness& r) { return runsText(r.profiles); });
+        judged.add("radius_deviation", "by", [](const Roundness& r) { return r.largest; });
+        judged.add("roundness", "shape", [](const Roundness& r) {
+            return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round");
+        });
+    }
+    return columns;
+}
+
+/// The text of a value, with `length` for lengths; empty where there is none.
+template <typename Length>
+QString textOf(const PairValue& value, Length length) {
+    if (const int* const number = std::get_if<int>(&value)) {
+        return QString::number(*number);
+    }
+    if (const float* const mm = std::get_if<float>(&value)) {
+        return length(*mm);
+    }
+    const QString* const word = std::get_if<QString>(&value);
+    return word != nullptr ? *word : QString();
+}
+
+} // namespace
+
+const std::vector<PairColumn>& pairColumns() {
+    static const std::vector<PairColumn> columns = makeColumns();
+    return columns;
+}
+
+const std::vector<PairColumn>& defectColumns() {
+    static const std::vector<PairColumn> columns = makeDefectColumns();
+    return columns;
+}
+
+const std::vector<PairColumn>& roundnessColumns() {
+    static const std::vector<PairColumn> columns = makeRoundnessColumns();
+    return columns;
+}
+
+QString textForPeople(const PairValue& value) {
+    constexpr int kDecimals = 3;
+    const QString text = textOf(value, [](float mm) { return fixedText(mm, kDecimals); });
+    return text.isEmpty() ? QStringLiteral("-") : text;
+}
+
+QString textForPrograms(const PairValue& value) {
+    return textOf(value, shortestText);
+}
+
+} // namespace kxreport

@@ -1,0 +1,39 @@
+// The pairs of a pass as columns of values.
+#pragma once
+
+#include <KxInspect/PassResult.h>
+
+#include <QtCore/QString>
+
+#include <functional>
+#include <variant>
+#include <vector>
+
+namespace kxreport {
+
+/// What stands in a table: nothing, a number, a length in mm (NaN counts as nothing), or a word.
+using PairValue = std::variant<std::monostate, int, float, QString>;
+
+/// A column of all tables of pairs: the printed one, the CSV file and the page. A new result becomes a new column.
+struct PairColumn {
+    QString key; ///< in the CSV header
+    QString title; ///< for people
+    std::function<PairValue(const KxInspect::PassResult& pass, size_t index)> value;
+};
+
+/// The columns of the distances.
+const std::vector<PairColumn>& pairColumns();
+
+/// The columns of the defects, for passes in which they were looked for.
+const std::vector<PairColumn>& defectColumns();
+
+/// The columns of the roundness, for the same passes.
+const std::vector<PairColumn>& roundnessColumns();
+
+/// Lengths to the micrometre, a dash where there is no value.
+QString textForPeople(const PairValue& value);
+
+/// Lengths with all their digits, nothing where there is no value.
+QString textForPrograms(const PairValue& value);
+
+} // namespace kxreport

@@ -1,0 +1,145 @@
+// What the user of kxmath train asks for.
+#include "tools/kxmath/train/trainOptions.h"
+
+#include "tools/kxmath/console/options.h"
+
+namespace kxtool {
+
+namespace {
+
+constexpr const char* kDescription =
+    R"(Finds the wheels in the recordings of two sensors that face each other across the track, and measures the
+distance across each wheel pair.
+
+A recording is a file of profile records or 2-D cloud sections named PREFIX_SERIAL.bin; SERIAL is the serial number
+of the sensor, which the settings name as SENSOR1/SN or SENSOR2/SN. The work is done in a fresh folder inside the
+--out folder: its name begins with "incomplete-" until the pass is done and is then pass-NAME1-NAME2, with a number
+behind it where that is taken. It holds links to the recordings, the profiles of each wheel, where the wheels start,
+the settings and result.json. A run that fails removes it, a killed run leaves the incomplete one.)";
+
+constexpr const char* kDetails =
+    R"(
+Settings (INI file), n being the number of the sensor:
+  needed:   SENSORn/SN, SENSORn/level_k, SENSORn/level_b (level line y = k x + b, points below it are wheel),
+            SENSORn/k2, SENSORn/b2 (reference line), calibrLines2 (base distance between the reference lines);
+            in mode 3 also SENSORn/lowlevel_k, SENSORn/lowlevel_b
+  optional: minProfsInWheel (5), SENSORn/wndSize (3), SENSORn/higherPoinInWnd (1), SENSORn/maxdY (1.5),
+            SENSORn/minPointsIn (2); in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
+
+Defects: with --defects the tread of every profile of every wheel is compared with a smooth curve through it (a
+polynomial of degree 20), between the lines SENSORn/lowLevel_k, lowLevel_b and SENSORn/level_k, level_b of that file,
+which also names the sensors (SENSORn/SN). Optional keys: maxDeviation (0.3), pointsHigher (5: more points than this
+farther off than maxDeviation make a profile defective), minimalDefectsProf (1: more defective profiles than this make
+a wheel defective). The low line keeps the flange out. FILE is seldom that of --settings, whose level line lies before
+the tread. The key "use" is not asked: the option says it.
+
+Roundness: a flat across the whole tread does not show in a single profile. With --defects the profiles of each wheel
+are therefore compared too: the radius of the tread, 45 to 95 mm behind the reference line, with a circle about the
+axle, which the flange tips tell. The recordings must hold z in mm along the track, and the laser planes stand straight
+across it. Optional keys: maxRadiusDeviation (0.1), radiusProfiles (3: a wheel is out of round when in so many
+successive profiles the tread is farther off to one side).
+
+Wheels are paired by number. Where the recordings hold different numbers of wheels, they are paired by their place
+along the pass: the z of profile records where both recordings have one that rises, else the record number. A wheel
+without partner is listed without a distance, and a warning is printed.
+
+CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
+distance, deviation, verdict (ok or out); with --defects for each side also judged_profiles_s, defective_profiles_s,
+defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective), and behind those of both
+sides compared_profiles_s, off_circle_numbers_s, radius_deviation_s, roundness_s (round or out of round). JSON fields:
+command, version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, defectLimits, pairs (pair,
+sides, distance, deviation, inTolerance), warnings. A missing value is an empty field in CSV and null in JSON. Records
+and profiles are counted from 1; lengths are in mm.
+
+Exit codes:
+  0  done; distances out of tolerance do not change it
+  1  the data gave no result: no wheel, or no pair with a distance (files that were asked for are written)
+  2  wrong use
+  3  a recording or the settings are missing, unreadable, damaged or do not fit each other
+  4  output could not be written
+)";
+
+void addOptions(Options& options) {
+    options.addArgument("REC1", QStringLiteral("Recording of one side."));
+    options.addArgument("REC2", QStringLiteral("Recording of the other side."));
+    options.addOption("settings", QStringLiteral("INI file with the keys below."), "FILE");
+    options.addOption("mode",
+                      QStringLiteral("3: straight parts are removed and wheel points lie between a low line and the "
+                                     "level line; any other number: below the level line. Default: 0."),
+                      "N", QStringLiteral("0"));
+    options.addOption("out",
+                      QStringLiteral("Where the folder of the pass is made; made too where it is missing. Default: the "
+                                     "current folder."),
+                      "DIR", QStringLiteral("."));
+    options.addOption("nominal", QStringLiteral("Nominal distance. Default: the base distance calibrLines2."), "MM");
+    options.addOption("tolerance",
+                      QStringLiteral("Allowed deviation to both sides, the limit included. Default: 3 mm."), "MM",
+                      QStringLiteral("3"));
+    options.addOption(
+        "json", QStringLiteral("Writes the result as JSON; - for the standard output, in place of the table."), "FILE");
+    options.addOption("csv", QStringLiteral("The same as CSV."), "FILE");
+    options.addOption("report", QStringLiteral("Writes an HTML page with plots that needs no other file."), "FILE");
+    options.addOption("wheel", QStringLiteral("The wheel pair whose profiles the page shows. Default: 1."), "N",
+                      QStringLiteral("1"));
+    options.addOption("defects", QStringLiteral("Judges the treads too, with the lines of this INI file."), "FILE");
+    options.addOption("defect-range",
+                      QStringLiteral("Judges only points with x of the sensor in this range. Default: all between the "
+                                     "lines."),
+                      "MIN:MAX");
+}
+
+/// The text of an option that names something; an empty one names nothing.
+QString name(const Options& options, const char* option, const QString& what) {
+    if (options.isSet(option) && options.text(option).isEmpty()) {
+        options.failNeed(QStringLiteral("--%1").arg(QLatin1String(option)), what, {});
+    }
+    return options.text(option);
+}
+
+std::optional<std::array<float, 2>> defectRange(const Options& options) {
+    const char* const option = "defect-range";
+    if (!options.isSet(option)) {
+        return std::nullopt;
+    }
+    const QStringList fields = options.text(option).split(QLatin1Char(':'));
+    std::array<float, 2> range = {};
+    std::array<bool, 2> areNumbers = {};
+    for (size_t i = 0; i < range.size() && fields.size() == 2; ++i) {
+        range[i] = fields[static_cast<qsizetype>(i)].toFloat(&areNumbers[i]); // infinities are bounds, too
+    }
+    if (!areNumbers[0] || !areNumbers[1] || !(range[0] < range[1])) {
+        options.failNeed(QStringLiteral("--defect-range"), QStringLiteral("MIN:MAX"), options.text(option));
+    }
+    if (options.text("defects").isEmpty()) {
+        options.fail(QStringLiteral("--defect-range is for --defects FILE"));
+    }
+    return range;
+}
+
+} // namespace
+
+std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
+    Options options("train", "REC1 REC2 --settings FILE [options]", QLatin1String(kDescription), kDetails);
+    addOptions(options);
+    if (!options.parse(arguments)) {
+        return std::nullopt;
+    }
+    std::vector<std::string> recordings;
+    for (const QString& path : options.arguments("recordings", 2, 2)) {
+        recordings.push_back(path.toStdString());
+    }
+    return TrainOptions{recordings,
+                        options.needed("settings"),
+                        name(options, "out", QStringLiteral("a folder")),
+                        options.output("json"),
+                        options.output("csv"),
+                        options.output("report"),
+                        options.wholeNumber("mode"),
+                        options.wholeNumber("wheel", 1),
+                        options.number("tolerance", kNotNegative),
+                        options.numberIfSet("nominal"),
+                        name(options, "defects", QStringLiteral("a file")),
+                        defectRange(options)};
+}
+
+} // namespace kxtool
