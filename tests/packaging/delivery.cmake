@@ -2,15 +2,18 @@
 set(src ${CMAKE_CURRENT_SOURCE_DIR})
 set(bin ${CMAKE_CURRENT_BINARY_DIR})
 
-# A list that a command prints must be the checked-in one.
+# A list that a script prints must be the checked-in one: NAME.txt, printed by NAME.sh without what is behind a point.
 function(kxmath_add_list_test name how_to_update)
+    string(REGEX REPLACE "\\..*" "" script "${name}")
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "NEEDS" "ARGUMENTS")
     kxmath_add_packaging_test(${name} NEEDS "${arg_NEEDS}"
-        COMMAND ${src}/compareList.sh ${src}/${name}.txt ${how_to_update} ${src}/${name}.sh ${arg_ARGUMENTS})
+        COMMAND ${src}/compareList.sh ${src}/${name}.txt ${how_to_update} ${src}/${script}.sh ${arg_ARGUMENTS})
 endfunction()
 
 kxmath_add_list_test(exportedSymbols scripts/update-symbols ARGUMENTS $<TARGET_FILE:KxMath>)
+kxmath_add_list_test(exportedSymbols.KxInspect scripts/update-symbols ARGUMENTS $<TARGET_FILE:KxInspect>)
 kxmath_add_list_test(dynamicSection "an editor" ARGUMENTS $<TARGET_FILE:KxMath>)
+kxmath_add_list_test(dynamicSection.KxInspect "an editor" ARGUMENTS $<TARGET_FILE:KxInspect>)
 
 # Two installed libraries: that of this build, and one of the other compiler, built without any option.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
