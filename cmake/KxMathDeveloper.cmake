@@ -8,6 +8,10 @@ if(PROJECT_IS_TOP_LEVEL)
         "-O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
     set(CMAKE_EXE_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
     set(CMAKE_SHARED_LINKER_FLAGS_ASAN "-fsanitize=address,undefined")
+    # -DCMAKE_BUILD_TYPE=TSAN: for the one test that runs threads, see scripts/threads.
+    set(CMAKE_CXX_FLAGS_TSAN "-O1 -g1 -fno-omit-frame-pointer -fsanitize=thread")
+    set(CMAKE_EXE_LINKER_FLAGS_TSAN "-fsanitize=thread")
+    set(CMAKE_SHARED_LINKER_FLAGS_TSAN "-fsanitize=thread")
     # -DCMAKE_BUILD_TYPE=FUZZ, with clang: the same, and what libFuzzer needs to see which code an input reaches.
     set(CMAKE_CXX_FLAGS_FUZZ
         "-O1 -gline-tables-only -fno-omit-frame-pointer -fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS")
