@@ -1,5 +1,6 @@
 // Cloud sections in files.
 #include "KxMath/KxPointCloud.h"
+#include "KxMath/KxRecording.h"
 
 #include "cloud/pointTraits.h"
 #include "cloud/rangeWidening.h"
@@ -17,19 +18,19 @@ struct Section;
 
 template <>
 struct Section<KxPointXY> {
-    static constexpr quint8 kType = 2;
+    static constexpr quint8 kType = KxSectionXY;
     using Count = quint16; // deliberately narrow: larger clouds are written with their count modulo 65536
 };
 
 template <>
 struct Section<KxPointXYZ> {
-    static constexpr quint8 kType = 3;
+    static constexpr quint8 kType = KxSectionXYZ;
     using Count = quint32;
 };
 
 template <>
 struct Section<KxPointXYZRGB> {
-    static constexpr quint8 kType = 4;
+    static constexpr quint8 kType = KxSectionXYZRGB;
     using Count = quint32;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "KxMath/KxProfileZ.h"
+#include "KxMath/KxRecording.h"
 
 #include "io/binaryIo.h"
 
@@ -10,8 +11,8 @@
 
 namespace KxMath::detail {
 
-inline constexpr char kSectionMarker = 2;
-inline constexpr char kRecordMarker = 5;
+inline constexpr char kSectionMarker = KxSectionXY;
+inline constexpr char kRecordMarker = KxProfileRecord;
 inline constexpr qint64 kSectionHeadSize = 3; // marker and count
 inline constexpr qint64 kRecordHeadSize = 7; // marker, count and position
 
