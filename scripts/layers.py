@@ -1,11 +1,9 @@
 #!/usr/bin/env python3
-"""Checks who includes and links whom: layers.py [--pending FILE] ROOT
+"""Checks who includes and links whom: layers.py ROOT
 
 Prints each include or link that goes to a layer that may not be used there, each circle between folders of one layer,
 each product source that two CMake files list, or one of another folder, or none, and each folder of sources that no
 layer knows. Exit code 1 when there is one.
-
-FILE lists findings that are known, one per line, to be worked off: those that are gone must leave it.
 """
 import argparse
 import os
@@ -197,18 +195,10 @@ def all_findings(root):
 
 def main(options=None):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--pending", metavar="FILE")
     parser.add_argument("root")
-    arguments = parser.parse_args(options)
-    findings = all_findings(arguments.root)
-    pending = []
-    if arguments.pending:
-        lines = pathlib.Path(arguments.pending).read_text(encoding="utf-8").splitlines()
-        pending = [line for line in lines if line and not line.startswith("#")]
-    new = [f for f in findings if not any(f.startswith(line) for line in pending)]
-    gone = [line for line in pending if not any(f.startswith(line) for f in findings)]
-    print("\n".join(new + [f"{arguments.pending}: no longer found, take it out: {line}" for line in gone]))
-    return 1 if new or gone else 0
+    findings = all_findings(parser.parse_args(options).root)
+    print("\n".join(findings))
+    return 1 if findings else 0
 
 
 if __name__ == "__main__":
