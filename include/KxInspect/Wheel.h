@@ -65,10 +65,11 @@ struct WheelMeasure {
 
 /// All measures, in the order of outputs.
 inline constexpr std::array<WheelMeasure, 4> kWheelMeasures = {{
-    {"heightAt70", "height at 70", &WheelMeasures::heightAt70, &WheelLimits::heightAt70},
-    {"xAtLevel18", "x at level 18", &WheelMeasures::xAtLevel18, &WheelLimits::xAtLevel18},
-    {"widthLevel2ToH13", "width 2 to h-13", &WheelMeasures::widthLevel2ToH13, &WheelLimits::widthLevel2ToH13},
-    {"heightExcess", "height excess", &WheelMeasures::heightExcess, &WheelLimits::heightExcess},
+    {"heightAt70", "flange height (Sh)", &WheelMeasures::heightAt70, &WheelLimits::heightAt70},
+    {"xAtLevel18", "flange thickness at level 18", &WheelMeasures::xAtLevel18, &WheelLimits::xAtLevel18},
+    {"widthLevel2ToH13", "flank width, level 2 to h-13", &WheelMeasures::widthLevel2ToH13,
+     &WheelLimits::widthLevel2ToH13},
+    {"heightExcess", "flange height excess", &WheelMeasures::heightExcess, &WheelLimits::heightExcess},
 }};
 
 enum class WheelVerdict {

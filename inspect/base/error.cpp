@@ -1,4 +1,4 @@
-// The one kind of exception that this library throws.
+// The exception of this library.
 #include <KxInspect/Error.h>
 
 #include <utility>

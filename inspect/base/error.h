@@ -1,4 +1,4 @@
-// Throwing errors with texts of Qt.
+// Throwing errors with Qt strings.
 #pragma once
 
 #include <KxInspect/Error.h>

@@ -1,4 +1,4 @@
-// Between the values of this library and the classes of KxMath.
+// Conversions between the values of this library and the classes of KxMath.
 #include <KxInspect/KxMathTypes.h>
 
 #include "inspect/base/points.h"

@@ -1,4 +1,4 @@
-// Paths and texts of the interface, UTF-8, as those of Qt.
+// UTF-8 paths and texts of the interface as Qt strings.
 #pragma once
 
 #include <QtCore/QString>

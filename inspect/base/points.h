@@ -1,4 +1,4 @@
-// Points between vectors and the lists of Qt.
+// Conversions of points between vectors and Qt lists.
 #pragma once
 
 #include <KxInspect/Profile.h>
@@ -13,7 +13,7 @@ namespace KxInspect::detail {
 
 static_assert(sizeof(Point) == sizeof(KxMath::KxPointXY) && sizeof(Point3) == sizeof(KxMath::KxPointXYZ));
 
-/// @{ The same points, copied as they stand in memory: x, y (, z) as floats on both sides.
+/// @{ The same points, copied bytewise: both types hold x, y (, z) as floats.
 inline void assign(const QList<KxMath::KxPointXY>& points, std::vector<Point>& result) {
     result.resize(static_cast<std::size_t>(points.size()));
     if (!result.empty()) {

@@ -1,4 +1,4 @@
-// Arguments that must lie in a range.
+// Range checks of arguments.
 #pragma once
 
 #include "inspect/base/error.h"

@@ -1,4 +1,4 @@
-// The object that the pose of a sensor is calibrated with, and how a placement code says that it is seen.
+// The calibration object and the placement codes.
 #include <KxInspect/CalibrationObject.h>
 #include <KxMath/KxPlacement.h>
 

@@ -1,4 +1,4 @@
-// How far the points of a profile lie from the calibration object.
+// Residuals: distances of the points of a profile from the calibration object.
 #include "inspect/calibrate/flankResiduals.h"
 
 #include "inspect/base/points.h"
@@ -13,14 +13,14 @@ namespace KxInspect {
 
 namespace {
 
-constexpr std::size_t kObliqueRidge = 3; // of those with two flanks
+constexpr std::size_t kObliqueRidge = 3; // index among the ridges with two flanks
 
-/// Tells the flank below a point, as the object sees it: z upwards from the middle straight crest.
+/// The flank of a point in the frame of the object, whose z is counted from the middle straight crest.
 std::optional<std::size_t> flankAt(const CalibrationObject& object, double x, double z) {
-    constexpr double kMargin = 0.04; // of the width, left out at crests and valleys
+    constexpr double kMargin = 0.04; // part of the width excluded at crests and valleys
     const auto ridges = ridgesOf(object);
     for (std::size_t flank = 0; flank < kFlankCount; ++flank) {
-        const std::size_t ridge = flank / 2 + 1; // behind the half one
+        const std::size_t ridge = flank / 2 + 1; // after the half ridge
         const bool isBehind = flank % 2 == 1;
         const double crest = ridges[ridge].crestAt(x);
         const double valley = (crest + ridges[isBehind ? ridge + 1 : ridge - 1].crestAt(x)) / 2.0;
@@ -68,7 +68,7 @@ double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfileP
     double squares = 0.0;
     for (CalibrationPoint& point : m.points) {
         if (point.flank) {
-            point.residual -= placement.findsY ? 0.0 : shift; // y is not the calibration's
+            point.residual -= placement.findsY ? 0.0 : shift; // the placement does not find y
             squares += point.residual * point.residual;
         }
     }
@@ -103,7 +103,7 @@ std::string flankName(std::size_t flank) {
 }
 
 bool FlankResidual::isOff() const {
-    constexpr double kTolerance = 0.02; // mm, that an object may be off
+    constexpr double kTolerance = 0.02; // mm, manufacturing tolerance of an object
     constexpr double kDeviations = 4.0;
     const double scatter = std::sqrt(std::max(0.0, rms * rms - mean * mean));
     return points > 0 && std::abs(mean) > kTolerance + kDeviations * scatter / std::sqrt(points);
@@ -141,7 +141,7 @@ std::vector<Point3> toTrack(const std::vector<CalibrationPoint>& points, const S
 }
 
 void findResiduals(const CalibrationTask& task, ProfilePose& profile) {
-    // The oblique ridge may have the slope along Z, or across itself.
+    // The oblique ridge may have the slope along Z or across the ridge.
     const double across = std::hypot(1.0, task.object.obliqueness);
     ProfilePose other = profile;
     other.rms = KxInspect::findResiduals(task, across, other);

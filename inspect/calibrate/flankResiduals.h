@@ -1,14 +1,14 @@
-// How far the points of a profile lie from the calibration object.
+// Residuals: distances of the points of a profile from the calibration object.
 #pragma once
 
 #include <KxInspect/Calibration.h>
 
 namespace KxInspect::detail {
 
-/// The pose with 0 for a y that is not known: the object then lies anywhere along Y.
+/// The pose with 0 for an unknown y; the position of the object along Y is then arbitrary.
 SensorPose withAnyY(SensorPose pose);
 
-/// Where a pose puts points.
+/// Points in the track frame, transformed by a pose.
 std::vector<Point3> toTrack(const std::vector<CalibrationPoint>& points, const SensorPose& pose);
 
 /// Fills in flanks and residuals of the points, rms, foundY and the residuals by flank of a profile with a pose.

@@ -66,10 +66,10 @@ int otherHand(int code) {
     return code;
 }
 
-/// What could be wrong when no pose was found: too little in view, or an object or placement that the other hand fits.
+/// Why no pose was found: too little in view, or the mirror image of the object or placement fits.
 QString explainFailure(const KxMath::KxProfile& profile, const CalibrationTask& task, int apexCount,
                        const CalibrationTerms& terms) {
-    constexpr int kLeastApexes = 5; // the crests at both ends may be added to them
+    constexpr int kLeastApexes = 5; // the outer crests may add two
     if (apexCount < kLeastApexes) {
         return QStringLiteral("shows %1 apexes; crest, valley, crest ... of the object are 7").arg(apexCount);
     }
@@ -91,7 +91,7 @@ QString explainFailure(const KxMath::KxProfile& profile, const CalibrationTask& 
                           "leaves the pose too uncertain");
 }
 
-/// What contradicts a pose that was found, empty for nothing.
+/// A contradiction in a pose that was found; empty without one.
 QString contradiction(const CalibrationTask& task, const SensorPose& pose, const CalibrationTerms& terms) {
     if (!task.sensorY) {
         return {};

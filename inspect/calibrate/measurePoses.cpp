@@ -10,7 +10,7 @@ namespace KxInspect {
 
 namespace {
 
-/// What is to be said about y, empty for nothing.
+/// A warning about y; empty without one.
 QString warningAboutY(const CalibrationResult& result, const CalibrationTerms& terms) {
     constexpr double kMaxDifference = 1.0; // mm
     const double foundY = result.average.foundY;

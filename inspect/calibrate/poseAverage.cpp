@@ -1,4 +1,4 @@
-// The mean of poses that several profiles of one pose gave.
+// The mean of the poses of several profiles.
 #include "inspect/calibrate/poseAverage.h"
 
 #include "inspect/base/paths.h"
@@ -12,7 +12,7 @@ namespace {
 
 constexpr SensorPose kZero{0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
 
-/// The way from one value of a pose to another; angles modulo 360 degrees.
+/// The difference of two values of a pose; angles modulo 360 degrees.
 double difference(const PoseField& field, const SensorPose& from, const SensorPose& to) {
     const double way = to.*field.value - from.*field.value;
     return field.isAngle ? std::remainder(way, 360.0) : way;
@@ -32,7 +32,7 @@ double pointDifference(const ProfilePose& profile, const SensorPose& mean) {
     return largest;
 }
 
-/// Each profile alone is certain to 0.1 degrees and 0.3 mm: twice that is too much for one pose.
+/// A single profile is accurate to 0.1 degrees and 0.3 mm; a difference of twice that contradicts a common pose.
 QString differenceFault(const ProfilePose& profile, const SensorPose& mean, double points) {
     constexpr double kMaxAngle = 0.2;
     constexpr double kMaxPoint = 0.6;
@@ -47,7 +47,7 @@ QString differenceFault(const ProfilePose& profile, const SensorPose& mean, doub
         .arg(toQt(profile.name), QString::number(angle, 'f', 2), QString::number(points, 'f', 2));
 }
 
-/// Mean and standard deviations. The poses have a y.
+/// Mean and standard deviations. Every pose must have a y.
 void average(const std::vector<SensorPose>& poses, PoseAverage& result) {
     const double n = static_cast<double>(poses.size());
     for (const PoseField& field : kPoseFields) {

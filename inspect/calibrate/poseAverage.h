@@ -1,4 +1,4 @@
-// The mean of poses that several profiles of one pose gave.
+// The mean of the poses of several profiles.
 #pragma once
 
 #include <KxInspect/Calibration.h>

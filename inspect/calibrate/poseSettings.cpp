@@ -1,4 +1,4 @@
-// A pose in a settings file, next to what else stands there.
+// Storing a pose in a settings file without changing its other content.
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 
@@ -45,7 +45,7 @@ QByteArray keyIn(const QByteArray& line) {
     return equals < 0 ? QByteArray() : line.left(equals).trimmed();
 }
 
-/// The lines with their ends, which the last one gets where it has none.
+/// The lines with their line ends; one is added to the last line if missing.
 QList<QByteArray> linesOf(const QByteArray& text, const QByteArray& lineEnd) {
     QList<QByteArray> lines;
     for (qsizetype at = 0; at < text.size();) {
@@ -56,14 +56,14 @@ QList<QByteArray> linesOf(const QByteArray& text, const QByteArray& lineEnd) {
     return lines;
 }
 
-/// Puts values into the section. Where a key stands more than once, the last one counts; the others go.
+/// Sets values in the section. Of a repeated key the last line is kept, the others are removed.
 QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& section, Values values,
                         const QByteArray& lineEnd) {
     QList<QByteArray> merged;
     const auto isKey = [](const QByteArray& key) { return [&key](const Value& value) { return value.key == key; }; };
     const Values all = values;
     bool isInside = false;
-    qsizetype sectionEnd = -1; // behind the last line with something in it
+    qsizetype sectionEnd = -1; // after the last line that is not empty
     for (const QByteArray& line : lines) {
         if (isSection(line)) {
             isInside = line.trimmed() == section;
@@ -94,7 +94,7 @@ QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& sectio
     return merged;
 }
 
-/// All keys of a text, as programs will read them.
+/// All keys of a text, as QSettings reads them.
 QMap<QString, QVariant> parsed(const QByteArray& text, const std::string& name) {
     QTemporaryFile file;
     if (!file.open() || file.write(text) != text.size() || !file.flush()) {
@@ -111,7 +111,7 @@ QMap<QString, QVariant> parsed(const QByteArray& text, const std::string& name) 
     return values;
 }
 
-/// True when all that is new in `after` are the values, and nothing else has changed.
+/// True when `after` differs from `before` only in the values.
 bool differsOnlyIn(const Values& values, const QString& section, const QMap<QString, QVariant>& before,
                    const QMap<QString, QVariant>& after) {
     QMap<QString, QVariant> expected = before;
@@ -124,10 +124,11 @@ bool differsOnlyIn(const Values& values, const QString& section, const QMap<QStr
 } // namespace
 
 std::string withPose(const std::string& settings, const PoseKeys& keys, const std::string& file) {
-    constexpr int kMaxSensor = 49; // the last one that recordings are looked up for
+    constexpr int kMaxSensor = 49; // the largest number that recordings may have
     if (keys.sensor < 1 || keys.sensor > kMaxSensor) {
-        detail::fail(ErrorKind::BadArgument, {"argument", {}, "sensor"},
-                     QStringLiteral("sensor must be from 1 to %1, is %2").arg(kMaxSensor).arg(keys.sensor));
+        detail::fail(
+            ErrorKind::BadArgument, {"argument", {}, "sensor"},
+            QStringLiteral("sensor needs a whole number from 1 to %1, got %2").arg(kMaxSensor).arg(keys.sensor));
     }
     const QByteArray text = QByteArray::fromStdString(settings);
     if (QString::fromUtf8(text).toUtf8() != text) {
@@ -139,7 +140,7 @@ std::string withPose(const std::string& settings, const PoseKeys& keys, const st
     const Values values = valuesOf(keys);
     const QByteArray merged = merge(linesOf(text, lineEnd), '[' + section.toLatin1() + ']', values, lineEnd).join();
     if (!differsOnlyIn(values, section, before, parsed(merged, file))) {
-        fail(file, QStringLiteral("are written in a way in which keys cannot be added without changing others"));
+        fail(file, QStringLiteral("have a form in which keys cannot be added without changing others"));
     }
     return merged.toStdString();
 }

@@ -17,7 +17,7 @@ namespace {
 
 using KxMath::KxProfile;
 
-/// An array that the core fills with new profiles, which belong to it.
+/// An array that the core fills with new profiles, and that owns them.
 class HandedOut {
 public:
     explicit HandedOut(std::size_t size) : profiles_(size) {}
@@ -32,10 +32,10 @@ private:
     std::vector<KxProfile*> profiles_;
 };
 
-/// Enough for the displacements of profiles as wide as kMaxSectionWidth.
+/// Sufficient for all displacements of profiles of kMaxSectionWidth.
 constexpr std::size_t kMostContacts = 20000;
 
-/// What the core hands out for one side.
+/// The output of the core for one side.
 struct Side {
     KxProfile slope;
     HandedOut contacts{kMostContacts};
@@ -46,7 +46,7 @@ Point toPoint(const KxMath::KxPointXY& p) {
     return {p.x, p.y};
 }
 
-/// @param outwards the direction of x that leads outwards on this side
+/// @param outwards the sign of x outwards on this side
 std::vector<Contact> contactsOf(const Side& side, float outwards) {
     std::vector<Contact> contacts;
     for (int i = 0; i < side.count; ++i) {

@@ -25,7 +25,7 @@ void checkNumbers(const ConicityInput& input) {
     detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
 }
 
-/// Prepares a profile. @return what was dropped and cut, with the name of its file
+/// Prepares a profile. @return its file name, the number of dropped points, and whether it was cut
 PlacedSection prepare(Profile& profile, WheelSetPart part, const ConicityInput& input,
                       std::vector<std::string>& warnings) {
     PlacedSection result;

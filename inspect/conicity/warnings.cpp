@@ -1,4 +1,4 @@
-// What contradicts the method, and what limits the meaning of a result.
+// Warnings: violated assumptions of the method, and limited validity of a result.
 #include "inspect/conicity/warnings.h"
 
 #include "inspect/sections/plausibility.h"
@@ -11,7 +11,7 @@ namespace KxInspect::detail {
 
 namespace {
 
-/// What contradicts the method in one profile, predicates of sentences.
+/// The violated assumptions of one profile as predicates of sentences.
 std::vector<QString> contradictionsOf(const std::vector<Point>& section, bool isWheel, float gaugeDepth) {
     std::vector<QString> found = {fewPoints(section.size())};
     if (const float width = widthOf(section); !(width <= kMaxSectionWidth)) { // NaN: true

@@ -1,4 +1,4 @@
-// What contradicts the method, and what limits the meaning of a result.
+// Warnings: violated assumptions of the method, and limited validity of a result.
 #pragma once
 
 #include <KxInspect/Conicity.h>
@@ -7,10 +7,10 @@
 
 namespace KxInspect::detail {
 
-/// Everything about prepared profiles and their track that contradicts the method, a sentence each.
+/// The assumptions that prepared profiles and their track violate, one sentence each.
 std::vector<std::string> findContradictions(const PerWheelSetPart<Profile>& sections, const ConicityInput& input);
 
-/// Everything about the result that limits its meaning, a sentence each.
+/// Whatever limits the validity of the result, one sentence each.
 std::vector<std::string> findLimits(const ConicityResult& result);
 
 } // namespace KxInspect::detail

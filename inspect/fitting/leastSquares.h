@@ -1,4 +1,4 @@
-// Sums of least squares for three unknowns.
+// Least squares with three unknowns.
 #pragma once
 
 #include <array>
@@ -21,7 +21,7 @@ public:
         }
     }
 
-    /// By elimination with the largest pivot of each column. Nothing when the equations do not fix all unknowns.
+    /// By Gaussian elimination with partial pivoting. Empty when the equations do not determine all unknowns.
     std::optional<std::array<double, 3>> solve() const {
         auto m = sums_;
         for (std::size_t column = 0; column < 3; ++column) {

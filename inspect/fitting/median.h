@@ -7,11 +7,11 @@
 
 namespace KxInspect::detail {
 
-/// The median of values of which none is NaN, the upper one of two in the middle; `none` for no values.
+/// The median of values that contain no NaN, the upper one of two in the middle; `ifEmpty` without values.
 template <typename Value>
-Value median(std::vector<Value> values, Value none = std::numeric_limits<Value>::quiet_NaN()) {
+Value median(std::vector<Value> values, Value ifEmpty = std::numeric_limits<Value>::quiet_NaN()) {
     if (values.empty()) {
-        return none;
+        return ifEmpty;
     }
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());

@@ -1,4 +1,4 @@
-// What is in a file.
+// The contents of a file.
 #include <KxInspect/FileContents.h>
 
 #include "inspect/base/error.h"
@@ -28,7 +28,7 @@ void count(FileContents& contents, PartKind kind) {
     }
 }
 
-/// Takes up the points of a part. `hasZ`: they have a z of their own.
+/// Adds the points of a part. `hasZ`: they have their own z.
 void addPoints(FileContents& contents, const std::vector<Point3>& points, bool hasZ, Spacings& spacings) {
     contents.points += static_cast<std::int64_t>(points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -57,7 +57,7 @@ PartKind partKind(KxMath::KxRecordKind kind) {
     }
 }
 
-/// Reads sections and records of any kind, one after the other, to the end or the first byte that begins none.
+/// Reads sections and records of any kind up to the end or the first byte where none begins.
 void readSections(QFile& file, const ErrorSource& source, const Progress& progress, FileContents& contents,
                   Spacings& spacings) {
     const std::string step = "reading " + source.file;

@@ -10,12 +10,12 @@
 
 namespace KxInspect::detail {
 
-/// Walks over the lines of a header and knows where it stands.
+/// Reads a header line by line and keeps track of the position.
 class FileHeader {
 public:
     FileHeader(const ErrorSource& source, const QByteArray& content) : source_(source), content_(content) {}
 
-    /// The words of the next line; nothing when no whole line is left.
+    /// The words of the next line; empty when no complete line is left.
     std::optional<QList<QByteArray>> nextLine() {
         const qsizetype end = content_.indexOf('\n', next_);
         if (end < 0) {
@@ -28,7 +28,7 @@ public:
         return line.simplified().split(' ');
     }
 
-    /// Throws an Error about the line that was read last.
+    /// Throws an Error about the last line read.
     [[noreturn]] void fail(ErrorKind kind, const QString& reason) const {
         detail::fail(kind, source_, QStringLiteral("%1, in line %2").arg(reason).arg(line_), {begin_, {}, line_, {}});
     }
@@ -39,7 +39,7 @@ public:
 
     const ErrorSource& source() const { return source_; }
     const QByteArray& content() const { return content_; }
-    qsizetype end() const { return next_; } ///< the byte behind the line that was read last
+    qsizetype end() const { return next_; } ///< the byte after the last line read
     int lines() const { return line_; } ///< read so far
 
 private:

@@ -1,4 +1,4 @@
-// The text forms of contact profile gauges.
+// Text files of contact profile gauges.
 #include "inspect/formats/gaugeText.h"
 
 #include <QtCore/QList>
@@ -10,7 +10,7 @@ namespace KxInspect::detail {
 
 namespace {
 
-/// The point in a line of columns, nothing in a header or remark.
+/// The point in a line of columns; empty for a header or remark.
 std::optional<Point> pointIn(QByteArray line, const Columns& columns) {
     const QList<QByteArray> fields = line.replace(';', ' ').simplified().split(' ');
     if (fields.size() <= std::max(columns.x, columns.y)) {

@@ -1,4 +1,4 @@
-// The text forms of contact profile gauges.
+// Text files of contact profile gauges.
 #pragma once
 
 #include <KxInspect/ProfileFile.h>
@@ -7,7 +7,7 @@
 
 namespace KxInspect::detail {
 
-/// The points of the longest block of lines with a number in both columns, which blanks, tabs or semicolons separate.
+/// The points of the longest block of lines with numbers in both columns. Blanks, tabs and semicolons separate columns.
 std::vector<Point> parseGaugeText(const QByteArray& text, const Columns& columns);
 
 } // namespace KxInspect::detail

@@ -1,4 +1,4 @@
-// Opening files for reading, and reading them whole.
+// Opening and reading files.
 #include "inspect/formats/openFile.h"
 
 #include "inspect/base/error.h"

@@ -1,4 +1,4 @@
-// Opening files for reading, and reading them whole.
+// Opening and reading files.
 #pragma once
 
 #include <KxInspect/Error.h>
@@ -11,7 +11,7 @@ namespace KxInspect::detail {
 /// Opens a file. Throws an Error NotFound or Unreadable.
 void openForReading(QFile& file, const ErrorSource& source);
 
-/// What is left of an open file. Throws an Error Unreadable.
+/// The rest of an open file. Throws an Error Unreadable.
 QByteArray readAll(QFile& file, const ErrorSource& source);
 
 /// The whole content of a file. Throws an Error NotFound or Unreadable.

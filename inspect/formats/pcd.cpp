@@ -10,13 +10,13 @@ namespace {
 
 using Words = QList<QByteArray>;
 
-/// What a header says about the points.
+/// The description of the points in a header.
 struct PcdPoints {
     std::vector<Column> columns;
     qint64 count = -1;
 };
 
-/// The words of a line that has one for each column.
+/// The words of a line with one word per column.
 Words columnWords(const FileHeader& header, const Words& words, const PcdPoints& points) {
     if (words.size() != static_cast<qsizetype>(points.columns.size()) + 1) {
         header.fail(
@@ -36,7 +36,7 @@ void readSizes(const FileHeader& header, const Words& sizes, PcdPoints& points) 
     }
 }
 
-/// Takes up a line that is not DATA.
+/// Processes a line other than DATA.
 void readPcdLine(const FileHeader& header, const Words& words, PcdPoints& points) {
     const QByteArray& key = words.constFirst();
     if (key == "FIELDS") {

@@ -6,7 +6,7 @@ namespace KxInspect::detail {
 
 namespace {
 
-/// What a header says about the vertices.
+/// The description of the vertices in a header.
 struct PlyVertices {
     TableData kind = TableData::Ascii;
     std::vector<Column> columns;
@@ -40,7 +40,7 @@ TableData plyData(const FileHeader& header, const QByteArray& format) {
 
 PlyVertices readPlyHeader(FileHeader& header) {
     if (header.nextLine() != QList<QByteArray>{"ply"}) {
-        header.failWhole(ErrorKind::Unsuitable, QStringLiteral("is no PLY file"));
+        header.failWhole(ErrorKind::Unsuitable, QStringLiteral("is not a PLY file"));
     }
     PlyVertices vertices;
     bool isVertex = false;

@@ -19,7 +19,7 @@ namespace {
 void checkPoints(const ErrorSource& source, const PointSet& set) {
     if (set.hasColours && set.colours.size() != set.points.size()) {
         detail::fail(ErrorKind::BadArgument, source,
-                     QStringLiteral("needs a colour for each of %1 points, not %2")
+                     QStringLiteral("needs a colour for each of %1 points, got %2")
                          .arg(set.points.size())
                          .arg(set.colours.size()));
     }
@@ -34,7 +34,7 @@ void checkPoints(const ErrorSource& source, const PointSet& set) {
 void writeBytes(const ErrorSource& source, const QByteArray& bytes) {
     const QString path = detail::toQt(source.file);
     const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) { // a device or pipe is written into, not replaced
+    if (info.exists() && !info.isFile()) { // a device or pipe is written in place
         QFile device(path);
         detail::checkWritten(device.open(QIODevice::WriteOnly) && device.write(bytes) == bytes.size() && device.flush(),
                              source);

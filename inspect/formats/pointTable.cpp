@@ -14,7 +14,7 @@ namespace {
 
 using KxMath::KxPointXYZRGB;
 
-/// A row in which columns are filled by name.
+/// A row whose columns are set by name.
 class Row {
 public:
     void set(const QByteArray& name, double value, quint32 bits) {

@@ -18,14 +18,14 @@ struct Column {
 
 enum class TableData { Ascii, LittleEndian };
 
-/// Reads `count` rows behind the header. The columns x, y and z become coordinates, red, green and blue or rgb (packed)
-/// the colour; others are passed over. `count` is a claim: an Error is thrown when there is less.
+/// Reads `count` rows after the header. The columns x, y and z become coordinates, red, green and blue or rgb (packed)
+/// the colour; others are skipped. `count` is not trusted: an Error is thrown when there are fewer rows.
 PointSet readTable(const FileHeader& header, const std::vector<Column>& columns, qint64 count, TableData kind);
 
 /// A coordinate as text that reads back as the same float.
 QByteArray coordinateText(float value);
 
-/// @{ Appends little-endian floats: a value; the coordinates of a point, with z = 0 where there is none.
+/// @{ Appends little-endian floats: a value; the coordinates of a point, with z = 0 if it has none.
 void appendFloat(QByteArray& bytes, float value);
 void appendPoint(QByteArray& bytes, const Point3& p, bool hasZ);
 /// @}

@@ -12,7 +12,7 @@ namespace KxInspect {
 
 namespace {
 
-constexpr qint64 kMaxTextSize = 256 << 20; ///< larger texts are no profiles
+constexpr qint64 kMaxTextSize = 256 << 20; ///< larger texts are refused
 
 void checkColumns(const Columns& columns) {
     if (columns.x < 0 || columns.y < 0) {
@@ -25,7 +25,7 @@ bool isRecording(const QByteArray& head) {
            head.startsWith(static_cast<char>(KxMath::KxProfileRecord));
 }
 
-/// The profile of a text; CSV has a semicolon in its first line.
+/// The profile in a text; CSV has a semicolon in its first line.
 std::vector<Point> parseText(const QString& path, const QByteArray& text, const Columns& columns) {
     if (!text.left(text.indexOf('\n')).contains(';')) {
         return detail::parseGaugeText(text, columns);

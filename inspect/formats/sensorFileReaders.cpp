@@ -21,7 +21,7 @@ PointSet readCloudFile(const ErrorSource& source) {
     }
     if (!file.atEnd()) {
         fail(ErrorKind::Unsuitable, source,
-             QStringLiteral("goes on behind its cloud section, at byte %1; kxmath info tells what is in it")
+             QStringLiteral("has more data after its cloud section, at byte %1; kxmath info lists what it holds")
                  .arg(file.pos()),
              {file.pos(), {}, {}, {}});
     }
@@ -49,7 +49,7 @@ PointSet readProfileRecords(const ErrorSource& source) {
 
 PointSet readCsvFile(const ErrorSource& source) {
     QFile file(toQt(source.file));
-    openForReading(file, source); // the profile does not tell such a file from an empty one
+    openForReading(file, source); // the profile does not distinguish such a file from an empty one
     file.close();
     KxMath::KxProfile profile;
     if (profile.readFromCSVFile(file.fileName(), 0, 1) == 0) {
@@ -66,7 +66,7 @@ PointSet readXyzfFile(const ErrorSource& source) {
     constexpr qsizetype kRecordSize = 16;
     const QByteArray content = readAll(source);
     if (content.size() % kRecordSize != 0) {
-        fail(ErrorKind::Damaged, source, QStringLiteral("has %1 bytes, which is no multiple of 16").arg(content.size()),
+        fail(ErrorKind::Damaged, source, QStringLiteral("has %1 bytes, not a multiple of 16").arg(content.size()),
              {content.size() / kRecordSize * kRecordSize, {}, {}, {}});
     }
     PointSet set;

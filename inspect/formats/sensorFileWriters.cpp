@@ -38,7 +38,7 @@ QList<KxPointXY> inPlane(const PointSet& set, std::size_t begin, std::size_t end
     return points;
 }
 
-/// Where profiles begin: as the file said, else wherever z changes.
+/// Where profiles begin: at the given starts, otherwise wherever z changes.
 std::vector<std::size_t> profileStarts(const PointSet& set) {
     if (!set.profileStarts.empty()) {
         return set.profileStarts;
@@ -87,10 +87,10 @@ void writeCloudFile(const ErrorSource& source, const PointSet& set) {
 void writeProfileRecords(const ErrorSource& source, const PointSet& set) {
     const std::vector<std::size_t> starts = profileStarts(set);
     const auto endOf = [&](std::size_t i) { return i + 1 < starts.size() ? starts[i + 1] : set.points.size(); };
-    for (std::size_t i = 0; i < starts.size(); ++i) { // first, so that no file is replaced in vain
+    for (std::size_t i = 0; i < starts.size(); ++i) { // before the file is replaced
         if (endOf(i) - starts[i] > kMaxProfilePoints) {
             fail(ErrorKind::Unwritable, source,
-                 QStringLiteral("cannot hold a profile of %1 points, 65535 is the most").arg(endOf(i) - starts[i]));
+                 QStringLiteral("cannot hold a profile of %1 points; the maximum is 65535").arg(endOf(i) - starts[i]));
         }
     }
     QFile file(toQt(source.file));

@@ -8,8 +8,7 @@
 
 namespace KxInspect::detail {
 
-/// Columns x y [z] separated by blanks, tabs, commas or semicolons; lines that do not begin with two numbers are passed
-/// over.
+/// Columns x y [z] separated by blanks, tabs, commas or semicolons; lines that do not begin with two numbers are skipped.
 PointSet parseXyz(const ErrorSource& source, const QByteArray& content);
 QByteArray formatXyz(const PointSet& points);
 

@@ -28,10 +28,10 @@ inline void checkFinite(const char* key, float value) {
     }
 }
 
-/// Throws an Error unless a map has as many heights as its rows and columns say.
+/// Throws an Error unless a map has one height per cell.
 inline void checkMap(const HeightMap& map) {
     if (map.rows < 1 || map.columns < 1 || map.heights.size() != map.position(map.rows, 0)) {
-        failArgument("map", QStringLiteral("the map has %1 heights in place of %2 rows with %3 columns")
+        failArgument("map", QStringLiteral("the map has %1 heights for %2 rows and %3 columns")
                                 .arg(map.heights.size())
                                 .arg(map.rows)
                                 .arg(map.columns));

@@ -1,4 +1,4 @@
-// The classes of KxMath that work on height maps.
+// Height maps in the classes of KxMath.
 #include "inspect/scan/blocks.h"
 
 #include "inspect/scan/arguments.h"
@@ -12,10 +12,10 @@ namespace {
 using KxMath::HistoCell;
 
 void copyMap(const HeightMap& map, KxMath::KxMatrixCloud& matrix) {
-    const float unknown = std::numeric_limits<float>::quiet_NaN(); // the ranges are stored only
+    const float unknown = std::numeric_limits<float>::quiet_NaN(); // the ranges are only stored
     if (!matrix.initMatrix(map.columns, map.rows, map.pitch, map.originX, unknown, unknown, unknown, map.originZ,
                            unknown)) {
-        detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no patches: there is no memory for the block means"));
+        detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no patches: not enough memory for the block means"));
     }
     for (int r = 0; r < map.rows; ++r) {
         std::copy_n(&map.heights[map.position(r, 0)], map.columns, matrix.cells[r]);

@@ -1,4 +1,4 @@
-// The classes of KxMath that work on height maps.
+// Height maps in the classes of KxMath.
 #pragma once
 
 #include <KxInspect/HeightMap.h>
@@ -7,12 +7,12 @@
 
 namespace KxInspect::detail {
 
-/// A map with its block means in the classes that patches are searched with.
+/// A map with its block means, in the classes that search for patches.
 struct Blocks {
     KxMath::KxMatrixCloud matrix;
     KxMath::KxMatrixWithHistos histos;
 
-    /// Throws an Error BadArgument for a map or block size that cannot be.
+    /// Throws an Error BadArgument for an invalid map or block size.
     Blocks(const HeightMap& map, int blockSize);
 
     /// A block without heights has the mean 0, which would join patches near the height 0 to each other. NaN keeps it

@@ -16,7 +16,7 @@ namespace {
 using KxMath::KxPointXYZ;
 using PatchCloud = KxMath::KxPointCloud<KxPointXYZ>;
 
-/// The clouds that KxMath hands over, released at the end.
+/// The clouds that KxMath allocates, released at the end.
 struct PatchClouds {
     QList<PatchCloud*> clouds;
 
@@ -58,7 +58,7 @@ void markCutCells(const HeightMap& map, const KxMath::KxMatrixCloud& matrix, Pat
 /// Mean and standard deviation of the heights.
 void measureHeights(const PatchCloud& cloud, Patch& patch) {
     double sum = 0.0;
-    double squares = 0.0; // of the distances from the first height, so that no digits are lost
+    double squares = 0.0; // of the differences from the first height, which keeps precision
     const double first = static_cast<double>(cloud.points.first().y);
     for (const KxPointXYZ& p : cloud.points) {
         const double difference = static_cast<double>(p.y) - first;
@@ -70,7 +70,7 @@ void measureHeights(const PatchCloud& cloud, Patch& patch) {
     patch.deviation = static_cast<float>(std::sqrt(std::max(0.0, squares / count - sum / count * (sum / count))));
 }
 
-/// Takes up the points, which are in the coordinates of the scan now.
+/// Adds the points, in coordinates of the scan.
 void measurePlace(const PatchCloud& cloud, Patch& patch) {
     double x = 0.0;
     double z = 0.0;
@@ -87,7 +87,7 @@ void measurePlace(const PatchCloud& cloud, Patch& patch) {
     patch.centreZ = z / static_cast<double>(patch.cells);
 }
 
-/// Takes up a patch whose points have rows and columns times the pitch as coordinates.
+/// Adds a patch whose points have rows and columns times the pitch as coordinates.
 void addPatch(const HeightMap& map, PatchCloud& cloud, PatchResult& result) {
     const int number = static_cast<int>(result.patches.size()) + 1;
     const double pitch = static_cast<double>(map.pitch);

@@ -19,10 +19,10 @@ using KxMath::KxProfileZ;
 using KxMath::KxProfileZSet;
 
 constexpr double kMostSlices = 1e6;
-constexpr double kMostCells = 4e7; ///< a block mean takes 24 bytes
+constexpr double kMaxCells = 4e7; ///< a block mean takes 24 bytes
 
-/// The profiles without the points that have no place or no height: a NaN would spread to the cells about it and hinder
-/// the sorting. @return whether there are points
+/// Removes points without a position or height from the profiles: a NaN would spread to neighbouring cells and disturb
+/// the sorting. @return whether points remain
 bool copyProfiles(const Scan& scan, KxProfileZSet& set) {
     bool hasPoints = false;
     for (const Profile& profile : scan.profiles) {
@@ -35,7 +35,7 @@ bool copyProfiles(const Scan& scan, KxProfileZSet& set) {
     return hasPoints;
 }
 
-/// Makes profiles one pitch apart from those at their true positions.
+/// Resamples the profiles to positions one pitch apart.
 void slice(float pitch, KxProfileZSet& set) {
     KxMath::KxPointCloud<KxMath::KxPointXYZ> cloud;
     set.toPointCloud(cloud);
@@ -76,11 +76,11 @@ void checkSize(float pitch, KxProfileZSet& set) {
         QStringLiteral("a pitch of %1 mm makes a grid of %2 rows and %3 columns").arg(pitch).arg(rows).arg(columns);
     if (rows < 2 || !(columns >= 2)) {
         detail::fail(ErrorKind::NoResult, {{}, {}, "pitch"},
-                     QStringLiteral("no height map: %1, it needs 2 of each").arg(size));
+                     QStringLiteral("no height map: %1; at least 2 of each are needed").arg(size));
     }
-    if (rows * columns > kMostCells) {
+    if (rows * columns > kMaxCells) {
         detail::failArgument("pitch",
-                             QStringLiteral("%1, more than %2 million cells in all").arg(size).arg(kMostCells / 1e6));
+                             QStringLiteral("%1, more than %2 million cells in all").arg(size).arg(kMaxCells / 1e6));
     }
 }
 
@@ -118,7 +118,7 @@ HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options, const
     map.gap = options.gap ? *options.gap : kGapInSpacings * std::max(options.pitch, pointSpacing(set));
     KxMath::KxMatrixCloud matrix;
     if (set.toMatrixCloud(matrix, map.gap, options.pitch) == 0) { // the column at the smallest x always has a height
-        detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no height map: there is no memory for it"));
+        detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no height map: not enough memory"));
     }
     map.rows = matrix.rows;
     map.columns = matrix.columns;

@@ -22,7 +22,7 @@ void checkPatchFolder(const std::string& folder) {
 void writePatchFiles(const std::string& folder, GridResult& result) {
     const QString folderName = detail::toQt(folder);
     if (!QDir().mkpath(folderName)) {
-        detail::fail(ErrorKind::Unwritable, {"the folder", folder, {}}, QStringLiteral("cannot be made"));
+        detail::fail(ErrorKind::Unwritable, {"the folder", folder, {}}, QStringLiteral("cannot be created"));
     }
     const QDir dir(folderName);
     const std::vector<Patch>& patches = result.found.patches;

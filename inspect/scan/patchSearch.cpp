@@ -1,4 +1,4 @@
-// The limits of the search for patches where the caller gave none.
+// Default limits of the search for patches.
 #include "inspect/scan/patchSearch.h"
 
 #include "inspect/fitting/median.h"
@@ -36,7 +36,7 @@ float medianDifference(const HeightMap& map, const std::vector<float>& means) {
 float defaultTolerance(const HeightMap& map, const std::vector<float>& means, const Range& range) {
     constexpr float kTimesMedian = 10.0f;
     constexpr double kPartOfRange = 1.0 / 500;
-    constexpr double kRounding = 1e-5; // of the height itself, for a surface without noise
+    constexpr double kRounding = 1e-5; // relative to the height, for a surface without noise
     const double min = static_cast<double>(range.min);
     const double max = static_cast<double>(range.max);
     const double largest = std::max(std::abs(min), std::abs(max));

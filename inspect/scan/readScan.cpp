@@ -21,17 +21,17 @@ void checkPlacement(const ScanPlacement& placement) {
     detail::checkAbove0("distance", placement.distance);
 }
 
-/// Throws an Error for a file that begins with neither kind of record.
+/// Throws an Error for a file that does not begin with a record of either kind.
 void checkFirstByte(const ErrorSource& source) {
     QFile file(detail::toQt(source.file));
     char first = 0;
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || !file.getChar(&first)) {
-        return; // the stream says why
+        return; // the stream reports the reason
     }
     if (first != KxMath::KxSectionXY && first != KxMath::KxProfileRecord) {
         detail::fail(ErrorKind::Unsuitable, source,
                      QStringLiteral("is neither a profile set nor a file of 2-D clouds: it is damaged at byte 0, which "
-                                    "is 0x%1 in place of 5 or 2")
+                                    "is 0x%1 instead of 5 or 2")
                          .arg(static_cast<unsigned char>(first), 2, 16, QLatin1Char('0')),
                      {0, 1, {}, {}});
     }
@@ -55,7 +55,7 @@ void readRecords(const ErrorSource& source, const Progress& progress, Scan& scan
         kind = kind == KxMath::KxNoRecord ? next : kind;
         if (next != kind) {
             detail::fail(ErrorKind::Unsuitable, source,
-                         QStringLiteral("changes its kind at byte %1, after %2 records: a %3 begins there, the ones "
+                         QStringLiteral("changes its kind at byte %1, after %2 records: a %3 begins there, the records "
                                         "before are of the kind %4")
                              .arg(at)
                              .arg(stream.records() - 1)

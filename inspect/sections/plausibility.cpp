@@ -1,4 +1,4 @@
-// What a cross-section shows of another orientation or kind than it should have.
+// Plausibility checks of the orientation and kind of cross-sections.
 #include "inspect/sections/plausibility.h"
 
 #include "inspect/fitting/lookUp.h"

@@ -1,4 +1,4 @@
-// What a cross-section shows of another orientation or kind than it should have.
+// Plausibility checks of the orientation and kind of cross-sections.
 #pragma once
 
 #include <KxInspect/Profile.h>
@@ -9,11 +9,11 @@
 
 namespace KxInspect::detail {
 
-/// What makes results doubtful when there are fewer points than usual: "has 12 points only"; empty otherwise.
+/// A warning about too few points for reliable results: "has 12 points only"; empty otherwise.
 QString fewPoints(std::size_t count);
 
-/// Predicate of a sentence about a wheel that is a function of x: what it shows of another orientation. Empty when it
-/// stands with y down and x outwards.
+/// Predicate of a sentence about a wheel that is a function of x: signs of a wrong orientation. Empty when y points down
+/// and x outwards.
 QString wheelContradiction(const std::vector<Point>& wheel);
 
 /// The same for a rail that is cut at `gaugeDepth`, mm below its top.

@@ -1,4 +1,4 @@
-// The side of a cross-section that can touch, as a function of x.
+// The side of a cross-section that can be in contact, as a function of x.
 #include "inspect/sections/runningSurface.h"
 
 #include "inspect/base/points.h"
@@ -49,7 +49,7 @@ int keepRunningSurface(Profile& section, SectionKind kind) {
     points.erase(std::remove_if(points.begin(), points.end(), isNaN), points.end());
     if (!isRising(points)) {
         sortByX(points);
-        // y points down: what can touch is the largest y of a wheel and the smallest of a rail.
+        // y points down: a wheel touches with its largest y, a rail with its smallest.
         const auto isOutside = [kind](const Point& a, const Point& b) {
             return kind == SectionKind::Wheel ? a.y > b.y : a.y < b.y;
         };
@@ -91,7 +91,7 @@ bool cutAtGaugeDepth(Profile& rail, float depth) {
 }
 
 void straighten(Profile& section) {
-    constexpr float kStep = 0.1f; // summed up as the calculation does, so that its samples are these points
+    constexpr float kStep = 0.1f; // accumulated as in the calculation, whose samples are then these points
     std::vector<Point>& points = section.points;
     if (points.size() < 2 || !(detail::widthOf(points) <= kMaxSectionWidth)) { // NaN: true
         return;

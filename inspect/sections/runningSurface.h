@@ -7,12 +7,12 @@
 
 namespace KxInspect::detail {
 
-/// From the first to the last point of a section, mm; 0 for none.
+/// The distance in x from the first to the last point of a section, mm; 0 without points.
 inline float widthOf(const std::vector<Point>& points) {
     return points.empty() ? 0.0f : points.back().x - points.front().x;
 }
 
-/// Whether a point stands above another one: its y, which points down, is smaller.
+/// Whether a point is above another one; y points down.
 inline bool isHigher(const Point& a, const Point& b) {
     return a.y < b.y;
 }

@@ -1,4 +1,4 @@
-// Wheel profiles as the measurement of a rim takes them.
+// Wheel profiles as input of the rim measurement.
 #include "inspect/wheel/rimSection.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 namespace KxInspect::detail {
 
 void appendRimSection(const std::vector<Point>& profile, Rim& rim) {
-    // The measurement turns the rim until its first point, seen from the centre, lies on +x: that changes nothing where
-    // all points lie there. It then reads the rim from the largest x inwards.
+    // The measurement turns the rim until its first point, seen from the centre, is on +x. This changes nothing when
+    // all points are there. It then reads the rim from the largest x inwards.
     constexpr float kFromCenter = 1.0f;
     const auto isFinite = [](const Point& p) { return std::isfinite(p.x) && std::isfinite(p.y); };
     float outermost = 0.0f;

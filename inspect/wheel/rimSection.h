@@ -1,4 +1,4 @@
-// Wheel profiles as the measurement of a rim takes them.
+// Wheel profiles as input of the rim measurement.
 #pragma once
 
 #include <KxInspect/Profile.h>

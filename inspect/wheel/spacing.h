@@ -7,9 +7,9 @@
 
 namespace KxInspect::detail {
 
-/// Puts points `spacing` apart on the straight lines between finite points of a profile in their order, the length
-/// being counted along the profile; the first and the last point stay.
-/// @return false, nothing changed, when that would be more than a million points
+/// Resamples a profile linearly between its finite points, in their order, at `spacing` along the profile; keeps the
+/// first and the last point.
+/// @return false, with the points unchanged, for more than a million points
 bool spaceEvenly(std::vector<Point>& points, double spacing);
 
 } // namespace KxInspect::detail

@@ -1,4 +1,4 @@
-// What is allowed for the measures of a wheel.
+// Limits of the measures of a wheel.
 #include <KxInspect/Wheel.h>
 
 namespace KxInspect {

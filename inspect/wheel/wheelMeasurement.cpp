@@ -53,8 +53,8 @@ bool isSpatial(const std::string& path) {
     return head == "\x03" || head == "\x04";
 }
 
-/// Lets a profile begin at the flange back: what stands before is cut, and what is missing is reached from a single
-/// point at the height of the profile's beginning.
+/// Makes a profile begin at the flange back: points before it are cut; if the profile begins later, a single point at the
+/// height of its first point is added.
 void beginAt(std::vector<Point>& points, float back) {
     points.erase(std::remove_if(points.begin(), points.end(), [back](const Point& p) { return p.x < back; }),
                  points.end());
@@ -65,7 +65,7 @@ void beginAt(std::vector<Point>& points, float back) {
     }
 }
 
-/// What contradicts the method in a profile with y down and x outwards.
+/// The violated assumptions of a profile with y down and x outwards.
 std::vector<std::string> findWarnings(const Profile& profile) {
     Profile surface = profile;
     keepRunningSurface(surface, SectionKind::Wheel);
@@ -79,7 +79,7 @@ std::vector<std::string> findWarnings(const Profile& profile) {
     return found;
 }
 
-/// The section of a rim made from a profile. Throws an Error where that cannot be.
+/// The section of a rim made from a profile. Throws an Error when that is impossible.
 Rim rimOf(const CrossSection& wheel, const WheelOptions& options, std::vector<std::string>& warnings) {
     Profile profile = detail::readSection(wheel, {});
     std::vector<Point>& points = profile.points;
@@ -102,7 +102,7 @@ Rim rimOf(const CrossSection& wheel, const WheelOptions& options, std::vector<st
     return rim;
 }
 
-/// Where the measured profile first reaches the level that the width begins at, outside the tip of the flange.
+/// Where the measured profile first reaches the level at which the width begins, outside the tip of the flange.
 std::optional<float> findWidthStart(const std::vector<Point>& measured) {
     auto p = std::min_element(measured.begin(), measured.end(), detail::isHigher);
     p = std::find_if(p, measured.end(), [](const Point& at) { return !(at.y < kTipLevel); }); // NaN: true

@@ -17,7 +17,7 @@ using namespace KxInspect;
 
 constexpr int kWidth = 1060;
 
-QString noNumber() {
+QString missingNumber() {
     return numberText(std::numeric_limits<double>::quiet_NaN(), 0);
 }
 
@@ -33,19 +33,19 @@ const char* flankColour(std::size_t flank) {
 QString flankLegend(std::size_t flank) {
     switch (flank) {
     case 0:
-        return QStringLiteral("before a straight crest");
+        return QStringLiteral("straight, before crest");
     case 1:
-        return QStringLiteral("behind it");
+        return QStringLiteral("straight, behind crest");
     case 6:
-        return QStringLiteral("before the oblique crest");
+        return QStringLiteral("oblique, before crest");
     case 7:
-        return QStringLiteral("behind it");
+        return QStringLiteral("oblique, behind crest");
     default:
         return {};
     }
 }
 
-/// The points on one flank, or on none, as `value` shows them.
+/// The points on one flank, or those without a flank, transformed by `value`.
 template <typename Value>
 Points pointsOn(const ProfilePose& m, std::optional<std::size_t> flank, Value value) {
     Points points;
@@ -95,15 +95,15 @@ QString profilePlot(const ProfilePose& m, const QString& id) {
 
 QString residualPlot(const ProfilePose& m, const QString& id) {
     const auto value = [](const CalibrationPoint& p) { return QPointF(static_cast<double>(p.point.x), p.residual); };
-    constexpr double kLeast = 0.1; // mm, so that good fits look good
-    Range y{-kLeast, kLeast};
+    constexpr double kSmallestRange = 0.1; // mm, keeps noise from filling the plot
+    Range y{-kSmallestRange, kSmallestRange};
     for (const CalibrationPoint& p : m.points) {
         if (p.flank) {
             y.include(p.residual);
         }
     }
     Plot plot(id, QStringLiteral("Residuals of %1").arg(QString::fromStdString(m.name)), kWidth, 280,
-              {QStringLiteral("x, mm"), rangeOf(m)}, {QStringLiteral("behind the object, mm"), y.padded(0.05)});
+              {QStringLiteral("x, mm"), rangeOf(m)}, {QStringLiteral("residual, mm"), y.padded(0.05)});
     plot.addLevel(0.0, {colour::kGrey, 1.0});
     addFlanks(plot, m, value, 2.6);
     return plot.svg();
@@ -119,13 +119,13 @@ void addPose(Page& page, const CalibrationResult& result) {
                         {field.isAngle ? QStringLiteral("degrees") : QStringLiteral("mm")},
                         {std::isnan(value) ? QStringLiteral("not known") : numberText(value, decimals)},
                         {numberText(average.deviation.*field.value, decimals)},
-                        {average.profiles > 1 ? numberText(average.largest.*field.value, decimals) : noNumber()}});
+                        {average.profiles > 1 ? numberText(average.largest.*field.value, decimals) : missingNumber()}});
     }
     page.table({QStringLiteral("value"), QStringLiteral("unit"), QStringLiteral("mean"),
-                QStringLiteral("standard deviation of a profile"), QStringLiteral("largest difference from the mean")},
+                QStringLiteral("standard deviation, one profile"), QStringLiteral("largest difference from the mean")},
                rows, 2);
     if (!placementOf(result.task.placement).findsY) {
-        page.paragraph(QStringLiteral("This placement does not find y. By the object it would be %1 mm.")
+        page.paragraph(QStringLiteral("This placement does not find y. From the object it would be %1 mm.")
                            .arg(numberText(average.foundY, 3)));
     }
 }
@@ -143,9 +143,10 @@ void addFacts(Page& page, const CalibrationResult& result) {
     page.facts(
         {{QStringLiteral("Profiles with a pose"), QStringLiteral("%1 of %2").arg(result.average.profiles).arg(all),
           result.average.profiles == all ? Tone::Good : Tone::Bad},
-         {QStringLiteral("Residual, rms"), numberText(worstRms, 3) + QStringLiteral(" mm"), Tone::Plain},
-         {QStringLiteral("Angles certain to, one sigma"), numberText(worstAngle, 3) + QStringLiteral("\u00b0"),
+         {QStringLiteral("Largest rms residual of a profile"), numberText(worstRms, 3) + QStringLiteral(" mm"),
           Tone::Plain},
+         {QStringLiteral("Largest standard deviation of an angle"),
+          numberText(worstAngle, 3) + QStringLiteral("\u00b0"), Tone::Plain},
          {QStringLiteral("Flanks off the object"), QString::number(off), off == 0 ? Tone::Good : Tone::Bad}});
 }
 
@@ -163,17 +164,19 @@ void addFlankTable(Page& page, const CalibrationResult& result) {
                 QStringLiteral("rms, mm"), QStringLiteral("largest, mm")},
                rows, 1);
     page.paragraph(QStringLiteral(
-        "Distances of the points from the object along Y, positive behind it. A mean that is red lies off by more than "
-        "0.02 mm and four standard deviations: there or on a neighbour the object is not as its pitch, slope and "
-        "obliqueness say, is dirty, or is partly hidden. An error of the oblique ridge moves x by the error across it "
-        "divided by the obliqueness."));
+        "A residual is the distance of a point from the object along Y, positive behind the object as the sensor sees "
+        "it. A red mean exceeds 0.02 mm and four standard deviations: this flank or a neighbour deviates from the "
+        "given "
+        "pitch, slope and obliqueness, is dirty, or is partly hidden. An error of the oblique ridge moves x by the "
+        "error across the ridge divided by the obliqueness."));
 }
 
 void addProfileTable(Page& page, const CalibrationResult& result) {
     std::vector<std::vector<Cell>> rows;
     QStringList headers = {QStringLiteral("profile"), QStringLiteral("fault")};
     for (const PoseField& field : kPoseFields) {
-        headers += QLatin1String(field.name);
+        headers +=
+            QStringLiteral("%1, %2").arg(QLatin1String(field.name), QLatin1String(field.isAngle ? "degrees" : "mm"));
     }
     headers += QStringLiteral("rms, mm");
     for (const ProfilePose& m : result.profiles) {
@@ -190,7 +193,7 @@ void addProfileTable(Page& page, const CalibrationResult& result) {
 }
 
 void addDrawings(Page& page, const CalibrationResult& result) {
-    constexpr int kMaxDrawings = 5; // the rest would look alike
+    constexpr int kMaxDrawings = 5; // keeps the page short
     int number = 0;
     for (const ProfilePose& m : result.profiles) {
         if (!m.hasPose() && m.points.empty()) {
@@ -202,10 +205,11 @@ void addDrawings(Page& page, const CalibrationResult& result) {
         }
         page.heading(QString::fromStdString(m.name));
         page.figure(profilePlot(m, QStringLiteral("profile%1").arg(number)),
-                    QStringLiteral("The profile as the sensor sees it, the sensor above."));
+                    QStringLiteral("The profile in the frame of the sensor, which is at the top."));
         if (m.hasPose()) {
             page.figure(residualPlot(m, QStringLiteral("residuals%1").arg(number)),
-                        QStringLiteral("How far the points on the flanks lie behind the object with the pose found."));
+                        QStringLiteral(
+                            "Residuals of the points on the flanks for the pose found, positive behind the object."));
         } else {
             page.warning(QStringLiteral("The profile %1.").arg(QString::fromStdString(m.fault)));
         }
@@ -213,7 +217,7 @@ void addDrawings(Page& page, const CalibrationResult& result) {
 }
 
 QString subtitle(const CalibrationTask& task) {
-    return QStringLiteral("Position %1; object with pitch %2 mm, slope %3, obliqueness %4, crests at Y = %5 mm")
+    return QStringLiteral("Placement code %1; object with pitch %2 mm, slope %3, obliqueness %4, crests at Y = %5 mm")
         .arg(task.placement)
         .arg(task.object.pitch)
         .arg(task.object.slope)
@@ -234,7 +238,7 @@ QString calibrationReport(const CalibrationResult& result) {
     if (result.hasPose()) {
         page.heading(QStringLiteral("Pose"));
         addPose(page, result);
-        page.heading(QStringLiteral("Distances of the flanks from the object"));
+        page.heading(QStringLiteral("Residuals of the flanks"));
         addFlankTable(page, result);
     } else {
         const std::string& fault = result.average.fault;

@@ -7,7 +7,7 @@
 
 namespace kxreport {
 
-/// A self-contained HTML page: the pose, what is to be thought of it, the profiles and their residuals.
+/// A self-contained HTML page: the pose, its quality, the profiles and their residuals.
 QString calibrationReport(const KxInspect::CalibrationResult& result);
 
 } // namespace kxreport

@@ -45,7 +45,7 @@ Points contactPoints(const std::vector<Contact>& contacts, Point Contact::*of) {
     return points;
 }
 
-/// One side of the track: wheel above rail, lifted for display, with the contact points.
+/// One side of the track: the wheel above the rail, with the contact points.
 QString placedPlot(const QString& id, const ConicityResult& result, bool isFirst) {
     const Points wheel = toPoints(result.sections[isFirst ? KxInspect::Wheel1 : KxInspect::Wheel2].points);
     const Points rail = toPoints(result.sections[isFirst ? KxInspect::Rail1 : KxInspect::Rail2].points);
@@ -70,7 +70,7 @@ QString placedPlot(const QString& id, const ConicityResult& result, bool isFirst
     return plot.svg();
 }
 
-/// Where the rail is touched over the displacement, as distance from the contact of the centred wheel-set.
+/// The contact point on the rail over the displacement, as distance from that of the centred wheel-set.
 QString contactPlot(const ConicityResult& result) {
     const auto over = [](const std::vector<Contact>& contacts) {
         Points points;
@@ -139,7 +139,7 @@ void addTable(Page& page, const ConicityResult& result) {
     page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity")}, rows);
 }
 
-/// The name of a profile: of its file, or of its place when it came from none.
+/// The file name of a profile, or its part of the wheel-set when it has no file.
 QString sectionName(const ConicityResult& result, WheelSetPart part) {
     const QString file = QFileInfo(QString::fromStdString(result.sections[part].file)).fileName();
     return file.isEmpty() ? QLatin1String(nameOf(part)) : file;
@@ -153,33 +153,36 @@ QString conicityReport(const ConicityResult& result) {
     Page page(QStringLiteral("Equivalent conicity"), QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
                                                          .arg(name(KxInspect::Wheel1), name(KxInspect::Rail1),
                                                               name(KxInspect::Wheel2), name(KxInspect::Rail2)));
-    page.facts({{QStringLiteral("conicity at %1 mm").arg(shown), fixedText(result.shownConicity.value_or(kNaN), 3)},
-                {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
-                {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
-                {QStringLiteral("radii, mm"),
-                 QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
+    page.facts(
+        {{QStringLiteral("equivalent conicity at %1 mm").arg(shown), fixedText(result.shownConicity.value_or(kNaN), 3)},
+         {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
+         {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
+         {QStringLiteral("rolling radii, mm"),
+          QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
     for (const std::string& warning : result.warnings) {
         page.warning(QString::fromStdString(warning));
     }
     page.heading(QStringLiteral("Conicity"));
-    page.figure(conicityPlot(result),
-                QStringLiteral("The conicity of the pair of cones whose oscillation has the same wavelength, for each "
-                               "amplitude of the wheel-set. The mark is the value at %1 mm.")
-                    .arg(shown));
+    page.figure(
+        conicityPlot(result),
+        QStringLiteral("The equivalent conicity is that of a pair of cones whose lateral oscillation has the same "
+                       "wavelength as the wheel-set at this amplitude. The mark is the value at %1 mm.")
+            .arg(shown));
     addTable(page, result);
     page.heading(QStringLiteral("Contact"));
     page.figures(
         {{placedPlot(QStringLiteral("first"), result, true),
-          QStringLiteral("First wheel and rail, seen along the track, each side with an origin of its own. The "
-                         "wheel stands with its lowest point at the height of the rail's top; dots are the "
-                         "contact points of all displacements.")},
+          QStringLiteral("First wheel and rail, seen along the track; each side has its own origin. The lowest "
+                         "point of the wheel is drawn at the height of the rail's top. The dots are the contact "
+                         "points at all displacements.")},
          {placedPlot(QStringLiteral("second"), result, false), QStringLiteral("Second wheel and rail.")}});
-    page.figures({{contactPlot(result),
-                   QStringLiteral("Where each rail is touched, measured outwards from the contact of the centred "
-                                  "wheel-set. A gap is a jump of the contact point.")},
-                  {deltaRPlot(result),
-                   QStringLiteral("Rolling radius of the second wheel minus that of the first. The oscillation takes "
-                                  "place about the displacement at which it is 0.")}});
+    page.figures(
+        {{contactPlot(result),
+          QStringLiteral("Contact point on each rail, measured outwards from that of the centred wheel-set. "
+                         "At a gap the contact point jumps.")},
+         {deltaRPlot(result),
+          QStringLiteral("Rolling radius of the second wheel minus that of the first. The wheel-set oscillates "
+                         "about the displacement where the difference is 0.")}});
     const QString margin = QStringLiteral("Edge margin %1 mm").arg(fixedText(result.edgeMargin, 4));
     page.paragraph(margin + (result.version.empty()
                                  ? QStringLiteral(".")

@@ -1,4 +1,4 @@
-// Ranges of numbers, the ticks on them, and how they map to the picture.
+// Ranges of numbers and the ticks on them.
 #include "report/elements/axis.h"
 
 #include <algorithm>
@@ -18,8 +18,8 @@ Range Range::padded(double part) const {
         return {0.0, 1.0};
     }
     const double single = std::max(std::abs(min), 1.0) * 1e-9;
-    const double room = size() > single ? size() * part : std::max(0.5, std::abs(min) * 1e-3);
-    return {min - room, max + room};
+    const double padding = size() > single ? size() * part : std::max(0.5, std::abs(min) * 1e-3);
+    return {min - padding, max + padding};
 }
 
 Ticks makeTicks(const Range& range, int wanted, double smallestStep) {
@@ -32,7 +32,7 @@ Ticks makeTicks(const Range& range, int wanted, double smallestStep) {
     const double part = rough / power;
     const double step = std::max(power * (part < 1.5 ? 1.0 : part < 3.5 ? 2.0 : part < 7.5 ? 5.0 : 10.0), smallestStep);
     const double first = std::ceil(range.min / step);
-    // Counted by whole steps, so that the end does not hang on rounding.
+    // Whole steps are counted, so that rounding does not decide about the last tick.
     for (int i = 0; i <= 2 * wanted + 2; ++i) {
         const double value = (first + i) * step;
         if (value > range.max) {

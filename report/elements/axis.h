@@ -1,4 +1,4 @@
-// Ranges of numbers, the ticks on them, and how they map to the picture.
+// Ranges of numbers and the ticks on them.
 #pragma once
 
 #include <QtCore/QString>
@@ -8,7 +8,7 @@
 
 namespace kxreport {
 
-/// A range that grows with what it is shown. Numbers that are not finite leave it alone.
+/// A range that grows with the numbers it includes. Numbers that are not finite are ignored.
 struct Range {
     double min = std::numeric_limits<double>::infinity();
     double max = -std::numeric_limits<double>::infinity();
@@ -17,22 +17,22 @@ struct Range {
     bool isEmpty() const { return !(min <= max); }
     double size() const { return max - min; }
     double middle() const { return min + (max - min) / 2; }
-    /// The range widened by a part of its size on both sides. An empty range is 0 to 1, and a single number gets room,
-    /// so that the result can always be drawn.
+    /// The range widened by a part of its size on both sides. An empty range becomes 0 to 1, and a single number is
+    /// widened, so that the result can always be drawn.
     Range padded(double part) const;
 };
 
-/// What an axis shows.
+/// An axis of a plot.
 struct Axis {
     QString label; ///< with the unit
     Range range;
     bool hasTicks = true;
-    bool isWhole = false; ///< counts things: ticks at whole numbers only
+    bool isWhole = false; ///< ticks at whole numbers only, for counts
 };
 
 struct Ticks {
     std::vector<double> at;
-    int decimals = 0; ///< digits behind the point that tell neighbours apart
+    int decimals = 0; ///< decimals that distinguish neighbouring ticks
 };
 
 /// About `wanted` ticks at 1, 2 or 5 times a power of ten.

@@ -9,7 +9,7 @@ namespace kxreport {
 
 namespace {
 
-constexpr int kColours = 255; ///< the palette has 256, of which the first is none
+constexpr int kColours = 255; ///< of a palette of 256, whose entry 0 is transparent
 
 constexpr std::array<Rgb, 6> kStops = {0x1b1f5e, 0x1f4e8c, 0x14808f, 0x3fa873, 0x9fcb52, 0xfde74c};
 

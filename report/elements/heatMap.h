@@ -10,21 +10,21 @@
 
 namespace kxreport {
 
-/// Values side by side, the top row first. What is not finite is empty.
+/// Values row by row, the top row first. Values that are not finite are empty.
 struct Raster {
     int width = 0;
     int height = 0;
     std::vector<float> values; ///< width * height
 };
 
-/// The colour of a part from 0 to 1 of a range of heights, from dark blue to yellow. The lightness rises all along, so
-/// that the order of heights is also seen on grey paper and by colour-blind readers.
+/// The colour at a part from 0 to 1 of a range of heights, from dark blue to yellow. The lightness increases all along,
+/// so that the order of heights can also be seen in grey-scale prints and by colour-blind readers.
 Rgb heightColour(double part);
 
-/// A colour as an attribute takes it: #rrggbb.
+/// A colour as an SVG attribute: #rrggbb.
 QString colourText(Rgb colour);
 
-/// The values as colours of their range; those beyond it have the colour of its end, empty ones none.
+/// The values as colours of the range. Values beyond it get the colour of its end, empty values are transparent.
 PaletteImage heatImage(const Raster& raster, const Range& range);
 
 } // namespace kxreport

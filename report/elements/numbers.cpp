@@ -1,4 +1,4 @@
-// Numbers as text for people.
+// Numbers as text for readers.
 #include "report/elements/numbers.h"
 
 #include <KxInspect/Json.h>

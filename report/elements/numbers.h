@@ -1,4 +1,4 @@
-// Numbers as text for people.
+// Numbers as text for readers.
 #pragma once
 
 #include <QtCore/QString>
@@ -8,7 +8,7 @@ namespace kxreport {
 /// The shortest decimal text that reads back as the same float; empty for NaN and infinities.
 QString shortestText(float value);
 
-/// A number with a fixed count of digits behind the point, a dash for NaN and infinities.
+/// A number with a fixed number of decimals, a dash for NaN and infinities.
 QString fixedText(float value, int decimals);
 
 } // namespace kxreport

@@ -8,7 +8,7 @@
 
 namespace kxreport {
 
-/// How a cell or a figure of a summary is coloured.
+/// The colour of a table cell or fact.
 enum class Tone { Plain, Good, Bad, Faint };
 
 struct Cell {
@@ -16,7 +16,7 @@ struct Cell {
     Tone tone = Tone::Plain;
 };
 
-/// A big number at the top of a page.
+/// A key figure at the top of a page.
 struct Fact {
     QString label;
     QString value;
@@ -35,10 +35,10 @@ public:
 
     void heading(const QString& text);
     void paragraph(const QString& text);
-    /// A paragraph that must not be overlooked.
+    /// A highlighted paragraph.
     void warning(const QString& text);
     void facts(const std::vector<Fact>& facts);
-    /// A figure over the whole width.
+    /// A figure of the full width.
     void figure(const QString& svg, const QString& caption);
     /// Figures of half the width side by side, below each other on narrow screens.
     void figures(const std::vector<Figure>& figures);

@@ -11,7 +11,7 @@ namespace kxreport {
 
 namespace {
 
-// Room around the area, in pixels. The legend stands above it.
+// Margins of the area, pixels. The legend is in the top margin.
 constexpr int kLeft = 72;
 constexpr int kRight = 16;
 constexpr int kTop = 36;
@@ -179,7 +179,7 @@ void Plot::addColourScale(const Range& heights, const QString& label) {
     constexpr double kBar = 14;
     constexpr int kStops = 20;
     constexpr double kPixelsPerTick = 45;
-    keepRightFree(kColourScaleRoom);
+    keepRightFree(kColourScaleWidth);
     const double left = width_ - right_ + kGap;
     const QString gradient = escaped(QStringLiteral("scale-") + id_);
     labels_ += QStringLiteral("<linearGradient id=\"%1\" x1=\"0\" y1=\"1\" x2=\"0\" y2=\"0\">").arg(gradient);
@@ -309,7 +309,7 @@ QString Plot::legend() const {
         places.push_back(next);
         next.x += width;
     }
-    const double firstRow = kTop - 17 - kRow / 2 * next.row; // two rows fit above the area
+    const double firstRow = kTop - 17 - kRow / 2 * next.row; // two rows fit into the top margin
     QString text;
     for (size_t i = 0; i < legend_.size(); ++i) {
         text += QStringLiteral("<g transform=\"translate(%1 %2)\" fill=\"none\">%3<text x=\"27\" y=\"4\" "

@@ -19,12 +19,12 @@ struct Stroke {
     const char* dashes = ""; ///< as stroke-dasharray, empty for a solid line
 };
 
-/// A plot with axes, grid and legend. Things are drawn in the order in which they are added; an empty legend text
-/// leaves a thing out of the legend. All texts are escaped here.
+/// A plot with axes, grid and legend. Items are drawn in the order in which they are added; an item with an empty legend
+/// text has no legend entry. All texts are escaped here.
 class Plot {
 public:
     /// @param id unique on the page
-    /// @param title what a screen reader says
+    /// @param title read by screen readers
     Plot(QString id, QString title, int width, int height, Axis x, Axis y);
 
     /// The range of the x axis.
@@ -33,18 +33,18 @@ public:
     /// The area inside the axes in pixels.
     double areaWidth() const;
     double areaHeight() const;
-    /// Room that a colour scale takes, in pixels.
-    static constexpr double kColourScaleRoom = 74;
-    /// The same before there is a plot, for choosing the ranges.
+    /// The width of a colour scale, pixels.
+    static constexpr double kColourScaleWidth = 74;
+    /// The area of a plot of this size, for choosing the ranges before it is made.
     static double areaWidth(int width);
     static double areaHeight(int height);
 
-    /// A line through the points. Points that share a spot of the picture are drawn once, and a point that is not
-    /// finite interrupts the line.
+    /// A line through the points. Points less than half a pixel apart are drawn once; a point that is not finite
+    /// interrupts the line.
     void addLine(const Points& points, const Stroke& stroke, const QString& legend = {});
-    /// A dot for each point, one per spot of the picture.
+    /// A dot for each point; dots that coincide are drawn once.
     void addDots(const Points& points, const char* colour, double diameter, const QString& legend = {});
-    /// A round mark with a tooltip, for few points.
+    /// A round mark with a tooltip.
     void addMark(QPointF point, const char* colour, double radius, const QString& tooltip);
     /// A horizontal band across the plot.
     void addBand(double from, double to, const char* colour, const QString& legend = {});
@@ -58,15 +58,15 @@ public:
     void addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image);
     /// The colours of heights beside the plot, with ticks. The plot gets narrower: add it before all else.
     void addColourScale(const Range& heights, const QString& label);
-    /// Leaves as much room on the right as a colour scale takes, for plots that stand below each other.
+    /// Widens the right margin by `pixels`, which aligns a plot with others that have a colour scale.
     void keepRightFree(double pixels);
     /// Text centred at a point.
     void addText(QPointF point, const QString& text, const char* colour, int size = 11);
     /// Text centred at a point on a white disc, readable on any colour.
     void addBadge(QPointF point, const QString& text);
-    /// Text beside the y axis, for plots whose rows are no numbers.
+    /// Text beside the y axis, for plots whose rows have names.
     void addRowLabel(double y, const QString& text, const char* colour);
-    /// Entries that stand for boxes and marks, which are added without a legend.
+    /// Legend entries for boxes and marks, which have none of their own.
     void addLegend(const QString& text, const char* colour);
     void addLegendMark(const QString& text, const char* colour);
 
@@ -76,7 +76,7 @@ public:
 private:
     struct LegendEntry {
         QString text;
-        QString sample; ///< drawn in a field of 22 x 10 pixels
+        QString sample; ///< SVG in a field of 22 x 10 pixels
     };
 
     double pixelX(double x) const;
@@ -90,7 +90,7 @@ private:
     QString title_;
     int width_;
     int height_;
-    double right_; ///< room on the right of the area, pixels
+    double right_; ///< margin on the right of the area, pixels
     Axis x_;
     Axis y_;
     QString body_; ///< clipped to the area

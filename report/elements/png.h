@@ -11,7 +11,7 @@ namespace kxreport {
 /// A colour as 0xRRGGBB.
 using Rgb = std::uint32_t;
 
-/// A picture whose pixels are positions in a list of colours, the top row first. Colour 0 is transparent.
+/// An image with a palette, the top row first. Colour 0 of the palette is transparent.
 struct PaletteImage {
     int width = 0;
     int height = 0;

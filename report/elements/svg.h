@@ -5,16 +5,16 @@
 
 namespace kxreport {
 
-/// Text that stands for itself in an element or in a quoted attribute. Control characters become spaces.
+/// Text escaped for an element or a quoted attribute. Control characters become spaces.
 QString escaped(const QString& text);
 
-/// A number with `decimals` digits behind the point; very large ones in scientific form, a dash for what is not finite.
+/// A number with `decimals` decimals; a very large one in scientific notation, a dash for NaN and infinities.
 QString numberText(double value, int decimals);
 
-/// A coordinate of the picture, short.
+/// A coordinate in pixels with at most one decimal.
 QString coordinate(double value);
 
-/// Colours that stay apart for colour-blind readers and on grey paper (Okabe and Ito, Color Universal Design, 2008).
+/// Colours that colour-blind readers and grey-scale prints can distinguish (Okabe and Ito, Color Universal Design, 2008).
 namespace colour {
 inline constexpr const char* kBlue = "#0072B2";
 inline constexpr const char* kOrange = "#D55E00";

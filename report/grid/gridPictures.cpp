@@ -33,10 +33,10 @@ Extent extentOf(const GridResult& grid) {
 }
 
 double areaWidth() {
-    return Plot::areaWidth(kWidth) - Plot::kColourScaleRoom;
+    return Plot::areaWidth(kWidth) - Plot::kColourScaleWidth;
 }
 
-/// The height that gives both axes one scale.
+/// The height that gives both axes the same scale.
 double wantedHeight(const Extent& extent) {
     return areaWidth() * extent.x.size() / extent.z.size();
 }
@@ -48,13 +48,13 @@ Plot makePlot(const GridResult& grid, const char* id, const char* title) {
     if (wanted > kHighest) {
         makeScalesEqual(extent.z, extent.x, areaWidth(), height);
     }
-    const int around = 100 - static_cast<int>(Plot::areaHeight(100)); // what axes and legend take
+    const int around = 100 - static_cast<int>(Plot::areaHeight(100)); // margins for axes and legend
     return Plot(QLatin1String(id), QLatin1String(title), kWidth, static_cast<int>(height) + around,
                 {QStringLiteral("z along the scan, mm"), extent.z},
                 {QStringLiteral("x across the scan, mm"), extent.x});
 }
 
-/// How many cells along each axis share a pixel, so that pictures of large scans stay small.
+/// The number of cells along each axis that share a pixel; it limits the size of the images of large scans.
 int cellsPerPixel(const HeightMap& map) {
     constexpr int kMostPixels = 1400;
     return (std::max(map.rows, map.columns) + kMostPixels - 1) / kMostPixels;
@@ -74,7 +74,7 @@ auto makePixels(const HeightMap& map, Pixel pixel) {
     return pixels;
 }
 
-/// The pixels of the picture; the last ones may stand for cells beyond the grid.
+/// The pixels of the image; the last ones may reach beyond the grid.
 struct PixelGrid {
     int width;
     int height;
@@ -108,7 +108,7 @@ void addCells(const GridResult& grid, const std::vector<float>& values, const Ra
                 }
             }
         }
-        return static_cast<float>(sum / count); // none: NaN
+        return static_cast<float>(sum / count); // NaN without a value
     });
     plot.addImage(pixels.z.min - shift, pixels.z.max - shift, pixels.x.min - shift, pixels.x.max - shift,
                   heatImage(raster, colours));
@@ -124,8 +124,8 @@ constexpr int kPatchColours = 250;
 constexpr Rgb kOtherColour = 0xd5dbe1;
 constexpr Rgb kCutColour = 0x59626c;
 
-/// The first colours stay apart for colour-blind readers (Okabe and Ito, Color Universal Design, 2008), the further
-/// ones turn the hue by the golden angle, so that neighbours differ.
+/// The first colours can be distinguished by colour-blind readers (Okabe and Ito, Color Universal Design, 2008); further
+/// ones rotate the hue by the golden angle, so that neighbours differ.
 Rgb patchColour(int index) {
     constexpr std::array<Rgb, 7> kFirst = {0x0072b2, 0xe69f00, 0x009e73, 0xcc79a7, 0xd55e00, 0x56b4e9, 0xf0e442};
     if (index < static_cast<int>(kFirst.size())) {
@@ -168,7 +168,7 @@ PaletteImage patchImage(const GridResult& grid) {
     return image;
 }
 
-/// The number of a patch in its middle, with a pale rim so that it is seen on any colour.
+/// The number of each patch in its middle, on a white badge that is readable on any colour.
 void addPatchNumbers(const GridResult& grid, Plot& plot) {
     constexpr std::size_t kMostNumbers = 200;
     for (std::size_t i = 0; i < std::min(grid.found.patches.size(), kMostNumbers); ++i) {
@@ -177,7 +177,7 @@ void addPatchNumbers(const GridResult& grid, Plot& plot) {
     }
 }
 
-/// The range that colours stand for.
+/// The range of the colour scale.
 Range colourRange(const KxInspect::Range& range) {
     Range result;
     result.include(static_cast<double>(range.min));
@@ -194,7 +194,7 @@ bool isToScale(const GridResult& grid) {
 QString heightPicture(const GridResult& grid) {
     const Range range = colourRange(grid.heightRange);
     Plot plot = makePlot(grid, "heights", "Height map");
-    plot.addColourScale(range, QStringLiteral("y, mm"));
+    plot.addColourScale(range, QStringLiteral("height y, mm"));
     addCells(grid, grid.map.heights, range, 0.0, plot);
     return plot.svg();
 }
@@ -202,7 +202,7 @@ QString heightPicture(const GridResult& grid) {
 QString meansPicture(const GridResult& grid) {
     const Range range = colourRange(grid.found.meanRange);
     Plot plot = makePlot(grid, "means", "Block means");
-    plot.addColourScale(range, QStringLiteral("y, mm"));
+    plot.addColourScale(range, QStringLiteral("height y, mm"));
     const double middle = (grid.found.blockSize + 1) / 2.0 * static_cast<double>(grid.map.pitch);
     addCells(grid, grid.found.means, range, middle, plot);
     return plot.svg();
@@ -211,7 +211,7 @@ QString meansPicture(const GridResult& grid) {
 QString patchPicture(const GridResult& grid) {
     const PixelGrid pixels = pixelGrid(grid);
     Plot plot = makePlot(grid, "seeds", "Seeds");
-    plot.keepRightFree(Plot::kColourScaleRoom);
+    plot.keepRightFree(Plot::kColourScaleWidth);
     plot.addImage(pixels.z.min, pixels.z.max, pixels.x.min, pixels.x.max, patchImage(grid));
     addPatchNumbers(grid, plot);
     plot.addLegend(QStringLiteral("heights outside the seeds"), "#d5dbe1");

@@ -13,10 +13,10 @@ QString heightPicture(const KxInspect::GridResult& grid);
 /// The block means, each drawn in the middle of its block.
 QString meansPicture(const KxInspect::GridResult& grid);
 
-/// The patches in colours of their own, with their numbers.
+/// The patches, each in its colour and with its number.
 QString patchPicture(const KxInspect::GridResult& grid);
 
-/// Whether z and x are drawn to one scale; not for a scan that would become a thin line.
+/// Whether z and x are drawn to the same scale; false for a scan so narrow that it would become a thin line.
 bool isToScale(const KxInspect::GridResult& grid);
 
 } // namespace kxreport

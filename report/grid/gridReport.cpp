@@ -33,28 +33,28 @@ void addFacts(const GridResult& grid, Page& page) {
          {QStringLiteral("Pitch"), shortestText(map.pitch) + QStringLiteral(" mm")},
          {QStringLiteral("Cells with a height"),
           percentText(grid.heights, std::int64_t{map.rows} * std::int64_t{map.columns})},
-         {QStringLiteral("Lowest, highest"), QStringLiteral("%1, %2 mm")
-                                                 .arg(numberText(static_cast<double>(grid.heightRange.min), 2),
-                                                      numberText(static_cast<double>(grid.heightRange.max), 2))},
+         {QStringLiteral("Lowest, highest cell"), QStringLiteral("%1, %2 mm")
+                                                      .arg(numberText(static_cast<double>(grid.heightRange.min), 2),
+                                                           numberText(static_cast<double>(grid.heightRange.max), 2))},
          {QStringLiteral("Seeds"), QString::number(patches), patches == 0 ? Tone::Bad : Tone::Good},
          {QStringLiteral("Heights in seeds"), percentText(cellsInPatches, grid.heights)}});
 }
 
 void addHeights(const GridResult& grid, Page& page) {
-    const QString scale =
-        isToScale(grid) ? QString() : QStringLiteral(" x is drawn larger than z, for the scan is long and narrow.");
+    const QString scale = isToScale(grid) ? QString() : QStringLiteral(" The scale of x is larger than that of z.");
     page.heading(QStringLiteral("Height map"));
-    page.figure(heightPicture(grid), QStringLiteral("The height y of each cell. White cells have none: there the "
-                                                    "neighbouring points of the profile are more than %1 mm apart.%2")
-                                         .arg(shortestText(grid.map.gap), scale));
+    page.figure(heightPicture(grid),
+                QStringLiteral("The height y of each cell. White cells have no height: the neighbouring points of the "
+                               "profile are more than %1 mm apart.%2")
+                    .arg(shortestText(grid.map.gap), scale));
 }
 
 void addMeans(const GridResult& grid, Page& page) {
     page.heading(QStringLiteral("Block means"));
     page.figure(
         meansPicture(grid),
-        QStringLiteral("The mean height of each block of %1 \u00d7 %1 cells, drawn in the middle of the block; the "
-                       "seeds are searched on these means. White: no height in the block%2.")
+        QStringLiteral("The mean height of each block of %1 \u00d7 %1 cells, drawn at the middle of the block. The "
+                       "search for seeds uses these means. White: no height in the block%2.")
             .arg(QString::number(grid.found.blockSize),
                  grid.found.edgeCut ? QStringLiteral(", or cut away at an edge") : QString()));
 }
@@ -75,8 +75,8 @@ void addPatches(const GridResult& grid, Page& page) {
     }
     page.table(patchColumns(), rows);
     page.paragraph(
-        QStringLiteral("Cells and their area in mm\u00b2; mean, standard deviation, lowest and highest of the "
-                       "heights and the ranges of x and z in mm."));
+        QStringLiteral("Mean, standard deviation (sigma), lowest and highest are those of the heights y; x and z are "
+                       "the ranges of the points."));
     if (patches > kMostRows) {
         page.paragraph(QStringLiteral("The first %1 of %2 seeds.").arg(kMostRows).arg(patches));
     }
@@ -99,8 +99,9 @@ QString gridReport(const GridResult& grid) {
     }
     page.heading(QStringLiteral("Seeds"));
     if (hasPictures) {
-        page.figure(patchPicture(grid), QStringLiteral("Connected patches without steps, each with its number: %1.")
-                                            .arg(searchText(grid.found.search)));
+        page.figure(patchPicture(grid),
+                    QStringLiteral("Connected patches without steps, with their numbers. Search: %1.")
+                        .arg(searchText(grid.found.search)));
     }
     addPatches(grid, page);
     return page.html();

@@ -1,4 +1,4 @@
-// The patches of a height map in words, for tables.
+// The patches of a height map as rows of tables.
 #include "report/grid/patchTable.h"
 
 #include "report/elements/numbers.h"
@@ -18,9 +18,10 @@ QString rangeText(const KxInspect::Range& range) {
 } // namespace
 
 QStringList patchColumns() {
-    return {QStringLiteral("seed"),  QStringLiteral("cells"),  QStringLiteral("area"),    QStringLiteral("mean"),
-            QStringLiteral("sigma"), QStringLiteral("lowest"), QStringLiteral("highest"), QStringLiteral("x"),
-            QStringLiteral("z"),     QStringLiteral("file")};
+    return {QStringLiteral("seed"),        QStringLiteral("cells"),     QStringLiteral("area, mm2"),
+            QStringLiteral("mean, mm"),    QStringLiteral("sigma, mm"), QStringLiteral("lowest, mm"),
+            QStringLiteral("highest, mm"), QStringLiteral("x, mm"),     QStringLiteral("z, mm"),
+            QStringLiteral("file")};
 }
 
 QStringList patchRow(const KxInspect::GridResult& grid, std::size_t index) {
@@ -39,7 +40,7 @@ QStringList patchRow(const KxInspect::GridResult& grid, std::size_t index) {
 
 QString searchText(const KxInspect::PatchSearch& search) {
     const auto length = [](float value) { return QString::number(static_cast<double>(value), 'g', 4); };
-    QString text = QStringLiteral("levels from %1 down to %2 mm every %3 mm, tolerance %4 mm, at least %5 cells")
+    QString text = QStringLiteral("levels from %1 down to %2 mm, %3 mm apart, tolerance %4 mm, at least %5 cells")
                        .arg(length(search.start), length(search.end), length(search.step), length(search.tolerance))
                        .arg(search.minCount);
     if (!std::isnan(search.maxDrop)) {

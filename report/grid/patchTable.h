@@ -1,4 +1,4 @@
-// The patches of a height map in words, for tables.
+// The patches of a height map as rows of tables.
 #pragma once
 
 #include <KxInspect/Grid.h>
@@ -12,7 +12,7 @@ QStringList patchColumns();
 /// The row of a patch, counted from 0.
 QStringList patchRow(const KxInspect::GridResult& grid, std::size_t index);
 
-/// The limits of the search in words.
+/// The limits of the search as text.
 QString searchText(const KxInspect::PatchSearch& search);
 
 } // namespace kxreport

@@ -106,13 +106,17 @@ void addFacts(Page& page, const WheelResults& results) {
 } // namespace
 
 QString wheelReport(const WheelResults& results) {
-    Page page(QStringLiteral("Wheel profiles"), QStringLiteral("Measures of the rim, heights over the flange tip"));
+    Page page(QStringLiteral("Wheel profiles"),
+              QStringLiteral("Measures of the rim; levels are counted from the flange tip towards the axle"));
     addFacts(page, results);
     addTable(page, results);
     page.paragraph(QStringLiteral(
-        "Height at 70: flange height h on the tape circle. x at level 18: distance of the flank from the flange back. "
-        "Width 2 to h-13: from the height 2 to the height h-13 on the flank. Height excess: h less 30 from 29 on, less "
-        "28 below. The measured profile is a mean over 20 points and smooths what is sharper."));
+        "Flange height (Sh), h: the level of the tape circle, 70 mm from the flange back. Flange thickness at level "
+        "18: "
+        "from the flange back to the flank, 18 mm from the tip; for h = 28 mm it is Sd, 10 mm above the tape circle. "
+        "Flank width: across the wheel, from level 2 to level h-13, 13 mm above the tape circle (qR ends 10 mm above "
+        "it). Flange height excess: h - 30 mm for h of at least 29 mm, otherwise h - 28 mm. The measured profile is a "
+        "moving average over 20 points, which rounds sharp edges."));
     int number = 0;
     for (const WheelResult& result : results.wheels) {
         page.heading(fileName(result));
@@ -124,11 +128,11 @@ QString wheelReport(const WheelResults& results) {
             page.warning(QStringLiteral("The profile %1").arg(QString::fromStdString(warning)));
         }
         if (!result.isMeasured()) {
-            page.warning(QStringLiteral("No measure was found."));
+            page.warning(QStringLiteral("The profile has no flange or tread to measure."));
         }
-        page.figure(wheelDrawing(result, QStringLiteral("wheel%1").arg(++number)),
-                    QStringLiteral("The wheel as it stands on the rail, seen along the track: flange back on the left, "
-                                   "flange tip at height 0."));
+        page.figure(
+            wheelDrawing(result, QStringLiteral("wheel%1").arg(++number)),
+            QStringLiteral("The wheel as seen along the track: flange back on the left, flange tip at level 0."));
     }
     if (!results.version.empty()) {
         page.paragraph(QStringLiteral("KxMath %1.").arg(QString::fromStdString(results.version)));

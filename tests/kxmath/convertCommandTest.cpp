@@ -87,7 +87,7 @@ TEST_F(Convert, Refuses) {
     expectRefusals({
         {{"missing.bin", "a.xyz"}, 3, "cannot be read"},
         {{"spatial.bin"}, 2, "2 files needed, got 1"},
-        {{"spatial.bin", "a.abc"}, 2, "does not tell the kind"},
+        {{"spatial.bin", "a.abc"}, 2, "names no kind, give it with --from"},
         {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
         {{"-", "a.xyz"}, 2, "--from"},
         {{"spatial.bin", "a.csv"}, 4, "holds one profile"},
@@ -105,7 +105,7 @@ TEST_F(Info, TellsWhatIsInFiles) {
     write("mixed.bin", whole);
     const ToolResult mixed = run({"mixed.bin"});
     for (const char* const part : {"1 x 2-D cloud section", "1 x 3-D cloud section", "1 x cloud section with colours",
-                                   "2 x profile record", "1500 points, 172 of them not numbers", "x from 0 to 149.5"}) {
+                                   "2 x profile record", "1500 points, 172 of them not finite", "x from 0 to 149.5"}) {
         EXPECT_TRUE(mixed.output.contains(part)) << part << "\n" << mixed.output.constData();
     }
     write("cut.bin", whole.chopped(1));

@@ -82,7 +82,7 @@ TEST_F(GridCommand, CutsEdgesAndWritesPictures) {
     const ToolResult result = run({"scan.bin", "--step", "0.5", "--edge-cut", "-20", "--report", "r.html", "--json",
                                    "j.json", "--out", "patches"});
     EXPECT_TRUE(result.output.contains("cut away at steps below -20 mm")) << result.output.constData();
-    EXPECT_TRUE(result.output.endsWith("Files of the patches: patches\n")) << result.output.constData();
+    EXPECT_TRUE(result.output.endsWith("Files of the seeds: patches\n")) << result.output.constData();
     EXPECT_GT(readJson("j.json")["edgeCut"]["cells"].toInt(), 0);
     const QByteArray html = read("r.html");
     EXPECT_EQ(html.count("<svg"), 3);

@@ -38,7 +38,7 @@ TEST_F(SimulateCommand, Refuses) {
         {{"pass", "--points", "99.5"}, 2, "--points needs a whole number from 16 to 65535, got '99.5'"},
         {{"pass", "--points", "1000000"}, 2, "--points needs a whole number from 16 to 65535, got '1000000'"},
         {{"pass", "--noise", "nan"}, 2, "--noise needs a number from 0 to 10, got 'nan'"},
-        {{"pass", "--seed", "-1"}, 2, "--seed needs a whole number from 0 on, got '-1'"},
+        {{"pass", "--seed", "-1"}, 2, "--seed needs a whole number from 0 to 18446744073709551615, got '-1'"},
         {{"pass", "--records", "csv"}, 2, "--records needs one of profile, cloud, got 'csv'"},
         {{"pass", "--flat", "1:1"}, 2, "--flat needs PAIR:SENSOR:SIZE[:PHASE], got '1:1'"},
         {{"pass", "--flat", "9:1:60"}, 2, "wheel pair 9 of 8"},

@@ -1,4 +1,4 @@
-// The list of commands; finds the one that is asked for and runs it.
+// The list of commands; runs the one that the arguments name.
 #include "tools/kxmath/commands.h"
 
 #include "tools/kxmath/console/exitCodes.h"
@@ -14,14 +14,14 @@ namespace kxtool {
 namespace {
 
 constexpr std::array kCommands = {
-    Command{"simulate", "write the recordings of a simulated train with the truth beside them", runSimulate},
-    Command{"train", "wheels of a train and the distances across its wheel pairs, from two recordings", runTrain},
-    Command{"conicity", "equivalent conicity of a wheel-set on a track, from four profiles", runConicity},
-    Command{"wheel", "height and thickness of flanges, from the profiles of wheels", runWheel},
-    Command{"calibrate", "pose of a sensor from profiles of the calibration object", runCalibrate},
-    Command{"grid", "height map of a scan, its block means and its flat patches", runGrid},
-    Command{"info", "what files hold: kinds, counts, ranges, the first bad byte", runInfo},
-    Command{"convert", "points from one kind of file to another", runConvert},
+    Command{"simulate", "write the recordings of a simulated train, and the truth about it", runSimulate},
+    Command{"train", "measure the wheels of a train and their back-to-back distances from two recordings", runTrain},
+    Command{"conicity", "calculate the equivalent conicity of a wheel-set on a track from four profiles", runConicity},
+    Command{"wheel", "measure flange height and flange thickness from wheel profiles", runWheel},
+    Command{"calibrate", "find the pose of a sensor from profiles of the calibration object", runCalibrate},
+    Command{"grid", "make a height map of a scan, with block means and flat patches", runGrid},
+    Command{"info", "list what files hold: kinds, counts, ranges, the first bad byte", runInfo},
+    Command{"convert", "convert points from one kind of file to another", runConvert},
 };
 
 void printUsage(FILE* stream) {
@@ -29,7 +29,8 @@ void printUsage(FILE* stream) {
     for (const Command& command : allCommands()) {
         std::fprintf(stream, "  %-10s %s\n", command.name, command.summary);
     }
-    std::fputs("\nkxmath COMMAND --help tells the options of a command, kxmath --version the version.\n", stream);
+    std::fputs("\nkxmath COMMAND --help lists the options of a command, kxmath --version prints the version.\n",
+               stream);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The subcommands of kxmath, one file each.
+// The commands of kxmath.
 #pragma once
 
 #include <QtCore/QStringList>
@@ -7,14 +7,14 @@
 
 namespace kxtool {
 
-/// A subcommand. `run` takes the program name followed by the subcommand's arguments and returns an exit code.
+/// A command. `run` takes the program name followed by the command's arguments and returns an exit code.
 struct Command {
     const char* name;
     const char* summary;
     int (*run)(const QStringList& arguments);
 };
 
-/// All subcommands in the order in which the help lists them.
+/// All commands in the order in which the help lists them.
 std::span<const Command> allCommands();
 
 /// Runs the command that the arguments of the program name, or prints the usage. @return the exit code

@@ -62,15 +62,15 @@ TEST(OptionsTest, SaysWhatIsNeededAndWhatItGot) {
         {{"--teeth", "1.5"}, [](auto& o) { o.wholeNumber("teeth"); }, "--teeth needs a whole number, got '1.5'"},
         {{"--teeth", "0"},
          [](auto& o) { o.wholeNumber("teeth", 1); },
-         "--teeth needs a whole number from 1 on, got '0'"},
+         "--teeth needs a whole number of at least 1, got '0'"},
         {{"--shift", "1,x"},
          [](auto& o) { o.numbers("shift", 2); },
-         "--shift needs 2 numbers with ',' between them, got '1,x'"},
+         "--shift needs 2 numbers separated by ',', got '1,x'"},
         {{"--shift", "1,2,3"},
          [](auto& o) {
              o.numbers("shift", 2, {-5.0, 5.0});
          },
-         "--shift needs 2 numbers from -5 to 5 with ',' between them, got '1,2,3'"},
+         "--shift needs 2 numbers from -5 to 5 separated by ',', got '1,2,3'"},
         {{"--wood", "ash"},
          [](auto& o) {
              o.oneOf("wood", {"oak", "elm"});
@@ -80,6 +80,7 @@ TEST(OptionsTest, SaysWhatIsNeededAndWhatItGot) {
         {{"--json", ""}, [](auto& o) { o.output("json"); }, "--json needs the name of a file, got ''"},
         {{}, [](auto& o) { o.arguments("logs", 1); }, "1 or more logs needed, got 0"},
         {{"a", "b"}, [](auto& o) { o.arguments("log", 1, 1); }, "1 log needed, got 2"},
+        {{"a", "b"}, [](auto& o) { o.arguments("log", 0, 0); }, "unexpected argument 'a'"},
     };
     for (const Case& c : cases) {
         const Parsed p(c.arguments);

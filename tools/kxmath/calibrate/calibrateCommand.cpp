@@ -24,24 +24,27 @@ using KxInspect::ProfilePose;
 constexpr const char* kName = "calibrate";
 
 const char* const kDescription =
-    "Finds the pose of a profile sensor in the track frame from profiles of the calibration object, roof ridges along\n"
-    "X of which one is oblique (docs/calibration.md draws it; kxmath simulate --calibration makes such profiles).\n"
+    "Finds the pose of a profile sensor in the track frame from profiles of the calibration object,\n"
+    "roof ridges along X, one of them oblique (docs/calibration.md draws it).\n"
+    "kxmath simulate --calibration makes such profiles.\n"
     "\n"
-    "Files are 2-D cloud sections, profile records, CSV with semicolons, or columns as text, in mm; all profiles of\n"
-    "all files are taken to be of one pose. Their poses are averaged, and the spread is told.\n"
+    "Files are 2-D cloud sections, profile records, CSV with semicolons, or text columns, in mm.\n"
+    "All profiles of all files must be taken from one pose. Their poses are averaged; the table\n"
+    "gives the spread.\n"
     "\n"
-    "Position is the placement code: 2, 4 and 5 turn beta by 180 degrees and find y; 3 and 4 see the object in the\n"
-    "order of -x, with alpha and gamma mirrored.\n"
+    "The position is the placement code. 2, 4 and 5 turn beta by 180 degrees and find y; 3 and 4 see\n"
+    "the object in the order of -x, with alpha and gamma mirrored.\n"
     "\n"
-    "Residuals are the distances of the points from the object along Y. A flank is off when their mean is more than\n"
-    "0.02 mm and four standard deviations.\n"
+    "A residual is the distance of a point from the object along Y. A flank is marked as off when\n"
+    "the mean of its residuals exceeds 0.02 mm and four standard deviations.\n"
     "\n"
-    "--write puts x, y, z in mm, alpha, beta, gamma in degrees, and position as SENSORn/x and so on into an INI file;\n"
-    "other keys stay as they are. Without --sensor-y the key y is left alone for positions that do not find it.\n"
+    "--write stores x, y, z in mm, alpha, beta, gamma in degrees, and the position as SENSORn/x and\n"
+    "so on in an INI file; other keys do not change. Positions that do not find y leave the key y\n"
+    "alone unless --sensor-y gives it.\n"
     "\n"
-    "Exit codes: 0 done, profiles without a pose are told and left out; 1 no pose, or profiles that are not of one\n"
-    "pose; 2 wrong use; 3 a file is unreadable or damaged; 4 an output could not be written. SETTINGS are written\n"
-    "with 0 only.";
+    "Exit codes: 0 done, profiles without a pose are reported and left out; 1 no pose, or the profiles\n"
+    "are not of one pose; 2 wrong use; 3 a file is unreadable or damaged; 4 an output could not be\n"
+    "written. SETTINGS is written only with exit code 0.";
 
 struct Arguments {
     QStringList files;
@@ -56,26 +59,27 @@ struct Arguments {
 
 void addOptions(Options& options) {
     options.addArgument("PROFILE...", QStringLiteral("Profiles of the object, of one pose."));
-    options.addOption("position", QStringLiteral("Placement code of the sensor; needed."), "N");
+    options.addOption("position", QStringLiteral("Placement code of the sensor; required."), "N");
     addObjectOptions(options);
     options.addOption(
         "sensor-y",
-        QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it; for all it tells on which "
-                       "side of the crests the sensor stands, which a profile does not: a rough value does."),
+        QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it. For all positions it decides "
+                       "on which side of the crests the sensor is; a rough value is enough."),
         "mm");
     addColumnsOption(options);
-    options.addOption("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; needed with --write."), "N");
-    options.addOption("write", QStringLiteral("Put the pose into this INI file, which is made where it is missing."),
+    options.addOption("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; required with --write."),
+                      "N");
+    options.addOption("write", QStringLiteral("Store the pose in this INI file; it is created if missing."),
                       "SETTINGS");
     options.addOption(
-        "json", QStringLiteral("Write the result as JSON; - is the standard output, in place of the tables."), "file");
+        "json", QStringLiteral("Write the result as JSON; - is the standard output, instead of the tables."), "file");
     options.addOption("report", QStringLiteral("Write a report with drawings, one HTML file."), "file");
 }
 
 int sensorOption(const Options& options) {
     constexpr int kMaxSensor = 49;
     if (!options.isSet("sensor")) {
-        options.fail(QStringLiteral("--write needs the number of the sensor, --sensor N"));
+        options.fail(QStringLiteral("--sensor N is needed with --write"));
     }
     return options.wholeNumber("sensor", 1, kMaxSensor);
 }
@@ -110,7 +114,7 @@ std::string readSettings(const QString& path) {
         return {};
     }
     if (!info.isFile()) {
-        fail(QStringLiteral("are not a file"));
+        fail(QStringLiteral("cannot be read: not a file"));
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -119,7 +123,7 @@ std::string readSettings(const QString& path) {
     return file.readAll().toStdString();
 }
 
-/// The settings with the pose put in.
+/// The settings with the pose added.
 std::string settingsWith(const std::string& text, const Arguments& a, const KxInspect::SensorPose& pose) {
     return KxInspect::withPose(text, {a.sensor, pose, a.task.placement}, a.settingsName.toStdString());
 }
@@ -153,7 +157,7 @@ CalibrationResult measureAll(const Arguments& a, Progress& progress) {
     return result;
 }
 
-/// Why there is no pose.
+/// The reason for a missing pose.
 QString faultOf(const CalibrationResult& result) {
     if (!result.average.fault.empty()) {
         return QString::fromStdString(result.average.fault);
@@ -187,7 +191,7 @@ int run(const Arguments& a) {
     const bool hasFile = a.settings.isWanted() && !a.settings.isStandardOutput();
     const std::string settings = hasFile ? readSettings(a.settingsName) : std::string();
     if (hasFile) {
-        settingsWith(settings, a, {}); // settings that take no keys are refused before long work
+        settingsWith(settings, a, {}); // refuses settings that cannot hold the keys before the long work starts
     }
     Progress progress;
     const CalibrationResult result = measureAll(a, progress);

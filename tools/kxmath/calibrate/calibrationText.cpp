@@ -1,4 +1,4 @@
-// What kxmath calibrate found, for the standard output.
+// The result of kxmath calibrate as text.
 #include "tools/kxmath/calibrate/calibrationText.h"
 
 #include <cmath>
@@ -28,12 +28,12 @@ QString poseTable(const PoseAverage& average) {
 }
 
 QString flankTable(const FlankResiduals& flanks) {
-    QString text = QStringLiteral("flank                  points      mean       rms   largest, mm from the object\n");
+    QString text = QStringLiteral("flank                  points  mean, mm   rms, mm  largest, mm\n");
     for (std::size_t i = 0; i < flanks.size(); ++i) {
         const FlankResidual& flank = flanks[i];
         text += QString::fromStdString(flankName(i)).leftJustified(21);
         text += QString::number(flank.points).rightJustified(8);
-        text += column(flank.mean, 3, 10) + column(flank.rms, 3, 10) + column(flank.largest, 3, 10);
+        text += column(flank.mean, 3, 10) + column(flank.rms, 3, 10) + column(flank.largest, 3, 13);
         text += flank.isOff() ? QStringLiteral("  off\n") : QStringLiteral("\n");
     }
     return text;

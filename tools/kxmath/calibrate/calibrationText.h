@@ -1,4 +1,4 @@
-// What kxmath calibrate found, for the standard output.
+// The result of kxmath calibrate as text.
 #pragma once
 
 #include <KxInspect/Calibration.h>

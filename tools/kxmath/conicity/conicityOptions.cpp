@@ -14,17 +14,16 @@ using KxInspect::WheelSetPart;
 constexpr WheelSetPart kParts[] = {KxInspect::Wheel1, KxInspect::Rail1, KxInspect::Wheel2, KxInspect::Rail2};
 
 const char* const kDescription =
-    "Calculates the equivalent conicity of a wheel-set on a track from the cross-sections of two wheels and two "
-    "rails.\n"
+    "Calculates the equivalent conicity of a wheel-set on a track from the cross-sections of two\n"
+    "wheels and two rails.\n"
     "\n"
-    "Profiles are 2-D cloud sections, profile records, CSV with semicolons, or the text forms of contact profile "
-    "gauges\n"
-    "(.whl, .ban, .prw, .prr: header lines, then two or more columns), lengths in mm. x is counted outwards, from the\n"
-    "flange back of a wheel and from the gauge side of a rail, and y down; --up and --mirror turn those that stand\n"
-    "otherwise. Left and right look alike.\n"
+    "Profiles are 2-D cloud sections, profile records, CSV with semicolons, or text files of contact\n"
+    "profile gauges (.whl, .ban, .prw, .prr: header lines, then two or more columns), in mm. x points\n"
+    "outwards, from the flange back of a wheel and from the gauge side of a rail; y points down. --up\n"
+    "and --mirror turn profiles of another orientation. Left and right profiles have the same form.\n"
     "\n"
-    "The gauge G is the distance of the rails 14 mm below their tops; each rail is cut there on its gauge side.\n"
-    "The back-to-back distance B is that of the flange backs:\n"
+    "The gauge G is the distance of the rails 14 mm below their tops; each rail is cut there on its\n"
+    "gauge side. The back-to-back distance B is the distance of the flange backs:\n"
     "\n"
     "      wheel 1        |<------------ B ------------>|        wheel 2\n"
     "    __________  __   |                             |   __  __________\n"
@@ -33,11 +32,10 @@ const char* const kDescription =
     "    |      |      |<--------------- G --------------->|      |      |\n"
     "     rail 1                                                   rail 2\n"
     "\n"
-    "Exit codes: 0 done, 1 no conicity can be calculated from these profiles, 2 wrong use, 3 a profile is unreadable "
-    "or\n"
-    "damaged, 4 an output could not be written.";
+    "Exit codes: 0 done, 1 no conicity can be calculated from these profiles, 2 wrong use, 3 a profile\n"
+    "is unreadable or damaged, 4 an output could not be written.";
 
-/// Sets a flag of the orientation of the profiles that an option lists: "wheels", "rails", or single ones.
+/// Sets a flag in the orientation of each profile that an option lists: "wheels", "rails", or single profiles.
 void readParts(const Options& options, const char* option, ConicityInput& input, bool Orientation::*flag) {
     for (const QString& entry : options.text(option).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         bool isKnown = false;
@@ -50,7 +48,7 @@ void readParts(const Options& options, const char* option, ConicityInput& input,
         }
         if (!isKnown) {
             options.failNeed(QStringLiteral("--") + QLatin1String(option),
-                             QStringLiteral("names out of wheels, rails, wheel1, wheel2, rail1, rail2"), entry);
+                             QStringLiteral("wheels, rails, wheel1, wheel2, rail1 or rail2"), entry);
         }
     }
 }
@@ -71,15 +69,15 @@ ConicityOptions::ConicityOptions()
     add("rail2", "Profile of the rail under the second wheel.", "file");
     add("gauge", "Distance of the rails at the gauge depth, mm.", "mm");
     add("back-to-back", "Distance of the flange backs, mm.", "mm");
-    add("gauge-depth", "Height below the rail's top at which the gauge is measured; 0: at the end of the profile.",
-        "mm", "14");
-    add("radius1", "Rolling radius of the first wheel, mm; only the difference to the second one counts.", "mm", "460");
+    add("gauge-depth", "Depth below the rail's top at which the gauge is measured; 0: at the end of the profile.", "mm",
+        "14");
+    add("radius1", "Rolling radius of the first wheel, mm; only the difference of the radii matters.", "mm", "460");
     add("radius2", "Rolling radius of the second wheel, mm.", "mm", "460");
-    add("amplitudes", "About how many amplitudes from 1 mm on are calculated.", "count", "100");
-    add("edge-margin", "Distance from the turning points at which the integration ends, mm.", "mm", "0.001");
-    add("amplitude", "The amplitude whose value is told first, mm.", "mm", "3");
-    add("up", "Profiles with y pointing up: wheels, rails, wheel1, ..., separated by commas.", "list");
-    add("mirror", "Profiles with x pointing inwards, likewise.", "list");
+    add("amplitudes", "Approximate number of amplitudes, which start at 1 mm.", "count", "100");
+    add("edge-margin", "Distance from the turning points at which the integration stops, mm.", "mm", "0.001");
+    add("amplitude", "The amplitude whose conicity is printed first, mm.", "mm", "3");
+    add("up", "Profiles whose y points up: wheels, rails, wheel1, ..., separated by commas.", "list");
+    add("mirror", "Profiles whose x points inwards, in the same form.", "list");
     addColumnsOption(*this);
     add("json", "Write the results as JSON; - is the standard output.", "file");
     add("csv", "Write the curve as CSV (amplitude;conicity); - is the standard output.", "file");

@@ -11,7 +11,7 @@ class ConicityOptions : public Options {
 public:
     ConicityOptions();
 
-    /// What the options say about the profiles and the track.
+    /// The profiles and the track that the options describe.
     KxInspect::ConicityInput input() const;
 };
 

@@ -9,10 +9,10 @@ namespace kxtool {
 
 QString conicityTable(const KxInspect::ConicityResult& result) {
     constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
-    QString text = QStringLiteral("equivalent conicity at %1 mm: %2\n\namplitude  conicity\n")
+    QString text = QStringLiteral("equivalent conicity at %1 mm: %2\n\namplitude, mm  conicity\n")
                        .arg(fixedText(result.shownAmplitude, 1), fixedText(result.shownConicity.value_or(kNone), 4));
     for (const KxInspect::Point& p : result.atWholeAmplitudes) {
-        text += QStringLiteral("%1 mm  %2\n").arg(fixedText(p.x, 0), 6).arg(fixedText(p.y, 4), 8);
+        text += QStringLiteral("%1  %2\n").arg(fixedText(p.x, 0), 13).arg(fixedText(p.y, 4), 8);
     }
     return text;
 }

@@ -7,7 +7,7 @@
 
 namespace kxtool {
 
-/// The conicity at the amplitude that is wanted in particular and at whole ones.
+/// The conicity at the shown amplitude and at whole amplitudes.
 QString conicityTable(const KxInspect::ConicityResult& result);
 
 /// The whole curve.

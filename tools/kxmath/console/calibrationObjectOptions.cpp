@@ -1,4 +1,4 @@
-// Options that describe the calibration object, for all commands that need one.
+// The options that describe the calibration object, shared by the commands that need it.
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 
 namespace kxtool {
@@ -21,7 +21,7 @@ void addObjectOptions(Options& options) {
                       "M");
     options.addOption(
         kOblique,
-        QStringLiteral("Slope of the oblique crest as the object stands, mm of Z per mm of X (of -Z for the positions "
+        QStringLiteral("Slope of the oblique crest in the track frame, mm of Z per mm of X (of -Z for the positions "
                        "3 and 4) [%1; %2 for the positions 2, 4 and 5, where the object is turned with the sensor].")
             .arg(object.obliqueness)
             .arg(-object.obliqueness),
@@ -46,8 +46,8 @@ KxInspect::CalibrationObject objectOption(const Options& options, int placement)
     read(kOblique, object.obliqueness, {-10.0, 10.0});
     read(kPlaneY, object.crestY, {-kLongest, kLongest});
     if (object.obliqueness == 0.0) {
-        options.failNeed(QStringLiteral("--oblique"), QStringLiteral("a number other than 0, or x could not be found"),
-                         options.text(kOblique));
+        options.failNeed(QStringLiteral("--oblique"),
+                         QStringLiteral("a number other than 0 (with 0, x cannot be found)"), options.text(kOblique));
     }
     return object;
 }

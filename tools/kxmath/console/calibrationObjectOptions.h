@@ -1,4 +1,4 @@
-// Options that describe the calibration object, for all commands that need one.
+// The options that describe the calibration object, shared by the commands that need it.
 #pragma once
 
 #include "tools/kxmath/console/options.h"
@@ -13,8 +13,8 @@ void addObjectOptions(Options& options);
 /// The names of these options.
 QStringList objectOptionNames();
 
-/// The object as the options describe it, seen by a sensor of the placement. Throws a CommandError when there is no
-/// such object.
+/// The object that the options describe, as a sensor of the placement sees it. Throws a CommandError when no such object
+/// exists.
 KxInspect::CalibrationObject objectOption(const Options& options, int placement);
 
 } // namespace kxtool

@@ -1,4 +1,4 @@
-// How a step of a subcommand gives up.
+// The exception of the commands.
 #pragma once
 
 #include "tools/kxmath/console/exitCodes.h"
@@ -7,7 +7,7 @@
 
 namespace kxtool {
 
-/// Thrown by any step of a subcommand; the subcommand prints the message as one line and ends with the code.
+/// Thrown by any step of a command; runCommand() prints the message as one line and returns the code.
 struct CommandError {
     ExitCode code;
     QString message;

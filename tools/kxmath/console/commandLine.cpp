@@ -1,4 +1,4 @@
-// What the subcommands do alike with their arguments.
+// Running a command, and its arguments.
 #include "tools/kxmath/console/commandLine.h"
 
 #include "tools/kxmath/console/console.h"
@@ -59,7 +59,7 @@ bool parseOrHelp(QCommandLineParser& parser, const QStringList& arguments, const
         return true;
     }
     QString text = parser.helpText();
-    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the subcommand
+    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // this line names the program without the command
     printOutput(QStringLiteral("Usage: kxmath %1 %2\n").arg(QLatin1String(command), QLatin1String(usage)) + text +
                 QLatin1String(details));
     return false;
@@ -68,7 +68,7 @@ bool parseOrHelp(QCommandLineParser& parser, const QStringList& arguments, const
 OutputFile outputOption(const QCommandLineParser& parser, const char* option) {
     const QString name = QLatin1String(option);
     if (parser.isSet(name) && parser.value(name).isEmpty()) {
-        failUse(QStringLiteral("--%1 is empty").arg(name));
+        failUse(QStringLiteral("--%1 needs the name of a file, got ''").arg(name));
     }
     return {QStringLiteral("--") + name, parser.value(name)};
 }

@@ -1,4 +1,4 @@
-// What the subcommands do alike with their arguments.
+// Running a command, and its arguments.
 #pragma once
 
 #include "tools/kxmath/console/commandError.h"
@@ -10,17 +10,17 @@
 
 namespace kxtool {
 
-/// Gives up because of wrong arguments.
+/// Throws a CommandError (WrongUse).
 [[noreturn]] void failUse(const QString& message);
 
-/// The same, with a hint where the right ones are told.
+/// The same, with a hint at the help of the command.
 [[noreturn]] void failUse(const char* command, const QString& message);
 
-/// Runs the body of a subcommand and prints the CommandError that it may throw. @return the exit code
+/// Runs the body of a command and prints the CommandError or KxInspect::Error that it throws. @return the exit code
 int runCommand(const char* command, const std::function<int()>& body);
 
-/// Parses the arguments of a subcommand, or prints its help when that is asked for: `usage`, what the parser knows,
-/// and `details`. Throws a CommandError when the arguments are wrong.
+/// Parses the arguments of a command, or prints its help on --help: `usage`, what the parser knows, and `details`.
+/// Throws a CommandError when the arguments are wrong.
 /// @return false when the help was printed
 bool parseOrHelp(QCommandLineParser& parser, const QStringList& arguments, const char* command, const char* usage,
                  const char* details = "");

@@ -1,4 +1,4 @@
-// What a subcommand says on stderr and stdout.
+// The output of a command on stderr and stdout.
 #include "tools/kxmath/console/console.h"
 
 #include "tools/kxmath/console/commandError.h"

@@ -1,4 +1,4 @@
-// What a subcommand says on stderr and stdout.
+// The output of a command on stderr and stdout.
 #pragma once
 
 #include "tools/kxmath/console/exitCodes.h"
@@ -9,14 +9,14 @@
 
 namespace kxtool {
 
-/// Prints "kxmath COMMAND: MESSAGE" as one line on stderr, whatever characters file names bring into the message.
+/// Prints "kxmath COMMAND: MESSAGE" as one line on stderr. Control characters, which file names may contain, become '?'.
 void printLine(const char* command, const QString& message);
 
-/// Writes text to stdout. Throws a CommandError when it did not get there.
+/// Writes text to stdout. Throws a CommandError when writing fails.
 void printOutput(const QString& text);
 
-/// Shows on stderr what is being done, when stderr is a terminal; otherwise silent. The line is wiped before anything
-/// else is printed and at the end.
+/// Shows the current step on stderr when stderr is a terminal; otherwise silent. wipe() clears the line; call it before
+/// anything else is printed. The destructor does it, too.
 class Progress {
 public:
     Progress();
@@ -25,11 +25,11 @@ public:
     Progress& operator=(const Progress&) = delete;
 
     void step(const QString& text);
-    /// The part of the step that is done. Prints only when the percentage changes.
+    /// Sets the progress of the step. Prints only when the percentage changes.
     void part(qint64 done, qint64 all);
     void wipe();
 
-    /// Shows what a library call reports while this lives.
+    /// A callback for library calls that shows their progress here. This object must outlive it.
     KxInspect::Progress callback();
 
 private:

@@ -1,14 +1,14 @@
-// What the exit codes of kxmath mean.
+// The exit codes of kxmath.
 #pragma once
 
 namespace kxtool {
 
 enum ExitCode : int {
     Done = 0,
-    NoResult = 1, ///< the data gave no result
+    NoResult = 1, ///< no result could be found in the data
     WrongUse = 2, ///< unknown option, missing argument, value out of range
-    BadInput = 3, ///< input that is missing, unreadable or damaged
-    OutputFailed = 4, ///< output that could not be written
+    BadInput = 3, ///< a missing, unreadable or damaged input
+    OutputFailed = 4, ///< an output could not be written
 };
 
 } // namespace kxtool

@@ -1,4 +1,4 @@
-// Numbers as text, under the names of the commands.
+// Numbers as text, in the namespace of the commands.
 #pragma once
 
 #include "report/elements/numbers.h"

@@ -17,7 +17,7 @@ QString optionText(const char* name) {
     return QStringLiteral("--") + QLatin1String(name);
 }
 
-/// The bounds behind the word for what is bounded: "a number from 1 to 5".
+/// What is bounded and its bounds: "a number from 1 to 5".
 QString needText(const QString& what, const Bounds& bounds) {
     const QString min = QString::number(bounds.min, 'g', 10);
     const QString max = QString::number(bounds.max, 'g', 10);
@@ -29,9 +29,9 @@ QString needText(const QString& what, const Bounds& bounds) {
                                       : QStringLiteral("%1 above %2, up to %3").arg(what, min, max);
     }
     if (std::isinf(bounds.max)) {
-        return QStringLiteral("%1 from %2 on").arg(what, min);
+        return QStringLiteral("%1 of at least %2").arg(what, min);
     }
-    return std::isinf(bounds.min) ? QStringLiteral("%1 up to %2").arg(what, max)
+    return std::isinf(bounds.min) ? QStringLiteral("%1 of at most %2").arg(what, max)
                                   : QStringLiteral("%1 from %2 to %3").arg(what, min, max);
 }
 
@@ -69,7 +69,7 @@ bool Options::parse(const QStringList& arguments) {
         return true;
     }
     QString text = parser_.helpText();
-    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // it would name the program without the command
+    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // this line names the program without the command
     printOutput(QStringLiteral("Usage: kxmath %1 %2\n").arg(QLatin1String(command_), QLatin1String(usage_)) + text +
                 QLatin1String(details_));
     return false;
@@ -130,7 +130,7 @@ std::vector<float> Options::numbers(const char* name, int count, const Bounds& b
     }
     if (fields.size() != count || static_cast<int>(values.size()) != count) {
         const QString need = needText(QStringLiteral("%1 numbers").arg(count), bounds);
-        failNeed(optionText(name), QStringLiteral("%1 with '%2' between them").arg(need).arg(QLatin1Char(separator)),
+        failNeed(optionText(name), QStringLiteral("%1 separated by '%2'").arg(need).arg(QLatin1Char(separator)),
                  text(name));
     }
     return values;
@@ -146,6 +146,9 @@ OutputFile Options::output(const char* name) const {
 QStringList Options::arguments(const char* what, int min, int max) const {
     const QStringList given = parser_.positionalArguments();
     if (given.size() < min || given.size() > max) {
+        if (max == 0) {
+            fail(QStringLiteral("unexpected argument '%1'").arg(given.front()));
+        }
         const QString count = min == max ? QString::number(min) : QStringLiteral("%1 or more").arg(min);
         fail(QStringLiteral("%1 %2 needed, got %3").arg(count, QLatin1String(what)).arg(given.size()));
     }

@@ -1,4 +1,4 @@
-// The files that a subcommand writes for its user.
+// The output files of a command.
 #include "tools/kxmath/console/outputFile.h"
 
 #include "tools/kxmath/console/commandError.h"
@@ -11,7 +11,7 @@ namespace kxtool {
 
 namespace {
 
-/// A name that is the same for all ways to one file; a file that does not exist yet is known by its folder.
+/// The canonical path of a file; that of its folder and its name for a file that does not exist yet.
 QString uniquePath(const QString& path) {
     const QFileInfo file(path);
     if (file.exists()) {
@@ -20,7 +20,7 @@ QString uniquePath(const QString& path) {
     return QFileInfo(file.absolutePath()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
 }
 
-/// Such a thing is written into. Putting a new file in its place would destroy it: /dev/stdout, a named pipe.
+/// A device or pipe (/dev/stdout, a named pipe) is written in place: a new file would replace it.
 bool isDeviceOrPipe(const QString& path) {
     const QFileInfo info(path); // follows links
     return info.exists() && !info.isFile() && !info.isDir();

@@ -1,4 +1,4 @@
-// The files that a subcommand writes for its user.
+// The output files of a command.
 #pragma once
 
 #include <QtCore/QString>
@@ -8,7 +8,7 @@
 
 namespace kxtool {
 
-/// A file named by an option. It appears with its whole content or not at all; a device or pipe is written into.
+/// A file named by an option. It appears with its whole content or not at all; a device or pipe is written in place.
 class OutputFile {
 public:
     /// @param option the option that names the file, for messages
@@ -18,7 +18,7 @@ public:
     bool isWanted() const { return !name_.isEmpty(); }
     bool isStandardOutput() const { return name_ == QLatin1String("-"); }
 
-    /// Writes the whole file. Throws a CommandError when the data did not get there; an older file then stays.
+    /// Writes the whole file. Throws a CommandError when writing fails; an existing file then remains unchanged.
     void write(const QString& content) const;
 
 private:
@@ -27,11 +27,11 @@ private:
 
     QString option_;
     QString name_; ///< as given, for messages
-    QString path_; ///< absolute, so that a later change of the current directory does no harm
+    QString path_; ///< absolute, independent of later changes of the current directory
 };
 
-/// Throws a CommandError when an output cannot be written, is one of the inputs, or is named twice. Made before long
-/// work; leaves no file behind.
+/// Throws a CommandError when an output cannot be written, is one of the inputs, or is named twice. Call it before long
+/// work; it leaves no file.
 void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringList& inputs);
 
 } // namespace kxtool

@@ -16,7 +16,8 @@ KxInspect::Columns columnsOption(const Options& options) {
     const KxInspect::Columns columns{std::max(numbers.value(0).toInt(), 0) - 1,
                                      std::max(numbers.value(1).toInt(), 0) - 1};
     if (numbers.size() != 2 || columns.x < 0 || columns.y < 0) {
-        options.failNeed(QStringLiteral("--columns"), QStringLiteral("two numbers from 1 on, like 1,2"), text);
+        options.failNeed(QStringLiteral("--columns"),
+                         QStringLiteral("two whole numbers of at least 1 separated by ','"), text);
     }
     return columns;
 }

@@ -10,7 +10,7 @@ namespace kxtool {
 /// Adds the option --columns.
 void addColumnsOption(Options& options);
 
-/// The value of --columns. Throws a CommandError when it names no two columns.
+/// The value of --columns. Throws a CommandError unless it names two columns.
 KxInspect::Columns columnsOption(const Options& options);
 
 } // namespace kxtool

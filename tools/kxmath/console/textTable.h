@@ -7,7 +7,7 @@
 
 namespace kxtool {
 
-/// Rows with as many cells each, as lines of columns that are as wide as they must be.
+/// Rows of equally many cells as lines of text, the columns aligned right.
 QString textTable(const std::vector<QStringList>& rows);
 
 } // namespace kxtool

@@ -21,21 +21,21 @@ using KxInspect::FileKind;
 constexpr const char* kName = "convert";
 
 const char* const kDescription =
-    "Converts points from one kind of file to another. The kinds are told by the endings of the file names, or named:\n"
+    "Converts points from one kind of file to another. The endings of the file names select the kinds;\n"
+    "--from and --to override them:\n"
     "\n"
-    "  cloud     .bin .cloud          one cloud section: 2-D, 3-D or 3-D with colours, whatever the points have\n"
-    "  profiles  .profiles .set       profile records; written, a profile begins wherever z changes\n"
+    "  cloud     .bin .cloud          one cloud section: 2-D, 3-D or 3-D with colours, as the points are\n"
+    "  profiles  .profiles .set       profile records; when written, a profile begins wherever z changes\n"
     "  csv       .csv                 one profile, x;y with decimal comma\n"
     "  xyzf      .xyzf                x, y, z and 0 as little-endian floats, nothing else\n"
     "  xyz       .xyz .txt .asc       columns x y z as text\n"
     "  ply       .ply                 vertices with x, y, z and colours\n"
     "  pcd       .pcd                 points with x, y, z and rgb, not compressed\n"
     "\n"
-    "IN or OUT may be - for the standard input or output; its kind must then be named.\n"
+    "IN or OUT may be - for the standard input or output; --from or --to must then name its kind.\n"
     "\n"
-    "Exit codes: 0 done, 2 wrong use, 3 the input is unreadable or damaged, 4 the output could not be written or "
-    "cannot\n"
-    "hold the points.";
+    "Exit codes: 0 done, 2 wrong use, 3 the input is unreadable or damaged, 4 the output could not be\n"
+    "written or cannot hold the points.";
 
 struct Conversion {
     QString in;
@@ -44,7 +44,7 @@ struct Conversion {
     FileKind to;
 };
 
-/// The kind of a file: named by an option, else by the ending of its name.
+/// The kind of a file: the one that the option names, otherwise the one of the file name's ending.
 FileKind kindOf(const Options& options, const char* option, const QString& fileName) {
     if (options.isSet(option)) {
         QStringList names;
@@ -57,7 +57,7 @@ FileKind kindOf(const Options& options, const char* option, const QString& fileN
         return *kind;
     }
     options.fail(
-        QStringLiteral("the name '%1' does not tell the kind, name it with --%2").arg(fileName, QLatin1String(option)));
+        QStringLiteral("the ending of '%1' names no kind, give it with --%2").arg(fileName, QLatin1String(option)));
 }
 
 std::optional<Conversion> parse(const QStringList& arguments) {
@@ -106,7 +106,7 @@ KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir&
         QFile input;
         QFile file(path);
         if (!input.open(stdin, QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly) || !copyAll(input, file)) {
-            throw CommandError{BadInput, QStringLiteral("the standard input cannot be read")};
+            throw CommandError{BadInput, QStringLiteral("cannot read the standard input")};
         }
     }
     try {
@@ -128,7 +128,7 @@ void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points
         QFile file(path);
         QFile output;
         if (!file.open(QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly) || !copyAll(file, output)) {
-            throw CommandError{OutputFailed, QStringLiteral("the standard output cannot be written")};
+            throw CommandError{OutputFailed, QStringLiteral("cannot write to the standard output")};
         }
     }
 }

@@ -1,4 +1,4 @@
-// kxmath grid: from a scan to its height map, block means and patches.
+// kxmath grid: the height map of a scan, its block means and patches.
 #include "report/grid/gridReport.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"

@@ -1,4 +1,4 @@
-// What the user of kxmath grid asks for.
+// The arguments of kxmath grid.
 #include "tools/kxmath/grid/gridOptions.h"
 
 #include "tools/kxmath/console/options.h"
@@ -10,36 +10,40 @@ namespace {
 constexpr const char* kName = "grid";
 
 constexpr const char* kDescription =
-    R"(Makes a height map of a scan: a row for each profile, columns S apart, and the height of the profile in each cell.
-Finds its seeds: connected patches without steps, searched on the mean heights of blocks of cells.
+    R"(Makes a height map of a scan: one row per profile, columns S apart, the height of the profile in
+each cell. Finds its seeds: connected patches without steps, searched on the mean heights of blocks
+of cells.
 
-SET is a profile set (profile records; the positions in the file are not used) or a file of 2-D cloud sections.)";
+SET is a profile set (profile records; the positions in the file are not used) or a file of 2-D
+cloud sections.)";
 
 constexpr const char* kDetails =
     R"(
---seeds takes START,END,STEP,TOLERANCE,MINCOUNT,MAXDROP. A field that is empty or missing has its default:
-  START      height at which the search starts; default: the largest block mean
-  END        height at which it ends; default: the smallest block mean
-  STEP       distance of the heights from START down to END; default: TOLERANCE
-  TOLERANCE  a seed starts at a mean closer than this to one of these heights, and grows to neighbours that differ by
-             less than this. Default: ten times the median difference of neighbouring means, at least 1/500 of
-             the range of the means. Steps in height below blocks times TOLERANCE are bridged.
-  MINCOUNT   least number of cells; default: twice the longer side of the grid
-  MAXDROP    from a mean that lies this much below the first one a seed only grows downwards; default: no limit
+--seeds takes START,END,STEP,TOLERANCE,MINCOUNT,MAXDROP. An empty or missing field has its default:
+  START      height at which the search starts, mm; default: the largest block mean
+  END        height at which it ends, mm; default: the smallest block mean
+  STEP       distance of the search levels from START down to END, mm; default: TOLERANCE
+  TOLERANCE  a seed starts at a mean closer than this to a search level, and grows to neighbours
+             that differ by less than this, mm. Default: ten times the median difference of
+             neighbouring means, at least 1/500 of the range of the means. Steps in height below
+             blocks times TOLERANCE are bridged.
+  MINCOUNT   smallest number of cells; default: twice the longer side of the grid
+  MAXDROP    once its mean is this much below the first one, a seed grows only downwards, mm;
+             default: no limit
 
-The files of --out are 3-D clouds, seed-001.bin and so on, in the coordinates of the scan. A folder that holds such
-files already is refused.
+--out writes 3-D clouds, seed-001.bin and so on, in the coordinates of the scan. A folder that
+already holds such files is refused.
 
-JSON fields: command, version, set, records, emptyRecords, step, gap, rows, columns, originX, originZ, heights,
-heightRange, blockSize, meanRange, edgeCut, search, folder, seeds (seed, cells, area, mean, deviation, x, y, z, file),
-warnings. A missing value is null; lengths are in mm.
+JSON fields: command, version, set, records, emptyRecords, step, gap, rows, columns, originX,
+originZ, heights, heightRange, blockSize, meanRange, edgeCut, search, folder, seeds (seed, cells,
+area, mean, deviation, x, y, z, file), warnings. A missing value is null; lengths are in mm.
 
 Exit codes:
-  0  done, also when there is no seed
+  0  done, also when no seed is found
   1  the pitch gives no height map
   2  wrong use
   3  the scan is missing, unreadable, damaged or without points
-  4  output could not be written
+  4  an output could not be written
 )";
 
 void declare(Options& options) {
@@ -48,24 +52,25 @@ void declare(Options& options) {
     };
     options.addArgument("SET", QStringLiteral("The scan."));
     add("step", "Pitch of the grid along both axes, mm.", "S");
-    add("z0", "Position of the first profile. Default: 0.", "Z", "0");
-    add("dz", "Distance of the profiles. Default: S; otherwise the scan is cut into slices S apart first.", "D");
+    add("z0", "Position of the first profile, mm. Default: 0.", "Z", "0");
+    add("dz", "Distance of the profiles, mm. Default: S; for another value the scan is first cut into slices S apart.",
+        "D");
     add("gap",
-        "Largest distance of neighbouring points between which heights are interpolated. Default: 2.5 times the larger "
-        "of S and the median distance of the points.",
+        "Largest distance of neighbouring points between which heights are interpolated, mm. Default: 2.5 times the "
+        "larger of S and the median distance of the points.",
         "G");
-    add("blocks", "Rows and columns of the blocks that means are taken of. Default: 4.", "N", "4");
+    add("blocks", "Rows and columns of a block for the block means. Default: 4.", "N", "4");
     add("edge-cut",
-        "Cuts away the rims of the scan first: in its outer thirds, where the block mean minus that of the neighbour "
-        "towards the border is less than T (-5: where it drops inwards by more than 5 mm).",
+        "Cuts off the rims of the scan first: in its outer thirds, where the block mean minus that of the neighbour "
+        "towards the border is less than T, mm (-5: where it drops inwards by more than 5 mm).",
         "T");
     add("seeds", "Limits of the search for seeds, see below.", "LIST");
-    add("out", "Writes each seed as a cloud file into this folder, which is made where it is missing.", "DIR");
-    add("json", "Writes the result as JSON; - for the standard output, in place of the table.", "FILE");
-    add("report", "Writes an HTML page with pictures that needs no other file.", "FILE");
+    add("out", "Writes each seed as a cloud file into this folder; it is created if missing.", "DIR");
+    add("json", "Writes the result as JSON; - is the standard output, instead of the table.", "FILE");
+    add("report", "Writes a report with pictures, one HTML file.", "FILE");
 }
 
-/// Takes up the fields of --seeds. One that is empty or missing keeps its default.
+/// Reads the fields of --seeds. An empty or missing field keeps its default.
 void parseSeeds(const Options& options, KxInspect::PatchOptions& patches) {
     constexpr qsizetype kFields = 6;
     QStringList fields = options.text("seeds").split(QLatin1Char(','));

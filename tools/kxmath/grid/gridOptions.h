@@ -1,4 +1,4 @@
-// What the user of kxmath grid asks for.
+// The arguments of kxmath grid.
 #pragma once
 
 #include "tools/kxmath/console/outputFile.h"
@@ -19,7 +19,7 @@ struct GridArguments {
     OutputFile report;
 };
 
-/// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
+/// Throws a CommandError when the arguments are wrong. Empty when --help was given and the help was printed.
 std::optional<GridArguments> parseGridArguments(const QStringList& arguments);
 
 } // namespace kxtool

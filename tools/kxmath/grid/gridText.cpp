@@ -17,8 +17,7 @@ QString patchText(const KxInspect::GridResult& grid) {
     for (std::size_t i = 0; i < grid.found.patches.size(); ++i) {
         rows.push_back(kxreport::patchRow(grid, i));
     }
-    return textTable(rows) +
-           QStringLiteral("\n%1 seeds. Lengths in mm, areas in mm2.\n").arg(grid.found.patches.size());
+    return textTable(rows) + QStringLiteral("\n%1 seeds\n").arg(grid.found.patches.size());
 }
 
 } // namespace
@@ -43,9 +42,9 @@ QString gridText(const KxInspect::GridResult& grid) {
     }
     text += QStringLiteral("Seeds: means of %1 x %1 cells, %2\n\n")
                 .arg(QString::number(grid.found.blockSize), kxreport::searchText(grid.found.search));
-    text += grid.found.patches.empty() ? QStringLiteral("No seeds.\n") : patchText(grid);
+    text += grid.found.patches.empty() ? QStringLiteral("No seeds found\n") : patchText(grid);
     if (!grid.folder.empty() && !grid.found.patches.empty()) {
-        text += QStringLiteral("Files of the patches: %1\n").arg(QString::fromStdString(grid.folder));
+        text += QStringLiteral("Files of the seeds: %1\n").arg(QString::fromStdString(grid.folder));
     }
     return text;
 }

@@ -19,10 +19,9 @@ using KxInspect::PartKind;
 constexpr const char* kName = "info";
 
 const char* const kDescription =
-    "Tells what files hold: cloud sections of each kind, profile records, CSV and the other kinds that kxmath convert\n"
-    "reads; the number of points, their ranges, how many are not numbers, their spacing, and the first byte of a "
-    "damaged\n"
-    "file that cannot be read.\n"
+    "Lists what files hold: cloud sections of each kind, profile records, CSV and the other kinds that\n"
+    "kxmath convert reads; the number of points, their ranges, how many are not finite, their spacing,\n"
+    "and the first byte of a damaged file that cannot be read.\n"
     "\n"
     "Exit codes: 0 done, 1 a file is empty, 2 wrong use, 3 a file is unreadable or damaged.";
 
@@ -44,7 +43,7 @@ QString partText(const FileContents& contents, PartKind kind) {
 
 QString rangeText(char axis, const KxInspect::Range& range) {
     return range.isEmpty() ? QString()
-                           : QStringLiteral("  %1 from %2 to %3\n")
+                           : QStringLiteral("  %1 from %2 to %3 mm\n")
                                  .arg(QLatin1Char(axis))
                                  .arg(static_cast<double>(range.min))
                                  .arg(static_cast<double>(range.max));
@@ -55,10 +54,10 @@ QString contentsText(const QString& name, const FileContents& contents) {
     for (const KxInspect::PartCount& part : contents.parts) {
         text += QStringLiteral("  %1 x %2\n").arg(part.count).arg(partText(contents, part.kind));
     }
-    text += QStringLiteral("  %1 points, %2 of them not numbers\n").arg(contents.points).arg(contents.missing);
+    text += QStringLiteral("  %1 points, %2 of them not finite\n").arg(contents.points).arg(contents.missing);
     text += rangeText('x', contents.x) + rangeText('y', contents.y) + rangeText('z', contents.z);
     if (!std::isnan(contents.spacing)) {
-        text += QStringLiteral("  spacing in x %1 (median)\n").arg(static_cast<double>(contents.spacing));
+        text += QStringLiteral("  median spacing in x: %1 mm\n").arg(static_cast<double>(contents.spacing));
     }
     if (contents.damage) {
         text += QStringLiteral("  ") + QString::fromStdString(contents.damage->reason()) + QLatin1Char('\n');
@@ -66,7 +65,7 @@ QString contentsText(const QString& name, const FileContents& contents) {
     return text;
 }
 
-/// Prints what is in one file. @return the exit code that it asks for
+/// Prints what is in one file. @return the exit code for this file
 int printContents(const QString& name) {
     Progress progress;
     const FileContents contents = KxInspect::readFileContents(name.toStdString(), progress.callback());
@@ -80,7 +79,7 @@ int printContents(const QString& name) {
 
 int runChecked(const QStringList& arguments) {
     Options options(kName, "FILE...", QLatin1String(kDescription));
-    options.addArgument("FILE...", QStringLiteral("The files to look into."));
+    options.addArgument("FILE...", QStringLiteral("The files to examine."));
     if (!options.parse(arguments)) {
         return Done;
     }

@@ -4,6 +4,7 @@
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 
 #include <array>
+#include <limits>
 
 namespace kxtool {
 
@@ -21,7 +22,7 @@ std::array<double, 3> threeNumbers(const Options& options, const char* name, dou
     const QStringList fields = options.text(name).split(QLatin1Char(','));
     std::array<double, 3> numbers{};
     if (fields.size() != 3) {
-        options.failNeed(option, QStringLiteral("three numbers, like 1,-2,3"), options.text(name));
+        options.failNeed(option, QStringLiteral("3 numbers separated by ','"), options.text(name));
     }
     for (size_t i = 0; i < numbers.size(); ++i) {
         numbers[i] = options.toNumber(fields[static_cast<qsizetype>(i)], QStringLiteral("each part of ") + option,
@@ -34,7 +35,7 @@ QStringList ownOptions() {
     return QStringList{QLatin1String(kProfiles), QLatin1String(kTurn), QLatin1String(kMove)} + objectOptionNames();
 }
 
-/// Refuses options that belong to the other thing to simulate.
+/// Refuses options of the other kind of simulation.
 void checkNames(const Options& options, bool isCalibration) {
     QStringList allowed = ownOptions() + QStringList{QLatin1String(kCalibration)};
     for (const char* const shared : kSharedOptions) {
@@ -74,12 +75,12 @@ void addShotOptions(Options& options) {
         options.addOption(name, description, value, QLatin1String(byDefault));
     };
     add(kCalibration,
-        QStringLiteral("write profiles of the calibration object in place of a train, seen by a sensor with this "
-                       "placement code; of the options above, --seed, --points, --half-angle, --noise and --max-range "
-                       "count with it, with defaults of their own: 1, 1280, 30 deg, 0.02 mm and 450 mm"),
+        QStringLiteral("write profiles of the calibration object instead of a train, seen by a sensor with this "
+                       "placement code; of the options above only --seed, --points, --half-angle, --noise and "
+                       "--max-range apply, with the defaults 1, 1280, 30 deg, 0.02 mm and 450 mm"),
         "N", "");
-    add(kProfiles, QStringLiteral("how many, all from one pose [1]"), "N", "1");
-    add(kTurn, QStringLiteral("turn of the sensor from its nominal pose in alpha, beta and gamma, deg [0,0,0]"),
+    add(kProfiles, QStringLiteral("number of profiles, all from one pose [1]"), "N", "1");
+    add(kTurn, QStringLiteral("rotation of the sensor from its nominal pose in alpha, beta and gamma, deg [0,0,0]"),
         "A,B,C", "0,0,0");
     add(kMove, QStringLiteral("shift of the sensor from its nominal pose, mm [0,0,0]"), "X,Y,Z", "0,0,0");
     addObjectOptions(options);
@@ -90,7 +91,8 @@ quint64 seedOption(const Options& options) {
     const QString text = options.text("seed");
     const quint64 seed = text.toULongLong(&isNumber);
     if (!isNumber) {
-        options.failNeed(QStringLiteral("--seed"), QStringLiteral("a whole number from 0 on"), text);
+        options.failNeed(QStringLiteral("--seed"),
+                         QStringLiteral("a whole number from 0 to %1").arg(std::numeric_limits<quint64>::max()), text);
     }
     return seed;
 }

@@ -11,11 +11,11 @@ namespace kxtool {
 /// Adds --calibration and the options that belong to it.
 void addShotOptions(Options& options);
 
-/// The start of the random numbers, which both things to simulate take.
+/// The seed of the random numbers, for both kinds of simulation.
 quint64 seedOption(const Options& options);
 
-/// What is to be simulated when --calibration is given. Throws a CommandError for values out of range, and for options
-/// that have no meaning with it or without it.
+/// The shots to simulate when --calibration is given. Throws a CommandError for values out of range, and for options that
+/// have no meaning with it or without it.
 std::optional<kxsim::CalibrationShots> shotOptions(const Options& options);
 
 } // namespace kxtool

@@ -1,4 +1,4 @@
-// kxmath simulate: writes the recordings of a train that never was.
+// kxmath simulate: writes the recordings of a simulated train.
 #include "simulator/simulation.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
@@ -18,11 +18,11 @@ using kxsim::Parameters;
 constexpr const char* kName = "simulate";
 
 const char* const kDescription =
-    "Simulates a train that passes two profile sensors, and writes into DIR what they record, the settings that fit,\n"
-    "and the truth. The same options give the same bytes.\n"
+    "Simulates a train that passes two profile sensors. Writes the recordings, the matching settings\n"
+    "and the truth about the train into DIR. The same options give the same bytes.\n"
     "\n"
-    "Files: PREFIX_SERIAL.bin of both sensors, settings.ini for wheels and distances, defects.ini for defects of the\n"
-    "tread, truth.json. With --calibration: calibration-1.bin and so on, truth.json.\n"
+    "Files: PREFIX_SERIAL.bin of both sensors, settings.ini for wheels and distances, defects.ini for\n"
+    "defects of the tread, truth.json. With --calibration: calibration-1.bin and so on, truth.json.\n"
     "\n"
     "Exit codes: 0 done, 2 wrong use, 4 DIR or a file in it could not be written.";
 
@@ -33,16 +33,17 @@ QString defaultText(const NumberInfo& info) {
 }
 
 void addOptions(Options& options) {
-    options.addArgument("DIR", "directory to write, made where it is missing");
-    options.addOption("seed", "start of the random numbers [1]", "N", "1");
+    options.addArgument("DIR", "directory for the files; it is created if missing");
+    options.addOption("seed", "seed of the random numbers [1]", "N", "1");
     options.addOption("prefix", "first part of the names of the recordings [train]", "NAME", "train");
     options.addOption("records", "kind of the records, profile or cloud [profile]", "KIND", "profile");
-    options.addOption("spacing", "points at equal steps of the angle or of the line [angle]", "KIND", "angle");
-    options.addOption("flat", "flat on a tread: PAIR:SENSOR:LENGTH[:PHASE], may be given more than once", "DEFECT");
-    options.addOption("build-up", "metal on a tread: PAIR:SENSOR:HEIGHT[:PHASE], may be given more than once",
-                      "DEFECT");
+    options.addOption("spacing", "points at equal steps of the angle or of the laser line: angle or line [angle]",
+                      "KIND", "angle");
+    options.addOption("flat", "wheel flat: PAIR:SENSOR:LENGTH[:PHASE], mm; may be given more than once", "DEFECT");
+    options.addOption(
+        "build-up", "metal build-up on a tread: PAIR:SENSOR:HEIGHT[:PHASE], mm; may be given more than once", "DEFECT");
     options.addFlag("no-rails", "leave out the rails");
-    options.addFlag("no-background", "leave out what stands beside the track");
+    options.addFlag("no-background", "leave out objects beside the track");
     options.addFlag("no-objects", "leave out all parts of the train but the wheels");
     for (const NumberInfo& info : kxsim::allNumbers()) {
         const QString help = QStringLiteral("%1 [%2]").arg(QLatin1String(info.help), defaultText(info));
@@ -69,7 +70,7 @@ void readNumber(const Options& options, const NumberInfo& info, Parameters& para
         info.member);
 }
 
-/// Reads PAIR:SENSOR:SIZE[:PHASE]. @return false when the text is something else
+/// Reads PAIR:SENSOR:SIZE[:PHASE]. @return false for a text of another form
 bool readDefect(const QString& text, Defect& defect) {
     const QStringList fields = text.split(QLatin1Char(':'));
     if (fields.size() < 3 || fields.size() > 4) {
@@ -126,7 +127,7 @@ int runChecked(const QStringList& arguments) {
     }
     const QString folder = options.arguments("DIR", 1, 1).front();
     if (folder.isEmpty()) {
-        options.fail(QStringLiteral("DIR is empty"));
+        options.failNeed(QStringLiteral("DIR"), QStringLiteral("the name of a directory"), folder);
     }
     const auto shots = shotOptions(options);
     const Parameters parameters = shots ? Parameters{} : readParameters(options);

@@ -9,25 +9,26 @@ namespace {
 
 using KxInspect::kWheelMeasures;
 
-/// What a measure is called in --min-... and --max-..., in the order of kWheelMeasures.
+/// The names of the measures in --min-... and --max-..., in the order of kWheelMeasures.
 constexpr const char* kMeasureOptions[kWheelMeasures.size()] = {"height", "thickness", "width", "excess"};
 
 const char* const kDescription =
-    "Measures the profiles of wheels. With heights counted from the tip of the flange towards the axle:\n"
+    "Measures wheel profiles. A level is the distance from the tip of the flange, towards the axle.\n"
+    "All measures are in mm:\n"
     "\n"
-    "  heightAt70        flange height h: the height 70 mm from the flange back, on the tape circle\n"
-    "  xAtLevel18        distance of the flank at the height 18 from the flange back\n"
-    "  widthLevel2ToH13  distance on the flank, across the wheel, from the height 2 to the height h - 13\n"
-    "  heightExcess      h - 30 when h is 29 or more, h - 28 when it is below\n"
+    "  heightAt70        flange height (Sh) h: the level of the tape circle, 70 mm from the flange back\n"
+    "  xAtLevel18        flange thickness at level 18: distance of the flank from the flange back\n"
+    "  widthLevel2ToH13  width of the flank across the wheel, from level 2 to level h - 13\n"
+    "  heightExcess      flange height excess: h - 30 for h of at least 29, otherwise h - 28\n"
     "\n"
-    "Files are 2-D cloud sections, profile records, CSV with semicolons, or the text forms of contact profile gauges\n"
-    "(.whl, .prw: header lines, then two or more columns), lengths in mm, x outwards from the flange back and y down;\n"
-    "--up and --mirror turn what stands otherwise. 3-D cloud sections hold the cross-section of a rim: y is the "
-    "height,\n"
-    "and x and z are turned about --centre until the section lies along x, its outer end at the flange back.\n"
+    "Files are 2-D cloud sections, profile records, CSV with semicolons, or text files of contact\n"
+    "profile gauges (.whl, .prw: header lines, then two or more columns), in mm. x points outwards\n"
+    "from the flange back, y points down; --up and --mirror turn profiles of another orientation.\n"
+    "A 3-D cloud section holds the cross-section of a rim: y is the height; x and z are turned about\n"
+    "--centre until the section lies along x, its outer end at the flange back.\n"
     "\n"
-    "Exit codes: 0 done, 1 a wheel has no flange or tread to measure, 2 wrong use, 3 a file is unreadable or damaged,\n"
-    "4 an output could not be written. Limits do not change the exit code.";
+    "Exit codes: 0 done, 1 a wheel has no flange or tread to measure, 2 wrong use, 3 a file is\n"
+    "unreadable or damaged, 4 an output could not be written. Limits do not change the exit code.";
 
 QByteArray limitOption(const char* bound, std::size_t measure) {
     return QByteArray(bound) + '-' + kMeasureOptions[measure];
@@ -57,16 +58,15 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
     addFlag("up", QStringLiteral("y of the profiles points up."));
     addFlag("mirror", QStringLiteral("x of the profiles points inwards."));
     addColumnsOption(*this);
-    add("flange-back", "x of the flange back in profiles, which begin there, by default at their end.", "mm");
+    add("flange-back", "x of the flange back in the profiles. Default: their smallest x.", "mm");
     add("spacing",
-        "Put points so far apart on the lines between those of profiles, 0.01 to 1 mm; without, the points are "
-        "measured as they are.",
+        "Resample the profiles linearly at this spacing, 0.01 to 1 mm. Default: the points are measured as they are.",
         "mm");
     add("centre", "Centre of the wheel in 3-D cloud sections.", "x,z", "0,0");
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const QByteArray key = kWheelMeasures[i].key;
-        add(limitOption("min", i).constData(), ("Smallest " + key + " that is allowed.").constData(), "mm");
-        add(limitOption("max", i).constData(), ("Largest " + key + " that is allowed.").constData(), "mm");
+        add(limitOption("min", i).constData(), ("Smallest allowed " + key + ".").constData(), "mm");
+        add(limitOption("max", i).constData(), ("Largest allowed " + key + ".").constData(), "mm");
     }
     add("json", "Write the measures as JSON; - is the standard output.", "file");
     add("csv", "Write the measures as CSV; - is the standard output.", "file");

@@ -11,10 +11,10 @@ class WheelCommandOptions : public Options {
 public:
     WheelCommandOptions();
 
-    /// The files, and what the options say about their content.
+    /// The files with their orientation and columns.
     std::vector<KxInspect::CrossSection> wheels() const;
 
-    /// What they say about the measurement.
+    /// The options of the measurement.
     KxInspect::WheelOptions measurement() const;
 };
 

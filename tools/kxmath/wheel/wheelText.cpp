@@ -24,7 +24,7 @@ float valueOf(const WheelResult& result, const WheelMeasure& measure) {
     return (result.measures.*measure.value).value_or(std::numeric_limits<float>::quiet_NaN());
 }
 
-/// A text as a field of CSV, in quotes where it needs them.
+/// A text as a field of CSV, quoted where necessary.
 QString csvField(QString text) {
     if (!text.contains(QLatin1Char(';')) && !text.contains(QLatin1Char('"')) && !text.contains(QLatin1Char('\n'))) {
         return text;
@@ -41,7 +41,7 @@ QString wheelTable(const KxInspect::WheelResults& results) {
     }
     QString text = QStringLiteral("file").leftJustified(nameWidth);
     for (const WheelMeasure& measure : kWheelMeasures) {
-        text += QStringLiteral("  ") + QLatin1String(measure.key);
+        text += QStringLiteral("  %1, mm").arg(QLatin1String(measure.key));
     }
     text += QStringLiteral("  verdict\n");
     for (const WheelResult& result : results.wheels) {
@@ -50,7 +50,7 @@ QString wheelTable(const KxInspect::WheelResults& results) {
         }
         text += fileName(result).leftJustified(nameWidth);
         for (const WheelMeasure& measure : kWheelMeasures) {
-            const auto width = static_cast<qsizetype>(qstrlen(measure.key));
+            const auto width = static_cast<qsizetype>(qstrlen(measure.key) + qstrlen(", mm"));
             text += QStringLiteral("  ") + fixedText(valueOf(result, measure), 2).rightJustified(width);
         }
         const QString verdict = QLatin1String(textOf(result.verdict));
