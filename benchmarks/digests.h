@@ -8,12 +8,12 @@ namespace kxbench {
 
 using testing_support::BitDigest;
 
-/// As much of a digest as a double holds.
+/// The bits of a digest that a double holds.
 inline Digest resultOf(const BitDigest& digest) {
     return {static_cast<double>(digest.value() >> 12), 0.0};
 }
 
-/// Of jobs that only tell whether they are done.
+/// Of jobs that return only success or failure.
 template <typename Job>
 Digest digestDone(Job& job) {
     return {job.isDone ? 1.0 : 0.0, 0.0};

@@ -12,16 +12,16 @@
 
 namespace kxbench {
 
-/// The processor time of this process in seconds. Nothing that is measured here waits or uses a second thread, so that
-/// this is the time on a quiet machine, and a busy one disturbs it less than the clock on the wall.
+/// The processor time of this process in seconds. Nothing measured here waits or uses a second thread, so this equals the
+/// wall time on an idle machine; on a busy one it is less disturbed.
 inline double processorSeconds() {
     timespec time;
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-/// What the competitors of an operation must give alike, within `tolerance` of its value. Nothing where they differ by
-/// their nature: in limits, which do only a part of the job.
+/// A result that all competitors of an operation must share, within the relative `tolerance`. Empty for limits, which do
+/// only a part of the job.
 struct Digest {
     double value = std::numeric_limits<double>::quiet_NaN();
     double tolerance = 0.0; ///< relative
@@ -33,12 +33,12 @@ Digest nothing(Object&) {
     return {};
 }
 
-/// Measures what one object takes on the heap: prepared, at most during the work and after it.
+/// Measures the heap use of one object: prepared, peak during the work, and after it.
 template <typename Object, typename Prepare, typename Work>
 void countBytes(benchmark::State& state, Prepare prepare, Work work) {
     for (auto _ : state) {
         {
-            Object first; // whatever is made only once is there afterwards
+            Object first; // creates everything that is made only once
             prepare(first);
             work(first);
         }
@@ -55,13 +55,13 @@ void countBytes(benchmark::State& state, Prepare prepare, Work work) {
     }
 }
 
-/// One competitor: "kx", "peer_NAME" (does the same job), "like_NAME" (does a like job by another rule, so that there
-/// is nothing to compare) or "limit_NAME" (what the job cannot do without).
-/// @param batch so many objects are prepared and worked on in one iteration, since the clock itself takes a third of a
-///        microsecond; the counter of this name tells what times are to be divided by
+/// One competitor: "kx", "peer_NAME" (does the same job), "like_NAME" (does a similar job by another rule, whose result
+/// cannot be compared) or "limit_NAME" (a lower bound: a part of the job that cannot be avoided).
+/// @param batch number of objects that one iteration prepares and works on, because reading the clock takes a third of a
+///        microsecond; times must be divided by the counter of this name
 /// @param prepare fills a new `Object`
 /// @param work is timed
-/// @param digest is asked once, after the work
+/// @param digest is called once, after the work
 template <typename Object, typename Prepare, typename Work, typename Result>
 void add(const std::string& operation, int size, const char* who, int batch, Prepare prepare, Work work,
          Result digest) {

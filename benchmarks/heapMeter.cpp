@@ -1,5 +1,5 @@
-// Takes the place of the C library's functions for memory, which do the work, and counts. By operator new, by Qt's
-// containers and by other libraries memory comes from these functions as well.
+// Replaces the memory functions of the C library by ones that call them and count. Operator new, Qt's containers and
+// other libraries use these functions, too.
 #include "heapMeter.h"
 
 #include <malloc.h>
@@ -17,8 +17,8 @@ void __libc_free(void* block);
 
 namespace {
 
-/// Blocks of this size and more have pages of their own, for good: without this the library raises the bound when such
-/// a block is freed. When they grow, their pages are moved and not copied.
+/// Blocks of at least this size always get their own pages: by default the library raises the threshold when such a block
+/// is freed. When such blocks grow, their pages are remapped instead of copied.
 constexpr std::size_t kPagesFrom = 128 * 1024;
 
 kxbench::HeapMeter meter;
@@ -61,7 +61,7 @@ void* realloc(void* block, std::size_t size) noexcept {
     const std::size_t before = malloc_usable_size(block);
     void* const moved = __libc_realloc(block, size);
     if (moved == nullptr && size != 0) {
-        return nullptr; // the block is still there
+        return nullptr; // the old block still exists
     }
     const bool isCopied = moved != block && before < kPagesFrom;
     if (!isCopied) {
@@ -88,7 +88,7 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexce
 }
 
 void free(void* block) noexcept {
-    const int error = errno; // free() leaves it as it was
+    const int error = errno; // preserved by free()
     lower(malloc_usable_size(block));
     __libc_free(block);
     errno = error;

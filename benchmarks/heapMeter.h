@@ -1,4 +1,4 @@
-// What is on the heap, in the program that counts it.
+// The heap use, in the program that counts it.
 #pragma once
 
 #include <atomic>
@@ -6,13 +6,13 @@
 
 namespace kxbench {
 
-/// Bytes on the heap of this process, with what its blocks are rounded up by.
+/// Bytes on the heap of this process, including the rounding of block sizes.
 struct HeapMeter {
     std::atomic<std::size_t> live = 0; ///< now
-    std::atomic<std::size_t> most = 0; ///< at most since it was last set
+    std::atomic<std::size_t> most = 0; ///< peak since it was last set
 };
 
-/// Null in the program that measures times: counting would take some.
+/// Null in the program that measures times, because counting takes time.
 inline HeapMeter* heapMeter = nullptr;
 
 } // namespace kxbench

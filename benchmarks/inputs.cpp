@@ -13,7 +13,7 @@ using KxMath::KxPointXYZ;
 
 namespace {
 
-/// The list for a key, filled when there is none yet.
+/// The list for a key, filled on the first call.
 template <typename Point, typename Key, typename Next>
 const QList<Point>& cached(std::map<Key, QList<Point>>& lists, const Key& key, int count, Next next) {
     QList<Point>& points = lists[key];
@@ -79,7 +79,7 @@ const QList<KxPointXYZ>& densePoints(int count) {
     constexpr int kFar = 100;
     static std::map<int, QList<KxPointXYZ>> lists;
     std::mt19937 random(5);
-    constexpr float kWhole = 5.0f; // a cube of so many millimetres is filled wholly or not at all
+    constexpr float kWhole = 5.0f; // mm; cubes of this size are filled completely or not at all
     const float side = kWhole * std::round(std::cbrt(static_cast<float>(count)) / kWhole);
     std::uniform_real_distribution<float> anywhere(0.0f, side);
     return cached(lists, count, count, [&](int i) {
@@ -122,7 +122,7 @@ const KxMath::KxProfileZSet& profileSet() {
         KxMath::KxProfileZ profile(0.0625f * static_cast<float>(row));
         profile.points = profilePoints(kProfilePoints, static_cast<unsigned>(row % 16));
         for (KxPointXY& p : profile.points) {
-            p.x *= 0.9999f; // off the columns of the grid
+            p.x *= 0.9999f; // moves points off the columns of the grid
         }
         set.profiles.append(profile);
         set.stepZ = 0.0625f; // as in x: a grid of 1280 columns

@@ -1,4 +1,4 @@
-// The inputs that the benchmarks share: same seed, same numbers. Made when first asked for.
+// The inputs that the benchmarks share: same seed, same numbers. Created on first use.
 #pragma once
 
 #include <KxMath/KxMath.h>
@@ -19,20 +19,20 @@ const QList<KxMath::KxPointXYZ>& scanPoints(int count);
 /// The same points in random order.
 const QList<KxMath::KxPointXYZ>& shuffledScan(int count);
 
-/// Points anywhere in a cube of 100 mm.
+/// Uniformly distributed points in a cube of 100 mm.
 const QList<KxMath::KxPointXYZ>& randomPoints(int count);
 
-/// Points anywhere in a cube, about one per cubic millimetre, but for the last 100, which lie 50 mm apart far away.
+/// Uniformly distributed points in a cube, about one per cubic millimetre; the last 100 are far away, 50 mm apart.
 const QList<KxMath::KxPointXYZ>& densePoints(int count);
 
-/// 2-D points, x anywhere in 1000 mm.
+/// 2-D points, x uniformly distributed over 1000 mm.
 enum class Order { Random, Sorted, Reversed, NearlySorted, Ties };
 const QList<KxMath::KxPointXY>& orderedPoints(int count, Order order);
 
 /// A set of `kRows` profiles of `kProfilePoints` points 0.0625 mm apart.
 const KxMath::KxProfileZSet& profileSet();
 
-/// A deep copy: nothing is copied while the time runs.
+/// A deep copy, so that nothing is copied while the time is measured.
 template <typename T>
 QList<T> freshCopy(const QList<T>& points) {
     QList<T> copy = points;

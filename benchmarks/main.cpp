@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
     if (kxbench::heapMeter == nullptr) {
-        // Memory that was freed stays with the process: no competitor pays for the first touch of its pages each time.
+        // Freed memory stays with the process, so that no competitor pays for page faults each time.
         mallopt(M_MMAP_THRESHOLD, 1 << 30);
         mallopt(M_TRIM_THRESHOLD, 1 << 30);
     }

@@ -1,4 +1,4 @@
-// Polar form as the library defines it, point by point by the standard library's functions.
+// Polar form as the header defines it, point by point with the functions of the standard library.
 #pragma once
 
 #include <cmath>

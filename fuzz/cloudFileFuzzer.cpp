@@ -1,4 +1,4 @@
-// Any bytes as cloud sections of each kind.
+// Arbitrary bytes as cloud sections of each kind.
 #include "input.h"
 #include "scratch.h"
 
@@ -6,7 +6,7 @@ using namespace KxMath;
 
 namespace {
 
-/// Reads sections until one fails; what was read is written and read again.
+/// Reads sections until one fails; writes each and reads it again.
 template <typename Point>
 void readAll(const QString& path) {
     QFile file(path);

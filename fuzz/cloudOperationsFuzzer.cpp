@@ -20,7 +20,7 @@ QList<int> positions(Input& in) {
     return list;
 }
 
-/// The cells of a density filter are walked one by one, which is slow where they are small.
+/// A density filter visits its cells one by one, which is slow for small cells.
 bool isLongFilter(const KxPointCloud<KxPointXYZ>& cloud, float cell) {
     return kxfuzz::isLongWalk(kxfuzz::extentOf(cloud.points, &KxPointXYZ::x), cell) ||
            kxfuzz::isLongWalk(kxfuzz::extentOf(cloud.points, &KxPointXYZ::y), cell) ||
@@ -28,7 +28,7 @@ bool isLongFilter(const KxPointCloud<KxPointXYZ>& cloud, float cell) {
 }
 
 void filter(KxPointCloud<KxPointXYZ>& cloud, Input& in) {
-    // The cached ranges may be older than the points and lead over a long way too, so only some of these are tried.
+    // Outdated cached ranges may also cause long loops, so only some of these are tried.
     const float cell = in.number();
     const float maxDistance = in.number();
     const int minCount = in.count();
@@ -62,7 +62,7 @@ void count(KxPointCloud<Point>& cloud, float step) {
     histogram.calcMassCenter();
 }
 
-/// Takes part of a cloud, into itself too.
+/// Extracts part of a cloud, also into the cloud itself.
 void select(KxPointCloud<KxPointXYZ>& cloud, KxPointCloud<KxPointXYZ>& other, Input& in) {
     KxPointCloud<KxPointXYZ>& out = in.yes() ? cloud : other;
     float n[6];

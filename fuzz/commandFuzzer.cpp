@@ -1,4 +1,4 @@
-// Any bytes as the files of the commands info, wheel, conicity, grid, train and calibrate. The first four bytes choose
+// Arbitrary bytes as the files of the commands info, wheel, conicity, grid, train and calibrate. The first four bytes choose
 // the command and its options.
 #include "input.h"
 #include "scratch.h"
@@ -25,7 +25,7 @@ struct Choice {
 
 constexpr const char* kEndings[] = {".bin", ".set", ".csv", ".xyzf", ".xyz", ".ply", ".pcd", ".whl"};
 
-/// Writes the files of an input under names that only this run has: settings are kept by name, size and time.
+/// Writes the files of an input under names unique to this run: QSettings caches files by name, size and time.
 QStringList writeFiles(const QList<QByteArray>& contents, const QString& ending) {
     static int run = 0;
     ++run;
@@ -124,7 +124,7 @@ int runGrid(const Choice& choice, const QStringList& files) {
     return kxtool::runGrid(arguments);
 }
 
-/// The last file is the one that the pose is put into.
+/// The last file receives the pose.
 int runCalibrate(const Choice& choice, const QStringList& files) {
     QStringList arguments = {QStringLiteral("kxmath"),     files[0],
                              QStringLiteral("--position"), choice.pick({"1", "2", "3", "4", "5"}),

@@ -1,4 +1,4 @@
-// The equivalent conicity of wheels and rails that are more or less well-formed.
+// The equivalent conicity of more or less well-formed wheels and rails.
 #include "input.h"
 
 #include "shapes/crossSections.h"
@@ -15,7 +15,7 @@ namespace {
 
 using Owned = std::vector<std::unique_ptr<KxProfile>>;
 
-/// Points of the bytes only, or a real shape of which some are changed.
+/// Points made from the bytes only, or a real shape with some changed points.
 void fill(KxProfile& profile, bool isWheel, Input& in) {
     const std::uint8_t shape = in.byte();
     if (shape % 4 == 0) {
@@ -27,7 +27,7 @@ void fill(KxProfile& profile, bool isWheel, Input& in) {
     } else {
         kxtool::appendRoundRail(profile, 32.0f + static_cast<float>(shape));
     }
-    // Smaller ones than real ones, which make more runs.
+    // Smaller than real profiles, which allows more runs.
     profile.resize(static_cast<float>(in.byte() % 8 + 1) / 16.0f, 1.0f, 1.0f);
     for (int n = in.byte() % 8; n > 0; --n) {
         KxPointXY& p = profile.points[in.take<std::uint16_t>() % profile.points.size()];
@@ -39,7 +39,7 @@ void fill(KxProfile& profile, bool isWheel, Input& in) {
     }
 }
 
-/// A distance of the track, mostly near one that fits.
+/// A track distance, mostly near a suitable one.
 float distance(float usual, Input& in) {
     const float change = in.number();
     return in.byte() % 8 == 0 ? change : usual + change;
@@ -65,10 +65,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     const float radius2 = distance(460.0f, in);
     const float railDistance = distance(1442.0f, in);
     const float wheelDistance = distance(1360.0f, in);
-    // Where splines swing out, each of 100000 amplitudes takes a sum over as many points.
+    // If splines overshoot, each of 100000 amplitudes takes a sum over as many points.
     const auto amplitudes = static_cast<unsigned>(in.byte() % 64);
-    constexpr size_t kRoom = 10100; // points of a wheel 1 m wide, every 0.1 mm
-    std::vector<KxProfile*> contacts1(kRoom), contacts2(kRoom);
+    constexpr size_t kCapacity = 10100; // points of a wheel 1 m wide, every 0.1 mm
+    std::vector<KxProfile*> contacts1(kCapacity), contacts2(kCapacity);
     KxProfile* placed[4] = {};
     int count1 = 0;
     int count2 = 0;

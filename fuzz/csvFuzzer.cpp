@@ -1,4 +1,4 @@
-// Any bytes as the CSV text of a profile. The first two bytes choose the columns.
+// Arbitrary bytes as the CSV text of a profile. The first two bytes choose the columns.
 #include "input.h"
 #include "scratch.h"
 

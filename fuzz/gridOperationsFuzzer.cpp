@@ -13,10 +13,10 @@ namespace {
 constexpr int kMaxProfiles = 20;
 constexpr int kMaxPoints = 30;
 constexpr int kMostCells = 20000;
-constexpr float kTooMany = 1.1e9f; // columns of a row that no 32 bits count the bytes of
+constexpr float kTooMany = 1.1e9f; // columns of a row whose byte count exceeds 32 bits
 
 void fill(KxProfileZSet& set, Input& in) {
-    // A scan as it should be, or one of any points.
+    // A regular scan, or one of arbitrary points.
     const bool isScan = in.byte() % 4 != 0;
     for (int profiles = in.byte() % (kMaxProfiles + 1); profiles > 0 && !in.isEmpty(); --profiles) {
         KxProfileZ profile(isScan ? static_cast<float>(set.size()) * 0.5f : in.number());
@@ -76,7 +76,7 @@ void change(KxProfileZSet& set, KxProfileZSet& other, Input& in) {
     }
 }
 
-/// Takes a rectangle within the matrix out of it.
+/// Removes a rectangle from the matrix.
 void cutRectangle(KxMatrixCloud& matrix, Input& in) {
     const int column = in.byte() % matrix.columns;
     const int row = in.byte() % matrix.rows;
@@ -105,7 +105,7 @@ void findSeeds(KxMatrixCloud& matrix, Input& in) {
     const float start = in.yes() ? high : in.number();
     const float end = in.yes() ? low : in.number();
     const float step = in.number();
-    if (!kxfuzz::isLongWalk(start - end, step, 1000.0f)) { // all cells are looked at for each level
+    if (!kxfuzz::isLongWalk(start - end, step, 1000.0f)) { // every level visits all cells
         QList<KxPointCloud<KxPointXYZ>*> seeds;
         const int count = histos.extractSeeds(matrix, &seeds, start, end, step, in.number(), in.count(), in.number());
         kxfuzz::require(count == seeds.size());

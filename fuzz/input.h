@@ -11,7 +11,7 @@
 
 namespace kxfuzz {
 
-/// Takes values off the front of the bytes; behind their end all values are 0.
+/// Takes values from the front of the bytes; after their end all values are 0.
 class Input {
 public:
     Input(const std::uint8_t* data, size_t size) : at_(data), end_(data + size) {}
@@ -30,7 +30,7 @@ public:
     std::uint8_t byte() { return take<std::uint8_t>(); }
     bool yes() { return byte() % 2 != 0; }
 
-    /// Any float, but often one of a small grid, so that values meet, or one of the size of measurements.
+    /// Any float, but often one of a small grid, so that values coincide, or one of the size of measurements.
     float number() {
         const std::uint8_t kind = byte();
         if (kind < 128) {
@@ -83,7 +83,7 @@ void appendPoints(QList<Point>& points, Input& in, int most, Point (Input::*take
     }
 }
 
-/// Whether a walk over an extent takes so many steps that it is legal but too slow to be tried often.
+/// Whether the steps over an extent are too many to be tried often, although legal.
 inline bool isLongWalk(float extent, float step, float most = 2000.0f) {
     return step > 0.0f && std::abs(extent / step) > most;
 }

@@ -83,7 +83,7 @@ SECTIONS = b"".join(section(2, profile(30, 40.0 + i / 4 if i > 1 else 140.0)) fo
 
 
 def thinned(data, every):
-    """Cloud sections or profile records with every so many of their points."""
+    """Cloud sections or profile records with every n-th of their points."""
     at = 0
     result = []
     while at < len(data) and len(result) < 40:

@@ -1,4 +1,4 @@
-// Any bytes as each kind of file that the command line reads points from. The first byte chooses columns and kind.
+// Arbitrary bytes as each kind of file that the command line reads points from. The first byte chooses columns and kind.
 #include "input.h"
 #include "scratch.h"
 
@@ -12,7 +12,7 @@ using KxInspect::kFileKinds;
 
 namespace {
 
-/// Calls what may throw an Error: what a user is told.
+/// Calls a function that may throw an Error.
 template <typename Call>
 void tryCall(Call call) {
     try {

@@ -1,4 +1,4 @@
-// Any bytes as profile records and sets of profiles.
+// Arbitrary bytes as profile records and sets of profiles.
 #include "input.h"
 #include "scratch.h"
 

@@ -18,7 +18,7 @@ constexpr int kMaxPoints = 200;
 constexpr int kMaxOperations = 12;
 constexpr int kMaxDegree = 50;
 
-/// What one operation is called with.
+/// The arguments of one operation.
 struct Arguments {
     std::array<float, 8> n;
     int w;
@@ -35,8 +35,8 @@ struct Arguments {
     }
 };
 
-/// Room for what is written by index.
-void makeRoom(KxProfile& out, KxProfile& source) {
+/// Enlarges profiles that are written by index.
+void enlarge(KxProfile& out, KxProfile& source) {
     while (out.size() < source.size()) {
         out.points.append(KxPointXY(0, 0));
     }
@@ -48,7 +48,7 @@ bool isLongSampling(KxProfile& profile, float step) {
 
 void filter(KxProfile& profile, KxProfile& other, const Arguments& a, std::uint8_t operation) {
     KxProfile& out = a.flag ? profile : other;
-    makeRoom(out, profile);
+    enlarge(out, profile);
     const KxLine line(a.n[0], a.n[1]);
     switch (operation % 16) {
     case 0:
@@ -61,7 +61,7 @@ void filter(KxProfile& profile, KxProfile& other, const Arguments& a, std::uint8
         profile.diffFilt(out, a.w);
         break;
     case 3:
-        makeRoom(out, other);
+        enlarge(out, other);
         profile.calcDistance(other, out, a.w, 0, a.v > 0);
         break;
     case 4:
@@ -83,7 +83,7 @@ void filter(KxProfile& profile, KxProfile& other, const Arguments& a, std::uint8
         profile.splashFilterPolar(out, a.n[0], a.n[1], a.n[2]);
         break;
     case 10:
-        profile.wndFilterPolar(out, a.n[0], std::min(a.w, 4096), a.v); // each window is walked through to its end
+        profile.wndFilterPolar(out, a.n[0], std::min(a.w, 4096), a.v); // every window is visited to its end
         break;
     case 11:
         profile.removeNoise(a.w, a.v, a.n[0], a.n[1]);

@@ -1,4 +1,4 @@
-// Any bytes as settings and two recordings, through detection, distances and defects, over files and in memory.
+// Arbitrary bytes as settings and two recordings, through detection, distances and defects, over files and in memory.
 #include "input.h"
 #include "scratch.h"
 

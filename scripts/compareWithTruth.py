@@ -1,4 +1,4 @@
-"""compareWithTruth.py RESULT.json TRUTH.json: what `kxmath train` found next to what `kxmath simulate` drew.
+"""compareWithTruth.py RESULT.json TRUTH.json: compares the result of `kxmath train` with the truth of `kxmath simulate`.
 
 Ends with 1 when a wheel is missing or invented, or when a distance is off by more than 0.1 mm.
 """
@@ -26,7 +26,7 @@ def compare(result, truth):
     faults = 0
     print(f"{'pair':>4}  {'records left':>14}  {'records right':>14}  {'measured mm':>12}  {'truth mm':>10}  {'error mm':>9}")
     for true in truth["pairs"]:
-        # The measured pair whose wheels both lie where the true ones do.
+        # The measured pair whose wheels are both at the positions of the true ones.
         sides = [wheel_of(true, sensor) for sensor in sensors]
         found = [
             pair

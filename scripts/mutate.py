@@ -1,4 +1,4 @@
-"""Plants faults in the library, one after the other, and shows which of them the tests find.
+"""Mutation testing: plants faults in the library one at a time and shows which of them the tests find.
 
 A copy of the tree is built in build-mutate. Each fault changes one place of one source file: a comparison, a sign, a
 constant, an operand, a test for NaN. The library is built again and the test programs run, those of the file's own
@@ -30,7 +30,7 @@ NUMBER = re.compile(r"(?<![\w.])(\d+\.\d+(?:e-?\d+)?f?|\d+)(?![\w.])")
 
 
 def swapped(first, second):
-    """Two texts for each other, where spaces stand around them: templates have none."""
+    """Swaps two texts between spaces; templates have no spaces around them."""
     return [(re.compile(rf"(?<= ){re.escape(a)}(?= )"), lambda m, b=b: b)
             for a, b in ((first, second), (second, first))]
 
@@ -58,10 +58,8 @@ FAULTS = {
     "other bound": swapped("std::min(", "std::max(") + [(re.compile(r"std::min\("), lambda m: "std::max("),
                                                          (re.compile(r"std::max\("), lambda m: "std::min(")],
 }
-# Numbers that only tell how much is done at a time or from which size on another way is quicker: no result depends on
-# them.
-SPEED_ONLY = re.compile(r"\bk(AtOnce|WindowsAtOnce|Portion|PolarPortion|Near|Few\w*|Many|Worthwhile|Counted|Points|"
-                        r"Chains|Groups|Doubt|TanOf\w+) = ")
+# Block sizes and thresholds for speed, on which no result depends.
+SPEED_ONLY = re.compile(r"\bk(Block|BlockSize|Part|Unroll|FewRecords|ManyLevels|Worthwhile|Counted|Points|TanOf\w+) = ")
 NO_CODE = re.compile(r"^\s*(//|\*|#|template|static_assert|using |namespace|@)")
 
 
@@ -72,7 +70,7 @@ def code_of(line):
 
 
 def compiled_lines(file):
-    """The numbered lines without those that machines of the other byte order alone would run."""
+    """The numbered lines without those for machines of the other byte order."""
     foreign = None
     for number, line in enumerate((ROOT / file).read_text().splitlines()):
         indent = len(line) - len(line.lstrip())
@@ -100,7 +98,7 @@ def all_faults(files):
 
 
 def pick(faults, count, chance):
-    """`count` faults, spread over areas, kinds and files, and a reserve behind them for those that do not compile."""
+    """`count` faults, spread over areas, kinds and files, and a reserve after them to replace those that do not compile."""
     groups = collections.defaultdict(list)
     for fault in faults:
         groups[(fault["file"].split("/")[1], fault["kind"])].append(fault)
@@ -122,7 +120,7 @@ def pick(faults, count, chance):
 
 
 def survivors():
-    """What survived the last time, where the lines still stand somewhere."""
+    """The faults that survived the last run and whose lines still exist."""
     for fault in json.loads(REPORT.read_text()):
         lines = (ROOT / fault["file"]).read_text().splitlines()
         places = [i for i, line in enumerate(lines) if line.strip() == fault["before"]]
@@ -173,7 +171,7 @@ def prepare():
     for name in filter(None, tracked.decode().split("\0")):
         target = COPY / name
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy(ROOT / name, target)  # newer than what was built with a fault that was not taken back
+        shutil.copy(ROOT / name, target)  # newer than a build with a fault that was not removed
     subprocess.run(["cmake", "-S", str(COPY), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                     "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -D_GLIBCXX_ASSERTIONS", "-DKXMATH_DEVELOPER=OFF",
                     "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"], check=True,

@@ -24,17 +24,17 @@ need() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends "${missing[@]}"
 }
 
-# What every build needs.
+# Needed by every build.
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev)
-# What the tests need besides: GoogleTest, the other compiler, and what looks at the library and at the pages.
+# Also needed by the tests: GoogleTest, the other compiler, and tools that examine the library and the pages.
 test_packages=(libgtest-dev clang pkg-config binutils python3)
-# What the fuzzers need besides: the other compiler with its sanitizers.
+# Also needed by the fuzzers: the other compiler with its sanitizers.
 fuzz_packages=(clang libclang-rt-14-dev python3)
-# What the benchmarks need besides: Google Benchmark, and the libraries that they measure beside ours.
+# Also needed by the benchmarks: Google Benchmark, and the libraries that ours is compared with.
 benchmark_packages=(libbenchmark-dev python3 libboost-dev libgsl-dev libalglib-dev libeigen3-dev libnanoflann-dev
     libpcl-dev libopencv-dev pkg-config)
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-    export CCACHE_SLOPPINESS=pch_defines,time_macros # asked for where headers are precompiled
+    export CCACHE_SLOPPINESS=pch_defines,time_macros # required for precompiled headers
 fi

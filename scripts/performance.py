@@ -13,11 +13,11 @@ import math
 import sys
 
 MARK = "<!-- tables -->\n"
-MOST_COPIES = 2.0  # that an operation on many points may hold beside its input and its result
+MOST_COPIES = 2.0  # that an operation on many points may hold besides its input and result
 
 
 def read_results(name):
-    """The least time in ns and the digest by operation, size and competitor; the context of the run."""
+    """The shortest time in ns and the digest by operation, size and competitor; the context of the run."""
     with open(name, encoding="utf-8") as file:
         results = json.load(file)
     times = collections.defaultdict(lambda: collections.defaultdict(dict))
@@ -55,7 +55,7 @@ def read_goals(name):
 
 
 def differing(digests):
-    """The competitors whose result is not the library's."""
+    """The competitors whose result differs from the library's."""
     wrong = []
     for (operation, size, who), (value, tolerance) in sorted(digests.items()):
         own = digests.get((operation, size, "kx"))
@@ -77,7 +77,7 @@ def display(who):
 
 
 def best(competitors, kind):
-    """The quickest competitor of a kind, as name and time."""
+    """The fastest competitor of a kind, as name and time."""
     found = [(time, who) for who, time in competitors.items() if who.startswith(kind)]
     return min(found) if found else None
 
@@ -112,7 +112,7 @@ def operations_table(times):
 
 
 def goal_ratios(times, goals):
-    """The ratios that goals are set for, where they were measured."""
+    """The measured ratios that have a goal."""
     ratios = {}
     for operation, size, who in goals:
         competitors = times.get(operation, {}).get(size, {})
@@ -136,7 +136,7 @@ def goals_table(times, goals):
 
 
 def copies_beside(use):
-    """What is held beside input and result, in copies of the larger one; None where there is hardly any of both."""
+    """Memory besides input and result, in copies of the larger one; None if both are very small."""
     both = max(use["before"], use["after"])
     larger = max(use["before"], use["after"] - use["before"])
     return (use["most"] - both) / larger if larger >= 0.01 * use["most"] else None

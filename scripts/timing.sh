@@ -1,8 +1,8 @@
-# Sourced by .ci/run and scripts/check-all: runs their parts and prints at the end how long each took.
+# Sourced by .ci/run and scripts/check-all: runs their parts and prints at the end the time that each took.
 
 part_times=()
 
-# part NAME COMMAND...: with the exit code of the command.
+# part NAME COMMAND...: returns the exit code of the command.
 part() {
     local name=$1 start=$SECONDS code=0
     shift

@@ -1,4 +1,4 @@
-// ALGLIB: the nearest neighbour of each point, and without those that have none near enough.
+// ALGLIB: the nearest neighbour of each point, and the removal of isolated points.
 #include "cloud/jobs.h"
 
 #include <alglibmisc.h>

@@ -1,4 +1,4 @@
-// Filters of density, next to a hash grid that counts.
+// Density filters compared with a counting hash grid.
 #include "cloud/jobs.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Eigen: one matrix for the three turns of a cloud.
+// Eigen: one matrix for three rotations of a cloud.
 #include "cloud/turn.h"
 
 #include <Eigen/Geometry>
@@ -11,7 +11,7 @@ Eigen::Matrix3f turnOf() {
     const auto turn = [](float degrees, const Eigen::Vector3f& axis) {
         return Eigen::AngleAxisf(degrees * static_cast<float>(M_PI / 180.0), axis);
     };
-    // From +x towards +z is the other way about y.
+    // A rotation from +x to +z is negative about y.
     const Eigen::Matrix3f turned = (turn(kTurnYZ, Eigen::Vector3f::UnitX()) * turn(-kTurnXZ, Eigen::Vector3f::UnitY()) *
                                     turn(kTurnXY, Eigen::Vector3f::UnitZ()))
                                        .toRotationMatrix();

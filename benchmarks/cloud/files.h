@@ -1,4 +1,4 @@
-// The clouds that are written and read.
+// The clouds for the benchmarks of files.
 #pragma once
 
 #include "cloud/jobs.h"
@@ -8,14 +8,14 @@
 
 namespace kxbench {
 
-/// Points of one type, and what their files are called in the tables.
+/// Points of one type, and the name of their file kind in the tables.
 template <typename Point>
 struct FileKind {
     std::string name;
     const QList<Point>& (*points)(int count);
 };
 
-/// The random points in a grey that follows their height.
+/// The random points with grey values by height.
 inline const QList<KxMath::KxPointXYZRGB>& colouredPoints(int count) {
     static std::map<int, QList<KxMath::KxPointXYZRGB>> lists;
     QList<KxMath::KxPointXYZRGB>& points = lists[count];
@@ -35,7 +35,8 @@ inline const QList<KxMath::KxPointXY>& flatPoints(int count) {
 /// Calls for each kind and size.
 template <typename Work>
 void forEachFileKind(Work work) {
-    work(FileKind<KxMath::KxPointXY>{"2-D cloud", flatPoints}, std::numeric_limits<quint16>::max()); // a file's most
+    work(FileKind<KxMath::KxPointXY>{"2-D cloud", flatPoints},
+         std::numeric_limits<quint16>::max()); // maximum of a file
     for (const int n : kCloudSizes) {
         work(FileKind<KxMath::KxPointXYZ>{"3-D cloud", randomPoints}, n);
         work(FileKind<KxMath::KxPointXYZRGB>{"coloured cloud", colouredPoints}, n);

@@ -1,4 +1,4 @@
-// Writing and reading clouds, next to one call for the same bytes. Files are in memory.
+// Writing and reading clouds, compared with a single call for the same bytes. Files are in memory.
 #include "cloud/files.h"
 
 #include <cstdio>

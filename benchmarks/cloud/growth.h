@@ -5,7 +5,7 @@
 
 namespace kxbench {
 
-/// Just more than what a list of twice the room is taken for: the worst moment for memory.
+/// One more than a capacity at which lists grow to twice the size: the worst case for memory.
 constexpr int kGrownSizes[] = {88000, 700000};
 
 constexpr const char* kGrowByPoints = "growing by points";

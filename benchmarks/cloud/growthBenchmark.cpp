@@ -1,4 +1,4 @@
-// Clouds that grow, next to the standard library's vector.
+// Growing clouds, compared with the vector of the standard library.
 #include "cloud/growth.h"
 
 #include <vector>

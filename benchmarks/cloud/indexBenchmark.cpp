@@ -55,7 +55,7 @@ void forEachRun(const Cloud& cloud, Work work) {
                 name, n, "peer_sorted_vector", 1, fill,
                 [](IndexJob& j) {
                     forEachRun(j.cloud, [&](float z, int i) { j.entries.emplace_back(z, -i); });
-                    std::sort(j.entries.begin(), j.entries.end()); // of one key the last position comes first
+                    std::sort(j.entries.begin(), j.entries.end()); // for equal keys the last position comes first
                     const auto end = std::unique(j.entries.begin(), j.entries.end(),
                                                  [](const Entry& a, const Entry& b) { return a.first == b.first; });
                     j.entries.erase(end, j.entries.end());

@@ -1,4 +1,4 @@
-// What the competitors of the operations on clouds work on.
+// Input and output of the competitors for operations on clouds.
 #pragma once
 
 #include "digests.h"
@@ -12,7 +12,7 @@ using Cloud = KxMath::KxPointCloud<KxMath::KxPointXYZ>;
 
 constexpr int kCloudSizes[] = {100000, 1000000};
 
-/// A cloud with its range, room for a result, and points for those that work on plain lists.
+/// A cloud with its range, a cloud for the result, and points for competitors that work on plain lists.
 struct CloudJob {
     Cloud cloud;
     Cloud out;
@@ -48,13 +48,12 @@ inline Digest digestList(CloudJob& job) {
     return digestXY(job.points);
 }
 
-/// How many there are, nearly: balls at the rim of a cloud hold few points, and points between balls are not looked at.
+/// Approximate count: balls at the rim of a cloud hold few points, and points between balls are not visited.
 inline Digest digestSize(CloudJob& job) {
     return {static_cast<double>(job.cloud.size()), 0.005};
 }
 
-/// Of the points in whatever order: the library's stretches of equal z overlap by one point, so that only the places of
-/// a few differ.
+/// Of the points in any order: the library's runs of equal z overlap by one point, so that the positions of a few differ.
 template <typename Points>
 Digest digestHeap(const Points& points) {
     double sum = 0.0;
@@ -79,12 +78,12 @@ inline bool isInBox(const KxMath::KxPointXYZ& p) {
     return p.x >= kLow && p.x <= kHigh && p.y >= kLow && p.y <= kHigh && p.z >= kLow && p.z <= kHigh;
 }
 
-/// Filters of density over `densePoints`: cells that hold some 125 points, of which none stands alone.
+/// Density filters on `densePoints`: cells of about 125 points, without isolated points.
 constexpr float kCell = 5.0f;
 constexpr float kMaxDistance = 4.0f;
 constexpr int kMinCount = 3;
 
-/// A competitor of both filters that take out what has no near neighbour.
+/// A competitor for both filters that remove isolated points.
 inline void addNeighbourSearch(const char* who, int n, void (*removeIsolated)(CloudJob&)) {
     const auto fill = cloudOf(densePoints, n);
     add<CloudJob>("cubicFilter2", n, who, 1, fill, removeIsolated, digestCloud);

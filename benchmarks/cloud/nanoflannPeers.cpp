@@ -1,4 +1,4 @@
-// nanoflann: the nearest neighbour of each point, and without those that have none near enough.
+// nanoflann: the nearest neighbour of each point, and the removal of isolated points.
 #include "cloud/jobs.h"
 
 #include <nanoflann.hpp>
@@ -9,7 +9,7 @@ namespace kxbench {
 
 namespace {
 
-/// What nanoflann asks of a cloud.
+/// The data set interface of nanoflann.
 struct Adaptor {
     const QList<KxMath::KxPointXYZ>& points;
 

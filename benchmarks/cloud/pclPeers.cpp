@@ -1,4 +1,4 @@
-// The Point Cloud Library: boxes, filters of density, binary files, and growth.
+// The Point Cloud Library: boxes, density filters, binary files, and growth.
 #include "cloud/files.h"
 #include "cloud/growth.h"
 

@@ -1,4 +1,4 @@
-// Range, queries by box and ball, sections, and removal, next to plain loops.
+// Range, queries by box and ball, sections, and removal, compared with plain loops.
 #include "cloud/jobs.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The turn that is measured.
+// The rotation that is measured.
 #pragma once
 
 #include "cloud/jobs.h"

@@ -1,4 +1,4 @@
-// Turning clouds, next to the definition point by point.
+// Rotating clouds, compared with the definition point by point.
 #include "cloud/turn.h"
 #include "polar.h"
 

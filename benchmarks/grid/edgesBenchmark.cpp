@@ -30,7 +30,7 @@ int cut(KxMatrixCloud& matrix, HistoCell& inner, HistoCell& outer, HistoCell& ma
     return count;
 }
 
-/// All columns of a row before the next row: what belongs to one column comes in its order all the same.
+/// All columns of a row before the next row, which keeps the order within each column.
 void cutRowByRow(GridJob& j) {
     QList<QList<HistoCell>>& histos = j.histos.histoRows;
     const int rows = static_cast<int>(histos.size());
@@ -62,7 +62,7 @@ void cutRowByRow(GridJob& j) {
     j.value = count;
 }
 
-/// What was counted and what is left.
+/// The number of removed cells and the remaining ones.
 Digest digestEdges(GridJob& j) {
     BitDigest digest;
     digest.add(static_cast<int>(j.value));

@@ -1,4 +1,4 @@
-// What the competitors of the operations on sets of profiles and height maps work on.
+// Input and output of the competitors for operations on profile sets and height maps.
 #pragma once
 
 #include "digests.h"
@@ -19,7 +19,7 @@ constexpr int kGridPoints = kRows * kProfilePoints;
 constexpr float kPitch = 0.0625f;
 constexpr float kMaxGap = 0.5f;
 
-/// The objects of the library, and plain ones for what others make of them.
+/// Objects of the library, and plain ones for the other competitors.
 struct GridJob {
     int rows = kRows;
     KxMath::KxProfileZSet set;
@@ -83,7 +83,7 @@ inline void fillMeans(GridJob& job) {
 constexpr float kTolerance = 0.3f;
 constexpr int kMinCount = 50;
 
-/// The points of a seed or of a profile, whoever made it.
+/// The points of a seed or profile of any competitor.
 inline const QList<KxPointXYZ>& pointsOf(const Cloud* seed) {
     return seed->points;
 }
@@ -105,7 +105,7 @@ inline Digest digestValue(GridJob& job) {
     return {job.value, 0.0};
 }
 
-/// A competitor with one object at a time. The library's own also works on fewer rows, so that its growth is seen.
+/// A competitor with one object at a time. The library also works on fewer rows, which shows how its time grows.
 template <typename Prepare, typename Work, typename Result>
 void addOnGrid(const char* operation, const std::string& who, Prepare prepare, Work work, Result digest) {
     for (const int rows : {kRows / 4, kRows}) {

@@ -1,4 +1,4 @@
-// Height maps: made of a set, counted, trimmed, turned into a cloud.
+// Height maps: made from a set, counted, trimmed, converted to a cloud.
 #include "grid/jobs.h"
 
 #include <algorithm>
@@ -93,7 +93,7 @@ void addSize() {
         digestValue);
 }
 
-/// Nothing but reading the cells, 16 bytes at a time in chains that do not wait for each other.
+/// Only reads the cells, 16 bytes at a time in independent chains.
 void readCells(GridJob& j) {
     using Bits4 __attribute__((vector_size(16))) = unsigned;
     Bits4 all[4] = {};

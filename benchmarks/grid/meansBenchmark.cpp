@@ -9,7 +9,7 @@ namespace kxbench {
 
 namespace {
 
-/// Sums and numbers of the cells above and to the left of each one, in double precision.
+/// Sums and counts of the cells above and to the left of each cell, in double precision.
 struct IntegralImage {
     explicit IntegralImage(const KxMatrixCloud& matrix)
         : width(static_cast<std::size_t>(matrix.columns) + 1),
@@ -60,8 +60,8 @@ void meansByIntegralImage(GridJob& j, int block) {
 
 using Float4 __attribute__((vector_size(16))) = float;
 
-/// Nothing but the sums of the definition: those of 16 neighbouring blocks side by side, each row by row and column by
-/// column, over heights without empty cells.
+/// Only the sums of the definition: 16 neighbouring blocks in parallel lanes, each row by row and column by column, over
+/// heights without empty cells.
 void orderedSums(GridJob& j, int block) {
     constexpr int kSideBySide = 16;
     std::vector<float> out(kGridPoints);

@@ -9,7 +9,7 @@ namespace kxbench {
 
 namespace {
 
-/// Block means as points, and normals that all point up: what is left to measure is the growing.
+/// Block means as points with normals that point up, so that only the growing is measured.
 struct GrowingJob {
     pcl::PointCloud<pcl::PointXYZ>::Ptr cloud = std::make_shared<pcl::PointCloud<pcl::PointXYZ>>();
     pcl::PointCloud<pcl::Normal>::Ptr normals = std::make_shared<pcl::PointCloud<pcl::Normal>>();
@@ -29,9 +29,9 @@ void fill(GrowingJob& j) {
     j.normals->assign(j.cloud->size(), pcl::Normal(0, 1, 0, 0));
 }
 
-/// Regions by the same step between neighbours, but another rule: neighbours are the nearest points instead of those
-/// in the row and the column, a cell behind a step belongs to the region and only is not gone on from, and regions do
-/// not start at levels. Nothing is moved out of the matrix.
+/// Regions by the same step between neighbours, but another rule: neighbours are the nearest points instead of those in
+/// the row and column, a cell beyond a step belongs to the region but is not grown from, and regions do not start at
+/// levels. No cells are moved out of the matrix.
 void grow(GrowingJob& j) {
     constexpr unsigned kNeighbours = 5; // with the point itself
     pcl::RegionGrowing<pcl::PointXYZ, pcl::Normal> growing;

@@ -82,7 +82,7 @@ void floodFill(GridJob& j) {
     }
 }
 
-/// Sizes and heights of the patches, whose points may stand in any order.
+/// Sizes and heights of the patches, independent of the order of their points.
 template <typename Patches>
 Digest digestPatches(const Patches& patches) {
     double value = 0.0;

@@ -1,4 +1,4 @@
-// Sets of profiles: files, and clouds made of them and into them.
+// Profile sets: files, and conversions from and to clouds.
 #include "grid/jobs.h"
 
 #include <cmath>
@@ -27,7 +27,7 @@ void writeRecord(std::FILE* file, const KxMath::KxProfileZ& profile) {
 
 void addWriting() {
     constexpr const char* kOperation = "write profile set";
-    const auto room = [](GridJob& j) {
+    const auto reserve = [](GridJob& j) {
         j.bytes = std::make_unique<char[]>(kFileBytes);
         std::memset(j.bytes.get(), 1, kFileBytes);
     };
@@ -51,7 +51,7 @@ void addWriting() {
         },
         fileSize);
     addOnGrid(
-        kOperation, "limit_one_write", room,
+        kOperation, "limit_one_write", reserve,
         [](GridJob& j) {
             std::FILE* const file = openFile("wb");
             std::fwrite(j.bytes.get(), 1, kFileBytes, file);

@@ -53,7 +53,7 @@ void fit(ProfileJob& j, int degree) {
         addOnNumbers(
             name.c_str(), "peer_alglib", [=](ProfileJob& j) { fit(j, degree); }, digestNearly);
     }
-    // Means of the points before, which do not take in other means.
+    // Means of preceding points, which include no other means.
     addOnNumbers(
         "moving average", "like_alglib_sma",
         [](ProfileJob& j) {

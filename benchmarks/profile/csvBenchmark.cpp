@@ -1,4 +1,4 @@
-// Profiles in text, next to the standard library's conversions. Files are in memory.
+// Profiles as text, compared with the conversions of the standard library. Files are in memory.
 #include "profile/jobs.h"
 
 #include <QtCore/QFile>

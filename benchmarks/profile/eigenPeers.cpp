@@ -1,4 +1,4 @@
-// The polynomial fit by Eigen, and what a wheel defect is judged by it: the normal equations of the matrix of powers.
+// The polynomial fit and the check for a wheel defect by Eigen, with the normal equations of the Vandermonde matrix.
 #include "profile/jobs.h"
 
 #include <Eigen/Dense>

@@ -1,4 +1,4 @@
-// Smoothing and cleaning, next to the definitions as plain loops.
+// Smoothing and cleaning, compared with the definitions as plain loops.
 #include "profile/jobs.h"
 
 #include <array>
@@ -8,7 +8,7 @@ namespace kxbench {
 
 namespace {
 
-// Not known to the compiler, as for the library.
+// Not known at compile time, as in the library.
 volatile int movingWindow = 20;
 volatile int slopeWindow = 10;
 
@@ -29,7 +29,7 @@ void addMovingAverage() {
             }
         },
         digestProfile);
-    // Each mean is written into windows that are still to come: the additions behind it and the division wait for it.
+    // Each mean is an input of later windows: a loop-carried dependency through additions and division.
     addOnNumbers(
         "moving average", "limit_feedback_chain",
         [](ProfileJob& j) {
@@ -160,7 +160,7 @@ void addLevelCut() {
         digestProfile);
 }
 
-/// Spikes as the library defines them, with a list of second differences and one of marks.
+/// Spikes as the header defines them, with a list of second differences and one of marks.
 void removeSpikes(ProfileJob& j) {
     const Points& points = j.out.points;
     const int m = kProfilePoints - 1;

@@ -1,4 +1,4 @@
-// Lines, circles and polynomials, next to nothing but the sums that their definitions ask for, in their order.
+// Lines, circles and polynomials, compared with only the sums of their definitions, in the same order.
 #include "profile/jobs.h"
 
 #include <array>
@@ -35,7 +35,7 @@ void addLine() {
         nothing<ProfileJob>);
 }
 
-/// The sums of the algebraic fit; the radius takes two more.
+/// The sums of the algebraic fit; the radius needs two more.
 float circleSums(const Points& points) {
     float sx = 0;
     float sy = 0;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kLookUps = 100000;
 
-/// Positions within the profile in no order.
+/// Positions within the profile in random order.
 const std::vector<float>& lookedUp() {
     static std::vector<float> xs;
     std::mt19937 random(6);
@@ -83,8 +83,8 @@ void addCutPoints() {
         [](ProfileJob& j) { return digestValues(j.positions); });
 }
 
-/// What the steps of the refined integral come to without a spline: positions and areas are running sums. The rounds
-/// are as many as these points take.
+/// The steps of the refined integral without a spline: positions and areas are running sums. The number of rounds is that
+/// of these points.
 void sumAreas(ProfileJob& j) {
     constexpr int kRounds = 4;
     float step = 0.01f;

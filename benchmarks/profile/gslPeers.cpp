@@ -9,7 +9,7 @@ namespace kxbench {
 
 namespace {
 
-/// A spline through the points of a job and what its look-ups remember.
+/// A spline through the points of a job with its look-up cache.
 class GslSpline {
 public:
     explicit GslSpline(const ProfileJob& j) : xs_(j.xs.begin(), j.xs.end()), ys_(j.ys.begin(), j.ys.end()) {

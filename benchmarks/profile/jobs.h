@@ -1,4 +1,4 @@
-// What the competitors of the operations on profiles work on.
+// Input and output of the competitors for operations on profiles.
 #pragma once
 
 #include "digests.h"
@@ -12,7 +12,7 @@ using KxMath::KxPointXY;
 using KxMath::KxProfile;
 using Points = QList<KxPointXY>;
 
-/// A profile, room for a result that starts as the same points, and numbers that a competitor comes to.
+/// A profile, a result that starts with the same points, and the numbers that a competitor calculates.
 struct ProfileJob {
     KxProfile profile;
     KxProfile out;
@@ -27,7 +27,7 @@ inline void fillProfile(ProfileJob& job) {
     job.out.points = freshCopy(profilePoints());
 }
 
-/// For competitors that take numbers and no points.
+/// For competitors that take numbers instead of points.
 inline void fillNumbers(ProfileJob& job) {
     job.xs.reserve(kProfilePoints);
     job.ys.reserve(kProfilePoints);
@@ -44,8 +44,8 @@ inline Digest digestOut(ProfileJob& job) {
     return digestXY(job.out.points);
 }
 
-/// Of the results of those that calculate otherwise, whose roundings differ. Stretches count differently: all fits by
-/// least squares have the same sum.
+/// Of the results of competitors with other roundings. Ranges have different weights, because all least-squares fits have
+/// the same sum.
 template <typename Values>
 Digest digestWithin(const Values& values, double tolerance) {
     constexpr int kStretch = 80;
@@ -70,7 +70,7 @@ inline std::vector<float> heightsOf(const Points& points) {
     return heights;
 }
 
-/// A competitor on `fillProfile()`, twenty profiles at a time, which the cache holds.
+/// A competitor on `fillProfile()`, twenty profiles at a time, which fit into the cache.
 template <typename Work, typename Result>
 void addProfile(const char* operation, const char* who, Work work, Result digest, int batch = 20) {
     add<ProfileJob>(operation, kProfilePoints, who, batch, fillProfile, work, digest);

@@ -1,4 +1,4 @@
-// Polar form, and the filters that work in it, next to the standard library's functions in a loop.
+// Polar form and polar filters, compared with loops over the functions of the standard library.
 #include "polar.h"
 #include "profile/jobs.h"
 
@@ -24,7 +24,7 @@ void fillPolar(ProfileJob& j) {
     toPolar(j.profile.points);
 }
 
-/// The polar filters turn points about a circle, sort them by angle and turn them back; `count` times.
+/// The polar filters convert points to polar form, sort them by angle and convert them back; `count` times.
 void turnThereAndBack(ProfileJob& j, int count) {
     KxMath::KxCircle circle;
     j.out.calcCircle(circle);

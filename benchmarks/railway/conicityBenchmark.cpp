@@ -22,15 +22,15 @@ WheelSet& wheelSet() {
 namespace {
 
 void calculate(ConicityJob& job, int amplitudes) {
-    constexpr std::size_t kRoom = 4096;
+    constexpr std::size_t kCapacity = 4096;
     WheelSet& set = wheelSet();
     KxMath::KxProfile conicity;
     KxMath::KxProfile deltaR;
     KxMath::KxProfile slope1;
     KxMath::KxProfile slope2;
     KxMath::KxProfile* placed[4] = {};
-    std::vector<KxMath::KxProfile*> contacts1(kRoom);
-    std::vector<KxMath::KxProfile*> contacts2(kRoom);
+    std::vector<KxMath::KxProfile*> contacts1(kCapacity);
+    std::vector<KxMath::KxProfile*> contacts2(kCapacity);
     int count1 = 0;
     int count2 = 0;
     KxMath::EquivalentConicity(set.wheel1, set.wheel2, set.rail1, set.rail2, set.radius, set.radius, set.railDistance,

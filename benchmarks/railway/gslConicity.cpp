@@ -1,4 +1,4 @@
-// The equivalent conicity in one go, in double precision, with the Akima splines of the GNU Scientific Library.
+// The equivalent conicity in double precision with the Akima splines of the GNU Scientific Library.
 #include "railway/jobs.h"
 
 #include <gsl/gsl_spline.h>
@@ -76,7 +76,7 @@ struct Side {
         return start + shift >= 0 &&
                static_cast<std::ptrdiff_t>(rail.size()) + start + shift <= static_cast<std::ptrdiff_t>(wheel.size());
     }
-    /// How much the rolling radius is larger than at the reference.
+    /// The rolling radius minus that at the reference.
     double radius(std::ptrdiff_t shift) const {
         const double* const above = wheel.y.data() + start + shift;
         std::size_t contact = 0;
@@ -87,7 +87,7 @@ struct Side {
     }
 };
 
-/// Lets both wheels start at a common height.
+/// Moves both wheels to a common height.
 void matchHeights(Curve& first, Curve& second) {
     std::size_t i = first.size() - 1;
     std::size_t j = 0;

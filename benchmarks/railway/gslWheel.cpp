@@ -1,4 +1,4 @@
-// The measures of a rim in one go, with an Akima spline of the GNU Scientific Library.
+// The measures of a rim with an Akima spline of the GNU Scientific Library.
 #include "railway/jobs.h"
 
 #include <gsl/gsl_spline.h>
@@ -13,7 +13,7 @@ namespace {
 
 using Points = std::vector<std::pair<double, double>>;
 
-/// Width and height of the points after a turn about the origin that puts the one of smallest angle on +x.
+/// Width and height of the points after a rotation about the origin that puts the point of smallest angle on +x.
 Points section(const QList<KxMath::KxPointXYZ>& rim) {
     double minAngle = 7.0;
     for (const KxMath::KxPointXYZ& p : rim) {

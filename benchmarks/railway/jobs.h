@@ -16,9 +16,9 @@ struct WheelSet {
     float wheelDistance = 1360.0f;
     float edgeMargin = 0.001f;
 };
-WheelSet& wheelSet(); // not const: profiles are copied from what is not
+WheelSet& wheelSet(); // not const: copying a profile needs a non-const one
 
-/// The conicity over the amplitude, with what else a calculation leaves behind.
+/// The conicity over the amplitude and the other results of a calculation.
 struct ConicityJob {
     std::vector<double> conicities;
 };

@@ -32,7 +32,7 @@ struct File {
     QByteArray bytes;
 };
 
-/// A simulated pass in a directory in memory, which is gone when the program ends.
+/// A simulated pass in a directory in memory, which is removed at the end of the program.
 class Pass {
 public:
     Pass() : folder_(memoryFile("pass-")) {
@@ -105,9 +105,9 @@ Digest digestFiles(TrainJob&) {
     return resultOf(digest);
 }
 
-void readFile(const char* name, char* bytes, std::size_t room) {
+void readFile(const char* name, char* bytes, std::size_t size) {
     const int file = open(name, O_RDONLY);
-    while (read(file, bytes, room) > 0) {
+    while (read(file, bytes, size) > 0) {
     }
     close(file);
 }

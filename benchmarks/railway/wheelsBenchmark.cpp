@@ -42,8 +42,8 @@ void turn(float& a, float& b) {
     b = static_cast<float>(radius * std::sin(angle));
 }
 
-/// What the definition of the section asks for, and nothing else: a turn of the rim, one of its section, and means over
-/// 20 points that read the means before them.
+/// Only the steps that the section needs: a rotation of the rim, one of its section, and means over 20 points that
+/// include the preceding means.
 void turnAndSmooth(RimJob& job) {
     for (KxMath::KxPointXYZ& p : job.rim.points) {
         turn(p.x, p.z);
@@ -66,7 +66,7 @@ struct ProfileOfOne {
     bool isDone = false;
 };
 
-/// What a calibration cannot do without: the points in order, and the sums of lines through all of them.
+/// The minimum of a calibration: sorting the points, and the sums of lines through all of them.
 void orderAndSum(ProfileOfOne& job) {
     std::vector<KxMath::KxPointXY> points(job.profile.points.cbegin(), job.profile.points.cend());
     std::sort(points.begin(), points.end(),
