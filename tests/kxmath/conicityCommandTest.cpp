@@ -69,7 +69,7 @@ TEST_F(ConicityCommand, Refuses) {
         {{"--wheel1", "wheel.csv"}, 2, "--rail1 is needed, see kxmath conicity --help"},
         {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
         {bad({"--up", "sleepers"}), 2,
-         "--up needs names out of wheels, rails, wheel1, wheel2, rail1, rail2, got 'sleepers'"},
+         "--up needs wheels, rails, wheel1, wheel2, rail1 or rail2, got 'sleepers'"},
         {bad({"--no-such-option"}), 2, "no-such-option"},
         {bad({"--json", "wheel.csv"}), 2, "an input"},
         {bad({"--json", "no/such/folder/j.json"}), 4, "cannot write"},

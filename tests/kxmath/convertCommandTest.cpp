@@ -87,7 +87,7 @@ TEST_F(Convert, Refuses) {
     expectRefusals({
         {{"missing.bin", "a.xyz"}, 3, "cannot be read"},
         {{"spatial.bin"}, 2, "2 files needed, got 1"},
-        {{"spatial.bin", "a.abc"}, 2, "names no kind, give it with --from"},
+        {{"spatial.bin", "a.abc"}, 2, "names no kind, give it with --to"},
         {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
         {{"-", "a.xyz"}, 2, "--from"},
         {{"spatial.bin", "a.csv"}, 4, "holds one profile"},

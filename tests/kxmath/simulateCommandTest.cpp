@@ -51,7 +51,7 @@ TEST_F(SimulateCommand, Refuses) {
         {{"pass", "--min-range", "700"}, 2, "--min-range"},
         {{"pass", "--calibration", "2", "--cars", "3"}, 2, "--cars has no meaning with"},
         {{"pass", "--pitch", "20"}, 2, "--pitch has no meaning without"},
-        {{"pass", "--calibration", "2", "--turn", "1,2"}, 2, "--turn needs three numbers"},
+        {{"pass", "--calibration", "2", "--turn", "1,2"}, 2, "--turn needs 3 numbers"},
         {{"pass", "--calibration", "2", "--profiles", "0"}, 2, "--profiles"},
         {{"pass", "--calibration", "left"}, 2, "--calibration"},
     });
