@@ -1,4 +1,4 @@
-// What the laser meets besides wheels.
+// Obstacles besides wheels.
 #include "simulator/bodies.h"
 
 #include <algorithm>

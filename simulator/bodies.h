@@ -1,4 +1,4 @@
-// What the laser meets besides wheels: boxes of the train, and bodies along the track.
+// Obstacles besides wheels: boxes of the train, and bodies along the track.
 #pragma once
 
 #include "simulator/vector.h"
@@ -16,7 +16,7 @@ struct Box {
 /// The first hit before `end`; `end` when there is none.
 double hitBox(const Box& box, const Ray& ray, double end);
 
-/// A cross-section (x unused) that runs endlessly along the track; neighbouring points are joined.
+/// A cross-section (x unused) extruded endlessly along the track; neighbouring points are joined.
 using TrackBody = std::vector<Vec3>;
 
 /// The first hit before `end`; `end` when there is none.

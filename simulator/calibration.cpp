@@ -1,4 +1,4 @@
-// Where the sensors stand, and the lines that an ideal calibration of them gives.
+// The poses of the sensors and the lines of an ideal calibration.
 #include "simulator/calibration.h"
 
 #include "simulator/wheelContour.h"

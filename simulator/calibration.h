@@ -1,4 +1,4 @@
-// Where the sensors stand, and the lines that an ideal calibration of them gives.
+// The poses of the sensors and the lines of an ideal calibration.
 #pragma once
 
 #include "simulator/parameters.h"
@@ -17,9 +17,9 @@ Pose makePose(const Parameters& parameters, int sensor);
 /// Lines in the frame of a sensor, all parallel to the back face of a wheel.
 struct CalibratedLines {
     SensorLine reference; ///< a nominal back face
-    SensorLine level; ///< behind the back faces, before web and tread
+    SensorLine level; ///< beyond the back faces, before web and tread
     SensorLine low; ///< before the back faces
-    SensorLine treadLevel; ///< behind the tread
+    SensorLine treadLevel; ///< beyond the tread
     SensorLine treadLow; ///< between flange and tread
 };
 

@@ -1,4 +1,4 @@
-// What a sensor sees of the calibration object.
+// The profile that a sensor takes of the calibration object.
 #include "simulator/calibrationProfile.h"
 
 #include <algorithm>
@@ -74,7 +74,7 @@ private:
     std::array<KxInspect::CalibrationRidge, KxInspect::kRidgeCount> ridges_;
 };
 
-/// Notes how much of the flanks is seen.
+/// Records how much of each flank is seen.
 class Coverage {
 public:
     explicit Coverage(const Surface& surface) : surface_(surface) {}

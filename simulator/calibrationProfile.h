@@ -26,8 +26,8 @@ struct CalibrationSensor {
 };
 
 /// Appends the profile that a sensor takes of the object. Rays that miss it, or hit it beyond the range, give no point.
-/// @param hits receives where the points were measured in the track frame, without noise; may be null
-/// @return true when all ridges lie in view: all flanks from the valley before the first straight crest to the valley
+/// @param hits receives the points in the track frame, without noise; may be null
+/// @return true when all ridges are in view: all flanks from the valley before the first straight crest to the valley
 ///         behind the oblique one are seen over four fifths of their width or more
 bool takeCalibrationProfile(const CalibrationObject& object, int placement, const Pose& pose,
                             const CalibrationSensor& sensor, Random& random, KxMath::KxProfile& profile,

@@ -1,4 +1,4 @@
-// Profiles of the calibration object as files, with the truth beside them.
+// Profiles of the calibration object as files, and a file with the truth.
 #include "simulator/calibrationShots.h"
 
 #include "simulator/calibrationTrial.h"
@@ -36,9 +36,9 @@ QString writeCalibrationShots(const CalibrationShots& shots, const QString& dire
     const QString truthFile = dir.filePath(QStringLiteral("truth.json"));
     const auto cannotWrite = [](const QString& name) { return QStringLiteral("cannot write '%1'").arg(name); };
     if (!dir.mkpath(QStringLiteral("."))) {
-        return QStringLiteral("cannot make the directory '%1'").arg(directory);
+        return QStringLiteral("cannot create the directory '%1'").arg(directory);
     }
-    QFile::remove(truthFile); // it stands for complete files
+    QFile::remove(truthFile); // its presence means complete files
     const Pose pose = offsetPose(nominalCalibrationPose(shots.placement, shots.object), shots.placement, shots.alpha,
                                  shots.beta, shots.gamma, shots.offset);
     bool isInView = false;

@@ -1,4 +1,4 @@
-// Profiles of the calibration object as files, with the truth beside them.
+// Profiles of the calibration object as files, and a file with the truth.
 #pragma once
 
 #include "simulator/calibrationProfile.h"
@@ -16,16 +16,16 @@ struct CalibrationShots {
     std::uint64_t seed = 1;
     CalibrationObject object = KxInspect::calibrationObjectFor(2);
     CalibrationSensor sensor;
-    // How the pose differs from the nominal one.
+    // The difference of the pose from the nominal one.
     double alpha = 0.0; ///< degrees, as the two below
     double beta = 0.0;
     double gamma = 0.0;
     Vec3 offset; ///< mm
 };
 
-/// Writes calibration-1.bin and so on, one profile record each, and truth.json into the directory, which is made where
-/// it is missing. The truth is written last.
-/// @return what went wrong, empty when all is written
+/// Writes calibration-1.bin and so on, one profile record each, and truth.json into the directory, which is created
+/// if missing. The truth is written last.
+/// @return the failure, empty on success
 QString writeCalibrationShots(const CalibrationShots& shots, const QString& directory);
 
 } // namespace kxsim

@@ -1,4 +1,4 @@
-// A calibration of a simulated sensor, and how far it comes out from the truth.
+// A calibration of a simulated sensor and its errors.
 #include "simulator/calibrationTrial.h"
 
 #include <KxMath/KxMetro.h>

@@ -1,4 +1,4 @@
-// What a sensor does to the points that it measures.
+// Measurement errors of a sensor.
 #include "simulator/disturbance.h"
 
 #include <cmath>

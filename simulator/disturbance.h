@@ -1,4 +1,4 @@
-// What a sensor does to the points that it measures.
+// Measurement errors of a sensor.
 #pragma once
 
 #include "simulator/parameters.h"
@@ -14,7 +14,7 @@ public:
     /// @param parameters must outlive the disturbance
     Disturbance(const Parameters& parameters, int sensor, std::uint64_t profile);
 
-    /// Turns the true coordinates of the next point into measured ones.
+    /// Changes the true coordinates of the next point into measured ones.
     /// @return false when the point is missing
     bool apply(double& x, double& y);
 

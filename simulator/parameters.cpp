@@ -1,4 +1,4 @@
-// Everything that a simulated pass depends on.
+// The parameters of a simulated pass.
 #include "simulator/parameters.h"
 
 #include <algorithm>
@@ -23,17 +23,16 @@ constexpr std::array kNumbers = {
     NumberInfo{"axle-spacing", &P::axleSpacing, 500, 10000, "mm", "distance of the axles of a bogie"},
     NumberInfo{"bogie-spacing", &P::bogieSpacing, 500, 50000, "mm", "distance of the bogies of a car"},
     NumberInfo{"car-length", &P::carLength, 500, 100000, "mm", "distance of the cars"},
-    NumberInfo{"idle", &P::idleProfiles, 1, 1000000, "",
-               "profiles recorded before and after anything of the train is in view"},
+    NumberInfo{"idle", &P::idleProfiles, 1, 1000000, "", "profiles recorded before and after the train is in view"},
 
     NumberInfo{"diameter", &P::diameter, 300, 1500, "mm", "diameter of a new wheel"},
-    NumberInfo{"wear", &P::wear, 0, 200, "mm", "diameter that wheel pairs have lost at most"},
-    NumberInfo{"flange-wear", &P::flangeWear, 0, 8, "mm", "thickness that flanges have lost at most"},
+    NumberInfo{"wear", &P::wear, 0, 200, "mm", "largest loss of diameter of a wheel pair"},
+    NumberInfo{"flange-wear", &P::flangeWear, 0, 8, "mm", "largest loss of flange thickness"},
     NumberInfo{"rim-thickness", &P::rimThickness, 20, 150, "mm", "thickness of the rim of a new wheel below the tread"},
-    NumberInfo{"back-to-back", &P::backToBack, 300, 3000, "mm", "nominal distance of the back faces of a wheel pair"},
-    NumberInfo{"distance-spread", &P::distanceSpread, 0, 5, "mm", "standard deviation of that distance"},
+    NumberInfo{"back-to-back", &P::backToBack, 300, 3000, "mm", "nominal back-to-back distance of a wheel pair"},
+    NumberInfo{"distance-spread", &P::distanceSpread, 0, 5, "mm", "standard deviation of the back-to-back distance"},
     NumberInfo{"lateral-spread", &P::lateralSpread, 0, 20, "mm",
-               "standard deviation of the sideways shift of wheel pairs; beyond --level-margin wheels are lost"},
+               "standard deviation of the lateral shift of wheel pairs; wheels beyond --level-margin are not detected"},
 
     NumberInfo{"points", &P::points, 16, 65535, "", "points per profile"},
     NumberInfo{"half-angle", &P::halfAngle, 0.1, 60, "deg", "half of the opening angle of the laser fan"},
@@ -46,15 +45,16 @@ constexpr std::array kNumbers = {
     NumberInfo{"max-range", &P::maxRange, 1, 10000, "mm", "largest y that a sensor measures"},
     NumberInfo{"max-line", &P::maxLine, 1, 10000, "mm", "largest |x| that a sensor measures"},
     NumberInfo{"baseline", &P::baseline, 0, 1000, "mm",
-               "distance of the camera from the laser, along the track; 0 means that the camera misses nothing"},
+               "distance of the camera from the laser, along the track; with 0 the camera sees all points"},
     NumberInfo{"noise", &P::noise, 0, 10, "mm", "standard deviation of y"},
-    NumberInfo{"quantum", &P::quantum, 0, 10, "mm", "step of x and y; 0 means none"},
+    NumberInfo{"quantum", &P::quantum, 0, 10, "mm", "quantization step of x and y; 0 for no quantization"},
     NumberInfo{"missing", &P::missing, 0, 1, "", "probability that a point is missing"},
     NumberInfo{"spikes", &P::spikes, 0, 1, "", "probability that a point is a spike"},
     NumberInfo{"spike-size", &P::spikeSize, 0, 1000, "mm", "largest height of a spike"},
 
     NumberInfo{"gauge", &P::gauge, 300, 3000, "mm", "gauge of the track"},
-    NumberInfo{"level-margin", &P::levelMargin, 0.5, 500, "mm", "distance of the level line behind a nominal face"},
+    NumberInfo{"level-margin", &P::levelMargin, 0.5, 500, "mm",
+               "distance of the level line beyond a nominal back face"},
 };
 
 std::string number(double value) {
@@ -86,7 +86,7 @@ std::string findDefectFault(const Parameters& p) {
         const double most = defect.kind == Defect::Kind::Flat ? p.diameter / 4.0 : 10.0;
         if (!(defect.size > 0.0 && defect.size <= most) || !(std::abs(defect.phase) <= 1e6)) {
             return "a defect of size " + number(defect.size) + " and phase " + number(defect.phase) +
-                   " makes no sense, the size is above 0 and at most " + number(most);
+                   " is out of range: the size must be above 0 and at most " + number(most);
         }
     }
     return {};
@@ -128,10 +128,10 @@ std::string findFault(const Parameters& p) {
     }
     if (p.prefix.empty() || p.prefix.find_first_of("_/\\") != std::string::npos ||
         p.prefix.find(".bin") != std::string::npos) {
-        return "--prefix must not be empty or hold '_', '/', '\\' or '.bin'";
+        return "--prefix must not be empty or contain '_', '/', '\\' or '.bin'";
     }
     if (p.minRange >= p.maxRange) {
-        return "--min-range is not below --max-range";
+        return "--min-range must be below --max-range";
     }
     constexpr double kFlange = 28.0;
     if (closestAxles(p) < p.diameter + 2.0 * kFlange + 100.0) {
@@ -141,7 +141,7 @@ std::string findFault(const Parameters& p) {
         return "--wear leaves less than 15 mm of the rim";
     }
     if (p.rimThickness > p.diameter / 2.0 - 150.0) {
-        return "--rim-thickness leaves no room for the web";
+        return "--rim-thickness leaves no space for the web";
     }
     return findDefectFault(p);
 }

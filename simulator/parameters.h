@@ -1,4 +1,4 @@
-// Everything that a simulated pass depends on.
+// The parameters of a simulated pass.
 #pragma once
 
 #include <cstdint>
@@ -80,7 +80,7 @@ struct Parameters {
     double levelMargin = 8.0;
 };
 
-/// A number among the parameters, with the name of its option and the values that make sense.
+/// A numeric parameter with the name of its option and its valid range.
 struct NumberInfo {
     const char* name;
     std::variant<double Parameters::*, int Parameters::*> member;
@@ -97,7 +97,7 @@ double valueOf(const Parameters& parameters, const NumberInfo& info);
 /// The serial number of sensor 1 or 2.
 int serialOf(const Parameters& parameters, int sensor);
 
-/// What is wrong with the parameters, in one line; empty when nothing is.
+/// A fault of the parameters in one line; empty without a fault.
 std::string findFault(const Parameters& parameters);
 
 } // namespace kxsim

@@ -1,4 +1,4 @@
-// Where a sensor stands and how it is turned.
+// Position and orientation of a sensor.
 #include "simulator/pose.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Where a sensor stands and how it is turned.
+// Position and orientation of a sensor.
 #pragma once
 
 #include "simulator/vector.h"

@@ -9,7 +9,7 @@ namespace kxsim {
 
 class Random {
 public:
-    /// Equal lists give equal sequences, and lists that differ in one number unrelated ones.
+    /// Equal lists give equal sequences; lists that differ in one number give unrelated sequences.
     explicit Random(std::initializer_list<std::uint64_t> seeds);
 
     /// At least 0, below 1.

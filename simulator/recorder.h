@@ -13,14 +13,14 @@
 
 namespace kxsim {
 
-/// Where a wheel is in a recording, as numbers of records from 1 on.
+/// The records of a wheel in a recording, counted from 1.
 struct WheelRecords {
     int first = 0; ///< 0 when the wheel is not in the recording
     int last = 0;
 };
 
-/// Keeps the profiles that show something of the train, and a bounded number of profiles before and after those: a
-/// sensor with a trigger.
+/// Keeps the profiles that show part of the train, and a bounded number of profiles before and after them, as a
+/// triggered sensor does.
 class Recorder {
 public:
     Recorder(const QString& fileName, const Parameters& parameters);
@@ -40,7 +40,7 @@ private:
     const RecordKind kind_;
     const int idleProfiles_;
     std::deque<KxMath::KxProfileZ> waiting_; ///< profiles without the train, which may turn out to be just before it
-    int idleLeft_ = 0; ///< how many of them are still wanted after the train
+    int idleLeft_ = 0; ///< how many of them are still to be recorded after the train
     int written_ = 0;
     bool isComplete_ = true;
     std::vector<WheelRecords> wheelRecords_; ///< by wheel pair

@@ -10,7 +10,7 @@ namespace kxsim {
 
 namespace {
 
-constexpr double kJoint = 1e-9; // mm by which segments reach over their ends, so that no ray slips through a joint
+constexpr double kJoint = 1e-9; // mm by which segments extend beyond their ends, so that no ray passes through a joint
 
 double valueAt(const double (&quadratic)[3], double t) {
     return (quadratic[2] * t + 2.0 * quadratic[1]) * t + quadratic[0];

@@ -12,7 +12,7 @@ namespace kxsim {
 
 namespace {
 
-/// Beyond the track a cover of a conductor rail, seen by part of the fan.
+/// The cover of a conductor rail beyond the track, seen by part of the fan.
 TrackBody makeConductorCover(double backToBack, int side) {
     const double inner = backToBack / 2.0 + 270.0;
     return {{0.0, side * (inner + 150.0), 130.0}, {0.0, side * inner, 130.0}, {0.0, side * inner, 190.0}};
@@ -60,11 +60,11 @@ void Sensor::addDirections() {
 }
 
 void Sensor::addTargets(const Train& train) {
-    constexpr double kRoomForBuildUps = 10.0; // mm
+    constexpr double kMaxBuildUp = 10.0; // mm
     int number = 0;
     for (const WheelPair& pair : train.pairs) {
         const Wheel& wheel = pair.wheels[static_cast<std::size_t>(sensor_ - 1)];
-        const double radius = wheel.maxRadius() + kRoomForBuildUps;
+        const double radius = wheel.maxRadius() + kMaxBuildUp;
         targets_.push_back({-pair.behind - radius, -pair.behind + radius, ++number, &wheel, nullptr});
     }
     for (const Equipment& equipment : train.equipment) {

@@ -12,9 +12,9 @@
 
 namespace kxsim {
 
-/// What one profile saw.
+/// The content of one profile.
 struct View {
-    bool hasTrain = false; ///< anything of the train
+    bool hasTrain = false; ///< part of the train is in view
     int pair = 0; ///< the wheel pair of which the profile shows a wheel before the level line, from 1; 0 for none
 };
 
@@ -23,7 +23,7 @@ public:
     /// @param parameters,train must outlive the sensor
     Sensor(const Parameters& parameters, const Train& train, int sensor);
 
-    /// True when something of the train is within `margin` of what the sensor can see along the track.
+    /// True when part of the train is within `margin` of the sensor's range along the track.
     bool isNearTrain(double trainX, double margin) const;
 
     /// Takes a profile with the first axle at `trainX`; random numbers are those of profile `number`.
@@ -45,12 +45,12 @@ private:
         double away; ///< part of y
         Vec3 inTrack;
         double range; ///< distance up to which the sensor measures
-        double staticHit; ///< distance of what stands beside the track, at most `range`
+        double staticHit; ///< distance of the nearest object beside the track, at most `range`
     };
 
     struct Hit {
         double distance;
-        const Target* target; ///< null for what stands beside the track, and for nothing
+        const Target* target; ///< null for objects beside the track and without a hit
     };
 
     void addDirections();

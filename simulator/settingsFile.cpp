@@ -32,7 +32,7 @@ int countProfilesOfWheel(const Parameters& p, const Pose& pose) {
 }
 
 void writeSensor(QSettings& settings, const Parameters& p, int sensor, DefectBand band) {
-    // Only floats are read back; as text they are short and exact.
+    // Settings are read as floats, which are short and exact as text.
     const auto write = [&](const char* key, double value) {
         settings.setValue(QStringLiteral("SENSOR%1/").arg(sensor) + QLatin1String(key),
                           QString::number(static_cast<float>(value), 'g', 9));
@@ -64,7 +64,7 @@ bool writeSettings(const QString& fileName, const Parameters& p, DefectBand band
     for (const int sensor : {1, 2}) {
         writeSensor(settings, p, sensor, band);
     }
-    // Passing things that are shorter than this share of a wheel are none.
+    // Passing objects shorter than this share of a wheel are not wheels.
     constexpr double kShareOfWheel = 0.4;
     const int profiles = static_cast<int>(kShareOfWheel * countProfilesOfWheel(p, makePose(p, 1)));
     settings.setValue(QStringLiteral("minProfsInWheel"), std::max(1, profiles));

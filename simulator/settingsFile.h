@@ -7,7 +7,7 @@
 
 namespace kxsim {
 
-/// Which points the lines for defects enclose.
+/// The points between the lines for defects.
 enum class DefectBand { BackFace, Tread };
 
 /// Writes the keys that detection, distances and defects read, with QSettings. The level line is shared by all of them:

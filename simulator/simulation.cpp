@@ -21,7 +21,7 @@ QString cannotWrite(const QString& fileName) {
     return QStringLiteral("cannot write '%1'").arg(fileName);
 }
 
-/// Where the first axle is when the recording starts, and how far it goes: everything passes the sensors.
+/// The position of the first axle at the start of the recording, and its steps, such that the whole train passes.
 struct Travel {
     double start;
     double step;
@@ -29,10 +29,10 @@ struct Travel {
 };
 
 Travel planTravel(const Parameters& p, const Train& train) {
-    const double room = 2000.0 + p.diameter + p.maxRange;
+    const double margin = 2000.0 + p.diameter + p.maxRange;
     const double step = 1000.0 * p.speed / p.rate;
-    const double length = train.pairs.back().behind + 2.0 * room;
-    return {-room, step, static_cast<std::uint64_t>(length / step)};
+    const double length = train.pairs.back().behind + 2.0 * margin;
+    return {-margin, step, static_cast<std::uint64_t>(length / step)};
 }
 
 /// @return false when the recording could not be written
@@ -65,9 +65,9 @@ QString simulatePass(const Parameters& p, const QString& directory, const Progre
     const QDir dir(directory);
     const QString truthFile = dir.filePath(QStringLiteral("truth.json"));
     if (!dir.mkpath(QStringLiteral("."))) {
-        return QStringLiteral("cannot make the directory '%1'").arg(directory);
+        return QStringLiteral("cannot create the directory '%1'").arg(directory);
     }
-    QFile::remove(truthFile); // it stands for a complete pass
+    QFile::remove(truthFile); // its presence means a complete pass
     const Train train = makeTrain(p);
     std::array<RecordingTruth, 2> recordings;
     for (const int sensor : {1, 2}) {

@@ -20,7 +20,7 @@ struct WheelPair {
     std::vector<Wheel> wheels; ///< left, right
 };
 
-/// Something else than a wheel. The box has x relative to the first axle of the train.
+/// An obstacle other than a wheel. The box has x relative to the first axle of the train.
 struct Equipment {
     std::string kind;
     Box box;

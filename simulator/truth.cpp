@@ -1,4 +1,4 @@
-// What a simulated pass really was.
+// The truth about a simulated pass.
 #include "simulator/truth.h"
 
 #include "simulator/calibration.h"

@@ -1,4 +1,4 @@
-// What a simulated pass really was.
+// The truth about a simulated pass.
 #pragma once
 
 #include "simulator/parameters.h"
@@ -11,7 +11,7 @@
 
 namespace kxsim {
 
-/// What the recorder of a sensor left.
+/// The output of the recorder of a sensor.
 struct RecordingTruth {
     QString fileName; ///< without a directory
     int records;

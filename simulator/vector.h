@@ -21,7 +21,7 @@ inline Vec3 cross(const Vec3& a, const Vec3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// A ray; hits are told as the parameter t of origin + t * direction.
+/// A ray; a hit is given by the parameter t of origin + t * direction.
 struct Ray {
     Vec3 origin;
     Vec3 direction;

@@ -1,4 +1,4 @@
-// A wheel as the laser meets it.
+// Intersection of rays with a wheel.
 #include "simulator/wheel.h"
 
 #include <algorithm>
@@ -47,7 +47,7 @@ AxialRay Wheel::toAxial(const Ray& ray, double axleX) const {
             {ray.direction.x, ray.direction.z}};
 }
 
-/// Where a ray that meets the round tread at `t` in a flat meets the bottom or a side of it; nothing outside of flats.
+/// Where a ray that hits the round tread at `t` in a flat hits the bottom or a side of the flat; empty outside of flats.
 std::optional<double> Wheel::leaveFlats(const AxialRay& ray, double t, double turn) const {
     const double axial = ray.axialAt(t);
     if (axial <= kPatchFrom || axial >= kPatchTo) {
@@ -89,7 +89,7 @@ double Wheel::hit(const Ray& ray, double axleX, double end) const {
     double t = surface_.hit(axial, {0.0, first});
     if (t < first && !flats_.empty()) {
         if (const auto bottom = leaveFlats(axial, t, turn)) {
-            constexpr double kBehind = 1e-6; // keeps the surface just met from being met again
+            constexpr double kBehind = 1e-6; // prevents a second hit of the same surface
             const double leave = surface_.hit(axial, {t + kBehind, first});
             t = std::min(*bottom, leave);
             if (leave < *bottom) { // out of the wheel again before the flat is met

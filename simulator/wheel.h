@@ -1,4 +1,4 @@
-// A wheel as the laser meets it, with defects of its tread.
+// Intersection of rays with a wheel and its tread defects.
 #pragma once
 
 #include "simulator/revolution.h"
@@ -17,7 +17,7 @@ struct TreadPatch {
     double halfLength; ///< mm along the circumference
 };
 
-/// Where patches lie on the tread, from the back face.
+/// The extent of patches on the tread, from the back face.
 inline constexpr double kPatchFrom = 50.0; // mm
 inline constexpr double kPatchTo = 105.0; // mm
 

@@ -125,7 +125,7 @@ double s1002Height(double y) {
 }
 
 Contour makeWheelContour(const WheelShape& shape) {
-    // Web and hub are generic: they only have to stand back from the face and to hide what lies behind them.
+    // Web and hub are generic: they only have to be recessed and to hide what is beyond them.
     constexpr double kHubRadius = 100.0;
     constexpr double kWebBack = 30.0;
     constexpr double kWebFront = 60.0;
@@ -160,7 +160,7 @@ Contour makeWheelContour(const WheelShape& shape) {
 
 double flangeThickness(const Contour& contour, double diameter) {
     const double level = diameter / 2.0 + 10.0;
-    // From the field side inwards, so that the front of the flange is met first.
+    // From the field side inwards, so that the front of the flange is found first.
     for (auto p = contour.rbegin(); p + 1 != contour.rend(); ++p) {
         const ContourPoint& outer = *p;
         const ContourPoint& inner = *(p + 1);

@@ -18,8 +18,8 @@
 
 namespace KxInspect {
 
-/// Where a sensor stands in the track frame, and how it is turned: as the record of coordinates has it, but with angles
-/// in degrees. Also six numbers about such values. NaN where a value is not known.
+/// Position and orientation of a sensor in the track frame, as in the record of coordinates but with angles in degrees.
+/// Also used for six statistics of these values. NaN where a value is not known.
 struct SensorPose {
     double x = std::numeric_limits<double>::quiet_NaN(); ///< mm
     double y = std::numeric_limits<double>::quiet_NaN(); ///< mm
@@ -43,19 +43,19 @@ inline constexpr std::array<PoseField, 6> kPoseFields = {{{"x", &SensorPose::x, 
                                                           {"beta", &SensorPose::beta, true},
                                                           {"gamma", &SensorPose::gamma, true}}};
 
-/// Where a pose puts the points of a profile in the track frame, in single precision; NaN where the pose is NaN.
+/// The points of a profile in the track frame, transformed by a pose in single precision; NaN where the pose is NaN.
 KXINSPECT_EXPORT std::vector<Point3> toTrack(const Profile& profile, const SensorPose& pose);
 
-/// What is known before the pose is.
+/// What is known before the pose.
 struct CalibrationTask {
     int placement = 2; ///< the placement code of the sensor
     CalibrationObject object = calibrationObjectFor(2); ///< as a sensor of that placement sees it
-    /// y of the sensor, mm. Placements that do not find y take it from here. For all it says on which side of the
-    /// crests the sensor stands, which a profile does not; a rough value does for that.
+    /// y of the sensor, mm. Placements that do not find y take it from here. For all placements it decides on which
+    /// side of the crests the sensor is, which a profile does not show; a rough value is enough for that.
     std::optional<float> sensorY = {};
 };
 
-/// What the caller calls the arguments, for the reasons and warnings in results: a program names its options here.
+/// The caller's names of the arguments, for the reasons and warnings in results: a program names its options here.
 struct CalibrationTerms {
     std::string placement = "placement";
     std::string obliqueness = "obliqueness";
@@ -78,20 +78,20 @@ struct KXINSPECT_EXPORT FlankResidual {
     double rms = std::numeric_limits<double>::quiet_NaN();
     double largest = std::numeric_limits<double>::quiet_NaN(); ///< by its absolute value
 
-    /// The flank lies off the object by more than noise explains: its mean by more than 0.02 mm and four standard
-    /// deviations. False without points.
+    /// The flank deviates from the object by more than noise: its mean exceeds 0.02 mm and four standard deviations.
+    /// False without points.
     bool isOff() const;
 };
 using FlankResiduals = std::array<FlankResidual, kFlankCount>;
 
-/// A point of a profile and how far it lies from the object.
+/// A point of a profile and its distance from the object.
 struct CalibrationPoint {
     Point point = {};
-    std::optional<std::size_t> flank = {}; ///< none: it lies on no flank, or too near to a crest or valley to tell
+    std::optional<std::size_t> flank = {}; ///< empty for a point on no flank or too near a crest or valley
     double residual = std::numeric_limits<double>::quiet_NaN(); ///< along Y, mm; NaN without a flank
 };
 
-/// What one profile says about the pose.
+/// The pose from one profile.
 struct ProfilePose {
     std::string name = {}; ///< as the caller gave it
     std::string fault = {}; ///< why there is no pose, the predicate of a sentence about the profile; empty with one
@@ -126,7 +126,7 @@ struct CalibrationResult {
     std::vector<ProfilePose> profiles = {}; ///< in the order of the input
     PoseAverage average = {};
     FlankResiduals flanks = {}; ///< of all profiles with a pose
-    std::vector<std::string> unreadable = {}; ///< files that the caller could not read, each with what is wrong with it
+    std::vector<std::string> unreadable = {}; ///< files that the caller could not read, each with the reason
     std::vector<std::string> warnings = {};
 
     /// True when at least one profile has a pose, and all that have one agree: average.pose is the sensor's.
@@ -135,13 +135,13 @@ struct CalibrationResult {
     bool hasY() const { return !std::isnan(average.pose.y); }
 };
 
-/// Finds the pose for one profile of the object, in any order of its points. A profile that gives none is no error: it
-/// has a fault. Throws an Error (BadArgument) for a pitch or slope that is not above 0, an obliqueness of 0, or one of
+/// Finds the pose for one profile of the object, in any order of its points. A profile without a pose is no error: its
+/// result has a fault. Throws an Error (BadArgument) for a pitch or slope that is not above 0, an obliqueness of 0, or one of
 /// the numbers of the task that is not finite.
 KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const CalibrationTask& task,
                                          const CalibrationTerms& terms = {});
 
-/// A profile and what to call it in the result, for example its file.
+/// A profile and its name in the result, for example its file.
 struct NamedProfile {
     std::string name = {};
     Profile profile = {};
@@ -155,11 +155,11 @@ KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>&
 /// A pose as keys of a settings file: SENSORn/x, y, z in mm, alpha, beta, gamma in degrees, and position.
 struct PoseKeys {
     int sensor = 1; ///< n, from 1 to 49
-    SensorPose pose = {}; ///< keys of values that are NaN are left alone
+    SensorPose pose = {}; ///< keys of values that are NaN are not changed
     int placement = 2;
 };
 
-/// The text of a settings file with the keys put in: those that stand there are replaced, the others added to their
+/// The text of a settings file with the keys set: existing keys are replaced, the others added to their
 /// section. Everything else stays as it is, remarks and line ends included. Throws an Error when the text is not UTF-8,
 /// is no INI file, or is written so that other keys would change (Unsuitable); for a sensor out of range (BadArgument);
 /// when a temporary file, with which the text is checked, cannot be written (Unwritable).
@@ -172,7 +172,7 @@ KXINSPECT_EXPORT std::string withPose(const std::string& settings, const PoseKey
 KXINSPECT_EXPORT std::string toJson(const CalibrationResult& result, Pictures pictures = Pictures::Left);
 
 /// Reads a result that toJson() wrote. Without the pictures the profiles have no points, and values of a mean that is
-/// no pose are NaN. Throws an Error (Damaged) for a text that is no JSON, and (Unsuitable) with the key for a value
+/// no pose are NaN. Throws an Error (Damaged) for invalid JSON, and (Unsuitable) with the key for a value
 /// that is missing or of another kind.
 KXINSPECT_EXPORT CalibrationResult calibrationFromJson(const std::string& json);
 

@@ -1,4 +1,4 @@
-// The object that the pose of a sensor is calibrated with, and how a placement code says that it is seen.
+// The calibration object of a sensor, and the placement codes.
 #pragma once
 
 #include "Export.h"
@@ -8,23 +8,23 @@
 
 namespace KxInspect {
 
-/// What the placement code of a sensor says.
+/// The meaning of the placement code of a sensor.
 struct Placement {
     bool isMirrored = false; ///< the object is seen in the order of -x, with alpha and gamma mirrored: codes 3 and 4
     bool isTurned = false; ///< beta is turned by 180 degrees: codes 2, 4 and 5
-    bool findsY = false; ///< the calibration finds y; otherwise it is the caller's
+    bool findsY = false; ///< the calibration finds y; otherwise the caller gives it
 };
 
-/// What a placement code says. Every number is a code; those beside 2 to 5 say nothing special.
+/// The meaning of a placement code. Every number is a code; codes other than 2 to 5 have no special meaning.
 KXINSPECT_EXPORT Placement placementOf(int code);
 
-/// Roof ridges along X, at which a sensor looks along +Y or -Y. Straight crests lie at Z = -P, 0 and P (and half of one
+/// Roof ridges along X, seen by a sensor along +Y or -Y. Straight crests are at Z = -P, 0 and P (and half of one
 /// at -2 P), an oblique one at 2.5 P + t X (and half of one at 4 P + t X); for mirrored placements this holds for -Z.
 /// From a crest the flanks fall away from the sensor by `slope` per mm of Z. Lengths in mm.
 struct CalibrationObject {
     double pitch = 24.0; ///< P, the distance of the straight crests
     double slope = 1.2; ///< mm of depth per mm of Z
-    double obliqueness = 0.25; ///< t as the object stands: turned by 180 degrees about Z it has -t
+    double obliqueness = 0.25; ///< t in the track frame: an object turned by 180 degrees about Z has -t
     double crestY = 0.0; ///< Y of the plane of the crests
 
     /// @{ The object as METRO_calcAnglesCoord() takes it.
@@ -50,7 +50,7 @@ inline constexpr std::array<CalibrationObjectField, 4> kCalibrationObjectFields 
 /// The object of the default measures, turned with the sensor: t is negative for turned placements.
 KXINSPECT_EXPORT CalibrationObject calibrationObjectFor(int placement, double crestY = 0.0);
 
-/// A ridge of the object: its crest lies at Z = crest + obliqueness X.
+/// A ridge of the object: its crest is at Z = crest + obliqueness X.
 struct CalibrationRidge {
     double crest = 0.0; ///< mm
     double obliqueness = 0.0; ///< 0 for a straight ridge
@@ -61,7 +61,7 @@ struct CalibrationRidge {
 /// With the half ridges at both ends.
 inline constexpr std::size_t kRidgeCount = 6;
 
-/// The ridges in the order of Z (of -Z for mirrored placements). Between two crests the valley lies in the middle. Of
+/// The ridges in the order of Z (of -Z for mirrored placements). The valley between two crests is in the middle. Of
 /// the first ridge only the flank behind the crest exists, of the last one only that before it.
 KXINSPECT_EXPORT std::array<CalibrationRidge, kRidgeCount> ridgesOf(const CalibrationObject& object);
 

@@ -48,7 +48,7 @@ struct ConicityInput {
     float radius2 = 460.0f; ///< that of the second wheel
     unsigned int amplitudes = 100; ///< about how many are calculated, from 1 mm on
     float edgeMargin = 0.001f; ///< distance from the turning points at which the integration ends
-    float shownAmplitude = 3.0f; ///< the amplitude whose conicity is wanted in particular
+    float shownAmplitude = 3.0f; ///< the amplitude whose conicity is shown first
 };
 
 /// Where a wheel touches its rail, lengths in mm, in the coordinates of the placed profiles.
@@ -60,12 +60,12 @@ struct Contact {
     float outwards = 0.0f; ///< from the contact point of the centred wheel-set to that of the rail, positive outwards
 };
 
-/// What became of a profile.
+/// A prepared and placed profile.
 struct PlacedSection {
     std::string file = {}; ///< as in the input
-    std::optional<int> dropped = {}; ///< points that were missing or stood behind others
+    std::optional<int> dropped = {}; ///< points that were missing or hidden by others
     std::optional<bool> isCut = {}; ///< of rails: cut at the gauge depth; false: it does not reach down so far
-    /// Points every 0.1 mm on the track, y up, each side with an origin of its own. As prepared where the profiles
+    /// Points every 0.1 mm on the track, y up; each side has its own origin. As prepared where the profiles
     /// could not be placed.
     std::vector<Point> points = {};
 };
@@ -87,9 +87,9 @@ struct ConicityResult {
     std::string reason = {};
     /// (amplitude, conicity), mm and 1, ascending. See hasConicity(): not every amplitude has one.
     std::vector<Point> conicity = {};
-    /// The conicity at `shownAmplitude`; nothing when the curve does not reach it or has none there.
+    /// The conicity at `shownAmplitude`; empty when the curve does not reach it or has no conicity there.
     std::optional<float> shownConicity = {};
-    /// (amplitude, conicity) at 1, 2, ... 10 mm, without those that the curve does not reach or has none at.
+    /// (amplitude, conicity) at 1, 2, ... 10 mm, without amplitudes that the curve does not reach or that have none.
     std::vector<Point> atWholeAmplitudes = {};
     /// (displacement, rolling radius of the second wheel minus that of the first), mm, ascending.
     std::vector<Point> deltaR = {};
@@ -97,7 +97,7 @@ struct ConicityResult {
     /// ...
     std::vector<Contact> contacts1 = {};
     std::vector<Contact> contacts2 = {};
-    /// What in the input contradicts the method, and what limits the meaning of the result, a sentence each.
+    /// Violated assumptions of the method, and limited validity of the result, one sentence each.
     std::vector<std::string> warnings = {};
     std::string version = {}; ///< of KxMath that calculated; empty in a result read from JSON without pictures
 
@@ -105,7 +105,7 @@ struct ConicityResult {
 };
 
 /// Reads and prepares the profiles and calculates the conicity. Where nothing can be calculated the result says so in
-/// `reason`, and its warnings often tell why. Throws an Error when a file cannot be read or holds no points, and when a
+/// `reason`, and its warnings often explain it. Throws an Error when a file cannot be read or holds no points, and when a
 /// number of the input is out of its range (BadArgument, with the name of the field as key).
 KXINSPECT_EXPORT ConicityResult measureConicity(const ConicityInput& input);
 
@@ -113,14 +113,14 @@ KXINSPECT_EXPORT ConicityResult measureConicity(const ConicityInput& input);
 /// NaN or infinite.
 KXINSPECT_EXPORT bool hasConicity(const Point& p);
 
-/// The conicity at an amplitude, between two points of the curve on the straight line between them. Nothing outside the
-/// curve and where it has none.
+/// The conicity at an amplitude, linearly interpolated in the curve. Empty outside the curve and where it has no
+/// conicity.
 KXINSPECT_EXPORT std::optional<float> conicityAt(const ConicityResult& result, float amplitude);
 
 /// The result as JSON.
 KXINSPECT_EXPORT std::string toJson(const ConicityResult& result, Pictures pictures = Pictures::Left);
 
-/// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for what is no JSON, Unsuitable with
+/// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for invalid JSON, Unsuitable with
 /// the key for a value that is missing or wrong.
 KXINSPECT_EXPORT ConicityResult conicityResultFromJson(const std::string& json);
 

@@ -10,7 +10,7 @@
 
 namespace KxInspect {
 
-/// How a profile stands in its file.
+/// The orientation of a profile in its file.
 struct Orientation {
     bool isUp = false; ///< y points up
     bool isMirrored = false; ///< x points inwards
@@ -31,7 +31,7 @@ struct CrossSection {
 /// What a cross-section shows.
 enum class SectionKind { Wheel, Rail };
 
-/// Sections are not calculated with when they are wider, mm.
+/// The largest width of a section for calculations, mm.
 inline constexpr float kMaxSectionWidth = 1000.0f;
 
 /// @{ The steps that measureConicity() takes with each section, in this order, for callers who prepare their own;
@@ -42,19 +42,19 @@ inline constexpr float kMaxSectionWidth = 1000.0f;
 KXINSPECT_EXPORT void orient(Profile& profile, Orientation orientation);
 
 /// Makes a section a function of x. Points with NaN are dropped. If x then rises all the way, the rest stays as it is;
-/// otherwise the points are sorted by x, and the side that can touch is kept: of wheels the lowest point of each 0.1
+/// otherwise the points are sorted by x, and the side that can be in contact is kept: of wheels the lowest point of each 0.1
 /// mm, of rails the highest.
 /// @return the number of points that were dropped
 KXINSPECT_EXPORT int keepRunningSurface(Profile& section, SectionKind kind);
 
 /// Cuts a rail that is a function of x on its gauge side (the small x), where it is `depth` mm below its top, so that
 /// it begins at the gauge point. A depth of 0 and rails of fewer than 2 points leave everything as it is.
-/// @return false, nothing cut, when the rail does not reach down so far
+/// @return false, without a cut, when the rail does not reach down so far
 KXINSPECT_EXPORT bool cutAtGaugeDepth(Profile& rail, float depth);
 
 /// Only for sections of which keepRunningSurface() dropped points: puts points every 0.1 mm on the straight lines
-/// between those of a section that is a function of x, where the calculation takes its samples; its spline would swing
-/// out beside steep flanks. The first and the last point stay. Sections that are wider than kMaxSectionWidth, or too far
+/// between those of a section that is a function of x, where the calculation takes its samples; its spline would
+/// overshoot beside steep flanks. The first and the last point stay. Sections that are wider than kMaxSectionWidth, or too far
 /// from the origin for such steps, stay as they are.
 KXINSPECT_EXPORT void straighten(Profile& section);
 /// @}

@@ -1,4 +1,4 @@
-// The one kind of exception that this library throws.
+// The exception of this library.
 #pragma once
 
 #include "Export.h"
@@ -10,7 +10,7 @@
 
 namespace KxInspect {
 
-/// What kind of failure it is: what a caller may want to tell apart.
+/// The kinds of failures that a caller may want to distinguish.
 enum class ErrorKind {
     NotFound, ///< there is no such file
     Unreadable, ///< a file cannot be opened or read

@@ -54,7 +54,7 @@ KXINSPECT_EXPORT void writePatchFiles(const std::string& folder, GridResult& res
 KXINSPECT_EXPORT std::string toJson(const GridResult& result, Pictures pictures = Pictures::Left);
 
 /// Reads what toJson() wrote. Without pictures the lists of heights, means and owners are empty and the centres NaN.
-/// Throws an Error Damaged when the text is no JSON, Unsuitable (with the key) when it is no such result.
+/// Throws an Error Damaged when the text is not JSON, Unsuitable (with the key) when it is not such a result.
 KXINSPECT_EXPORT GridResult gridFromJson(const std::string& json);
 
 } // namespace KxInspect

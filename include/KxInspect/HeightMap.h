@@ -23,11 +23,11 @@ struct HeightMap {
     float originZ = std::numeric_limits<float>::quiet_NaN(); ///< z of row 0, mm
     std::vector<float> heights; ///< row by row, mm; NaN for a cell without a height
 
-    /// Where a cell stands in `heights`. The arguments are trusted.
+    /// The index of a cell in `heights`. The arguments are not checked.
     std::size_t position(int row, int column) const {
         return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
     }
-    float at(int row, int column) const { return heights[position(row, column)]; } ///< mm, NaN for none; as above
+    float at(int row, int column) const { return heights[position(row, column)]; } ///< mm, NaN if missing; as above
 };
 
 struct HeightMapOptions {
@@ -40,8 +40,8 @@ struct HeightMapOptions {
 
 /// Makes a height map: a row for each profile, columns from the smallest x of the scan on. The height of a cell is on
 /// the straight line between the neighbouring points of its profile. Beyond the ends of a profile the line through its
-/// last two points goes on for as far as `gap`, if its slope is at most 1. Profiles that are not one pitch apart are
-/// made so first: each point goes to the nearer one of two slices.
+/// last two points is extended by up to `gap`, if its slope is at most 1. Profiles that are not one pitch apart are
+/// resampled first: each point goes to the nearer one of two slices.
 /// Throws an Error NoResult when the pitch gives fewer than 2 rows or columns or the scan has no points, BadArgument
 /// (key "pitch" or "gap") when an option is not above 0 or the map would have more than 40 million cells.
 KXINSPECT_EXPORT HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options,

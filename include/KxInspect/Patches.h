@@ -18,8 +18,8 @@ struct PatchSearch {
     /// A patch starts at a block mean closer than this to one of these heights, and grows to neighbours that differ by
     /// less than this.
     float tolerance = std::numeric_limits<float>::quiet_NaN();
-    int minCount = 0; ///< least number of cells
-    /// From a mean that lies this much below the first one a patch only grows downwards; NaN: no limit.
+    int minCount = 0; ///< smallest number of cells
+    /// Once its mean is this much below the first one, a patch grows only downwards; NaN: no limit.
     float maxDrop = std::numeric_limits<float>::quiet_NaN();
 };
 
@@ -51,13 +51,13 @@ struct Patch {
     double centreZ = std::numeric_limits<double>::quiet_NaN(); ///< mean z of the points, mm
 };
 
-/// What became of the cells of a map.
+/// The states of the cells of a map.
 enum CellOwner : int {
     CutAway = -1, ///< the cell lost its height at an edge
     InNoPatch = 0, ///< above: the number of the patch, from 1 on
 };
 
-/// What was found on a height map.
+/// The result of a search on a height map.
 struct PatchResult {
     int blockSize = 0;
     std::vector<float> means; ///< for each cell that of its block, see blockMeans(); NaN also where it was cut away

@@ -30,14 +30,14 @@ inline constexpr FileKind kFileKinds[] = {FileKind::Cloud, FileKind::Profiles, F
 /// The name of a kind: "cloud", "profiles", "csv", "xyzf", "xyz", "ply", "pcd".
 KXINSPECT_EXPORT std::string kindName(FileKind kind);
 
-/// The kind with that name, nothing for any other.
+/// The kind with that name, empty for any other.
 KXINSPECT_EXPORT std::optional<FileKind> kindByName(const std::string& name);
 
-/// The kind by the ending of a file name in any case, nothing where it tells none: .bin .cloud (Cloud), .profiles .set
+/// The kind by the ending of a file name in any case, empty for other endings: .bin .cloud (Cloud), .profiles .set
 /// (Profiles), .csv, .xyzf, .xyz .txt .asc (Xyz), .ply, .pcd.
 KXINSPECT_EXPORT std::optional<FileKind> kindByFileName(const std::string& fileName);
 
-/// The points of a file, in its order, and what it says about them.
+/// The points of a file, in its order, with their attributes.
 struct PointSet {
     std::vector<Point3> points; ///< mm; z is NaN where there is none
     bool hasZ = false; ///< whether the points have a z, a missing one included

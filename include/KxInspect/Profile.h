@@ -32,7 +32,7 @@ struct Line {
     bool operator==(const Line& other) const { return slope == other.slope && intercept == other.intercept; }
 };
 
-/// What a sensor takes at once, in the order in which it delivers the points.
+/// The points that a sensor measures at once, in the order of the sensor.
 struct Profile {
     std::vector<Point> points;
     float z = std::numeric_limits<float>::quiet_NaN(); ///< where along the scan it was taken, mm; NaN: not known

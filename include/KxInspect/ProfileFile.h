@@ -9,18 +9,18 @@
 
 namespace KxInspect {
 
-/// Where x and y stand in the lines of a text, counted from 0.
+/// The columns of x and y in the lines of a text, counted from 0.
 struct Columns {
     int x = 0;
     int y = 1;
 };
 
-/// Reads one profile, in the order of its points; its position where it is a profile record. The content tells the
-/// kind:
+/// Reads one profile, in the order of its points; its position where it is a profile record. The content determines
+/// the kind:
 /// - a 2-D cloud section or a profile record: the first one of the file;
 /// - CSV, with a semicolon in the first line, decimal comma or point: x and y of the lines up to the first empty one;
 /// - columns, the text forms of contact profile gauges (.whl, .ban, .prw, .prr and the like): the longest block of
-///   lines with a number in both columns, what stands about it being headers and remarks.
+///   lines with a number in both columns; other lines are headers and remarks.
 ///
 /// Throws an Error, with the byte as far as it is known: NotFound, Unreadable; Damaged for a record that is cut short;
 /// Unsuitable for a file without points or of more than 256 MiB; BadArgument for a column below 0.

@@ -1,4 +1,4 @@
-// How long work shows how far it is.
+// Progress of long work.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,7 @@
 
 namespace KxInspect {
 
-/// Called from time to time in the thread of the caller: what is being done, UTF-8, and which part of it is done, from
+/// Called from time to time in the thread of the caller with the current step, UTF-8, and its completed part, from
 /// 0 to 1. An exception that it throws ends the work and leaves the call. May be empty.
 using Progress = std::function<void(const std::string& step, double part)>;
 

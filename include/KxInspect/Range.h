@@ -12,7 +12,7 @@ struct Range {
 
     bool isEmpty() const { return !(min <= max); } ///< NaN: empty
 
-    /// Grows to hold a number. NaN leaves it alone.
+    /// Grows to hold a number. NaN is ignored.
     void include(float value) {
         min = value < min || min != min ? value : min;
         max = value > max || max != max ? value : max;

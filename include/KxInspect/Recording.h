@@ -25,10 +25,10 @@ enum class RecordKind {
     ProfileRecord, ///< a profile with its position
 };
 
-/// A record as it stands in the file.
+/// A record of the file.
 struct Record {
     int number = 0; ///< from 1 on
-    std::int64_t byte = 0; ///< where it begins in the file
+    std::int64_t byte = 0; ///< its offset in the file
     RecordKind kind = RecordKind::ProfileRecord;
     Profile profile; ///< in the order of the sensor; empty for a record without points
 };
@@ -49,7 +49,7 @@ public:
 
     /// Reads the next record into `record`, whose memory is used again. Throws an Error with the byte and the record
     /// where the file is damaged, cut short or cannot be read on.
-    /// @return false at the end of the recording; `record` is then as it was
+    /// @return false at the end of the recording; `record` is then unchanged
     bool next(Record& record);
 
     /// How many bytes of the file have been read.

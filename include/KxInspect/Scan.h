@@ -11,7 +11,7 @@
 
 namespace KxInspect {
 
-/// Where the profiles of a scan stand: profile i at firstZ + i * distance, in mm.
+/// The positions of the profiles of a scan: profile i at firstZ + i * distance, in mm.
 struct ScanPlacement {
     float firstZ = 0.0f;
     float distance = 1.0f; ///< of neighbouring profiles, above 0
@@ -28,7 +28,7 @@ struct Scan {
 /// Reads a scan: a file of profile records, whose own positions are not used, or one of 2-D cloud sections. Points with
 /// a coordinate that is not finite are left out.
 /// Throws an Error with the byte and the record: NotFound, Unreadable; Damaged where no whole record begins; Unsuitable
-/// for a file of another kind, of both kinds or without points. BadArgument for a placement that is no number or a
+/// for a file of another kind, of both kinds or without points. BadArgument for a placement that is not a number or a
 /// distance that is not above 0.
 /// @param path UTF-8
 KXINSPECT_EXPORT Scan readScan(const std::string& path, const ScanPlacement& placement, const Progress& progress = {});

@@ -1,4 +1,4 @@
-// The measures of wheel profiles and what is allowed for them.
+// The measures of wheel profiles and their limits.
 #pragma once
 
 #include "CrossSection.h"
@@ -15,12 +15,12 @@
 
 namespace KxInspect {
 
-/// @{ Where a wheel is measured, mm: x is counted outwards from the flange back, heights from the tip of the flange
-/// towards the axle.
+/// @{ Where a wheel is measured, mm: x is counted outwards from the flange back, levels (heights) from the tip of the
+/// flange towards the axle.
 inline constexpr float kTapeCircleX = 70.0f; ///< x of the tape circle (EN 13715, 2020)
-inline constexpr float kTipLevel = 2.0f; ///< height at which the width of the flank begins
-inline constexpr float kFlankLevel = 18.0f; ///< height at which the flank's distance from the flange back is measured
-inline constexpr float kFlankDepth = 13.0f; ///< the width of the flank ends so far above the tape circle
+inline constexpr float kTipLevel = 2.0f; ///< level at which the flank width begins
+inline constexpr float kFlankLevel = 18.0f; ///< level of the flange thickness
+inline constexpr float kFlankDepth = 13.0f; ///< the flank width ends this far above the tape circle
 /// @}
 
 /// @{ The least and the largest value of an option, mm.
@@ -28,15 +28,15 @@ inline constexpr std::array<double, 2> kFlangeBacks = {-10000.0, 10000.0};
 inline constexpr std::array<double, 2> kSpacings = {0.01, 1.0};
 /// @}
 
-/// The measures of a wheel, mm. Nothing for one that was not found.
+/// The measures of a wheel, mm. Empty for a measure that was not found.
 struct WheelMeasures {
-    std::optional<float> heightAt70 = {}; ///< flange height h: the height on the tape circle
-    std::optional<float> xAtLevel18 = {}; ///< distance of the flank at the height 18 from the flange back
-    std::optional<float> widthLevel2ToH13 = {}; ///< distance in x on the flank from the height 2 to the height h - 13
-    std::optional<float> heightExcess = {}; ///< h - 30 when h is 29 or more, h - 28 when it is below
+    std::optional<float> heightAt70 = {}; ///< flange height (Sh) h: the level of the tape circle
+    std::optional<float> xAtLevel18 = {}; ///< flange thickness at level 18, from the flange back
+    std::optional<float> widthLevel2ToH13 = {}; ///< flank width: distance in x from level 2 to level h - 13
+    std::optional<float> heightExcess = {}; ///< flange height excess: h - 30 for h >= 29, otherwise h - 28
 };
 
-/// What is allowed for a measure, mm. A limit itself is allowed.
+/// The limits of a measure, mm. The limit itself is allowed.
 struct Limit {
     std::optional<float> min = {};
     std::optional<float> max = {};
@@ -74,7 +74,7 @@ inline constexpr std::array<WheelMeasure, 4> kWheelMeasures = {{
 
 enum class WheelVerdict {
     NoLimits, ///< no measure has a limit
-    Within, ///< all measures with a limit keep it
+    Within, ///< all measures are within their limits
     Outside, ///< one does not
     NotMeasured, ///< none is outside, but one with a limit was not found
     NotRead, ///< there is no profile
@@ -85,10 +85,10 @@ KXINSPECT_EXPORT const char* textOf(WheelVerdict verdict);
 
 /// How wheels are measured.
 struct WheelOptions {
-    /// x of the flange back as the profile stands in its file. What stands before is cut, and a profile that begins
-    /// later is joined to the back at the height of its first point. Nothing: the smallest x of the profile.
+    /// x of the flange back in the profile's file. Points before it are cut; a profile that begins later is joined to the
+    /// back at the height of its first point. Empty: the smallest x of the profile.
     std::optional<float> flangeBack = {};
-    /// Points are put so far apart on the straight lines between those of the profile. Nothing: measured as they are.
+    /// The profile is resampled linearly at this spacing, mm. Empty: the points are measured as they are.
     std::optional<float> spacing = {};
     Point centre = {0.0f, 0.0f}; ///< x and z of the wheel's centre, for sections in space
     WheelLimits limits = {};
@@ -99,14 +99,14 @@ struct WheelOptions {
 struct WheelResult {
     std::string file = {};
     std::string error = {}; ///< why there is no profile, the predicate of a sentence about the file; empty otherwise
-    std::vector<std::string> warnings = {}; ///< what contradicts the method, predicates of sentences about the profile
+    std::vector<std::string> warnings = {}; ///< violated assumptions, predicates of sentences about the profile
     WheelMeasures measures = {};
     WheelVerdict verdict = WheelVerdict::NoLimits;
     /// The points that were measured, and the smooth profile from which the measures were taken: x from the flange
     /// back, y from the tip of the flange towards the axle.
     std::vector<Point> section = {};
     std::vector<Point> measured = {};
-    /// Where the measured profile first reaches the height kTipLevel outside the tip, x; there the width begins.
+    /// x where the measured profile first reaches kTipLevel outside the tip; the flank width begins there.
     std::optional<float> widthStart = {};
 
     /// Whether any measure was found.
@@ -123,7 +123,7 @@ inline bool WheelResult::isMeasured() const {
 }
 
 /// Measures a wheel. A file is a profile, or holds the section of a rim in space (a 3-D cloud section), which
-/// measureRim() measures. What is wrong with the profile stands in the result; an Error is thrown only for options that
+/// measureRim() measures. Faults of the profile are in the result; an Error is thrown only for options that
 /// are out of range (BadArgument, with the name of the field as key).
 KXINSPECT_EXPORT WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options = {});
 
@@ -145,13 +145,13 @@ struct WheelResults {
 KXINSPECT_EXPORT WheelResults measureWheels(const std::vector<CrossSection>& wheels, const WheelOptions& options = {},
                                             const Progress& progress = {});
 
-/// What limits say about measures that were read: any but NotRead.
+/// The verdict on measures by limits; never NotRead.
 KXINSPECT_EXPORT WheelVerdict verdictOf(const WheelMeasures& measures, const WheelLimits& limits);
 
 /// The results as JSON.
 KXINSPECT_EXPORT std::string toJson(const WheelResults& results, Pictures pictures = Pictures::Left);
 
-/// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for what is no JSON, Unsuitable with
+/// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for invalid JSON, Unsuitable with
 /// the key for a value that is missing or wrong.
 KXINSPECT_EXPORT WheelResults wheelResultsFromJson(const std::string& json);
 

@@ -1,4 +1,4 @@
-// Filling, copying, measuring, moving and turning clouds.
+// Filling, copying, measuring, moving and rotating clouds.
 #include "support/testing.h"
 
 using namespace testing_support;
@@ -9,7 +9,7 @@ using Space = KxPointCloud<KxPointXYZ>;
 
 const ExactList kUnknown(6, exact(kNaN));
 
-/// Nasty points, a range from `first` on, an index that is not theirs.
+/// Nasty points, a range from `first` on, and an index that does not belong to them.
 template <typename Point>
 void fill(KxPointCloud<Point>& cloud, Nasty& nasty, float first) {
     cloud.points = nasty.points<Point>(nasty.size());
@@ -18,7 +18,7 @@ void fill(KxPointCloud<Point>& cloud, Nasty& nasty, float first) {
     cloud.zIndex[3] = 4;
 }
 
-/// What a range becomes when `v` is seen: NaN is replaced by anything, a known bound only by what lies beyond it.
+/// Extends a range to `v`: NaN is replaced by any value, a known bound only by a value beyond it.
 void widen(float& min, float& max, float v) {
     min = std::isnan(min) || min > v ? v : min;
     max = std::isnan(max) || max < v ? v : max;
@@ -59,7 +59,7 @@ TYPED_TEST(CloudOf, CopyAppendAndClearTouchWhatTheySay) {
         EXPECT_EXACT(sum.points, a.points + b.points);
         ExactList range = exactRange(a);
         const ExactList other = exactRange(b);
-        for (std::size_t i = 0; i < 6; ++i) { // minimum and maximum in turn; an unknown bound is passed over
+        for (std::size_t i = 0; i < 6; ++i) { // minimum and maximum alternate; an unknown bound is skipped
             const bool isBeyond = i % 2 == 0 ? other[i].value < range[i].value : other[i].value > range[i].value;
             range[i] = isBeyond ? other[i] : range[i];
         }

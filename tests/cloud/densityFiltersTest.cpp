@@ -1,4 +1,4 @@
-// The density filters against a literal walk over all cells.
+// The density filters against a literal loop over all cells.
 #include "support/testing.h"
 
 using namespace testing_support;
@@ -36,7 +36,7 @@ QList<int> picked(const Cloud& cloud, const QList<int>& found, const Filter& fil
     return isolated.isEmpty() || found.size() - isolated.size() >= filter.minCount ? isolated : found;
 }
 
-/// The starts of the cells of an axis, which ends where its sum stops rising. Far too many are cut off.
+/// The starts of the cells of an axis, up to where the sum stops rising, and up to a maximum count.
 std::vector<float> cellStarts(float min, float max, float step) {
     std::vector<float> starts;
     for (float v = min; v < max && starts.size() < 10000; v += step) {
@@ -48,7 +48,7 @@ std::vector<float> cellStarts(float min, float max, float step) {
     return starts;
 }
 
-/// Walks all cells and queries each anew.
+/// Loops over all cells with a new query for each.
 int plainWalk(Cloud& cloud, const Filter& filter) {
     if (cloud.size() < (filter.isSecond ? 2 : filter.minCount)) {
         return 0;
@@ -79,7 +79,7 @@ int plainWalk(Cloud& cloud, const Filter& filter) {
     return removed;
 }
 
-/// A cell with which the plain walk ends soon.
+/// A cell size with which the plain loop ends soon.
 float manageableCell(const Cloud& cloud, float fraction) {
     Cloud copy;
     copy = cloud;
@@ -147,7 +147,7 @@ TEST(DensityFilters, RemoveWhatThePlainWalkRemoves) {
     });
 }
 
-// Crowds and lone points, both kinds of limits of single-precision squares, now and then infinities, or one in each.
+// Clusters and isolated points, both kinds of limits of single-precision squares, sometimes infinities.
 TEST(DensityFilters, FindIsolatedPointsInCrowdedCells) {
     forNasty(26, 150, [](Nasty& nasty) {
         const float scale = nasty.pick(std::array{1.0f, 1e-23f, 1e-22f, 1e19f, 3e37f});
@@ -172,7 +172,7 @@ TEST(DensityFilters, FindIsolatedPointsInCrowdedCells) {
     });
 }
 
-// Two or three layers of so many points and cells that both are told apart in several steps.
+// Two or three layers with enough points and cells for several passes of their sorting.
 TEST(DensityFilters, SweepCrowdedLayersOfManyCells) {
     forNasty(27, 30, [](Nasty& nasty) {
         const float origin = nasty.pick(std::array{0.0f, -3.0f, 1000.0f});
@@ -190,7 +190,7 @@ TEST(DensityFilters, SweepCrowdedLayersOfManyCells) {
     });
 }
 
-// Each of these would take for ever, or all memory, if empty cells or crowded ones cost more than an addition.
+// These cases would take forever, or all memory, if an empty or crowded cell cost more than an addition.
 TEST(DensityFilters, EndWhateverTheCell) {
     Nasty nasty(7);
     Cloud cloud;
@@ -207,7 +207,7 @@ TEST(DensityFilters, EndWhateverTheCell) {
         }
     }
     Cloud crowd;
-    // Two crowds, a tenth of the distance wide, and one point that stands apart.
+    // Two clusters, a tenth of the distance wide, and one isolated point.
     crowd.points = pointsFor(50000, [](int i) { return at(i % 2 * 20, 1e-5 * i, 0); });
     crowd.points.append(KxPointXYZ(10.0f, 50.0f, 1.0f));
     EXPECT_EQ(crowd.cubicFilter2(100.0f, 5.0f, 1, false), 1);

@@ -12,7 +12,7 @@ void plainClearEdgeEffect(Cloud& cloud, float step) {
     const float quotient = (cloud.maxZ - cloud.minZ) / step;
     const int slabs = quotient >= 1.0f && quotient < 2147483648.0f ? static_cast<int>(quotient) : 0;
     Cloud work;
-    int peak = 0; // of the slab before where no height is one: it may lie behind this slab
+    int peak = 0; // of the preceding slab if this one has no peak; it may be after this slab
     for (int i = 0; i < slabs; ++i) {
         const float low = static_cast<float>(i) * step + cloud.minZ,
                     high = static_cast<float>(static_cast<double>(low) + 0.0001);
@@ -44,7 +44,7 @@ void plainClearEdgeEffect(Cloud& cloud, float step) {
     }
 }
 
-TEST(EdgeClearing, EmptySlabsCostNothing) {
+TEST(EdgeClearing, EmptySlabsNeedNoTime) {
     Cloud cut, whole;
     cut.points = {{0, 5, 0}, {0, 1, 1}, {1, 0, 1}, {2, 3, 1}, {0, 0, 2}};
     whole.points = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {0, 0, 2}};

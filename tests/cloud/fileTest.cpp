@@ -59,7 +59,7 @@ TEST_F(CloudFile, EmptyAndHugeSections) {
     EXPECT_EQ(file.pos(), 3 + 2 * 8) << "the records beyond the count stay unread";
 }
 
-// Cut near the ends of a long section and about the sizes in which readers like to fetch.
+// Cut near the ends of a long section and near common buffer sizes.
 TYPED_TEST(CloudFileOf, EachCutKeepsThePointsBeforeIt) {
     using C = Cloud<TypeParam>;
     constexpr int kSize = 9000;
@@ -108,7 +108,7 @@ TYPED_TEST(CloudFileOf, SectionsFollowOneAnotherInOneFile) {
     EXPECT_EXACT(exact(cloud.points, flat.points), exact(first.points, second.points));
     EXPECT_EQ(cloud.readFromFile(file), 40);
     EXPECT_TRUE(cloud.readFromFile(file) == -1 && file.isOpen()) << "the end of the file";
-    // Written over at the end: a section that is read and one that is written share the device.
+    // Overwritten at the end: a section that is read and one that is written share the device.
     EXPECT_TRUE(flat.writeToFile(file) && file.seek(file.pos() - (3 + 3 * 8)));
     EXPECT_EQ(flat.readFromFile(file), 3);
 }
@@ -142,7 +142,7 @@ TYPED_TEST(CloudFileOf, AFullDiskIsAFailureAndKeepsWhatFitted) {
         cloud.points = Nasty(10).points<TypeParam>(size);
         ASSERT_TRUE(cloud.writeToFile(this->files.path("whole")));
         const QByteArray whole = this->files.read("whole");
-        // Also what fits into the buffer of the file is lost: at close.
+        // Data that fit into the buffer of the file are also lost, on closing.
         for (const qsizetype fits : {qsizetype(0), whole.size() / 2, whole.size() - 1, whole.size()}) {
             const FullDisk disk(static_cast<rlim_t>(fits));
             ASSERT_EQ(cloud.writeToFile(this->files.path("cut")), fits == whole.size());

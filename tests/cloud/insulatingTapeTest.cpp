@@ -14,7 +14,7 @@ struct Scene {
     float width, tapeStart, spacing; // mm: of the surface, from its left end, between points
     float slope; // of the surface across
     float height; // of the tape; 0: no tape
-    float min, max; // asked for
+    float min, max; // of the query
     int missingPercent, spikePercent;
 };
 

@@ -1,4 +1,4 @@
-// The level histogram: both sets of keys, the rank, the text file, and steps that are no steps.
+// The level histogram: both sets of keys, the rank, the text file, and invalid steps.
 #include "support/tempFiles.h"
 #include "support/testing.h"
 
@@ -20,7 +20,7 @@ TYPED_TEST(LevelHistogramOf, KeepsLevelsAndBinNumbersSideBySide) {
         QList<float> ys;
         float step;
         Levels expected;
-        float knownMinY = kNaN; ///< a known range is taken as it is
+        float knownMinY = kNaN; ///< a known range is used unchanged
     } cases[] = {
         {"both sets coincide", {0.0f, 0.4f, 1.2f, 2.0f}, 1.0f, {{0, 2}, {1, 1}, {2, 1}}},
         {"shifted", {10.0f, 10.4f, 11.2f, 12.0f}, 1.0f, {{0, 2}, {1, 1}, {2, 1}, {10, 0}, {11, 0}, {12, 0}}},

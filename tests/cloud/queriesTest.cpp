@@ -1,4 +1,4 @@
-// Finding points and taking them out, against the plain definitions.
+// Finding and removing points, against the plain definitions.
 #include "support/testing.h"
 
 using namespace testing_support;
@@ -7,7 +7,7 @@ namespace {
 
 using Space = KxPointCloud<KxPointXYZ>;
 
-/// Bounds from minX to maxZ, of which NaN is none.
+/// Bounds from minX to maxZ; NaN means no bound.
 struct Box {
     std::array<float, 6> b;
 
@@ -24,7 +24,7 @@ struct Box {
     }
 };
 
-/// Positions of the points that `takes` takes.
+/// Positions of the points for which `takes` returns true.
 template <typename Point, typename Takes>
 QList<int> positionsOf(const QList<Point>& points, Takes takes) {
     QList<int> positions;
@@ -49,7 +49,7 @@ int removePositions(QList<Point>& points, QList<int>& positions) {
     return counted;
 }
 
-/// Removes from the last point to the first what `goes` takes; returns it in that order.
+/// Removes the points for which `goes` returns true, from the last to the first; returns them in that order.
 template <typename Goes>
 SpacePoints removeBackwards(SpacePoints& points, Goes goes) {
     SpacePoints gone;
@@ -133,7 +133,7 @@ TEST(CloudQueries, BallTakesWhatIsAtMostItsRadiusAway) {
     });
 }
 
-// More points than are collected at a time, few or many of which are taken.
+// More points than one block, few or many of which are selected.
 TEST(CloudQueries, PortionsOfManyPoints) {
     Nasty nasty(14);
     for (const int percent : {0, 1, 50, 99, 100}) {

@@ -8,7 +8,7 @@ namespace {
 using ColourPoints = QList<KxPointXYZRGB>;
 using Index = QMap<float, int>;
 
-/// Deliberately the last position of the run before, and a z met again overwrites its entry.
+/// Deliberately the last position of the preceding run; a repeated z overwrites its entry.
 Index zIndexOf(const ColourPoints& points) {
     Index index;
     for (int i = 0; i < points.size(); ++i) {
@@ -66,7 +66,7 @@ TEST(CloudSort, NastyCloudsInSpace) {
     });
 }
 
-// Rising z between points with NaN z: the stretches that are sorted by x are long, many and overlap in every way.
+// Rising z between points with NaN z: the runs that are sorted by x are long, many and overlap in every way.
 TEST(CloudSort, InterleavedRunsBetweenNaN) {
     forNasty(2, 300, [](Nasty& nasty) {
         const int size = 1 + nasty.below(250);

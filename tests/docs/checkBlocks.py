@@ -1,4 +1,4 @@
-"""checkBlocks.py [--tasks] PAGE SOURCE...: each C++ block of the page must stand in one of the sources, apart from the
+"""checkBlocks.py [--tasks] PAGE SOURCE...: each C++ block of the page must be in one of the sources, apart from the
 indentation. With --tasks, also each function of the sources with a number ("// P1. ...") must be on the page, once in a
 row of a table and once as a block."""
 import re

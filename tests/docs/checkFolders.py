@@ -1,4 +1,4 @@
-"""checkFolders.py PAGE ROOT: the page names each folder of the tree that holds sources, and none that is not there."""
+"""checkFolders.py PAGE ROOT: the page names each folder of the tree that holds sources, and only existing folders."""
 import pathlib
 import re
 import sys

@@ -1,4 +1,4 @@
-"""checkLinks.py PAGE...: each link of a page to a file of the tree, and to a heading or anchor in it, leads somewhere."""
+"""checkLinks.py PAGE...: each link of a page to a file of the tree, and to a heading or anchor in it, has a target."""
 import pathlib
 import re
 import sys

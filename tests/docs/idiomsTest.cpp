@@ -1,4 +1,4 @@
-// What docs/idioms.md says of const objects and of calls from several threads.
+// docs/idioms.md on const objects and on calls from several threads.
 #include "support/tempFiles.h"
 #include "support/testing.h"
 
@@ -140,7 +140,7 @@ QStringList namesOfPage() {
 
 } // namespace
 
-// A call that writes would take the list for itself, which is shared here, or change the range.
+// A call that writes would detach the shared list or change the range.
 TEST(IdiomsPage, NamesQueriesThatOnlyRead) {
     QStringList names = namesOfPage();
     for (const Query& query : kReadOnly) {

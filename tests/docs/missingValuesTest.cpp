@@ -1,5 +1,5 @@
-// docs/idioms.md says of each function what it does with missing values. Here each meets a missing height and a missing
-// point, and what it does is compared with the page.
+// docs/idioms.md states what each function does with missing values. Each is called with a missing height and with a
+// missing point, and the outcome is compared with the page.
 #include "support/tempFiles.h"
 #include "support/testing.h"
 
@@ -15,7 +15,7 @@ namespace {
 using P = KxProfile;
 using Space = KxPointCloud<KxPointXYZ>;
 
-/// What a function has left or found.
+/// The result of a function.
 struct Outcome {
     bool isDone = true;
     std::optional<SpacePoints> points;
@@ -28,7 +28,7 @@ bool isMissing(const KxPointXYZ& p) {
     return std::isnan(p.x) || std::isnan(p.y) || std::isnan(p.z);
 }
 
-/// What was done, in the words of the page. `without` is the outcome where the point is not there at all.
+/// The outcome in the words of the page. `without` is the result without the point.
 QString behaviour(const Outcome& outcome, const Outcome& without) {
     EXPECT_TRUE(without.isDone);
     if (!outcome.isDone) {
@@ -85,7 +85,7 @@ Run changesCloud(const std::function<void(Space&)>& change) {
     };
 }
 
-/// A function that leaves points somewhere else.
+/// A function that writes points to another object.
 Run makes(const std::function<void(P&, Space&)>& make) {
     return [=](P& p) {
         Space cloud;
@@ -94,7 +94,7 @@ Run makes(const std::function<void(P&, Space&)>& make) {
     };
 }
 
-/// A function that finds numbers.
+/// A function that returns numbers.
 Run finds(const std::function<QList<float>(P&)>& find) {
     return [=](P& p) { return Outcome{true, {}, find(p)}; };
 }

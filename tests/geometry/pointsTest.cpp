@@ -28,7 +28,7 @@ TEST(Points, DistancesRoundTheSumOfSquares) {
     EXPECT_EQ(KxPointXY::calcDistance({1, 2}, {4, -2}), 5.0f);
     EXPECT_EQ(KxPointXYZ::calcDistance({1, 2, 3}, {3, -1, 9}), 7.0f);
     EXPECT_EQ(KxPointXYZ(1, 2, 3).calcDistance(KxPointXYZ(1, 2, 3)), 0.0f);
-    // 4096^2 + 1 is no float: in double the root would round up.
+    // 4096^2 + 1 is not a float: in double the root would round up.
     EXPECT_EQ(KxPointXY(0, 0).calcDistance(KxPointXY(4096, 1)), 4096.0f);
     // y first: (1 + 1) + 2^25 would be larger, each 1 alone is lost.
     EXPECT_EQ(KxPointXYZ::calcDistance({0, 0, 0}, {1, 4096, 1}), 4096.0f);

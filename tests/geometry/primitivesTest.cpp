@@ -106,7 +106,7 @@ TEST(Plane, ThroughThreePointsInDouble) {
     KxPlane p, level, unknown;
     p.calcFromPoints(p1, p2, p3);
     EXPECT_EXACT(fields(p), exact(QList<float>{8, 4, 2, -8}));
-    // The products lie beyond single precision: (2^12 + 1)^2 - 2^24 is 2^13 in floats.
+    // The products exceed single precision: (2^12 + 1)^2 - 2^24 is 2^13 in floats.
     KxPointXYZ q1(4097, 4096, 0), q2(4096, 4097, 0), q3(0, 0, 1);
     p.calcFromPoints(q1, q2, q3);
     EXPECT_EXACT(fields(p), exact(QList<float>{1, 1, 8193, -8193}));

@@ -14,7 +14,7 @@ namespace golden {
 
 using testing_support::BitDigest;
 
-/// Numbers from integers only, so that no compiler and no library of functions has a say in them.
+/// Random numbers from integers only, independent of compiler and mathematical library.
 class Source {
 public:
     explicit Source(std::uint32_t seed) : state_(seed * 2654435761u + 1u) {}
@@ -41,7 +41,7 @@ public:
     Line& operator<<(float v) { return *this << static_cast<double>(v); }
     Line& operator<<(double v) {
         if (std::isnan(v)) {
-            std::printf(" nan"); // of whatever sign and payload
+            std::printf(" nan"); // of any sign and payload
         } else {
             std::printf(" %a", v);
         }
@@ -78,7 +78,7 @@ public:
 private:
     static void add(BitDigest& digest, int v) { digest.add(v); }
     static void add(BitDigest& digest, float v) {
-        digest.add(std::isnan(v) ? std::numeric_limits<float>::quiet_NaN() : v); // of whatever sign and payload
+        digest.add(std::isnan(v) ? std::numeric_limits<float>::quiet_NaN() : v); // of any sign and payload
     }
     static void add(BitDigest& digest, const KxMath::KxPointXY& p) {
         add(digest, p.x);

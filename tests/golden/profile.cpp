@@ -16,7 +16,7 @@ using P = KxProfile&;
 struct Printer {
     bool isDamaged;
 
-    /// Calls the work with two profiles of its own and prints both afterwards.
+    /// Calls the work with two new profiles and prints both afterwards.
     template <typename Work>
     void operator()(const char* name, Work work) const {
         KxProfile profile, out;
@@ -65,7 +65,7 @@ void printTransforms(const Printer& print) {
 
 void printCalculus(const Printer& print) {
     print("profile.polynom", [](Line& line, P p, P) {
-        p.trimY(-100, 100); // NaN heights go
+        p.trimY(-100, 100); // removes NaN heights
         std::array<double, 7> coeffs{};
         line << p.calcPolynomCoeffs(6, coeffs.data());
         for (const double c : coeffs) {

@@ -52,7 +52,7 @@ void printConicity() {
     Line("conicity.contacts") << points;
 }
 
-/// What a sensor at the placement 2 sees of the calibration object: straight flanks between these turning points.
+/// The calibration object as seen by a sensor of placement 2: straight flanks between these turning points.
 void printCalibration() {
     const QList<KxPointXY> knots{{-80.75f, 213.4272f},   {-67.3396f, 239.7931f}, {-53.8717f, 225.5428f},
                                  {-40.4037f, 252.0218f}, {-26.9358f, 237.7714f}, {-13.4679f, 264.2504f},

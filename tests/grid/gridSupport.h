@@ -1,4 +1,4 @@
-// Making and comparing sets of profiles, height maps and block means.
+// Creating and comparing profile sets, height maps and block means.
 #pragma once
 
 #include "support/testing.h"

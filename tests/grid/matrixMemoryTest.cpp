@@ -1,4 +1,4 @@
-// Height maps that ask for more memory than there is.
+// Height maps that need more memory than available.
 #include "gridSupport.h"
 
 #include <climits>
@@ -6,12 +6,12 @@
 
 namespace {
 
-/// How many allocations are still granted; negative: all of them.
+/// The number of allocations that still succeed; negative: all.
 int grantedAllocations = -1;
 
 } // namespace
 
-// The rows of a height map come from here, so that the end of memory can be put at any row.
+// Allocates the rows of a height map, so that memory can run out at any row.
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     if (grantedAllocations == 0) {
         return nullptr;

@@ -43,10 +43,10 @@ TEST(ProfileZ, RecordIsTheseBytes) {
     ASSERT_TRUE(KxProfileZ(0.0f).writeToFile(files.path("a.bin"))); // replaces the file
     EXPECT_EQ(files.read("a.bin").toHex(), "05000000000000");
     EXPECT_EQ(profile.readFromFile(files.path("none.bin")), -1);
-    EXPECT_EQ(profile.size(), 2); // nothing was opened, nothing dropped
+    EXPECT_EQ(profile.size(), 2); // nothing was opened or removed
     EXPECT_FALSE(profile.writeToFile(files.path("no folder/a.bin")));
     EXPECT_FALSE(profile.writeToFile(QStringLiteral("/dev/full")));
-    EXPECT_TRUE(profile.writeToCSVFile(QStringLiteral("/dev/full"))); // the text form does not tell
+    EXPECT_TRUE(profile.writeToCSVFile(QStringLiteral("/dev/full"))); // the text form does not report it
     profile.points.fill({1, 2}, 65536 + 3);
     ASSERT_TRUE(profile.writeToFile(files.path("a.bin")));
     EXPECT_EQ(files.read("a.bin").size(), 7 + 8 * (65536 + 3));

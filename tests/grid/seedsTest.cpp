@@ -9,7 +9,7 @@ struct Growing : KxMatrixWithHistos {
     using KxMatrixWithHistos::recFindNeighbours;
 };
 
-/// The search as it is defined: recursive, pass by pass over all cells, on a map of its own.
+/// The search as its header describes it: recursive, pass by pass over all cells, on its own map.
 struct PlainSearch {
     QList<QList<HistoCell>> rows;
     QList<QPoint> pending;
@@ -98,7 +98,7 @@ TEST(Seeds, EqualThePlainDefinition) {
         const float start = nasty.chance(90) ? nasty.plain() + 5.0f : nasty.special();
         const float end = nasty.chance(90) ? start - 100.0f : nasty.value();
         if (end < start - 1e4f && std::fabs(start) < 1e9f) {
-            return; // more passes than the plain search has time for
+            return; // too many passes for the plain search
         }
 
         PlainSearch plain;
@@ -162,7 +162,7 @@ TEST(Seeds, AWholeScanIsOneSeed) {
     KxMatrixWithHistos histos;
     histos.calcFromMatrixCloud(matrix, 2, 0, nullptr, nullptr);
     QList<SpaceCloud*> seeds;
-    // A step that is tiny against the levels takes millions of passes, and no time.
+    // A step much smaller than the levels needs millions of passes, but little time.
     EXPECT_EQ(histos.extractSeeds(matrix, &seeds, 5, 4, 1e-6f, 0.5f, 100, kNaN), 1);
     EXPECT_EQ(seeds[0]->size(), 1999 * 1279);
     EXPECT_EQ(matrix.size(), 2000 + 1280 - 1);

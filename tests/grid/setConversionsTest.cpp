@@ -74,7 +74,7 @@ TEST(SetFromCloud, StepsWithoutSlicesGiveAnEmptySet) {
     EXPECT_EXACT(set, exact(0, 7)); // one slice without points
 }
 
-TEST(SetToCloud, TakesStretchesOfProfiles) {
+TEST(SetToCloud, ExtractsRangesOfProfiles) {
     KxProfileZSet set;
     set.profiles = {profileAt(1, {{1, 2}, {3, 4}}), profileAt(kNaN, {}), profileAt(5, {{6, 7}})};
     SpaceCloud cloud;

@@ -12,7 +12,7 @@ Number numberAt(const QByteArray& bytes, qsizetype at) {
     return qFromLittleEndian<Number>(bytes.constData() + at);
 }
 
-/// How one kind of record stands in a file: marker, count, for some a position, points of 32-bit fields.
+/// The layout of one kind of record: marker, count, for some a position, points of 32-bit fields.
 struct Format {
     char marker;
     int countSize, positionSize, pointSize;
@@ -22,11 +22,11 @@ struct Format {
 
 constexpr Format kFlat{2, 2, 0, 8}, kSpace{3, 4, 0, 12}, kColour{4, 4, 0, 16}, kPositioned{5, 2, 4, 8};
 
-/// What a reader makes of the bytes from `at` on.
+/// The result of a reader for the bytes from `at` on.
 struct Outcome {
     int value = -1;
     qsizetype position = 0;
-    QByteArray points; ///< the bytes of the points that are kept
+    QByteArray points; ///< the bytes of the points that were read
     QByteArray z = QByteArray::fromHex("0000c07f"); ///< the bytes of the position, at first those of NaN
 };
 
@@ -91,7 +91,7 @@ void expectDefinition(const TempFiles& files, const Format& format, const QByteA
     ASSERT_EQ(found.z, expected.z) << bytes.toHex().constData();
 }
 
-/// Sets end at the first section or record that is damaged and go without the empty ones. Sections get positions by a
+/// Sets end at the first damaged section or record and omit empty ones. Sections get positions by a
 /// running sum that empty ones advance; those of records deliberately do not count.
 void expectSet(const TempFiles& files, const Format& format, const QByteArray& bytes) {
     SCOPED_TRACE(bytes.toHex().constData());

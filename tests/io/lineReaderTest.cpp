@@ -1,4 +1,4 @@
-// Text line by line from a device that fails in between.
+// Text line by line from a device whose reads may fail.
 #include "io/lineReader.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Text whose read number `failing` brings nothing, the next ones go on.
+/// Text whose read number `failing` returns no bytes; later reads continue.
 class FailingDevice : public QIODevice {
 public:
     FailingDevice(const QByteArray& text, int failing) : text_(text), failing_(failing) { open(ReadOnly | Unbuffered); }
@@ -35,7 +35,7 @@ private:
     qint64 at_ = 0;
 };
 
-TEST(LineReader, EndsAtAReadThatBringsNothing) {
+TEST(LineReader, EndsAtAReadWithoutBytes) {
     QByteArray text;
     constexpr int kLines = 40000;
     for (int i = 0; i < kLines; ++i) {

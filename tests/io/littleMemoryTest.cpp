@@ -1,4 +1,4 @@
-// Files that claim more than they hold, read by a process that cannot have as much memory as they claim.
+// Files whose counts exceed their content, read by a process with too little memory for the counts.
 #include "support/tempFiles.h"
 #include "support/testing.h"
 
@@ -26,7 +26,7 @@ rlim_t addressSpace() {
                : 0;
 }
 
-/// Expects the work to say true in a process that may take `more` bytes than this one.
+/// Expects the work to return true in a process limited to `more` bytes above the use of this one.
 void expectWithin(rlim_t more, const std::function<bool()>& work) {
     const auto limited = [&] {
         const rlim_t size = addressSpace() + more;
@@ -42,7 +42,7 @@ void expectWithin(rlim_t more, const std::function<bool()>& work) {
 
 constexpr rlim_t kMegabyte = 1 << 20;
 
-TEST(LittleMemory, ClaimsOfFourBytesCostNothing) {
+TEST(LittleMemory, LargeCountsInFourBytesNeedNoMemory) {
     const TempFiles files;
     const QString space = files.write("space", QByteArray::fromHex("03ffffffff"));
     const QString colour = files.write("colour", QByteArray::fromHex("04ffffffff"));
@@ -100,7 +100,7 @@ TEST(LittleMemory, GridsAndSlicesThatNeedMoreAreRefused) {
         KxMatrixCloud matrix;
         const bool isRefused = set.toMatrixCloud(matrix, NAN, NAN) == 0 && matrix.rows == -1 && matrix.cells[1];
         set.clear();
-        // Two rows of that kind have room only when the rows of the grid that failed were released.
+        // Two such rows fit only if the rows of the failed grid were released.
         const bool isReleased = matrix.initMatrix(100000000, 2, 1, 0, 0, 0, 0, 0, 0);
         matrix.clear();
         KxPointCloud<KxPointXYZ> cloud;

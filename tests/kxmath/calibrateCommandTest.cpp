@@ -66,7 +66,7 @@ TEST_F(CalibrateCommand, AveragesProfilesOfOnePose) {
     EXPECT_GE(average["largest"]["x"].toDouble(), average["deviation"]["x"].toDouble());
     write("together.bin", together);
     EXPECT_EQ(json({"together.bin", "--position", "2"})["pose"], average["pose"]);
-    // A profile without a pose is left out and told, one of another pose makes the mean worthless.
+    // A profile without a pose is reported and left out; one of another pose makes the mean invalid.
     write("flat.csv", "0;250\n1;250\n2;250\n");
     const ToolResult partly = run(arguments + QStringList{"flat.csv", "--report", "r.html"});
     EXPECT_GE(read("r.html").count("<svg"), 4);
@@ -79,7 +79,7 @@ TEST_F(CalibrateCommand, AveragesProfilesOfOnePose) {
     EXPECT_FALSE(QFile::exists(path("s.ini")));
 }
 
-TEST_F(CalibrateCommand, TellsAFlankThatIsOff) {
+TEST_F(CalibrateCommand, MarksAFlankThatIsOff) {
     takeShots("a", {"2"});
     KxProfileZ profile;
     ASSERT_GT(profile.readFromFile(path("a/calibration-1.bin")), 0);
@@ -115,7 +115,7 @@ TEST_F(CalibrateCommand, PutsThePoseIntoSettings) {
     EXPECT_EQ(settings.value("SENSOR2/position").toInt(), 1);
     run(arguments + QStringList{"--sensor-y", "-177"});
     EXPECT_TRUE(read("s.ini").contains("\r\ny=-177\r\n"));
-    // What cannot be merged is left as it is.
+    // A file that cannot be merged stays unchanged.
     for (const QByteArray text : {"[SENSOR2]\nx=\\\n1\n", "[SENSOR2]\n[%53ENSOR2]\nx=1\n", "\xff\xfe"}) {
         write("s.ini", text);
         EXPECT_TRUE(run(arguments, 3).errors.contains("settings 's.ini'")) << text.constData();

@@ -1,4 +1,4 @@
-// kxmath convert and info: what goes from kind to kind and back, and what is refused.
+// kxmath convert and info: conversions between all kinds and back, and refusals.
 #include "kxmath/toolRun.h"
 
 namespace {
@@ -100,7 +100,7 @@ protected:
     Info() : Convert("info") {}
 };
 
-TEST_F(Info, TellsWhatIsInFiles) {
+TEST_F(Info, ListsWhatFilesHold) {
     const QByteArray whole = read("flat.bin") + read("spatial.bin") + read("coloured.bin") + read("set.profiles");
     write("mixed.bin", whole);
     const ToolResult mixed = run({"mixed.bin"});

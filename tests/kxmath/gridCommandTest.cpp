@@ -26,7 +26,7 @@ protected:
     void writeScan(float base, float noise) const {
         KxProfileZSet set;
         kxtool::appendPatchScan(set, {160, 161, kPitch, kFirstX, base, noise, 7}, kPatches);
-        // Far ends of the first profile tell the range of x also where the sensor sees nothing else.
+        // The ends of the first profile define the range of x even if the sensor sees nothing else.
         set.profiles[0].points += {{kFirstX, -90.0f}, {kFirstX + 160 * kPitch, -90.0f}};
         ASSERT_TRUE(set.writeToFile(path("scan.bin")));
         QFile sections(path("sections.bin"));

@@ -58,7 +58,7 @@ TEST_F(SimulateCommand, Refuses) {
     EXPECT_TRUE(QDir(path("")).isEmpty()) << "nothing is written";
 }
 
-TEST_F(SimulateCommand, TellsWhatItCannotWrite) {
+TEST_F(SimulateCommand, ReportsWhatItCannotWrite) {
     for (const QString name : {"train_101.bin", "train_102.bin", "settings.ini", "defects.ini", "truth.json"}) {
         QDir(path("pass")).removeRecursively();
         QDir(path("pass")).mkpath(name);

@@ -33,7 +33,7 @@ float plainIntegral(const Points& points, int from, int to, bool plain) {
     }
 }
 
-TEST(Area, IntegralFollowsItsDefinition) {
+TEST(Area, IntegralEqualsThePlainDefinition) {
     EXPECT_EQ(profileOf({{2, 0}, {1, 1}, {0, 0}}).integral(2, 0, true), 1.0f); // whatever the direction
     forNasty(92, 300, [](Nasty& nasty) {
         Points points;

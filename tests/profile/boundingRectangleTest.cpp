@@ -5,7 +5,7 @@ using namespace testing_support;
 namespace {
 
 // Deliberately no rotation changes the cached width: the first angle is the best, the last one where it is unknown.
-TEST(BoundingRectangle, FollowsItsDefinition) {
+TEST(BoundingRectangle, EqualsThePlainDefinition) {
     forNasty(121, 300, [](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 20);
         KxProfile profile = profileOf(points);

@@ -39,7 +39,7 @@ Points plainRemoveLineParts(Points points, int maxParts, float maxCorrelation, f
     return kept;
 }
 
-TEST(Cleaning, RemoveNoiseFollowsItsDefinition) {
+TEST(Cleaning, RemoveNoiseEqualsThePlainDefinition) {
     forNasty(51, 3000, [](Nasty& nasty) {
         const Points points = nastyPoints(nasty);
         KxProfile profile = profileOf(points);
@@ -63,7 +63,7 @@ TEST(Cleaning, LevelsKeepOnlyWhatIsStrictlyBeyondTheLine) {
     expectPoints(low, {});
 }
 
-TEST(Cleaning, RemoveLinePartsFollowsItsDefinition) {
+TEST(Cleaning, RemoveLinePartsEqualsThePlainDefinition) {
     int kept = 0;
     forNasty(53, 3000, [&](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 120);

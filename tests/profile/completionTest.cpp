@@ -52,7 +52,7 @@ TEST(Completion, WhatIsMissingComesFromTheProfile) {
     }
 }
 
-TEST(Completion, NothingIsAddedWhereNothingIsWritten) {
+TEST(Completion, NoPointIsAddedWhereNoneIsWritten) {
     for (const Operation& operation : kOperations) {
         SCOPED_TRACE(operation.desc);
         for (const Points& target : {Points{}, wave(1)}) {

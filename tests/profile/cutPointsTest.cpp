@@ -36,7 +36,7 @@ void plainCutPoints(const Points& receiver, Points& cutPoints, QList<int>& indic
     }
 }
 
-TEST(CutPoints, SearchesFollowTheirDefinitions) {
+TEST(CutPoints, SearchesEqualThePlainDefinition) {
     qsizetype cuts = 0;
     forNasty(111, 2500, [&](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 100);

@@ -4,7 +4,7 @@ using namespace testing_support;
 
 namespace {
 
-TEST(Duplicates, RemoveDuplicatesFollowsItsDefinition) {
+TEST(Duplicates, RemoveDuplicatesEqualsThePlainDefinition) {
     qsizetype removed = 0;
     forNasty(22, 2000, [&](Nasty& nasty) {
         const Points points = nastyPoints(nasty);

@@ -89,7 +89,7 @@ struct PlainSpline {
     }
 };
 
-TEST(Interpolant, FollowsItsDefinition) {
+TEST(Interpolant, EqualsThePlainDefinition) {
     int samples = 0;
     forNasty(101, 3000, [&](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 60);

@@ -44,7 +44,7 @@ Value plainCalcY(const Points& p, float x, float maxDistance) {
     return {isWithin || std::abs(line.k) <= 1.0f ? line.k * x + line.b : kNaN, segment};
 }
 
-TEST(LookUp, CalcYFollowsItsDefinition) {
+TEST(LookUp, CalcYEqualsThePlainDefinition) {
     int found = 0;
     forNasty(91, 4000, [&](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 40);

@@ -55,7 +55,7 @@ bool plainCoefficients(const Points& points, unsigned degree, std::vector<double
     return true;
 }
 
-TEST(Polynomial, FitFollowsItsDefinition) {
+TEST(Polynomial, FitEqualsThePlainDefinition) {
     int fitted = 0;
     forNasty(81, 1500, [&](Nasty& nasty) {
         Points points = nastyPoints(nasty, 60);

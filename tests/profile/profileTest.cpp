@@ -16,7 +16,7 @@ int plainExtreme(const Points& points, float KxPointXY::*key, bool isSmallest) {
     return at;
 }
 
-TEST(Profile, RangeAndItsIndicesFollowTheirDefinition) {
+TEST(Profile, RangeAndItsIndicesEqualThePlainDefinition) {
     forNasty(141, 1000, [](Nasty& nasty) {
         const Points points = nasty.points<KxPointXY>(1 + nasty.size(20));
         KxProfile profile = profileOf(points);
@@ -35,7 +35,7 @@ TEST(Profile, RangeAndItsIndicesFollowTheirDefinition) {
     });
 }
 
-TEST(Profile, RangeOfNoPointsTouchesNothing) {
+TEST(Profile, RangeOfNoPointsChangesNothing) {
     KxProfile empty = profileOf({});
     float bound = 7.0f;
     int indices[4] = {5, 6, 7, 8};

@@ -21,7 +21,7 @@ int plainFindNearest(const Points& points, float x, bool fromRight) {
     return -1;
 }
 
-TEST(Search, FindNearestToXFollowsItsDefinition) {
+TEST(Search, FindNearestToXEqualsThePlainDefinition) {
     forNasty(21, 2000, [](Nasty& nasty) {
         const Points points = nastyPoints(nasty, 80);
         KxProfile profile = profileOf(points);

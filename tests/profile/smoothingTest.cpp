@@ -22,13 +22,13 @@ void plainKihFilter(const Points& in, Points& out, float maxStep) {
     std::copy(filtered.begin(), in.size() < 20 ? filtered.begin() : filtered.end(), out.begin());
 }
 
-TEST(Smoothing, KihFilterFollowsItsDefinition) {
+TEST(Smoothing, KihFilterEqualsThePlainDefinition) {
     compareFilters(
         100, [](KxProfile& in, KxProfile& out, int, float limit) { in.kihFilter20(out, limit); },
         [](const Points& in, Points& out, int, float limit) { plainKihFilter(in, out, limit); });
 }
 
-TEST(Smoothing, WndFilterFollowsItsDefinition) {
+TEST(Smoothing, WndFilterEqualsThePlainDefinition) {
     compareFilters(
         300, [](KxProfile&, KxProfile& out, int window, float) { out.wndFilter(window); },
         [](const Points&, Points& out, qint64 w, float) {
@@ -55,7 +55,7 @@ TEST(Smoothing, MedFiltOrdersByXAndOnlyShiftsAnOrderedProfile) {
         });
 }
 
-TEST(Smoothing, DiffFiltFollowsItsDefinition) {
+TEST(Smoothing, DiffFiltEqualsThePlainDefinition) {
     compareFilters(
         120, [](KxProfile& in, KxProfile& out, int window, float) { in.diffFilt(out, window); },
         [](const Points& in, Points& out, qint64 w, float) {

@@ -121,7 +121,7 @@ Points arc(Nasty& nasty) {
     return points;
 }
 
-TEST(Splash, FilterFollowsItsDefinition) {
+TEST(Splash, FilterEqualsThePlainDefinition) {
     int changed = 0;
     forNasty(41, 4000, [&](Nasty& nasty) {
         Points points = nastyPoints(nasty, 100);
@@ -135,7 +135,7 @@ TEST(Splash, FilterFollowsItsDefinition) {
     EXPECT_GT(changed, 400);
 }
 
-TEST(Splash, PolarFiltersFollowTheirDefinitions) {
+TEST(Splash, PolarFiltersEqualThePlainDefinition) {
     int changed = 0;
     forNasty(42, 1200, [&](Nasty& nasty) {
         const Points points = nasty.chance(60) ? arc(nasty) : nastyPoints(nasty, 40);

@@ -71,7 +71,7 @@ Points zigzag(Nasty& nasty, int n) {
 
 } // namespace
 
-TEST(DetectApexes, EqualsItsDefinition) {
+TEST(DetectApexes, EqualsThePlainDefinition) {
     int found = 0;
     forNasty(53, 600, [&](Nasty& nasty) {
         KxProfile p;

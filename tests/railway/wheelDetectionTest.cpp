@@ -209,7 +209,7 @@ TEST(DetectWheels, SensorOfTheSerialNumber) {
     }
 }
 
-TEST(DetectWheels, FilesFromBeforeStayAndFailuresLeaveNothingBehind) {
+TEST(DetectWheels, OldFilesRemainAndFailuresLeaveNoFiles) {
     WorkingFolder folder;
     const auto settings = folder.settings(sensor(1, 12));
     const auto results = folder.settings({});

@@ -182,7 +182,7 @@ TEST(WheelParameters, S1002) {
     EXPECT_NEAR(v.widthLevel2ToH13, flankX(15) - flankX(2), 0.15);
 }
 
-TEST(WheelParameters, EqualTheirDefinition) {
+TEST(WheelParameters, EqualThePlainDefinition) {
     int complete = 0;
     forNasty(56, 300, [&](Nasty& nasty) {
         Cloud rim;

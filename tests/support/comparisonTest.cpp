@@ -13,7 +13,7 @@ std::string difference(const A& a, const B& b) {
     return compareExactly("exact(a)", "exact(b)", exact(a), exact(b)).message();
 }
 
-TEST(Comparison, TellsEveryBitButThoseOfNaN) {
+TEST(Comparison, DistinguishesEveryBitButThoseOfNaN) {
     const float otherNaN = std::bit_cast<float>(0xffc00123u);
     EXPECT_EQ(difference(kNaN, otherNaN), "");
     EXPECT_EQ(difference(Points{{kNaN, 1}}, Points{{otherNaN, 1}}), "");

@@ -1,4 +1,4 @@
-// How far points lie from the calibration object, and the mean of poses.
+// Residuals of points on the calibration object, and the mean of poses.
 #include "inspect/calibrate/flankResiduals.h"
 #include "inspect/calibrate/poseAverage.h"
 #include "inspect/calibrate/shots.h"
@@ -54,7 +54,7 @@ TEST(FlankResiduals, AreTheDistancesAlongY) {
         const auto inside = std::count_if(shot.truth.begin(), shot.truth.end(), isInside);
         EXPECT_NEAR(static_cast<double>(onFlanks) / static_cast<double>(inside), 0.92, 0.01); // the margins are 0.08
 
-        // A pose that is too near by 0.25 mm: everything lies so far before the object, or is put there.
+        // A pose that is 0.25 mm too near: all points are that far in front of the object.
         ProfilePose moved = exact;
         moved.pose.y -= 0.25 * facing;
         detail::findResiduals(shot.task, moved);

@@ -87,7 +87,7 @@ TEST(MeasurePose, SaysWhyThereIsNoPose) {
     }
 }
 
-TEST(MeasurePose, RefusesATaskThatIsNone) {
+TEST(MeasurePose, RefusesInvalidTasks) {
     const std::pair<const char*, std::function<void(CalibrationTask&)>> cases[] = {
         {"pitch", [](CalibrationTask& t) { t.object.pitch = 0.0; }},
         {"slope", [](CalibrationTask& t) { t.object.slope = -1.0; }},
@@ -125,7 +125,7 @@ TEST(MeasurePoses, LeavesOutProfilesWithoutAPose) {
     EXPECT_EQ(result.warnings[0], "'flat' " + result.profiles[1].fault);
     EXPECT_EQ(result.warnings[1].find("position 3 does not find y; tell it with sensorY"), 0u) << result.warnings[1];
     EXPECT_EQ(result.flanks[2].points, result.profiles[0].flanks[2].points + result.profiles[2].flanks[2].points);
-    // A y that does not fit the object is taken, with a warning.
+    // A y that contradicts the object is used, with a warning.
     first.task.sensorY = first.trueY() + 1.5f;
     result = measurePoses(profiles, first.task);
     EXPECT_EQ(result.average.pose.y, static_cast<double>(*first.task.sensorY));

@@ -1,4 +1,4 @@
-// Profiles of the calibration object with their truth.
+// Simulated profiles of the calibration object and their true points.
 #pragma once
 
 #include "simulator/calibrationTrial.h"
@@ -36,7 +36,7 @@ struct Shot {
     float trueY() const { return static_cast<float>(pose.origin.y); }
 };
 
-/// The largest distance of the points, put back by a pose, from where they are.
+/// The largest distance of the points, transformed by a pose, from their true positions.
 inline double pointError(const Shot& shot, const SensorPose& pose) {
     const std::vector<Point3> found = toTrack(shot.profile, pose);
     EXPECT_EQ(found.size(), shot.truth.size());

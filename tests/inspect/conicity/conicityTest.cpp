@@ -76,7 +76,7 @@ TEST(Conicity, CountsOnlyTheDifferenceOfTheRadii) {
     EXPECT_EQ(larger.radius2, input.radius2);
 }
 
-TEST(Conicity, ProfilesMayStandInAnyWay) {
+TEST(Conicity, ProfilesMayHaveAnyOrientation) {
     const std::string expected = toJson(measureConicity(coneInput()), Pictures::Included);
     for (const auto& [part, isUp, isMirrored] :
          {std::tuple{Wheel1, true, false}, {Rail1, false, true}, {Wheel2, true, true}, {Rail2, true, false}}) {

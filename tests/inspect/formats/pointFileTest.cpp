@@ -1,4 +1,4 @@
-// Point files of each kind: what comes back, what is refused and where.
+// Point files of each kind: round trips, refusals and their places.
 #include "support/tempFiles.h"
 
 #include <KxInspect/Error.h>

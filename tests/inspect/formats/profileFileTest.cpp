@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(ProfileFile, ContentTellsTheKind) {
+TEST_F(ProfileFile, ContentDeterminesTheKind) {
     const struct {
         const char* desc;
         QByteArray content;

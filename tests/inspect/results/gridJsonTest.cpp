@@ -79,7 +79,7 @@ TEST_F(GridJson, RefusesWhatIsNoResult) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
         QByteArray changed = json;
-        const qsizetype at = changed.lastIndexOf(c.from); // "step" of the search stands before that of the map
+        const qsizetype at = changed.lastIndexOf(c.from); // "step" of the search precedes that of the map
         ASSERT_GE(at, 0);
         changed.replace(at, qstrlen(c.from), c.to);
         try {

@@ -58,7 +58,7 @@ TEST(HeightMap, HasARowForEachProfile) {
     EXPECT_EQ(map.originX, kFirstX);
     EXPECT_EQ(map.originZ, kFirstZ);
     ASSERT_EQ(map.heights.size(), 11u * 14u);
-    // The line through the last points before a hole goes on for one gap.
+    // The line through the last points before a hole is extended by one gap.
     expectPlane(map, [](int row, float x) { return row == 4 || (x > 0.0f && x < 2.0f); });
 }
 

@@ -20,7 +20,7 @@ struct Plate {
 constexpr float kPitch = 0.5f, kOriginX = -10.0f, kOriginZ = 100.0f;
 const Plate kPlates[] = {{3, 30, 5, 24, 12.5f}, {34, 50, 8, 30, 0.0f}, {5, 22, 30, 40, -4.25f}};
 
-/// A map of 55 rows and 45 columns with nothing about the plates.
+/// A map of 55 rows and 45 columns, empty except for the plates.
 HeightMap makeMap() {
     HeightMap map{55, 45, kPitch, kPitch, kOriginX, kOriginZ, std::vector<float>(55 * 45, kNaN)};
     for (const Plate& plate : kPlates) {

@@ -1,4 +1,4 @@
-// What tests of scans share.
+// Shared by the tests of scans.
 #pragma once
 
 #include "support/tempFiles.h"
@@ -28,7 +28,7 @@ inline Error errorOf(const std::function<void()>& call) {
     return {ErrorKind::NoResult, {}, {}};
 }
 
-/// A call that is refused, and the argument that is at fault.
+/// A refused call and the wrong argument.
 struct Refusal {
     const char* desc;
     std::function<void()> call;

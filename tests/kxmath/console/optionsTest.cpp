@@ -1,4 +1,4 @@
-// Options of commands: what is taken, and what is said of what is not.
+// Options of commands: accepted values, and messages for refused ones.
 #include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/commandError.h"
 
@@ -39,7 +39,7 @@ TEST(OptionsTest, HandsOutWhatWasGivenAndDefaults) {
     EXPECT_FALSE(p.options.numberIfSet("json"));
 }
 
-TEST(OptionsTest, SaysWhatIsNeededAndWhatItGot) {
+TEST(OptionsTest, MessagesNameTheNeededAndTheGivenValue) {
     struct Case {
         QStringList arguments;
         std::function<void(const Options&)> ask;
