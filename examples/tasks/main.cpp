@@ -33,5 +33,6 @@ int main() {
     tryScans();
     tryHeightMaps();
     tryRailway();
+    tryMeasuring();
     return failures == 0 ? 0 : 1;
 }

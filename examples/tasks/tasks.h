@@ -35,3 +35,4 @@ void tryClouds();
 void tryScans();
 void tryHeightMaps();
 void tryRailway();
+void tryMeasuring(); ///< with the files of tryRailway()

@@ -122,6 +122,6 @@ KXINSPECT_EXPORT std::string toJson(const ConicityResult& result, Pictures pictu
 
 /// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for invalid JSON, Unsuitable with
 /// the key for a value that is missing or wrong.
-KXINSPECT_EXPORT ConicityResult conicityResultFromJson(const std::string& json);
+KXINSPECT_EXPORT ConicityResult conicityFromJson(const std::string& json);
 
 } // namespace KxInspect

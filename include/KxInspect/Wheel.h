@@ -153,6 +153,6 @@ KXINSPECT_EXPORT std::string toJson(const WheelResults& results, Pictures pictur
 
 /// Reads what toJson() wrote, with pictures or without. Throws an Error, Damaged for invalid JSON, Unsuitable with
 /// the key for a value that is missing or wrong.
-KXINSPECT_EXPORT WheelResults wheelResultsFromJson(const std::string& json);
+KXINSPECT_EXPORT WheelResults wheelsFromJson(const std::string& json);
 
 } // namespace KxInspect

@@ -105,7 +105,7 @@ std::string toJson(const ConicityResult& result, Pictures pictures) {
     return detail::jsonText(root);
 }
 
-ConicityResult conicityResultFromJson(const std::string& json) {
+ConicityResult conicityFromJson(const std::string& json) {
     const JsonValue root = JsonValue::parse(json);
     ConicityResult result;
     for (const WheelSetPart part : kParts) {

@@ -95,7 +95,7 @@ std::string toJson(const WheelResults& results, Pictures pictures) {
     return detail::jsonText(root);
 }
 
-WheelResults wheelResultsFromJson(const std::string& json) {
+WheelResults wheelsFromJson(const std::string& json) {
     const JsonValue root = JsonValue::parse(json);
     WheelResults results;
     for (const JsonValue& wheel : root["wheels"].list()) {

@@ -66,7 +66,7 @@ TEST(ConicityJson, HoldsTheResult) {
     ]
 }
 )");
-    const ConicityResult read = conicityResultFromJson(toJson(result));
+    const ConicityResult read = conicityFromJson(toJson(result));
     EXPECT_EQ(toJson(read), toJson(result));
     ASSERT_EQ(read.atWholeAmplitudes.size(), 1u);
     EXPECT_EQ(read.atWholeAmplitudes[0], (Point{1.0f, 0.1f}));
@@ -80,7 +80,7 @@ TEST(ConicityJson, WithPicturesGivesTheSamePage) {
     input.gaugeDepth = 3.3f;
     const ConicityResult result = measureConicity(input);
     const std::string json = toJson(result, Pictures::Included);
-    const ConicityResult read = conicityResultFromJson(json);
+    const ConicityResult read = conicityFromJson(json);
     EXPECT_EQ(toJson(read, Pictures::Included), json);
     EXPECT_EQ(toJson(read), toJson(result));
     EXPECT_EQ(kxreport::conicityReport(read), kxreport::conicityReport(result));
@@ -111,7 +111,7 @@ TEST(ConicityJson, RefusesWhatIsNoConicity) {
     };
     for (const auto& [text, key, kind] : cases) {
         try {
-            conicityResultFromJson(text);
+            conicityFromJson(text);
             ADD_FAILURE() << key;
         } catch (const Error& error) {
             EXPECT_EQ(error.kind(), kind) << error.what();

@@ -119,7 +119,7 @@ TEST(Conicity, WithoutAResultSaysWhy) {
     EXPECT_EQ(result.shownConicity, std::nullopt);
     ASSERT_FALSE(result.warnings.empty());
     EXPECT_EQ(result.warnings.front().rfind("wheel2 has its lowest point far from the flange back", 0), 0u);
-    EXPECT_EQ(conicityResultFromJson(toJson(result)).reason, result.reason);
+    EXPECT_EQ(conicityFromJson(toJson(result)).reason, result.reason);
 }
 
 TEST(Conicity, RefusesInputThatCannotBeUsed) {

@@ -83,9 +83,9 @@ TEST(WheelJson, HoldsTheResults) {
 
 TEST(WheelJson, ReadBackGivesTheSamePage) {
     const WheelResults measured = results();
-    EXPECT_EQ(toJson(wheelResultsFromJson(toJson(measured))), toJson(measured));
+    EXPECT_EQ(toJson(wheelsFromJson(toJson(measured))), toJson(measured));
     const std::string json = toJson(measured, Pictures::Included);
-    const WheelResults read = wheelResultsFromJson(json);
+    const WheelResults read = wheelsFromJson(json);
     EXPECT_EQ(toJson(read, Pictures::Included), json);
     EXPECT_EQ(kxreport::wheelReport(read), kxreport::wheelReport(measured));
     EXPECT_EQ(read.wheels[1].verdict, WheelVerdict::NotRead);
@@ -101,7 +101,7 @@ TEST(WheelJson, RefusesWhatIsNoResult) {
         std::string changed = json;
         changed.replace(changed.find(from), std::string(from).size(), to);
         try {
-            wheelResultsFromJson(changed);
+            wheelsFromJson(changed);
             ADD_FAILURE() << key;
         } catch (const Error& error) {
             EXPECT_EQ(error.kind(), ErrorKind::Unsuitable) << error.what();
