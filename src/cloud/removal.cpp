@@ -2,6 +2,7 @@
 #include "KxMath/KxPointCloud.h"
 
 #include "cloud/box.h"
+#include "lists/checked.h"
 #include "lists/filtering.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ struct Range {
 /// Removes points by ascending positions, all of them valid and different.
 template <typename Point>
 void removeDifferent(QList<Point>& points, const QList<int>& positions) {
-    Point* const data = points.data();
+    Point* const data = detail::writable(points);
     Point* target = data + positions.first();
     for (qsizetype i = 0; i < positions.size(); ++i) {
         const qsizetype end = i + 1 < positions.size() ? positions[i + 1] : points.size();
@@ -50,7 +51,7 @@ bool sortByMarking(QList<int>& positions, qsizetype size) {
         }
         word |= bit;
     }
-    int* next = positions.data();
+    int* next = detail::writable(positions);
     for (std::size_t i = 0; i < marks.size(); ++i) {
         for (std::uint64_t word = marks[i]; word != 0; word &= word - 1) { // without its lowest bit
             *next++ = static_cast<int>(i) * static_cast<int>(kBits) + std::countr_zero(word);
@@ -64,7 +65,8 @@ void sortPositions(QList<int>& positions, qsizetype size) {
     constexpr qsizetype kWorthwhile = 64; // marking is quicker when more than one point of this many is removed
     const bool isSorted = std::is_sorted(positions.cbegin(), positions.cend());
     if (!isSorted && (positions.size() < size / kWorthwhile || !sortByMarking(positions, size))) {
-        std::sort(positions.begin(), positions.end());
+        const auto all = detail::writableSpan(positions);
+        std::sort(all.begin(), all.end());
     }
 }
 
@@ -110,7 +112,7 @@ int removePositions(QList<Point>& points, QList<int>& positions) {
         return counted;
     }
 
-    Point* const data = points.data();
+    Point* const data = detail::writable(points);
     Point* target = data + tailBegin;
     for (auto range = kept.crbegin(); range != kept.crend(); ++range) {
         target = std::copy(data + range->begin, data + range->end, target);

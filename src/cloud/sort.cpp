@@ -1,6 +1,7 @@
 // Sorting clouds, and the index of their runs of equal z.
 #include "KxMath/KxPointCloud.h"
 
+#include "lists/checked.h"
 #include "sorting/ordering.h"
 #include "sorting/rangeOrdering.h"
 
@@ -28,7 +29,7 @@ void sortByZ(Point* first, Point* last, KxSortOrder order) {
 
 template <typename Cloud>
 void sortInSpace(Cloud& cloud, KxSortOrder byX, KxSortOrder byZ) {
-    auto* const begin = cloud.points.data();
+    auto* const begin = detail::writable(cloud.points);
     auto* const end = begin + cloud.points.size();
     if (byZ == KxSortNone) {
         sortByX(begin, end, byX);
@@ -115,7 +116,8 @@ void indexRuns(Cloud& cloud) {
 } // namespace
 
 void KxPointCloud<KxPointXY>::sort(KxSortOrder byX, KxSortOrder) {
-    sortByX(points.data(), points.data() + points.size(), byX);
+    KxPointXY* const begin = detail::writable(points);
+    sortByX(begin, begin + points.size(), byX);
 }
 
 void KxPointCloud<KxPointXYZ>::sort(KxSortOrder byX, KxSortOrder byZ) {

@@ -1,6 +1,7 @@
 // Moving, scaling and turning clouds.
 #include "KxMath/KxPointCloud.h"
 
+#include "lists/checked.h"
 #include "simd/blockPolar.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ void shiftCoordinate(QList<Point>& points, float Point::*coordinate, float offse
     if (offset == 0.0f || points.isEmpty()) {
         return;
     }
-    for (Point& p : points) {
+    for (Point& p : detail::writableSpan(points)) {
         p.*coordinate += offset;
     }
 }
@@ -27,7 +28,7 @@ void scaleCoordinate(QList<Point>& points, float Point::*coordinate, float facto
     if (factor == 1.0f || points.isEmpty()) {
         return;
     }
-    for (Point& p : points) {
+    for (Point& p : detail::writableSpan(points)) {
         p.*coordinate *= factor;
     }
 }
@@ -36,7 +37,7 @@ void scaleCoordinate(QList<Point>& points, float Point::*coordinate, float facto
 void rotateInPlane(QList<KxPointXYZ>& points, float KxPointXYZ::*first, float KxPointXYZ::*second, float deg) {
     std::array<float, detail::kPolarBlock> as;
     std::array<float, detail::kPolarBlock> bs;
-    KxPointXYZ* const data = points.data();
+    KxPointXYZ* const data = detail::writable(points);
     for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarBlock) {
         const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarBlock);
         KxPointXYZ* const block = data + begin;

@@ -1,6 +1,7 @@
 // Cutting the rims of a scanned object out of a height map.
 #include "KxMath/KxMatrixWithHistos.h"
 
+#include "lists/checked.h"
 #include "rounding/bounds.h"
 
 #include <algorithm>
@@ -54,13 +55,14 @@ int KxMatrixWithHistos::cutEdgeEffects(KxMatrixCloud& matrix, float threshold) {
     const qsizetype columns = std::as_const(histoRows).first().size();
     const auto twoThirds = [](qsizetype n) { return 2 * n / 3; };
     EdgeCutter cutter(matrix, threshold);
+    QList<HistoCell>* const histos = detail::writable(histoRows);
 
     // Row by row, as they lie in memory: what belongs to one column still comes in its order.
     const auto cutRow = [&](qsizetype innerRow, qsizetype outerRow, int more) {
-        QList<HistoCell>& inner = histoRows[innerRow];
-        QList<HistoCell>& outer = histoRows[outerRow];
-        HistoCell* const innerCells = inner.data();
-        HistoCell* const outerCells = outer.data();
+        QList<HistoCell>& inner = histos[innerRow];
+        QList<HistoCell>& outer = histos[outerRow];
+        HistoCell* const innerCells = detail::writable(inner);
+        HistoCell* const outerCells = detail::writable(outer);
         // Rows of another matrix may be shorter than the first one.
         const qsizetype count = std::min({columns, inner.size(), outer.size()});
         for (qsizetype c = 0; c < count; ++c) {
@@ -75,8 +77,8 @@ int KxMatrixWithHistos::cutEdgeEffects(KxMatrixCloud& matrix, float threshold) {
     for (qsizetype r = rows - 2; r >= twoThirds(rows); --r) {
         cutRow(r, r + 1, 1); // deliberately, unlike at the first rows
     }
-    for (QList<HistoCell>& row : histoRows) {
-        HistoCell* const cells = row.data();
+    for (QList<HistoCell>& row : detail::writableSpan(histoRows)) {
+        HistoCell* const cells = detail::writable(row);
         const auto cut = [&](qsizetype inner, qsizetype outer) {
             if (std::max(inner, outer) < row.size() && cutter.cut(cells[inner], cells[outer], 1)) {
                 mark(cells[outer]); // deliberately the outer one

@@ -3,6 +3,7 @@
 
 #include "grid/forReading.h"
 #include "grid/position.h"
+#include "lists/checked.h"
 #include "lists/filtering.h"
 #include "rounding/bounds.h"
 
@@ -46,7 +47,7 @@ public:
             return position % 2 != 0 || position / 2 >= lowIndex_;
         };
         detail::keepIf(points, isKept);
-        points.resize(std::min(points.size(), highIndex_ + 1));
+        detail::truncate(points, std::min(points.size(), highIndex_ + 1));
     }
 
 private:
@@ -93,7 +94,7 @@ int KxProfileZSet::getRange(float zMin, float zMax, KxProfileZSet& out) {
 
 void KxProfileZSet::setZ(float z0, float dz) {
     qsizetype i = 0;
-    for (KxProfileZ& profile : profiles) {
+    for (KxProfileZ& profile : detail::writableSpan(profiles)) {
         profile.z = detail::gridPosition(i, dz, z0);
         ++i;
     }
@@ -140,7 +141,7 @@ void KxProfileZSet::clearEdgeEffect() {
         return;
     }
     EdgeSearch search(std::as_const(profiles).first().points.first().y);
-    for (KxProfileZ& profile : profiles) {
+    for (KxProfileZ& profile : detail::writableSpan(profiles)) {
         search.update(profile.points);
         KxProfileZ trimmed;
         trimmed.points = profile.points;

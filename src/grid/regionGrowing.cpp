@@ -1,6 +1,8 @@
 // Growing a region of block means.
 #include "grid/regionGrowing.h"
 
+#include "lists/checked.h"
+
 #include <cmath>
 
 namespace KxMath::detail {
@@ -74,6 +76,7 @@ void RegionGrower::postpone(const QPoint& cell) {
 
 void RegionGrower::growPostponed() {
     while (!postponed_.isEmpty()) {
+        detach(postponed_);
         const QPoint cell = postponed_.takeLast();
         arePostponed_.erase(cell);
         grow(cell.x(), cell.y(), 0);

@@ -4,6 +4,7 @@
 #include "KxMath/KxMatrixWithHistos.h"
 
 #include "grid/cellSet.h"
+#include "lists/checked.h"
 
 #include <span>
 #include <vector>
@@ -25,8 +26,8 @@ class HistoTable {
 public:
     explicit HistoTable(QList<QList<HistoCell>>& rows) {
         rows_.reserve(static_cast<size_t>(rows.size()));
-        for (QList<HistoCell>& row : rows) {
-            rows_.emplace_back(row.data(), static_cast<size_t>(row.size()));
+        for (QList<HistoCell>& row : writableSpan(rows)) {
+            rows_.push_back(writableSpan(row));
         }
     }
 

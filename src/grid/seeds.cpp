@@ -160,7 +160,8 @@ int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<K
             auto cloud = std::make_unique<KxPointCloud<KxPointXYZ>>();
             if (gather(cells, *pendingSeeds, matrix, *cloud, start.row, start.column, tolerance, minCount, maxDrop) >=
                 minCount) {
-                seeds->append(cloud.release());
+                seeds->append(cloud.get());
+                cloud.release(); // now that the list has it
             }
         }
     }

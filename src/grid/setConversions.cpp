@@ -4,6 +4,7 @@
 
 #include "grid/position.h"
 #include "grid/resampling.h"
+#include "lists/checked.h"
 #include "lists/unfilledList.h"
 #include "rounding/bounds.h"
 #include "rounding/conversion.h"
@@ -107,7 +108,7 @@ void distribute(const QList<KxPointXYZ>& points, const std::vector<Run>& runs, K
         const KxPointXYZ* const end = from + run.count;
         if (run.slice != SliceFinder::kNone) {
             qsizetype& filled = sizes[static_cast<size_t>(run.slice)];
-            KxPointXY* to = slices[run.slice].points.data() + filled;
+            KxPointXY* to = detail::writable(slices[run.slice].points) + filled;
             for (const KxPointXYZ* p = from; p != end; ++p, ++to) {
                 std::construct_at(to, p->x, p->y);
             }
@@ -161,7 +162,7 @@ int KxProfileZSet::toMatrixCloud(KxMatrixCloud& matrix, float maxDistance, float
     const detail::Columns grid{columns, stepZ, minX};
     float** row = matrix.cells;
     int filled = 0;
-    for (KxProfileZ& profile : profiles) {
+    for (KxProfileZ& profile : detail::writableSpan(profiles)) {
         profile.sort(KxSortAscending, KxSortAscending);
         filled += detail::fillRow(profile.points, grid, maxDistance, *row);
         ++row;
@@ -184,7 +185,7 @@ int KxProfileZSet::calcFromPointCloud(KxPointCloud<KxPointXYZ>& cloud, float ste
     for (const float z : slices.positions()) {
         profiles.append(KxProfileZ(z));
     }
-    distribute(cloud.points, findRuns(cloud.points, slices), profiles.data(), slices.positions().size());
+    distribute(cloud.points, findRuns(cloud.points, slices), detail::writable(profiles), slices.positions().size());
     return count;
 }
 

@@ -1,6 +1,7 @@
 // Little-endian fields and records over QFile.
 #pragma once
 
+#include "lists/checked.h"
 #include "lists/unfilledList.h"
 
 #include <QtCore/QFile>
@@ -94,7 +95,8 @@ bool readRecords(Source& file, quint32 claimed, QList<Record>& records, Visit vi
     }
     records = list.take();
     if (missing > 0 && claimed <= kFewRecords) {
-        records.squeeze(); // in the other case the capacity follows the bytes that are there
+        records = copyOf(records.constData(),
+                         records.size()); // in the other case the capacity follows the bytes that are there
     }
     return missing == 0;
 }

@@ -1,6 +1,7 @@
 // Removing or collecting many elements in one pass.
 #pragma once
 
+#include "lists/checked.h"
 #include "lists/unfilledList.h"
 
 #include <QtCore/QList>
@@ -23,7 +24,7 @@ int keepIf(QList<T>& elements, Keep keep) {
     if (kept == count) {
         return 0;
     }
-    T* const data = elements.data();
+    T* const data = writable(elements);
     for (qsizetype i = kept + 1; i < count; ++i) {
         const bool isKept = keep(data[i]);
         data[kept] = data[i]; // overwritten by the next one when it is not kept: no branch to mispredict

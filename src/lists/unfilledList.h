@@ -1,6 +1,8 @@
 // A list that grows without giving its new elements a value first.
 #pragma once
 
+#include "lists/reserve.h"
+
 #include <QtCore/QList>
 
 #include <algorithm>
@@ -76,7 +78,7 @@ class UnfilledList {
     static_assert(std::is_trivially_copy_constructible_v<T> && std::is_trivially_destructible_v<T>);
 
 public:
-    explicit UnfilledList(qsizetype capacity) { list_.reserve(capacity); }
+    explicit UnfilledList(qsizetype capacity) { reserve(list_, capacity); }
 
     qsizetype size() const { return list_.size(); }
     T* data() { return list_.data(); }
@@ -84,7 +86,7 @@ public:
     T* extend(qsizetype count) {
         const qsizetype before = size();
         if (list_.capacity() < before + count) {
-            list_.reserve(std::max(before + count, 2 * before));
+            reserve(list_, std::max(before + count, 2 * before));
         }
 #ifdef KXMATH_RESIZE_FOR_OVERWRITE
         list_.resizeForOverwrite(before + count);

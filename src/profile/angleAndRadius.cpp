@@ -1,12 +1,14 @@
 // Profiles as radii over angles about a circle's centre.
 #include "profile/angleAndRadius.h"
 
+#include "lists/checked.h"
+
 namespace KxMath::detail {
 
 namespace {
 
 void swapCoordinates(KxProfile& profile) {
-    for (KxPointXY& p : profile.points) {
+    for (KxPointXY& p : writableSpan(profile.points)) {
         p = KxPointXY(p.y, p.x);
     }
 }

@@ -1,6 +1,7 @@
 // The bounding rectangle of a profile.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "rounding/bounds.h"
 
 #include <cmath>
@@ -45,9 +46,10 @@ void KxProfile::calcRect(KxPointCloud<KxPointXY>& corners, float* angle, float a
     const float halfWidth = width * 0.5f;
     const float halfHeight = height * 0.5f;
     KxProfile rect;
-    rect.points = {
-        KxPointXY(center.x - halfWidth, center.y - halfHeight), KxPointXY(center.x - halfWidth, center.y + halfHeight),
-        KxPointXY(center.x + halfWidth, center.y + halfHeight), KxPointXY(center.x + halfWidth, center.y - halfHeight)};
+    rect.points = detail::listOf({KxPointXY(center.x - halfWidth, center.y - halfHeight),
+                                  KxPointXY(center.x - halfWidth, center.y + halfHeight),
+                                  KxPointXY(center.x + halfWidth, center.y + halfHeight),
+                                  KxPointXY(center.x + halfWidth, center.y - halfHeight)});
     rect.rotateFixed(bestAngle, center);
     corners = rect;
 }

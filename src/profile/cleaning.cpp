@@ -2,6 +2,7 @@
 #include "KxMath/KxProfile.h"
 
 #include "geometry/squareOfDistance.h"
+#include "lists/checked.h"
 #include "lists/filtering.h"
 #include "profile/correlation.h"
 #include "rounding/largestSquare.h"
@@ -61,7 +62,7 @@ void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
         return;
     }
     const qsizetype n = points.size();
-    KxPointXY* const data = points.data();
+    KxPointXY* const data = detail::writable(points);
     qsizetype kept = 0;
     qsizetype keptBegin = 0; // of the points that stay and have not been moved yet
     const auto moveUp = [&](qsizetype end) {

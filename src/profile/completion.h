@@ -11,7 +11,7 @@ namespace KxMath::detail {
 /// lacks, in their places.
 inline void complete(QList<KxPointXY>& out, const QList<KxPointXY>& profile, qsizetype written) {
     if (out.size() < written) {
-        out.append(profile.sliced(out.size()));
+        out.append(profile.cbegin() + out.size(), profile.cend());
     }
 }
 

@@ -1,6 +1,7 @@
 // Steps of the level of a profile.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "profile/coordinates.h"
 #include "profile/order.h"
 #include "rounding/bounds.h"
@@ -121,7 +122,7 @@ int KxProfile::detectCutPoints(KxProfile& cutPoints, QList<int>& indices, int wi
         qsizetype first = begin; // of the points that are searched
         qsizetype end = n;
         if (!isOrdered) {
-            work.points = source.mid(begin);
+            work.points = detail::copyOf(source.constData() + begin, n - begin);
             work.sort(KxSortAscending, KxSortAscending);
             data = work.points.constData();
             first = 0;

@@ -1,6 +1,7 @@
 // The difference between two profiles.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "lists/filtering.h"
 #include "profile/completion.h"
 
@@ -15,13 +16,14 @@ void KxProfile::calcDistance(KxProfile& other, KxProfile& out, int window, int /
         return;
     }
     detail::complete(out.points, points, n);
+    KxPointXY* const targets = detail::writable(out.points);
     for (qsizetype i = 0; i < n; ++i) {
         const float difference = std::as_const(points)[i].y - std::as_const(other.points)[i].y;
-        out.points[i].y = difference;
+        targets[i].y = difference;
     }
     const qsizetype blocks = window > 0 ? n / window : 0;
     for (qsizetype b = 0; b < blocks; ++b) {
-        KxPointXY* const block = out.points.data() + b * window;
+        KxPointXY* const block = targets + b * window;
         float sum = 0.0f;
         for (qsizetype j = 0; j < window; ++j) {
             sum += block[j].y;

@@ -1,6 +1,7 @@
 // Replacing a profile by straight pieces, block by block.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "profile/completion.h"
 
 #include <algorithm>
@@ -18,9 +19,10 @@ bool isFinite(const KxPointXY& p) {
 /// Writes the points from `begin` up to, not including, `end` of `profile` to `out`, their y on the line k * x + c.
 void writeOnLine(KxProfile& profile, qsizetype begin, qsizetype end, float k, float c, KxProfile& out) {
     detail::complete(out.points, profile.points, end);
+    KxPointXY* const targets = detail::writable(out.points);
     for (qsizetype j = begin; j < end; ++j) {
         const float x = std::as_const(profile.points)[j].x; // read first, `out` may be the profile
-        KxPointXY& target = out.points[j];
+        KxPointXY& target = targets[j];
         target.y = k * x + c;
         target.x = x;
     }
@@ -46,7 +48,7 @@ void KxProfile::addLineSegments(KxProfile& out, int window, int /*reserved*/) {
         const KxPointXY p = std::as_const(points)[start];
         if (start == n - 1) {
             detail::complete(out.points, points, n);
-            out.points[start] = p; // a last block of one point has no chord
+            detail::writable(out.points)[start] = p; // a last block of one point has no chord
             return;
         }
         const qsizetype next = std::min(start + window, n - 1); // the last block ends at the last point
@@ -72,8 +74,9 @@ int KxProfile::addLineSegmentsWithMMWindow(KxProfile& out, float windowMM) {
             continue;
         }
         detail::complete(out.points, points, next);
+        KxPointXY* const targets = detail::writable(out.points);
         for (; written < start; ++written) {
-            out.points[written] = std::as_const(points)[written]; // missing points before the first block
+            targets[written] = std::as_const(points)[written]; // missing points before the first block
         }
         writeOnChord(*this, start, next, p, q, out);
         written = next;

@@ -1,6 +1,7 @@
 // Polar form and rotations of profiles.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "profile/coordinates.h"
 #include "simd/blockPolar.h"
 
@@ -16,7 +17,7 @@ template <typename Change>
 void changeBlocks(QList<KxPointXY>& points, Change change) {
     std::array<float, detail::kPolarBlock> xs;
     std::array<float, detail::kPolarBlock> ys;
-    KxPointXY* const data = points.data();
+    KxPointXY* const data = detail::writable(points);
     for (qsizetype begin = 0; begin < points.size(); begin += detail::kPolarBlock) {
         const qsizetype count = std::min<qsizetype>(points.size() - begin, detail::kPolarBlock);
         detail::copyXs(data + begin, count, xs.data());
@@ -40,7 +41,7 @@ void KxProfile::rotatePolar(float angle) {
     if (angle == 0.0f) {
         return;
     }
-    for (KxPointXY& p : points) {
+    for (KxPointXY& p : detail::writableSpan(points)) {
         p.y += angle;
     }
 }

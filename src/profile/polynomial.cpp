@@ -1,6 +1,8 @@
 // Least-squares polynomials.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -163,7 +165,7 @@ bool KxProfile::polynomFit(int degree) {
     if (!calcPolynomCoeffs(degree, coeffs.data())) {
         return false;
     }
-    KxPointXY* const data = points.data();
+    KxPointXY* const data = detail::writable(points);
     forEachBlock(points, degree, [&](const PowerBlock& powers, qsizetype begin, size_t count) {
         PowerBlock::Row ys{};
         for (size_t k = 0; k <= static_cast<size_t>(degree); ++k) {

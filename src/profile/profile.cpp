@@ -2,6 +2,7 @@
 #include "KxMath/KxProfile.h"
 
 #include "lists/filtering.h"
+#include "lists/reserve.h"
 #include "rounding/bounds.h"
 
 #include <QtCore/QRectF>
@@ -50,7 +51,7 @@ KxProfile& KxProfile::operator=(const KxProfile& other) {
 }
 
 void KxProfile::copyFromXYPointsBuffer(float* buffer, unsigned short count) {
-    points.reserve(points.size() + count);
+    detail::reserve(points, points.size() + count);
     for (qsizetype k = 0; k < count; ++k) {
         points.append(KxPointXY(buffer[2 * k], buffer[2 * k + 1]));
     }

@@ -1,6 +1,7 @@
 // Smoothing filters over windows of points.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "profile/completion.h"
 #include "profile/coordinates.h"
 #include "profile/fir.h"
@@ -47,7 +48,7 @@ bool shiftYs(const KxPointXY* source, qsizetype n, qsizetype window, KxPointXY* 
 
 /// The y at the middle position of `window` points from `begin` on after sorting them by x. A point with NaN x keeps
 /// its position, so only the run about the middle that holds no NaN matters.
-float middleYByX(const KxPointXY* begin, qsizetype window, QList<int>& order) {
+float middleYByX(const KxPointXY* begin, qsizetype window, std::vector<int>& order) {
     const qsizetype middle = window / 2;
     if (std::isnan(begin[middle].x)) {
         return begin[middle].y;
@@ -62,7 +63,7 @@ float middleYByX(const KxPointXY* begin, qsizetype window, QList<int>& order) {
     }
     order.clear();
     for (qsizetype i = runBegin; i < runEnd; ++i) {
-        order.append(static_cast<int>(i));
+        order.push_back(static_cast<int>(i));
     }
     const auto nth = order.begin() + (middle - runBegin);
     std::nth_element(order.begin(), nth, order.end(), [&](int a, int b) {
@@ -81,7 +82,7 @@ void KxProfile::kihFilter20(KxProfile& out, float maxStep) {
     detail::complete(out.points, points, n);
     const QList<KxPointXY> shared = points; // so that `out` may be this profile
     const KxPointXY* const source = shared.constData();
-    KxPointXY* const target = out.points.data();
+    KxPointXY* const target = detail::writable(out.points);
     std::copy(source, source + detail::kFirTaps, target);
     detail::smoothHeights(source, n, maxStep, target);
 }
@@ -98,7 +99,7 @@ void KxProfile::wndFilter(int window) {
     }
     // Deliberately 2.5 and not 2: the mean lands before the middle of its window.
     const qsizetype offset = static_cast<qsizetype>(std::floor(static_cast<float>(window) / 2.5f));
-    KxPointXY* const data = points.data();
+    KxPointXY* const data = detail::writable(points);
     const float count = static_cast<float>(window);
     if (offset == 0) {
         for (qsizetype i = 0; i < n - w; ++i) {
@@ -124,13 +125,13 @@ void KxProfile::medFilt(KxProfile& out, int window, int) {
     }
     detail::complete(out.points, points, n - w);
     // `out` may be this profile: window i is read before point i is written, and later windows start behind it.
-    KxPointXY* const target = out.points.data();
+    KxPointXY* const target = detail::writable(out.points);
     const KxPointXY* const source = points.constData();
     const bool isInPlace = target == source; // a fallback after shiftYs() would read what it has written
     if ((!isInPlace || detail::isRising(source, n)) && shiftYs(source, n, w, target)) {
         return;
     }
-    QList<int> order;
+    std::vector<int> order;
     for (qsizetype i = 0; i < n - w; ++i) {
         target[i].y = middleYByX(source + i, w, order);
     }
@@ -158,7 +159,7 @@ void KxProfile::diffFilt(KxProfile& out, int window) {
     detail::copyYs(out.points.constData(), n, values.data());
     const std::vector<float> lowerY = sums(0, half);
     const std::vector<float> upperY = sums(half, w - half);
-    KxPointXY* target = out.points.data();
+    KxPointXY* target = detail::writable(out.points);
     for (size_t i = 0; i < static_cast<size_t>(windows); ++i, ++target) {
         target->y = (upperY[i] - lowerY[i]) / (upperX[i] - lowerX[i]);
     }

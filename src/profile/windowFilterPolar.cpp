@@ -1,6 +1,7 @@
 // The window filter over the radii about a circle.
 #include "KxMath/KxProfile.h"
 
+#include "lists/checked.h"
 #include "profile/angleAndRadius.h"
 #include "rounding/bounds.h"
 
@@ -14,7 +15,7 @@ namespace {
 /// window is longer than the profile its points count more than once.
 float replaceOutliers(QList<KxPointXY>& points, qsizetype begin, qsizetype window, float maxDeviation) {
     const qsizetype count = points.size();
-    KxPointXY* const data = points.data();
+    KxPointXY* const data = detail::writable(points);
     float sum = 0.0f;
     for (qsizetype k = 0; k < window; ++k) {
         sum += data[(begin + k) % count].y;
@@ -61,7 +62,7 @@ void KxProfile::wndFilterPolar(KxProfile& out, float maxDeviation, int window, i
             target -= count;
         }
         if (target >= 0 && target < count) {
-            work.points[target].y = mean;
+            detail::writable(work.points)[target].y = mean;
         }
         // Deliberately inside the loop: the next window works on the Cartesian points.
         detail::fromAngleAndRadius(work, circle);

@@ -2,6 +2,7 @@
 #include "KxMath/KxMetro.h"
 
 #include "geometry/lineFit.h"
+#include "lists/checked.h"
 
 #include <cmath>
 
@@ -17,6 +18,8 @@ struct Cuts {
     const KxPointXY& operator[](qsizetype i) const { return points.points.at(i); }
     qsizetype count() const { return points.points.size(); }
     void remove(qsizetype i) {
+        detail::detach(points.points);
+        detail::detach(positions);
         points.points.removeAt(i);
         positions.removeAt(i);
     }
@@ -61,9 +64,10 @@ int METRO_detectApexes(KxProfile profile, KxProfile& apexes, QList<KxLine>& line
         detail::fitLine(sorted + cuts.positions.at(j), sorted + cuts.positions.at(j + 1), line);
         lines.append(line);
     }
+    KxLine* const fitted = detail::writable(lines);
     for (qsizetype j = 0; j + 1 < lines.size(); ++j) {
         KxPointXY apex; // stays NaN where the lines are parallel
-        lines[j].calcIntersection(lines[j + 1], apex);
+        fitted[j].calcIntersection(fitted[j + 1], apex);
         apexes.points.append(apex);
     }
     return apexes.size();

@@ -1,6 +1,7 @@
 // From the plane of a sensor to the track frame.
 #include "KxMath/KxMetro.h"
 
+#include "lists/reserve.h"
 #include "railway/sensorRotation.h"
 #include "rounding/angles.h"
 
@@ -14,7 +15,7 @@ namespace {
 /// right and rounded once.
 void appendPoints(const KxProfile& profile, KxPointCloud<KxPointXYZ>& cloud, const detail::SensorRotation& rotation,
                   const _KxMETRO_SensorCoord_& coord, double rollX, double rollZ) {
-    cloud.points.reserve(cloud.points.size() + profile.points.size());
+    detail::reserve(cloud.points, cloud.points.size() + profile.points.size());
     for (const KxPointXY& p : profile.points) {
         const double px = static_cast<double>(p.x);
         const double py = static_cast<double>(p.y);

@@ -5,6 +5,7 @@
 
 #include "grid/profileRecord.h"
 #include "io/binaryIo.h"
+#include "lists/checked.h"
 #include "railway/sensorSettings.h"
 #include "rounding/angles.h"
 
@@ -70,7 +71,7 @@ bool readBestProfile(const Side& side, int wheel, KxBestWheelProfile& best) {
 
 /// Keeps the first half of the points, rounded down.
 void keepFirstHalf(KxProfile& profile) {
-    profile.points.resize(profile.points.size() / 2);
+    detail::truncate(profile.points, profile.points.size() / 2);
 }
 
 /// The offset of a wheel from the reference line, perpendicular to that line.

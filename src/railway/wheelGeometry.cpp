@@ -1,6 +1,7 @@
 // The circle of a wheel and the measures of its rim profile.
 #include "KxMath/KxMetro.h"
 
+#include "lists/checked.h"
 #include "lists/filtering.h"
 #include "rounding/angles.h"
 #include "rounding/bounds.h"
@@ -62,7 +63,7 @@ private:
 /// @return the smallest polar angle of its points about the centre, in degrees
 float moveToCenter(QList<KxPointXYZ>& rim, const KxCircle& circle) {
     SmallestAngle angle;
-    for (KxPointXYZ& p : rim) {
+    for (KxPointXYZ& p : detail::writableSpan(rim)) {
         p.x -= circle.x;
         p.z -= circle.y;
         angle.add(p.x, p.z);
@@ -71,7 +72,7 @@ float moveToCenter(QList<KxPointXYZ>& rim, const KxCircle& circle) {
 }
 
 void negateY(KxProfile& profile) {
-    for (KxPointXY& p : profile.points) {
+    for (KxPointXY& p : detail::writableSpan(profile.points)) {
         p.y = -p.y;
     }
 }
@@ -83,7 +84,7 @@ void removeBack(KxProfile& profile) {
     if (first < 0) {
         return;
     }
-    const float height = profile.points[first].y;
+    const float height = profile.points.at(first).y;
     bool isAtBack = true;
     detail::keepIf(profile.points, [&](const KxPointXY& p) {
         const bool keep = !(isAtBack && p.y > height); // NaN stays
@@ -98,8 +99,8 @@ void removeBack(KxProfile& profile) {
 void makeProfile(const KxPointCloud<KxPointXYZ>& rim, KxProfile& profile) {
     constexpr int kSmoothing = 20;
     constexpr float kSpacing = 0.1f;
-    profile.points.resize(rim.points.size());
-    std::transform(rim.points.cbegin(), rim.points.cend(), profile.points.begin(),
+    profile.points = detail::filledList<KxPointXY>(rim.points.size());
+    std::transform(rim.points.cbegin(), rim.points.cend(), detail::writable(profile.points),
                    [](const KxPointXYZ& p) { return KxPointXY(p.x, p.y); });
     profile.rotateEvklid(180.0f);
     profile.sort(KxSortAscending, KxSortAscending);

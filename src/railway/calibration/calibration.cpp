@@ -1,6 +1,7 @@
 // Calibration of a sensor's pose.
 #include "KxMath/KxMetro.h"
 
+#include "lists/checked.h"
 #include "railway/calibration/calibrationObject.h"
 #include "railway/calibration/ridgeFit.h"
 #include "railway/calibration/sensorPose.h"
@@ -24,7 +25,7 @@ void takeApexes(const QList<QPointF>& given, KxProfile& apexes, QList<KxLine>& l
     }
     for (qsizetype i = 0; i + 1 < apexes.points.size(); ++i) {
         KxPointCloud<KxPointXY> ends;
-        ends.points = apexes.points.mid(i, 2);
+        ends.points = detail::copyOf(apexes.points.constData() + i, 2);
         KxLine line; // stays NaN where there is no fit
         line.calcFromPointCloud(ends);
         lines.append(line);
@@ -52,7 +53,7 @@ QList<detail::ProfilePoint> workingPoints(const KxProfile& profile, const KxPlac
                  [](const KxPointXY& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
     work.sort(placement.isMirrored ? KxSortDescending : KxSortAscending, KxSortAscending);
     QList<detail::ProfilePoint> points;
-    points.reserve(work.points.size());
+    detail::reserve(points, work.points.size());
     for (const KxPointXY& p : std::as_const(work.points)) {
         const double x = static_cast<double>(p.x);
         points.append({placement.isMirrored ? -x : x, static_cast<double>(p.y)});
@@ -93,8 +94,8 @@ void addEndCrests(QList<KxPointXY>& apexes, const QList<detail::ProfilePoint>& p
         return;
     }
     const auto isBefore = [](const detail::ProfilePoint& p, float x) { return p.x < static_cast<double>(x); };
-    const auto first = std::lower_bound(points.cbegin(), points.cend(), apexes.first().x, isBefore);
-    const auto last = std::lower_bound(points.cbegin(), points.cend(), apexes.last().x, isBefore);
+    const auto first = std::lower_bound(points.cbegin(), points.cend(), apexes.constFirst().x, isBefore);
+    const auto last = std::lower_bound(points.cbegin(), points.cend(), apexes.constLast().x, isBefore);
     if (const auto crest = crestBeyond(std::make_reverse_iterator(first), points.crend())) {
         apexes.prepend(*crest);
     }

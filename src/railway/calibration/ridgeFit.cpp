@@ -1,6 +1,8 @@
 // The ridges of the calibration object in a profile.
 #include "railway/calibration/ridgeFit.h"
 
+#include "lists/checked.h"
+
 #include <algorithm>
 
 namespace KxMath::detail {
@@ -183,7 +185,7 @@ QList<ProfilePoint> cut(const QList<ProfilePoint>& points, double from, double t
     while (end != points.cend() && end->x <= to) {
         ++end;
     }
-    return QList<ProfilePoint>(begin, end);
+    return copyOf(points.constData() + (begin - points.cbegin()), end - begin);
 }
 
 /// The x of the lowest valley in [from, to], where y is largest; `otherwise` without a point.
@@ -219,7 +221,7 @@ QList<Flank> cutFlanks(const QList<ProfilePoint>& points, const FlankEnds& ends,
         const double width = margin * (ends[i + 1] - ends[i]);
         const int number = static_cast<int>(i);
         flanks.append({number / 2, number % 2 == 1, cut(points, ends[i] + width, ends[i + 1] - width)});
-        if (flanks.last().points.size() < kMinPoints) {
+        if (flanks.constLast().points.size() < kMinPoints) {
             return {};
         }
     }
@@ -306,7 +308,7 @@ RidgeFit fitRidges(const Apexes& apexes) {
     scaleCovariance(fit.ridges, fit.noise);
     for (int i = 0; i + 1 < kApexCount; ++i) {
         const std::size_t at = static_cast<std::size_t>(i);
-        fit.flanks.append({(i + 1) / 2, i % 2 == 0, {{x(at), y(at)}, {x(at + 1), y(at + 1)}}});
+        fit.flanks.append({(i + 1) / 2, i % 2 == 0, listOf<ProfilePoint>({{x(at), y(at)}, {x(at + 1), y(at + 1)}})});
     }
     return fit;
 }

@@ -1,6 +1,7 @@
 // The equivalent conicity of a wheel-set on a track.
 #include "KxMath/KxConicity.h"
 
+#include "lists/checked.h"
 #include "railway/conicity/steps.h"
 
 #include <algorithm>
@@ -28,16 +29,16 @@ DisplayShift calcDisplayShift(Track& track) {
 }
 
 KxProfile* shiftedCopy(KxProfile& profile, float dx) {
-    KxProfile* const copy = new KxProfile(profile);
+    auto copy = std::make_unique<KxProfile>(profile);
     copy->shift(dx, 0.0f, 0.0f);
-    return copy;
+    return copy.release();
 }
 
 KxProfile* contactPair(const WheelOnRail& side, qsizetype wheelIndex, qsizetype railIndex, float dx) {
-    KxProfile* const pair = new KxProfile;
-    pair->points = {side.wheel.points.at(wheelIndex), side.rail.points.at(railIndex)};
+    auto pair = std::make_unique<KxProfile>();
+    pair->points = detail::listOf({side.wheel.points.at(wheelIndex), side.rail.points.at(railIndex)});
     pair->shift(dx, 0.0f, 0.0f);
-    return pair;
+    return pair.release();
 }
 
 /// The slope of a wheel behind its contact point, before it where that is the last point.

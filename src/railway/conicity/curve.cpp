@@ -1,4 +1,5 @@
 // The conicity over the amplitude of the oscillation.
+#include "lists/checked.h"
 #include "railway/conicity/steps.h"
 
 #include "profile/area.h"
@@ -50,22 +51,24 @@ bool isLeftOf(const KxPointXY& a, const KxPointXY& b) {
 /// Puts points between those of a rising list; where both have one the old one stays. Of new ones with the same x the
 /// first counts. No x is NaN.
 void mergeInto(QList<KxPointXY>& rising, QList<KxPointXY> added) {
-    std::stable_sort(added.begin(), added.end(), isLeftOf);
-    QList<KxPointXY> all(rising.size() + added.size());
+    const auto unordered = writableSpan(added);
+    std::stable_sort(unordered.begin(), unordered.end(), isLeftOf);
+    QList<KxPointXY> all = filledList<KxPointXY>(rising.size() + added.size());
+    KxPointXY* const first = writable(all);
     auto from = rising.cbegin();
-    auto end = all.begin();
+    KxPointXY* end = first;
     for (const KxPointXY& p : std::as_const(added)) {
         const auto to = std::lower_bound(from, rising.cend(), p, isLeftOf);
         end = std::copy(from, to, end);
         from = to;
         const bool isOld = to != rising.cend() && to->x == p.x;
-        const bool isRepeated = end != all.begin() && (end - 1)->x == p.x;
+        const bool isRepeated = end != first && (end - 1)->x == p.x;
         if (!isOld && !isRepeated) {
             *end++ = p;
         }
     }
     end = std::copy(from, rising.cend(), end);
-    all.resize(end - all.begin());
+    all.resize(end - first);
     rising.swap(all);
 }
 
@@ -85,7 +88,8 @@ public:
         if (!isWidening_) {
             return grownTo(n);
         }
-        return widest_.points.mid(last_ - n, widest_.points.size() - 2 * (last_ - n));
+        const qsizetype cut = last_ - n; // on each side
+        return copyOf(widest_.points.constData() + cut, widest_.points.size() - 2 * cut);
     }
 
 private:
@@ -124,7 +128,7 @@ float splineValue(const QList<KxPointXY>& points, float x) {
     const qsizetype begin = std::max<qsizetype>(at - kReach, 0);
     const qsizetype end = std::min(at + kReach, points.size());
     KxPointCloud<KxPointXY> knots;
-    knots.points = points.mid(begin, end - begin);
+    knots.points = copyOf(points.constData() + begin, end - begin);
     return KxInterpolant(knots, Akima).calcY(x);
 }
 
@@ -132,8 +136,8 @@ float splineValue(const QList<KxPointXY>& points, float x) {
 QList<KxPointXY> withMargins(const QList<KxPointXY>& well, float margin) {
     const float first = well.first().x + margin;
     const float last = well.last().x - margin;
-    const QList<KxPointXY> ends = {KxPointXY(first, splineValue(well, first)),
-                                   KxPointXY(last, splineValue(well, last))};
+    const QList<KxPointXY> ends =
+        listOf({KxPointXY(first, splineValue(well, first)), KxPointXY(last, splineValue(well, last))});
     KxProfile extended;
     extended.points = well;
     if (isStrictlyRising(well) && !std::isnan(first) && !std::isnan(last)) {
@@ -213,8 +217,10 @@ void prependSmallAmplitudes(KxProfile& conicity, const QList<KxPointXY>& potenti
         small.append(KxPointXY(smaller, 0.0f));
         amplitude = smaller;
     }
-    std::reverse(small.begin(), small.end());
-    conicity.points = small + conicity.points;
+    const auto all = writableSpan(small);
+    std::reverse(all.begin(), all.end());
+    small.append(conicity.points);
+    conicity.points = small;
 }
 
 } // namespace

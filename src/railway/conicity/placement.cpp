@@ -1,4 +1,5 @@
 // Placing two wheels and two rails on the track.
+#include "lists/checked.h"
 #include "railway/conicity/steps.h"
 
 #include "rounding/bounds.h"
@@ -32,13 +33,13 @@ bool resample(KxProfile& profile) {
 }
 
 void turnUpsideDown(KxProfile& profile) {
-    for (KxPointXY& p : profile.points) {
+    for (KxPointXY& p : writableSpan(profile.points)) {
         p.y = -p.y;
     }
 }
 
 void mirror(KxProfile& profile) {
-    for (KxPointXY& p : profile.points) {
+    for (KxPointXY& p : writableSpan(profile.points)) {
         p.x = -p.x;
     }
     profile.sort(KxSortAscending, KxSortAscending);
@@ -79,8 +80,9 @@ std::optional<qsizetype> matchWheelHeights(KxProfile& wheel1, KxProfile& wheel2)
         const float difference = second[j].y - first[i].y;
         if (std::abs(static_cast<double>(difference)) <= kTolerance) { // NaN: false
             if (j == 0) {
-                wheel1.points.resize(i + 1);
+                truncate(wheel1.points, i + 1);
             } else {
+                detach(wheel2.points);
                 wheel2.points.remove(0, j);
             }
             return i;
