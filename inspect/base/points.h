@@ -28,7 +28,10 @@ inline std::vector<Point> toVector(const QList<KxMath::KxPointXY>& points) {
 }
 
 inline QList<KxMath::KxPointXY> toList(const std::vector<Point>& points) {
-    QList<KxMath::KxPointXY> result(static_cast<qsizetype>(points.size()));
+    QList<KxMath::KxPointXY> result;
+    const qsizetype size = static_cast<qsizetype>(points.size());
+    result.reserve(size); // exactly; without memory the list stays empty, and resize() throws
+    result.resize(size);
     if (!points.empty()) {
         std::memcpy(static_cast<void*>(result.data()), points.data(), points.size() * sizeof(Point));
     }

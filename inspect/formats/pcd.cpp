@@ -2,7 +2,9 @@
 #include "inspect/formats/pointTable.h"
 #include "inspect/formats/viewerFormats.h"
 
+#include <algorithm>
 #include <bit>
+#include <iterator>
 
 namespace KxInspect::detail {
 
@@ -16,6 +18,13 @@ struct PcdPoints {
     qint64 count = -1;
 };
 
+/// The words of a line behind the first. Appended one by one: QList::mid() does not check for memory.
+Words behindKey(const Words& words) {
+    Words rest;
+    std::copy(words.cbegin() + 1, words.cend(), std::back_inserter(rest));
+    return rest;
+}
+
 /// The words of a line with one word per column.
 Words columnWords(const FileHeader& header, const Words& words, const PcdPoints& points) {
     if (words.size() != static_cast<qsizetype>(points.columns.size()) + 1) {
@@ -23,7 +32,7 @@ Words columnWords(const FileHeader& header, const Words& words, const PcdPoints&
             ErrorKind::Damaged,
             QStringLiteral("has a line %1 that does not fit its FIELDS").arg(QString::fromLatin1(words.constFirst())));
     }
-    return words.mid(1);
+    return behindKey(words);
 }
 
 void readSizes(const FileHeader& header, const Words& sizes, PcdPoints& points) {
@@ -40,7 +49,7 @@ void readSizes(const FileHeader& header, const Words& sizes, PcdPoints& points) 
 void readPcdLine(const FileHeader& header, const Words& words, PcdPoints& points) {
     const QByteArray& key = words.constFirst();
     if (key == "FIELDS") {
-        for (const QByteArray& name : words.mid(1)) {
+        for (const QByteArray& name : behindKey(words)) {
             points.columns.push_back({name, 'F', 4});
         }
     } else if (key == "SIZE") {

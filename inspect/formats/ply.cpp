@@ -39,7 +39,7 @@ TableData plyData(const FileHeader& header, const QByteArray& format) {
 }
 
 PlyVertices readPlyHeader(FileHeader& header) {
-    if (header.nextLine() != QList<QByteArray>{"ply"}) {
+    if (const auto first = header.nextLine(); !first || first->size() != 1 || first->constFirst() != "ply") {
         header.failWhole(ErrorKind::Unsuitable, QStringLiteral("is not a PLY file"));
     }
     PlyVertices vertices;
