@@ -5,5 +5,5 @@ install(TARGETS KxInspect EXPORT KxInspectTargets
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/KxInspect" DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT KxInspectTargets NAMESPACE KxMath:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KxMath)
 
-configure_file("${PROJECT_SOURCE_DIR}/cmake/KxInspect.pc.in" "${PROJECT_BINARY_DIR}/KxInspect.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/KxInspect.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+include(KxMathPkgConfig)
+kxmath_install_pc(KxInspect)

@@ -14,6 +14,5 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/KxMathConfigVersion.cmak
 install(FILES "${PROJECT_BINARY_DIR}/KxMathConfig.cmake" "${PROJECT_BINARY_DIR}/KxMathConfigVersion.cmake"
     DESTINATION ${package_dir})
 
-file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
-configure_file("${PROJECT_SOURCE_DIR}/cmake/KxMath.pc.in" "${PROJECT_BINARY_DIR}/KxMath.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/KxMath.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+include(KxMathPkgConfig)
+kxmath_install_pc(KxMath)

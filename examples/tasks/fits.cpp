@@ -8,13 +8,22 @@ using namespace KxMath;
 namespace {
 
 // P10. Fit a line.
-bool fitLine(KxProfile& profile, KxLine& line) {
-    return profile.calcLine(line) && std::isfinite(line.k); // one x for all points: true with an infinite slope
+bool fitLine(KxProfile profile, KxLine& line) {
+    const KxPointXY start = profile.isEmpty() ? KxPointXY(0, 0) : profile.points.first();
+    profile.shift(-start.x, -start.y, 0.0f); // near the origin sums in single precision keep their digits
+    const bool isFitted = profile.calcLine(line) && std::isfinite(line.k); // one x for all points: an infinite slope
+    line.b += start.y - line.k * start.x;
+    return isFitted;
 }
 
 // P11. Fit a circle.
-bool fitCircle(KxProfile& profile, KxCircle& circle) {
-    return profile.calcCircle(circle); // all points count; detectCircle() leaves the lowest ones out
+bool fitCircle(KxProfile profile, KxCircle& circle) {
+    const float x = profile.calcCenterX(), y = profile.calcCenterY();
+    profile.shift(-x, -y, 0.0f); // as for a line
+    const bool isFitted = profile.calcCircle(circle); // all points count; detectCircle() leaves the lowest ones out
+    circle.x += x;
+    circle.y += y;
+    return isFitted;
 }
 
 // P12. Fit a polynomial and get its coefficients.
@@ -99,6 +108,10 @@ void tryFits() {
     KxCircle circle;
     expect(fitCircle(arc, circle) && isNear(circle.radius, 30, 0.01) && isNear(circle.x, 15, 0.01), "P11");
     expect(!fitCircle(ramp, circle), "P11: points on a line");
+    KxProfile farArc(arc);
+    farArc.shift(485, 470, 0);
+    expect(fitCircle(farArc, circle) && isNear(circle.radius, 30, 0.01) && isNear(circle.y, 470, 0.02),
+           "P11: far away");
 
     KxProfile parabola = sampled(21, 1.0f, [](float x) { return 2 + (x - 10) + 0.25f * (x - 10) * (x - 10); });
     std::vector<double> c;

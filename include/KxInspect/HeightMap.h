@@ -38,7 +38,8 @@ struct HeightMapOptions {
     std::optional<float> gap = {};
 };
 
-/// Makes a height map: a row for each profile, columns from the smallest x of the scan on. The height of a cell is on
+/// Makes a height map: a row for each profile, columns from the smallest x of the scan on, up to but not including the
+/// largest x when it is a multiple of the pitch away (points at 0 to 5 make 5 columns at pitch 1). The height of a cell is on
 /// the straight line between the neighbouring points of its profile. Beyond the ends of a profile the line through its
 /// last two points is extended by up to `gap`, if its slope is at most 1. Profiles that are not one pitch apart are
 /// resampled first: each point goes to the nearer one of two slices.

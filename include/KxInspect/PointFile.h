@@ -16,7 +16,7 @@ namespace KxInspect {
 enum class FileKind {
     Cloud, ///< one cloud section: 2-D, 3-D or 3-D with colours
     Profiles, ///< profile records, one after the other
-    Csv, ///< one profile as text: x;y with decimal comma
+    Csv, ///< one profile as text: x;y with decimal comma and 6 digits, so that most numbers are rounded when written
     Xyzf, ///< x, y, z and 0 as little-endian floats, nothing else
     Xyz, ///< text with the columns x y [z]
     Ply, ///< Stanford polygon format (G. Turk, 1994): the vertices

@@ -209,9 +209,9 @@ KXMATH_EXPORT void METRO_calcWheel(KxPointCloud<KxPointXYZ>& first, KxPointCloud
                                    KxPointCloud<KxPointXYZ>& third, KxCircle& circle);
 
 /// Measures the cross-section of a rim: heights y over a width that runs inwards, towards the centre of a circle in the
-/// plane of x and z. The section is rotated about the centre until its first point is on +x, read from its outer end
+/// plane of x and z. y grows from the tip of the flange towards the axle: the tip is at the lowest y, the tread above. The section is rotated about the centre until its first point is on +x, read from its outer end
 /// inwards with both coordinates starting at 0, cut off at the back of the flange, smoothed over 20 points and
-/// resampled 0.1 apart. The tip of the flange is its lowest point above 0 and heights count from there downwards. The
+/// resampled 0.1 apart. The tip of the flange is the lowest point, and heights count upwards from it. The
 /// smoothing rounds the tip and displaces the flank, by more the greater the distance of the points.
 /// @param rim changed: moved so that the centre is the origin, and rotated. NaN points do not take part in the angle
 /// @param circle centre in x and z (deliberately its fields x and y; METRO_calcWheel() finds a circle in x and y); the

@@ -167,13 +167,14 @@ public:
 
     /// Windowed slope: for each `window` points of `out`, the sum of y of the later half minus that of the earlier
     /// half, divided by the same of x, is written to y of the window's first point. `out` is both read and written,
-    /// completed when it is too short; otherwise only the number of points of this profile is used, at least window + 2. A difference of 0 in x gives an infinity or
-    /// NaN.
+    /// completed when it is too short; otherwise only the number of points of this profile is used, at least window + 2.
+    /// A difference of 0 in x gives an infinity or NaN.
     void diffFilt(KxProfile& out, int window);
 
     /// Removes narrow spikes from `out`: runs that start at a second difference of y above `threshold` and are at most
     /// `maxWidth` wide in x. Works on `out` in place; **this profile is not read**. Fewer than 6 points are not
-    /// changed.
+    /// changed. A run begins where the second difference does, so that deliberately the two points before a spike go
+    /// with it.
     /// @return true when points were removed, else false
     bool splashFilter(KxProfile& out, float threshold, float maxWidth);
 

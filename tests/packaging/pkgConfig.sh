@@ -12,6 +12,10 @@ case " $(pkg-config --cflags --libs KxMath) " in
     exit 1
     ;;
 esac
+for library in KxMath KxInspect; do # a directory that is there, below the moved prefix
+    libdir=$(pkg-config --variable=libdir $library)
+    [ "$(realpath "$libdir")" = "$(realpath "$moved/lib")" ] || { echo "$library.pc: libdir is $libdir"; exit 1; }
+done
 read -ra qt_flags <<<"$(pkg-config --cflags Qt6Core | sed 's/-I/-isystem /g')" # warnings in its headers are not ours
 read -ra flags <<<"$(pkg-config --cflags --libs KxMath)"
 warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wdouble-promotion -Wshadow -Werror)
