@@ -9,7 +9,7 @@ bool printConicity(const std::string& wheel, const std::string& rail) {
     input.sections[KxInspect::Wheel1].file = wheel;
     input.sections[KxInspect::Rail1].file = rail;
     input.sections[KxInspect::Wheel2].file = wheel;
-    input.sections[KxInspect::Rail2].file = rail; // y up: .orientation.isUp, text columns: .columns
+    input.sections[KxInspect::Rail2].file = rail; // y up: .orientation.isUp, text columns: .text.columns
     input.gauge = 1442.0f;
     input.gaugeDepth = 0.0f; // these rails end above the usual 14 mm: the distance of their ends counts
     const KxInspect::ConicityResult result = KxInspect::measureConicity(input);

@@ -1,4 +1,4 @@
-// Arbitrary bytes as each kind of file that the command line reads points from. The first byte chooses columns and kind.
+// Arbitrary bytes as each kind of file that the command line reads points from. The first byte chooses kind and columns.
 #include "input.h"
 #include "scratch.h"
 
@@ -21,11 +21,24 @@ void tryCall(Call call) {
     }
 }
 
-void convert(const std::string& path, FileKind from) {
-    const KxInspect::PointSet points = KxInspect::readPoints(path, from);
+void convert(const std::string& path, FileKind from, const KxInspect::TextOptions& options) {
+    const KxInspect::PointSet points = KxInspect::readPoints(path, from, options);
     for (const FileKind to : kFileKinds) { // not all kinds hold all points
         tryCall([&] { KxInspect::writePoints(kxfuzz::scratchFile(QStringLiteral("copy")).toStdString(), to, points); });
     }
+}
+
+/// What 4 bits choose: the form that is found, or another one.
+KxInspect::TextOptions textOptions(int choice) {
+    KxInspect::TextOptions options;
+    if (choice % 2 != 0) {
+        options.columns = {choice / 2 % 4, choice / 8};
+    }
+    if (choice % 4 == 2) {
+        options.separator = choice / 8 != 0 ? ';' : ' ';
+        options.decimalSign = choice / 4 % 2 != 0 ? ',' : '.';
+    }
+    return options;
 }
 
 } // namespace
@@ -35,13 +48,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
         return 0;
     }
     const std::string path = kxfuzz::writeScratch("points", data + 1, size - 1).toStdString();
-    if (data[0] % 8 < std::size(kFileKinds)) {
-        tryCall([&] { convert(path, kFileKinds[data[0] % 8]); });
+    const KxInspect::TextOptions options = textOptions(data[0] / 16);
+    if (data[0] % 16 < std::size(kFileKinds)) {
+        tryCall([&] { convert(path, kFileKinds[data[0] % 16], options); });
     } else {
-        const KxInspect::Columns columns{data[0] / 8 % 4, data[0] / 32};
-        tryCall([&] { KxInspect::readProfile(path, columns); });
-        tryCall([&] { KxInspect::readProfiles(path, columns); });
-        tryCall([&] { KxInspect::readFileContents(path); });
+        tryCall([&] { KxInspect::readProfile(path, options); });
+        tryCall([&] { KxInspect::readProfiles(path, options); });
+        tryCall([&] { KxInspect::readFileContents(path, {}, options); });
     }
     return 0;
 }

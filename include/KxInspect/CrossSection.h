@@ -24,7 +24,7 @@ struct Orientation {
 struct CrossSection {
     std::string file = {}; ///< UTF-8; with a profile only its name in results, which may be empty
     std::optional<Profile> profile = {}; ///< taken instead of the content of the file
-    Columns columns = {}; ///< of a text file
+    TextOptions text = {}; ///< how to read a text file
     Orientation orientation = {};
 };
 

@@ -37,13 +37,17 @@ struct FileContents {
     Range x, y, z; ///< mm; z of profile records is their position
     float spacing =
         std::numeric_limits<float>::quiet_NaN(); ///< median distance in x of neighbours, those of 0 left out
+    std::optional<TextForm> text; ///< how a Csv, Xyz or Gauge was read
     std::optional<Error> damage; ///< what is wrong where reading ended early, with the place as far as it is known
 };
 
-/// Looks through a file: one of the kinds Csv, Xyzf, Xyz, Ply and Pcd by the ending of its name, else cloud sections
+/// Looks through a file: one of the kinds Csv, Xyzf, Xyz, Ply, Pcd and Gauge, as kindOfFile() tells, else cloud sections
 /// and profile records of all kinds, in any order.
-/// Throws an Error only when the file is not found, cannot be opened or is a folder.
+/// Throws an Error when the file is not found, cannot be opened or is a folder, and BadArgument for options that cannot
+/// be.
 /// @param path UTF-8
-KXINSPECT_EXPORT FileContents readFileContents(const std::string& path, const Progress& progress = {});
+/// @param options of Csv, Xyz and Gauge
+KXINSPECT_EXPORT FileContents readFileContents(const std::string& path, const Progress& progress = {},
+                                               const TextOptions& options = {});
 
 } // namespace KxInspect

@@ -21,5 +21,6 @@
 #include "Recording.h"
 #include "Scan.h"
 #include "Settings.h"
+#include "TextForm.h"
 #include "Train.h"
 #include "Wheel.h"

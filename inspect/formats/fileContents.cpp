@@ -4,6 +4,7 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/fitting/median.h"
+#include "inspect/formats/contentKind.h"
 #include "inspect/formats/openFile.h"
 #include "inspect/formats/sections.h"
 
@@ -79,13 +80,19 @@ void readSections(QFile& file, const ErrorSource& source, const Progress& progre
     }
 }
 
-void readWholeFile(const std::string& path, FileKind kind, FileContents& contents, Spacings& spacings) {
+void readWholeFile(const std::string& path, FileKind kind, const TextOptions& options, FileContents& contents,
+                   Spacings& spacings) {
     contents.kind = kind;
     try {
-        const PointSet set = readPoints(path, kind);
+        const PointSet set = readPoints(path, kind, options);
+        contents.text = set.text;
+        spacings.reserve(set.points.size());
         count(contents, PartKind::WholeFile);
         addPoints(contents, set.points, set.hasZ, spacings);
     } catch (const Error& error) {
+        if (error.kind() == ErrorKind::BadArgument) {
+            throw;
+        }
         contents.damage = error;
     }
 }
@@ -96,7 +103,7 @@ bool isWholeFile(std::optional<FileKind> kind) {
 
 } // namespace
 
-FileContents readFileContents(const std::string& path, const Progress& progress) {
+FileContents readFileContents(const std::string& path, const Progress& progress, const TextOptions& options) {
     const ErrorSource source{{}, path, {}};
     QFile file(detail::toQt(path));
     if (QFileInfo(file).isDir()) {
@@ -105,8 +112,9 @@ FileContents readFileContents(const std::string& path, const Progress& progress)
     detail::openForReading(file, source);
     FileContents contents;
     Spacings spacings;
-    if (const std::optional<FileKind> kind = kindByFileName(path); isWholeFile(kind)) {
-        readWholeFile(path, *kind, contents, spacings);
+    const bool isEmpty = !file.isSequential() && file.atEnd();
+    if (const std::optional<FileKind> kind = detail::kindOfFile(file, path); isWholeFile(kind) && !isEmpty) {
+        readWholeFile(path, *kind, options, contents, spacings);
     } else {
         readSections(file, source, progress, contents, spacings);
     }

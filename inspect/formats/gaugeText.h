@@ -1,13 +1,15 @@
 // Text files of contact profile gauges.
 #pragma once
 
-#include <KxInspect/ProfileFile.h>
-
-#include <QtCore/QByteArray>
+#include "inspect/formats/textTable.h"
 
 namespace KxInspect::detail {
 
-/// The points of the longest block of lines with numbers in both columns. Blanks, tabs and semicolons separate columns.
-std::vector<Point> parseGaugeText(const QByteArray& text, const Columns& columns);
+/// Whether a text begins as the header of a gauge file: "NAME=", "NAME...:" or "header.begin".
+bool beginsGaugeHeader(std::string_view text);
+
+/// Reads the points behind the header of a gauge file. See ProfileFile.h for what is accepted.
+/// Throws an Error Damaged or Unsuitable with line and column, Unreadable.
+TextForm readGaugeText(TextLines& lines, const TextOptions& options, PointSink& sink);
 
 } // namespace KxInspect::detail

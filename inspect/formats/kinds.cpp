@@ -21,7 +21,7 @@ constexpr std::array kKinds = {
     Kind{FileKind::Cloud, "cloud", " bin cloud "}, Kind{FileKind::Profiles, "profiles", " profiles set "},
     Kind{FileKind::Csv, "csv", " csv "},           Kind{FileKind::Xyzf, "xyzf", " xyzf "},
     Kind{FileKind::Xyz, "xyz", " xyz txt asc "},   Kind{FileKind::Ply, "ply", " ply "},
-    Kind{FileKind::Pcd, "pcd", " pcd "},
+    Kind{FileKind::Pcd, "pcd", " pcd "},           Kind{FileKind::Gauge, "gauge", " whl ban prw prr "},
 };
 
 } // namespace

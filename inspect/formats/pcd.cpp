@@ -15,7 +15,7 @@ using Words = QList<QByteArray>;
 /// The description of the points in a header.
 struct PcdPoints {
     std::vector<Column> columns;
-    qint64 count = -1;
+    TableRows rows;
 };
 
 /// The words of a line behind the first. Appended one by one: QList::mid() does not check for memory.
@@ -65,7 +65,7 @@ void readPcdLine(const FileHeader& header, const Words& words, PcdPoints& points
             header.fail(ErrorKind::Unsuitable, QStringLiteral("has a field of several numbers"));
         }
     } else if (key == "POINTS") {
-        points.count = words.value(1).toLongLong();
+        points.rows.count = readCount(header, words.value(1));
     }
 }
 
@@ -85,11 +85,10 @@ PointSet parsePcd(const ErrorSource& source, const QByteArray& content) {
     if (data != "ascii" && data != "binary") {
         header.fail(ErrorKind::Unsuitable, QStringLiteral("has compressed data; only ascii and binary are read"));
     }
-    if (points.count < 0) {
+    if (points.rows.count < 0) {
         header.failWhole(ErrorKind::Damaged, QStringLiteral("has no line POINTS"));
     }
-    return readTable(header, points.columns, points.count,
-                     data == "ascii" ? TableData::Ascii : TableData::LittleEndian);
+    return readTable(header, points.columns, points.rows, data == "ascii" ? TableData::Ascii : TableData::LittleEndian);
 }
 
 QByteArray formatPcd(const PointSet& set) {

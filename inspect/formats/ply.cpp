@@ -2,6 +2,8 @@
 #include "inspect/formats/pointTable.h"
 #include "inspect/formats/viewerFormats.h"
 
+#include <limits>
+
 namespace KxInspect::detail {
 
 namespace {
@@ -10,7 +12,7 @@ namespace {
 struct PlyVertices {
     TableData kind = TableData::Ascii;
     std::vector<Column> columns;
-    qint64 count = -1;
+    TableRows rows;
 };
 
 Column plyColumn(const FileHeader& header, const QByteArray& type, const QByteArray& name) {
@@ -38,6 +40,12 @@ TableData plyData(const FileHeader& header, const QByteArray& format) {
     return format == "ascii" ? TableData::Ascii : TableData::LittleEndian;
 }
 
+/// The sum, or the largest number if it is beyond.
+qint64 addCounts(qint64 a, qint64 b) {
+    constexpr qint64 kMost = std::numeric_limits<qint64>::max();
+    return a > kMost - b ? kMost : a + b;
+}
+
 PlyVertices readPlyHeader(FileHeader& header) {
     if (const auto first = header.nextLine(); !first || first->size() != 1 || first->constFirst() != "ply") {
         header.failWhole(ErrorKind::Unsuitable, QStringLiteral("is not a PLY file"));
@@ -56,10 +64,13 @@ PlyVertices readPlyHeader(FileHeader& header) {
             vertices.kind = plyData(header, words->value(1));
         } else if (key == "element") {
             isVertex = words->value(1) == "vertex";
+            const qint64 count = readCount(header, words->value(2));
             if (isVertex) {
-                vertices.count = words->value(2).toLongLong();
-            } else if (vertices.count < 0) {
+                vertices.rows.count = count;
+            } else if (vertices.rows.count < 0) {
                 header.fail(ErrorKind::Unsuitable, QStringLiteral("has other elements before its vertices"));
+            } else {
+                vertices.rows.behind = addCounts(vertices.rows.behind, count);
             }
         } else if (key == "property" && isVertex) {
             vertices.columns.push_back(plyColumn(header, words->value(1), words->value(2)));
@@ -72,10 +83,10 @@ PlyVertices readPlyHeader(FileHeader& header) {
 PointSet parsePly(const ErrorSource& source, const QByteArray& content) {
     FileHeader header(source, content);
     const PlyVertices vertices = readPlyHeader(header);
-    if (vertices.count < 0) {
+    if (vertices.rows.count < 0) {
         header.failWhole(ErrorKind::Unsuitable, QStringLiteral("has no vertices"));
     }
-    return readTable(header, vertices.columns, vertices.count, vertices.kind);
+    return readTable(header, vertices.columns, vertices.rows, vertices.kind);
 }
 
 QByteArray formatPly(const PointSet& set) {

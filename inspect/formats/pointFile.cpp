@@ -5,6 +5,7 @@
 #include "inspect/base/paths.h"
 #include "inspect/formats/openFile.h"
 #include "inspect/formats/sensorFiles.h"
+#include "inspect/formats/textFile.h"
 #include "inspect/formats/viewerFormats.h"
 
 #include <QtCore/QFileInfo>
@@ -46,25 +47,27 @@ void writeBytes(const ErrorSource& source, const QByteArray& bytes) {
 
 } // namespace
 
-PointSet readPoints(const std::string& path, FileKind kind) {
+PointSet readPoints(const std::string& path, FileKind kind, const TextOptions& options) {
     const ErrorSource source{{}, path, {}};
     switch (kind) {
     case FileKind::Cloud:
         return detail::readCloudFile(source);
     case FileKind::Profiles:
         return detail::readProfileRecords(source);
-    case FileKind::Csv:
-        return detail::readCsvFile(source);
     case FileKind::Xyzf:
         return detail::readXyzfFile(source);
-    case FileKind::Xyz:
-        return detail::parseXyz(source, detail::readAll(source));
     case FileKind::Ply:
         return detail::parsePly(source, detail::readAll(source));
     case FileKind::Pcd:
+        return detail::parsePcd(source, detail::readAll(source));
+    case FileKind::Csv:
+    case FileKind::Xyz:
+    case FileKind::Gauge:
         break;
     }
-    return detail::parsePcd(source, detail::readAll(source));
+    QFile file(detail::toQt(path));
+    detail::openForReading(file, source);
+    return detail::readTextPoints(file, source, kind, options);
 }
 
 void writePoints(const std::string& path, FileKind kind, const PointSet& points) {
@@ -85,6 +88,8 @@ void writePoints(const std::string& path, FileKind kind, const PointSet& points)
         return writeBytes(source, detail::formatPly(points));
     case FileKind::Pcd:
         return writeBytes(source, detail::formatPcd(points));
+    case FileKind::Gauge:
+        detail::fail(ErrorKind::Unwritable, source, QStringLiteral("cannot be written: gauge files are only read"));
     }
 }
 

@@ -1,12 +1,16 @@
 // Tables of points with named columns.
 #include "inspect/formats/pointTable.h"
 
+#include "inspect/formats/textFields.h"
+
 #include <KxMath/KxPoints.h>
 
 #include <QtCore/QtEndian>
 
 #include <bit>
+#include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace KxInspect::detail {
 
@@ -89,7 +93,8 @@ void append(const Row& row, PointSet& result) {
     }
 }
 
-void readBinary(const FileHeader& header, const std::vector<Column>& columns, qint64 count, PointSet& result) {
+void readBinary(const FileHeader& header, const std::vector<Column>& columns, const TableRows& rows, PointSet& result) {
+    const qint64 count = rows.count;
     const qint64 size = header.content().size() - header.end();
     qint64 rowSize = 0;
     for (const Column& column : columns) {
@@ -97,6 +102,11 @@ void readBinary(const FileHeader& header, const std::vector<Column>& columns, qi
     }
     if (rowSize == 0 || size / rowSize < count) {
         failShort(header, rowSize == 0 ? 0 : size / rowSize, count);
+    }
+    if (rows.behind == 0 && size - rowSize * count >= rowSize) {
+        const qint64 end = header.end() + rowSize * count;
+        fail(ErrorKind::Damaged, header.source(),
+             QStringLiteral("goes on behind its %1 points, at byte %2").arg(count).arg(end), {end, {}, {}, {}});
     }
     result.points.reserve(static_cast<std::size_t>(count));
     const char* at = header.content().constData() + header.end();
@@ -111,38 +121,117 @@ void readBinary(const FileHeader& header, const std::vector<Column>& columns, qi
     }
 }
 
-void readAscii(const FileHeader& header, const std::vector<Column>& columns, qint64 count, PointSet& result) {
-    const QByteArray& data = header.content();
-    qsizetype begin = header.end();
-    for (qint64 i = 0; i < count; ++i) {
-        if (begin >= data.size()) {
-            failShort(header, i, count);
-        }
-        qsizetype end = data.indexOf('\n', begin);
-        end = end < 0 ? data.size() : end;
-        const QList<QByteArray> fields = data.mid(begin, end - begin).simplified().split(' ');
-        if (fields.size() < static_cast<qsizetype>(columns.size())) {
-            const qint64 line = header.lines() + i + 1;
-            fail(ErrorKind::Damaged, header.source(),
-                 QStringLiteral("has too few columns in point %1, in line %2").arg(i + 1).arg(line),
-                 {begin, {}, line, {}});
-        }
-        begin = end + 1;
-        Row row;
-        for (size_t k = 0; k < columns.size(); ++k) {
-            const QByteArray& field = fields[static_cast<qsizetype>(k)];
-            const double value = field.toDouble();
-            const bool isPackedFloat = columns[k].type == 'F' && columns[k].name == "rgb";
-            const quint32 bits = isPackedFloat ? std::bit_cast<quint32>(static_cast<float>(value)) : field.toUInt();
-            row.set(columns[k].name, value, bits);
-        }
-        append(row, result);
+/// Rows of text.
+class AsciiRows {
+public:
+    AsciiRows(const FileHeader& header, const std::vector<Column>& columns)
+        : header_(header), columns_(columns),
+          text_(header.content().constData(), static_cast<std::size_t>(header.content().size())),
+          next_(static_cast<std::size_t>(header.end())), line_(header.lines()) {}
+
+    bool isAtEnd() const { return next_ >= text_.size(); }
+
+    std::string_view nextLine() {
+        begin_ = next_;
+        const std::size_t end = std::min(text_.find('\n', begin_), text_.size());
+        next_ = end + 1;
+        ++line_;
+        return text_.substr(begin_, end - begin_);
     }
+
+    Row readRow() {
+        const std::string_view line = nextLine();
+        Fields fields(line, ' ');
+        Row row;
+        int number = 0;
+        for (const Column& column : columns_) {
+            const std::optional<std::string_view> field = fields.next();
+            if (!field) {
+                failAt(QStringLiteral("has too few columns"), number, line);
+            }
+            ++number;
+            set(row, column, number, *field);
+        }
+        if (const std::optional<std::string_view> surplus = fields.next()) {
+            failAt(QStringLiteral("has more than %1 columns").arg(number), number + 1, *surplus);
+        }
+        return row;
+    }
+
+    /// Throws an Error when more lines follow than `most`.
+    void checkEnd(qint64 most, qint64 count) {
+        while (!isAtEnd()) {
+            const std::string_view line = nextLine();
+            if (!trimmed(line).empty() && --most < 0) {
+                failAt(QStringLiteral("goes on behind its %1 points").arg(count), 1, line);
+            }
+        }
+    }
+
+    /// As many rows as the text can hold.
+    std::size_t mostRows() const { return (text_.size() - std::min(next_, text_.size())) / (2 * columns_.size()) + 1; }
+
+private:
+    void set(Row& row, const Column& column, int number, std::string_view field) const {
+        if (column.name == "rgb" && column.type != 'F') {
+            quint32 bits = 0;
+            const std::from_chars_result read = std::from_chars(field.data(), field.data() + field.size(), bits);
+            if (read.ec != std::errc() || read.ptr != field.data() + field.size()) {
+                failAt(QStringLiteral("has no colour"), number, field);
+            }
+            row.set(column.name, 0.0, bits);
+            return;
+        }
+        char decimalSign = '.';
+        double value = 0.0;
+        if (parseDouble(field, decimalSign, value) == FieldKind::Text) {
+            failAt(QStringLiteral("has no number"), number, field);
+        }
+        row.set(column.name, value, std::bit_cast<quint32>(static_cast<float>(value)));
+    }
+
+    [[noreturn]] void failAt(const QString& what, int column, std::string_view text) const {
+        fail(ErrorKind::Damaged, header_.source(),
+             QStringLiteral("%1 in line %2, column %3: '%4'")
+                 .arg(what, QString::number(line_), QString::number(column), QString::fromStdString(excerpt(text))),
+             {static_cast<std::int64_t>(begin_), {}, line_, column});
+    }
+
+    const FileHeader& header_;
+    const std::vector<Column>& columns_;
+    std::string_view text_;
+    std::size_t begin_ = 0;
+    std::size_t next_;
+    std::int64_t line_;
+};
+
+void readAscii(const FileHeader& header, const std::vector<Column>& columns, const TableRows& rows, PointSet& result) {
+    AsciiRows text(header, columns);
+    result.points.reserve(std::min(static_cast<std::size_t>(rows.count), text.mostRows()));
+    for (qint64 i = 0; i < rows.count; ++i) {
+        if (text.isAtEnd()) {
+            failShort(header, i, rows.count);
+        }
+        append(text.readRow(), result);
+    }
+    text.checkEnd(rows.behind, rows.count);
 }
 
 } // namespace
 
-PointSet readTable(const FileHeader& header, const std::vector<Column>& columns, qint64 count, TableData kind) {
+qint64 readCount(const FileHeader& header, const QByteArray& text) {
+    bool isCount = false;
+    const qint64 count = text.toLongLong(&isCount);
+    if (!isCount || count < 0) {
+        header.fail(ErrorKind::Damaged, QStringLiteral("has no count: '%1'")
+                                            .arg(QString::fromStdString(
+                                                excerpt({text.constData(), static_cast<std::size_t>(text.size())}))));
+    }
+    return count;
+}
+
+PointSet readTable(const FileHeader& header, const std::vector<Column>& columns, const TableRows& rows,
+                   TableData kind) {
     PointSet result;
     bool hasX = false;
     bool hasY = false;
@@ -156,9 +245,9 @@ PointSet readTable(const FileHeader& header, const std::vector<Column>& columns,
         header.failWhole(ErrorKind::Unsuitable, QStringLiteral("has no columns x and y"));
     }
     if (kind == TableData::Ascii) {
-        readAscii(header, columns, count, result);
+        readAscii(header, columns, rows, result);
     } else {
-        readBinary(header, columns, count, result);
+        readBinary(header, columns, rows, result);
     }
     return result;
 }

@@ -1,11 +1,12 @@
 // Profiles from files of several kinds.
+#include <KxInspect/PointFile.h>
 #include <KxInspect/ProfileFile.h>
 
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/base/points.h"
-#include "inspect/formats/gaugeText.h"
-#include "inspect/formats/openFile.h"
+#include "inspect/formats/contentKind.h"
+#include "inspect/formats/textFile.h"
 #include "inspect/recordings/recordStream.h"
 
 namespace KxInspect {
@@ -14,25 +15,24 @@ namespace {
 
 constexpr qint64 kMaxTextSize = 256 << 20; ///< larger texts are refused
 
-void checkColumns(const Columns& columns) {
-    if (columns.x < 0 || columns.y < 0) {
-        detail::fail(ErrorKind::BadArgument, {{}, {}, "columns"}, QStringLiteral("columns are counted from 0"));
-    }
-}
-
+/// Whether it begins with a 2-D cloud section or a profile record.
 bool isRecording(const QByteArray& head) {
     return head.startsWith(static_cast<char>(KxMath::KxSectionXY)) ||
            head.startsWith(static_cast<char>(KxMath::KxProfileRecord));
 }
 
-/// The profile in a text; CSV has a semicolon in its first line.
-std::vector<Point> parseText(const QString& path, const QByteArray& text, const Columns& columns) {
-    if (!text.left(text.indexOf('\n')).contains(';')) {
-        return detail::parseGaugeText(text, columns);
+bool isText(std::optional<FileKind> kind) {
+    return !kind || kind == FileKind::Csv || kind == FileKind::Xyz || kind == FileKind::Gauge;
+}
+
+/// x and y of the points of a file.
+Profile flatten(const PointSet& set) {
+    Profile profile;
+    profile.points.reserve(set.points.size());
+    for (const Point3& p : set.points) {
+        profile.points.push_back({p.x, p.y});
     }
-    KxMath::KxProfile profile;
-    profile.readFromCSVFile(path, columns.x, columns.y);
-    return detail::toVector(profile.points);
+    return profile;
 }
 
 Profile toProfile(const KxMath::KxProfileZ& record) {
@@ -41,21 +41,27 @@ Profile toProfile(const KxMath::KxProfileZ& record) {
 
 } // namespace
 
-Profile readProfile(const std::string& path, const Columns& columns) {
-    checkColumns(columns);
+Profile readProfile(const std::string& path, const TextOptions& options, std::optional<TextForm>* form) {
     const ErrorSource source{{}, path, {}};
     QFile file(detail::toQt(path));
     detail::openForReading(file, source);
     if (file.size() > kMaxTextSize) {
         detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("is too large for a profile"));
     }
+    const std::optional<FileKind> kind = detail::kindOfFile(file, path);
+    std::optional<TextForm> textForm;
     Profile profile;
-    if (isRecording(file.peek(1))) {
+    if (isText(kind)) {
+        profile = detail::readTextProfile(file, source, kind.value_or(FileKind::Xyz), options, textForm);
+    } else if (isRecording(file.peek(1)) && kind != FileKind::Xyzf) {
         KxMath::KxProfileZ record;
         detail::RecordStream(source).next(record);
         profile = toProfile(record);
     } else {
-        profile.points = parseText(file.fileName(), detail::readAll(file, source), columns);
+        profile = flatten(readPoints(path, *kind));
+    }
+    if (form != nullptr) {
+        *form = textForm;
     }
     if (profile.points.empty()) {
         detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("holds no points"));
@@ -63,12 +69,12 @@ Profile readProfile(const std::string& path, const Columns& columns) {
     return profile;
 }
 
-std::vector<Profile> readProfiles(const std::string& path, const Columns& columns) {
+std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options) {
     const ErrorSource source{{}, path, {}};
     QFile file(detail::toQt(path));
     detail::openForReading(file, source);
-    if (!isRecording(file.peek(1))) {
-        return {readProfile(path, columns)};
+    if (!isRecording(file.peek(1)) || kindByFileName(path) == FileKind::Xyzf) {
+        return {readProfile(path, options)};
     }
     std::vector<Profile> profiles;
     detail::RecordStream stream(source);

@@ -5,8 +5,6 @@
 #include "inspect/formats/sections.h"
 #include "inspect/formats/sensorFiles.h"
 
-#include <KxMath/KxProfile.h>
-
 #include <QtCore/QtEndian>
 
 namespace KxInspect::detail {
@@ -43,21 +41,6 @@ PointSet readProfileRecords(const ErrorSource& source) {
                  QStringLiteral("is damaged: no whole profile record begins at byte %1").arg(begin),
                  {begin, static_cast<std::int64_t>(set.profileStarts.size()), {}, {}});
         }
-    }
-    return set;
-}
-
-PointSet readCsvFile(const ErrorSource& source) {
-    QFile file(toQt(source.file));
-    openForReading(file, source); // the profile does not distinguish such a file from an empty one
-    file.close();
-    KxMath::KxProfile profile;
-    if (profile.readFromCSVFile(file.fileName(), 0, 1) == 0) {
-        fail(ErrorKind::Unsuitable, source, QStringLiteral("holds no points"));
-    }
-    PointSet set;
-    for (const KxMath::KxPointXY& p : std::as_const(profile.points)) {
-        set.points.push_back({p.x, p.y, std::numeric_limits<float>::quiet_NaN()});
     }
     return set;
 }

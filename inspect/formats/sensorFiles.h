@@ -9,7 +9,6 @@ namespace KxInspect::detail {
 /// @{ Reads a file. Throws the errors of readPoints().
 PointSet readCloudFile(const ErrorSource& source);
 PointSet readProfileRecords(const ErrorSource& source);
-PointSet readCsvFile(const ErrorSource& source);
 PointSet readXyzfFile(const ErrorSource& source);
 /// @}
 

@@ -8,8 +8,7 @@
 
 namespace KxInspect::detail {
 
-/// Columns x y [z] separated by blanks, tabs, commas or semicolons; lines that do not begin with two numbers are skipped.
-PointSet parseXyz(const ErrorSource& source, const QByteArray& content);
+/// Columns x y [z] separated by blanks.
 QByteArray formatXyz(const PointSet& points);
 
 /// Stanford polygon format (G. Turk, 1994): the vertices of ASCII and little-endian files. Written as little-endian.

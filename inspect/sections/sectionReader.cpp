@@ -11,7 +11,7 @@ namespace KxInspect::detail {
 Profile readSection(const CrossSection& section, const std::string& role) {
     if (!section.profile) {
         try {
-            return readProfile(section.file, section.columns);
+            return readProfile(section.file, section.text);
         } catch (const Error& error) {
             throw Error(error.kind(), {role, section.file, error.source().key}, error.reason(), error.place());
         }

@@ -61,11 +61,14 @@ TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
 }
 
 TEST_F(ConicityCommand, Refuses) {
+    write("gap.csv", "0;1\n\n2;3\n");
     write("words.whl", "no\nnumbers\n");
     const auto bad = [](const QStringList& more) { return with("wheel.csv", "rail.csv", more); };
     expectRefusals({
         {with("missing.csv", "rail.csv", {}), 3, "wheel1 'missing.csv' cannot be read"},
         {with("words.whl", "rail.csv", {}), 3, "holds no points"},
+        {with("gap.csv", "rail.csv", {}), 3,
+         "wheel1 'gap.csv' goes on behind the empty line 2 in line 3, column 1: '2;3'"},
         {{"--wheel1", "wheel.csv"}, 2, "--rail1 is needed, see kxmath conicity --help"},
         {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
         {bad({"--up", "sleepers"}), 2, "--up needs wheels, rails, wheel1, wheel2, rail1 or rail2, got 'sleepers'"},

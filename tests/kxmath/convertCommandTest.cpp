@@ -56,7 +56,7 @@ TEST_F(Convert, ReadsWhatOtherProgramsWrite) {
                    "property list uchar int vertex_indices\nend_header\n1.5 7 2 3\n-1 8 0.25 1e3\n");
     write("a.pcd", "# .PCD v.7\nVERSION .7\nFIELDS x y z rgb\nSIZE 4 4 4 4\nTYPE F F F U\nCOUNT 1 1 1 1\nWIDTH 1\n"
                    "HEIGHT 1\nVIEWPOINT 0 0 0 1 0 0 0\nPOINTS 1\nDATA ascii\n1 nan 3 4278190335\n");
-    write("a.txt", "x y z\n1,2,3\n4;5;6\n\n7\t8\t9\n");
+    write("a.txt", "x y z\n1,2,3\n4,5,6\n7, 8, 9\n");
     run({"a.ply", "ply.xyz"});
     EXPECT_EQ(read("ply.xyz"), "1.5 2 3\n-1 0.25 1000\n");
     run({"a.pcd", "pcd.bin"});
@@ -88,11 +88,36 @@ TEST_F(Convert, Refuses) {
         {{"missing.bin", "a.xyz"}, 3, "cannot be read"},
         {{"spatial.bin"}, 2, "2 files needed, got 1"},
         {{"spatial.bin", "a.abc"}, 2, "names no kind, give it with --to"},
+        {{"flat.bin", "a.ban"}, 4, "only read"},
+        {{"flat.bin", "a.xyz", "--to", "gauge"}, 2, "--to needs one of cloud"},
+        {{"flat.bin", "a.xyz", "--separator", "dash"}, 2, "--separator needs one of semicolon, comma, tab, blank"},
+        {{"flat.bin", "a.xyz", "--decimal", "-"}, 2, "--decimal needs one of point, comma"},
+        {{"flat.bin", "a.xyz", "--decimal", ",", "--separator", ","}, 2, "both a comma"},
+        {{"flat.bin", "a.xyz", "--columns", "1,2,3,4"}, 2, "two or three whole numbers"},
+        {{"flat.bin", "a.xyz", "--columns", "1,x"}, 2, "two or three whole numbers"},
         {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
         {{"-", "a.xyz"}, 2, "--from"},
         {{"spatial.bin", "a.csv"}, 4, "holds one profile"},
         {{"spatial.bin", "no/folder/a.xyz"}, 4, "could not be written"},
     });
+}
+
+TEST_F(Convert, FindsKindAndFormOfText) {
+    write("commas.dat", "x,y,z,nx,ny,nz\n-3.5 , 0.5 , -1 , 0,1,0\n2,3,4,0,0,1\n");
+    run({"commas.dat", "a.xyz"});
+    EXPECT_EQ(read("a.xyz"), "-3.5 0.5 -1\n2 3 4\n");
+    write("table.csv", "1,5\t2\t9\t7\n3\t4,25\t9\t8\n");
+    run({"table.csv", "a.xyz", "--columns", "4,1"});
+    EXPECT_EQ(read("a.xyz"), "7 1.5\n8 3\n");
+    write("tabs.txt", "\t1\t2\n\t3\t4\n");
+    expectRefusals({{{"tabs.txt", "a.xyz"}, 3, "in two ways"}, {{"table.csv", "a.xyz"}, 3, "has 4 columns"}});
+    run({"tabs.txt", "a.xyz", "--separator", "tab"});
+    EXPECT_EQ(read("a.xyz"), "nan 1 2\nnan 3 4\n");
+    run({"tabs.txt", "a.xyz", "--separator", "blank", "--decimal", "comma"});
+    EXPECT_EQ(read("a.xyz"), "1 2\n3 4\n");
+    QFile::copy(path("coloured.bin"), path("renamed.ply")); // the content tells more than the name
+    run({"renamed.ply", "a.bin"});
+    EXPECT_EQ(read("a.bin"), read("coloured.bin"));
 }
 
 class Info : public Convert {
@@ -108,12 +133,23 @@ TEST_F(Info, ListsWhatFilesHold) {
                                    "2 x profile record", "1500 points, 172 of them not finite", "x from 0 to 149.5"}) {
         EXPECT_TRUE(mixed.output.contains(part)) << part << "\n" << mixed.output.constData();
     }
+    write("w.whl", "Stock...: 7\n\n1.5 2 0\n-3 - 0 worn\n");
+    const QByteArray gauge = run({"w.whl"}).output;
+    for (const char* const part :
+         {"1 x gauge file", "  columns: 3, separator: blanks, decimal sign: '.', title lines: 2, remarks left out: 1\n",
+          "2 points, 1 of them not finite"}) {
+        EXPECT_TRUE(gauge.contains(part)) << part << "\n" << gauge.constData();
+    }
+    write("bad.csv", "1;2\n3;abc\n");
+    EXPECT_TRUE(run({"bad.csv"}, 3).errors.contains("line 2, column 2: 'abc'"));
     write("cut.bin", whole.chopped(1));
     const ToolResult cut = run({"flat.bin", "cut.bin"}, 3);
     const QByteArray lastRecord = QByteArray::number(whole.size() - read("set.profiles").size() / 2);
     EXPECT_TRUE(cut.errors.contains("at byte " + lastRecord)) << cut.errors.constData();
     write("empty.bin", "");
     run({"empty.bin"}, 1);
+    write("empty.csv", "");
+    run({"empty.csv"}, 1);
     expectRefusals({{{"missing.bin"}, 3, "cannot be read"}, {{}, 2, "1 or more files needed"}});
 }
 

@@ -53,14 +53,14 @@ inline ToolResult runShell(const QString& folder, const QString& line, int exitC
     return runProgram("sh", folder, {"-c", line}, exitCode);
 }
 
-/// A profile as contact gauges write them: header lines, one of them with numbers, three columns, a remark.
+/// A profile as contact gauges write them: header lines, one of them with numbers, and three columns.
 inline QByteArray gaugeText(const KxProfile& profile, float shift, float xFactor, float yFactor) {
     QByteArray text = "Stock.......:\n32.58 37.11 14.71  (Sd/Sh/qR)\nWheel ID....: 7\n\n";
     for (const auto& p : profile.points) {
         text += QByteArray::number(double(xFactor * (p.x + shift)), 'f', 5) + "  " +
                 QByteArray::number(double(yFactor * p.y), 'f', 5) + " 0.000\n";
     }
-    return text + "\n1 2 3\n"; // a shorter block
+    return text + "\n";
 }
 
 /// Arguments that are refused.

@@ -101,8 +101,12 @@ TEST_F(WheelCommand, Refuses) {
     write("cut.bin", QByteArray("\x03\x05\x00\x00\x00\x01", 6));
     write("nan.csv", "nan;nan\n");
     write("far.csv", "0;0\n1e30;1\n");
+    write("bad.whl", gaugeText(wheel_, 0, 1, 1).replace(": 7\n\n", ": 7\n\n--  --  --\n"));
+    write("three.csv", "0;0;1\n1;1;1\n");
     expectRefusals({
         {{"nan.csv"}, 3, "holds no points"},
+        {{"bad.whl"}, 3, "'bad.whl' has no number in line 5, column 1: '--'"},
+        {{"three.csv"}, 3, "has 3 columns, not 2 (--columns selects others)"},
         {{"words.whl"}, 3, "holds no points"},
         {{"cut.bin"}, 3, "no whole cloud section"},
         {{"far.csv", "--spacing", "0.1"}, 3, "too long"},

@@ -83,7 +83,7 @@ TEST_F(PointFile, ComesBackAsTheKindHoldsIt) {
 TEST_F(PointFile, KindsHaveNamesAndEndings) {
     for (const FileKind kind : kFileKinds) {
         EXPECT_EQ(kindByName(kindName(kind)), kind);
-        EXPECT_EQ(kindByFileName("a.b/x." + kindName(kind)), kind);
+        EXPECT_EQ(kindByFileName("a.b/x." + (kind == FileKind::Gauge ? "BAN" : kindName(kind))), kind);
     }
     EXPECT_EQ(kindByFileName("x.BIN"), FileKind::Cloud);
     EXPECT_EQ(kindByFileName("x.set"), FileKind::Profiles);
@@ -116,6 +116,25 @@ TEST_F(PointFile, DamageHasAPlace) {
         {"list", FileKind::Ply, "ply\nelement vertex 1\nproperty list x\n", ErrorKind::Unsuitable, 21, 3},
         {"too few rows", FileKind::Ply, ply + "1 2\n", ErrorKind::Damaged, ply.size() + 4, {}},
         {"too few columns", FileKind::Ply, ply + "1 2\n3\n", ErrorKind::Damaged, ply.size() + 4, 8},
+        {"too many columns", FileKind::Ply, ply + "1 2\n3 4 5\n", ErrorKind::Damaged, ply.size() + 4, 8},
+        {"too many rows", FileKind::Ply, ply + "1 2\n3 4\n5 6\n", ErrorKind::Damaged, ply.size() + 8, 9},
+        {"a word", FileKind::Ply, ply + "1 abc\n3 4\n", ErrorKind::Damaged, ply.size(), 7},
+        {"decimal comma", FileKind::Ply, ply + "1 2\n4,5 3\n", ErrorKind::Damaged, ply.size() + 4, 8},
+        {"huge count", FileKind::Ply, "ply\nelement vertex 99999999999999999999\n", ErrorKind::Damaged, 4, 2},
+        {"count of faces", FileKind::Ply, "ply\nelement vertex 1\nelement face x\n", ErrorKind::Damaged, 21, 3},
+        {"count is a word", FileKind::Pcd, pcd + "POINTS abc\n", ErrorKind::Damaged, pcd.size(), 4},
+        {"count is a float", FileKind::Pcd, pcd + "POINTS 1e20\n", ErrorKind::Damaged, pcd.size(), 4},
+        {"count is negative", FileKind::Pcd, pcd + "POINTS -1\n", ErrorKind::Damaged, pcd.size(), 4},
+        {"count beyond 2^63", FileKind::Pcd, pcd + "POINTS 18446744065119617025\n", ErrorKind::Damaged, {}, 4},
+        {"row behind", FileKind::Pcd, pcd + "POINTS 1\nDATA ascii\n1 2\n\n3 4\n", ErrorKind::Damaged, {}, 8},
+        {"row of bytes behind",
+         FileKind::Pcd,
+         pcd + "POINTS 1\nDATA binary\n0123456789abcdef",
+         ErrorKind::Damaged,
+         {},
+         {}},
+        {"colour", FileKind::Pcd, "FIELDS x y rgb\nSIZE 4 4 4\nTYPE F F U\nPOINTS 1\nDATA ascii\n1 2 4294967296\n",
+         ErrorKind::Damaged, 57, 6},
         {"claim", FileKind::Pcd, pcd + "POINTS 4000000000\nDATA binary\n12345678", ErrorKind::Damaged, {}, {}},
         {"sizes", FileKind::Pcd, "FIELDS x y\nSIZE 4\n", ErrorKind::Damaged, 11, 2},
         {"size", FileKind::Pcd, "FIELDS x y\nSIZE 4 3\n", ErrorKind::Unsuitable, 11, 2},

@@ -26,19 +26,24 @@ TEST_F(ProfileFile, ContentDeterminesTheKind) {
     const struct {
         const char* desc;
         QByteArray content;
-        Columns columns;
+        std::vector<int> columns;
         std::vector<Point> points;
     } cases[] = {
         {"record", kRecord + kSection, {}, {{1, 2}}},
         {"section", kSection + kRecord, {}, {{1, 2}, {3, -1}}},
-        {"CSV", "1,5;2\n3;4\n\n5;6\n", {}, {{1.5f, 2}, {3, 4}}},
+        {"CSV", "1,5;2\n3;4\n\n", {}, {{1.5f, 2}, {3, 4}}},
         {"CSV columns", "0;1,5;2\n0;3;4\n", {2, 1}, {{2, 1.5f}, {4, 3}}},
-        {"gauge", "Wheel 7\n1 2\n\n3 4 0\n5\t6 0\n# 9\n7 8\n", {}, {{3, 4}, {5, 6}}},
-        {"gauge columns", "9 1 x 2\n9 3 x 4\n", {3, 1}, {{2, 1}, {4, 3}}},
+        {"gauge", "Wheel....: 7\n1 2\n\n3 4 0\n5\t6 0\n", {}, {{3, 4}, {5, 6}}},
+        {"gauge columns", "Wheel....: 7\n\n9 1 0 2\n9 3 0 4\n", {3, 1}, {{2, 1}, {4, 3}}},
+        {"PLY",
+         "ply\nformat ascii 1.0\nelement vertex 1\nproperty float y\nproperty float x\nend_header\n1 2\n",
+         {},
+         {{2, 1}}},
+        {"3-D section", QByteArray::fromHex("03010000000000803f0000004000004040"), {}, {{1, 2}}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
-        EXPECT_EQ(readProfile(make(c.content), c.columns).points, c.points);
+        EXPECT_EQ(readProfile(make(c.content), {c.columns, {}, {}}).points, c.points);
     }
     EXPECT_EQ(readProfile(make(kRecord)).z, 0.5f);
     const std::vector<Profile> all = readProfiles(make(kSection + kRecord + QByteArray("\x02\0\0", 3)));
@@ -77,7 +82,7 @@ TEST_F(ProfileFile, FailuresHaveAKindAndAPlace) {
             EXPECT_THROW(readProfile(file), Error);
         }
     }
-    EXPECT_THROW(readProfile(make("1 2\n"), {-1, 1}), Error);
+    EXPECT_THROW(readProfile(make("1 2\n"), {{-1, 1}, {}, {}}), Error);
     EXPECT_THROW(readProfile("missing"), Error);
 }
 

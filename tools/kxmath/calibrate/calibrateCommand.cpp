@@ -5,7 +5,7 @@
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
-#include "tools/kxmath/console/profileOptions.h"
+#include "tools/kxmath/console/textOptions.h"
 
 #include <KxInspect/Calibration.h>
 #include <KxInspect/Error.h>
@@ -28,7 +28,7 @@ const char* const kDescription =
     "roof ridges along X, one of them oblique (docs/calibration.md draws it).\n"
     "kxmath simulate --calibration makes such profiles.\n"
     "\n"
-    "Files are 2-D cloud sections, profile records, CSV with semicolons, or text columns, in mm.\n"
+    "Files are 2-D cloud sections, profile records, other point files, or text columns, in mm.\n"
     "All profiles of all files must be taken from one pose. Their poses are averaged; the table\n"
     "gives the spread.\n"
     "\n"
@@ -48,7 +48,7 @@ const char* const kDescription =
 
 struct Arguments {
     QStringList files;
-    KxInspect::Columns columns;
+    KxInspect::TextOptions text;
     KxInspect::CalibrationTask task;
     int sensor = 0;
     QString settingsName;
@@ -66,7 +66,7 @@ void addOptions(Options& options) {
         QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it. For all positions it decides "
                        "on which side of the crests the sensor is; a rough value is enough."),
         "mm");
-    addColumnsOption(options);
+    addTextOptions(options);
     options.addOption("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; required with --write."),
                       "N");
     options.addOption("write", QStringLiteral("Store the pose in this INI file; it is created if missing."),
@@ -86,7 +86,7 @@ int sensorOption(const Options& options) {
 
 Arguments readArguments(const Options& options) {
     Arguments a{options.arguments("profiles", 1),
-                columnsOption(options),
+                textOptions(options),
                 {},
                 0,
                 options.text("write"),
@@ -135,7 +135,7 @@ std::vector<KxInspect::NamedProfile> readAll(const Arguments& a, Progress& progr
     for (const QString& file : a.files) {
         progress.step(QStringLiteral("reading %1").arg(file));
         try {
-            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(file.toStdString(), a.columns);
+            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(file.toStdString(), a.text);
             for (size_t i = 0; i < profiles.size(); ++i) {
                 const QString name =
                     profiles.size() == 1 ? file : QStringLiteral("%1, profile %2").arg(file, QString::number(i + 1));

@@ -1,7 +1,7 @@
 // The options of kxmath conicity.
 #include "tools/kxmath/conicity/conicityOptions.h"
 
-#include "tools/kxmath/console/profileOptions.h"
+#include "tools/kxmath/console/textOptions.h"
 
 namespace kxtool {
 
@@ -17,8 +17,8 @@ const char* const kDescription =
     "Calculates the equivalent conicity of a wheel-set on a track from the cross-sections of two\n"
     "wheels and two rails.\n"
     "\n"
-    "Profiles are 2-D cloud sections, profile records, CSV with semicolons, or text files of contact\n"
-    "profile gauges (.whl, .ban, .prw, .prr: header lines, then two or more columns), in mm. x points\n"
+    "Profiles are 2-D cloud sections, profile records, other point files, text columns, or text files\n"
+    "of contact profile gauges (.whl, .ban, .prw, .prr), in mm. x points\n"
     "outwards, from the flange back of a wheel and from the gauge side of a rail; y points down. --up\n"
     "and --mirror turn profiles of another orientation. Left and right profiles have the same form.\n"
     "\n"
@@ -78,7 +78,7 @@ ConicityOptions::ConicityOptions()
     add("amplitude", "The amplitude whose conicity is printed first, mm.", "mm", "3");
     add("up", "Profiles whose y points up: wheels, rails, wheel1, ..., separated by commas.", "list");
     add("mirror", "Profiles whose x points inwards, in the same form.", "list");
-    addColumnsOption(*this);
+    addTextOptions(*this);
     add("json", "Write the results as JSON; - is the standard output.", "file");
     add("csv", "Write the curve as CSV (amplitude;conicity); - is the standard output.", "file");
     add("report", "Write a report with plots, one HTML file.", "file");
@@ -107,7 +107,7 @@ ConicityInput ConicityOptions::input() const {
     readParts(*this, "up", input, &Orientation::isUp);
     readParts(*this, "mirror", input, &Orientation::isMirrored);
     for (KxInspect::CrossSection& section : input.sections) {
-        section.columns = columnsOption(*this);
+        section.text = textOptions(*this);
     }
     return input;
 }

@@ -3,6 +3,7 @@
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/options.h"
+#include "tools/kxmath/console/textOptions.h"
 
 #include <KxInspect/Error.h>
 #include <KxInspect/PointFile.h>
@@ -21,16 +22,17 @@ using KxInspect::FileKind;
 constexpr const char* kName = "convert";
 
 const char* const kDescription =
-    "Converts points from one kind of file to another. The endings of the file names select the kinds;\n"
-    "--from and --to override them:\n"
+    "Converts points from one kind of file to another. The content of IN, or else the ending of its\n"
+    "name, selects its kind, the name of OUT that of OUT; --from and --to override them:\n"
     "\n"
     "  cloud     .bin .cloud          one cloud section: 2-D, 3-D or 3-D with colours, as the points are\n"
     "  profiles  .profiles .set       profile records; when written, a profile begins wherever z changes\n"
-    "  csv       .csv                 one profile, x;y with decimal comma\n"
+    "  csv       .csv                 text with 2, 3 or 6 columns; written: one profile, x;y with decimal comma\n"
     "  xyzf      .xyzf                x, y, z and 0 as little-endian floats, nothing else\n"
-    "  xyz       .xyz .txt .asc       columns x y z as text\n"
+    "  xyz       .xyz .txt .asc       text with 2, 3 or 6 columns; written: x y z\n"
     "  ply       .ply                 vertices with x, y, z and colours\n"
     "  pcd       .pcd                 points with x, y, z and rgb, not compressed\n"
+    "  gauge     .whl .ban .prw .prr  text of contact profile gauges, only read\n"
     "\n"
     "IN or OUT may be - for the standard input or output; --from or --to must then name its kind.\n"
     "\n"
@@ -42,18 +44,27 @@ struct Conversion {
     QString out;
     FileKind from;
     FileKind to;
+    KxInspect::TextOptions text;
 };
 
-/// The kind of a file: the one that the option names, otherwise the one of the file name's ending.
-FileKind kindOf(const Options& options, const char* option, const QString& fileName) {
+bool isStream(const QString& name) {
+    return name == QLatin1String("-");
+}
+
+/// The kind of a file: the one that the option names, otherwise the one of the content of IN or the file name's ending.
+FileKind kindOf(const Options& options, const char* option, const QString& fileName, bool isRead) {
     if (options.isSet(option)) {
         QStringList names;
         for (const FileKind kind : KxInspect::kFileKinds) {
-            names += QString::fromStdString(kindName(kind));
+            if (isRead || kind != FileKind::Gauge) {
+                names += QString::fromStdString(kindName(kind));
+            }
         }
         return KxInspect::kindByName(options.oneOf(option, names).toStdString()).value();
     }
-    if (const auto kind = KxInspect::kindByFileName(fileName.toStdString())) {
+    const std::string path = fileName.toStdString();
+    const bool hasContent = isRead && !isStream(fileName);
+    if (const auto kind = hasContent ? KxInspect::kindOfFile(path) : KxInspect::kindByFileName(path)) {
         return *kind;
     }
     options.fail(
@@ -66,6 +77,7 @@ std::optional<Conversion> parse(const QStringList& arguments) {
     options.addArgument("OUT", QStringLiteral("The file to write, replaced if it exists."));
     options.addOption("from", QStringLiteral("Kind of IN."), "kind");
     options.addOption("to", QStringLiteral("Kind of OUT."), "kind");
+    addTextOptions(options, true);
     if (!options.parse(arguments)) {
         return {};
     }
@@ -73,11 +85,8 @@ std::optional<Conversion> parse(const QStringList& arguments) {
     if (names[0] == names[1] && names[0] != QLatin1String("-")) {
         options.fail(QStringLiteral("IN and OUT are the same file"));
     }
-    return Conversion{names[0], names[1], kindOf(options, "from", names[0]), kindOf(options, "to", names[1])};
-}
-
-bool isStream(const QString& name) {
-    return name == QLatin1String("-");
+    return Conversion{names[0], names[1], kindOf(options, "from", names[0], true),
+                      kindOf(options, "to", names[1], false), textOptions(options, true)};
 }
 
 /// Copies between an open stream and a file.
@@ -110,7 +119,7 @@ KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir&
         }
     }
     try {
-        return KxInspect::readPoints(path.toStdString(), conversion.from);
+        return KxInspect::readPoints(path.toStdString(), conversion.from, conversion.text);
     } catch (const KxInspect::Error& error) {
         rethrow(error, conversion.in);
     }

@@ -3,6 +3,7 @@
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/options.h"
+#include "tools/kxmath/console/textOptions.h"
 
 #include <KxInspect/FileContents.h>
 
@@ -19,9 +20,11 @@ using KxInspect::PartKind;
 constexpr const char* kName = "info";
 
 const char* const kDescription =
-    "Lists what files hold: cloud sections of each kind, profile records, CSV and the other kinds that\n"
-    "kxmath convert reads; the number of points, their ranges, how many are not finite, their spacing,\n"
-    "and the first byte of a damaged file that cannot be read.\n"
+    "Lists what files hold: cloud sections of each kind, profile records, text and the other kinds that\n"
+    "kxmath convert reads; how a text is read; the number of points, their ranges, how many are not finite, their "
+    "spacing,\n"
+    "and the first byte or line of a damaged file that cannot be read. The content determines the\n"
+    "kind, or else the file name.\n"
     "\n"
     "Exit codes: 0 done, 1 a file is empty, 2 wrong use, 3 a file is unreadable or damaged.";
 
@@ -49,10 +52,36 @@ QString rangeText(char axis, const KxInspect::Range& range) {
                                  .arg(static_cast<double>(range.max));
 }
 
+QString signName(char sign) {
+    switch (sign) {
+    case ' ':
+        return QStringLiteral("blanks");
+    case '\t':
+        return QStringLiteral("tabs");
+    default:
+        return QStringLiteral("'%1'").arg(QLatin1Char(sign));
+    }
+}
+
+/// How a text was read.
+QString formText(const KxInspect::TextForm& form) {
+    QString text = QStringLiteral("  columns: %1, separator: %2, decimal sign: %3, title lines: %4")
+                       .arg(form.columns)
+                       .arg(signName(form.separator), signName(form.decimalSign))
+                       .arg(form.titleLines);
+    if (form.remarks > 0) {
+        text += QStringLiteral(", remarks left out: %1").arg(form.remarks);
+    }
+    return text + QLatin1Char('\n');
+}
+
 QString contentsText(const QString& name, const FileContents& contents) {
     QString text = name + QStringLiteral(":\n");
     for (const KxInspect::PartCount& part : contents.parts) {
         text += QStringLiteral("  %1 x %2\n").arg(part.count).arg(partText(contents, part.kind));
+    }
+    if (contents.text) {
+        text += formText(*contents.text);
     }
     text += QStringLiteral("  %1 points, %2 of them not finite\n").arg(contents.points).arg(contents.missing);
     text += rangeText('x', contents.x) + rangeText('y', contents.y) + rangeText('z', contents.z);
@@ -66,9 +95,9 @@ QString contentsText(const QString& name, const FileContents& contents) {
 }
 
 /// Prints what is in one file. @return the exit code for this file
-int printContents(const QString& name) {
+int printContents(const QString& name, const KxInspect::TextOptions& text) {
     Progress progress;
-    const FileContents contents = KxInspect::readFileContents(name.toStdString(), progress.callback());
+    const FileContents contents = KxInspect::readFileContents(name.toStdString(), progress.callback(), text);
     progress.wipe();
     printOutput(contentsText(name, contents));
     if (contents.damage) {
@@ -78,14 +107,16 @@ int printContents(const QString& name) {
 }
 
 int runChecked(const QStringList& arguments) {
-    Options options(kName, "FILE...", QLatin1String(kDescription));
+    Options options(kName, "FILE... [options]", QLatin1String(kDescription));
     options.addArgument("FILE...", QStringLiteral("The files to examine."));
+    addTextOptions(options, true);
     if (!options.parse(arguments)) {
         return Done;
     }
+    const KxInspect::TextOptions text = textOptions(options, true);
     int worst = Done;
     for (const QString& name : options.arguments("files", 1)) {
-        worst = std::max(worst, runCommand(kName, [&] { return printContents(name); }));
+        worst = std::max(worst, runCommand(kName, [&] { return printContents(name, text); }));
     }
     return worst;
 }

@@ -1,7 +1,7 @@
 // The options of kxmath wheel.
 #include "tools/kxmath/wheel/wheelOptions.h"
 
-#include "tools/kxmath/console/profileOptions.h"
+#include "tools/kxmath/console/textOptions.h"
 
 namespace kxtool {
 
@@ -21,8 +21,8 @@ const char* const kDescription =
     "  widthLevel2ToH13  width of the flank across the wheel, from level 2 to level h - 13\n"
     "  heightExcess      flange height excess: h - 30 for h of at least 29, otherwise h - 28\n"
     "\n"
-    "Files are 2-D cloud sections, profile records, CSV with semicolons, or text files of contact\n"
-    "profile gauges (.whl, .prw: header lines, then two or more columns), in mm. x points outwards\n"
+    "Files are 2-D cloud sections, profile records, other point files, text columns, or text files of\n"
+    "contact profile gauges (.whl, .prw), in mm. x points outwards\n"
     "from the flange back, y points down; --up and --mirror turn profiles of another orientation.\n"
     "A 3-D cloud section holds the cross-section of a rim: y is the height; x and z are turned about\n"
     "--centre until the section lies along x, its outer end at the flange back.\n"
@@ -57,7 +57,7 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
     addArgument("FILE...", QStringLiteral("The wheels to measure."));
     addFlag("up", QStringLiteral("y of the profiles points up."));
     addFlag("mirror", QStringLiteral("x of the profiles points inwards."));
-    addColumnsOption(*this);
+    addTextOptions(*this);
     add("flange-back", "x of the flange back in the profiles. Default: their smallest x.", "mm");
     add("spacing",
         "Resample the profiles linearly at this spacing, 0.01 to 1 mm. Default: the points are measured as they are.",
@@ -76,7 +76,7 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
 std::vector<KxInspect::CrossSection> WheelCommandOptions::wheels() const {
     KxInspect::CrossSection wheel;
     wheel.orientation = {isSet("up"), isSet("mirror")};
-    wheel.columns = columnsOption(*this);
+    wheel.text = textOptions(*this);
     std::vector<KxInspect::CrossSection> result;
     for (const QString& file : arguments("files", 1)) {
         wheel.file = file.toStdString();
