@@ -11,8 +11,25 @@
 
 namespace KxInspect {
 
-/// What the file of some settings does not give: a key that is missing or holds no number. That is no error before a
-/// call needs the key.
+/// What is known of a key of settings files.
+struct SettingKey {
+    std::string name; ///< "level_k"
+    bool isPerSensor = false; ///< in the sections SENSORn, else before all sections
+    bool isWhole = false; ///< holds a whole number
+    std::string meaning; ///< a few words
+    std::string unit; ///< "mm"; empty for pure numbers
+    std::optional<double> byDefault; ///< absent where there is none
+    double min = 0.0; ///< the smallest value that has a sense
+    double max = 0.0; ///< the largest
+    std::string needed; ///< "always", "mode 3", "defects" (for the judgement of treads); empty: never
+};
+
+/// All keys that a settings file may hold for a pass, and those that other uses of the same file read (poses). Values
+/// are read and checked by this table. Keys of both kinds of settings stand once.
+KXINSPECT_EXPORT const std::vector<SettingKey>& settingKeys();
+
+/// What the file of some settings does not give: a key that is missing, holds no number, or one out of range. That is no
+/// error before a call needs the key.
 struct SettingFault {
     std::string key; ///< "SENSOR1/level_k"
     std::string reason; ///< for an Error about the key
@@ -46,6 +63,7 @@ struct StationSettings {
     int minProfilesInWheel = 5; ///< shorter runs of wheel profiles are no wheel; key minProfsInWheel
     std::vector<SensorSettings> sensors; ///< by their number
     std::vector<SettingFault> faults; ///< of the keys of all sensors
+    std::vector<std::string> warnings; ///< of unknown keys, with the nearest known ones; UTF-8
 };
 
 /// When a profile and a wheel count as defective.
@@ -73,6 +91,7 @@ struct DefectSettings {
     DefectLimits limits;
     std::vector<DefectLines> sensors; ///< by their number
     std::vector<SettingFault> faults; ///< of the keys of all sensors
+    std::vector<std::string> warnings; ///< of unknown keys, with the nearest known ones; UTF-8
 };
 
 /// Reads the settings of a station from an INI file. Keys of sensors that are missing or wrong become `faults`; a
@@ -82,7 +101,7 @@ struct DefectSettings {
 KXINSPECT_EXPORT StationSettings readStationSettings(const std::string& path);
 
 /// Reads the settings of the judgement of treads from an INI file, as readStationSettings() does. Throws an Error for a
-/// limit that is no number, too.
+/// limit that is no number or out of range, too.
 KXINSPECT_EXPORT DefectSettings readDefectSettings(const std::string& path);
 
 /// @{ The sensor with a serial number, the first of several; null when there is none.

@@ -46,6 +46,7 @@ DefectSettings readDefectSettings(const std::string& path) {
         settings.sensors.push_back({number, serial, line("level_k", "level_b"), line("lowLevel_k", "lowLevel_b")});
     });
     settings.faults = file.faults();
+    settings.warnings = file.warnings();
     return settings;
 }
 

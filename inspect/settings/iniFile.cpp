@@ -3,6 +3,7 @@
 
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
+#include "inspect/settings/settingKeys.h"
 
 #include <KxMath/KxWheelDetection.h>
 
@@ -43,7 +44,7 @@ QString lacksKey(const QString& key) {
     return QStringLiteral("lack the key '%1'").arg(key);
 }
 
-IniFile::IniFile(const std::string& path) : store_(readable(path), QSettings::IniFormat) {
+IniFile::IniFile(const std::string& path) : path_(path), store_(readable(path), QSettings::IniFormat) {
     store_.allKeys(); // sections are parsed when they are first looked into
     if (store_.status() != QSettings::NoError) {
         fail(ErrorKind::Damaged, {"settings", path, {}}, QStringLiteral("cannot be parsed as an INI file"));
@@ -55,7 +56,7 @@ std::optional<float> IniFile::number(const QString& key, Need need) {
     bool isNumber = false;
     const float result = found.toFloat(&isNumber);
     if (isNumber && std::isfinite(result)) {
-        return result;
+        return isInRange(key, static_cast<double>(result)) ? std::optional(result) : std::nullopt;
     }
     if (found.isValid()) {
         addFault(key, QStringLiteral("hold no number in '%1'").arg(key));
@@ -68,7 +69,7 @@ std::optional<int> IniFile::wholeNumber(const QString& key, Need need) {
     bool isNumber = false;
     const int result = found.toInt(&isNumber);
     if (isNumber) {
-        return result;
+        return isInRange(key, result) ? std::optional(result) : std::nullopt;
     }
     if (found.isValid()) {
         addFault(key, QStringLiteral("hold no whole number in '%1'").arg(key));
@@ -92,6 +93,18 @@ QVariant IniFile::value(const QString& key, Need need) {
         addFault(key, lacksKey(key));
     }
     return found;
+}
+
+bool IniFile::isInRange(const QString& key, double value) {
+    const QString reason = whyOutOfRange(key, value);
+    if (!reason.isEmpty()) {
+        addFault(key, reason);
+    }
+    return reason.isEmpty();
+}
+
+std::vector<std::string> IniFile::warnings() const {
+    return warningsOfNames(path_, store_.allKeys());
 }
 
 void IniFile::addFault(const QString& key, const QString& reason) {

@@ -18,7 +18,7 @@ namespace KxInspect::detail {
 /// "lack the key 'KEY'"
 QString lacksKey(const QString& key);
 
-/// An INI file that is only read. Values that are missing or wrong are absent and are noted as faults.
+/// An INI file that is only read. Values that are missing, wrong or out of range are absent and are noted as faults.
 class IniFile {
 public:
     enum class Need { Required, Optional };
@@ -36,10 +36,15 @@ public:
     QSettings& store() { return store_; }
     const std::vector<SettingFault>& faults() const { return faults_; }
 
+    /// Sentences about the keys that nobody reads.
+    std::vector<std::string> warnings() const;
+
 private:
     QVariant value(const QString& key, Need need);
+    bool isInRange(const QString& key, double value); ///< notes the fault where it is not
     void addFault(const QString& key, const QString& reason);
 
+    std::string path_;
     QSettings store_;
     std::vector<SettingFault> faults_;
 };

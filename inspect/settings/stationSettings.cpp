@@ -49,6 +49,7 @@ StationSettings readStationSettings(const std::string& path) {
         file.wholeNumber(QStringLiteral("minProfsInWheel"), Need::Optional).value_or(settings.minProfilesInWheel);
     forEachSensor(file, [&](int number, int serial) { settings.sensors.push_back(readSensor(file, number, serial)); });
     settings.faults = file.faults();
+    settings.warnings = file.warnings();
     return settings;
 }
 

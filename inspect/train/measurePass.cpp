@@ -143,9 +143,14 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     result.baseDistance = inputs.baseDistance;
     result.nominal = options.nominal.value_or(inputs.baseDistance);
     result.tolerance = options.tolerance;
+    result.warnings = settings.warnings;
+    if (options.defects) {
+        warnOfDefectSettings(*options.defects, result);
+    }
     std::vector<MeasuredSide> sides = findAllWheels(inputs, options, progress);
     for (const MeasuredSide& side : sides) {
         result.sides.push_back(describeSide(side));
+        warnOfLines(side, result);
     }
     report(progress, "measuring distances", {}, 0.0);
     for (const PairedWheels& wheels : pairWheels(sides, result)) {

@@ -4,6 +4,7 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/settings/iniFile.h"
+#include "inspect/settings/settingKeys.h"
 
 #include <KxInspect/KxMathTypes.h>
 
@@ -60,6 +61,32 @@ void require(const Settings& settings, const QString& key) {
     }
 }
 
+/// Throws an Error for a value that has no sense. Files were checked when they were read, programs fill in what they
+/// like.
+template <typename Settings>
+void requireRange(const Settings& settings, const QString& key, double value) {
+    const QString reason = whyOutOfRange(key, value);
+    if (!reason.isEmpty()) {
+        failSettings(settings.file, key.toStdString(), reason);
+    }
+}
+
+/// Two sensors with one serial number: which of them a recording is of cannot be said.
+template <typename Settings>
+void requireDifferentSerials(const Settings& settings) {
+    for (auto sensor = settings.sensors.begin(); sensor != settings.sensors.end(); ++sensor) {
+        const auto* const first = findSensor(settings, sensor->serial);
+        if (first != &*sensor) {
+            const QString key = KxMath::KxSensorKey(sensor->number, "SN");
+            failSettings(settings.file, key.toStdString(),
+                         QStringLiteral("give the serial number %1 to SENSOR%2 and to SENSOR%3")
+                             .arg(sensor->serial)
+                             .arg(first->number)
+                             .arg(sensor->number));
+        }
+    }
+}
+
 /// A line that must be there. Where it was read from a file, its keys tell which of them is missing.
 template <typename Settings>
 KxMath::KxLine requireLine(const Settings& settings, const std::optional<Line>& line, int sensor, const char* slope,
@@ -70,6 +97,8 @@ KxMath::KxLine requireLine(const Settings& settings, const std::optional<Line>& 
     if (!line) {
         failSettings(settings.file, slopeKey.toStdString(), lacksKey(slopeKey));
     }
+    requireRange(settings, slopeKey, static_cast<double>(line->slope));
+    requireRange(settings, KxMath::KxSensorKey(sensor, intercept), static_cast<double>(line->intercept));
     return toKxLine(*line);
 }
 
@@ -89,12 +118,32 @@ auto& requireSensor(const Settings& settings, const SideInput& side) {
     return *sensor;
 }
 
-void requireDetectionKeys(const StationSettings& settings, int sensor) {
-    require(settings, QStringLiteral("minProfsInWheel"));
-    for (const char* const key :
-         {"wndSize", "higherPoinInWnd", "minPointsIn", "maxdY", "maxCorr", "parts", "maxDist"}) {
-        require(settings, KxMath::KxSensorKey(sensor, key));
+void requireDetectionKeys(const StationSettings& settings, const SensorSettings& sensor) {
+    const auto requireGood = [&](const QString& key, double value) {
+        require(settings, key);
+        requireRange(settings, key, value);
+    };
+    requireGood(QStringLiteral("minProfsInWheel"), settings.minProfilesInWheel);
+    const WheelDetection& d = sensor.detection;
+    const std::pair<const char*, double> values[] = {{"wndSize", d.noiseWindow},
+                                                     {"higherPoinInWnd", d.maxJumps},
+                                                     {"minPointsIn", d.minPoints},
+                                                     {"maxdY", static_cast<double>(d.maxJump)},
+                                                     {"maxCorr", d.maxParts},
+                                                     {"parts", static_cast<double>(d.maxCorrelation)},
+                                                     {"maxDist", static_cast<double>(d.maxGap)}};
+    for (const auto& [key, value] : values) {
+        requireGood(KxMath::KxSensorKey(sensor.number, key), value);
     }
+}
+
+void requireGoodLimits(const DefectSettings& settings) {
+    const DefectLimits& l = settings.limits;
+    requireRange(settings, QStringLiteral("maxDeviation"), static_cast<double>(l.maxDeviation));
+    requireRange(settings, QStringLiteral("pointsHigher"), l.pointsHigher);
+    requireRange(settings, QStringLiteral("minimalDefectsProf"), l.minProfiles);
+    requireRange(settings, QStringLiteral("maxRadiusDeviation"), static_cast<double>(l.maxRadiusDeviation));
+    requireRange(settings, QStringLiteral("radiusProfiles"), l.radiusProfiles);
 }
 
 void lookUpSensor(const StationSettings& settings, int mode, SideInput& side) {
@@ -113,7 +162,7 @@ void lookUpSensor(const StationSettings& settings, int mode, SideInput& side) {
     if (mode == KxMath::KxModeWithLowLine) {
         detection.low = requireLine(settings, sensor.low, sensor.number, "lowlevel_k", "lowlevel_b");
     }
-    requireDetectionKeys(settings, sensor.number);
+    requireDetectionKeys(settings, sensor);
     detection.minProfilesInWheel = settings.minProfilesInWheel;
     detection.noiseWindow = sensor.detection.noiseWindow;
     detection.maxJumps = sensor.detection.maxJumps;
@@ -143,6 +192,7 @@ PassInputs openPass(const std::vector<std::string>& recordings, const StationSet
         inputs.sides.push_back(openSide(path));
     }
     checkSidesDiffer(inputs.sides[0], inputs.sides[1]);
+    requireDifferentSerials(settings);
     for (SideInput& side : inputs.sides) {
         lookUpSensor(settings, options.mode, side);
     }
@@ -151,7 +201,12 @@ PassInputs openPass(const std::vector<std::string>& recordings, const StationSet
     if (!settings.baseDistance) {
         failSettings(settings.file, baseKey.toStdString(), lacksKey(baseKey));
     }
+    requireRange(settings, baseKey, static_cast<double>(*settings.baseDistance));
     inputs.baseDistance = *settings.baseDistance;
+    if (options.defects) {
+        requireDifferentSerials(*options.defects);
+        requireGoodLimits(*options.defects);
+    }
     for (SideInput& side : inputs.sides) {
         side.tread = options.defects ? std::optional(lookUpTread(*options.defects, side)) : std::nullopt;
     }

@@ -2,8 +2,11 @@
 #include "inspect/train/passWarnings.h"
 
 #include "inspect/base/paths.h"
+#include "inspect/fitting/median.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 
 namespace KxInspect::detail {
 
@@ -24,7 +27,76 @@ std::vector<double> placesOf(const std::vector<FoundWheel>& wheels, bool hasPlac
     return places;
 }
 
+QString lineText(const KxMath::KxLine& line) {
+    return QStringLiteral("y = %1 x %2 %3")
+        .arg(QString::number(static_cast<double>(line.k)), line.b < 0.0f ? QStringLiteral("-") : QStringLiteral("+"),
+             QString::number(std::abs(static_cast<double>(line.b))));
+}
+
+void warnOfLevel(const MeasuredSide& side, PassResult& result) {
+    const LevelCount& count = side.found.levelCount();
+    const bool isNone = count.below == 0;
+    const bool isAll = count.below == count.points;
+    if (count.points == 0) {
+        warn(result, QStringLiteral("recording '%1' holds no points").arg(toQt(side.input.path)));
+    } else if (isNone || isAll || side.found.wheels().empty()) {
+        const QString what = isNone  ? QStringLiteral("no point is below the level line")
+                             : isAll ? QStringLiteral("all points are below the level line")
+                                     : QStringLiteral("no wheel was found with the level line");
+        warn(result,
+             QStringLiteral("recording '%1': %2 of SENSOR%3, %4: %5 of %6 points are below it, y is %7 to %8 mm")
+                 .arg(toQt(side.input.path), what, QString::number(side.input.sensor),
+                      lineText(side.input.detection.level), QString::number(count.below), QString::number(count.points),
+                      QString::number(static_cast<double>(count.lowest)),
+                      QString::number(static_cast<double>(count.highest))));
+    }
+}
+
+/// The angle of a line to the x axis in degrees.
+double angleOf(double slope) {
+    return std::atan(slope) * 180.0 / std::numbers::pi;
+}
+
+void warnOfReference(const MeasuredSide& side, PassResult& result) {
+    // Wheelsets stand less than a degree askew in straight track. At three degrees the end of 50 mm of back face is
+    // 2.6 mm off the reference line when its beginning is on it: as much as distances may deviate.
+    constexpr double kMostDegrees = 3.0;
+    std::vector<double> angles;
+    for (const ChosenProfile& chosen : side.chosen) {
+        KxMath::KxProfile half;
+        half.points = fittedHalf(chosen.points);
+        KxMath::KxLine fit;
+        if (half.calcLine(fit) && std::isfinite(fit.k)) {
+            angles.push_back(angleOf(static_cast<double>(fit.k)));
+        }
+    }
+    const double slope = static_cast<double>(side.input.reference.k);
+    const double fitted = median(angles); // NaN where there is none
+    const double apart = std::abs(fitted - angleOf(slope)); // lines have no direction: 179 degrees are 1
+    if (const double between = std::min(apart, 180.0 - apart); between > kMostDegrees) {
+        warn(result, QStringLiteral(
+                         "recording '%1': the wheels stand at %2 degrees to the reference line of SENSOR%3, more than "
+                         "%4: k2 is %5, the slope of their chosen profiles is %6")
+                         .arg(toQt(side.input.path), QString::number(between, 'f', 1),
+                              QString::number(side.input.sensor), QString::number(kMostDegrees), QString::number(slope),
+                              QString::number(std::tan(fitted * std::numbers::pi / 180.0), 'g', 4)));
+    }
+}
+
 } // namespace
+
+void warnOfDefectSettings(const DefectSettings& settings, PassResult& result) {
+    for (const std::string& warning : settings.warnings) {
+        if (std::find(result.warnings.begin(), result.warnings.end(), warning) == result.warnings.end()) {
+            result.warnings.push_back(warning);
+        }
+    }
+}
+
+void warnOfLines(const MeasuredSide& side, PassResult& result) {
+    warnOfLevel(side, result);
+    warnOfReference(side, result);
+}
 
 std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, PassResult& result) {
     const WheelCollector& first = sides[0].found;

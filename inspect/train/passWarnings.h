@@ -11,6 +11,13 @@ namespace KxInspect::detail {
 /// Pairs the wheels of both sides, by number where there are as many on both. Warns in `result` where that is in doubt.
 std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, PassResult& result);
 
+/// Takes over the warnings of the settings of the judgement, where those of the station have not said the same.
+void warnOfDefectSettings(const DefectSettings& settings, PassResult& result);
+
+/// Warns of lines of the settings that do not fit the recording of a side: a level line that no point or every point is
+/// below, and a reference line that is not parallel to the wheels.
+void warnOfLines(const MeasuredSide& side, PassResult& result);
+
 /// Warns of what the recording or the station does to all wheels of a side, which looks like wheels out of round.
 void warnOfRoundness(const PassSide& side, bool hasPlaces, PassResult& result);
 

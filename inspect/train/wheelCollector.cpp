@@ -1,6 +1,7 @@
 // The wheels of a recording as profiles in memory.
 #include "inspect/train/wheelCollector.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -13,6 +14,17 @@ void WheelCollector::notePlace(float z) {
     lastPlace_ = z;
 }
 
+void WheelCollector::countPoints(const PointList& points) {
+    for (const KxMath::KxPointXY& p : points) {
+        if (std::isfinite(p.x) && std::isfinite(p.y)) {
+            ++levelCount_.points;
+            levelCount_.below += level_.k * p.x + level_.b > p.y ? 1 : 0;
+            levelCount_.lowest = std::min(levelCount_.lowest, p.y);
+            levelCount_.highest = std::max(levelCount_.highest, p.y);
+        }
+    }
+}
+
 void WheelCollector::add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record) {
     if (kind == KxMath::KxProfileRecord) {
         ++profileRecords_;
@@ -20,7 +32,8 @@ void WheelCollector::add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record) 
     } else {
         ++cloudSections_;
     }
-    if (detector_.add(record)) {
+    countPoints(record.points);
+    if (detector_.add(record)) { // cleans the points
         if (detector_.profile() == 1) {
             const int number = cloudSections_ + profileRecords_;
             wheels_.push_back({number, {}, {}});

@@ -7,6 +7,7 @@
 
 #include <QtCore/QList>
 
+#include <limits>
 #include <vector>
 
 namespace KxInspect::detail {
@@ -28,10 +29,19 @@ struct WheelStart {
     int record;
 };
 
+/// How the points of a recording lie to the level line.
+struct LevelCount {
+    qint64 points = 0; ///< those that are finite
+    qint64 below = 0; ///< of them below the line
+    float lowest = std::numeric_limits<float>::infinity(); ///< y, mm
+    float highest = -std::numeric_limits<float>::infinity();
+};
+
 /// Finds the wheels in the records of a recording, one after the other, and keeps the profiles of these only.
 class WheelCollector {
 public:
-    WheelCollector(const KxMath::KxWheelDetectionSettings& settings, int mode) : detector_(settings, mode) {}
+    WheelCollector(const KxMath::KxWheelDetectionSettings& settings, int mode)
+        : detector_(settings, mode), level_(settings.level) {}
 
     /// Looks at the next record. Its points may be taken.
     void add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record);
@@ -40,6 +50,7 @@ public:
     const std::vector<WheelStart>& starts() const { return starts_; }
     int cloudSections() const { return cloudSections_; }
     int profileRecords() const { return profileRecords_; }
+    const LevelCount& levelCount() const { return levelCount_; } ///< of the points as they were recorded
 
     /// True when the records tell where along the train they were taken: all have a z, none is below the one before,
     /// and the last is above the first.
@@ -47,8 +58,11 @@ public:
 
 private:
     void notePlace(float z);
+    void countPoints(const PointList& points);
 
     KxMath::KxWheelDetector detector_;
+    KxMath::KxLine level_;
+    LevelCount levelCount_;
     std::vector<FoundWheel> wheels_;
     std::vector<WheelStart> starts_;
     int cloudSections_ = 0;

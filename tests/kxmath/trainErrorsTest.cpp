@@ -96,6 +96,9 @@ TEST_F(TrainErrors, Settings) {
         {"lowlevel_k=0", "", "SENSOR1/lowlevel_k"}, // needed in mode 3
         {"b2=50", "b2=50,5", "SENSOR1/b2"},
         {"minPointsIn=5", "minPointsIn=5.5", "SENSOR1/minPointsIn"},
+        {"calibrLines2=1360", "calibrLines2=1.36", "1.36 mm for 'calibrLines2', which is outside 100 to 10000 mm"},
+        {"minProfsInWheel=5", "minProfsInWheel=-5", "-5 profiles for 'minProfsInWheel'"},
+        {"SN=1002", "SN=1001", "give the serial number 1001 to SENSOR1 and to SENSOR2"},
         {"k2=0", "k2=nan", "SENSOR1/k2"},
     };
     for (const auto& [from, to, message] : cases) {
@@ -108,9 +111,23 @@ TEST_F(TrainErrors, Settings) {
 TEST_F(TrainErrors, NoResult) {
     const QByteArray none = recording({SeenWheel(), SeenWheel()}, RecordKind::CloudSections);
     writeAll(none, none, trainSettings());
-    expectNothingLeft({with({}), 1, "0 wheels in 'left_1001.bin', 0 in 'right_1002.bin'"});
+    // What the recordings show of the level line comes first.
+    const auto expectNoWheels = [&](const std::vector<const char*>& lines) {
+        const ToolResult result = run(with({}), 1);
+        const QList<QByteArray> errors = result.errors.trimmed().split('\n');
+        ASSERT_EQ(errors.size(), static_cast<qsizetype>(lines.size())) << result.errors.toStdString();
+        for (size_t i = 0; i < lines.size(); ++i) {
+            EXPECT_TRUE(errors[static_cast<qsizetype>(i)].contains(lines[i])) << result.errors.toStdString();
+        }
+        EXPECT_EQ(result.output, "");
+        EXPECT_TRUE(QDir(path("results")).isEmpty());
+    };
+    expectNoWheels({"'left_1001.bin': no point is below the level line of SENSOR1",
+                    "'right_1002.bin': no point is below the level line of SENSOR2",
+                    "0 wheels in 'left_1001.bin', 0 in 'right_1002.bin'"});
     writeAll(good_, none, trainSettings());
-    expectNothingLeft({with({}), 1, "2 wheels in 'left_1001.bin', 0"});
+    expectNoWheels({"'right_1002.bin': no point is below the level line of SENSOR2", "different numbers of wheels",
+                    "2 wheels in 'left_1001.bin', 0"});
     const QByteArray few = recording({0.0f}, RecordKind::CloudSections, 5); // too few points for a line
     writeAll(few, few, trainSettings().replace("minPointsIn=5", "minPointsIn=2"));
     expectNothingLeft({with({}), 1, "1 wheels in 'left_1001.bin', 1 in 'right_1002.bin', none of them"});

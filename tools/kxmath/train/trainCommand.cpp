@@ -110,11 +110,11 @@ int run(const TrainOptions& options) {
     const PassResult pass = runPass(options, settings, measuring, progress);
     progress.wipe();
     writeOutputs(options, pass);
-    if (pass.distances() == 0) {
-        throw CommandError{NoResult, noResultText(pass)};
-    }
     for (const std::string& warning : pass.warnings) {
         printLine(kName, QStringLiteral("warning: ") + QString::fromStdString(warning));
+    }
+    if (pass.distances() == 0) {
+        throw CommandError{NoResult, noResultText(pass)};
     }
     return Done;
 }

@@ -25,6 +25,8 @@ Settings (INI file), n being the number of the sensor:
             in mode 3 also SENSORn/lowlevel_k, SENSORn/lowlevel_b
   optional: minProfsInWheel (5), SENSORn/wndSize (3), SENSORn/higherPoinInWnd (1), SENSORn/maxdY (1.5),
             SENSORn/minPointsIn (2); in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
+Values out of range are refused. Warnings name unknown keys with the nearest known one, level lines that no point or
+every point is below, and reference lines that are more than 3 degrees off the wheels.
 
 Defects: with --defects the tread of every profile of every wheel is compared with a smooth curve through it (a
 polynomial of degree 20), between the lines SENSORn/lowLevel_k, lowLevel_b and SENSORn/level_k, level_b of that file,
