@@ -131,7 +131,7 @@ TEST_F(Settings, ValuesOutOfRangeAreFaults) {
         EXPECT_EQ(station(text).faults.size(), 1u) << text << ": only the serial number is missing";
     }
     expectError([&] { defects("maxDeviation=200\n"); }, ErrorKind::Unsuitable, "maxDeviation", "in micrometres?");
-    expectError([&] { defects("radiusProfiles=0\n"); }, ErrorKind::Unsuitable, "radiusProfiles", "1 to 100000");
+    expectError([&] { defects("radiusProfiles=-10\n"); }, ErrorKind::Unsuitable, "radiusProfiles", "1 to 100000");
 }
 
 TEST_F(Settings, UnknownKeysNameTheNearestKnownOne) {
