@@ -15,6 +15,12 @@ kxmath_add_list_test(exportedSymbols.KxInspect scripts/update-symbols ARGUMENTS 
 kxmath_add_list_test(dynamicSection "an editor" ARGUMENTS $<TARGET_FILE:KxMath>)
 kxmath_add_list_test(dynamicSection.KxInspect "an editor" ARGUMENTS $<TARGET_FILE:KxInspect>)
 
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+kxmath_add_packaging_test(hardening
+    COMMAND Python3::Interpreter ${src}/hardening.py --canaries $<TARGET_FILE:KxMath> --canaries $<TARGET_FILE:kxmath>
+        --checked $<TARGET_FILE:kxmath> $<TARGET_FILE:KxMath> $<TARGET_FILE:KxInspect> $<TARGET_FILE:kxmath>
+        ${PROJECT_BINARY_DIR}/tests)
+
 # Two installed libraries: that of this build, and one of the other compiler, built without any option.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     find_program(KXMATH_CLANG clang++ REQUIRED)
