@@ -2,14 +2,15 @@
 #include "simulator/calibrationShots.h"
 
 #include "simulator/calibrationTrial.h"
+#include "simulator/directory.h"
 #include "simulator/json.h"
 
+#include <KxInspect/AtomicFile.h>
 #include <KxMath/KxProfileZ.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QSaveFile>
 
 namespace kxsim {
 
@@ -29,15 +30,21 @@ QJsonObject truthOf(const CalibrationShots& shots, const Pose& pose, const QJson
             {"files", files}};
 }
 
+void writeShot(const QString& path, KxMath::KxProfileZ& profile) {
+    KxInspect::AtomicFile whole({{}, path.toStdString(), {}});
+    QFile file(QString::fromStdString(whole.path()));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || !profile.writeToFile(file) || !file.flush()) {
+        whole.fail(file.errorString().toStdString());
+    }
+    whole.commit(static_cast<std::uint64_t>(file.pos()));
+}
+
 } // namespace
 
-QString writeCalibrationShots(const CalibrationShots& shots, const QString& directory) {
+void writeCalibrationShots(const CalibrationShots& shots, const QString& directory) {
     const QDir dir(directory);
     const QString truthFile = dir.filePath(QStringLiteral("truth.json"));
-    const auto cannotWrite = [](const QString& name) { return QStringLiteral("cannot write '%1'").arg(name); };
-    if (!dir.mkpath(QStringLiteral("."))) {
-        return QStringLiteral("cannot create the directory '%1'").arg(directory);
-    }
+    makeDirectory(directory);
     QFile::remove(truthFile); // its presence means complete files
     const Pose pose = offsetPose(nominalCalibrationPose(shots.placement, shots.object), shots.placement, shots.alpha,
                                  shots.beta, shots.gamma, shots.offset);
@@ -49,15 +56,11 @@ QString writeCalibrationShots(const CalibrationShots& shots, const QString& dire
         profile.z = 0.0f;
         isInView = takeCalibrationProfile(shots.object, shots.placement, pose, shots.sensor, random, profile);
         const QString name = QStringLiteral("calibration-%1.bin").arg(i);
-        if (!profile.writeToFile(dir.filePath(name))) {
-            return cannotWrite(dir.filePath(name));
-        }
+        writeShot(dir.filePath(name), profile);
         files.append(name);
     }
-    QSaveFile truth(truthFile);
-    const QByteArray text = QJsonDocument(truthOf(shots, pose, files, isInView)).toJson();
-    const bool isWritten = truth.open(QIODevice::WriteOnly) && truth.write(text) == text.size() && truth.commit();
-    return isWritten ? QString() : cannotWrite(truthFile);
+    const QByteArray truth = QJsonDocument(truthOf(shots, pose, files, isInView)).toJson();
+    KxInspect::writeWholeFile({{}, truthFile.toStdString(), {}}, truth.toStdString());
 }
 
 } // namespace kxsim

@@ -24,8 +24,7 @@ struct CalibrationShots {
 };
 
 /// Writes calibration-1.bin and so on, one profile record each, and truth.json into the directory, which is created
-/// if missing. The truth is written last.
-/// @return the failure, empty on success
-QString writeCalibrationShots(const CalibrationShots& shots, const QString& directory);
+/// if missing. The truth is written last. Throws a KxInspect::Error when one of them cannot be written.
+void writeCalibrationShots(const CalibrationShots& shots, const QString& directory);
 
 } // namespace kxsim

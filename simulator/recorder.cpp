@@ -4,18 +4,20 @@
 namespace kxsim {
 
 Recorder::Recorder(const QString& fileName, const Parameters& p)
-    : file_(fileName), kind_(p.records), idleProfiles_(p.idleProfiles),
-      wheelRecords_(static_cast<std::size_t>(p.cars * p.bogies * p.axles)) {}
-
-bool Recorder::open() {
-    return file_.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    : whole_({{}, fileName.toStdString(), {}}), file_(QString::fromStdString(whole_.path())), kind_(p.records),
+      idleProfiles_(p.idleProfiles), wheelRecords_(static_cast<std::size_t>(p.cars * p.bogies * p.axles)) {
+    if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        whole_.fail(file_.errorString().toStdString());
+    }
 }
 
 void Recorder::write(KxMath::KxProfileZ& record) {
     ++written_;
     const bool isWritten = kind_ == RecordKind::Profile ? record.writeToFile(file_)
                                                         : record.KxPointCloud<KxMath::KxPointXY>::writeToFile(file_);
-    isComplete_ = isComplete_ && isWritten;
+    if (!isWritten) {
+        whole_.fail(file_.errorString().toStdString());
+    }
 }
 
 void Recorder::add(KxMath::KxProfile& profile, double z, const View& view) {
@@ -44,10 +46,13 @@ void Recorder::add(KxMath::KxProfile& profile, double z, const View& view) {
     }
 }
 
-bool Recorder::close() {
-    const bool isFlushed = file_.flush();
+void Recorder::finish() {
+    const qint64 size = file_.pos();
+    if (!file_.flush()) {
+        whole_.fail(file_.errorString().toStdString());
+    }
     file_.close();
-    return isComplete_ && isFlushed && file_.error() == QFileDevice::NoError;
+    whole_.commit(static_cast<std::uint64_t>(size));
 }
 
 } // namespace kxsim

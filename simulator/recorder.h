@@ -4,6 +4,7 @@
 #include "simulator/parameters.h"
 #include "simulator/sensor.h"
 
+#include <KxInspect/AtomicFile.h>
 #include <KxMath/KxProfileZ.h>
 
 #include <QtCore/QFile>
@@ -23,12 +24,12 @@ struct WheelRecords {
 /// triggered sensor does.
 class Recorder {
 public:
+    /// All but the queries throw a KxInspect::Error when the file cannot be written.
     Recorder(const QString& fileName, const Parameters& parameters);
 
-    bool open();
     void add(KxMath::KxProfile& profile, double z, const View& view);
-    /// @return false when the file could not be written completely
-    bool close();
+    /// Puts the recording in place, which is not there before.
+    void finish();
 
     const std::vector<WheelRecords>& wheels() const { return wheelRecords_; }
     int records() const { return written_; }
@@ -36,13 +37,13 @@ public:
 private:
     void write(KxMath::KxProfileZ& record);
 
+    KxInspect::AtomicFile whole_;
     QFile file_;
     const RecordKind kind_;
     const int idleProfiles_;
     std::deque<KxMath::KxProfileZ> waiting_; ///< profiles without the train, which may turn out to be just before it
     int idleLeft_ = 0; ///< how many of them are still to be recorded after the train
     int written_ = 0;
-    bool isComplete_ = true;
     std::vector<WheelRecords> wheelRecords_; ///< by wheel pair
 };
 

@@ -3,8 +3,10 @@
 
 #include "simulator/calibration.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QSettings>
+#include <KxInspect/AtomicFile.h>
+
+#include <QtCore/QByteArray>
+#include <QtCore/QMap>
 
 #include <algorithm>
 #include <cmath>
@@ -31,11 +33,14 @@ int countProfilesOfWheel(const Parameters& p, const Pose& pose) {
     return static_cast<int>(2.0 * half / (1000.0 * p.speed / p.rate));
 }
 
-void writeSensor(QSettings& settings, const Parameters& p, int sensor, DefectBand band) {
+/// The values of a section, in the order of their keys.
+using Section = QMap<QByteArray, QByteArray>;
+
+Section sensorSection(const Parameters& p, int sensor, DefectBand band) {
+    Section section;
     // Settings are read as floats, which are short and exact as text.
     const auto write = [&](const char* key, double value) {
-        settings.setValue(QStringLiteral("SENSOR%1/").arg(sensor) + QLatin1String(key),
-                          QString::number(static_cast<float>(value), 'g', 9));
+        section[key] = QByteArray::number(static_cast<double>(static_cast<float>(value)), 'g', 9);
     };
     const auto writeLine = [&](const char* slopeKey, const char* interceptKey, const SensorLine& line) {
         write(slopeKey, line.k);
@@ -54,30 +59,35 @@ void writeSensor(QSettings& settings, const Parameters& p, int sensor, DefectBan
     write("maxCorr", 1);
     write("parts", 0);
     write("maxDist", 10);
+    return section;
+}
+
+QByteArray textOf(const QByteArray& name, const Section& section) {
+    QByteArray text = '[' + name + "]\n";
+    for (auto at = section.cbegin(); at != section.cend(); ++at) {
+        text += at.key() + '=' + at.value() + '\n';
+    }
+    return text;
 }
 
 } // namespace
 
-bool writeSettings(const QString& fileName, const Parameters& p, DefectBand band) {
-    QFile::remove(fileName);
-    QSettings settings(fileName, QSettings::IniFormat);
-    for (const int sensor : {1, 2}) {
-        writeSensor(settings, p, sensor, band);
-    }
+void writeSettings(const QString& fileName, const Parameters& p, DefectBand band) {
     // Passing objects shorter than this share of a wheel are not wheels.
     constexpr double kShareOfWheel = 0.4;
     const int profiles = static_cast<int>(kShareOfWheel * countProfilesOfWheel(p, makePose(p, 1)));
-    settings.setValue(QStringLiteral("minProfsInWheel"), std::max(1, profiles));
-    settings.setValue(QStringLiteral("calibrLines2"), QString::number(p.backToBack, 'g', 9));
-    settings.setValue(QStringLiteral("use"), 1);
-    settings.setValue(QStringLiteral("polynomDegree"), 20);
-    // On treads 0.2 mm is four times the default noise, and finds features of 0.5 mm that are 2 mm wide.
-    settings.setValue(QStringLiteral("maxDeviation"),
-                      band == DefectBand::Tread ? QStringLiteral("0.2") : QStringLiteral("0.3"));
-    settings.setValue(QStringLiteral("pointsHigher"), 5);
-    settings.setValue(QStringLiteral("minimalDefectsProf"), 1);
-    settings.sync();
-    return settings.status() == QSettings::NoError;
+    const Section general = {
+        {"minProfsInWheel", QByteArray::number(std::max(1, profiles))},
+        {"calibrLines2", QByteArray::number(p.backToBack, 'g', 9)},
+        {"use", "1"},
+        {"polynomDegree", "20"},
+        // On treads 0.2 mm is four times the default noise, and finds features of 0.5 mm that are 2 mm wide.
+        {"maxDeviation", band == DefectBand::Tread ? "0.2" : "0.3"},
+        {"pointsHigher", "5"},
+        {"minimalDefectsProf", "1"}};
+    const QByteArray text = textOf("General", general) + '\n' + textOf("SENSOR1", sensorSection(p, 1, band)) + '\n' +
+                            textOf("SENSOR2", sensorSection(p, 2, band));
+    KxInspect::writeWholeFile({{}, fileName.toStdString(), {}}, text.toStdString());
 }
 
 } // namespace kxsim

@@ -1,6 +1,7 @@
 // A simulated pass from parameters to files.
 #include "simulator/simulation.h"
 
+#include "simulator/directory.h"
 #include "simulator/recorder.h"
 #include "simulator/sensor.h"
 #include "simulator/settingsFile.h"
@@ -17,10 +18,6 @@ namespace kxsim {
 
 namespace {
 
-QString cannotWrite(const QString& fileName) {
-    return QStringLiteral("cannot write '%1'").arg(fileName);
-}
-
 /// The position of the first axle at the start of the recording, and its steps, such that the whole train passes.
 struct Travel {
     double start;
@@ -35,11 +32,7 @@ Travel planTravel(const Parameters& p, const Train& train) {
     return {-margin, step, static_cast<std::uint64_t>(length / step)};
 }
 
-/// @return false when the recording could not be written
-bool record(const Parameters& p, const Train& train, int sensorNumber, Recorder& recorder, const Progress& progress) {
-    if (!recorder.open()) {
-        return false;
-    }
+void record(const Parameters& p, const Train& train, int sensorNumber, Recorder& recorder, const Progress& progress) {
     constexpr std::uint64_t kProgressInterval = 64;
     const Sensor sensor(p, train, sensorNumber);
     const Travel travel = planTravel(p, train);
@@ -56,42 +49,32 @@ bool record(const Parameters& p, const Train& train, int sensorNumber, Recorder&
             progress((sensorNumber - 1 + share) / 2.0);
         }
     }
-    return recorder.close();
+    recorder.finish();
 }
 
 } // namespace
 
-QString simulatePass(const Parameters& p, const QString& directory, const Progress& progress) {
+void simulatePass(const Parameters& p, const QString& directory, const Progress& progress) {
     const QDir dir(directory);
     const QString truthFile = dir.filePath(QStringLiteral("truth.json"));
-    if (!dir.mkpath(QStringLiteral("."))) {
-        return QStringLiteral("cannot create the directory '%1'").arg(directory);
-    }
+    makeDirectory(directory);
     QFile::remove(truthFile); // its presence means a complete pass
     const Train train = makeTrain(p);
     std::array<RecordingTruth, 2> recordings;
     for (const int sensor : {1, 2}) {
         const QString name = QStringLiteral("%1_%2.bin").arg(QString::fromStdString(p.prefix)).arg(serialOf(p, sensor));
         Recorder recorder(dir.filePath(name), p);
-        if (!record(p, train, sensor, recorder, progress)) {
-            return cannotWrite(dir.filePath(name));
-        }
+        record(p, train, sensor, recorder, progress);
         recordings[static_cast<std::size_t>(sensor - 1)] = {name, recorder.records(), recorder.wheels()};
     }
     for (const auto& [name, band] :
          {std::pair{"settings.ini", DefectBand::BackFace}, {"defects.ini", DefectBand::Tread}}) {
-        const QString settingsFile = dir.filePath(QLatin1String(name));
-        if (!writeSettings(settingsFile, p, band)) {
-            return cannotWrite(settingsFile);
-        }
+        writeSettings(dir.filePath(QLatin1String(name)), p, band);
     }
-    if (!writeTruth(truthFile, p, train, recordings)) {
-        return cannotWrite(truthFile);
-    }
+    writeTruth(truthFile, p, train, recordings);
     if (progress) {
         progress(1.0);
     }
-    return {};
 }
 
 } // namespace kxsim

@@ -15,7 +15,7 @@ using Progress = std::function<void(double)>;
 /// Writes a pass into a directory, which is created if missing: the recordings of both sensors
 /// (PREFIX_SERIAL.bin; z of a record is the distance of the first axle past the sensors), settings.ini for detection and
 /// distances, defects.ini for defects of the tread, and at last truth.json. The parameters must be without a fault.
-/// @return the failure in one line, empty on success
-QString simulatePass(const Parameters& parameters, const QString& directory, const Progress& progress);
+/// Throws a KxInspect::Error when one of them cannot be written; passes on what `progress` throws.
+void simulatePass(const Parameters& parameters, const QString& directory, const Progress& progress);
 
 } // namespace kxsim

@@ -4,9 +4,10 @@
 #include "simulator/calibration.h"
 #include "simulator/json.h"
 
+#include <KxInspect/AtomicFile.h>
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QSaveFile>
 
 namespace kxsim {
 
@@ -67,7 +68,7 @@ QJsonObject wheelToJson(const Parameters& p, const WheelPair& pair, int number, 
 
 } // namespace
 
-bool writeTruth(const QString& fileName, const Parameters& p, const Train& train,
+void writeTruth(const QString& fileName, const Parameters& p, const Train& train,
                 const std::array<RecordingTruth, 2>& recordings) {
     QJsonArray pairs;
     int number = 0;
@@ -98,8 +99,7 @@ bool writeTruth(const QString& fileName, const Parameters& p, const Train& train
         {"sensors", QJsonArray{sensorToJson(p, 1, recordings[0]), sensorToJson(p, 2, recordings[1])}},
         {"pairs", pairs},
         {"equipment", equipment}};
-    QSaveFile file(fileName);
-    return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(truth).toJson()) >= 0 && file.commit();
+    KxInspect::writeWholeFile({{}, fileName.toStdString(), {}}, QJsonDocument(truth).toJson().toStdString());
 }
 
 } // namespace kxsim

@@ -18,9 +18,8 @@ struct RecordingTruth {
     std::vector<WheelRecords> wheels;
 };
 
-/// Writes the truth as JSON.
-/// @return false when the file could not be written
-bool writeTruth(const QString& fileName, const Parameters& parameters, const Train& train,
+/// Writes the truth as JSON. Throws a KxInspect::Error when the file could not be written.
+void writeTruth(const QString& fileName, const Parameters& parameters, const Train& train,
                 const std::array<RecordingTruth, 2>& recordings);
 
 } // namespace kxsim

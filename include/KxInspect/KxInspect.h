@@ -1,6 +1,7 @@
 // The whole interface of the library but KxMathTypes.h, which needs the headers of KxMath and Qt.
 #pragma once
 
+#include "AtomicFile.h"
 #include "Calibration.h"
 #include "CalibrationObject.h"
 #include "Conicity.h"

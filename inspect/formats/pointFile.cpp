@@ -1,4 +1,5 @@
 // Reading and writing the kinds of point files.
+#include <KxInspect/AtomicFile.h>
 #include <KxInspect/PointFile.h>
 
 #include "inspect/base/error.h"
@@ -7,9 +8,6 @@
 #include "inspect/formats/sensorFiles.h"
 #include "inspect/formats/textFile.h"
 #include "inspect/formats/viewerFormats.h"
-
-#include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 
 #include <algorithm>
 
@@ -33,16 +31,7 @@ void checkPoints(const ErrorSource& source, const PointSet& set) {
 }
 
 void writeBytes(const ErrorSource& source, const QByteArray& bytes) {
-    const QString path = detail::toQt(source.file);
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) { // a device or pipe is written in place
-        QFile device(path);
-        detail::checkWritten(device.open(QIODevice::WriteOnly) && device.write(bytes) == bytes.size() && device.flush(),
-                             source);
-        return;
-    }
-    QSaveFile file(path);
-    detail::checkWritten(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit(), source);
+    writeWholeFile(source, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 } // namespace

@@ -1,14 +1,17 @@
 // Writing the kinds of point files that sensors write.
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
-#include "inspect/formats/openFile.h"
 #include "inspect/formats/sensorFiles.h"
 
+#include <KxInspect/AtomicFile.h>
 #include <KxMath/KxPointCloud.h>
 #include <KxMath/KxProfileZ.h>
 
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
 
 namespace KxInspect::detail {
 
@@ -20,6 +23,14 @@ using KxMath::KxPointXYZ;
 using KxMath::KxPointXYZRGB;
 
 constexpr std::size_t kMaxProfilePoints = 65535; ///< the count of a profile has 16 bits
+
+// Sizes in bytes.
+constexpr qint64 kShortHead = 3; ///< of a 2-D cloud section: a mark and a count of 16 bits
+constexpr qint64 kLongHead = 5; ///< of other cloud sections: a count of 32 bits
+constexpr qint64 kRecordHead = 7; ///< of a profile record: the head of a section and z
+constexpr qint64 kFlatPoint = 8;
+constexpr qint64 kSpacePoint = 12;
+constexpr qint64 kColouredPoint = 16;
 
 void copySpace(const PointSet& set, KxPointCloud<KxPointXYZ>& cloud) {
     cloud.points.reserve(static_cast<qsizetype>(set.points.size()));
@@ -52,16 +63,32 @@ std::vector<std::size_t> profileStarts(const PointSet& set) {
     return starts;
 }
 
-} // namespace
-
-void checkWritten(bool isWritten, const ErrorSource& source) {
-    if (!isWritten) {
-        fail(ErrorKind::Unwritable, source, QStringLiteral("could not be written"));
+/// Writes a file by `write(path)`, which returns how many bytes it has written, nothing on failure.
+template <typename Write>
+void writeBeside(const ErrorSource& source, Write write) {
+    AtomicFile file(source);
+    errno = 0;
+    const std::optional<qint64> size = write(toQt(file.path()));
+    if (!size) {
+        file.fail(errno != 0 ? std::strerror(errno) : "the file is incomplete");
     }
+    file.commit(static_cast<std::uint64_t>(*size));
 }
 
+/// A cloud section: its head and points of `pointSize` bytes.
+template <typename Cloud>
+void writeSection(const ErrorSource& source, Cloud& cloud, qint64 headSize, qint64 pointSize) {
+    writeBeside(source, [&](const QString& path) -> std::optional<qint64> {
+        if (!cloud.writeToFile(path)) {
+            return {};
+        }
+        return headSize + pointSize * cloud.points.size();
+    });
+}
+
+} // namespace
+
 void writeCloudFile(const ErrorSource& source, const PointSet& set) {
-    const QString path = toQt(source.file);
     if (set.hasColours) {
         KxPointCloud<KxPointXYZRGB> cloud;
         cloud.points.reserve(static_cast<qsizetype>(set.points.size()));
@@ -69,18 +96,18 @@ void writeCloudFile(const ErrorSource& source, const PointSet& set) {
             const Point3& p = set.points[i];
             cloud.points.append({p.x, p.y, p.z, set.colours[i]});
         }
-        checkWritten(cloud.writeToFile(path), source);
+        writeSection(source, cloud, kLongHead, kColouredPoint);
     } else if (set.hasZ) {
         KxPointCloud<KxPointXYZ> cloud;
         copySpace(set, cloud);
-        checkWritten(cloud.writeToFile(path), source);
+        writeSection(source, cloud, kLongHead, kSpacePoint);
     } else {
         if (set.points.size() > kMaxProfilePoints) {
             fail(ErrorKind::Unwritable, source, QStringLiteral("cannot hold more than 65535 points of a 2-D cloud"));
         }
         KxPointCloud<KxPointXY> cloud;
         cloud.points = inPlane(set, 0, set.points.size());
-        checkWritten(cloud.writeToFile(path), source);
+        writeSection(source, cloud, kShortHead, kFlatPoint);
     }
 }
 
@@ -93,34 +120,49 @@ void writeProfileRecords(const ErrorSource& source, const PointSet& set) {
                  QStringLiteral("cannot hold a profile of %1 points; the maximum is 65535").arg(endOf(i) - starts[i]));
         }
     }
-    QFile file(toQt(source.file));
-    checkWritten(file.open(QIODevice::WriteOnly | QIODevice::Truncate), source);
-    for (std::size_t i = 0; i < starts.size(); ++i) {
-        const float unknown = std::numeric_limits<float>::quiet_NaN();
-        KxMath::KxProfileZ profile(starts[i] < endOf(i) ? set.points[starts[i]].z : unknown);
-        profile.points = inPlane(set, starts[i], endOf(i));
-        checkWritten(profile.writeToFile(file), source);
-    }
-    checkWritten(file.flush(), source);
+    writeBeside(source, [&](const QString& path) -> std::optional<qint64> {
+        QFile file(path);
+        bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+        for (std::size_t i = 0; isWritten && i < starts.size(); ++i) {
+            const float unknown = std::numeric_limits<float>::quiet_NaN();
+            KxMath::KxProfileZ profile(starts[i] < endOf(i) ? set.points[starts[i]].z : unknown);
+            profile.points = inPlane(set, starts[i], endOf(i));
+            isWritten = profile.writeToFile(file);
+        }
+        if (!isWritten || !file.flush()) {
+            return {};
+        }
+        return static_cast<qint64>(starts.size()) * kRecordHead +
+               static_cast<qint64>(set.points.size() - (starts.empty() ? 0 : starts.front())) * kFlatPoint;
+    });
 }
 
 void writeCsvFile(const ErrorSource& source, const PointSet& set) {
     if (set.hasZ && profileStarts(set).size() > 1) {
         fail(ErrorKind::Unwritable, source, QStringLiteral("holds one profile, the data have several"));
     }
-    const QString path = toQt(source.file);
     KxMath::KxProfile profile;
     profile.points = inPlane(set, 0, set.points.size());
-    checkWritten(profile.writeToCSVFile(path), source);
-    if (QFileInfo(path).isFile()) { // the profile does not report a full disk
-        checkWritten(readAll(source).count('\n') == profile.points.size(), source);
-    }
+    writeBeside(source, [&](const QString& path) -> std::optional<qint64> {
+        QFile file(path);
+        if (!profile.writeToCSVFile(path) || !file.open(QIODevice::ReadOnly)) {
+            return {};
+        }
+        const QByteArray text = file.readAll(); // the profile does not report a full disk: each point is a line
+        return text.count('\n') == profile.points.size() ? std::optional(text.size()) : std::nullopt;
+    });
 }
 
 void writeXyzfFile(const ErrorSource& source, const PointSet& set) {
+    constexpr qint64 kPoint = 16; // x, y, z, 0
     KxPointCloud<KxPointXYZ> cloud;
     copySpace(set, cloud);
-    checkWritten(cloud.compat_writeToXYZFile(toQt(source.file)), source);
+    writeBeside(source, [&](const QString& path) -> std::optional<qint64> {
+        if (!cloud.compat_writeToXYZFile(path)) {
+            return {};
+        }
+        return kPoint * cloud.points.size();
+    });
 }
 
 } // namespace KxInspect::detail

@@ -19,7 +19,4 @@ void writeCsvFile(const ErrorSource& source, const PointSet& points);
 void writeXyzfFile(const ErrorSource& source, const PointSet& points);
 /// @}
 
-/// Throws an Error Unwritable unless a file was written.
-void checkWritten(bool isWritten, const ErrorSource& source);
-
 } // namespace KxInspect::detail

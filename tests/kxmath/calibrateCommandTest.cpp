@@ -139,7 +139,7 @@ TEST_F(CalibrateCommand, Refuses) {
         {{shot, "--position", "2", "--write", shot, "--sensor", "1"}, 2, "--write"},
         {{shot, "--position", "2", "--json", ""}, 2, "--json needs the name of a file, got ''"},
         {{shot, "--position", "2", "--no-such-option"}, 2, "no-such-option', see kxmath calibrate --help"},
-        {{shot, "--position", "2", "--report", "no/such/folder/r.html"}, 4, "cannot write"},
+        {{shot, "--position", "2", "--report", "no/such/folder/r.html"}, 4, "could not be written"},
     });
 }
 

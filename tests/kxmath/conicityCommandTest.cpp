@@ -74,7 +74,7 @@ TEST_F(ConicityCommand, Refuses) {
         {bad({"--up", "sleepers"}), 2, "--up needs wheels, rails, wheel1, wheel2, rail1 or rail2, got 'sleepers'"},
         {bad({"--no-such-option"}), 2, "no-such-option"},
         {bad({"--json", "wheel.csv"}), 2, "an input"},
-        {bad({"--json", "no/such/folder/j.json"}), 4, "cannot write"},
+        {bad({"--json", "no/such/folder/j.json"}), 4, "could not be written"},
     });
     // Two points at one place: the profile would be straightened, with 40 million samples.
     write("wide.csv", "0;0\n0;1\n70;2\n1e9;3\n");

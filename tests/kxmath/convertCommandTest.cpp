@@ -95,7 +95,7 @@ TEST_F(Convert, Refuses) {
         {{"flat.bin", "a.xyz", "--decimal", ",", "--separator", ","}, 2, "both a comma"},
         {{"flat.bin", "a.xyz", "--columns", "1,2,3,4"}, 2, "two or three whole numbers"},
         {{"flat.bin", "a.xyz", "--columns", "1,x"}, 2, "two or three whole numbers"},
-        {{"spatial.bin", "spatial.bin"}, 2, "the same file"},
+        {{"spatial.bin", "./spatial.bin"}, 2, "which is an input"},
         {{"-", "a.xyz"}, 2, "--from"},
         {{"spatial.bin", "a.csv"}, 4, "holds one profile"},
         {{"spatial.bin", "no/folder/a.xyz"}, 4, "could not be written"},

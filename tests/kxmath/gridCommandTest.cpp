@@ -112,7 +112,7 @@ TEST_F(GridCommand, Refuses) {
         {{"scan.bin", "--step", "1", "--seeds", "1,2,3,0"}, 2, "TOLERANCE"},
         {{"scan.bin", "--step", "1", "--seeds", "1,2,3,4,5,6,7"}, 2, "at most 6 fields"},
         {{"scan.bin", "--step", "1", "--json", "scan.bin"}, 2, "input"},
-        {{"scan.bin", "--step", "1", "--report", "no/such/r.html"}, 4, "cannot write"},
+        {{"scan.bin", "--step", "1", "--report", "no/such/r.html"}, 4, "could not be written"},
         {{"scan.bin", "--step", "1", "--out", "."}, 4, "already holds seeds"},
     });
 }

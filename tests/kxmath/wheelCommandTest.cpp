@@ -116,7 +116,7 @@ TEST_F(WheelCommand, Refuses) {
         {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},
         {{"wheel.csv", "--no-such-option"}, 2, "no-such-option"},
         {{"wheel.csv", "--json", "wheel.csv"}, 2, "--json"},
-        {{"wheel.csv", "--report", "no/such/folder/r.html"}, 4, "cannot write"},
+        {{"wheel.csv", "--report", "no/such/folder/r.html"}, 4, "could not be written"},
     });
 }
 

@@ -2,6 +2,7 @@
 #include "tools/kxmath/commands.h"
 
 #include "tools/kxmath/console/exitCodes.h"
+#include "tools/kxmath/console/printable.h"
 
 #include <KxMath/KxMathVersion.h>
 
@@ -57,7 +58,7 @@ int runMain(const QStringList& arguments) {
     const auto found = std::find_if(commands.begin(), commands.end(),
                                     [&](const Command& c) { return first == QLatin1String(c.name); });
     if (found == commands.end()) {
-        std::fprintf(stderr, "kxmath: unknown command '%s', see kxmath --help\n", qPrintable(first));
+        std::fprintf(stderr, "kxmath: unknown command '%s', see kxmath --help\n", qPrintable(printable(first)));
         return WrongUse;
     }
     QStringList rest = arguments;

@@ -1,9 +1,18 @@
 // The program kxmath.
 #include "tools/kxmath/commands.h"
+#include "tools/kxmath/console/outOfMemory.h"
 
 #include <QtCore/QCoreApplication>
 
+#include <new>
+
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    return kxtool::runMain(QCoreApplication::arguments());
+    kxtool::installMemoryGuard();
+    qputenv("QT_NO_GLIB", "1"); // no event loop is needed, and GLib ends programs by a signal when memory runs out
+    try {
+        const QCoreApplication application(argc, argv);
+        return kxtool::runMain(QCoreApplication::arguments());
+    } catch (const std::bad_alloc&) {
+        return kxtool::failMemory();
+    }
 }

@@ -44,7 +44,7 @@ const char* const kDescription =
     "\n"
     "Exit codes: 0 done, profiles without a pose are reported and left out; 1 no pose, or the profiles\n"
     "are not of one pose; 2 wrong use; 3 a file is unreadable or damaged; 4 an output could not be\n"
-    "written. SETTINGS is written only with exit code 0.";
+    "written; 6 not enough memory. SETTINGS is written only with exit code 0.";
 
 struct Arguments {
     QStringList files;

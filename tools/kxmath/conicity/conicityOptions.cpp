@@ -33,7 +33,7 @@ const char* const kDescription =
     "     rail 1                                                   rail 2\n"
     "\n"
     "Exit codes: 0 done, 1 no conicity can be calculated from these profiles, 2 wrong use, 3 a profile\n"
-    "is unreadable or damaged, 4 an output could not be written.";
+    "is unreadable or damaged, 4 an output could not be written, 6 not enough memory.";
 
 /// Sets a flag in the orientation of each profile that an option lists: "wheels", "rails", or single profiles.
 void readParts(const Options& options, const char* option, ConicityInput& input, bool Orientation::*flag) {

@@ -2,8 +2,12 @@
 #include "tools/kxmath/console/commandLine.h"
 
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/interruption.h"
+#include "tools/kxmath/console/outOfMemory.h"
 
 #include <KxInspect/Error.h>
+
+#include <new>
 
 namespace kxtool {
 
@@ -45,6 +49,11 @@ int runCommand(const char* command, const std::function<int()>& body) {
     } catch (const KxInspect::Error& error) {
         printLine(command, QString::fromUtf8(error.what()));
         return exitCodeOf(error.kind());
+    } catch (const Interrupted& interrupted) {
+        constexpr int kFirst = 128; // as shells tell signals
+        return kFirst + interrupted.signal;
+    } catch (const std::bad_alloc&) {
+        return failMemory(command);
     }
 }
 

@@ -2,6 +2,8 @@
 #include "tools/kxmath/console/console.h"
 
 #include "tools/kxmath/console/commandError.h"
+#include "tools/kxmath/console/interruption.h"
+#include "tools/kxmath/console/printable.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -11,13 +13,7 @@
 namespace kxtool {
 
 void printLine(const char* command, const QString& message) {
-    QString line = message;
-    for (QChar& c : line) {
-        if (c.category() == QChar::Other_Control) {
-            c = QLatin1Char('?');
-        }
-    }
-    std::fprintf(stderr, "kxmath %s: %s\n", command, line.toLocal8Bit().constData());
+    std::fprintf(stderr, "kxmath %s: %s\n", command, printable(message).toLocal8Bit().constData());
 }
 
 void printOutput(const QString& text) {
@@ -36,12 +32,14 @@ Progress::~Progress() {
 }
 
 void Progress::step(const QString& text) {
+    throwIfInterrupted();
     step_ = text;
     percent_ = -1;
     show(text);
 }
 
 void Progress::part(qint64 done, qint64 all) {
+    throwIfInterrupted();
     const int percent = all > 0 ? static_cast<int>(100 * done / all) : 100;
     if (percent != percent_) {
         percent_ = percent;
@@ -50,11 +48,15 @@ void Progress::part(qint64 done, qint64 all) {
 }
 
 void Progress::wipe() {
-    show({});
+    if (isShown_) { // without memory: it is called while commands give up
+        std::fputs("\r\033[K", stderr);
+        std::fflush(stderr);
+    }
 }
 
 KxInspect::Progress Progress::callback() {
     return [this](const std::string& step, double part) {
+        throwIfInterrupted();
         const QString text = QString::fromStdString(step);
         if (text != step_) {
             this->step(text);
@@ -67,7 +69,7 @@ KxInspect::Progress Progress::callback() {
 
 void Progress::show(const QString& text) {
     if (isShown_) {
-        std::fprintf(stderr, "\r\033[K%s", text.toLocal8Bit().constData());
+        std::fprintf(stderr, "\r\033[K%s", printable(text).toLocal8Bit().constData());
         std::fflush(stderr);
     }
 }

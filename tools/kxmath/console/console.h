@@ -16,7 +16,7 @@ void printLine(const char* command, const QString& message);
 void printOutput(const QString& text);
 
 /// Shows the current step on stderr when stderr is a terminal; otherwise silent. wipe() clears the line; call it before
-/// anything else is printed. The destructor does it, too.
+/// anything else is printed. The destructor does it, too. After a signal all reports throw, see Interruption.
 class Progress {
 public:
     Progress();

@@ -4,8 +4,11 @@
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
 
+#include <KxInspect/AtomicFile.h>
+
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
+
+#include <unistd.h>
 
 namespace kxtool {
 
@@ -20,60 +23,34 @@ QString uniquePath(const QString& path) {
     return QFileInfo(file.absolutePath()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
 }
 
-/// A device or pipe (/dev/stdout, a named pipe) is written in place: a new file would replace it.
-bool isDeviceOrPipe(const QString& path) {
-    const QFileInfo info(path); // follows links
-    return info.exists() && !info.isFile() && !info.isDir();
-}
-
-[[noreturn]] void failWriting(const QString& name, const QString& why) {
-    throw CommandError{OutputFailed, QStringLiteral("cannot write '%1': %2").arg(name, why)};
+/// What a terminal may show of a text: lines and tabs.
+QString withoutControls(QString text) {
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control && c != QLatin1Char('\n') && c != QLatin1Char('\t')) {
+            c = QLatin1Char('?');
+        }
+    }
+    return text;
 }
 
 } // namespace
 
-OutputFile::OutputFile(QString option, QString name)
-    : option_(std::move(option)), name_(std::move(name)), path_(QFileInfo(name_).absoluteFilePath()) {}
+OutputFile::OutputFile(QString option, QString name) : option_(std::move(option)), name_(std::move(name)) {}
 
 void OutputFile::write(const QString& content) const {
     if (isStandardOutput()) {
-        printOutput(content);
+        printOutput(isatty(STDOUT_FILENO) != 0 ? withoutControls(content) : content);
         return;
     }
-    const QByteArray bytes = content.toUtf8();
-    if (isDeviceOrPipe(path_)) {
-        QFile file(path_);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly | QIODevice::Unbuffered) ||
-            file.write(bytes) != bytes.size()) {
-            failWriting(name_, file.errorString());
-        }
-        return;
-    }
-    QSaveFile file(path_);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        failWriting(name_, file.errorString());
-    }
-    if (QFileInfo(path_).size() != bytes.size()) {
-        failWriting(name_, QStringLiteral("the file is incomplete"));
-    }
+    KxInspect::writeWholeFile(source(), content.toStdString());
+}
+
+KxInspect::ErrorSource OutputFile::source() const {
+    return {option_.toStdString(), name_.toStdString(), {}};
 }
 
 void OutputFile::checkWritable() const {
-    const QFileInfo info(path_);
-    if (info.isDir()) {
-        failWriting(name_, QStringLiteral("it is a folder"));
-    }
-    if (isDeviceOrPipe(path_)) {
-        if (!info.isWritable()) {
-            failWriting(name_, QStringLiteral("permission denied"));
-        }
-        return;
-    }
-    QSaveFile probe(path_);
-    if (!probe.open(QIODevice::WriteOnly)) {
-        failWriting(name_, probe.errorString());
-    }
-    probe.cancelWriting();
+    const KxInspect::AtomicFile removedAtOnce(source());
 }
 
 void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringList& inputs) {
@@ -85,7 +62,7 @@ void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringLi
         if (!output->isWanted()) {
             continue;
         }
-        const QString path = output->isStandardOutput() ? output->name_ : uniquePath(output->path_);
+        const QString path = output->isStandardOutput() ? output->name_ : uniquePath(output->name_);
         if (taken.contains(path)) {
             throw CommandError{WrongUse, QStringLiteral("%1 names '%2', which is an input or another output")
                                              .arg(output->option_, output->name_)};

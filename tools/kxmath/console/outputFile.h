@@ -1,6 +1,8 @@
 // The output files of a command.
 #pragma once
 
+#include <KxInspect/Error.h>
+
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -18,16 +20,17 @@ public:
     bool isWanted() const { return !name_.isEmpty(); }
     bool isStandardOutput() const { return name_ == QLatin1String("-"); }
 
-    /// Writes the whole file. Throws a CommandError when writing fails; an existing file then remains unchanged.
+    /// Writes the whole file as KxInspect::AtomicFile does. Throws an error when writing fails; an existing file then
+    /// remains unchanged.
     void write(const QString& content) const;
 
 private:
+    KxInspect::ErrorSource source() const;
     void checkWritable() const;
     friend void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringList& inputs);
 
     QString option_;
-    QString name_; ///< as given, for messages
-    QString path_; ///< absolute, independent of later changes of the current directory
+    QString name_;
 };
 
 /// Throws a CommandError when an output cannot be written, is one of the inputs, or is named twice. Call it before long

@@ -37,7 +37,7 @@ const char* const kDescription =
     "IN or OUT may be - for the standard input or output; --from or --to must then name its kind.\n"
     "\n"
     "Exit codes: 0 done, 2 wrong use, 3 the input is unreadable or damaged, 4 the output could not be\n"
-    "written or cannot hold the points.";
+    "written or cannot hold the points, 6 not enough memory.";
 
 struct Conversion {
     QString in;
@@ -82,11 +82,11 @@ std::optional<Conversion> parse(const QStringList& arguments) {
         return {};
     }
     const QStringList names = options.arguments("files", 2, 2);
-    if (names[0] == names[1] && names[0] != QLatin1String("-")) {
-        options.fail(QStringLiteral("IN and OUT are the same file"));
-    }
-    return Conversion{names[0], names[1], kindOf(options, "from", names[0], true),
-                      kindOf(options, "to", names[1], false), textOptions(options, true)};
+    const Conversion conversion{names[0], names[1], kindOf(options, "from", names[0], true),
+                                kindOf(options, "to", names[1], false), textOptions(options, true)};
+    const OutputFile out(QStringLiteral("OUT"), names[1]);
+    checkOutputs({&out}, isStream(names[0]) ? QStringList() : QStringList(names[0]));
+    return conversion;
 }
 
 /// Copies between an open stream and a file.

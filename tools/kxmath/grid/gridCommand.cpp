@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/grid/gridOptions.h"
 #include "tools/kxmath/grid/gridText.h"
 
@@ -13,16 +14,19 @@ namespace {
 constexpr const char* kName = "grid";
 
 int run(const GridArguments& arguments) {
-    const std::string folder = arguments.patchFolder.toStdString();
+    const QString& folder = arguments.patchFolder;
     checkOutputs({&arguments.json, &arguments.report}, {arguments.scan});
-    if (!folder.empty()) {
-        KxInspect::checkPatchFolder(folder);
+    if (!folder.isEmpty()) {
+        KxInspect::checkPatchFolder(folder.toStdString());
     }
     Progress progress;
     KxInspect::GridResult grid =
         KxInspect::measureGrid(arguments.scan.toStdString(), arguments.options, progress.callback());
-    if (!folder.empty()) {
-        KxInspect::writePatchFiles(folder, grid);
+    if (!folder.isEmpty()) {
+        WorkFolder work = WorkFolder::forTarget(folder);
+        writePatchFiles(work.path().toStdString(), grid);
+        work.finishAs(folder);
+        grid.folder = folder.toStdString();
     }
     progress.wipe();
     if (arguments.report.isWanted()) {

@@ -44,6 +44,7 @@ Exit codes:
   2  wrong use
   3  the scan is missing, unreadable, damaged or without points
   4  an output could not be written
+  6  not enough memory
 )";
 
 void declare(Options& options) {

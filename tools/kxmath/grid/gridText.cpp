@@ -3,6 +3,7 @@
 
 #include "report/elements/numbers.h"
 #include "report/grid/patchTable.h"
+#include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
 
 namespace kxtool {
@@ -25,9 +26,9 @@ QString patchText(const KxInspect::GridResult& grid) {
 QString gridText(const KxInspect::GridResult& grid) {
     constexpr int kDecimals = 3;
     const KxInspect::HeightMap& map = grid.map;
-    QString text =
-        QStringLiteral("Scan: %1, %2 records, %3 of them empty\n")
-            .arg(QString::fromStdString(grid.scan), QString::number(grid.records), QString::number(grid.emptyRecords));
+    QString text = QStringLiteral("Scan: %1, %2 records, %3 of them empty\n")
+                       .arg(printable(QString::fromStdString(grid.scan)), QString::number(grid.records),
+                            QString::number(grid.emptyRecords));
     text += QStringLiteral("Grid: %1 rows, %2 columns, %3 mm apart; %4 of %5 cells with heights from %6 to %7 mm\n")
                 .arg(map.rows)
                 .arg(map.columns)
@@ -44,7 +45,7 @@ QString gridText(const KxInspect::GridResult& grid) {
                 .arg(QString::number(grid.found.blockSize), kxreport::searchText(grid.found.search));
     text += grid.found.patches.empty() ? QStringLiteral("No seeds found\n") : patchText(grid);
     if (!grid.folder.empty() && !grid.found.patches.empty()) {
-        text += QStringLiteral("Files of the seeds: %1\n").arg(QString::fromStdString(grid.folder));
+        text += QStringLiteral("Files of the seeds: %1\n").arg(printable(QString::fromStdString(grid.folder)));
     }
     return text;
 }

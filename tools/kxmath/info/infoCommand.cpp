@@ -3,6 +3,7 @@
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/options.h"
+#include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textOptions.h"
 
 #include <KxInspect/FileContents.h>
@@ -26,7 +27,8 @@ const char* const kDescription =
     "and the first byte or line of a damaged file that cannot be read. The content determines the\n"
     "kind, or else the file name.\n"
     "\n"
-    "Exit codes: 0 done, 1 a file is empty, 2 wrong use, 3 a file is unreadable or damaged.";
+    "Exit codes: 0 done, 1 a file is empty, 2 wrong use, 3 a file is unreadable or damaged, 6 not enough\n"
+    "memory.";
 
 QString partText(const FileContents& contents, PartKind kind) {
     switch (kind) {
@@ -76,7 +78,7 @@ QString formText(const KxInspect::TextForm& form) {
 }
 
 QString contentsText(const QString& name, const FileContents& contents) {
-    QString text = name + QStringLiteral(":\n");
+    QString text = printable(name) + QStringLiteral(":\n");
     for (const KxInspect::PartCount& part : contents.parts) {
         text += QStringLiteral("  %1 x %2\n").arg(part.count).arg(partText(contents, part.kind));
     }
@@ -89,7 +91,7 @@ QString contentsText(const QString& name, const FileContents& contents) {
         text += QStringLiteral("  median spacing in x: %1 mm\n").arg(static_cast<double>(contents.spacing));
     }
     if (contents.damage) {
-        text += QStringLiteral("  ") + QString::fromStdString(contents.damage->reason()) + QLatin1Char('\n');
+        text += QStringLiteral("  ") + printable(QString::fromStdString(contents.damage->reason())) + QLatin1Char('\n');
     }
     return text;
 }

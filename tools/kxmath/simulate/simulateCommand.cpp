@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/simulate/shotOptions.h"
 
 #include <type_traits>
@@ -24,7 +25,11 @@ const char* const kDescription =
     "Files: PREFIX_SERIAL.bin of both sensors, settings.ini for wheels and distances, defects.ini for\n"
     "defects of the tread, truth.json. With --calibration: calibration-1.bin and so on, truth.json.\n"
     "\n"
-    "Exit codes: 0 done, 2 wrong use, 4 DIR or a file in it could not be written.";
+    "The files appear in DIR when all of them are whole; until then they are in a folder incomplete-DIR beside it, or "
+    "in it\n"
+    "where it is there. Of an older pass files with other names stay. SIGINT and SIGTERM leave nothing behind.\n"
+    "\n"
+    "Exit codes: 0 done, 2 wrong use, 4 DIR or a file in it could not be written, 6 not enough memory.";
 
 QString defaultText(const NumberInfo& info) {
     const QString value = QString::number(kxsim::valueOf(Parameters{}, info));
@@ -134,12 +139,13 @@ int runChecked(const QStringList& arguments) {
     Progress progress;
     progress.step(QStringLiteral("simulating"));
     const auto show = [&](double share) { progress.part(static_cast<qint64>(1000.0 * share), 1000); };
-    const QString fault =
-        shots ? kxsim::writeCalibrationShots(*shots, folder) : kxsim::simulatePass(parameters, folder, show);
-    progress.wipe();
-    if (!fault.isEmpty()) {
-        throw CommandError{OutputFailed, fault};
+    WorkFolder work = WorkFolder::forTarget(folder);
+    if (shots) {
+        kxsim::writeCalibrationShots(*shots, work.path());
+    } else {
+        kxsim::simulatePass(parameters, work.path(), show);
     }
+    work.finishAs(folder, QStringLiteral("truth.json")); // which stands for whole recordings
     return Done;
 }
 

@@ -3,6 +3,7 @@
 
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
+#include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
 
 namespace kxtool {
@@ -15,7 +16,7 @@ namespace {
 QString recordingText(const PassResult& pass, size_t index) {
     const KxInspect::PassSide& side = pass.sides[index];
     return QStringLiteral("Recording %1: %2 (SENSOR%3, serial %4), %5 records, %6 wheels\n")
-        .arg(QString::number(index + 1), QString::fromStdString(side.file), QString::number(side.sensor),
+        .arg(QString::number(index + 1), printable(QString::fromStdString(side.file)), QString::number(side.sensor),
              QString::number(side.serial), QString::number(side.records()), QString::number(side.wheels.size()));
 }
 
@@ -48,7 +49,7 @@ QString passText(const PassResult& pass) {
         text += QStringLiteral("\n%1 wheels out of round.\n").arg(pass.wheelsOutOfRound());
     }
     if (!pass.folder.empty()) {
-        text += QStringLiteral("Wheel files: %1\n").arg(QString::fromStdString(pass.folder));
+        text += QStringLiteral("Wheel files: %1\n").arg(printable(QString::fromStdString(pass.folder)));
     }
     return text;
 }

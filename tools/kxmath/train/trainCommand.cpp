@@ -3,12 +3,14 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/train/passText.h"
 #include "tools/kxmath/train/trainOptions.h"
-#include "tools/kxmath/train/workFolder.h"
 
 #include <KxInspect/Recording.h>
 #include <KxInspect/Train.h>
+
+#include <QtCore/QFile>
 
 namespace kxtool {
 
@@ -27,6 +29,18 @@ QString noResultText(const PassResult& pass) {
              !first.wheels.empty() && !second.wheels.empty()
                  ? QStringLiteral(", none of them with a profile that can be measured")
                  : QString());
+}
+
+/// The name of the folder for a pass: "pass-NAME1-NAME2" from the names of the recordings, long ones cut.
+QString passFolderName(const QString& first, const QString& second) {
+    constexpr int kMostBytes = 90; // two of them and a number stay below what file systems allow
+    const auto shortened = [](QString name) {
+        while (QFile::encodeName(name).size() > kMostBytes) {
+            name.chop(1);
+        }
+        return name;
+    };
+    return QStringLiteral("pass-%1-%2").arg(shortened(first), shortened(second));
 }
 
 KxInspect::PassOptions passOptions(const TrainOptions& options) {

@@ -59,6 +59,7 @@ Exit codes:
   2  wrong use
   3  a recording or the settings are missing, unreadable, damaged or do not fit each other
   4  output could not be written
+  6  not enough memory
 )";
 
 void addOptions(Options& options) {

@@ -28,7 +28,8 @@ const char* const kDescription =
     "--centre until the section lies along x, its outer end at the flange back.\n"
     "\n"
     "Exit codes: 0 done, 1 a wheel has no flange or tread to measure, 2 wrong use, 3 a file is\n"
-    "unreadable or damaged, 4 an output could not be written. Limits do not change the exit code.";
+    "unreadable or damaged, 4 an output could not be written, 6 not enough memory. Limits do not\n"
+    "change the exit code.";
 
 QByteArray limitOption(const char* bound, std::size_t measure) {
     return QByteArray(bound) + '-' + kMeasureOptions[measure];

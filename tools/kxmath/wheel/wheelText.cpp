@@ -1,7 +1,9 @@
 // The results of kxmath wheel as text.
 #include "tools/kxmath/wheel/wheelText.h"
 
+#include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/numbers.h"
+#include "tools/kxmath/console/printable.h"
 
 #include <QtCore/QFileInfo>
 
@@ -16,20 +18,12 @@ using KxInspect::WheelMeasure;
 using KxInspect::WheelResult;
 
 QString fileName(const WheelResult& result) {
-    return QFileInfo(QString::fromStdString(result.file)).fileName();
+    return printable(QFileInfo(QString::fromStdString(result.file)).fileName());
 }
 
 /// The measure, NaN when it was not found.
 float valueOf(const WheelResult& result, const WheelMeasure& measure) {
     return (result.measures.*measure.value).value_or(std::numeric_limits<float>::quiet_NaN());
-}
-
-/// A text as a field of CSV, quoted where necessary.
-QString csvField(QString text) {
-    if (!text.contains(QLatin1Char(';')) && !text.contains(QLatin1Char('"')) && !text.contains(QLatin1Char('\n'))) {
-        return text;
-    }
-    return QLatin1Char('"') + text.replace(QLatin1String("\""), QLatin1String("\"\"")) + QLatin1Char('"');
 }
 
 } // namespace
@@ -66,7 +60,7 @@ QString wheelCsv(const KxInspect::WheelResults& results) {
     }
     text += QStringLiteral(";verdict\n");
     for (const WheelResult& result : results.wheels) {
-        text += csvField(QString::fromStdString(result.file));
+        text += csvField(QString::fromStdString(result.file), QLatin1Char(';'));
         for (const WheelMeasure& measure : kWheelMeasures) {
             text += QLatin1Char(';') + shortestText(valueOf(result, measure));
         }

@@ -1,5 +1,5 @@
-// The folder in which a pass is worked on.
-#include "tools/kxmath/train/workFolder.h"
+// The folder in which a command works until what it writes is whole.
+#include "tools/kxmath/console/workFolder.h"
 
 #include "tools/kxmath/console/commandError.h"
 
@@ -8,7 +8,10 @@
 #include <QtCore/QFileInfo>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <new>
+#include <utility>
 
 namespace kxtool {
 
@@ -54,9 +57,18 @@ WorkFolder::WorkFolder(const QString& parent, const QString& name)
 }
 
 WorkFolder::~WorkFolder() {
-    if (!isFinished_) {
-        QDir(path_).removeRecursively();
+    if (isFinished_) {
+        return;
     }
+    try {
+        QDir(path_).removeRecursively();
+    } catch (const std::bad_alloc&) { // the folder stays; its name says what it is
+    }
+}
+
+WorkFolder WorkFolder::forTarget(const QString& target) {
+    const QFileInfo info(QDir::cleanPath(QFileInfo(target).absoluteFilePath()));
+    return {info.isDir() ? info.filePath() : info.path(), info.fileName()};
 }
 
 void WorkFolder::link(const QString& source, const QString& name) const {
@@ -73,6 +85,7 @@ void WorkFolder::copy(const QString& source, const QString& name) const {
 }
 
 void WorkFolder::finish() {
+    throwIfInterrupted();
     for (int number = 1; number < kMostFolders; ++number) {
         const QString candidate = parent_ + QLatin1Char('/') + numbered(name_, number);
         const QFileInfo taken(candidate);
@@ -93,15 +106,39 @@ void WorkFolder::finish() {
     failFolder(parent_, QStringLiteral("no free name for '%1'").arg(name_));
 }
 
-QString passFolderName(const QString& first, const QString& second) {
-    constexpr int kMostBytes = 90; // two of them and a number stay below what file systems allow
-    const auto shortened = [](QString name) {
-        while (QFile::encodeName(name).size() > kMostBytes) {
-            name.chop(1);
+void WorkFolder::finishAs(const QString& target, const QString& last) {
+    throwIfInterrupted();
+    if (QFileInfo(target).isDir()) {
+        moveInto(target, last);
+    } else if (!QDir().rename(path_, target)) {
+        failFolder(target, lastError());
+    } else {
+        path_ = QFileInfo(target).absoluteFilePath();
+    }
+    isFinished_ = true;
+}
+
+void WorkFolder::moveInto(const QString& target, const QString& last) {
+    const QDir from(path_);
+    const QDir to(target);
+    QStringList names = from.entryList(QDir::Files, QDir::Name);
+    if (names.removeOne(last)) {
+        names.append(last);
+        const QString older = to.filePath(last);
+        if (QFileInfo(older).isFile() && !QFile::remove(older)) {
+            failFolder(older, lastError());
         }
-        return name;
-    };
-    return QStringLiteral("pass-%1-%2").arg(shortened(first), shortened(second));
+    }
+    for (const QString& name : std::as_const(names)) {
+        const QByteArray source = QFile::encodeName(from.filePath(name));
+        if (std::rename(source.constData(), QFile::encodeName(to.filePath(name)).constData()) != 0) {
+            throw CommandError{OutputFailed,
+                               QStringLiteral("cannot write '%1': %2").arg(to.filePath(name), lastError())};
+        }
+    }
+    if (!QDir().rmdir(path_)) {
+        failFolder(path_, lastError());
+    }
 }
 
 } // namespace kxtool

@@ -1,0 +1,39 @@
+// How commands end when memory runs out.
+#include "tools/kxmath/console/outOfMemory.h"
+
+#include "tools/kxmath/console/exitCodes.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
+
+namespace kxtool {
+
+namespace {
+
+[[noreturn]] void endOrAbort() {
+    try {
+        if (const std::exception_ptr current = std::current_exception()) {
+            std::rethrow_exception(current);
+        }
+    } catch (const std::bad_alloc&) {
+        std::_Exit(failMemory());
+    } catch (...) {
+    }
+    std::abort();
+}
+
+} // namespace
+
+int failMemory(const char* command) {
+    std::fprintf(stderr, "kxmath%s%s: not enough memory\n", command != nullptr ? " " : "", // stderr has no buffer
+                 command != nullptr ? command : "");
+    return OutOfMemory;
+}
+
+void installMemoryGuard() {
+    std::set_terminate(endOrAbort);
+}
+
+} // namespace kxtool

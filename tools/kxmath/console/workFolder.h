@@ -1,0 +1,50 @@
+// The folder in which a command works until what it writes is whole.
+#pragma once
+
+#include "tools/kxmath/console/interruption.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+namespace kxtool {
+
+/// A fresh folder for files that make sense together only. Until finish() its name begins with "incomplete-", so that
+/// what a killed run leaves is never taken for a result; given up, it is removed. While it lives, SIGINT and SIGTERM
+/// end the command at its next report of progress or when it finishes, so that the folder is removed then, too.
+class WorkFolder {
+public:
+    /// Makes the folder inside `parent`, which is made too where it is missing. Throws a CommandError when that fails.
+    WorkFolder(const QString& parent, const QString& name);
+    ~WorkFolder();
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+
+    /// A folder whose files are for `target`: inside it where it is there, else beside it.
+    static WorkFolder forTarget(const QString& target);
+
+    /// Where the folder is now, absolute.
+    const QString& path() const { return path_; }
+
+    /// Links a file into the folder; where there are no links it is copied.
+    void link(const QString& source, const QString& name) const;
+    /// Copies a file into the folder.
+    void copy(const QString& source, const QString& name) const;
+
+    /// Gives the folder its final name, with a number behind it where that name is taken. It then stays.
+    void finish();
+
+    /// Makes the folder `target`, or puts its files into `target` where that is there: all other files of it stay, those
+    /// of the same name are replaced, and `last` goes away before the first of them and comes after all others.
+    void finishAs(const QString& target, const QString& last = {});
+
+private:
+    void moveInto(const QString& target, const QString& last);
+
+    Interruption interruption_;
+    QString parent_;
+    QString name_;
+    QString path_;
+    bool isFinished_ = false;
+};
+
+} // namespace kxtool
