@@ -34,7 +34,7 @@ void keepBetween(KxProfile& profile, KxLine low, KxLine high) {
 
 // P5. Remove narrow spikes.
 bool removeSpikes(KxProfile& profile) {
-    return profile.splashFilter(profile, 0.5f, 2.0f); // only the argument is changed
+    return profile.splashFilter(profile, 0.5f, 2.0f); // little more than a spike is wide; only the argument is changed
 }
 
 // P6. Remove noisy stretches before a fit.

@@ -174,7 +174,7 @@ public:
     /// Removes narrow spikes from `out`: runs that start at a second difference of y above `threshold` and are at most
     /// `maxWidth` wide in x. Works on `out` in place; **this profile is not read**. Fewer than 6 points are not
     /// changed. A run begins where the second difference does, so that deliberately the two points before a spike go
-    /// with it.
+    /// with it, and ends at the next one: good points up to a next bend within `maxWidth` go, too.
     /// @return true when points were removed, else false
     bool splashFilter(KxProfile& out, float threshold, float maxWidth);
 
