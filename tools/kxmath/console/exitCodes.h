@@ -9,6 +9,7 @@ enum ExitCode : int {
     WrongUse = 2, ///< unknown option, missing argument, value out of range
     BadInput = 3, ///< a missing, unreadable or damaged input
     OutputFailed = 4, ///< an output could not be written
+    FailOnMet = 5, ///< a verdict that --fail-on lists was given
     OutOfMemory = 6, ///< not enough memory
 };
 

@@ -1,0 +1,79 @@
+// --fail-on: verdicts with which a run fails.
+#include "tools/kxmath/console/failOn.h"
+
+#include "tools/kxmath/console/console.h"
+
+#include <algorithm>
+
+namespace kxtool {
+
+namespace {
+
+constexpr const char* kOption = "fail-on";
+
+QString nameOf(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::Out:
+        return QStringLiteral("out");
+    case Verdict::Defect:
+        return QStringLiteral("defect");
+    case Verdict::NotJudged:
+        break;
+    }
+    return QStringLiteral("not-judged");
+}
+
+} // namespace
+
+void FailOn::declare(Options& options, const std::vector<PossibleVerdict>& possible) {
+    QStringList meanings;
+    for (const PossibleVerdict& p : possible) {
+        meanings.append(QStringLiteral("%1 (%2)").arg(nameOf(p.verdict), QLatin1String(p.when)));
+    }
+    options.addOption(
+        kOption,
+        QStringLiteral("Ends with exit code 5 when one of these verdicts was given, separated by commas: ") +
+            meanings.join(QStringLiteral(", ")) + QStringLiteral(". All outputs are written before."),
+        "LIST");
+}
+
+FailOn::FailOn(const Options& options, const std::vector<PossibleVerdict>& possible) {
+    if (!options.isSet(kOption)) {
+        return;
+    }
+    for (const QString& list : options.texts(kOption)) {
+        for (const QString& name : list.split(QLatin1Char(','))) {
+            const auto found = std::find_if(possible.begin(), possible.end(), [&](const PossibleVerdict& p) {
+                return nameOf(p.verdict) == name.trimmed();
+            });
+            if (found == possible.end()) {
+                QStringList known;
+                std::transform(possible.begin(), possible.end(), std::back_inserter(known),
+                               [](const PossibleVerdict& p) { return nameOf(p.verdict); });
+                options.failNeed(QStringLiteral("--fail-on"),
+                                 QStringLiteral("a list of %1").arg(known.join(QStringLiteral(", "))), name);
+            }
+            verdicts_.push_back(found->verdict);
+        }
+    }
+}
+
+bool FailOn::holds(Verdict verdict) const {
+    return std::find(verdicts_.begin(), verdicts_.end(), verdict) != verdicts_.end();
+}
+
+ExitCode FailOn::exitCode(const char* command, ExitCode code, const std::vector<GivenVerdict>& given) const {
+    QStringList met;
+    for (const GivenVerdict& g : given) {
+        if (g.count > 0 && holds(g.verdict)) {
+            met.append(QStringLiteral("%1 x %2").arg(QString::number(g.count), nameOf(g.verdict)));
+        }
+    }
+    if (code != Done || met.isEmpty()) {
+        return code;
+    }
+    printLine(command, QStringLiteral("--fail-on: ") + met.join(QStringLiteral(", ")));
+    return FailOnMet;
+}
+
+} // namespace kxtool
