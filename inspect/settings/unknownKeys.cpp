@@ -1,35 +1,18 @@
 // Keys of settings files that nobody reads: misspelled, or in the wrong section.
 #include "inspect/settings/settingKeys.h"
 
+#include "inspect/base/nearestName.h"
 #include "inspect/base/paths.h"
 
 #include <QtCore/QStringList>
 
 #include <algorithm>
-#include <numeric>
 #include <optional>
 #include <vector>
 
 namespace KxInspect::detail {
 
 namespace {
-
-/// How many characters have to be inserted, deleted or exchanged (Levenshtein, 1966), without regard to case.
-int editDistance(const QString& a, const QString& b) {
-    std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (qsizetype i = 0; i < a.size(); ++i) {
-        int diagonal = row[0];
-        row[0] = static_cast<int>(i) + 1;
-        for (std::size_t j = 0; j + 1 < row.size(); ++j) {
-            const bool isSame = a[i].toLower() == b[static_cast<qsizetype>(j)].toLower();
-            const int exchanged = diagonal + (isSame ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({exchanged, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
 
 /// n of "SENSORn", which the list of sensors may reach.
 std::optional<int> sensorNumber(const QString& section) {
@@ -40,19 +23,15 @@ std::optional<int> sensorNumber(const QString& section) {
     return isName ? std::optional(number) : std::nullopt;
 }
 
-/// The known name that was probably meant, empty when none is near.
-QString nearestName(const QString& name, bool isPerSensor) {
-    constexpr int kNear = 3;
-    QString nearest;
-    int least = std::min(kNear, static_cast<int>(name.size() - 1) / 2) + 1; // short names are near to everything
+/// The known key that was probably meant, empty when none is near.
+QString nearestKey(const QString& name, bool isPerSensor) {
+    QStringList known;
     for (const SettingKey& key : settingKeys()) {
-        const QString known = toQt(key.name);
-        if (key.isPerSensor == isPerSensor && editDistance(name, known) < least) {
-            least = editDistance(name, known);
-            nearest = known;
+        if (key.isPerSensor == isPerSensor) {
+            known += toQt(key.name);
         }
     }
-    return nearest;
+    return nearestName(name, known);
 }
 
 /// What to say of an unknown key. `section` is empty for the keys in front of all sections.
@@ -62,7 +41,7 @@ QString adviceOn(const QString& section, const QString& name) {
         return isPerSensor ? QStringLiteral(": it belongs before the sections or in [General]")
                            : QStringLiteral(": it belongs in the section of a sensor, [SENSOR1]");
     }
-    const QString nearest = nearestName(name, isPerSensor);
+    const QString nearest = nearestKey(name, isPerSensor);
     if (nearest.isEmpty()) {
         return {};
     }

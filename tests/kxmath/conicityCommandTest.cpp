@@ -71,7 +71,7 @@ TEST_F(ConicityCommand, Refuses) {
          "wheel1 'gap.csv' goes on behind the empty line 2 in line 3, column 1: '2;3'"},
         {{"--wheel1", "wheel.csv"}, 2, "--rail1 is needed, see kxmath conicity --help"},
         {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
-        {bad({"--up", "sleepers"}), 2, "--up needs wheels, rails, wheel1, wheel2, rail1 or rail2, got 'sleepers'"},
+        {bad({"--up", "sleepers"}), 2, "--up needs one of wheels, rails, wheel1, wheel2, rail1, rail2, got 'sleepers'"},
         {bad({"--no-such-option"}), 2, "no-such-option"},
         {bad({"--json", "wheel.csv"}), 2, "an input"},
         {bad({"--json", "no/such/folder/j.json"}), 4, "could not be written"},

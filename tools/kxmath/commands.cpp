@@ -2,6 +2,8 @@
 #include "tools/kxmath/commands.h"
 
 #include "tools/kxmath/console/exitCodes.h"
+#include "tools/kxmath/console/helpText.h"
+#include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/printable.h"
 
 #include <KxMath/KxMathVersion.h>
@@ -25,13 +27,49 @@ constexpr std::array kCommands = {
     Command{"convert", "convert points from one kind of file to another", runConvert},
 };
 
+const QString kHelp = QStringLiteral("help");
+
 void printUsage(FILE* stream) {
-    std::fputs("Usage: kxmath COMMAND [options]\n\nCommands:\n", stream);
+    QString text = QStringLiteral("Usage: kxmath COMMAND [options]\n\nCommands:\n");
     for (const Command& command : allCommands()) {
-        std::fprintf(stream, "  %-10s %s\n", command.name, command.summary);
+        text += QStringLiteral("  %1  %2\n").arg(QLatin1String(command.name), -9).arg(QLatin1String(command.summary));
     }
-    std::fputs("\nkxmath COMMAND --help lists the options of a command, kxmath --version prints the version.\n",
-               stream);
+    text += QStringLiteral("\nkxmath help COMMAND, or kxmath COMMAND --help, lists the options of a command,\n"
+                           "kxmath --version prints the version.\n");
+    std::fputs(qPrintable(wrapped(text)), stream);
+}
+
+/// The command with that name, null for any other.
+const Command* findCommand(const QString& name) {
+    const auto commands = allCommands();
+    const auto found =
+        std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return name == QLatin1String(c.name); });
+    return found != commands.end() ? &*found : nullptr;
+}
+
+int failUnknown(const QString& name) {
+    QStringList names(kHelp);
+    for (const Command& command : allCommands()) {
+        names += QLatin1String(command.name);
+    }
+    const QString text = QStringLiteral("unknown command '%1'%2, see kxmath help").arg(name, suggestion(name, names));
+    std::fprintf(stderr, "kxmath: %s\n", qPrintable(printable(text)));
+    return WrongUse;
+}
+
+/// kxmath help [COMMAND]
+int runHelp(const QStringList& arguments) {
+    if (arguments.size() < 2 || arguments[1] == kHelp) {
+        printUsage(stdout);
+        return Done;
+    }
+    if (arguments.size() > 2) {
+        std::fprintf(stderr, "kxmath help: 1 command needed, got %d, see kxmath help\n",
+                     static_cast<int>(arguments.size()) - 1);
+        return WrongUse;
+    }
+    const Command* const command = findCommand(arguments[1]);
+    return command != nullptr ? command->run({arguments[0], QStringLiteral("--help")}) : failUnknown(arguments[1]);
 }
 
 } // namespace
@@ -46,6 +84,8 @@ int runMain(const QStringList& arguments) {
         return WrongUse;
     }
     const QString& first = arguments[1];
+    QStringList rest = arguments;
+    rest.removeAt(1);
     if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
         printUsage(stdout);
         return Done;
@@ -54,16 +94,11 @@ int runMain(const QStringList& arguments) {
         std::printf("kxmath %s\n", KxMath_GetVersionString());
         return Done;
     }
-    const auto commands = allCommands();
-    const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [&](const Command& c) { return first == QLatin1String(c.name); });
-    if (found == commands.end()) {
-        std::fprintf(stderr, "kxmath: unknown command '%s', see kxmath --help\n", qPrintable(printable(first)));
-        return WrongUse;
+    if (first == kHelp) {
+        return runHelp(rest);
     }
-    QStringList rest = arguments;
-    rest.removeAt(1);
-    return found->run(rest);
+    const Command* const command = findCommand(first);
+    return command != nullptr ? command->run(rest) : failUnknown(first);
 }
 
 } // namespace kxtool

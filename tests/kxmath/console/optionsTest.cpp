@@ -76,6 +76,16 @@ TEST(OptionsTest, MessagesNameTheNeededAndTheGivenValue) {
              o.oneOf("wood", {"oak", "elm"});
          },
          "--wood needs one of oak, elm, got 'ash'"},
+        {{"--wood", "oka"},
+         [](auto& o) {
+             o.oneOf("wood", {"elm", "oak"});
+         },
+         "--wood needs one of elm, oak, got 'oka' (is 'oak' meant?)"},
+        {{"--wood", "Elms"},
+         [](auto& o) {
+             o.oneOf("wood", {"oak", "elm"});
+         },
+         "--wood needs one of oak, elm, got 'Elms' (is 'elm' meant?)"},
         {{}, [](auto& o) { o.needed("length"); }, "--length is needed"},
         {{"--json", ""}, [](auto& o) { o.output("json"); }, "--json needs the name of a file, got ''"},
         {{}, [](auto& o) { o.arguments("logs", 1); }, "1 or more logs needed, got 0"},
@@ -92,7 +102,21 @@ TEST(OptionsTest, MessagesNameTheNeededAndTheGivenValue) {
             EXPECT_EQ(error.message.toStdString(), c.message + std::string(", see kxmath saw --help"));
         }
     }
-    EXPECT_THROW(Parsed({"--wett"}), kxtool::CommandError);
+    const std::pair<QStringList, const char*> refused[] = {
+        {{"--weth", "--length", "1"}, "unknown option '--weth' (is '--wet' meant?)"},
+        {{"-lenght", "1"}, "unknown option '-lenght' (is '--length' meant?)"},
+        {{"--zebra"}, "unknown option '--zebra'"},
+        {{"-z"}, "unknown option '-z'"},
+        {{"--length"}, "missing value after '--length'"},
+        {{"--wet=1"}, "unexpected value after '--wet'"}};
+    for (const auto& [arguments, message] : refused) {
+        try {
+            Parsed{arguments};
+            ADD_FAILURE() << "taken: " << message;
+        } catch (const kxtool::CommandError& error) {
+            EXPECT_EQ(error.message.toStdString(), message + std::string(", see kxmath saw --help"));
+        }
+    }
 }
 
 } // namespace

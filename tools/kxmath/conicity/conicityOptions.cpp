@@ -47,8 +47,8 @@ void readParts(const Options& options, const char* option, ConicityInput& input,
             }
         }
         if (!isKnown) {
-            options.failNeed(QStringLiteral("--") + QLatin1String(option),
-                             QStringLiteral("wheels, rails, wheel1, wheel2, rail1 or rail2"), entry);
+            options.checkChoice(entry, QStringLiteral("--") + QLatin1String(option),
+                                {"wheels", "rails", "wheel1", "wheel2", "rail1", "rail2"});
         }
     }
 }

@@ -1,4 +1,4 @@
-// Running a command, and its arguments.
+// Running a command.
 #include "tools/kxmath/console/commandLine.h"
 
 #include "tools/kxmath/console/console.h"
@@ -32,14 +32,6 @@ ExitCode exitCodeOf(KxInspect::ErrorKind kind) {
 
 } // namespace
 
-void failUse(const QString& message) {
-    throw CommandError{WrongUse, message};
-}
-
-void failUse(const char* command, const QString& message) {
-    failUse(QStringLiteral("%1, see kxmath %2 --help").arg(message, QLatin1String(command)));
-}
-
 int runCommand(const char* command, const std::function<int()>& body) {
     try {
         return body();
@@ -55,31 +47,6 @@ int runCommand(const char* command, const std::function<int()>& body) {
     } catch (const std::bad_alloc&) {
         return failMemory(command);
     }
-}
-
-bool parseOrHelp(QCommandLineParser& parser, const QStringList& arguments, const char* command, const char* usage,
-                 const char* details) {
-    const QCommandLineOption help = parser.addHelpOption();
-    if (!parser.parse(arguments)) {
-        const QString why = parser.errorText();
-        failUse(command, why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
-    }
-    if (!parser.isSet(help)) {
-        return true;
-    }
-    QString text = parser.helpText();
-    text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // this line names the program without the command
-    printOutput(QStringLiteral("Usage: kxmath %1 %2\n").arg(QLatin1String(command), QLatin1String(usage)) + text +
-                QLatin1String(details));
-    return false;
-}
-
-OutputFile outputOption(const QCommandLineParser& parser, const char* option) {
-    const QString name = QLatin1String(option);
-    if (parser.isSet(name) && parser.value(name).isEmpty()) {
-        failUse(QStringLiteral("--%1 needs the name of a file, got ''").arg(name));
-    }
-    return {QStringLiteral("--") + name, parser.value(name)};
 }
 
 } // namespace kxtool

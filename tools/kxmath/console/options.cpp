@@ -1,8 +1,10 @@
 // The options and arguments of a command, with one wording for each mistake.
 #include "tools/kxmath/console/options.h"
 
+#include "inspect/base/nearestName.h"
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/helpText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,6 +13,7 @@ namespace kxtool {
 
 namespace {
 
+const QString kHelp = QStringLiteral("help");
 constexpr double kLargest = static_cast<double>(std::numeric_limits<float>::max());
 
 QString optionText(const char* name) {
@@ -40,11 +43,29 @@ bool holds(const Bounds& bounds, double value) {
     return std::isfinite(value) && isAbove && value <= bounds.max; // NaN: false
 }
 
+/// The long option that was written with a single dash and so taken for a series of short ones; `name` when none was.
+QString wholeName(const QString& name, const QStringList& arguments) {
+    for (const QString& argument : arguments) {
+        if (argument.size() > 2 && argument[0] == QLatin1Char('-') && argument[1] != QLatin1Char('-') &&
+            argument.contains(name)) {
+            return argument.mid(1).section(QLatin1Char('='), 0, 0);
+        }
+    }
+    return name;
+}
+
 } // namespace
+
+QString suggestion(const QString& name, const QStringList& known, const char* prefix) {
+    const QString nearest = KxInspect::detail::nearestName(name, known);
+    return nearest.isEmpty() ? QString() : QStringLiteral(" (is '%1%2' meant?)").arg(QLatin1String(prefix), nearest);
+}
 
 Options::Options(const char* command, const char* usage, const QString& description, const char* details)
     : command_(command), usage_(usage), details_(details) {
     parser_.setApplicationDescription(description);
+    parser_.addOption({{QStringLiteral("h"), kHelp}, QStringLiteral("Prints this text.")});
+    names_ += kHelp;
 }
 
 void Options::addArgument(const char* name, const QString& help) {
@@ -53,25 +74,34 @@ void Options::addArgument(const char* name, const QString& help) {
 
 void Options::addFlag(const char* name, const QString& help) {
     parser_.addOption({QLatin1String(name), help});
+    names_ += QLatin1String(name);
 }
 
 void Options::addOption(const char* name, const QString& help, const char* value, const QString& byDefault) {
     parser_.addOption({QLatin1String(name), help, QLatin1String(value), byDefault});
+    names_ += QLatin1String(name);
 }
 
 bool Options::parse(const QStringList& arguments) {
-    const QCommandLineOption help = parser_.addHelpOption();
-    if (!parser_.parse(arguments)) {
-        const QString why = parser_.errorText();
+    const bool isUnderstood = parser_.parse(arguments);
+    if (const QStringList unknown = parser_.unknownOptionNames(); !unknown.isEmpty()) {
+        const bool isShort = unknown.front().size() == 1;
+        const QString name = isShort ? wholeName(unknown.front(), arguments) : unknown.front();
+        const QString dashes = isShort ? QStringLiteral("-") : QStringLiteral("--");
+        fail(QStringLiteral("unknown option '%1'%2").arg(dashes + name, suggestion(name, names_, "--")));
+    }
+    if (!isUnderstood) {
+        QString why = parser_.errorText();
+        why[0] = why[0].toLower();
         fail(why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
     }
-    if (!parser_.isSet(help)) {
+    if (!parser_.isSet(kHelp)) {
         return true;
     }
     QString text = parser_.helpText();
     text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // this line names the program without the command
-    printOutput(QStringLiteral("Usage: kxmath %1 %2\n").arg(QLatin1String(command_), QLatin1String(usage_)) + text +
-                QLatin1String(details_));
+    printOutput(wrapped(QStringLiteral("Usage: kxmath %1 %2\n\n").arg(QLatin1String(command_), QLatin1String(usage_)) +
+                        text + QLatin1String(details_)));
     return false;
 }
 
@@ -95,9 +125,7 @@ QString Options::needed(const char* name) const {
 }
 
 QString Options::oneOf(const char* name, const QStringList& choices) const {
-    if (!choices.contains(text(name))) {
-        failNeed(optionText(name), QStringLiteral("one of ") + choices.join(QStringLiteral(", ")), text(name));
-    }
+    checkChoice(text(name), optionText(name), choices);
     return text(name);
 }
 
@@ -178,6 +206,13 @@ int Options::toWholeNumber(const QString& text, const QString& what, int min, in
         failNeed(what, needText(QStringLiteral("a whole number"), bounds), text);
     }
     return value;
+}
+
+void Options::checkChoice(const QString& text, const QString& what, const QStringList& choices) const {
+    if (!choices.contains(text)) {
+        fail(QStringLiteral("%1 needs one of %2, got '%3'%4")
+                 .arg(what, choices.join(QStringLiteral(", ")), text, suggestion(text, choices)));
+    }
 }
 
 void Options::failNeed(const QString& what, const QString& need, const QString& text) const {

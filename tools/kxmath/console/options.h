@@ -22,6 +22,9 @@ struct Bounds {
 inline constexpr Bounds kAbove0{0.0, std::numeric_limits<double>::infinity(), true};
 inline constexpr Bounds kNotNegative{0.0};
 
+/// " (is 'NAME' meant?)" with the known name that is nearest to a misspelled one, behind `prefix`; empty when none is near.
+QString suggestion(const QString& name, const QStringList& known, const char* prefix = "");
+
 /// Declares the options of a command, parses its arguments, and returns checked values. All but the declarations and the
 /// queries isSet() and text() throw a CommandError (WrongUse) that says what the option needs and what it got.
 class Options {
@@ -71,6 +74,7 @@ public:
     double toNumber(const QString& text, const QString& what, const Bounds& bounds = {}) const;
     int toWholeNumber(const QString& text, const QString& what, int min = std::numeric_limits<int>::min(),
                       int max = std::numeric_limits<int>::max()) const;
+    void checkChoice(const QString& text, const QString& what, const QStringList& choices) const;
     /// @}
 
     /// Throws "WHAT needs NEED, got 'TEXT', see kxmath COMMAND --help".
@@ -80,6 +84,7 @@ public:
 
 private:
     QCommandLineParser parser_;
+    QStringList names_; ///< of all options
     const char* command_;
     const char* usage_;
     const char* details_;

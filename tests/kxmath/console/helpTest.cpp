@@ -1,0 +1,51 @@
+// Help of the program and of every command: what it lists, and its width.
+#include "tools/kxmath/commands.h"
+#include "tools/kxmath/console/helpText.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Help {
+    int code;
+    QString text;
+};
+
+Help helpOf(const QStringList& arguments) {
+    testing::internal::CaptureStdout();
+    const int code = kxtool::runMain(QStringList("kxmath") + arguments);
+    return {code, QString::fromStdString(testing::internal::GetCapturedStdout())};
+}
+
+TEST(Help, ListsCommandsAndOptionsIn80Columns) {
+    std::vector<Help> helps = {helpOf({"help"})};
+    EXPECT_EQ(helpOf({"--help"}).text, helps.front().text);
+    EXPECT_EQ(helpOf({"help", "help"}).text, helps.front().text);
+    for (const kxtool::Command& command : kxtool::allCommands()) {
+        helps.push_back(helpOf({"help", command.name}));
+        EXPECT_EQ(helpOf({command.name, "--help"}).text, helps.back().text);
+        EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath %1 ").arg(command.name)));
+        EXPECT_TRUE(helps.back().text.contains("--help  "));
+        EXPECT_TRUE(helps.front().text.contains(QString("\n  %1 ").arg(command.name)));
+    }
+    for (const auto& [code, text] : helps) {
+        EXPECT_EQ(code, 0);
+        for (const QString& line : text.split('\n')) {
+            EXPECT_LE(line.size(), 80) << line.toStdString();
+        }
+    }
+}
+
+TEST(Help, WrapsParagraphsAndEntriesAndLeavesDrawings) {
+    const QString drawing = "  ____    ____\n  |  |    |  |\n";
+    const QString wide(30, 'w');
+    const QString text = wide + ' ' + wide + '\n' + wide + " end\n\n" + drawing + "\n  a  first\n  b  " + wide + ' ' +
+                         wide + '\n' + "     " + wide + "\n  c  last\n";
+    EXPECT_EQ(kxtool::wrapped(text), text) << "all lines fit";
+    const QString more = wide + ' ' + wide + ' ' + wide;
+    EXPECT_EQ(kxtool::wrapped(more + "\nend\n\n" + drawing + "  b  " + more + "\n     end\n  c  last"),
+              wide + ' ' + wide + '\n' + wide + " end\n\n" + drawing + "  b  " + wide + ' ' + wide + "\n     " + wide +
+                  " end\n  c  last");
+}
+
+} // namespace
