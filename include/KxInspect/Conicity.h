@@ -44,7 +44,7 @@ struct ConicityInput {
     float gauge = 1435.0f; ///< distance of the rails, `gaugeDepth` below their tops
     float gaugeDepth = 14.0f; ///< 0: the gauge is the distance of the ends of the profiles on their gauge sides
     float backToBack = 1360.0f; ///< distance of the flange backs, which are the beginnings of the wheels' profiles
-    float radius1 = 460.0f; ///< rolling radius of the first wheel; only the difference of the two counts
+    float radius1 = 460.0f; ///< radius of the first wheel at its tape circle; only the difference of the two counts
     float radius2 = 460.0f; ///< that of the second wheel
     unsigned int amplitudes = 100; ///< about how many are calculated, from 1 mm on
     float edgeMargin = 0.001f; ///< distance from the turning points at which the integration ends

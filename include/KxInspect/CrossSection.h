@@ -35,28 +35,28 @@ enum class SectionKind { Wheel, Rail };
 inline constexpr float kMaxSectionWidth = 1000.0f;
 
 /// @{ The steps that measureConicity() takes with each section, in this order, for callers who prepare their own;
-/// lengths in mm. Sections that are functions of x pass its preparation unchanged, rails with a gauge depth of 0.
+/// lengths in mm. The points of a section follow its contour, from one end to the other: the contour is the line through
+/// them in their order. Sections whose x rises all the way pass unchanged, rails with a gauge depth of 0.
 
 /// Turns a profile to y down and x outwards, which the other steps take. Its points are reversed when the last one then
 /// has a smaller x than the first one; with NaN in one of the two they keep their order.
 KXINSPECT_EXPORT void orient(Profile& profile, Orientation orientation);
 
-/// Makes a section a function of x. Points with NaN are dropped. If x then rises all the way, the rest stays as it is;
-/// otherwise the points are sorted by x, and the side that can be in contact is kept: of wheels the lowest point of each 0.1
-/// mm, of rails the highest.
-/// @return the number of points that were dropped
-KXINSPECT_EXPORT int keepRunningSurface(Profile& section, SectionKind kind);
+/// Drops the points with NaN. @return their number
+KXINSPECT_EXPORT int dropMissing(Profile& profile);
 
-/// Cuts a rail that is a function of x on its gauge side (the small x), where it is `depth` mm below its top, so that
-/// it begins at the gauge point. A depth of 0 and rails of fewer than 2 points leave everything as it is.
-/// @return false, without a cut, when the rail does not reach down so far
+/// Cuts a rail on its gauge side (the small x) at its gauge point: the smallest x of its contour from the top to `depth`
+/// mm below it. The rest of the contour, without NaN, begins there. A depth of 0 and rails of fewer than 2 points leave everything as it is.
+/// @return false, without a cut, when the rail does not reach down so far on its gauge side
 KXINSPECT_EXPORT bool cutAtGaugeDepth(Profile& rail, float depth);
 
-/// Only for sections of which keepRunningSurface() dropped points: puts points every 0.1 mm on the straight lines
-/// between those of a section that is a function of x, where the calculation takes its samples; its spline would
-/// overshoot beside steep flanks. The first and the last point stay. Sections that are wider than kMaxSectionWidth, or too far
-/// from the origin for such steps, stay as they are.
-KXINSPECT_EXPORT void straighten(Profile& section);
+/// Makes a section without NaN a function of x: of wheels the lowest side of the contour, of rails the highest, which can be
+/// in contact. If x rises all the way, nothing changes; otherwise the points are every 0.1 mm from the smallest x on, where the calculation
+/// takes its samples, and at the largest x. Sections that are wider than kMaxSectionWidth, or too far from the origin for such
+/// steps, stay as they are.
+/// @return the number of points that stand behind the others; empty, without a change, when the points follow no contour:
+/// when the line through them is 50 times as long as they are wide and high
+KXINSPECT_EXPORT std::optional<int> keepRunningSurface(Profile& section, SectionKind kind);
 /// @}
 
 } // namespace KxInspect

@@ -3,12 +3,16 @@
 
 #include "inspect/base/points.h"
 #include "inspect/fitting/lookUp.h"
+#include "inspect/sections/plausibility.h"
+#include "inspect/sections/runningSurface.h"
 
 #include <KxInspect/KxMathTypes.h>
+#include <KxInspect/Wheel.h>
 #include <KxMath/KxConicity.h>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 
 namespace KxInspect::detail {
@@ -63,17 +67,60 @@ const char* reasonOf(const ConicityResult& result) {
     return !result.conicity.empty() ? "" : "no conicity can be calculated from these profiles";
 }
 
+/// y of the flange tip of a wheel, which has points.
+float tipOf(const std::vector<Point>& wheel) {
+    return std::max_element(wheel.begin(), wheel.end(), isHigher)->y;
+}
+
+/// The height of the flange tip over the tape circle; NaN when the wheel does not reach so far.
+float flangeHeight(const std::vector<Point>& wheel) {
+    return tipOf(wheel) - static_cast<float>(valueAt(wheel, static_cast<double>(wheel.front().x + kTapeCircleX)));
+}
+
+/// How far the first point of a wheel is above its flange tip.
+float backHeight(const std::vector<Point>& wheel) {
+    return tipOf(wheel) - wheel.front().y;
+}
+
+/// What the calculation takes: it counts the radii at the first height over the flange tips that both flange backs
+/// have. So both get the same first height, in front of what a rail can touch, and the difference of the radii there.
+struct Wheels {
+    PerWheelSetPart<Profile> sections;
+    float radius1;
+    float radius2;
+};
+
+Wheels countedFromFlangeBacks(const PerWheelSetPart<Profile>& sections, const ConicityInput& input) {
+    Wheels wheels{sections, input.radius1, input.radius2};
+    const std::vector<Point>& first = sections[Wheel1].points;
+    const std::vector<Point>& second = sections[Wheel2].points;
+    if (first.empty() || second.empty() || !wheelContradiction(first).isEmpty() ||
+        !wheelContradiction(second).isEmpty()) {
+        return wheels;
+    }
+    if (const float higher = flangeHeight(second) - flangeHeight(first); std::isfinite(higher)) {
+        wheels.radius2 += higher;
+    }
+    const float height = std::max(backHeight(first), backHeight(second));
+    for (const WheelSetPart part : {Wheel1, Wheel2}) {
+        std::vector<Point>& points = wheels.sections[part].points;
+        points.front().y -= height - backHeight(points);
+    }
+    return wheels;
+}
+
 } // namespace
 
 void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& input, ConicityResult& result) {
-    const auto section = [&sections](WheelSetPart part) { return toKxProfile(sections[part]); };
+    const Wheels wheels = countedFromFlangeBacks(sections, input);
+    const auto section = [&wheels](WheelSetPart part) { return toKxProfile(wheels.sections[part]); };
     KxProfile conicity;
     KxProfile deltaR;
     HandedOut placed(sections.size());
     Side first;
     Side second;
-    KxMath::EquivalentConicity(section(Wheel1), section(Wheel2), section(Rail1), section(Rail2), input.radius1,
-                               input.radius2, input.gauge, input.backToBack, input.amplitudes, conicity, deltaR,
+    KxMath::EquivalentConicity(section(Wheel1), section(Wheel2), section(Rail1), section(Rail2), wheels.radius1,
+                               wheels.radius2, input.gauge, input.backToBack, input.amplitudes, conicity, deltaR,
                                first.slope, second.slope, placed.data(), first.contacts.data(), first.count,
                                second.contacts.data(), second.count, input.edgeMargin);
     for (std::size_t part = 0; part < sections.size(); ++part) {

@@ -1,4 +1,5 @@
 // The equivalent conicity from measured profiles: reading, preparing, calculating, judging.
+#include "inspect/base/error.h"
 #include "inspect/base/ranges.h"
 #include "inspect/conicity/calculation.h"
 #include "inspect/conicity/warnings.h"
@@ -25,27 +26,36 @@ void checkNumbers(const ConicityInput& input) {
     detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
 }
 
+/// Cuts a rail at its gauge point.
+void cut(Profile& rail, WheelSetPart part, float gaugeDepth, PlacedSection& result,
+         std::vector<std::string>& warnings) {
+    result.isCut = cutAtGaugeDepth(rail, gaugeDepth);
+    if (!*result.isCut) {
+        warnings.push_back(std::string(nameOf(part)) + " does not reach down to the gauge depth on its gauge "
+                                                       "side: its end is taken as gauge point");
+    }
+}
+
 /// Prepares a profile. @return its file name, the number of dropped points, and whether it was cut
 PlacedSection prepare(Profile& profile, WheelSetPart part, const ConicityInput& input,
                       std::vector<std::string>& warnings) {
     PlacedSection result;
     result.file = input.sections[part].file;
     orient(profile, input.sections[part].orientation);
-    const int dropped = keepRunningSurface(profile, isWheel(part) ? SectionKind::Wheel : SectionKind::Rail);
-    result.dropped = dropped;
-    if (dropped > 0) {
-        warnings.push_back(std::string(nameOf(part)) + ": " + std::to_string(dropped) +
-                           " points that are missing or stand behind others were dropped");
-    }
+    const int missing = dropMissing(profile);
     if (!isWheel(part) && input.gaugeDepth > 0.0f) {
-        result.isCut = cutAtGaugeDepth(profile, input.gaugeDepth);
-        if (!*result.isCut) {
-            warnings.push_back(std::string(nameOf(part)) + " does not reach down to the gauge depth on its gauge "
-                                                           "side: its end is taken as gauge point");
-        }
+        cut(profile, part, input.gaugeDepth, result, warnings);
     }
-    if (dropped > 0) {
-        straighten(profile);
+    const std::optional<int> hidden =
+        keepRunningSurface(profile, isWheel(part) ? SectionKind::Wheel : SectionKind::Rail);
+    if (!hidden) {
+        detail::fail(ErrorKind::Unsuitable, {nameOf(part), result.file, {}},
+                     QStringLiteral("holds points that do not follow a contour from one end to the other"));
+    }
+    result.dropped = missing + *hidden;
+    if (*result.dropped > 0) {
+        warnings.push_back(std::string(nameOf(part)) + ": " + std::to_string(*result.dropped) +
+                           " points that are missing or stand behind others were dropped");
     }
     return result;
 }

@@ -1,10 +1,7 @@
 // The side of a cross-section that can be in contact, as a function of x.
 #include "inspect/sections/runningSurface.h"
 
-#include "inspect/base/points.h"
 #include "inspect/fitting/lookUp.h"
-
-#include <KxMath/KxProfile.h>
 
 #include <algorithm>
 #include <cmath>
@@ -23,11 +20,127 @@ bool isRising(const std::vector<Point>& points) {
     return std::adjacent_find(points.begin(), points.end(), isNotRising) == points.end();
 }
 
-void sortByX(std::vector<Point>& points) {
-    KxMath::KxProfile profile;
-    profile.points = detail::toList(points);
-    profile.sort(KxMath::KxSortAscending, KxMath::KxSortAscending);
-    detail::assign(profile.points, points);
+bool isLeft(const Point& a, const Point& b) {
+    return a.x < b.x;
+}
+
+/// Whether the line through the points is a contour, and no walk through points in no order.
+bool isContour(const std::vector<Point>& points) {
+    constexpr double kMostLength = 50.0; // of width and height; noisy flange backs have about 5
+    const auto span = [&points](float Point::*value) {
+        const auto isLess = [value](const Point& a, const Point& b) { return a.*value < b.*value; };
+        const auto [least, most] = std::minmax_element(points.begin(), points.end(), isLess);
+        return static_cast<double>((*most).*value) - static_cast<double>((*least).*value);
+    };
+    double length = 0.0;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        length += std::hypot(static_cast<double>(points[i].x) - static_cast<double>(points[i - 1].x),
+                             static_cast<double>(points[i].y) - static_cast<double>(points[i - 1].y));
+    }
+    return length <= kMostLength * (span(&Point::x) + span(&Point::y)); // NaN: false
+}
+
+/// The places of samples from `from` to `to`: every 0.1 mm, accumulated as in the calculation, whose samples are then
+/// these points, and `to`. Empty when there are too many, or when they cannot be told apart.
+std::vector<float> samplePlaces(float from, float to) {
+    constexpr float kStep = 0.1f;
+    std::vector<float> places;
+    if (!(to - from <= kMaxSectionWidth)) { // NaN: true
+        return places;
+    }
+    for (float x = from; x < to; x += kStep) {
+        if (!(x + kStep > x)) {
+            return {};
+        }
+        places.push_back(x);
+    }
+    places.push_back(to);
+    return places;
+}
+
+/// The value at `x` of the straight line between two points, the first of which is not on the right.
+float onLine(const Point& left, const Point& right, float x, SectionKind kind) {
+    if (left.x == right.x) {
+        return kind == SectionKind::Wheel ? std::max(left.y, right.y) : std::min(left.y, right.y);
+    }
+    const double part = (static_cast<double>(x) - static_cast<double>(left.x)) /
+                        (static_cast<double>(right.x) - static_cast<double>(left.x));
+    return static_cast<float>(static_cast<double>(left.y) +
+                              (static_cast<double>(right.y) - static_cast<double>(left.y)) * part);
+}
+
+/// y points down: a wheel touches with its largest y, a rail with its smallest.
+bool isOutside(float a, float b, SectionKind kind) {
+    return kind == SectionKind::Wheel ? a > b : a < b;
+}
+
+/// The outer side of a contour at places in ascending order, which it covers.
+std::vector<Point> outerSide(const std::vector<Point>& contour, const std::vector<float>& places, SectionKind kind) {
+    std::vector<Point> surface;
+    for (const float x : places) {
+        surface.push_back({x, std::numeric_limits<float>::quiet_NaN()});
+    }
+    for (std::size_t i = 1; i < contour.size(); ++i) {
+        const auto [left, right] = std::minmax(contour[i - 1], contour[i], isLeft);
+        for (auto p = std::lower_bound(surface.begin(), surface.end(), left, isLeft);
+             p != surface.end() && p->x <= right.x; ++p) {
+            const float y = onLine(left, right, p->x, kind);
+            if (std::isnan(p->y) || isOutside(y, p->y, kind)) {
+                p->y = y;
+            }
+        }
+    }
+    return surface;
+}
+
+/// The number of points that are clearly behind a surface.
+int countHidden(const std::vector<Point>& points, const std::vector<Point>& surface, SectionKind kind) {
+    constexpr double kTolerance = 0.05; // mm; the surface is straight between its points
+    const auto isHidden = [&](const Point& p) {
+        const double depth = detail::valueAt(surface, static_cast<double>(p.x)) - static_cast<double>(p.y);
+        return (kind == SectionKind::Wheel ? depth : -depth) > kTolerance;
+    };
+    return static_cast<int>(std::count_if(points.begin(), points.end(), isHidden));
+}
+
+/// Where the line between two points reaches a height between theirs.
+float crossing(const Point& above, const Point& below, float level) {
+    const float part = (level - above.y) / (below.y - above.y);
+    return above.x + (below.x - above.x) * part;
+}
+
+/// The smallest x of the contour that is not below a level, which is below its top.
+Point gaugePoint(const std::vector<Point>& contour, float level) {
+    Point first{std::numeric_limits<float>::infinity(), level};
+    for (std::size_t i = 0; i < contour.size(); ++i) {
+        const Point& p = contour[i];
+        if (p.y <= level && p.x < first.x) {
+            first = p;
+        }
+        if (i > 0 && (p.y > level) != (contour[i - 1].y > level)) {
+            const auto [above, below] = std::minmax(p, contour[i - 1], detail::isHigher);
+            if (const float x = crossing(above, below, level); x < first.x) {
+                first = {x, level};
+            }
+        }
+    }
+    return first;
+}
+
+/// The part of a contour from a place on, with points at the place where it comes in or goes out.
+std::vector<Point> partFrom(const std::vector<Point>& contour, const Point& first) {
+    std::vector<Point> part;
+    for (std::size_t i = 0; i < contour.size(); ++i) {
+        const Point& p = contour[i];
+        if (i > 0 && (p.x < first.x) != (contour[i - 1].x < first.x)) {
+            const auto [left, right] = std::minmax(p, contour[i - 1], isLeft);
+            part.push_back({first.x, onLine(left, right, first.x, SectionKind::Rail)});
+        }
+        if (!(p.x < first.x)) {
+            part.push_back(p);
+        }
+    }
+    return part;
 }
 
 } // namespace
@@ -42,71 +155,50 @@ void orient(Profile& profile, Orientation orientation) {
     }
 }
 
-int keepRunningSurface(Profile& section, SectionKind kind) {
-    constexpr float kCellWidth = 0.1f;
-    std::vector<Point>& points = section.points;
-    const std::size_t before = points.size();
-    points.erase(std::remove_if(points.begin(), points.end(), isNaN), points.end());
-    if (!isRising(points)) {
-        sortByX(points);
-        // y points down: a wheel touches with its largest y, a rail with its smallest.
-        const auto isOutside = [kind](const Point& a, const Point& b) {
-            return kind == SectionKind::Wheel ? a.y > b.y : a.y < b.y;
-        };
-        std::vector<Point> kept;
-        float cellEnd = -std::numeric_limits<float>::infinity();
-        for (const Point& p : points) {
-            if (kept.empty() || p.x >= cellEnd) {
-                kept.push_back(p);
-                cellEnd = p.x + kCellWidth;
-            } else if (isOutside(p, kept.back())) {
-                kept.back().y = p.y;
-            }
-        }
-        points = std::move(kept);
-    }
-    return static_cast<int>(before - points.size());
+int dropMissing(Profile& profile) {
+    const std::size_t before = profile.points.size();
+    profile.points.erase(std::remove_if(profile.points.begin(), profile.points.end(), isNaN), profile.points.end());
+    return static_cast<int>(before - profile.points.size());
 }
 
 bool cutAtGaugeDepth(Profile& rail, float depth) {
     constexpr float kTolerance = 0.01f;
-    std::vector<Point>& points = rail.points;
-    if (!(depth > 0.0f) || points.size() < 2) {
+    if (!(depth > 0.0f) || rail.points.size() < 2) {
         return true;
     }
-    const auto top = std::min_element(points.begin(), points.end(), detail::isHigher);
+    Profile whole = rail;
+    dropMissing(whole);
+    const std::vector<Point>& contour = whole.points;
+    const auto top = std::min_element(contour.begin(), contour.end(), detail::isHigher);
+    if (top == contour.end()) {
+        return false;
+    }
     const float level = top->y + depth;
-    auto above = top; // the last point towards the gauge side that is above the level
-    while (above != points.begin() && (above - 1)->y < level) {
-        --above;
+    const auto isDeep = [&](const Point& p) { return p.x <= top->x && p.y >= level - kTolerance; };
+    if (std::none_of(contour.begin(), contour.end(), isDeep)) {
+        return false;
     }
-    if (above == points.begin()) {
-        return above->y >= level - kTolerance;
-    }
-    Point& below = *(above - 1);
-    const float part = (level - above->y) / (below.y - above->y);
-    below = {above->x + (below.x - above->x) * part, level};
-    points.erase(points.begin(), above - 1);
+    rail.points = partFrom(contour, gaugePoint(contour, level));
     return true;
 }
 
-void straighten(Profile& section) {
-    constexpr float kStep = 0.1f; // accumulated as in the calculation, whose samples are then these points
+std::optional<int> keepRunningSurface(Profile& section, SectionKind kind) {
     std::vector<Point>& points = section.points;
-    if (points.size() < 2 || !(detail::widthOf(points) <= kMaxSectionWidth)) { // NaN: true
-        return;
+    if (isRising(points)) {
+        return 0;
     }
-    std::vector<Point> samples;
-    for (float x = points.front().x; x < points.back().x;) {
-        samples.push_back({x, static_cast<float>(detail::valueAt(points, static_cast<double>(x)))});
-        const float next = x + kStep;
-        if (!(next > x)) {
-            return;
-        }
-        x = next;
+    if (!isContour(points)) {
+        return {};
     }
-    samples.push_back(points.back());
-    points = std::move(samples);
+    const auto [left, right] = std::minmax_element(points.begin(), points.end(), isLeft);
+    const std::vector<float> places = samplePlaces(left->x, right->x);
+    if (places.empty()) {
+        return 0;
+    }
+    std::vector<Point> surface = outerSide(points, places, kind);
+    const int hidden = countHidden(points, surface, kind);
+    points = std::move(surface);
+    return hidden;
 }
 
 } // namespace KxInspect

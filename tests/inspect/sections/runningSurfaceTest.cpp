@@ -1,4 +1,6 @@
 // Sections that are no functions of x, rails at their gauge depth, points on straight lines.
+#include "inspect/fitting/lookUp.h"
+
 #include <KxInspect/CrossSection.h>
 
 #include <gtest/gtest.h>
@@ -24,19 +26,35 @@ Profile arc(float radius) {
 
 } // namespace
 
-TEST(RunningSurface, IsTheSideThatCanTouch) {
-    // Measured from the outside in, with a face that stands upright at x = 1 and a shadow behind 3.
-    const std::vector<Point> points = {{5.0f, 2.0f}, {4.0f, 3.0f}, {3.0f, 5.0f}, {3.05f, 7.0f},
-                                       {2.0f, 4.0f}, {kNaN, 1.0f}, {1.0f, 6.0f}, {1.0f, 9.0f}};
-    Profile wheel{points};
-    EXPECT_EQ(keepRunningSurface(wheel, SectionKind::Wheel), 3);
-    EXPECT_EQ(wheel.points, (std::vector<Point>{{1.0f, 9.0f}, {2.0f, 4.0f}, {3.0f, 7.0f}, {4.0f, 3.0f}, {5.0f, 2.0f}}));
-    Profile rail{points};
-    EXPECT_EQ(keepRunningSurface(rail, SectionKind::Rail), 3);
-    EXPECT_EQ(rail.points, (std::vector<Point>{{1.0f, 6.0f}, {2.0f, 4.0f}, {3.0f, 5.0f}, {4.0f, 3.0f}, {5.0f, 2.0f}}));
-    const std::vector<Point> once = wheel.points;
-    EXPECT_EQ(keepRunningSurface(wheel, SectionKind::Wheel), 0);
-    EXPECT_EQ(wheel.points, once);
+TEST(RunningSurface, IsTheOuterSideOfTheContour) {
+    // Measured from the outside in, with a face that leans back under x = 1.5 and a shadow behind 3.
+    const std::vector<Point> points = {{5.0f, 2.0f}, {4.0f, 3.0f}, {3.0f, 5.0f}, {3.4f, 7.0f},
+                                       {2.0f, 4.0f}, {1.0f, 6.0f}, {1.5f, 9.0f}};
+    const struct {
+        SectionKind kind;
+        int hidden;
+        std::vector<Point> at; // places on the contour, and its outer side there
+    } cases[] = {{SectionKind::Wheel, 1, {{1.0f, 6.0f}, {1.4f, 8.4f}, {1.6f, 4.8f}, {2.7f, 5.5f}, {3.5f, 4.0f}}},
+                 {SectionKind::Rail, 2, {{1.0f, 6.0f}, {1.5f, 5.0f}, {2.0f, 4.0f}, {3.1f, 4.8f}, {4.5f, 2.5f}}}};
+    for (const auto& [kind, hidden, at] : cases) {
+        Profile section{points};
+        EXPECT_EQ(keepRunningSurface(section, kind), hidden);
+        ASSERT_EQ(section.points.size(), 42u); // every 0.1 mm; accumulated, the 41st is just before 5
+        EXPECT_EQ(section.points.back(), points.front());
+        for (const Point& p : at) {
+            EXPECT_NEAR(detail::valueAt(section.points, static_cast<double>(p.x)), p.y, 1e-4) << p.x;
+        }
+        const std::vector<Point> once = section.points;
+        EXPECT_EQ(keepRunningSurface(section, kind), 0);
+        EXPECT_EQ(section.points, once);
+    }
+}
+
+TEST(RunningSurface, MissingPointsAreDropped) {
+    Profile profile{{{0.0f, kNaN}, {1.0f, 2.0f}, {kNaN, 3.0f}, {2.0f, 5.0f}}};
+    EXPECT_EQ(dropMissing(profile), 2);
+    EXPECT_EQ(profile.points, (std::vector<Point>{{1.0f, 2.0f}, {2.0f, 5.0f}}));
+    EXPECT_EQ(dropMissing(profile), 0);
 }
 
 TEST(RunningSurface, RailsAreCutOnTheirGaugeSide) {
@@ -46,7 +64,7 @@ TEST(RunningSurface, RailsAreCutOnTheirGaugeSide) {
         ASSERT_TRUE(cutAtGaugeDepth(rail, depth));
         const float x = -std::sqrt(kRadius * kRadius - (kRadius - depth) * (kRadius - depth));
         EXPECT_NEAR(rail.points.front().x, x, 1e-3f) << depth;
-        EXPECT_EQ(rail.points.front().y, depth);
+        EXPECT_NEAR(rail.points.front().y, depth, 1e-5f);
         EXPECT_EQ(rail.points.back(), arc(kRadius).points.back());
         EXPECT_EQ(rail.points.size(), static_cast<std::size_t>(300.0f - std::ceil(x * 10.0f) + 2.0f)) << depth;
     }
@@ -59,22 +77,34 @@ TEST(RunningSurface, RailsAreCutOnTheirGaugeSide) {
     EXPECT_FALSE(cutAtGaugeDepth(rising, 1.5f));
 }
 
-TEST(RunningSurface, IsStraightenedBetweenItsPoints) {
-    Profile section{{{-1.5f, 2.0f}, {0.25f, 9.0f}, {0.31f, 3.0f}, {2.0f, 3.5f}}};
-    straighten(section);
-    ASSERT_EQ(section.points.size(), 36u);
-    EXPECT_EQ(section.points.front(), (Point{-1.5f, 2.0f}));
-    EXPECT_EQ(section.points.back(), (Point{2.0f, 3.5f}));
-    EXPECT_NEAR(section.points[10].y, 2.0f + 4.0f * 1.0f, 1e-5f); // at -0.5
-    EXPECT_NEAR(section.points[23].y, 3.0f + 0.49f * 0.5f / 1.69f, 1e-5f); // at 0.8
-    for (const float to : {1001.0f, 1e8f, kNaN}) {
-        Profile wide{{{0.0f, 1.0f}, {to, 2.0f}}};
-        straighten(wide);
-        EXPECT_EQ(wide.points.size(), 2u) << to;
+TEST(RunningSurface, OfARailBeginsAtTheSmallestXAboveTheGaugeDepth) {
+    // The face bulges to x = -1 at 8 mm and leans back to 2 at 20 mm.
+    const std::vector<Point> points = {{2.0f, 20.0f}, {kNaN, 9.0f}, {-1.0f, 8.0f},
+                                       {1.0f, 2.0f},  {9.0f, 0.0f}, {20.0f, 1.0f}};
+    for (const auto& [depth, first] : {std::pair{14.0f, Point{-1.0f, 8.0f}}, {5.0f, Point{0.0f, 5.0f}}}) {
+        Profile rail{points};
+        ASSERT_TRUE(cutAtGaugeDepth(rail, depth));
+        keepRunningSurface(rail, SectionKind::Rail);
+        EXPECT_EQ(rail.points.front(), first) << depth;
+        EXPECT_EQ(rail.points.back(), points.back());
     }
-    Profile far{{{1e7f, 1.0f}, {1e7f + 4.0f, 2.0f}}}; // floats there are 1 apart
-    straighten(far);
-    EXPECT_EQ(far.points.size(), 2u);
+}
+
+TEST(RunningSurface, OfSectionsThatAreTooWideOrTooFarStaysAsItIs) {
+    for (const float to : {1001.0f, 1e8f}) {
+        Profile wide{{{0.0f, 1.0f}, {to, 2.0f}, {to - 0.5f, 3.0f}}};
+        EXPECT_EQ(keepRunningSurface(wide, SectionKind::Rail), 0);
+        EXPECT_EQ(wide.points.size(), 3u) << to;
+    }
+    Profile far{{{1e7f, 1.0f}, {1e7f + 4.0f, 2.0f}, {1e7f + 2.0f, 2.0f}}}; // floats there are 1 apart
+    EXPECT_EQ(keepRunningSurface(far, SectionKind::Wheel), 0);
+    EXPECT_EQ(far.points.size(), 3u);
+    Profile wild; // there and back again
+    for (int i = 0; i < 200; ++i) {
+        wild.points.push_back({i % 2 == 0 ? 0.0f : 10.0f, static_cast<float>(i) * 0.01f});
+    }
+    EXPECT_EQ(keepRunningSurface(wild, SectionKind::Wheel), std::nullopt);
+    EXPECT_EQ(wild.points.size(), 200u);
 }
 
 TEST(Orientation, TurnsAxesAndOrder) {

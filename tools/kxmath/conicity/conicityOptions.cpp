@@ -71,8 +71,9 @@ ConicityOptions::ConicityOptions()
     add("back-to-back", "Distance of the flange backs, mm.", "mm");
     add("gauge-depth", "Depth below the rail's top at which the gauge is measured; 0: at the end of the profile.", "mm",
         "14");
-    add("radius1", "Rolling radius of the first wheel, mm; only the difference of the radii matters.", "mm", "460");
-    add("radius2", "Rolling radius of the second wheel, mm.", "mm", "460");
+    add("radius1", "Radius of the first wheel at its tape circle, mm; only the difference of the two matters.", "mm",
+        "460");
+    add("radius2", "Radius of the second wheel at its tape circle, mm.", "mm", "460");
     add("amplitudes", "Approximate number of amplitudes, which start at 1 mm.", "count", "100");
     add("edge-margin", "Distance from the turning points at which the integration stops, mm.", "mm", "0.001");
     add("amplitude", "The amplitude whose conicity is printed first, mm.", "mm", "3");

@@ -1,0 +1,159 @@
+// The conicity of contours as gauges measure them, beside a fine search of the contacts on the same contours.
+#include "inspect/conicity/fineConicity.h"
+#include "inspect/conicity/wheelSets.h"
+#include "simulator/wheelContour.h"
+
+#include <cmath>
+#include <numbers>
+
+using namespace conicity_test;
+
+namespace {
+
+using Contour = std::vector<Point>;
+
+/// A wheel with the contour S1002 from its back face on; x from the back, y down. Points are `spacing` mm apart in x.
+Contour s1002Wheel(double spacing, double raisedTip = 0.0, double hollow = 0.0) {
+    Contour wheel = {{0.004f, -3.0f}, {-0.002f, 4.0f}}; // the flat of the back, no function of x
+    for (double x = 0.0; x <= kxsim::kRimWidth; x += spacing) {
+        double y = kxsim::s1002Height(x - kxsim::kTapeCircle);
+        y += raisedTip * std::max(0.0, 1.0 - (28.0 - y) / 8.0);
+        y -= hollow * std::exp(-std::pow((x - 72.0) / 14.0, 2));
+        wheel.push_back({static_cast<float>(x), static_cast<float>(y)});
+    }
+    return wheel;
+}
+
+/// A worn rail as a gauge measures it, from the gauge side on: a face that leans back by `lean` mm over 25 mm of height
+/// and zigzags, a corner of the radius 12 mm, a head of the radius `head`. Points are `spacing` mm apart.
+Contour wornRail(double head, double lean, double zigzag, double spacing) {
+    constexpr double kCorner = 12.0, kHalfWidth = 34.0, kFace = 25.0;
+    Contour rail;
+    // The corner touches head and face: the angles of its normal.
+    const double top = std::asin((kHalfWidth - kCorner) / (head - kCorner));
+    const double centreX = kHalfWidth - (head - kCorner) * std::sin(top);
+    const double centreY = head - (head - kCorner) * std::cos(top);
+    const double side = std::numbers::pi / 2.0 + std::atan(lean / kFace);
+    const auto add = [&rail](double x, double y) { rail.push_back({static_cast<float>(x), static_cast<float>(y)}); };
+    const auto onCorner = [&](double angle) {
+        return std::pair{centreX - kCorner * std::sin(angle), centreY - kCorner * std::cos(angle)};
+    };
+    const auto [endX, endY] = onCorner(side);
+    int n = 0;
+    for (double down = kFace; down > 0.0; down -= spacing, ++n) {
+        add(endX + down * lean / kFace + (n % 2 == 0 ? zigzag : -zigzag), endY + down);
+    }
+    for (double angle = side; angle > top; angle -= spacing / kCorner) {
+        add(onCorner(angle).first, onCorner(angle).second);
+    }
+    for (double angle = top; static_cast<double>(rail.back().x) < 2.0 * kHalfWidth - 3.0; angle -= spacing / head) {
+        add(kHalfWidth - head * std::sin(angle), head - head * std::cos(angle));
+    }
+    return rail;
+}
+
+/// The contour with the middle of each line added, and every second point of the contour.
+Contour refined(const Contour& contour) {
+    Contour result = {contour.front()};
+    for (std::size_t i = 1; i < contour.size(); ++i) {
+        const Point &a = contour[i - 1], &b = contour[i];
+        result.push_back({(a.x + b.x) / 2.0f, (a.y + b.y) / 2.0f});
+        result.push_back(b);
+    }
+    return result;
+}
+
+Contour thinned(const Contour& contour) {
+    Contour result;
+    for (std::size_t i = 0; i < contour.size(); i += 2) {
+        result.push_back(contour[i]);
+    }
+    return result;
+}
+
+using Contours = PerWheelSetPart<Contour>;
+
+const Contours kWheelSet = {s1002Wheel(0.11, 0.0, 0.1), wornRail(210.0, 1.5, 0.06, 0.15), s1002Wheel(0.09),
+                            wornRail(300.0, 2.5, 0.03, 0.12)};
+
+ConicityInput inputOf(const Contours& contours) {
+    ConicityInput input;
+    for (std::size_t part = 0; part < contours.size(); ++part) {
+        input.sections[part].profile = Profile{contours[part]};
+    }
+    input.gauge = 1434.6f;
+    input.backToBack = 1360.2f;
+    input.radius1 = 460.1f;
+    input.radius2 = 460.0f;
+    return input;
+}
+
+FineWheelSet fineOf(const Contours& contours) {
+    const ConicityInput input = inputOf(contours);
+    return {contours[Wheel1],
+            contours[Rail1],
+            contours[Wheel2],
+            contours[Rail2],
+            static_cast<double>(input.gauge),
+            static_cast<double>(input.gaugeDepth),
+            static_cast<double>(input.backToBack),
+            static_cast<double>(input.radius1),
+            static_cast<double>(input.radius2)};
+}
+
+/// The conicity at an amplitude, NaN without one.
+float conicityOf(const Contours& contours, float amplitude) {
+    return conicityAt(measureConicity(inputOf(contours)), amplitude).value_or(std::nanf(""));
+}
+
+} // namespace
+
+TEST(ConicityOfContours, IsThatOfAFineSearch) {
+    Contours swapped = {kWheelSet[Wheel2], kWheelSet[Rail2], kWheelSet[Wheel1], kWheelSet[Rail1]};
+    for (const Contours& contours : {kWheelSet, swapped}) {
+        for (const float amplitude : {2.0f, 3.0f, 4.0f}) {
+            const auto fine = fineConicity(fineOf(contours), static_cast<double>(amplitude));
+            ASSERT_TRUE(fine);
+            EXPECT_NEAR(conicityOf(contours, amplitude), *fine, 0.02 * *fine) << amplitude;
+        }
+    }
+}
+
+TEST(ConicityOfContours, HardlyDependsOnTheDensityOfPoints) {
+    for (const float amplitude : {2.0f, 3.0f, 4.0f}) {
+        const float expected = conicityOf(kWheelSet, amplitude);
+        for (const auto change : {refined, thinned}) {
+            Contours changed = kWheelSet;
+            std::transform(changed.begin(), changed.end(), changed.begin(), change);
+            EXPECT_NEAR(conicityOf(changed, amplitude), expected, 0.02f * expected) << amplitude;
+        }
+    }
+}
+
+TEST(ConicityOfContours, DoesNotDependOnTheHeightOfAFlangeTip) {
+    for (const float amplitude : {2.0f, 3.0f, 4.0f}) {
+        for (const double raised : {0.1, 0.45, 1.0, 2.0}) {
+            Contours first = kWheelSet, second = kWheelSet;
+            first[Wheel1] = s1002Wheel(0.11, raised, 0.1);
+            second[Wheel2] = s1002Wheel(0.09, raised);
+            const float expected = conicityOf(kWheelSet, amplitude);
+            EXPECT_NEAR(conicityOf(first, amplitude), expected, 0.002f) << raised;
+            EXPECT_NEAR(conicityOf(second, amplitude), expected, 0.002f) << raised;
+        }
+    }
+}
+
+TEST(ConicityOfContours, NeedsPointsThatFollowAContour) {
+    Contours contours = kWheelSet;
+    Contour& rail = contours[Rail2];
+    for (std::size_t i = 0; i < rail.size(); ++i) { // in no order
+        std::swap(rail[i], rail[i * 7919 % rail.size()]);
+    }
+    try {
+        measureConicity(inputOf(contours));
+        ADD_FAILURE();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.kind(), ErrorKind::Unsuitable);
+        EXPECT_EQ(error.source().role, "rail2");
+    }
+}
