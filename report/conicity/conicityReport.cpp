@@ -84,6 +84,7 @@ QString contactPlot(const ConicityResult& result) {
     Range x;
     Range y;
     includeX(x, first);
+    includeX(x, second);
     includeY(y, first);
     includeY(y, second);
     Plot plot(QStringLiteral("contacts"), QStringLiteral("Contact points over the displacement"), 520, 300,

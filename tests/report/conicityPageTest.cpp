@@ -1,0 +1,110 @@
+// The page of an equivalent conicity beside its JSON.
+#include "report/conicity/conicityReport.h"
+#include "report/jsonOf.h"
+#include "report/pageReader.h"
+
+#include <KxInspect/Conicity.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+using namespace KxInspect;
+using namespace page_test;
+
+/// Nothing is alike on both sides. The conicity at 2 mm is missing.
+ConicityResult result() {
+    constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+    ConicityResult r;
+    const char* const files[] = {"folder/w1.csv", "r1.csv", "w2.csv", ""};
+    for (std::size_t part = 0; part < 4; ++part) {
+        const float shift = static_cast<float>(part);
+        r.sections[part].file = files[part];
+        r.sections[part].points = {{shift, 10 + shift}, {60 + shift, -2 * shift}, {120, 3 + 4 * shift}};
+    }
+    r.gauge = 1435.5f;
+    r.backToBack = 1360.25f;
+    r.radius1 = 460.5f;
+    r.radius2 = 459.25f;
+    r.edgeMargin = 0.0625f;
+    r.shownAmplitude = 2.5f;
+    r.shownConicity = 0.21875f;
+    r.conicity = {{0.5f, 0.125f}, {1.0f, 0.15625f}, {1.5f, kNaN}, {2.0f, 0.1875f}, {3.0f, 0.25f}};
+    r.atWholeAmplitudes = {{1.0f, 0.15625f}, {2.0f, 0.1875f}, {3.0f, 0.25f}};
+    r.deltaR = {{-4.0f, -1.0f}, {0.0f, 0.25f}, {5.0f, 2.5f}};
+    r.contacts1 = {{0.0f, 0.1f, {33, 3}, {34, 4}, 0.0f}, {-0.5f, 0.1f, {35, 5}, {36, 6}, 1.5f}};
+    r.contacts2 = {{0.0f, 0.2f, {43, 13}, {44, 14}, 0.0f}, {0.75f, 0.2f, {45, 15}, {46, 16}, -2.5f}};
+    r.warnings = {"w & w"};
+    r.version = "7.8.9";
+    return r;
+}
+
+TEST(ConicityPage, ShowsWhatTheJsonSays) {
+    const QJsonObject json = jsonOf(result());
+    const ReadPage page = readPage(kxreport::conicityReport(result()));
+    EXPECT_EQ(page.subtitle, "Wheels w1.csv and w2.csv on rails r1.csv and rail2");
+    const std::map<QString, ReadCell> facts = {
+        {"equivalent conicity at " + text(json["shownAmplitude"], 1) + " mm", {text(json["shownConicity"], 3), ""}},
+        {"gauge, mm", {text(json["gauge"], 1), ""}},
+        {"back-to-back, mm", {text(json["backToBack"], 1), ""}},
+        {"rolling radii, mm", {text(json["radius1"], 1) + " / " + text(json["radius2"], 1), ""}}};
+    EXPECT_EQ(page.facts, facts);
+    EXPECT_EQ(page.warnings, QStringList("Warning: w & w"));
+    const ReadTable& table = page.tables.at(0);
+    ASSERT_EQ(table.rows.size(), 3u);
+    for (size_t row = 0; row < 3; ++row) { // amplitudes 1, 2 and 3 are at these places of the curve
+        const QJsonValue point = json["conicity"][std::array{1, 3, 4}[row]];
+        EXPECT_EQ(table.at(row, "amplitude, mm").text, text(point[0], 0));
+        EXPECT_EQ(table.at(row, "equivalent conicity").text, text(point[1], 4));
+    }
+    EXPECT_EQ(page.paragraphs.last(), "Edge margin 0.0625 mm, KxMath 7.8.9.");
+    EXPECT_EQ(json["edgeMargin"].toDouble(), 0.0625);
+}
+
+TEST(ConicityPage, DrawsCurvesAndContacts) {
+    const QJsonObject json = jsonOf(result());
+    const ReadPage page = readPage(kxreport::conicityReport(result()));
+    const ReadPlot curve = page.plot("Equivalent conicity over the amplitude");
+    EXPECT_EQ(curve.items.at(0).runs, 2) << "broken where there is no conicity";
+    EXPECT_TRUE(curve.caption.contains("The mark is the value at 2.5 mm"));
+    ASSERT_EQ(curve.items.at(0).points.size(), 4u);
+    for (size_t i = 0; i < 4; ++i) {
+        const QJsonValue point = json["conicity"][i < 2 ? int(i) : int(i) + 1];
+        curve.expectNear(curve.items[0].points[i], {point[0].toDouble(), point[1].toDouble()});
+    }
+    curve.expectNear(curve.withTooltip("0.219 at 2.5 mm").points.at(0),
+                     {json["shownAmplitude"].toDouble(), json["shownConicity"].toDouble()});
+    const ReadPlot deltaR = page.plot("Difference of the rolling radii");
+    ASSERT_EQ(deltaR.items.size(), 2u);
+    deltaR.expectNear(deltaR.items[0].points.at(0), {deltaR.items[0].points[0].x(), 0.0});
+    for (int i = 0; i < 3; ++i) {
+        deltaR.expectNear(deltaR.items[1].points.at(size_t(i)), points(json["deltaR"], 0, 1).at(size_t(i)));
+    }
+    const ReadPlot contacts = page.plot("Contact points over the displacement");
+    contacts.expectPoints("first rail", points(json["pictures"]["contacts1"], 0, 6));
+    contacts.expectPoints("second rail", points(json["pictures"]["contacts2"], 0, 6));
+    const std::tuple<const char*, const char*, const char*, const char*> sides[] = {
+        {"First side", "wheel1", "rail1", "contacts1"}, {"Second side", "wheel2", "rail2", "contacts2"}};
+    for (const auto& [title, wheel, rail, contact] : sides) {
+        const ReadPlot placed = page.plot(title);
+        placed.expectPoints("wheel", points(json["pictures"]["sections"][wheel]["points"]));
+        placed.expectPoints("rail", points(json["pictures"]["sections"][rail]["points"]));
+        std::vector<QPointF> both = points(json["pictures"][contact], 2, 3);
+        const std::vector<QPointF> onRail = points(json["pictures"][contact], 4, 5);
+        both.insert(both.end(), onRail.begin(), onRail.end());
+        placed.expectPoints("contact points", both);
+    }
+    EXPECT_LT(page.plot("First side").unitsPerPixel.y(), 0.0) << "heights grow upwards";
+}
+
+TEST(ConicityPage, ShowsNoMarkWithoutAConicity) {
+    ConicityResult r = result();
+    r.shownConicity.reset();
+    const ReadPage page = readPage(kxreport::conicityReport(r));
+    EXPECT_EQ(page.facts.at("equivalent conicity at 2.5 mm").text, "-");
+    EXPECT_EQ(page.plot("Equivalent conicity over the amplitude").items.size(), 1u);
+}
+
+} // namespace

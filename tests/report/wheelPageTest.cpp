@@ -1,0 +1,104 @@
+// The page of measured wheels beside their JSON.
+#include "report/jsonOf.h"
+#include "report/pageReader.h"
+#include "report/wheel/wheelReport.h"
+
+#include <KxInspect/Wheel.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace KxInspect;
+using namespace page_test;
+
+/// Wheels of every verdict: within, outside by one measure of four, not measured, not read.
+WheelResults wheels() {
+    WheelResults results;
+    results.limits.heightAt70 = {27.5f, 31.0f};
+    results.limits.xAtLevel18 = {{}, 33.0f};
+    results.limits.heightExcess = {-0.75f, {}};
+    results.wheels = {{.file = "folder/a<1>.csv",
+                       .measures = {28.25f, 32.5f, 9.625f, 0.25f},
+                       .section = {{0.0f, 20.0f}, {16.0f, 0.0f}, {32.0f, 18.0f}, {70.0f, 28.25f}, {134.0f, 30.0f}},
+                       .measured = {{1.0f, 19.0f}, {17.0f, 1.0f}, {69.0f, 27.0f}},
+                       .widthStart = 22.75f},
+                      {.file = "b.whl", .warnings = {"is narrow"}, .measures = {29.5f, 33.5f, 10.75f, -0.5f}},
+                      {.file = "c.bin", .measures = {.xAtLevel18 = 31.25f}},
+                      {.file = "d.bin", .error = "cannot be read", .verdict = WheelVerdict::NotRead},
+                      {.file = "e.bin"}};
+    for (WheelResult& wheel : results.wheels) {
+        if (wheel.error.empty()) {
+            wheel.verdict = verdictOf(wheel.measures, results.limits);
+        }
+    }
+    results.version = "7.8.9";
+    return results;
+}
+
+TEST(WheelPage, ShowsWhatTheJsonSays) {
+    const QJsonObject json = jsonOf(wheels());
+    const ReadPage page = readPage(kxreport::wheelReport(wheels()));
+    const ReadTable& table = page.tables.at(0);
+    const std::pair<const char*, QString> columns[] = {{"heightAt70", "flange height (Sh), mm"},
+                                                       {"xAtLevel18", "flange thickness at level 18, mm"},
+                                                       {"widthLevel2ToH13", "flank width, level 2 to h-13, mm"},
+                                                       {"heightExcess", "flange height excess, mm"}};
+    const char* const tones[5][5] = {{"good", "good", "", "good", "good"}, // of four measures and the verdict
+                                     {"good", "bad", "", "good", "bad"},
+                                     {"bad", "good", "", "bad", "bad"},
+                                     {"bad", "bad", "", "bad", "bad"},
+                                     {"bad", "bad", "", "bad", "bad"}};
+    const char* const verdicts[] = {"within", "outside", "not measured", "not read", "not measured"};
+    ASSERT_EQ(table.rows.size(), 6u);
+    for (int i = 0; i < 5; ++i) {
+        const QJsonValue wheel = json["wheels"][i];
+        EXPECT_EQ(table.at(i, "file").text, wheel["file"].toString().section('/', -1));
+        for (size_t column = 0; column < 4; ++column) {
+            const QJsonValue value = wheel[QLatin1String(columns[column].first)];
+            EXPECT_EQ(table.at(i, columns[column].second),
+                      (ReadCell{value.isDouble() ? text(value, 2) : "-", tones[i][column]}));
+        }
+        EXPECT_EQ(table.at(i, "verdict"), (ReadCell{verdicts[i], tones[i][4]}));
+        EXPECT_EQ(wheel["verdict"].toString("not read"), verdicts[i]);
+    }
+    EXPECT_EQ(table.row(5), QString("allowed|\u2265 27.5, \u2264 31|\u2264 33|-|\u2265 -0.75|"));
+    EXPECT_EQ(page.facts.at("Wheels measured"), (ReadCell{"3 of 5", "bad"}));
+    EXPECT_EQ(page.facts.at("Within limits"), (ReadCell{"1", ""}));
+    EXPECT_EQ(page.facts.at("Outside limits"), (ReadCell{"1", "bad"}));
+    EXPECT_EQ(page.headings, (QStringList{"a<1>.csv", "b.whl", "c.bin", "d.bin", "e.bin"}));
+    EXPECT_EQ(page.warnings, (QStringList{"Warning: The profile is narrow", "Warning: The file cannot be read",
+                                          "Warning: The profile has no flange or tread to measure."}));
+    EXPECT_EQ(page.plots.size(), 4u) << "none of the wheel that was not read";
+    EXPECT_EQ(page.paragraphs.last(), "KxMath 7.8.9.");
+}
+
+TEST(WheelPage, DrawsTheMeasures) {
+    const QJsonObject json = jsonOf(wheels());
+    const ReadPlot plot = readPage(kxreport::wheelReport(wheels())).plots.at(0);
+    const QJsonValue drawn = json["pictures"]["wheels"][0];
+    EXPECT_EQ(plot.title, "Profile of folder/a<1>.csv");
+    EXPECT_GT(plot.unitsPerPixel.x(), 0.0);
+    EXPECT_LT(plot.unitsPerPixel.y(), 0.0) << "levels grow upwards on the drawing";
+    EXPECT_NEAR(plot.unitsPerPixel.x(), -plot.unitsPerPixel.y(), 1e-3);
+    plot.expectPoints("points of the file", points(drawn["section"]));
+    plot.expectPoints("measured profile", points(drawn["measured"]));
+    // h = 28.25 at 70 mm; level 18; from level 2 at 22.75 down to level h - 13 = 15.25, 9.625 mm across.
+    plot.expectPoints("flange height (Sh)", {{70, 0}, {70, 28.25}});
+    plot.expectPoints("flange thickness at level 18", {{0, 18}, {32.5, 18}});
+    plot.expectNear(plot.withTooltip("flange height (Sh): 28.25 mm").points.at(0), {70, 28.25});
+    plot.expectNear(plot.withTooltip("flange thickness at level 18: 32.50 mm").points.at(0), {32.5, 18});
+    plot.expectNear(plot.withTooltip("level 2").points.at(0), {22.75, 2});
+    plot.expectNear(plot.withTooltip("level h-13").points.at(0), {32.375, 15.25});
+    const auto lines = plot.shownAs("flank width, level 2 to h-13");
+    ASSERT_EQ(lines.size(), 2u) << "down, then across";
+    plot.expectPoints("flank width, level 2 to h-13", {{22.75, 2}, {22.75, 15.25}, {32.375, 15.25}});
+    for (const char* const length : {"28.25 mm", "32.50 mm", "9.63 mm"}) {
+        EXPECT_FALSE(std::isnan(plot.placeOf(length).x())) << length;
+    }
+    for (const auto& [name, level] : {std::pair{"level 2", 2.0}, {"level 18", 18.0}, {"level h-13", 15.25}}) {
+        EXPECT_NEAR(plot.placeOf(name).y(), level, 0.2) << name;
+    }
+}
+
+} // namespace
