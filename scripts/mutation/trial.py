@@ -1,0 +1,154 @@
+"""A copy of the tree that is built with one fault after the other, and the test programs that reach it."""
+import collections
+import json
+import os
+import pathlib
+import resource
+import subprocess
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+FOLDER = ROOT / "build-mutate"
+COPY = FOLDER / "tree"
+BUILD = COPY / "build"
+GOLDEN = BUILD / "tests" / "golden" / "kxmath_golden"
+# They repeat whole commands while memory, disk or time run out, and look at no values.
+NO_VALUES = {"kxmath_test_interruption", "kxmath_test_littleMemory", "kxmath_test_outputs", "kxmath_test_faults",
+             "kxmath_test_io"}
+CORE = "src"
+
+
+def limit_memory():
+    resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
+
+
+def run(command, timeout=None):
+    """The exit code, or None of a program that does not end."""
+    process = subprocess.Popen(command, cwd=COPY, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                               env={**os.environ, "CCACHE_DISABLE": "1"}, preexec_fn=limit_memory,
+                               start_new_session=True)
+    try:
+        return process.wait(timeout)
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, 9) # with the commands that it runs
+        process.wait()
+        return None
+
+
+def ninja(*arguments):
+    return subprocess.run(["ninja", "-C", str(BUILD), *arguments], capture_output=True, text=True, check=True).stdout
+
+
+def copy_tree():
+    """Copies what changed, so that only that is built again."""
+    names = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, capture_output=True, check=True, text=True).stdout
+    names = {name for name in names.split("\0") if name and (ROOT / name).exists()}
+    for name in names:
+        source, target = ROOT / name, COPY / name
+        if not target.exists() or target.read_bytes() != source.read_bytes():
+            target.parent.mkdir(parents=True, exist_ok=True)
+            target.write_bytes(source.read_bytes())
+            target.chmod(source.stat().st_mode)
+    for folder in ("src", "inspect", "report", "simulator", "tools", "tests", "include"):
+        for file in (COPY / folder).rglob("*"):
+            if file.is_file() and str(file.relative_to(COPY)) not in names:
+                file.unlink()
+
+
+class TestProgram:
+    def __init__(self, path, sources):
+        self.path = path
+        self.name = path.name
+        self.sources = sources # all files, headers too, that it is made of
+        self.seconds = 0.0
+
+    def fails(self):
+        """"", or why the fault is found."""
+        result = run([str(self.path), "--gtest_fail_fast", "--gtest_brief=1"], timeout=20 + 10 * self.seconds)
+        return "" if result == 0 else "endless" if result is None else "fails"
+
+
+def sources_of_objects():
+    """The files that each object was made of, as the compiler told."""
+    sources = collections.defaultdict(set)
+    current = None
+    for line in ninja("-t", "deps").splitlines():
+        if line and not line.startswith(" "):
+            current = line.split(": #")[0]
+        elif line:
+            path = os.path.normpath(BUILD / line.strip())
+            if path.startswith(str(COPY)):
+                sources[current].add(os.path.relpath(path, COPY))
+    return sources
+
+
+def test_programs():
+    """The programs of GoogleTest that ctest runs."""
+    tests = json.loads(subprocess.run(["ctest", "--test-dir", str(BUILD), "--show-only=json-v1"], capture_output=True,
+                                      check=True, text=True).stdout)["tests"]
+    paths = {pathlib.Path(test["command"][0]) for test in tests if "command" in test}
+    return sorted(p for p in paths if p.name.startswith("kxmath_test_") and p.name not in NO_VALUES)
+
+
+def build_programs(is_core_only):
+    """Builds what is needed. @return the test programs, the quickest first"""
+    subprocess.run(["cmake", "-S", str(COPY), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+                    "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -D_GLIBCXX_ASSERTIONS", "-DKXMATH_DEVELOPER=OFF",
+                    "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"],
+                   check=True, stdout=subprocess.DEVNULL)
+    declared = (line.split(":")[0] for line in ninja("-t", "targets", "all").splitlines())
+    names = sorted({pathlib.Path(t).name for t in declared if "/kxmath_test_" in t and "." not in pathlib.Path(t).name}
+                   - NO_VALUES)
+    if is_core_only:
+        names = [n for n in names if not any(word in n for word in ("inspect", "report", "ommand", "train"))]
+    subprocess.run(["ninja", "-C", str(BUILD), *names, "kxmath_golden", "KxMath", "KxInspect", "kxmath"], check=True)
+    objects = sources_of_objects()
+    programs = []
+    for path in test_programs():
+        if path.name in names:
+            inputs = ninja("-t", "inputs", os.path.relpath(path, BUILD)).splitlines()
+            programs.append(TestProgram(path, set().union(*(objects.get(os.path.relpath(BUILD / i, BUILD), set())
+                                                            for i in inputs))))
+    for program in programs:
+        start = time.monotonic()
+        if program.fails():
+            sys.exit(f"{program.name} fails before any fault is planted.")
+        program.seconds = time.monotonic() - start
+    return sorted(programs, key=lambda p: p.seconds)
+
+
+def order_for(file, programs):
+    """The programs that are made of the file, those of its own subject first."""
+    words = set(pathlib.Path(file).parent.parts) - {"tools", "kxmath", "src"} | {pathlib.Path(file).stem}
+
+    def distance(program):
+        name = program.name.removeprefix("kxmath_test_").lower()
+        return -sum(word.lower() in name for word in words)
+
+    return sorted((p for p in programs if file in p.sources), key=distance)
+
+
+def find(fault, programs):
+    """The program that finds the fault, None when it survives, "" when it does not compile."""
+    file = COPY / fault["file"]
+    original = file.read_text()
+    lines = original.splitlines()
+    lines[fault["line"] - 1] = fault["text"]
+    file.write_text("\n".join(lines) + "\n")
+    is_core = fault["file"].startswith(CORE)
+    try:
+        # The libraries first: what does not compile is no fault.
+        target = "KxMath" if is_core else "kxmath"
+        if run(["ninja", "-C", str(BUILD), target]) != 0:
+            return ""
+        for program in order_for(fault["file"], programs):
+            if run(["ninja", "-C", str(BUILD), os.path.relpath(program.path, BUILD)]) != 0:
+                return ""
+            if result := program.fails():
+                return program.name.removeprefix("kxmath_test_") + (" (endless)" if result == "endless" else "")
+        if is_core and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
+            return "golden"
+        return None
+    finally:
+        file.write_text(original)
