@@ -25,7 +25,7 @@ public:
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
-    /// Where to write, UTF-8: the file exists, is empty, and may be opened with truncation. Close it before commit().
+    /// Where to write: the file exists, is empty, and may be opened with truncation. Close it before commit().
     const std::string& path() const noexcept { return path_; }
 
     /// Puts the file in place. Throws an Error Unwritable when it does not hold `size` bytes, as on a full disk, or

@@ -22,7 +22,7 @@ struct Orientation {
 ///     CrossSection fromMemory;
 ///     fromMemory.profile = profile;
 struct CrossSection {
-    std::string file = {}; ///< UTF-8; with a profile only its name in results, which may be empty
+    std::string file = {}; ///< with a profile only its name in results, which may be empty
     std::optional<Profile> profile = {}; ///< taken instead of the content of the file
     TextOptions text = {}; ///< how to read a text file
     Orientation orientation = {};

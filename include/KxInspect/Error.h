@@ -24,7 +24,7 @@ enum class ErrorKind {
 /// What an error is about.
 struct ErrorSource {
     std::string role = {}; ///< what the file is to the caller, "recording" or "settings"; may be empty
-    std::string file = {}; ///< as the caller named it, UTF-8; empty when it is about none
+    std::string file = {}; ///< the path that the caller gave; empty when it is about none
     std::string key = {}; ///< of settings or arguments; empty when it is about none
 };
 
@@ -50,7 +50,7 @@ public:
     const ErrorSource& source() const noexcept { return source_; }
     const ErrorPlace& place() const noexcept { return place_; }
     const std::string& reason() const noexcept { return reason_; }
-    // what() is the whole sentence in UTF-8: ROLE 'FILE' REASON
+    // what() is the whole sentence in UTF-8: ROLE 'FILE' REASON, with %XX for each byte of FILE that is not UTF-8
 
 private:
     ErrorKind kind_;

@@ -45,7 +45,7 @@ struct FileContents {
 /// and profile records of all kinds, in any order.
 /// Throws an Error when the file is not found, cannot be opened or is a folder, and BadArgument for options that cannot
 /// be.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 /// @param options of Csv, Xyz and Gauge
 KXINSPECT_EXPORT FileContents readFileContents(const std::string& path, const Progress& progress = {},
                                                const TextOptions& options = {});

@@ -35,7 +35,7 @@ struct GridResult {
 
 /// Reads a scan, makes its height map and finds the patches. Throws the errors of readScan(), makeHeightMap() and
 /// findPatches().
-/// @param path UTF-8
+/// @param path see KxInspect.h
 KXINSPECT_EXPORT GridResult measureGrid(const std::string& path, const GridOptions& options,
                                         const Progress& progress = {});
 
@@ -46,7 +46,7 @@ KXINSPECT_EXPORT void checkPatchFolder(const std::string& folder);
 /// Writes each patch as a 3-D cloud section, seed-001.bin and so on, into a folder that is made where it is missing,
 /// and notes folder and names in the result.
 /// Throws an Error Unwritable when one cannot be written; none stays then, and the result is as it was.
-/// @param folder UTF-8
+/// @param folder see KxInspect.h for paths
 KXINSPECT_EXPORT void writePatchFiles(const std::string& folder, GridResult& result);
 
 /// The result as JSON. The pictures are heights, means and owners of all cells and the centres of the patches. The

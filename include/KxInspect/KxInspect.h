@@ -1,4 +1,8 @@
 // The whole interface of the library but KxMathTypes.h, which needs the headers of KxMath and Qt.
+//
+// **Names of files.** A path that is passed to this library is the bytes by which the system names the file: UTF-8 as a
+// rule, but any bytes are taken. Results, warnings, reports of progress and the sentences of errors are UTF-8: they name a
+// file with %XX in place of each byte that is no part of UTF-8 (0xFC is %FC), for readers, not for opening it.
 #pragma once
 
 #include "AtomicFile.h"

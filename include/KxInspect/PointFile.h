@@ -43,7 +43,7 @@ KXINSPECT_EXPORT std::optional<FileKind> kindByFileName(const std::string& fileN
 /// A first byte 2, 3 or 4 is a Cloud, 5 is Profiles; "ply", and "VERSION", "FIELDS" or "# .PCD", begin Ply and Pcd; text
 /// is Gauge when it has the header of such a file, else Csv or Xyz, which are read alike. Xyzf is recognized by the name
 /// only. Nothing where neither tells.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 KXINSPECT_EXPORT std::optional<FileKind> kindOfFile(const std::string& path);
 
 /// The points of a file, in its order, and what it says about them.
@@ -65,7 +65,7 @@ struct PointSet {
 /// - Damaged: it breaks off, has something else where a number should be, or what it says about itself is wrong;
 /// - Unsuitable: it is of another kind, has no points (kinds that are text) or another number of columns;
 /// - BadArgument: options that cannot be.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 /// @param options of Csv, Xyz and Gauge
 KXINSPECT_EXPORT PointSet readPoints(const std::string& path, FileKind kind, const TextOptions& options = {});
 
@@ -74,7 +74,7 @@ KXINSPECT_EXPORT PointSet readPoints(const std::string& path, FileKind kind, con
 /// none. Profiles begins a profile at each start, or wherever z changes when there are none.
 /// Throws an Error Unwritable when the file cannot be written or the kind cannot hold the points: more than 65535 in a
 /// 2-D cloud or a profile, several profiles in a Csv file, anything in a Gauge; BadArgument when colours are missing or starts do not rise.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 KXINSPECT_EXPORT void writePoints(const std::string& path, FileKind kind, const PointSet& points);
 
 } // namespace KxInspect

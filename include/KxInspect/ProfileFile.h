@@ -34,7 +34,7 @@ namespace KxInspect {
 /// Throws an Error, with the byte or the line and column as far as they are known: NotFound, Unreadable; Damaged for a
 /// record that is cut short and a line that is no point; Unsuitable for a file without points, with other columns than
 /// wanted or of more than 256 MiB, and a text with a line of more than 1 MiB; BadArgument for options that cannot be.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 /// @param options of texts
 /// @param form if not null: gets how a text was read, nothing for other files
 KXINSPECT_EXPORT Profile readProfile(const std::string& path, const TextOptions& options = {},
@@ -42,7 +42,7 @@ KXINSPECT_EXPORT Profile readProfile(const std::string& path, const TextOptions&
 
 /// Reads all profiles of a file: every 2-D cloud section and profile record, those without points included, or the one
 /// profile of another file. Throws an Error as above, and Damaged where no whole record begins.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 KXINSPECT_EXPORT std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options = {});
 
 } // namespace KxInspect

@@ -17,7 +17,7 @@ struct RecordingName {
     int serial = 0; ///< serial number of the sensor, from the first '_' on; 0 when no number stands there
 };
 
-/// @param path UTF-8; the file need not be there
+/// @param path see KxInspect.h; the file need not be there
 KXINSPECT_EXPORT RecordingName recordingName(const std::string& path);
 
 enum class RecordKind {
@@ -41,7 +41,7 @@ struct Record {
 class KXINSPECT_EXPORT RecordingReader {
 public:
     /// Opens a recording. Throws an Error when there is no such file, or when it cannot be read or is empty.
-    /// @param path UTF-8
+    /// @param path see KxInspect.h
     explicit RecordingReader(const std::string& path);
     RecordingReader(RecordingReader&&) noexcept;
     RecordingReader& operator=(RecordingReader&&) noexcept;

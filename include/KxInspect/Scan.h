@@ -30,7 +30,7 @@ struct Scan {
 /// Throws an Error with the byte and the record: NotFound, Unreadable; Damaged where no whole record begins; Unsuitable
 /// for a file of another kind, of both kinds or without points. BadArgument for a placement that is not a number or a
 /// distance that is not above 0.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 KXINSPECT_EXPORT Scan readScan(const std::string& path, const ScanPlacement& placement, const Progress& progress = {});
 
 } // namespace KxInspect

@@ -97,7 +97,7 @@ struct DefectSettings {
 /// Reads the settings of a station from an INI file. Keys of sensors that are missing or wrong become `faults`; a
 /// sensor whose SN is 0 or missing ends the list of sensors.
 /// Throws an Error when there is no such file or when it cannot be read or parsed.
-/// @param path UTF-8
+/// @param path see KxInspect.h
 KXINSPECT_EXPORT StationSettings readStationSettings(const std::string& path);
 
 /// Reads the settings of the judgement of treads from an INI file, as readStationSettings() does. Throws an Error for a

@@ -19,7 +19,7 @@ struct PassOptions {
     float tolerance = 3.0f; ///< allowed deviation to both sides, mm, the limit itself included
     std::optional<DefectSettings> defects; ///< treads are judged with them; absent: they are not judged
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on
-    /// Where the wheel files are left, UTF-8; made where it is missing. Empty: no files are written.
+    /// Where the wheel files are left; made where it is missing. Empty: no files are written.
     /// It then holds a folder for each recording with the files "WW_PP.bin" of profile PP of wheel WW, and where the
     /// wheels of sensor n start, in "starts-n.ini" and "starts-n.csv".
     std::string wheelFolder;
@@ -31,7 +31,7 @@ struct PassOptions {
 /// Each recording is read once, from its beginning to its end. Memory follows the profiles of the wheels.
 /// Throws an Error for recordings and settings that are missing, damaged or do not fit each other, for options out of
 /// range, and for wheel files that cannot be written. A train without wheels is no error.
-/// @param recordings two files named PREFIX_SERIAL.bin of profile records or 2-D cloud sections, UTF-8; the serial
+/// @param recordings two files named PREFIX_SERIAL.bin of profile records or 2-D cloud sections; the serial
 ///        numbers are those of SENSOR1 and SENSOR2 in the settings, in either order
 KXINSPECT_EXPORT PassResult measurePass(const std::vector<std::string>& recordings, const StationSettings& settings,
                                         const PassOptions& options = {}, const Progress& progress = {});

@@ -4,15 +4,15 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryFile>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,7 +22,8 @@ namespace KxInspect {
 
 namespace {
 
-using detail::toQt;
+using detail::QtPath;
+namespace fs = std::filesystem;
 
 std::string lastError() {
     return std::strerror(errno);
@@ -30,53 +31,67 @@ std::string lastError() {
 
 /// What a path leads to: a file or a free name, or something that is written into.
 struct Place {
-    QString path;
+    std::string path;
     bool isReplaced;
 };
 
-Place placeOf(const QString& path) {
+/// Whether a name in that folder stands for an open file, as /dev/stdout does.
+bool isOfOpenFiles(const fs::path& folder) {
+    std::error_code none;
+    const std::string path = fs::canonical(folder.empty() ? fs::path(".") : folder, none).string();
+    const std::string end = "/fd";
+    return path.rfind("/proc/", 0) == 0 && path.size() > end.size() &&
+           path.compare(path.size() - end.size(), end.size(), end) == 0;
+}
+
+Place placeOf(const std::string& path) {
     constexpr int kMostLinks = 40; // as the system
-    const QFileInfo reached(path); // follows all links
-    if (reached.exists() && !reached.isFile() && !reached.isDir()) {
+    std::error_code none;
+    const fs::file_status reached = fs::status(path, none); // follows all links
+    if (fs::exists(reached) && !fs::is_regular_file(reached) && !fs::is_directory(reached)) {
         return {path, false};
     }
-    QString place = path;
+    fs::path place = path;
     for (int links = 0; links < kMostLinks; ++links) {
-        const QFileInfo info(place);
-        if (!info.isSymLink()) {
-            return {place, true};
+        if (fs::symlink_status(place, none).type() != fs::file_type::symlink) {
+            return {place.string(), true};
         }
-        const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
-        if (folder.startsWith(QLatin1String("/proc/")) && folder.endsWith(QLatin1String("/fd"))) {
-            return {path, false}; // an open file, /dev/stdout: whoever opened it would not see another in its place
+        if (isOfOpenFiles(place.parent_path())) {
+            return {path, false}; // whoever opened it would not see another file in its place
         }
-        place = info.symLinkTarget();
+        place = place.parent_path() / fs::read_symlink(place, none); // an absolute one replaces all of it
     }
     return {path, true}; // a circle: making the file fails
 }
 
 /// The name with "incomplete-" before it, short enough for a file system.
-QString incompleteName(QString name) {
-    constexpr qsizetype kMostBytes = 230; // 255 without the prefix and a number
-    while (QFile::encodeName(name).size() > kMostBytes) {
-        name.chop(1);
+std::string incompleteName(std::string name) {
+    constexpr std::size_t kMostBytes = 230; // 255 without the prefix and a number
+    if (name.size() > kMostBytes) {
+        std::size_t end = kMostBytes;
+        while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xc0) == 0x80) { // within a character of UTF-8
+            --end;
+        }
+        name.resize(end);
     }
-    return QStringLiteral("incomplete-") + name;
+    return "incomplete-" + name;
 }
 
 /// Makes a file that was not there. @return its name, empty on failure
-QString makeBeside(const QString& place, QString& why) {
+std::string makeBeside(const std::string& place, std::string& why) {
     constexpr int kMostFiles = 10000;
-    const QFileInfo info(place);
-    const QString base = QDir(info.path()).filePath(incompleteName(info.fileName()));
+    constexpr mode_t kAllButExecutable = 0666; // the mask of the process takes its part
+    const fs::path name(place);
+    const std::string base = (name.parent_path() / incompleteName(name.filename().string())).string();
     for (int number = 1; number <= kMostFiles; ++number) {
-        QFile file(number == 1 ? base : base + QLatin1Char('-') + QString::number(number));
-        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-            return file.fileName();
+        const std::string path = number == 1 ? base : base + '-' + std::to_string(number);
+        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAllButExecutable);
+        if (file >= 0) {
+            close(file);
+            return path;
         }
-        why = file.errorString();
-        const QFileInfo taken(file.fileName());
-        if (!taken.exists() && !taken.isSymLink()) {
+        why = lastError();
+        if (errno != EEXIST) {
             return {};
         }
     }
@@ -84,29 +99,29 @@ QString makeBeside(const QString& place, QString& why) {
 }
 
 /// Makes a file that only its owner may read, for what will be copied into a device. @return its name, empty on failure
-QString makeTemporary(QString& why) {
+std::string makeTemporary(std::string& why) {
     QTemporaryFile file;
     file.setAutoRemove(false);
     if (file.open()) {
-        return file.fileName();
+        return file.fileName().toStdString();
     }
-    why = file.errorString();
+    why = file.errorString().toStdString();
     return {};
 }
 
 /// Owner and permissions of the file that is replaced. Those of a new file are right already.
-bool copyPermissions(const QByteArray& from, const QByteArray& to) {
+bool copyPermissions(const std::string& from, const std::string& to) {
     struct stat old {};
-    if (stat(from.constData(), &old) != 0) {
+    if (stat(from.c_str(), &old) != 0) {
         return errno == ENOENT;
     }
     constexpr mode_t kBits = 07777;
     struct stat made {};
-    if (stat(to.constData(), &made) == 0 && (made.st_uid != old.st_uid || made.st_gid != old.st_gid)) {
+    if (stat(to.c_str(), &made) == 0 && (made.st_uid != old.st_uid || made.st_gid != old.st_gid)) {
         // Only the superuser may: another user becomes the owner of what he writes.
-        [[maybe_unused]] const int isIgnored = chown(to.constData(), old.st_uid, old.st_gid);
+        [[maybe_unused]] const int isIgnored = chown(to.c_str(), old.st_uid, old.st_gid);
     }
-    return chmod(to.constData(), old.st_mode & kBits) == 0;
+    return chmod(to.c_str(), old.st_mode & kBits) == 0;
 }
 
 /// Writes into a device, a pipe or an open file. @return false on failure, with errno
@@ -128,19 +143,20 @@ bool writeInto(int file, const char* bytes, std::size_t size) {
 } // namespace
 
 AtomicFile::AtomicFile(ErrorSource target) : target_(std::move(target)) {
-    const Place place = placeOf(toQt(target_.file));
-    place_ = place.path.toStdString();
+    const Place place = placeOf(target_.file);
+    place_ = place.path;
     isReplaced_ = place.isReplaced;
-    if (QFileInfo(place.path).isDir()) {
+    std::error_code none;
+    if (fs::is_directory(place_, none)) {
         fail("it is a folder");
     }
-    if (!isReplaced_ && !QFileInfo(place.path).isWritable()) {
-        fail("Permission denied");
+    if (!isReplaced_ && access(place_.c_str(), W_OK) != 0) {
+        fail(lastError());
     }
-    QString why;
-    path_ = (isReplaced_ ? makeBeside(place.path, why) : makeTemporary(why)).toStdString();
+    std::string why;
+    path_ = isReplaced_ ? makeBeside(place_, why) : makeTemporary(why);
     if (path_.empty()) {
-        fail(why.toStdString());
+        fail(why);
     }
 }
 
@@ -156,9 +172,13 @@ void AtomicFile::fail(const std::string& why) const {
 }
 
 void AtomicFile::commit(std::uint64_t size) {
-    const QFileInfo written(toQt(path_));
-    if (!written.exists() || static_cast<std::uint64_t>(written.size()) != size) {
-        fail("only " + std::to_string(written.size()) + " of " + std::to_string(size) + " bytes were stored");
+    std::error_code error;
+    const std::uint64_t written = fs::file_size(path_, error);
+    if (error) {
+        fail(error.message());
+    }
+    if (written != size) {
+        fail("only " + std::to_string(written) + " of " + std::to_string(size) + " bytes were stored");
     }
     if (isReplaced_) {
         replace();
@@ -168,9 +188,7 @@ void AtomicFile::commit(std::uint64_t size) {
 }
 
 void AtomicFile::replace() {
-    const QByteArray from = QFile::encodeName(toQt(path_));
-    const QByteArray to = QFile::encodeName(toQt(place_));
-    if (!copyPermissions(to, from) || std::rename(from.constData(), to.constData()) != 0) {
+    if (!copyPermissions(place_, path_) || std::rename(path_.c_str(), place_.c_str()) != 0) {
         fail(lastError());
     }
     path_.clear();
@@ -178,7 +196,8 @@ void AtomicFile::replace() {
 
 void AtomicFile::copyInto() const {
     constexpr qint64 kBlock = 1 << 16;
-    QFile from(toQt(path_));
+    const QtPath where(path_);
+    QFile from(where.text());
     if (!from.open(QIODevice::ReadOnly)) {
         fail(from.errorString().toStdString());
     }
@@ -200,7 +219,8 @@ void AtomicFile::copyInto() const {
 
 void writeWholeFile(const ErrorSource& target, std::string_view content) {
     AtomicFile whole(target);
-    QFile file(toQt(whole.path()));
+    const QtPath where(whole.path());
+    QFile file(where.text());
     const auto size = static_cast<qint64>(content.size());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(content.data(), size) != size ||
         !file.flush()) {

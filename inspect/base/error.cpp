@@ -1,6 +1,8 @@
 // The exception of this library.
 #include <KxInspect/Error.h>
 
+#include "inspect/base/paths.h"
+
 #include <utility>
 
 namespace KxInspect {
@@ -9,7 +11,11 @@ namespace {
 
 std::string sentence(const ErrorSource& source, const std::string& reason) {
     std::string text;
-    for (const std::string& part : {source.role, source.file.empty() ? source.file : "'" + source.file + "'", reason}) {
+    std::string name = detail::shown(source.file);
+    if (!name.empty()) {
+        name = '\'' + name + '\'';
+    }
+    for (const std::string& part : {source.role, name, reason}) {
         text += text.empty() || part.empty() ? part : " " + part;
     }
     return text;

@@ -1,5 +1,6 @@
 // The equivalent conicity from measured profiles: reading, preparing, calculating, judging.
 #include "inspect/base/error.h"
+#include "inspect/base/paths.h"
 #include "inspect/base/ranges.h"
 #include "inspect/conicity/calculation.h"
 #include "inspect/conicity/warnings.h"
@@ -40,7 +41,7 @@ void cut(Profile& rail, WheelSetPart part, float gaugeDepth, PlacedSection& resu
 PlacedSection prepare(Profile& profile, WheelSetPart part, const ConicityInput& input,
                       std::vector<std::string>& warnings) {
     PlacedSection result;
-    result.file = input.sections[part].file;
+    result.file = detail::shown(input.sections[part].file);
     orient(profile, input.sections[part].orientation);
     const int missing = dropMissing(profile);
     if (!isWheel(part) && input.gaugeDepth > 0.0f) {

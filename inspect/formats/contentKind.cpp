@@ -76,7 +76,8 @@ std::optional<FileKind> kindOfFile(QIODevice& file, const std::string& name) {
 } // namespace detail
 
 std::optional<FileKind> kindOfFile(const std::string& path) {
-    QFile file(detail::toQt(path));
+    const detail::QtPath where(path);
+    QFile file(where.text());
     const bool isKept = file.open(QIODevice::ReadOnly) && !file.isSequential(); // a pipe would lose what is looked at
     return isKept ? detail::kindOfFile(file, path) : kindByFileName(path);
 }

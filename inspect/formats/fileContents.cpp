@@ -61,7 +61,7 @@ PartKind partKind(KxMath::KxRecordKind kind) {
 /// Reads sections and records of any kind up to the end or the first byte where none begins.
 void readSections(QFile& file, const ErrorSource& source, const Progress& progress, FileContents& contents,
                   Spacings& spacings) {
-    const std::string step = "reading " + source.file;
+    const std::string step = "reading " + detail::shown(source.file);
     while (!file.atEnd()) {
         PointSet part;
         const KxMath::KxRecordKind kind = detail::readSection(file, part);
@@ -105,7 +105,8 @@ bool isWholeFile(std::optional<FileKind> kind) {
 
 FileContents readFileContents(const std::string& path, const Progress& progress, const TextOptions& options) {
     const ErrorSource source{{}, path, {}};
-    QFile file(detail::toQt(path));
+    const detail::QtPath where(path);
+    QFile file(where.text());
     if (QFileInfo(file).isDir()) {
         detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("cannot be read: it is a folder"));
     }

@@ -21,7 +21,8 @@ void openForReading(QFile& file, const ErrorSource& source) {
 }
 
 QByteArray readAll(const ErrorSource& source) {
-    QFile file(toQt(source.file));
+    const QtPath where(source.file);
+    QFile file(where.text());
     openForReading(file, source);
     return readAll(file, source);
 }

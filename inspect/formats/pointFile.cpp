@@ -54,7 +54,8 @@ PointSet readPoints(const std::string& path, FileKind kind, const TextOptions& o
     case FileKind::Gauge:
         break;
     }
-    QFile file(detail::toQt(path));
+    const detail::QtPath where(path);
+    QFile file(where.text());
     detail::openForReading(file, source);
     return detail::readTextPoints(file, source, kind, options);
 }

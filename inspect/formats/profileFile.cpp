@@ -43,7 +43,8 @@ Profile toProfile(const KxMath::KxProfileZ& record) {
 
 Profile readProfile(const std::string& path, const TextOptions& options, std::optional<TextForm>* form) {
     const ErrorSource source{{}, path, {}};
-    QFile file(detail::toQt(path));
+    const detail::QtPath where(path);
+    QFile file(where.text());
     detail::openForReading(file, source);
     if (file.size() > kMaxTextSize) {
         detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("is too large for a profile"));
@@ -71,7 +72,8 @@ Profile readProfile(const std::string& path, const TextOptions& options, std::op
 
 std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options) {
     const ErrorSource source{{}, path, {}};
-    QFile file(detail::toQt(path));
+    const detail::QtPath where(path);
+    QFile file(where.text());
     detail::openForReading(file, source);
     if (!isRecording(file.peek(1)) || kindByFileName(path) == FileKind::Xyzf) {
         return {readProfile(path, options)};

@@ -10,7 +10,8 @@
 namespace KxInspect::detail {
 
 PointSet readCloudFile(const ErrorSource& source) {
-    QFile file(toQt(source.file));
+    const QtPath where(source.file);
+    QFile file(where.text());
     openForReading(file, source);
     PointSet set;
     const KxMath::KxRecordKind kind = readSection(file, set);
@@ -29,7 +30,8 @@ PointSet readCloudFile(const ErrorSource& source) {
 }
 
 PointSet readProfileRecords(const ErrorSource& source) {
-    QFile file(toQt(source.file));
+    const QtPath where(source.file);
+    QFile file(where.text());
     openForReading(file, source);
     PointSet set;
     set.hasZ = true;

@@ -67,8 +67,9 @@ std::vector<std::size_t> profileStarts(const PointSet& set) {
 template <typename Write>
 void writeBeside(const ErrorSource& source, Write write) {
     AtomicFile file(source);
+    const QtPath where(file.path());
     errno = 0;
-    const std::optional<qint64> size = write(toQt(file.path()));
+    const std::optional<qint64> size = write(where.text());
     if (!size) {
         file.fail(errno != 0 ? std::strerror(errno) : "the file is incomplete");
     }

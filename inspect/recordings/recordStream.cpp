@@ -31,8 +31,10 @@ namespace {
 
 } // namespace
 
-RecordStream::RecordStream(const ErrorSource& source) : source_(source), file_(toQt(source.file)) {
-    const QFileInfo info(file_);
+RecordStream::RecordStream(const ErrorSource& source) : source_(source) {
+    const QtPath where(source.file);
+    const QFileInfo info(where.text());
+    file_.setFileName(where.text());
     if (!info.exists()) {
         fail(ErrorKind::NotFound, source_, QStringLiteral("does not exist"));
     }

@@ -1,6 +1,7 @@
 // From the file of a scan to its height map and patches.
 #include <KxInspect/Grid.h>
 
+#include "inspect/base/paths.h"
 #include "inspect/scan/arguments.h"
 
 namespace KxInspect {
@@ -22,7 +23,7 @@ GridResult measureGrid(const std::string& path, const GridOptions& options, cons
     detail::checkAbove0("pitch", options.map.pitch);
     const Scan scan = readScan(path, {options.firstZ, options.distance.value_or(options.map.pitch)}, progress);
     GridResult result;
-    result.scan = path;
+    result.scan = detail::shown(path);
     result.records = static_cast<int>(scan.profiles.size());
     result.emptyRecords = scan.emptyRecords;
     result.map = makeHeightMap(scan, options.map, progress);

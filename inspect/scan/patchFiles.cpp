@@ -8,11 +8,13 @@
 #include <QtCore/QDir>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace KxInspect {
 
 void checkPatchFolder(const std::string& folder) {
-    const QStringList taken = QDir(detail::toQt(folder)).entryList({QStringLiteral("seed-*.bin")});
+    const QStringList taken = QDir(detail::QtPath(folder).text()).entryList({QStringLiteral("seed-*.bin")});
     if (!taken.isEmpty()) {
         detail::fail(ErrorKind::Unwritable, {"the folder", folder, {}},
                      QStringLiteral("already holds seeds: '%1'").arg(taken.constFirst()));
@@ -20,11 +22,13 @@ void checkPatchFolder(const std::string& folder) {
 }
 
 void writePatchFiles(const std::string& folder, GridResult& result) {
-    const QString folderName = detail::toQt(folder);
-    if (!QDir().mkpath(folderName)) {
-        detail::fail(ErrorKind::Unwritable, {"the folder", folder, {}}, QStringLiteral("cannot be created"));
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) {
+        detail::fail(ErrorKind::Unwritable, {"the folder", folder, {}},
+                     QStringLiteral("cannot be created: ") + QString::fromStdString(error.message()));
     }
-    const QDir dir(folderName);
+    const auto pathOf = [&](const std::string& name) { return (std::filesystem::path(folder) / name).string(); };
     const std::vector<Patch>& patches = result.found.patches;
     const int digits = std::max(3, static_cast<int>(QString::number(patches.size()).size()));
     std::vector<std::string> files;
@@ -35,15 +39,15 @@ void writePatchFiles(const std::string& folder, GridResult& result) {
             PointSet points;
             points.points = patch.points;
             points.hasZ = true;
-            writePoints(dir.filePath(name).toStdString(), FileKind::Cloud, points);
+            writePoints(pathOf(files.back()), FileKind::Cloud, points);
         }
     } catch (const Error&) {
         for (const std::string& name : files) {
-            QFile::remove(dir.filePath(detail::toQt(name)));
+            std::filesystem::remove(pathOf(name), error);
         }
         throw;
     }
-    result.folder = folder;
+    result.folder = detail::shown(folder);
     result.files = files;
 }
 

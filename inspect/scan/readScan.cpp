@@ -23,9 +23,10 @@ void checkPlacement(const ScanPlacement& placement) {
 
 /// Throws an Error for a file that does not begin with a record of either kind.
 void checkFirstByte(const ErrorSource& source) {
-    QFile file(detail::toQt(source.file));
+    const detail::QtPath where(source.file);
+    QFile file(where.text());
     char first = 0;
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || !file.getChar(&first)) {
+    if (!QFileInfo(where.text()).isFile() || !file.open(QIODevice::ReadOnly) || !file.getChar(&first)) {
         return; // the stream reports the reason
     }
     if (first != KxMath::KxSectionXY && first != KxMath::KxProfileRecord) {
@@ -43,7 +44,7 @@ const char* nameOf(KxMath::KxRecordKind kind) {
 
 /// Reads all records of a file, which must be of one kind.
 void readRecords(const ErrorSource& source, const Progress& progress, Scan& scan) {
-    const std::string step = "reading " + source.file;
+    const std::string step = "reading " + detail::shown(source.file);
     detail::RecordStream stream(source);
     KxMath::KxProfileZ profile;
     KxMath::KxRecordKind kind = KxMath::KxNoRecord;

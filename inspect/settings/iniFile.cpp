@@ -3,6 +3,7 @@
 
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
+#include "inspect/formats/openFile.h"
 #include "inspect/settings/settingKeys.h"
 
 #include <KxMath/KxWheelDetection.h>
@@ -16,22 +17,29 @@ namespace KxInspect::detail {
 
 namespace {
 
-/// QSettings would take a file that is missing or cannot be opened for an empty one.
-QString readable(const std::string& path) {
+/// A name by which QSettings can read the file; it would take one that is missing or cannot be opened for an empty one.
+/// @param copy gets the content when the path is not UTF-8: QSettings remembers what it has read by the name
+QString readable(const std::string& path, QTemporaryFile& copy) {
     const ErrorSource source{"settings", path, {}};
-    const QString name = toQt(path);
-    const QFileInfo info(name);
+    const QtPath where(path);
+    const QFileInfo info(where.text());
     if (!info.exists()) {
         fail(ErrorKind::NotFound, source, QStringLiteral("do not exist"));
     }
     if (!info.isFile()) {
         fail(ErrorKind::Unsuitable, source, QStringLiteral("are not a file"));
     }
-    QFile file(name);
+    QFile file(where.text());
     if (!file.open(QIODevice::ReadOnly)) {
         fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: ") + file.errorString());
     }
-    return name;
+    if (isUtf8(path)) {
+        return where.text();
+    }
+    if (!copy.open() || copy.write(readAll(file, source)) != file.size() || !copy.flush()) {
+        fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be copied: ") + copy.errorString());
+    }
+    return copy.fileName();
 }
 
 } // namespace
@@ -44,7 +52,7 @@ QString lacksKey(const QString& key) {
     return QStringLiteral("lack the key '%1'").arg(key);
 }
 
-IniFile::IniFile(const std::string& path) : path_(path), store_(readable(path), QSettings::IniFormat) {
+IniFile::IniFile(const std::string& path) : path_(path), store_(readable(path, copy_), QSettings::IniFormat) {
     store_.allKeys(); // sections are parsed when they are first looked into
     if (store_.status() != QSettings::NoError) {
         fail(ErrorKind::Damaged, {"settings", path, {}}, QStringLiteral("cannot be parsed as an INI file"));

@@ -4,6 +4,7 @@
 #include <KxInspect/Settings.h>
 
 #include <QtCore/QSettings>
+#include <QtCore/QTemporaryFile>
 
 #include <optional>
 #include <string>
@@ -45,6 +46,7 @@ private:
     void addFault(const QString& key, const QString& reason);
 
     std::string path_;
+    QTemporaryFile copy_;
     QSettings store_;
     std::vector<SettingFault> faults_;
 };

@@ -22,7 +22,7 @@ using namespace detail;
 
 void report(const Progress& progress, const char* step, const std::string& file, double part) {
     if (progress) {
-        progress(file.empty() ? std::string(step) : step + (' ' + file), part);
+        progress(file.empty() ? std::string(step) : step + (' ' + shown(file)), part);
     }
 }
 
@@ -46,7 +46,7 @@ WheelCollector findWheels(const SideInput& side, int mode, const Progress& progr
 PassSide describeSide(const MeasuredSide& measured) {
     const SideInput& input = measured.input;
     PassSide side;
-    side.file = input.path;
+    side.file = shown(input.path);
     side.name = input.name.file.toStdString();
     side.wheelDirectory = input.name.parts.base.toStdString();
     side.serial = input.name.parts.serial;
@@ -77,7 +77,8 @@ std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& o
         WheelCollector found = findWheels(input, options.mode, progress);
         if (!options.wheelFolder.empty()) {
             report(progress, "writing wheels of", input.path, 0.0);
-            writeWheelFiles(toQt(options.wheelFolder), input.name, input.sensor, found);
+            const QtPath folder(options.wheelFolder);
+            writeWheelFiles(folder.text(), input.name, input.sensor, found);
         }
         std::vector<ChosenProfile> chosen;
         for (const FoundWheel& wheel : found.wheels()) {
@@ -138,8 +139,8 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     PassInputs inputs = openPass(recordings, settings, options);
     PassResult result;
     result.mode = options.mode;
-    result.settings = settings.file;
-    result.folder = options.wheelFolder;
+    result.settings = shown(settings.file);
+    result.folder = shown(options.wheelFolder);
     result.baseDistance = inputs.baseDistance;
     result.nominal = options.nominal.value_or(inputs.baseDistance);
     result.tolerance = options.tolerance;

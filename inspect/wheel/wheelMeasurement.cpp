@@ -48,7 +48,8 @@ void checkOptions(const WheelOptions& options) {
 
 /// Whether a file begins with a cloud section of points in space.
 bool isSpatial(const std::string& path) {
-    QFile file(detail::toQt(path));
+    const detail::QtPath where(path);
+    QFile file(where.text());
     const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(1) : QByteArray();
     return head == "\x03" || head == "\x04";
 }
@@ -134,7 +135,7 @@ void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResu
 WheelResult measureRim(const std::vector<Point3>& points, const std::string& file, const WheelOptions& options) {
     checkOptions(options);
     WheelResult result;
-    result.file = file;
+    result.file = detail::shown(file);
     Rim rim;
     for (const Point3& p : points) {
         if (isFinite(p)) {
@@ -153,7 +154,7 @@ WheelResult measureRim(const std::vector<Point3>& points, const std::string& fil
 WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options) {
     checkOptions(options);
     WheelResult result;
-    result.file = wheel.file;
+    result.file = detail::shown(wheel.file);
     try {
         if (!wheel.profile && isSpatial(wheel.file)) {
             return measureRim(readPoints(wheel.file, FileKind::Cloud).points, wheel.file, options);
@@ -175,7 +176,7 @@ WheelResults measureWheels(const std::vector<CrossSection>& wheels, const WheelO
     results.version = KxMath_GetVersionString();
     for (const CrossSection& wheel : wheels) {
         if (progress) {
-            progress("measuring " + wheel.file,
+            progress("measuring " + detail::shown(wheel.file),
                      static_cast<double>(results.wheels.size()) / static_cast<double>(wheels.size()));
         }
         results.wheels.push_back(measureWheel(wheel, options));

@@ -41,7 +41,7 @@ TEST(FailOnTest, RefusesVerdictsThatTheCommandCannotGive) {
             ADD_FAILURE() << "taken: " << list;
         } catch (const CommandError& error) {
             EXPECT_EQ(error.code, WrongUse);
-            EXPECT_TRUE(error.message.startsWith("--fail-on needs a list of out, not-judged, got '"))
+            EXPECT_TRUE(error.message.startsWith("--fail-on needs one of out, not-judged, got '"))
                 << qPrintable(error.message);
         }
     }

@@ -1,5 +1,6 @@
-// Names of files in CSV and on terminals.
+// Names of files on the command line, in CSV and on terminals.
 #include "tools/kxmath/console/csv.h"
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/printable.h"
 
 #include <gtest/gtest.h>
@@ -22,6 +23,23 @@ TEST(Csv, TextsAreQuotedAndNeverRun) {
 
 TEST(Printable, ControlCharactersAreReplaced) {
     EXPECT_EQ(kxtool::printable(QStringLiteral("a\033[31m\n\t\u007f\u009b2Jé.bin")).toStdString(), "a?[31m????2Jé.bin");
+}
+
+TEST(FileNames, KeepAllBytes) {
+    // Characters of 1 to 4 bytes, and what is none: cut ones, too long forms, surrogates, beyond U+10FFFF.
+    const std::tuple<std::string, std::string> cases[] = {
+        {"a/\xc3\xa9\xe2\x82\xac\xf0\x9f\x9a\x82.bin", "a/\xc3\xa9\xe2\x82\xac\xf0\x9f\x9a\x82.bin"},
+        {"m\xfcller", "m%FCller"},
+        {"\xc3", "%C3"},
+        {"\xe2\x82z", "%E2%82z"},
+        {"\xc0\xaf\xe0\x9f\xbf\xf0\x8f\xbf\xbf", "%C0%AF%E0%9F%BF%F0%8F%BF%BF"},
+        {"\xed\xb3\xbc\xed\x9f\xbf", "%ED%B3%BC\xed\x9f\xbf"},
+        {"\xf4\x8f\xbf\xbf\xf4\x90\x80\x80\xff", "\xf4\x8f\xbf\xbf%F4%90%80%80%FF"},
+        {"a\xf0\x9f\x9a\x82\xb0", "a\xf0\x9f\x9a\x82%B0"}};
+    for (const auto& [bytes, shown] : cases) {
+        EXPECT_EQ(kxtool::toBytes(kxtool::fromBytes(bytes)), bytes) << shown;
+        EXPECT_EQ(kxtool::printable(kxtool::fromBytes(bytes)).toStdString(), shown);
+    }
 }
 
 } // namespace

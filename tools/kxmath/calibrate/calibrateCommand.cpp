@@ -5,6 +5,7 @@
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textOptions.h"
 
 #include <KxInspect/Calibration.h>
@@ -109,14 +110,15 @@ std::string readSettings(const QString& path) {
     const auto fail = [&](const QString& why) {
         throw CommandError{BadInput, QStringLiteral("settings '%1' %2").arg(path, why)};
     };
-    const QFileInfo info(path);
+    const KxInspect::detail::QtPath where(toBytes(path));
+    const QFileInfo info(where.text());
     if (!info.exists()) {
         return {};
     }
     if (!info.isFile()) {
         fail(QStringLiteral("cannot be read: not a file"));
     }
-    QFile file(path);
+    QFile file(where.text());
     if (!file.open(QIODevice::ReadOnly)) {
         fail(QStringLiteral("cannot be read: ") + file.errorString());
     }
@@ -125,7 +127,7 @@ std::string readSettings(const QString& path) {
 
 /// The settings with the pose added.
 std::string settingsWith(const std::string& text, const Arguments& a, const KxInspect::SensorPose& pose) {
-    return KxInspect::withPose(text, {a.sensor, pose, a.task.placement}, a.settingsName.toStdString());
+    return KxInspect::withPose(text, {a.sensor, pose, a.task.placement}, toBytes(a.settingsName));
 }
 
 /// The profiles of all files with their names.
@@ -135,14 +137,14 @@ std::vector<KxInspect::NamedProfile> readAll(const Arguments& a, Progress& progr
     for (const QString& file : a.files) {
         progress.step(QStringLiteral("reading %1").arg(file));
         try {
-            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(file.toStdString(), a.text);
+            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(toBytes(file), a.text);
             for (size_t i = 0; i < profiles.size(); ++i) {
                 const QString name =
                     profiles.size() == 1 ? file : QStringLiteral("%1, profile %2").arg(file, QString::number(i + 1));
-                all.push_back({name.toStdString(), profiles[i]});
+                all.push_back({printable(name).toStdString(), profiles[i]});
             }
         } catch (const KxInspect::Error& error) {
-            unreadable.push_back("'" + error.source().file + "' " + error.reason());
+            unreadable.push_back(error.what());
         }
     }
     return all;

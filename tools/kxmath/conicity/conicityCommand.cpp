@@ -5,6 +5,7 @@
 #include "tools/kxmath/conicity/conicityText.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/fileNames.h"
 
 namespace kxtool {
 
@@ -23,7 +24,7 @@ int runChecked(const QStringList& arguments) {
     const KxInspect::ConicityInput input = options.input();
     QStringList files;
     for (const KxInspect::CrossSection& section : input.sections) {
-        files += QString::fromStdString(section.file);
+        files += fromBytes(section.file);
     }
     checkOutputs({&json, &csv, &report}, files);
     const KxInspect::ConicityResult result = measureConicity(input);

@@ -1,6 +1,7 @@
 // The options of kxmath conicity.
 #include "tools/kxmath/conicity/conicityOptions.h"
 
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/textOptions.h"
 
 namespace kxtool {
@@ -91,7 +92,7 @@ ConicityInput ConicityOptions::input() const {
     };
     ConicityInput input;
     for (const WheelSetPart part : kParts) {
-        input.sections[part].file = needed(nameOf(part)).toStdString();
+        input.sections[part].file = toBytes(needed(nameOf(part)));
     }
     for (const char* const name : {"gauge", "back-to-back"}) {
         needed(name);

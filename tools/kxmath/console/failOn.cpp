@@ -41,19 +41,14 @@ FailOn::FailOn(const Options& options, const std::vector<PossibleVerdict>& possi
     if (!options.isSet(kOption)) {
         return;
     }
+    QStringList known;
+    for (const PossibleVerdict& p : possible) {
+        known.append(nameOf(p.verdict));
+    }
     for (const QString& list : options.texts(kOption)) {
         for (const QString& name : list.split(QLatin1Char(','))) {
-            const auto found = std::find_if(possible.begin(), possible.end(), [&](const PossibleVerdict& p) {
-                return nameOf(p.verdict) == name.trimmed();
-            });
-            if (found == possible.end()) {
-                QStringList known;
-                std::transform(possible.begin(), possible.end(), std::back_inserter(known),
-                               [](const PossibleVerdict& p) { return nameOf(p.verdict); });
-                options.failNeed(QStringLiteral("--fail-on"),
-                                 QStringLiteral("a list of %1").arg(known.join(QStringLiteral(", "))), name);
-            }
-            verdicts_.push_back(found->verdict);
+            options.checkChoice(name.trimmed(), QStringLiteral("--fail-on"), known);
+            verdicts_.push_back(possible[static_cast<std::size_t>(known.indexOf(name.trimmed()))].verdict);
         }
     }
 }

@@ -3,10 +3,14 @@
 
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/fileNames.h"
 
 #include <KxInspect/AtomicFile.h>
 
-#include <QtCore/QFileInfo>
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -15,12 +19,14 @@ namespace kxtool {
 namespace {
 
 /// The canonical path of a file; that of its folder and its name for a file that does not exist yet.
-QString uniquePath(const QString& path) {
-    const QFileInfo file(path);
-    if (file.exists()) {
-        return file.canonicalFilePath();
+std::string uniquePath(const QString& name) {
+    std::error_code none;
+    const std::filesystem::path path = toBytes(name);
+    if (std::filesystem::exists(path, none)) {
+        return std::filesystem::canonical(path, none).string();
     }
-    return QFileInfo(file.absolutePath()).canonicalFilePath() + QLatin1Char('/') + file.fileName();
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    return (std::filesystem::canonical(folder, none) / path.filename()).string();
 }
 
 /// What a terminal may show of a text: lines and tabs.
@@ -46,7 +52,7 @@ void OutputFile::write(const QString& content) const {
 }
 
 KxInspect::ErrorSource OutputFile::source() const {
-    return {option_.toStdString(), name_.toStdString(), {}};
+    return {option_.toStdString(), toBytes(name_), {}};
 }
 
 void OutputFile::checkWritable() const {
@@ -54,20 +60,20 @@ void OutputFile::checkWritable() const {
 }
 
 void checkOutputs(const std::vector<const OutputFile*>& outputs, const QStringList& inputs) {
-    QStringList taken;
+    std::vector<std::string> taken;
     for (const QString& input : inputs) {
-        taken.append(uniquePath(input));
+        taken.push_back(uniquePath(input));
     }
     for (const OutputFile* const output : outputs) {
         if (!output->isWanted()) {
             continue;
         }
-        const QString path = output->isStandardOutput() ? output->name_ : uniquePath(output->name_);
-        if (taken.contains(path)) {
+        const std::string path = output->isStandardOutput() ? "-" : uniquePath(output->name_);
+        if (std::find(taken.begin(), taken.end(), path) != taken.end()) {
             throw CommandError{WrongUse, QStringLiteral("%1 names '%2', which is an input or another output")
                                              .arg(output->option_, output->name_)};
         }
-        taken.append(path);
+        taken.push_back(path);
         if (!output->isStandardOutput()) {
             output->checkWritable();
         }

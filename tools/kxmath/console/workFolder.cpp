@@ -2,58 +2,81 @@
 #include "tools/kxmath/console/workFolder.h"
 
 #include "tools/kxmath/console/commandError.h"
+#include "tools/kxmath/console/fileNames.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
-
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <new>
-#include <utility>
+#include <system_error>
+#include <vector>
+
+#include <sys/stat.h>
 
 namespace kxtool {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int kMostFolders = 100000;
 
-[[noreturn]] void failFolder(const QString& path, const QString& why) {
-    throw CommandError{OutputFailed, QStringLiteral("cannot write in folder '%1': %2").arg(path, why)};
+[[noreturn]] void failFolder(const std::string& path, const std::string& why) {
+    throw CommandError{
+        OutputFailed,
+        QStringLiteral("cannot write in folder '%1': %2").arg(fromBytes(path), QString::fromStdString(why))};
 }
 
-QString lastError() {
-    return QString::fromLocal8Bit(std::strerror(errno));
+std::string lastError() {
+    return std::strerror(errno);
 }
 
-QString numbered(const QString& name, int number) {
-    return number == 1 ? name : name + QLatin1Char('-') + QString::number(number);
+std::string numbered(const std::string& name, int number) {
+    return number == 1 ? name : name + '-' + std::to_string(number);
+}
+
+/// Whether something is there, be it a link that leads nowhere.
+bool isTaken(const std::string& path) {
+    std::error_code none;
+    return fs::exists(fs::symlink_status(path, none));
+}
+
+bool isFolder(const std::string& path) {
+    std::error_code none;
+    return fs::is_directory(path, none);
+}
+
+/// Without "." and "..", and without a slash at its end.
+fs::path absolutePath(const std::string& path) {
+    std::error_code none;
+    const fs::path whole = fs::absolute(path, none).lexically_normal();
+    return whole.has_filename() ? whole : whole.parent_path();
 }
 
 } // namespace
 
 WorkFolder::WorkFolder(const QString& parent, const QString& name)
-    : parent_(QFileInfo(parent).absoluteFilePath()), name_(name) {
-    errno = 0;
-    if (!QDir().mkpath(parent_)) {
-        failFolder(parent, errno != 0 ? lastError() : QStringLiteral("it is not a folder"));
+    : parent_(absolutePath(toBytes(parent)).string()), name_(toBytes(name)) {
+    std::error_code error;
+    if (fs::create_directories(parent_, error); error) {
+        failFolder(parent_, error.message());
     }
-    for (int number = 1; number < kMostFolders; ++number) {
-        const QString candidate = parent_ + QStringLiteral("/incomplete-") + numbered(name_, number);
+    for (int number = 1; number < kMostFolders && path_.empty(); ++number) {
+        constexpr mode_t kAll = 0777; // the mask of the process takes its part
+        const std::string candidate = parent_ + "/incomplete-" + numbered(name_, number);
         // Making a folder fails when it is there: no two runs get the same one.
-        if (QDir().mkdir(candidate)) {
+        if (mkdir(candidate.c_str(), kAll) == 0) {
             path_ = candidate;
-            break;
-        }
-        const QString why = lastError();
-        if (!QFileInfo(candidate).exists() && !QFileInfo(candidate).isSymLink()) {
-            failFolder(parent, why);
+        } else if (errno != EEXIST) {
+            failFolder(parent_, lastError());
         }
     }
-    if (path_.isEmpty()) {
-        failFolder(parent, QStringLiteral("too many incomplete folders are there"));
+    if (path_.empty()) {
+        failFolder(parent_, "too many incomplete folders are there");
     }
+    qtPath_.emplace(path_);
 }
 
 WorkFolder::~WorkFolder() {
@@ -61,83 +84,95 @@ WorkFolder::~WorkFolder() {
         return;
     }
     try {
-        QDir(path_).removeRecursively();
+        std::error_code none;
+        fs::remove_all(path_, none);
     } catch (const std::bad_alloc&) { // the folder stays; its name says what it is
     }
 }
 
 WorkFolder WorkFolder::forTarget(const QString& target) {
-    const QFileInfo info(QDir::cleanPath(QFileInfo(target).absoluteFilePath()));
-    return {info.isDir() ? info.filePath() : info.path(), info.fileName()};
+    const fs::path path = absolutePath(toBytes(target));
+    return {fromBytes((isFolder(path.string()) ? path : path.parent_path()).string()),
+            fromBytes(path.filename().string())};
 }
 
 void WorkFolder::link(const QString& source, const QString& name) const {
-    if (!QFile::link(QFileInfo(source).absoluteFilePath(), path_ + QLatin1Char('/') + name)) {
+    std::error_code error;
+    fs::create_symlink(absolutePath(toBytes(source)), path_ + '/' + toBytes(name), error);
+    if (error) {
         copy(source, name);
     }
 }
 
 void WorkFolder::copy(const QString& source, const QString& name) const {
-    QFile file(source);
-    if (!file.copy(path_ + QLatin1Char('/') + name)) {
-        failFolder(path_, file.errorString());
+    std::error_code error;
+    fs::copy_file(toBytes(source), path_ + '/' + toBytes(name), error);
+    if (error) {
+        failFolder(path_, error.message());
     }
 }
 
 void WorkFolder::finish() {
     throwIfInterrupted();
     for (int number = 1; number < kMostFolders; ++number) {
-        const QString candidate = parent_ + QLatin1Char('/') + numbered(name_, number);
-        const QFileInfo taken(candidate);
-        if (taken.exists() || taken.isSymLink()) {
+        const std::string candidate = parent_ + '/' + numbered(name_, number);
+        if (isTaken(candidate)) {
             continue;
         }
         // Another run may take the name meanwhile; renaming onto its folder fails, since that is not empty.
-        if (QDir().rename(path_, candidate)) {
+        if (std::rename(path_.c_str(), candidate.c_str()) == 0) {
             path_ = candidate;
             isFinished_ = true;
             return;
         }
-        const QString why = lastError();
-        if (!QFileInfo::exists(candidate)) {
+        const std::string why = lastError();
+        if (!isTaken(candidate)) {
             failFolder(parent_, why);
         }
     }
-    failFolder(parent_, QStringLiteral("no free name for '%1'").arg(name_));
+    failFolder(parent_, "no free name for '" + name_ + "'");
 }
 
 void WorkFolder::finishAs(const QString& target, const QString& last) {
     throwIfInterrupted();
-    if (QFileInfo(target).isDir()) {
-        moveInto(target, last);
-    } else if (!QDir().rename(path_, target)) {
-        failFolder(target, lastError());
+    const std::string path = toBytes(target);
+    if (isFolder(path)) {
+        moveInto(path, toBytes(last));
+    } else if (std::rename(path_.c_str(), path.c_str()) != 0) {
+        failFolder(path, lastError());
     } else {
-        path_ = QFileInfo(target).absoluteFilePath();
+        path_ = absolutePath(path).string();
     }
     isFinished_ = true;
 }
 
-void WorkFolder::moveInto(const QString& target, const QString& last) {
-    const QDir from(path_);
-    const QDir to(target);
-    QStringList names = from.entryList(QDir::Files, QDir::Name);
-    if (names.removeOne(last)) {
-        names.append(last);
-        const QString older = to.filePath(last);
-        if (QFileInfo(older).isFile() && !QFile::remove(older)) {
-            failFolder(older, lastError());
+void WorkFolder::moveInto(const std::string& target, const std::string& last) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator at(path_, error), end; !error && at != end; at.increment(error)) {
+        names.push_back(at->path().filename().string());
+    }
+    if (error) {
+        failFolder(path_, error.message());
+    }
+    // By name, `last` behind all others.
+    std::sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
+        return std::pair(a == last, a) < std::pair(b == last, b);
+    });
+    const fs::path to(target);
+    const fs::path older = to / last;
+    if (!names.empty() && names.back() == last && fs::is_regular_file(older, error) && !fs::remove(older, error)) {
+        failFolder(older.string(), error.message());
+    }
+    for (const std::string& name : names) {
+        const fs::path place = to / name;
+        if (std::rename((fs::path(path_) / name).c_str(), place.c_str()) != 0) {
+            throw CommandError{OutputFailed, QStringLiteral("cannot write '%1': %2")
+                                                 .arg(fromBytes(place.string()), QString::fromStdString(lastError()))};
         }
     }
-    for (const QString& name : std::as_const(names)) {
-        const QByteArray source = QFile::encodeName(from.filePath(name));
-        if (std::rename(source.constData(), QFile::encodeName(to.filePath(name)).constData()) != 0) {
-            throw CommandError{OutputFailed,
-                               QStringLiteral("cannot write '%1': %2").arg(to.filePath(name), lastError())};
-        }
-    }
-    if (!QDir().rmdir(path_)) {
-        failFolder(path_, lastError());
+    if (fs::remove(path_, error); error) {
+        failFolder(path_, error.message());
     }
 }
 

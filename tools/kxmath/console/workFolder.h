@@ -1,10 +1,13 @@
 // The folder in which a command works until what it writes is whole.
 #pragma once
 
+#include "inspect/base/paths.h"
 #include "tools/kxmath/console/interruption.h"
 
 #include <QtCore/QString>
-#include <QtCore/QStringList>
+
+#include <optional>
+#include <string>
 
 namespace kxtool {
 
@@ -22,8 +25,10 @@ public:
     /// A folder whose files are for `target`: inside it where it is there, else beside it.
     static WorkFolder forTarget(const QString& target);
 
-    /// Where the folder is now, absolute.
-    const QString& path() const { return path_; }
+    /// Where the folder is now, absolute; the bytes of the system.
+    const std::string& path() const { return path_; }
+    /// The same as Qt reaches it until it is moved.
+    const QString& qtPath() const { return qtPath_->text(); }
 
     /// Links a file into the folder; where there are no links it is copied.
     void link(const QString& source, const QString& name) const;
@@ -38,12 +43,13 @@ public:
     void finishAs(const QString& target, const QString& last = {});
 
 private:
-    void moveInto(const QString& target, const QString& last);
+    void moveInto(const std::string& target, const std::string& last);
 
     Interruption interruption_;
-    QString parent_;
-    QString name_;
-    QString path_;
+    std::string parent_;
+    std::string name_;
+    std::string path_;
+    std::optional<KxInspect::detail::QtPath> qtPath_;
     bool isFinished_ = false;
 };
 

@@ -2,6 +2,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/textOptions.h"
 
@@ -62,7 +63,7 @@ FileKind kindOf(const Options& options, const char* option, const QString& fileN
         }
         return KxInspect::kindByName(options.oneOf(option, names).toStdString()).value();
     }
-    const std::string path = fileName.toStdString();
+    const std::string path = toBytes(fileName);
     const bool hasContent = isRead && !isStream(fileName);
     if (const auto kind = hasContent ? KxInspect::kindOfFile(path) : KxInspect::kindByFileName(path)) {
         return *kind;
@@ -105,7 +106,7 @@ bool copyAll(QFile& from, QFile& to) {
 
 /// Throws an error about a scratch file as one about the file that the user named.
 [[noreturn]] void rethrow(const KxInspect::Error& error, const QString& name) {
-    throw KxInspect::Error(error.kind(), {{}, name.toStdString(), {}}, error.reason(), error.place());
+    throw KxInspect::Error(error.kind(), {{}, toBytes(name), {}}, error.reason(), error.place());
 }
 
 KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir& scratch) {
@@ -119,7 +120,7 @@ KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir&
         }
     }
     try {
-        return KxInspect::readPoints(path.toStdString(), conversion.from, conversion.text);
+        return KxInspect::readPoints(toBytes(path), conversion.from, conversion.text);
     } catch (const KxInspect::Error& error) {
         rethrow(error, conversion.in);
     }
@@ -129,7 +130,7 @@ void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points
     const bool isOutput = isStream(conversion.out);
     const QString path = isOutput ? scratch.filePath(QStringLiteral("out")) : conversion.out;
     try {
-        KxInspect::writePoints(path.toStdString(), conversion.to, points);
+        KxInspect::writePoints(toBytes(path), conversion.to, points);
     } catch (const KxInspect::Error& error) {
         rethrow(error, conversion.out);
     }

@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/grid/gridOptions.h"
 #include "tools/kxmath/grid/gridText.h"
@@ -17,16 +18,16 @@ int run(const GridArguments& arguments) {
     const QString& folder = arguments.patchFolder;
     checkOutputs({&arguments.json, &arguments.report}, {arguments.scan});
     if (!folder.isEmpty()) {
-        KxInspect::checkPatchFolder(folder.toStdString());
+        KxInspect::checkPatchFolder(toBytes(folder));
     }
     Progress progress;
     KxInspect::GridResult grid =
-        KxInspect::measureGrid(arguments.scan.toStdString(), arguments.options, progress.callback());
+        KxInspect::measureGrid(toBytes(arguments.scan), arguments.options, progress.callback());
     if (!folder.isEmpty()) {
         WorkFolder work = WorkFolder::forTarget(folder);
-        writePatchFiles(work.path().toStdString(), grid);
+        writePatchFiles(work.path(), grid);
         work.finishAs(folder);
-        grid.folder = folder.toStdString();
+        grid.folder = printable(folder).toStdString();
     }
     progress.wipe();
     if (arguments.report.isWanted()) {

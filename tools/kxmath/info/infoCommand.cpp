@@ -99,7 +99,7 @@ QString contentsText(const QString& name, const FileContents& contents) {
 /// Prints what is in one file. @return the exit code for this file
 int printContents(const QString& name, const KxInspect::TextOptions& text) {
     Progress progress;
-    const FileContents contents = KxInspect::readFileContents(name.toStdString(), progress.callback(), text);
+    const FileContents contents = KxInspect::readFileContents(toBytes(name), progress.callback(), text);
     progress.wipe();
     printOutput(contentsText(name, contents));
     if (contents.damage) {

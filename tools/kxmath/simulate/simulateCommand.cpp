@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/simulate/shotOptions.h"
 
@@ -109,7 +110,10 @@ Parameters readParameters(const Options& options) {
         readNumber(options, info, parameters);
     }
     parameters.seed = seedOption(options);
-    parameters.prefix = options.text("prefix").toStdString();
+    parameters.prefix = toBytes(options.text("prefix")); // a part of texts, too
+    if (!KxInspect::detail::isUtf8(parameters.prefix)) {
+        options.failNeed(QStringLiteral("--prefix"), QStringLiteral("UTF-8"), options.text("prefix"));
+    }
     const bool areProfiles = options.oneOf("records", {"profile", "cloud"}) == QLatin1String("profile");
     parameters.records = areProfiles ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
     parameters.hasEqualAngles = options.oneOf("spacing", {"angle", "line"}) == QLatin1String("angle");
@@ -141,9 +145,9 @@ int runChecked(const QStringList& arguments) {
     const auto show = [&](double share) { progress.part(static_cast<qint64>(1000.0 * share), 1000); };
     WorkFolder work = WorkFolder::forTarget(folder);
     if (shots) {
-        kxsim::writeCalibrationShots(*shots, work.path());
+        kxsim::writeCalibrationShots(*shots, work.qtPath());
     } else {
-        kxsim::simulatePass(parameters, work.path(), show);
+        kxsim::simulatePass(parameters, work.qtPath(), show);
     }
     work.finishAs(folder, QStringLiteral("truth.json")); // which stands for whole recordings
     return Done;

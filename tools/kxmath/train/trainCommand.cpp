@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/train/passText.h"
 #include "tools/kxmath/train/trainOptions.h"
@@ -49,7 +50,7 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
     pass.nominal = options.nominal;
     pass.tolerance = options.tolerance;
     if (!options.defects.isEmpty()) {
-        pass.defects = KxInspect::readDefectSettings(options.defects.toStdString());
+        pass.defects = KxInspect::readDefectSettings(toBytes(options.defects));
     }
     if (options.defectRange) {
         pass.defects->limits.fromX = options.defectRange->front();
@@ -64,7 +65,7 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
 void checkFiles(const TrainOptions& options) {
     QStringList inputs = {options.settings};
     for (const std::string& recording : options.recordings) {
-        inputs.append(QString::fromStdString(recording));
+        inputs.append(fromBytes(recording));
     }
     if (!options.defects.isEmpty()) {
         inputs.append(options.defects);
@@ -80,20 +81,20 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
         std::pair(KxInspect::recordingName(options.recordings[0]), KxInspect::recordingName(options.recordings[1]));
     WorkFolder folder(options.out,
                       passFolderName(QString::fromStdString(first.base), QString::fromStdString(second.base)));
-    folder.link(QString::fromStdString(options.recordings[0]), QString::fromStdString(first.file));
-    folder.link(QString::fromStdString(options.recordings[1]), QString::fromStdString(second.file));
+    folder.link(fromBytes(options.recordings[0]), QString::fromStdString(first.file));
+    folder.link(fromBytes(options.recordings[1]), QString::fromStdString(second.file));
     folder.copy(options.settings, QStringLiteral("settings.ini"));
     if (passOptions.defects) {
         folder.copy(options.defects, QStringLiteral("defects.ini"));
     }
-    passOptions.wheelFolder = folder.path().toStdString();
+    passOptions.wheelFolder = folder.path();
     PassResult pass = measurePass(options.recordings, settings, passOptions, progress.callback());
     pass.folder.clear();
     if (pass.distances() > 0) {
-        const OutputFile json(QStringLiteral("result"), folder.path() + QStringLiteral("/result.json"));
+        const OutputFile json(QStringLiteral("result"), fromBytes(folder.path() + "/result.json"));
         json.write(QString::fromStdString(toJson(pass)));
         folder.finish();
-        pass.folder = folder.path().toStdString();
+        pass.folder = printable(fromBytes(folder.path())).toStdString();
     }
     return pass;
 }
@@ -116,7 +117,7 @@ void writeOutputs(const TrainOptions& options, const PassResult& pass) {
 }
 
 int run(const TrainOptions& options) {
-    const KxInspect::StationSettings settings = KxInspect::readStationSettings(options.settings.toStdString());
+    const KxInspect::StationSettings settings = KxInspect::readStationSettings(toBytes(options.settings));
     const KxInspect::PassOptions measuring = passOptions(options);
     checkPass(options.recordings, settings, measuring);
     checkFiles(options);

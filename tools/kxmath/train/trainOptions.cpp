@@ -1,6 +1,8 @@
 // What the user of kxmath train asks for.
 #include "tools/kxmath/train/trainOptions.h"
 
+#include "tools/kxmath/console/fileNames.h"
+
 #include "tools/kxmath/console/options.h"
 
 namespace kxtool {
@@ -129,7 +131,7 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
     }
     std::vector<std::string> recordings;
     for (const QString& path : options.arguments("recordings", 2, 2)) {
-        recordings.push_back(path.toStdString());
+        recordings.push_back(toBytes(path));
     }
     return TrainOptions{recordings,
                         options.needed("settings"),

@@ -1,6 +1,7 @@
 // The options of kxmath wheel.
 #include "tools/kxmath/wheel/wheelOptions.h"
 
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/textOptions.h"
 
 namespace kxtool {
@@ -80,7 +81,7 @@ std::vector<KxInspect::CrossSection> WheelCommandOptions::wheels() const {
     wheel.text = textOptions(*this);
     std::vector<KxInspect::CrossSection> result;
     for (const QString& file : arguments("files", 1)) {
-        wheel.file = file.toStdString();
+        wheel.file = toBytes(file);
         result.push_back(wheel);
     }
     return result;
