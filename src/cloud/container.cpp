@@ -122,6 +122,7 @@ float averageY(const QList<Point>& points) {
 } // namespace
 
 // A full specialisation is no template: its members are defined one by one. These are those of all clouds.
+// NOLINTBEGIN(bugprone-macro-parentheses): a type cannot stand in parentheses
 #define KXMATH_DEFINE_CONTAINER(Point)                                                                                 \
     KxPointCloud<Point>::KxPointCloud() {                                                                              \
         initialise(*this);                                                                                             \
@@ -173,6 +174,7 @@ float averageY(const QList<Point>& points) {
     float KxPointCloud<Point>::calcAverageY() {                                                                        \
         return averageY(points);                                                                                       \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 KXMATH_DEFINE_CONTAINER(KxPointXY)
 KXMATH_DEFINE_CONTAINER(KxPointXYZ)

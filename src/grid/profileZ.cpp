@@ -30,6 +30,7 @@ KxProfileZ::KxProfileZ(float z) : z(z) {}
 
 KxProfileZ::KxProfileZ(float z, float* buffer, unsigned short count) : KxProfile(buffer, count), z(z) {}
 
+// NOLINTNEXTLINE(bugprone-copy-constructor-init): the assignment below appends the points of the base
 KxProfileZ::KxProfileZ(const KxProfileZ& other) : KxProfile() {
     *this = other;
 }

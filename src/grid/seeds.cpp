@@ -161,7 +161,7 @@ int KxMatrixWithHistos::extractSeeds(KxMatrixCloud& matrix, QList<KxPointCloud<K
             if (gather(cells, *pendingSeeds, matrix, *cloud, start.row, start.column, tolerance, minCount, maxDrop) >=
                 minCount) {
                 seeds->append(cloud.get());
-                cloud.release(); // now that the list has it
+                static_cast<void>(cloud.release()); // now that the list has it
             }
         }
     }

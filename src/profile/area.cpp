@@ -78,7 +78,7 @@ float refinedArea(KxProfile& profile) {
     }
     float area = kNaN;
     float step = kFirstStep;
-    for (int halvings = 0; halvings <= kMaxHalvings; ++halvings, step *= 0.5f) {
+    for (int halvings = 0; halvings <= kMaxHalvings; ++halvings) {
         const std::optional<float> refined = sampledArea(spline, step);
         if (!refined) {
             break; // a smaller step does not reach the end either
@@ -88,6 +88,7 @@ float refinedArea(KxProfile& profile) {
         if (difference <= kTolerance) { // NaN: false, as in the first round
             break;
         }
+        step *= 0.5f;
     }
     return area;
 }

@@ -38,10 +38,12 @@ bool detail::isWheel(const QList<KxPointXY>& points, const KxLine& level, const 
     return count(points, isBetween) > minPoints;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface takes a copy
 bool METRO_isWheel(KxProfile profile, KxLine level, int minPoints) {
     return detail::isWheel(profile.points, level, minPoints);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface takes a copy
 bool METRO_isWheel(KxProfile profile, KxLine level, KxLine low, int minPoints) {
     return detail::isWheel(profile.points, level, low, minPoints);
 }

@@ -64,13 +64,13 @@ template <typename Doubles, std::size_t N>
 }
 
 /// Taylor's coefficients of atan(t) / t in powers of t^2: 1, -1/3, 1/5 and so on.
-constexpr std::array<double, 14> kAtanCoeffs = [] {
+constexpr std::array<double, 14> atanCoeffs() {
     std::array<double, 14> coeffs{};
     for (std::size_t i = 0; i < coeffs.size(); ++i) {
         coeffs[i] = (i % 2 == 0 ? 1.0 : -1.0) / static_cast<double>(2 * i + 1);
     }
     return coeffs;
-}();
+}
 
 /// Taylor's coefficients of sin(r) / r (`first` 1) or cos(r) (`first` 0) in powers of r^2: 1 / n! with changing sign.
 constexpr std::array<double, 8> sineCoeffs(int first) {
@@ -84,6 +84,7 @@ constexpr std::array<double, 8> sineCoeffs(int first) {
     return coeffs;
 }
 
+constexpr std::array<double, 14> kAtanCoeffs = atanCoeffs();
 constexpr std::array<double, 8> kSinCoeffs = sineCoeffs(1);
 constexpr std::array<double, 8> kCosCoeffs = sineCoeffs(0);
 

@@ -22,7 +22,7 @@ inline std::uint32_t orderedBits(float key, bool ascending) {
     constexpr std::uint32_t kSign = 0x80000000u;
     const std::uint32_t bits = std::bit_cast<std::uint32_t>(key + 0.0f); // -0 becomes 0
     // The bits of positive floats rise with the float, those of negative ones fall, and are inverted.
-    const std::uint32_t rising = bits & kSign ? ~bits : bits | kSign;
+    const std::uint32_t rising = (bits & kSign) != 0 ? ~bits : bits | kSign;
     return ascending ? rising : ~rising;
 }
 

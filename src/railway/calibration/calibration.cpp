@@ -167,6 +167,7 @@ void store(const detail::SensorPose& pose, const KxPlacement& placement, _KxMETR
 } // namespace
 
 bool METRO_calcAnglesCoord(KxProfile& profile, float p1, float p2, float p3, float p4, _KxMETRO_SensorCoord_& coord,
+                           // NOLINTNEXTLINE(performance-unnecessary-value-param): the interface takes a copy
                            QList<QPointF> apexes, _KxMETRO_DbgData_* dbg) {
     constexpr float kMaxDY = 2.0f;
     if (dbg != nullptr) {

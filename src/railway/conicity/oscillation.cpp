@@ -30,7 +30,8 @@ std::optional<qsizetype> findCentre(const QList<KxPointXY>& deltaR) {
             centre = candidate;
         }
     };
-    for (double tolerance = 0.001; !centre; tolerance *= 1.25) {
+    double tolerance = 0.001;
+    while (!centre) {
         for (qsizetype i = 0; i < deltaR.size(); ++i) {
             const float value = deltaR[i].y;
             if (static_cast<double>(std::abs(value)) <= tolerance) { // NaN: false
@@ -39,6 +40,7 @@ std::optional<qsizetype> findCentre(const QList<KxPointXY>& deltaR) {
                 consider(std::abs(deltaR[i + 1].y) < std::abs(value) ? i + 1 : i);
             }
         }
+        tolerance *= 1.25;
     }
     return centre;
 }
