@@ -52,7 +52,7 @@ WheelPair makePair(const Parameters& p, int number, double behind) {
 /// Collects boxes on both sides of a train.
 class EquipmentMaker {
 public:
-    EquipmentMaker(const Parameters& p) : parameters(p), random({p.seed, EquipmentStream}) {}
+    explicit EquipmentMaker(const Parameters& p) : parameters(p), random({p.seed, EquipmentStream}) {}
 
     /// @param ahead distance of the middle before the first axle of the train, negative behind it
     /// @param fromFace,toFace distances from the nominal back face, towards the field side

@@ -67,7 +67,7 @@ TEST_F(Train, GivesTheSameFromAnyFolderAndWithOldFilesAround) {
     }
     for (const QString from : {".", "results", "a_1.bin/b"}) {
         const QStringList outputs = {"--csv", "out.csv", "--json", "out.json", "--report", "out.html", "--mode", "3"};
-        const ToolResult result = runTool(path(from), QStringList("train") + with(outputs, from));
+        runTool(path(from), QStringList("train") + with(outputs, from));
         EXPECT_EQ(read(from + "/out.csv").toStdString(), kTable);
         EXPECT_EQ(readJson(from + "/out.json")["distances"].toInt(), 3);
         EXPECT_TRUE(read(from + "/out.html").startsWith("<!DOCTYPE html>"));

@@ -32,10 +32,10 @@ struct Case {
     bool run() { return METRO_calcAnglesCoord(profile, p1, p2, p3, p4, coord, apexes, &dbg); }
 
     void removeFlank(int i) {
-        const QList<QPointF> apexes = trueApexes();
+        const QList<QPointF> ends = trueApexes();
         profile.points.removeIf([&](const KxPointXY& p) {
             const double x = static_cast<double>(p.x);
-            return x > apexes[i - 1].x() && x < apexes[i].x();
+            return x > ends[i - 1].x() && x < ends[i].x();
         });
     }
 
@@ -68,7 +68,7 @@ struct Case {
                                     {0, 0, 0, 0},      {p / 2, 0, depth, 0},
                                     {p, 0, 0, 0},      {1.75 * p, t / 2, 0.75 * p * object.slope, t / 2 * object.slope},
                                     {2.5 * p, t, 0, 0}};
-        QList<QPointF> apexes;
+        QList<QPointF> found;
         const kxsim::Vec3 u = pose.u(), v = pose.v();
         for (const auto& [z, k, d, e] : lines) {
             // origin + px u + py v on both planes up Z - k X = z and Y - facing e X = crestY + facing d.
@@ -76,9 +76,9 @@ struct Case {
             const double f = u.y - facing * e * u.x, g = v.y - facing * e * v.x;
             const double r = z - up * pose.origin.z + k * pose.origin.x;
             const double s = object.crestY + facing * d - pose.origin.y + facing * e * pose.origin.x;
-            apexes.append(QPointF((r * g - s * b) / (a * g - f * b), (a * s - f * r) / (a * g - f * b)));
+            found.append(QPointF((r * g - s * b) / (a * g - f * b), (a * s - f * r) / (a * g - f * b)));
         }
-        return apexes;
+        return found;
     }
 };
 

@@ -110,8 +110,8 @@ _WheelProfileValues literalParameters(Cloud& rim, KxCircle circle, KxProfile& P)
     v.heightExcess = h - (h >= 29 ? 30.0f : 28.0f);
     const int c = crossing(18.0f);
     if (c >= 0) {
-        const float t = (18 - y(c - 1)) / (y(c) - y(c - 1));
-        v.xAtLevel18 = (x(c) - x(c - 1)) * t + x(c - 1);
+        const float part = (18 - y(c - 1)) / (y(c) - y(c - 1));
+        v.xAtLevel18 = (x(c) - x(c - 1)) * part + x(c - 1);
     }
     return v;
 }
