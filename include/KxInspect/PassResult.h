@@ -18,16 +18,30 @@ namespace KxInspect {
 
 /// The tread of one wheel, each profile compared with a smooth curve through it.
 struct TreadDefects {
-    int judged = 0; ///< profiles with enough points between the lines, see kFewestJudgedPoints
+    int judged = 0; ///< profiles that show enough of the tread between the lines, see kFewestJudgedPoints
     std::vector<int> profiles; ///< the numbers of the defective ones, ascending
     int deviating = 0; ///< points of all judged profiles that deviate
     int worstProfile = 0; ///< the judged one with the largest deviation, 0 when there is none
     float largest = std::numeric_limits<float>::quiet_NaN(); ///< its deviation, mm; NaN when there is none
-    bool isDefective = false; ///< more profiles are defective than allowed; says nothing when none is judged
+    /// More profiles are defective than allowed. Absent without a verdict: PassWheel::defectsReason says why. A tread is
+    /// sound only when enough profiles are judged; defects that were found count however few these are.
+    std::optional<bool> isDefective;
 };
 
-/// A profile with fewer points between the lines is not judged: a curve of 21 coefficients follows whatever it shows.
+/// A profile with fewer points (at different x) between the lines is not judged: a curve of 21 coefficients follows
+/// whatever it shows.
 inline constexpr int kFewestJudgedPoints = 63;
+
+/// @{ Where the tread is looked for: around the tape circle, distances behind the reference line, mm. A profile is judged
+/// when it shows, between the lines, at least so many millimetres of this range.
+inline constexpr float kTreadFrom = 45.0f;
+inline constexpr float kTreadTo = 95.0f;
+inline constexpr int kLeastTread = 8;
+/// @}
+
+/// A tread is called sound when at least one in so many profiles of the wheel is judged, and more than the defective
+/// ones that are allowed.
+inline constexpr int kProfilesPerJudged = 10;
 
 /// The radius of the tread in one profile.
 struct RadiusDeviation {
@@ -53,10 +67,12 @@ struct PassWheel {
     int firstRecord = 0; ///< from 1 on
     int chosenProfile = 0; ///< the one with the most points below the level line, 0 when none has any
     int points = 0; ///< of the chosen profile below the level line
-    std::optional<TreadDefects> defects; ///< absent when they were not looked for
-    /// Absent when it was not looked for, or could not be judged: the records have no rising z, too few profiles show
+    std::optional<TreadDefects> defects; ///< absent when they were not asked for
+    std::string defectsReason; ///< why they have no verdict; empty when they have one or were not asked for
+    /// Absent when it was not asked for, or could not be judged: the records have no rising z, too few profiles show
     /// flange and tread, or the flange tips give no circle.
     std::optional<Roundness> roundness;
+    std::string roundnessReason; ///< why it was not judged; empty when it was, or was not asked for
 
     int lastRecord() const { return firstRecord + profiles - 1; }
 };
@@ -109,6 +125,18 @@ struct PairPicture {
     std::vector<WheelPicture> wheels; ///< of the sides that saw it
 };
 
+/// What is asked of a pass: the distance of each pair, and the tread and the roundness of each wheel.
+enum class PassQuestion { Distance, Tread, Roundness };
+
+/// How many verdicts a pass gives on one of its questions.
+struct VerdictCount {
+    int asked = 0; ///< pairs or wheels; 0 when the question was not asked
+    int judged = 0; ///< those that have a verdict
+    int bad = 0; ///< of these: out of tolerance, defective, out of round
+
+    int notJudged() const { return asked - judged; }
+};
+
 /// What was measured in a pass.
 struct KXINSPECT_EXPORT PassResult {
     int mode = 0; ///< of the wheel detection
@@ -126,9 +154,9 @@ struct KXINSPECT_EXPORT PassResult {
     /// The wheel of one side of a pair, null when that sensor did not see it.
     const PassWheel* wheelOf(const WheelPair& pair, std::size_t side) const;
     int distances() const; ///< how many pairs have one
-    int outOfTolerance() const; ///< how many of them are
-    int defectiveWheels() const; ///< by single profiles
-    int wheelsOutOfRound() const;
+    VerdictCount count(PassQuestion question) const;
+    /// True when the pass has a distance and, where treads were asked for, a verdict on a tread or on roundness.
+    bool hasResult() const;
 };
 
 /// The result as a JSON document; missing values are null.

@@ -1,11 +1,8 @@
 // The result of a pass from JSON.
 #include "inspect/results/json.h"
-#include "inspect/train/noDistance.h"
 
 #include <KxInspect/PassResult.h>
 #include <KxInspect/Recording.h>
-
-#include <cmath>
 
 namespace KxInspect {
 
@@ -19,6 +16,11 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 int readCount(const JsonValue& value) {
     constexpr int kMost = 1 << 30;
     return value.wholeNumber(0, kMost);
+}
+
+/// The same, 0 for null.
+int readCountIfPresent(const JsonValue& value) {
+    return value.isNull() ? 0 : readCount(value);
 }
 
 std::vector<int> readNumbers(const JsonValue& value) {
@@ -70,11 +72,15 @@ std::optional<TreadDefects> readDefects(const JsonValue& value) {
     }
     TreadDefects defects;
     defects.judged = readCount(value["judgedProfiles"]);
-    defects.profiles = readNumbers(value["defectiveProfiles"]);
-    defects.deviating = readCount(value["deviatingPoints"]);
-    defects.worstProfile = value["worstProfile"].isNull() ? 0 : readCount(value["worstProfile"]);
+    if (!value["defectiveProfiles"].isNull()) {
+        defects.profiles = readNumbers(value["defectiveProfiles"]);
+    }
+    defects.deviating = readCountIfPresent(value["deviatingPoints"]);
+    defects.worstProfile = readCountIfPresent(value["worstProfile"]);
     defects.largest = value["largestDeviation"].number();
-    defects.isDefective = !value["isDefective"].isNull() && value["isDefective"].flag();
+    if (!value["isDefective"].isNull()) {
+        defects.isDefective = value["isDefective"].flag();
+    }
     return defects;
 }
 
@@ -100,10 +106,12 @@ PassWheel readWheel(const JsonValue& value) {
     wheel.number = readCount(value["wheel"]);
     wheel.profiles = readCount(value["profiles"]);
     wheel.firstRecord = readCount(value["firstRecord"]);
-    wheel.chosenProfile = readCount(value["chosenProfile"]);
+    wheel.chosenProfile = readCountIfPresent(value["chosenProfile"]);
     wheel.points = readCount(value["points"]);
     wheel.defects = readDefects(value["defects"]);
+    wheel.defectsReason = value["defectsReason"].textOrNull();
     wheel.roundness = readRoundness(value["roundness"]);
+    wheel.roundnessReason = value["roundnessReason"].textOrNull();
     return wheel;
 }
 
@@ -122,7 +130,7 @@ void readPair(const JsonValue& value, PassResult& result) {
     if (!value["inTolerance"].isNull()) {
         pair.inTolerance = value["inTolerance"].flag();
     }
-    pair.reason = std::isnan(pair.distance) ? detail::whyNoDistance(result, pair) : std::string();
+    pair.reason = value["reason"].textOrNull();
     result.pairs.push_back(pair);
 }
 

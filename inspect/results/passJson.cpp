@@ -33,13 +33,14 @@ QJsonValue defectsValue(const std::optional<TreadDefects>& defects) {
     if (!defects) {
         return QJsonValue();
     }
-    const bool isJudged = defects->judged > 0;
+    const auto ifJudged = [&](const QJsonValue& value) { return defects->judged > 0 ? value : QJsonValue(); };
+    const QJsonValue isDefective = defects->isDefective ? QJsonValue(*defects->isDefective) : QJsonValue();
     return QJsonObject{{QStringLiteral("judgedProfiles"), defects->judged},
-                       {QStringLiteral("defectiveProfiles"), jsonList(defects->profiles)},
-                       {QStringLiteral("deviatingPoints"), defects->deviating},
-                       {QStringLiteral("worstProfile"), isJudged ? QJsonValue(defects->worstProfile) : QJsonValue()},
+                       {QStringLiteral("defectiveProfiles"), ifJudged(jsonList(defects->profiles))},
+                       {QStringLiteral("deviatingPoints"), ifJudged(defects->deviating)},
+                       {QStringLiteral("worstProfile"), ifJudged(defects->worstProfile)},
                        {QStringLiteral("largestDeviation"), jsonNumber(defects->largest)},
-                       {QStringLiteral("isDefective"), isJudged ? QJsonValue(defects->isDefective) : QJsonValue()}};
+                       {QStringLiteral("isDefective"), isDefective}};
 }
 
 QJsonValue roundnessValue(const std::optional<Roundness>& roundness) {
@@ -73,18 +74,41 @@ QJsonValue limitsValue(const std::optional<DefectLimits>& limits) {
                        {QStringLiteral("toX"), jsonNumber(limits->toX)}};
 }
 
+/// Why something was not judged, null when it was.
+QJsonValue reasonValue(const std::string& reason) {
+    return reason.empty() ? QJsonValue() : QJsonValue(text(reason));
+}
+
+/// How many were judged of those that the question is about; null when it was not asked.
+QJsonValue judgedValue(const PassResult& result, PassQuestion question) {
+    if (question != PassQuestion::Distance && !result.defectLimits) {
+        return QJsonValue();
+    }
+    const VerdictCount count = result.count(question);
+    return QJsonObject{{QStringLiteral("judged"), count.judged}, {QStringLiteral("of"), count.asked}};
+}
+
+QJsonObject judgedObject(const PassResult& result) {
+    return {{QStringLiteral("distances"), judgedValue(result, PassQuestion::Distance)},
+            {QStringLiteral("treads"), judgedValue(result, PassQuestion::Tread)},
+            {QStringLiteral("roundness"), judgedValue(result, PassQuestion::Roundness)}};
+}
+
 QJsonValue wheelValue(const PassWheel* wheel) {
     if (wheel == nullptr) {
         return QJsonValue();
     }
-    return QJsonObject{{QStringLiteral("wheel"), wheel->number},
-                       {QStringLiteral("profiles"), wheel->profiles},
-                       {QStringLiteral("firstRecord"), wheel->firstRecord},
-                       {QStringLiteral("lastRecord"), wheel->lastRecord()},
-                       {QStringLiteral("chosenProfile"), wheel->chosenProfile},
-                       {QStringLiteral("points"), wheel->points},
-                       {QStringLiteral("defects"), defectsValue(wheel->defects)},
-                       {QStringLiteral("roundness"), roundnessValue(wheel->roundness)}};
+    return QJsonObject{
+        {QStringLiteral("wheel"), wheel->number},
+        {QStringLiteral("profiles"), wheel->profiles},
+        {QStringLiteral("firstRecord"), wheel->firstRecord},
+        {QStringLiteral("lastRecord"), wheel->lastRecord()},
+        {QStringLiteral("chosenProfile"), wheel->chosenProfile > 0 ? QJsonValue(wheel->chosenProfile) : QJsonValue()},
+        {QStringLiteral("points"), wheel->points},
+        {QStringLiteral("defects"), defectsValue(wheel->defects)},
+        {QStringLiteral("defectsReason"), reasonValue(wheel->defectsReason)},
+        {QStringLiteral("roundness"), roundnessValue(wheel->roundness)},
+        {QStringLiteral("roundnessReason"), reasonValue(wheel->roundnessReason)}};
 }
 
 QJsonObject pairObject(const PassResult& result, std::size_t index) {
@@ -97,6 +121,7 @@ QJsonObject pairObject(const PassResult& result, std::size_t index) {
             {QStringLiteral("sides"), sides},
             {QStringLiteral("distance"), jsonNumber(pair.distance)},
             {QStringLiteral("deviation"), jsonNumber(pair.deviation)},
+            {QStringLiteral("reason"), reasonValue(pair.reason)},
             {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
 }
 
@@ -148,6 +173,7 @@ std::string toJson(const PassResult& result, Pictures pictures) {
         {QStringLiteral("nominal"), jsonNumber(result.nominal)},
         {QStringLiteral("tolerance"), jsonNumber(result.tolerance)},
         {QStringLiteral("distances"), result.distances()},
+        {QStringLiteral("judged"), judgedObject(result)},
         {QStringLiteral("defectLimits"), limitsValue(result.defectLimits)},
         {QStringLiteral("pairs"), pairs},
         {QStringLiteral("warnings"), jsonList(result.warnings)}};

@@ -105,29 +105,40 @@ WheelPair measurePair(const PairedWheels& wheels, const std::vector<MeasuredSide
     return pair;
 }
 
-void judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
+/// @return what the lines cut out of the wheels
+Extent judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
+    Extent extent;
     for (std::size_t i = 0; i < side.wheels.size(); ++i) {
         const FoundWheel& found = measured.found.wheels()[i];
         std::vector<PointList> treads;
         for (const PointList& profile : found.profiles) {
             treads.push_back(cutTread(profile, *measured.input.tread, limits));
         }
-        side.wheels[i].defects = judgeTreads(treads, limits);
-        if (measured.found.hasPlaces()) {
-            side.wheels[i].roundness =
-                judgeRoundness({found.profiles, treads, found.places, measured.input.reference}, limits);
-        }
+        PassWheel& wheel = side.wheels[i];
+        TreadVerdict tread = judgeTreads(treads, measured.input.reference, limits);
+        wheel.defects = std::move(tread.defects);
+        wheel.defectsReason = std::move(tread.reason);
+        extent.include(tread.extent);
+        RoundnessVerdict shape =
+            measured.found.hasPlaces()
+                ? judgeRoundness({found.profiles, treads, found.places, measured.input.reference}, limits)
+                : RoundnessVerdict{{}, "the records of the pass have no rising z"};
+        wheel.roundness = std::move(shape.roundness);
+        wheel.roundnessReason = std::move(shape.reason);
         report(progress, "judging treads in", side.file,
                static_cast<double>(i + 1) / static_cast<double>(side.wheels.size()));
     }
+    return extent;
 }
 
 void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSide>& sides, PassResult& result,
                        const Progress& progress) {
     result.defectLimits = options.defects->limits;
+    warnOfEqualLevels(sides, result);
     for (std::size_t i = 0; i < sides.size(); ++i) {
         report(progress, "judging treads in", result.sides[i].file, 0.0);
-        judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
+        const Extent extent = judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
+        warnOfTreadLines(result.sides[i], extent, result);
         warnOfRoundness(result.sides[i], sides[i].found.hasPlaces(), result);
     }
 }

@@ -1,25 +1,33 @@
 // What the result of a pass says of itself.
 #include "inspect/train/noDistance.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace KxInspect {
 
 namespace {
 
-template <typename Condition>
-int countWheels(const PassResult& result, Condition condition) {
-    int count = 0;
-    for (const PassSide& side : result.sides) {
-        count += static_cast<int>(std::count_if(side.wheels.begin(), side.wheels.end(), condition));
+VerdictCount countDistances(const PassResult& result) {
+    VerdictCount count;
+    for (const WheelPair& pair : result.pairs) {
+        ++count.asked;
+        count.judged += pair.inTolerance ? 1 : 0;
+        count.bad += pair.inTolerance && !*pair.inTolerance ? 1 : 0;
     }
     return count;
 }
 
-template <typename Condition>
-int countPairs(const PassResult& result, Condition condition) {
-    return static_cast<int>(std::count_if(result.pairs.begin(), result.pairs.end(), condition));
+/// @param verdict of a wheel: true for bad, absent when it was not judged
+template <typename Verdict>
+VerdictCount countWheels(const PassResult& result, Verdict verdict) {
+    VerdictCount count;
+    for (const PassSide& side : result.sides) {
+        for (const PassWheel& wheel : side.wheels) {
+            const std::optional<bool> isBad = verdict(wheel);
+            count.asked += result.defectLimits ? 1 : 0;
+            count.judged += isBad ? 1 : 0;
+            count.bad += isBad && *isBad ? 1 : 0;
+        }
+    }
+    return count;
 }
 
 } // namespace
@@ -44,19 +52,25 @@ const PassWheel* PassResult::wheelOf(const WheelPair& pair, std::size_t side) co
 }
 
 int PassResult::distances() const {
-    return countPairs(*this, [](const WheelPair& pair) { return std::isfinite(pair.distance); });
+    return countDistances(*this).judged;
 }
 
-int PassResult::outOfTolerance() const {
-    return countPairs(*this, [](const WheelPair& pair) { return pair.inTolerance && !*pair.inTolerance; });
+VerdictCount PassResult::count(PassQuestion question) const {
+    switch (question) {
+    case PassQuestion::Tread:
+        return countWheels(*this, [](const PassWheel& w) { return w.defects ? w.defects->isDefective : std::nullopt; });
+    case PassQuestion::Roundness:
+        return countWheels(
+            *this, [](const PassWheel& w) { return w.roundness ? std::optional(w.roundness->isOut) : std::nullopt; });
+    case PassQuestion::Distance:
+        break;
+    }
+    return countDistances(*this);
 }
 
-int PassResult::defectiveWheels() const {
-    return countWheels(*this, [](const PassWheel& wheel) { return wheel.defects && wheel.defects->isDefective; });
-}
-
-int PassResult::wheelsOutOfRound() const {
-    return countWheels(*this, [](const PassWheel& wheel) { return wheel.roundness && wheel.roundness->isOut; });
+bool PassResult::hasResult() const {
+    return distances() > 0 &&
+           (!defectLimits || count(PassQuestion::Tread).judged > 0 || count(PassQuestion::Roundness).judged > 0);
 }
 
 } // namespace KxInspect

@@ -4,6 +4,8 @@
 #include "inspect/base/paths.h"
 #include "inspect/fitting/median.h"
 
+#include <QtCore/QStringList>
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -91,6 +93,40 @@ void warnOfDefectSettings(const DefectSettings& settings, PassResult& result) {
             result.warnings.push_back(warning);
         }
     }
+}
+
+void warnOfEqualLevels(const std::vector<MeasuredSide>& sides, PassResult& result) {
+    QStringList sensors;
+    for (const MeasuredSide& side : sides) {
+        const KxMath::KxLine& level = side.input.detection.level;
+        const KxMath::KxLine& high = side.input.tread->high;
+        if (level.k == high.k && level.b == high.b) {
+            sensors.append(QStringLiteral("SENSOR%1").arg(side.input.sensor));
+        }
+    }
+    if (!sensors.isEmpty()) {
+        warn(result,
+             QStringLiteral("the level line of %1 is the same for distances and for defects of the tread: that "
+                            "of the distances is just beyond the back face, that of the defects beyond the tread")
+                 .arg(sensors.join(QStringLiteral(" and "))));
+    }
+}
+
+void warnOfTreadLines(const PassSide& side, const Extent& extent, PassResult& result) {
+    const auto isJudged = [](const PassWheel& wheel) { return wheel.defects->judged > 0; };
+    if (side.wheels.empty() || std::any_of(side.wheels.begin(), side.wheels.end(), isJudged)) {
+        return;
+    }
+    const auto mm = [](float value) { return QString::number(static_cast<double>(value), 'f', 1); };
+    warn(result, extent.isEmpty()
+                     ? QStringLiteral("recording '%1': no point is between the lines for defects of SENSOR%2")
+                           .arg(toQt(side.file), QString::number(side.sensor))
+                     : QStringLiteral(
+                           "recording '%1': the lines for defects of SENSOR%2 cut out what is %3 to %4 mm behind the "
+                           "reference line, the tread is %5 to %6 mm behind it")
+                           .arg(toQt(side.file), QString::number(side.sensor), mm(extent.from), mm(extent.to),
+                                QString::number(static_cast<double>(kTreadFrom)),
+                                QString::number(static_cast<double>(kTreadTo))));
 }
 
 void warnOfLines(const MeasuredSide& side, PassResult& result) {

@@ -3,6 +3,7 @@
 
 #include "inspect/train/measuredSide.h"
 #include "inspect/train/pairing.h"
+#include "inspect/train/treadDefects.h"
 
 #include <KxInspect/PassResult.h>
 
@@ -13,6 +14,13 @@ std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, Pas
 
 /// Takes over the warnings of the settings of the judgement, where those of the station have not said the same.
 void warnOfDefectSettings(const DefectSettings& settings, PassResult& result);
+
+/// Warns of level lines that are the same for distances and treads: one of them comes from the wrong file.
+void warnOfEqualLevels(const std::vector<MeasuredSide>& sides, PassResult& result);
+
+/// Warns of lines for the treads between which no wheel of a side shows its tread.
+/// @param extent what they cut out of the wheels
+void warnOfTreadLines(const PassSide& side, const Extent& extent, PassResult& result);
 
 /// Warns of lines of the settings that do not fit the recording of a side: a level line that no point or every point is
 /// below, and a reference line that is not parallel to the wheels.

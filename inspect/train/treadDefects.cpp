@@ -3,8 +3,12 @@
 
 #include <KxMath/KxProfile.h>
 
+#include <QtCore/QString>
+
 #include <algorithm>
+#include <bitset>
 #include <cmath>
+#include <limits>
 
 namespace KxInspect::detail {
 
@@ -23,7 +27,82 @@ void centre(PointList& tread) {
     }
 }
 
+/// True when all of the points that are needed have an x of their own, and no deviation would go unseen.
+bool hasEnoughPoints(const PointList& tread, const DefectLimits& limits) {
+    std::vector<float> xs;
+    xs.reserve(static_cast<std::size_t>(tread.size()));
+    for (const KxMath::KxPointXY& p : tread) {
+        xs.push_back(p.x);
+    }
+    std::sort(xs.begin(), xs.end());
+    return std::unique(xs.begin(), xs.end()) - xs.begin() >= fewestPoints(limits);
+}
+
+/// What the profiles of a wheel show between the lines.
+struct Shown {
+    int profiles = 0;
+    qsizetype mostPoints = 0;
+    int treads = 0; ///< profiles that show enough of the tread
+    int judged = 0;
+    Extent extent;
+};
+
+/// Notes what a profile shows. @return true when it is enough of the tread
+bool noteTread(const PointList& tread, const KxMath::KxLine& reference, Shown& shown) {
+    std::bitset<static_cast<std::size_t>(kTreadTo - kTreadFrom)> millimetres;
+    const float cosine = 1.0f / std::hypot(1.0f, reference.k);
+    for (const KxMath::KxPointXY& p : tread) {
+        const float behind = (p.y - reference.k * p.x - reference.b) * cosine;
+        if (behind >= kTreadFrom && behind < kTreadTo) {
+            millimetres.set(static_cast<std::size_t>(behind - kTreadFrom));
+        }
+        shown.extent.include({behind, behind});
+    }
+    ++shown.profiles;
+    shown.mostPoints = std::max(shown.mostPoints, tread.size());
+    const bool isTread = millimetres.count() >= kLeastTread;
+    shown.treads += isTread ? 1 : 0;
+    return isTread;
+}
+
+QString whyNoneJudged(const Shown& shown, const DefectLimits& limits) {
+    if (shown.mostPoints == 0) {
+        const bool isLimited = std::isfinite(limits.fromX) || std::isfinite(limits.toX);
+        return isLimited ? QStringLiteral("no profile has a point between the lines and within the range of x")
+                         : QStringLiteral("no profile has a point between the lines");
+    }
+    if (shown.treads == 0) {
+        return QStringLiteral("no profile shows %1 mm of the tread, %2 to %3 mm behind the reference line, between the "
+                              "lines")
+            .arg(kLeastTread)
+            .arg(static_cast<double>(kTreadFrom))
+            .arg(static_cast<double>(kTreadTo));
+    }
+    return QStringLiteral("no profile has a curve through %1 points at different x between the lines, the most points "
+                          "are %2")
+        .arg(fewestPoints(limits))
+        .arg(shown.mostPoints);
+}
+
+/// Why a wheel without enough defective profiles is not sound, either; empty when it is.
+QString whyNotSound(const Shown& shown, const DefectLimits& limits) {
+    if (shown.judged == 0) {
+        return whyNoneJudged(shown, limits);
+    }
+    const QString judged = QStringLiteral("%1 of %2 profiles could be judged").arg(shown.judged).arg(shown.profiles);
+    if (shown.judged <= limits.minProfiles) {
+        return judged + QStringLiteral(", it takes more than %1 (minimalDefectsProf)").arg(limits.minProfiles);
+    }
+    return shown.judged * static_cast<qint64>(kProfilesPerJudged) < shown.profiles
+               ? judged + QStringLiteral(", it takes one in %1").arg(kProfilesPerJudged)
+               : QString();
+}
+
 } // namespace
+
+int fewestPoints(const DefectLimits& limits) {
+    return std::max(kFewestJudgedPoints, limits.pointsHigher + 1);
+}
 
 PointList cutTread(const PointList& profile, const TreadLines& lines, const DefectLimits& limits) {
     KxMath::KxProfile stretch;
@@ -39,45 +118,57 @@ PointList cutTread(const PointList& profile, const TreadLines& lines, const Defe
 
 TreadDeviation judgeTread(const PointList& tread, const DefectLimits& limits) {
     TreadDeviation result;
-    if (tread.size() < kFewestJudgedPoints) {
-        return result;
-    }
     KxMath::KxProfile curve;
     curve.points = tread;
+    if (!hasEnoughPoints(tread, limits)) {
+        return result;
+    }
     centre(curve.points);
-    curve.polynomFit(kDegree); // where there is no fit the points themselves are the curve
-    result.points = tread;
+    if (!curve.polynomFit(kDegree)) {
+        return result;
+    }
+    PointList deviations = tread;
     for (qsizetype i = 0; i < tread.size(); ++i) {
         const float deviation = tread[i].y - std::as_const(curve.points)[i].y;
-        result.points[i].y = deviation;
-        result.deviating += std::abs(deviation) > limits.maxDeviation ? 1 : 0; // NaN: false
+        if (!std::isfinite(deviation)) {
+            return {};
+        }
+        deviations[i].y = deviation;
+        result.deviating += std::abs(deviation) > limits.maxDeviation ? 1 : 0;
         result.largest = std::max(result.largest, std::abs(deviation));
     }
+    result.points = deviations;
     result.isSound = result.deviating <= limits.pointsHigher;
     return result;
 }
 
-TreadDefects judgeTreads(const std::vector<PointList>& treads, const DefectLimits& limits) {
+TreadVerdict judgeTreads(const std::vector<PointList>& treads, const KxMath::KxLine& reference,
+                         const DefectLimits& limits) {
     TreadDefects result;
-    int number = 0;
+    Shown shown;
     for (const PointList& tread : treads) {
-        ++number;
-        const TreadDeviation judged = judgeTread(tread, limits);
+        const bool isTread = noteTread(tread, reference, shown);
+        const TreadDeviation judged = isTread ? judgeTread(tread, limits) : TreadDeviation();
         if (judged.points.isEmpty()) {
             continue;
         }
-        ++result.judged;
+        ++shown.judged;
         result.deviating += judged.deviating;
         if (!judged.isSound) {
-            result.profiles.push_back(number);
+            result.profiles.push_back(shown.profiles);
         }
         if (!(judged.largest <= result.largest)) { // the first one takes the place of NaN
             result.largest = judged.largest;
-            result.worstProfile = number;
+            result.worstProfile = shown.profiles;
         }
     }
-    result.isDefective = static_cast<int>(result.profiles.size()) > limits.minProfiles;
-    return result;
+    result.judged = shown.judged;
+    const bool isDefective = static_cast<int>(result.profiles.size()) > limits.minProfiles;
+    const QString reason = isDefective ? QString() : whyNotSound(shown, limits);
+    if (reason.isEmpty()) {
+        result.isDefective = isDefective;
+    }
+    return {result, reason.toStdString(), shown.extent};
 }
 
 } // namespace KxInspect::detail

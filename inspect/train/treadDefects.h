@@ -6,13 +6,16 @@
 
 #include <KxInspect/PassResult.h>
 
+#include <algorithm>
+#include <limits>
+#include <string>
 #include <vector>
 
 namespace KxInspect::detail {
 
 /// How far a tread stands off the curve that the judgement fits to it.
 struct TreadDeviation {
-    PointList points; ///< y less y of the curve over x, mm; empty when there are too few to be judged
+    PointList points; ///< y less y of the curve over x, mm; empty when the tread cannot be judged
     int deviating = 0; ///< points farther off than allowed
     float largest = 0.0f; ///< the largest distance, mm
     bool isSound = true;
@@ -21,10 +24,35 @@ struct TreadDeviation {
 /// The stretch of a profile between the lines and within the range of x.
 PointList cutTread(const PointList& profile, const TreadLines& lines, const DefectLimits& limits);
 
-/// Judges that stretch as METRO_detectWheelDefect() does.
+/// The fewest points at different x with which a tread is judged: enough for the curve, and for a defect.
+int fewestPoints(const DefectLimits& limits);
+
+/// Judges that stretch as METRO_detectWheelDefect() does, except where that calls sound what it cannot know: with fewer
+/// points than fewestPoints(), and without a curve.
 TreadDeviation judgeTread(const PointList& tread, const DefectLimits& limits);
 
-/// Judges a wheel by the treads of its profiles.
-TreadDefects judgeTreads(const std::vector<PointList>& treads, const DefectLimits& limits);
+/// What the lines cut out, as distances behind the reference line, mm.
+struct Extent {
+    float from = std::numeric_limits<float>::infinity();
+    float to = -std::numeric_limits<float>::infinity();
+
+    bool isEmpty() const { return !(from <= to); }
+    void include(const Extent& other) {
+        from = std::min(from, other.from);
+        to = std::max(to, other.to);
+    }
+};
+
+/// The judgement of a wheel.
+struct TreadVerdict {
+    TreadDefects defects;
+    std::string reason; ///< why there is no verdict; empty when there is one
+    Extent extent; ///< of all points of the treads
+};
+
+/// Judges a wheel by the treads of those profiles that show kLeastTread of it.
+/// @param reference trace of the back face
+TreadVerdict judgeTreads(const std::vector<PointList>& treads, const KxMath::KxLine& reference,
+                         const DefectLimits& limits);
 
 } // namespace KxInspect::detail

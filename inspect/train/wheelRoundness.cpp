@@ -1,24 +1,20 @@
 // Whether the tread of a wheel is round, judged by all its profiles together.
 #include "inspect/train/wheelRoundness.h"
 
-#include "inspect/fitting/median.h"
 #include "inspect/train/flangeCircle.h"
+#include "inspect/train/radiusTable.h"
+
+#include <QtCore/QString>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
 
 namespace KxInspect::detail {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr size_t kStations = static_cast<size_t>(kRoundTo - kRoundFrom) + 1; // one each millimetre
-constexpr int kFewestStations = 8; // of a profile
-
-/// A value at each station of the tread, NaN where the profile does not show it.
-using Stations = std::array<double, kStations>;
+constexpr double kFrom = static_cast<double>(kTreadFrom);
+constexpr double kTo = static_cast<double>(kTreadTo);
 
 /// What one profile shows of the wheel.
 struct Section {
@@ -27,34 +23,6 @@ struct Section {
     std::optional<double> tip;
     Stations tread;
 };
-
-/// Where the tread is at a station, on the line through the points within a millimetre of it.
-double heightAt(const std::vector<SectionPoint>& tread, double station) {
-    constexpr double kHalfWidth = 1.0;
-    constexpr int kFewestPoints = 3; // to each side
-    double s1 = 0.0;
-    double s2 = 0.0;
-    double d0 = 0.0;
-    double d1 = 0.0;
-    const Neighbours near = visitNeighbours(tread, station, kHalfWidth, [&](double t, double down) {
-        s1 += t;
-        s2 += t * t;
-        d0 += down;
-        d1 += t * down;
-    });
-    if (near.fewer() < kFewestPoints) {
-        return kNaN;
-    }
-    return (s2 * d0 - s1 * d1) / (s2 * (near.before + near.behind) - s1 * s1);
-}
-
-Stations stationsOf(const std::vector<SectionPoint>& tread) {
-    Stations result;
-    for (size_t i = 0; i < kStations; ++i) {
-        result[i] = heightAt(tread, kRoundFrom + static_cast<double>(i));
-    }
-    return result;
-}
 
 double meanDown(const std::vector<SectionPoint>& section, double from, double to) {
     double sum = 0.0;
@@ -74,7 +42,7 @@ double directionOfRail(const std::vector<PointList>& profiles, const KxMath::KxL
     double votes = 0.0;
     for (const PointList& points : profiles) {
         const std::vector<SectionPoint> section = sectionOf(points, reference, 1.0);
-        const double difference = meanDown(section, 10.0, 20.0) - meanDown(section, kRoundFrom, kRoundTo);
+        const double difference = meanDown(section, 10.0, 20.0) - meanDown(section, kFrom, kTo);
         votes += std::isfinite(difference) ? std::copysign(1.0, difference) : 0.0;
     }
     return votes == 0.0 ? 0.0 : std::copysign(1.0, votes);
@@ -91,65 +59,15 @@ std::vector<Section> sectionsOf(const WheelView& wheel) {
     return sections;
 }
 
-/// The effects of the rows of a table with gaps, by median polish: each value is taken as the sum of what is common to
-/// its row and what is common to its column (Tukey, Exploratory Data Analysis, 1977).
-std::vector<double> rowEffects(const std::vector<Stations>& table) {
-    constexpr int kRounds = 10;
-    std::vector<double> effects(table.size(), 0.0);
-    Stations common;
-    for (int round = 0; round < kRounds; ++round) {
-        for (size_t station = 0; station < kStations; ++station) {
-            std::vector<double> values;
-            for (size_t row = 0; row < table.size(); ++row) {
-                if (!std::isnan(table[row][station])) {
-                    values.push_back(table[row][station] - effects[row]);
-                }
-            }
-            common[station] = median(values);
-        }
-        for (size_t row = 0; row < table.size(); ++row) {
-            std::vector<double> values;
-            for (size_t station = 0; station < kStations; ++station) {
-                if (!std::isnan(table[row][station])) {
-                    values.push_back(table[row][station] - common[station]);
-                }
-            }
-            effects[row] = median(values);
-        }
-    }
-    return effects;
-}
-
-std::vector<RadiusDeviation> radiiOf(const std::vector<Section>& sections, const FlangeCircle& circle) {
-    std::vector<Stations> table;
-    std::vector<RadiusDeviation> radii;
-    for (const Section& section : sections) {
-        Stations radius;
-        int count = 0;
-        for (size_t i = 0; i < kStations; ++i) {
-            radius[i] = std::hypot(section.place - circle.place, section.tread[i] - circle.down);
-            count += std::isnan(radius[i]) ? 0 : 1;
-        }
-        if (count >= kFewestStations) {
-            table.push_back(radius);
-            radii.push_back({section.number, static_cast<float>(section.place - circle.place), 0.0f});
-        }
-    }
-    const std::vector<double> effects = rowEffects(table);
-    const double middle = median(effects);
-    for (size_t i = 0; i < radii.size(); ++i) {
-        radii[i].deviation = static_cast<float>(effects[i] - middle);
-    }
-    return radii;
-}
-
-/// Looks at each run of successive profiles that are off to the same side.
-void judgeRuns(Roundness& result, const DefectLimits& limits) {
+/// Looks at each run of successive profiles that are off to the same side. @return false when there is no run
+bool judgeRuns(Roundness& result, const DefectLimits& limits) {
     const auto length = static_cast<size_t>(std::max(1, limits.radiusProfiles));
+    bool hasRun = false;
     for (size_t first = 0; length <= result.radii.size() && first <= result.radii.size() - length; ++first) {
         const auto run = result.radii.begin() + static_cast<std::ptrdiff_t>(first);
         const auto end = run + static_cast<std::ptrdiff_t>(length);
         const bool isSuccessive = (end - 1)->profile - run->profile == static_cast<int>(length) - 1;
+        hasRun = hasRun || isSuccessive;
         const auto [low, high] = std::minmax_element(
             run, end, [](const RadiusDeviation& a, const RadiusDeviation& b) { return a.deviation < b.deviation; });
         const float least = std::max(low->deviation, -high->deviation); // above 0 when all are on one side
@@ -164,12 +82,48 @@ void judgeRuns(Roundness& result, const DefectLimits& limits) {
         }
     }
     result.isOut = !result.profiles.empty();
+    return hasRun;
+}
+
+/// Why the tips of the flange give no axle to measure from; empty when they do.
+QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<FlangeCircle>& circle,
+                  const DefectLimits& limits) {
+    const double limit = static_cast<double>(limits.maxRadiusDeviation) / 2.0;
+    if (tips.size() < kFewestTips) {
+        return QStringLiteral("%1 profiles show the tip of the flange, it takes %2").arg(tips.size()).arg(kFewestTips);
+    }
+    if (!circle || !std::isfinite(circle->scatter)) {
+        return QStringLiteral("the tips of the flange are on no circle");
+    }
+    // What is seen worse than what is looked for gives no centre, either.
+    return circle->scatter <= limit ? QString()
+                                    : QStringLiteral("the tips of the flange scatter by %1 mm about their circle, more "
+                                                     "than %2 mm, half of maxRadiusDeviation")
+                                          .arg(circle->scatter, 0, 'g', 3)
+                                          .arg(limit, 0, 'g', 3);
+}
+
+QString whyFewRadii(int shown, int comparable) {
+    return shown < kFewestRadii
+               ? QStringLiteral("%1 profiles show at least %2 mm of the tread between the lines, it takes %3")
+                     .arg(shown)
+                     .arg(kLeastTread)
+                     .arg(kFewestRadii)
+               : QStringLiteral("the profiles show different parts of the tread: %1 of %2 show one that most of them "
+                                "show, it takes %3")
+                     .arg(comparable)
+                     .arg(shown)
+                     .arg(kFewestRadii);
 }
 
 } // namespace
 
-std::optional<Roundness> judgeRoundness(const WheelView& wheel, const DefectLimits& limits) {
+RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limits) {
+    const auto notJudged = [](const QString& reason) { return RoundnessVerdict{{}, reason.toStdString()}; };
     const std::vector<Section> sections = sectionsOf(wheel);
+    if (sections.empty()) {
+        return notJudged(QStringLiteral("no profile shows flange and tread"));
+    }
     std::vector<FlangeTip> tips;
     for (const Section& section : sections) {
         if (section.tip) {
@@ -177,20 +131,29 @@ std::optional<Roundness> judgeRoundness(const WheelView& wheel, const DefectLimi
         }
     }
     const std::optional<FlangeCircle> circle = fitFlangeCircle(tips);
-    // Tips that are no circle, or are seen worse than what is looked for, give no centre to measure from.
-    if (!circle || !(circle->scatter <= static_cast<double>(limits.maxRadiusDeviation) / 2.0)) {
-        return std::nullopt;
+    if (const QString reason = whyNoAxle(tips, circle, limits); !reason.isEmpty()) {
+        return notJudged(reason);
     }
-    std::vector<RadiusDeviation> radii = radiiOf(sections, *circle);
-    if (radii.size() < kFewestRadii) {
-        return std::nullopt;
+    RadiusTable table;
+    for (const Section& section : sections) {
+        table.add(section.number, section.place, section.tread, *circle);
+    }
+    const int shown = table.size();
+    table.keepComparable();
+    if (table.size() < kFewestRadii) {
+        return notJudged(whyFewRadii(shown, table.size()));
     }
     Roundness result;
-    result.radii = std::move(radii);
+    result.radii = table.deviations();
     result.flangeRadius = static_cast<float>(circle->radius);
     result.scatter = static_cast<float>(circle->scatter);
-    judgeRuns(result, limits);
-    return result;
+    if (!judgeRuns(result, limits)) {
+        return notJudged(
+            QStringLiteral("fewer than %1 successive profiles show flange and tread, the least that make a "
+                           "wheel out of round (radiusProfiles)")
+                .arg(limits.radiusProfiles));
+    }
+    return {result, {}};
 }
 
 } // namespace KxInspect::detail

@@ -8,6 +8,7 @@
 #include <KxMath/KxPrimitives.h>
 
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace KxInspect::detail {
@@ -20,14 +21,15 @@ struct WheelView {
     KxMath::KxLine reference; ///< trace of the back face
 };
 
+/// The shape of a wheel, or why it was not judged.
+struct RoundnessVerdict {
+    std::optional<Roundness> roundness;
+    std::string reason; ///< empty when there is one
+};
+
 /// Compares the tread around the tape circle, profile by profile, with a circle about the axle. The axle is the centre
 /// of the circle of the flange tip, which no flat reaches.
-/// @return nothing when too few profiles show flange and tread, or the tips give no circle
-std::optional<Roundness> judgeRoundness(const WheelView& wheel, const DefectLimits& limits);
-
-/// The tread that is compared: distances behind the reference line, mm.
-inline constexpr double kRoundFrom = 45.0;
-inline constexpr double kRoundTo = 95.0;
+RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limits);
 
 /// Fewer profiles that show flange and tread than this are not judged.
 inline constexpr int kFewestRadii = 10;

@@ -24,6 +24,9 @@ Tone toneOf(const QString& word) {
     if (word == QLatin1String("defective") || word == QLatin1String("out of round")) {
         return Tone::Bad;
     }
+    if (word == QLatin1String("not judged")) {
+        return Tone::Faint;
+    }
     return word == QLatin1String("sound") || word == QLatin1String("round") ? Tone::Good : Tone::Plain;
 }
 
@@ -45,15 +48,19 @@ void addTable(const PassResult& pass, const std::vector<PairColumn>& columns, Pa
 void addVerdicts(const PassResult& pass, Page& page) {
     page.heading(QStringLiteral("Defects of the treads"));
     addTable(pass, defectColumns(), page);
-    page.paragraph(QStringLiteral("For each side: how many profiles were judged, how many of them are defective and "
-                                  "which, the deviating points of all, the largest deviation in mm, the verdict. In "
-                                  "words: %1. Profiles with fewer than %2 points between the lines are not judged.")
-                       .arg(defectLimitsText(pass), QString::number(kFewestJudgedPoints)));
+    page.paragraph(
+        QStringLiteral("For each side: how many profiles were judged, how many of them are defective and "
+                       "which, the deviating points of all, the largest deviation in mm, the verdict. In "
+                       "words: %1. Profiles that show fewer than %2 points between the lines, or less than "
+                       "%3 mm of the tread, are not judged.")
+            .arg(defectLimitsText(pass), QString::number(kFewestJudgedPoints), QString::number(kLeastTread)));
+    addCount(pass, PassQuestion::Tread, page);
     page.heading(QStringLiteral("Roundness of the wheels"));
     addTable(pass, roundnessColumns(), page);
     page.paragraph(QStringLiteral("For each side: how many profiles show flange and tread, which ones are off the "
                                   "circle, by how much in mm, the verdict. In words: %1.")
                        .arg(roundnessLimitsText(pass)));
+    addCount(pass, PassQuestion::Roundness, page);
 }
 
 bool isDeviating(const Point& point, const DefectLimits& limits) {
@@ -156,7 +163,7 @@ void addPair(const PassResult& pass, const PairPicture& pair, Page& page) {
                deviations);
     addFigures(page, QStringLiteral("Roundness of wheel pair %1").arg(pair.pair),
                QStringLiteral("The radius of the tread around the tape circle in each profile, about the axle that "
-                              "the flange tips tell, against that of the whole wheel."),
+                              "the flange tips give, against that of the whole wheel."),
                radii);
 }
 

@@ -21,7 +21,7 @@ PairColumn wheelColumn(size_t side, const char* key, const char* title, Value va
             }};
 }
 
-/// Adds columns of one side, with values where `judgement` tells what was found of the wheel.
+/// Adds columns of one side, with values where `judgement` gives what was found of the wheel.
 template <typename Judgement>
 class JudgementColumns {
 public:
@@ -29,11 +29,12 @@ public:
         : columns_(columns), side_(side), judgement_(judgement) {}
 
     template <typename Value>
-    void add(const char* key, const char* title, Value value) {
-        columns_.push_back(wheelColumn(side_, key, title, [judgement = judgement_, value](const PassWheel& wheel) {
-            const auto* const found = judgement(wheel);
-            return found != nullptr ? PairValue(value(*found)) : PairValue();
-        }));
+    void add(const char* key, const char* title, Value value, PairValue missing = {}) {
+        columns_.push_back(
+            wheelColumn(side_, key, title, [judgement = judgement_, value, missing](const PassWheel& wheel) {
+                const auto* const found = judgement(wheel);
+                return found != nullptr ? PairValue(value(*found)) : missing;
+            }));
     }
 
 private:
@@ -44,7 +45,7 @@ private:
 
 PairValue verdict(const PassResult& pass, size_t index) {
     const std::optional<bool>& isIn = pass.pairs[index].inTolerance;
-    return isIn ? PairValue(*isIn ? QStringLiteral("ok") : QStringLiteral("out")) : PairValue();
+    return isIn ? PairValue(*isIn ? QStringLiteral("ok") : QStringLiteral("out")) : NotJudged();
 }
 
 std::vector<PairColumn> makeColumns() {
@@ -59,7 +60,9 @@ std::vector<PairColumn> makeColumns() {
         add("profiles", "profiles", [](const PassWheel& wheel) { return wheel.profiles; });
         add("first_record", "first", [](const PassWheel& wheel) { return wheel.firstRecord; });
         add("last_record", "last", [](const PassWheel& wheel) { return wheel.lastRecord(); });
-        add("chosen_profile", "chosen", [](const PassWheel& wheel) { return wheel.chosenProfile; });
+        add("chosen_profile", "chosen", [](const PassWheel& wheel) {
+            return wheel.chosenProfile > 0 ? PairValue(wheel.chosenProfile) : PairValue();
+        });
         add("points", "points", [](const PassWheel& wheel) { return wheel.points; });
     }
     columns.push_back({QStringLiteral("distance"), QStringLiteral("distance"),
@@ -73,18 +76,23 @@ std::vector<PairColumn> makeColumns() {
 std::vector<PairColumn> makeDefectColumns() {
     std::vector<PairColumn> columns = {pairColumns().front()};
     for (const size_t side : {0, 1}) {
+        columns.push_back(wheelColumn(side, "judged_profiles", "judged", [](const PassWheel& wheel) {
+            return wheel.defects ? PairValue(wheel.defects->judged) : PairValue();
+        }));
         JudgementColumns judged(columns, side, [](const PassWheel& wheel) {
             return wheel.defects && wheel.defects->judged > 0 ? &*wheel.defects : nullptr;
         });
-        judged.add("judged_profiles", "judged", [](const TreadDefects& d) { return d.judged; });
         judged.add("defective_profiles", "defective",
                    [](const TreadDefects& d) { return static_cast<int>(d.profiles.size()); });
         judged.add("defective_numbers", "numbers", [](const TreadDefects& d) { return runsText(d.profiles); });
         judged.add("deviating_points", "deviating", [](const TreadDefects& d) { return d.deviating; });
         judged.add("largest_deviation", "largest", [](const TreadDefects& d) { return d.largest; });
-        judged.add("tread", "tread", [](const TreadDefects& d) {
-            return d.isDefective ? QStringLiteral("defective") : QStringLiteral("sound");
-        });
+        columns.push_back(wheelColumn(side, "tread", "tread", [](const PassWheel& wheel) -> PairValue {
+            if (!wheel.defects || !wheel.defects->isDefective) {
+                return NotJudged();
+            }
+            return *wheel.defects->isDefective ? QStringLiteral("defective") : QStringLiteral("sound");
+        }));
     }
     return columns;
 }
@@ -98,9 +106,10 @@ std::vector<PairColumn> makeRoundnessColumns() {
                    [](const Roundness& r) { return static_cast<int>(r.radii.size()); });
         judged.add("off_circle_numbers", "off circle", [](const Roundness& r) { return runsText(r.profiles); });
         judged.add("radius_deviation", "by", [](const Roundness& r) { return r.largest; });
-        judged.add("roundness", "shape", [](const Roundness& r) {
-            return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round");
-        });
+        judged.add(
+            "roundness", "shape",
+            [](const Roundness& r) { return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round"); },
+            NotJudged());
     }
     return columns;
 }
@@ -135,8 +144,25 @@ const std::vector<PairColumn>& roundnessColumns() {
     return columns;
 }
 
+std::vector<PairColumn> reasonColumns(const PassResult& pass) {
+    const auto text = [](const std::string& reason) { return QString::fromStdString(reason); };
+    std::vector<PairColumn> columns = {
+        {QStringLiteral("distance_reason"), QStringLiteral("reason"),
+         [text](const PassResult& of, size_t index) -> PairValue { return text(of.pairs[index].reason); }}};
+    for (size_t side = 0; side < pass.sides.size() && pass.defectLimits; ++side) {
+        columns.push_back(wheelColumn(side, "tread_reason", "reason",
+                                      [text](const PassWheel& wheel) { return text(wheel.defectsReason); }));
+        columns.push_back(wheelColumn(side, "roundness_reason", "reason",
+                                      [text](const PassWheel& wheel) { return text(wheel.roundnessReason); }));
+    }
+    return columns;
+}
+
 QString textForPeople(const PairValue& value) {
     constexpr int kDecimals = 3;
+    if (std::holds_alternative<NotJudged>(value)) {
+        return QStringLiteral("not judged");
+    }
     const QString text = textOf(value, [](float mm) { return fixedText(mm, kDecimals); });
     return text.isEmpty() ? QStringLiteral("-") : text;
 }

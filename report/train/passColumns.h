@@ -11,8 +11,11 @@
 
 namespace kxreport {
 
-/// What stands in a table: nothing, a number, a length in mm (NaN counts as nothing), or a word.
-using PairValue = std::variant<std::monostate, int, float, QString>;
+/// A verdict that was asked for and could not be given.
+struct NotJudged {};
+
+/// What stands in a table: nothing, a number, a length in mm (NaN counts as nothing), or a text.
+using PairValue = std::variant<std::monostate, int, float, QString, NotJudged>;
 
 /// A column of all tables of pairs: the printed one, the CSV file and the page. A new result becomes a new column.
 struct PairColumn {
@@ -30,10 +33,14 @@ const std::vector<PairColumn>& defectColumns();
 /// The columns of the roundness, for the same passes.
 const std::vector<PairColumn>& roundnessColumns();
 
-/// Lengths to the micrometre, a dash where there is no value.
+/// The columns of the reasons why something was not judged, for tables of programs: of the distances, and of treads and
+/// roundness where they were asked for.
+std::vector<PairColumn> reasonColumns(const KxInspect::PassResult& pass);
+
+/// Lengths to the micrometre, "not judged" for a missing verdict, a dash for other values that are missing.
 QString textForPeople(const PairValue& value);
 
-/// Lengths with all their digits, nothing where there is no value.
+/// Lengths with all their digits, nothing where a value or a verdict is missing.
 QString textForPrograms(const PairValue& value);
 
 } // namespace kxreport

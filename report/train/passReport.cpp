@@ -33,30 +33,36 @@ Tone toneOf(const WheelPair& pair) {
     return *pair.inTolerance ? Tone::Good : Tone::Bad;
 }
 
+/// How many are bad: red when some are, green only when all were judged and none is.
+Fact badFact(const PassResult& pass, PassQuestion question, const QString& label) {
+    const VerdictCount count = pass.count(question);
+    const QString full = QStringLiteral("%1 (%2 of %3 judged)").arg(label).arg(count.judged).arg(count.asked);
+    if (count.judged == 0) {
+        return {full, QStringLiteral("not judged"), Tone::Bad};
+    }
+    const Tone rest = count.notJudged() == 0 ? Tone::Good : Tone::Plain;
+    return {full, QString::number(count.bad), count.bad > 0 ? Tone::Bad : rest};
+}
+
 void addFacts(const PassResult& pass, Page& page) {
     Range distances;
     for (const WheelPair& pair : pass.pairs) {
         distances.include(static_cast<double>(pair.distance));
     }
-    const int outside = pass.outOfTolerance();
     const size_t first = pass.sides[0].wheels.size();
     const size_t second = pass.sides[1].wheels.size();
     const auto length = [&](double value) {
         return distances.isEmpty() ? QStringLiteral("\u2013") : numberText(value, 2) + QStringLiteral(" mm");
     };
-    std::vector<Fact> facts = {
-        {QStringLiteral("Wheels found, sides 1 / 2"), QStringLiteral("%1 / %2").arg(first).arg(second),
-         first == second ? Tone::Plain : Tone::Bad},
-        {QStringLiteral("Distances"), QString::number(pass.distances())},
-        {QStringLiteral("Smallest"), length(distances.min)},
-        {QStringLiteral("Largest"), length(distances.max)},
-        {QStringLiteral("Out of tolerance"), QString::number(outside), outside == 0 ? Tone::Good : Tone::Bad}};
+    std::vector<Fact> facts = {{QStringLiteral("Wheels found, sides 1 / 2"),
+                                QStringLiteral("%1 / %2").arg(first).arg(second),
+                                first == second ? Tone::Plain : Tone::Bad},
+                               {QStringLiteral("Smallest distance"), length(distances.min)},
+                               {QStringLiteral("Largest distance"), length(distances.max)},
+                               badFact(pass, PassQuestion::Distance, QStringLiteral("Distances out of tolerance"))};
     if (pass.defectLimits) {
-        const int defective = pass.defectiveWheels();
-        facts.push_back(
-            {QStringLiteral("Defective wheels"), QString::number(defective), defective == 0 ? Tone::Good : Tone::Bad});
-        const int out = pass.wheelsOutOfRound();
-        facts.push_back({QStringLiteral("Out of round"), QString::number(out), out == 0 ? Tone::Good : Tone::Bad});
+        facts.push_back(badFact(pass, PassQuestion::Tread, QStringLiteral("Defective treads")));
+        facts.push_back(badFact(pass, PassQuestion::Roundness, QStringLiteral("Wheels out of round")));
     }
     page.facts(facts);
 }
@@ -173,6 +179,7 @@ void addDistances(const PassResult& pass, Page& page) {
     page.paragraph(QStringLiteral("For each side: the wheel's number, its profiles, its first and last record, the "
                                   "chosen profile (the one with the most points below the level line) and the number "
                                   "of these points. Distance and deviation from the nominal distance in mm."));
+    addCount(pass, PassQuestion::Distance, page);
 }
 
 } // namespace

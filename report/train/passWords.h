@@ -1,9 +1,12 @@
 // What tables and pages say of a pass in words.
 #pragma once
 
+#include "report/elements/page.h"
+
 #include <KxInspect/PassResult.h>
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <vector>
 
@@ -11,6 +14,16 @@ namespace kxreport {
 
 /// The tolerance.
 QString toleranceText(const KxInspect::PassResult& pass);
+
+/// How many of what was asked for were judged, and how many of these are bad: "12 of 16 treads judged, 1 defective".
+/// Without a judged one nothing is said of bad ones.
+QString countText(const KxInspect::PassResult& pass, KxInspect::PassQuestion question);
+
+/// Why what was asked for was not judged: "pairs 3-4: REASON", "wheels 1 3 of side 1, wheel 2 of side 2: REASON".
+QStringList notJudgedTexts(const KxInspect::PassResult& pass, KxInspect::PassQuestion question);
+
+/// Both as paragraphs of a page.
+void addCount(const KxInspect::PassResult& pass, KxInspect::PassQuestion question, Page& page);
 
 /// Numbers as runs: "1-12 62". Empty for none.
 QString runsText(const std::vector<int>& ascending);

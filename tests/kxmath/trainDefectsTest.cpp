@@ -1,6 +1,8 @@
 // kxmath train --defects on simulated trains: the right wheels are accused, and no other.
 #include "kxmath/toolRun.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <optional>
 
 namespace {
@@ -61,8 +63,6 @@ TEST_F(TrainDefects, AccusesTheRightWheels) {
         EXPECT_EQ(defective, expectedDefective.value_or(defective));
         EXPECT_EQ(outOfRound, expectedOutOfRound.value_or(outOfRound));
     }
-    const ToolResult elsewhere = run(with({"--json", "-", "--defect-range", "-500:-400"}));
-    EXPECT_EQ(elsewhere.output.count("\"isDefective\": null"), 8) << "nothing to judge is no verdict";
 }
 
 TEST_F(TrainDefects, ComparesNoCirclesWithoutPlaces) {
@@ -75,10 +75,10 @@ TEST_F(TrainDefects, ComparesNoCirclesWithoutPlaces) {
 TEST_F(TrainDefects, TellsThemInAllForms) {
     simulatePass({"--rate", "2000", "--build-up", "2:1:1", "--flat", "3:2:60"});
     const ToolResult table = run(with({"--csv", "defects.csv", "--report", "defects.html", "--wheel", "2"}));
-    EXPECT_TRUE(table.output.contains("\n1 defective wheels.\n")) << table.output.toStdString();
+    EXPECT_TRUE(table.output.contains("\n8 of 8 treads judged, 1 defective.\n")) << table.output.toStdString();
     const QList<QByteArray> lines = read("defects.csv").split('\n');
     ASSERT_EQ(lines.size(), 6);
-    EXPECT_TRUE(lines[0].contains(",tread_1,judged_profiles_2,") && lines[0].endsWith(",roundness_2"));
+    EXPECT_TRUE(lines[0].contains(",tread_1,judged_profiles_2,") && lines[0].endsWith(",roundness_reason_2"));
     EXPECT_EQ(lines[2].count("defective"), 1);
     for (const QByteArray& line : lines.first(5)) {
         EXPECT_EQ(line.count(','), lines[0].count(','));
@@ -87,6 +87,101 @@ TEST_F(TrainDefects, TellsThemInAllForms) {
     EXPECT_EQ(page.count("<svg"), 10) << "those of the distances, the deviations and the radii of both sides";
     EXPECT_TRUE(page.contains("out of round</td>"));
     EXPECT_FALSE(page.contains("nan"));
+}
+
+/// The class and the value of a fact of a page, as CLASS:VALUE.
+std::string factOf(const QString& page, const QString& label) {
+    const QRegularExpression fact("<span>" + QRegularExpression::escape(label) +
+                                  "</span><strong class=\"(\\w*)\">([^<]*)<");
+    const QRegularExpressionMatch match = fact.match(page);
+    return (match.captured(1) + ':' + match.captured(2)).toStdString();
+}
+
+/// Lines that select the back face where the tread should be, on one side or on both, and a range without points.
+TEST_F(TrainDefects, SaysWhatWasNotJudged) {
+    simulatePass({"--rate", "1500", "--flat", "3:1:60"});
+    const auto levelOf2 = [&](const QByteArray& settings) {
+        const qsizetype from = settings.lastIndexOf("\nlevel_b=");
+        return settings.mid(from, settings.indexOf('\n', from + 1) - from);
+    };
+    const QByteArray settings = read("pass/settings.ini"), good = read("pass/defects.ini");
+    QByteArray half = good;
+    half.replace(half.lastIndexOf(levelOf2(good)), levelOf2(good).size(), levelOf2(settings));
+    const struct {
+        QByteArray defects;
+        QStringList more;
+        int exitCode, judged; ///< of 8, treads as well as roundness
+        const char* warning;
+        const char* reason; ///< of a tread on side 2
+        const char *treadFact, *roundnessFact;
+    } cases[] = {
+        {good, {}, 0, 8, "", "", "good:0", "bad:1"},
+        {good, {"--fail-on", "out,not-judged"}, 0, 8, "", "", "good:0", "bad:1"},
+        {half,
+         {},
+         0,
+         4,
+         "the level line of SENSOR2 is the same",
+         "no profile has a point between the lines",
+         ":0",
+         "bad:1"},
+        {half, {"--fail-on", "not-judged"}, 5, 4, "8 x not-judged", "no profile has a point", ":0", "bad:1"},
+        {half, {"--fail-on", "defect"}, 5, 4, "1 x defect", "no profile has a point", ":0", "bad:1"},
+        {settings,
+         {"--fail-on", "defect"},
+         1,
+         0,
+         "SENSOR1 and SENSOR2 is the same",
+         "no profile shows 8 mm",
+         "bad:not judged",
+         "bad:not judged"},
+        {good,
+         {"--defect-range", "-500:-400"},
+         1,
+         0,
+         "no tread could be judged",
+         "within the range of x",
+         "bad:not judged",
+         "bad:not judged"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.more.join(' ').toStdString() + " " + std::to_string(c.judged));
+        write("pass/defects.ini", c.defects);
+        const ToolResult table =
+            run(with(c.more + QStringList{"--json", "r.json", "--csv", "r.csv", "--report", "r.html"}), c.exitCode);
+        EXPECT_TRUE(table.errors.contains(c.warning)) << table.errors.toStdString();
+        const QByteArray count = QByteArray::number(c.judged) + " of 8 ";
+        EXPECT_TRUE(table.output.contains(count + "treads judged" + (c.judged > 0 ? ", 0 def" : ".\n")));
+        EXPECT_TRUE(table.output.contains(count + "wheels judged for roundness" + (c.judged > 0 ? ", 1 out" : ".\n")));
+        EXPECT_EQ(table.output.contains("wheels 1-4 of side 2: "), c.judged < 8) << table.output.toStdString();
+
+        const QJsonValue result = readJson("r.json");
+        EXPECT_EQ(result["judged"]["distances"], (QJsonObject{{"judged", 4}, {"of", 4}}));
+        EXPECT_EQ(result["judged"]["treads"], (QJsonObject{{"judged", c.judged}, {"of", 8}}));
+        EXPECT_EQ(result["judged"]["roundness"], (QJsonObject{{"judged", c.judged}, {"of", 8}}));
+        const QJsonValue wheel = result["pairs"][2]["sides"][1];
+        EXPECT_EQ(wheel["defects"]["isDefective"].isNull(), c.judged < 8);
+        EXPECT_EQ(wheel["defects"]["deviatingPoints"].isNull(), c.judged < 8);
+        EXPECT_TRUE(wheel["defectsReason"].toString().contains(c.reason));
+        EXPECT_EQ(wheel["roundnessReason"].isNull(), c.judged == 8);
+
+        const QList<QByteArray> lines = read("r.csv").split('\n');
+        const auto field = [&](const char* name) {
+            return lines[3].split(',').value(lines[0].split(',').indexOf(name));
+        };
+        EXPECT_EQ(field("tread_1"), c.judged > 0 ? "sound" : "");
+        EXPECT_EQ(field("tread_2"), c.judged == 8 ? "sound" : "");
+        EXPECT_EQ(field("roundness_1"), c.judged > 0 ? "out of round" : "");
+        EXPECT_EQ(lines[3].endsWith("round,,,,,"), c.judged == 8) << lines[3].toStdString();
+        EXPECT_TRUE(c.judged == 8 || lines[3].count(c.reason) == (c.judged == 4 ? 1 : 2)) << lines[3].toStdString();
+
+        const QString page = read("r.html"), judged = QString(" (%1 of 8 judged)").arg(c.judged);
+        EXPECT_EQ(factOf(page, "Distances out of tolerance (4 of 4 judged)"), "good:0");
+        EXPECT_EQ(factOf(page, "Defective treads" + judged), c.treadFact);
+        EXPECT_EQ(factOf(page, "Wheels out of round" + judged), c.roundnessFact);
+        EXPECT_EQ(page.count("not judged</td>"), 2 * (8 - c.judged));
+        EXPECT_EQ(page.contains("wheels 1-4 of side 2: "), c.judged < 8);
+    }
 }
 
 TEST_F(TrainDefects, RefusesSettingsThatDoNotFit) {

@@ -40,10 +40,10 @@ protected:
 // 40 points are 13 windows of 3, the last of which ends at the last point but one and stays.
 const char* const kTable = "pair,wheel_1,profiles_1,first_record_1,last_record_1,chosen_profile_1,points_1,"
                            "wheel_2,profiles_2,first_record_2,last_record_2,chosen_profile_2,points_2,"
-                           "distance,deviation,verdict\n"
-                           "1,1,10,21,30,5,39,1,10,21,30,5,39,1360.75,0.75,ok\n"
-                           "2,2,10,51,60,5,39,2,10,51,60,5,39,1356.5,-3.5,out\n"
-                           "3,3,10,101,110,5,39,3,10,101,110,5,39,1360.5,0.5,ok\n";
+                           "distance,deviation,verdict,distance_reason\n"
+                           "1,1,10,21,30,5,39,1,10,21,30,5,39,1360.75,0.75,ok,\n"
+                           "2,2,10,51,60,5,39,2,10,51,60,5,39,1356.5,-3.5,out,\n"
+                           "3,3,10,101,110,5,39,3,10,101,110,5,39,1360.5,0.5,ok,\n";
 
 TEST_F(Train, MeasuresAllPairs) {
     const ToolResult csv = run(with({"--csv", "-"}));
@@ -53,7 +53,7 @@ TEST_F(Train, MeasuresAllPairs) {
     EXPECT_EQ(QDir(path("results/pass-left_1001-right_1002/left_1001")).entryList(QDir::Files).size(), 30);
     EXPECT_EQ(read("settings.ini"), trainSettings());
     const ToolResult table = run(with({"--tolerance", "3.5", "--nominal", "1360"}));
-    EXPECT_TRUE(table.output.contains("3 distances, 0 out of tolerance")) << table.output.toStdString();
+    EXPECT_TRUE(table.output.contains("3 of 3 distances measured, 0 out of tolerance")) << table.output.toStdString();
     EXPECT_TRUE(table.output.contains("1356.500     -3.500       ok")) << table.output.toStdString();
 }
 
@@ -85,9 +85,32 @@ TEST_F(Train, WritesJsonForPrograms) {
     EXPECT_EQ(document["recordings"][1]["profileRecords"].toInt(), 100);
     const QJsonValue first = document["pairs"][0];
     EXPECT_TRUE(first["distance"].isNull() && first["inTolerance"].isNull() && first["sides"][1].isNull());
+    EXPECT_EQ(first["reason"].toString(), "the sensor of side 2 did not see the wheel");
+    EXPECT_EQ(document["judged"]["distances"], (QJsonObject{{"judged", 1}, {"of", 2}}));
+    EXPECT_TRUE(document["judged"]["treads"].isNull() && document["judged"]["roundness"].isNull());
     EXPECT_EQ(first["sides"][0]["firstRecord"].toInt(), 21);
     EXPECT_EQ(document["pairs"][1]["distance"].toDouble(), 1361.0);
     EXPECT_EQ(document["pairs"][1]["inTolerance"].toBool(), true);
+}
+
+TEST_F(Train, FailsOnVerdicts) {
+    const std::tuple<std::vector<SeenWheel>, const char*, int, const char*> cases[] = {
+        // The distances of the right wheels are in tolerance, out of it, in it.
+        {{0.5f, -2.5f, 0.0f}, "out", 5, "1 x out"},
+        {{0.5f, -2.5f, 0.0f}, "not-judged", 0, ""},
+        {{0.5f, 2.5f, 0.0f}, "out,not-judged", 0, ""},
+        {{0.5f, SeenWheel(), 0.0f}, "out", 0, ""},
+        {{0.5f, SeenWheel(), 0.0f}, "out,not-judged", 5, "1 x not-judged"},
+        {{SeenWheel(), SeenWheel(), SeenWheel()}, "not-judged", 1, "no distance"},
+        {{0.5f, -2.5f, 0.0f}, "defect", 2, "--fail-on defect is for --defects"},
+    };
+    for (const auto& [right, list, code, message] : cases) {
+        SCOPED_TRACE(list);
+        writeRecordings({0.25f, -1.0f, 0.5f}, right);
+        const ToolResult result = run(with({"--fail-on", list, "--csv", "verdicts.csv"}), code);
+        EXPECT_TRUE(result.errors.contains(message)) << result.errors.toStdString();
+        EXPECT_EQ(result.output.contains("distances measured"), code != 2);
+    }
 }
 
 TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {

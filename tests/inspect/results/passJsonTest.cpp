@@ -68,7 +68,7 @@ TEST(PassJson, ReadsBackWhatItWrote) {
     }
     EXPECT_EQ(passes[0].warnings.size(), 1u) << "the pair that is not there";
     EXPECT_EQ(passes[0].distances(), 4);
-    EXPECT_GT(passes[0].defectiveWheels() + passes[0].wheelsOutOfRound(), 0);
+    EXPECT_GT(passes[0].count(PassQuestion::Tread).bad + passes[0].count(PassQuestion::Roundness).bad, 0);
     EXPECT_EQ(passes[2].wheelOf(passes[2].pairs[2], 0), nullptr);
     EXPECT_EQ(passes[2].pairs[2].reason, "the sensor of side 1 did not see the wheel");
 }

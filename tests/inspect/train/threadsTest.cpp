@@ -52,7 +52,7 @@ struct Pass {
         fs::create_directories(folder);
         write(folder / "a_1.bin", recording(seed));
         write(folder / "b_2.bin", recording(seed + 100));
-        const std::string lines = "level_k=0\nlevel_b=100\nk2=0\nb2=50\nlowLevel_k=0\nlowLevel_b=10\n";
+        const std::string lines = "level_k=0\nlevel_b=100\nk2=-0.5\nb2=-5\nlowLevel_k=0\nlowLevel_b=10\n";
         write(folder / "settings.ini",
               "calibrLines2=1360\npointsHigher=0\n[SENSOR1]\nSN=1\n" + lines + "[SENSOR2]\nSN=2\n" + lines);
     }

@@ -25,6 +25,7 @@ struct Make {
     int hidden = 0; ///< the number of a profile that shows no tread
     std::function<double(int)> worn = [](int) { return 0.0; }; ///< depth of the tread in a profile
     std::function<double(int)> raised = [](int) { return 0.0; }; ///< what the flange is seen lower
+    std::function<bool(int, double)> shown = [](int, double) { return true; }; ///< of a place across, in a profile
 };
 
 double fromAxle(int number, const Make& make) {
@@ -39,6 +40,9 @@ KxProfile makeProfile(int number, const Make& make) {
     KxProfile profile;
     for (double across = 5.0; across < (number == make.hidden ? 30.0 : 120.0);
          across += across < 24.9 || across > 40.0 ? 0.1 : 15.0) {
+        if (across > 30.0 && !make.shown(number, across)) {
+            continue;
+        }
         const double tip = across - 15.0;
         const double radius = across < 30.0 ? kFlangeRadius + make.raised(number) - tip * tip / 25.0
                                             : kTreadRadius - (across - 70.0) / 40.0 - make.worn(number);
@@ -52,7 +56,7 @@ KxProfile makeProfile(int number, const Make& make) {
     return profile;
 }
 
-std::optional<Roundness> judge(const Make& make, const DefectLimits& limits = {}) {
+RoundnessVerdict judge(const Make& make, const DefectLimits& limits = {}) {
     const float slope = static_cast<float>(make.slope);
     const auto behind = [&](float distance) {
         return KxLine(slope, 100.0f + distance * std::sqrt(1.0f + slope * slope));
@@ -94,7 +98,7 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.desc);
-        const std::optional<Roundness> judged = judge(c.make);
+        const std::optional<Roundness> judged = judge(c.make).roundness;
         ASSERT_TRUE(judged);
         const Roundness& result = *judged;
         ASSERT_EQ(result.radii.size(), kProfiles - (c.make.hidden > 0 ? 1 : 0));
@@ -106,22 +110,59 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
     }
 }
 
-TEST(WheelRoundness, IsNotJudgedWithoutACentre) {
-    const auto isJudged = [](const Make& make, float limit = 0.1f) {
+/// A part of the tread in the first profiles, another one in the others.
+std::function<bool(int, double)> parts(int lastOfFirst, double endOfFirst, double startOfOthers) {
+    return
+        [=](int number, double across) { return number <= lastOfFirst ? across < endOfFirst : across > startOfOthers; };
+}
+
+TEST(WheelRoundness, ComparesWhatMostProfilesShow) {
+    // A flat that alone shows its part of the tread would be found round.
+    const std::optional<Roundness> judged =
+        judge({.worn = within(36, 60, 1.0), .shown = parts(35, 75.0, 85.0)}).roundness;
+    ASSERT_TRUE(judged);
+    EXPECT_EQ(judged->radii.size(), 35);
+    EXPECT_EQ(judged->radii.back().profile, 35);
+    const std::optional<Roundness> overlapping =
+        judge({.worn = within(41, 60, 1.0), .shown = parts(40, 200.0, 70.0)}).roundness;
+    ASSERT_TRUE(overlapping);
+    EXPECT_EQ(overlapping->radii.size(), kProfiles);
+    EXPECT_NEAR(overlapping->largest, 1.0, 2e-3);
+}
+
+TEST(WheelRoundness, SaysWhyItIsNotJudged) {
+    const float nan = std::nanf("");
+    struct Case {
+        Make make;
+        float maxDeviation = 0.1f;
+        int radiusProfiles = 3;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {{.noise = 0.05}, 0.1f, 3, ""},
+        {{.noise = 0.05}, 0.001f, 3, "more than 0.0005 mm, half of maxRadiusDeviation"},
+        {{}, nan, 3, "scatter"},
+        {{.zScale = 0.1}, 0.1f, 3, "scatter"}, // z is no length along the track
+        {{.step = 0.0}, 0.1f, 3, "on no circle"}, // all in one place
+        {{.shown = parts(kProfiles, 0.0, 0.0)}, 0.1f, 3, "no profile shows flange and tread"},
+        {{.shown = parts(9, 200.0, 90.0)}, 0.1f, 3, "9 profiles show at least 8 mm"},
+        {{.shown = parts(30, 75.0, 85.0)}, 0.1f, 3, "0 of 60 show one that most of them show"},
+        {{.hidden = 20}, 0.1f, 41, "fewer than 41 successive profiles"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.reason);
         DefectLimits limits;
-        limits.maxRadiusDeviation = limit;
-        return judge(make, limits).has_value();
-    };
-    EXPECT_TRUE(isJudged({.noise = 0.05}));
-    EXPECT_FALSE(isJudged({.noise = 0.05}, 0.001f)) << "tips scatter by more";
-    EXPECT_FALSE(isJudged({.zScale = 0.1})) << "z is no length along the track";
-    EXPECT_FALSE(isJudged({.step = 0.0})) << "all in one place";
-    EXPECT_FALSE(isJudged({}, std::nanf("")));
-    const auto isEmptyJudged = [](size_t count) {
+        limits.maxRadiusDeviation = c.maxDeviation;
+        limits.radiusProfiles = c.radiusProfiles;
+        const RoundnessVerdict verdict = judge(c.make, limits);
+        EXPECT_EQ(verdict.roundness.has_value(), verdict.reason.empty());
+        EXPECT_EQ(verdict.reason.empty(), *c.reason == '\0');
+        EXPECT_NE(verdict.reason.find(c.reason), std::string::npos) << verdict.reason;
+    }
+    for (const size_t count : {0u, 20u}) {
         const std::vector<PointList> none(count);
-        return judgeRoundness({none, none, std::vector<float>(count, 1.0f), {}}, {}).has_value();
-    };
-    EXPECT_FALSE(isEmptyJudged(0) || isEmptyJudged(20));
+        EXPECT_FALSE(judgeRoundness({none, none, std::vector<float>(count, 1.0f), {}}, {}).roundness);
+    }
 }
 
 } // namespace

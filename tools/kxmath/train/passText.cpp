@@ -3,6 +3,7 @@
 
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
+#include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
 
@@ -31,22 +32,26 @@ QString table(const PassResult& pass, const std::vector<PairColumn>& columns) {
     return textTable(rows);
 }
 
+/// What was judged, and why the rest was not.
+QString summary(const PassResult& pass, KxInspect::PassQuestion question) {
+    QString text = QLatin1Char('\n') + countText(pass, question) + QStringLiteral(".\n");
+    for (const QString& line : notJudgedTexts(pass, question)) {
+        text += QStringLiteral("Not judged, ") + line + QStringLiteral(".\n");
+    }
+    return text;
+}
+
 } // namespace
 
 QString passText(const PassResult& pass) {
     QString text = recordingText(pass, 0) + recordingText(pass, 1);
-    text += QStringLiteral("Tolerance: %1\n\n").arg(toleranceText(pass));
-    text += table(pass, pairColumns());
-    text += QStringLiteral("\n%1 distances, %2 out of tolerance. Lengths in mm.\n")
-                .arg(pass.distances())
-                .arg(pass.outOfTolerance());
+    text += QStringLiteral("Tolerance: %1. Lengths in mm.\n\n").arg(toleranceText(pass));
+    text += table(pass, pairColumns()) + summary(pass, KxInspect::PassQuestion::Distance);
     if (pass.defectLimits) {
         text += QStringLiteral("\nDefects: %1\n\n").arg(defectLimitsText(pass));
-        text += table(pass, defectColumns());
-        text += QStringLiteral("\n%1 defective wheels.\n").arg(pass.defectiveWheels());
+        text += table(pass, defectColumns()) + summary(pass, KxInspect::PassQuestion::Tread);
         text += QStringLiteral("\nRoundness: %1\n\n").arg(roundnessLimitsText(pass));
-        text += table(pass, roundnessColumns());
-        text += QStringLiteral("\n%1 wheels out of round.\n").arg(pass.wheelsOutOfRound());
+        text += table(pass, roundnessColumns()) + summary(pass, KxInspect::PassQuestion::Roundness);
     }
     if (!pass.folder.empty()) {
         text += QStringLiteral("Wheel files: %1\n").arg(printable(QString::fromStdString(pass.folder)));
@@ -55,23 +60,28 @@ QString passText(const PassResult& pass) {
 }
 
 QString passCsv(const PassResult& pass) {
+    constexpr QLatin1Char kSeparator(',');
     std::vector<PairColumn> columns = pairColumns();
     if (pass.defectLimits) {
         for (const auto* const more : {&defectColumns(), &roundnessColumns()}) {
             columns.insert(columns.end(), more->begin() + 1, more->end()); // the pair is there
         }
     }
+    const std::vector<PairColumn> reasons = reasonColumns(pass);
+    columns.insert(columns.end(), reasons.begin(), reasons.end());
     QStringList header;
     for (const PairColumn& column : columns) {
         header.append(column.key);
     }
-    QString text = header.join(QLatin1Char(',')) + QLatin1Char('\n');
+    QString text = header.join(kSeparator) + QLatin1Char('\n');
     for (size_t i = 0; i < pass.pairs.size(); ++i) {
         QStringList row;
         for (const PairColumn& column : columns) {
-            row.append(textForPrograms(column.value(pass, i)));
+            const PairValue value = column.value(pass, i);
+            const QString field = textForPrograms(value);
+            row.append(std::holds_alternative<QString>(value) ? csvField(field, kSeparator) : field);
         }
-        text += row.join(QLatin1Char(',')) + QLatin1Char('\n');
+        text += row.join(kSeparator) + QLatin1Char('\n');
     }
     return text;
 }

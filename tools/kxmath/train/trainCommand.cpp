@@ -1,5 +1,6 @@
 // kxmath train: from the two recordings of a pass to the distances of its wheel pairs.
 #include "report/train/passReport.h"
+#include "report/train/passWords.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
@@ -30,6 +31,11 @@ QString noResultText(const PassResult& pass) {
              !first.wheels.empty() && !second.wheels.empty()
                  ? QStringLiteral(", none of them with a profile that can be measured")
                  : QString());
+}
+
+QString noTreadText(const TrainOptions& options, const PassResult& pass) {
+    return QStringLiteral("no tread could be judged with the settings '%1': %2")
+        .arg(options.defects, kxreport::notJudgedTexts(pass, KxInspect::PassQuestion::Tread).value(0));
 }
 
 /// The name of the folder for a pass: "pass-NAME1-NAME2" from the names of the recordings, long ones cut.
@@ -99,6 +105,17 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
     return pass;
 }
 
+std::vector<GivenVerdict> verdicts(const PassResult& pass) {
+    using KxInspect::PassQuestion;
+    const KxInspect::VerdictCount distances = pass.count(PassQuestion::Distance);
+    const KxInspect::VerdictCount treads = pass.count(PassQuestion::Tread);
+    const KxInspect::VerdictCount roundness = pass.count(PassQuestion::Roundness);
+    const auto count = [](int number) { return static_cast<std::size_t>(number); };
+    return {{Verdict::Out, count(distances.bad)},
+            {Verdict::Defect, count(treads.bad + roundness.bad)},
+            {Verdict::NotJudged, count(distances.notJudged() + treads.notJudged() + roundness.notJudged())}};
+}
+
 void writeOutputs(const TrainOptions& options, const PassResult& pass) {
     if (options.report.isWanted()) {
         options.report.write(kxreport::passReport(pass));
@@ -111,7 +128,7 @@ void writeOutputs(const TrainOptions& options, const PassResult& pass) {
     }
     const bool isTaken =
         options.report.isStandardOutput() || options.json.isStandardOutput() || options.csv.isStandardOutput();
-    if (!isTaken && pass.distances() > 0) {
+    if (!isTaken && !pass.pairs.empty()) {
         printOutput(passText(pass));
     }
 }
@@ -128,10 +145,10 @@ int run(const TrainOptions& options) {
     for (const std::string& warning : pass.warnings) {
         printLine(kName, QStringLiteral("warning: ") + QString::fromStdString(warning));
     }
-    if (pass.distances() == 0) {
-        throw CommandError{NoResult, noResultText(pass)};
+    if (!pass.hasResult()) {
+        throw CommandError{NoResult, pass.distances() == 0 ? noResultText(pass) : noTreadText(options, pass)};
     }
-    return Done;
+    return options.failOn.exitCode(kName, Done, verdicts(pass));
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kDescription =
     R"(Finds the wheels in the recordings of two sensors that face each other across the track, and measures the
-distance across each wheel pair.
+distance across each wheel pair. With --defects it also judges the treads of the wheels.
 
 A recording is a file of profile records or 2-D cloud sections named PREFIX_SERIAL.bin; SERIAL is the serial number
 of the sensor, which the settings name as SENSOR1/SN or SENSOR2/SN. The work is done in a fresh folder inside the
@@ -30,39 +30,51 @@ Settings (INI file), n being the number of the sensor:
 Values out of range are refused. Warnings name unknown keys with the nearest known one, level lines that no point or
 every point is below, and reference lines that are more than 3 degrees off the wheels.
 
-Defects: with --defects the tread of every profile of every wheel is compared with a smooth curve through it (a
-polynomial of degree 20), between the lines SENSORn/lowLevel_k, lowLevel_b and SENSORn/level_k, level_b of that file,
-which also names the sensors (SENSORn/SN). Optional keys: maxDeviation (0.3), pointsHigher (5: more points than this
-farther off than maxDeviation make a profile defective), minimalDefectsProf (1: more defective profiles than this make
-a wheel defective). The low line keeps the flange out. FILE is seldom that of --settings, whose level line lies before
-the tread. The key "use" is not asked: the option says it.
+Defects: --defects names an INI file with other lines. Each profile of each wheel is cut between the low line
+(SENSORn/lowLevel_k, lowLevel_b) and the level line (SENSORn/level_k, level_b) of that file, which keep out the flange
+and what is beyond the tread, and is compared with a smooth curve (a polynomial of degree 20). Optional keys:
+maxDeviation (0.3 mm), pointsHigher (5: with more points farther off the curve than maxDeviation a profile is
+defective), minimalDefectsProf (1: with more defective profiles a wheel is defective). The key "use" is not read.
 
-Roundness: a flat across the whole tread does not show in a single profile. With --defects the profiles of each wheel
-are therefore compared too: the radius of the tread, 45 to 95 mm behind the reference line, with a circle about the
-axle, which the flange tips tell. The recordings must hold z in mm along the track, and the laser planes stand straight
-across it. Optional keys: maxRadiusDeviation (0.1), radiusProfiles (3: a wheel is out of round when in so many
-successive profiles the tread is farther off to one side).
+Roundness: a flat across the whole tread does not show in a single profile. With --defects the radius of the tread in
+all profiles of a wheel is therefore compared with a circle about the axle, which is the centre of the circle of the
+flange tip. The recordings must hold z in mm along the track, and the laser planes must be square to it. Optional
+keys: maxRadiusDeviation (0.1 mm), radiusProfiles (3: a wheel is out of round when its tread is farther off the circle,
+to one side, in so many successive profiles).
+
+Both need the tread, 45 to 95 mm behind the reference line. A wheel that does not show enough of it between the lines
+is "not judged", which is neither sound nor defective; all outputs say how many of how many were judged, and why the
+others were not.
 
 Wheels are paired by number. Where the recordings hold different numbers of wheels, they are paired by their place
 along the pass: the z of profile records where both recordings have one that rises, else the record number. A wheel
 without partner is listed without a distance, and a warning is printed.
 
 CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
-distance, deviation, verdict (ok or out); with --defects for each side also judged_profiles_s, defective_profiles_s,
-defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective), and behind those of both
-sides compared_profiles_s, off_circle_numbers_s, radius_deviation_s, roundness_s (round or out of round). JSON fields:
-command, version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, defectLimits, pairs (pair,
-sides, distance, deviation, inTolerance), warnings. A missing value is an empty field in CSV and null in JSON. Records
-and profiles are counted from 1; lengths are in mm.
+distance, deviation, verdict (ok or out); with --defects for each side judged_profiles_s, defective_profiles_s,
+defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective), then for each side
+compared_profiles_s, off_circle_numbers_s, radius_deviation_s, roundness_s (round or out of round); distance_reason,
+and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict. JSON fields: command,
+version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads
+and roundness: judged, of), defectLimits, pairs (pair, sides, distance, deviation, inTolerance, reason), warnings. A
+missing value is an empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
-  0  done; distances out of tolerance do not change it
-  1  the data gave no result: no wheel, or no pair with a distance (files that were asked for are written)
+  0  done
+  1  no result: no wheel, no pair with a distance, or with --defects no tread that could be judged (files that were
+     asked for are written)
   2  wrong use
   3  a recording or the settings are missing, unreadable, damaged or do not fit each other
   4  output could not be written
+  5  a verdict that --fail-on lists was given
   6  not enough memory
 )";
+
+std::vector<PossibleVerdict> possibleVerdicts() {
+    return {{Verdict::Out, "a distance is out of tolerance"},
+            {Verdict::Defect, "a tread is defective or a wheel out of round"},
+            {Verdict::NotJudged, "a distance, a tread or a roundness that was asked for has no verdict"}};
+}
 
 void addOptions(Options& options) {
     options.addArgument("REC1", QStringLiteral("Recording of one side."));
@@ -91,6 +103,7 @@ void addOptions(Options& options) {
                       QStringLiteral("Judges only points with x of the sensor in this range. Default: all between the "
                                      "lines."),
                       "MIN:MAX");
+    FailOn::declare(options, possibleVerdicts());
 }
 
 /// The text of an option that names something; an empty one names nothing.
@@ -121,6 +134,14 @@ std::optional<std::array<float, 2>> defectRange(const Options& options) {
     return range;
 }
 
+FailOn failOn(const Options& options) {
+    FailOn result(options, possibleVerdicts());
+    if (result.holds(Verdict::Defect) && options.text("defects").isEmpty()) {
+        options.fail(QStringLiteral("--fail-on defect is for --defects FILE"));
+    }
+    return result;
+}
+
 } // namespace
 
 std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
@@ -144,7 +165,8 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
                         options.number("tolerance", kNotNegative),
                         options.numberIfSet("nominal"),
                         name(options, "defects", QStringLiteral("a file")),
-                        defectRange(options)};
+                        defectRange(options),
+                        failOn(options)};
 }
 
 } // namespace kxtool

@@ -1,6 +1,7 @@
 // What the user of kxmath train asks for.
 #pragma once
 
+#include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/outputFile.h"
 
 #include <QtCore/QString>
@@ -25,6 +26,7 @@ struct TrainOptions {
     std::optional<float> nominal;
     QString defects; ///< settings of the judgement of treads, empty for none
     std::optional<std::array<float, 2>> defectRange;
+    FailOn failOn;
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
