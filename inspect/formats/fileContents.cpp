@@ -6,9 +6,9 @@
 #include "inspect/fitting/median.h"
 #include "inspect/formats/contentKind.h"
 #include "inspect/formats/openFile.h"
+#include "inspect/formats/pointFile.h"
 #include "inspect/formats/sections.h"
-
-#include <QtCore/QFileInfo>
+#include "inspect/recordings/brokenRecord.h"
 
 #include <algorithm>
 #include <cmath>
@@ -66,10 +66,11 @@ void readSections(QFile& file, const ErrorSource& source, const Progress& progre
         PointSet part;
         const KxMath::KxRecordKind kind = detail::readSection(file, part);
         if (kind == KxMath::KxNoRecord) {
-            const QString damage =
-                QStringLiteral("is damaged at byte %1 of %2: no whole section or record begins there");
-            contents.damage = Error(ErrorKind::Damaged, source, damage.arg(file.pos()).arg(file.size()).toStdString(),
-                                    {file.pos(), {}, {}, {}});
+            std::int64_t records = 0;
+            for (const PartCount& counted : contents.parts) {
+                records += counted.count;
+            }
+            contents.damage = detail::brokenRecord(file, source, records, "\2\3\4\5");
             return;
         }
         count(contents, partKind(kind));
@@ -80,11 +81,11 @@ void readSections(QFile& file, const ErrorSource& source, const Progress& progre
     }
 }
 
-void readWholeFile(const std::string& path, FileKind kind, const TextOptions& options, FileContents& contents,
-                   Spacings& spacings) {
+void readWholeFile(QFile& file, const ErrorSource& source, FileKind kind, const TextOptions& options,
+                   FileContents& contents, Spacings& spacings) {
     contents.kind = kind;
     try {
-        const PointSet set = readPoints(path, kind, options);
+        const PointSet set = detail::readPoints(file, source, kind, options);
         contents.text = set.text;
         spacings.reserve(set.points.size());
         count(contents, PartKind::WholeFile);
@@ -107,15 +108,12 @@ FileContents readFileContents(const std::string& path, const Progress& progress,
     const ErrorSource source{{}, path, {}};
     const detail::QtPath where(path);
     QFile file(where.text());
-    if (QFileInfo(file).isDir()) {
-        detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("cannot be read: it is a folder"));
-    }
     detail::openForReading(file, source);
     FileContents contents;
     Spacings spacings;
-    const bool isEmpty = !file.isSequential() && file.atEnd();
+    const bool isEmpty = file.atEnd();
     if (const std::optional<FileKind> kind = detail::kindOfFile(file, path); isWholeFile(kind) && !isEmpty) {
-        readWholeFile(path, *kind, options, contents, spacings);
+        readWholeFile(file, source, *kind, options, contents, spacings);
     } else {
         readSections(file, source, progress, contents, spacings);
     }

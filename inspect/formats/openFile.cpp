@@ -2,7 +2,9 @@
 #include "inspect/formats/openFile.h"
 
 #include "inspect/base/error.h"
-#include "inspect/base/paths.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QTemporaryFile>
 
 namespace KxInspect::detail {
 
@@ -12,19 +14,46 @@ QString cannotBeRead(const QFile& file) {
     return QStringLiteral("cannot be read: %1").arg(file.errorString());
 }
 
-} // namespace
-
-void openForReading(QFile& file, const ErrorSource& source) {
-    if (!file.open(QIODevice::ReadOnly)) {
-        fail(file.exists() ? ErrorKind::Unreadable : ErrorKind::NotFound, source, cannotBeRead(file));
+/// Reads a pipe or a device to its end and opens a copy in its place, which goes away with `file`.
+void spool(QFile& file, const ErrorSource& source) {
+    constexpr qint64 kMost = qint64(1) << 30;
+    constexpr qint64 kBlock = 1 << 20;
+    QTemporaryFile copy;
+    bool isCopied = copy.open();
+    while (isCopied) {
+        const QByteArray block = file.read(kBlock);
+        if (file.error() != QFileDevice::NoError) {
+            fail(ErrorKind::Unreadable, source, cannotBeRead(file));
+        }
+        if (block.isEmpty()) {
+            break;
+        }
+        isCopied = copy.write(block) == block.size() && copy.flush();
+        if (copy.pos() > kMost) {
+            fail(ErrorKind::Unsuitable, source, QStringLiteral("does not end within 1 GiB"));
+        }
+    }
+    file.close();
+    file.setFileName(copy.fileName());
+    if (!isCopied || !file.open(QIODevice::ReadOnly)) {
+        fail(ErrorKind::Unreadable, source,
+             QStringLiteral("cannot be copied into a temporary file: ") +
+                 (isCopied ? file.errorString() : copy.errorString()));
     }
 }
 
-QByteArray readAll(const ErrorSource& source) {
-    const QtPath where(source.file);
-    QFile file(where.text());
-    openForReading(file, source);
-    return readAll(file, source);
+} // namespace
+
+void openForReading(QFile& file, const ErrorSource& source) {
+    if (QFileInfo(file).isDir()) {
+        fail(ErrorKind::Unsuitable, source, QStringLiteral("cannot be read: it is a folder"));
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail(file.exists() ? ErrorKind::Unreadable : ErrorKind::NotFound, source, cannotBeRead(file));
+    }
+    if (file.isSequential() || !QFileInfo(file).isFile()) {
+        spool(file, source);
+    }
 }
 
 QByteArray readAll(QFile& file, const ErrorSource& source) {

@@ -8,13 +8,11 @@
 
 namespace KxInspect::detail {
 
-/// Opens a file. Throws an Error NotFound or Unreadable.
+/// Opens a file. What cannot be read twice, a pipe or a device, is read to its end into a temporary file first. Throws an
+/// Error NotFound or Unreadable, Unsuitable for a folder and for what does not end within 1 GiB.
 void openForReading(QFile& file, const ErrorSource& source);
 
 /// The rest of an open file. Throws an Error Unreadable.
 QByteArray readAll(QFile& file, const ErrorSource& source);
-
-/// The whole content of a file. Throws an Error NotFound or Unreadable.
-QByteArray readAll(const ErrorSource& source);
 
 } // namespace KxInspect::detail

@@ -5,6 +5,7 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/formats/openFile.h"
+#include "inspect/formats/pointFile.h"
 #include "inspect/formats/sensorFiles.h"
 #include "inspect/formats/textFile.h"
 #include "inspect/formats/viewerFormats.h"
@@ -36,28 +37,32 @@ void writeBytes(const ErrorSource& source, const QByteArray& bytes) {
 
 } // namespace
 
-PointSet readPoints(const std::string& path, FileKind kind, const TextOptions& options) {
-    const ErrorSource source{{}, path, {}};
+PointSet detail::readPoints(QFile& file, const ErrorSource& source, FileKind kind, const TextOptions& options) {
     switch (kind) {
     case FileKind::Cloud:
-        return detail::readCloudFile(source);
+        return readCloudFile(file, source);
     case FileKind::Profiles:
-        return detail::readProfileRecords(source);
+        return readProfileRecords(file, source);
     case FileKind::Xyzf:
-        return detail::readXyzfFile(source);
+        return readXyzfFile(file, source);
     case FileKind::Ply:
-        return detail::parsePly(source, detail::readAll(source));
+        return parsePly(source, readAll(file, source));
     case FileKind::Pcd:
-        return detail::parsePcd(source, detail::readAll(source));
+        return parsePcd(source, readAll(file, source));
     case FileKind::Csv:
     case FileKind::Xyz:
     case FileKind::Gauge:
         break;
     }
+    return readTextPoints(file, source, kind, options);
+}
+
+PointSet readPoints(const std::string& path, FileKind kind, const TextOptions& options) {
+    const ErrorSource source{{}, path, {}};
     const detail::QtPath where(path);
     QFile file(where.text());
     detail::openForReading(file, source);
-    return detail::readTextPoints(file, source, kind, options);
+    return detail::readPoints(file, source, kind, options);
 }
 
 void writePoints(const std::string& path, FileKind kind, const PointSet& points) {

@@ -6,8 +6,12 @@
 #include "inspect/base/paths.h"
 #include "inspect/base/points.h"
 #include "inspect/formats/contentKind.h"
+#include "inspect/formats/openFile.h"
+#include "inspect/formats/pointFile.h"
 #include "inspect/formats/textFile.h"
-#include "inspect/recordings/recordStream.h"
+#include "inspect/recordings/brokenRecord.h"
+
+#include <KxMath/KxRecording.h>
 
 namespace KxInspect {
 
@@ -35,31 +39,29 @@ Profile flatten(const PointSet& set) {
     return profile;
 }
 
-Profile toProfile(const KxMath::KxProfileZ& record) {
+/// The record at the position of the file, behind `before` others.
+Profile readRecord(QFile& file, const ErrorSource& source, std::size_t before) {
+    KxMath::KxProfileZ record;
+    if (KxMath::KxReadRecord(file, record) == KxMath::KxNoRecord) {
+        throw detail::brokenRecord(file, source, static_cast<std::int64_t>(before), "\2\5");
+    }
     return {detail::toVector(record.points), record.z};
 }
 
-} // namespace
-
-Profile readProfile(const std::string& path, const TextOptions& options, std::optional<TextForm>* form) {
-    const ErrorSource source{{}, path, {}};
-    const detail::QtPath where(path);
-    QFile file(where.text());
-    detail::openForReading(file, source);
+/// readProfile() of an open file.
+Profile readOne(QFile& file, const ErrorSource& source, const TextOptions& options, std::optional<TextForm>* form) {
     if (file.size() > kMaxTextSize) {
         detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("is too large for a profile"));
     }
-    const std::optional<FileKind> kind = detail::kindOfFile(file, path);
+    const std::optional<FileKind> kind = detail::kindOfFile(file, source.file);
     std::optional<TextForm> textForm;
     Profile profile;
     if (isText(kind)) {
         profile = detail::readTextProfile(file, source, kind.value_or(FileKind::Xyz), options, textForm);
     } else if (isRecording(file.peek(1)) && kind != FileKind::Xyzf) {
-        KxMath::KxProfileZ record;
-        detail::RecordStream(source).next(record);
-        profile = toProfile(record);
+        profile = readRecord(file, source, 0);
     } else {
-        profile = flatten(readPoints(path, *kind));
+        profile = flatten(detail::readPoints(file, source, *kind));
     }
     if (form != nullptr) {
         *form = textForm;
@@ -70,19 +72,27 @@ Profile readProfile(const std::string& path, const TextOptions& options, std::op
     return profile;
 }
 
+} // namespace
+
+Profile readProfile(const std::string& path, const TextOptions& options, std::optional<TextForm>* form) {
+    const ErrorSource source{{}, path, {}};
+    const detail::QtPath where(path);
+    QFile file(where.text());
+    detail::openForReading(file, source);
+    return readOne(file, source, options, form);
+}
+
 std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options) {
     const ErrorSource source{{}, path, {}};
     const detail::QtPath where(path);
     QFile file(where.text());
     detail::openForReading(file, source);
     if (!isRecording(file.peek(1)) || kindByFileName(path) == FileKind::Xyzf) {
-        return {readProfile(path, options)};
+        return {readOne(file, source, options, nullptr)};
     }
     std::vector<Profile> profiles;
-    detail::RecordStream stream(source);
-    KxMath::KxProfileZ record;
-    while (stream.next(record) != KxMath::KxNoRecord) {
-        profiles.push_back(toProfile(record));
+    while (!file.atEnd()) {
+        profiles.push_back(readRecord(file, source, profiles.size()));
     }
     return profiles;
 }

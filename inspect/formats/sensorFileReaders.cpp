@@ -1,22 +1,20 @@
 // Reading the kinds of point files that sensors write.
 #include "inspect/base/error.h"
-#include "inspect/base/paths.h"
 #include "inspect/formats/openFile.h"
 #include "inspect/formats/sections.h"
 #include "inspect/formats/sensorFiles.h"
+#include "inspect/recordings/brokenRecord.h"
 
 #include <QtCore/QtEndian>
 
 namespace KxInspect::detail {
 
-PointSet readCloudFile(const ErrorSource& source) {
-    const QtPath where(source.file);
-    QFile file(where.text());
-    openForReading(file, source);
+PointSet readCloudFile(QFile& file, const ErrorSource& source) {
     PointSet set;
     const KxMath::KxRecordKind kind = readSection(file, set);
     if (kind == KxMath::KxNoRecord || kind == KxMath::KxProfileRecord) {
-        fail(ErrorKind::Damaged, source, QStringLiteral("holds no whole cloud section"), {0, {}, {}, {}});
+        file.seek(0);
+        throw brokenRecord(file, source, 0, "\2\3\4");
     }
     if (!file.atEnd()) {
         fail(ErrorKind::Unsuitable, source,
@@ -29,29 +27,26 @@ PointSet readCloudFile(const ErrorSource& source) {
     return set;
 }
 
-PointSet readProfileRecords(const ErrorSource& source) {
-    const QtPath where(source.file);
-    QFile file(where.text());
-    openForReading(file, source);
+PointSet readProfileRecords(QFile& file, const ErrorSource& source) {
     PointSet set;
     set.hasZ = true;
     while (!file.atEnd()) {
-        const qint64 begin = file.pos();
         set.profileStarts.push_back(set.points.size());
-        if (readSection(file, set) != KxMath::KxProfileRecord) {
-            fail(ErrorKind::Damaged, source,
-                 QStringLiteral("is damaged: no whole profile record begins at byte %1").arg(begin),
-                 {begin, static_cast<std::int64_t>(set.profileStarts.size()), {}, {}});
+        const char first = file.peek(1).front();
+        if (first != KxMath::KxProfileRecord || readSection(file, set) == KxMath::KxNoRecord) {
+            throw brokenRecord(file, source, static_cast<std::int64_t>(set.profileStarts.size()) - 1, "\5");
         }
     }
     return set;
 }
 
-PointSet readXyzfFile(const ErrorSource& source) {
+PointSet readXyzfFile(QFile& file, const ErrorSource& source) {
     constexpr qsizetype kRecordSize = 16;
-    const QByteArray content = readAll(source);
+    const QByteArray content = readAll(file, source);
     if (content.size() % kRecordSize != 0) {
-        fail(ErrorKind::Damaged, source, QStringLiteral("has %1 bytes, not a multiple of 16").arg(content.size()),
+        fail(ErrorKind::Damaged, source,
+             QStringLiteral("has %1 bytes, not a multiple of the 16 of a point: the last one is cut short")
+                 .arg(content.size()),
              {content.size() / kRecordSize * kRecordSize, {}, {}, {}});
     }
     PointSet set;

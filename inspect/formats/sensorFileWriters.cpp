@@ -140,7 +140,8 @@ void writeProfileRecords(const ErrorSource& source, const PointSet& set) {
 
 void writeCsvFile(const ErrorSource& source, const PointSet& set) {
     if (set.hasZ && profileStarts(set).size() > 1) {
-        fail(ErrorKind::Unwritable, source, QStringLiteral("holds one profile, the data have several"));
+        fail(ErrorKind::Unwritable, source,
+             QStringLiteral("can hold one profile, the data have %1").arg(profileStarts(set).size()));
     }
     KxMath::KxProfile profile;
     profile.points = inPlane(set, 0, set.points.size());

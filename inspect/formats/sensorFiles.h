@@ -4,12 +4,14 @@
 #include <KxInspect/Error.h>
 #include <KxInspect/PointFile.h>
 
+#include <QtCore/QFile>
+
 namespace KxInspect::detail {
 
-/// @{ Reads a file. Throws the errors of readPoints().
-PointSet readCloudFile(const ErrorSource& source);
-PointSet readProfileRecords(const ErrorSource& source);
-PointSet readXyzfFile(const ErrorSource& source);
+/// @{ Reads an open file. Throws the errors of readPoints().
+PointSet readCloudFile(QFile& file, const ErrorSource& source);
+PointSet readProfileRecords(QFile& file, const ErrorSource& source);
+PointSet readXyzfFile(QFile& file, const ErrorSource& source);
 /// @}
 
 /// @{ Writes a file. Throws the errors of writePoints().

@@ -3,8 +3,6 @@
 
 #include "inspect/formats/gaugeText.h"
 
-#include <QtCore/QBuffer>
-
 #include <limits>
 
 namespace KxInspect::detail {
@@ -38,39 +36,10 @@ private:
     std::vector<Point>& points_;
 };
 
-/// What is left of a pipe.
-QByteArray readPipe(QFile& file, const ErrorSource& source) {
-    constexpr qint64 kMost = qint64(1) << 30;
-    constexpr qint64 kBlock = 1 << 20;
-    QByteArray content;
-    for (;;) {
-        const QByteArray block = file.read(kBlock);
-        if (block.isEmpty()) {
-            break;
-        }
-        content += block;
-        if (content.size() > kMost) {
-            fail(ErrorKind::Unsuitable, source, QStringLiteral("does not end within 1 GiB"));
-        }
-    }
-    if (file.error() != QFileDevice::NoError) {
-        fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: %1").arg(file.errorString()));
-    }
-    return content;
-}
-
 TextForm readText(QFile& file, const ErrorSource& source, FileKind kind, const TextOptions& options, TextUse use,
                   PointSink& sink) {
     checkTextOptions(options, use);
-    QByteArray content;
-    QBuffer buffer(&content);
-    QIODevice* device = &file;
-    if (file.isSequential()) {
-        content = readPipe(file, source);
-        buffer.open(QIODevice::ReadOnly);
-        device = &buffer;
-    }
-    TextLines lines(*device, source);
+    TextLines lines(file, source);
     return kind == FileKind::Gauge ? readGaugeText(lines, options, sink) : readTextTable(lines, options, use, sink);
 }
 

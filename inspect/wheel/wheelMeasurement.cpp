@@ -14,7 +14,7 @@
 #include <KxMath/KxMathVersion.h>
 #include <KxMath/KxMetro.h>
 
-#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -50,7 +50,8 @@ void checkOptions(const WheelOptions& options) {
 bool isSpatial(const std::string& path) {
     const detail::QtPath where(path);
     QFile file(where.text());
-    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(1) : QByteArray();
+    const bool isRead = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly); // a pipe would lose its first byte
+    const QByteArray head = isRead ? file.read(1) : QByteArray();
     return head == "\x03" || head == "\x04";
 }
 

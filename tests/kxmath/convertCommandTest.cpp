@@ -97,7 +97,7 @@ TEST_F(Convert, Refuses) {
         {{"flat.bin", "a.xyz", "--columns", "1,x"}, 2, "two or three whole numbers"},
         {{"spatial.bin", "./spatial.bin"}, 2, "which is an input"},
         {{"-", "a.xyz"}, 2, "--from"},
-        {{"spatial.bin", "a.csv"}, 4, "holds one profile"},
+        {{"spatial.bin", "a.csv"}, 4, "can hold one profile, the data have 3"},
         {{"spatial.bin", "no/folder/a.xyz"}, 4, "could not be written"},
     });
 }
@@ -151,6 +151,29 @@ TEST_F(Info, ListsWhatFilesHold) {
     write("empty.csv", "");
     run({"empty.csv"}, 1);
     expectRefusals({{{"missing.bin"}, 3, "cannot be read"}, {{}, 2, "1 or more files needed"}});
+}
+
+TEST_F(Info, JsonHoldsWhatTheTextShows) {
+    write("c.csv", "x;y\n1,5;-2\n0,25;nan\n0,35;3\n0,75;1\n");
+    const QByteArray record("\x05\x01\x00\x00\x00\x48\x41\x00\x00\x20\xc1\x00\x00\x5d\x42", 15);
+    write("cut.bin", record + record.chopped(1));
+    QJsonObject found = json({"c.csv", "cut.bin", "gone.xyz"}, 3).toObject();
+    found.remove("version");
+    const QByteArray nothing = R"("kind": null, "medianSpacingMm": null, "missingPoints": null, "parts": null,
+        "points": null, "text": null, "xRangeMm": null, "yRangeMm": null, "zRangeMm": null)";
+    const QByteArray expected = R"({"command": "info", "files": [
+        {"file": "c.csv", "kind": "csv", "points": 4, "missingPoints": 1, "error": null, "medianSpacingMm": 0.4,
+         "parts": [{"kind": "wholeFile", "count": 1}], "xRangeMm": [0.25, 1.5], "yRangeMm": [-2, 3], "zRangeMm": null,
+         "text": {"columns": 2, "separator": ";", "decimalSign": ",", "titleLines": 1, "remarks": 0}},
+        {"file": "cut.bin", "kind": null, "points": 1, "missingPoints": 0, "medianSpacingMm": null, "text": null,
+         "parts": [{"kind": "profileRecord", "count": 1}], "xRangeMm": [-10, -10], "yRangeMm": [55.25, 55.25],
+         "zRangeMm": [12.5, 12.5], "error": {"byte": 15, "record": 2, "line": null, "column": null,
+         "message": "'cut.bin' is damaged at byte 15, after 1 whole records: the record that begins there is cut short by the end of the file at byte 29, its 1 points end at byte 30"}},
+        {"file": "gone.xyz", "error": {"byte": null, "record": null, "line": null, "column": null,
+         "message": "'gone.xyz' cannot be read: No such file or directory"}, )" +
+                                nothing + "}]}";
+    const QByteArray text = QJsonDocument(found).toJson();
+    EXPECT_EQ(text.toStdString(), QJsonDocument::fromJson(expected).toJson().toStdString());
 }
 
 } // namespace

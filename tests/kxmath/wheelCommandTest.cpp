@@ -108,7 +108,7 @@ TEST_F(WheelCommand, Refuses) {
         {{"bad.whl"}, 3, "'bad.whl' has no number in line 5, column 1: '--'"},
         {{"three.csv"}, 3, "has 3 columns, not 2 (--columns selects others)"},
         {{"words.whl"}, 3, "holds no points"},
-        {{"cut.bin"}, 3, "no whole cloud section"},
+        {{"cut.bin"}, 3, "cut short by the end of the file at byte 6, its 5 points end at byte 65"},
         {{"far.csv", "--spacing", "0.1"}, 3, "too long"},
         {{}, 2, "1 or more files needed, got 0"},
         {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},

@@ -104,7 +104,12 @@ TEST_F(PointFile, DamageHasAPlace) {
         Place byte, line;
     } cases[] = {
         {"cut record", FileKind::Profiles, records.chopped(1), ErrorKind::Damaged, 23, {}},
-        {"section among records", FileKind::Profiles, records + QByteArray("\x02\0\0", 3), ErrorKind::Damaged, 54, {}},
+        {"section among records",
+         FileKind::Profiles,
+         records + QByteArray("\x02\0\0", 3),
+         ErrorKind::Unsuitable,
+         54,
+         {}},
         {"cut section", FileKind::Cloud, QByteArray("\x03\x01\0\0\0abc", 8), ErrorKind::Damaged, 0, {}},
         {"surplus", FileKind::Cloud, QByteArray("\x02\0\0!", 4), ErrorKind::Unsuitable, 3, {}},
         {"odd size", FileKind::Xyzf, QByteArray(35, 'a'), ErrorKind::Damaged, 32, {}},
@@ -153,7 +158,7 @@ TEST_F(PointFile, DamageHasAPlace) {
     }
     for (const FileKind kind : kFileKinds) {
         EXPECT_EQ(errorOf([&] { readPoints(file("missing"), kind); }).kind(), ErrorKind::NotFound) << kindName(kind);
-        EXPECT_EQ(errorOf([&] { readPoints(path("").toStdString(), kind); }).kind(), ErrorKind::Unreadable);
+        EXPECT_EQ(errorOf([&] { readPoints(path("").toStdString(), kind); }).kind(), ErrorKind::Unsuitable);
     }
 }
 

@@ -90,55 +90,73 @@ std::optional<Conversion> parse(const QStringList& arguments) {
     return conversion;
 }
 
-/// Copies between an open stream and a file.
-bool copyAll(QFile& from, QFile& to) {
-    constexpr qint64 kChunk = 1 << 16;
-    for (;;) {
-        const QByteArray bytes = from.read(kChunk);
-        if (bytes.isEmpty()) {
-            return from.error() == QFileDevice::NoError && to.flush();
+/// Copies an open stream or file to its end. @return why that failed, empty when it did not
+QString copyAll(QFile& from, QFile& to) {
+    constexpr qint64 kBlock = 1 << 16;
+    constexpr qint64 kMost = qint64(1) << 30;
+    for (qint64 size = 0;;) {
+        const QByteArray bytes = from.read(kBlock);
+        size += bytes.size();
+        if (from.error() != QFileDevice::NoError) {
+            return from.errorString();
         }
-        if (to.write(bytes) != bytes.size()) {
-            return false;
+        if (bytes.isEmpty() ? !to.flush() : to.write(bytes) != bytes.size()) {
+            return to.errorString();
+        }
+        if (bytes.isEmpty()) {
+            return {};
+        }
+        if (from.isSequential() && size > kMost) {
+            return QStringLiteral("it does not end within 1 GiB");
         }
     }
 }
 
-/// Throws an error about a scratch file as one about the file that the user named.
-[[noreturn]] void rethrow(const KxInspect::Error& error, const QString& name) {
-    throw KxInspect::Error(error.kind(), {{}, toBytes(name), {}}, error.reason(), error.place());
+/// Calls `work(path)` with the path of a scratch file instead of "-", about which errors are then.
+template <typename Work>
+auto onFile(const QString& name, const char* stream, const QString& scratch, Work work) {
+    if (!isStream(name)) {
+        return work(toBytes(name));
+    }
+    try {
+        return work(toBytes(scratch));
+    } catch (const KxInspect::Error& error) {
+        throw KxInspect::Error(error.kind(), {stream, {}, {}}, error.reason(), error.place());
+    }
+}
+
+QString scratchFile(const QTemporaryDir& scratch, const QString& name) {
+    if (!scratch.isValid()) {
+        throw CommandError{OutputFailed, QStringLiteral("cannot make a temporary folder: ") + scratch.errorString()};
+    }
+    return scratch.filePath(name);
 }
 
 KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir& scratch) {
-    QString path = conversion.in;
+    const QString copy = scratchFile(scratch, QStringLiteral("in"));
     if (isStream(conversion.in)) {
-        path = scratch.filePath(QStringLiteral("in"));
         QFile input;
-        QFile file(path);
-        if (!input.open(stdin, QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly) || !copyAll(input, file)) {
-            throw CommandError{BadInput, QStringLiteral("cannot read the standard input")};
+        QFile file(copy);
+        const bool isOpen = file.open(QIODevice::WriteOnly) && input.open(stdin, QIODevice::ReadOnly);
+        if (const QString why = isOpen ? copyAll(input, file) : file.errorString(); !why.isEmpty()) {
+            throw CommandError{BadInput, QStringLiteral("cannot read the standard input: ") + why};
         }
     }
-    try {
-        return KxInspect::readPoints(toBytes(path), conversion.from, conversion.text);
-    } catch (const KxInspect::Error& error) {
-        rethrow(error, conversion.in);
-    }
+    return onFile(conversion.in, "the standard input", copy, [&](const std::string& path) {
+        return KxInspect::readPoints(path, conversion.from, conversion.text);
+    });
 }
 
 void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points, const QTemporaryDir& scratch) {
-    const bool isOutput = isStream(conversion.out);
-    const QString path = isOutput ? scratch.filePath(QStringLiteral("out")) : conversion.out;
-    try {
-        KxInspect::writePoints(toBytes(path), conversion.to, points);
-    } catch (const KxInspect::Error& error) {
-        rethrow(error, conversion.out);
-    }
-    if (isOutput) {
-        QFile file(path);
+    const QString copy = scratchFile(scratch, QStringLiteral("out"));
+    onFile(conversion.out, "the standard output", copy,
+           [&](const std::string& path) { KxInspect::writePoints(path, conversion.to, points); });
+    if (isStream(conversion.out)) {
+        QFile file(copy);
         QFile output;
-        if (!file.open(QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly) || !copyAll(file, output)) {
-            throw CommandError{OutputFailed, QStringLiteral("cannot write to the standard output")};
+        const bool isOpen = file.open(QIODevice::ReadOnly) && output.open(stdout, QIODevice::WriteOnly);
+        if (const QString why = isOpen ? copyAll(file, output) : file.errorString(); !why.isEmpty()) {
+            throw CommandError{OutputFailed, QStringLiteral("cannot write to the standard output: ") + why};
         }
     }
 }

@@ -5,6 +5,7 @@
 #include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textOptions.h"
+#include "tools/kxmath/info/infoJson.h"
 
 #include <KxInspect/FileContents.h>
 
@@ -24,8 +25,13 @@ const char* const kDescription =
     "Lists what files hold: cloud sections of each kind, profile records, text and the other kinds that\n"
     "kxmath convert reads; how a text is read; the number of points, their ranges, how many are not finite, their "
     "spacing,\n"
-    "and the first byte or line of a damaged file that cannot be read. The content determines the\n"
-    "kind, or else the file name.\n"
+    "and the first byte or line of a damaged file that cannot be read, with the number of its record. The content\n"
+    "determines the kind, or else the file name.\n"
+    "\n"
+    "JSON fields: command, version, files (file, kind, parts (kind, count), text (columns, separator, decimalSign,\n"
+    "titleLines, remarks), points, missingPoints, xRangeMm, yRangeMm, zRangeMm, medianSpacingMm, error (message, "
+    "byte,\n"
+    "record, line, column)). Bytes count from 0, all else from 1. A missing value is null.\n"
     "\n"
     "Exit codes: 0 done, 1 a file is empty, 2 wrong use, 3 a file is unreadable or damaged, 6 not enough\n"
     "memory.";
@@ -96,31 +102,52 @@ QString contentsText(const QString& name, const FileContents& contents) {
     return text;
 }
 
-/// Prints what is in one file. @return the exit code for this file
-int printContents(const QString& name, const KxInspect::TextOptions& text) {
-    Progress progress;
-    const FileContents contents = KxInspect::readFileContents(toBytes(name), progress.callback(), text);
-    progress.wipe();
-    printOutput(contentsText(name, contents));
-    if (contents.damage) {
-        throw KxInspect::Error(*contents.damage);
-    }
-    return contents.parts.empty() ? NoResult : Done;
+/// Looks into one file and reports what is wrong with it. @return what was found, nothing for a file that cannot be read
+InfoEntry examine(const QString& name, const KxInspect::TextOptions& text, ExitCode& code) {
+    InfoEntry entry{printable(name), {}, {}};
+    const int ended = runCommand(kName, [&] {
+        Progress progress;
+        try {
+            entry.contents = KxInspect::readFileContents(toBytes(name), progress.callback(), text);
+            entry.error = entry.contents->damage;
+        } catch (const KxInspect::Error& error) {
+            entry.error = error;
+        }
+        progress.wipe();
+        if (entry.error) {
+            throw KxInspect::Error(*entry.error);
+        }
+        return entry.contents->parts.empty() ? NoResult : Done;
+    });
+    code = std::max(code, static_cast<ExitCode>(ended));
+    return entry;
 }
 
 int runChecked(const QStringList& arguments) {
     Options options(kName, "FILE... [options]", QLatin1String(kDescription));
     options.addArgument("FILE...", QStringLiteral("The files to examine."));
+    options.addOption("json", QStringLiteral("Writes what the files hold as JSON; - is the standard output."), "FILE");
     addTextOptions(options, true);
     if (!options.parse(arguments)) {
         return Done;
     }
     const KxInspect::TextOptions text = textOptions(options, true);
-    int worst = Done;
-    for (const QString& name : options.arguments("files", 1)) {
-        worst = std::max(worst, runCommand(kName, [&] { return printContents(name, text); }));
+    const OutputFile json = options.output("json");
+    const QStringList files = options.arguments("files", 1);
+    checkOutputs({&json}, files);
+    ExitCode code = Done;
+    std::vector<InfoEntry> entries;
+    for (const QString& name : files) {
+        const InfoEntry entry = examine(name, text, code);
+        if (entry.contents && !json.isStandardOutput()) {
+            printOutput(contentsText(name, *entry.contents));
+        }
+        entries.push_back(entry);
     }
-    return worst;
+    if (json.isWanted()) {
+        json.write(infoJson(entries));
+    }
+    return code;
 }
 
 } // namespace
