@@ -45,7 +45,7 @@ TEST(Cleaning, RemoveNoiseEqualsThePlainDefinition) {
         KxProfile profile = profileOf(points);
         const int window = nastyWindow(nasty, profile.size());
         const int maxJumps = nasty.pick(std::array{0, 1, 3, window / 2, -1, INT_MAX, INT_MIN});
-        const float threshold = nastyLimit(nasty);
+        const float threshold = nastyLimit(nasty, points);
         profile.removeNoise(window, maxJumps, threshold, kNaN);
         expectPoints(profile, window <= 0 ? points : plainRemoveNoise(points, window, maxJumps, threshold));
     });
@@ -71,7 +71,7 @@ TEST(Cleaning, RemoveLinePartsEqualsThePlainDefinition) {
         const int maxParts = nasty.pick(std::array{2, 3, 5, 1000, INT_MAX, 1, 0, INT_MIN});
         const int minPoints = nasty.pick(std::array{0, 1, 3, 10, -1, INT_MIN, INT_MAX});
         const float maxCorrelation = nasty.pick(std::array{0.5f, 0.9f, nastyLimit(nasty)});
-        const float maxGap = nasty.pick(std::array{1.0f, 10.0f, nastyLimit(nasty)});
+        const float maxGap = nasty.pick(std::array{1.0f, 10.0f, nastyLimit(nasty, points)});
         profile.removeLineParts(maxParts, maxCorrelation, maxGap, minPoints);
         expectPoints(profile, maxParts <= 1
                                   ? points

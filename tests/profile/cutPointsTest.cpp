@@ -39,10 +39,10 @@ void plainCutPoints(const Points& receiver, Points& cutPoints, QList<int>& indic
 TEST(CutPoints, SearchesEqualThePlainDefinition) {
     qsizetype cuts = 0;
     forNasty(111, 2500, [&](Nasty& nasty) {
-        const Points points = nastyPoints(nasty, 100);
+        const Points points = nastyPoints(nasty, 300);
         KxProfile profile = profileOf(points);
         const int window = nasty.chance(60) ? 1 + nasty.below(6) : nastyWindow(nasty, profile.size());
-        const float threshold = nasty.chance(50) ? 0.5f : nastyLimit(nasty);
+        const float threshold = nasty.chance(50) ? 0.5f : nastyLimit(nasty, points);
         ASSERT_EQ(profile.calcCutPoint(window, threshold), plainCutPoint(points, window, threshold));
 
         Points expected;

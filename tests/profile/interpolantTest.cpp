@@ -85,7 +85,8 @@ struct PlainSpline {
     /// A step that does not take forever: a share of the range of the knots.
     float someStep(Nasty& nasty) const {
         const float range = x.back() - x.front(), share = static_cast<float>(1 + nasty.below(100)) * 0.01f;
-        return std::isfinite(range) && range > 0.0f ? range * share * share : kInf;
+        const float step = range * share * share;
+        return std::isfinite(range) && step > 0.0f ? step : kInf;
     }
 };
 

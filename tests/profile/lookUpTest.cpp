@@ -52,7 +52,8 @@ TEST(LookUp, CalcYEqualsThePlainDefinition) {
         for (int k = 0; k < 4; ++k) {
             const float x = nasty.chance(30) ? nastyLimit(nasty) : nasty.plain() * 1.01f;
             const float gap = points.size() < 2 ? 0.0f : std::abs(points[1].x - points[0].x);
-            const float maxDistance = nasty.chance(60) ? nasty.pick(std::array{kNaN, kNaN, gap}) : nastyLimit(nasty);
+            const float maxDistance =
+                nasty.chance(60) ? nasty.pick(std::array{kNaN, kNaN, gap}) : nastyLimit(nasty, profile.points);
             const Value plain = plainCalcY(points, x, maxDistance);
             int segment = -77;
             const float y = profile.calcY(x, maxDistance, &segment);

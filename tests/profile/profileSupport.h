@@ -25,15 +25,21 @@ inline Points nastyPoints(Nasty& nasty, int max = 300) {
     return nasty.points<KxPointXY>(nasty.size(max));
 }
 
-/// A window that fits `count` points, or one that does not: none, negative, too long.
+/// A window that fits `count` points, also a multiple of the lanes of a vector, or one that does not fit: none, negative,
+/// too long.
 inline int nastyWindow(Nasty& nasty, int count) {
     const int some = 1 + nasty.below(std::max(1, count)), few = 1 + some / 8;
-    return nasty.pick(
-        std::array{some, some, few, few, count - 2, count - 1, count, count + 1, 0, -1, INT_MIN, INT_MAX});
+    return nasty.pick(std::array{some, some - some % 8, some - some % 32, few, few, count - 2, count - 1, count,
+                                 count + 1, 0, -1, INT_MIN, INT_MAX});
 }
 
-/// A limit as filters take them: NaN, infinite, 0, negative, or of the size of the coordinates.
-inline float nastyLimit(Nasty& nasty) {
+/// A limit as filters take them: NaN, infinite, 0, negative, of the size of the coordinates, or a difference of
+/// neighbours among `points`, which then meet it exactly.
+inline float nastyLimit(Nasty& nasty, const Points& points = {}) {
+    if (points.size() > 1 && nasty.chance(35)) {
+        const qsizetype i = 1 + nasty.below(static_cast<int>(points.size()) - 1);
+        return nasty.chance(50) ? points[i].x - points[i - 1].x : points[i].y - points[i - 1].y;
+    }
     return nasty.pick(std::array{nasty.value(), 0.0f, 0.1f, 1.0f, 30.0f, 1e3f, kNaN, kInf, -1.0f});
 }
 
@@ -48,10 +54,11 @@ inline void expectPoints(KxProfile& profile, const Points& expected) {
 template <typename Filter, typename Plain>
 void compareFilters(int maxPoints, Filter filter, Plain plain) {
     forNasty(31, 1500, [&](Nasty& nasty) {
-        Points points = nastyPoints(nasty, maxPoints);
+        const bool isLong = nasty.chance(3); // beyond the blocks of all filters, with windows that plain code can take
+        Points points = nastyPoints(nasty, isLong ? 1100 : maxPoints);
         KxProfile receiver = profileOf(points);
-        const int window = nastyWindow(nasty, receiver.size());
-        const float limit = nastyLimit(nasty);
+        const int window = isLong ? 1 + nasty.below(9) : nastyWindow(nasty, receiver.size());
+        const float limit = nastyLimit(nasty, points);
         SCOPED_TRACE(testing::Message() << "window " << window << " limit " << limit);
         if (nasty.chance(40)) {
             filter(receiver, receiver, window, limit);

@@ -126,7 +126,7 @@ TEST(Splash, FilterEqualsThePlainDefinition) {
     forNasty(41, 4000, [&](Nasty& nasty) {
         Points points = nastyPoints(nasty, 100);
         KxProfile out = profileOf(points);
-        const float threshold = nastyLimit(nasty), maxWidth = nastyLimit(nasty);
+        const float threshold = nastyLimit(nasty, points), maxWidth = nastyLimit(nasty, points);
         const bool isChanged = out.splashFilter(out, threshold, maxWidth);
         ASSERT_EQ(isChanged, plainSplashFilter(points, threshold, maxWidth)) << threshold << ' ' << maxWidth;
         expectPoints(out, points);

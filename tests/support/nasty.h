@@ -1,4 +1,5 @@
-// Random input of the kind that breaks numeric code, the same in every run: ties, NaN, +-0, infinities, denormals.
+// Random input of the kind that breaks numeric code, the same in every run: ties, NaN, +-0, infinities, denormals, and
+// numbers of points about the multiples of blocks.
 #pragma once
 
 #include "support/inputLog.h"
@@ -42,8 +43,13 @@ public:
         return choice;
     }
 
-    /// A number of points from 0 to `max`, small ones more often.
-    int size(int max = 300) { return noted(drawBelow(1 + std::min(max, draw(std::array{3, 8, 40, max})))); }
+    /// A number of points from 0 to `max`, small ones more often, and those about the ends of blocks.
+    int size(int max = 300) {
+        if (isDrawn(25)) {
+            return noted(std::clamp(drawBorder(max) - 1 + drawBelow(3), 0, max));
+        }
+        return noted(drawBelow(1 + std::min(max, draw(std::array{3, 8, 40, max}))));
+    }
 
     /// An ordinary coordinate.
     float plain() { return noted(drawPlain()); }
@@ -60,18 +66,22 @@ public:
         return p;
     }
 
-    /// Points in random order, in scan order (x rising) or reversed.
+    /// Points in random order, in scan order (x rising), reversed, or in scan order but for two neighbours at the end of a
+    /// block.
     template <typename Point>
     QList<Point> points(int count) {
         QList<Point> all;
         all.reserve(count);
-        const int order = drawBelow(4);
+        const int order = drawBelow(5);
         for (int i = 0; i < count; ++i) {
             Point p = drawPoint<Point>();
             if (order >= 2 && !isDrawn(specialPercent_)) {
-                p.x = static_cast<float>(order == 2 ? i / 2 : count - i) * scale_;
+                p.x = static_cast<float>(order == 2 ? i / 2 : order == 3 ? count - i : i) * scale_;
             }
             all.append(p);
+        }
+        if (const int border = drawBorder(count); order == 4 && border > 0 && border < count) {
+            all.swapItemsAt(border - 1, border);
         }
         input_.add(all);
         return all;
@@ -89,6 +99,14 @@ private:
 
     int drawBelow(int count) { return static_cast<int>(engine_() % static_cast<unsigned>(count)); }
     bool isDrawn(int percent) { return drawBelow(100) < percent; }
+    /// A multiple of the size of a block, up to `max`; 0 when no block is so small.
+    int drawBorder(int max) {
+        int block = draw(std::array{8, 64, 128, 256, 512});
+        while (block > std::max(max, 1)) {
+            block /= 2;
+        }
+        return max < 1 ? 0 : block * (1 + drawBelow(max / block));
+    }
     float drawPlain() { return static_cast<float>(drawBelow(distinct_) - distinct_ / 2) * scale_; }
     float drawValue() { return isDrawn(specialPercent_) ? drawSpecial() : drawPlain(); }
 
