@@ -15,11 +15,12 @@ struct WheelSet {
     unsigned int amplitudes = 100;
     float edgeMargin = 0.001f;
 
-    explicit WheelSet(float slope = 0.1f) {
-        kxtool::appendConicalWheel(wheel1, slope);
-        kxtool::appendConicalWheel(wheel2, slope);
-        kxtool::appendRoundRail(rail1, 80.0f);
-        kxtool::appendRoundRail(rail2, 80.0f);
+    explicit WheelSet(float slope = 0.1f) : WheelSet(slope, slope, 80.0f, 80.0f) {}
+    WheelSet(float slope1, float slope2, float railRadius1, float railRadius2) {
+        kxtool::appendConicalWheel(wheel1, slope1);
+        kxtool::appendConicalWheel(wheel2, slope2);
+        kxtool::appendRoundRail(rail1, railRadius1);
+        kxtool::appendRoundRail(rail2, railRadius2);
     }
 };
 
@@ -70,6 +71,28 @@ TEST(Conicity, OfConesIsTheirSlope) {
         ASSERT_EQ(r.placed.size(), 4u);
         EXPECT_FLOAT_EQ(r.placed[2]->points.first().x, 5.0f) << "second flange back, for display";
     }
+}
+
+TEST(Conicity, EachSideHasItsOwnConeRailAndRadius) {
+    const double slope1 = 0.05, slope2 = 0.12, radius1 = 461, radius2 = 459.5, gauge = 1442, backToBack = 1361;
+    WheelSet set(0.05f, 0.12f, 80.0f, 110.0f);
+    std::tie(set.radius1, set.radius2, set.railDistance, set.wheelDistance) =
+        std::tuple(461.0f, 459.5f, 1442.0f, 1361.0f);
+    Result r(set);
+    // A cone touches the arc where that has its slope: so far from the gauge side of the rail, whose top is at 32 mm, and
+    // from the flange back of the centred wheel-set. Shifted towards the second side its second wheel rolls on more.
+    const double inside = (gauge - backToBack) / 2;
+    const double touch1 = inside + 32 - 80 * std::sin(std::atan(slope1));
+    const double touch2 = inside + 32 - 110 * std::sin(std::atan(slope2));
+    ASSERT_GT(r.deltaR.size(), 60);
+    for (const float shift : {-3.0f, -0.5f, 0.0f, 1.0f, 2.5f}) {
+        const double first = radius1 + (70 - touch1 - double(shift)) * slope1;
+        const double second = radius2 + (70 - touch2 + double(shift)) * slope2;
+        EXPECT_NEAR(valueAt(r.deltaR, shift), second - first, 0.01) << shift;
+        EXPECT_NEAR(std::abs(valueAt(r.slope1, shift)), slope1, 0.002);
+        EXPECT_NEAR(std::abs(valueAt(r.slope2, shift)), slope2, 0.002);
+    }
+    EXPECT_NEAR(valueAt(r.conicity, 3.0f), (slope1 + slope2) / 2, 0.002);
 }
 
 TEST(Conicity, KeepsItsSymmetries) {
