@@ -31,7 +31,7 @@ inline constexpr std::array<double, 2> kSpacings = {0.01, 1.0};
 /// The measures of a wheel, mm. Empty for a measure that was not found.
 struct WheelMeasures {
     std::optional<float> heightAt70 = {}; ///< flange height (Sh) h: the level of the tape circle
-    std::optional<float> xAtLevel18 = {}; ///< flange thickness at level 18, from the flange back
+    std::optional<float> xAtLevel18 = {}; ///< flange thickness at level 18, from the flange back; needs h >= 18
     std::optional<float> widthLevel2ToH13 = {}; ///< flank width: distance in x from level 2 to level h - 13
     std::optional<float> heightExcess = {}; ///< flange height excess: h - 30 for h >= 29, otherwise h - 28
 };
@@ -101,6 +101,9 @@ struct WheelResult {
     std::string error = {}; ///< why there is no profile, the predicate of a sentence about the file; empty otherwise
     std::vector<std::string> warnings = {}; ///< violated assumptions, predicates of sentences about the profile
     WheelMeasures measures = {};
+    /// Why a measure was not found, a clause, in the order of kWheelMeasures; empty for measures that were found and for
+    /// wheels that were not read.
+    std::array<std::string, kWheelMeasures.size()> reasons = {};
     WheelVerdict verdict = WheelVerdict::NoLimits;
     /// The points that were measured, and the smooth profile from which the measures were taken: x from the flange
     /// back, y from the tip of the flange towards the axle.
@@ -144,6 +147,18 @@ struct WheelResults {
 /// Measures wheels one after the other, each as measureWheel().
 KXINSPECT_EXPORT WheelResults measureWheels(const std::vector<CrossSection>& wheels, const WheelOptions& options = {},
                                             const Progress& progress = {});
+
+/// How many wheels were judged by limits.
+struct WheelJudgement {
+    std::size_t wheels = 0; ///< that were to be judged: all, or none without limits
+    std::size_t judged = 0; ///< within or outside
+    std::size_t outside = 0; ///< of those judged
+};
+
+KXINSPECT_EXPORT WheelJudgement judgementOf(const WheelResults& results);
+
+/// Why a wheel could not be judged by its limits, a clause. Empty for other verdicts than NotMeasured and NotRead.
+KXINSPECT_EXPORT std::string reasonNotJudged(const WheelResult& wheel, const WheelLimits& limits);
 
 /// The verdict on measures by limits; never NotRead.
 KXINSPECT_EXPORT WheelVerdict verdictOf(const WheelMeasures& measures, const WheelLimits& limits);

@@ -19,13 +19,31 @@ QJsonObject wheelObject(const WheelResult& wheel) {
         object[QStringLiteral("error")] = QString::fromStdString(wheel.error);
         return object;
     }
-    for (const WheelMeasure& measure : kWheelMeasures) {
+    QJsonObject reasons;
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        const WheelMeasure& measure = kWheelMeasures[i];
         object[QLatin1String(measure.key)] = jsonNumber(wheel.measures.*measure.value);
+        if (!wheel.reasons[i].empty()) {
+            reasons[QLatin1String(measure.key)] = QString::fromStdString(wheel.reasons[i]);
+        }
     }
+    object[QStringLiteral("reasons")] = reasons;
     const QString verdict = QLatin1String(textOf(wheel.verdict));
     object[QStringLiteral("verdict")] = verdict.isEmpty() ? QJsonValue() : QJsonValue(verdict);
     object[QStringLiteral("warnings")] = detail::jsonList(wheel.warnings);
     return object;
+}
+
+/// Null without limits: nothing was to be judged.
+QJsonValue judgementObject(const WheelJudgement& judgement) {
+    if (judgement.wheels == 0) {
+        return {};
+    }
+    const auto number = [](std::size_t count) { return static_cast<qint64>(count); };
+    return QJsonObject{
+        {QStringLiteral("wheels"), number(judgement.wheels)},
+        {QStringLiteral("judged"), number(judgement.judged)},
+        {QStringLiteral("outside"), judgement.judged > 0 ? QJsonValue(number(judgement.outside)) : QJsonValue()}};
 }
 
 QJsonObject pictureOf(const WheelResult& wheel) {
@@ -52,8 +70,10 @@ WheelResult readWheel(const JsonValue& object) {
         wheel.verdict = WheelVerdict::NotRead;
         return wheel;
     }
-    for (const WheelMeasure& measure : kWheelMeasures) {
-        wheel.measures.*measure.value = object[measure.key].numberIfPresent();
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        const char* const key = kWheelMeasures[i].key;
+        wheel.measures.*kWheelMeasures[i].value = object[key].numberIfPresent();
+        wheel.reasons[i] = object["reasons"].has(key) ? object["reasons"][key].text() : std::string();
     }
     wheel.verdict = readVerdict(object["verdict"]);
     wheel.warnings = object["warnings"].texts();
@@ -87,7 +107,9 @@ std::string toJson(const WheelResults& results, Pictures pictures) {
         limits[QLatin1String(measure.key)] =
             QJsonObject{{QStringLiteral("min"), jsonNumber(limit.min)}, {QStringLiteral("max"), jsonNumber(limit.max)}};
     }
-    QJsonObject root = {{QStringLiteral("wheels"), wheels}, {QStringLiteral("limits"), limits}};
+    QJsonObject root = {{QStringLiteral("wheels"), wheels},
+                        {QStringLiteral("limits"), limits},
+                        {QStringLiteral("judgement"), judgementObject(judgementOf(results))}};
     if (pictures == Pictures::Included) {
         root[QStringLiteral("pictures")] = QJsonObject{
             {QStringLiteral("wheels"), drawn}, {QStringLiteral("version"), QString::fromStdString(results.version)}};

@@ -6,6 +6,7 @@
 #include "inspect/sections/plausibility.h"
 #include "inspect/sections/runningSurface.h"
 #include "inspect/sections/sectionReader.h"
+#include "inspect/wheel/doubts.h"
 #include "inspect/wheel/rimSection.h"
 #include "inspect/wheel/spacing.h"
 
@@ -125,9 +126,16 @@ void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResu
     KxMath::METRO_calcWheelParameters(rim, circle, &values, &measured);
     result.measures = {present(values.heightAt70), present(values.xAtLevel18), present(values.widthLevel2ToH13),
                        present(values.heightExcess)};
+    if (values.heightAt70 < kFlankLevel) { // NaN: false
+        result.measures.xAtLevel18.reset(); // this level is on the tread
+    }
     result.section = detail::sectionOf(rim);
     result.measured = detail::toVector(measured.points);
     result.widthStart = findWidthStart(result.measured);
+    result.reasons = detail::reasonsOf(result.measures, result.measured);
+    if (std::string warning = detail::droppedFlank(result.section); !warning.empty()) {
+        result.warnings.push_back(std::move(warning));
+    }
     result.verdict = verdictOf(result.measures, limits);
 }
 

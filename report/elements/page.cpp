@@ -18,6 +18,7 @@ header p { margin: 4px 0 0; color: #55616d; overflow-wrap: anywhere; }
 h2 { font-size: 18px; margin: 34px 0 8px; }
 p { max-width: 900px; margin: 8px 0; overflow-wrap: anywhere; }
 p.warning { max-width: none; background: #fff3e6; border-left: 4px solid #D55E00; padding: 8px 12px; }
+p.failure { max-width: none; background: #fdeaea; color: #8c1010; border-left: 4px solid #c01818; padding: 8px 12px; }
 .facts { display: flex; flex-wrap: wrap; gap: 12px; margin: 16px 0; }
 .facts div { background: #fff; border: 1px solid #dbe1e7; border-radius: 6px; padding: 10px 16px; min-width: 130px; }
 .facts span { display: block; font-size: 12px; color: #55616d; }
@@ -95,6 +96,11 @@ void Page::paragraph(const QString& text) {
 void Page::warning(const QString& text) {
     body_ +=
         QStringLiteral("<p class=\"warning\"><strong>Warning:</strong> ") + escaped(text) + QStringLiteral("</p>\n");
+}
+
+void Page::failure(const QString& text) {
+    body_ +=
+        QStringLiteral("<p class=\"failure\"><strong>No result:</strong> ") + escaped(text) + QStringLiteral("</p>\n");
 }
 
 void Page::facts(const std::vector<Fact>& facts) {

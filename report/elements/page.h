@@ -37,6 +37,8 @@ public:
     void paragraph(const QString& text);
     /// A highlighted paragraph.
     void warning(const QString& text);
+    /// A red paragraph: why there is no result.
+    void failure(const QString& text);
     void facts(const std::vector<Fact>& facts);
     /// A figure of the full width.
     void figure(const QString& svg, const QString& caption);

@@ -4,8 +4,7 @@
 #include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/wheel/wheelDrawing.h"
-
-#include <QtCore/QFileInfo>
+#include "report/wheel/wheelWords.h"
 
 #include <algorithm>
 #include <limits>
@@ -38,12 +37,8 @@ Tone toneOf(WheelVerdict verdict) {
     return Tone::Plain;
 }
 
-QString fileName(const WheelResult& result) {
-    return QFileInfo(QString::fromStdString(result.file)).fileName();
-}
-
-std::vector<Cell> tableRow(const WheelResult& result, const WheelLimits& limits) {
-    std::vector<Cell> row = {{fileName(result)}};
+std::vector<Cell> tableRow(const QString& name, const WheelResult& result, const WheelLimits& limits) {
+    std::vector<Cell> row = {{name}};
     for (const WheelMeasure& measure : kWheelMeasures) {
         const std::optional<float>& value = result.measures.*measure.value;
         const Limit& limit = limits.*measure.limit;
@@ -75,32 +70,69 @@ void addTable(Page& page, const WheelResults& results) {
     headers += QStringLiteral("verdict");
     limitRow.push_back({});
     std::vector<std::vector<Cell>> rows;
-    for (const WheelResult& result : results.wheels) {
-        rows.push_back(tableRow(result, results.limits));
+    const QStringList names = wheelNames(results);
+    for (std::size_t i = 0; i < results.wheels.size(); ++i) {
+        rows.push_back(tableRow(names[static_cast<qsizetype>(i)], results.wheels[i], results.limits));
     }
     rows.push_back(limitRow);
     page.table(headers, rows, 1);
 }
 
 void addFacts(Page& page, const WheelResults& results) {
-    const auto count = [&](const auto& condition) {
-        return static_cast<int>(std::count_if(results.wheels.begin(), results.wheels.end(), condition));
-    };
-    const auto countOf = [&](WheelVerdict verdict) {
-        return count([verdict](const WheelResult& r) { return r.verdict == verdict; });
-    };
-    const int measured = count([](const WheelResult& r) { return r.isMeasured(); });
-    const int all = static_cast<int>(results.wheels.size());
-    std::vector<Fact> facts = {{QStringLiteral("Wheels measured"), QStringLiteral("%1 of %2").arg(measured).arg(all),
-                                measured == all ? Tone::Plain : Tone::Bad}};
-    if (std::any_of(kWheelMeasures.begin(), kWheelMeasures.end(),
-                    [&](const WheelMeasure& m) { return (results.limits.*m.limit).isSet(); })) {
-        const int outside = countOf(WheelVerdict::Outside);
-        facts.push_back({QStringLiteral("Within limits"), QString::number(countOf(WheelVerdict::Within)), Tone::Plain});
-        facts.push_back(
-            {QStringLiteral("Outside limits"), QString::number(outside), outside == 0 ? Tone::Good : Tone::Bad});
+    const auto& wheels = results.wheels;
+    const auto ofAll = [](std::size_t part, std::size_t all) { return QStringLiteral("%1 of %2").arg(part).arg(all); };
+    const auto measured = static_cast<std::size_t>(
+        std::count_if(wheels.begin(), wheels.end(), [](const WheelResult& r) { return r.isMeasured(); }));
+    std::vector<Fact> facts = {{QStringLiteral("Wheels measured"), ofAll(measured, wheels.size()),
+                                measured == wheels.size() ? Tone::Plain : Tone::Bad}};
+    const KxInspect::WheelJudgement judgement = judgementOf(results);
+    if (judgement.wheels > 0) {
+        const bool isWhole = judgement.judged == judgement.wheels;
+        facts.push_back({QStringLiteral("Judged by limits"), ofAll(judgement.judged, judgement.wheels),
+                         isWhole ? Tone::Plain : Tone::Bad});
+        const Tone none = isWhole ? Tone::Good : Tone::Plain; // what was not judged may be outside
+        facts.push_back({QStringLiteral("Outside limits, of those judged"),
+                         judgement.judged == 0 ? QStringLiteral("-") : ofAll(judgement.outside, judgement.judged),
+                         judgement.outside > 0 ? Tone::Bad : none});
     }
     page.facts(facts);
+    if (judgement.wheels > 0 && judgement.judged == 0) {
+        page.failure(QStringLiteral("No wheel could be judged by the limits."));
+    }
+}
+
+/// What is wrong with a wheel that was read.
+void addFaults(Page& page, const WheelResult& result) {
+    for (const std::string& warning : result.warnings) {
+        page.warning(QStringLiteral("The profile %1.").arg(QString::fromStdString(warning)));
+    }
+    if (!result.isMeasured()) {
+        page.failure(QStringLiteral("The profile has no flange or tread to measure: %1.")
+                         .arg(QString::fromStdString(result.reasons.front())));
+        return;
+    }
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        if (!result.reasons[i].empty()) {
+            page.warning(QStringLiteral("No %1: %2.")
+                             .arg(QLatin1String(kWheelMeasures[i].title), QString::fromStdString(result.reasons[i])));
+        }
+    }
+}
+
+void addWheels(Page& page, const WheelResults& results) {
+    const QStringList names = wheelNames(results);
+    for (std::size_t i = 0, drawing = 0; i < results.wheels.size(); ++i) {
+        const WheelResult& result = results.wheels[i];
+        page.heading(names[static_cast<qsizetype>(i)]);
+        if (!result.error.empty()) {
+            page.failure(QStringLiteral("The file %1.").arg(QString::fromStdString(result.error)));
+            continue;
+        }
+        addFaults(page, result);
+        page.figure(
+            wheelDrawing(result, QStringLiteral("wheel%1").arg(++drawing)),
+            QStringLiteral("The wheel as seen along the track: flange back on the left, flange tip at level 0."));
+    }
 }
 
 } // namespace
@@ -117,23 +149,7 @@ QString wheelReport(const WheelResults& results) {
         "Flank width: across the wheel, from level 2 to level h-13, 13 mm above the tape circle (qR ends 10 mm above "
         "it). Flange height excess: h - 30 mm for h of at least 29 mm, otherwise h - 28 mm. The measured profile is a "
         "moving average over 20 points, which rounds sharp edges."));
-    int number = 0;
-    for (const WheelResult& result : results.wheels) {
-        page.heading(fileName(result));
-        if (!result.error.empty()) {
-            page.warning(QStringLiteral("The file %1").arg(QString::fromStdString(result.error)));
-            continue;
-        }
-        for (const std::string& warning : result.warnings) {
-            page.warning(QStringLiteral("The profile %1").arg(QString::fromStdString(warning)));
-        }
-        if (!result.isMeasured()) {
-            page.warning(QStringLiteral("The profile has no flange or tread to measure."));
-        }
-        page.figure(
-            wheelDrawing(result, QStringLiteral("wheel%1").arg(++number)),
-            QStringLiteral("The wheel as seen along the track: flange back on the left, flange tip at level 0."));
-    }
+    addWheels(page, results);
     if (!results.version.empty()) {
         page.paragraph(QStringLiteral("KxMath %1.").arg(QString::fromStdString(results.version)));
     }

@@ -77,10 +77,45 @@ TEST_F(WheelCommand, JudgesByLimits) {
             << limits.join(' ').toStdString();
     }
     writePart("flange.csv", 0, 800); // to 40 mm: no tread
+    const QStringList none = {"flange.csv", "--min-height", "20"};
+    EXPECT_TRUE(run(none, 1).errors.contains("0 of 1 wheels judged by the limits"));
     const QJsonArray both = measure({"flange.csv", "wheel.csv", "--min-height", "20"}, 1);
     EXPECT_EQ(both.at(0)["verdict"].toString(), "not measured");
     EXPECT_TRUE(both.at(0)["heightAt70"].isNull());
     EXPECT_EQ(both.at(1)["verdict"].toString(), "within");
+}
+
+TEST_F(WheelCommand, FailsOnVerdicts) {
+    KxProfile low = wheel_; // with a flange of 13 mm
+    for (KxPointXY& p : low.points) {
+        p.y = std::max(p.y, 15.0f - 0.01f * p.x);
+    }
+    low.writeToCSVFile(path("low.csv"));
+    const QStringList within = {"wheel.csv", "--max-thickness", "33"};
+    const std::pair<QStringList, int> cases[] = {
+        {{"wheel.csv", "--max-thickness", "30"}, 0},
+        {{"wheel.csv", "--max-thickness", "30", "--fail-on", "not-judged"}, 0},
+        {{"wheel.csv", "--max-thickness", "30", "--fail-on", "not-judged,out", "--csv", "c.csv"}, 5},
+        {within + QStringList{"--fail-on", "out"}, 0},
+        {within + QStringList{"low.csv"}, 0},
+        {within + QStringList{"low.csv", "--fail-on", "not-judged", "--report", "r.html"}, 5},
+        {within + QStringList{"gone.csv", "--fail-on", "not-judged"}, 3},
+    };
+    for (const auto& [arguments, exitCode] : cases) {
+        run(arguments, exitCode);
+    }
+    EXPECT_TRUE(read("c.csv").contains(",outside,"));
+    EXPECT_TRUE(read("r.html").contains("1 of 2"));
+}
+
+TEST_F(WheelCommand, TellsFilesOfOneNameApart) {
+    for (const char* const folder : {"left", "right"}) {
+        QDir(path("")).mkdir(folder);
+        QFile::copy(path("wheel.csv"), path(QString(folder) + "/wheel.csv"));
+    }
+    const QByteArray table = run({"left/wheel.csv", path("right/wheel.csv"), "--report", "r.html"}).output;
+    EXPECT_TRUE(table.contains("\nleft/wheel.csv ") && table.contains("\nright/wheel.csv ")) << table.constData();
+    EXPECT_EQ(read("r.html").count(">right/wheel.csv<"), 2);
 }
 
 TEST_F(WheelCommand, WritesTableCsvAndReport) {
@@ -89,8 +124,9 @@ TEST_F(WheelCommand, WritesTableCsvAndReport) {
     EXPECT_EQ(result.errors.count('\n'), 1) << result.errors.constData();
     EXPECT_TRUE(result.output.contains("28.00")) << result.output.constData();
     const QByteArray csv = read("c.csv");
-    EXPECT_TRUE(csv.startsWith("file;heightAt70;xAtLevel18;widthLevel2ToH13;heightExcess;verdict\nwheel.csv;28.0"));
-    EXPECT_TRUE(csv.endsWith("\ngone.csv;;;;;not read\n")) << csv.constData();
+    EXPECT_TRUE(
+        csv.startsWith("file,heightAt70,xAtLevel18,widthLevel2ToH13,heightExcess,verdict,reason\nwheel.csv,28.0"));
+    EXPECT_TRUE(csv.endsWith("\ngone.csv,,,,,not read,cannot be read: No such file or directory\n")) << csv.constData();
     const QByteArray html = read("r.html");
     EXPECT_EQ(html.count("<svg"), 1);
     EXPECT_TRUE(html.contains("class=\"bad\">outside") && html.contains("gone.csv"));
@@ -113,6 +149,8 @@ TEST_F(WheelCommand, Refuses) {
         {{}, 2, "1 or more files needed, got 0"},
         {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},
         {{"wheel.csv", "--centre", "1"}, 2, "--centre"},
+        {{"wheel.csv", "--fail-on", "out"}, 2, "--fail-on needs a limit"},
+        {{"wheel.csv", "--min-height", "2", "--fail-on", "defect"}, 2, "--fail-on needs a list of out, not-judged"},
         {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},
         {{"wheel.csv", "--no-such-option"}, 2, "no-such-option"},
         {{"wheel.csv", "--json", "wheel.csv"}, 2, "--json"},

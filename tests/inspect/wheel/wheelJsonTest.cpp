@@ -15,6 +15,7 @@ WheelResults results() {
     wheel.file = "a/one.csv";
     wheel.warnings = {"has 12 points only"};
     wheel.measures = {28.25f, 32.5f, {}, 0.25f};
+    wheel.reasons[2] = "the flank does not reach level 15.2";
     wheel.verdict = WheelVerdict::Outside;
     wheel.section = {{0.5f, 28.0f}, {1.5f, 0.0f}, {70.0f, 28.25f}};
     wheel.measured = {{0.6f, 27.0f}, {1.7f, 0.1f}, {3.0f, 2.5f}, {70.1f, 28.25f}};
@@ -25,6 +26,8 @@ WheelResults results() {
     gone.verdict = WheelVerdict::NotRead;
     WheelResult bare;
     bare.file = "bare.csv";
+    bare.reasons = {"too short", "too short", "too short", "too short"};
+    bare.verdict = WheelVerdict::NotMeasured;
     return {{wheel, gone, bare}, {{27.0f, 28.2f}, {{}, 40.1f}, {}, {}}, "2.0.10"};
 }
 
@@ -32,6 +35,11 @@ WheelResults results() {
 
 TEST(WheelJson, HoldsTheResults) {
     EXPECT_EQ(toJson(results()), R"({
+    "judgement": {
+        "judged": 1,
+        "outside": 1,
+        "wheels": 3
+    },
     "limits": {
         "heightAt70": {
             "max": 28.2,
@@ -55,6 +63,9 @@ TEST(WheelJson, HoldsTheResults) {
             "file": "a/one.csv",
             "heightAt70": 28.25,
             "heightExcess": 0.25,
+            "reasons": {
+                "widthLevel2ToH13": "the flank does not reach level 15.2"
+            },
             "verdict": "outside",
             "warnings": [
                 "has 12 points only"
@@ -70,7 +81,13 @@ TEST(WheelJson, HoldsTheResults) {
             "file": "bare.csv",
             "heightAt70": null,
             "heightExcess": null,
-            "verdict": null,
+            "reasons": {
+                "heightAt70": "too short",
+                "heightExcess": "too short",
+                "widthLevel2ToH13": "too short",
+                "xAtLevel18": "too short"
+            },
+            "verdict": "not measured",
             "warnings": [
             ],
             "widthLevel2ToH13": null,
@@ -89,14 +106,26 @@ TEST(WheelJson, ReadBackGivesTheSamePage) {
     EXPECT_EQ(toJson(read, Pictures::Included), json);
     EXPECT_EQ(kxreport::wheelReport(read), kxreport::wheelReport(measured));
     EXPECT_EQ(read.wheels[1].verdict, WheelVerdict::NotRead);
+    EXPECT_EQ(read.wheels[0].reasons, measured.wheels[0].reasons);
     EXPECT_EQ(read.wheels[0].widthStart, 3.0f);
     EXPECT_EQ(read.limits.xAtLevel18.min, std::nullopt);
 }
 
+TEST(WheelJson, WithoutLimitsOrJudgementNothingIsWithin) {
+    WheelResults none = results();
+    none.wheels.erase(none.wheels.begin());
+    EXPECT_NE(toJson(none).find("\"judged\": 0,\n        \"outside\": null"), std::string::npos) << toJson(none);
+    const QString page = kxreport::wheelReport(none);
+    EXPECT_TRUE(page.contains("class=\"failure\"") && page.contains("No wheel could be judged by the limits."));
+    EXPECT_FALSE(page.contains("class=\"good\"")) << page.toStdString();
+    none.limits = {};
+    EXPECT_NE(toJson(none).find("\"judgement\": null"), std::string::npos);
+}
+
 TEST(WheelJson, RefusesWhatIsNoResult) {
     const std::string json = toJson(results());
-    for (const auto& [from, to, key] : {std::tuple{"\"wheels\"", "\"heels\"", "wheels"},
-                                        {"\"outside\"", "\"over there\"", "wheels[0].verdict"},
+    for (const auto& [from, to, key] : {std::tuple{"\"wheels\": [", "\"heels\": [", "wheels"},
+                                        {": \"outside\"", ": \"over there\"", "wheels[0].verdict"},
                                         {"32.5", "\"32.5\"", "wheels[0].xAtLevel18"}}) {
         std::string changed = json;
         changed.replace(changed.find(from), std::string(from).size(), to);

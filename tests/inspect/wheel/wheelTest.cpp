@@ -123,6 +123,50 @@ TEST(Wheel, WithoutAProfileSaysWhy) {
     EXPECT_THROW(measureRim({}, {}, options), Error);
 }
 
+TEST(Wheel, MissingMeasuresHaveTheirReasons) {
+    const auto cut = [](const Wheel& wheel, float from, float to) {
+        CrossSection section = wheel.section();
+        auto& points = section.profile->points;
+        const auto isOutside = [&](const Point& p) { return p.x < from || p.x > to; };
+        points.erase(std::remove_if(points.begin(), points.end(), isOutside), points.end());
+        return section;
+    };
+    const struct {
+        CrossSection section;
+        std::array<std::string, 4> reasons;
+    } cases[] = {
+        {Wheel().section(), {}},
+        {Wheel{15.5f, 20.0f, 1.5f}.section(), {"", "the flange is only 15.5 mm high", "", ""}},
+        {cut({}, 0.0f, 60.0f), {"the profile ends 60.0 mm from the flange back, before the tape circle at 70.0 mm"}},
+        {cut({}, 0.0f, 20.0f), {"the profile has no flank: behind its highest point it never falls 2.0 mm"}},
+        {cut({}, 0.0f, 0.01f), {"there are too few points for a smooth profile"}},
+    };
+    for (const auto& [section, expected] : cases) {
+        const WheelResult result = measureWheel(section);
+        EXPECT_EQ(result.isMeasured(), bool(result.measures.heightAt70));
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            EXPECT_EQ(result.reasons[i], expected[result.isMeasured() ? i : 0]);
+        }
+        EXPECT_EQ(toJson(wheelsFromJson(toJson(WheelResults{{result}}))), toJson(WheelResults{{result}}));
+    }
+}
+
+TEST(Wheel, WarnsWhereTheFlankIsTakenForTheBack) {
+    // The flank begins at x = 14 and is 9 mm below the tip at x = 20.
+    Wheel wheel{28.0f, 14.0f, 1.5f, 0.0f};
+    WheelOptions options;
+    options.flangeBack = 0.0f;
+    const float width = *measureWheel(wheel.section(), options).measures.widthLevel2ToH13;
+    for (const auto& [first, isDoubtful, error] :
+         {std::tuple{2.5f, false, 0.0f}, {4.0f, true, 0.0f}, {10.25f, true, 0.3f}, {11.5f, true, 0.7f}}) {
+        wheel.first = first;
+        const WheelResult result = measureWheel(wheel.section(), options);
+        EXPECT_EQ(result.warnings.size(), isDoubtful ? 1u : 0u) << first;
+        EXPECT_GE(std::abs(*result.measures.widthLevel2ToH13 - width), error) << first << ": what the warning is for";
+    }
+    EXPECT_EQ(measureWheel(wheel.section(), options).warnings.front().rfind("begins only 0.5 mm below the tip", 0), 0u);
+}
+
 TEST(Wheel, LimitsGiveVerdicts) {
     const WheelLimits height{{27.5f, 30.0f}, {}, {}, {}};
     const WheelLimits both{{27.5f, {}}, {{}, 33.0f}, {}, {}};

@@ -1,4 +1,5 @@
 // Names of files on the command line, in CSV and on terminals.
+#include "report/elements/fileNames.h"
 #include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/printable.h"
@@ -9,16 +10,28 @@ namespace {
 
 TEST(Csv, TextsAreQuotedAndNeverRun) {
     const std::pair<QString, QString> cases[] = {{"a.csv", "a.csv"},     {"", ""},
-                                                 {"a;b", "\"a;b\""},     {"a,b", "a,b"},
+                                                 {"a,b", "\"a,b\""},     {"a;b", "a;b"},
                                                  {"a\"b", "\"a\"\"b\""}, {"a\nb", "\"a\nb\""},
                                                  {"a\rb", "\"a\rb\""},   {"=cmd|x", "'=cmd|x"},
-                                                 {"+1", "'+1"},          {"-1;2", "\"'-1;2\""},
+                                                 {"+1", "'+1"},          {"-1,2", "\"'-1,2\""},
                                                  {"@SUM", "'@SUM"},      {"\t=1", "'\t=1"},
                                                  {"\n=1", "\"'\n=1\""},  {"a=1", "a=1"}};
     for (const auto& [text, field] : cases) {
-        EXPECT_EQ(kxtool::csvField(text, ';').toStdString(), field.toStdString());
+        EXPECT_EQ(kxtool::csvField(text).toStdString(), field.toStdString());
     }
-    EXPECT_EQ(kxtool::csvField("a,b", ',').toStdString(), "\"a,b\"");
+}
+
+TEST(DistinctNames, HoldTheFoldersThatTellFilesApart) {
+    const std::pair<std::vector<std::string>, QStringList> cases[] = {
+        {{"a/x.whl", "a/y.whl"}, {"x.whl", "y.whl"}},
+        {{"a/x.whl", "b/x.whl", "b/y.whl"}, {"a/x.whl", "b/x.whl", "y.whl"}},
+        {{"/1/s/x", "/2/s/x", "/2/t/x"}, {"1/s/x", "2/s/x", "t/x"}},
+        {{"x", "b/x", "b/x"}, {"x", "b/x", "b/x"}},
+        {{"/x", "x", "./x"}, {"/x", "x", "./x"}},
+    };
+    for (const auto& [paths, names] : cases) {
+        EXPECT_EQ(kxreport::distinctNames(paths).join(' ').toStdString(), names.join(' ').toStdString());
+    }
 }
 
 TEST(Printable, ControlCharactersAreReplaced) {

@@ -60,7 +60,6 @@ QString passText(const PassResult& pass) {
 }
 
 QString passCsv(const PassResult& pass) {
-    constexpr QLatin1Char kSeparator(',');
     std::vector<PairColumn> columns = pairColumns();
     if (pass.defectLimits) {
         for (const auto* const more : {&defectColumns(), &roundnessColumns()}) {
@@ -73,15 +72,15 @@ QString passCsv(const PassResult& pass) {
     for (const PairColumn& column : columns) {
         header.append(column.key);
     }
-    QString text = header.join(kSeparator) + QLatin1Char('\n');
+    QString text = csvLine(header);
     for (size_t i = 0; i < pass.pairs.size(); ++i) {
         QStringList row;
         for (const PairColumn& column : columns) {
             const PairValue value = column.value(pass, i);
-            const QString field = textForPrograms(value);
-            row.append(std::holds_alternative<QString>(value) ? csvField(field, kSeparator) : field);
+            const QString* const word = std::get_if<QString>(&value);
+            row.append(word != nullptr ? csvField(*word) : textForPrograms(value));
         }
-        text += row.join(kSeparator) + QLatin1Char('\n');
+        text += csvLine(row);
     }
     return text;
 }

@@ -1,5 +1,6 @@
 // kxmath wheel: the measures of wheel profiles.
 #include "report/wheel/wheelReport.h"
+#include "report/wheel/wheelWords.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
@@ -17,6 +18,7 @@ constexpr const char* kName = "wheel";
 using KxInspect::CrossSection;
 using KxInspect::WheelResult;
 using KxInspect::WheelResults;
+using KxInspect::WheelVerdict;
 
 /// Prints what is wrong with a wheel. @return the exit code for it
 ExitCode printFaults(const WheelResult& result) {
@@ -29,30 +31,34 @@ ExitCode printFaults(const WheelResult& result) {
         printLine(kName, QStringLiteral("warning: '%1' %2").arg(file, QString::fromStdString(warning)));
     }
     if (!result.isMeasured()) {
-        printLine(kName, QStringLiteral("'%1' has no flange or tread to measure").arg(file));
+        printLine(kName, QStringLiteral("'%1' has no flange or tread to measure: %2")
+                             .arg(file, QString::fromStdString(result.reasons.front())));
         return NoResult;
     }
     return Done;
 }
 
-int runChecked(const QStringList& arguments) {
-    WheelCommandOptions options;
-    if (!options.parse(arguments)) {
+/// Prints which wheels could not be judged. @return the exit code for it
+ExitCode printNotJudged(const WheelResults& results) {
+    for (const WheelResult& result : results.wheels) {
+        const std::string reason = reasonNotJudged(result, results.limits);
+        if (result.verdict == WheelVerdict::NotMeasured && result.isMeasured()) { // others are told anyway
+            printLine(kName, QStringLiteral("warning: '%1' could not be judged: %2")
+                                 .arg(QString::fromStdString(result.file), QString::fromStdString(reason)));
+        }
+    }
+    const KxInspect::WheelJudgement judgement = judgementOf(results);
+    if (judgement.wheels == 0 || judgement.judged > 0) {
         return Done;
     }
+    printLine(kName, kxreport::judgementText(results));
+    return NoResult;
+}
+
+void writeOutputs(const WheelCommandOptions& options, const WheelResults& results) {
     const OutputFile json = options.output("json");
     const OutputFile csv = options.output("csv");
     const OutputFile report = options.output("report");
-    const std::vector<CrossSection> wheels = options.wheels();
-    const KxInspect::WheelOptions measurement = options.measurement();
-    checkOutputs({&json, &csv, &report}, options.arguments("files", 1));
-    Progress progress;
-    const WheelResults results = measureWheels(wheels, measurement, progress.callback());
-    progress.wipe();
-    ExitCode code = Done;
-    for (const WheelResult& result : results.wheels) {
-        code = std::max(code, printFaults(result));
-    }
     if (json.isWanted()) {
         json.write(QString::fromStdString(toJson(results)));
     }
@@ -64,10 +70,35 @@ int runChecked(const QStringList& arguments) {
     }
     const bool isAnyRead =
         std::any_of(results.wheels.begin(), results.wheels.end(), [](const WheelResult& r) { return r.error.empty(); });
-    if (isAnyRead && !json.isStandardOutput() && !csv.isStandardOutput()) {
+    if (isAnyRead && !json.isStandardOutput() && !csv.isStandardOutput() && !report.isStandardOutput()) {
         printOutput(wheelTable(results));
     }
-    return code;
+}
+
+int runChecked(const QStringList& arguments) {
+    WheelCommandOptions options;
+    if (!options.parse(arguments)) {
+        return Done;
+    }
+    const OutputFile json = options.output("json");
+    const OutputFile csv = options.output("csv");
+    const OutputFile report = options.output("report");
+    const FailOn failOn = options.failOn();
+    const std::vector<CrossSection> wheels = options.wheels();
+    const KxInspect::WheelOptions measurement = options.measurement();
+    checkOutputs({&json, &csv, &report}, options.arguments("files", 1));
+    Progress progress;
+    const WheelResults results = measureWheels(wheels, measurement, progress.callback());
+    progress.wipe();
+    ExitCode code = Done;
+    for (const WheelResult& result : results.wheels) {
+        code = std::max(code, printFaults(result));
+    }
+    code = std::max(code, printNotJudged(results));
+    writeOutputs(options, results);
+    const KxInspect::WheelJudgement judgement = judgementOf(results);
+    return failOn.exitCode(
+        kName, code, {{Verdict::Out, judgement.outside}, {Verdict::NotJudged, judgement.wheels - judgement.judged}});
 }
 
 } // namespace

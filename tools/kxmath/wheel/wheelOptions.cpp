@@ -28,9 +28,14 @@ const char* const kDescription =
     "A 3-D cloud section holds the cross-section of a rim: y is the height; x and z are turned about\n"
     "--centre until the section lies along x, its outer end at the flange back.\n"
     "\n"
-    "Exit codes: 0 done, 1 a wheel has no flange or tread to measure, 2 wrong use, 3 a file is\n"
-    "unreadable or damaged, 4 an output could not be written, 6 not enough memory. Limits do not\n"
-    "change the exit code.";
+    "Exit codes: 0 done, 1 a wheel has no flange or tread to measure, or none could be judged by the\n"
+    "limits that were given, 2 wrong use, 3 a file is unreadable or damaged, 4 an output could not be\n"
+    "written, 5 a verdict of --fail-on was given, 6 not enough memory.";
+
+const std::vector<PossibleVerdict> kVerdicts = {
+    {Verdict::Out, "a wheel is outside a limit"},
+    {Verdict::NotJudged, "a measure with a limit was not found"},
+};
 
 QByteArray limitOption(const char* bound, std::size_t measure) {
     return QByteArray(bound) + '-' + kMeasureOptions[measure];
@@ -73,6 +78,7 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
     add("json", "Write the measures as JSON; - is the standard output.", "file");
     add("csv", "Write the measures as CSV; - is the standard output.", "file");
     add("report", "Write a report with drawings, one HTML file.", "file");
+    FailOn::declare(*this, kVerdicts);
 }
 
 std::vector<KxInspect::CrossSection> WheelCommandOptions::wheels() const {
@@ -97,6 +103,14 @@ KxInspect::WheelOptions WheelCommandOptions::measurement() const {
     result.limits = limitsOf(*this);
     result.flangeBack = ifSet("flange-back", KxInspect::kFlangeBacks);
     result.spacing = ifSet("spacing", KxInspect::kSpacings);
+    return result;
+}
+
+FailOn WheelCommandOptions::failOn() const {
+    FailOn result(*this, kVerdicts);
+    if (result.isSet() && verdictOf({}, limitsOf(*this)) == KxInspect::WheelVerdict::NoLimits) {
+        fail(QStringLiteral("--fail-on needs a limit, such as --min-height"));
+    }
     return result;
 }
 

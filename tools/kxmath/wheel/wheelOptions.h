@@ -1,6 +1,7 @@
 // The options of kxmath wheel.
 #pragma once
 
+#include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/options.h"
 
 #include <KxInspect/Wheel.h>
@@ -16,6 +17,9 @@ public:
 
     /// The options of the measurement.
     KxInspect::WheelOptions measurement() const;
+
+    /// The verdicts on which the command fails. Without a limit there is none to fail on.
+    FailOn failOn() const;
 };
 
 } // namespace kxtool

@@ -1,0 +1,26 @@
+// Measured wheels in words.
+#include "report/wheel/wheelWords.h"
+
+#include "report/elements/fileNames.h"
+
+namespace kxreport {
+
+QStringList wheelNames(const KxInspect::WheelResults& results) {
+    std::vector<std::string> files;
+    for (const KxInspect::WheelResult& wheel : results.wheels) {
+        files.push_back(wheel.file);
+    }
+    return distinctNames(files);
+}
+
+QString judgementText(const KxInspect::WheelResults& results) {
+    const KxInspect::WheelJudgement judgement = judgementOf(results);
+    if (judgement.wheels == 0) {
+        return {};
+    }
+    const QString text =
+        QStringLiteral("%1 of %2 wheels judged by the limits").arg(judgement.judged).arg(judgement.wheels);
+    return judgement.judged == 0 ? text : text + QStringLiteral(", %1 of them outside").arg(judgement.outside);
+}
+
+} // namespace kxreport

@@ -1,0 +1,17 @@
+// Measured wheels in words.
+#pragma once
+
+#include <KxInspect/Wheel.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+namespace kxreport {
+
+/// The names of the wheels' files, with folders where the names alone are alike.
+QStringList wheelNames(const KxInspect::WheelResults& results);
+
+/// "2 of 3 wheels judged by the limits, 1 of them outside"; empty without limits.
+QString judgementText(const KxInspect::WheelResults& results);
+
+} // namespace kxreport
