@@ -85,7 +85,7 @@ struct ConicityResult {
 
     /// Why there is no conicity, a sentence; empty when there is one.
     std::string reason = {};
-    /// (amplitude, conicity), mm and 1, ascending. See hasConicity(): not every amplitude has one.
+    /// (amplitude, conicity), mm and 1, ascending. NaN where the difference of radii is too rough for the method.
     std::vector<Point> conicity = {};
     /// The conicity at `shownAmplitude`; empty when the curve does not reach it or has no conicity there.
     std::optional<float> shownConicity = {};
@@ -104,18 +104,20 @@ struct ConicityResult {
     bool isCalculated() const { return reason.empty(); }
 };
 
-/// Reads and prepares the profiles and calculates the conicity. Where nothing can be calculated the result says so in
+/// Reads and prepares the profiles and calculates the conicity. Where no amplitude has one, or nothing can be calculated the result says so in
 /// `reason`, and its warnings often explain it. Throws an Error when a file cannot be read or holds no points, and when a
 /// number of the input is out of its range (BadArgument, with the name of the field as key).
 KXINSPECT_EXPORT ConicityResult measureConicity(const ConicityInput& input);
 
-/// Whether a point of the curve holds a conicity. Where the difference of radii is too rough for the method its y is 0,
-/// NaN or infinite.
+/// Whether a point of the curve holds a conicity: a number above 0.
 KXINSPECT_EXPORT bool hasConicity(const Point& p);
 
 /// The conicity at an amplitude, linearly interpolated in the curve. Empty outside the curve and where it has no
 /// conicity.
 KXINSPECT_EXPORT std::optional<float> conicityAt(const ConicityResult& result, float amplitude);
+
+/// Why conicityAt() is empty, a clause: "the curve ends at 7.82 mm". Empty where there is a conicity.
+KXINSPECT_EXPORT std::string reasonWithoutConicity(const ConicityResult& result, float amplitude);
 
 /// The result as JSON.
 KXINSPECT_EXPORT std::string toJson(const ConicityResult& result, Pictures pictures = Pictures::Left);

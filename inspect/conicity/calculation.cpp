@@ -64,7 +64,19 @@ std::vector<Contact> contactsOf(const Side& side, float outwards) {
 }
 
 const char* reasonOf(const ConicityResult& result) {
-    return !result.conicity.empty() ? "" : "no conicity can be calculated from these profiles";
+    if (result.conicity.empty()) {
+        return "no conicity can be calculated from these profiles";
+    }
+    return std::any_of(result.conicity.begin(), result.conicity.end(), hasConicity)
+               ? ""
+               : "no amplitude has a conicity: the difference of radii is too rough for the method";
+}
+
+/// The curve with NaN where the core gives 0 or infinity for want of a conicity, so that nothing is interpolated to that.
+void dropValuesWithoutConicity(std::vector<Point>& curve) {
+    for (Point& p : curve) {
+        p.y = hasConicity(p) ? p.y : std::numeric_limits<float>::quiet_NaN();
+    }
 }
 
 /// y of the flange tip of a wheel, which has points.
@@ -129,6 +141,7 @@ void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& in
         }
     }
     assign(conicity.points, result.conicity);
+    dropValuesWithoutConicity(result.conicity);
     assign(deltaR.points, result.deltaR);
     result.contacts1 = contactsOf(first, -1.0f);
     result.contacts2 = contactsOf(second, 1.0f);

@@ -8,6 +8,8 @@
 
 #include <KxMath/KxMathVersion.h>
 
+#include <QtCore/QString>
+
 #include <cmath>
 
 namespace KxInspect {
@@ -95,6 +97,25 @@ ConicityResult measureConicity(const ConicityInput& input) {
 
 bool hasConicity(const Point& p) {
     return p.y > 0.0f && !std::isinf(p.y); // NaN: false
+}
+
+std::string reasonWithoutConicity(const ConicityResult& result, float amplitude) {
+    if (conicityAt(result, amplitude)) {
+        return {};
+    }
+    if (!result.isCalculated() || result.conicity.empty()) {
+        return result.reason;
+    }
+    const auto place = [](const char* how, float x) {
+        return how + QString::number(static_cast<double>(x), 'f', 2).toStdString() + " mm";
+    };
+    if (amplitude < result.conicity.front().x) {
+        return place("the curve begins at ", result.conicity.front().x);
+    }
+    if (amplitude > result.conicity.back().x) {
+        return place("the curve ends at ", result.conicity.back().x);
+    }
+    return "the difference of radii is too rough there for the method";
 }
 
 std::optional<float> conicityAt(const ConicityResult& result, float amplitude) {

@@ -58,12 +58,11 @@ std::vector<std::string> findContradictions(const PerWheelSetPart<Profile>& sect
 std::vector<std::string> findLimits(const ConicityResult& result) {
     std::vector<std::string> found;
     const std::vector<Point>& curve = result.conicity;
-    const float end = curve.empty() ? 0.0f : curve.back().x;
-    if (curve.empty() || end < result.shownAmplitude) {
-        found.push_back(QStringLiteral("the amplitude of %1 mm is not reached: the curve ends at %2 mm")
+    if (result.isCalculated() && !result.shownConicity) {
+        found.push_back(QStringLiteral("no conicity at the amplitude of %1 mm: ")
                             .arg(static_cast<double>(result.shownAmplitude))
-                            .arg(static_cast<double>(end), 0, 'f', 2)
-                            .toStdString());
+                            .toStdString() +
+                        reasonWithoutConicity(result, result.shownAmplitude));
     }
     const auto with = std::count_if(curve.begin(), curve.end(), hasConicity);
     if (const auto all = static_cast<std::ptrdiff_t>(curve.size()); with < all) {

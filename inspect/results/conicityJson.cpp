@@ -4,6 +4,8 @@
 
 #include <KxInspect/Conicity.h>
 
+#include <algorithm>
+
 namespace KxInspect {
 
 namespace {
@@ -12,6 +14,37 @@ using detail::jsonNumber;
 using detail::JsonValue;
 
 constexpr WheelSetPart kParts[] = {Wheel1, Rail1, Wheel2, Rail2};
+
+/// The curve, null where it has no conicity.
+QJsonArray curveOf(const ConicityResult& result) {
+    QJsonArray list;
+    for (const Point& p : result.conicity) {
+        list.append(QJsonArray{jsonNumber(p.x), hasConicity(p) ? jsonNumber(p.y) : QJsonValue()});
+    }
+    return list;
+}
+
+/// Why there are nulls, by the member that holds them.
+QJsonObject reasonsOf(const ConicityResult& result) {
+    QJsonObject reasons;
+    const auto& curve = result.conicity;
+    if (!result.shownConicity) {
+        reasons[QStringLiteral("shownConicity")] =
+            QString::fromStdString(reasonWithoutConicity(result, result.shownAmplitude));
+    }
+    if (curve.empty()) {
+        reasons[QStringLiteral("conicity")] = QString::fromStdString(result.reason);
+    } else if (const auto none =
+                   curve.size() - static_cast<std::size_t>(std::count_if(curve.begin(), curve.end(), hasConicity));
+               none > 0) {
+        reasons[QStringLiteral("conicity")] =
+            QStringLiteral("%1 of %2 amplitudes have no conicity: the difference of radii is too rough there for the "
+                           "method")
+                .arg(none)
+                .arg(curve.size());
+    }
+    return reasons;
+}
 
 QJsonArray pairs(const std::vector<Point>& points) {
     QJsonArray list;
@@ -93,8 +126,9 @@ std::string toJson(const ConicityResult& result, Pictures pictures) {
                         {QStringLiteral("edgeMargin"), jsonNumber(result.edgeMargin)},
                         {QStringLiteral("shownAmplitude"), jsonNumber(result.shownAmplitude)},
                         {QStringLiteral("shownConicity"), jsonNumber(result.shownConicity)},
-                        {QStringLiteral("conicity"), pairs(result.conicity)},
+                        {QStringLiteral("conicity"), curveOf(result)},
                         {QStringLiteral("deltaR"), pairs(result.deltaR)},
+                        {QStringLiteral("reasons"), reasonsOf(result)},
                         {QStringLiteral("warnings"), detail::jsonList(result.warnings)}};
     if (!result.isCalculated()) {
         root[QStringLiteral("reason")] = QString::fromStdString(result.reason);

@@ -1,13 +1,14 @@
 // The report of a conicity calculation.
 #include "report/conicity/conicityReport.h"
 
+#include "report/elements/fileNames.h"
 #include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/plotPoints.h"
 
-#include <QtCore/QFileInfo>
-
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace kxreport {
@@ -16,6 +17,7 @@ namespace {
 
 using KxInspect::ConicityResult;
 using KxInspect::Contact;
+using KxInspect::PerWheelSetPart;
 using KxInspect::Point;
 using KxInspect::WheelSetPart;
 
@@ -65,8 +67,10 @@ QString placedPlot(const QString& id, const ConicityResult& result, bool isFirst
               {QStringLiteral("lateral position, mm"), x}, {QStringLiteral("height, mm"), y});
     plot.addLine(wheel, {kWheelColour, 1.8}, QStringLiteral("wheel"));
     plot.addLine(rail, {kRailColour, 1.8}, QStringLiteral("rail"));
-    plot.addDots(contactPoints(contacts, &Contact::wheel), kContactColour, 3.0, QStringLiteral("contact points"));
-    plot.addDots(contactPoints(contacts, &Contact::rail), kContactColour, 3.0);
+    if (!contacts.empty()) {
+        plot.addDots(contactPoints(contacts, &Contact::wheel), kContactColour, 3.0, QStringLiteral("contact points"));
+        plot.addDots(contactPoints(contacts, &Contact::rail), kContactColour, 3.0);
+    }
     return plot.svg();
 }
 
@@ -134,42 +138,51 @@ QString conicityPlot(const ConicityResult& result) {
 
 void addTable(Page& page, const ConicityResult& result) {
     std::vector<std::vector<Cell>> rows;
-    for (const Point& p : result.atWholeAmplitudes) {
-        rows.push_back({{fixedText(p.x, 0)}, {fixedText(p.y, 4)}});
+    for (const Point& p : wholeAmplitudes(result)) {
+        rows.push_back({{fixedText(p.x, 0)}, {fixedText(p.y, 4), std::isnan(p.y) ? Tone::Bad : Tone::Plain}});
     }
     page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity")}, rows);
 }
 
-/// The file name of a profile, or its part of the wheel-set when it has no file.
-QString sectionName(const ConicityResult& result, WheelSetPart part) {
-    const QString file = QFileInfo(QString::fromStdString(result.sections[part].file)).fileName();
-    return file.isEmpty() ? QLatin1String(nameOf(part)) : file;
+/// The names of the profiles' files, their parts of the wheel-set for profiles that have no file.
+PerWheelSetPart<QString> sectionNames(const ConicityResult& result) {
+    std::vector<std::string> files;
+    for (const KxInspect::PlacedSection& section : result.sections) {
+        files.push_back(section.file);
+    }
+    const QStringList distinct = distinctNames(files);
+    PerWheelSetPart<QString> names;
+    for (const WheelSetPart part : {KxInspect::Wheel1, KxInspect::Rail1, KxInspect::Wheel2, KxInspect::Rail2}) {
+        const QString& name = distinct[static_cast<qsizetype>(part)];
+        names[part] = name.isEmpty() ? QLatin1String(nameOf(part)) : name;
+    }
+    return names;
 }
 
-} // namespace
+void addFacts(Page& page, const ConicityResult& result) {
+    page.facts({{QStringLiteral("equivalent conicity at %1 mm").arg(fixedText(result.shownAmplitude, 1)),
+                 fixedText(result.shownConicity.value_or(kNaN), 3), result.shownConicity ? Tone::Plain : Tone::Bad},
+                {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
+                {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
+                {QStringLiteral("rolling radii, mm"),
+                 QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
+}
 
-QString conicityReport(const ConicityResult& result) {
-    const auto name = [&result](WheelSetPart part) { return sectionName(result, part); };
-    const QString shown = fixedText(result.shownAmplitude, 1);
-    Page page(QStringLiteral("Equivalent conicity"), QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
-                                                         .arg(name(KxInspect::Wheel1), name(KxInspect::Rail1),
-                                                              name(KxInspect::Wheel2), name(KxInspect::Rail2)));
-    page.facts(
-        {{QStringLiteral("equivalent conicity at %1 mm").arg(shown), fixedText(result.shownConicity.value_or(kNaN), 3)},
-         {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
-         {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
-         {QStringLiteral("rolling radii, mm"),
-          QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
-    for (const std::string& warning : result.warnings) {
-        page.warning(QString::fromStdString(warning));
-    }
+void addConicity(Page& page, const ConicityResult& result) {
     page.heading(QStringLiteral("Conicity"));
+    const QString mark =
+        result.shownConicity
+            ? QStringLiteral(" The mark is the value at %1 mm.").arg(fixedText(result.shownAmplitude, 1))
+            : QString();
     page.figure(
         conicityPlot(result),
         QStringLiteral("The equivalent conicity is that of a pair of cones whose lateral oscillation has the same "
-                       "wavelength as the wheel-set at this amplitude. The mark is the value at %1 mm.")
-            .arg(shown));
+                       "wavelength as the wheel-set at this amplitude.%1")
+            .arg(mark));
     addTable(page, result);
+}
+
+void addContact(Page& page, const ConicityResult& result) {
     page.heading(QStringLiteral("Contact"));
     page.figures(
         {{placedPlot(QStringLiteral("first"), result, true),
@@ -184,6 +197,53 @@ QString conicityReport(const ConicityResult& result) {
          {deltaRPlot(result),
           QStringLiteral("Rolling radius of the second wheel minus that of the first. The wheel-set oscillates "
                          "about the displacement where the difference is 0.")}});
+}
+
+/// The profiles of a wheel-set without contacts.
+void addProfiles(Page& page, const ConicityResult& result) {
+    page.heading(QStringLiteral("Profiles"));
+    page.figures(
+        {{placedPlot(QStringLiteral("first"), result, true),
+          QStringLiteral("First wheel and rail. The flange of a wheel that stands rightly points down, beside the "
+                         "rail's gauge side.")},
+         {placedPlot(QStringLiteral("second"), result, false), QStringLiteral("Second wheel and rail.")}});
+}
+
+} // namespace
+
+std::vector<Point> wholeAmplitudes(const ConicityResult& result) {
+    constexpr int kLast = 10;
+    std::vector<Point> rows;
+    for (int i = 1; i <= kLast; ++i) {
+        const auto amplitude = static_cast<float>(i);
+        if (!result.conicity.empty() && amplitude <= result.conicity.back().x) {
+            rows.push_back({amplitude, conicityAt(result, amplitude).value_or(kNaN)});
+        }
+    }
+    return rows;
+}
+
+QString conicityReport(const ConicityResult& result) {
+    const PerWheelSetPart<QString> names = sectionNames(result);
+    Page page(QStringLiteral("Equivalent conicity"), QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
+                                                         .arg(names[KxInspect::Wheel1], names[KxInspect::Rail1],
+                                                              names[KxInspect::Wheel2], names[KxInspect::Rail2]));
+    addFacts(page, result);
+    if (!result.isCalculated()) {
+        page.failure(QString::fromStdString(result.reason));
+    }
+    for (const std::string& warning : result.warnings) {
+        page.warning(QString::fromStdString(warning));
+    }
+    if (result.isCalculated()) {
+        addConicity(page, result);
+    }
+    const auto hasPoints = [](const KxInspect::PlacedSection& section) { return !section.points.empty(); };
+    if (!result.contacts1.empty()) {
+        addContact(page, result);
+    } else if (std::all_of(result.sections.begin(), result.sections.end(), hasPoints)) {
+        addProfiles(page, result);
+    }
     const QString margin = QStringLiteral("Edge margin %1 mm").arg(fixedText(result.edgeMargin, 4));
     page.paragraph(margin + (result.version.empty()
                                  ? QStringLiteral(".")

@@ -43,8 +43,27 @@ TEST_F(ConicityCommand, ReadsAllFormsOfProfiles) {
 TEST_F(ConicityCommand, WritesTableCsvAndReport) {
     const ToolResult result = run(with("wheel.csv", "rail.csv", {"--csv", "c.csv", "--report", "r.html"}));
     EXPECT_TRUE(result.output.startsWith("equivalent conicity at 3.0 mm: 0.10")) << result.output.constData();
-    EXPECT_TRUE(read("c.csv").startsWith("amplitude;conicity\n"));
+    EXPECT_TRUE(read("c.csv").startsWith("amplitude,conicity\n"));
     EXPECT_EQ(read("r.html").count("<svg"), 5);
+    const QStringList outside = {"--amplitude", "0.5"};
+    const ToolResult without = run(with("wheel.csv", "rail.csv", outside));
+    EXPECT_TRUE(without.output.startsWith("equivalent conicity at 0.5 mm: - (the curve begins at 1.00 mm)\n"))
+        << without.output.constData();
+    EXPECT_TRUE(without.errors.contains("no conicity at the amplitude of 0.5 mm: the curve begins at 1.00 mm"));
+    run(with("wheel.csv", "rail.csv", outside + QStringList{"--fail-on", "not-judged"}), 5);
+    run(with("wheel.csv", "rail.csv", {"--fail-on", "not-judged"}), 0);
+}
+
+TEST_F(ConicityCommand, WithoutAResultTheOutputsSayWhy) {
+    const QStringList outputs = {"--mirror", "wheel2", "--csv", "c.csv", "--report", "r.html", "--json", "-"};
+    const QJsonValue json = QJsonDocument::fromJson(run(with("wheel.csv", "rail.csv", outputs), 1).output).object();
+    EXPECT_EQ(json["reasons"]["shownConicity"].toString(), "no conicity can be calculated from these profiles");
+    EXPECT_TRUE(json["shownConicity"].isNull() && json["conicity"].toArray().isEmpty());
+    EXPECT_EQ(read("c.csv"), "amplitude,conicity\n");
+    const QByteArray page = read("r.html");
+    EXPECT_TRUE(page.contains("<p class=\"failure\"><strong>No result:</strong> no conicity can be calculated"));
+    EXPECT_TRUE(page.contains("class=\"bad\">-<")) << page.left(6000).constData();
+    EXPECT_EQ(page.count("<svg"), 2);
 }
 
 TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
@@ -52,7 +71,7 @@ TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
         {{"--up", "wheels"}, 0, "wheel1 looks upside down"},
         {{"--mirror", "wheel2"}, 1, "wheel2 has its lowest point far from the flange back"},
         {{"--back-to-back", "1360.1"}, 0, "no multiple of 0.2 mm"},
-        {{"--amplitude", "60"}, 0, "the amplitude of 60 mm is not reached"},
+        {{"--amplitude", "60"}, 0, "no conicity at the amplitude of 60 mm: the curve ends at"},
         {{"--amplitude", "12"}, 0, "the difference of radii jumps"},
     };
     for (const auto& [more, exitCode, warning] : cases) {
@@ -73,6 +92,7 @@ TEST_F(ConicityCommand, Refuses) {
         {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
         {bad({"--up", "sleepers"}), 2, "--up needs one of wheels, rails, wheel1, wheel2, rail1, rail2, got 'sleepers'"},
         {bad({"--no-such-option"}), 2, "no-such-option"},
+        {bad({"--fail-on", "out"}), 2, "--fail-on needs a list of not-judged, got 'out'"},
         {bad({"--json", "wheel.csv"}), 2, "an input"},
         {bad({"--json", "no/such/folder/j.json"}), 4, "could not be written"},
     });

@@ -35,7 +35,7 @@ TEST(ConicityJson, HoldsTheResult) {
         ],
         [
             3,
-            0
+            null
         ]
     ],
     "deltaR": [
@@ -58,6 +58,9 @@ TEST(ConicityJson, HoldsTheResult) {
     },
     "radius1": 460,
     "radius2": 461.2,
+    "reasons": {
+        "conicity": "2 of 3 amplitudes have no conicity: the difference of radii is too rough there for the method"
+    },
     "shownAmplitude": 2.5,
     "shownConicity": 0.171,
     "warnings": [

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <random>
 
 using namespace conicity_test;
 
@@ -120,6 +121,33 @@ TEST(Conicity, WithoutAResultSaysWhy) {
     ASSERT_FALSE(result.warnings.empty());
     EXPECT_EQ(result.warnings.front().rfind("wheel2 has its lowest point far from the flange back", 0), 0u);
     EXPECT_EQ(conicityFromJson(toJson(result)).reason, result.reason);
+}
+
+TEST(Conicity, NothingIsInterpolatedToAnAmplitudeWithoutOne) {
+    ConicityInput input = coneInput();
+    std::minstd_rand random(7);
+    for (const WheelSetPart part : {Wheel1, Wheel2}) {
+        for (Point& p : input.sections[part].profile->points) { // rough treads
+            p.y += 0.8f * static_cast<float>(random() % 1000) / 1000.0f;
+        }
+    }
+    const ConicityResult result = measureConicity(input);
+    ASSERT_TRUE(result.isCalculated());
+    std::size_t missing = 0;
+    for (std::size_t i = 1; i < result.conicity.size(); ++i) {
+        const Point& p = result.conicity[i];
+        EXPECT_TRUE(std::isnan(p.y) || p.y > 0.0f);
+        if (std::isnan(p.y)) {
+            ++missing;
+            const float before = p.x - (p.x - result.conicity[i - 1].x) * 0.4f;
+            EXPECT_FALSE(conicityAt(result, before));
+            EXPECT_EQ(reasonWithoutConicity(result, before),
+                      "the difference of radii is too rough there for the method");
+        }
+    }
+    EXPECT_GT(missing, 0u);
+    EXPECT_EQ(toJson(conicityFromJson(toJson(result))), toJson(result));
+    EXPECT_EQ(reasonWithoutConicity(result, 0.5f), "the curve begins at 1.00 mm");
 }
 
 TEST(Conicity, RefusesInputThatCannotBeUsed) {

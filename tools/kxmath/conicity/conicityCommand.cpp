@@ -21,6 +21,7 @@ int runChecked(const QStringList& arguments) {
     const OutputFile json = options.output("json");
     const OutputFile csv = options.output("csv");
     const OutputFile report = options.output("report");
+    const FailOn failOn = options.failOn();
     const KxInspect::ConicityInput input = options.input();
     QStringList files;
     for (const KxInspect::CrossSection& section : input.sections) {
@@ -31,9 +32,6 @@ int runChecked(const QStringList& arguments) {
     for (const std::string& warning : result.warnings) {
         printLine(kName, QStringLiteral("warning: ") + QString::fromStdString(warning));
     }
-    if (!result.isCalculated()) {
-        throw CommandError{NoResult, QString::fromStdString(result.reason)};
-    }
     if (json.isWanted()) {
         json.write(QString::fromStdString(toJson(result)));
     }
@@ -43,10 +41,13 @@ int runChecked(const QStringList& arguments) {
     if (report.isWanted()) {
         report.write(kxreport::conicityReport(result));
     }
-    if (!json.isStandardOutput() && !csv.isStandardOutput()) {
+    if (!result.isCalculated()) { // the outputs say so too
+        throw CommandError{NoResult, QString::fromStdString(result.reason)};
+    }
+    if (!json.isStandardOutput() && !csv.isStandardOutput() && !report.isStandardOutput()) {
         printOutput(conicityTable(result));
     }
-    return Done;
+    return failOn.exitCode(kName, Done, {{Verdict::NotJudged, result.shownConicity ? 0u : 1u}});
 }
 
 } // namespace

@@ -33,8 +33,11 @@ const char* const kDescription =
     "    |      |      |<--------------- G --------------->|      |      |\n"
     "     rail 1                                                   rail 2\n"
     "\n"
-    "Exit codes: 0 done, 1 no conicity can be calculated from these profiles, 2 wrong use, 3 a profile\n"
-    "is unreadable or damaged, 4 an output could not be written, 6 not enough memory.";
+    "Exit codes: 0 done, 1 no conicity can be calculated from these profiles (files that were asked for\n"
+    "are written and say why), 2 wrong use, 3 a profile is unreadable or damaged, 4 an output could not\n"
+    "be written, 5 a verdict of --fail-on was given, 6 not enough memory.";
+
+const std::vector<PossibleVerdict> kVerdicts = {{Verdict::NotJudged, "there is no conicity at --amplitude"}};
 
 /// Sets a flag in the orientation of each profile that an option lists: "wheels", "rails", or single profiles.
 void readParts(const Options& options, const char* option, ConicityInput& input, bool Orientation::*flag) {
@@ -82,8 +85,13 @@ ConicityOptions::ConicityOptions()
     add("mirror", "Profiles whose x points inwards, in the same form.", "list");
     addTextOptions(*this);
     add("json", "Write the results as JSON; - is the standard output.", "file");
-    add("csv", "Write the curve as CSV (amplitude;conicity); - is the standard output.", "file");
+    add("csv", "Write the curve as CSV (amplitude,conicity); - is the standard output.", "file");
     add("report", "Write a report with plots, one HTML file.", "file");
+    FailOn::declare(*this, kVerdicts);
+}
+
+FailOn ConicityOptions::failOn() const {
+    return FailOn(*this, kVerdicts);
 }
 
 ConicityInput ConicityOptions::input() const {

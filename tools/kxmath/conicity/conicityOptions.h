@@ -1,6 +1,7 @@
 // The options of kxmath conicity.
 #pragma once
 
+#include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/options.h"
 
 #include <KxInspect/Conicity.h>
@@ -13,6 +14,9 @@ public:
 
     /// The profiles and the track that the options describe.
     KxInspect::ConicityInput input() const;
+
+    /// The verdicts on which the command fails.
+    FailOn failOn() const;
 };
 
 } // namespace kxtool
