@@ -24,9 +24,9 @@ WheelResults wheels() {
                        .measured = {{1.0f, 19.0f}, {17.0f, 1.0f}, {69.0f, 27.0f}},
                        .widthStart = 22.75f},
                       {.file = "b.whl", .warnings = {"is narrow"}, .measures = {29.5f, 33.5f, 10.75f, -0.5f}},
-                      {.file = "c.bin", .measures = {.xAtLevel18 = 31.25f}},
+                      {.file = "c.bin", .measures = {.xAtLevel18 = 31.25f}, .reasons = {"short"}},
                       {.file = "d.bin", .error = "cannot be read", .verdict = WheelVerdict::NotRead},
-                      {.file = "e.bin"}};
+                      {.file = "e.bin", .reasons = {"empty", "empty", "empty", "empty"}}};
     for (WheelResult& wheel : results.wheels) {
         if (wheel.error.empty()) {
             wheel.verdict = verdictOf(wheel.measures, results.limits);
@@ -64,11 +64,12 @@ TEST(WheelPage, ShowsWhatTheJsonSays) {
     }
     EXPECT_EQ(table.row(5), QString("allowed|\u2265 27.5, \u2264 31|\u2264 33|-|\u2265 -0.75|"));
     EXPECT_EQ(page.facts.at("Wheels measured"), (ReadCell{"3 of 5", "bad"}));
-    EXPECT_EQ(page.facts.at("Within limits"), (ReadCell{"1", ""}));
-    EXPECT_EQ(page.facts.at("Outside limits"), (ReadCell{"1", "bad"}));
+    EXPECT_EQ(page.facts.at("Judged by limits"), (ReadCell{"2 of 5", "bad"}));
+    EXPECT_EQ(page.facts.at("Outside limits, of those judged"), (ReadCell{"1 of 2", "bad"}));
     EXPECT_EQ(page.headings, (QStringList{"a<1>.csv", "b.whl", "c.bin", "d.bin", "e.bin"}));
-    EXPECT_EQ(page.warnings, (QStringList{"Warning: The profile is narrow", "Warning: The file cannot be read",
-                                          "Warning: The profile has no flange or tread to measure."}));
+    EXPECT_EQ(page.warnings, (QStringList{"Warning: The profile is narrow.", "Warning: No flange height (Sh): short.",
+                                          "No result: The file cannot be read.",
+                                          "No result: The profile has no flange or tread to measure: empty."}));
     EXPECT_EQ(page.plots.size(), 4u) << "none of the wheel that was not read";
     EXPECT_EQ(page.paragraphs.last(), "KxMath 7.8.9.");
 }
