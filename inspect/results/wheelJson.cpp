@@ -35,14 +35,14 @@ QJsonObject wheelObject(const WheelResult& wheel) {
 }
 
 /// Null without limits: nothing was to be judged.
-QJsonValue judgementObject(const WheelJudgement& judgement) {
+QJsonValue judgementValue(const WheelJudgement& judgement) {
     if (judgement.wheels == 0) {
         return {};
     }
     const auto number = [](std::size_t count) { return static_cast<qint64>(count); };
     return QJsonObject{
-        {QStringLiteral("wheels"), number(judgement.wheels)},
         {QStringLiteral("judged"), number(judgement.judged)},
+        {QStringLiteral("of"), number(judgement.wheels)},
         {QStringLiteral("outside"), judgement.judged > 0 ? QJsonValue(number(judgement.outside)) : QJsonValue()}};
 }
 
@@ -107,9 +107,10 @@ std::string toJson(const WheelResults& results, Pictures pictures) {
         limits[QLatin1String(measure.key)] =
             QJsonObject{{QStringLiteral("min"), jsonNumber(limit.min)}, {QStringLiteral("max"), jsonNumber(limit.max)}};
     }
-    QJsonObject root = {{QStringLiteral("wheels"), wheels},
-                        {QStringLiteral("limits"), limits},
-                        {QStringLiteral("judgement"), judgementObject(judgementOf(results))}};
+    QJsonObject root = {
+        {QStringLiteral("wheels"), wheels},
+        {QStringLiteral("limits"), limits},
+        {QStringLiteral("judged"), QJsonObject{{QStringLiteral("wheels"), judgementValue(judgementOf(results))}}}};
     if (pictures == Pictures::Included) {
         root[QStringLiteral("pictures")] = QJsonObject{
             {QStringLiteral("wheels"), drawn}, {QStringLiteral("version"), QString::fromStdString(results.version)}};

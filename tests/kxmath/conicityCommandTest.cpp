@@ -92,7 +92,7 @@ TEST_F(ConicityCommand, Refuses) {
         {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
         {bad({"--up", "sleepers"}), 2, "--up needs one of wheels, rails, wheel1, wheel2, rail1, rail2, got 'sleepers'"},
         {bad({"--no-such-option"}), 2, "no-such-option"},
-        {bad({"--fail-on", "out"}), 2, "--fail-on needs a list of not-judged, got 'out'"},
+        {bad({"--fail-on", "out"}), 2, "--fail-on needs one of not-judged, got 'out'"},
         {bad({"--json", "wheel.csv"}), 2, "an input"},
         {bad({"--json", "no/such/folder/j.json"}), 4, "could not be written"},
     });

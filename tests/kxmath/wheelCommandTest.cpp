@@ -150,7 +150,7 @@ TEST_F(WheelCommand, Refuses) {
         {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},
         {{"wheel.csv", "--centre", "1"}, 2, "--centre"},
         {{"wheel.csv", "--fail-on", "out"}, 2, "--fail-on needs a limit"},
-        {{"wheel.csv", "--min-height", "2", "--fail-on", "defect"}, 2, "--fail-on needs a list of out, not-judged"},
+        {{"wheel.csv", "--min-height", "2", "--fail-on", "defect"}, 2, "--fail-on needs one of out, not-judged"},
         {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},
         {{"wheel.csv", "--no-such-option"}, 2, "no-such-option"},
         {{"wheel.csv", "--json", "wheel.csv"}, 2, "--json"},

@@ -257,7 +257,8 @@ ReadPage readPage(const QString& html) {
             page.headings += xml.readElementText();
         } else if (name == QLatin1String("p")) {
             const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
-            (kind == QLatin1String("warning") || kind == QLatin1String("failure") ? page.warnings : page.paragraphs) += text;
+            (kind == QLatin1String("warning") || kind == QLatin1String("failure") ? page.warnings : page.paragraphs) +=
+                text;
         } else if (name == QLatin1String("span")) {
             label = xml.readElementText();
         } else if (name == QLatin1String("strong")) {

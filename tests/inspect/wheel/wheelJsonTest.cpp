@@ -35,10 +35,12 @@ WheelResults results() {
 
 TEST(WheelJson, HoldsTheResults) {
     EXPECT_EQ(toJson(results()), R"({
-    "judgement": {
-        "judged": 1,
-        "outside": 1,
-        "wheels": 3
+    "judged": {
+        "wheels": {
+            "judged": 1,
+            "of": 3,
+            "outside": 1
+        }
     },
     "limits": {
         "heightAt70": {
@@ -114,12 +116,12 @@ TEST(WheelJson, ReadBackGivesTheSamePage) {
 TEST(WheelJson, WithoutLimitsOrJudgementNothingIsWithin) {
     WheelResults none = results();
     none.wheels.erase(none.wheels.begin());
-    EXPECT_NE(toJson(none).find("\"judged\": 0,\n        \"outside\": null"), std::string::npos) << toJson(none);
+    EXPECT_NE(toJson(none).find("\"judged\": 0,\n            \"of\": 2,\n            \"outside\": null"), std::string::npos) << toJson(none);
     const QString page = kxreport::wheelReport(none);
     EXPECT_TRUE(page.contains("class=\"failure\"") && page.contains("No wheel could be judged by the limits."));
     EXPECT_FALSE(page.contains("class=\"good\"")) << page.toStdString();
     none.limits = {};
-    EXPECT_NE(toJson(none).find("\"judgement\": null"), std::string::npos);
+    EXPECT_NE(toJson(none).find("\"wheels\": null"), std::string::npos);
 }
 
 TEST(WheelJson, RefusesWhatIsNoResult) {
