@@ -130,7 +130,7 @@ enum class PassQuestion { Distance, Tread, Roundness };
 
 /// How many verdicts a pass gives on one of its questions.
 struct VerdictCount {
-    int asked = 0; ///< pairs or wheels; 0 when the question was not asked
+    int asked = 0; ///< pairs, or wheels of both sides of all pairs; 0 when the question was not asked
     int judged = 0; ///< those that have a verdict
     int bad = 0; ///< of these: out of tolerance, defective, out of round
 

@@ -15,14 +15,15 @@ VerdictCount countDistances(const PassResult& result) {
     return count;
 }
 
-/// @param verdict of a wheel: true for bad, absent when it was not judged
+/// @param verdict of a wheel: true for bad, absent when it was not judged. Wheels that a sensor missed are not, either
 template <typename Verdict>
 VerdictCount countWheels(const PassResult& result, Verdict verdict) {
     VerdictCount count;
-    for (const PassSide& side : result.sides) {
-        for (const PassWheel& wheel : side.wheels) {
-            const std::optional<bool> isBad = verdict(wheel);
-            count.asked += result.defectLimits ? 1 : 0;
+    for (const WheelPair& pair : result.pairs) {
+        for (std::size_t side = 0; side < pair.wheels.size() && result.defectLimits; ++side) {
+            const PassWheel* const wheel = result.wheelOf(pair, side);
+            const std::optional<bool> isBad = wheel != nullptr ? verdict(*wheel) : std::nullopt;
+            ++count.asked;
             count.judged += isBad ? 1 : 0;
             count.bad += isBad && *isBad ? 1 : 0;
         }

@@ -138,6 +138,9 @@ Figure radiusFigure(const ShownWheel& shown) {
 }
 
 void addFigures(Page& page, const QString& heading, const QString& text, const std::vector<Figure>& figures) {
+    if (figures.empty()) {
+        return;
+    }
     page.heading(heading);
     page.paragraph(text);
     page.figures(figures);

@@ -10,14 +10,14 @@ using namespace KxInspect;
 
 namespace {
 
-/// A column of one side, with a value where that sensor saw the wheel.
+/// A column of one side, with `missing` where that sensor did not see the wheel.
 template <typename Value>
-PairColumn wheelColumn(size_t side, const char* key, const char* title, Value value) {
+PairColumn wheelColumn(size_t side, const char* key, const char* title, Value value, const PairValue& missing = {}) {
     return {QStringLiteral("%1_%2").arg(QLatin1String(key)).arg(side + 1),
             QStringLiteral("%1 %2").arg(QLatin1String(title)).arg(side + 1),
-            [side, value](const PassResult& pass, size_t index) -> PairValue {
+            [side, value, missing](const PassResult& pass, size_t index) -> PairValue {
                 const PassWheel* const wheel = pass.wheelOf(pass.pairs[index], side);
-                return wheel != nullptr ? PairValue(value(*wheel)) : PairValue();
+                return wheel != nullptr ? PairValue(value(*wheel)) : missing;
             }};
 }
 
@@ -30,11 +30,11 @@ public:
 
     template <typename Value>
     void add(const char* key, const char* title, Value value, PairValue missing = {}) {
-        columns_.push_back(
-            wheelColumn(side_, key, title, [judgement = judgement_, value, missing](const PassWheel& wheel) {
-                const auto* const found = judgement(wheel);
-                return found != nullptr ? PairValue(value(*found)) : missing;
-            }));
+        const auto valueOf = [judgement = judgement_, value, missing](const PassWheel& wheel) {
+            const auto* const found = judgement(wheel);
+            return found != nullptr ? PairValue(value(*found)) : missing;
+        };
+        columns_.push_back(wheelColumn(side_, key, title, valueOf, missing));
     }
 
 private:
@@ -87,12 +87,13 @@ std::vector<PairColumn> makeDefectColumns() {
         judged.add("defective_numbers", "numbers", [](const TreadDefects& d) { return runsText(d.profiles); });
         judged.add("deviating_points", "deviating", [](const TreadDefects& d) { return d.deviating; });
         judged.add("largest_deviation", "largest", [](const TreadDefects& d) { return d.largest; });
-        columns.push_back(wheelColumn(side, "tread", "tread", [](const PassWheel& wheel) -> PairValue {
+        const auto verdictOf = [](const PassWheel& wheel) -> PairValue {
             if (!wheel.defects || !wheel.defects->isDefective) {
                 return NotJudged();
             }
             return *wheel.defects->isDefective ? QStringLiteral("defective") : QStringLiteral("sound");
-        }));
+        };
+        columns.push_back(wheelColumn(side, "tread", "tread", verdictOf, NotJudged()));
     }
     return columns;
 }
@@ -145,15 +146,17 @@ const std::vector<PairColumn>& roundnessColumns() {
 }
 
 std::vector<PairColumn> reasonColumns(const PassResult& pass) {
-    const auto text = [](const std::string& reason) { return QString::fromStdString(reason); };
-    std::vector<PairColumn> columns = {
-        {QStringLiteral("distance_reason"), QStringLiteral("reason"),
-         [text](const PassResult& of, size_t index) -> PairValue { return text(of.pairs[index].reason); }}};
+    std::vector<PairColumn> columns;
+    const auto add = [&](const QString& key, PassQuestion question, size_t side) {
+        columns.push_back(
+            {key, QStringLiteral("reason"), [question, side](const PassResult& of, size_t index) -> PairValue {
+                 return whyNotJudged(of, question, index, side);
+             }});
+    };
+    add(QStringLiteral("distance_reason"), PassQuestion::Distance, 0);
     for (size_t side = 0; side < pass.sides.size() && pass.defectLimits; ++side) {
-        columns.push_back(wheelColumn(side, "tread_reason", "reason",
-                                      [text](const PassWheel& wheel) { return text(wheel.defectsReason); }));
-        columns.push_back(wheelColumn(side, "roundness_reason", "reason",
-                                      [text](const PassWheel& wheel) { return text(wheel.roundnessReason); }));
+        add(QStringLiteral("tread_reason_%1").arg(side + 1), PassQuestion::Tread, side);
+        add(QStringLiteral("roundness_reason_%1").arg(side + 1), PassQuestion::Roundness, side);
     }
     return columns;
 }

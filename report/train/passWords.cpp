@@ -6,7 +6,7 @@
 #include <QtCore/QStringList>
 
 #include <algorithm>
-#include <string>
+#include <array>
 
 namespace kxreport {
 
@@ -14,44 +14,33 @@ using namespace KxInspect;
 
 namespace {
 
-/// What has one reason in common: the numbers of pairs, or those of the wheels of each side.
+/// What has one reason in common: the numbers of the pairs, in a list for each side where it is about wheels.
 struct Unjudged {
-    std::string reason;
-    std::vector<std::vector<int>> numbers;
+    QString reason;
+    std::array<std::vector<int>, 2> pairs = {};
 };
 
-void addNumber(const std::string& reason, size_t list, int number, std::vector<Unjudged>& all) {
-    if (reason.empty()) {
-        return;
-    }
-    auto same = std::find_if(all.begin(), all.end(), [&](const Unjudged& u) { return u.reason == reason; });
-    if (same == all.end()) {
-        same = all.insert(all.end(), {reason, {}});
-    }
-    same->numbers.resize(std::max(same->numbers.size(), list + 1));
-    same->numbers[list].push_back(number);
-}
-
-std::vector<Unjudged> unjudgedPairs(const PassResult& pass) {
+std::vector<Unjudged> unjudged(const PassResult& pass, PassQuestion question) {
     std::vector<Unjudged> all;
-    for (size_t i = 0; i < pass.pairs.size(); ++i) {
-        addNumber(pass.pairs[i].reason, 0, static_cast<int>(i) + 1, all);
-    }
-    return all;
-}
-
-std::vector<Unjudged> unjudgedWheels(const PassResult& pass, std::string PassWheel::*reason) {
-    std::vector<Unjudged> all;
-    for (size_t side = 0; side < pass.sides.size(); ++side) {
-        for (const PassWheel& wheel : pass.sides[side].wheels) {
-            addNumber(wheel.*reason, side, wheel.number, all);
+    const size_t lists = question == PassQuestion::Distance ? 1 : pass.sides.size();
+    for (size_t pair = 0; pair < pass.pairs.size(); ++pair) {
+        for (size_t side = 0; side < lists; ++side) {
+            const QString reason = whyNotJudged(pass, question, pair, side);
+            if (reason.isEmpty()) {
+                continue;
+            }
+            auto same = std::find_if(all.begin(), all.end(), [&](const Unjudged& u) { return u.reason == reason; });
+            if (same == all.end()) {
+                same = all.insert(all.end(), {reason});
+            }
+            same->pairs[side].push_back(static_cast<int>(pair) + 1);
         }
     }
     return all;
 }
 
-QString numbered(const char* one, const char* several, const std::vector<int>& numbers) {
-    return QLatin1String(numbers.size() == 1 ? one : several) + QLatin1Char(' ') + runsText(numbers);
+QString pairsText(const std::vector<int>& numbers) {
+    return (numbers.size() == 1 ? QStringLiteral("pair ") : QStringLiteral("pairs ")) + runsText(numbers);
 }
 
 } // namespace
@@ -73,24 +62,29 @@ QString countText(const PassResult& pass, PassQuestion question) {
     return text("distances measured", "out of tolerance");
 }
 
+QString whyNotJudged(const PassResult& pass, PassQuestion question, size_t pair, size_t side) {
+    if (question == PassQuestion::Distance) {
+        return QString::fromStdString(pass.pairs[pair].reason);
+    }
+    const PassWheel* const wheel = pass.wheelOf(pass.pairs[pair], side);
+    if (wheel == nullptr) {
+        return QStringLiteral("the sensor did not see the wheel");
+    }
+    return QString::fromStdString(question == PassQuestion::Tread ? wheel->defectsReason : wheel->roundnessReason);
+}
+
 QStringList notJudgedTexts(const PassResult& pass, PassQuestion question) {
-    const bool isPairs = question == PassQuestion::Distance;
-    const std::vector<Unjudged> all =
-        isPairs ? unjudgedPairs(pass)
-                : unjudgedWheels(pass, question == PassQuestion::Tread ? &PassWheel::defectsReason
-                                                                       : &PassWheel::roundnessReason);
     QStringList texts;
-    for (const Unjudged& unjudged : all) {
+    for (const Unjudged& some : unjudged(pass, question)) {
         QStringList which;
-        for (size_t i = 0; i < unjudged.numbers.size(); ++i) {
-            if (isPairs) {
-                which.append(numbered("pair", "pairs", unjudged.numbers[i]));
-            } else if (!unjudged.numbers[i].empty()) {
-                which.append(
-                    QStringLiteral("%1 of side %2").arg(numbered("wheel", "wheels", unjudged.numbers[i])).arg(i + 1));
+        for (size_t side = 0; side < some.pairs.size(); ++side) {
+            if (question == PassQuestion::Distance && side == 0) {
+                which.append(pairsText(some.pairs[side]));
+            } else if (!some.pairs[side].empty()) {
+                which.append(QStringLiteral("%1 on side %2").arg(pairsText(some.pairs[side])).arg(side + 1));
             }
         }
-        texts.append(which.join(QStringLiteral(", ")) + QStringLiteral(": ") + QString::fromStdString(unjudged.reason));
+        texts.append(which.join(QStringLiteral(", ")) + QStringLiteral(": ") + some.reason);
     }
     return texts;
 }

@@ -19,7 +19,10 @@ QString toleranceText(const KxInspect::PassResult& pass);
 /// Without a judged one nothing is said of bad ones.
 QString countText(const KxInspect::PassResult& pass, KxInspect::PassQuestion question);
 
-/// Why what was asked for was not judged: "pairs 3-4: REASON", "wheels 1 3 of side 1, wheel 2 of side 2: REASON".
+/// Why a pair, or its wheel on one side, has no verdict on a question that was asked; empty when it has one.
+QString whyNotJudged(const KxInspect::PassResult& pass, KxInspect::PassQuestion question, size_t pair, size_t side);
+
+/// All of these: "pairs 3-4: REASON", "pairs 1 3 on side 1, pair 2 on side 2: REASON".
 QStringList notJudgedTexts(const KxInspect::PassResult& pass, KxInspect::PassQuestion question);
 
 /// Both as paragraphs of a page.

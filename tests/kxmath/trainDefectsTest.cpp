@@ -153,7 +153,7 @@ TEST_F(TrainDefects, SaysWhatWasNotJudged) {
         const QByteArray count = QByteArray::number(c.judged) + " of 8 ";
         EXPECT_TRUE(table.output.contains(count + "treads judged" + (c.judged > 0 ? ", 0 def" : ".\n")));
         EXPECT_TRUE(table.output.contains(count + "wheels judged for roundness" + (c.judged > 0 ? ", 1 out" : ".\n")));
-        EXPECT_EQ(table.output.contains("wheels 1-4 of side 2: "), c.judged < 8) << table.output.toStdString();
+        EXPECT_EQ(table.output.contains("pairs 1-4 on side 2: "), c.judged < 8) << table.output.toStdString();
 
         const QJsonValue result = readJson("r.json");
         EXPECT_EQ(result["judged"]["distances"], (QJsonObject{{"judged", 4}, {"of", 4}}));
@@ -180,8 +180,28 @@ TEST_F(TrainDefects, SaysWhatWasNotJudged) {
         EXPECT_EQ(factOf(page, "Defective treads" + judged), c.treadFact);
         EXPECT_EQ(factOf(page, "Wheels out of round" + judged), c.roundnessFact);
         EXPECT_EQ(page.count("not judged</td>"), 2 * (8 - c.judged));
-        EXPECT_EQ(page.contains("wheels 1-4 of side 2: "), c.judged < 8);
+        EXPECT_EQ(page.contains("pairs 1-4 on side 2: "), c.judged < 8);
+        EXPECT_EQ(page.contains("Treads of wheel pair"), c.judged > 0);
     }
+}
+
+TEST_F(TrainDefects, CountsWheelsThatASensorMissed) {
+    simulatePass({"--rate", "1500"});
+    QByteArray settings = read("pass/settings.ini");
+    write("pass/settings.ini", settings.replace(settings.lastIndexOf("minPointsIn=64"), 14, "minPointsIn=9999"));
+    const ToolResult table = run(with({"--json", "r.json", "--csv", "r.csv", "--report", "r.html"}), 1);
+    EXPECT_TRUE(table.output.contains("\n0 of 4 distances measured.\n")) << table.output.toStdString();
+    EXPECT_TRUE(table.output.contains("\n4 of 8 treads judged, 0 defective.\n"
+                                      "Not judged, pairs 1-4 on side 2: the sensor did not see the wheel.\n"));
+    EXPECT_EQ(readJson("r.json")["judged"]["roundness"], (QJsonObject{{"judged", 4}, {"of", 8}}));
+    const QList<QByteArray> lines = read("r.csv").split('\n');
+    EXPECT_TRUE(lines[1].endsWith("the sensor of side 2 did not see the wheel,,,the sensor did not see the wheel,"
+                                  "the sensor did not see the wheel"))
+        << lines[1].toStdString();
+    const QString page = read("r.html");
+    EXPECT_EQ(factOf(page, "Distances out of tolerance (0 of 4 judged)"), "bad:not judged");
+    EXPECT_EQ(factOf(page, "Defective treads (4 of 8 judged)"), ":0");
+    EXPECT_EQ(page.count("not judged</td>"), 12);
 }
 
 TEST_F(TrainDefects, RefusesSettingsThatDoNotFit) {
