@@ -43,7 +43,12 @@ struct ConicityInput {
     PerWheelSetPart<CrossSection> sections = {};
     float gauge = 1435.0f; ///< distance of the rails, `gaugeDepth` below their tops
     float gaugeDepth = 14.0f; ///< 0: the gauge is the distance of the ends of the profiles on their gauge sides
-    float backToBack = 1360.0f; ///< distance of the flange backs, which are the beginnings of the wheels' profiles
+    float backToBack = 1360.0f; ///< distance of the flange backs
+    /// @{ x of the flange back in the wheel's profile. Empty: 0 or -70 (the tape circle is then at 0) where the profile fits
+    /// such a place, or else where its steep back is.
+    std::optional<float> flangeBack1 = {};
+    std::optional<float> flangeBack2 = {};
+    /// @}
     float radius1 = 460.0f; ///< radius of the first wheel at its tape circle; only the difference of the two counts
     float radius2 = 460.0f; ///< that of the second wheel
     unsigned int amplitudes = 100; ///< about how many are calculated, from 1 mm on

@@ -10,10 +10,11 @@
 
 namespace KxInspect {
 
-/// The orientation of a profile in its file.
+/// The orientation of a profile in its file. What is empty is found from the shape where a measurement does so, and
+/// otherwise false.
 struct Orientation {
-    bool isUp = false; ///< y points up
-    bool isMirrored = false; ///< x points inwards
+    std::optional<bool> isUp = {}; ///< y points up
+    std::optional<bool> isMirrored = {}; ///< x points inwards
 };
 
 /// A cross-section as it was measured, in a file or in memory:

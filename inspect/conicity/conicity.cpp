@@ -1,11 +1,11 @@
 // The equivalent conicity from measured profiles: reading, preparing, calculating, judging.
-#include "inspect/base/error.h"
-#include "inspect/base/paths.h"
 #include "inspect/base/ranges.h"
 #include "inspect/conicity/calculation.h"
+#include "inspect/conicity/preparation.h"
 #include "inspect/conicity/warnings.h"
 #include "inspect/sections/sectionReader.h"
 
+#include <KxInspect/Wheel.h>
 #include <KxMath/KxMathVersion.h>
 
 #include <QtCore/QString>
@@ -22,45 +22,14 @@ void checkNumbers(const ConicityInput& input) {
     detail::checkRange("gauge", input.gauge, kTrackDistances);
     detail::checkRange("backToBack", input.backToBack, kTrackDistances);
     detail::checkRange("gaugeDepth", input.gaugeDepth, kGaugeDepths);
+    for (const auto& back : {input.flangeBack1, input.flangeBack2}) {
+        detail::checkRange("flangeBack", back.value_or(0.0f), kFlangeBacks);
+    }
     detail::checkRange("radius1", input.radius1, kWheelRadii);
     detail::checkRange("radius2", input.radius2, kWheelRadii);
     detail::checkRange("amplitudes", static_cast<float>(input.amplitudes), kAmplitudeCounts);
     detail::checkRange("edgeMargin", input.edgeMargin, kEdgeMargins);
     detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
-}
-
-/// Cuts a rail at its gauge point.
-void cut(Profile& rail, WheelSetPart part, float gaugeDepth, PlacedSection& result,
-         std::vector<std::string>& warnings) {
-    result.isCut = cutAtGaugeDepth(rail, gaugeDepth);
-    if (!*result.isCut) {
-        warnings.push_back(std::string(nameOf(part)) + " does not reach down to the gauge depth on its gauge "
-                                                       "side: its end is taken as gauge point");
-    }
-}
-
-/// Prepares a profile. @return its file name, the number of dropped points, and whether it was cut
-PlacedSection prepare(Profile& profile, WheelSetPart part, const ConicityInput& input,
-                      std::vector<std::string>& warnings) {
-    PlacedSection result;
-    result.file = detail::shown(input.sections[part].file);
-    orient(profile, input.sections[part].orientation);
-    const int missing = dropMissing(profile);
-    if (!isWheel(part) && input.gaugeDepth > 0.0f) {
-        cut(profile, part, input.gaugeDepth, result, warnings);
-    }
-    const std::optional<int> hidden =
-        keepRunningSurface(profile, isWheel(part) ? SectionKind::Wheel : SectionKind::Rail);
-    if (!hidden) {
-        detail::fail(ErrorKind::Unsuitable, {nameOf(part), result.file, {}},
-                     QStringLiteral("holds points that do not follow a contour from one end to the other"));
-    }
-    result.dropped = missing + *hidden;
-    if (*result.dropped > 0) {
-        warnings.push_back(std::string(nameOf(part)) + ": " + std::to_string(*result.dropped) +
-                           " points that are missing or stand behind others were dropped");
-    }
-    return result;
 }
 
 void append(std::vector<std::string>& all, const std::vector<std::string>& more) {
@@ -86,11 +55,18 @@ ConicityResult measureConicity(const ConicityInput& input) {
     Sections sections;
     for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
         sections[part] = detail::readSection(input.sections[part], nameOf(part));
-        result.sections[part] = prepare(sections[part], part, input, result.warnings);
+        result.sections[part] = detail::prepare(sections[part], part, input, result.warnings);
     }
     append(result.warnings, detail::findContradictions(sections, input));
-    detail::calculate(sections, input, result);
-    append(result.warnings, detail::findLimits(result));
+    result.reason = detail::whyNoFit(sections, result);
+    if (result.reason.empty()) {
+        detail::calculate(sections, input, result);
+        append(result.warnings, detail::findLimits(result));
+    } else {
+        for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
+            result.sections[part].points = sections[part].points;
+        }
+    }
     result.version = KxMath_GetVersionString();
     return result;
 }

@@ -1,6 +1,7 @@
 // Warnings: violated assumptions of the method, and limited validity of a result.
 #include "inspect/conicity/warnings.h"
 
+#include "inspect/sections/flangeBack.h"
 #include "inspect/sections/plausibility.h"
 #include "inspect/sections/runningSurface.h"
 
@@ -21,6 +22,11 @@ std::vector<QString> contradictionsOf(const std::vector<Point>& section, bool is
     }
     found.push_back(isWheel ? wheelContradiction(section) : railContradiction(section, gaugeDepth));
     return found;
+}
+
+/// How far a wheel-set can move between its rails, mm; NaN when that is not known.
+float flangeClearance(const PerWheelSetPart<Profile>& sections, float gauge, float backToBack) {
+    return gauge - backToBack - flangeThickness(sections[Wheel1].points) - flangeThickness(sections[Wheel2].points);
 }
 
 /// Whether `distance` is a multiple of `step` within a hundredth of a millimetre.
@@ -46,6 +52,15 @@ std::vector<std::string> findContradictions(const PerWheelSetPart<Profile>& sect
             }
         }
     }
+    constexpr float kMostClearance = 60.0f; // flanges worn to 22 mm in a gauge that is widened by 30 mm
+    if (const float clearance = flangeClearance(sections, input.gauge, input.backToBack);
+        input.gaugeDepth > 0.0f && clearance > kMostClearance) { // NaN: false
+        found.push_back(
+            QStringLiteral("the flanges have a clearance of %1 mm between the rails: gauge and back-to-back "
+                           "distance hardly belong together")
+                .arg(static_cast<double>(clearance), 0, 'f', 1)
+                .toStdString());
+    }
     constexpr float kGrid = 0.2f;
     if (!isMultiple(input.gauge - input.backToBack, kGrid)) {
         found.emplace_back(
@@ -53,6 +68,24 @@ std::vector<std::string> findContradictions(const PerWheelSetPart<Profile>& sect
             "rails to the next 0.1 mm");
     }
     return found;
+}
+
+std::string whyNoFit(const PerWheelSetPart<Profile>& sections, const ConicityResult& result) {
+    const bool isGaugeKnown =
+        result.sections[Rail1].isCut.value_or(false) && result.sections[Rail2].isCut.value_or(false);
+    const float clearance = flangeClearance(sections, result.gauge, result.backToBack);
+    if (!isGaugeKnown || !(clearance < 0.0f)) {
+        return {};
+    }
+    return QStringLiteral(
+               "the wheel-set does not fit between the rails: its flanges are %1 mm and %2 mm thick, and with "
+               "%3 mm between their backs they need %4 mm more than the gauge of %5 mm")
+        .arg(static_cast<double>(flangeThickness(sections[Wheel1].points)), 0, 'f', 1)
+        .arg(static_cast<double>(flangeThickness(sections[Wheel2].points)), 0, 'f', 1)
+        .arg(static_cast<double>(result.backToBack))
+        .arg(static_cast<double>(-clearance), 0, 'f', 1)
+        .arg(static_cast<double>(result.gauge))
+        .toStdString();
 }
 
 std::vector<std::string> findLimits(const ConicityResult& result) {

@@ -19,6 +19,7 @@ QString fewPoints(std::size_t count) {
 QString wheelContradiction(const std::vector<Point>& wheel) {
     constexpr float kMinFlangeHeight = 15.0f;
     constexpr float kMaxFlangeHeight = 45.0f;
+    constexpr float kLeastFromBack = 5.0f; // the tip; the upper end of a back face upside down is nearer
     if (wheel.empty()) {
         return {};
     }
@@ -27,7 +28,7 @@ QString wheelContradiction(const std::vector<Point>& wheel) {
     const float width = widthOf(wheel);
     const auto [highest, lowest] = std::minmax_element(wheel.begin(), wheel.end(), isHigher);
     const float tread = static_cast<float>(valueAt(wheel, static_cast<double>(back + kTapeCircleX)));
-    if (lowest->x - back < width * 0.4f) {
+    if (lowest->x - back < width * 0.4f && lowest->x - back >= kLeastFromBack) {
         const float height = lowest->y - tread;
         if (std::isnan(height) || (height >= kMinFlangeHeight && height <= kMaxFlangeHeight)) {
             return {};

@@ -11,6 +11,8 @@ namespace KxInspect {
 
 namespace {
 
+using detail::isLeft;
+
 bool isNaN(const Point& p) {
     return std::isnan(p.x) || std::isnan(p.y);
 }
@@ -18,10 +20,6 @@ bool isNaN(const Point& p) {
 bool isRising(const std::vector<Point>& points) {
     const auto isNotRising = [](const Point& a, const Point& b) { return !(a.x < b.x); };
     return std::adjacent_find(points.begin(), points.end(), isNotRising) == points.end();
-}
-
-bool isLeft(const Point& a, const Point& b) {
-    return a.x < b.x;
 }
 
 /// Whether the line through the points is a contour, and no walk through points in no order.
@@ -110,45 +108,44 @@ float crossing(const Point& above, const Point& below, float level) {
 }
 
 /// The smallest x of the contour that is not below a level, which is below its top.
-Point gaugePoint(const std::vector<Point>& contour, float level) {
-    Point first{std::numeric_limits<float>::infinity(), level};
+float gaugePoint(const std::vector<Point>& contour, float level) {
+    float first = std::numeric_limits<float>::infinity();
     for (std::size_t i = 0; i < contour.size(); ++i) {
         const Point& p = contour[i];
-        if (p.y <= level && p.x < first.x) {
-            first = p;
+        if (p.y <= level) {
+            first = std::min(first, p.x);
         }
         if (i > 0 && (p.y > level) != (contour[i - 1].y > level)) {
             const auto [above, below] = std::minmax(p, contour[i - 1], detail::isHigher);
-            if (const float x = crossing(above, below, level); x < first.x) {
-                first = {x, level};
-            }
+            first = std::min(first, crossing(above, below, level));
         }
     }
     return first;
 }
 
-/// The part of a contour from a place on, with points at the place where it comes in or goes out.
-std::vector<Point> partFrom(const std::vector<Point>& contour, const Point& first) {
+} // namespace
+
+std::vector<Point> detail::partFrom(const std::vector<Point>& contour, float x, SectionKind kind) {
     std::vector<Point> part;
     for (std::size_t i = 0; i < contour.size(); ++i) {
         const Point& p = contour[i];
-        if (i > 0 && (p.x < first.x) != (contour[i - 1].x < first.x)) {
+        if (i > 0 && (p.x < x) != (contour[i - 1].x < x)) {
             const auto [left, right] = std::minmax(p, contour[i - 1], isLeft);
-            part.push_back({first.x, onLine(left, right, first.x, SectionKind::Rail)});
+            part.push_back({x, onLine(left, right, x, kind)});
         }
-        if (!(p.x < first.x)) {
+        if (!(p.x < x)) {
             part.push_back(p);
         }
     }
     return part;
 }
 
-} // namespace
-
 void orient(Profile& profile, Orientation orientation) {
+    const bool isUp = orientation.isUp.value_or(false);
+    const bool isMirrored = orientation.isMirrored.value_or(false);
     std::vector<Point>& points = profile.points;
     for (Point& p : points) {
-        p = {orientation.isMirrored ? -p.x : p.x, orientation.isUp ? -p.y : p.y};
+        p = {isMirrored ? -p.x : p.x, isUp ? -p.y : p.y};
     }
     if (!points.empty() && points.front().x > points.back().x) { // NaN: false
         std::reverse(points.begin(), points.end());
@@ -178,7 +175,7 @@ bool cutAtGaugeDepth(Profile& rail, float depth) {
     if (std::none_of(contour.begin(), contour.end(), isDeep)) {
         return false;
     }
-    rail.points = partFrom(contour, gaugePoint(contour, level));
+    rail.points = detail::partFrom(contour, gaugePoint(contour, level), SectionKind::Rail);
     return true;
 }
 

@@ -17,4 +17,12 @@ inline bool isHigher(const Point& a, const Point& b) {
     return a.y < b.y;
 }
 
+/// Whether a point is inside another one; x points outwards.
+inline bool isLeft(const Point& a, const Point& b) {
+    return a.x < b.x;
+}
+
+/// The part of a contour from a place on, with points at the place where it comes in or goes out.
+std::vector<Point> partFrom(const std::vector<Point>& contour, float x, SectionKind kind);
+
 } // namespace KxInspect::detail

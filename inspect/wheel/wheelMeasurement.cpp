@@ -98,7 +98,7 @@ Rim rimOf(const CrossSection& wheel, const WheelOptions& options, std::vector<st
              QStringLiteral("is too long for points every %1 mm").arg(static_cast<double>(*options.spacing)));
     }
     if (options.flangeBack) {
-        beginAt(points, wheel.orientation.isMirrored ? -*options.flangeBack : *options.flangeBack);
+        beginAt(points, wheel.orientation.isMirrored.value_or(false) ? -*options.flangeBack : *options.flangeBack);
     }
     Rim rim;
     detail::appendRimSection(points, rim);

@@ -88,7 +88,13 @@ TEST(Conicity, ProfilesMayHaveAnyOrientation) {
         section.orientation = {isUp, isMirrored};
         EXPECT_EQ(toJson(measureConicity(input), Pictures::Included), expected) << nameOf(part);
         section.orientation = {};
-        EXPECT_NE(toJson(measureConicity(input), Pictures::Included), expected) << nameOf(part);
+        ConicityResult found = measureConicity(input);
+        const bool isTold = part != Rail1; // whose sides are alike
+        ASSERT_EQ(found.warnings.size(), isTold ? 1u : 0u) << nameOf(part);
+        EXPECT_TRUE(!isTold || found.warnings[0].rfind(std::string(nameOf(part)) + ": y points up, x ", 0) == 0);
+        found.warnings.clear();
+        EXPECT_TRUE(!isTold || toJson(found, Pictures::Included) == expected) << nameOf(part);
+        EXPECT_NEAR(found.shownConicity.value_or(0.0f), kSlopes / 2.0f, 0.009f * kSlopes / 2.0f) << nameOf(part);
     }
 }
 
@@ -103,10 +109,14 @@ TEST(Conicity, SaysWhatWasDroppedAndCut) {
     EXPECT_EQ(result.sections[Rail1].isCut, true);
     EXPECT_EQ(result.sections[Rail2].isCut, false);
     EXPECT_EQ(result.sections[Wheel1].isCut, std::nullopt);
-    ASSERT_GE(result.warnings.size(), 2u);
-    EXPECT_NE(result.warnings[0].find("wheel2: "), std::string::npos) << result.warnings[0];
-    EXPECT_EQ(result.warnings[1], "rail2 does not reach down to the gauge depth on its gauge side: its end is taken as "
-                                  "gauge point");
+    const auto warns = [&result](const std::string& text) {
+        return std::any_of(result.warnings.begin(), result.warnings.end(),
+                           [&text](const std::string& warning) { return warning.rfind(text, 0) == 0; });
+    };
+    EXPECT_TRUE(warns("wheel2 has a gap of 38.5 mm at x = 30.0, which is taken as straight"));
+    EXPECT_TRUE(warns("wheel2: 375 points that are missing or stand behind others were dropped"));
+    EXPECT_TRUE(
+        warns("rail2 does not reach down to the gauge depth on its gauge side: its end is taken as gauge point"));
 }
 
 TEST(Conicity, WithoutAResultSaysWhy) {
@@ -118,7 +128,7 @@ TEST(Conicity, WithoutAResultSaysWhy) {
     EXPECT_TRUE(result.conicity.empty() && result.atWholeAmplitudes.empty());
     EXPECT_EQ(result.shownConicity, std::nullopt);
     ASSERT_FALSE(result.warnings.empty());
-    EXPECT_EQ(result.warnings.front().rfind("wheel2 has its lowest point far from the flange back", 0), 0u);
+    EXPECT_EQ(result.warnings.front(), "wheel2: its shape shows x in the other direction than was said");
     EXPECT_EQ(conicityFromJson(toJson(result)).reason, result.reason);
 }
 

@@ -143,6 +143,68 @@ TEST(ConicityOfContours, DoesNotDependOnTheHeightOfAFlangeTip) {
     }
 }
 
+TEST(ConicityOfContours, KnowsWhereTheFlangeBackIs) {
+    // The wheel without its first 2 mm, x counted from the back or from the tape circle; and x counted from elsewhere.
+    const float expected = conicityOf(kWheelSet, 3.0f);
+    for (const float origin : {0.0f, 70.0f}) {
+        Contours contours = kWheelSet;
+        Contour& wheel = contours[Wheel1];
+        wheel.erase(wheel.begin(), std::find_if(wheel.begin(), wheel.end(), [](const Point& p) { return p.x > 2.0f; }));
+        for (Point& p : wheel) {
+            p.x -= origin;
+        }
+        const ConicityResult result = measureConicity(inputOf(contours));
+        EXPECT_NEAR(conicityAt(result, 3.0f).value_or(0.0f), expected, 1e-3f) << origin;
+        ASSERT_FALSE(result.warnings.empty());
+        EXPECT_EQ(result.warnings[0].rfind("wheel1 shows no flange back: it is taken to be at x = ", 0), 0u);
+
+        for (Point& p : wheel) {
+            p.x += 33.5f;
+        }
+        EXPECT_THROW(measureConicity(inputOf(contours)), Error) << origin;
+        ConicityInput input = inputOf(contours);
+        input.flangeBack1 = 33.5f - origin;
+        EXPECT_NEAR(conicityAt(measureConicity(input), 3.0f).value_or(0.0f), expected, 1e-3f) << origin;
+    }
+}
+
+TEST(ConicityOfContours, NeedsWheelsThatFitBetweenTheRails) {
+    ConicityInput input = inputOf(kWheelSet); // flanges of 32.5 mm
+    input.backToBack = 1369.8f;
+    const ConicityResult result = measureConicity(input);
+    EXPECT_FALSE(result.isCalculated());
+    EXPECT_EQ(result.reason.rfind("the wheel-set does not fit between the rails: its flanges are 32.", 0), 0u)
+        << result.reason;
+    EXPECT_TRUE(result.conicity.empty() && !result.shownConicity);
+    input.backToBack = 1369.0f;
+    EXPECT_TRUE(measureConicity(input).isCalculated());
+    input.backToBack = 1300.0f;
+    const std::vector<std::string> warnings = measureConicity(input).warnings;
+    EXPECT_TRUE(std::any_of(warnings.begin(), warnings.end(), [](const std::string& warning) {
+        return warning.rfind("the flanges have a clearance of 69.", 0) == 0;
+    }));
+}
+
+TEST(ConicityOfContours, DropsOutliersAndTellsGaps) {
+    Contours contours = kWheelSet;
+    const std::size_t places[] = {600, 700, 815};
+    for (const std::size_t i : places) {
+        contours[Wheel1][i].y += i == 700 ? -1.04f : 0.9f;
+    }
+    Contour& rail = contours[Rail2];
+    const auto head = std::find_if(rail.begin(), rail.end(), [](const Point& p) { return p.x > 50.0f; });
+    rail.erase(head, head + 40); // 0.12 mm apart
+    const ConicityResult result = measureConicity(inputOf(contours));
+    EXPECT_NEAR(conicityAt(result, 3.0f).value_or(0.0f), conicityOf(kWheelSet, 3.0f), 1e-3f);
+    ASSERT_GE(result.warnings.size(), 2u);
+    EXPECT_EQ(result.warnings[0].rfind("wheel1: 3 outliers were dropped; the farthest one, at x = 76.8, is 1.0", 0), 0u)
+        << result.warnings[0];
+    const auto gap = std::find_if(result.warnings.begin(), result.warnings.end(), [](const auto& w) {
+        return w.rfind("rail2 has a gap of 4.9 mm at x = 52.4", 0) == 0;
+    });
+    EXPECT_NE(gap, result.warnings.end());
+}
+
 TEST(ConicityOfContours, NeedsPointsThatFollowAContour) {
     Contours contours = kWheelSet;
     Contour& rail = contours[Rail2];

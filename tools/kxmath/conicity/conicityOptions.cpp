@@ -4,6 +4,8 @@
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/textOptions.h"
 
+#include <KxInspect/Wheel.h>
+
 namespace kxtool {
 
 namespace {
@@ -19,9 +21,10 @@ const char* const kDescription =
     "wheels and two rails.\n"
     "\n"
     "Profiles are 2-D cloud sections, profile records, other point files, text columns, or text files\n"
-    "of contact profile gauges (.whl, .ban, .prw, .prr), in mm. x points\n"
-    "outwards, from the flange back of a wheel and from the gauge side of a rail; y points down. --up\n"
-    "and --mirror turn profiles of another orientation. Left and right profiles have the same form.\n"
+    "of contact profile gauges (.whl, .ban, .prw, .prr), in mm. Their points follow the contour. x\n"
+    "points outwards, from the flange back of a wheel and from the gauge side of a rail; y points\n"
+    "down. Profiles that show another orientation by their shape are turned, and a warning says so;\n"
+    "--up, --mirror and --as-is say it instead. Left and right profiles have the same form.\n"
     "\n"
     "The gauge G is the distance of the rails 14 mm below their tops; each rail is cut there on its\n"
     "gauge side. The back-to-back distance B is the distance of the flange backs:\n"
@@ -40,13 +43,14 @@ const char* const kDescription =
 const std::vector<PossibleVerdict> kVerdicts = {{Verdict::NotJudged, "there is no conicity at --amplitude"}};
 
 /// Sets a flag in the orientation of each profile that an option lists: "wheels", "rails", or single profiles.
-void readParts(const Options& options, const char* option, ConicityInput& input, bool Orientation::*flag) {
+void readParts(const Options& options, const char* option, ConicityInput& input, std::optional<bool> Orientation::*flag,
+               bool value) {
     for (const QString& entry : options.text(option).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         bool isKnown = false;
         for (const WheelSetPart part : kParts) {
             const char* const group = isWheel(part) ? "wheels" : "rails";
             if (entry == QLatin1String(nameOf(part)) || entry == QLatin1String(group)) {
-                input.sections[part].orientation.*flag = true;
+                input.sections[part].orientation.*flag = value;
                 isKnown = true;
             }
         }
@@ -83,6 +87,11 @@ ConicityOptions::ConicityOptions()
     add("amplitude", "The amplitude whose conicity is printed first, mm.", "mm", "3");
     add("up", "Profiles whose y points up: wheels, rails, wheel1, ..., separated by commas.", "list");
     add("mirror", "Profiles whose x points inwards, in the same form.", "list");
+    add("flange-back",
+        "x of the flange back in both wheels. Default: 0, or -70 where the tape circle is at 0, or where "
+        "the profile begins on a steep back.",
+        "mm");
+    add("as-is", "Profiles that stand as said above, whatever their shape shows, in the same form.", "list");
     addTextOptions(*this);
     add("json", "Write the results as JSON; - is the standard output.", "file");
     add("csv", "Write the curve as CSV (amplitude,conicity); - is the standard output.", "file");
@@ -114,8 +123,12 @@ ConicityInput ConicityOptions::input() const {
     input.amplitudes = static_cast<unsigned>(numberIn("amplitudes", KxInspect::kAmplitudeCounts));
     input.edgeMargin = numberIn("edge-margin", KxInspect::kEdgeMargins);
     input.shownAmplitude = numberIn("amplitude", KxInspect::kShownAmplitudes);
-    readParts(*this, "up", input, &Orientation::isUp);
-    readParts(*this, "mirror", input, &Orientation::isMirrored);
+    input.flangeBack1 = numberIfSet("flange-back", {KxInspect::kFlangeBacks[0], KxInspect::kFlangeBacks[1]});
+    input.flangeBack2 = input.flangeBack1;
+    readParts(*this, "as-is", input, &Orientation::isUp, false);
+    readParts(*this, "as-is", input, &Orientation::isMirrored, false);
+    readParts(*this, "up", input, &Orientation::isUp, true);
+    readParts(*this, "mirror", input, &Orientation::isMirrored, true);
     for (KxInspect::CrossSection& section : input.sections) {
         section.text = textOptions(*this);
     }

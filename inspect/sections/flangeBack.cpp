@@ -1,0 +1,88 @@
+// Where the flange back of a wheel's contour is.
+#include "inspect/sections/flangeBack.h"
+
+#include "inspect/fitting/lookUp.h"
+#include "inspect/fitting/median.h"
+#include "inspect/sections/runningSurface.h"
+
+#include <KxInspect/Wheel.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace KxInspect::detail {
+
+namespace {
+
+/// Where gauges have the flange back: at the origin, or the tape circle there.
+constexpr std::array<float, 2> kDatums = {0.0f, -kTapeCircleX};
+
+/// The steep part of the back that a contour begins with; empty when it begins elsewhere.
+std::optional<float> seenBack(const std::vector<Point>& wheel) {
+    constexpr float kWidth = 0.6f; // the circle behind the tip of S1002 (20.5 mm) rises 4.2 mm in it from the back on,
+    constexpr float kLeastHeight = 3.0f; // and less than this from 0.2 mm behind the back on
+    constexpr float kFace = 8.0f; // higher than that circle: a part of the flat back face is there
+    const auto tip = std::max_element(wheel.begin(), wheel.end(), isHigher);
+    const float first = std::min_element(wheel.begin(), tip + 1, isLeft)->x;
+    std::vector<float> places;
+    float low = std::numeric_limits<float>::infinity();
+    float high = -low;
+    for (auto p = wheel.begin(); p <= tip; ++p) {
+        if (p->x <= first + kWidth) {
+            places.push_back(p->x);
+            low = std::min(low, p->y);
+            high = std::max(high, p->y);
+        }
+    }
+    if (!(high - low >= kLeastHeight)) {
+        return {};
+    }
+    return high - low >= kFace ? median(std::move(places)) : first;
+}
+
+} // namespace
+
+std::optional<FlangeBack> findFlangeBack(const std::vector<Point>& wheel) {
+    constexpr float kNear = 0.5f;
+    constexpr std::array<float, 2> kTips = {8.0f, 26.0f}; // from the back: 15 mm when new
+    if (wheel.empty()) {
+        return {};
+    }
+    const std::optional<float> seen = seenBack(wheel);
+    const float tip = std::max_element(wheel.begin(), wheel.end(), isHigher)->x;
+    for (const float datum : kDatums) {
+        if (seen ? std::abs(*seen - datum) <= kNear : tip - datum >= kTips[0] && tip - datum <= kTips[1]) {
+            return FlangeBack{datum, seen.has_value()};
+        }
+    }
+    return seen ? std::optional(FlangeBack{*seen, true}) : std::nullopt;
+}
+
+void beginAtFlangeBack(std::vector<Point>& wheel, float x) {
+    if (wheel.empty()) {
+        return;
+    }
+    std::vector<Point> kept = partFrom(wheel, x, SectionKind::Wheel);
+    if (!kept.empty() && std::min_element(kept.begin(), kept.end(), isLeft)->x > x) {
+        kept.insert(kept.begin(), Point{x, kept.front().y});
+    }
+    wheel = std::move(kept);
+}
+
+float flangeThickness(const std::vector<Point>& surface) {
+    constexpr float kAboveTapeCircle = 10.0f;
+    if (surface.empty()) {
+        return std::numeric_limits<float>::quiet_NaN();
+    }
+    const float back = surface.front().x;
+    const float level =
+        static_cast<float>(valueAt(surface, static_cast<double>(back + kTapeCircleX))) + kAboveTapeCircle;
+    const auto isDeep = [level](const Point& p) { return p.y >= level; }; // NaN: false
+    const auto last = std::find_if(surface.rbegin(), surface.rend(), isDeep);
+    return last == surface.rend() ? std::numeric_limits<float>::quiet_NaN() : last->x - back;
+}
+
+} // namespace KxInspect::detail
