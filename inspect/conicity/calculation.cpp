@@ -150,12 +150,8 @@ void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& in
 }
 
 std::optional<float> conicityAt(const std::vector<Point>& curve, float amplitude) {
-    const auto right = std::lower_bound(curve.begin(), curve.end(), Point{amplitude, 0.0f}, isLeft);
-    if (right == curve.end() || !hasConicity(*right) ||
-        (right->x > amplitude && (right == curve.begin() || !hasConicity(*(right - 1))))) {
-        return {};
-    }
-    return static_cast<float>(valueAt(curve, static_cast<double>(amplitude)));
+    const Point p{amplitude, static_cast<float>(valueAt(curve, static_cast<double>(amplitude)))};
+    return hasConicity(p) ? std::optional(p.y) : std::nullopt;
 }
 
 void lookUpAmplitudes(ConicityResult& result) {

@@ -116,7 +116,9 @@ TEST(WheelJson, ReadBackGivesTheSamePage) {
 TEST(WheelJson, WithoutLimitsOrJudgementNothingIsWithin) {
     WheelResults none = results();
     none.wheels.erase(none.wheels.begin());
-    EXPECT_NE(toJson(none).find("\"judged\": 0,\n            \"of\": 2,\n            \"outside\": null"), std::string::npos) << toJson(none);
+    EXPECT_NE(toJson(none).find("\"judged\": 0,\n            \"of\": 2,\n            \"outside\": null"),
+              std::string::npos)
+        << toJson(none);
     const QString page = kxreport::wheelReport(none);
     EXPECT_TRUE(page.contains("class=\"failure\"") && page.contains("No wheel could be judged by the limits."));
     EXPECT_FALSE(page.contains("class=\"good\"")) << page.toStdString();
