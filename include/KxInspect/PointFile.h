@@ -63,7 +63,7 @@ struct PointSet {
 /// Throws an Error, with the byte or the line and column as far as they are known:
 /// - NotFound, Unreadable: the file cannot be opened or read;
 /// - Damaged: it breaks off, has something else where a number should be, or what it says about itself is wrong;
-/// - Unsuitable: it is a folder or of another kind, has no points (kinds that are text) or another number of columns;
+/// - Unsuitable: it is a folder or of another kind, has no points (kinds that are text), is empty or another number of columns;
 /// - BadArgument: options that cannot be.
 /// @param path see KxInspect.h
 /// @param options of Csv, Xyz and Gauge

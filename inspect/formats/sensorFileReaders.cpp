@@ -9,7 +9,19 @@
 
 namespace KxInspect::detail {
 
+namespace {
+
+/// A file without a byte holds no points because something went wrong before.
+void refuseEmpty(const QFile& file, const ErrorSource& source) {
+    if (file.size() == 0) {
+        fail(ErrorKind::Unsuitable, source, QStringLiteral("is empty"));
+    }
+}
+
+} // namespace
+
 PointSet readCloudFile(QFile& file, const ErrorSource& source) {
+    refuseEmpty(file, source);
     PointSet set;
     const KxMath::KxRecordKind kind = readSection(file, set);
     if (kind == KxMath::KxNoRecord || kind == KxMath::KxProfileRecord) {
@@ -28,6 +40,7 @@ PointSet readCloudFile(QFile& file, const ErrorSource& source) {
 }
 
 PointSet readProfileRecords(QFile& file, const ErrorSource& source) {
+    refuseEmpty(file, source);
     PointSet set;
     set.hasZ = true;
     while (!file.atEnd()) {
@@ -41,6 +54,7 @@ PointSet readProfileRecords(QFile& file, const ErrorSource& source) {
 }
 
 PointSet readXyzfFile(QFile& file, const ErrorSource& source) {
+    refuseEmpty(file, source);
     constexpr qsizetype kRecordSize = 16;
     const QByteArray content = readAll(file, source);
     if (content.size() % kRecordSize != 0) {

@@ -61,7 +61,7 @@ WorkFolder::WorkFolder(const QString& parent, const QString& name)
     : parent_(absolutePath(toBytes(parent)).string()), name_(toBytes(name)) {
     std::error_code error;
     if (fs::create_directories(parent_, error); error) {
-        failFolder(parent_, error.message());
+        failFolder(toBytes(parent), error.message());
     }
     for (int number = 1; number < kMostFolders && path_.empty(); ++number) {
         constexpr mode_t kAll = 0777; // the mask of the process takes its part
@@ -70,7 +70,7 @@ WorkFolder::WorkFolder(const QString& parent, const QString& name)
         if (mkdir(candidate.c_str(), kAll) == 0) {
             path_ = candidate;
         } else if (errno != EEXIST) {
-            failFolder(parent_, lastError());
+            failFolder(toBytes(parent), lastError());
         }
     }
     if (path_.empty()) {
@@ -91,9 +91,12 @@ WorkFolder::~WorkFolder() {
 }
 
 WorkFolder WorkFolder::forTarget(const QString& target) {
-    const fs::path path = absolutePath(toBytes(target));
-    return {fromBytes((isFolder(path.string()) ? path : path.parent_path()).string()),
-            fromBytes(path.filename().string())};
+    const std::string name = absolutePath(toBytes(target)).filename().string();
+    fs::path folder = fs::path(toBytes(target));
+    if (!isFolder(folder.string())) {
+        folder = folder.has_filename() ? folder.parent_path() : folder.parent_path().parent_path();
+    }
+    return {folder.empty() ? QStringLiteral(".") : fromBytes(folder.string()), fromBytes(name)};
 }
 
 void WorkFolder::link(const QString& source, const QString& name) const {

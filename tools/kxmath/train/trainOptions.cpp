@@ -163,7 +163,7 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
                         options.wholeNumber("mode"),
                         options.wholeNumber("wheel", 1),
                         options.number("tolerance", kNotNegative),
-                        options.numberIfSet("nominal"),
+                        options.numberIfSet("nominal", {100.0, 10000.0}),
                         name(options, "defects", QStringLiteral("a file")),
                         defectRange(options),
                         failOn(options)};
