@@ -95,7 +95,8 @@ QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& sectio
 }
 
 /// All keys of a text, as QSettings reads them.
-QMap<QString, QVariant> parsed(const QByteArray& text, const std::string& name) {
+QMap<QString, QVariant> parsed(QByteArray text, const std::string& name) {
+    text.replace("@Variant(", "@@Variant("); // stays text: unpacking it may fail, with a warning on stderr
     QTemporaryFile file;
     if (!file.open() || file.write(text) != text.size() || !file.flush()) {
         detail::fail(ErrorKind::Unwritable, {}, QStringLiteral("cannot write a temporary file: ") + file.errorString());

@@ -33,10 +33,14 @@ QString readable(const std::string& path, QTemporaryFile& copy) {
     if (!file.open(QIODevice::ReadOnly)) {
         fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: ") + file.errorString());
     }
+    const QByteArray content = readAll(file, source);
+    if (content.contains("@Variant(")) { // QSettings would unpack it, and print a warning when it cannot
+        fail(ErrorKind::Damaged, source, QStringLiteral("hold a value '@Variant(', which no setting has"));
+    }
     if (isUtf8(path)) {
         return where.text();
     }
-    if (!copy.open() || copy.write(readAll(file, source)) != file.size() || !copy.flush()) {
+    if (!copy.open() || copy.write(content) != content.size() || !copy.flush()) {
         fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be copied: ") + copy.errorString());
     }
     return copy.fileName();

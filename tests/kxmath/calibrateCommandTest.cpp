@@ -123,24 +123,4 @@ TEST_F(CalibrateCommand, PutsThePoseIntoSettings) {
     }
 }
 
-TEST_F(CalibrateCommand, Refuses) {
-    takeShots("a", {"2"});
-    const QString shot = "a/calibration-1.bin";
-    write("cut.bin", read(shot).left(500));
-    expectRefusals({
-        {{shot, "--position", "4"}, 1, "it would with --position 2 --oblique -0.25"},
-        {{shot, "--position", "2", "--pitch", "24.5"}, 1, "another pitch"},
-        {{"gone.bin", "--position", "2"}, 3, "cannot be read"},
-        {{"cut.bin", "--position", "2"}, 3, "is damaged"},
-        {{}, 2, "1 or more profiles needed, got 0"},
-        {{shot, "--position", "x"}, 2, "--position"},
-        {{shot, "--position", "2", "--oblique", "0"}, 2, "--oblique"},
-        {{shot, "--position", "2", "--write", "s.ini", "--sensor", "50"}, 2, "--sensor"},
-        {{shot, "--position", "2", "--write", shot, "--sensor", "1"}, 2, "--write"},
-        {{shot, "--position", "2", "--json", ""}, 2, "--json needs the name of a file, got ''"},
-        {{shot, "--position", "2", "--no-such-option"}, 2, "no-such-option', see kxmath calibrate --help"},
-        {{shot, "--position", "2", "--report", "no/such/folder/r.html"}, 4, "could not be written"},
-    });
-}
-
 } // namespace

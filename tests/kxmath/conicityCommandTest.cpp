@@ -79,27 +79,4 @@ TEST_F(ConicityCommand, WarnsWhereInputContradictsTheMethod) {
     }
 }
 
-TEST_F(ConicityCommand, Refuses) {
-    write("gap.csv", "0;1\n\n2;3\n");
-    write("words.whl", "no\nnumbers\n");
-    const auto bad = [](const QStringList& more) { return with("wheel.csv", "rail.csv", more); };
-    expectRefusals({
-        {with("missing.csv", "rail.csv", {}), 3, "wheel1 'missing.csv' cannot be read"},
-        {with("words.whl", "rail.csv", {}), 3, "holds no points"},
-        {with("gap.csv", "rail.csv", {}), 3,
-         "wheel1 'gap.csv' goes on behind the empty line 2 in line 3, column 1: '2;3'"},
-        {{"--wheel1", "wheel.csv"}, 2, "--rail1 is needed, see kxmath conicity --help"},
-        {bad({"--gauge", "x"}), 2, "--gauge needs a number"},
-        {bad({"--up", "sleepers"}), 2, "--up needs one of wheels, rails, wheel1, wheel2, rail1, rail2, got 'sleepers'"},
-        {bad({"--no-such-option"}), 2, "no-such-option"},
-        {bad({"--fail-on", "out"}), 2, "--fail-on needs one of not-judged, got 'out'"},
-        {bad({"--json", "wheel.csv"}), 2, "an input"},
-        {bad({"--json", "no/such/folder/j.json"}), 4, "could not be written"},
-    });
-    // Two points at one place: the profile would be straightened, with 40 million samples.
-    write("wide.csv", "0;0\n0;1\n70;2\n1e9;3\n");
-    const ToolResult result = run(with("wide.csv", "rail.csv", {}), 1);
-    EXPECT_TRUE(result.errors.contains("wheel1 is 1e+09 mm wide")) << result.errors.constData();
-}
-
 } // namespace

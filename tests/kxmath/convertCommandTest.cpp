@@ -67,41 +67,6 @@ TEST_F(Convert, ReadsWhatOtherProgramsWrite) {
     EXPECT_EQ(streamed.output, "1 2 3\n4 5 6\n7 8 9\n") << streamed.errors.constData();
 }
 
-TEST_F(Convert, Refuses) {
-    const std::pair<const char*, QByteArray> damaged[] = {
-        {"cut.bin", read("spatial.bin").chopped(1)},
-        {"surplus.bin", read("spatial.bin") + "x"},
-        {"cut.profiles", read("set.profiles").chopped(9)},
-        {"odd.xyzf", "12345"},
-        {"claim.ply", "ply\nformat binary_little_endian 1.0\nelement vertex 4000000000\nproperty float x\n"
-                      "property float y\nend_header\n12345678"},
-        {"list.ply", "ply\nformat ascii 1.0\nelement vertex 1\nproperty list uchar int x\nend_header\n1\n"},
-        {"fields.pcd", "FIELDS x y\nSIZE 4\nPOINTS 1\nDATA ascii\n1 2\n"},
-        {"packed.pcd", "FIELDS x y\nSIZE 4 4\nTYPE F F\nPOINTS 1\nDATA binary_compressed\n"},
-        {"empty.xyz", ""},
-    };
-    for (const auto& [name, content] : damaged) {
-        write(name, content);
-        expectRefusal({{name, "a.xyz"}, 3, name});
-    }
-    expectRefusals({
-        {{"missing.bin", "a.xyz"}, 3, "cannot be read"},
-        {{"spatial.bin"}, 2, "2 files needed, got 1"},
-        {{"spatial.bin", "a.abc"}, 2, "names no kind, give it with --to"},
-        {{"flat.bin", "a.ban"}, 4, "only read"},
-        {{"flat.bin", "a.xyz", "--to", "gauge"}, 2, "--to needs one of cloud"},
-        {{"flat.bin", "a.xyz", "--separator", "dash"}, 2, "--separator needs one of semicolon, comma, tab, blank"},
-        {{"flat.bin", "a.xyz", "--decimal", "-"}, 2, "--decimal needs one of point, comma"},
-        {{"flat.bin", "a.xyz", "--decimal", ",", "--separator", ","}, 2, "both a comma"},
-        {{"flat.bin", "a.xyz", "--columns", "1,2,3,4"}, 2, "two or three whole numbers"},
-        {{"flat.bin", "a.xyz", "--columns", "1,x"}, 2, "two or three whole numbers"},
-        {{"spatial.bin", "./spatial.bin"}, 2, "which is an input"},
-        {{"-", "a.xyz"}, 2, "--from"},
-        {{"spatial.bin", "a.csv"}, 4, "can hold one profile, the data have 3"},
-        {{"spatial.bin", "no/folder/a.xyz"}, 4, "could not be written"},
-    });
-}
-
 TEST_F(Convert, FindsKindAndFormOfText) {
     write("commas.dat", "x,y,z,nx,ny,nz\n-3.5 , 0.5 , -1 , 0,1,0\n2,3,4,0,0,1\n");
     run({"commas.dat", "a.xyz"});

@@ -89,32 +89,4 @@ TEST_F(GridCommand, CutsEdgesAndWritesPictures) {
     EXPECT_EQ(html.count("data:image/png;base64,"), 3);
 }
 
-TEST_F(GridCommand, Refuses) {
-    writeScan(-80.0f, 0.03f);
-    const QByteArray whole = read("scan.bin");
-    const qsizetype second = 7 + 8 * 161 + 8 * 2; // where the second record begins
-    write("cut.bin", whole.chopped(3));
-    write("bad.bin", whole.left(second) + "\x09" + whole.mid(second + 1));
-    write("none.bin", QByteArray("\x05\x00\x00\x00\x00\x00\x00", 7));
-    write("one.bin", whole.left(second));
-    write("seed-001.bin", "old");
-    expectRefusals({
-        {{"missing.bin", "--step", "1"}, 3, "does not exist"},
-        {{"cut.bin", "--step", "1"}, 3, "after 159 whole records: the record that begins there is cut short"},
-        {{"bad.bin", "--step", "1"}, 3, "damaged at byte 1311, after 1 whole records: no record begins with 0x09"},
-        {{"none.bin", "--step", "1"}, 3, "holds no points"},
-        {{"one.bin", "--step", "1"}, 1, "1 rows"},
-        {{"scan.bin", "--step", "100"}, 1, "1 columns"},
-        {{"scan.bin", "--step", "1e-6"}, 2, "40 million"},
-        {{"scan.bin", "--step", "1", "--dz", "1e7"}, 2, "slices"},
-        {{"scan.bin"}, 2, "--step is needed"},
-        {{"scan.bin", "--step", "1", "--blocks", "0"}, 2, "--blocks"},
-        {{"scan.bin", "--step", "1", "--seeds", "1,2,3,0"}, 2, "TOLERANCE"},
-        {{"scan.bin", "--step", "1", "--seeds", "1,2,3,4,5,6,7"}, 2, "at most 6 fields"},
-        {{"scan.bin", "--step", "1", "--json", "scan.bin"}, 2, "input"},
-        {{"scan.bin", "--step", "1", "--report", "no/such/r.html"}, 4, "could not be written"},
-        {{"scan.bin", "--step", "1", "--out", "."}, 4, "already holds seeds"},
-    });
-}
-
 } // namespace

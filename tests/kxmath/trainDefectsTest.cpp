@@ -204,23 +204,4 @@ TEST_F(TrainDefects, CountsWheelsThatASensorMissed) {
     EXPECT_EQ(page.count("not judged</td>"), 12);
 }
 
-TEST_F(TrainDefects, RefusesSettingsThatDoNotFit) {
-    simulatePass({"--points", "200"});
-    QByteArray settings = read("pass/defects.ini");
-    const std::tuple<QByteArray, QByteArray, const char*> cases[] = {
-        {"lowLevel_k", "x", "lack the key 'SENSOR1/lowLevel_k'"},
-        {"SN=101", "SN=7", "name no sensor with the serial number 101"},
-        {"pointsHigher=5", "pointsHigher=few", "hold no whole number in 'pointsHigher'"},
-        {"maxDeviation=0.2", "maxDeviation=inf", "hold no number in 'maxDeviation'"},
-    };
-    for (const auto& [from, to, error] : cases) {
-        QByteArray changed = settings;
-        write("pass/defects.ini", changed.replace(from, to));
-        expectRefusal({with({}), 3, error});
-    }
-    for (const char* const range : {"1", "2:1", "a:b", "1:2:3", "nan:3"}) {
-        expectRefusal({with({"--defect-range", range}), 2, "--defect-range needs MIN:MAX"});
-    }
-}
-
 } // namespace

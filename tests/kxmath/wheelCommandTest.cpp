@@ -132,30 +132,4 @@ TEST_F(WheelCommand, WritesTableCsvAndReport) {
     EXPECT_TRUE(html.contains("class=\"bad\">outside") && html.contains("gone.csv"));
 }
 
-TEST_F(WheelCommand, Refuses) {
-    write("words.whl", "no\nnumbers\n");
-    write("cut.bin", QByteArray("\x03\x05\x00\x00\x00\x01", 6));
-    write("nan.csv", "nan;nan\n");
-    write("far.csv", "0;0\n1e30;1\n");
-    write("bad.whl", gaugeText(wheel_, 0, 1, 1).replace(": 7\n\n", ": 7\n\n--  --  --\n"));
-    write("three.csv", "0;0;1\n1;1;1\n");
-    expectRefusals({
-        {{"nan.csv"}, 3, "holds no points"},
-        {{"bad.whl"}, 3, "'bad.whl' has no number in line 5, column 1: '--'"},
-        {{"three.csv"}, 3, "has 3 columns, not 2 (--columns selects others)"},
-        {{"words.whl"}, 3, "holds no points"},
-        {{"cut.bin"}, 3, "cut short by the end of the file at byte 6, its 5 points end at byte 65"},
-        {{"far.csv", "--spacing", "0.1"}, 3, "too long"},
-        {{}, 2, "1 or more files needed, got 0"},
-        {{"wheel.csv", "--min-height", "2", "--max-height", "1"}, 2, "larger"},
-        {{"wheel.csv", "--centre", "1"}, 2, "--centre"},
-        {{"wheel.csv", "--fail-on", "out"}, 2, "--fail-on needs a limit"},
-        {{"wheel.csv", "--min-height", "2", "--fail-on", "defect"}, 2, "--fail-on needs one of out, not-judged"},
-        {{"wheel.csv", "--columns", "0,-2147483648"}, 2, "--columns"},
-        {{"wheel.csv", "--no-such-option"}, 2, "no-such-option"},
-        {{"wheel.csv", "--json", "wheel.csv"}, 2, "--json"},
-        {{"wheel.csv", "--report", "no/such/folder/r.html"}, 4, "could not be written"},
-    });
-}
-
 } // namespace

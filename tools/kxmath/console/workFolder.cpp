@@ -163,6 +163,12 @@ void WorkFolder::moveInto(const std::string& target, const std::string& last) {
         return std::pair(a == last, a) < std::pair(b == last, b);
     });
     const fs::path to(target);
+    for (const std::string& name : names) { // before the first one moves
+        if (isFolder((to / name).string())) {
+            throw CommandError{
+                OutputFailed, QStringLiteral("cannot write '%1': it is a folder").arg(fromBytes((to / name).string()))};
+        }
+    }
     const fs::path older = to / last;
     if (!names.empty() && names.back() == last && fs::is_regular_file(older, error) && !fs::remove(older, error)) {
         failFolder(older.string(), error.message());
