@@ -61,7 +61,7 @@ struct ReadPlot {
 
     /// Expects that the items of a legend entry are at these points and nowhere else, to a fraction of a pixel.
     void expectPoints(const QString& legend, const std::vector<QPointF>& expected) const;
-    /// Expects a point at a place, to half a pixel.
+    /// Expects a point at a place, to less than a pixel.
     void expectNear(const QPointF& found, const QPointF& expected) const;
 };
 

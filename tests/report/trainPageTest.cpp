@@ -1,0 +1,312 @@
+// The page of a pass beside its JSON.
+#include "report/jsonOf.h"
+#include "report/pageReader.h"
+#include "report/train/passReport.h"
+
+#include <KxInspect/PassResult.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace KxInspect;
+using namespace page_test;
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+PassWheel wheelOf(int number, int profiles, int firstRecord, int chosen, int points) {
+    PassWheel wheel;
+    wheel.number = number;
+    wheel.profiles = profiles;
+    wheel.firstRecord = firstRecord;
+    wheel.chosenProfile = chosen;
+    wheel.points = points;
+    wheel.defects = TreadDefects();
+    wheel.defectsReason = "r" + std::to_string(profiles);
+    wheel.roundnessReason = "q";
+    return wheel;
+}
+
+void judge(PassWheel& wheel, const TreadDefects& defects, const std::optional<Roundness>& roundness) {
+    wheel.defects = defects;
+    wheel.defectsReason.clear();
+    wheel.roundness = roundness;
+    wheel.roundnessReason = roundness ? "" : "q";
+}
+
+/// What is drawn of a wheel, all of it moved and tilted by `t`.
+WheelPicture pictureOf(std::size_t side, float t) {
+    WheelPicture picture;
+    picture.side = side;
+    picture.overlaid = side == 0 ? 10 : 5;
+    for (int i = 0; i < 8; ++i) {
+        const float x = 10.0f * static_cast<float>(i);
+        picture.profiles.push_back({x, 40 + t + 0.3f * x});
+        picture.chosen.push_back({x + 2, 45 + t + 0.2f * x});
+        if (i < 4) {
+            picture.half.push_back({x + 2, 45 + t + 0.2f * x});
+            picture.heights.push_back(0.5 + 0.25 * i + static_cast<double>(t));
+        }
+        picture.deviations.push_back({x + 3, 0.05f * static_cast<float>(i) * (i % 2 == 0 ? 1.0f : -1.0f) + t / 100});
+    }
+    picture.fit = Line{0.2f + t / 100, 44.5f + t};
+    picture.offset = 1.25f + t;
+    picture.low = Line{-0.1f, 20 + t};
+    return picture;
+}
+
+/// Four pairs of three and four wheels: in tolerance, out of it, one side only, no line. Nothing is alike on both sides.
+PassResult result() {
+    PassResult r;
+    r.mode = 3;
+    r.settings = "s.ini";
+    r.sides.resize(2);
+    PassSide &left = r.sides[0], &right = r.sides[1];
+    left.file = "in/left_101.bin";
+    left.name = "left_101.bin";
+    std::tie(left.serial, left.sensor, left.bytes, left.cloudSections) = std::tuple(101, 3, 12345, 200);
+    std::tie(left.level, left.reference) = std::tuple(Line{0.1f, 120.0f}, Line{0.02f, 60.0f});
+    right.file = "right_102.bin";
+    right.name = "right_102.bin";
+    std::tie(right.serial, right.sensor, right.bytes, right.profileRecords) = std::tuple(102, 7, 23456, 210);
+    std::tie(right.level, right.reference) = std::tuple(Line{-0.2f, 130.0f}, Line{-0.05f, 70.0f});
+    left.wheels = {wheelOf(1, 10, 21, 4, 33), wheelOf(2, 12, 51, 5, 34), wheelOf(3, 14, 111, 0, 0)};
+    right.wheels = {wheelOf(1, 11, 24, 6, 43), wheelOf(2, 13, 53, 7, 44), wheelOf(3, 15, 81, 8, 45),
+                    wheelOf(4, 16, 113, 9, 46)};
+    const Roundness out = {{{1, -20, 0.05f}, {2, -5, -0.0625f}, {4, 30, 0.5f}}, 488.5f, 0.03f, {4}, 0.375f, true};
+    const Roundness round = {{{2, -15, 0.02f}, {3, 10, -0.03f}}, 479.25f, 0.04f, {}, 0.0625f, false};
+    judge(left.wheels[0], {9, {2, 3, 4}, 17, 3, 0.625f, true}, out);
+    judge(left.wheels[1], {8, {}, 1, 2, 0.125f, false}, {});
+    judge(right.wheels[0], {7, {}, 2, 5, 0.25f, false}, round);
+    judge(right.wheels[1], {6, {6, 8}, 19, 8, 0.75f, true}, {});
+    r.baseDistance = 1361.5f;
+    r.nominal = 1359.75f;
+    r.tolerance = 1.5f;
+    r.defectLimits = DefectLimits{0.1875f, 5, 1, 0.125f, 4, 1.5f, 99.0f};
+    r.pairs.resize(4);
+    r.pairs[0] = {{0, 0}, 1360.25f, 0.5f, true, {}};
+    r.pairs[1] = {{1, 1}, 1357.5f, -2.25f, false, {}};
+    r.pairs[2] = {{std::nullopt, 2}, kNaN, kNaN, {}, "one side"};
+    r.pairs[3] = {{2, 3}, kNaN, kNaN, {}, "no line"};
+    r.warnings = {"w1"};
+    r.pictures = {{1, {pictureOf(0, 0.0f), pictureOf(1, 3.0f)}}, {3, {pictureOf(1, 5.0f)}}};
+    return r;
+}
+
+TEST(PassPage, ShowsTheFactsOfTheJson) {
+    const QJsonObject json = jsonOf(result());
+    const ReadPage page = readPage(kxreport::passReport(result()));
+    EXPECT_EQ(page.subtitle, "left_101.bin and right_102.bin, settings s.ini, mode 3");
+    const std::map<QString, ReadCell> facts = {
+        {"Wheels found, sides 1 / 2", {"3 / 4", "bad"}},
+        {"Smallest distance", {text(json["pairs"][1]["distance"], 2) + " mm", ""}},
+        {"Largest distance", {text(json["pairs"][0]["distance"], 2) + " mm", ""}},
+        {"Distances out of tolerance (2 of 4 judged)", {"1", "bad"}},
+        {"Defective treads (4 of 7 judged)", {"2", "bad"}},
+        {"Wheels out of round (2 of 7 judged)", {"1", "bad"}}};
+    EXPECT_EQ(page.facts, facts);
+    EXPECT_EQ(page.warnings.at(0), "Warning: w1");
+    for (int side = 0; side < 2; ++side) {
+        const QJsonValue recording = json["recordings"][side];
+        QStringList row = {recording["file"].toString(), "SENSOR" + QString::number(recording["sensor"].toInt())};
+        for (const char* const key : {"serial", "bytes", "cloudSections", "profileRecords", "wheels"}) {
+            row += QString::number(recording[QLatin1String(key)].toInt());
+        }
+        EXPECT_EQ(page.tables.at(0).row(size_t(side)), row.join('|'));
+    }
+    const std::pair<const char*, int> judged[] = {{"distances", 2}, {"treads", 4}, {"roundness", 2}};
+    for (const auto& [key, count] : judged) {
+        EXPECT_EQ(json["judged"][QLatin1String(key)]["judged"].toInt(), count);
+    }
+    // All were judged and none is bad: only then a fact is green.
+    PassResult good = result();
+    good.pairs.resize(1);
+    good.sides[0].wheels.resize(1);
+    good.sides[1].wheels.resize(1);
+    judge(good.sides[0].wheels[0], {9, {}, 1, 3, 0.0625f, false}, good.sides[1].wheels[0].roundness);
+    good.pictures.clear();
+    const ReadPage goodPage = readPage(kxreport::passReport(good));
+    for (const char* const fact : {"Distances out of tolerance (1 of 1 judged)", "Defective treads (2 of 2 judged)",
+                                   "Wheels out of round (2 of 2 judged)"}) {
+        EXPECT_EQ(goodPage.facts.at(fact), (ReadCell{"0", "good"})) << fact;
+    }
+}
+
+TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {
+    const QJsonObject json = jsonOf(result());
+    const ReadPage page = readPage(kxreport::passReport(result()));
+    ASSERT_EQ(page.tables.size(), 4u);
+    const char* const tones[] = {"good", "bad", "faint", "faint"};
+    const char* const verdicts[] = {"ok", "out", "not judged", "not judged"};
+    for (int i = 0; i < 4; ++i) {
+        const QJsonValue pair = json["pairs"][i];
+        const auto row = static_cast<size_t>(i);
+        EXPECT_EQ(page.tables[1].at(row, "distance"), (ReadCell{text(pair["distance"], 3), tones[i]}));
+        EXPECT_EQ(page.tables[1].at(row, "deviation"), (ReadCell{text(pair["deviation"], 3), ""}));
+        EXPECT_EQ(page.tables[1].at(row, "verdict"), (ReadCell{verdicts[i], tones[i]}));
+        for (int side = 0; side < 2; ++side) {
+            const QJsonValue wheel = pair["sides"][side];
+            const QString suffix = " " + QString::number(side + 1);
+            const auto number = [](const QJsonValue& v) {
+                return v.isDouble() ? QString::number(v.toInt()) : QString("-");
+            };
+            const std::pair<const char*, const char*> counts[] = {{"wheel", "wheel"},          {"profiles", "profiles"},
+                                                                  {"first", "firstRecord"},    {"last", "lastRecord"},
+                                                                  {"chosen", "chosenProfile"}, {"points", "points"}};
+            for (const auto& [title, key] : counts) {
+                EXPECT_EQ(page.tables[1].at(row, title + suffix).text, number(wheel[QLatin1String(key)]));
+            }
+            const QJsonValue defects = wheel["defects"], roundness = wheel["roundness"];
+            const ReadTable &treads = page.tables[2], &shapes = page.tables[3];
+            EXPECT_EQ(treads.at(row, "judged" + suffix).text, number(defects["judgedProfiles"]));
+            EXPECT_EQ(treads.at(row, "deviating" + suffix).text, number(defects["deviatingPoints"]));
+            EXPECT_EQ(
+                treads.at(row, "largest" + suffix).text,
+                text(QJsonValue(defects["largestDeviation"]).isDouble() ? defects["largestDeviation"] : QJsonValue(),
+                     3));
+            const QJsonValue bad = defects["isDefective"], off = roundness["isOutOfRound"];
+            const auto verdict = [&](const QJsonValue& isBad, const char* badWord, const char* goodWord) {
+                return wheel.isNull()    ? ReadCell{"-", ""}
+                       : !isBad.isBool() ? ReadCell{"not judged", "faint"}
+                       : isBad.toBool()  ? ReadCell{badWord, "bad"}
+                                         : ReadCell{goodWord, "good"};
+            };
+            EXPECT_EQ(treads.at(row, "tread" + suffix), verdict(bad, "defective", "sound"));
+            EXPECT_EQ(shapes.at(row, "shape" + suffix), verdict(off, "out of round", "round"));
+            EXPECT_EQ(shapes.at(row, "by" + suffix).text,
+                      text(roundness["largestDeviation"].isDouble() ? roundness["largestDeviation"] : QJsonValue(), 3));
+        }
+    }
+    EXPECT_EQ(page.tables[2].at(0, "numbers 1").text + " " + page.tables[2].at(1, "numbers 2").text, "2-4 6 8");
+    EXPECT_EQ(page.tables[2].at(0, "defective 1").text, "3");
+    EXPECT_EQ(page.tables[3].at(0, "compared 1").text + page.tables[3].at(0, "compared 2").text, "32");
+    EXPECT_EQ(page.tables[3].at(0, "off circle 1").text, "4");
+}
+
+TEST(PassPage, DrawsWheelsAndDistances) {
+    const QJsonObject json = jsonOf(result());
+    const ReadPage page = readPage(kxreport::passReport(result()));
+    const ReadPlot wheels = page.plot("Wheels along the pass"), distances = page.plot("Distance of each wheel pair");
+    const QString legends[] = {"wheel of left_101.bin (SENSOR3)", "wheel of right_102.bin (SENSOR7)"};
+    double heights[2] = {};
+    for (int i = 0; i < 4; ++i) {
+        const QJsonValue pair = json["pairs"][i];
+        for (int side = 0; side < 2; ++side) {
+            const QJsonValue wheel = pair["sides"][side];
+            if (wheel.isNull()) {
+                continue;
+            }
+            const int first = wheel["firstRecord"].toInt(), last = wheel["lastRecord"].toInt();
+            const ReadItem box = wheels.withTooltip(
+                QString("wheel %1: records %2 to %3").arg(wheel["wheel"].toInt()).arg(first).arg(last));
+            wheels.expectNear({box.points[0].x(), 0}, {first - 0.5, 0});
+            wheels.expectNear({box.points[1].x(), 0}, {last + 0.5, 0});
+            EXPECT_EQ(box.colour, wheels.legend.at(i == 2 ? "wheel without partner" : legends[side]).second);
+            heights[side] = box.points[0].y(); // pixels: the rows have no ticks
+        }
+        const bool isOut = !pair["inTolerance"].toBool();
+        const ReadItem mark =
+            distances.withTooltip(QString("pair %1: %2 mm").arg(i + 1).arg(text(pair["distance"], 3)));
+        EXPECT_EQ(mark.kind, pair["distance"].isNull() ? "none" : "mark");
+        if (mark.kind == "mark") {
+            distances.expectNear(mark.points[0], {i + 1.0, pair["distance"].toDouble()});
+            EXPECT_EQ(mark.colour, distances.legend.at(isOut ? "out of tolerance" : "in tolerance").second);
+        }
+    }
+    EXPECT_LT(heights[0], heights[1]) << "side 1 is above";
+    EXPECT_LT(wheels.placeOf("side 1").y(), wheels.placeOf("side 2").y());
+    const double nominal = json["nominal"].toDouble(), tolerance = json["tolerance"].toDouble();
+    const ReadItem band = *distances.shownAs("tolerance").at(0);
+    distances.expectNear({0, band.points[0].y()}, {0, nominal - tolerance});
+    distances.expectNear({0, band.points[1].y()}, {0, nominal + tolerance});
+    distances.expectNear({0, distances.shownAs("nominal").at(0)->points[0].y()}, {0, nominal});
+    EXPECT_TRUE(distances.caption.contains("1359.75 mm, 1.5 mm to both sides"));
+}
+
+/// Expects that a line runs along y = slope * x + intercept.
+void expectLine(const ReadPlot& plot, const QString& legend, const QJsonValue& line) {
+    SCOPED_TRACE(legend.toStdString());
+    ASSERT_EQ(plot.shownAs(legend).size(), 1u);
+    for (const QPointF& p : plot.shownAs(legend)[0]->points) {
+        plot.expectNear(p, {p.x(), line["k"].toDouble() * p.x() + line["b"].toDouble()});
+    }
+}
+
+TEST(PassPage, DrawsTheProfilesOfEachSide) {
+    const QJsonObject json = jsonOf(result());
+    const ReadPage page = readPage(kxreport::passReport(result()));
+    const QString captions[] = {"Side 1, SENSOR3, wheel 1: all 10 profiles; chosen is profile 4 (record 24), with 33 "
+                                "points below the level line. "
+                                "What is far behind the wheel is outside the picture.",
+                                "Side 2, SENSOR7, wheel 1: 5 of 11 profiles, evenly spread; chosen is profile 6 "
+                                "(record 29), with 43 points below "
+                                "the level line. What is far behind the wheel is outside the picture."};
+    for (int side = 0; side < 2; ++side) {
+        const QJsonValue drawn = json["pictures"][0]["wheels"][side], recording = json["recordings"][side];
+        const QString number = QString::number(side + 1);
+        const ReadPlot profile = page.plot("Profiles of the wheel on side " + number);
+        profile.expectPoints("all profiles", points(drawn["profiles"]));
+        profile.expectPoints("chosen", points(drawn["chosen"]));
+        profile.expectPoints("fitted half", points(drawn["half"]));
+        expectLine(profile, "level", recording["level"]);
+        expectLine(profile, "reference", recording["reference"]);
+        expectLine(profile, "low", drawn["low"]);
+        expectLine(profile, "fit", drawn["fit"]);
+        EXPECT_LT(profile.unitsPerPixel.y(), 0.0);
+        EXPECT_EQ(profile.caption, captions[side]);
+
+        const ReadPlot offset = page.plot("Height above the reference line on side " + number);
+        std::vector<QPointF> heights;
+        for (int i = 0; i < 4; ++i) {
+            heights.push_back({drawn["half"]["x"][i].toDouble(), drawn["heights"][i].toDouble()});
+        }
+        offset.expectPoints("fitted half", heights);
+        const QJsonValue fit = drawn["fit"], reference = recording["reference"];
+        expectLine(offset, "fit",
+                   QJsonObject{{"k", fit["k"].toDouble() - reference["k"].toDouble()},
+                               {"b", fit["b"].toDouble() - reference["b"].toDouble()}});
+        expectLine(offset, "reference", QJsonObject{{"k", 0.0}, {"b", 0.0}});
+        EXPECT_TRUE(offset.caption.startsWith("Side " + number + ": the wheel stands " + text(drawn["offset"], 3)));
+        EXPECT_TRUE(offset.caption.contains("intercept " + text(fit["b"], 3) + " of the fit, " +
+                                            text(reference["b"], 3) + " of the reference"));
+
+        const ReadPlot treads = page.plot("Deviation of the tread on side " + number);
+        std::vector<QPointF> inside, outside;
+        const double allowed = json["defectLimits"]["maxDeviation"].toDouble();
+        for (const QPointF& p : points(drawn["deviations"])) {
+            (std::abs(p.y()) > allowed ? outside : inside).push_back(p);
+        }
+        treads.expectPoints("point", inside);
+        treads.expectPoints("deviating point", outside);
+        treads.expectNear({0, treads.shownAs("allowed").at(0)->points[1].y()}, {0, allowed});
+        const QJsonValue wheel = json["pairs"][0]["sides"][side], defects = wheel["defects"];
+        const int worst = defects["worstProfile"].toInt();
+        EXPECT_EQ(treads.caption,
+                  QString("Side %1, wheel 1, profile %2 (record %3): %4 of 8 points deviate, the largest by "
+                          "%5 mm.")
+                      .arg(number)
+                      .arg(worst)
+                      .arg(wheel["firstRecord"].toInt() + worst - 1)
+                      .arg(outside.size())
+                      .arg(text(defects["largestDeviation"], 3)));
+
+        const ReadPlot radii = page.plot("Radius of the tread on side " + number);
+        const QJsonValue roundness = wheel["roundness"];
+        for (const QJsonValue& radius : roundness["radii"].toArray()) {
+            const ReadItem mark = radii.withTooltip(
+                QString("profile %1: %2 mm").arg(radius["profile"].toInt()).arg(text(radius["deviation"], 3)));
+            radii.expectNear(mark.points[0], {radius["fromAxle"].toDouble(), radius["deviation"].toDouble()});
+            const bool isOff = roundness["profilesOff"].toArray().contains(radius["profile"]);
+            EXPECT_EQ(mark.colour, radii.legend.at(isOff ? "off the circle" : "profile").second);
+        }
+        radii.expectNear({0, radii.shownAs("allowed").at(0)->points[0].y()},
+                         {0, -json["defectLimits"]["maxRadiusDeviation"].toDouble()});
+        EXPECT_TRUE(radii.caption.contains(text(roundness["flangeRadius"], 1) +
+                                           " mm, single tips scatter about it by " + text(roundness["scatter"], 3)));
+    }
+    EXPECT_TRUE(page.paragraphs.contains("Base distance 1361.500 mm, distance of this pair 1360.250 mm."));
+    EXPECT_TRUE(page.paragraphs.contains("Only one sensor saw this wheel; it has no distance."));
+    EXPECT_TRUE(page.headings.contains("Profiles of wheel pair 3"));
+}
+
+} // namespace
