@@ -50,7 +50,8 @@ TEST_F(TrainErrors, NoResult) {
                 "2 wheels in 'left_1001.bin', 0"},
                "0 of 2 distances measured.\nNot judged, pairs 1-2: the sensor of side 2 did not see the wheel.\n");
     const QByteArray few = recording({0.0f}, RecordKind::CloudSections, 5); // too few points for a line
-    writeAll(few, few, trainSettings().replace("minPointsIn=5", "minPointsIn=2"));
+    writeAll(few, few,
+             trainSettings().replace("minPointsIn=5", "minPointsIn=2").replace("minPointsIn=6", "minPointsIn=2"));
     expectNone({"1 wheels in 'left_1001.bin', 1 in 'right_1002.bin', none of them"},
                "Not judged, pair 1: the points of a chosen profile give no line.\n");
 }

@@ -15,8 +15,13 @@ enum class RecordKind { CloudSections, ProfileRecords };
 /// One wheel as a sensor sees it: flat, `offset` above the reference line. Without one the sensor misses the wheel.
 using SeenWheel = std::optional<float>;
 
-inline constexpr float kReference = 50.0f;
-inline constexpr float kBackground = 200.0f; // above the level line at 100
+/// The lines of a sensor, unequal on both sides. Cloud sections are recorded by the left sensor, 1001, profile records by
+/// the right one, 1002.
+struct SensorHeights {
+    float reference, level, low, background;
+};
+inline constexpr SensorHeights kLeft = {50.0f, 100.0f, 10.0f, 200.0f};
+inline constexpr SensorHeights kRight = {62.0f, 125.0f, 16.0f, 180.0f};
 
 struct Recorder {
     RecordKind kind;
@@ -46,23 +51,30 @@ struct Recorder {
 inline QByteArray recording(const std::vector<SeenWheel>& wheels, RecordKind kind, int pointsPerProfile = 40,
                             bool isTriggered = false) {
     Recorder recorder{kind};
-    recorder.append(20, 20, kBackground);
+    const SensorHeights& heights = kind == RecordKind::CloudSections ? kLeft : kRight;
+    recorder.append(20, 20, heights.background);
     for (size_t wheel = 0; wheel < wheels.size(); ++wheel) {
         for (int fromChosen = -4; fromChosen <= 5; ++fromChosen) {
             const int points = wheels[wheel] ? std::max(pointsPerProfile - 3 * std::abs(fromChosen), 4) : 20;
-            recorder.append(1, points, wheels[wheel] ? kReference + *wheels[wheel] : kBackground);
+            recorder.append(1, points, wheels[wheel] ? heights.reference + *wheels[wheel] : heights.background);
         }
         const bool isPaused = isTriggered && wheel % 2 == 1;
         recorder.moment += isPaused ? 30 : 0;
-        recorder.append(isPaused ? 10 : wheel % 2 == 0 ? 20 : 40, 20, kBackground);
+        recorder.append(isPaused ? 10 : wheel % 2 == 0 ? 20 : 40, 20, heights.background);
     }
     return recorder.bytes;
 }
 
 /// Settings for the serial numbers 1001 and 1002, with the base distance 1360.
 inline QByteArray trainSettings() {
-    const QByteArray lines = "level_k=0\nlevel_b=100\nk2=0\nb2=50\nlowlevel_k=0\nlowlevel_b=10\nminPointsIn=5\n";
-    return "calibrLines2=1360\nminProfsInWheel=5\n[SENSOR1]\nSN=1001\n" + lines + "[SENSOR2]\nSN=1002\n" + lines;
+    const auto lines = [](const SensorHeights& heights, int minPoints) {
+        return "level_k=0\nlevel_b=" + QByteArray::number(double(heights.level)) +
+               "\nk2=0\nb2=" + QByteArray::number(double(heights.reference)) +
+               "\nlowlevel_k=0\nlowlevel_b=" + QByteArray::number(double(heights.low)) +
+               "\nminPointsIn=" + QByteArray::number(minPoints) + '\n';
+    };
+    return "calibrLines2=1360\nminProfsInWheel=5\n[SENSOR1]\nSN=1001\n" + lines(kLeft, 5) + "[SENSOR2]\nSN=1002\n" +
+           lines(kRight, 6);
 }
 
 } // namespace tool_test

@@ -12,6 +12,11 @@
 #include <utility>
 #include <vector>
 
+/// Makes differences of texts readable in failures.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
 namespace page_test {
 
 struct ReadCell {

@@ -159,16 +159,16 @@ TEST_F(Settings, UnknownKeysNameTheNearestKnownOne) {
 }
 
 TEST_F(Settings, LinesThatDoNotFitTheRecordingsAreWarnings) {
-    const std::vector<std::string> files = recordings(); // wheels at y = 50.5, background at 200, slope 0
+    const std::vector<std::string> files = recordings(); // wheels at y = 62.5, background at 180, slope 0
     const QByteArray good = tool_test::trainSettings();
     const qsizetype second = good.indexOf("[SENSOR2]");
     const std::tuple<const char*, const char*, std::vector<const char*>> cases[] = {
-        {"level_b=100", "level_b=100", {}},
-        {"level_b=100",
+        {"level_b=125", "level_b=125", {}},
+        {"level_b=125",
          "level_b=40",
-         {"no point is below the level line of SENSOR2, y = 0 x + 40: 0 of ", "y is 50.5 to 200 mm"}},
-        {"level_b=100", "level_b=201", {"all points are below the level line of SENSOR2"}},
-        {"minPointsIn=5", "minPointsIn=50", {"no wheel was found with the level line of SENSOR2, y = 0 x + 100: "}},
+         {"no point is below the level line of SENSOR2, y = 0 x + 40: 0 of ", "y is 62.5 to 180 mm"}},
+        {"level_b=125", "level_b=201", {"all points are below the level line of SENSOR2"}},
+        {"minPointsIn=6", "minPointsIn=60", {"no wheel was found with the level line of SENSOR2, y = 0 x + 125: "}},
         {"k2=0", "k2=0.06", {"stand at 3.4 degrees to the reference line of SENSOR2, more than 3: k2 is 0.06"}},
         {"k2=0", "k2=-0.05", {}},
     };
@@ -224,13 +224,13 @@ TEST_F(Settings, ProgramsFillThemIn) {
         SensorSettings& sensor = settings.sensors[static_cast<size_t>(i)];
         sensor.number = 2 - i; // the order of the sensors is no matter
         sensor.serial = 1002 - i;
-        sensor.level = Line{0.0f, 100.0f};
-        sensor.reference = Line{0.0f, 50.0f};
-        sensor.detection.minPoints = 5;
+        sensor.level = Line{0.0f, 100.0f + 20.0f * static_cast<float>(i)};
+        sensor.reference = Line{0.0f, 62.0f - 3.0f * static_cast<float>(i)}; // 0.5 and 3.5 mm below the wheel
+        sensor.detection.minPoints = 5 + i;
     }
     const PassResult result = measurePass(files, settings);
     ASSERT_EQ(result.pairs.size(), 1u);
-    EXPECT_EQ(result.pairs[0].distance, 1001.0f);
+    EXPECT_EQ(result.pairs[0].distance, 1004.0f);
     EXPECT_EQ(result.sides[0].sensor, 1);
     EXPECT_EQ(result.settings, "");
     StationSettings wrong = settings;
