@@ -84,7 +84,7 @@ std::string makeBeside(const std::string& place, std::string& why) {
     const fs::path name(place);
     const std::string base = (name.parent_path() / incompleteName(name.filename().string())).string();
     for (int number = 1; number <= kMostFiles; ++number) {
-        const std::string path = number == 1 ? base : base + '-' + std::to_string(number);
+        std::string path = number == 1 ? base : base + '-' + std::to_string(number);
         const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAllButExecutable);
         if (file >= 0) {
             close(file);

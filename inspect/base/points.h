@@ -17,7 +17,8 @@ static_assert(sizeof(Point) == sizeof(KxMath::KxPointXY) && sizeof(Point3) == si
 inline void assign(const QList<KxMath::KxPointXY>& points, std::vector<Point>& result) {
     result.resize(static_cast<std::size_t>(points.size()));
     if (!result.empty()) {
-        std::memcpy(static_cast<void*>(result.data()), points.constData(), result.size() * sizeof(Point));
+        std::memcpy(static_cast<void*>(result.data()), static_cast<const void*>(points.constData()),
+                    result.size() * sizeof(Point));
     }
 }
 

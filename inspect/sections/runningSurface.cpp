@@ -46,11 +46,13 @@ std::vector<float> samplePlaces(float from, float to) {
     if (!(to - from <= kMaxSectionWidth)) { // NaN: true
         return places;
     }
-    for (float x = from; x < to; x += kStep) {
+    float x = from;
+    while (x < to) {
         if (!(x + kStep > x)) {
             return {};
         }
         places.push_back(x);
+        x += kStep;
     }
     places.push_back(to);
     return places;
@@ -75,6 +77,7 @@ bool isOutside(float a, float b, SectionKind kind) {
 /// The outer side of a contour at places in ascending order, which it covers.
 std::vector<Point> outerSide(const std::vector<Point>& contour, const std::vector<float>& places, SectionKind kind) {
     std::vector<Point> surface;
+    surface.reserve(places.size());
     for (const float x : places) {
         surface.push_back({x, std::numeric_limits<float>::quiet_NaN()});
     }

@@ -100,7 +100,7 @@ int IniFile::serial(int sensor) {
 }
 
 QVariant IniFile::value(const QString& key, Need need) {
-    const QVariant found = store_.value(key);
+    QVariant found = store_.value(key);
     if (!found.isValid() && need == Need::Required) {
         addFault(key, lacksKey(key));
     }

@@ -39,8 +39,9 @@ bool spaceEvenly(std::vector<Point>& points, double spacing) {
     double next = spacing; // along the line from points[i - 1]
     for (std::size_t i = 1; i < points.size(); ++i) {
         const double step = distance(points[i - 1], points[i]);
-        for (; next < step; next += spacing) {
+        while (next < step) {
             spaced.push_back(between(points[i - 1], points[i], next / step));
+            next += spacing;
         }
         next -= step;
     }

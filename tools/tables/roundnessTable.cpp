@@ -38,8 +38,8 @@ std::vector<double> deviationsOfCar(int seed, const QStringList& defects) {
                                 "--defects", "pass/defects.ini", "--json", "-"});
     std::vector<double> result;
     const QJsonArray pairs = QJsonDocument::fromJson(json).object()["pairs"].toArray();
-    for (const QJsonValue& pair : pairs) {
-        for (const QJsonValue& side : pair["sides"].toArray()) {
+    for (const QJsonValue pair : pairs) {
+        for (const QJsonValue side : pair["sides"].toArray()) {
             if (side["roundness"].isObject()) {
                 result.push_back(side["roundness"]["largestDeviation"].toDouble());
             }

@@ -172,7 +172,7 @@ OutputFile Options::output(const char* name) const {
 }
 
 QStringList Options::arguments(const char* what, int min, int max) const {
-    const QStringList given = parser_.positionalArguments();
+    QStringList given = parser_.positionalArguments();
     if (given.size() < min || given.size() > max) {
         if (max == 0) {
             fail(QStringLiteral("unexpected argument '%1'").arg(given.front()));

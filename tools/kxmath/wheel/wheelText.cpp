@@ -34,7 +34,7 @@ QString header(qsizetype width) {
 QString line(const QString& name, const WheelResult& result) {
     QString text = name;
     for (const WheelMeasure& measure : kWheelMeasures) {
-        const auto width = static_cast<qsizetype>(qstrlen(measure.key) + qstrlen(", mm"));
+        const qsizetype width = static_cast<qsizetype>(qstrlen(measure.key)) + static_cast<qsizetype>(qstrlen(", mm"));
         text += QStringLiteral("  ") + fixedText(valueOf(result, measure), 2).rightJustified(width);
     }
     const QString verdict = QLatin1String(textOf(result.verdict));
