@@ -1,7 +1,6 @@
 // The pose of a sensor from simulated profiles of the calibration object.
 #include "inspect/calibrate/shots.h"
-
-#include <KxInspect/Error.h>
+#include "inspect/inspectSupport.h"
 
 #include <functional>
 
@@ -98,13 +97,7 @@ TEST(MeasurePose, RefusesInvalidTasks) {
     for (const auto& [key, change] : cases) {
         Shot shot(2);
         change(shot.task);
-        try {
-            measurePose(shot.profile, shot.task);
-            ADD_FAILURE() << key;
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), ErrorKind::BadArgument);
-            EXPECT_EQ(error.source().key, key);
-        }
+        inspect_test::expectError([&] { measurePose(shot.profile, shot.task); }, ErrorKind::BadArgument, key);
     }
 }
 

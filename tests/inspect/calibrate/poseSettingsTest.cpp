@@ -1,6 +1,7 @@
 // A pose in the text of a settings file.
+#include "inspect/inspectSupport.h"
+
 #include <KxInspect/Calibration.h>
-#include <KxInspect/Error.h>
 
 #include <gtest/gtest.h>
 
@@ -35,13 +36,9 @@ TEST(WithPose, PutsKeysIntoTheirSection) {
 
 TEST(WithPose, RefusesTextsInWhichOtherKeysWouldChange) {
     for (const char* const text : {"[SENSOR2]\nx=\\\n1\n", "[SENSOR2]\n[%53ENSOR2]\nx=1\n", "\xff\xfe"}) {
-        try {
-            withPose(text, {2, kPose, 3}, "s.ini");
-            ADD_FAILURE() << text;
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), ErrorKind::Unsuitable);
-            EXPECT_EQ(std::string(error.what()).find("settings 's.ini' "), 0u) << error.what();
-        }
+        const Error error = inspect_test::errorOf([&] { withPose(text, {2, kPose, 3}, "s.ini"); });
+        EXPECT_EQ(error.kind(), ErrorKind::Unsuitable) << text;
+        EXPECT_EQ(std::string(error.what()).find("settings 's.ini' "), 0u) << error.what();
     }
     EXPECT_THROW(withPose("", {0, kPose, 3}), Error);
     EXPECT_THROW(withPose("", {50, kPose, 3}), Error);

@@ -1,5 +1,6 @@
 // The conicity of cones on round rails, which has a closed form, and what becomes of profiles that stand otherwise.
 #include "inspect/conicity/wheelSets.h"
+#include "inspect/inspectSupport.h"
 
 #include <algorithm>
 #include <cmath>
@@ -176,12 +177,8 @@ TEST(Conicity, RefusesInputThatCannotBeUsed) {
     for (const auto& [what, spoil, kind] : cases) {
         ConicityInput input = coneInput();
         spoil(input);
-        try {
-            measureConicity(input);
-            ADD_FAILURE() << what;
-        } catch (const Error& error) {
-            EXPECT_EQ(std::string(error.what()).rfind(what, 0), 0u) << error.what();
-            EXPECT_EQ(error.kind(), kind) << what;
-        }
+        const Error error = inspect_test::errorOf([&] { measureConicity(input); });
+        EXPECT_EQ(std::string(error.what()).rfind(what, 0), 0u) << error.what();
+        EXPECT_EQ(error.kind(), kind) << what;
     }
 }

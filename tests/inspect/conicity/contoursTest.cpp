@@ -1,6 +1,7 @@
 // The conicity of contours as gauges measure them, beside a fine search of the contacts on the same contours.
 #include "inspect/conicity/fineConicity.h"
 #include "inspect/conicity/wheelSets.h"
+#include "inspect/inspectSupport.h"
 #include "simulator/wheelContour.h"
 
 #include <cmath>
@@ -211,11 +212,7 @@ TEST(ConicityOfContours, NeedsPointsThatFollowAContour) {
     for (std::size_t i = 0; i < rail.size(); ++i) { // in no order
         std::swap(rail[i], rail[i * 7919 % rail.size()]);
     }
-    try {
-        measureConicity(inputOf(contours));
-        ADD_FAILURE();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.kind(), ErrorKind::Unsuitable);
-        EXPECT_EQ(error.source().role, "rail2");
-    }
+    const Error error = inspect_test::errorOf([&] { measureConicity(inputOf(contours)); });
+    EXPECT_EQ(error.kind(), ErrorKind::Unsuitable);
+    EXPECT_EQ(error.source().role, "rail2");
 }

@@ -1,8 +1,8 @@
 // Text files of contact profile gauges: where their points begin and end, what is refused, and files of real gauges
 // where they are there.
+#include "inspect/inspectSupport.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/FileContents.h>
 #include <KxInspect/PointFile.h>
 #include <KxInspect/ProfileFile.h>
@@ -11,6 +11,7 @@
 #include <QtCore/QDir>
 
 using namespace KxInspect;
+using namespace inspect_test;
 using testing_support::TempFiles;
 
 namespace {
@@ -91,15 +92,7 @@ TEST_F(GaugeText, RefusesWithLineColumnAndText) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
-        try {
-            readProfile(make(c.content));
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), c.kind) << error.what();
-            EXPECT_EQ(error.place().line, c.line) << error.what();
-            EXPECT_EQ(error.place().column, c.column) << error.what();
-            EXPECT_NE(error.reason().find(c.message), std::string::npos) << error.what();
-        }
+        expectErrorAt([&] { readProfile(make(c.content)); }, c.kind, c.line, c.column, c.message);
     }
 }
 

@@ -1,7 +1,7 @@
 // Point files of each kind: round trips, refusals and their places.
+#include "inspect/inspectSupport.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/PointFile.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include <functional>
 
 using namespace KxInspect;
+using namespace inspect_test;
 using testing_support::FullDisk;
 using testing_support::TempFiles;
 
@@ -32,26 +33,9 @@ PointSet makeSet(bool hasZ, bool hasColours) {
     return set;
 }
 
-bool areSame(const std::vector<Point3>& a, const std::vector<Point3>& b) {
-    const auto isSame = [](float x, float y) { return x == y || (std::isnan(x) && std::isnan(y)); };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](const Point3& p, const Point3& q) {
-        return isSame(p.x, q.x) && isSame(p.y, q.y) && isSame(p.z, q.z);
-    });
-}
-
 class PointFile : public testing::Test, public TempFiles {
 protected:
     std::string file(const char* name = "file") const { return path(name).toStdString(); }
-
-    Error errorOf(const std::function<void()>& call) const {
-        try {
-            call();
-        } catch (const Error& error) {
-            return error;
-        }
-        ADD_FAILURE() << "nothing was thrown";
-        return {ErrorKind::NoResult, {}, {}};
-    }
 };
 
 TEST_F(PointFile, ComesBackAsTheKindHoldsIt) {

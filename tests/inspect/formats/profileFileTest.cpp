@@ -1,7 +1,7 @@
 // Profiles and contents of files of several kinds.
+#include "inspect/inspectSupport.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/FileContents.h>
 #include <KxInspect/ProfileFile.h>
 #include <gtest/gtest.h>
@@ -69,13 +69,9 @@ TEST_F(ProfileFile, FailuresHaveAKindAndAPlace) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
         const std::string file = make(c.content);
-        try {
-            readProfiles(file);
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), c.kind);
-            EXPECT_EQ(error.place().byte, c.byte);
-        }
+        const Error error = inspect_test::errorOf([&] { readProfiles(file); });
+        EXPECT_EQ(error.kind(), c.kind);
+        EXPECT_EQ(error.place().byte, c.byte);
         if (c.isOfAll) {
             EXPECT_EQ(readProfile(file).points.size(), 2u);
         } else {

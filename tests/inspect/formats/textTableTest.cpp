@@ -1,27 +1,21 @@
 // Texts with columns: the forms that are accepted and how they are read, what is refused and where.
+#include "inspect/inspectSupport.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/PointFile.h>
 #include <KxInspect/ProfileFile.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <limits>
 
 using namespace KxInspect;
+using namespace inspect_test;
 using testing_support::TempFiles;
 
 namespace {
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInf = std::numeric_limits<float>::infinity();
-
-bool areSame(const std::vector<Point3>& a, const std::vector<Point3>& b) {
-    const auto isSame = [](float x, float y) { return x == y || (std::isnan(x) && std::isnan(y)); };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](const Point3& p, const Point3& q) {
-        return isSame(p.x, q.x) && isSame(p.y, q.y) && isSame(p.z, q.z);
-    });
-}
 
 class TextTable : public testing::Test, public TempFiles {
 protected:
@@ -148,12 +142,7 @@ TEST_F(TextTable, OptionsSettleTheForm) {
     const TextOptions wrong[] = {{{-1, 0}, {}, {}}, {{1}, {}, {}}, {{0, 1, 2, 3}, {}, {}},
                                  {{}, 'x', {}},     {{}, {}, ';'}, {{}, ',', ','}};
     for (const TextOptions& options : wrong) {
-        try {
-            readPoints(make("1;2\n"), FileKind::Csv, options);
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), ErrorKind::BadArgument) << error.what();
-        }
+        EXPECT_EQ(errorOf([&] { readPoints(make("1;2\n"), FileKind::Csv, options); }).kind(), ErrorKind::BadArgument);
     }
 }
 
@@ -215,15 +204,8 @@ TEST_F(TextTable, RefusesWithLineColumnAndText) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
-        try {
-            readPoints(make(c.content), FileKind::Xyz, c.options);
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), c.kind) << error.what();
-            EXPECT_EQ(error.place().line, c.line) << error.what();
-            EXPECT_EQ(error.place().column, c.column) << error.what();
-            EXPECT_NE(error.reason().find(c.message), std::string::npos) << error.what();
-        }
+        expectErrorAt([&] { readPoints(make(c.content), FileKind::Xyz, c.options); }, c.kind, c.line, c.column,
+                      c.message);
     }
 }
 

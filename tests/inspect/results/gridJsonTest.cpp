@@ -1,9 +1,9 @@
 // A height map with its patches as JSON and back, its page, and the files of the patches.
+#include "inspect/inspectSupport.h"
 #include "report/grid/gridReport.h"
 #include "shapes/patchScan.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/Grid.h>
 #include <KxInspect/PointFile.h>
 #include <gtest/gtest.h>
@@ -82,13 +82,7 @@ TEST_F(GridJson, RefusesWhatIsNoResult) {
         const qsizetype at = changed.lastIndexOf(c.from); // "step" of the search precedes that of the map
         ASSERT_GE(at, 0);
         changed.replace(at, qstrlen(c.from), c.to);
-        try {
-            gridFromJson(changed.toStdString());
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), ErrorKind::Unsuitable) << error.what();
-            EXPECT_EQ(error.source().key, c.key);
-        }
+        inspect_test::expectError([&] { gridFromJson(changed.toStdString()); }, ErrorKind::Unsuitable, c.key);
     }
     EXPECT_THROW(gridFromJson("{"), Error);
 }

@@ -1,7 +1,7 @@
 // Numbers, lists and errors of results as JSON.
 #include "inspect/results/json.h"
+#include "inspect/inspectSupport.h"
 
-#include <KxInspect/Error.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -77,14 +77,7 @@ TEST(Json, ErrorsNameKindAndKey) {
         {[&] { read()["points"].points(); }, ErrorKind::Unsuitable, "points", "differ in length"},
     };
     for (const auto& c : cases) {
-        try {
-            c.call();
-            ADD_FAILURE() << "no error: " << c.reason;
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), c.kind) << c.reason;
-            EXPECT_EQ(error.source().key, c.key);
-            EXPECT_NE(error.reason().find(c.reason), std::string::npos) << error.what();
-        }
+        inspect_test::expectError(c.call, c.kind, c.key, c.reason);
     }
     EXPECT_EQ(read()["list"].list()[3].wideWholeNumber(), 5000000000);
     EXPECT_EQ(read()["list"].list()[1].wholeNumber(), 7);

@@ -1,9 +1,9 @@
 // Shared by the tests of scans.
 #pragma once
 
+#include "inspect/inspectSupport.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -14,19 +14,9 @@
 namespace scan_test {
 
 using namespace KxInspect;
+using namespace inspect_test;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-
-/// The error that a call throws.
-inline Error errorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const Error& error) {
-        return error;
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return {ErrorKind::NoResult, {}, {}};
-}
 
 /// A refused call and the wrong argument.
 struct Refusal {
@@ -39,9 +29,7 @@ struct Refusal {
 inline void expectRefusals(const std::vector<Refusal>& refusals) {
     for (const Refusal& refusal : refusals) {
         SCOPED_TRACE(refusal.desc);
-        const Error error = errorOf(refusal.call);
-        EXPECT_EQ(error.kind(), refusal.kind) << error.what();
-        EXPECT_EQ(error.source().key, refusal.key);
+        expectError(refusal.call, refusal.kind, refusal.key);
     }
 }
 

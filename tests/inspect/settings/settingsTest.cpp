@@ -1,8 +1,8 @@
 // Settings of a station and of the judgement of treads, from files and from programs.
+#include "inspect/inspectSupport.h"
 #include "kxmath/trainRecordings.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/Train.h>
 
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 namespace {
 
 using namespace KxInspect;
+using namespace inspect_test;
 using testing_support::TempFiles;
 
 class Settings : public testing::Test, public TempFiles {
@@ -29,17 +30,6 @@ protected:
         return {write("a_1001.bin", bytes).toStdString(), write("b_1002.bin", bytes).toStdString()};
     }
 };
-
-void expectError(const std::function<void()>& call, ErrorKind kind, const std::string& key, const std::string& reason) {
-    try {
-        call();
-        ADD_FAILURE() << "no error: " << reason;
-    } catch (const Error& error) {
-        EXPECT_EQ(error.kind(), kind) << error.what();
-        EXPECT_EQ(error.source().key, key);
-        EXPECT_NE(error.reason().find(reason), std::string::npos) << error.what();
-    }
-}
 
 TEST_F(Settings, AllKeysHaveTheirValues) {
     const StationSettings s =

@@ -1,7 +1,7 @@
 // Measured wheels as JSON and back, and the page of what was read back.
+#include "inspect/inspectSupport.h"
 #include "report/wheel/wheelReport.h"
 
-#include <KxInspect/Error.h>
 #include <KxInspect/Wheel.h>
 
 #include <gtest/gtest.h>
@@ -131,14 +131,7 @@ TEST(WheelJson, RefusesWhatIsNoResult) {
     for (const auto& [from, to, key] : {std::tuple{"\"wheels\": [", "\"heels\": [", "wheels"},
                                         {": \"outside\"", ": \"over there\"", "wheels[0].verdict"},
                                         {"32.5", "\"32.5\"", "wheels[0].xAtLevel18"}}) {
-        std::string changed = json;
-        changed.replace(changed.find(from), std::string(from).size(), to);
-        try {
-            wheelsFromJson(changed);
-            ADD_FAILURE() << key;
-        } catch (const Error& error) {
-            EXPECT_EQ(error.kind(), ErrorKind::Unsuitable) << error.what();
-            EXPECT_EQ(error.source().key, key) << error.what();
-        }
+        const std::string changed = inspect_test::replaced(json, from, to);
+        inspect_test::expectError([&] { wheelsFromJson(changed); }, ErrorKind::Unsuitable, key);
     }
 }
