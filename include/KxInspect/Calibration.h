@@ -71,7 +71,7 @@ inline constexpr std::size_t kFlankCount = 8;
 KXINSPECT_EXPORT std::string flankName(std::size_t flank);
 
 /// The distances of the points on a flank from the object along Y, in mm; positive behind it, seen from the sensor. NaN
-/// for a flank without points.
+/// for a flank without points, which is not judged either.
 struct KXINSPECT_EXPORT FlankResidual {
     int points = 0;
     double mean = std::numeric_limits<double>::quiet_NaN();
@@ -79,8 +79,9 @@ struct KXINSPECT_EXPORT FlankResidual {
     double largest = std::numeric_limits<double>::quiet_NaN(); ///< by its absolute value
 
     /// The flank deviates from the object by more than noise: its mean exceeds 0.02 mm and four standard deviations.
-    /// False without points.
+    /// False without points; see isJudged().
     bool isOff() const;
+    bool isJudged() const { return points > 0; }
 };
 using FlankResiduals = std::array<FlankResidual, kFlankCount>;
 
@@ -97,7 +98,8 @@ struct ProfilePose {
     std::string fault = {}; ///< why there is no pose, the predicate of a sentence about the profile; empty with one
     /// y is NaN when the placement does not find it and the task does not give it.
     SensorPose pose = {};
-    double foundY = std::numeric_limits<double>::quiet_NaN(); ///< y by the object, for every placement, mm
+    /// y by the object, for every placement, mm; NaN when no point lies on a flank and the placement does not find y.
+    double foundY = std::numeric_limits<double>::quiet_NaN();
     double rms = std::numeric_limits<double>::quiet_NaN(); ///< of the points on all flanks, mm
     /// Standard deviation of the least certain angle, degrees.
     double angleDeviation = std::numeric_limits<double>::quiet_NaN();
@@ -112,10 +114,14 @@ struct PoseAverage {
     int profiles = 0; ///< with a pose
     std::string fault = {}; ///< why the profiles cannot be of one pose, a sentence; empty when they can
     SensorPose pose = {};
-    SensorPose deviation = {}; ///< standard deviation of a single profile; NaN for one profile
-    SensorPose largest = {}; ///< largest difference of a profile from the mean
+    /// @{ Standard deviation of a single profile, and largest difference of a profile from the mean. NaN for one profile,
+    /// and for a y that is given or not known.
+    SensorPose deviation = {};
+    SensorPose largest = {};
+    /// @}
     double foundY = std::numeric_limits<double>::quiet_NaN(); ///< mean y by the object, mm
-    /// Largest distance of a point, put back by the pose of its own profile, from where the mean puts it, mm.
+    /// Largest distance of a point, put back by the pose of its own profile, from where the mean puts it, mm. NaN for one
+    /// profile.
     double pointDifference = std::numeric_limits<double>::quiet_NaN();
 };
 
@@ -147,8 +153,12 @@ struct NamedProfile {
     Profile profile = {};
 };
 
+/// Why a result has no pose, a sentence. Empty where it has one.
+KXINSPECT_EXPORT std::string reasonWithoutPose(const CalibrationResult& result);
+
 /// Finds the pose from profiles that are all of one pose: measurePose() for each, and the mean. Profiles without a pose
-/// are left out of the mean and make a warning where they are not the only one. Throws as measurePose() does.
+/// are left out of the mean and are warned of where they are not the only one: once for each of the three most frequent
+/// reasons, with their number, and once for all others. Throws as measurePose() does.
 KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
                                                 const Progress& progress = {}, const CalibrationTerms& terms = {});
 
@@ -166,6 +176,17 @@ struct PoseKeys {
 /// @param settings may be empty
 /// @param file its name, for the error
 KXINSPECT_EXPORT std::string withPose(const std::string& settings, const PoseKeys& keys, const std::string& file = {});
+
+/// The text of a settings file, empty where there is none. Throws an Error (Unreadable) when it cannot be read whole.
+/// @param file see KxInspect.h
+KXINSPECT_EXPORT std::string readPoseSettings(const std::string& file);
+
+/// Sets the keys of a settings file as withPose() does; it is made where there is none. Those who store poses in one file
+/// at once, processes or threads, take turns: meanwhile FILE.lock stands beside it. The lock of a process that died is
+/// removed. Throws the errors of readPoseSettings() and withPose(), and Unwritable when the file cannot be written, which
+/// then stays as it was, or when another process holds the lock for 10 s.
+/// @param progress called while it waits; it may throw to give up
+KXINSPECT_EXPORT void storePose(const std::string& file, const PoseKeys& keys, const Progress& progress = {});
 
 /// The result as JSON, with the fields of `kxmath calibrate --json`. With the pictures it also holds the points of the
 /// profiles, the y that was given, and why profiles are not of one pose.

@@ -7,6 +7,7 @@
 #include <KxMath/KxMetro.h>
 
 #include <algorithm>
+#include <limits>
 #include <numbers>
 
 namespace KxInspect {
@@ -64,7 +65,8 @@ double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfileP
         }
     }
     const double shift = count > 0 ? sum / count : 0.0;
-    m.foundY = placement.findsY ? pose.y : pose.y - facing * shift;
+    const double byObject = count > 0 ? pose.y - facing * shift : std::numeric_limits<double>::quiet_NaN();
+    m.foundY = placement.findsY ? pose.y : byObject;
     double squares = 0.0;
     for (CalibrationPoint& point : m.points) {
         if (point.flank) {

@@ -6,6 +6,9 @@
 #include <KxInspect/Calibration.h>
 #include <KxMath/KxMathVersion.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace KxInspect {
 
 namespace {
@@ -14,6 +17,9 @@ namespace {
 QString warningAboutY(const CalibrationResult& result, const CalibrationTerms& terms) {
     constexpr double kMaxDifference = 1.0; // mm
     const double foundY = result.average.foundY;
+    if (std::isnan(foundY)) {
+        return QStringLiteral("no point lies on a flank of the object");
+    }
     if (!result.hasY()) {
         return QStringLiteral("position %1 does not find y; tell it with %2 (by the object it is %3 mm)")
             .arg(QString::number(result.task.placement), detail::toQt(terms.sensorY), QString::number(foundY, 'f', 2));
@@ -26,7 +32,68 @@ QString warningAboutY(const CalibrationResult& result, const CalibrationTerms& t
     return {};
 }
 
+/// Profiles that have no pose for the same reason.
+struct Fault {
+    std::string reason;
+    std::string first; ///< name of the first of them
+    int count = 0;
+};
+
+/// The faults, those of the most profiles first.
+std::vector<Fault> faultsOf(const std::vector<ProfilePose>& profiles) {
+    std::vector<Fault> faults;
+    for (const ProfilePose& profile : profiles) {
+        if (profile.hasPose()) {
+            continue;
+        }
+        auto fault = std::find_if(faults.begin(), faults.end(),
+                                  [&](const Fault& known) { return known.reason == profile.fault; });
+        if (fault == faults.end()) {
+            fault = faults.insert(fault, {profile.fault, profile.name});
+        }
+        ++fault->count;
+    }
+    std::stable_sort(faults.begin(), faults.end(), [](const Fault& a, const Fault& b) { return a.count > b.count; });
+    return faults;
+}
+
+std::vector<std::string> warningsAboutFaults(const std::vector<ProfilePose>& profiles) {
+    constexpr std::size_t kMost = 3;
+    std::vector<std::string> warnings;
+    int others = 0;
+    for (const Fault& fault : faultsOf(profiles)) {
+        if (warnings.size() == kMost) {
+            others += fault.count;
+            continue;
+        }
+        const std::string more = ", and so do " + std::to_string(fault.count - 1) + " more of " +
+                                 std::to_string(profiles.size()) + " profiles";
+        warnings.push_back("'" + fault.first + "' " + fault.reason + (fault.count > 1 ? more : ""));
+    }
+    if (others > 0) {
+        warnings.push_back("other reasons leave " + std::to_string(others) + " of " + std::to_string(profiles.size()) +
+                           " profiles without a pose");
+    }
+    return warnings;
+}
+
 } // namespace
+
+std::string reasonWithoutPose(const CalibrationResult& result) {
+    if (result.hasPose()) {
+        return {};
+    }
+    if (!result.average.fault.empty()) {
+        return result.average.fault;
+    }
+    if (result.profiles.empty()) {
+        return "there is no profile";
+    }
+    if (result.profiles.size() == 1) {
+        return "'" + result.profiles.front().name + "' " + result.profiles.front().fault;
+    }
+    return "none of " + std::to_string(result.profiles.size()) + " profiles has a pose";
+}
 
 CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
                                const Progress& progress, const CalibrationTerms& terms) {
@@ -39,12 +106,12 @@ CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const 
         }
         ProfilePose pose = measurePose(profiles[i].profile, task, terms);
         pose.name = profiles[i].name;
-        if (!pose.hasPose() && profiles.size() > 1) {
-            result.warnings.push_back("'" + pose.name + "' " + pose.fault);
-        }
         result.profiles.push_back(std::move(pose));
     }
-    result.average = detail::averagePoses(result.profiles);
+    if (profiles.size() > 1) {
+        result.warnings = warningsAboutFaults(result.profiles);
+    }
+    result.average = detail::averagePoses(result.profiles, placementOf(task.placement).findsY);
     result.flanks = detail::pooled(result.profiles);
     if (result.hasPose()) {
         if (const QString warning = warningAboutY(result, terms); !warning.isEmpty()) {

@@ -80,7 +80,7 @@ void judge(const ProfilePose& profile, PoseAverage& result) {
 
 } // namespace
 
-PoseAverage averagePoses(const std::vector<ProfilePose>& profiles) {
+PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) {
     PoseAverage result;
     std::vector<SensorPose> poses;
     double sumY = 0.0;
@@ -105,7 +105,15 @@ PoseAverage averagePoses(const std::vector<ProfilePose>& profiles) {
             judge(profile, result);
         }
     }
-    result.pose.y = hasY ? result.pose.y : std::numeric_limits<double>::quiet_NaN();
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    result.pose.y = hasY ? result.pose.y : kNaN;
+    if (poses.size() == 1) {
+        result.largest = {};
+        result.pointDifference = kNaN;
+    }
+    if (!findsY) {
+        result.deviation.y = result.largest.y = kNaN;
+    }
     return result;
 }
 

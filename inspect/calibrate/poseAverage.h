@@ -6,6 +6,7 @@
 namespace KxInspect::detail {
 
 /// Averages the poses that were found.
-PoseAverage averagePoses(const std::vector<ProfilePose>& profiles);
+/// @param findsY whether the profiles tell y; otherwise it has no spread
+PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY);
 
 } // namespace KxInspect::detail

@@ -9,6 +9,7 @@
 #include <QtCore/QJsonArray>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace KxInspect {
 
@@ -44,12 +45,16 @@ QJsonObject toJson(const SensorPose& pose) {
 QJsonArray toJson(const FlankResiduals& flanks) {
     QJsonArray json;
     for (std::size_t i = 0; i < flanks.size(); ++i) {
-        json.append(QJsonObject{{"flank", detail::toQt(flankName(i))},
-                                {"points", flanks[i].points},
-                                {"mean", jsonNumber(flanks[i].mean)},
-                                {"rms", jsonNumber(flanks[i].rms)},
-                                {"largest", jsonNumber(flanks[i].largest)},
-                                {"isOff", flanks[i].isOff()}});
+        QJsonObject flank = {{"flank", detail::toQt(flankName(i))},
+                             {"points", flanks[i].points},
+                             {"mean", jsonNumber(flanks[i].mean)},
+                             {"rms", jsonNumber(flanks[i].rms)},
+                             {"largest", jsonNumber(flanks[i].largest)},
+                             {"isOff", flanks[i].isJudged() ? QJsonValue(flanks[i].isOff()) : QJsonValue()}};
+        if (!flanks[i].isJudged()) {
+            flank["reason"] = "no point lies on it";
+        }
+        json.append(flank);
     }
     return json;
 }
@@ -74,6 +79,28 @@ void addAverage(const PoseAverage& average, QJsonObject& json) {
     json["deviation"] = toJson(average.deviation);
     json["largest"] = toJson(average.largest);
     json["pointDifference"] = jsonNumber(average.pointDifference);
+}
+
+/// Why members are null, by their names.
+QJsonObject reasonsToJson(const CalibrationResult& result) {
+    if (!result.hasPose()) {
+        return {{"pose", detail::toQt(reasonWithoutPose(result))}};
+    }
+    const PoseAverage& average = result.average;
+    QJsonObject reasons;
+    const auto add = [&reasons](bool isMissing, std::initializer_list<const char*> names, const char* reason) {
+        for (const char* const name : names) {
+            if (isMissing) {
+                reasons[QLatin1String(name)] = QLatin1String(reason);
+            }
+        }
+    };
+    add(std::isnan(average.foundY), {"foundY"}, "no point lies on a flank of the object");
+    const bool isFixed = !placementOf(result.task.placement).findsY;
+    add(std::isnan(average.pose.y), {"pose.y"}, "this position does not find y, and it was not given");
+    add(isFixed, {"deviation.y", "largest.y"}, "this position does not find y");
+    add(average.profiles == 1, {"deviation", "largest", "pointDifference"}, "a single profile has no spread");
+    return reasons;
 }
 
 /// {"x": [...], "y": [...], "flank": [...], "residual": [...]}; null for a point on no flank.
@@ -200,6 +227,7 @@ std::string toJson(const CalibrationResult& result, Pictures pictures) {
                         {"object", fieldsToJson(result.task.object, kCalibrationObjectFields)},
                         {"pose", QJsonValue()},
                         {"profiles", profiles},
+                        {"reasons", reasonsToJson(result)},
                         {"unreadable", jsonList(result.unreadable)},
                         {"warnings", jsonList(result.warnings)}};
     if (result.hasPose()) {
@@ -228,7 +256,7 @@ CalibrationResult calibrationFromJson(const std::string& text) {
     if (!json["pose"].isNull()) {
         readAverage(json, result.average);
     } else if (result.average.profiles > 0) {
-        result.average.fault = "the profiles are not of one pose";
+        result.average.fault = json["reasons"]["pose"].text();
     }
     if (json.has("pictures")) {
         readPictures(json["pictures"], result);

@@ -17,10 +17,6 @@ using namespace KxInspect;
 
 constexpr int kWidth = 1060;
 
-QString missingNumber() {
-    return numberText(std::numeric_limits<double>::quiet_NaN(), 0);
-}
-
 /// Neighbouring flanks have different colours, and the oblique ridge has its own.
 const char* flankColour(std::size_t flank) {
     const bool isBehind = flank % 2 == 1;
@@ -119,7 +115,7 @@ void addPose(Page& page, const CalibrationResult& result) {
                         {field.isAngle ? QStringLiteral("degrees") : QStringLiteral("mm")},
                         {std::isnan(value) ? QStringLiteral("not known") : numberText(value, decimals)},
                         {numberText(average.deviation.*field.value, decimals)},
-                        {average.profiles > 1 ? numberText(average.largest.*field.value, decimals) : missingNumber()}});
+                        {numberText(average.largest.*field.value, decimals)}});
     }
     page.table({QStringLiteral("value"), QStringLiteral("unit"), QStringLiteral("mean"),
                 QStringLiteral("standard deviation, one profile"), QStringLiteral("largest difference from the mean")},
@@ -130,24 +126,43 @@ void addPose(Page& page, const CalibrationResult& result) {
     }
 }
 
-void addFacts(Page& page, const CalibrationResult& result) {
-    double worstRms = 0.0;
-    double worstAngle = 0.0;
-    for (const ProfilePose& m : result.profiles) {
-        worstRms = std::max(worstRms, m.hasPose() ? m.rms : 0.0);
-        worstAngle = std::max(worstAngle, m.hasPose() ? m.angleDeviation : 0.0);
+/// How many flanks are off, of those with points. Without a pose there is none to judge.
+Fact flankFact(const CalibrationResult& result) {
+    const auto count = [&](const auto& condition) {
+        return result.hasPose() ? std::count_if(result.flanks.begin(), result.flanks.end(), condition) : 0;
+    };
+    const auto off = count([](const FlankResidual& flank) { return flank.isOff(); });
+    const auto judged = count([](const FlankResidual& flank) { return flank.isJudged(); });
+    const QString label = QStringLiteral("Flanks off the object");
+    if (judged == 0) {
+        return {label, QStringLiteral("not judged"), Tone::Bad};
     }
-    const auto off = std::count_if(result.flanks.begin(), result.flanks.end(),
-                                   [](const FlankResidual& flank) { return flank.isOff(); });
+    const bool isWhole = judged == static_cast<std::ptrdiff_t>(kFlankCount);
+    return {label, QStringLiteral("%1 of %2").arg(off).arg(judged),
+            off > 0   ? Tone::Bad
+            : isWhole ? Tone::Good
+                      : Tone::Plain};
+}
+
+void addFacts(Page& page, const CalibrationResult& result) {
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    double worstRms = kNaN;
+    double worstAngle = kNaN;
+    for (const ProfilePose& m : result.profiles) {
+        worstRms = m.hasPose() ? std::fmax(worstRms, m.rms) : worstRms; // NaN is nothing to compare with
+        worstAngle = m.hasPose() ? std::fmax(worstAngle, m.angleDeviation) : worstAngle;
+    }
+    const auto withUnit = [](double value, const char* unit) {
+        const QString text = numberText(value, 3);
+        return std::isnan(value) ? text : text + QString::fromUtf8(unit);
+    };
     const int all = static_cast<int>(result.profiles.size());
     page.facts(
         {{QStringLiteral("Profiles with a pose"), QStringLiteral("%1 of %2").arg(result.average.profiles).arg(all),
           result.average.profiles == all ? Tone::Good : Tone::Bad},
-         {QStringLiteral("Largest rms residual of a profile"), numberText(worstRms, 3) + QStringLiteral(" mm"),
-          Tone::Plain},
-         {QStringLiteral("Largest standard deviation of an angle"),
-          numberText(worstAngle, 3) + QStringLiteral("\u00b0"), Tone::Plain},
-         {QStringLiteral("Flanks off the object"), QString::number(off), off == 0 ? Tone::Good : Tone::Bad}});
+         {QStringLiteral("Largest rms residual of a profile"), withUnit(worstRms, " mm"), Tone::Plain},
+         {QStringLiteral("Largest standard deviation of an angle"), withUnit(worstAngle, "\u00b0"), Tone::Plain},
+         flankFact(result)});
 }
 
 void addFlankTable(Page& page, const CalibrationResult& result) {
@@ -156,7 +171,9 @@ void addFlankTable(Page& page, const CalibrationResult& result) {
         const FlankResidual& flank = result.flanks[i];
         rows.push_back({{QString::fromStdString(flankName(i))},
                         {QString::number(flank.points)},
-                        {numberText(flank.mean, 3), flank.isOff() ? Tone::Bad : Tone::Good},
+                        {numberText(flank.mean, 3), flank.isOff()      ? Tone::Bad
+                                                    : flank.isJudged() ? Tone::Good
+                                                                       : Tone::Plain},
                         {numberText(flank.rms, 3)},
                         {numberText(flank.largest, 3)}});
     }
@@ -211,7 +228,7 @@ void addDrawings(Page& page, const CalibrationResult& result) {
                         QStringLiteral(
                             "Residuals of the points on the flanks for the pose found, positive behind the object."));
         } else {
-            page.warning(QStringLiteral("The profile %1.").arg(QString::fromStdString(m.fault)));
+            page.failure(QStringLiteral("The profile %1.").arg(QString::fromStdString(m.fault)));
         }
     }
 }
@@ -241,8 +258,7 @@ QString calibrationReport(const CalibrationResult& result) {
         page.heading(QStringLiteral("Residuals of the flanks"));
         addFlankTable(page, result);
     } else {
-        const std::string& fault = result.average.fault;
-        page.warning(fault.empty() ? QStringLiteral("No pose was found.") : QString::fromStdString(fault));
+        page.failure(QString::fromStdString(reasonWithoutPose(result)) + QLatin1Char('.'));
     }
     if (result.profiles.size() > 1) {
         page.heading(QStringLiteral("Profiles"));

@@ -1,7 +1,11 @@
 // kxmath calibrate on simulated profiles of the object: the pose against the truth, averages, settings and refusals.
 #include "kxmath/toolRun.h"
 
+#include <QtCore/QLockFile>
 #include <QtCore/QSettings>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -92,6 +96,8 @@ TEST_F(CalibrateCommand, MarksAFlankThatIsOff) {
     profile.writeToFile(path("worn.bin"));
     EXPECT_FALSE(run({"a/calibration-1.bin", "--position", "2"}).output.contains("off"));
     EXPECT_TRUE(run({"worn.bin", "--position", "2"}).output.contains("  off\n"));
+    run({"worn.bin", "--position", "2", "--fail-on", "out"}, 5);
+    run({"a/calibration-1.bin", "--position", "2", "--fail-on", "out,not-judged"});
 }
 
 TEST_F(CalibrateCommand, PutsThePoseIntoSettings) {
@@ -121,6 +127,74 @@ TEST_F(CalibrateCommand, PutsThePoseIntoSettings) {
         EXPECT_TRUE(run(arguments, 3).errors.contains("settings 's.ini'")) << text.constData();
         EXPECT_EQ(read("s.ini"), text);
     }
+}
+
+TEST_F(CalibrateCommand, PosesOfSeveralRunsAllStayInTheSettings) {
+    takeShots("a", {"2"});
+    constexpr int kSensors = 8;
+    for (int round = 1; round <= 5; ++round) {
+        write("s.ini", "[Mine]\nkey=1\n");
+        runShell(path(""),
+                 QString("for n in $(seq %1); do \"$KXMATH\" calibrate a/calibration-1.bin --position 2 --write "
+                         "s.ini --sensor $n >/dev/null || echo >failed & done; wait; test ! -e failed")
+                     .arg(kSensors));
+        const QByteArray settings = read("s.ini");
+        EXPECT_EQ(settings.count("position=2"), kSensors) << settings.constData();
+        EXPECT_TRUE(settings.startsWith("[Mine]\nkey=1\n"));
+    }
+    EXPECT_FALSE(QFile::exists(path("s.ini.lock")));
+}
+
+TEST_F(CalibrateCommand, WaitsForTheLockOfALivingProcessOnly) {
+    takeShots("a", {"2"});
+    write("s.ini", "");
+    ASSERT_TRUE(QFile::link(path("s.ini"), path("link.ini")));
+    const QStringList arguments = {"a/calibration-1.bin", "--position", "2", "--write", "link.ini", "--sensor", "3"};
+    // A process that ends without a destructor leaves its lock, as one that is killed.
+    const pid_t holder = fork();
+    if (holder == 0) {
+        QLockFile lock(path("s.ini.lock"));
+        _exit(lock.lock() ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_TRUE(waitpid(holder, &status, 0) == holder && status == 0 && QFile::exists(path("s.ini.lock")));
+    run(arguments);
+    EXPECT_TRUE(read("s.ini").contains("[SENSOR3]"));
+
+    write("s.ini", "");
+    QLockFile held(path("s.ini.lock"));
+    ASSERT_TRUE(held.lock());
+    const ToolResult result = run(arguments, 4);
+    EXPECT_TRUE(result.errors.contains("settings 'link.ini' could not be written: the lock 's.ini.lock' beside it was "
+                                       "held by another process for 10 s"))
+        << result.errors.constData();
+    EXPECT_EQ(read("s.ini"), "");
+}
+
+TEST_F(CalibrateCommand, CountsProfilesWithoutAPose) {
+    takeShots("a", {"2"});
+    QByteArray recording;
+    for (int i = 0; i < 200; ++i) { // profiles with 0, 1, 2 ... 7 apexes, the more the rarer
+        KxProfileZ profile{float(i)};
+        const int crests = i % 100 < 90 ? 0 : (i - 90) % 8;
+        for (int p = 0; p < 400; ++p) {
+            const float x = 0.5f * float(p);
+            profile.points.append(
+                at(x, crests == 0 ? 250.0f : 250.0f + 10.0f * std::abs(std::sin(x * float(crests) / 80))));
+        }
+        profile.writeToFile(path("one.bin"));
+        recording += read("one.bin");
+    }
+    write("recording.bin", recording);
+    const ToolResult result = run({"recording.bin", "--position", "2", "--report", "r.html"}, 1);
+    EXPECT_LE(result.errors.count('\n'), 5) << result.errors.constData();
+    EXPECT_TRUE(result.errors.contains("'recording.bin, profile 1' shows 0 apexes"));
+    EXPECT_TRUE(result.errors.endsWith("none of 200 profiles has a pose\n"));
+    EXPECT_TRUE(read("r.html").contains("No result:</strong> none of 200 profiles has a pose."));
+    const ToolResult some =
+        run({"recording.bin", "a/calibration-1.bin", "--position", "2", "--fail-on", "not-judged"}, 5);
+    EXPECT_TRUE(some.errors.contains("--fail-on: 200 x not-judged")) << some.errors.constData();
+    EXPECT_TRUE(some.output.contains("profiles with a pose: 1 of 201"));
 }
 
 } // namespace

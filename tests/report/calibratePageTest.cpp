@@ -60,7 +60,7 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
     EXPECT_EQ(page.facts.at("Profiles with a pose"), (ReadCell{"2 of 3", "bad"}));
     EXPECT_EQ(page.facts.at("Largest rms residual of a profile"), (ReadCell{"0.034 mm", ""}));
     EXPECT_EQ(page.facts.at("Largest standard deviation of an angle"), (ReadCell{"0.053\u00b0", ""}));
-    EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"1", "bad"}));
+    EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"1 of 8", "bad"}));
     EXPECT_EQ(page.warnings, (QStringList{"Warning: 'x' is damaged", "Warning: w1"}));
     ASSERT_EQ(page.tables.size(), 3u);
     const ReadTable &pose = page.tables[0], &flanks = page.tables[1], &profiles = page.tables[2];
@@ -133,22 +133,32 @@ TEST(CalibrationPage, SaysWhatIsMissing) {
     EXPECT_EQ(page.tables.at(0).at(1, "mean").text, "not known");
     EXPECT_TRUE(page.paragraphs.contains("This placement does not find y. From the object it would be 77.063 mm."));
     EXPECT_EQ(page.facts.at("Profiles with a pose"), (ReadCell{"2 of 2", "good"}));
-    EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"0", "good"}));
-    r.average.profiles = 1;
-    EXPECT_EQ(readPage(kxreport::calibrationReport(r)).tables.at(0).at(0, "largest difference from the mean").text,
-              kDash);
+    EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"0 of 8", "good"}));
+    r.average.largest = {};
+    r.flanks[3] = {};
+    const ReadPage partly = readPage(kxreport::calibrationReport(r));
+    EXPECT_EQ(partly.tables.at(0).at(0, "largest difference from the mean").text, kDash);
+    EXPECT_EQ(partly.facts.at("Flanks off the object"), (ReadCell{"0 of 7", ""}));
+    EXPECT_EQ(partly.tables.at(1).at(3, "mean, mm"), (ReadCell{kDash, ""}));
     r.average.fault = "The profiles are not of one pose";
     r.profiles[0].fault = "shows nothing";
     r.profiles.resize(7, r.profiles[1]);
     const ReadPage faulty = readPage(kxreport::calibrationReport(r));
     EXPECT_EQ(faulty.tables.size(), 1u) << "no pose, no flanks";
-    EXPECT_TRUE(faulty.warnings.contains("Warning: The profiles are not of one pose"));
-    EXPECT_TRUE(faulty.warnings.contains("Warning: The profile shows nothing."));
+    EXPECT_TRUE(faulty.warnings.contains("No result: The profiles are not of one pose."));
+    EXPECT_TRUE(faulty.warnings.contains("No result: The profile shows nothing."));
     EXPECT_TRUE(faulty.paragraphs.contains("The first 5 profiles are drawn."));
     EXPECT_EQ(faulty.plots.size(), 9u) << "one drawing without residuals, four with them";
     r.average.fault.clear();
     r.average.profiles = 0;
-    EXPECT_TRUE(readPage(kxreport::calibrationReport(r)).warnings.contains("Warning: No pose was found."));
+    for (ProfilePose& profile : r.profiles) {
+        profile = {profile.name, "shows nothing"};
+    }
+    const ReadPage none = readPage(kxreport::calibrationReport(r));
+    EXPECT_TRUE(none.warnings.contains("No result: none of 7 profiles has a pose."));
+    EXPECT_EQ(none.facts.at("Largest rms residual of a profile"), (ReadCell{kDash, ""}));
+    EXPECT_EQ(none.facts.at("Largest standard deviation of an angle"), (ReadCell{kDash, ""}));
+    EXPECT_EQ(none.facts.at("Flanks off the object"), (ReadCell{"not judged", "bad"}));
 }
 
 } // namespace

@@ -99,8 +99,8 @@ TEST(FlankResiduals, OfSeveralProfilesTogether) {
 }
 
 TEST(PoseAverage, IsTakenModulo360Degrees) {
-    const PoseAverage mean =
-        detail::averagePoses({poseAt(1.0, 359.95), ProfilePose{"none", "fault"}, poseAt(1.3, 0.05), poseAt(0.8, 0.03)});
+    const PoseAverage mean = detail::averagePoses(
+        {poseAt(1.0, 359.95), ProfilePose{"none", "fault"}, poseAt(1.3, 0.05), poseAt(0.8, 0.03)}, true);
     EXPECT_EQ(mean.fault, "");
     EXPECT_EQ(mean.profiles, 3);
     EXPECT_NEAR(mean.pose.x, 3.1 / 3, 1e-9);
@@ -112,13 +112,14 @@ TEST(PoseAverage, IsTakenModulo360Degrees) {
     EXPECT_NEAR(mean.pointDifference, 0.8 / 3, 1e-5);
     EXPECT_NEAR(mean.foundY, 6.2 / 3, 1e-9);
 
-    const PoseAverage one = detail::averagePoses({poseAt(1.0, 2.0)});
-    EXPECT_TRUE(one.pose.x == 1.0 && one.largest.x == 0.0 && std::isnan(one.deviation.x));
+    const PoseAverage one = detail::averagePoses({poseAt(1.0, 2.0)}, true);
+    EXPECT_TRUE(one.pose.x == 1.0 && std::isnan(one.largest.x) && std::isnan(one.deviation.x) &&
+                std::isnan(one.pointDifference));
 }
 
 TEST(PoseAverage, RefusesProfilesOfDifferentPoses) {
     const auto fault = [](double x, double alpha) {
-        return detail::averagePoses({poseAt(1.0, 2.0, "%2"), poseAt(1.0 + x, 2.0 + alpha, "b")}).fault;
+        return detail::averagePoses({poseAt(1.0, 2.0, "%2"), poseAt(1.0 + x, 2.0 + alpha, "b")}, true).fault;
     };
     EXPECT_EQ(fault(1.19, 0.39), "");
     EXPECT_EQ(fault(1.3, 0.0),

@@ -41,10 +41,11 @@ TEST(CalibrationJson, HoldsTheResult) {
         bool hasSensorY;
         float shiftOfLast;
         bool hasPose;
-    } cases[] = {{"y found", 2, false, 0.0f, true},
-                 {"y given", 3, true, 0.0f, true},
-                 {"y not known", 1, false, 0.0f, true},
-                 {"not of one pose", 4, false, 1.5f, false}};
+        const char* reasons;
+    } cases[] = {{"y found", 2, false, 0.0f, true, ""},
+                 {"y given", 3, true, 0.0f, true, "deviation.y largest.y"},
+                 {"y not known", 1, false, 0.0f, true, "deviation.y largest.y pose.y"},
+                 {"not of one pose", 4, false, 1.5f, false, "pose"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
         CalibrationResult result = measured(c.placement, c.hasSensorY, c.shiftOfLast);
@@ -56,6 +57,10 @@ TEST(CalibrationJson, HoldsTheResult) {
         EXPECT_EQ(toJson(withoutPictures), values);
         EXPECT_EQ(withoutPictures.hasPose(), c.hasPose);
         EXPECT_EQ(withoutPictures.hasY(), result.hasY() && c.hasPose);
+        EXPECT_EQ(withoutPictures.average.fault, result.average.fault);
+        const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(values)).object();
+        EXPECT_EQ(json["reasons"].toObject().keys().join(' ').toStdString(), c.reasons);
+        EXPECT_EQ(json["deviation"]["y"].isDouble(), c.placement == 2) << "y that is not found has no spread";
 
         const std::string all = toJson(result, Pictures::Included);
         const CalibrationResult read = calibrationFromJson(all);
@@ -65,6 +70,22 @@ TEST(CalibrationJson, HoldsTheResult) {
         EXPECT_EQ(read.task.sensorY, result.task.sensorY);
         EXPECT_EQ(read.average.fault, result.average.fault);
     }
+}
+
+TEST(CalibrationJson, WhatWasNotMeasuredIsNull) {
+    CalibrationResult result;
+    result.profiles = {{}};
+    result.average.profiles = 1;
+    for (std::size_t flank = 1; flank < kFlankCount; ++flank) {
+        result.flanks[flank] = result.profiles[0].flanks[flank] = {7, 0.25, 0.5, 0.75};
+    }
+    const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(toJson(result))).object();
+    EXPECT_EQ(json["reasons"]["largest"].toString(), "a single profile has no spread");
+    EXPECT_TRUE(json["largest"]["x"].isNull() && json["pointDifference"].isNull());
+    EXPECT_TRUE(json["flanks"][0]["isOff"].isNull() && json["flanks"][0]["mean"].isNull());
+    EXPECT_EQ(json["flanks"][0]["reason"].toString(), "no point lies on it");
+    EXPECT_TRUE(json["flanks"][1]["isOff"].isBool() && json["flanks"][1]["reason"].isUndefined());
+    EXPECT_EQ(toJson(calibrationFromJson(toJson(result))), toJson(result));
 }
 
 TEST(CalibrationJson, RefusesWhatIsNoResult) {

@@ -5,6 +5,7 @@
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textOptions.h"
 
@@ -12,15 +13,13 @@
 #include <KxInspect/Error.h>
 #include <KxInspect/ProfileFile.h>
 
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
+#include <algorithm>
 
 namespace kxtool {
 
 namespace {
 
 using KxInspect::CalibrationResult;
-using KxInspect::ProfilePose;
 
 constexpr const char* kName = "calibrate";
 
@@ -45,7 +44,8 @@ const char* const kDescription =
     "\n"
     "Exit codes: 0 done, profiles without a pose are reported and left out; 1 no pose, or the profiles\n"
     "are not of one pose; 2 wrong use; 3 a file is unreadable or damaged; 4 an output could not be\n"
-    "written; 6 not enough memory. SETTINGS is written only with exit code 0.";
+    "written; 5 a verdict of --fail-on was given; 6 not enough memory. SETTINGS is written only with\n"
+    "exit codes 0 and 5.";
 
 struct Arguments {
     QStringList files;
@@ -56,7 +56,11 @@ struct Arguments {
     OutputFile settings;
     OutputFile json;
     OutputFile report;
+    FailOn failOn;
 };
+
+const std::vector<PossibleVerdict> kVerdicts = {{Verdict::Out, "a flank is off the object"},
+                                                {Verdict::NotJudged, "a profile has no pose or a flank no points"}};
 
 void addOptions(Options& options) {
     options.addArgument("PROFILE...", QStringLiteral("Profiles of the object, of one pose."));
@@ -75,6 +79,7 @@ void addOptions(Options& options) {
     options.addOption(
         "json", QStringLiteral("Write the result as JSON; - is the standard output, instead of the tables."), "file");
     options.addOption("report", QStringLiteral("Write a report with drawings, one HTML file."), "file");
+    FailOn::declare(options, kVerdicts);
 }
 
 int sensorOption(const Options& options) {
@@ -93,7 +98,8 @@ Arguments readArguments(const Options& options) {
                 options.text("write"),
                 options.output("write"),
                 options.output("json"),
-                options.output("report")};
+                options.output("report"),
+                FailOn(options, kVerdicts)};
     options.needed("position");
     a.task.placement = options.wholeNumber("position");
     a.task.object = objectOption(options, a.task.placement);
@@ -105,29 +111,25 @@ Arguments readArguments(const Options& options) {
     return a;
 }
 
-/// The text of the settings, empty where the file does not exist.
-std::string readSettings(const QString& path) {
-    const auto fail = [&](const QString& why) {
-        throw CommandError{BadInput, QStringLiteral("settings '%1' %2").arg(path, why)};
-    };
-    const KxInspect::detail::QtPath where(toBytes(path));
-    const QFileInfo info(where.text());
-    if (!info.exists()) {
-        return {};
-    }
-    if (!info.isFile()) {
-        fail(QStringLiteral("cannot be read: not a file"));
-    }
-    QFile file(where.text());
-    if (!file.open(QIODevice::ReadOnly)) {
-        fail(QStringLiteral("cannot be read: ") + file.errorString());
-    }
-    return file.readAll().toStdString();
+KxInspect::PoseKeys keysOf(const Arguments& a, const KxInspect::SensorPose& pose) {
+    return {a.sensor, pose, a.task.placement};
 }
 
-/// The settings with the pose added.
-std::string settingsWith(const std::string& text, const Arguments& a, const KxInspect::SensorPose& pose) {
-    return KxInspect::withPose(text, {a.sensor, pose, a.task.placement}, toBytes(a.settingsName));
+/// Throws an error when the settings cannot hold the keys, before the long work starts.
+void checkSettings(const Arguments& a) {
+    if (a.settings.isWanted() && !a.settings.isStandardOutput()) {
+        const std::string file = toBytes(a.settingsName);
+        KxInspect::withPose(KxInspect::readPoseSettings(file), keysOf(a, {}), file);
+    }
+}
+
+void writeSettings(const Arguments& a, const KxInspect::SensorPose& pose, Progress& progress) {
+    if (a.settings.isStandardOutput()) {
+        a.settings.write(QString::fromStdString(KxInspect::withPose({}, keysOf(a, pose))));
+    } else if (a.settings.isWanted()) {
+        storePose(toBytes(a.settingsName), keysOf(a, pose), progress.callback());
+        progress.wipe();
+    }
 }
 
 /// The profiles of all files with their names.
@@ -159,18 +161,6 @@ CalibrationResult measureAll(const Arguments& a, Progress& progress) {
     return result;
 }
 
-/// The reason for a missing pose.
-QString faultOf(const CalibrationResult& result) {
-    if (!result.average.fault.empty()) {
-        return QString::fromStdString(result.average.fault);
-    }
-    if (result.profiles.size() > 1) {
-        return QStringLiteral("none of %1 profiles has a pose").arg(result.profiles.size());
-    }
-    const ProfilePose& only = result.profiles.front();
-    return QString::fromStdString("'" + only.name + "' " + only.fault);
-}
-
 /// Prints what went wrong. @return the exit code
 ExitCode printFaults(const CalibrationResult& result) {
     for (const std::string& file : result.unreadable) {
@@ -180,7 +170,7 @@ ExitCode printFaults(const CalibrationResult& result) {
         printLine(kName, QString::fromStdString("warning: " + warning));
     }
     if (!result.hasPose() && !result.profiles.empty()) {
-        printLine(kName, faultOf(result));
+        printLine(kName, QString::fromStdString(reasonWithoutPose(result)));
     }
     if (!result.unreadable.empty()) {
         return BadInput;
@@ -188,13 +178,18 @@ ExitCode printFaults(const CalibrationResult& result) {
     return result.hasPose() ? Done : NoResult;
 }
 
+std::vector<GivenVerdict> verdicts(const CalibrationResult& result) {
+    const auto& flanks = result.flanks;
+    const auto off = std::count_if(flanks.begin(), flanks.end(), [](const auto& flank) { return flank.isOff(); });
+    const auto judged = std::count_if(flanks.begin(), flanks.end(), [](const auto& flank) { return flank.isJudged(); });
+    const auto withPose = static_cast<std::size_t>(result.average.profiles);
+    const std::size_t notJudged = result.profiles.size() - withPose + flanks.size() - static_cast<std::size_t>(judged);
+    return {{Verdict::Out, static_cast<std::size_t>(off)}, {Verdict::NotJudged, notJudged}};
+}
+
 int run(const Arguments& a) {
     checkOutputs({&a.settings, &a.json, &a.report}, a.files);
-    const bool hasFile = a.settings.isWanted() && !a.settings.isStandardOutput();
-    const std::string settings = hasFile ? readSettings(a.settingsName) : std::string();
-    if (hasFile) {
-        settingsWith(settings, a, {}); // refuses settings that cannot hold the keys before the long work starts
-    }
+    checkSettings(a);
     Progress progress;
     const CalibrationResult result = measureAll(a, progress);
     progress.wipe();
@@ -209,10 +204,10 @@ int run(const Arguments& a) {
         !a.settings.isStandardOutput()) {
         printOutput(calibrationText(result));
     }
-    if (a.settings.isWanted() && code == Done) {
-        a.settings.write(QString::fromStdString(settingsWith(settings, a, result.average.pose)));
+    if (code == Done) {
+        writeSettings(a, result.average.pose, progress);
     }
-    return code;
+    return a.failOn.exitCode(kName, code, verdicts(result));
 }
 
 int runChecked(const QStringList& arguments) {

@@ -20,8 +20,8 @@ QString poseTable(const PoseAverage& average) {
         const int decimals = field.isAngle ? 4 : 3;
         text += QStringLiteral("%1%2").arg(QLatin1String(field.name), -6).arg(field.isAngle ? "deg" : "mm ");
         text += column(average.pose.*field.value, decimals, 13);
-        text += column(average.deviation.*field.value, decimals, 12) +
-                column(average.profiles > 1 ? average.largest.*field.value : std::nan(""), decimals, 12);
+        text +=
+            column(average.deviation.*field.value, decimals, 12) + column(average.largest.*field.value, decimals, 12);
         text += QLatin1Char('\n');
     }
     return text;
@@ -34,7 +34,9 @@ QString flankTable(const FlankResiduals& flanks) {
         text += QString::fromStdString(flankName(i)).leftJustified(21);
         text += QString::number(flank.points).rightJustified(8);
         text += column(flank.mean, 3, 10) + column(flank.rms, 3, 10) + column(flank.largest, 3, 13);
-        text += flank.isOff() ? QStringLiteral("  off\n") : QStringLiteral("\n");
+        text += flank.isOff()      ? QStringLiteral("  off\n")
+                : flank.isJudged() ? QStringLiteral("\n")
+                                   : QStringLiteral("  not judged\n");
     }
     return text;
 }
