@@ -49,8 +49,6 @@ std::array<std::string, kWheelMeasures.size()> reasonsOf(const WheelMeasures& me
         }
         if (!measures.heightAt70) {
             reasons[i] = withoutHeight;
-        } else if (value == &WheelMeasures::xAtLevel18 && *measures.heightAt70 < kFlankLevel) {
-            reasons[i] = "the flange is only " + millimetres(*measures.heightAt70) + " high";
         } else {
             reasons[i] = reasonWithoutLevel(value == &WheelMeasures::xAtLevel18 ? kFlankLevel
                                                                                 : *measures.heightAt70 - kFlankDepth);

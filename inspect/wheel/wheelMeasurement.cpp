@@ -6,6 +6,7 @@
 #include "inspect/sections/plausibility.h"
 #include "inspect/sections/runningSurface.h"
 #include "inspect/sections/sectionReader.h"
+#include "inspect/sections/upright.h"
 #include "inspect/wheel/doubts.h"
 #include "inspect/wheel/rimSection.h"
 #include "inspect/wheel/spacing.h"
@@ -27,6 +28,9 @@ namespace {
 using detail::fail;
 using detail::Rim;
 
+/// Flange heights of wheels, from new ones to the most worn treads, mm.
+constexpr std::array<float, 2> kUsualHeights = {24.0f, 40.0f};
+
 bool isFinite(const Point& p) {
     return std::isfinite(p.x) && std::isfinite(p.y);
 }
@@ -39,8 +43,8 @@ void checkOptions(const WheelOptions& options) {
     if (options.flangeBack) {
         detail::checkRange("flangeBack", *options.flangeBack, kFlangeBacks);
     }
-    if (options.spacing) {
-        detail::checkRange("spacing", *options.spacing, kSpacings);
+    if (options.spacing != 0.0f) { // NaN: true
+        detail::checkRange("spacing", options.spacing, kSpacings);
     }
     if (!isFinite(options.centre)) {
         fail(ErrorKind::BadArgument, {{}, {}, "centre"}, QStringLiteral("centre needs two finite numbers"));
@@ -56,34 +60,14 @@ bool isSpatial(const std::string& path) {
     return head == "\x03" || head == "\x04";
 }
 
-/// Makes a profile begin at the flange back: points before it are cut; if the profile begins later, a single point at the
-/// height of its first point is added.
-void beginAt(std::vector<Point>& points, float back) {
-    points.erase(std::remove_if(points.begin(), points.end(), [back](const Point& p) { return p.x < back; }),
-                 points.end());
-    const auto first =
-        std::min_element(points.begin(), points.end(), [](const Point& a, const Point& b) { return a.x < b.x; });
-    if (first != points.end() && first->x > back) {
-        points.insert(points.begin(), Point{back, first->y});
-    }
-}
-
-/// The violated assumptions of a profile with y down and x outwards.
-std::vector<std::string> findWarnings(const Profile& profile) {
-    Profile surface = profile;
-    keepRunningSurface(surface, SectionKind::Wheel);
-    std::vector<std::string> found;
-    for (const QString& warning :
-         {detail::fewPoints(profile.points.size()), detail::wheelContradiction(surface.points)}) {
-        if (!warning.isEmpty()) {
-            found.push_back(warning.toStdString());
-        }
-    }
-    return found;
-}
+/// A section of a rim, and whether its shape is that of a wheel, or its orientation was given.
+struct Section {
+    Rim rim = {};
+    bool isWheel = true;
+};
 
 /// The section of a rim made from a profile. Throws an Error when that is impossible.
-Rim rimOf(const CrossSection& wheel, const WheelOptions& options, std::vector<std::string>& warnings) {
+Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::vector<std::string>& warnings) {
     Profile profile = detail::readSection(wheel, {});
     std::vector<Point>& points = profile.points;
     points.erase(std::remove_if(points.begin(), points.end(), [](const Point& p) { return !isFinite(p); }),
@@ -91,18 +75,31 @@ Rim rimOf(const CrossSection& wheel, const WheelOptions& options, std::vector<st
     if (points.empty()) {
         fail(ErrorKind::Unsuitable, {{}, wheel.file, {}}, QStringLiteral("holds no points"));
     }
-    orient(profile, wheel.orientation);
-    warnings = findWarnings(profile);
-    if (options.spacing && !detail::spaceEvenly(points, static_cast<double>(*options.spacing))) {
+    detail::Notes notes = {detail::fewPoints(points.size())};
+    detail::cleanContour(profile, notes);
+    const auto stance = detail::turnUpright(profile, SectionKind::Wheel, wheel.orientation, 0.0f, notes);
+    if (!stance) {
+        orient(profile, wheel.orientation);
+    }
+    const bool isMirrored = stance ? stance->isMirrored : wheel.orientation.isMirrored.value_or(false);
+    if ((options.flangeBack || (stance && stance->isAsShown)) &&
+        !detail::placeFlangeBack(profile, options.flangeBack, isMirrored, notes)) {
+        fail(ErrorKind::Unsuitable, {{}, wheel.file, {}}, detail::noFlangeBack());
+    }
+    const double spacing = static_cast<double>(options.spacing);
+    if (spacing > 0.0 && !detail::spaceEvenly(points, spacing)) {
         fail(ErrorKind::Unsuitable, {{}, wheel.file, {}},
-             QStringLiteral("is too long for points every %1 mm").arg(static_cast<double>(*options.spacing)));
+             QStringLiteral("is too long for points every %1 mm").arg(spacing));
     }
-    if (options.flangeBack) {
-        beginAt(points, wheel.orientation.isMirrored.value_or(false) ? -*options.flangeBack : *options.flangeBack);
+    for (const QString& note : notes) {
+        if (!note.isEmpty()) {
+            warnings.push_back(note.toStdString());
+        }
     }
-    Rim rim;
-    detail::appendRimSection(points, rim);
-    return rim;
+    Section section;
+    detail::appendRimSection(points, section.rim);
+    section.isWheel = stance.has_value();
+    return section;
 }
 
 /// Where the measured profile first reaches the level at which the width begins, outside the tip of the flange.
@@ -116,6 +113,13 @@ std::optional<float> present(float value) {
     return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
+/// Takes all measures back, for a reason.
+void withhold(const std::string& reason, const WheelLimits& limits, WheelResult& result) {
+    result.measures = {};
+    result.reasons.fill("the profile " + reason);
+    result.verdict = verdictOf(result.measures, limits);
+}
+
 /// Measures a section; `centre` is that of the wheel.
 void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResult& result) {
     KxMath::KxCircle circle;
@@ -126,9 +130,6 @@ void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResu
     KxMath::METRO_calcWheelParameters(rim, circle, &values, &measured);
     result.measures = {present(values.heightAt70), present(values.xAtLevel18), present(values.widthLevel2ToH13),
                        present(values.heightExcess)};
-    if (values.heightAt70 < kFlankLevel) { // NaN: false
-        result.measures.xAtLevel18.reset(); // this level is on the tread
-    }
     result.section = detail::sectionOf(rim);
     result.measured = detail::toVector(measured.points);
     result.widthStart = findWidthStart(result.measured);
@@ -137,6 +138,13 @@ void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResu
         result.warnings.push_back(std::move(warning));
     }
     result.verdict = verdictOf(result.measures, limits);
+    const float height = result.measures.heightAt70.value_or(kUsualHeights[0]);
+    if (height < kUsualHeights[0] || height > kUsualHeights[1]) {
+        withhold(QStringLiteral("shows a flange of %1 mm; those of wheels have 24 to 40 mm")
+                     .arg(static_cast<double>(height), 0, 'f', 1)
+                     .toStdString(),
+                 limits, result);
+    }
 }
 
 } // namespace
@@ -168,8 +176,11 @@ WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options)
         if (!wheel.profile && isSpatial(wheel.file)) {
             return measureRim(readPoints(wheel.file, FileKind::Cloud).points, wheel.file, options);
         }
-        Rim rim = rimOf(wheel, options, result.warnings);
-        measure(rim, Point{0.0f, 0.0f}, options.limits, result);
+        Section section = sectionOf(wheel, options, result.warnings);
+        measure(section.rim, Point{0.0f, 0.0f}, options.limits, result);
+        if (!section.isWheel && result.isMeasured()) {
+            withhold(detail::noShapeOf(SectionKind::Wheel).toStdString(), options.limits, result);
+        }
     } catch (const Error& error) {
         result.error = error.reason();
         result.verdict = WheelVerdict::NotRead;

@@ -45,7 +45,7 @@ KxInspect::Profile wheel(double step) {
     return profile;
 }
 
-Measures measure(const KxInspect::Profile& profile, const KxInspect::WheelOptions& options = {}) {
+Measures measure(const KxInspect::Profile& profile, const KxInspect::WheelOptions& options) {
     KxInspect::CrossSection section;
     section.profile = profile;
     const KxInspect::WheelMeasures m = measureWheel(section, options).measures;
@@ -65,15 +65,18 @@ void printErrors(const char* how, double spacing, const Measures& measured) {
 
 int main() {
     constexpr double kSpacings[] = {0.05, 0.1, 0.2, 0.3, 0.4};
+    constexpr double kSpacingsAlong[] = {0.02, 0.05, 0.1, 0.2, 0.3, 0.4};
+    KxInspect::WheelOptions asTheyAre;
+    asTheyAre.spacing = 0.0f;
     const Measures truth = closedForm();
     std::printf("| points evenly spaced | spacing, mm | `heightAt70` | `xAtLevel18` | `widthLevel2ToH13` |\n"
                 "| --- | --- | --- | --- | --- |\n"
                 "| closed form | | %.3f | %.3f | %.3f |\n",
                 truth.heightAt70, truth.xAtLevel18, truth.widthLevel2ToH13);
     for (const double spacing : kSpacings) {
-        printErrors("across the wheel", spacing, measure(wheel(spacing)));
+        printErrors("across the wheel", spacing, measure(wheel(spacing), asTheyAre));
     }
-    for (const double spacing : kSpacings) {
+    for (const double spacing : kSpacingsAlong) {
         constexpr double kFine = 0.005;
         KxInspect::WheelOptions options;
         options.spacing = static_cast<float>(spacing);

@@ -92,7 +92,7 @@ TEST(Conicity, ProfilesMayHaveAnyOrientation) {
         ConicityResult found = measureConicity(input);
         const bool isTold = part != Rail1; // whose sides are alike
         ASSERT_EQ(found.warnings.size(), isTold ? 1u : 0u) << nameOf(part);
-        EXPECT_TRUE(!isTold || found.warnings[0].rfind(std::string(nameOf(part)) + ": y points up, x ", 0) == 0);
+        EXPECT_TRUE(!isTold || found.warnings[0].rfind(std::string(nameOf(part)) + " has y up and x ", 0) == 0);
         found.warnings.clear();
         EXPECT_TRUE(!isTold || toJson(found, Pictures::Included) == expected) << nameOf(part);
         EXPECT_NEAR(found.shownConicity.value_or(0.0f), kSlopes / 2.0f, 0.009f * kSlopes / 2.0f) << nameOf(part);
@@ -115,7 +115,7 @@ TEST(Conicity, SaysWhatWasDroppedAndCut) {
                            [&text](const std::string& warning) { return warning.rfind(text, 0) == 0; });
     };
     EXPECT_TRUE(warns("wheel2 has a gap of 38.5 mm at x = 30.0, which is taken as straight"));
-    EXPECT_TRUE(warns("wheel2: 375 points that are missing or stand behind others were dropped"));
+    EXPECT_TRUE(warns("wheel2 has 375 points that are missing or stand behind others, which were dropped"));
     EXPECT_TRUE(
         warns("rail2 does not reach down to the gauge depth on its gauge side: its end is taken as gauge point"));
 }
@@ -129,7 +129,8 @@ TEST(Conicity, WithoutAResultSaysWhy) {
     EXPECT_TRUE(result.conicity.empty() && result.atWholeAmplitudes.empty());
     EXPECT_EQ(result.shownConicity, std::nullopt);
     ASSERT_FALSE(result.warnings.empty());
-    EXPECT_EQ(result.warnings.front(), "wheel2: its shape shows x in the other direction than was said");
+    EXPECT_EQ(result.warnings.front(),
+              "wheel2 is taken to have y down and x inwards, but its shape shows y down and x outwards");
     EXPECT_EQ(conicityFromJson(toJson(result)).reason, result.reason);
 }
 

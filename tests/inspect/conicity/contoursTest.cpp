@@ -198,7 +198,9 @@ TEST(ConicityOfContours, DropsOutliersAndTellsGaps) {
     const ConicityResult result = measureConicity(inputOf(contours));
     EXPECT_NEAR(conicityAt(result, 3.0f).value_or(0.0f), conicityOf(kWheelSet, 3.0f), 1e-3f);
     ASSERT_GE(result.warnings.size(), 2u);
-    EXPECT_EQ(result.warnings[0].rfind("wheel1: 3 outliers were dropped; the farthest one, at x = 76.8, is 1.0", 0), 0u)
+    EXPECT_EQ(
+        result.warnings[0].rfind("wheel1 has 3 outliers, which were dropped; the farthest one, at x = 76.8, is 1.0", 0),
+        0u)
         << result.warnings[0];
     const auto gap = std::find_if(result.warnings.begin(), result.warnings.end(), [](const auto& w) {
         return w.rfind("rail2 has a gap of 4.9 mm at x = 52.4", 0) == 0;

@@ -36,7 +36,7 @@ struct Wheel {
 };
 
 void expectMeasures(const WheelResult& result, const Wheel& wheel) {
-    constexpr float kSmoothed = 0.03f; // the means over 20 points, which are 0.01 mm apart
+    constexpr float kSmoothed = 0.04f; // the means over 20 points, which are 0.02 mm apart along the flank
     constexpr float kStep = 0.1f; // in which the width comes
     const WheelMeasures& m = result.measures;
     ASSERT_TRUE(m.heightAt70 && m.xAtLevel18 && m.widthLevel2ToH13 && m.heightExcess) << result.error;
@@ -63,8 +63,7 @@ TEST(Wheel, MeasuresAreThoseOfTheClosedForm) {
         expectMeasures(result, wheel);
         EXPECT_TRUE(result.warnings.empty());
         EXPECT_EQ(result.verdict, WheelVerdict::NoLimits);
-        EXPECT_EQ(result.section.size(), wheel.section().profile->points.size());
-        EXPECT_FALSE(result.measured.empty());
+        EXPECT_FALSE(result.section.empty() || result.measured.empty());
     }
 }
 
@@ -83,7 +82,33 @@ TEST(Wheel, ProfilesBeginAtTheFlangeBack) {
     options.flangeBack = 400.0f;
     expectMeasures(measureWheel(mirrored, options), wheel);
     options.flangeBack.reset();
-    EXPECT_NEAR(measureWheel(mirrored, options).measures.xAtLevel18.value_or(0.0f), wheel.at(18.0f) + 3.0f, 0.04f);
+    EXPECT_EQ(measureWheel(mirrored, options).error.rfind("does not begin on a steep flange back", 0), 0u);
+}
+
+TEST(Wheel, StandsAsItsShapeShows) {
+    const Wheel wheel{28.4f, 20.5f, 1.6f};
+    for (const auto& [isUp, isMirrored] : {std::pair{false, true}, {true, false}, {true, true}}) {
+        CrossSection turned = wheel.section();
+        for (Point& p : turned.profile->points) {
+            p = {isMirrored ? -p.x : p.x, isUp ? -p.y : p.y};
+        }
+        const WheelResult found = measureWheel(turned);
+        expectMeasures(found, wheel);
+        ASSERT_EQ(found.warnings.size(), 1u);
+        EXPECT_EQ(found.warnings[0], std::string("has y ") + (isUp ? "up" : "down") + " and x " +
+                                         (isMirrored ? "inwards" : "outwards") +
+                                         ", as its shape shows, and was turned");
+        turned.orientation = {false, false};
+        const WheelResult wrong = measureWheel(turned);
+        EXPECT_FALSE(wrong.isMeasured()) << isUp << isMirrored;
+        EXPECT_EQ(wrong.warnings[0].rfind("is taken to have y down and x outwards, but its shape shows", 0), 0u);
+    }
+    CrossSection rail;
+    for (int i = -350; i <= 350; ++i) {
+        const float x = 0.1f * static_cast<float>(i);
+        rail.profile.emplace(rail.profile.value_or(Profile{})).points.push_back({x, 0.02f * x * x});
+    }
+    EXPECT_FALSE(measureWheel(rail).isMeasured());
 }
 
 TEST(Wheel, SectionsInSpaceAreTurnedAboutTheCentre) {
@@ -136,7 +161,8 @@ TEST(Wheel, MissingMeasuresHaveTheirReasons) {
         std::array<std::string, 4> reasons;
     } cases[] = {
         {Wheel().section(), {}},
-        {Wheel{15.5f, 20.0f, 1.5f}.section(), {"", "the flange is only 15.5 mm high", "", ""}},
+        {Wheel{23.5f, 20.0f, 1.5f}.section(),
+         {"the profile shows a flange of 23.5 mm; those of wheels have 24 to 40 mm"}},
         {cut({}, 0.0f, 60.0f), {"the profile ends 60.0 mm from the flange back, before the tape circle at 70.0 mm"}},
         {cut({}, 0.0f, 20.0f), {"the profile has no flank: behind its highest point it never falls 2.0 mm"}},
         {cut({}, 0.0f, 0.01f), {"there are too few points for a smooth profile"}},

@@ -23,8 +23,9 @@ const char* const kDescription =
     "  heightExcess      flange height excess: h - 30 for h of at least 29, otherwise h - 28\n"
     "\n"
     "Files are 2-D cloud sections, profile records, other point files, text columns, or text files of\n"
-    "contact profile gauges (.whl, .prw), in mm. x points outwards\n"
-    "from the flange back, y points down; --up and --mirror turn profiles of another orientation.\n"
+    "contact profile gauges (.whl, .prw), in mm. x points outwards from the flange back, y points\n"
+    "down. Profiles that show another orientation by their shape are turned, and a warning says so;\n"
+    "--up, --mirror and --as-is say it instead.\n"
     "A 3-D cloud section holds the cross-section of a rim: y is the height; x and z are turned about\n"
     "--centre until the section lies along x, its outer end at the flange back.\n"
     "\n"
@@ -65,10 +66,15 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
     addFlag("up", QStringLiteral("y of the profiles points up."));
     addFlag("mirror", QStringLiteral("x of the profiles points inwards."));
     addTextOptions(*this);
-    add("flange-back", "x of the flange back in the profiles. Default: their smallest x.", "mm");
-    add("spacing",
-        "Resample the profiles linearly at this spacing, 0.01 to 1 mm. Default: the points are measured as they are.",
+    addFlag("as-is", QStringLiteral("The profiles stand as said above, whatever their shape shows."));
+    add("flange-back",
+        "x of the flange back in the profiles. Default: 0, or -70 where the tape circle is at 0, or where the profile "
+        "begins on a steep back.",
         "mm");
+    add("spacing",
+        "Resample the profiles linearly at this spacing, 0.01 to 1 mm; 0: measure the points as they are, which makes "
+        "flanges of widely spaced points look too thin.",
+        "mm", "0.02");
     add("centre", "Centre of the wheel in 3-D cloud sections.", "x,z", "0,0");
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const QByteArray key = kWheelMeasures[i].key;
@@ -83,7 +89,10 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
 
 std::vector<KxInspect::CrossSection> WheelCommandOptions::wheels() const {
     KxInspect::CrossSection wheel;
-    wheel.orientation = {isSet("up"), isSet("mirror")};
+    const auto said = [this](const char* flag) {
+        return isSet(flag) || isSet("as-is") ? std::optional(isSet(flag)) : std::nullopt;
+    };
+    wheel.orientation = {said("up"), said("mirror")};
     wheel.text = textOptions(*this);
     std::vector<KxInspect::CrossSection> result;
     for (const QString& file : arguments("files", 1)) {
@@ -102,7 +111,7 @@ KxInspect::WheelOptions WheelCommandOptions::measurement() const {
     result.centre = {centre[0], centre[1]};
     result.limits = limitsOf(*this);
     result.flangeBack = ifSet("flange-back", KxInspect::kFlangeBacks);
-    result.spacing = ifSet("spacing", KxInspect::kSpacings);
+    result.spacing = number("spacing", {0.0, KxInspect::kSpacings[1]});
     return result;
 }
 
