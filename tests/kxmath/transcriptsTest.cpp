@@ -177,12 +177,13 @@ TEST_F(CommandFiles, TrainMeasuresWhatWasRecorded) {
 
 TEST_F(CommandFiles, WheelMeasuresTheDrawing) {
     // A flange of 28 mm whose flank falls by 1.6 mm per mm from its tip at 20 mm; the other one is 1.05 times as high.
-    const QJsonValue wheels = jsonOf("wheel wide.whl high.csv")["wheels"];
-    const double expected[2][4] = {{28, 31.25, 8.125, 0}, {29.4, 30.714, 8.636, -0.6}};
+    const std::pair<const char*, std::array<double, 4>> cases[] = {
+        {"wheel wide.whl --flange-back 2.5", {28, 31.25, 8.125, 0}}, {"wheel high.csv", {29.4, 30.714, 8.636, -0.6}}};
     const char* const keys[] = {"heightAt70", "xAtLevel18", "widthLevel2ToH13", "heightExcess"};
-    for (int wheel = 0; wheel < 2; ++wheel) {
-        for (int i = 0; i < 4; ++i) { // the means of the smoothing stand up to 0.125 mm before their middle
-            EXPECT_NEAR(wheels[wheel][QLatin1String(keys[i])].toDouble(), expected[wheel][i], 0.13) << keys[i];
+    for (const auto& [line, expected] : cases) {
+        const QJsonValue wheel = jsonOf(line)["wheels"][0];
+        for (size_t i = 0; i < 4; ++i) { // the means of the smoothing stand up to 0.125 mm before their middle
+            EXPECT_NEAR(wheel[QLatin1String(keys[i])].toDouble(), expected[i], 0.13) << line << ' ' << keys[i];
         }
     }
 }
