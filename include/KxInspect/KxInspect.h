@@ -3,6 +3,10 @@
 // **Names of files.** A path that is passed to this library is the bytes by which the system names the file: UTF-8 as a
 // rule, but any bytes are taken. Results, warnings, reports of progress and the sentences of errors are UTF-8: they name a
 // file with %XX in place of each byte that is no part of UTF-8 (0xFC is %FC), for readers, not for opening it.
+//
+// **Threads.** The library starts none and keeps nothing between calls. Distinct objects may be used by distinct threads
+// at the same time, copies of results too; one object may be read by several threads while none writes it. Functions may
+// run at once, also on the same input files, as long as no two of them write the same file or folder.
 #pragma once
 
 #include "AtomicFile.h"

@@ -1,4 +1,8 @@
 // The whole interface of the library.
+//
+// **Threads.** The library starts none and has no global state. Distinct objects may be used by distinct threads at the
+// same time, copies that share lists of Qt too. One object may be used by several threads only with the members that
+// its class names as reading ones; no member is const.
 #pragma once
 
 #include "KxConicity.h"

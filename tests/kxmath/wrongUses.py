@@ -189,7 +189,7 @@ def main():
             build(folder, line)
         with concurrent.futures.ThreadPoolExecutor(2) as pool:
             for run, result in zip(runs, pool.map(lambda r: run_one(r, folder, kxmath), runs)):
-                counts.update(faults=bool(result.faults), crashes=result.isCrash, hangs=result.isHang,
+                counts.update(faults=int(bool(result.faults)), crashes=result.isCrash, hangs=result.isHang,
                               changes=result.isChange)
                 if result.faults:
                     print(f"kxmath {run.command}\n  " + "\n  ".join(result.faults + result.errors.splitlines()))
