@@ -30,6 +30,7 @@
 #include "Recording.h"
 #include "Scan.h"
 #include "Settings.h"
+#include "StationSetup.h"
 #include "TextForm.h"
 #include "Train.h"
 #include "Wheel.h"

@@ -137,6 +137,16 @@ struct VerdictCount {
     int notJudged() const { return asked - judged; }
 };
 
+/// What a page draws of a recording in which no wheel was found: why not.
+struct RawPicture {
+    std::size_t side = 0; ///< which one
+    int profiles = 0; ///< number of profiles in `points`, evenly spread over the recording
+    std::vector<Point> points; ///< of these profiles, as they were recorded
+    std::int64_t below = 0; ///< points below the level line, of the whole recording
+    std::int64_t all = 0; ///< of so many that are finite
+    std::optional<Line> low; ///< the low line, in the mode that has one
+};
+
 /// What was measured in a pass.
 struct KXINSPECT_EXPORT PassResult {
     int mode = 0; ///< of the wheel detection
@@ -150,6 +160,7 @@ struct KXINSPECT_EXPORT PassResult {
     std::vector<WheelPair> pairs; ///< in order along the train
     std::vector<std::string> warnings; ///< what makes results doubtful, UTF-8
     std::vector<PairPicture> pictures; ///< of the pairs that were asked for
+    std::vector<RawPicture> rawPictures; ///< of the sides on which no wheel was found
 
     /// The wheel of one side of a pair, null when that sensor did not see it.
     const PassWheel* wheelOf(const WheelPair& pair, std::size_t side) const;

@@ -22,6 +22,7 @@ struct SettingKey {
     double min = 0.0; ///< the smallest value that has a sense
     double max = 0.0; ///< the largest
     std::string needed; ///< "always", "mode 3", "defects" (for the judgement of treads); empty: never
+    std::string settings; ///< which read it: "station", "defects", "both"; empty: other uses of the file
 };
 
 /// All keys that a settings file may hold for a pass, and those that other uses of the same file read (poses). Values

@@ -164,6 +164,17 @@ PairPicture readPicture(const JsonValue& value, const PassResult& result) {
     return picture;
 }
 
+RawPicture readRawPicture(const JsonValue& value, const PassResult& result) {
+    RawPicture raw;
+    raw.side = static_cast<std::size_t>(value["side"].wholeNumber(1, static_cast<int>(result.sides.size()))) - 1;
+    raw.profiles = readCount(value["profiles"]);
+    raw.points = value["points"].points();
+    raw.below = value["below"].wideWholeNumber();
+    raw.all = value["all"].wideWholeNumber();
+    raw.low = readLine(value["low"]);
+    return raw;
+}
+
 } // namespace
 
 PassResult passFromJson(const std::string& json) {
@@ -186,6 +197,9 @@ PassResult passFromJson(const std::string& json) {
     if (document.has("pictures")) {
         for (const JsonValue& picture : document["pictures"].list()) {
             result.pictures.push_back(readPicture(picture, result));
+        }
+        for (const JsonValue& raw : document["rawPictures"].list()) {
+            result.rawPictures.push_back(readRawPicture(raw, result));
         }
     }
     return result;

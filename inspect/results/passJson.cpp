@@ -146,6 +146,15 @@ QJsonObject pictureObject(const PairPicture& picture) {
     return {{QStringLiteral("pair"), picture.pair}, {QStringLiteral("wheels"), wheels}};
 }
 
+QJsonObject rawObject(const RawPicture& raw) {
+    return {{QStringLiteral("side"), static_cast<qint64>(raw.side + 1)},
+            {QStringLiteral("profiles"), raw.profiles},
+            {QStringLiteral("points"), jsonPoints(raw.points)},
+            {QStringLiteral("below"), static_cast<qint64>(raw.below)},
+            {QStringLiteral("all"), static_cast<qint64>(raw.all)},
+            {QStringLiteral("low"), lineValue(raw.low)}};
+}
+
 template <typename Items, typename Make>
 QJsonArray listOf(const Items& items, Make make) {
     QJsonArray list;
@@ -179,6 +188,7 @@ std::string toJson(const PassResult& result, Pictures pictures) {
         {QStringLiteral("warnings"), jsonList(result.warnings)}};
     if (pictures == Pictures::Included) {
         document[QStringLiteral("pictures")] = listOf(result.pictures, pictureObject);
+        document[QStringLiteral("rawPictures")] = listOf(result.rawPictures, rawObject);
     }
     return jsonText(document);
 }

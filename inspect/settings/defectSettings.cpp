@@ -12,7 +12,7 @@ namespace {
 using detail::IniFile;
 using Need = IniFile::Need;
 
-DefectLimits readLimits(IniFile& file, const std::string& path) {
+DefectLimits readLimits(IniFile& file) {
     const auto number = [&](const char* key, float byDefault) {
         return file.number(QLatin1String(key), Need::Optional).value_or(byDefault);
     };
@@ -25,20 +25,20 @@ DefectLimits readLimits(IniFile& file, const std::string& path) {
     limits.minProfiles = wholeNumber("minimalDefectsProf", limits.minProfiles);
     limits.maxRadiusDeviation = number("maxRadiusDeviation", limits.maxRadiusDeviation);
     limits.radiusProfiles = wholeNumber("radiusProfiles", limits.radiusProfiles);
-    if (!file.faults().empty()) {
-        const SettingFault& fault = file.faults().front();
-        detail::failSettings(path, fault.key, QString::fromStdString(fault.reason));
-    }
     return limits;
 }
 
 } // namespace
 
-DefectSettings readDefectSettings(const std::string& path) {
+DefectSettings detail::readDefects(const std::string& path, bool isStrict) {
     IniFile file(path);
     DefectSettings settings;
     settings.file = path;
-    settings.limits = readLimits(file, path);
+    settings.limits = readLimits(file);
+    if (isStrict && !file.faults().empty()) {
+        const SettingFault& fault = file.faults().front();
+        failSettings(path, fault.key, QString::fromStdString(fault.reason));
+    }
     forEachSensor(file, [&](int number, int serial) {
         const auto line = [&](const char* slope, const char* intercept) {
             return file.line(KxMath::KxSensorKey(number, slope), KxMath::KxSensorKey(number, intercept));
@@ -48,6 +48,10 @@ DefectSettings readDefectSettings(const std::string& path) {
     settings.faults = file.faults();
     settings.warnings = file.warnings();
     return settings;
+}
+
+DefectSettings readDefectSettings(const std::string& path) {
+    return detail::readDefects(path, true);
 }
 
 const DefectLines* findSensor(const DefectSettings& settings, int serial) {

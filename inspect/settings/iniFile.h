@@ -51,6 +51,9 @@ private:
     std::vector<SettingFault> faults_;
 };
 
+/// readDefectSettings(); faults of limits are only noted unless `isStrict`.
+DefectSettings readDefects(const std::string& path, bool isStrict);
+
 /// Calls `read(number, serial)` for each sensor of a file.
 template <typename Read>
 void forEachSensor(IniFile& file, Read read) {

@@ -23,6 +23,8 @@ constexpr const char* kAlways = "always";
 constexpr const char* kMode3 = "mode 3";
 constexpr const char* kDefects = "defects";
 constexpr const char* kNever = "";
+constexpr const char* kStation = "station";
+constexpr const char* kBoth = "both";
 
 std::vector<SettingKey> makeKeys() {
     constexpr bool kPerSensor = true;
@@ -35,50 +37,56 @@ std::vector<SettingKey> makeKeys() {
     const DefectLimits l;
     const double minProfiles = StationSettings().minProfilesInWheel;
     std::vector<SettingKey> keys = {
-        {"calibrLines2", kGlobal, kReal, "base distance between the reference lines", "mm", kNone, 100, 10000, kAlways},
+        {"calibrLines2", kGlobal, kReal, "base distance between the reference lines", "mm", kNone, 100, 10000, kAlways,
+         kStation},
         {"minProfsInWheel", kGlobal, kWhole, "shorter runs of wheel profiles are no wheel", "profiles", minProfiles, 0,
-         kMostProfiles, kNever},
+         kMostProfiles, kNever, kStation},
         {"SN", kPerSensor, kWhole, "serial number; 0 ends the list of sensors", "", kNone, 0,
-         std::numeric_limits<int>::max(), kAlways},
+         std::numeric_limits<int>::max(), kAlways, kBoth},
         {"level_k", kPerSensor, kReal, "slope of the level line; for defects of the high line", "", kNone, -kMostSlope,
-         kMostSlope, kAlways},
+         kMostSlope, kAlways, kBoth},
         {"level_b", kPerSensor, kReal, "y of the level line at x = 0; for defects of the high line", "mm", kNone,
-         -kFarthest, kFarthest, kAlways},
-        {"k2", kPerSensor, kReal, "slope of the reference line", "", kNone, -kMostSlope, kMostSlope, kAlways},
-        {"b2", kPerSensor, kReal, "y of the reference line at x = 0", "mm", kNone, -kFarthest, kFarthest, kAlways},
-        {"lowlevel_k", kPerSensor, kReal, "slope of the low line", "", kNone, -kMostSlope, kMostSlope, kMode3},
-        {"lowlevel_b", kPerSensor, kReal, "y of the low line at x = 0", "mm", kNone, -kFarthest, kFarthest, kMode3},
+         -kFarthest, kFarthest, kAlways, kBoth},
+        {"k2", kPerSensor, kReal, "slope of the reference line", "", kNone, -kMostSlope, kMostSlope, kAlways, kStation},
+        {"b2", kPerSensor, kReal, "y of the reference line at x = 0", "mm", kNone, -kFarthest, kFarthest, kAlways,
+         kStation},
+        {"lowlevel_k", kPerSensor, kReal, "slope of the low line", "", kNone, -kMostSlope, kMostSlope, kMode3,
+         kStation},
+        {"lowlevel_b", kPerSensor, kReal, "y of the low line at x = 0", "mm", kNone, -kFarthest, kFarthest, kMode3,
+         kStation},
         {"lowLevel_k", kPerSensor, kReal, "slope of the low line of the defects", "", kNone, -kMostSlope, kMostSlope,
-         kDefects},
+         kDefects, kDefects},
         {"lowLevel_b", kPerSensor, kReal, "y of the low line of the defects at x = 0", "mm", kNone, -kFarthest,
-         kFarthest, kDefects},
+         kFarthest, kDefects, kDefects},
         {"wndSize", kPerSensor, kWhole, "window of the noise filter; 0 for no filter", "points", double(d.noiseWindow),
-         0, 1000, kNever},
+         0, 1000, kNever, kStation},
         {"higherPoinInWnd", kPerSensor, kWhole, "higher steps that may be in a window", "steps", double(d.maxJumps), 0,
-         1000, kNever},
-        {"maxdY", kPerSensor, kReal, "what a higher step is", "mm", real(d.maxJump), 0, 1000, kNever},
+         1000, kNever, kStation},
+        {"maxdY", kPerSensor, kReal, "what a higher step is", "mm", real(d.maxJump), 0, 1000, kNever, kStation},
         {"minPointsIn", kPerSensor, kWhole, "a profile with more points below the level line shows a wheel", "points",
-         double(d.minPoints), 0, kMostPoints, kNever},
+         double(d.minPoints), 0, kMostPoints, kNever, kStation},
         {"maxCorr", kPerSensor, kReal, "straight parts that are removed in mode 3", "parts", double(d.maxParts), 0,
-         kMostPoints, kNever},
+         kMostPoints, kNever, kStation},
         {"parts", kPerSensor, kReal, "correlation from which a part is straight, in mode 3", "", real(d.maxCorrelation),
-         0, kMostPoints, kNever},
-        {"maxDist", kPerSensor, kReal, "gap that ends a part, in mode 3", "mm", real(d.maxGap), 0, kFarthest, kNever},
+         0, kMostPoints, kNever, kStation},
+        {"maxDist", kPerSensor, kReal, "gap that ends a part, in mode 3", "mm", real(d.maxGap), 0, kFarthest, kNever,
+         kStation},
         {"maxDeviation", kGlobal, kReal, "points farther off the curve deviate", "mm", real(l.maxDeviation), 0.001, 100,
-         kNever},
+         kNever, kDefects},
         {"pointsHigher", kGlobal, kWhole, "a profile with more deviating points is defective", "points",
-         double(l.pointsHigher), 0, kMostPoints, kNever},
+         double(l.pointsHigher), 0, kMostPoints, kNever, kDefects},
         {"minimalDefectsProf", kGlobal, kWhole, "a wheel with more defective profiles is defective", "profiles",
-         double(l.minProfiles), 0, kMostProfiles, kNever},
+         double(l.minProfiles), 0, kMostProfiles, kNever, kDefects},
         {"maxRadiusDeviation", kGlobal, kReal, "how far the tread may be off the circle", "mm",
-         real(l.maxRadiusDeviation), 0.001, 100, kNever},
+         real(l.maxRadiusDeviation), 0.001, 100, kNever, kDefects},
         {"radiusProfiles", kGlobal, kWhole, "successive profiles off the circle that make a wheel out of round",
-         "profiles", double(l.radiusProfiles), 1, kMostProfiles, kNever},
-        {"use", kGlobal, kWhole, "not read", "", kNone, -kInfinity, kInfinity, kNever},
-        {"polynomDegree", kGlobal, kWhole, "not read: the degree is 20", "", kNone, -kInfinity, kInfinity, kNever}};
+         "profiles", double(l.radiusProfiles), 1, kMostProfiles, kNever, kDefects},
+        {"use", kGlobal, kWhole, "not read", "", kNone, -kInfinity, kInfinity, kNever, kNever},
+        {"polynomDegree", kGlobal, kWhole, "not read: the degree is 20", "", kNone, -kInfinity, kInfinity, kNever,
+         kNever}};
     for (const char* const pose : {"x", "y", "z", "alpha", "beta", "gamma", "position"}) {
         keys.push_back({pose, kPerSensor, kReal, "pose of the sensor, not read for a pass", "", kNone, -kInfinity,
-                        kInfinity, kNever});
+                        kInfinity, kNever, kNever});
     }
     return keys;
 }

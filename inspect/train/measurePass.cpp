@@ -177,6 +177,7 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
             result.pictures.push_back(pairPicture(result, pair, sides));
         }
     }
+    result.rawPictures = rawPictures(result, sides);
     return result;
 }
 

@@ -3,6 +3,7 @@
 
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
+#include "inspect/settings/duplicateSerials.h"
 #include "inspect/settings/iniFile.h"
 #include "inspect/settings/settingKeys.h"
 
@@ -29,28 +30,6 @@ void checkOptions(const PassOptions& options) {
     }
 }
 
-SideInput openSide(const std::string& path) {
-    SideInput side{path, RecordingFiles(path), nullptr, 0, {}, {}, {}};
-    const ErrorSource source{"recording", path, {}};
-    side.stream = std::make_unique<RecordStream>(source);
-    if (side.name.parts.serial == 0) { // 0 is also what a missing key reads as
-        fail(ErrorKind::Unsuitable, source,
-             QStringLiteral("has no serial number after the first '_' of its name: '%1'").arg(side.name.serialText()));
-    }
-    return side;
-}
-
-void checkSidesDiffer(const SideInput& first, const SideInput& second) {
-    if (first.name.file == second.name.file) {
-        failArgument(
-            QStringLiteral("both recordings are named '%1', so that their wheel files would mix").arg(first.name.file));
-    }
-    if (first.name.parts.serial == second.name.parts.serial) {
-        failArgument(
-            QStringLiteral("both recordings are of the sensor with the serial number %1").arg(first.name.parts.serial));
-    }
-}
-
 /// Throws the fault of a key when it has one.
 template <typename Settings>
 void require(const Settings& settings, const QString& key) {
@@ -71,19 +50,10 @@ void requireRange(const Settings& settings, const QString& key, double value) {
     }
 }
 
-/// Two sensors with one serial number: which of them a recording is of cannot be said.
 template <typename Settings>
 void requireDifferentSerials(const Settings& settings) {
-    for (auto sensor = settings.sensors.begin(); sensor != settings.sensors.end(); ++sensor) {
-        const auto* const first = findSensor(settings, sensor->serial);
-        if (first != &*sensor) {
-            const QString key = KxMath::KxSensorKey(sensor->number, "SN");
-            failSettings(settings.file, key.toStdString(),
-                         QStringLiteral("give the serial number %1 to SENSOR%2 and to SENSOR%3")
-                             .arg(sensor->serial)
-                             .arg(first->number)
-                             .arg(sensor->number));
-        }
+    for (const SettingFault& fault : duplicateSerials(settings)) {
+        failSettings(settings.file, fault.key, toQt(fault.reason));
     }
 }
 
@@ -180,6 +150,35 @@ TreadLines lookUpTread(const DefectSettings& settings, const SideInput& side) {
 }
 
 } // namespace
+
+SideInput openSide(const std::string& path) {
+    SideInput side{path, RecordingFiles(path), nullptr, 0, {}, {}, {}};
+    const ErrorSource source{"recording", path, {}};
+    side.stream = std::make_unique<RecordStream>(source);
+    if (side.name.parts.serial == 0) { // 0 is also what a missing key reads as
+        fail(ErrorKind::Unsuitable, source,
+             QStringLiteral("has no serial number after the first '_' of its name: '%1'").arg(side.name.serialText()));
+    }
+    return side;
+}
+
+void checkSidesDiffer(const SideInput& first, const SideInput& second) {
+    if (first.name.file == second.name.file) {
+        failArgument(
+            QStringLiteral("both recordings are named '%1', so that their wheel files would mix").arg(first.name.file));
+    }
+    if (first.name.parts.serial == second.name.parts.serial) {
+        failArgument(
+            QStringLiteral("both recordings are of the sensor with the serial number %1").arg(first.name.parts.serial));
+    }
+}
+
+SideInput openSide(const std::string& path, const StationSettings& settings, int mode) {
+    SideInput side = openSide(path);
+    requireDifferentSerials(settings);
+    lookUpSensor(settings, mode, side);
+    return side;
+}
 
 PassInputs openPass(const std::vector<std::string>& recordings, const StationSettings& settings,
                     const PassOptions& options) {

@@ -35,6 +35,15 @@ struct PassInputs {
     float baseDistance = 0.0f;
 };
 
+/// Opens a recording, nothing looked up. Throws an Error when it cannot be read or its name holds no serial number.
+SideInput openSide(const std::string& path);
+
+/// Opens a recording and looks up what the settings say of its sensor. Throws an Error as openPass() does.
+SideInput openSide(const std::string& path, const StationSettings& settings, int mode);
+
+/// Throws an Error for recordings of one name or of one sensor.
+void checkSidesDiffer(const SideInput& first, const SideInput& second);
+
 /// Opens the recordings and looks up what the settings say of them. Throws an Error when something is missing, wrong or
 /// does not fit.
 PassInputs openPass(const std::vector<std::string>& recordings, const StationSettings& settings,

@@ -75,4 +75,24 @@ PairPicture pairPicture(const PassResult& result, int number, const std::vector<
     return picture;
 }
 
+std::vector<RawPicture> rawPictures(const PassResult& result, const std::vector<MeasuredSide>& sides) {
+    std::vector<RawPicture> pictures;
+    for (std::size_t side = 0; side < sides.size(); ++side) {
+        const WheelCollector& found = sides[side].found;
+        if (found.wheels().empty()) {
+            RawPicture raw{side,
+                           found.sample().profiles(),
+                           found.sample().points(),
+                           found.levelCount().below,
+                           found.levelCount().points,
+                           std::nullopt};
+            if (result.mode == KxMath::KxModeWithLowLine) {
+                raw.low = fromKxLine(sides[side].input.detection.low);
+            }
+            pictures.push_back(std::move(raw));
+        }
+    }
+    return pictures;
+}
+
 } // namespace KxInspect::detail

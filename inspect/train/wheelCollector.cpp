@@ -33,6 +33,7 @@ void WheelCollector::add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record) 
         ++cloudSections_;
     }
     countPoints(record.points);
+    sample_.add(record.points);
     if (detector_.add(record)) { // cleans the points
         if (detector_.profile() == 1) {
             const int number = cloudSections_ + profileRecords_;
@@ -42,6 +43,7 @@ void WheelCollector::add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record) 
         wheels_.back().profiles.push_back(std::exchange(record.points, {}));
         wheels_.back().places.push_back(record.z);
     } else if (detector_.discarded() > 0) {
+        longestDiscarded_ = std::max(longestDiscarded_, detector_.discarded());
         wheels_.pop_back();
     }
 }

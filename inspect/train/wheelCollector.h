@@ -1,6 +1,8 @@
 // The wheels of a recording as profiles in memory.
 #pragma once
 
+#include "inspect/train/rawSample.h"
+
 #include <KxMath/KxProfileZ.h>
 #include <KxMath/KxRecording.h>
 #include <KxMath/KxWheelDetection.h>
@@ -51,6 +53,8 @@ public:
     int cloudSections() const { return cloudSections_; }
     int profileRecords() const { return profileRecords_; }
     const LevelCount& levelCount() const { return levelCount_; } ///< of the points as they were recorded
+    int longestDiscarded() const { return longestDiscarded_; } ///< profiles of the longest run that was too short
+    const RawSample& sample() const { return sample_; }
 
     /// True when the records tell where along the train they were taken: all have a z, none is below the one before,
     /// and the last is above the first.
@@ -63,6 +67,8 @@ private:
     KxMath::KxWheelDetector detector_;
     KxMath::KxLine level_;
     LevelCount levelCount_;
+    RawSample sample_;
+    int longestDiscarded_ = 0;
     std::vector<FoundWheel> wheels_;
     std::vector<WheelStart> starts_;
     int cloudSections_ = 0;

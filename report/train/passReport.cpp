@@ -6,6 +6,7 @@
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
 #include "report/train/defectPlots.h"
+#include "report/train/noWheels.h"
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
@@ -56,7 +57,7 @@ void addFacts(const PassResult& pass, Page& page) {
     };
     std::vector<Fact> facts = {{QStringLiteral("Wheels found, sides 1 / 2"),
                                 QStringLiteral("%1 / %2").arg(first).arg(second),
-                                first == second ? Tone::Plain : Tone::Bad},
+                                first == second && first > 0 ? Tone::Plain : Tone::Bad},
                                {QStringLiteral("Smallest distance"), length(distances.min)},
                                {QStringLiteral("Largest distance"), length(distances.max)},
                                badFact(pass, PassQuestion::Distance, QStringLiteral("Distances out of tolerance"))};
@@ -193,6 +194,7 @@ QString passReport(const PassResult& pass) {
     for (const std::string& warning : pass.warnings) {
         page.warning(QString::fromStdString(warning));
     }
+    addRawProfiles(pass, page);
     addRecordings(pass, page);
     addWheelsAlongPass(pass, page);
     addDistances(pass, page);

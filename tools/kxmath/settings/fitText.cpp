@@ -1,0 +1,94 @@
+// A fit of settings as text for the standard output.
+#include "tools/kxmath/settings/fitText.h"
+
+#include "tools/kxmath/console/numbers.h"
+#include "tools/kxmath/console/printable.h"
+#include "tools/kxmath/console/textTable.h"
+
+#include <cmath>
+
+namespace kxtool {
+
+using namespace KxInspect;
+
+namespace {
+
+QString number(double value, int decimals) {
+    return fixedText(static_cast<float>(value), decimals);
+}
+
+QString lineText(const std::optional<Line>& line) {
+    return line ? QStringLiteral("%1 %2").arg(shortestText(line->slope), shortestText(line->intercept))
+                : QStringLiteral("- -");
+}
+
+QString linesTable(const StationFit& fit) {
+    std::vector<QStringList> rows = {
+        {QStringLiteral("serial"), QStringLiteral("line"), QStringLiteral("slope"), QStringLiteral("intercept")}};
+    for (const FittedSensor& sensor : fit.sensors) {
+        const auto add = [&](const char* name, const std::optional<Line>& line) {
+            const QStringList values = lineText(line).split(QLatin1Char(' '));
+            rows.push_back({QString::number(sensor.serial), QLatin1String(name), values[0], values[1]});
+        };
+        add("reference", sensor.reference);
+        add("level", sensor.level);
+        add("low", sensor.low);
+        if (sensor.treadHigh) {
+            add("tread high", sensor.treadHigh);
+            add("tread low", sensor.treadLow);
+        }
+    }
+    return textTable(rows);
+}
+
+QString sensorText(const FittedSensor& sensor) {
+    QString files;
+    for (const std::string& file : sensor.files) {
+        files += (files.isEmpty() ? QString() : QStringLiteral(", ")) + printable(QString::fromStdString(file));
+    }
+    QString text = QStringLiteral("Sensor %1: %2; %3 records, noise %4 mm")
+                       .arg(sensor.serial)
+                       .arg(files)
+                       .arg(sensor.records)
+                       .arg(number(sensor.noise, 3));
+    if (sensor.level) {
+        text += QStringLiteral(", %1 wheels; level line %2 mm beyond the faces (%3 to %4 measure alike), offsets "
+                               "differ by %5 mm from whole faces")
+                    .arg(sensor.wheels.size())
+                    .arg(number(sensor.margin, 1), number(sensor.fromMargin, 1), number(sensor.toMargin, 1),
+                         number(sensor.deviation, 3));
+    }
+    return text + QLatin1Char('\n');
+}
+
+QString pairsTable(const StationFit& fit) {
+    std::vector<QStringList> rows = {{QStringLiteral("pass"), QStringLiteral("pair"), QStringLiteral("given"),
+                                      QStringLiteral("measured"), QStringLiteral("residual")}};
+    for (const FittedPair& pair : fit.pairs) {
+        rows.push_back({QString::number(pair.pass), QString::number(pair.pair), number(pair.given, 3),
+                        number(pair.measured, 3), number(pair.residual, 3)});
+    }
+    return textTable(rows);
+}
+
+} // namespace
+
+QString fitText(const StationFit& fit) {
+    QString text;
+    for (const FittedSensor& sensor : fit.sensors) {
+        text += sensorText(sensor);
+    }
+    text += QLatin1Char('\n') + linesTable(fit);
+    if (!fit.pairs.empty()) {
+        text += QLatin1Char('\n') + pairsTable(fit);
+        text +=
+            QStringLiteral("\nBase distance %1 mm; residuals %2 mm rms, %3 mm at most, of %4 distances. Wheels have "
+                           "%5 profiles or more.\n")
+                .arg(number(static_cast<double>(fit.baseDistance), 3), number(fit.rms(), 3), number(fit.largest(), 3))
+                .arg(fit.known())
+                .arg(fit.minProfilesInWheel);
+    }
+    return text;
+}
+
+} // namespace kxtool
