@@ -6,6 +6,7 @@
 #include <KxMath/KxMathVersion.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace KxInspect {
 
@@ -27,11 +28,16 @@ QJsonValue textOrNull(const std::string& text) {
 
 QJsonObject patchObject(const GridResult& result, std::size_t index) {
     const Patch& patch = result.found.patches[index];
+    QJsonObject reasons;
+    if (std::isnan(patch.deviation)) {
+        reasons[QStringLiteral("deviation")] = QStringLiteral("one cell has no spread");
+    }
     return {{QStringLiteral("seed"), static_cast<qint64>(index + 1)},
             {QStringLiteral("cells"), static_cast<qint64>(patch.cells)},
             {QStringLiteral("area"), jsonNumber(patch.area)},
             {QStringLiteral("mean"), jsonNumber(patch.mean)},
             {QStringLiteral("deviation"), jsonNumber(patch.deviation)},
+            {QStringLiteral("reasons"), reasons},
             {QStringLiteral("x"), rangeArray(patch.x)},
             {QStringLiteral("y"), rangeArray(patch.y)},
             {QStringLiteral("z"), rangeArray(patch.z)},
@@ -45,6 +51,17 @@ QJsonObject searchObject(const PatchSearch& search) {
             {QStringLiteral("tolerance"), jsonNumber(search.tolerance)},
             {QStringLiteral("minCount"), search.minCount},
             {QStringLiteral("maxDrop"), jsonNumber(search.maxDrop)}};
+}
+
+/// Why members are null.
+QJsonObject reasonsObject(const GridResult& result) {
+    QJsonObject reasons;
+    if (result.found.meanRange.isEmpty()) {
+        for (const char* const member : {"meanRange", "search"}) {
+            reasons[QLatin1String(member)] = QStringLiteral("no block has a height");
+        }
+    }
+    return reasons;
 }
 
 QJsonValue edgeCutValue(const PatchResult& found) {
@@ -127,6 +144,7 @@ HeightMap readMap(const JsonValue& json) {
     map.columns = json["columns"].wholeNumber();
     map.pitch = json["step"].number();
     map.gap = json["gap"].number();
+    map.interpolatedRows = json["interpolatedRows"].wholeNumber(0);
     map.originX = json["originX"].number();
     map.originZ = json["originZ"].number();
     require(map.rows > 0 && map.columns > 0, "rows", "holds a map without cells");
@@ -172,6 +190,7 @@ std::string toJson(const GridResult& result, Pictures pictures) {
                             {QStringLiteral("gap"), jsonNumber(map.gap)},
                             {QStringLiteral("rows"), map.rows},
                             {QStringLiteral("columns"), map.columns},
+                            {QStringLiteral("interpolatedRows"), map.interpolatedRows},
                             {QStringLiteral("originX"), jsonNumber(map.originX)},
                             {QStringLiteral("originZ"), jsonNumber(map.originZ)},
                             {QStringLiteral("heights"), static_cast<qint64>(result.heights)},
@@ -179,6 +198,7 @@ std::string toJson(const GridResult& result, Pictures pictures) {
                             {QStringLiteral("blockSize"), result.found.blockSize},
                             {QStringLiteral("meanRange"), rangeArray(result.found.meanRange)},
                             {QStringLiteral("edgeCut"), edgeCutValue(result.found)},
+                            {QStringLiteral("reasons"), reasonsObject(result)},
                             {QStringLiteral("search"), searchObject(result.found.search)},
                             {QStringLiteral("folder"), textOrNull(result.folder)},
                             {QStringLiteral("seeds"), patches},

@@ -67,7 +67,9 @@ void measureHeights(const PatchCloud& cloud, Patch& patch) {
     }
     const double count = static_cast<double>(cloud.points.size());
     patch.mean = static_cast<float>(first + sum / count);
-    patch.deviation = static_cast<float>(std::sqrt(std::max(0.0, squares / count - sum / count * (sum / count))));
+    if (cloud.points.size() > 1) { // a single height has none
+        patch.deviation = static_cast<float>(std::sqrt(std::max(0.0, squares / count - sum / count * (sum / count))));
+    }
 }
 
 /// Adds the points, in coordinates of the scan.
@@ -131,6 +133,9 @@ PatchResult findPatches(const HeightMap& map, const PatchOptions& options, const
     }
     step(progress, "searching patches");
     const PatchSearch search = result.search = detail::chooseSearch(options, map, result);
+    if (result.meanRange.isEmpty()) {
+        return result; // nothing to search
+    }
     PatchClouds found;
     blocks.histos.extractSeeds(blocks.matrix, &found.clouds, search.start, search.end, search.step, search.tolerance,
                                search.minCount, search.maxDrop);

@@ -4,6 +4,7 @@
 #include "inspect/base/points.h"
 #include "inspect/fitting/median.h"
 #include "inspect/scan/arguments.h"
+#include "inspect/scan/rowsBetween.h"
 
 #include <KxMath/KxMatrixCloud.h>
 #include <KxMath/KxProfileZ.h>
@@ -21,13 +22,26 @@ using KxMath::KxProfileZSet;
 constexpr double kMostSlices = 1e6;
 constexpr double kMaxCells = 4e7; ///< a block mean takes 24 bytes
 
+/// The profiles, by their positions where that is wanted.
+std::vector<const Profile*> profilesOf(const Scan& scan, bool isSorted) {
+    std::vector<const Profile*> profiles;
+    for (const Profile& profile : scan.profiles) {
+        profiles.push_back(&profile);
+    }
+    if (isSorted) {
+        std::stable_sort(profiles.begin(), profiles.end(),
+                         [](const Profile* a, const Profile* b) { return a->z < b->z; });
+    }
+    return profiles;
+}
+
 /// Removes points without a position or height from the profiles: a NaN would spread to neighbouring cells and disturb
 /// the sorting. @return whether points remain
-bool copyProfiles(const Scan& scan, KxProfileZSet& set) {
+bool copyProfiles(const std::vector<const Profile*>& profiles, KxProfileZSet& set) {
     bool hasPoints = false;
-    for (const Profile& profile : scan.profiles) {
-        KxProfileZ copy(profile.z);
-        copy.points = detail::toList(profile.points);
+    for (const Profile* const profile : profiles) {
+        KxProfileZ copy(profile->z);
+        copy.points = detail::toList(profile->points);
         copy.points.removeIf([](const KxPointXY& p) { return !std::isfinite(p.x) || !std::isfinite(p.y); });
         hasPoints |= !copy.points.isEmpty();
         set.profiles.append(copy);
@@ -68,17 +82,16 @@ float pointSpacing(const KxProfileZSet& set) {
     return detail::median(distances, 0.0f);
 }
 
-void checkSize(float pitch, KxProfileZSet& set) {
+void checkSize(float pitch, const KxProfileZSet& set, double rows) {
     const double extent = static_cast<double>(set.maxX) - static_cast<double>(set.minX);
     const double columns = std::ceil(extent / static_cast<double>(pitch));
-    const double rows = set.size();
     const QString size =
         QStringLiteral("a pitch of %1 mm makes a grid of %2 rows and %3 columns").arg(pitch).arg(rows).arg(columns);
-    if (rows < 2 || !(columns >= 2)) {
+    if (!(rows >= 2) || !(columns >= 2)) {
         detail::fail(ErrorKind::NoResult, {{}, {}, "pitch"},
                      QStringLiteral("no height map: %1; at least 2 of each are needed").arg(size));
     }
-    if (rows * columns > kMaxCells) {
+    if (!(rows * columns <= kMaxCells)) {
         detail::failArgument("pitch",
                              QStringLiteral("%1, more than %2 million cells in all").arg(size).arg(kMaxCells / 1e6));
     }
@@ -93,6 +106,26 @@ std::vector<float> heightsOf(const KxMath::KxMatrixCloud& matrix) {
     return heights;
 }
 
+std::vector<float> positionsOf(const KxProfileZSet& set) {
+    std::vector<float> positions;
+    std::transform(set.profiles.cbegin(), set.profiles.cend(), std::back_inserter(positions),
+                   [](const KxProfileZ& profile) { return profile.z; });
+    return positions;
+}
+
+/// Profiles that are further apart than the gap leave the rows between them empty.
+void checkDistance(float distance, float gap, float pitch) {
+    if (distance > gap) {
+        detail::failArgument(
+            "pitch", QStringLiteral("a pitch of %1 mm leaves rows empty: the profiles are %2 mm apart, further than "
+                                    "the gap of %3 mm between which heights are interpolated; take a pitch or a "
+                                    "gap of at least %2 mm")
+                         .arg(pitch)
+                         .arg(distance)
+                         .arg(gap));
+    }
+}
+
 } // namespace
 
 HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options, const Progress& progress) {
@@ -101,21 +134,28 @@ HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options, const
     if (options.gap) {
         detail::checkAbove0("gap", *options.gap);
     }
+    const float distance = detail::profileDistance(scan);
+    const bool hasRowsBetween = distance > options.pitch; // NaN: false
     KxProfileZSet set;
-    if (!copyProfiles(scan, set)) {
+    if (!copyProfiles(profilesOf(scan, hasRowsBetween), set)) {
         detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no height map: the scan has no points"));
     }
-    set.stepZ = scan.distance;
-    if (scan.distance != options.pitch) { // NaN: true
+    set.stepZ = hasRowsBetween ? options.pitch : scan.distance;
+    if (!hasRowsBetween && scan.distance != options.pitch) { // NaN: true
         slice(options.pitch, set);
     }
     set.calcRange();
-    checkSize(options.pitch, set);
+    const std::vector<float> positions = positionsOf(set);
+    checkSize(options.pitch, set,
+              hasRowsBetween ? detail::rowsFrom(positions, options.pitch) : static_cast<double>(set.size()));
+    HeightMap map;
+    map.gap = options.gap ? *options.gap : kGapInSpacings * std::max(options.pitch, pointSpacing(set));
+    if (hasRowsBetween) {
+        checkDistance(distance, map.gap, options.pitch);
+    }
     if (progress) {
         progress("making the grid", 0.0);
     }
-    HeightMap map;
-    map.gap = options.gap ? *options.gap : kGapInSpacings * std::max(options.pitch, pointSpacing(set));
     KxMath::KxMatrixCloud matrix;
     if (set.toMatrixCloud(matrix, map.gap, options.pitch) == 0) { // the column at the smallest x always has a height
         detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no height map: not enough memory"));
@@ -124,8 +164,11 @@ HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options, const
     map.columns = matrix.columns;
     map.pitch = options.pitch;
     map.originX = matrix.minX;
-    map.originZ = std::as_const(set.profiles).constFirst().z;
+    map.originZ = positions.front();
     map.heights = heightsOf(matrix);
+    if (hasRowsBetween) {
+        detail::interpolateRows(positions, map);
+    }
     return map;
 }
 

@@ -8,7 +8,11 @@ namespace KxInspect {
 
 namespace {
 
-std::string noPatchText(const PatchSearch& search) {
+std::string noPatchText(const PatchResult& found) {
+    if (found.meanRange.isEmpty()) {
+        return "no seed: no block has a height";
+    }
+    const PatchSearch& search = found.search;
     return QStringLiteral("no seed: no connected patch of %1 cells, with steps below %2 mm, from height %3 to %4")
         .arg(search.minCount)
         .arg(search.tolerance)
@@ -33,7 +37,7 @@ GridResult measureGrid(const std::string& path, const GridOptions& options, cons
     }
     result.found = findPatches(result.map, options.patches, progress);
     if (result.found.patches.empty()) {
-        result.warnings.push_back(noPatchText(result.found.search));
+        result.warnings.push_back(noPatchText(result.found));
     }
     return result;
 }

@@ -47,11 +47,15 @@ float defaultTolerance(const HeightMap& map, const std::vector<float>& means, co
 } // namespace
 
 PatchSearch chooseSearch(const PatchOptions& options, const HeightMap& map, const PatchResult& blocks) {
-    const Range range = blocks.meanRange.isEmpty() ? Range{0.0f, 0.0f} : blocks.meanRange;
+    constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+    const bool isEmpty = blocks.meanRange.isEmpty();
+    const Range range = isEmpty ? Range{kNaN, kNaN} : blocks.meanRange;
     PatchSearch search;
     search.start = options.start.value_or(range.max);
     search.end = options.end.value_or(range.min);
-    search.tolerance = options.tolerance ? *options.tolerance : defaultTolerance(map, blocks.means, range);
+    search.tolerance = options.tolerance ? *options.tolerance
+                       : isEmpty         ? kNaN
+                                         : defaultTolerance(map, blocks.means, range);
     search.step = options.step.value_or(search.tolerance);
     search.minCount = options.minCount.value_or(2 * std::max(map.rows, map.columns));
     search.maxDrop = options.maxDrop;

@@ -43,10 +43,16 @@ void addFacts(const GridResult& grid, Page& page) {
 void addHeights(const GridResult& grid, Page& page) {
     const QString scale = isToScale(grid) ? QString() : QStringLiteral(" The scale of x is larger than that of z.");
     page.heading(QStringLiteral("Height map"));
+    const int between = grid.map.interpolatedRows;
+    const QString interpolated =
+        between == 0 ? QString()
+                     : QStringLiteral(" %1 rows are between two profiles, with heights on the straight lines between "
+                                      "theirs.")
+                           .arg(between);
     page.figure(heightPicture(grid),
                 QStringLiteral("The height y of each cell. White cells have no height: the neighbouring points of the "
-                               "profile are more than %1 mm apart.%2")
-                    .arg(shortestText(grid.map.gap), scale));
+                               "profile are more than %1 mm apart.%2%3")
+                    .arg(shortestText(grid.map.gap), interpolated, scale));
 }
 
 void addMeans(const GridResult& grid, Page& page) {

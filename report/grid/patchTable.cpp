@@ -39,6 +39,9 @@ QStringList patchRow(const KxInspect::GridResult& grid, std::size_t index) {
 }
 
 QString searchText(const KxInspect::PatchSearch& search) {
+    if (std::isnan(search.start) || std::isnan(search.end) || std::isnan(search.tolerance)) {
+        return QStringLiteral("nothing to search, no block has a height");
+    }
     const auto length = [](float value) { return QString::number(static_cast<double>(value), 'g', 4); };
     QString text = QStringLiteral("levels from %1 down to %2 mm, %3 mm apart, tolerance %4 mm, at least %5 cells")
                        .arg(length(search.start), length(search.end), length(search.step), length(search.tolerance))

@@ -3,6 +3,8 @@
 
 #include <KxInspect/HeightMap.h>
 
+#include <algorithm>
+
 using namespace scan_test;
 
 namespace {
@@ -86,6 +88,37 @@ TEST(HeightMap, ProfilesAtAnotherDistanceAreSlicedFirst) {
     expectSliced(kNaN); // not known: by the positions of the profiles
 }
 
+TEST(HeightMap, RowsBetweenProfilesAreInterpolatedWithinTheGap) {
+    const struct {
+        float distance, pitch;
+        int rows, interpolated;
+    } cases[] = {{1.0f, 0.5f, 21, 10}, {1.25f, 0.5f, 26, 20}, {0.75f, 0.625f, 13, 10}, {1.125f, 0.375f, 31, 20}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.distance);
+        Scan scan = makeScan(c.distance);
+        const HeightMap map = makeHeightMap(scan, {c.pitch, 2.5f});
+        EXPECT_EQ(map.rows, c.rows);
+        EXPECT_EQ(map.interpolatedRows, c.interpolated);
+        EXPECT_EQ(map.originZ, kFirstZ);
+        const auto isEmpty = [&](int row, float) { // next to the profile without points
+            const double profile = row * double(c.pitch) / double(c.distance);
+            return profile > 3.001 && profile < 4.999;
+        };
+        expectPlane(map, isEmpty);
+        scan.distance = kNaN; // by the positions of the profiles, in whatever order
+        std::reverse(scan.profiles.begin(), scan.profiles.end());
+        const HeightMap same = makeHeightMap(scan, {c.pitch, 2.5f});
+        EXPECT_EQ(same.rows, c.rows);
+        expectPlane(same, isEmpty);
+    }
+    // One distance that is wider than the gap.
+    Scan scan = makeScan(1.0f);
+    scan.profiles.erase(scan.profiles.begin() + 7, scan.profiles.begin() + 9);
+    scan.distance = kNaN;
+    expectPlane(makeHeightMap(scan, {0.5f, 2.0f}),
+                [](int row, float) { return (row > 6 && row < 10) || (row > 12 && row < 18); });
+}
+
 TEST(HeightMap, BlockMeansAreOverTheCellsBefore) {
     HeightMap map{3, 4, 1.0f, 1.0f, 0.0f, 0.0f, {1, 2, 4, 8, 16, kNaN, 64, 128, 256, 512, 1024, 2048}};
     const std::vector<float> means = blockMeans(map, 2);
@@ -111,6 +144,11 @@ TEST(HeightMap, Refuses) {
         {"gap", make(0.5f, -1.0f), ErrorKind::BadArgument, "gap"},
         {"slices", make(1e-6f), ErrorKind::BadArgument, "pitch"},
         {"cells", make(5e-4f), ErrorKind::BadArgument, "pitch"},
+        {"profiles apart",
+         [] {
+             makeHeightMap(makeScan(3.0f), {0.5f, 2.9f});
+         },
+         ErrorKind::BadArgument, "pitch"},
         {"one row", make(100.0f), ErrorKind::NoResult, "pitch"},
         {"no profiles", [] { makeHeightMap({}, {}); }, ErrorKind::NoResult, ""},
     });

@@ -42,7 +42,7 @@ int run(const GridArguments& arguments) {
     for (const std::string& warning : grid.warnings) {
         printLine(kName, QStringLiteral("warning: ") + QString::fromStdString(warning));
     }
-    return Done;
+    return arguments.failOn.exitCode(kName, Done, {{Verdict::NotJudged, grid.found.patches.empty() ? 1u : 0u}});
 }
 
 } // namespace

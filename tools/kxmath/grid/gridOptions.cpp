@@ -34,9 +34,10 @@ constexpr const char* kDetails =
 --out writes 3-D clouds, seed-001.bin and so on, in the coordinates of the scan. A folder that
 already holds such files is refused.
 
-JSON fields: command, version, set, records, emptyRecords, step, gap, rows, columns, originX,
-originZ, heights, heightRange, blockSize, meanRange, edgeCut, search, folder, seeds (seed, cells,
-area, mean, deviation, x, y, z, file), warnings. A missing value is null; lengths are in mm.
+JSON fields: command, version, set, records, emptyRecords, step, gap, rows, columns, interpolatedRows,
+originX, originZ, heights, heightRange, blockSize, meanRange, edgeCut, search, folder, seeds (seed,
+cells, area, mean, deviation, x, y, z, file, reasons), reasons, warnings. A missing value is null,
+and reasons says why; lengths are in mm.
 
 Exit codes:
   0  done, also when no seed is found
@@ -44,8 +45,11 @@ Exit codes:
   2  wrong use
   3  the scan is missing, unreadable, damaged or without points
   4  an output could not be written
+  5  a verdict of --fail-on was given
   6  not enough memory
 )";
+
+const std::vector<PossibleVerdict> kVerdicts = {{Verdict::NotJudged, "no seed was found"}};
 
 void declare(Options& options) {
     const auto add = [&](const char* name, const char* help, const char* value, const char* byDefault = "") {
@@ -54,11 +58,13 @@ void declare(Options& options) {
     options.addArgument("SET", QStringLiteral("The scan."));
     add("step", "Pitch of the grid along both axes, mm.", "S");
     add("z0", "Position of the first profile, mm. Default: 0.", "Z", "0");
-    add("dz", "Distance of the profiles, mm. Default: S; for another value the scan is first cut into slices S apart.",
+    add("dz",
+        "Distance of the profiles, mm. Default: S. Closer ones are first put into slices S apart; between others "
+        "heights are interpolated within G, and profiles further apart than that are refused.",
         "D");
     add("gap",
-        "Largest distance of neighbouring points between which heights are interpolated, mm. Default: 2.5 times the "
-        "larger of S and the median distance of the points.",
+        "Largest distance of neighbouring points and profiles between which heights are interpolated, mm. Default: 2.5 "
+        "times the larger of S and the median distance of the points.",
         "G");
     add("blocks", "Rows and columns of a block for the block means. Default: 4.", "N", "4");
     add("edge-cut",
@@ -69,6 +75,7 @@ void declare(Options& options) {
     add("out", "Writes each seed as a cloud file into this folder; it is created if missing.", "DIR");
     add("json", "Writes the result as JSON; - is the standard output, instead of the table.", "FILE");
     add("report", "Writes a report with pictures, one HTML file.", "FILE");
+    FailOn::declare(options, kVerdicts);
 }
 
 /// Reads the fields of --seeds. An empty or missing field keeps its default.
@@ -119,8 +126,12 @@ std::optional<GridArguments> parseGridArguments(const QStringList& arguments) {
         return {};
     }
     options.output("out"); // an empty name is refused
-    return GridArguments{options.arguments("scan", 1, 1).constFirst(), gridOptions(options), options.text("out"),
-                         options.output("json"), options.output("report")};
+    return GridArguments{options.arguments("scan", 1, 1).constFirst(),
+                         gridOptions(options),
+                         options.text("out"),
+                         options.output("json"),
+                         options.output("report"),
+                         FailOn(options, kVerdicts)};
 }
 
 } // namespace kxtool

@@ -1,6 +1,7 @@
 // The arguments of kxmath grid.
 #pragma once
 
+#include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/outputFile.h"
 
 #include <KxInspect/Grid.h>
@@ -17,6 +18,7 @@ struct GridArguments {
     QString patchFolder; ///< empty for no files
     OutputFile json;
     OutputFile report;
+    FailOn failOn;
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when --help was given and the help was printed.

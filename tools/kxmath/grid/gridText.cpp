@@ -36,6 +36,11 @@ QString gridText(const KxInspect::GridResult& grid) {
                 .arg(grid.heights)
                 .arg(std::int64_t{map.rows} * std::int64_t{map.columns})
                 .arg(fixedText(grid.heightRange.min, kDecimals), fixedText(grid.heightRange.max, kDecimals));
+    if (map.interpolatedRows > 0) {
+        text += QStringLiteral("Rows: %1 of %2 are between two profiles and interpolated\n")
+                    .arg(map.interpolatedRows)
+                    .arg(map.rows);
+    }
     if (grid.found.edgeCut) {
         text += QStringLiteral("Edges: %1 cells cut away at steps below %2 mm\n")
                     .arg(grid.found.cutCells)
