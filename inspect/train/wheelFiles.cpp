@@ -2,6 +2,9 @@
 #include "inspect/train/wheelFiles.h"
 
 #include "inspect/base/error.h"
+#include "inspect/base/paths.h"
+
+#include <KxInspect/AtomicFile.h>
 
 #include <QtCore/QByteArrayList>
 #include <QtCore/QDir>
@@ -15,32 +18,22 @@ namespace KxInspect::detail {
 
 namespace {
 
-[[noreturn]] void failFile(const char* role, const QFile& file) {
-    fail(ErrorKind::Unwritable, {role, file.fileName().toStdString(), {}},
-         QStringLiteral("cannot be written: ") + file.errorString());
-}
-
-/// Writes a file by `write(file)`, which returns false on failure.
-template <typename Write>
-void writeFile(const char* role, const QString& path, qint64 size, Write write) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || !write(file) || !file.flush() ||
-        file.size() != size) {
-        failFile(role, file);
-    }
-}
-
 void writeText(const QString& path, const QByteArray& text) {
-    writeFile("file", path, text.size(), [&](QFile& file) { return file.write(text) == text.size(); });
+    writeWholeFile({"file", path.toStdString(), {}}, {text.constData(), static_cast<std::size_t>(text.size())});
 }
 
 void writeProfile(const QString& path, const PointList& points) {
     constexpr qint64 kHead = 3; // bytes
     constexpr qint64 kPoint = 8;
+    AtomicFile whole({"wheel file", path.toStdString(), {}});
     KxMath::KxProfile profile;
     profile.points = points;
-    writeFile("wheel file", path, kHead + kPoint * points.size(),
-              [&](QFile& file) { return profile.writeToFile(file); });
+    QFile file(toQt(whole.path()));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || !profile.writeToFile(file) || !file.flush()) {
+        whole.fail(file.errorString().toStdString());
+    }
+    file.close();
+    whole.commit(static_cast<std::uint64_t>(kHead + kPoint * points.size()));
 }
 
 void makeFolder(const QString& path) {
@@ -58,11 +51,19 @@ void writeStartsTable(const QString& path, const std::vector<WheelStart>& starts
     for (const WheelStart& start : starts) {
         table.points.append(KxMath::KxPointXY(static_cast<float>(start.wheel), static_cast<float>(start.record)));
     }
-    const bool isOpened = table.writeToCSVFile(path);
-    QFile file(path); // the core does not report a full disk
-    if (!isOpened || !file.open(QIODevice::ReadOnly) || file.readAll().count('\n') != table.points.size()) {
-        failFile("file", file);
+    AtomicFile whole({"file", path.toStdString(), {}});
+    QFile file(toQt(whole.path()));
+    const bool isOpened = table.writeToCSVFile(file.fileName());
+    // The core does not report a full disk: what it wrote is read again.
+    if (!isOpened || !file.open(QIODevice::ReadOnly)) {
+        whole.fail(file.errorString().toStdString());
     }
+    const QByteArray text = file.readAll();
+    if (text.count('\n') != table.points.size()) {
+        whole.fail("only " + std::to_string(text.size()) + " bytes were stored");
+    }
+    file.close();
+    whole.commit(static_cast<std::uint64_t>(text.size()));
 }
 
 /// A number of a wheel that was too short comes again; the later start counts. In the order of QSettings: by the text.
