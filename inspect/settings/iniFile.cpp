@@ -57,9 +57,12 @@ QString lacksKey(const QString& key) {
 }
 
 IniFile::IniFile(const std::string& path) : path_(path), store_(readable(path, copy_), QSettings::IniFormat) {
-    store_.allKeys(); // sections are parsed when they are first looked into
+    const bool isEmpty = store_.allKeys().isEmpty(); // sections are parsed when they are first looked into
     if (store_.status() != QSettings::NoError) {
         fail(ErrorKind::Damaged, {"settings", path, {}}, QStringLiteral("cannot be parsed as an INI file"));
+    }
+    if (isEmpty && QFileInfo(store_.fileName()).size() > 0) { // QSettings does not report that reading fails
+        fail(ErrorKind::Damaged, {"settings", path, {}}, QStringLiteral("hold no key that could be read"));
     }
 }
 
