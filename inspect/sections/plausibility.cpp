@@ -33,7 +33,10 @@ QString wheelContradiction(const std::vector<Point>& wheel) {
         if (std::isnan(height) || (height >= kMinFlangeHeight && height <= kMaxFlangeHeight)) {
             return {};
         }
-        return QStringLiteral("has no flange of the usual height 70 mm inside the tape circle");
+        return QStringLiteral(
+                   "has a flange %1 mm high, from its tip to the tread at the tape circle; usual are %2 to %3 mm")
+            .arg(QString::number(static_cast<double>(height), 'f', 1), QString::number(kMinFlangeHeight),
+                 QString::number(kMaxFlangeHeight));
     }
     if (highest->x - back < width * 0.4f && tread - highest->y >= kMinFlangeHeight) {
         return QStringLiteral("looks upside down (its y should point down; see --up)");

@@ -102,14 +102,13 @@ TEST_F(Train, FailsOnVerdicts) {
         {{0.5f, SeenWheel(), 0.0f}, "out", 0, ""},
         {{0.5f, SeenWheel(), 0.0f}, "out,not-judged", 5, "1 x not-judged"},
         {{SeenWheel(), SeenWheel(), SeenWheel()}, "not-judged", 1, "no distance"},
-        {{0.5f, -2.5f, 0.0f}, "defect", 2, "--fail-on defect is for --defects"},
     };
     for (const auto& [right, list, code, message] : cases) {
         SCOPED_TRACE(list);
         writeRecordings({0.25f, -1.0f, 0.5f}, right);
         const ToolResult result = run(with({"--fail-on", list, "--csv", "verdicts.csv"}), code);
         EXPECT_TRUE(result.errors.contains(message)) << result.errors.toStdString();
-        EXPECT_EQ(result.output.contains("distances measured"), code != 2);
+        EXPECT_TRUE(result.output.contains("distances measured"));
     }
 }
 
