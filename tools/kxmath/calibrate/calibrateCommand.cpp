@@ -64,7 +64,7 @@ const std::vector<PossibleVerdict> kVerdicts = {{Verdict::Out, "a flank is off t
 
 void addOptions(Options& options) {
     options.addArgument("PROFILE...", QStringLiteral("Profiles of the object, of one pose."));
-    options.addOption("position", QStringLiteral("Placement code of the sensor; required."), "N");
+    options.addOption("position", QStringLiteral("Placement code of the sensor, 1 to 5; required."), "N");
     addObjectOptions(options);
     options.addOption(
         "sensor-y",
@@ -101,7 +101,7 @@ Arguments readArguments(const Options& options) {
                 options.output("report"),
                 FailOn(options, kVerdicts)};
     options.needed("position");
-    a.task.placement = options.wholeNumber("position");
+    a.task.placement = options.wholeNumber("position", 1, 5); // others would count as 1
     a.task.object = objectOption(options, a.task.placement);
     constexpr double kFarthest = 1e6;
     a.task.sensorY = options.numberIfSet("sensor-y", {-kFarthest, kFarthest});

@@ -105,11 +105,12 @@ void parseSeeds(const Options& options, KxInspect::PatchOptions& patches) {
 
 KxInspect::GridOptions gridOptions(const Options& options) {
     constexpr int kLargestBlock = 1000;
+    constexpr double kFarthest = 1e6; // farther away, floats no longer tell neighbouring rows apart
     options.needed("step");
     KxInspect::GridOptions grid;
     grid.map.pitch = options.number("step", kAbove0);
     grid.map.gap = options.numberIfSet("gap", kAbove0);
-    grid.firstZ = options.number("z0");
+    grid.firstZ = options.number("z0", {-kFarthest, kFarthest});
     grid.distance = options.numberIfSet("dz", kAbove0);
     grid.patches.blockSize = options.wholeNumber("blocks", 1, kLargestBlock);
     grid.patches.edgeCut = options.numberIfSet("edge-cut");
