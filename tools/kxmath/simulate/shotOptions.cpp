@@ -104,7 +104,7 @@ std::optional<kxsim::CalibrationShots> shotOptions(const Options& options) {
         return std::nullopt;
     }
     kxsim::CalibrationShots shots;
-    shots.placement = options.wholeNumber(kCalibration);
+    shots.placement = options.wholeNumber(kCalibration, 1, 5);
     shots.object = objectOption(options, shots.placement);
     shots.sensor = sensorOptions(options);
     shots.profiles = options.wholeNumber(kProfiles, 1, 10000);
