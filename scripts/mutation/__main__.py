@@ -90,7 +90,7 @@ def main():
             show(fault, "fault")
         return 0
     trial.copy_tree()
-    programs = trial.build_programs(all(f["file"].startswith(trial.CORE) for f in faults))
+    programs = trial.build_programs({operators.layer_of(f["file"]) for f in faults})
     done, start = [], time.monotonic()
     for fault in faults:
         if len(done) == count:

@@ -159,7 +159,7 @@ def listed(root, path):
         lines = [line for line in record.splitlines() if line and not line.startswith("//")]
         if not lines:
             continue
-        meaning, file, before, after = (line[2:] if line[1:2] == " " else line for line in lines)
+        meaning, file, before, after = lines
         text = (root / file).read_text() if (root / file).exists() else ""
         places = [i for i, line in enumerate(text.splitlines()) if before in line]
         if len(places) == 1 and text.count(before) == 1:

@@ -91,22 +91,25 @@ def test_programs():
     return sorted(p for p in paths if p.name.startswith("kxmath_test_") and p.name not in NO_VALUES)
 
 
-def build_programs(is_core_only):
-    """Builds what is needed. @return the test programs, the quickest first"""
+def build_programs(layers):
+    """Builds what is made of these folders. @return the test programs among it, the quickest first"""
     subprocess.run(["cmake", "-S", str(COPY), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                     "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -D_GLIBCXX_ASSERTIONS", "-DKXMATH_DEVELOPER=OFF",
                     "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"],
                    check=True, stdout=subprocess.DEVNULL)
-    declared = (line.split(":")[0] for line in ninja("-t", "targets", "all").splitlines())
-    names = sorted({pathlib.Path(t).name for t in declared if "/kxmath_test_" in t and "." not in pathlib.Path(t).name}
-                   - NO_VALUES)
-    if is_core_only:
-        names = [n for n in names if not any(word in n for word in ("inspect", "report", "ommand", "train"))]
-    subprocess.run(["ninja", "-C", str(BUILD), *names, "kxmath_golden", "KxMath", "KxInspect", "kxmath"], check=True)
+    folders = tuple(f"{COPY / layer}/" for layer in layers)
+    declared = {line.split(":")[0] for line in ninja("-t", "targets", "all").splitlines()}
+    wanted = {name for name in declared
+              if pathlib.Path(name).name.startswith("kxmath_test_") and "tests/" in name
+              and pathlib.Path(name).suffix == "" and pathlib.Path(name).name not in NO_VALUES}
+    names = [name for name in sorted(wanted)
+             if any(path.startswith(folders) for path in ninja("-t", "inputs", name).splitlines())]
+    golden = ["kxmath_golden"] if CORE in layers else []
+    subprocess.run(["ninja", "-C", str(BUILD), *names, *golden, "kxmath"], check=True)
     objects = sources_of_objects()
     programs = []
     for path in test_programs():
-        if path.name in names:
+        if os.path.relpath(path, BUILD) in names:
             inputs = ninja("-t", "inputs", os.path.relpath(path, BUILD)).splitlines()
             programs.append(TestProgram(path, set().union(*(objects.get(os.path.relpath(BUILD / i, BUILD), set())
                                                             for i in inputs))))
