@@ -40,20 +40,6 @@ TEST_F(ConicityCommand, ReadsAllFormsOfProfiles) {
     }
 }
 
-TEST_F(ConicityCommand, WritesTableCsvAndReport) {
-    const ToolResult result = run(with("wheel.csv", "rail.csv", {"--csv", "c.csv", "--report", "r.html"}));
-    EXPECT_TRUE(result.output.startsWith("equivalent conicity at 3.0 mm: 0.10")) << result.output.constData();
-    EXPECT_TRUE(read("c.csv").startsWith("amplitude,conicity\n"));
-    EXPECT_EQ(read("r.html").count("<svg"), 5);
-    const QStringList outside = {"--amplitude", "0.5"};
-    const ToolResult without = run(with("wheel.csv", "rail.csv", outside));
-    EXPECT_TRUE(without.output.startsWith("equivalent conicity at 0.5 mm: - (the curve begins at 1.00 mm)\n"))
-        << without.output.constData();
-    EXPECT_TRUE(without.errors.contains("no conicity at the amplitude of 0.5 mm: the curve begins at 1.00 mm"));
-    run(with("wheel.csv", "rail.csv", outside + QStringList{"--fail-on", "not-judged"}), 5);
-    run(with("wheel.csv", "rail.csv", {"--fail-on", "not-judged"}), 0);
-}
-
 TEST_F(ConicityCommand, WithoutAResultTheOutputsSayWhy) {
     const QStringList outputs = {"--mirror", "wheel2", "--csv", "c.csv", "--report", "r.html", "--json", "-"};
     const QJsonValue json = QJsonDocument::fromJson(run(with("wheel.csv", "rail.csv", outputs), 1).output).object();

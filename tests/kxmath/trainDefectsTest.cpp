@@ -72,23 +72,6 @@ TEST_F(TrainDefects, ComparesNoCirclesWithoutPlaces) {
     EXPECT_EQ(result.errors.count("have no rising z"), 2) << result.errors.toStdString();
 }
 
-TEST_F(TrainDefects, TellsThemInAllForms) {
-    simulatePass({"--rate", "2000", "--build-up", "2:1:1", "--flat", "3:2:60"});
-    const ToolResult table = run(with({"--csv", "defects.csv", "--report", "defects.html", "--wheel", "2"}));
-    EXPECT_TRUE(table.output.contains("\n8 of 8 treads judged, 1 defective.\n")) << table.output.toStdString();
-    const QList<QByteArray> lines = read("defects.csv").split('\n');
-    ASSERT_EQ(lines.size(), 6);
-    EXPECT_TRUE(lines[0].contains(",tread_1,judged_profiles_2,") && lines[0].endsWith(",roundness_reason_2"));
-    EXPECT_EQ(lines[2].count("defective"), 1);
-    for (const QByteArray& line : lines.first(5)) {
-        EXPECT_EQ(line.count(','), lines[0].count(','));
-    }
-    const QByteArray page = read("defects.html");
-    EXPECT_EQ(page.count("<svg"), 10) << "those of the distances, the deviations and the radii of both sides";
-    EXPECT_TRUE(page.contains("out of round</td>"));
-    EXPECT_FALSE(page.contains("nan"));
-}
-
 /// The class and the value of a fact of a page, as CLASS:VALUE.
 std::string factOf(const QString& page, const QString& label) {
     const QRegularExpression fact("<span>" + QRegularExpression::escape(label) +

@@ -76,23 +76,6 @@ TEST_F(Train, GivesTheSameFromAnyFolderAndWithOldFilesAround) {
     EXPECT_EQ(results().filter(QRegularExpression("^pass-left_1001-right_1002(-[234])?$")).size(), 4);
 }
 
-TEST_F(Train, WritesJsonForPrograms) {
-    writeRecordings({0.1f, 1.0f}, {SeenWheel(), 0.0f});
-    const QJsonValue document = json(with({}));
-    EXPECT_EQ(document["distances"].toInt(), 1);
-    EXPECT_EQ(document["warnings"].toArray().size(), 1);
-    EXPECT_TRUE(document["folder"].toString().endsWith("results/pass-left_1001-right_1002"));
-    EXPECT_EQ(document["recordings"][1]["profileRecords"].toInt(), 100);
-    const QJsonValue first = document["pairs"][0];
-    EXPECT_TRUE(first["distance"].isNull() && first["inTolerance"].isNull() && first["sides"][1].isNull());
-    EXPECT_EQ(first["reason"].toString(), "the sensor of side 2 did not see the wheel");
-    EXPECT_EQ(document["judged"]["distances"], (QJsonObject{{"judged", 1}, {"of", 2}}));
-    EXPECT_TRUE(document["judged"]["treads"].isNull() && document["judged"]["roundness"].isNull());
-    EXPECT_EQ(first["sides"][0]["firstRecord"].toInt(), 21);
-    EXPECT_EQ(document["pairs"][1]["distance"].toDouble(), 1361.0);
-    EXPECT_EQ(document["pairs"][1]["inTolerance"].toBool(), true);
-}
-
 TEST_F(Train, FailsOnVerdicts) {
     const std::tuple<std::vector<SeenWheel>, const char*, int, const char*> cases[] = {
         // The distances of the right wheels are in tolerance, out of it, in it.

@@ -114,7 +114,8 @@ void expectSame(const QByteArray& found, const QByteArray& expected) {
         }
         isSame = isSame && a.replace(number, "#") == b.replace(number, "#");
         ASSERT_TRUE(isSame) << "line " << i + 1 << "\nfound:    " << foundLines.value(i).toStdString()
-                            << "\nexpected: " << expectedLines.value(i).toStdString();
+                            << "\nexpected: " << expectedLines.value(i).toStdString()
+                            << "\nscripts/transcripts writes the transcripts anew when a change intends this";
     }
 }
 

@@ -123,18 +123,4 @@ TEST_F(WheelCommand, TellsFilesOfOneNameApart) {
     EXPECT_EQ(read("r.html").count(">right/wheel.csv<"), 2);
 }
 
-TEST_F(WheelCommand, WritesTableCsvAndReport) {
-    const ToolResult result =
-        run({"wheel.csv", "gone.csv", "--max-height", "20", "--csv", "c.csv", "--report", "r.html"}, 3);
-    EXPECT_EQ(result.errors.count('\n'), 1) << result.errors.constData();
-    EXPECT_TRUE(result.output.contains("28.00")) << result.output.constData();
-    const QByteArray csv = read("c.csv");
-    EXPECT_TRUE(
-        csv.startsWith("file,heightAt70,xAtLevel18,widthLevel2ToH13,heightExcess,verdict,reason\nwheel.csv,28.0"));
-    EXPECT_TRUE(csv.endsWith("\ngone.csv,,,,,not read,cannot be read: No such file or directory\n")) << csv.constData();
-    const QByteArray html = read("r.html");
-    EXPECT_EQ(html.count("<svg"), 1);
-    EXPECT_TRUE(html.contains("class=\"bad\">outside") && html.contains("gone.csv"));
-}
-
 } // namespace
