@@ -9,6 +9,7 @@ bool printPose(const std::vector<std::string>& files) {
     task.placement = 2;
     task.object = KxInspect::calibrationObjectFor(task.placement); // or its measures: pitch, slope, obliqueness, crestY
     std::vector<KxInspect::NamedProfile> profiles;
+    profiles.reserve(files.size());
     for (const std::string& file : files) {
         profiles.push_back({file, KxInspect::readProfile(file)});
     }

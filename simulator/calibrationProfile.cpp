@@ -110,10 +110,12 @@ private:
         int points = 0;
     };
 
-    static std::size_t index(int ridge, int side) { return static_cast<std::size_t>(2 * ridge + (side > 0 ? 1 : 0)); }
+    static std::size_t index(int ridge, int side) {
+        return std::size_t{2} * static_cast<std::size_t>(ridge) + (side > 0 ? 1 : 0);
+    }
 
     const Surface& surface_;
-    std::array<Seen, 2 * (Surface::kLast + 1)> seen_{};
+    std::array<Seen, std::size_t{2} * (Surface::kLast + 1)> seen_{};
 };
 
 } // namespace

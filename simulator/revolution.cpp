@@ -74,7 +74,7 @@ double hitFrustum(const ContourPoint& a, const ContourPoint& b, const AxialRay& 
 } // namespace
 
 SurfaceOfRevolution::SurfaceOfRevolution(const Contour& contour) : contour_(contour) {
-    const auto segments = static_cast<unsigned>(contour_.size() - 1);
+    const std::size_t segments = contour_.size() - 1;
     nodes_.assign(2 * std::bit_ceil(segments), Node{0.0, 0.0, 0.0, 0.0, -2});
     build(0, 0, static_cast<int>(segments));
 }

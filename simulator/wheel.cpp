@@ -14,8 +14,10 @@ namespace {
 Contour raisedTread(const SurfaceOfRevolution& surface, double height) {
     constexpr double kStep = 1.0; // mm
     Contour contour = {{kPatchFrom, surface.outerRadius(kPatchFrom) - 1.0}};
-    for (double axial = kPatchFrom; axial <= kPatchTo; axial += kStep) {
+    double axial = kPatchFrom;
+    while (axial <= kPatchTo) {
         contour.push_back({axial, surface.outerRadius(axial) + height});
+        axial += kStep;
     }
     contour.push_back({contour.back().axial, surface.outerRadius(kPatchTo) - 1.0});
     return contour;
