@@ -124,7 +124,8 @@ QList<float> distancesFrom(KxPointXYZ a, KxPointXYZ b, KxPointXYZ c, const Cloud
 Cloud plate() {
     Cloud cloud;
     for (int i = 0; i < 400; ++i) {
-        cloud.points.append(KxPointXYZ(float(i % 20 - 10), 0, float(i / 20)));
+        const int row = i / 20;
+        cloud.points.append(KxPointXYZ(float(i % 20 - 10), 0, float(row)));
     }
     cloud.points.append(KxPointXYZ(30, 1, 3));
     cloud.points.append(KxPointXYZ(3, 2, 60));
@@ -177,7 +178,8 @@ void tryClouds() {
 
     Cloud surface, tape;
     for (int i = 0; i < 400; ++i) {
-        surface.points.append(KxPointXYZ(float(i % 40) / 2, i % 40 >= 10 && i % 40 < 20 ? 0.7f : 0.0f, float(i / 40)));
+        const int row = i / 40, column = i % 40;
+        surface.points.append(KxPointXYZ(float(column) / 2, column >= 10 && column < 20 ? 0.7f : 0.0f, float(row)));
     }
     expect(findTape(surface, tape) >= 90 && tape.minX == 5 && tape.maxX == 9.5f, "C13");
     expect(distancesFrom({0, 1, 0}, {1, 1, 0}, {0, 1, 1}, surface)[0] == 1, "C14");

@@ -125,7 +125,7 @@ void tryFiles() {
 
     KxProfile profile = sampled(3, 1.0f, [](float x) { return 2 * x; });
     expect(appendSection("sections.bin", profile) && appendSection("sections.bin", profile), "F5: sections");
-    expect(QFile("sections.bin").size() == 2 * (3 + 3 * 8), "F5: one after the other");
+    expect(QFile("sections.bin").size() == qint64{2} * (3 + 3 * 8), "F5: one after the other");
 
     writeText("profile.csv", "1,5;2\n2.5;3\n");
     expect(readCsv("profile.csv", profile) && profile.size() == 2 && profile.points[1].x == 2.5f, "F6");

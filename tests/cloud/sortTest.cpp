@@ -94,7 +94,8 @@ TEST(CloudSort, ByXInThePlaneWhateverTheSecondOrder) {
             const int kind = round % 4; // values, values and few gaps, rising or falling, nearly so
             for (int i = 0; i < size; ++i) {
                 const float mixed = nasty.chance(10) ? nasty.pick(std::array{0.0f, -0.0f}) : nasty.value();
-                const float steady = static_cast<float>(i / 3) * direction;
+                const int step = i / 3;
+                const float steady = static_cast<float>(step) * direction;
                 const float gap = kind == 1 && nasty.below(size) < 3 ? kNaN : mixed;
                 cloud.points.append({kind < 2 ? gap : kind == 2 ? steady : steady + mixed, static_cast<float>(i)});
             }

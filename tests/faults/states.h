@@ -27,7 +27,8 @@ inline QList<KxPointXY> wave(int count, bool isOrdered = true) {
 inline QList<KxPointXYZ> layers(int count, int layers) {
     QList<KxPointXYZ> points;
     for (const KxPointXY& p : wave(count)) {
-        points.append(KxPointXYZ(p.x, p.y, 0.5f * static_cast<float>(points.size() * layers / count)));
+        const qsizetype layer = points.size() * layers / count;
+        points.append(KxPointXYZ(p.x, p.y, 0.5f * static_cast<float>(layer)));
     }
     return points;
 }

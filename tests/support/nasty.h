@@ -107,7 +107,10 @@ private:
         }
         return max < 1 ? 0 : block * (1 + drawBelow(max / block));
     }
-    float drawPlain() { return static_cast<float>(drawBelow(distinct_) - distinct_ / 2) * scale_; }
+    float drawPlain() {
+        const int fromMiddle = drawBelow(distinct_) - distinct_ / 2;
+        return static_cast<float>(fromMiddle) * scale_;
+    }
     float drawValue() { return isDrawn(specialPercent_) ? drawSpecial() : drawPlain(); }
 
     template <typename Array>

@@ -50,7 +50,7 @@ public:
     }
     ~FullDisk() {
         setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, onExcess_);
+        static_cast<void>(std::signal(SIGXFSZ, onExcess_));
     }
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
