@@ -17,7 +17,7 @@ import sys
 import time
 
 TIDY = "clang-tidy-14"
-BATCH = 12  # sources that are checked at once
+BATCH = 16  # sources that are checked at once
 LONGEST = 900  # s for a batch
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
 COMPILE_ERROR = re.compile(r"^(\S+?):\d+:\d+: (?:fatal )?error: ", re.MULTILINE)
