@@ -45,7 +45,8 @@ struct Patch {
     std::int64_t cells = 0;
     float area = 0.0f; ///< of its cells, mm2
     float mean = std::numeric_limits<float>::quiet_NaN(); ///< of the heights, mm
-    float deviation = std::numeric_limits<float>::quiet_NaN(); ///< standard deviation of the heights, mm; NaN for one cell
+    float deviation =
+        std::numeric_limits<float>::quiet_NaN(); ///< standard deviation of the heights, mm; NaN for one cell
     Range x, y, z; ///< of the points, mm
     double centreX = std::numeric_limits<double>::quiet_NaN(); ///< mean x of the points, mm
     double centreZ = std::numeric_limits<double>::quiet_NaN(); ///< mean z of the points, mm
