@@ -9,7 +9,9 @@
 #include <QtCore/QJsonArray>
 
 #include <algorithm>
+#include <cmath>
 #include <initializer_list>
+#include <utility>
 
 namespace KxInspect {
 
@@ -20,6 +22,8 @@ using detail::jsonNumber;
 using detail::JsonValue;
 
 constexpr const char* kCommand = "calibrate";
+constexpr const char* kNoY = "this position does not find y, and it was not given";
+constexpr const char* kNoFlank = "no point lies on a flank of the object";
 
 /// The fields of a value, kPoseFields or kCalibrationObjectFields.
 template <typename Value, typename Fields>
@@ -64,7 +68,17 @@ QJsonObject toJson(const ProfilePose& profile) {
     if (!profile.hasPose()) {
         return {{"name", name}, {"fault", detail::toQt(profile.fault)}};
     }
+    QJsonObject reasons;
+    if (std::isnan(profile.pose.y)) {
+        reasons["pose.y"] = kNoY;
+    }
+    for (const auto& [member, value] : {std::pair{"foundY", profile.foundY}, {"rms", profile.rms}}) {
+        if (std::isnan(value)) {
+            reasons[QLatin1String(member)] = kNoFlank;
+        }
+    }
     return {{"name", name},
+            {"reasons", reasons},
             {"pose", toJson(profile.pose)},
             {"foundY", jsonNumber(profile.foundY)},
             {"rms", jsonNumber(profile.rms)},
@@ -95,9 +109,9 @@ QJsonObject reasonsToJson(const CalibrationResult& result) {
             }
         }
     };
-    add(std::isnan(average.foundY), {"foundY"}, "no point lies on a flank of the object");
+    add(std::isnan(average.foundY), {"foundY"}, kNoFlank);
     const bool isFixed = !placementOf(result.task.placement).findsY;
-    add(std::isnan(average.pose.y), {"pose.y"}, "this position does not find y, and it was not given");
+    add(std::isnan(average.pose.y), {"pose.y"}, kNoY);
     add(isFixed, {"deviation.y", "largest.y"}, "this position does not find y");
     add(average.profiles == 1, {"deviation", "largest", "pointDifference"}, "a single profile has no spread");
     return reasons;

@@ -82,6 +82,7 @@ TEST(CalibrationJson, WhatWasNotMeasuredIsNull) {
     const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(toJson(result))).object();
     EXPECT_EQ(json["reasons"]["largest"].toString(), "a single profile has no spread");
     EXPECT_TRUE(json["largest"]["x"].isNull() && json["pointDifference"].isNull());
+    EXPECT_EQ(json["profiles"][0]["reasons"].toObject().keys().join(' '), "foundY pose.y rms");
     EXPECT_TRUE(json["flanks"][0]["isOff"].isNull() && json["flanks"][0]["mean"].isNull());
     EXPECT_EQ(json["flanks"][0]["reason"].toString(), "no point lies on it");
     EXPECT_TRUE(json["flanks"][1]["isOff"].isBool() && json["flanks"][1]["reason"].isUndefined());
