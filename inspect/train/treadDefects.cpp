@@ -41,7 +41,6 @@ bool hasEnoughPoints(const PointList& tread, const DefectLimits& limits) {
 /// What the profiles of a wheel show between the lines.
 struct Shown {
     int profiles = 0;
-    qsizetype mostPoints = 0;
     int treads = 0; ///< profiles that show enough of the tread
     int judged = 0;
     Extent extent;
@@ -59,14 +58,13 @@ bool noteTread(const PointList& tread, const KxMath::KxLine& reference, Shown& s
         shown.extent.include({behind, behind});
     }
     ++shown.profiles;
-    shown.mostPoints = std::max(shown.mostPoints, tread.size());
     const bool isTread = millimetres.count() >= kLeastTread;
     shown.treads += isTread ? 1 : 0;
     return isTread;
 }
 
 QString whyNoneJudged(const Shown& shown, const DefectLimits& limits) {
-    if (shown.mostPoints == 0) {
+    if (shown.extent.isEmpty()) {
         const bool isLimited = std::isfinite(limits.fromX) || std::isfinite(limits.toX);
         return isLimited ? QStringLiteral("no profile has a point between the lines and within the range of x")
                          : QStringLiteral("no profile has a point between the lines");
@@ -78,10 +76,8 @@ QString whyNoneJudged(const Shown& shown, const DefectLimits& limits) {
             .arg(static_cast<double>(kTreadFrom))
             .arg(static_cast<double>(kTreadTo));
     }
-    return QStringLiteral("no profile has a curve through %1 points at different x between the lines, the most points "
-                          "are %2")
-        .arg(fewestPoints(limits))
-        .arg(shown.mostPoints);
+    return QStringLiteral("no profile has a curve through %1 points at different x between the lines")
+        .arg(fewestPoints(limits));
 }
 
 /// Why a wheel without enough defective profiles is not sound, either; empty when it is.

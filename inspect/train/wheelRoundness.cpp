@@ -90,7 +90,7 @@ QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<Flange
                   const DefectLimits& limits) {
     const double limit = static_cast<double>(limits.maxRadiusDeviation) / 2.0;
     if (tips.size() < kFewestTips) {
-        return QStringLiteral("%1 profiles show the tip of the flange, it takes %2").arg(tips.size()).arg(kFewestTips);
+        return QStringLiteral("fewer than %1 profiles show the tip of the flange").arg(kFewestTips);
     }
     if (!circle || !std::isfinite(circle->scatter)) {
         return QStringLiteral("the tips of the flange are on no circle");
@@ -103,26 +103,13 @@ QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<Flange
                                           .arg(limit, 0, 'g', 3);
 }
 
-QString whyFewRadii(int shown, int comparable) {
-    return shown < kFewestRadii
-               ? QStringLiteral("%1 profiles show at least %2 mm of the tread between the lines, it takes %3")
-                     .arg(shown)
-                     .arg(kLeastTread)
-                     .arg(kFewestRadii)
-               : QStringLiteral("the profiles show different parts of the tread: %1 of %2 show one that most of them "
-                                "show, it takes %3")
-                     .arg(comparable)
-                     .arg(shown)
-                     .arg(kFewestRadii);
-}
-
 } // namespace
 
 RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limits) {
     const auto notJudged = [](const QString& reason) { return RoundnessVerdict{{}, reason.toStdString()}; };
     const std::vector<Section> sections = sectionsOf(wheel);
     if (sections.empty()) {
-        return notJudged(QStringLiteral("no profile shows flange and tread"));
+        return notJudged(QStringLiteral("flange and tread cannot be recognised in the profiles"));
     }
     std::vector<FlangeTip> tips;
     for (const Section& section : sections) {
@@ -138,10 +125,16 @@ RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limi
     for (const Section& section : sections) {
         table.add(section.number, section.place, section.tread, *circle);
     }
-    const int shown = table.size();
+    if (table.size() < kFewestRadii) {
+        return notJudged(QStringLiteral("fewer than %1 profiles show at least %2 mm of the tread between the lines")
+                             .arg(kFewestRadii)
+                             .arg(kLeastTread));
+    }
     table.keepComparable();
     if (table.size() < kFewestRadii) {
-        return notJudged(whyFewRadii(shown, table.size()));
+        return notJudged(
+            QStringLiteral("the profiles show different parts of the tread, fewer than %1 one that most show")
+                .arg(kFewestRadii));
     }
     Roundness result;
     result.radii = table.deviations();

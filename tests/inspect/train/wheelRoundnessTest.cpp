@@ -144,9 +144,10 @@ TEST(WheelRoundness, SaysWhyItIsNotJudged) {
         {{}, nan, 3, "scatter"},
         {{.zScale = 0.1}, 0.1f, 3, "scatter"}, // z is no length along the track
         {{.step = 0.0}, 0.1f, 3, "on no circle"}, // all in one place
-        {{.shown = parts(kProfiles, 0.0, 0.0)}, 0.1f, 3, "no profile shows flange and tread"},
-        {{.shown = parts(9, 200.0, 90.0)}, 0.1f, 3, "9 profiles show at least 8 mm"},
-        {{.shown = parts(30, 75.0, 85.0)}, 0.1f, 3, "0 of 60 show one that most of them show"},
+        {{.shown = parts(kProfiles, 0.0, 0.0)}, 0.1f, 3, "flange and tread cannot be recognised"},
+        {{.shown = parts(10, 200.0, 90.0)}, 0.1f, 3, ""},
+        {{.shown = parts(9, 200.0, 90.0)}, 0.1f, 3, "fewer than 10 profiles show at least 8 mm"},
+        {{.shown = parts(30, 75.0, 85.0)}, 0.1f, 3, "different parts of the tread, fewer than 10 one that most"},
         {{.hidden = 20}, 0.1f, 41, "fewer than 41 successive profiles"},
     };
     for (const Case& c : cases) {
