@@ -116,6 +116,17 @@ enum class SettingsKind { Station, Defects };
 KXINSPECT_EXPORT std::string withFit(const std::string& text, const StationFit& fit, SettingsKind kind,
                                      const std::string& file = {});
 
+/// Throws the Error that storeFit() would throw for the sensors: to be called before a long fit.
+/// @param serials of both sensors
+KXINSPECT_EXPORT void checkFitTarget(const std::string& file, const std::vector<int>& serials);
+
+/// Sets the keys of a settings file as withFit() does; it is made where there is none. Those who change one file at once
+/// take turns, as with storePose(). Throws the errors of withFit(), and Unreadable and Unwritable for the file, which
+/// then stays as it was.
+/// @param progress called while it waits; it may throw to give up
+KXINSPECT_EXPORT void storeFit(const std::string& file, const StationFit& fit, SettingsKind kind,
+                               const Progress& progress = {});
+
 /// The text of a new settings file for two sensors: every key with its meaning, unit, range and default. Keys that only
 /// the user can know are placeholders, ";key=".
 /// @param serials of the sensors, two or none

@@ -2,6 +2,7 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/settings/iniText.h"
+#include "inspect/settings/settingsText.h"
 
 #include <KxInspect/Json.h>
 #include <KxInspect/StationSetup.h>
@@ -109,6 +110,21 @@ std::string withFit(const std::string& text, const StationFit& fit, SettingsKind
         }
     }
     return detail::withValues(text, values, file);
+}
+
+void checkFitTarget(const std::string& file, const std::vector<int>& serials) {
+    StationFit fit;
+    for (const int serial : serials) {
+        FittedSensor sensor;
+        sensor.serial = serial;
+        fit.sensors.push_back(sensor);
+    }
+    withFit(detail::readSettingsText(file), fit, SettingsKind::Station, file);
+}
+
+void storeFit(const std::string& file, const StationFit& fit, SettingsKind kind, const Progress& progress) {
+    detail::changeSettings(
+        file, [&](const std::string& text) { return withFit(text, fit, kind, file); }, progress);
 }
 
 } // namespace KxInspect

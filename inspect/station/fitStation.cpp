@@ -115,7 +115,9 @@ FittedSensor describe(const StationSide& side, int number) {
     sensor.detection = side.detection;
     sensor.profiles = side.sample.profiles();
     sensor.points = side.sample.points();
-    sensor.noise = side.limit / 2.0;
+    if (side.limit > 0.0) {
+        sensor.noise = side.limit / 2.0;
+    }
     for (const SideRecording& recording : side.recordings) {
         sensor.files.push_back(shown(recording.path));
         sensor.records += recording.records;

@@ -62,10 +62,14 @@ int run(const Options& options) {
         options.wholeNumber("mode"), progress.callback());
     progress.wipe();
     printOutput(checkText(files.front(), check));
-    if (check.isRefused()) {
-        return BadInput;
+    if (!check.findings.empty()) {
+        const bool isRefused = check.isRefused();
+        throw CommandError{isRefused ? BadInput : NoResult,
+                           QStringLiteral("settings '%1' %2, see above")
+                               .arg(files.front(), isRefused ? QStringLiteral("are refused")
+                                                             : QStringLiteral("are doubtful"))};
     }
-    return check.findings.empty() ? Done : NoResult;
+    return Done;
 }
 
 } // namespace

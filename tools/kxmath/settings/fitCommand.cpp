@@ -7,9 +7,9 @@
 #include "tools/kxmath/settings/fitText.h"
 #include "tools/kxmath/settings/settingsParts.h"
 
+#include <KxInspect/Recording.h>
 #include <KxInspect/StationSetup.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
 #include <cmath>
@@ -115,25 +115,30 @@ Arguments readArguments(const Options& options) {
     return a;
 }
 
-/// The text of a settings file; empty where there is none.
-std::string textOf(const OutputFile& output, const QString& name) {
-    const KxInspect::detail::QtPath where(toBytes(name));
-    const QFileInfo info(where.text());
-    if (!output.isWanted() || output.isStandardOutput() || !info.exists()) {
-        return {};
+/// Stores the keys in a file; the standard output gets them alone.
+void store(const OutputFile& output, const QString& name, const StationFit& fit, SettingsKind kind,
+           Progress& progress) {
+    if (output.isStandardOutput()) {
+        output.write(QString::fromStdString(withFit({}, fit, kind)));
+    } else if (output.isWanted()) {
+        storeFit(toBytes(name), fit, kind, progress.callback());
     }
-    QFile file(where.text());
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
-        throw CommandError{BadInput, QStringLiteral("settings '%1' cannot be read: %2")
-                                         .arg(name, info.isFile() ? file.errorString() : QStringLiteral("not a file"))};
-    }
-    return file.readAll().toStdString();
 }
 
-void store(const OutputFile& output, const QString& name, const StationFit& fit, SettingsKind kind) {
-    if (output.isWanted()) {
-        output.write(QString::fromStdString(withFit(textOf(output, name), fit, kind, toBytes(name))));
+/// The settings that are there, whose filter of noise stays. Refuses those that cannot hold the keys before the long work.
+std::optional<KxInspect::StationSettings> settingsBefore(const Arguments& a) {
+    std::vector<int> serials;
+    for (const std::string& recording : a.passes.front().recordings) {
+        serials.push_back(KxInspect::recordingName(recording).serial);
     }
+    for (const auto& [output, name] : {std::pair(&a.settings, a.settingsName), std::pair(&a.defects, a.defectsName)}) {
+        if (output->isWanted() && !output->isStandardOutput()) {
+            KxInspect::checkFitTarget(toBytes(name), serials);
+        }
+    }
+    const KxInspect::detail::QtPath where(toBytes(a.settingsName));
+    const bool isThere = a.settings.isWanted() && !a.settings.isStandardOutput() && QFileInfo::exists(where.text());
+    return isThere ? std::optional(KxInspect::readStationSettings(toBytes(a.settingsName))) : std::nullopt;
 }
 
 int run(const Arguments& a) {
@@ -145,9 +150,7 @@ int run(const Arguments& a) {
     }
     checkOutputs({&a.settings, &a.defects, &a.report}, inputs);
     KxInspect::FitOptions options = a.fit;
-    if (!textOf(a.settings, a.settingsName).empty()) {
-        options.settings = KxInspect::readStationSettings(toBytes(a.settingsName));
-    }
+    options.settings = settingsBefore(a);
     Progress progress;
     const StationFit fit = fitStation(a.passes, options, progress.callback());
     progress.wipe();
@@ -164,8 +167,8 @@ int run(const Arguments& a) {
     if (!fit.hasSettings()) {
         throw CommandError{NoResult, QString::fromStdString(fit.fault)};
     }
-    store(a.settings, a.settingsName, fit, SettingsKind::Station);
-    store(a.defects, a.defectsName, fit, SettingsKind::Defects);
+    store(a.settings, a.settingsName, fit, SettingsKind::Station, progress);
+    store(a.defects, a.defectsName, fit, SettingsKind::Defects, progress);
     return Done;
 }
 

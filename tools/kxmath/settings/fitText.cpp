@@ -5,6 +5,7 @@
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kxtool {
@@ -46,14 +47,11 @@ QString sensorText(const FittedSensor& sensor) {
     for (const std::string& file : sensor.files) {
         files += (files.isEmpty() ? QString() : QStringLiteral(", ")) + printable(QString::fromStdString(file));
     }
-    QString text = QStringLiteral("Sensor %1: %2; %3 records, noise %4 mm")
-                       .arg(sensor.serial)
-                       .arg(files)
-                       .arg(sensor.records)
-                       .arg(number(sensor.noise, 3));
+    QString text = QStringLiteral("Sensor %1: %2; %3 records").arg(sensor.serial).arg(files).arg(sensor.records);
     if (sensor.level) {
-        text += QStringLiteral(", %1 wheels; level line %2 mm beyond the faces (%3 to %4 measure alike), offsets "
-                               "differ by %5 mm from whole faces")
+        text += QStringLiteral(", noise %1 mm, %2 wheels; level line %3 mm beyond the faces (%4 to %5 measure alike), "
+                               "offsets differ by %6 mm from whole faces")
+                    .arg(number(sensor.noise, 3))
                     .arg(sensor.wheels.size())
                     .arg(number(sensor.margin, 1), number(sensor.fromMargin, 1), number(sensor.toMargin, 1),
                          number(sensor.deviation, 3));
@@ -78,7 +76,10 @@ QString fitText(const StationFit& fit) {
     for (const FittedSensor& sensor : fit.sensors) {
         text += sensorText(sensor);
     }
-    text += QLatin1Char('\n') + linesTable(fit);
+    const auto hasLines = [](const FittedSensor& sensor) { return sensor.reference.has_value(); };
+    if (std::any_of(fit.sensors.begin(), fit.sensors.end(), hasLines)) {
+        text += QLatin1Char('\n') + linesTable(fit);
+    }
     if (!fit.pairs.empty()) {
         text += QLatin1Char('\n') + pairsTable(fit);
         text +=
