@@ -28,6 +28,9 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
         EXPECT_TRUE(helps.back().text.contains("--help  "));
         EXPECT_TRUE(helps.front().text.contains(QString("\n  %1 ").arg(command.name)));
     }
+    for (const char* const part : {"init", "check", "fit"}) {
+        helps.push_back(helpOf({"settings", part, "--help"}));
+    }
     for (const auto& [code, text] : helps) {
         EXPECT_EQ(code, 0);
         for (const QString& line : text.split('\n')) {

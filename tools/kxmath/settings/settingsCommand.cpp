@@ -31,7 +31,8 @@ Makes, checks and finds the settings of a station (docs/station.md leads through
   check  says what is missing, unknown or out of range in a file, and what does not fit recordings
   fit    finds lines and base distance from recordings of wheel pairs with known distances
 
-kxmath settings init --help, and so on, lists the options of each.
+Options:
+  -h, --help  Prints this text; behind init, check or fit their options.
 )";
 
 int runPart(const QStringList& arguments) {
