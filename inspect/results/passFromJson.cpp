@@ -198,6 +198,8 @@ PassResult passFromJson(const std::string& json) {
         for (const JsonValue& picture : document["pictures"].list()) {
             result.pictures.push_back(readPicture(picture, result));
         }
+    }
+    if (document.has("rawPictures")) {
         for (const JsonValue& raw : document["rawPictures"].list()) {
             result.rawPictures.push_back(readRawPicture(raw, result));
         }

@@ -64,10 +64,10 @@ int run(const Options& options) {
     printOutput(checkText(files.front(), check));
     if (!check.findings.empty()) {
         const bool isRefused = check.isRefused();
-        throw CommandError{isRefused ? BadInput : NoResult,
-                           QStringLiteral("settings '%1' %2, see above")
-                               .arg(files.front(), isRefused ? QStringLiteral("are refused")
-                                                             : QStringLiteral("are doubtful"))};
+        throw CommandError{
+            isRefused ? BadInput : NoResult,
+            QStringLiteral("settings '%1' %2, see above")
+                .arg(files.front(), isRefused ? QStringLiteral("are refused") : QStringLiteral("are doubtful"))};
     }
     return Done;
 }
