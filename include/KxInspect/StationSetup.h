@@ -18,7 +18,8 @@ namespace KxInspect {
 /// A pass of a train whose distances were measured by other means.
 struct KnownPass {
     std::vector<std::string> recordings; ///< two files PREFIX_SERIAL.bin of facing sensors, UTF-8
-    std::vector<double> distances; ///< back-to-back, of all wheel pairs in the order of the pass, mm; NaN: not known
+    std::vector<double>
+        distances; ///< back-to-back, of all wheel pairs in the order of the pass, 100 to 10000 mm; NaN: not known
 };
 
 struct FitOptions {

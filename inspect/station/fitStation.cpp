@@ -6,6 +6,7 @@
 #include "inspect/station/treadLines.h"
 #include "inspect/train/passInputs.h"
 
+#include <KxInspect/Conicity.h>
 #include <KxInspect/KxMathTypes.h>
 #include <KxInspect/StationSetup.h>
 #include <KxInspect/Train.h>
@@ -34,8 +35,11 @@ void checkDistances(const std::vector<KnownPass>& passes) {
             failArgument(QStringLiteral("the pass of '%1' has no distances").arg(toQt(pass.recordings.front())));
         }
         for (const double distance : pass.distances) {
-            if (!std::isnan(distance) && !(distance > 0.0 && std::isfinite(distance))) {
-                failArgument(QStringLiteral("a distance must be above 0 mm, it is %1").arg(distance));
+            if (distance < kTrackDistances[0] || distance > kTrackDistances[1]) { // NaN: false, not known
+                failArgument(QStringLiteral("a distance must be from %1 to %2 mm, it is %3")
+                                 .arg(kTrackDistances[0])
+                                 .arg(kTrackDistances[1])
+                                 .arg(distance));
             }
             known += std::isnan(distance) ? 0 : 1;
         }

@@ -30,6 +30,10 @@ for name in 'a%FCb' "a${byte}b"; do
         "$KXMATH" grid "scan-$name" --step 0.5 --out "seeds-$name" $(outputs grid)
         "$KXMATH" train "$name/${name}_101.bin" "$name/train_102.bin" --settings "$name/$name.ini" \
             --defects "$name/defects.ini" --out "passes-$name" $(outputs train) --csv "c-train-$name"
+        "$KXMATH" settings init "new-$name.ini"
+        "$KXMATH" settings check "$name/$name.ini" "$name/${name}_101.bin" "$name/train_102.bin" || true
+        "$KXMATH" settings fit "$name/${name}_101.bin" "$name/train_102.bin" --distance 1359.6,1360.2,1359.7,1360.0 \
+            --write "fit-$name.ini" --report "r-fit-$name" || true
         for arguments in "info gone-$name" "convert $name.bin $name/no/a.ply" "wheel gone-$name" \
             "grid scan-$name --step 1 --out scan-$name" "calibrate gone-$name --position 2" \
             "convert $name.bin ./$name.bin" "wheel --$name" "$name"; do

@@ -140,18 +140,19 @@ def run_one(run, inputs, kxmath):
             process.communicate()
             return Result(None, [f"does not end within {LONGEST} s"], "", True, False, False)
         errors = errors.decode("utf-8")
+        said = errors + (output.decode("utf-8") if command[1:3] == [b"settings", b"check"] else "")  # whose result they are
         code = process.returncode
         faults = []
         isCrash = code < 0 or code > 128
         if code != run.code:
             faults.append(f"ends with {code}, not {run.code}")
-        if run.message not in errors:
+        if run.message not in said:
             faults.append(f"does not say: {run.message}")
         for line in errors.splitlines():
             if not line.startswith("kxmath") and not (isShell and line.startswith("sh:")):
                 faults.append(f"prints: {line}")
         words = {os.path.basename(word.split("=")[-1]) for word in shlex.split(run.command)} - {""}
-        if code in FILE_CODES and not any(word in errors for word in words | {"the standard"}):
+        if code in FILE_CODES and not any(word in said for word in words | {"the standard"}):
             faults.append("names no file")
         if code == 2 and (output or len(errors.splitlines()) != 1):
             faults.append("prints more than one message")

@@ -58,19 +58,15 @@ int failUnknown(const QString& name) {
     return WrongUse;
 }
 
-/// kxmath help [COMMAND]
+/// kxmath help [COMMAND [PART]]
 int runHelp(const QStringList& arguments) {
     if (arguments.size() < 2 || arguments[1] == kHelp) {
         printUsage(stdout);
         return Done;
     }
-    if (arguments.size() > 2) {
-        std::fprintf(stderr, "kxmath help: 1 command needed, got %d, see kxmath help\n",
-                     static_cast<int>(arguments.size()) - 1);
-        return WrongUse;
-    }
     const Command* const command = findCommand(arguments[1]);
-    return command != nullptr ? command->run({arguments[0], QStringLiteral("--help")}) : failUnknown(arguments[1]);
+    const QStringList forward = QStringList(arguments[0]) + arguments.mid(2) + QStringList("--help");
+    return command != nullptr ? command->run(forward) : failUnknown(arguments[1]);
 }
 
 } // namespace

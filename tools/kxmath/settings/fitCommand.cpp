@@ -7,6 +7,7 @@
 #include "tools/kxmath/settings/fitText.h"
 #include "tools/kxmath/settings/settingsParts.h"
 
+#include <KxInspect/Conicity.h>
 #include <KxInspect/Recording.h>
 #include <KxInspect/StationSetup.h>
 
@@ -78,8 +79,8 @@ double distanceFrom(const Options& options, const QString& text) {
     if (text == QLatin1String("-")) {
         return std::nan("");
     }
-    constexpr double kFarthest = 10000.0; // as calibrLines2
-    return options.toNumber(text, QStringLiteral("--distance"), {0.0, kFarthest, true});
+    return options.toNumber(text, QStringLiteral("--distance"),
+                            {KxInspect::kTrackDistances[0], KxInspect::kTrackDistances[1]});
 }
 
 std::vector<KnownPass> passesOf(const Options& options) {
