@@ -103,7 +103,7 @@ FaceLine middleOf(const std::vector<const StraightPart*>& parts, const FaceLine&
     return line;
 }
 
-Candidate examine(const FaceLine& start, const std::vector<StraightPart>& parts) {
+Candidate examine(const FaceLine& start, const std::vector<StraightPart>& parts, std::size_t wheels) {
     constexpr int kRounds = 3;
     const double limit = straightLimit(parts, start.degrees);
     Candidate candidate{start, {}, {}, 0};
@@ -118,7 +118,7 @@ Candidate examine(const FaceLine& start, const std::vector<StraightPart>& parts)
         }
     }
     candidate.records = records.size();
-    candidate.runs = divideRuns(runsOf(records));
+    candidate.runs = divideRuns(runsOf(records), wheels);
     return candidate;
 }
 
@@ -191,7 +191,7 @@ double FaceLine::distanceOf(double x, double y) const {
 std::optional<BackFaces> findBackFaces(const std::vector<StraightPart>& parts, std::size_t wheels) {
     std::vector<Candidate> candidates;
     for (const FaceLine& line : mostVoted(parts)) {
-        Candidate candidate = examine(line, parts);
+        Candidate candidate = examine(line, parts, wheels);
         if (candidate.runs.shortestWheel >= kFewestRecords && std::abs(candidate.line.degrees) <= kMostTilt) {
             candidates.push_back(std::move(candidate));
         }

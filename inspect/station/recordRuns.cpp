@@ -5,6 +5,26 @@
 
 namespace KxInspect::detail {
 
+namespace {
+
+std::vector<RecordRun> joined(const std::vector<RecordRun>& runs) {
+    constexpr int kShare = 4;
+    std::vector<RecordRun> result;
+    for (const RecordRun& run : runs) {
+        if (!result.empty()) {
+            const int gap = run.first - result.back().last - 1;
+            if (kShare * gap <= std::max(run.length(), result.back().length())) {
+                result.back().last = run.last;
+                continue;
+            }
+        }
+        result.push_back(run);
+    }
+    return result;
+}
+
+} // namespace
+
 std::vector<RecordRun> runsOf(const std::vector<int>& records) {
     constexpr int kMostMissing = 2;
     std::vector<RecordRun> runs;
@@ -14,10 +34,10 @@ std::vector<RecordRun> runsOf(const std::vector<int>& records) {
         }
         runs.back().last = record;
     }
-    return runs;
+    return joined(runs);
 }
 
-RunDivision divideRuns(const std::vector<RecordRun>& runs) {
+RunDivision divideRuns(const std::vector<RecordRun>& runs, std::size_t expected) {
     RunDivision division;
     if (runs.empty()) {
         return division;
@@ -25,16 +45,21 @@ RunDivision divideRuns(const std::vector<RecordRun>& runs) {
     std::vector<RecordRun> byLength = runs;
     std::stable_sort(byLength.begin(), byLength.end(),
                      [](const RecordRun& a, const RecordRun& b) { return a.length() > b.length(); });
-    std::size_t wheels = 0;
-    double largest = 0.0;
-    for (std::size_t i = 0; i < byLength.size(); ++i) {
-        const int next = i + 1 < byLength.size() ? byLength[i + 1].length() : 1;
-        const double quotient = static_cast<double>(byLength[i].length()) / next;
+    constexpr double kLeast = 2.0;
+    std::size_t wheels = byLength.size();
+    double largest = kLeast;
+    for (std::size_t i = 0; i + 1 < byLength.size(); ++i) {
+        const double quotient = static_cast<double>(byLength[i].length()) / byLength[i + 1].length();
+        if (i + 1 == expected && quotient >= kLeast) {
+            wheels = expected;
+            break;
+        }
         if (quotient > largest) {
             largest = quotient;
             wheels = i + 1;
         }
     }
+    wheels = expected == byLength.size() ? expected : wheels;
     division.shortestWheel = byLength[wheels - 1].length();
     division.longestOther = wheels < byLength.size() ? byLength[wheels].length() : 1;
     byLength.resize(wheels);

@@ -256,7 +256,7 @@ QString findThresholds(StationSide& side, const Progress& progress) {
     // Halfway between a single stray point and the fullest profile of a wheel, as quotients go.
     side.detection.minPoints = static_cast<int>(std::lround(std::sqrt(static_cast<double>(fewest))));
     for (std::size_t i = 0; i < side.recordings.size(); ++i) {
-        const RunDivision runs = divideRuns(runsAbove(counts[i], side.detection.minPoints));
+        const RunDivision runs = divideRuns(runsAbove(counts[i], side.detection.minPoints), side.recordings[i].wheels);
         if (runs.wheels.size() != side.recordings[i].wheels) {
             return wrongCount(side.recordings[i], "points below the level line", runs.wheels);
         }

@@ -162,6 +162,13 @@ TEST(RecordRuns, LongRunsAreWheels) {
     ASSERT_EQ(division.wheels.size(), 2u);
     EXPECT_EQ(division.wheels[1].first, 30);
     EXPECT_EQ(std::pair(division.shortestWheel, division.longestOther), std::pair(5, 1));
+    EXPECT_EQ(divideRuns(runs, 1).wheels.size(), 2u) << "not as expected: 6 and 5 records are alike";
+    EXPECT_EQ(divideRuns(runs, 4).wheels.size(), 4u) << "all of them";
+    const auto mixed = std::vector<detail::RecordRun>{{1, 60}, {100, 119}, {200, 203}}; // one wheel was cut
+    EXPECT_EQ(divideRuns(mixed).wheels.size(), 2u);
+    EXPECT_EQ(divideRuns(mixed, 1).wheels.size(), 1u);
+    EXPECT_EQ(divideRuns({{1, 10}, {20, 26}}).wheels.size(), 2u) << "no quotient above 2";
+    EXPECT_EQ(runsOf({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 16, 17, 27}).size(), 2u) << "3 missing behind 12";
     EXPECT_TRUE(divideRuns({}).wheels.empty());
 }
 
