@@ -1,4 +1,4 @@
-// Arbitrary bytes as the files of the commands info, wheel, conicity, grid, train and calibrate. The first four bytes choose
+// Arbitrary bytes as the files of the commands info, wheel, conicity, grid, train, calibrate and settings. The first four bytes choose
 // the command and its options.
 #include "input.h"
 #include "scratch.h"
@@ -168,8 +168,34 @@ int runTrain(const Choice& choice, const QStringList& files) {
     return kxtool::runTrain(arguments);
 }
 
+/// The recordings come first, then the settings and those for defects.
+int runSettings(const Choice& choice, const QStringList& files) {
+    const QStringList begin = {QStringLiteral("kxmath"),
+                               choice.has(0) ? QStringLiteral("check") : QStringLiteral("fit")};
+    if (choice.has(0)) {
+        const QStringList recordings = choice.has(1) ? QStringList{files[0]} : QStringList{files[0], files[1]};
+        return kxtool::runSettings(begin + QStringList{files[2]} + recordings);
+    }
+    QStringList arguments = begin + QStringList{files[0],
+                                                files[1],
+                                                QStringLiteral("--distance"),
+                                                choice.pick({"1360", "1360,1361", "-,1359", "1,2,3,4"}),
+                                                QStringLiteral("--write"),
+                                                files[2],
+                                                QStringLiteral("--report"),
+                                                output("html")};
+    if (choice.has(1)) {
+        arguments << QStringLiteral("--defects") << files[3];
+    }
+    return kxtool::runSettings(arguments);
+}
+
+constexpr int kCommands = 7;
+constexpr int kTrain = 4;
+constexpr int kSettings = 6;
+
 int runCommand(const Choice& choice, const QStringList& files) {
-    switch (choice.command % 6) {
+    switch (choice.command % kCommands) {
     case 0:
         return kxtool::runInfo({QStringLiteral("kxmath"), files[0]});
     case 1:
@@ -178,8 +204,10 @@ int runCommand(const Choice& choice, const QStringList& files) {
         return runConicity(choice, files);
     case 3:
         return runGrid(choice, files);
-    case 4:
+    case kTrain:
         return runTrain(choice, files);
+    case kSettings:
+        return runSettings(choice, files);
     default:
         return runCalibrate(choice, files);
     }
@@ -196,7 +224,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     kxfuzz::Input in(data, size);
     const Choice choice = {in.byte(), in.byte(), in.byte(), in.byte()};
     const size_t chosen = std::min<size_t>(size, 4);
-    const bool isTrain = choice.command % 6 == 4; // whose recordings are named like that
+    const int command = choice.command % kCommands;
+    const bool isTrain = command == kTrain || command == kSettings; // whose recordings are named like that
     const QStringList files =
         writeFiles(kxfuzz::splitFiles(data + chosen, size - chosen, 4),
                    QLatin1String(isTrain ? ".bin" : kEndings[choice.ending % std::size(kEndings)]));

@@ -2,6 +2,7 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/fitting/median.h"
+#include "inspect/settings/settingKeys.h"
 #include "inspect/station/stationSide.h"
 #include "inspect/station/treadLines.h"
 #include "inspect/train/passInputs.h"
@@ -272,6 +273,8 @@ QString fitAll(const std::vector<KnownPass>& passes, const FitOptions& options, 
     if (fault.isEmpty()) {
         fault = fitBase(fit);
         warnOfSpread(fit);
+        const QString range = whyOutOfRange(QStringLiteral("calibrLines2"), static_cast<double>(fit.baseDistance));
+        fault = fault.isEmpty() && !range.isEmpty() ? QStringLiteral("the settings would ") + range : fault;
     }
     for (std::size_t i = 0; i < sides.size() && options.withTreads && fault.isEmpty(); ++i) {
         fault = findTreadLines(sides[i], fit.sensors[i]);
