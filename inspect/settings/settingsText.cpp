@@ -98,7 +98,7 @@ std::string readSettingsText(const std::string& file) {
 
 void changeSettings(const std::string& file, const std::function<std::string(const std::string&)>& change,
                     const Progress& progress) {
-    const Lock lock(file, progress);
+    [[maybe_unused]] const Lock lock(file, progress); // until the file is in place
     writeWholeFile({kRole, file, {}}, change(readSettingsText(file)));
 }
 
