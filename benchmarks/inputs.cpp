@@ -48,7 +48,8 @@ const QList<KxPointXYZ>& scanPoints(int count) {
     std::normal_distribution<float> noise(0.0f, 0.1f);
     return cached(lists, count, count, [&](int i) {
         const float x = 0.0625f * static_cast<float>(i % kProfilePoints);
-        const float z = 0.5f * static_cast<float>(i / kProfilePoints);
+        const int profile = i / kProfilePoints;
+        const float z = 0.5f * static_cast<float>(profile);
         return KxPointXYZ(x, 3.0f * std::sin(x / 9.0f) + noise(random), z);
     });
 }

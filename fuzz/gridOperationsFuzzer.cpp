@@ -22,7 +22,8 @@ void fill(KxProfileZSet& set, Input& in) {
         KxProfileZ profile(isScan ? static_cast<float>(set.size()) * 0.5f : in.number());
         if (isScan) {
             for (int i = in.byte() % (kMaxPoints + 1); i > 0; --i) {
-                const float height = static_cast<float>(in.byte() / 16) / 4.0f;
+                const int level = in.byte() / 16; // many points of one height
+                const float height = static_cast<float>(level) / 4.0f;
                 profile.points.append(KxPointXY(static_cast<float>(kMaxPoints - i) * 0.5f, height));
             }
         } else {

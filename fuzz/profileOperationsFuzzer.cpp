@@ -253,7 +253,7 @@ void change(KxProfile& profile, KxProfile& other, Input& in) {
         break;
     }
     for (KxProfile* const p : {&profile, &other}) {
-        p->points.resize(std::min<qsizetype>(p->points.size(), 4 * kMaxPoints));
+        p->points.resize(std::min<qsizetype>(p->points.size(), qsizetype{4} * kMaxPoints));
     }
 }
 

@@ -24,7 +24,7 @@ inline void writeFile(const QString& path, const QByteArray& bytes) {
 
 /// Writes the bytes of an input to a scratch file. @return its path
 inline QString writeScratch(const char* name, const std::uint8_t* data, size_t size) {
-    const QString path = scratchFile(QLatin1String(name));
+    QString path = scratchFile(QLatin1String(name));
     writeFile(path, QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
     return path;
 }

@@ -2,12 +2,14 @@
 """Runs clang-tidy and cppcheck over the sources; scripts/lint prepares what it needs and lists the options.
 
 What clang-tidy found in a source is kept in BUILD/lint and found again until the source, a header that it includes,
-its compiler flags or the configuration change. Exit code 1 when there are findings.
+its compiler flags or the configuration change. Exit code 1 when there are findings, or when a source could not be checked
+to its end although the time is not limited.
 """
 import argparse
 import concurrent.futures
 import hashlib
 import json
+import math
 import os
 import pathlib
 import re
@@ -18,7 +20,8 @@ import time
 
 TIDY = "clang-tidy-14"
 BATCH = 16  # sources that are checked at once
-LONGEST = 900  # s for a batch
+SHORT_BATCH = 6  # with a limit of time, at which a batch is given up
+LONGEST = 1800  # s for a batch
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
 COMPILE_ERROR = re.compile(r"^(\S+?):\d+:\d+: (?:fatal )?error: ", re.MULTILINE)
 FINDING = re.compile(r"^(\S+?):(\d+):(\d+): (?:warning|error): ")
@@ -88,8 +91,10 @@ class Sources:
 class Tidy:
     """clang-tidy over batches of sources, with the results that are still valid from before."""
 
-    def __init__(self, build, sources):
+    def __init__(self, build, sources, end):
         self.sources = sources
+        self.end = end  # when the time is over, infinite where there is no limit
+        self.batch = BATCH if end == math.inf else SHORT_BATCH
         self.kept = build / "lint"
         self.kept.mkdir(exist_ok=True)
         version = subprocess.run([TIDY, "--version"], check=True, capture_output=True).stdout
@@ -114,7 +119,17 @@ class Tidy:
         by_flags = {}
         for name in names:
             by_flags.setdefault(self.flags(name), []).append(name)
-        return [group[i:i + BATCH] for group in by_flags.values() for i in range(0, len(group), BATCH)]
+        return [group[i:i + self.batch] for group in by_flags.values()
+                for i in range(0, len(group), self.batch)]
+
+    def run(self, *command):
+        return subprocess.run(command, capture_output=True, text=True, check=False,
+                              timeout=max(0.0, min(LONGEST, self.end - time.monotonic())))
+
+    def kept_findings(self, source):
+        """What is recorded of a source, None without a record."""
+        record = self.record(source)
+        return json.loads(record.read_text()) if record.exists() else None
 
     def check(self, batch):
         """Records what is found in a batch, as one translation unit: most of the time goes into the headers of Qt and
@@ -124,18 +139,14 @@ class Tidy:
         together.write_text("".join(f'#include "{os.path.abspath(name)}" // NOLINT(bugprone-suspicious-include)\n'
                                     for name in batch))
         try:
-            compiled = subprocess.run(["clang++", "-fsyntax-only", "-w", "-ferror-limit=0", *flags, together],
-                                      capture_output=True, text=True, check=False)
+            compiled = self.run("clang++", "-fsyntax-only", "-w", "-ferror-limit=0", *flags, together)
             if compiled.returncode != 0:
                 if len(batch) == 1:
                     return [f"{batch[0]}: {compiled.stderr.strip()}"]
                 faulty = {os.path.relpath(file) for file in COMPILE_ERROR.findall(compiled.stderr)}
                 apart = [name for name in batch[1:] if name in faulty] or batch[1:]
                 return self.check([name for name in batch if name not in apart]) + self.check(apart)
-            run = subprocess.run([TIDY, "--quiet", "--config-file=.clang-tidy", together, "--", *flags],
-                                 capture_output=True, text=True, timeout=LONGEST, check=False)
-        except subprocess.TimeoutExpired:
-            return [f"{', '.join(batch)}: clang-tidy does not end within {LONGEST} s"]
+            run = self.run(TIDY, "--quiet", "--config-file=.clang-tidy", together, "--", *flags)
         finally:
             together.unlink(missing_ok=True)  # a part of the batch may have had the same name
         blocks = []
@@ -152,34 +163,34 @@ class Tidy:
         return blocks
 
 
-def run_tidy(tidy, sources, jobs, end):
+def run_tidy(tidy, sources, jobs):
     """All different findings, and the sources for which the time did not suffice."""
-    findings, left, waiting = {}, [], []
-    for source in sources:
-        record = tidy.record(source)
-        if record.exists():
-            findings.update(dict.fromkeys(json.loads(record.read_text())))
-        else:
-            waiting.append(source)
+    findings, left = {}, []
+    known = {source: tidy.kept_findings(source) for source in sources}
+    waiting = [source for source in sources if known[source] is None]
+    for blocks in known.values():
+        findings.update(dict.fromkeys(blocks or []))
     print(f"clang-tidy: {len(sources)} sources, {len(sources) - len(waiting)} of them unchanged since the last run",
           flush=True)
 
     def one(batch):
         begin = time.monotonic()
-        if end is not None and begin > end:
-            return batch, None, 0.0
-        return batch, tidy.check(batch), time.monotonic() - begin
+        try:
+            return batch, tidy.check(batch), [], time.monotonic() - begin
+        except subprocess.TimeoutExpired:  # parts of the batch may have been checked
+            kept = {source: tidy.kept_findings(source) for source in batch}
+            blocks = [block for found in kept.values() for block in found or []]
+            return batch, blocks, [source for source in batch if kept[source] is None], time.monotonic() - begin
 
     done = 0
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         for result in concurrent.futures.as_completed([pool.submit(one, batch) for batch in tidy.batches(waiting)]):
-            batch, blocks, seconds = result.result()
-            if blocks is None:
-                left += batch
-                continue
-            done += len(batch)
-            print(f"[{done}/{len(waiting)}] {seconds:.1f} s: {' '.join(batch)}", flush=True)
+            batch, blocks, unchecked, seconds = result.result()
+            left += unchecked
             findings.update(dict.fromkeys(blocks))
+            done += len(batch) - len(unchecked)
+            if len(unchecked) < len(batch):
+                print(f"[{done}/{len(waiting)}] {seconds:.1f} s: {' '.join(batch)}", flush=True)
     return list(findings), left
 
 
@@ -210,7 +221,7 @@ def main():
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("paths", nargs="*")
     options = parser.parse_intermixed_args()
-    end = None if options.seconds is None else time.monotonic() + options.seconds
+    end = math.inf if options.seconds is None else time.monotonic() + options.seconds
 
     sources = Sources(options.build)
     every = git("ls-files", "--cached", "--others", "--exclude-standard", "*.cpp")
@@ -223,16 +234,16 @@ def main():
 
     findings = run_cppcheck(names) if names else []
     compiled = [name for name in names if name in sources.commands]
-    tidy_findings, left = run_tidy(Tidy(options.build, sources), compiled, options.jobs, end)
+    tidy_findings, left = run_tidy(Tidy(options.build, sources, end), compiled, options.jobs)
     findings += tidy_findings
     for finding in findings:
         print(finding.replace(os.getcwd() + "/", ""))
     for title, group in (("Not compiled here, seen by cppcheck only", [n for n in names if n not in sources.commands]),
-                         ("Not reached in time, seen by cppcheck only", left)):
+                         ("Not checked in time, seen by cppcheck only", left)):
         if group:
             print(f"{title} ({len(group)}): {', '.join(group)}")
     print(f"{len(findings)} findings in {len(names)} sources")
-    return 1 if findings else 0
+    return 1 if findings or (left and end == math.inf) else 0
 
 
 if __name__ == "__main__":

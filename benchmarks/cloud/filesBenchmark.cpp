@@ -54,7 +54,7 @@ void addReading(const FileKind<Point>& kind, int n) {
         j.bytes = std::make_unique_for_overwrite<char[]>(size);
         std::FILE* const file = std::fopen(path().constData(), "rb");
         j.isDone = std::fread(j.bytes.get(), 1, size, file) == size;
-        std::fclose(file);
+        static_cast<void>(std::fclose(file)); // which was only read
     };
     add<Job>(
         name, n, "kx", 1, write, [=](Job& j) { j.isDone = j.cloud.readFromFile(memoryFile("cloud")) == n; },
