@@ -19,7 +19,7 @@ namespace {
 
 /// Blocks of at least this size always get their own pages: by default the library raises the threshold when such a block
 /// is freed. When such blocks grow, their pages are remapped instead of copied.
-constexpr std::size_t kPagesFrom = 128 * 1024;
+constexpr std::size_t kPagesFrom = std::size_t{128} * 1024;
 
 kxbench::HeapMeter meter;
 

@@ -58,7 +58,7 @@ TEST(CsvFile, ReadsWhatQtReads) {
         KxProfile profile = profileOf({{99, 99}, {98, 98}});
         EXPECT_EQ(profile.readFromCSVFile(files.path("none.csv"), 0, 1) + profile.readFromCSVFile(".", 0, 1), 4);
         expectPoints(profile, {{99, 99}, {98, 98}}); // a file that is none leaves the profile
-        const Points expected = readByQt(text, xColumn, yColumn);
+        Points expected = readByQt(text, xColumn, yColumn);
         EXPECT_EQ(profile.readFromCSVFile(files.write("a.csv", text), xColumn, yColumn), expected.size());
         EXPECT_EXACT(profile.points, expected) << text.toPercentEncoding().right(300).toStdString();
         EXPECT_TRUE(std::isnan(profile.minX)); // emptied with clear(), which forgets the range

@@ -104,7 +104,7 @@ TEST(Interpolant, EqualsThePlainDefinition) {
             return;
         }
         ASSERT_EXACT(QList<float>(spline.knotsX, spline.knotsX + spline.count), plain.x);
-        ASSERT_EXACT(QList<float>(spline.coeffs, spline.coeffs + 4 * (spline.count - 1)), plain.coeffs);
+        ASSERT_EXACT(QList<float>(spline.coeffs, spline.coeffs + qsizetype{4} * (spline.count - 1)), plain.coeffs);
         for (const float x : {points[0].x, plain.x.back(), nasty.plain(), nasty.special()}) {
             ASSERT_EXACT(spline.calcY(x), plain.value(x)) << x;
         }
