@@ -35,8 +35,8 @@ qsizetype findContact(const WheelOnRail& side, qsizetype start) {
 /// its wheel or the radii differ too much.
 void sweepOneWay(const Track& track, int direction, int firstK, std::vector<Contact>& contacts) {
     for (int k = firstK;; ++k) {
-        const qsizetype start1 = track.first.start + qsizetype{direction} * k;
-        const qsizetype start2 = track.second.start + qsizetype{direction} * k;
+        const qsizetype start1 = track.first.start + static_cast<qsizetype>(direction) * k;
+        const qsizetype start2 = track.second.start + static_cast<qsizetype>(direction) * k;
         if (!isRailCovered(track.first, start1) || !isRailCovered(track.second, start2)) {
             return;
         }
