@@ -21,7 +21,7 @@ struct PassOptions {
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on
     /// Where the wheel files are left; made where it is missing. Empty: no files are written.
     /// It then holds a folder for each recording with the files "WW_PP.bin" of profile PP of wheel WW, and where the
-    /// wheels of sensor n start, in "starts-n.ini" and "starts-n.csv".
+    /// wheels of sensor n start, in "starts-n.ini" and "starts-n.csv". Each file appears whole or not at all.
     std::string wheelFolder;
 };
 

@@ -106,8 +106,8 @@ WheelPair measurePair(const PairedWheels& wheels, const std::vector<MeasuredSide
 }
 
 /// @return what the lines cut out of the wheels
-Extent judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
-    Extent extent;
+CutOut judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
+    CutOut cutOut;
     for (std::size_t i = 0; i < side.wheels.size(); ++i) {
         const FoundWheel& found = measured.found.wheels()[i];
         std::vector<PointList> treads;
@@ -118,7 +118,7 @@ Extent judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassS
         TreadVerdict tread = judgeTreads(treads, measured.input.reference, limits);
         wheel.defects = std::move(tread.defects);
         wheel.defectsReason = std::move(tread.reason);
-        extent.include(tread.extent);
+        cutOut.include(tread.cutOut);
         RoundnessVerdict shape =
             measured.found.hasPlaces()
                 ? judgeRoundness({found.profiles, treads, found.places, measured.input.reference}, limits)
@@ -128,7 +128,7 @@ Extent judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassS
         report(progress, "judging treads in", side.file,
                static_cast<double>(i + 1) / static_cast<double>(side.wheels.size()));
     }
-    return extent;
+    return cutOut;
 }
 
 void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSide>& sides, PassResult& result,
@@ -137,8 +137,8 @@ void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSid
     warnOfEqualLevels(sides, result);
     for (std::size_t i = 0; i < sides.size(); ++i) {
         report(progress, "judging treads in", result.sides[i].file, 0.0);
-        const Extent extent = judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
-        warnOfTreadLines(result.sides[i], extent, result);
+        const CutOut cutOut = judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
+        warnOfTreadLines(result.sides[i], cutOut, result);
         warnOfRoundness(result.sides[i], sides[i].found.hasPlaces(), result);
     }
 }

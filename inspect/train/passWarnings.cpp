@@ -112,21 +112,26 @@ void warnOfEqualLevels(const std::vector<MeasuredSide>& sides, PassResult& resul
     }
 }
 
-void warnOfTreadLines(const PassSide& side, const Extent& extent, PassResult& result) {
-    const auto isJudged = [](const PassWheel& wheel) { return wheel.defects->judged > 0; };
-    if (side.wheels.empty() || std::any_of(side.wheels.begin(), side.wheels.end(), isJudged)) {
+void warnOfTreadLines(const PassSide& side, const CutOut& cutOut, PassResult& result) {
+    if (side.wheels.empty() || cutOut.treads > 0) {
         return;
     }
-    const auto mm = [](float value) { return QString::number(static_cast<double>(value), 'f', 1); };
-    warn(result, extent.isEmpty()
-                     ? QStringLiteral("recording '%1': no point is between the lines for defects of SENSOR%2")
-                           .arg(toQt(side.file), QString::number(side.sensor))
-                     : QStringLiteral(
-                           "recording '%1': the lines for defects of SENSOR%2 cut out what is %3 to %4 mm behind the "
-                           "reference line, the tread is %5 to %6 mm behind it")
-                           .arg(toQt(side.file), QString::number(side.sensor), mm(extent.from), mm(extent.to),
-                                QString::number(static_cast<double>(kTreadFrom)),
-                                QString::number(static_cast<double>(kTreadTo))));
+    const QString lines = QStringLiteral("the lines for defects of SENSOR%1").arg(side.sensor);
+    QString what;
+    if (cutOut.isEmpty()) {
+        const DefectLimits& limits = *result.defectLimits;
+        const bool isLimited = std::isfinite(limits.fromX) || std::isfinite(limits.toX);
+        what = QStringLiteral("no point of its wheels is between ") + lines +
+               (isLimited ? QStringLiteral(" and within the range of x") : QString());
+    } else {
+        const auto mm = [](float value) { return QString::number(static_cast<double>(value), 'f', 1); };
+        what =
+            lines + QStringLiteral(" cut out what is %1 to %2 mm behind the reference line, the tread is %3 to %4 mm "
+                                   "behind it")
+                        .arg(mm(cutOut.from), mm(cutOut.to), QString::number(static_cast<double>(kTreadFrom)),
+                             QString::number(static_cast<double>(kTreadTo)));
+    }
+    warn(result, QStringLiteral("recording '%1': ").arg(toQt(side.file)) + what);
 }
 
 void warnOfLines(const MeasuredSide& side, PassResult& result) {

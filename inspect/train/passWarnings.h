@@ -19,8 +19,8 @@ void warnOfDefectSettings(const DefectSettings& settings, PassResult& result);
 void warnOfEqualLevels(const std::vector<MeasuredSide>& sides, PassResult& result);
 
 /// Warns of lines for the treads between which no wheel of a side shows its tread.
-/// @param extent what they cut out of the wheels
-void warnOfTreadLines(const PassSide& side, const Extent& extent, PassResult& result);
+/// @param cutOut what they cut out of the wheels
+void warnOfTreadLines(const PassSide& side, const CutOut& cutOut, PassResult& result);
 
 /// Warns of lines of the settings that do not fit the recording of a side: a level line that no point or every point is
 /// below, and a reference line that is not parallel to the wheels.

@@ -38,16 +38,8 @@ bool hasEnoughPoints(const PointList& tread, const DefectLimits& limits) {
     return std::unique(xs.begin(), xs.end()) - xs.begin() >= fewestPoints(limits);
 }
 
-/// What the profiles of a wheel show between the lines.
-struct Shown {
-    int profiles = 0;
-    int treads = 0; ///< profiles that show enough of the tread
-    int judged = 0;
-    Extent extent;
-};
-
-/// Notes what a profile shows. @return true when it is enough of the tread
-bool noteTread(const PointList& tread, const KxMath::KxLine& reference, Shown& shown) {
+CutOut cutOutOf(const PointList& tread, const KxMath::KxLine& reference) {
+    CutOut result;
     std::bitset<static_cast<std::size_t>(kTreadTo - kTreadFrom)> millimetres;
     const float cosine = 1.0f / std::hypot(1.0f, reference.k);
     for (const KxMath::KxPointXY& p : tread) {
@@ -55,21 +47,19 @@ bool noteTread(const PointList& tread, const KxMath::KxLine& reference, Shown& s
         if (behind >= kTreadFrom && behind < kTreadTo) {
             millimetres.set(static_cast<std::size_t>(behind - kTreadFrom));
         }
-        shown.extent.include({behind, behind});
+        result.include({0, behind, behind});
     }
-    ++shown.profiles;
-    const bool isTread = millimetres.count() >= kLeastTread;
-    shown.treads += isTread ? 1 : 0;
-    return isTread;
+    result.treads = millimetres.count() >= kLeastTread ? 1 : 0;
+    return result;
 }
 
-QString whyNoneJudged(const Shown& shown, const DefectLimits& limits) {
-    if (shown.extent.isEmpty()) {
+QString whyNoneJudged(const CutOut& cutOut, const DefectLimits& limits) {
+    if (cutOut.isEmpty()) {
         const bool isLimited = std::isfinite(limits.fromX) || std::isfinite(limits.toX);
         return isLimited ? QStringLiteral("no profile has a point between the lines and within the range of x")
                          : QStringLiteral("no profile has a point between the lines");
     }
-    if (shown.treads == 0) {
+    if (cutOut.treads == 0) {
         return QStringLiteral("no profile shows %1 mm of the tread, %2 to %3 mm behind the reference line, between the "
                               "lines")
             .arg(kLeastTread)
@@ -81,16 +71,16 @@ QString whyNoneJudged(const Shown& shown, const DefectLimits& limits) {
 }
 
 /// Why a wheel without enough defective profiles is not sound, either; empty when it is.
-QString whyNotSound(const Shown& shown, const DefectLimits& limits) {
-    if (shown.judged == 0) {
-        return whyNoneJudged(shown, limits);
+QString whyNotSound(int judged, int profiles, const CutOut& cutOut, const DefectLimits& limits) {
+    if (judged == 0) {
+        return whyNoneJudged(cutOut, limits);
     }
-    const QString judged = QStringLiteral("%1 of %2 profiles could be judged").arg(shown.judged).arg(shown.profiles);
-    if (shown.judged <= limits.minProfiles) {
-        return judged + QStringLiteral(", it takes more than %1 (minimalDefectsProf)").arg(limits.minProfiles);
+    const QString count = QStringLiteral("%1 of %2 profiles could be judged").arg(judged).arg(profiles);
+    if (judged <= limits.minProfiles) {
+        return count + QStringLiteral(", it takes more than %1 (minimalDefectsProf)").arg(limits.minProfiles);
     }
-    return shown.judged * static_cast<qint64>(kProfilesPerJudged) < shown.profiles
-               ? judged + QStringLiteral(", it takes one in %1").arg(kProfilesPerJudged)
+    return judged * static_cast<qint64>(kProfilesPerJudged) < profiles
+               ? count + QStringLiteral(", it takes one in %1").arg(kProfilesPerJudged)
                : QString();
 }
 
@@ -141,30 +131,32 @@ TreadDeviation judgeTread(const PointList& tread, const DefectLimits& limits) {
 TreadVerdict judgeTreads(const std::vector<PointList>& treads, const KxMath::KxLine& reference,
                          const DefectLimits& limits) {
     TreadDefects result;
-    Shown shown;
+    CutOut all;
+    int number = 0;
     for (const PointList& tread : treads) {
-        const bool isTread = noteTread(tread, reference, shown);
-        const TreadDeviation judged = isTread ? judgeTread(tread, limits) : TreadDeviation();
+        ++number;
+        const CutOut cutOut = cutOutOf(tread, reference);
+        all.include(cutOut);
+        const TreadDeviation judged = cutOut.treads > 0 ? judgeTread(tread, limits) : TreadDeviation();
         if (judged.points.isEmpty()) {
             continue;
         }
-        ++shown.judged;
+        ++result.judged;
         result.deviating += judged.deviating;
         if (!judged.isSound) {
-            result.profiles.push_back(shown.profiles);
+            result.profiles.push_back(number);
         }
         if (!(judged.largest <= result.largest)) { // the first one takes the place of NaN
             result.largest = judged.largest;
-            result.worstProfile = shown.profiles;
+            result.worstProfile = number;
         }
     }
-    result.judged = shown.judged;
     const bool isDefective = static_cast<int>(result.profiles.size()) > limits.minProfiles;
-    const QString reason = isDefective ? QString() : whyNotSound(shown, limits);
+    const QString reason = isDefective ? QString() : whyNotSound(result.judged, number, all, limits);
     if (reason.isEmpty()) {
         result.isDefective = isDefective;
     }
-    return {result, reason.toStdString(), shown.extent};
+    return {result, reason.toStdString(), all};
 }
 
 } // namespace KxInspect::detail

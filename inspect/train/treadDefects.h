@@ -31,13 +31,15 @@ int fewestPoints(const DefectLimits& limits);
 /// points than fewestPoints(), and without a curve.
 TreadDeviation judgeTread(const PointList& tread, const DefectLimits& limits);
 
-/// What the lines cut out, as distances behind the reference line, mm.
-struct Extent {
-    float from = std::numeric_limits<float>::infinity();
+/// What the lines cut out of profiles.
+struct CutOut {
+    int treads = 0; ///< profiles that show kLeastTread of the tread
+    float from = std::numeric_limits<float>::infinity(); ///< all points, behind the reference line, mm
     float to = -std::numeric_limits<float>::infinity();
 
     bool isEmpty() const { return !(from <= to); }
-    void include(const Extent& other) {
+    void include(const CutOut& other) {
+        treads += other.treads;
         from = std::min(from, other.from);
         to = std::max(to, other.to);
     }
@@ -47,7 +49,7 @@ struct Extent {
 struct TreadVerdict {
     TreadDefects defects;
     std::string reason; ///< why there is no verdict; empty when there is one
-    Extent extent; ///< of all points of the treads
+    CutOut cutOut; ///< of all profiles
 };
 
 /// Judges a wheel by the treads of those profiles that show kLeastTread of it.
