@@ -136,7 +136,7 @@ std::string withValues(const std::string& settings, const Values& values, const 
                      [&](const IniValue& value) { return value.section == section; });
         lines = merge(lines, section, own, lineEnd);
     }
-    const std::string merged = lines.join().toStdString();
+    std::string merged = lines.join().toStdString();
     if (!differsOnlyIn(values, before, valuesIn(merged, file))) {
         failText(file, QStringLiteral("have a form in which keys cannot be added without changing others"));
     }

@@ -91,11 +91,13 @@ std::vector<const StraightPart*> partsOn(const FaceLine& line, const std::vector
 /// Medians of direction and distance of the parts.
 FaceLine middleOf(const std::vector<const StraightPart*>& parts, const FaceLine& near) {
     std::vector<double> turns;
+    turns.reserve(parts.size());
     for (const StraightPart* part : parts) {
         turns.push_back(static_cast<double>(part->degrees) - near.degrees);
     }
     FaceLine line{near.degrees + median(turns, 0.0), near.away};
     std::vector<double> distances;
+    distances.reserve(parts.size());
     for (const StraightPart* part : parts) {
         distances.push_back(distanceOf(line, *part));
     }

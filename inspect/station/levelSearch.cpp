@@ -30,6 +30,7 @@ double radians(double degrees) {
 
 double medianOf(const std::vector<WheelRecords>& wheels, float KxMath::KxLine::*part) {
     std::vector<double> values;
+    values.reserve(wheels.size());
     for (const WheelRecords& wheel : wheels) {
         values.push_back(static_cast<double>(wheel.line.*part));
     }

@@ -193,7 +193,7 @@ QString findFaces(StationSide& side, const Progress& progress) {
     std::vector<double> degrees;
     std::vector<double> away;
     for (SideRecording& recording : side.recordings) {
-        if (const QString fault = findFacesIn(recording); !fault.isEmpty()) {
+        if (QString fault = findFacesIn(recording); !fault.isEmpty()) {
             return fault;
         }
         const BackFaces& faces = *recording.faces;
