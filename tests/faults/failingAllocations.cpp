@@ -1,11 +1,14 @@
-#include "failingAllocations.h"
+// Allocations that fail as planned. operator new calls malloc().
+#include "injection.h"
 
 #include <atomic>
 #include <cerrno>
-#include <cstdint>
-#include <cstdlib>
+#include <csignal>
+#include <cstddef>
 
-// What stands behind the functions of the C library that are replaced here. operator new calls malloc().
+#include <dlfcn.h>
+
+// What stands behind the functions of the C library that are replaced here.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -16,18 +19,18 @@ void __libc_free(void* block);
 
 namespace {
 
-// The C library allocates before main(), so that these must need no constructor.
 std::atomic<long> live{0};
-std::atomic<long> failingNumber{0}; ///< 0: none fails
-std::atomic<bool> isLasting{false};
-std::atomic<long> seen{0};
+bool isSuspended = false; ///< no allocation fails or counts
 
-/// Counts an allocation. @return whether it fails
-bool fails() {
-    const long number = seen.fetch_add(1, std::memory_order_relaxed) + 1;
-    const long failing = failingNumber.load(std::memory_order_relaxed);
-    if (failing == 0 || number < failing || (number > failing && !isLasting)) {
+/// @return whether an allocation fails
+bool fails(std::size_t size) {
+    const faults::Fault* const fault =
+        isSuspended ? nullptr : faults::next(faults::Call::Allocate, "", static_cast<long>(size));
+    if (fault == nullptr) {
         return false;
+    }
+    if (fault->how == faults::How::Kill) {
+        raise(SIGKILL);
     }
     errno = ENOMEM;
     return true;
@@ -39,7 +42,7 @@ void* counted(void* block) {
 }
 
 void* aligned(std::size_t alignment, std::size_t size) {
-    return fails() ? nullptr : counted(__libc_memalign(alignment, size));
+    return fails(size) ? nullptr : counted(__libc_memalign(alignment, size));
 }
 
 } // namespace
@@ -47,15 +50,15 @@ void* aligned(std::size_t alignment, std::size_t size) {
 extern "C" {
 
 void* malloc(std::size_t size) {
-    return fails() ? nullptr : counted(__libc_malloc(size));
+    return fails(size) ? nullptr : counted(__libc_malloc(size));
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-    return fails() ? nullptr : counted(__libc_calloc(count, size));
+    return fails(count * size) ? nullptr : counted(__libc_calloc(count, size));
 }
 
 void* realloc(void* block, std::size_t size) {
-    if (fails()) {
+    if (fails(size)) {
         return nullptr;
     }
     void* const resized = __libc_realloc(block, size);
@@ -88,24 +91,21 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t size) {
 
 } // extern "C"
 
-namespace faults {
+// Constructors that crash without memory in Qt 6.4: they destroy what is half made. Those who call them make sure that there is
+// enough (inspect/base/memory.h), so that no allocation fails within.
+#define WITH_MEMORY(function, symbol, parameters, ...)                                                                 \
+    void function parameters asm(symbol);                                                                              \
+    void function parameters {                                                                                         \
+        static const auto behind = reinterpret_cast<decltype(&function)>(dlsym(RTLD_NEXT, symbol));                    \
+        isSuspended = true;                                                                                            \
+        behind(__VA_ARGS__);                                                                                           \
+        isSuspended = false;                                                                                           \
+    }
+// QSettings(const QString&, Format, QObject*), QTemporaryFile()
+WITH_MEMORY(makeSettings, "_ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject",
+            (void* made, const void* name, int format, void* parent), made, name, format, parent)
+WITH_MEMORY(makeTemporaryFile, "_ZN14QTemporaryFileC1Ev", (void* made), made)
 
-long liveBlocks() {
+long faults::liveBlocks() {
     return live;
 }
-
-AllocationFault::AllocationFault(long number, Fails fails) {
-    seen = 0;
-    isLasting = fails == Fails::FromThenOn;
-    failingNumber = number;
-}
-
-AllocationFault::~AllocationFault() {
-    failingNumber = 0;
-}
-
-long AllocationFault::allocations() const {
-    return seen;
-}
-
-} // namespace faults

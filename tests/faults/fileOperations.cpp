@@ -72,10 +72,19 @@ Operation writing(const char* name, Write write) {
     return operation<FileState>(name, [write](FileState& s) { return write(s, FileState::path("out")); });
 }
 
-/// An operation that reads a file. Reports its count by `number`.
+/// The same for an operation that does not report when it could not write.
+template <typename Write>
+Operation writingText(const char* name, Write write) {
+    Operation operation = writing(name, write);
+    operation.hidesFailedWrites = true;
+    return operation;
+}
+
+/// An operation that reads a file into objects that hold something else. Reports its count by `number`.
 template <typename Read>
 Operation reading(const char* name, const char* file, int count, Read read) {
     return operation<FileState>(name, [read, file, count](FileState& s) {
+        s.profile.points = wave(count + 1); // stays when the file cannot be opened
         s.number = read(s, FileState::path(file));
         return s.number == count;
     });
@@ -95,12 +104,12 @@ std::vector<Operation> fileOperations() {
         reading("ReadSet", "set", 5, [](S& s, const QString& f) { return s.set.readFromFile(f); }),
         reading("ReadSections", "profile", 1, [](S& s, const QString& f) { return s.set.readFromFile(f, 1, 2); }),
         writing("WriteProfile", [](S& s, const QString& f) { return s.profile.writeToFile(f); }),
-        writing("WriteCsv", [](S& s, const QString& f) { return s.profile.writeToCSVFile(f); }),
+        writingText("WriteCsv", [](S& s, const QString& f) { return s.profile.writeToCSVFile(f); }),
         writing("WriteCloud", [](S& s, const QString& f) { return s.cloud.writeToFile(f); }),
         writing("WriteXyz", [](S& s, const QString& f) { return s.cloud.compat_writeToXYZFile(f); }),
         writing("WritePositioned", [](S& s, const QString& f) { return s.positioned.writeToFile(f); }),
         writing("WriteSet", [](S& s, const QString& f) { return s.set.writeToFile(f); }),
-        writing("WriteHistogram", [](S& s, const QString& f) { return s.histogram.writeToCSV(f); }),
+        writingText("WriteHistogram", [](S& s, const QString& f) { return s.histogram.writeToCSV(f); }),
     };
 }
 

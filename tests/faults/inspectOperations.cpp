@@ -138,7 +138,8 @@ std::vector<Operation> inspectOperations() {
         on("InspectFileContents",
            [](S& s) {
                const FileContents contents = readFileContents(path("scan_7.bin"));
-               s.text = std::to_string(contents.points) + (contents.damage ? contents.damage->what() : "");
+               s.text = std::to_string(contents.points);
+               return !contents.damage;
            }),
         on("InspectRecording",
            [](S& s) {

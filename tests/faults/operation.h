@@ -63,6 +63,7 @@ struct Trial {
 struct Operation {
     std::string name;
     std::function<Trial(bool isShared)> make; ///< whether other objects share the lists of the input
+    bool hidesFailedWrites = false; ///< as its header says
 };
 
 /// An operation on a `State`: a type with a field `isShared` and the functions prepare() and addTo(Digest&). `act` gets
