@@ -5,7 +5,6 @@
 #include "inspect/base/paths.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QTemporaryFile>
 
 #include <algorithm>
 #include <cerrno>
@@ -44,22 +43,36 @@ bool isOfOpenFiles(const fs::path& folder) {
            path.compare(path.size() - end.size(), end.size(), end) == 0;
 }
 
+/// What is there, which may be nothing. @param find fs::status to follow links, or fs::symlink_status
+/// Throws a filesystem_error where that cannot be found out.
+fs::file_type typeOf(const fs::path& path, fs::file_status (*find)(const fs::path&, std::error_code&)) {
+    std::error_code error;
+    const fs::file_type type = find(path, error).type();
+    if (type == fs::file_type::none && error != std::errc::too_many_symbolic_link_levels) {
+        throw fs::filesystem_error("", error);
+    }
+    return type;
+}
+
 Place placeOf(const std::string& path) {
     constexpr int kMostLinks = 40; // as the system
-    std::error_code none;
-    const fs::file_status reached = fs::status(path, none); // follows all links
-    if (fs::exists(reached) && !fs::is_regular_file(reached) && !fs::is_directory(reached)) {
+    const fs::file_type reached = typeOf(path, fs::status);
+    if (reached == fs::file_type::directory) {
+        throw fs::filesystem_error("", std::make_error_code(std::errc::is_a_directory));
+    }
+    const bool isFree = reached == fs::file_type::not_found || reached == fs::file_type::none;
+    if (!isFree && reached != fs::file_type::regular) {
         return {path, false};
     }
     fs::path place = path;
     for (int links = 0; links < kMostLinks; ++links) {
-        if (fs::symlink_status(place, none).type() != fs::file_type::symlink) {
+        if (typeOf(place, fs::symlink_status) != fs::file_type::symlink) {
             return {place.string(), true};
         }
         if (isOfOpenFiles(place.parent_path())) {
             return {path, false}; // whoever opened it would not see another file in its place
         }
-        place = place.parent_path() / fs::read_symlink(place, none); // an absolute one replaces all of it
+        place = place.parent_path() / fs::read_symlink(place); // an absolute one replaces all of it
     }
     return {path, true}; // a circle: making the file fails
 }
@@ -77,36 +90,26 @@ std::string incompleteName(std::string name) {
     return "incomplete-" + name;
 }
 
-/// Makes a file that was not there. @return its name, empty on failure
-std::string makeBeside(const std::string& place, std::string& why) {
+/// Makes a file that was not there and sets `path`, after which nothing throws. @return 0 or errno
+int makeFile(const fs::path& folder, const fs::path& name, mode_t mode, std::string& path) {
     constexpr int kMostFiles = 10000;
-    constexpr mode_t kAllButExecutable = 0666; // the mask of the process takes its part
-    const fs::path name(place);
-    const std::string base = (name.parent_path() / incompleteName(name.filename().string())).string();
+    const std::string base = (folder / incompleteName(name.string())).string();
     for (int number = 1; number <= kMostFiles; ++number) {
-        std::string path = number == 1 ? base : base + '-' + std::to_string(number);
-        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAllButExecutable);
+        std::string tried = number == 1 ? base : base + '-' + std::to_string(number);
+        int file = -1;
+        do {
+            file = open(tried.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        } while (file < 0 && errno == EINTR);
         if (file >= 0) {
             close(file);
-            return path;
+            path = std::move(tried);
+            return 0;
         }
-        why = lastError();
         if (errno != EEXIST) {
-            return {};
+            return errno;
         }
     }
-    return {};
-}
-
-/// Makes a file that only its owner may read, for what will be copied into a device. @return its name, empty on failure
-std::string makeTemporary(std::string& why) {
-    QTemporaryFile file;
-    file.setAutoRemove(false);
-    if (file.open()) {
-        return file.fileName().toStdString();
-    }
-    why = file.errorString().toStdString();
-    return {};
+    return EEXIST;
 }
 
 /// Owner and permissions of the file that is replaced. Those of a new file are right already.
@@ -143,20 +146,26 @@ bool writeInto(int file, const char* bytes, std::size_t size) {
 } // namespace
 
 AtomicFile::AtomicFile(ErrorSource target) : target_(std::move(target)) {
-    const Place place = placeOf(target_.file);
-    place_ = place.path;
-    isReplaced_ = place.isReplaced;
-    std::error_code none;
-    if (fs::is_directory(place_, none)) {
-        fail("it is a folder");
+    constexpr mode_t kForAll = 0666; // the mask of the process takes its part
+    constexpr mode_t kForOwner = 0600; // of what will be copied into a device
+    int failure = 0;
+    try {
+        const Place place = placeOf(target_.file);
+        place_ = place.path;
+        isReplaced_ = place.isReplaced;
+        const fs::path path(place_);
+        if (isReplaced_) {
+            failure = makeFile(path.parent_path(), path.filename(), kForAll, path_);
+        } else {
+            failure = access(place_.c_str(), W_OK) != 0
+                          ? errno
+                          : makeFile(fs::temp_directory_path(), path.filename(), kForOwner, path_);
+        }
+    } catch (const fs::filesystem_error& error) {
+        failure = error.code().value();
     }
-    if (!isReplaced_ && access(place_.c_str(), W_OK) != 0) {
-        fail(lastError());
-    }
-    std::string why;
-    path_ = isReplaced_ ? makeBeside(place_, why) : makeTemporary(why);
-    if (path_.empty()) {
-        fail(why);
+    if (failure != 0) {
+        fail(failure == EISDIR ? "it is a folder" : std::strerror(failure));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "inspect/formats/openFile.h"
 
 #include "inspect/base/error.h"
+#include "inspect/base/memory.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryFile>
@@ -18,6 +19,7 @@ QString cannotBeRead(const QFile& file) {
 void spool(QFile& file, const ErrorSource& source) {
     constexpr qint64 kMost = qint64(1) << 30;
     constexpr qint64 kBlock = 1 << 20;
+    needMemoryForSettings(0);
     QTemporaryFile copy;
     bool isCopied = copy.open();
     while (isCopied) {
@@ -56,11 +58,19 @@ void openForReading(QFile& file, const ErrorSource& source) {
     }
 }
 
+void checkWhole(const QIODevice& device, const ErrorSource& source) {
+    if (!device.isSequential() && device.pos() < device.size()) {
+        fail(ErrorKind::Unreadable, source,
+             QStringLiteral("cannot be read: it ends at byte %1 of %2").arg(device.pos()).arg(device.size()));
+    }
+}
+
 QByteArray readAll(QFile& file, const ErrorSource& source) {
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         fail(ErrorKind::Unreadable, source, cannotBeRead(file));
     }
+    checkWhole(file, source);
     return content;
 }
 

@@ -12,6 +12,9 @@ namespace KxInspect::detail {
 /// Error NotFound or Unreadable, Unsuitable for a folder and for what does not end within 1 GiB.
 void openForReading(QFile& file, const ErrorSource& source);
 
+/// Throws an Error Unreadable unless the device was read up to its end: a read that brings nothing does not tell so.
+void checkWhole(const QIODevice& device, const ErrorSource& source);
+
 /// The rest of an open file. Throws an Error Unreadable.
 QByteArray readAll(QFile& file, const ErrorSource& source);
 

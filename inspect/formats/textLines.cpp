@@ -1,6 +1,8 @@
 // The lines of a text file, read block by block.
 #include "inspect/formats/textLines.h"
 
+#include "inspect/formats/openFile.h"
+
 #include <QtCore/QByteArray>
 
 #include <algorithm>
@@ -43,6 +45,9 @@ qint64 TextLines::read(char* data, qint64 size) {
     const qint64 count = device_.read(data, size);
     if (count < 0) {
         fail(ErrorKind::Unreadable, source_, QStringLiteral("cannot be read: %1").arg(device_.errorString()));
+    }
+    if (count == 0) {
+        checkWhole(device_, source_);
     }
     return count;
 }

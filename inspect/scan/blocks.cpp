@@ -4,6 +4,7 @@
 #include "inspect/scan/arguments.h"
 
 #include <algorithm>
+#include <new>
 
 namespace KxInspect {
 
@@ -15,7 +16,7 @@ void copyMap(const HeightMap& map, KxMath::KxMatrixCloud& matrix) {
     const float unknown = std::numeric_limits<float>::quiet_NaN(); // the ranges are only stored
     if (!matrix.initMatrix(map.columns, map.rows, map.pitch, map.originX, unknown, unknown, unknown, map.originZ,
                            unknown)) {
-        detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no patches: not enough memory for the block means"));
+        throw std::bad_alloc();
     }
     for (int r = 0; r < map.rows; ++r) {
         std::copy_n(&map.heights[map.position(r, 0)], map.columns, matrix.cells[r]);

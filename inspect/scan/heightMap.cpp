@@ -10,6 +10,7 @@
 #include <KxMath/KxProfileZ.h>
 
 #include <algorithm>
+#include <new>
 
 namespace KxInspect {
 
@@ -158,7 +159,7 @@ HeightMap makeHeightMap(const Scan& scan, const HeightMapOptions& options, const
     }
     KxMath::KxMatrixCloud matrix;
     if (set.toMatrixCloud(matrix, map.gap, options.pitch) == 0) { // the column at the smallest x always has a height
-        detail::fail(ErrorKind::NoResult, {}, QStringLiteral("no height map: not enough memory"));
+        throw std::bad_alloc();
     }
     map.rows = matrix.rows;
     map.columns = matrix.columns;

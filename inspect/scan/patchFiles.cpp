@@ -14,7 +14,7 @@
 namespace KxInspect {
 
 void checkPatchFolder(const std::string& folder) {
-    const QStringList taken = QDir(detail::QtPath(folder).text()).entryList({QStringLiteral("seed-*.bin")});
+    const QStringList taken = QDir(detail::QtPath(folder).text()).entryList(QStringList(QStringLiteral("seed-*.bin")));
     if (!taken.isEmpty()) {
         detail::fail(ErrorKind::Unwritable, {"the folder", folder, {}},
                      QStringLiteral("already holds seeds: '%1'").arg(taken.constFirst()));

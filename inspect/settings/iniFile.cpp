@@ -2,6 +2,7 @@
 #include "inspect/settings/iniFile.h"
 
 #include "inspect/base/error.h"
+#include "inspect/base/memory.h"
 #include "inspect/base/paths.h"
 #include "inspect/formats/openFile.h"
 #include "inspect/settings/settingKeys.h"
@@ -19,7 +20,7 @@ namespace {
 
 /// A name by which QSettings can read the file; it would take one that is missing or cannot be opened for an empty one.
 /// @param copy gets the content when the path is not UTF-8: QSettings remembers what it has read by the name
-QString readable(const std::string& path, QTemporaryFile& copy) {
+QString readable(const std::string& path, std::unique_ptr<QTemporaryFile>& copy) {
     const ErrorSource source{"settings", path, {}};
     const QtPath where(path);
     const QFileInfo info(where.text());
@@ -37,13 +38,15 @@ QString readable(const std::string& path, QTemporaryFile& copy) {
     if (content.contains("@Variant(")) { // QSettings would unpack it, and print a warning when it cannot
         fail(ErrorKind::Damaged, source, QStringLiteral("hold a value '@Variant(', which no setting has"));
     }
+    needMemoryForSettings(content.size());
     if (isUtf8(path)) {
         return where.text();
     }
-    if (!copy.open() || copy.write(content) != content.size() || !copy.flush()) {
-        fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be copied: ") + copy.errorString());
+    copy = std::make_unique<QTemporaryFile>();
+    if (!copy->open() || copy->write(content) != content.size() || !copy->flush()) {
+        fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be copied: ") + copy->errorString());
     }
-    return copy.fileName();
+    return copy->fileName();
 }
 
 } // namespace

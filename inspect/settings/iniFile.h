@@ -6,6 +6,7 @@
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryFile>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,7 +47,7 @@ private:
     void addFault(const QString& key, const QString& reason);
 
     std::string path_;
-    QTemporaryFile copy_;
+    std::unique_ptr<QTemporaryFile> copy_; ///< null where the file itself is read
     QSettings store_;
     std::vector<SettingFault> faults_;
 };

@@ -2,6 +2,7 @@
 #include "inspect/settings/iniText.h"
 
 #include "inspect/base/error.h"
+#include "inspect/base/memory.h"
 
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryFile>
@@ -101,6 +102,7 @@ bool differsOnlyIn(const Values& values, const QMap<QString, QVariant>& before, 
 QMap<QString, QVariant> valuesIn(const std::string& settings, const std::string& name) {
     QByteArray text = QByteArray::fromStdString(settings);
     text.replace("@Variant(", "@@Variant("); // stays text: unpacking it may fail, with a warning on stderr
+    needMemoryForSettings(text.size());
     QTemporaryFile file;
     if (!file.open() || file.write(text) != text.size() || !file.flush()) {
         fail(ErrorKind::Unwritable, {}, QStringLiteral("cannot write a temporary file: ") + file.errorString());

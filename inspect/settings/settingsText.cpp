@@ -7,11 +7,12 @@
 
 #include <KxInspect/AtomicFile.h>
 
-#include <QtCore/QFileInfo>
 #include <QtCore/QLockFile>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace KxInspect::detail {
 
@@ -82,15 +83,17 @@ private:
 } // namespace
 
 std::string readSettingsText(const std::string& file) {
-    const QtPath where(file);
-    const QFileInfo info(where.text());
-    if (!info.exists()) {
+    std::error_code error;
+    const auto type = std::filesystem::status(file, error).type();
+    if (type == std::filesystem::file_type::not_found) {
         return {};
     }
     const ErrorSource source{kRole, file, {}};
-    if (!info.isFile()) {
-        fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: not a file"));
+    if (type != std::filesystem::file_type::regular) { // never taken for one that is missing: it would be replaced
+        fail(ErrorKind::Unreadable, source,
+             QStringLiteral("cannot be read: ") + QString::fromStdString(error ? error.message() : "not a file"));
     }
+    const QtPath where(file);
     QFile settings(where.text());
     openForReading(settings, source);
     return readAll(settings, source).toStdString();

@@ -19,7 +19,11 @@ ChosenProfile chooseProfile(const FoundWheel& wheel, const KxMath::KxLine& level
 }
 
 PointList fittedHalf(const PointList& points) {
-    return points.first(points.size() / 2);
+    PointList half; // Qt 6.4 does not check the memory of points.first()
+    for (qsizetype i = 0; i < points.size() / 2; ++i) {
+        half.append(points[i]);
+    }
+    return half;
 }
 
 float distanceOf(const ChosenProfile& first, const ChosenProfile& second, const KxMath::KxLine& firstReference,

@@ -4,6 +4,7 @@
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
+#include "report/elements/textList.h"
 
 #include <algorithm>
 #include <cmath>
@@ -190,7 +191,7 @@ void addFlankTable(Page& page, const CalibrationResult& result) {
 
 void addProfileTable(Page& page, const CalibrationResult& result) {
     std::vector<std::vector<Cell>> rows;
-    QStringList headers = {QStringLiteral("profile"), QStringLiteral("fault")};
+    QStringList headers = textList({QStringLiteral("profile"), QStringLiteral("fault")});
     for (const PoseField& field : kPoseFields) {
         headers +=
             QStringLiteral("%1, %2").arg(QLatin1String(field.name), QLatin1String(field.isAngle ? "degrees" : "mm"));

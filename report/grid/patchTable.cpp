@@ -2,6 +2,7 @@
 #include "report/grid/patchTable.h"
 
 #include "report/elements/numbers.h"
+#include "report/elements/textList.h"
 
 #include <cmath>
 
@@ -18,24 +19,19 @@ QString rangeText(const KxInspect::Range& range) {
 } // namespace
 
 QStringList patchColumns() {
-    return {QStringLiteral("seed"),        QStringLiteral("cells"),     QStringLiteral("area, mm2"),
-            QStringLiteral("mean, mm"),    QStringLiteral("sigma, mm"), QStringLiteral("lowest, mm"),
-            QStringLiteral("highest, mm"), QStringLiteral("x, mm"),     QStringLiteral("z, mm"),
-            QStringLiteral("file")};
+    return textList({QStringLiteral("seed"), QStringLiteral("cells"), QStringLiteral("area, mm2"),
+                     QStringLiteral("mean, mm"), QStringLiteral("sigma, mm"), QStringLiteral("lowest, mm"),
+                     QStringLiteral("highest, mm"), QStringLiteral("x, mm"), QStringLiteral("z, mm"),
+                     QStringLiteral("file")});
 }
 
 QStringList patchRow(const KxInspect::GridResult& grid, std::size_t index) {
     const KxInspect::Patch& patch = grid.found.patches[index];
-    return {QString::number(index + 1),
-            QString::number(patch.cells),
-            fixedText(patch.area, 1),
-            fixedText(patch.mean, kDecimals),
-            fixedText(patch.deviation, kDecimals),
-            fixedText(patch.y.min, kDecimals),
-            fixedText(patch.y.max, kDecimals),
-            rangeText(patch.x),
-            rangeText(patch.z),
-            index < grid.files.size() ? QString::fromStdString(grid.files[index]) : QStringLiteral("-")};
+    return textList({QString::number(index + 1), QString::number(patch.cells), fixedText(patch.area, 1),
+                     fixedText(patch.mean, kDecimals), fixedText(patch.deviation, kDecimals),
+                     fixedText(patch.y.min, kDecimals), fixedText(patch.y.max, kDecimals), rangeText(patch.x),
+                     rangeText(patch.z),
+                     index < grid.files.size() ? QString::fromStdString(grid.files[index]) : QStringLiteral("-")});
 }
 
 QString searchText(const KxInspect::PatchSearch& search) {

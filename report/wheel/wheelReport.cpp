@@ -61,7 +61,7 @@ QString limitText(const Limit& limit) {
 }
 
 void addTable(Page& page, const WheelResults& results) {
-    QStringList headers = {QStringLiteral("file")};
+    QStringList headers(QStringLiteral("file"));
     std::vector<Cell> limitRow = {{QStringLiteral("allowed"), Tone::Faint}};
     for (const WheelMeasure& measure : kWheelMeasures) {
         headers += QStringLiteral("%1, mm").arg(QLatin1String(measure.title));

@@ -78,7 +78,7 @@ def names_the_file(run, call, expected, is_lasting):
         wanted |= {"'RUN'", "'.'"}
     if run.path.startswith("standard") or "/tmp" in run.path or is_lasting:
         wanted.add("the standard ")  # input or output
-    if "/tmp" in run.path:
+    if "/tmp" in run.path or is_lasting:
         wanted |= {"temporary", *(final_name(n) for n in expected.before)}
     return any(name.encode() in run.err for name in wanted)
 

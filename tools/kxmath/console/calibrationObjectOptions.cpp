@@ -1,6 +1,8 @@
 // The options that describe the calibration object, shared by the commands that need it.
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 
+#include "report/elements/textList.h"
+
 namespace kxtool {
 
 namespace {
@@ -30,7 +32,7 @@ void addObjectOptions(Options& options) {
 }
 
 QStringList objectOptionNames() {
-    return {QLatin1String(kPitch), QLatin1String(kSlope), QLatin1String(kOblique), QLatin1String(kPlaneY)};
+    return kxreport::textList({kPitch, kSlope, kOblique, kPlaneY});
 }
 
 KxInspect::CalibrationObject objectOption(const Options& options, int placement) {

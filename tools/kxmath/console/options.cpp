@@ -2,9 +2,12 @@
 #include "tools/kxmath/console/options.h"
 
 #include "inspect/base/nearestName.h"
+#include "report/elements/textList.h"
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/helpText.h"
+
+#include <QtCore/QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -64,7 +67,7 @@ QString suggestion(const QString& name, const QStringList& known, const char* pr
 Options::Options(const char* command, const char* usage, const QString& description, const char* details)
     : command_(command), usage_(usage), details_(details) {
     parser_.setApplicationDescription(description);
-    parser_.addOption({{QStringLiteral("h"), kHelp}, QStringLiteral("Prints this text.")});
+    parser_.addOption({kxreport::textList({QStringLiteral("h"), kHelp}), QStringLiteral("Prints this text.")});
     names_ += kHelp;
 }
 
@@ -98,6 +101,10 @@ bool Options::parse(const QStringList& arguments) {
     if (!parser_.isSet(kHelp)) {
         return true;
     }
+    char name[] = "kxmath";
+    char* names[] = {name, nullptr};
+    int count = 1;
+    const QCoreApplication application(count, names); // helpText() asks it for the name of the program
     QString text = parser_.helpText();
     text.remove(0, text.indexOf(QLatin1Char('\n')) + 1); // this line names the program without the command
     printOutput(wrapped(QStringLiteral("Usage: kxmath %1 %2\n\n").arg(QLatin1String(command_), QLatin1String(usage_)) +
@@ -113,7 +120,7 @@ QString Options::text(const char* name) const {
     return parser_.value(QLatin1String(name));
 }
 
-QStringList Options::texts(const char* name) const {
+const QStringList Options::texts(const char* name) const {
     return parser_.values(QLatin1String(name));
 }
 
@@ -171,11 +178,11 @@ OutputFile Options::output(const char* name) const {
     return {optionText(name), text(name)};
 }
 
-QStringList Options::arguments(const char* what, int min, int max) const {
+const QStringList Options::arguments(const char* what, int min, int max) const {
     QStringList given = parser_.positionalArguments();
     if (given.size() < min || given.size() > max) {
         if (max == 0) {
-            fail(QStringLiteral("unexpected argument '%1'").arg(given.front()));
+            fail(QStringLiteral("unexpected argument '%1'").arg(given.constFirst()));
         }
         const QString count = min == max ? QString::number(min) : QStringLiteral("%1 or more").arg(min);
         fail(QStringLiteral("%1 %2 needed, got %3").arg(count, QLatin1String(what)).arg(given.size()));

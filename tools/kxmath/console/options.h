@@ -25,6 +25,8 @@ inline constexpr Bounds kNotNegative{0.0};
 /// " (is 'NAME' meant?)" with the known name that is nearest to a misspelled one, behind `prefix`; empty when none is near.
 QString suggestion(const QString& name, const QStringList& known, const char* prefix = "");
 
+/// Lists are returned constant: a loop over one that is not would copy it, without a check of the memory in Qt 6.4.
+///
 /// Declares the options of a command, parses its arguments, and returns checked values. All but the declarations and the
 /// queries isSet() and text() throw a CommandError (WrongUse) that says what the option needs and what it got.
 class Options {
@@ -50,9 +52,9 @@ public:
     /// The value of an option, its default when it was not given.
     QString text(const char* name) const;
     /// All values of an option that may be given more than once.
-    QStringList texts(const char* name) const;
+    const QStringList texts(const char* name) const;
     /// The names of all options that were given.
-    QStringList namesGiven() const { return parser_.optionNames(); }
+    const QStringList namesGiven() const { return parser_.optionNames(); }
 
     /// The value of an option that must be given.
     QString needed(const char* name) const;
@@ -68,7 +70,7 @@ public:
 
     /// The positional arguments, `min` to `max` of them.
     /// @param what names them in the message: "recordings"
-    QStringList arguments(const char* what, int min, int max = std::numeric_limits<int>::max()) const;
+    const QStringList arguments(const char* what, int min, int max = std::numeric_limits<int>::max()) const;
 
     /// @{ Checks a part of a value, which the message calls `what`: "STEP of --seeds".
     double toNumber(const QString& text, const QString& what, const Bounds& bounds = {}) const;

@@ -3,6 +3,9 @@
 
 #include "tools/kxmath/console/exitCodes.h"
 
+#include <QtCore/QThread>
+
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -24,6 +27,17 @@ namespace {
     std::abort();
 }
 
+/// Qt keeps data for each thread, which it makes with the first object that needs them. Without memory for them Qt 6.4
+/// crashes: until they are there, that is how memory runs out.
+void makeThreadData() {
+    struct sigaction action {};
+    struct sigaction before {};
+    action.sa_handler = [](int) { std::_Exit(failMemory()); };
+    sigaction(SIGSEGV, &action, &before);
+    QThread::currentThread();
+    sigaction(SIGSEGV, &before, nullptr);
+}
+
 } // namespace
 
 int failMemory(const char* command) {
@@ -34,6 +48,7 @@ int failMemory(const char* command) {
 
 void installMemoryGuard() {
     std::set_terminate(endOrAbort);
+    makeThreadData();
 }
 
 } // namespace kxtool

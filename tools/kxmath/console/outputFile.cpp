@@ -4,6 +4,7 @@
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/interruption.h"
 
 #include <KxInspect/AtomicFile.h>
 
@@ -48,7 +49,11 @@ void OutputFile::write(const QString& content) const {
         printOutput(isatty(STDOUT_FILENO) != 0 ? withoutControls(content) : content);
         return;
     }
-    KxInspect::writeWholeFile(source(), content.toStdString());
+    {
+        const Interruption untilWritten; // else a signal would leave what is written beside the file
+        KxInspect::writeWholeFile(source(), content.toStdString());
+    }
+    throwIfInterrupted();
 }
 
 KxInspect::ErrorSource OutputFile::source() const {
@@ -56,6 +61,7 @@ KxInspect::ErrorSource OutputFile::source() const {
 }
 
 void OutputFile::checkWritable() const {
+    const Interruption untilRemoved;
     const KxInspect::AtomicFile removedAtOnce(source());
 }
 

@@ -5,15 +5,21 @@
 #include "tools/kxmath/console/fileNames.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <new>
 #include <system_error>
 #include <vector>
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <ftw.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace kxtool {
 
@@ -48,10 +54,71 @@ bool isFolder(const std::string& path) {
     return fs::is_directory(path, none);
 }
 
+/// An open file, -1 where it could not be opened.
+struct Descriptor {
+    Descriptor(const std::string& path, int flags, mode_t mode) : number(open(path.c_str(), flags | O_CLOEXEC, mode)) {}
+    ~Descriptor() { close(number); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    const int number;
+};
+
+/// Repeats a call that a signal interrupts.
+template <typename Call>
+ssize_t repeated(Call call) {
+    for (;;) {
+        if (const ssize_t result = call(); result >= 0 || errno != EINTR) {
+            return result;
+        }
+    }
+}
+
+/// @param copied how many bytes there were. @return false on failure, with errno
+bool copyBytes(int from, int to, off_t& copied) {
+    std::array<char, 1 << 16> block;
+    for (;;) {
+        const ssize_t size = repeated([&] { return read(from, block.data(), block.size()); });
+        if (size <= 0) {
+            return size == 0;
+        }
+        for (ssize_t done = 0; done < size;) {
+            errno = EIO; // where nothing is written
+            const auto left = static_cast<std::size_t>(size - done);
+            const ssize_t written = repeated([&] { return write(to, block.data() + done, left); });
+            if (written <= 0) {
+                return false;
+            }
+            done += written;
+        }
+        copied += size;
+    }
+}
+
+/// What is in a folder. (std::filesystem::directory_iterator ends the program when there is no memory.)
+std::vector<std::string> namesIn(const std::string& path) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), closedir);
+    errno = folder ? 0 : errno;
+    while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
+        if (const std::string name = entry->d_name; name != "." && name != "..") {
+            names.push_back(name);
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        failFolder(path, lastError());
+    }
+    return names;
+}
+
 /// Without "." and "..", and without a slash at its end.
 fs::path absolutePath(const std::string& path) {
-    std::error_code none;
-    const fs::path whole = fs::absolute(path, none).lexically_normal();
+    std::error_code error;
+    const fs::path whole = fs::absolute(path, error).lexically_normal();
+    if (error) {
+        failFolder(path, error.message());
+    }
     return whole.has_filename() ? whole : whole.parent_path();
 }
 
@@ -65,29 +132,33 @@ WorkFolder::WorkFolder(const QString& parent, const QString& name)
     }
     for (int number = 1; number < kMostFolders && path_.empty(); ++number) {
         constexpr mode_t kAll = 0777; // the mask of the process takes its part
-        const std::string candidate = parent_ + "/incomplete-" + numbered(name_, number);
+        std::string candidate = parent_ + "/incomplete-" + numbered(name_, number);
         // Making a folder fails when it is there: no two runs get the same one.
         if (mkdir(candidate.c_str(), kAll) == 0) {
-            path_ = candidate;
+            path_ = std::move(candidate);
         } else if (errno != EEXIST) {
-            failFolder(toBytes(parent), lastError());
+            failFolder(toBytes(parent) + '/' + name_, lastError());
         }
     }
     if (path_.empty()) {
         failFolder(parent_, "too many incomplete folders are there");
     }
-    qtPath_.emplace(path_);
+    try {
+        qtPath_.emplace(path_);
+    } catch (const std::bad_alloc&) { // no destructor runs
+        rmdir(path_.c_str());
+        throw;
+    }
 }
 
 WorkFolder::~WorkFolder() {
     if (isFinished_) {
         return;
     }
-    try {
-        std::error_code none;
-        fs::remove_all(path_, none);
-    } catch (const std::bad_alloc&) { // the folder stays; its name says what it is
-    }
+    // Without memory, or where something cannot be removed, the folder stays; its name says what it is.
+    const auto removeOne = [](const char* path, const struct stat*, int, struct FTW*) { return std::remove(path); };
+    constexpr int kMostOpen = 16;
+    nftw(path_.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS);
 }
 
 WorkFolder WorkFolder::forTarget(const QString& target) {
@@ -108,10 +179,28 @@ void WorkFolder::link(const QString& source, const QString& name) const {
 }
 
 void WorkFolder::copy(const QString& source, const QString& name) const {
-    std::error_code error;
-    fs::copy_file(toBytes(source), path_ + '/' + toBytes(name), error);
-    if (error) {
-        failFolder(path_, error.message());
+    const std::string sourceName = toBytes(source);
+    const std::string targetName = path_ + '/' + toBytes(name);
+    const Descriptor from(sourceName, O_RDONLY, 0);
+    struct stat found {};
+    if (from.number < 0 || fstat(from.number, &found) != 0) {
+        throw CommandError{
+            BadInput,
+            QStringLiteral("'%1' cannot be read: %2").arg(fromBytes(sourceName), QString::fromStdString(lastError()))};
+    }
+    const Descriptor to(targetName, O_WRONLY | O_CREAT | O_EXCL, found.st_mode);
+    if (to.number < 0 || fchmod(to.number, found.st_mode) != 0) {
+        failFolder(targetName, lastError());
+    }
+    off_t copied = 0;
+    if (!copyBytes(from.number, to.number, copied)) {
+        failFolder(targetName, lastError());
+    }
+    if (copied != found.st_size) { // a read that brings nothing looks like the end
+        throw CommandError{BadInput, QStringLiteral("'%1' cannot be read: it ends at byte %2 of %3")
+                                         .arg(fromBytes(sourceName))
+                                         .arg(copied)
+                                         .arg(found.st_size)};
     }
 }
 
@@ -150,14 +239,8 @@ void WorkFolder::finishAs(const QString& target, const QString& last) {
 }
 
 void WorkFolder::moveInto(const std::string& target, const std::string& last) {
-    std::vector<std::string> names;
+    std::vector<std::string> names = namesIn(path_);
     std::error_code error;
-    for (fs::directory_iterator at(path_, error), end; !error && at != end; at.increment(error)) {
-        names.push_back(at->path().filename().string());
-    }
-    if (error) {
-        failFolder(path_, error.message());
-    }
     // By name, `last` behind all others.
     std::sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
         return std::pair(a == last, a) < std::pair(b == last, b);

@@ -3,6 +3,7 @@
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/interruption.h"
 #include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/textOptions.h"
 
@@ -10,9 +11,15 @@
 #include <KxInspect/PointFile.h>
 
 #include <QtCore/QDir>
-#include <QtCore/QTemporaryDir>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <unistd.h>
 
 namespace kxtool {
 
@@ -100,6 +107,43 @@ std::optional<Conversion> parse(const QStringList& arguments) {
     return conversion;
 }
 
+/// A folder for what is read from or written to a stream, and goes with it. Making and removing it take no memory.
+class Scratch {
+public:
+    Scratch() {
+        const QByteArray name = QFile::encodeName(QDir::tempPath()) + "/kxmath-XXXXXX";
+        if (static_cast<std::size_t>(name.size()) >= folder_.size()) {
+            fail(ENAMETOOLONG);
+        }
+        std::copy(name.cbegin(), name.cend(), folder_.begin());
+        if (mkdtemp(folder_.data()) == nullptr) {
+            fail(errno);
+        }
+    }
+    ~Scratch() {
+        for (const char* const name : {"/in", "/out"}) {
+            std::array<char, kLongest + 8> path;
+            std::snprintf(path.data(), path.size(), "%s%s", folder_.data(), name);
+            unlink(path.data());
+        }
+        rmdir(folder_.data());
+    }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+
+    QString path(const char* name) const { return QFile::decodeName(folder_.data()) + QLatin1Char('/') + name; }
+
+private:
+    static constexpr std::size_t kLongest = 1000;
+
+    [[noreturn]] static void fail(int why) {
+        throw CommandError{OutputFailed, QStringLiteral("cannot make a temporary folder in '%1': %2")
+                                             .arg(QDir::tempPath(), QString::fromLocal8Bit(std::strerror(why)))};
+    }
+
+    std::array<char, kLongest> folder_{};
+};
+
 /// Copies an open stream or file to its end. @return why that failed, empty when it did not
 QString copyAll(QFile& from, QFile& to) {
     constexpr qint64 kBlock = 1 << 16;
@@ -114,7 +158,8 @@ QString copyAll(QFile& from, QFile& to) {
             return to.errorString();
         }
         if (bytes.isEmpty()) {
-            return {};
+            const bool isWhole = from.isSequential() || from.pos() == from.size();
+            return isWhole ? QString() : QStringLiteral("it ends at byte %1 of %2").arg(from.pos()).arg(from.size());
         }
         if (from.isSequential() && size > kMost) {
             return QStringLiteral("it does not end within 1 GiB");
@@ -135,16 +180,11 @@ auto onFile(const QString& name, const char* stream, const QString& scratch, Wor
     }
 }
 
-QString scratchFile(const QTemporaryDir& scratch, const QString& name) {
-    if (!scratch.isValid()) {
-        throw CommandError{OutputFailed, QStringLiteral("cannot make a temporary folder: ") + scratch.errorString()};
-    }
-    return scratch.filePath(name);
-}
-
-KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir& scratch) {
-    const QString copy = scratchFile(scratch, QStringLiteral("in"));
+KxInspect::PointSet readInput(const Conversion& conversion) {
+    std::optional<Scratch> scratch;
+    QString copy;
     if (isStream(conversion.in)) {
+        copy = scratch.emplace().path("in");
         QFile input;
         QFile file(copy);
         const bool isOpen = file.open(QIODevice::WriteOnly) && input.open(stdin, QIODevice::ReadOnly);
@@ -157,8 +197,9 @@ KxInspect::PointSet readInput(const Conversion& conversion, const QTemporaryDir&
     });
 }
 
-void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points, const QTemporaryDir& scratch) {
-    const QString copy = scratchFile(scratch, QStringLiteral("out"));
+void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points) {
+    std::optional<Scratch> scratch;
+    const QString copy = isStream(conversion.out) ? scratch.emplace().path("out") : QString();
     onFile(conversion.out, "the standard output", copy,
            [&](const std::string& path) { KxInspect::writePoints(path, conversion.to, points); });
     if (isStream(conversion.out)) {
@@ -176,8 +217,10 @@ void writeOutput(const Conversion& conversion, const KxInspect::PointSet& points
 int runConvert(const QStringList& arguments) {
     return runCommand(kName, [&] {
         if (const std::optional<Conversion> conversion = parse(arguments)) {
-            const QTemporaryDir scratch;
-            writeOutput(*conversion, readInput(*conversion, scratch), scratch);
+            const KxInspect::PointSet points = readInput(*conversion);
+            const Interruption untilWritten; // else a signal would leave what is written beside the file
+            writeOutput(*conversion, points);
+            throwIfInterrupted();
         }
         return Done;
     });

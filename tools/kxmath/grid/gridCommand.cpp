@@ -8,6 +8,8 @@
 #include "tools/kxmath/grid/gridOptions.h"
 #include "tools/kxmath/grid/gridText.h"
 
+#include <memory>
+
 namespace kxtool {
 
 namespace {
@@ -16,17 +18,17 @@ constexpr const char* kName = "grid";
 
 int run(const GridArguments& arguments) {
     const QString& folder = arguments.patchFolder;
-    checkOutputs({&arguments.json, &arguments.report}, {arguments.scan});
+    checkOutputs({&arguments.json, &arguments.report}, QStringList(arguments.scan));
     if (!folder.isEmpty()) {
         KxInspect::checkPatchFolder(toBytes(folder));
     }
     Progress progress;
     KxInspect::GridResult grid =
         KxInspect::measureGrid(toBytes(arguments.scan), arguments.options, progress.callback());
+    std::unique_ptr<WorkFolder> work;
     if (!folder.isEmpty()) {
-        WorkFolder work = WorkFolder::forTarget(folder);
-        writePatchFiles(work.path(), grid);
-        work.finishAs(folder);
+        work.reset(new WorkFolder(WorkFolder::forTarget(folder)));
+        writePatchFiles(work->path(), grid);
         grid.folder = printable(folder).toStdString();
     }
     progress.wipe();
@@ -35,6 +37,9 @@ int run(const GridArguments& arguments) {
     }
     if (arguments.json.isWanted()) {
         arguments.json.write(QString::fromStdString(toJson(grid)));
+    }
+    if (work) {
+        work->finishAs(folder); // after all other files: a folder that is there is not written again
     }
     if (!arguments.json.isStandardOutput() && !arguments.report.isStandardOutput()) {
         printOutput(gridText(grid));

@@ -1,6 +1,7 @@
 // Options of kxmath simulate for profiles of the calibration object.
 #include "tools/kxmath/simulate/shotOptions.h"
 
+#include "report/elements/textList.h"
 #include "tools/kxmath/console/calibrationObjectOptions.h"
 
 #include <array>
@@ -32,12 +33,13 @@ std::array<double, 3> threeNumbers(const Options& options, const char* name, dou
 }
 
 QStringList ownOptions() {
-    return QStringList{QLatin1String(kProfiles), QLatin1String(kTurn), QLatin1String(kMove)} + objectOptionNames();
+    return kxreport::textList({kProfiles, kTurn, kMove}) + objectOptionNames();
 }
 
 /// Refuses options of the other kind of simulation.
 void checkNames(const Options& options, bool isCalibration) {
-    QStringList allowed = ownOptions() + QStringList{QLatin1String(kCalibration)};
+    QStringList allowed = ownOptions();
+    allowed += QLatin1String(kCalibration);
     for (const char* const shared : kSharedOptions) {
         allowed += QLatin1String(shared);
     }

@@ -1,4 +1,5 @@
 // kxmath simulate: writes the recordings of a simulated train.
+#include "report/elements/textList.h"
 #include "simulator/simulation.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
@@ -114,9 +115,11 @@ Parameters readParameters(const Options& options) {
     if (!KxInspect::detail::isUtf8(parameters.prefix)) {
         options.failNeed(QStringLiteral("--prefix"), QStringLiteral("UTF-8"), options.text("prefix"));
     }
-    const bool areProfiles = options.oneOf("records", {"profile", "cloud"}) == QLatin1String("profile");
+    const bool areProfiles =
+        options.oneOf("records", kxreport::textList({"profile", "cloud"})) == QLatin1String("profile");
     parameters.records = areProfiles ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
-    parameters.hasEqualAngles = options.oneOf("spacing", {"angle", "line"}) == QLatin1String("angle");
+    parameters.hasEqualAngles =
+        options.oneOf("spacing", kxreport::textList({"angle", "line"})) == QLatin1String("angle");
     parameters.hasRails = !options.isSet("no-rails");
     parameters.hasBackground = !options.isSet("no-background");
     parameters.hasObjects = !options.isSet("no-objects");

@@ -69,7 +69,7 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
 }
 
 void checkFiles(const TrainOptions& options) {
-    QStringList inputs = {options.settings};
+    QStringList inputs(options.settings);
     for (const std::string& recording : options.recordings) {
         inputs.append(fromBytes(recording));
     }

@@ -2,6 +2,7 @@
 #include "tools/kxmath/wheel/wheelText.h"
 
 #include "report/elements/fileNames.h"
+#include "report/elements/textList.h"
 #include "report/wheel/wheelWords.h"
 #include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/numbers.h"
@@ -73,13 +74,13 @@ QString wheelTable(const KxInspect::WheelResults& results) {
 }
 
 QString wheelCsv(const KxInspect::WheelResults& results) {
-    QStringList titles = {QStringLiteral("file")};
+    QStringList titles(QStringLiteral("file"));
     for (const WheelMeasure& measure : kWheelMeasures) {
         titles.append(QLatin1String(measure.key));
     }
-    QString text = csvLine(titles + QStringList{QStringLiteral("verdict"), QStringLiteral("reason")});
+    QString text = csvLine(titles + kxreport::textList({QStringLiteral("verdict"), QStringLiteral("reason")}));
     for (const WheelResult& result : results.wheels) {
-        QStringList fields = {csvField(QString::fromStdString(result.file))};
+        QStringList fields(csvField(QString::fromStdString(result.file)));
         for (const WheelMeasure& measure : kWheelMeasures) {
             fields.append(shortestText(valueOf(result, measure)));
         }
