@@ -6,6 +6,7 @@
 
 #include <QtCore/QList>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -39,5 +40,15 @@ inline QList<KxMath::KxPointXY> toList(const std::vector<Point>& points) {
     return result;
 }
 /// @}
+
+/// The first `count` points, in a list of their own: that which Qt 6.4 makes when a shared list is changed has no check of the
+/// memory.
+inline QList<KxMath::KxPointXY> copyOf(const QList<KxMath::KxPointXY>& points, qsizetype count) {
+    QList<KxMath::KxPointXY> result;
+    result.reserve(count);
+    result.resize(count);
+    std::copy_n(points.cbegin(), count, result.begin());
+    return result;
+}
 
 } // namespace KxInspect::detail

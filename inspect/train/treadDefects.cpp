@@ -1,6 +1,8 @@
 // Defects of the tread, found in the single profiles of a wheel.
 #include "inspect/train/treadDefects.h"
 
+#include "inspect/base/points.h"
+
 #include <KxMath/KxProfile.h>
 
 #include <QtCore/QString>
@@ -98,6 +100,7 @@ PointList cutTread(const PointList& profile, const TreadLines& lines, const Defe
     const auto isLeftOut = [&](const KxMath::KxPointXY& p) { // one y of NaN would leave the profile without a curve
         return !(p.x >= limits.fromX && p.x <= limits.toX) || !std::isfinite(p.x) || !std::isfinite(p.y);
     };
+    stretch.points = copyOf(stretch.points, stretch.points.size());
     stretch.points.removeIf(isLeftOut);
     return stretch.points;
 }
@@ -105,15 +108,15 @@ PointList cutTread(const PointList& profile, const TreadLines& lines, const Defe
 TreadDeviation judgeTread(const PointList& tread, const DefectLimits& limits) {
     TreadDeviation result;
     KxMath::KxProfile curve;
-    curve.points = tread;
     if (!hasEnoughPoints(tread, limits)) {
         return result;
     }
+    curve.points = copyOf(tread, tread.size());
     centre(curve.points);
     if (!curve.polynomFit(kDegree)) {
         return result;
     }
-    PointList deviations = tread;
+    PointList deviations = copyOf(tread, tread.size());
     for (qsizetype i = 0; i < tread.size(); ++i) {
         const float deviation = tread[i].y - std::as_const(curve.points)[i].y;
         if (!std::isfinite(deviation)) {

@@ -1,6 +1,8 @@
 // The distance across a wheel pair, from the profiles of both wheels.
 #include "inspect/train/wheelDistance.h"
 
+#include "inspect/base/points.h"
+
 #include <KxMath/KxMetro.h>
 
 #include <cmath>
@@ -19,11 +21,7 @@ ChosenProfile chooseProfile(const FoundWheel& wheel, const KxMath::KxLine& level
 }
 
 PointList fittedHalf(const PointList& points) {
-    PointList half; // Qt 6.4 does not check the memory of points.first()
-    for (qsizetype i = 0; i < points.size() / 2; ++i) {
-        half.append(points[i]);
-    }
-    return half;
+    return copyOf(points, points.size() / 2);
 }
 
 float distanceOf(const ChosenProfile& first, const ChosenProfile& second, const KxMath::KxLine& firstReference,

@@ -81,12 +81,7 @@ int runMain(const QStringList& arguments) {
         return WrongUse;
     }
     const QString& first = arguments[1];
-    QStringList rest; // made element by element: Qt 6.4 does not check the memory of a list that it copies
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        if (i != 1) {
-            rest.append(arguments[i]);
-        }
-    }
+    const QStringList rest = withoutName(arguments);
     if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
         printUsage(stdout);
         return Done;

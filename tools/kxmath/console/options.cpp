@@ -59,6 +59,16 @@ QString wholeName(const QString& name, const QStringList& arguments) {
 
 } // namespace
 
+QStringList withoutName(const QStringList& arguments) {
+    QStringList rest; // made element by element: Qt 6.4 does not check the memory of a list that it copies
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        if (i != 1) {
+            rest.append(arguments[i]);
+        }
+    }
+    return rest;
+}
+
 QString suggestion(const QString& name, const QStringList& known, const char* prefix) {
     const QString nearest = KxInspect::detail::nearestName(name, known);
     return nearest.isEmpty() ? QString() : QStringLiteral(" (is '%1%2' meant?)").arg(QLatin1String(prefix), nearest);

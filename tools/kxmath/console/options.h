@@ -25,6 +25,9 @@ inline constexpr Bounds kNotNegative{0.0};
 /// " (is 'NAME' meant?)" with the known name that is nearest to a misspelled one, behind `prefix`; empty when none is near.
 QString suggestion(const QString& name, const QStringList& known, const char* prefix = "");
 
+/// The arguments without the second one, the name of a command.
+QStringList withoutName(const QStringList& arguments);
+
 /// Lists are returned constant: a loop over one that is not would copy it, without a check of the memory in Qt 6.4.
 ///
 /// Declares the options of a command, parses its arguments, and returns checked values. All but the declarations and the

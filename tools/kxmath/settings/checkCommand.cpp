@@ -53,8 +53,8 @@ int run(const Options& options) {
         options.fail(QStringLiteral("--defects checks a file by itself, without recordings"));
     }
     std::vector<std::string> paths;
-    for (const QString& path : files.mid(1)) {
-        paths.push_back(toBytes(path));
+    for (qsizetype i = 1; i < files.size(); ++i) {
+        paths.push_back(toBytes(files[i]));
     }
     Progress progress;
     const SettingsCheck check = checkSettings(

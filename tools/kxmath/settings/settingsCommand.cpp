@@ -45,9 +45,7 @@ int runPart(const QStringList& arguments) {
     for (const Part& part : kParts) {
         names += QLatin1String(part.name);
         if (name == QLatin1String(part.name)) {
-            QStringList rest = arguments;
-            rest.removeAt(1);
-            return part.run(rest);
+            return part.run(withoutName(arguments));
         }
     }
     throw CommandError{
