@@ -67,7 +67,7 @@ FAULTS = {
 }
 # Block sizes and thresholds for speed, on which no result depends, and the looks of a page.
 NO_RESULT = re.compile(r"\bk(Block|BlockSize|Part|Unroll|FewRecords|ManyLevels|Worthwhile|Counted|Points|TanOf\w+) = "
-                       r"|\bk(Width|Height|Pixels\w*|PageWidth|Letter|Row|Gap|Bar|Stops|Largest\w*Bytes) = |reserve\(")
+                       r"|\bk(Min\w*|Max\w*|)(Width|Height) = |\bk(Pixels\w*|PageWidth|Letter|Row|Gap|Bar|Stops|Largest\w*Bytes) = |reserve\(")
 NO_CODE = re.compile(r"^\s*(//|\*|#|template|static_assert|using |namespace|@|return;|break;|continue;)")
 
 

@@ -202,6 +202,10 @@ TEST(PassPage, DrawsWheelsAndDistances) {
             wheels.expectNear({box.points[1].x(), 0}, {last + 0.5, 0});
             EXPECT_EQ(box.colour, wheels.legend.at(i == 2 ? "wheel without partner" : legends[side]).second);
             heights[side] = box.points[0].y(); // pixels: the rows have no ticks
+            if (side == 0) {
+                wheels.expectNear({wheels.placeOf(QString::number(wheel["wheel"].toInt())).x(), 0},
+                                  {(first + last) / 2.0, 0});
+            }
         }
         const bool isOut = !pair["inTolerance"].toBool();
         const ReadItem mark =
