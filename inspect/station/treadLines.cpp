@@ -52,7 +52,9 @@ TreadExtent extentOf(const WheelRecords& wheel) {
     std::vector<double> ends;
     for (const StraightPart& part : parts) {
         const double cone = std::abs(std::remainder(static_cast<double>(part.degrees) - square, 180.0));
-        const double across = sectionOf({{part.x, part.y}}, wheel.line, 1.0).front().across;
+        PointList point; // Qt 6.4 does not check the memory of a list that is made of its elements
+        point.append({part.x, part.y});
+        const double across = sectionOf(point, wheel.line, 1.0).front().across;
         if (cone <= kMostCone && static_cast<double>(part.deviation) <= 2.0 * limit &&
             across - kPartLength / 2.0 >= kNarrowestFlange && across <= kWidestRim) {
             starts.push_back(across - kPartLength / 2.0);
