@@ -65,6 +65,13 @@ TEST_F(GaugeText, HeadersTellWherePointsAre) {
     EXPECT_THROW(readProfile(make(byName, "a.txt")), Error);
     const PointSet set = readPoints(make(kEntries + "1.5 2 3 4\n-3 4 5 6\n"), FileKind::Gauge, {{3, 1, 0}, {}, {}});
     EXPECT_EQ(set.points, (std::vector<Point3>{{4, 2, 1.5f}, {6, 4, -3}}));
+    for (const std::vector<int>& columns : {std::vector{4, 1, 0}, {1, 4, 0}, {0, 1, 4}}) {
+        expectErrorAt(
+            [&] {
+                readPoints(make(kEntries + "1.5 2 3 4\n-3 4 5 6\n"), FileKind::Gauge, {columns, {}, {}});
+            },
+            ErrorKind::Unsuitable, 6, 4, "has no column 5");
+    }
 }
 
 TEST_F(GaugeText, RefusesWithLineColumnAndText) {
