@@ -62,6 +62,11 @@ const QList<Query> kReadOnly = {
          Cloud out;
          c.calcSection(out, 2, 1);
      }},
+    {"extract()",
+     [](P&, Cloud& c) {
+         Cloud out;
+         c.extract(out, 1, 9, 0, 9, 0, 9, false);
+     }},
     {"extractInsulatingTape()",
      [](P&, Cloud& c) {
          Cloud tape;
@@ -74,6 +79,11 @@ const QList<Query> kReadOnly = {
      }},
     {"compat_writeToXYZFile()", [](P&, Cloud& c) { c.compat_writeToXYZFile(TempFiles().path("c")); }},
     {"writeToCSVFile()", [](P& p, Cloud&) { p.writeToCSVFile(TempFiles().path("p")); }},
+    {"calcRange()",
+     [](P& p, Cloud&) {
+         float a, b, c, d;
+         p.calcRange(&a, &b, &c, &d);
+     }},
     {"findNearestToX()", [](P& p, Cloud&) { p.findNearestToX(3, false), p.findNearestToX(3, true); }},
     {"calcLine()",
      [](P& p, Cloud&) {
@@ -122,6 +132,12 @@ const QList<Query> kReadOnly = {
      [](P& p, Cloud&) {
          P out;
          p.calcLineSegment(3, 1, 2, out, kNaN, kNaN, kNaN, kNaN);
+     }},
+    {"calcDistance()",
+     [](P& p, Cloud&) {
+         P out, other;
+         other.points = pointsFor(40, [](int i) { return at(i, 3); });
+         p.calcDistance(other, out, 3, 0, false);
      }},
 };
 
