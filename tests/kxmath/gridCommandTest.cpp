@@ -1,4 +1,4 @@
-// kxmath grid: seeds of known patches, pictures, files and refusals.
+// kxmath grid: seeds of known patches, and rows that keep their place.
 #include "kxmath/toolRun.h"
 #include "shapes/patchScan.h"
 
@@ -75,46 +75,6 @@ TEST_F(GridCommand, RowsKeepTheirPlaceAndProfilesMayBeCloser) {
     const QJsonValue coarse = json({"scan.bin", "--step", "1", "--dz", "0.5", "--z0", "100"});
     EXPECT_NEAR(coarse["rows"].toInt(), 76, 1); // up to the last profile with points, at 149 * 0.5
     EXPECT_EQ(coarse["originZ"].toDouble(), 100.0);
-}
-
-TEST_F(GridCommand, AreasDoNotDependOnTheDistanceOfTheProfiles) {
-    writeScan(-80.0f, 0.03f);
-    KxProfileZSet all, second;
-    ASSERT_GT(all.readFromFile(path("scan.bin")), 0);
-    for (int i = 0; i < all.size(); i += 2) {
-        second.profiles.append(all.profiles[i]);
-    }
-    second.writeToFile(path("second.bin"));
-    const QStringList apart = {"second.bin", "--step", "0.5", "--dz", "1", "--seeds", ",-20"};
-    const QJsonValue result = json(apart);
-    EXPECT_EQ(result["rows"].toInt(), 159);
-    EXPECT_EQ(result["interpolatedRows"].toInt(), 79);
-    const QJsonArray seeds = result["seeds"].toArray();
-    ASSERT_EQ(seeds.size(), qsizetype(std::size(kPatches)));
-    for (size_t i = 0; i < std::size(kPatches); ++i) {
-        const Patch& patch = kPatches[i];
-        const double length = double(kPitch) * (patch.lastProfile - patch.firstProfile);
-        const double width = double(kPitch) * (patch.lastPoint - patch.firstPoint);
-        const double rim = 2 * double(kPitch) * (length + width); // a cell all around
-        EXPECT_NEAR(seeds[qsizetype(i)]["area"].toDouble(), length * width, rim) << i;
-    }
-    EXPECT_TRUE(run(apart).output.contains("Rows: 79 of 159 are between two profiles and interpolated\n"));
-    const ToolResult refused = run(apart + QStringList{"--gap", "0.9"}, 2);
-    EXPECT_TRUE(refused.errors.contains("a pitch of 0.5 mm leaves rows empty: the profiles are 1 mm apart"));
-    run(apart + QStringList{"--fail-on", "not-judged"});
-    run({"second.bin", "--step", "1", "--seeds", "100,90", "--fail-on", "not-judged"}, 5);
-}
-
-TEST_F(GridCommand, CutsEdgesAndWritesPictures) {
-    writeScan(-80.0f, 0.03f);
-    const ToolResult result = run({"scan.bin", "--step", "0.5", "--edge-cut", "-20", "--report", "r.html", "--json",
-                                   "j.json", "--out", "patches"});
-    EXPECT_TRUE(result.output.contains("cut away at steps below -20 mm")) << result.output.constData();
-    EXPECT_TRUE(result.output.endsWith("Files of the seeds: patches\n")) << result.output.constData();
-    EXPECT_GT(readJson("j.json")["edgeCut"]["cells"].toInt(), 0);
-    const QByteArray html = read("r.html");
-    EXPECT_EQ(html.count("<svg"), 3);
-    EXPECT_EQ(html.count("data:image/png;base64,"), 3);
 }
 
 } // namespace

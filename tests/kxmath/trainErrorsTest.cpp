@@ -1,4 +1,4 @@
-// kxmath train without a result, and on a full disk: what it says, the exit code, nothing left behind.
+// kxmath train without a result: what it says, the exit code, nothing left behind.
 #include "kxmath/toolRun.h"
 #include "kxmath/trainRecordings.h"
 
@@ -54,18 +54,6 @@ TEST_F(TrainErrors, NoResult) {
              trainSettings().replace("minPointsIn=5", "minPointsIn=2").replace("minPointsIn=6", "minPointsIn=2"));
     expectNone({"1 wheels in 'left_1001.bin', 1 in 'right_1002.bin', none of them"},
                "Not judged, pair 1: the points of a chosen profile give no line.\n");
-}
-
-/// A full disk, played by a limit for the size of files.
-TEST_F(TrainErrors, FullDisk) {
-    const QByteArray large = recording({0.0f, 0.5f}, RecordKind::CloudSections, 400);
-    writeAll(large, large, trainSettings());
-    const QString line = "trap '' XFSZ; ulimit -f %1; \"$KXMATH\" train " + with({}).join(' ');
-    for (const int blocks : {0, 2}) { // nothing fits, the settings fit but no wheel does
-        EXPECT_EQ(runShell(path(""), line.arg(blocks), 4).errors.count('\n'), 1);
-        EXPECT_TRUE(QDir(path("results")).isEmpty());
-    }
-    runTool(path(""), QStringList("train") + with({}), 4, "/dev/full");
 }
 
 } // namespace

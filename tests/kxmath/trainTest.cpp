@@ -76,25 +76,6 @@ TEST_F(Train, GivesTheSameFromAnyFolderAndWithOldFilesAround) {
     EXPECT_EQ(results().filter(QRegularExpression("^pass-left_1001-right_1002(-[234])?$")).size(), 4);
 }
 
-TEST_F(Train, FailsOnVerdicts) {
-    const std::tuple<std::vector<SeenWheel>, const char*, int, const char*> cases[] = {
-        // The distances of the right wheels are in tolerance, out of it, in it.
-        {{0.5f, -2.5f, 0.0f}, "out", 5, "1 x out"},
-        {{0.5f, -2.5f, 0.0f}, "not-judged", 0, ""},
-        {{0.5f, 2.5f, 0.0f}, "out,not-judged", 0, ""},
-        {{0.5f, SeenWheel(), 0.0f}, "out", 0, ""},
-        {{0.5f, SeenWheel(), 0.0f}, "out,not-judged", 5, "1 x not-judged"},
-        {{SeenWheel(), SeenWheel(), SeenWheel()}, "not-judged", 1, "no distance"},
-    };
-    for (const auto& [right, list, code, message] : cases) {
-        SCOPED_TRACE(list);
-        writeRecordings({0.25f, -1.0f, 0.5f}, right);
-        const ToolResult result = run(with({"--fail-on", list, "--csv", "verdicts.csv"}), code);
-        EXPECT_TRUE(result.errors.contains(message)) << result.errors.toStdString();
-        EXPECT_TRUE(result.output.contains("distances measured"));
-    }
-}
-
 TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
     // Wheels that are seen, and their numbers in the pairs, - for none. Triggered: the right one pauses, both give z.
     const std::tuple<const char*, const char*, const char*, int, bool> cases[] = {

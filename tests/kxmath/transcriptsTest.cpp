@@ -140,7 +140,8 @@ TEST_P(Transcripts, ShowWhatTheCommandsPrint) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
-                         testing::Values("calibrate", "conicity", "convert", "grid", "simulate", "train", "wheel"),
+                         testing::Values("calibrate", "conicity", "convert", "forms", "grid", "poses", "simulate",
+                                         "train", "verdicts", "wheel"),
                          [](const auto& info) { return std::string(info.param); });
 
 // The numbers of the transcripts beside what is known of the inputs, and beside each other.
