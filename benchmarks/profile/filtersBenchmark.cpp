@@ -37,9 +37,10 @@ void addMovingAverage() {
             const int offset = window * 2 / 5;
             float mean = 0;
             for (int i = 0; i < kProfilePoints - window; ++i) {
+                const float* const ys = j.ys.data() + i;
                 float sum = mean;
                 for (int k = offset; k < window; ++k) {
-                    sum += j.ys[static_cast<std::size_t>(i + k)];
+                    sum += ys[k];
                 }
                 mean = sum / static_cast<float>(window);
             }

@@ -36,7 +36,7 @@ inline ToolResult runProgram(const QString& program, const QString& folder, cons
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
     const bool isEnded = process.waitForFinished(kLongest) && process.exitStatus() == QProcess::NormalExit;
-    const ToolResult result{process.readAllStandardOutput(), process.readAllStandardError()};
+    ToolResult result{process.readAllStandardOutput(), process.readAllStandardError()};
     EXPECT_EQ(isEnded ? process.exitCode() : -1, exitCode) << qPrintable(arguments.join(' ')) << "\n"
                                                            << result.errors.constData();
     return result;

@@ -92,8 +92,8 @@ TEST(Calibration, FindsPosesInViewAndIsNeverWrong) {
         for (int i = 0; i < 27; ++i) {
             kxsim::Random random({7, static_cast<std::uint64_t>(placement), static_cast<std::uint64_t>(i)});
             const kxsim::Vec3 offset{random.uniform(-50, 50), random.uniform(-50, 50), random.uniform(-50, 50)};
-            const kxsim::Pose pose =
-                kxsim::offsetPose(nominal, placement, i % 3 * 10 - 10, i / 3 % 3 * 10 - 10, i / 9 * 10 - 10, offset);
+            const int alpha = i % 3 * 10 - 10, beta = i / 3 % 3 * 10 - 10, gamma = i / 9 * 10 - 10;
+            const kxsim::Pose pose = kxsim::offsetPose(nominal, placement, alpha, beta, gamma, offset);
             const kxsim::CalibrationTrial trial = kxsim::tryCalibration(object, placement, pose, {}, random);
             const bool isRight = trial.isDone && trial.angleError <= 0.1 && trial.pointError <= 0.3;
             EXPECT_EQ(trial.isDone, isRight) << placement << ", pose " << i << ": off by " << trial.pointError << " mm";
@@ -267,7 +267,8 @@ TEST(Calibration, ReportsWhatItFoundWhateverTheNumber) {
         SCOPED_TRACE(count);
         c.apexes.clear();
         for (int i = 0; i < count; ++i) {
-            c.apexes.append(QPointF(i / 5, i));
+            const int column = i / 5;
+            c.apexes.append(QPointF(column, i));
         }
         c.expectRefusal();
         const int shown = std::min(count, 10);

@@ -18,7 +18,7 @@ KxProfile tread(int spikes, float height) {
     KxProfile p;
     p.points = pointsFor(1001, [](int i) { return at((i - 500) * 0.002, 100); });
     for (int i = 1; i <= spikes; ++i) {
-        p.points[i * 80].y += height;
+        p.points[qsizetype{i} * 80].y += height;
     }
     return p;
 }

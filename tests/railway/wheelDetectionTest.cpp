@@ -150,7 +150,10 @@ TEST(DetectWheels, DefaultsOfTheSettings) {
 TEST(DetectWheels, ModeThreeRemovesPartsAndUsesTheLowLine) {
     // Three groups of 8 points, 20 apart, heights 0 and 1 by turns: 12 of the first 23 points lie above 0.
     KxProfile p;
-    p.points = pointsFor(24, [](int i) { return at(i + i / 8 * 20, 1 - i % 2); });
+    p.points = pointsFor(24, [](int i) {
+        const int group = i / 8;
+        return at(i + group * 20, 1 - i % 2);
+    });
     const SettingsTable all{{"level_k", 0}, {"level_b", 5}, {"wndSize", 1}, {"maxdY", 2}, {"minPointsIn", 3}};
     const std::tuple<const char*, int, int, SettingsTable> kCases[] = {
         {"mode 0 removes nothing", 0, 23, {{"maxCorr", 3}}},

@@ -39,7 +39,7 @@ inline std::vector<QPointF> points(const QJsonValue& lists, double ySign = 1.0) 
 /// The points of a list of rows, from two of their columns.
 inline std::vector<QPointF> points(const QJsonValue& rows, int xColumn, int yColumn) {
     std::vector<QPointF> result;
-    for (const QJsonValue& row : rows.toArray()) {
+    for (const auto row : rows.toArray()) {
         result.emplace_back(row[xColumn].toDouble(), row[yColumn].toDouble());
     }
     return result;

@@ -315,7 +315,7 @@ std::vector<std::vector<int>> readPng(const QByteArray& file) {
             const auto entry = static_cast<quint8>(rows.at(qsizetype(row * (width + 1) + 1 + column)));
             int colour = 0;
             for (int i = 0; i < 3; ++i) {
-                colour = colour << 8 | static_cast<quint8>(chunks["PLTE"].at(3 * entry + i));
+                colour = colour << 8 | static_cast<quint8>(chunks["PLTE"].at(qsizetype{3} * entry + i));
             }
             pixels[row][column] = entry == 0 ? -1 : colour;
         }

@@ -22,7 +22,7 @@ const Plate kPlates[] = {{3, 30, 5, 24, 12.5f}, {34, 50, 8, 30, 0.0f}, {5, 22, 3
 
 /// A map of 55 rows and 45 columns, empty except for the plates.
 HeightMap makeMap() {
-    HeightMap map{55, 45, kPitch, kPitch, kOriginX, kOriginZ, std::vector<float>(55 * 45, kNaN)};
+    HeightMap map{55, 45, kPitch, kPitch, kOriginX, kOriginZ, std::vector<float>(std::size_t{55} * 45, kNaN)};
     for (const Plate& plate : kPlates) {
         for (int r = plate.firstRow; r <= plate.lastRow; ++r) {
             std::fill_n(&map.heights[map.position(r, plate.firstColumn)], plate.lastColumn - plate.firstColumn + 1,

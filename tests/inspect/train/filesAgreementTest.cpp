@@ -62,7 +62,7 @@ void expectSameDistances(const FileDoor& files, const PassResult& result) {
 /// @return the result for further looks
 PassResult expectSame(const PassFiles& pass, const KxInspect::PassOptions& options = {}) {
     pass.writeInputs();
-    const PassResult result = pass.measure(options);
+    PassResult result = pass.measure(options);
     const FileDoor files(pass);
     for (const size_t side : {0u, 1u}) {
         EXPECT_EQ(static_cast<int>(result.sides[side].wheels.size()), files.wheels(side));

@@ -29,7 +29,7 @@ struct Make {
 };
 
 double fromAxle(int number, const Make& make) {
-    return (number - kProfiles / 2 - 0.5) * make.step;
+    return (number - kProfiles / 2.0 - 0.5) * make.step;
 }
 
 /// A cylinder with a rounded flange, cut by a plane across the track; points each 0.1 mm across the wheel.
