@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs clang-tidy and cppcheck over the sources; scripts/lint prepares what it needs and lists the options.
 
-What clang-tidy found in a source is kept in BUILD/lint and found again until the source, a header that it includes,
+What clang-tidy found in a source is kept in BUILD/findings and found again until the source, a header that it includes,
 its compiler flags or the configuration change. Exit code 1 when there are findings, or when a source could not be checked
 to its end although the time is not limited.
 """
@@ -16,10 +16,12 @@ import re
 import shlex
 import subprocess
 import sys
+import tempfile
 import time
 
 TIDY = "clang-tidy-14"
 BATCH = 16  # sources that are checked at once
+TOGETHER = "UnifiedSource"  # in the name of a file that includes sources: else clang's analyzer skips what is in them
 SHORT_BATCH = 6  # with a limit of time, at which a batch is given up
 LONGEST = 1800  # s for a batch
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
@@ -95,10 +97,22 @@ class Tidy:
         self.sources = sources
         self.end = end  # when the time is over, infinite where there is no limit
         self.batch = BATCH if end == math.inf else SHORT_BATCH
-        self.kept = build / "lint"
+        self.kept = build / "findings"
         self.kept.mkdir(exist_ok=True)
         version = subprocess.run([TIDY, "--version"], check=True, capture_output=True).stdout
         self.general = version + pathlib.Path(".clang-tidy").read_bytes()
+        self.require_analyzer()
+
+    def require_analyzer(self):
+        """Ends the program unless the analyzer finds a planted fault in a source that is checked as one of a batch."""
+        with tempfile.TemporaryDirectory(dir=self.kept) as folder:
+            planted, together = pathlib.Path(folder, "planted.cpp"), pathlib.Path(folder, TOGETHER + ".cpp")
+            planted.write_text("int planted() {\n    int* p = nullptr;\n    return *p;\n}\n")
+            together.write_text(f'#include "{planted.absolute()}"\n')
+            run = subprocess.run([TIDY, "--quiet", "--config-file=.clang-tidy", together, "--"], capture_output=True,
+                                 text=True, check=False)
+        if "clang-analyzer-core.NullDereference" not in run.stdout:
+            sys.exit(f"{TIDY} does not find a planted fault: {run.stdout}{run.stderr}")
 
     def flags(self, source):
         """The compiler flags of `source`, without the names of files."""
@@ -135,7 +149,7 @@ class Tidy:
         """Records what is found in a batch, as one translation unit: most of the time goes into the headers of Qt and
         of the standard library. Sources that do not compile together, for names that they share, are separated."""
         flags = self.flags(batch[0])
-        together = self.kept / (self.record(batch[0]).name + ".cpp")
+        together = self.kept / (TOGETHER + self.record(batch[0]).name + ".cpp")
         together.write_text("".join(f'#include "{os.path.abspath(name)}" // NOLINT(bugprone-suspicious-include)\n'
                                     for name in batch))
         try:
