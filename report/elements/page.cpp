@@ -1,6 +1,8 @@
 // A self-contained HTML page: no script, no other file.
 #include "report/elements/page.h"
 
+#include "report/elements/textList.h"
+
 #include "report/elements/svg.h"
 
 namespace kxreport {
@@ -143,6 +145,10 @@ void Page::table(const QStringList& headers, const std::vector<std::vector<Cell>
         body_ += QStringLiteral("</tr>\n");
     }
     body_ += QStringLiteral("</tbody>\n</table></div>\n");
+}
+
+void Page::table(std::initializer_list<QString> headers, const std::vector<std::vector<Cell>>& rows, int textColumns) {
+    table(textList(headers), rows, textColumns);
 }
 
 QString Page::html() const {

@@ -4,6 +4,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <initializer_list>
 #include <vector>
 
 namespace kxreport {
@@ -46,6 +47,7 @@ public:
     void figures(const std::vector<Figure>& figures);
     /// @param textColumns the number of columns from the left that hold text, the others hold numbers
     void table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns = 0);
+    void table(std::initializer_list<QString> headers, const std::vector<std::vector<Cell>>& rows, int textColumns = 0);
 
     /// The finished document.
     QString html() const;

@@ -2,6 +2,7 @@
 #include "report/elements/png.h"
 
 #include <array>
+#include <new>
 
 namespace kxreport {
 
@@ -72,7 +73,11 @@ QByteArray compressedRows(const PaletteImage& image) {
         rows.append(kNoFilter).append(pixels, image.width);
         pixels += image.width;
     }
-    return qCompress(rows, 9).mid(kLengthBytes);
+    const QByteArray compressed = qCompress(rows, 9);
+    if (compressed.isEmpty()) { // without memory
+        throw std::bad_alloc();
+    }
+    return compressed.mid(kLengthBytes);
 }
 
 } // namespace

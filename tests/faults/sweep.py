@@ -31,7 +31,7 @@ HOWS = {"allocate": ["ENOMEM"], "open": ["EMFILE", "EIO", "EINTR"], "read": ["EI
 CHANGING = ["open", "write", "sync", "close", "rename", "truncate", "mkdir", "link", "remove", "change"]
 LARGEST = [20000, 40000, 80000, 160000, 320000]  # bytes of an allocation that still succeeds
 CHUNK = 400  # runs of one case that one server does in a row
-SAMPLED_RUNS = 150  # of each kind of fault of a sampled case
+SAMPLED_RUNS = 40  # of each kind of fault of a sampled case
 KILLS = 60  # of each case, at random moments
 
 

@@ -1,6 +1,8 @@
 // CSV of results.
 #include "tools/kxmath/console/csv.h"
 
+#include "report/elements/textList.h"
+
 #include <algorithm>
 
 namespace kxtool {
@@ -17,6 +19,10 @@ QString csvField(const QString& text) {
 
 QString csvLine(const QStringList& fields) {
     return fields.join(QLatin1Char(',')) + QLatin1Char('\n');
+}
+
+QString csvLine(std::initializer_list<QString> fields) {
+    return csvLine(kxreport::textList(fields));
 }
 
 } // namespace kxtool

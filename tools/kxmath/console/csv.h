@@ -5,6 +5,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <initializer_list>
+
 namespace kxtool {
 
 /// A text as a field: in quotes where it holds a comma, quotes or a line end. An apostrophe is put before a text that
@@ -12,7 +14,9 @@ namespace kxtool {
 /// as shortestText() writes them, with at most 9 significant digits; a missing one is an empty field.
 QString csvField(const QString& text);
 
-/// A line of fields.
+/// @{ A line of fields.
 QString csvLine(const QStringList& fields);
+QString csvLine(std::initializer_list<QString> fields);
+/// @}
 
 } // namespace kxtool
