@@ -23,6 +23,8 @@ protected:
         writeSections();
         write("left_1001.bin", recording({0.25f, -1.0f, 0.5f, SeenWheel(), 0.75f}, RecordKind::CloudSections, 40));
         write("right_1002.bin", recording({0.5f, -2.5f, 0.0f, 1.0f, -0.5f}, RecordKind::ProfileRecords, 55));
+        write("none_1001.bin", recording({SeenWheel(), SeenWheel()}, RecordKind::CloudSections));
+        write("few_1002.bin", recording({0.0f}, RecordKind::CloudSections, 5)); // too few points for a line
         write("flat.ini", trainSettings());
         write("flat.csv", "0;250\n1;250\n2;250\n");
         KxProfileZSet set;
