@@ -31,6 +31,10 @@ protected:
         const kxtool::Patch patches[] = {{3, 12, 4, 20, 12.0f}, {13, 26, 4, 18, 10.5f}};
         kxtool::appendPatchScan(set, {30, 25, 0.5f, -40.0f, 8.0f, 0.03f, 7}, patches);
         set.writeToFile(path("scan.bin"));
+        KxProfileZSet gaps; // nothing but patches: one at the height 0, and rows without points before and between them
+        const kxtool::Patch apart[] = {{3, 12, 4, 20, 0.05f}, {16, 27, 4, 18, -4.0f}};
+        kxtool::appendPatchScan(gaps, {30, 25, 0.5f, -40.0f, kNaN, 0.03f, 7}, apart);
+        gaps.writeToFile(path("gaps.bin"));
         KxPointCloud<KxPointXYZ> space;
         space.points = {at(1, -2, 3), at(1.5, 2.25, 3), at(-7, 0.125, 4.5), at(kNaN, 1, 4.5), at(20, 30, 40)};
         space.writeToFile(path("space.bin"));
