@@ -18,7 +18,7 @@ inline void needMemory(std::size_t bytes) {
 /// The memory for a QTemporaryFile and a QSettings of that many bytes. Without it their constructors crash in Qt 6.4: they
 /// destroy what is half made.
 inline void needMemoryForSettings(long long fileSize) {
-    constexpr std::size_t kItself = 96 * 1024; // bytes
+    constexpr std::size_t kItself = std::size_t{96} * 1024; // bytes
     constexpr std::size_t kPerByte = 24;
     needMemory(kItself + kPerByte * static_cast<std::size_t>(fileSize));
 }

@@ -123,8 +123,10 @@ public:
     ~Scratch() {
         for (const char* const name : {"/in", "/out"}) {
             std::array<char, kLongest + 8> path;
-            std::snprintf(path.data(), path.size(), "%s%s", folder_.data(), name);
-            unlink(path.data());
+            const int length = std::snprintf(path.data(), path.size(), "%s%s", folder_.data(), name);
+            if (length > 0 && static_cast<std::size_t>(length) < path.size()) {
+                unlink(path.data());
+            }
         }
         rmdir(folder_.data());
     }
