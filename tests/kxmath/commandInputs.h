@@ -19,13 +19,11 @@ protected:
         wheel.writeToCSVFile(path("wheel.csv"));
         cone.writeToCSVFile(path("cone.csv"));
         rail.writeToCSVFile(path("rail.csv"));
-        KxPointCloud<KxPointXY> flat, large;
+        KxPointCloud<KxPointXY> flat;
         KxPointCloud<KxPointXYZ> spatial;
         flat.points = pointsFor(300, [](int i) { return at(0.5 * i, 0.25); });
-        large.points = pointsFor(30000, [](int i) { return at(0.5 * i, i % 7); });
         spatial.points = pointsFor(300, [](int i) { return at(0.5 * i, 0.25, i / 100); });
         flat.writeToFile(path("flat.bin"));
-        large.writeToFile(path("large.bin"));
         spatial.writeToFile(path("spatial.bin"));
         KxProfileZSet set;
         const kxtool::Patch patch{10, 49, 10, 49, 12.0f};

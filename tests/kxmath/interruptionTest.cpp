@@ -1,5 +1,5 @@
 // Interrupted commands clean up. Those that are killed are the subject of tests/faults.
-#include "kxmath/commandInputs.h"
+#include "kxmath/toolRun.h"
 
 #include <QtCore/QThread>
 
@@ -7,8 +7,10 @@ namespace {
 
 using namespace tool_test;
 
-class Interruption : public CommandInputs {
+class Interruption : public ToolTest {
 protected:
+    Interruption() : ToolTest("simulate") {}
+
     QStringList begun() const { return QDir(path("")).entryList({"incomplete-*"}, QDir::Dirs); }
 
     /// Starts a long simulation, sends the signal when it has begun, and returns the exit code, -1 of a crash.

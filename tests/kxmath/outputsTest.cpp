@@ -41,9 +41,9 @@ const Output kOutputs[] = {
 
 class Outputs : public CommandInputs {
 protected:
-    /// The line for the shell, after what goes before.
-    QString lineFor(const Output& output, const QString& out, const QString& before = {}) const {
-        return CommandInputs::lineFor(QString(output.line).replace("OUT", out), before + "exec ");
+    /// The line for the shell.
+    QString lineFor(const Output& output, const QString& out) const {
+        return CommandInputs::lineFor(QString(output.line).replace("OUT", out), "exec ");
     }
 };
 

@@ -11,8 +11,6 @@
 #include <QtCore/QProcess>
 #include <QtCore/QProcessEnvironment>
 
-#include <vector>
-
 namespace tool_test {
 
 using namespace testing_support;
@@ -22,15 +20,11 @@ struct ToolResult {
 };
 
 /// Runs a program with $KXMATH in its environment and expects its exit code, -1 of a crash.
-/// @param stdoutFile empty to collect what it writes
-inline ToolResult runProgram(const QString& program, const QString& folder, const QStringList& arguments, int exitCode,
-                             const QString& stdoutFile = {}) {
+inline ToolResult runProgram(const QString& program, const QString& folder, const QStringList& arguments,
+                             int exitCode) {
     constexpr int kLongest = 20000; // ms
     QProcess process;
     process.setWorkingDirectory(folder);
-    if (!stdoutFile.isEmpty()) {
-        process.setStandardOutputFile(stdoutFile);
-    }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("KXMATH", KXMATH_TOOL);
     process.setProcessEnvironment(environment);
@@ -43,32 +37,14 @@ inline ToolResult runProgram(const QString& program, const QString& folder, cons
 }
 
 /// Runs kxmath.
-inline ToolResult runTool(const QString& folder, const QStringList& arguments, int exitCode = 0,
-                          const QString& stdoutFile = {}) {
-    return runProgram(KXMATH_TOOL, folder, arguments, exitCode, stdoutFile);
+inline ToolResult runTool(const QString& folder, const QStringList& arguments, int exitCode = 0) {
+    return runProgram(KXMATH_TOOL, folder, arguments, exitCode);
 }
 
 /// Runs a line of the shell in which $KXMATH is the program.
 inline ToolResult runShell(const QString& folder, const QString& line, int exitCode = 0) {
     return runProgram("sh", folder, {"-c", line}, exitCode);
 }
-
-/// A profile as contact gauges write them: header lines, one of them with numbers, and three columns.
-inline QByteArray gaugeText(const KxProfile& profile, float shift, float xFactor, float yFactor) {
-    QByteArray text = "Stock.......:\n32.58 37.11 14.71  (Sd/Sh/qR)\nWheel ID....: 7\n\n";
-    for (const auto& p : profile.points) {
-        text += QByteArray::number(double(xFactor * (p.x + shift)), 'f', 5) + "  " +
-                QByteArray::number(double(yFactor * p.y), 'f', 5) + " 0.000\n";
-    }
-    return text + "\n";
-}
-
-/// Arguments that are refused.
-struct Refusal {
-    QStringList arguments;
-    int exitCode;
-    QByteArray message; ///< part of the one line on stderr
-};
 
 /// Tests of one command, in a folder of their own.
 class ToolTest : public testing::Test, public TempFiles {
@@ -88,18 +64,6 @@ protected:
     QJsonValue simulate(const QString& name, const QStringList& arguments) const {
         runTool(path(""), QStringList{"simulate", name} + arguments);
         return readJson(name + "/truth.json");
-    }
-
-    void expectRefusal(const Refusal& refusal) const {
-        SCOPED_TRACE(refusal.arguments.join(' ').toStdString());
-        const ToolResult result = run(refusal.arguments, refusal.exitCode);
-        EXPECT_EQ(result.errors.count('\n'), 1) << result.errors.constData();
-        EXPECT_TRUE(result.errors.startsWith("kxmath " + command_.toLatin1() + ": ")) << result.errors.constData();
-        EXPECT_TRUE(result.errors.contains(refusal.message)) << result.errors.constData();
-        EXPECT_EQ(result.output, QByteArray());
-    }
-    void expectRefusals(const std::vector<Refusal>& refusals) const {
-        std::for_each(refusals.begin(), refusals.end(), [&](const Refusal& refusal) { expectRefusal(refusal); });
     }
 
 private:

@@ -16,6 +16,16 @@ using namespace tool_test;
 
 const QString kFolder = QStringLiteral(KXMATH_TRANSCRIPTS);
 
+/// A profile as contact gauges write them: header lines, one of them with numbers, and three columns.
+QByteArray gaugeText(const KxProfile& profile, float shift) {
+    QByteArray text = "Stock.......:\n32.58 37.11 14.71  (Sd/Sh/qR)\nWheel ID....: 7\n\n";
+    for (const auto& p : profile.points) {
+        text += QByteArray::number(double(p.x + shift), 'f', 5) + "  " + QByteArray::number(double(p.y), 'f', 5) +
+                " 0.000\n";
+    }
+    return text + "\n";
+}
+
 /// A folder with the files that the transcripts name.
 class CommandFiles : public ToolTest {
 protected:
@@ -64,7 +74,7 @@ private:
         for (const auto& [name, profile] : files) {
             profile->writeToCSVFile(path(name));
         }
-        write("wide.whl", gaugeText(cone, 2.5f, 1, 1));
+        write("wide.whl", gaugeText(cone, 2.5f));
     }
 };
 
