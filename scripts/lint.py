@@ -22,7 +22,7 @@ import time
 TIDY = "clang-tidy-14"
 BATCH = 16  # sources that are checked at once
 TOGETHER = "UnifiedSource"  # in the name of a file that includes sources: else clang's analyzer skips what is in them
-SHORT_BATCH = 6  # with a limit of time, at which a batch is given up
+SHORT_BATCH = 3  # with a limit of time, at which a batch is given up
 LONGEST = 1800  # s for a batch
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
 COMPILE_ERROR = re.compile(r"^(\S+?):\d+:\d+: (?:fatal )?error: ", re.MULTILINE)

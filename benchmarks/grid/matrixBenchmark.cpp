@@ -101,7 +101,7 @@ void readCells(GridJob& j) {
         const float* const row = j.matrix.cells[r];
         for (int c = 0; c + 16 <= j.matrix.columns; c += 16) {
             for (int chain = 0; chain < 4; ++chain) {
-                Bits4 v;
+                Bits4 v = {};
                 std::memcpy(&v, row + c + std::ptrdiff_t{4} * chain, sizeof(v));
                 all[chain] ^= v;
             }

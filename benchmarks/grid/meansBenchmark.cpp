@@ -73,7 +73,7 @@ void orderedSums(GridJob& j, int block) {
                 const float* cell = j.matrix.cells[i] + c;
                 for (int k = 0; k < block; ++k, ++cell) {
                     for (int group = 0; group < 4; ++group) {
-                        Float4 v;
+                        Float4 v = {};
                         std::memcpy(&v, cell + std::ptrdiff_t{4} * group, sizeof(v));
                         sums[group] += v;
                     }

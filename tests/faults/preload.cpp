@@ -81,12 +81,12 @@ void killAfter(long microseconds) {
     replace(STDIN_FILENO, fields[1], O_RDONLY);
     replace(STDOUT_FILENO, fields[2], O_WRONLY | O_CREAT | O_TRUNC);
     replace(STDERR_FILENO, fields[3], O_WRONLY | O_CREAT | O_TRUNC);
-    alarm(static_cast<unsigned>(std::atoi(fields[6]))); // ends what waits for ever
+    alarm(static_cast<unsigned>(std::strtoul(fields[6], nullptr, 10))); // ends what waits for ever
     const rlimit processorTime{5, 6}; // s; ends a loop without an end
     setrlimit(RLIMIT_CPU, &processorTime);
     fields[6] = programName;
     faults::watch(fields[0]);
-    killAfter(std::atol(fields[5]));
+    killAfter(std::strtol(fields[5], nullptr, 10));
     faults::arm(fault, seen);
     std::exit(programMain(count - 6, fields + 6, environment));
 }
@@ -96,12 +96,11 @@ int serve(char** environment) {
     if (shared == MAP_FAILED) {
         fail("no shared memory");
     }
-    auto& seen = *new (shared) faults::Seen;
     char line[1 << 14];
     FILE* const requests = fdopen(dup(STDIN_FILENO), "r");
     while (std::fgets(line, sizeof(line), requests) != nullptr) {
         line[std::strcspn(line, "\n")] = '\0';
-        seen = {};
+        auto& seen = *new (shared) faults::Seen;
         const pid_t child = fork();
         if (child == 0) {
             run(line, seen, environment);
@@ -145,6 +144,7 @@ int runOrServe(int count, char** arguments, char** environment) {
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name in the C library
 extern "C" int __libc_start_main(Main main, int count, char** arguments, void (*init)(), void (*fini)(),
                                  void (*onEnd)(), void* stackEnd) {
     const auto behind = reinterpret_cast<decltype(&__libc_start_main)>(dlsym(RTLD_NEXT, "__libc_start_main"));
