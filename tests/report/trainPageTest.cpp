@@ -130,6 +130,9 @@ TEST(PassPage, ShowsTheFactsOfTheJson) {
                                    "Wheels out of round (2 of 2 judged)"}) {
         EXPECT_EQ(goodPage.facts.at(fact), (ReadCell{"0", "good"})) << fact;
     }
+    good.sides[0].wheels[0].roundness.reset();
+    EXPECT_EQ(readPage(kxreport::passReport(good)).facts.at("Wheels out of round (1 of 2 judged)"),
+              (ReadCell{"0", ""}));
 }
 
 TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {

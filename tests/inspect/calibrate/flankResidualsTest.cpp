@@ -60,6 +60,7 @@ TEST(FlankResiduals, AreTheDistancesAlongY) {
         detail::findResiduals(shot.task, moved);
         const bool findsY = placementOf(placement).findsY;
         EXPECT_NEAR(moved.flanks[4].mean, findsY ? -0.25 : 0.0, 1e-3);
+        EXPECT_NEAR(moved.flanks[4].largest, findsY ? 0.25 : 0.0, 1e-3);
         EXPECT_NEAR(moved.rms, findsY ? 0.25 : 0.0, 1e-3);
         EXPECT_NEAR(moved.foundY, findsY ? moved.pose.y : shot.pose.origin.y, 1e-3);
         EXPECT_EQ(moved.flanks[4].isOff(), findsY);
@@ -107,6 +108,7 @@ TEST(PoseAverage, IsTakenModulo360Degrees) {
     EXPECT_NEAR(mean.pose.alpha, 360.01, 1e-9);
     EXPECT_NEAR(mean.pose.gamma, 50.0, 1e-9);
     EXPECT_NEAR(mean.deviation.x, std::sqrt(0.19 / 3), 1e-9); // squares of 0.1, -0.8 and 0.7 over 9, over 3 - 1
+    EXPECT_NEAR(mean.deviation.alpha, std::sqrt(0.0028), 1e-9); // degrees; squares of -0.06, 0.04 and 0.02 over 3 - 1
     EXPECT_NEAR(mean.largest.alpha, 0.06, 1e-9);
     EXPECT_NEAR(mean.largest.x, 0.8 / 3, 1e-9);
     EXPECT_NEAR(mean.pointDifference, 0.8 / 3, 1e-5);

@@ -26,6 +26,7 @@ protected:
         EXPECT_TRUE(set.writeToFile(path("scan.bin")));
         GridOptions options;
         options.map.pitch = 0.5f;
+        options.firstZ = 7.5f;
         options.patches.edgeCut = edgeCut;
         options.patches.end = -20.0f;
         return measureGrid(path("scan.bin").toStdString(), options);
@@ -47,6 +48,7 @@ TEST_F(GridJson, ComesBackWithItsPage) {
         SCOPED_TRACE(edgeCut.value_or(0.0f));
         GridResult result = measure(edgeCut);
         ASSERT_FALSE(result.found.patches.empty());
+        EXPECT_EQ(result.map.originZ, 7.5f) << "as given, not that of the file";
         writePatchFiles(path(edgeCut ? "cut" : "whole").toStdString(), result);
         result.warnings = {"one \u00b5m"};
         const std::string values = toJson(result);
