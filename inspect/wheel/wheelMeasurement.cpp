@@ -60,6 +60,11 @@ bool isSpatial(const std::string& path) {
     return head == "\x03" || head == "\x04";
 }
 
+/// Whether a profile that stands upright at its flange back is that of a wheel.
+bool isWheelAsItStands(Profile profile) {
+    return keepRunningSurface(profile, SectionKind::Wheel) && detail::wheelContradiction(profile.points).isEmpty();
+}
+
 /// A section of a rim, and whether its shape is that of a wheel, or its orientation was given.
 struct Section {
     Rim rim = {};
@@ -98,7 +103,7 @@ Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::v
     }
     Section section;
     detail::appendRimSection(points, section.rim);
-    section.isWheel = stance.has_value();
+    section.isWheel = stance || (options.flangeBack && isWheelAsItStands(profile)); // it may begin near the tip
     return section;
 }
 

@@ -182,13 +182,14 @@ TEST(Wheel, WarnsWhereTheFlankIsTakenForTheBack) {
     Wheel wheel{28.0f, 14.0f, 1.5f, 0.0f};
     WheelOptions options;
     options.flangeBack = 0.0f;
-    const float width = *measureWheel(wheel.section(), options).measures.widthLevel2ToH13;
+    const float width = measureWheel(wheel.section(), options).measures.widthLevel2ToH13.value();
     for (const auto& [first, isDoubtful, error] :
          {std::tuple{2.5f, false, 0.0f}, {4.0f, true, 0.0f}, {10.25f, true, 0.3f}, {11.5f, true, 0.7f}}) {
         wheel.first = first;
         const WheelResult result = measureWheel(wheel.section(), options);
         EXPECT_EQ(result.warnings.size(), isDoubtful ? 1u : 0u) << first;
-        EXPECT_GE(std::abs(*result.measures.widthLevel2ToH13 - width), error) << first << ": what the warning is for";
+        EXPECT_GE(std::abs(result.measures.widthLevel2ToH13.value() - width), error)
+            << first << ": what the warning is for";
     }
     EXPECT_EQ(measureWheel(wheel.section(), options).warnings.front().rfind("begins only 0.5 mm below the tip", 0), 0u);
 }
