@@ -45,6 +45,7 @@ TEST(TreadDefects, JudgesTreadsOnly) {
     const std::vector<Case> cases = {
         {"sound", {{7, {tread}}}, "", 7},
         {"defective", {{5, {tread}}, {2, {damaged}}}, "", 7, true},
+        {"far below the curve only", {{5, {tread}}, {2, {damaged}}}, "", 7, true, {1.25f}},
         {"one defective profile is allowed", {{5, {tread}}, {1, {damaged}}}, "", 6},
         {"back faces", {{7, {face}}}, "no profile shows 8 mm of the tread, 45 to 95 mm behind", 0},
         {"back faces and a little tread", {{7, {face, {45.0, 52.0}}}}, "no profile shows 8 mm", 0},
@@ -83,6 +84,14 @@ TEST(TreadDefects, JudgesTreadsOnly) {
         EXPECT_EQ(verdict.defects.isDefective.has_value(), verdict.reason.empty());
         EXPECT_EQ(verdict.defects.isDefective.value_or(false), c.isDefective);
     }
+}
+
+TEST(TreadDefects, CutsBothEndsOfTheRangeOfX) {
+    const PointList points = {at(-2.5, 1.0), at(-2.0, 1.0), at(0.5, 1.0), at(3.0, 1.0), at(3.5, 1.0)};
+    DefectLimits limits;
+    limits.fromX = -2.0f;
+    limits.toX = 3.0f;
+    EXPECT_EQ(cutTread(points, {KxLine(0.0f, 9.0f), KxLine(0.0f, -9.0f)}, limits).size(), 3);
 }
 
 } // namespace
