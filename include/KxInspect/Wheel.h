@@ -89,8 +89,8 @@ struct WheelOptions {
     /// back at the height of its first point. Empty: 0 or -70 (the tape circle is then at 0) where the profile fits such a
     /// place, or else where its steep back is.
     std::optional<float> flangeBack = {};
-    /// The profile is resampled linearly at this spacing, mm: the measurement takes means of 20 points, which would otherwise
-    /// round the flange (by 0.2 to 0.8 mm at the spacing of gauges). 0: the points are measured as they are.
+    /// The profile is resampled linearly at this spacing, mm: the measurement takes means of 20 points, which round the
+    /// flange the more the wider the points are apart. 0: the points are measured as they are.
     float spacing = 0.02f;
     Point centre = {0.0f, 0.0f}; ///< x and z of the wheel's centre, for sections in space
     WheelLimits limits = {};
