@@ -19,6 +19,7 @@
 #include "FileContents.h"
 #include "Grid.h"
 #include "HeightMap.h"
+#include "Interval.h"
 #include "Json.h"
 #include "PassResult.h"
 #include "Patches.h"

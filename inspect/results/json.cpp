@@ -90,6 +90,10 @@ QJsonObject jsonLine(const Line& line) {
     return {{QStringLiteral("k"), jsonNumber(line.slope)}, {QStringLiteral("b"), jsonNumber(line.intercept)}};
 }
 
+QJsonValue jsonInterval(const Interval& interval) {
+    return interval.isKnown() ? QJsonArray{jsonNumber(interval.low), jsonNumber(interval.high)} : QJsonValue();
+}
+
 std::string jsonText(const QJsonObject& document) {
     return QJsonDocument(document).toJson().toStdString();
 }
@@ -263,6 +267,14 @@ std::vector<Point> JsonValue::points() const {
 
 Line JsonValue::line() const {
     return {(*this)["k"].number(), (*this)["b"].number()};
+}
+
+Interval JsonValue::interval() const {
+    if (isNull()) {
+        return {};
+    }
+    const std::vector<float> ends = numbers(2);
+    return {ends[0], ends[1]};
 }
 
 void JsonValue::failAsNo(const QString& what) const {

@@ -1,6 +1,7 @@
 // Results as JSON: numbers and lists, to write and to read.
 #pragma once
 
+#include <KxInspect/Interval.h>
 #include <KxInspect/Json.h>
 #include <KxInspect/Profile.h>
 
@@ -35,6 +36,9 @@ QJsonObject jsonPoints(const std::vector<Point>& points);
 
 /// {"k": slope, "b": intercept}
 QJsonObject jsonLine(const Line& line);
+
+/// [low, high]; null for an interval that is not known.
+QJsonValue jsonInterval(const Interval& interval);
 
 /// The document as text: indented, members in alphabetical order, a line feed at the end.
 std::string jsonText(const QJsonObject& document);
@@ -73,6 +77,7 @@ public:
     std::vector<std::string> texts() const;
     std::vector<Point> points() const; ///< as jsonPoints() writes them
     Line line() const; ///< as jsonLine() writes it
+    Interval interval() const; ///< as jsonInterval() writes it
 
     /// Throws the Error "holds no WHAT in 'PATH'".
     [[noreturn]] void failAsNo(const QString& what) const;

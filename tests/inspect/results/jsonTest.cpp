@@ -46,6 +46,8 @@ TEST(Json, MissingNumbersAreNull) {
         EXPECT_TRUE(read[key].isNull()) << key;
         EXPECT_TRUE(std::isnan(read[key].number())) << key;
     }
+    EXPECT_EQ(readBack({{QStringLiteral("i"), jsonInterval({0.1f, 7.5f})}})["i"].interval(), (Interval{0.1f, 7.5f}));
+    EXPECT_FALSE(readBack({{QStringLiteral("i"), jsonInterval({0.1f, std::nanf("")})}})["i"].interval().isKnown());
     EXPECT_EQ(read["a"].textOrNull(), "");
     EXPECT_FALSE(read.has("d"));
 }

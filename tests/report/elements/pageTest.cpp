@@ -69,6 +69,9 @@ TEST(Texts, OfNumbers) {
     EXPECT_EQ(shortestText(0.1f), "0.1");
     EXPECT_EQ(shortestText(16777216.0f), "16777216");
     EXPECT_EQ(shortestText(float(kNaN)) + shortestText(float(kInfinity)), "");
+    EXPECT_EQ(withInterval(28.14f, KxInspect::Interval::around(28.14f, 0.052f), 2), "28.14 \u00b1 0.05");
+    EXPECT_EQ(withInterval(0.16f, {0.14f, 0.193f}, 2), "0.16 (0.14 to 0.19)");
+    EXPECT_EQ(withInterval(0.16f, {}, 2) + withInterval(float(kNaN), {0.1f, 0.2f}, 2), "0.16-");
 }
 
 } // namespace

@@ -7,5 +7,6 @@ namespace kxtool {
 
 using kxreport::fixedText;
 using kxreport::shortestText;
+using kxreport::withInterval;
 
 } // namespace kxtool
