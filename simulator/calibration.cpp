@@ -6,11 +6,12 @@
 namespace kxsim {
 
 Pose makePose(const Parameters& p, int sensor) {
-    Pose pose{{0.0, 0.0, 0.0}, p.alpha, p.beta, p.gamma};
-    // The axis meets the nominal back face at the aim height; the sensors stand at X = 0.
+    const double turn = sensor == 1 ? p.turn1 : -p.turn2; // the mirror image turns the other way
+    Pose pose{{0.0, 0.0, 0.0}, p.alpha, p.beta + turn, p.gamma};
+    // The axis meets the nominal back face at the aim height.
     const Vec3 target = {0.0, p.backToBack / 2.0, p.aimHeight};
     pose.origin = target - p.standOff * pose.v();
-    pose.origin.x = 0.0;
+    pose.origin.x = sensor == 1 ? p.along1 : p.along2;
     return sensor == 1 ? pose : pose.mirrored();
 }
 

@@ -49,6 +49,8 @@ struct Parameters {
     double backToBack = 1360.0;
     double distanceSpread = 0.5;
     double lateralSpread = 1.5;
+    double yaw = 0.0; // mrad
+    double yawSpread = 0.0; // mrad
     std::vector<Defect> defects;
 
     // Sensors
@@ -60,6 +62,10 @@ struct Parameters {
     double alpha = -40.0;
     double beta = 90.0;
     double gamma = 180.0;
+    double along1 = 0.0; // along the track
+    double along2 = 0.0;
+    double turn1 = 0.0; // deg
+    double turn2 = 0.0;
     double minRange = 60.0;
     double maxRange = 600.0;
     double maxLine = 120.0;

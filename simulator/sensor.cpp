@@ -18,6 +18,18 @@ TrackBody makeConductorCover(double backToBack, int side) {
     return {{0.0, side * (inner + 150.0), 130.0}, {0.0, side * inner, 130.0}, {0.0, side * inner, 190.0}};
 }
 
+/// The ray as the wheels of a wheelset see it: their axle stands straight across.
+Ray turnedBack(const Ray& ray, const WheelPair& axle, double axleX) {
+    if (axle.yaw == 0.0) {
+        return ray;
+    }
+    const double sine = std::sin(axle.yaw);
+    const double cosine = std::cos(axle.yaw);
+    const auto turned = [&](const Vec3& v) { return Vec3{cosine * v.x + sine * v.y, cosine * v.y - sine * v.x, v.z}; };
+    const Vec3 middle = {axleX, axle.lateralShift, 0.0};
+    return {middle + turned(ray.origin - middle), turned(ray.direction)};
+}
+
 } // namespace
 
 Sensor::Sensor(const Parameters& p, const Train& train, int sensor)
@@ -64,12 +76,13 @@ void Sensor::addTargets(const Train& train) {
     int number = 0;
     for (const WheelPair& pair : train.pairs) {
         const Wheel& wheel = pair.wheels[static_cast<std::size_t>(sensor_ - 1)];
-        const double radius = wheel.maxRadius() + kMaxBuildUp;
-        targets_.push_back({-pair.behind - radius, -pair.behind + radius, ++number, &wheel, nullptr});
+        const double turned = std::abs(std::sin(pair.yaw)) * (pair.backToBack / 2.0 + kRimWidth);
+        const double reach = wheel.maxRadius() + kMaxBuildUp + turned;
+        targets_.push_back({-pair.behind - reach, -pair.behind + reach, ++number, &wheel, &pair, nullptr});
     }
     for (const Equipment& equipment : train.equipment) {
         if (sideOf(sensor_) * (equipment.box.low.y + equipment.box.high.y) > 0.0) {
-            targets_.push_back({equipment.box.low.x, equipment.box.high.x, 0, nullptr, &equipment.box});
+            targets_.push_back({equipment.box.low.x, equipment.box.high.x, 0, nullptr, nullptr, &equipment.box});
         }
     }
 }
@@ -93,7 +106,7 @@ std::vector<const Sensor::Target*> Sensor::targetsInReach(double trainX) const {
 double Sensor::hitTarget(const Target& target, const Ray& ray, double trainX, double end) {
     if (target.wheel != nullptr) {
         const double axleX = trainX + (target.from + target.to) / 2.0;
-        return target.wheel->hit(ray, axleX, end);
+        return target.wheel->hit(turnedBack(ray, *target.axle, axleX), axleX, end);
     }
     Ray inTrain = ray;
     inTrain.origin.x -= trainX;

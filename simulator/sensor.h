@@ -36,6 +36,7 @@ private:
         double to;
         int pair; ///< 0 for equipment
         const Wheel* wheel;
+        const WheelPair* axle; ///< of the wheel
         const Box* box;
     };
 

@@ -9,7 +9,7 @@ namespace kxsim {
 
 namespace {
 
-enum Stream : std::uint64_t { WheelStream = 1, EquipmentStream = 2 };
+enum Stream : std::uint64_t { WheelStream = 1, EquipmentStream = 2, YawStream = 4 };
 
 void addDefects(const Parameters& p, int pairNumber, WheelPair& pair) {
     for (const Defect& defect : p.defects) {
@@ -36,6 +36,9 @@ WheelPair makePair(const Parameters& p, int number, double behind) {
     pair.behind = behind;
     pair.backToBack = p.backToBack + p.distanceSpread * random.boundedNormal();
     pair.lateralShift = p.lateralSpread * random.boundedNormal();
+    // In a sequence of its own: the same seed gives the same train, straight or askew.
+    pair.yaw = (p.yaw + p.yawSpread * Random({p.seed, YawStream, static_cast<std::uint64_t>(number)}).boundedNormal()) /
+               1000.0;
     const double diameter = p.diameter - p.wear * random.uniform();
     const double rimInnerRadius = p.diameter / 2.0 - p.rimThickness;
     pair.wheels.reserve(2);

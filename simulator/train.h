@@ -17,6 +17,7 @@ struct WheelPair {
     double behind; ///< distance behind the first axle of the train
     double backToBack;
     double lateralShift; ///< to the left
+    double yaw; ///< turn about the vertical through the middle of the axle, rad, positive when the right wheel is ahead
     std::vector<Wheel> wheels; ///< left, right
 };
 

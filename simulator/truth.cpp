@@ -85,6 +85,7 @@ void writeTruth(const QString& fileName, const Parameters& p, const Train& train
                                  {"behindFirst", pair.behind},
                                  {"backToBack", pair.backToBack},
                                  {"lateralShift", pair.lateralShift},
+                                 {"yaw", 1000.0 * pair.yaw},
                                  {"wheels", wheels}});
     }
     QJsonArray equipment;
