@@ -23,6 +23,12 @@ struct Defect {
     double phase = 0.0; ///< distance of its middle along the circumference from what the sensors see, mm
 };
 
+/// How deep a flat is over the width of the tread.
+enum class FlatShape {
+    Even, ///< equally deep everywhere: a wheel that slid on a rail of its own slope
+    Plane, ///< one plane parallel to the axle: deeper where the tread is farther from it
+};
+
 struct Parameters {
     std::uint64_t seed = 1;
     std::string prefix = "train";
@@ -52,6 +58,7 @@ struct Parameters {
     double yaw = 0.0; // mrad
     double yawSpread = 0.0; // mrad
     std::vector<Defect> defects;
+    FlatShape flatShape = FlatShape::Even;
 
     // Sensors
     int points = 1280;

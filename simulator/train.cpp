@@ -20,7 +20,7 @@ void addDefects(const Parameters& p, int pairNumber, WheelPair& pair) {
         Wheel& wheel = pair.wheels[static_cast<std::size_t>(defect.sensor - 1)];
         const double angle = defect.phase / (wheel.shape.diameter / 2.0);
         if (defect.kind == Defect::Kind::Flat) {
-            wheel.addFlat({angle, 0.0, defect.size / 2.0});
+            wheel.addFlat({angle, 0.0, defect.size / 2.0}, p.flatShape);
         } else {
             wheel.addBuildUp({angle, defect.size, kBuildUpHalfLength});
         }

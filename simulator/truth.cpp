@@ -17,6 +17,10 @@ QJsonObject toJson(const SensorLine& line) {
     return {{"k", line.k}, {"b", line.b}};
 }
 
+QLatin1String shapeName(FlatShape shape) {
+    return QLatin1String(shape == FlatShape::Even ? "even" : "plane");
+}
+
 QJsonObject parametersToJson(const Parameters& p) {
     QJsonObject json;
     for (const NumberInfo& info : allNumbers()) {
@@ -25,6 +29,7 @@ QJsonObject parametersToJson(const Parameters& p) {
     json["seed"] = QString::number(p.seed); // JSON numbers do not hold 64 bits
     json["prefix"] = QString::fromStdString(p.prefix);
     json["records"] = p.records == RecordKind::Profile ? "profile" : "cloud";
+    json["flat-shape"] = shapeName(p.flatShape);
     json["spacing"] = p.hasEqualAngles ? "angle" : "line";
     json["rails"] = p.hasRails;
     json["background"] = p.hasBackground;
@@ -40,13 +45,18 @@ QJsonObject sensorToJson(const Parameters& p, int sensor, const RecordingTruth& 
             {"level", toJson(lines.level)}};
 }
 
-QJsonArray defectsToJson(const Parameters& p, int pair, int sensor) {
+QJsonArray defectsToJson(const Parameters& p, const Wheel& wheel, int pair, int sensor) {
     QJsonArray json;
     for (const Defect& d : p.defects) {
         if (d.pair == pair && d.sensor == sensor) {
             const bool isFlat = d.kind == Defect::Kind::Flat;
-            json.append(QJsonObject{
-                {"kind", isFlat ? "flat" : "build-up"}, {isFlat ? "length" : "height", d.size}, {"phase", d.phase}});
+            QJsonObject defect = {
+                {"kind", isFlat ? "flat" : "build-up"}, {isFlat ? "length" : "height", d.size}, {"phase", d.phase}};
+            if (isFlat) {
+                defect["shape"] = shapeName(p.flatShape);
+                defect["depth"] = wheel.flatDepth(d.size);
+            }
+            json.append(defect);
         }
     }
     return json;
@@ -63,7 +73,7 @@ QJsonObject wheelToJson(const Parameters& p, const WheelPair& pair, int number, 
             {"flangeThickness", flangeThickness(wheel.contour, wheel.shape.diameter)},
             {"firstRecord", records.first},
             {"lastRecord", records.last},
-            {"defects", defectsToJson(p, number, sensor)}};
+            {"defects", defectsToJson(p, wheel, number, sensor)}};
 }
 
 } // namespace

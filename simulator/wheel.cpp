@@ -33,8 +33,8 @@ double angleFromBottom(const AxialRay& ray, double t) {
 Wheel::Wheel(const WheelShape& s, int side, double backFace)
     : shape(s), contour(makeWheelContour(s)), side(side), backFace(backFace), surface_(contour) {}
 
-void Wheel::addFlat(const TreadPatch& flat) {
-    flats_.push_back(flat);
+void Wheel::addFlat(const TreadPatch& flat, FlatShape flatShape) {
+    flats_.push_back({flat, flatShape});
 }
 
 void Wheel::addBuildUp(const TreadPatch& buildUp) {
@@ -49,28 +49,51 @@ AxialRay Wheel::toAxial(const Ray& ray, double axleX) const {
             {ray.direction.x, ray.direction.z}};
 }
 
+double Wheel::flatDepth(double length) const {
+    const double radius = shape.diameter / 2.0;
+    return radius - std::sqrt(radius * radius - length * length / 4.0);
+}
+
+/// How far the bottom of a flat is from the axle at an axial position.
+double Wheel::bottomRadius(const Flat& flat, double axial) const {
+    const double radius = flat.shape == FlatShape::Even ? surface_.outerRadius(axial) : shape.diameter / 2.0;
+    return radius - flatDepth(2.0 * flat.patch.halfLength);
+}
+
+/// Where a ray that is at `t` within the patch of a flat, outside its bottom, reaches the bottom or a side; `t` itself
+/// when it is not outside.
+double Wheel::bottomBehind(const Flat& flat, const AxialRay& ray, double t, double turn) const {
+    constexpr int kMostSteps = 60;
+    constexpr double kNear = 1e-7; // mm
+    // (forward, up) points from the axle to the middle of the flat.
+    const double forward = std::sin(flat.patch.angle + turn);
+    const double up = -std::cos(flat.patch.angle + turn);
+    const double sinking = -(forward * ray.acrossStep[0] + up * ray.acrossStep[1]);
+    const double side = ray.axialStep == 0.0
+                            ? std::numeric_limits<double>::infinity()
+                            : ((ray.axialStep > 0.0 ? kPatchTo : kPatchFrom) - ray.axial) / ray.axialStep;
+    // The slope of the tread changes the distance from the bottom little between two steps towards it.
+    for (int step = 0; step < kMostSteps && t < side; ++step) {
+        const double above =
+            forward * ray.acrossAt(0, t) + up * ray.acrossAt(1, t) - bottomRadius(flat, ray.axialAt(t));
+        if (above <= kNear) {
+            return t;
+        }
+        t = sinking > 0.0 ? t + above / sinking : std::numeric_limits<double>::infinity();
+    }
+    return std::min(t, side);
+}
+
 /// Where a ray that hits the round tread at `t` in a flat hits the bottom or a side of the flat; empty outside of flats.
 std::optional<double> Wheel::leaveFlats(const AxialRay& ray, double t, double turn) const {
     const double axial = ray.axialAt(t);
     if (axial <= kPatchFrom || axial >= kPatchTo) {
         return {};
     }
-    for (const TreadPatch& flat : flats_) {
-        // The flat is the plane at `depth` from the axle with the direction (forward, up) of its middle as its normal.
-        const double forward = std::sin(flat.angle + turn);
-        const double up = -std::cos(flat.angle + turn);
-        const double radius = shape.diameter / 2.0;
-        const double depth = std::sqrt(radius * radius - flat.halfLength * flat.halfLength);
-        const double above = forward * ray.acrossAt(0, t) + up * ray.acrossAt(1, t) - depth;
-        if (above <= 0.0) {
-            continue;
+    for (const Flat& flat : flats_) {
+        if (const double end = bottomBehind(flat, ray, t, turn); end > t) {
+            return end;
         }
-        const double sinking = -(forward * ray.acrossStep[0] + up * ray.acrossStep[1]);
-        double end = sinking > 0.0 ? t + above / sinking : std::numeric_limits<double>::infinity();
-        if (ray.axialStep != 0.0) {
-            end = std::min(end, ((ray.axialStep > 0.0 ? kPatchTo : kPatchFrom) - ray.axial) / ray.axialStep);
-        }
-        return end;
     }
     return {};
 }

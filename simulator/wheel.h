@@ -1,6 +1,7 @@
 // Intersection of rays with a wheel and its tread defects.
 #pragma once
 
+#include "simulator/parameters.h"
 #include "simulator/revolution.h"
 #include "simulator/vector.h"
 #include "simulator/wheelContour.h"
@@ -27,11 +28,13 @@ public:
     /// @param backFace distance of the back face from the track centre
     Wheel(const WheelShape& shape, int side, double backFace);
 
-    void addFlat(const TreadPatch& flat);
+    void addFlat(const TreadPatch& flat, FlatShape shape);
     void addBuildUp(const TreadPatch& buildUp);
 
     /// The first hit before `end` with the axle `axleX` along the track; `end` when there is none.
     double hit(const Ray& ray, double axleX, double end) const;
+    /// How deep the middle of a flat is at the tape circle, in mm as its length.
+    double flatDepth(double length) const;
     double maxRadius() const { return surface_.maxRadius(); }
 
     const WheelShape shape;
@@ -40,16 +43,22 @@ public:
     const double backFace;
 
 private:
+    struct Flat {
+        TreadPatch patch;
+        FlatShape shape;
+    };
     struct BuildUp {
         TreadPatch patch;
         SurfaceOfRevolution surface;
     };
 
     AxialRay toAxial(const Ray& ray, double axleX) const;
+    double bottomRadius(const Flat& flat, double axial) const;
+    double bottomBehind(const Flat& flat, const AxialRay& ray, double t, double turn) const;
     std::optional<double> leaveFlats(const AxialRay& ray, double t, double turn) const;
 
     SurfaceOfRevolution surface_;
-    std::vector<TreadPatch> flats_;
+    std::vector<Flat> flats_;
     std::vector<BuildUp> buildUps_;
 };
 

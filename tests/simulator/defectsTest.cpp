@@ -2,6 +2,7 @@
 #include "simulator/passSupport.h"
 
 #include "simulator/calibration.h"
+#include "simulator/wheel.h"
 #include "simulator/wheelContour.h"
 
 using namespace simulator_test;
@@ -72,6 +73,25 @@ TEST(Defects, ChangeTheTreadByTheirHeight) {
     const Change buildUp = changeOf(p, {Defect::Kind::BuildUp, 2, 1, 1.5, 0.0});
     EXPECT_GT(buildUp.profiles, 5);
     EXPECT_NEAR(buildUp.radius, 1.5, 0.01);
+}
+
+TEST(Defects, FlatsAreEvenOrPlaneOverTheWidth) {
+    const kxsim::WheelShape shape = {860.0, 368.0, 0.0};
+    const double depth = 430.0 - std::sqrt(430.0 * 430.0 - 30.0 * 30.0);
+    for (const kxsim::FlatShape flatShape : {kxsim::FlatShape::Even, kxsim::FlatShape::Plane}) {
+        kxsim::Wheel wheel(shape, 1, 680.0);
+        wheel.addFlat({0.0, 0.0, 30.0}, flatShape);
+        for (const double axial : {53.0, 60.0, 70.0, 90.0, 104.0, 106.0}) {
+            const double sound = -kxsim::s1002Height(axial - kxsim::kTapeCircle);
+            const double radius = flatShape == kxsim::FlatShape::Even ? 430.0 - sound : 430.0;
+            const double expected = axial > kxsim::kPatchTo ? sound : std::max(sound, 430.0 - (radius - depth));
+            for (const double lean : {0.0, 0.5}) { // from below, and leaning outwards as a sensor looks
+                const kxsim::Ray ray = {{0.0, 680.0 + axial - lean * (100.0 + expected), -100.0}, {0.0, lean, 1.0}};
+                EXPECT_NEAR(ray.at(wheel.hit(ray, 0.0, 1000.0)).z, expected, 0.005)
+                    << axial << " mm from the back, lean " << lean;
+            }
+        }
+    }
 }
 
 TEST(Defects, ShowOnlyToTheirSensorAndWhereTheWheelRollsOverIt) {

@@ -48,6 +48,11 @@ void addOptions(Options& options) {
                       "KIND", "angle");
     options.addOption("flat", "wheel flat: PAIR:SENSOR:LENGTH[:PHASE], mm; may be given more than once", "DEFECT");
     options.addOption(
+        "flat-shape",
+        "flats are equally deep over the width of the tread, or one plane parallel to the axle, deeper where "
+        "the tread is farther from it: even or plane [even]",
+        "KIND", "even");
+    options.addOption(
         "build-up", "metal build-up on a tread: PAIR:SENSOR:HEIGHT[:PHASE], mm; may be given more than once", "DEFECT");
     options.addFlag("no-rails", "leave out the rails");
     options.addFlag("no-background", "leave out objects beside the track");
@@ -123,6 +128,8 @@ Parameters readParameters(const Options& options) {
     parameters.hasRails = !options.isSet("no-rails");
     parameters.hasBackground = !options.isSet("no-background");
     parameters.hasObjects = !options.isSet("no-objects");
+    const bool areEven = options.oneOf("flat-shape", kxreport::textList({"even", "plane"})) == QLatin1String("even");
+    parameters.flatShape = areEven ? kxsim::FlatShape::Even : kxsim::FlatShape::Plane;
     readDefects(options, "flat", Defect::Kind::Flat, parameters);
     readDefects(options, "build-up", Defect::Kind::BuildUp, parameters);
     if (const std::string fault = kxsim::findFault(parameters); !fault.empty()) {
