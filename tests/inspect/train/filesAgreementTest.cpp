@@ -88,6 +88,29 @@ TEST(FilesAgreement, RandomRecordings) {
     EXPECT_GT(unmeasured, 20) << "wheels without points below the line, without partner, with too few points";
 }
 
+TEST(Pass, IsJudgedByNominalAndTolerance) {
+    PassFiles pass;
+    fillRandomly(7, pass);
+    pass.writeInputs();
+    KxInspect::PassOptions options;
+    options.nominal = 1352.25f;
+    const PassResult found = pass.measure(options);
+    int pairs = 0;
+    for (size_t i = 0; i < found.pairs.size(); ++i) {
+        const WheelPair& pair = found.pairs[i];
+        if (!std::isfinite(pair.distance)) {
+            continue;
+        }
+        ++pairs;
+        EXPECT_EQ(pair.deviation, pair.distance - 1352.25f);
+        options.tolerance = std::abs(pair.deviation); // the limit itself is within it
+        EXPECT_TRUE(pass.measure(options).pairs[i].inTolerance.value());
+        options.tolerance = std::nextafter(options.tolerance, 0.0f);
+        EXPECT_FALSE(pass.measure(options).pairs[i].inTolerance.value());
+    }
+    EXPECT_GT(pairs, 0);
+}
+
 /// The verdict over each profile that the core gives, from its file.
 std::vector<int> defectiveProfiles(const std::vector<Points>& profiles, const KxInspect::DefectLines& lines,
                                    const KxInspect::DefectLimits& limits) {

@@ -40,7 +40,8 @@ public:
             "calibrLines2=" + pick({"1360", "1359.7"}) + "\nminProfsInWheel=" + pick({"5", "3", "1", "2", "8"}) + "\n";
         for (const QByteArray sensor : {"1", "2"}) {
             text += "[SENSOR" + sensor + "]\nSN=" + sensor + "\nlevel_k=" + pick({"0", "0.1"}) +
-                    "\nlevel_b=100\nk2=-0.3\nb2=52.5\nlowlevel_k=0\nlowlevel_b=" + pick({"10", "45"}) +
+                    "\nlevel_b=" + pick({"100", "50.5"}) +
+                    "\nk2=-0.3\nb2=52.5\nlowlevel_k=0\nlowlevel_b=" + pick({"10", "45"}) +
                     "\nminPointsIn=" + pick({"2", "5", "0", "1"}) + "\nwndSize=" + pick({"3", "2", "1", "7"}) +
                     "\nhigherPoinInWnd=" + pick({"1", "0"}) + "\nparts=" + pick({"0", "2"}) + "\n";
         }
