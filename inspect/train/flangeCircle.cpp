@@ -4,6 +4,8 @@
 #include "inspect/fitting/leastSquares.h"
 #include "inspect/fitting/median.h"
 
+#include <KxInspect/PassResult.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -17,13 +19,8 @@ constexpr double kTipHalfWidth = 2.5; // mm to both sides of the tip that a para
 constexpr double kTipReach = 2.0; // mm to both sides of the tip that must be in view
 constexpr int kFewestTipPoints = 8; // to each side
 
-struct Vertex {
-    double across;
-    double down;
-};
-
 /// The lowest place of the parabola through the points around `middle`.
-std::optional<Vertex> lowestNear(const std::vector<SectionPoint>& section, double middle) {
+std::optional<SectionPoint> lowestNear(const std::vector<SectionPoint>& section, double middle) {
     LeastSquares3 parabola;
     double from = 0.0;
     double to = 0.0;
@@ -40,7 +37,7 @@ std::optional<Vertex> lowestNear(const std::vector<SectionPoint>& section, doubl
         return {};
     }
     const double t = std::clamp(-(*c)[1] / (2.0 * (*c)[2]), -kTipHalfWidth, kTipHalfWidth);
-    return Vertex{middle + t, (*c)[0] + ((*c)[1] + (*c)[2] * t) * t};
+    return SectionPoint{middle + t, (*c)[0] + ((*c)[1] + (*c)[2] * t) * t};
 }
 
 /// Circle of least weighted squares of x^2 + y^2 - 2 a x - 2 b y - c (Kasa, A circle fitting procedure and its error
@@ -62,6 +59,18 @@ std::optional<FlangeCircle> fitWeighted(const std::vector<FlangeTip>& tips, cons
                                  : std::nullopt;
 }
 
+double meanDown(const std::vector<SectionPoint>& section, double from, double to) {
+    double sum = 0.0;
+    int count = 0;
+    for (const SectionPoint& p : section) {
+        if (p.across >= from && p.across <= to) {
+            sum += p.down;
+            ++count;
+        }
+    }
+    return sum / count; // NaN where there is none
+}
+
 } // namespace
 
 std::vector<SectionPoint> sectionOf(const QList<KxMath::KxPointXY>& points, const KxMath::KxLine& reference,
@@ -81,7 +90,18 @@ std::vector<SectionPoint> sectionOf(const QList<KxMath::KxPointXY>& points, cons
     return section;
 }
 
-std::optional<double> flangeTip(const std::vector<SectionPoint>& section) {
+double directionOfRail(const std::vector<QList<KxMath::KxPointXY>>& profiles, const KxMath::KxLine& reference) {
+    double votes = 0.0;
+    for (const QList<KxMath::KxPointXY>& points : profiles) {
+        const std::vector<SectionPoint> section = sectionOf(points, reference, 1.0);
+        const double difference = meanDown(section, 10.0, 20.0) -
+                                  meanDown(section, static_cast<double>(kTreadFrom), static_cast<double>(kTreadTo));
+        votes += std::isfinite(difference) ? std::copysign(1.0, difference) : 0.0;
+    }
+    return votes == 0.0 ? 0.0 : std::copysign(1.0, votes);
+}
+
+std::optional<SectionPoint> flangeTip(const std::vector<SectionPoint>& section) {
     const SectionPoint* lowest = nullptr;
     for (const SectionPoint& p : section) {
         if (p.across > 0.0 && p.across < kTipRange && (lowest == nullptr || p.down > lowest->down)) {
@@ -92,11 +112,11 @@ std::optional<double> flangeTip(const std::vector<SectionPoint>& section) {
         return {};
     }
     constexpr int kSteps = 4; // from the lowest point, which noise has chosen, to the tip
-    std::optional<Vertex> tip = Vertex{lowest->across, lowest->down};
+    std::optional<SectionPoint> tip = *lowest;
     for (int step = 0; step < kSteps && tip; ++step) {
         tip = lowestNear(section, tip->across);
     }
-    return tip ? std::optional(tip->down) : std::nullopt;
+    return tip;
 }
 
 std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips) {

@@ -47,8 +47,12 @@ Neighbours visitNeighbours(const std::vector<SectionPoint>& section, double midd
     return neighbours;
 }
 
-/// How far down the tip of the flange is; nothing where the profile does not show it from both sides.
-std::optional<double> flangeTip(const std::vector<SectionPoint>& section);
+/// The tip of the flange; nothing where the profile does not show it from both sides.
+std::optional<SectionPoint> flangeTip(const std::vector<SectionPoint>& section);
+
+/// 1 when x runs towards the rail, -1 when it runs away: the flange reaches farther down than the tread. 0 when no
+/// profile shows both.
+double directionOfRail(const std::vector<QList<KxMath::KxPointXY>>& profiles, const KxMath::KxLine& reference);
 
 /// The tip of the flange in one profile.
 struct FlangeTip {

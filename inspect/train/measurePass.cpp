@@ -81,10 +81,13 @@ std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& o
             writeWheelFiles(folder.text(), input.name, input.sensor, found);
         }
         std::vector<ChosenProfile> chosen;
+        std::vector<BackFace> faces;
         for (const FoundWheel& wheel : found.wheels()) {
             chosen.push_back(chooseProfile(wheel, input.detection.level));
+            faces.push_back(findBackFace(wheel.profiles, {wheel.places.begin(), wheel.places.end()},
+                                         input.detection.level, input.reference));
         }
-        sides.push_back({std::move(input), std::move(found), std::move(chosen)});
+        sides.push_back({std::move(input), std::move(found), std::move(chosen), std::move(faces)});
     }
     return sides;
 }
@@ -119,10 +122,11 @@ CutOut judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassS
         wheel.defects = std::move(tread.defects);
         wheel.defectsReason = std::move(tread.reason);
         cutOut.include(tread.cutOut);
-        RoundnessVerdict shape =
-            measured.found.hasPlaces()
-                ? judgeRoundness({found.profiles, treads, found.places, measured.input.reference}, limits)
-                : RoundnessVerdict{{}, "the records of the pass have no rising z"};
+        RoundnessVerdict shape = measured.found.hasPlaces()
+                                     ? judgeRoundness({found.profiles, treads, found.places, measured.input.reference,
+                                                       askewOf(fitFaceLine(measured.faces[i]))},
+                                                      limits)
+                                     : RoundnessVerdict{{}, "the records of the pass have no rising z"};
         wheel.roundness = std::move(shape.roundness);
         wheel.roundnessReason = std::move(shape.reason);
         report(progress, "judging treads in", side.file,

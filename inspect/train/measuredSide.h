@@ -1,6 +1,7 @@
 // One side of a pass between detection and result.
 #pragma once
 
+#include "inspect/train/backFace.h"
 #include "inspect/train/passInputs.h"
 #include "inspect/train/wheelCollector.h"
 #include "inspect/train/wheelDistance.h"
@@ -14,6 +15,7 @@ struct MeasuredSide {
     SideInput input;
     WheelCollector found;
     std::vector<ChosenProfile> chosen;
+    std::vector<BackFace> faces = {};
 };
 
 } // namespace KxInspect::detail

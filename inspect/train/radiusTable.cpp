@@ -41,11 +41,13 @@ Stations stationsOf(const std::vector<SectionPoint>& tread) {
     return result;
 }
 
-void RadiusTable::add(int profile, double place, const Stations& tread, const FlangeCircle& circle) {
+void RadiusTable::add(int profile, double place, const Stations& tread, const FlangeCircle& circle,
+                      const Askew& askew) {
     Row row{profile, place - circle.place, {}};
     int shown = 0;
     for (std::size_t i = 0; i < tread.size(); ++i) {
-        row.radius[i] = std::hypot(row.fromAxle, tread[i] - circle.down);
+        const double behind = static_cast<double>(kTreadFrom) + static_cast<double>(i);
+        row.radius[i] = std::hypot(row.fromAxle + askew.alongAt(behind), tread[i] - circle.down);
         shown += std::isnan(row.radius[i]) ? 0 : 1;
     }
     if (shown >= kLeastTread) {

@@ -1,6 +1,7 @@
 // The radii of a tread in the profiles of a wheel, compared at the places that they have in common.
 #pragma once
 
+#include "inspect/train/axleYaw.h"
 #include "inspect/train/flangeCircle.h"
 
 #include <KxInspect/PassResult.h>
@@ -21,7 +22,7 @@ class RadiusTable {
 public:
     /// Adds a profile that shows at least kLeastTread stations; others are left out.
     /// @param place of the profile along the pass, mm
-    void add(int profile, double place, const Stations& tread, const FlangeCircle& circle);
+    void add(int profile, double place, const Stations& tread, const FlangeCircle& circle, const Askew& askew);
 
     int size() const { return static_cast<int>(rows_.size()); }
 

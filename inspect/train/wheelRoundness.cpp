@@ -20,41 +20,24 @@ constexpr double kTo = static_cast<double>(kTreadTo);
 struct Section {
     int number;
     double place;
-    std::optional<double> tip;
+    std::optional<SectionPoint> tip;
     Stations tread;
 };
-
-double meanDown(const std::vector<SectionPoint>& section, double from, double to) {
-    double sum = 0.0;
-    int count = 0;
-    for (const SectionPoint& p : section) {
-        if (p.across >= from && p.across <= to) {
-            sum += p.down;
-            ++count;
-        }
-    }
-    return sum / count; // NaN where there is none
-}
-
-/// 1 when x runs towards the rail, -1 when it runs away: the flange reaches farther down than the tread. 0 when no
-/// profile shows both.
-double directionOfRail(const std::vector<PointList>& profiles, const KxMath::KxLine& reference) {
-    double votes = 0.0;
-    for (const PointList& points : profiles) {
-        const std::vector<SectionPoint> section = sectionOf(points, reference, 1.0);
-        const double difference = meanDown(section, 10.0, 20.0) - meanDown(section, kFrom, kTo);
-        votes += std::isfinite(difference) ? std::copysign(1.0, difference) : 0.0;
-    }
-    return votes == 0.0 ? 0.0 : std::copysign(1.0, votes);
-}
 
 std::vector<Section> sectionsOf(const WheelView& wheel) {
     const double towardsRail = directionOfRail(wheel.profiles, wheel.reference);
     std::vector<Section> sections;
     for (size_t i = 0; i < wheel.profiles.size() && towardsRail != 0.0; ++i) {
-        sections.push_back({static_cast<int>(i) + 1, static_cast<double>(wheel.places[i]),
-                            flangeTip(sectionOf(wheel.profiles[i], wheel.reference, towardsRail)),
-                            stationsOf(sectionOf(wheel.treads[i], wheel.reference, towardsRail))});
+        const auto place = static_cast<double>(wheel.places[i]);
+        const auto straightSection = [&](const PointList& points) {
+            std::vector<SectionPoint> section = sectionOf(points, wheel.reference, towardsRail);
+            for (SectionPoint& p : section) {
+                p = wheel.askew.straightened(p, place);
+            }
+            return section;
+        };
+        sections.push_back({static_cast<int>(i) + 1, place, flangeTip(straightSection(wheel.profiles[i])),
+                            stationsOf(straightSection(wheel.treads[i]))});
     }
     return sections;
 }
@@ -114,7 +97,7 @@ RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limi
     std::vector<FlangeTip> tips;
     for (const Section& section : sections) {
         if (section.tip) {
-            tips.push_back({section.place, *section.tip});
+            tips.push_back({section.place + wheel.askew.alongAt(section.tip->across), section.tip->down});
         }
     }
     const std::optional<FlangeCircle> circle = fitFlangeCircle(tips);
@@ -123,7 +106,7 @@ RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limi
     }
     RadiusTable table;
     for (const Section& section : sections) {
-        table.add(section.number, section.place, section.tread, *circle);
+        table.add(section.number, section.place, section.tread, *circle, wheel.askew);
     }
     if (table.size() < kFewestRadii) {
         return notJudged(QStringLiteral("fewer than %1 profiles show at least %2 mm of the tread between the lines")

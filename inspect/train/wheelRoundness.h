@@ -1,6 +1,7 @@
 // Whether the tread of a wheel is round, judged by all its profiles together.
 #pragma once
 
+#include "inspect/train/axleYaw.h"
 #include "inspect/train/wheelCollector.h"
 
 #include <KxInspect/PassResult.h>
@@ -19,6 +20,7 @@ struct WheelView {
     const std::vector<PointList>& treads; ///< what lies between the lines, cutTread()
     const std::vector<float>& places; ///< along the pass, mm
     KxMath::KxLine reference; ///< trace of the back face
+    Askew askew = {}; ///< how the wheel stands
 };
 
 /// The shape of a wheel, or why it was not judged.
