@@ -2,8 +2,8 @@
 """Runs clang-tidy and cppcheck over the sources; scripts/lint prepares what it needs and lists the options.
 
 What clang-tidy found in a source is kept in BUILD/findings and found again until the source, a header that it includes,
-its compiler flags or the configuration change. Exit code 1 when there are findings, or when a source could not be checked
-to its end although the time is not limited.
+its compiler flags or the configuration change. Exit code 1 when there are findings, when a source could not be checked to
+its end although the time is not limited, or when the time did not suffice for a single source.
 """
 import argparse
 import concurrent.futures
@@ -183,7 +183,7 @@ class Tidy:
 
 
 def run_tidy(tidy, sources, jobs):
-    """All different findings, and the sources for which the time did not suffice."""
+    """All different findings, the sources for which the time did not suffice, and whether those are all that waited."""
     findings, left = {}, []
     known = {source: tidy.kept_findings(source) for source in sources}
     waiting = [source for source in sources if known[source] is None]
@@ -210,7 +210,7 @@ def run_tidy(tidy, sources, jobs):
             done += len(batch) - len(unchecked)
             if len(unchecked) < len(batch):
                 print(f"[{done}/{len(waiting)}] {seconds:.1f} s: {' '.join(batch)}", flush=True)
-    return list(findings), left
+    return list(findings), left, bool(left) and done == 0
 
 
 def run_cppcheck(sources):
@@ -253,7 +253,7 @@ def main():
 
     findings = run_cppcheck(names) if names else []
     compiled = [name for name in names if name in sources.commands]
-    tidy_findings, left = run_tidy(Tidy(options.build, sources, end), compiled, options.jobs)
+    tidy_findings, left, is_idle = run_tidy(Tidy(options.build, sources, end), compiled, options.jobs)
     findings += tidy_findings
     for finding in findings:
         print(finding.replace(os.getcwd() + "/", ""))
@@ -262,7 +262,7 @@ def main():
         if group:
             print(f"{title} ({len(group)}): {', '.join(group)}")
     print(f"{len(findings)} findings in {len(names)} sources")
-    return 1 if findings or (left and end == math.inf) else 0
+    return 1 if findings or is_idle or (left and end == math.inf) else 0
 
 
 if __name__ == "__main__":

@@ -4,7 +4,7 @@ A copy of the tree is built in build-mutate. Each fault changes one place: a com
 arguments, the other side or axis, a dropped statement. What depends on it is built again, and the test programs that are
 made of the changed file run, those of its own subject first, until one fails; for the core the comparison with the
 golden bits comes last. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants
-the faults of scripts/mutation/byHand.txt instead.
+the faults of scripts/mutation/byHand.txt instead; each of them must compile.
 """
 import argparse
 import json
@@ -97,6 +97,8 @@ def main():
             break
         found_by = trial.find(fault, programs)
         if found_by == "":
+            if options.list:
+                sys.exit(f"Does not compile: {fault['file']}:{fault['line']}: {fault['text'].strip()}")
             continue
         done.append({**fault, "found": found_by})
         if found_by is None or sys.stderr.isatty():
