@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace kxbench {
@@ -17,12 +18,28 @@ std::FILE* openFile(const char* mode) {
     return std::fopen(memoryFile("set").toLocal8Bit().constData(), mode);
 }
 
+/// Ends the program when a file operation fails: its time would mean nothing.
+void require(bool isDone) {
+    if (!isDone) {
+        std::perror("benchmark");
+        std::abort();
+    }
+}
+
+void writeAll(std::FILE* file, const void* data, std::size_t size, std::size_t count) {
+    require(std::fwrite(data, size, count, file) == count);
+}
+
+void closeFile(std::FILE* file) {
+    require(std::fclose(file) == 0);
+}
+
 void writeRecord(std::FILE* file, const KxMath::KxProfileZ& profile) {
     const auto count = static_cast<quint16>(profile.points.size());
-    std::fputc(5, file);
-    std::fwrite(&count, sizeof(count), 1, file);
-    std::fwrite(&profile.z, sizeof(profile.z), 1, file);
-    std::fwrite(profile.points.constData(), sizeof(KxPointXY), count, file);
+    require(std::fputc(5, file) == 5);
+    writeAll(file, &count, sizeof(count), 1);
+    writeAll(file, &profile.z, sizeof(profile.z), 1);
+    writeAll(file, profile.points.constData(), sizeof(KxPointXY), count);
 }
 
 void addWriting() {
@@ -33,9 +50,9 @@ void addWriting() {
     };
     const auto fileSize = [](GridJob&) {
         std::FILE* const file = openFile("rb");
-        std::fseek(file, 0, SEEK_END);
+        require(std::fseek(file, 0, SEEK_END) == 0);
         const Digest digest{static_cast<double>(std::ftell(file)), 0.0};
-        std::fclose(file);
+        closeFile(file);
         return digest;
     };
     addOnGrid(
@@ -47,15 +64,15 @@ void addWriting() {
             for (const KxMath::KxProfileZ& profile : std::as_const(j.set.profiles)) {
                 writeRecord(file, profile);
             }
-            std::fclose(file);
+            closeFile(file);
         },
         fileSize);
     addOnGrid(
         kOperation, "limit_one_write", reserve,
         [](GridJob& j) {
             std::FILE* const file = openFile("wb");
-            std::fwrite(j.bytes.get(), 1, kFileBytes, file);
-            std::fclose(file);
+            writeAll(file, j.bytes.get(), 1, kFileBytes);
+            closeFile(file);
         },
         fileSize);
 }
@@ -88,7 +105,7 @@ void addReading() {
                 j.profiles.emplace_back(count);
                 j.value += static_cast<double>(std::fread(j.profiles.back().data(), sizeof(KxPointXY), count, file));
             }
-            std::fclose(file);
+            closeFile(file);
         },
         [](GridJob& j) {
             BitDigest digest;
@@ -103,7 +120,7 @@ void addReading() {
             j.bytes = std::make_unique_for_overwrite<char[]>(kFileBytes);
             std::FILE* const file = openFile("rb");
             j.value = static_cast<double>(std::fread(j.bytes.get(), 1, kFileBytes, file));
-            std::fclose(file);
+            closeFile(file);
         },
         nothing<GridJob>);
 }
@@ -153,7 +170,7 @@ void addFromCloud() {
             const float extent = j.cloud.maxZ - j.cloud.minZ;
             j.profiles.resize(static_cast<std::size_t>(std::ceil(extent / kPitch)) + 1);
             for (const KxPointXYZ& p : std::as_const(j.cloud.points)) {
-                const auto slice = static_cast<std::size_t>((p.z - j.cloud.minZ) / kPitch + 0.5f);
+                const auto slice = static_cast<std::size_t>(std::lround((p.z - j.cloud.minZ) / kPitch));
                 j.profiles[slice].emplace_back(p.x, p.y);
             }
         },

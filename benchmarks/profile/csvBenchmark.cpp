@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 
 namespace kxbench {
 
@@ -31,8 +32,10 @@ void writeByToChars(ProfileJob& j) {
         append(p.y, '\n');
     }
     std::FILE* const file = std::fopen(memoryFile("csv").toLocal8Bit().constData(), "wb");
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fclose(file);
+    if (std::fwrite(text.data(), 1, text.size(), file) != text.size() || std::fclose(file) != 0) {
+        std::perror("benchmark");
+        std::abort(); // its time would mean nothing
+    }
 }
 
 void readByFromChars(ProfileJob& j) {

@@ -46,7 +46,7 @@ char position[200] = "";
 
 extern "C" void reportSignal(int number) {
     static_cast<void>(!write(STDERR_FILENO, position, sizeof(position)));
-    std::signal(number, SIG_DFL);
+    static_cast<void>(std::signal(number, SIG_DFL));
     std::raise(number);
 }
 
@@ -71,9 +71,10 @@ int freeDescriptor() {
 
 /// Runs the operation with a fault.
 void tryWith(const Operation& operation, bool isShared, const Fault& fault, std::uint64_t expected) {
-    std::snprintf(position, sizeof(position), "\n%s, %s lists, %s %ld%s, error %d, kind %d\n", operation.name.c_str(),
-                  isShared ? "shared" : "own", kCallNames[static_cast<std::size_t>(fault.call)], fault.number,
-                  fault.isLasting ? " and all that follow" : "", fault.error, static_cast<int>(fault.how));
+    static_cast<void>(std::snprintf(
+        position, sizeof(position), "\n%s, %s lists, %s %ld%s, error %d, kind %d\n", operation.name.c_str(),
+        isShared ? "shared" : "own", kCallNames[static_cast<std::size_t>(fault.call)], fault.number,
+        fault.isLasting ? " and all that follow" : "", fault.error, static_cast<int>(fault.how)));
     const long before = liveBlocks();
     const int descriptor = freeDescriptor();
     const char* failure = nullptr;
@@ -172,8 +173,9 @@ protected:
         watch(QFile::encodeName(QDir::tempPath()).constData());
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
         qWarning("what Qt keeps for messages is there");
-        std::signal(SIGSEGV, reportSignal);
-        std::signal(SIGABRT, reportSignal);
+        for (const int number : {SIGSEGV, SIGABRT}) {
+            ASSERT_NE(std::signal(number, reportSignal), SIG_ERR);
+        }
     }
     void TestBody() override {
         for (const bool isShared : {false, true}) {
@@ -181,8 +183,9 @@ protected:
         }
     }
     void TearDown() override {
-        std::signal(SIGSEGV, SIG_DFL);
-        std::signal(SIGABRT, SIG_DFL);
+        for (const int number : {SIGSEGV, SIGABRT}) {
+            ASSERT_NE(std::signal(number, SIG_DFL), SIG_ERR);
+        }
     }
 
 private:

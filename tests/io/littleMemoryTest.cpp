@@ -68,9 +68,9 @@ TEST(LittleMemory, LargeCountsInFourBytesNeedNoMemory) {
 
 TEST(LittleMemory, PointsTakeTheirOwnSizeAndNoMore) {
     const TempFiles files;
-    constexpr int kPoints = 2000000;
+    constexpr qsizetype kPoints = 2000000;
     const QString name = files.write("cloud", QByteArray::fromHex("03ffffffff") + QByteArray(12 * kPoints, '\1'));
-    expectWithin(12ull * kPoints + 8 * kMegabyte, [&] {
+    expectWithin(static_cast<quint64>(12 * kPoints) + 8 * kMegabyte, [&] {
         KxPointCloud<KxPointXYZ> cloud;
         return cloud.readFromFile(name) == -1 && cloud.size() == kPoints && cloud.points.capacity() < kPoints + 16 &&
                cloud.readFromFile(name) == -1; // again into the same cloud

@@ -6,6 +6,8 @@
 #include "shapes/patchScan.h"
 #include "simulator/wheelContour.h"
 
+#include <cmath>
+
 namespace tool_test {
 
 class CommandInputs : public ToolTest {
@@ -22,7 +24,7 @@ protected:
         KxPointCloud<KxPointXY> flat;
         KxPointCloud<KxPointXYZ> spatial;
         flat.points = pointsFor(300, [](int i) { return at(0.5 * i, 0.25); });
-        spatial.points = pointsFor(300, [](int i) { return at(0.5 * i, 0.25, i / 100); });
+        spatial.points = pointsFor(300, [](int i) { return at(0.5 * i, 0.25, std::floor(i / 100.0)); });
         flat.writeToFile(path("flat.bin"));
         spatial.writeToFile(path("spatial.bin"));
         KxProfileZSet set;

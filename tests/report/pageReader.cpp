@@ -312,7 +312,7 @@ std::vector<std::vector<int>> readPng(const QByteArray& file) {
     std::vector<std::vector<int>> pixels(height, std::vector<int>(width));
     for (quint32 row = 0; row < height; ++row) {
         for (quint32 column = 0; column < width; ++column) {
-            const auto entry = static_cast<quint8>(rows.at(qsizetype(row * (width + 1) + 1 + column)));
+            const auto entry = static_cast<quint8>(rows.at(qsizetype{row} * (width + 1) + 1 + column));
             int colour = 0;
             for (int i = 0; i < 3; ++i) {
                 colour = colour << 8 | static_cast<quint8>(chunks["PLTE"].at(qsizetype{3} * entry + i));

@@ -263,6 +263,7 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
 
         const ReadPlot offset = page.plot("Height above the reference line on side " + number);
         std::vector<QPointF> heights;
+        heights.reserve(4);
         for (int i = 0; i < 4; ++i) {
             heights.push_back({drawn["half"]["x"][i].toDouble(), drawn["heights"][i].toDouble()});
         }
@@ -298,7 +299,7 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
 
         const ReadPlot radii = page.plot("Radius of the tread on side " + number);
         const QJsonValue roundness = wheel["roundness"];
-        for (const QJsonValue& radius : roundness["radii"].toArray()) {
+        for (const QJsonValue radius : roundness["radii"].toArray()) {
             const ReadItem mark = radii.withTooltip(
                 QString("profile %1: %2 mm").arg(radius["profile"].toInt()).arg(text(radius["deviation"], 3)));
             radii.expectNear(mark.points[0], {radius["fromAxle"].toDouble(), radius["deviation"].toDouble()});

@@ -13,7 +13,7 @@ int gFirstDifference = -1;
 
 std::string formatted(const char* format, double value) {
     std::array<char, 64> text;
-    std::snprintf(text.data(), text.size(), format, value);
+    static_cast<void>(std::snprintf(text.data(), text.size(), format, value)); // at most 25 characters
     return text.data();
 }
 
@@ -34,7 +34,10 @@ struct Side {
     const ElementKind& kind;
 
     int count() const { return static_cast<int>(list.numbers.size()) / kind.fieldCount; }
-    Exact field(int index, int f) const { return list.numbers[static_cast<std::size_t>(index * kind.fieldCount + f)]; }
+    Exact field(int index, int f) const {
+        return list.numbers[static_cast<std::size_t>(index) * static_cast<std::size_t>(kind.fieldCount) +
+                            static_cast<std::size_t>(f)];
+    }
 
     std::string element(int index) const {
         if (index >= count()) {

@@ -28,7 +28,8 @@ std::string literal(float value) {
         return value > 0 ? "kInf" : "-kInf";
     }
     std::array<char, 32> digits;
-    std::snprintf(digits.data(), digits.size(), "%.9g", static_cast<double>(value));
+    static_cast<void>(
+        std::snprintf(digits.data(), digits.size(), "%.9g", static_cast<double>(value))); // at most 16 characters
     const std::string text = digits.data();
     const bool isInteger = text.find_first_of(".e") == std::string::npos;
     return isInteger && text != "-0" ? text : text + (isInteger ? ".0f" : "f");

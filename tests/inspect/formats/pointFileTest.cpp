@@ -156,7 +156,7 @@ TEST_F(PointFile, WritingIsChecked) {
     EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Cloud, many); }).kind(), ErrorKind::Unwritable);
     EXPECT_EQ(errorOf([&] { writePoints(file(), FileKind::Profiles, many); }).kind(), ErrorKind::Unwritable);
     for (std::size_t i = 0; i < many.points.size(); ++i) { // two profiles
-        many.points[i] = {1.0f, 2.0f, static_cast<float>(i / 40000)};
+        many.points[i] = {1.0f, 2.0f, i < 40000 ? 0.0f : 1.0f};
     }
     const FullDisk disk(1 << 16);
     for (const FileKind kind : kFileKinds) {

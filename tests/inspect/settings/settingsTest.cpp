@@ -109,7 +109,8 @@ TEST_F(Settings, ValuesOutOfRangeAreFaults) {
         {"[SENSOR1]\nSN=7\nminPointsIn=65536", "SENSOR1/minPointsIn", "give 65536 points"},
         {"[SENSOR1]\nSN=-7", "SENSOR1/SN", "give -7 for"},
     };
-    for (const auto& [text, key, reason] : cases) {
+    for (const auto& [text, expectedKey, reason] : cases) {
+        const std::string key = expectedKey;
         const std::vector<SettingFault> faults = station(text).faults;
         const auto fault = std::find_if(faults.begin(), faults.end(), [&](const auto& f) { return f.key == key; });
         ASSERT_NE(fault, faults.end()) << key;

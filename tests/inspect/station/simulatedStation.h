@@ -33,7 +33,7 @@ inline KxInspect::KnownPass simulate(const testing_support::TempFiles& files, co
         const QString file = truth["sensors"].toArray()[sensor - 1].toObject()["file"].toString();
         pass.recordings.push_back(files.path(folder + '/' + file).toStdString());
         pass.distances.clear();
-        for (const QJsonValue& pair : truth["pairs"].toArray()) {
+        for (const QJsonValue pair : truth["pairs"].toArray()) {
             pass.distances.push_back(pair.toObject()["backToBack"].toDouble());
         }
     }

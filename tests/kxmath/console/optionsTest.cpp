@@ -111,7 +111,7 @@ TEST(OptionsTest, MessagesNameTheNeededAndTheGivenValue) {
         {{"--wet=1"}, "unexpected value after '--wet'"}};
     for (const auto& [arguments, message] : refused) {
         try {
-            Parsed{arguments};
+            const Parsed parsed(arguments);
             ADD_FAILURE() << "taken: " << message;
         } catch (const kxtool::CommandError& error) {
             EXPECT_EQ(error.message.toStdString(), message + std::string(", see kxmath saw --help"));
