@@ -2,8 +2,8 @@
 
 A copy of the tree is built in build-mutate. Each fault changes one place: a comparison, a sign, a constant, swapped
 arguments, the other side or axis, a dropped statement. What depends on it is built again, and the test programs that are
-made of the changed file run, those of its own subject first, until one fails; for the core the comparison with the
-golden bits comes last. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants
+made of the changed file run, those of its own subject first, until one fails; then for the core the comparison with the
+golden bits, and at last the tests in which memory, disk or time run out. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants
 the faults of scripts/mutation/byHand.txt instead; each of them must compile.
 """
 import argparse

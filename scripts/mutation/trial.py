@@ -13,8 +13,8 @@ FOLDER = ROOT / "build-mutate"
 COPY = FOLDER / "tree"
 BUILD = COPY / "build"
 GOLDEN = BUILD / "tests" / "golden" / "kxmath_golden"
-# They repeat whole commands while memory, disk or time run out, and look at no values.
-NO_VALUES = {"kxmath_test_interruption", "kxmath_test_outputs", "kxmath_test_faults",
+# They repeat whole commands while memory, disk or time run out, which takes long: they are asked last.
+LAST = {"kxmath_test_interruption", "kxmath_test_outputs", "kxmath_test_faults",
              "kxmath_test_io"}
 CORE = "src"
 
@@ -88,7 +88,7 @@ def test_programs():
     tests = json.loads(subprocess.run(["ctest", "--test-dir", str(BUILD), "--show-only=json-v1"], capture_output=True,
                                       check=True, text=True).stdout)["tests"]
     paths = {pathlib.Path(test["command"][0]) for test in tests if "command" in test}
-    return sorted(p for p in paths if p.name.startswith("kxmath_test_") and p.name not in NO_VALUES)
+    return sorted(p for p in paths if p.name.startswith("kxmath_test_"))
 
 
 def build_programs(layers):
@@ -102,7 +102,7 @@ def build_programs(layers):
     declared = {line.split(":")[0] for line in ninja("-t", "targets", "all").splitlines()}
     wanted = {name for name in declared
               if pathlib.Path(name).name.startswith("kxmath_test_") and "tests/" in name
-              and pathlib.Path(name).suffix == "" and pathlib.Path(name).name not in NO_VALUES}
+              and pathlib.Path(name).suffix == ""}
     names = [name for name in sorted(wanted)
              if any(path.startswith(folders) for path in ninja("-t", "inputs", name).splitlines())]
     golden = ["kxmath_golden"] if CORE in layers else []
@@ -126,11 +126,11 @@ def order_for(file, programs):
     """The programs that are made of the file, those of its own subject first."""
     words = set(pathlib.Path(file).parent.parts) - {"tools", "kxmath", "src"} | {pathlib.Path(file).stem}
 
-    def distance(program):
+    def place(program):
         name = program.name.removeprefix("kxmath_test_").lower()
-        return -sum(word.lower() in name for word in words)
+        return program.name in LAST, -sum(word.lower() in name for word in words)
 
-    return sorted((p for p in programs if file in p.sources), key=distance)
+    return sorted((p for p in programs if file in p.sources), key=place)
 
 
 def find(fault, programs):
@@ -146,12 +146,17 @@ def find(fault, programs):
         target = "KxMath" if is_core else "kxmath"
         if run(["ninja", "-C", str(BUILD), target]) != 0:
             return ""
+        was_compared = not is_core
         for program in order_for(fault["file"], programs):
+            if program.name in LAST and not was_compared:
+                was_compared = True
+                if run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
+                    return "golden"
             if run(["ninja", "-C", str(BUILD), os.path.relpath(program.path, BUILD)]) != 0:
                 return ""
             if result := program.fails():
                 return program.name.removeprefix("kxmath_test_") + (" (endless)" if result == "endless" else "")
-        if is_core and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
+        if not was_compared and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
             return "golden"
         return None
     finally:

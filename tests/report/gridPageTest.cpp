@@ -123,6 +123,16 @@ TEST(GridPage, DrawsEachCellInItsPlace) {
                              "0.375 mm below the first cell.");
 }
 
+TEST(GridPage, ListsTheFirstOfManySeeds) {
+    GridResult r = result();
+    const QString left = "The first 500 of 501 seeds.";
+    r.found.patches.assign(500, r.found.patches.at(0));
+    EXPECT_FALSE(kxreport::gridReport(r).contains("The first 500"));
+    r.found.patches.push_back(r.found.patches.at(0));
+    EXPECT_TRUE(kxreport::gridReport(r).contains(left));
+    EXPECT_EQ(readPage(kxreport::gridReport(r)).tables.back().rows.size(), 500u);
+}
+
 TEST(GridPage, JoinsCellsOfLargeMaps) {
     GridResult r = result();
     r.map.rows = 2801; // three cells share a pixel, the last two columns another one

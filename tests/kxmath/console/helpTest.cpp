@@ -2,6 +2,8 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/helpText.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -15,6 +17,18 @@ Help helpOf(const QStringList& arguments) {
     testing::internal::CaptureStdout();
     const int code = kxtool::runMain(QStringList("kxmath") + arguments);
     return {code, QString::fromStdString(testing::internal::GetCapturedStdout())};
+}
+
+/// The names of arguments in the first paragraph of a help: capitals that are no value of an option.
+QStringList argumentsOf(const QString& help) {
+    QString usage = help.left(help.indexOf("\n\n"));
+    usage.remove(QRegularExpression("--[a-z0-9-]+ [A-Z.,]+"));
+    const QRegularExpression name("\\b[A-Z][A-Z0-9]*\\b");
+    QStringList names;
+    for (auto found = name.globalMatch(usage); found.hasNext();) {
+        names.append(found.next().captured());
+    }
+    return names;
 }
 
 TEST(Help, ListsCommandsAndOptionsIn80Columns) {
@@ -32,8 +46,13 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
         helps.push_back(helpOf({"help", "settings", part}));
         EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath settings %1 ").arg(part)));
     }
+    EXPECT_EQ(argumentsOf(helps.front().text), QStringList("COMMAND"));
     for (const auto& [code, text] : helps) {
         EXPECT_EQ(code, 0);
+        for (const QString& argument : argumentsOf(text)) {
+            EXPECT_TRUE(argument == "COMMAND" || text.contains(QRegularExpression("\n  (REC1 )?" + argument + "\\b")))
+                << argument.toStdString() << " in " << text.left(40).toStdString();
+        }
         for (const QString& line : text.split('\n')) {
             EXPECT_LE(line.size(), 80) << line.toStdString();
         }
