@@ -16,7 +16,9 @@ double quantize(double value, double step) {
 } // namespace
 
 Disturbance::Disturbance(const Parameters& p, int sensor, std::uint64_t profile)
-    : parameters_(p), random_({p.seed, kStream, static_cast<std::uint64_t>(sensor), profile}) {}
+    : parameters_(p), random_(p.pass == 0 ? Random({p.seed, kStream, static_cast<std::uint64_t>(sensor), profile})
+                                          : Random({p.seed, kStream, static_cast<std::uint64_t>(sensor), profile,
+                                                    static_cast<std::uint64_t>(p.pass)})) {}
 
 bool Disturbance::apply(double& x, double& y) {
     const Parameters& p = parameters_;

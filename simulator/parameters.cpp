@@ -15,6 +15,8 @@ using P = Parameters;
 constexpr std::array kNumbers = {
     NumberInfo{"serial1", &P::serial1, 1, 1e9, "", "serial number of the sensor that sees the left wheels"},
     NumberInfo{"serial2", &P::serial2, 1, 1e9, "", "serial number of the sensor that sees the right wheels"},
+    NumberInfo{"pass", &P::pass, 0, 1e6, "",
+               "which pass of the same train: lateral shift, yaw, noise and dirt differ, the wheels do not"},
     NumberInfo{"speed", &P::speed, 0.1, 100, "m/s", "speed of the train"},
     NumberInfo{"rate", &P::rate, 10, 1e5, "Hz", "profiles per second"},
     NumberInfo{"cars", &P::cars, 1, 50, "", "number of cars"},
@@ -35,6 +37,7 @@ constexpr std::array kNumbers = {
                "standard deviation of the lateral shift of wheel pairs; wheels beyond --level-margin are not detected"},
     NumberInfo{"yaw", &P::yaw, -50, 50, "mrad", "yaw of the axles, positive when the right wheel is ahead"},
     NumberInfo{"yaw-spread", &P::yawSpread, 0, 10, "mrad", "standard deviation of the yaw of an axle about --yaw"},
+    NumberInfo{"tread-dirt", &P::treadDirt, 0, 5, "mm", "largest thickness of spots of dirt on the treads"},
 
     NumberInfo{"points", &P::points, 16, 65535, "", "points per profile"},
     NumberInfo{"half-angle", &P::halfAngle, 0.1, 60, "deg", "half of the opening angle of the laser fan"},
@@ -58,6 +61,8 @@ constexpr std::array kNumbers = {
     NumberInfo{"missing", &P::missing, 0, 1, "", "probability that a point is missing"},
     NumberInfo{"spikes", &P::spikes, 0, 1, "", "probability that a point is a spike"},
     NumberInfo{"spike-size", &P::spikeSize, 0, 1000, "mm", "largest height of a spike"},
+    NumberInfo{"window-dirt", &P::windowDirt, 0, 0.9, "",
+               "part of the laser fan that is hidden by dirt on the windows of a sensor"},
 
     NumberInfo{"gauge", &P::gauge, 300, 3000, "mm", "gauge of the track"},
     NumberInfo{"level-margin", &P::levelMargin, 0.5, 500, "mm",

@@ -31,6 +31,7 @@ enum class FlatShape {
 
 struct Parameters {
     std::uint64_t seed = 1;
+    int pass = 0; ///< which pass of the train: its wheels stay, what changes from pass to pass is drawn anew
     std::string prefix = "train";
     int serial1 = 101;
     int serial2 = 102;
@@ -59,6 +60,7 @@ struct Parameters {
     double yawSpread = 0.0; // mrad
     std::vector<Defect> defects;
     FlatShape flatShape = FlatShape::Even;
+    double treadDirt = 0.0; ///< thickness of the thickest spots
 
     // Sensors
     int points = 1280;
@@ -82,6 +84,7 @@ struct Parameters {
     double missing = 0.005;
     double spikes = 0.0005;
     double spikeSize = 8.0;
+    double windowDirt = 0.0; ///< share of the fan that it hides
 
     // Surroundings
     double gauge = 1435.0;

@@ -3,6 +3,7 @@
 
 #include "simulator/calibration.h"
 #include "simulator/disturbance.h"
+#include "simulator/random.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,6 +44,7 @@ Sensor::Sensor(const Parameters& p, const Train& train, int sensor)
         surroundings_.push_back(makeConductorCover(p.backToBack, sideOf(sensor)));
     }
     addDirections();
+    hideBehindDirt();
     addTargets(train);
 }
 
@@ -68,6 +70,26 @@ void Sensor::addDirections() {
         reachFrom_ = std::min(reachFrom_, endX);
         reachTo_ = std::max(reachTo_, endX);
         directions_.push_back(d);
+    }
+}
+
+void Sensor::hideBehindDirt() {
+    constexpr std::uint64_t kStream = 7;
+    constexpr double kNarrowest = 0.005; // of the fan
+    constexpr double kWidest = 0.03;
+    Random random(
+        {parameters_.seed, kStream, static_cast<std::uint64_t>(sensor_), static_cast<std::uint64_t>(parameters_.pass)});
+    const auto count = static_cast<double>(directions_.size());
+    const auto wanted = std::llround(parameters_.windowDirt * count);
+    for (long long hidden = 0; hidden < wanted;) {
+        const double middle = random.uniform();
+        const double half = random.uniform(kNarrowest, kWidest) / 2.0;
+        const auto from = static_cast<std::size_t>(std::max(0.0, (middle - half) * count));
+        const auto to = static_cast<std::size_t>(std::min(count, (middle + half) * count));
+        for (std::size_t i = from; i < to && hidden < wanted; ++i) {
+            hidden += directions_[i].isHidden ? 0 : 1;
+            directions_[i].isHidden = true;
+        }
     }
 }
 
@@ -103,9 +125,13 @@ std::vector<const Sensor::Target*> Sensor::targetsInReach(double trainX) const {
     return inReach;
 }
 
+double Sensor::axleOf(const Target& target, double trainX) {
+    return trainX + (target.from + target.to) / 2.0;
+}
+
 double Sensor::hitTarget(const Target& target, const Ray& ray, double trainX, double end) {
     if (target.wheel != nullptr) {
-        const double axleX = trainX + (target.from + target.to) / 2.0;
+        const double axleX = axleOf(target, trainX);
         return target.wheel->hit(turnedBack(ray, *target.axle, axleX), axleX, end);
     }
     Ray inTrain = ray;
@@ -124,6 +150,15 @@ Sensor::Hit Sensor::cast(const Direction& d, const std::vector<const Target*>& i
     return nearest;
 }
 
+double Sensor::dirtBefore(const Hit& hit, const Direction& d, double trainX) const {
+    if (hit.target == nullptr || hit.target->wheel == nullptr) {
+        return 0.0;
+    }
+    const double axleX = axleOf(*hit.target, trainX);
+    const Ray ray = turnedBack({pose_.origin, d.inTrack}, *hit.target->axle, axleX);
+    return hit.target->wheel->dirtBefore(ray, axleX, hit.distance);
+}
+
 bool Sensor::isHiddenFromCamera(const Vec3& point, const std::vector<const Target*>& inReach, double trainX) const {
     constexpr double kBeforePoint = 1.0 - 1e-6;
     const Ray sight = {camera_, point - camera_};
@@ -139,13 +174,14 @@ View Sensor::measure(double trainX, std::uint64_t number, KxMath::KxProfile& pro
     View view;
     for (const Direction& d : directions_) {
         const Hit hit = cast(d, inReach, trainX);
-        double x = hit.distance * d.along;
-        double y = hit.distance * d.away;
+        const double dirt = dirtBefore(hit, d, trainX);
+        double x = (hit.distance - dirt) * d.along;
+        double y = (hit.distance - dirt) * d.away;
         const bool isBeforeLevel = y < level_.at(x);
         const bool isBlank = hit.distance >= d.range || y < p.minRange;
         const bool isPresent = disturbance.apply(x, y);
         const Vec3 point = pose_.origin + hit.distance * d.inTrack;
-        if (isBlank || (p.baseline > 0.0 && isHiddenFromCamera(point, inReach, trainX))) {
+        if (isBlank || d.isHidden || (p.baseline > 0.0 && isHiddenFromCamera(point, inReach, trainX))) {
             continue;
         }
         view.hasTrain = view.hasTrain || hit.target != nullptr;

@@ -47,6 +47,7 @@ private:
         Vec3 inTrack;
         double range; ///< distance up to which the sensor measures
         double staticHit; ///< distance of the nearest object beside the track, at most `range`
+        bool isHidden = false; ///< by dirt on the window
     };
 
     struct Hit {
@@ -55,8 +56,11 @@ private:
     };
 
     void addDirections();
+    void hideBehindDirt();
     void addTargets(const Train& train);
     std::vector<const Target*> targetsInReach(double trainX) const;
+    static double axleOf(const Target& target, double trainX); ///< place of the axle of a wheel along the track
+    double dirtBefore(const Hit& hit, const Direction& direction, double trainX) const;
     static double hitTarget(const Target& target, const Ray& ray, double trainX, double end);
     Hit cast(const Direction& direction, const std::vector<const Target*>& inReach, double trainX) const;
     bool isHiddenFromCamera(const Vec3& point, const std::vector<const Target*>& inReach, double trainX) const;

@@ -4,12 +4,13 @@
 #include "simulator/random.h"
 
 #include <algorithm>
+#include <numbers>
 
 namespace kxsim {
 
 namespace {
 
-enum Stream : std::uint64_t { WheelStream = 1, EquipmentStream = 2, YawStream = 4 };
+enum Stream : std::uint64_t { WheelStream = 1, EquipmentStream = 2, YawStream = 4, PassStream = 5, DirtStream = 6 };
 
 void addDefects(const Parameters& p, int pairNumber, WheelPair& pair) {
     for (const Defect& defect : p.defects) {
@@ -27,6 +28,31 @@ void addDefects(const Parameters& p, int pairNumber, WheelPair& pair) {
     }
 }
 
+/// Random numbers for something of a wheel pair that differs from pass to pass.
+Random ofPass(const Parameters& p, Stream stream, int pairNumber) {
+    const auto number = static_cast<std::uint64_t>(pairNumber);
+    return p.pass == 0 ? Random({p.seed, stream, number})
+                       : Random({p.seed, stream, number, static_cast<std::uint64_t>(p.pass)});
+}
+
+/// Spots where the wheels roll while the sensors see them, over a third of that part of the treads.
+void addDirt(const Parameters& p, int pairNumber, WheelPair& pair) {
+    constexpr double kHalfLength = 250.0; // mm, of that part
+    constexpr double kShare = 1.0 / 3.0;
+    constexpr double kMeanArea = std::numbers::pi * 15.0 * 15.0; // mm2
+    if (p.treadDirt == 0.0) {
+        return;
+    }
+    Random random = ofPass(p, DirtStream, pairNumber);
+    for (Wheel& wheel : pair.wheels) {
+        for (double area = kShare * 2.0 * kHalfLength * (kDirtTo - kDirtFrom); area > 0.0; area -= kMeanArea) {
+            const double along = random.uniform(-kHalfLength, kHalfLength);
+            wheel.addDirt({along / (wheel.shape.diameter / 2.0), random.uniform(kDirtFrom, kDirtTo),
+                           random.uniform(5.0, 25.0), p.treadDirt * random.uniform()});
+        }
+    }
+}
+
 WheelPair makePair(const Parameters& p, int number, double behind) {
     Random random({p.seed, WheelStream, static_cast<std::uint64_t>(number)});
     WheelPair pair{};
@@ -35,10 +61,10 @@ WheelPair makePair(const Parameters& p, int number, double behind) {
     pair.car = (number - 1) / p.axles / p.bogies + 1;
     pair.behind = behind;
     pair.backToBack = p.backToBack + p.distanceSpread * random.boundedNormal();
-    pair.lateralShift = p.lateralSpread * random.boundedNormal();
+    const double shift = random.boundedNormal();
+    pair.lateralShift = p.lateralSpread * (p.pass == 0 ? shift : ofPass(p, PassStream, number).boundedNormal());
     // In a sequence of its own: the same seed gives the same train, straight or askew.
-    pair.yaw = (p.yaw + p.yawSpread * Random({p.seed, YawStream, static_cast<std::uint64_t>(number)}).boundedNormal()) /
-               1000.0;
+    pair.yaw = (p.yaw + p.yawSpread * ofPass(p, YawStream, number).boundedNormal()) / 1000.0;
     const double diameter = p.diameter - p.wear * random.uniform();
     const double rimInnerRadius = p.diameter / 2.0 - p.rimThickness;
     pair.wheels.reserve(2);
@@ -49,6 +75,7 @@ WheelPair makePair(const Parameters& p, int number, double behind) {
         pair.wheels.emplace_back(shape, side, pair.backToBack / 2.0 + side * pair.lateralShift);
     }
     addDefects(p, number, pair);
+    addDirt(p, number, pair);
     return pair;
 }
 

@@ -98,6 +98,26 @@ std::optional<double> Wheel::leaveFlats(const AxialRay& ray, double t, double tu
     return {};
 }
 
+double Wheel::dirtBefore(const Ray& ray, double axleX, double distance) const {
+    if (dirt_.empty()) {
+        return 0.0;
+    }
+    constexpr double kSteepest = 0.3; // of the cosine: thin dirt hides nothing far behind it
+    const AxialRay axial = toAxial(ray, axleX);
+    const double radius = std::hypot(axial.acrossAt(0, distance), axial.acrossAt(1, distance));
+    const double angle = angleFromBottom(axial, distance) + axleX / (shape.diameter / 2.0);
+    double thickness = 0.0;
+    for (const DirtSpot& spot : dirt_) {
+        const double along = std::remainder(angle - spot.angle, 2.0 * std::numbers::pi) * radius;
+        const double off = std::hypot(along, axial.axialAt(distance) - spot.axial) / spot.radius;
+        thickness = std::max(thickness, spot.thickness * std::exp(-off * off));
+    }
+    const double cosine = std::abs(axial.acrossAt(0, distance) * axial.acrossStep[0] +
+                                   axial.acrossAt(1, distance) * axial.acrossStep[1]) /
+                          radius;
+    return thickness / std::max(cosine, kSteepest);
+}
+
 double Wheel::hit(const Ray& ray, double axleX, double end) const {
     const AxialRay axial = toAxial(ray, axleX);
     // A wheel that rolls forward by x turns its lowest point backwards by x.

@@ -1,6 +1,8 @@
 // Simulated passes through the library: every wheel is found, none is invented, distances agree with the truth.
 #include "simulator/passSupport.h"
 
+#include <numeric>
+
 #include <gtest/gtest.h>
 
 using namespace simulator_test;
@@ -69,6 +71,60 @@ TEST(SimulatedPass, SameSeedSameBytes) {
         EXPECT_EQ(first.read(file) == other.read(file), file.endsWith(".ini"));
     }
     EXPECT_NE(first.read(files[0]), first.read(files[1])) << "the sensors have noise of their own";
+}
+
+TEST(SimulatedPass, AnotherPassOfTheSameTrain) {
+    Parameters p = quickPass(3);
+    p.yawSpread = 1.0;
+    const Pass first(p);
+    p.pass = 4;
+    const Pass other(p);
+    p.pass = 5;
+    const Pass third(p);
+    ASSERT_EQ(first.pairs().size(), 4);
+    for (qsizetype i = 0; i < 4; ++i) {
+        const auto same = [&](const char* key) {
+            return first.pairs()[i].toObject()[QLatin1String(key)] == other.pairs()[i].toObject()[QLatin1String(key)];
+        };
+        EXPECT_TRUE(same("backToBack") && same("behindFirst"));
+        EXPECT_EQ(first.wheel(i, 2)["diameter"], other.wheel(i, 2)["diameter"]);
+        EXPECT_FALSE(same("lateralShift") || same("yaw"));
+        EXPECT_NE(third.pairs()[i].toObject()["lateralShift"], other.pairs()[i].toObject()["lateralShift"]);
+    }
+    EXPECT_NE(other.read("train_101.bin"), third.read("train_101.bin"));
+    expectTruthIsFound(other, 1, 0.2);
+}
+
+TEST(SimulatedPass, DirtHidesAndRaises) {
+    Parameters p = quickPass(3);
+    p.noise = p.quantum = p.missing = p.spikes = 0;
+    p.hasBackground = p.hasObjects = p.hasRails = false;
+    const auto clean = Pass(p).profiles(1);
+    Parameters dirty = p;
+    dirty.windowDirt = 0.25;
+    const auto pointsOf = [](const std::deque<KxProfileZ>& profiles) {
+        return std::accumulate(profiles.begin(), profiles.end(), qsizetype(0),
+                               [](qsizetype sum, const KxProfileZ& profile) { return sum + profile.points.size(); });
+    };
+    const qsizetype before = pointsOf(clean);
+    const qsizetype after = pointsOf(Pass(dirty).profiles(1));
+    EXPECT_GT(after, before / 2);
+    EXPECT_LT(after, before * 9 / 10);
+    dirty = p;
+    dirty.treadDirt = 0.5;
+    const auto raised = Pass(dirty).profiles(1);
+    float most = 0.0f, least = 0.0f;
+    for (size_t i = 0; i < clean.size(); ++i) {
+        ASSERT_EQ(raised[i].points.size(), clean[i].points.size());
+        for (qsizetype k = 0; k < clean[i].points.size(); ++k) {
+            const float nearer = clean[i].points[k].y - raised[i].points[k].y;
+            most = std::max(most, nearer);
+            least = std::min(least, nearer);
+        }
+    }
+    EXPECT_GT(most, 0.3f);
+    EXPECT_LT(most, 0.5f / 0.3f);
+    EXPECT_GE(least, 0.0f);
 }
 
 } // namespace
