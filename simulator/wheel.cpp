@@ -69,11 +69,11 @@ double Wheel::bottomBehind(const Flat& flat, const AxialRay& ray, double t, doub
     const double forward = std::sin(flat.patch.angle + turn);
     const double up = -std::cos(flat.patch.angle + turn);
     const double sinking = -(forward * ray.acrossStep[0] + up * ray.acrossStep[1]);
-    const double side = ray.axialStep == 0.0
+    const double edge = ray.axialStep == 0.0
                             ? std::numeric_limits<double>::infinity()
                             : ((ray.axialStep > 0.0 ? kPatchTo : kPatchFrom) - ray.axial) / ray.axialStep;
     // The slope of the tread changes the distance from the bottom little between two steps towards it.
-    for (int step = 0; step < kMostSteps && t < side; ++step) {
+    for (int step = 0; step < kMostSteps && t < edge; ++step) {
         const double above =
             forward * ray.acrossAt(0, t) + up * ray.acrossAt(1, t) - bottomRadius(flat, ray.axialAt(t));
         if (above <= kNear) {
@@ -81,7 +81,7 @@ double Wheel::bottomBehind(const Flat& flat, const AxialRay& ray, double t, doub
         }
         t = sinking > 0.0 ? t + above / sinking : std::numeric_limits<double>::infinity();
     }
-    return std::min(t, side);
+    return std::min(t, edge);
 }
 
 /// Where a ray that hits the round tread at `t` in a flat hits the bottom or a side of the flat; empty outside of flats.

@@ -30,6 +30,7 @@ double medianSlope(const std::vector<Sample>& samples) {
 std::vector<Sample> nearMedians(const std::vector<Sample>& samples) {
     const double slope = medianSlope(samples);
     std::vector<double> heights;
+    heights.reserve(samples.size());
     for (const Sample& s : samples) {
         heights.push_back(s.value - slope * s.place);
     }

@@ -16,7 +16,7 @@ QString fixedText(float value, int decimals) {
 }
 
 QString withInterval(float value, const KxInspect::Interval& interval, int decimals) {
-    const QString text = fixedText(value, decimals);
+    QString text = fixedText(value, decimals);
     if (!std::isfinite(value) || !interval.isKnown()) {
         return text;
     }
