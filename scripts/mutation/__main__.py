@@ -2,9 +2,10 @@
 
 A copy of the tree is built in build-mutate. Each fault changes one place: a comparison, a sign, a constant, swapped
 arguments, the other side or axis, a dropped statement. What depends on it is built again, and the test programs that are
-made of the changed file run, those of its own subject first, until one fails; then for the core the comparison with the
-golden bits, and at last the tests in which memory, disk or time run out. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants
-the faults of scripts/mutation/byHand.txt instead; each of them must compile.
+made of the changed file run, those of its own subject first, until one fails. What is left is looked for by the
+comparison with the golden bits (core), the wrong uses of the commands (all else), and by the tests in which memory, disk
+or time run out. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants the
+faults of scripts/mutation/byHand.txt instead; each of them must compile.
 """
 import argparse
 import json

@@ -16,6 +16,7 @@ GOLDEN = BUILD / "tests" / "golden" / "kxmath_golden"
 # They repeat whole commands while memory, disk or time run out, which takes long: they are asked last.
 LAST = {"kxmath_test_interruption", "kxmath_test_outputs", "kxmath_test_faults",
              "kxmath_test_io"}
+WRONG_USES = "kxmath.wrongUses" # a program that runs the commands
 CORE = "src"
 
 
@@ -156,6 +157,9 @@ def find(fault, programs):
                 return ""
             if result := program.fails():
                 return program.name.removeprefix("kxmath_test_") + (" (endless)" if result == "endless" else "")
+        if not is_core and run(["ctest", "--test-dir", str(BUILD), "-R", f"^{WRONG_USES}$", "--no-tests=error"],
+                               timeout=600) != 0:
+            return WRONG_USES
         if not was_compared and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
             return "golden"
         return None
