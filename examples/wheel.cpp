@@ -7,13 +7,16 @@
 void printWheels(const std::vector<std::string>& files) {
     KxInspect::WheelOptions options;
     options.spacing = 0.05f;
-    options.limits.xAtLevel18.min = 22.0f;
+    options.limits.flangeThickness.min = 22.0f; // Sd
     for (const std::string& file : files) {
         const KxInspect::WheelResult wheel = KxInspect::measureWheel({file}, options);
         std::cout << file << ": " << (wheel.error.empty() ? textOf(wheel.verdict) : wheel.error) << '\n';
-        for (const KxInspect::WheelMeasure& measure : KxInspect::kWheelMeasures) {
+        for (std::size_t i = 0; i < KxInspect::kWheelMeasures.size(); ++i) {
+            const KxInspect::WheelMeasure& measure = KxInspect::kWheelMeasures[i];
             if (const std::optional<float> value = wheel.measures.*measure.value) {
-                std::cout << "  " << measure.key << " = " << *value << '\n';
+                const KxInspect::Interval& interval = wheel.intervals[i]; // NaN where the noise is unknown
+                std::cout << "  " << measure.key << " = " << *value << " (" << interval.low << " to " << interval.high
+                          << ")\n";
             }
         }
     }

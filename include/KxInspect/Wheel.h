@@ -4,6 +4,7 @@
 #include "CrossSection.h"
 #include "Error.h"
 #include "Export.h"
+#include "Interval.h"
 #include "Json.h"
 #include "Profile.h"
 #include "Progress.h"
@@ -21,6 +22,7 @@ inline constexpr float kTapeCircleX = 70.0f; ///< x of the tape circle (EN 13715
 inline constexpr float kTipLevel = 2.0f; ///< level at which the flank width begins
 inline constexpr float kFlankLevel = 18.0f; ///< level of the flange thickness
 inline constexpr float kFlankDepth = 13.0f; ///< the flank width ends this far above the tape circle
+inline constexpr float kThicknessDepth = 10.0f; ///< Sd is measured, and qR ends, this far above the tape circle
 /// @}
 
 /// @{ The least and the largest value of an option, mm.
@@ -28,15 +30,25 @@ inline constexpr std::array<double, 2> kFlangeBacks = {-10000.0, 10000.0};
 inline constexpr std::array<double, 2> kSpacings = {0.01, 1.0}; ///< or 0
 /// @}
 
-/// The measures of a wheel, mm. Empty for a measure that was not found.
+/// The measures of a wheel, mm. Empty for a measure that was not found. The first four are those of
+/// KxMath::METRO_calcWheelParameters(), from a smooth profile; the others are those of railways, from the points themselves.
 struct WheelMeasures {
-    std::optional<float> heightAt70 = {}; ///< flange height (Sh) h: the level of the tape circle
+    std::optional<float> heightAt70 = {}; ///< h: the level of the tape circle
     std::optional<float> xAtLevel18 = {}; ///< flange thickness at level 18, from the flange back
     std::optional<float> widthLevel2ToH13 = {}; ///< flank width: distance in x from level 2 to level h - 13
     std::optional<float> heightExcess = {}; ///< flange height excess: h - 30 for h >= 29, otherwise h - 28
+    std::optional<float> flangeHeight = {}; ///< Sh: from the tape circle to the tip of the flange
+    std::optional<float> flangeThickness = {}; ///< Sd: from the flange back to the flank 10 mm above the tape circle
+    std::optional<float> flangeSlope =
+        {}; ///< qR: distance in x on the flank from level 2 to 10 mm above the tape circle
+    std::optional<float> treadHollow =
+        {}; ///< how far the tread rises again towards the field side; 0 where it does not
+    std::optional<float> treadSlope =
+        {}; ///< slope of the tread at the tape circle, without unit: how fast the radius falls outwards
+    std::optional<float> rimWidth = {}; ///< from the flange back to the outer face of the rim
 };
 
-/// The limits of a measure, mm. The limit itself is allowed.
+/// The limits of a measure, in its unit. The limit itself is allowed.
 struct Limit {
     std::optional<float> min = {};
     std::optional<float> max = {};
@@ -53,23 +65,38 @@ struct WheelLimits {
     Limit xAtLevel18 = {};
     Limit widthLevel2ToH13 = {};
     Limit heightExcess = {};
+    Limit flangeHeight = {};
+    Limit flangeThickness = {};
+    Limit flangeSlope = {};
+    Limit treadHollow = {};
+    Limit treadSlope = {};
+    Limit rimWidth = {};
 };
 
 /// A measure with its names.
 struct WheelMeasure {
     const char* key; ///< for programs, that of JSON and CSV
     const char* title; ///< for people
+    const char* unit; ///< "mm", or empty
+    int decimals; ///< for people
     std::optional<float> WheelMeasures::*value;
     Limit WheelLimits::*limit;
 };
 
 /// All measures, in the order of outputs.
-inline constexpr std::array<WheelMeasure, 4> kWheelMeasures = {{
-    {"heightAt70", "flange height (Sh)", &WheelMeasures::heightAt70, &WheelLimits::heightAt70},
-    {"xAtLevel18", "flange thickness at level 18", &WheelMeasures::xAtLevel18, &WheelLimits::xAtLevel18},
-    {"widthLevel2ToH13", "flank width, level 2 to h-13", &WheelMeasures::widthLevel2ToH13,
+inline constexpr std::array<WheelMeasure, 10> kWheelMeasures = {{
+    {"heightAt70", "level of the tape circle", "mm", 3, &WheelMeasures::heightAt70, &WheelLimits::heightAt70},
+    {"xAtLevel18", "flange thickness at level 18", "mm", 3, &WheelMeasures::xAtLevel18, &WheelLimits::xAtLevel18},
+    {"widthLevel2ToH13", "flank width, level 2 to h-13", "mm", 3, &WheelMeasures::widthLevel2ToH13,
      &WheelLimits::widthLevel2ToH13},
-    {"heightExcess", "flange height excess", &WheelMeasures::heightExcess, &WheelLimits::heightExcess},
+    {"heightExcess", "flange height excess", "mm", 3, &WheelMeasures::heightExcess, &WheelLimits::heightExcess},
+    {"flangeHeight", "flange height (Sh)", "mm", 3, &WheelMeasures::flangeHeight, &WheelLimits::flangeHeight},
+    {"flangeThickness", "flange thickness (Sd)", "mm", 3, &WheelMeasures::flangeThickness,
+     &WheelLimits::flangeThickness},
+    {"flangeSlope", "flange slope (qR)", "mm", 3, &WheelMeasures::flangeSlope, &WheelLimits::flangeSlope},
+    {"treadHollow", "hollow of the tread", "mm", 3, &WheelMeasures::treadHollow, &WheelLimits::treadHollow},
+    {"treadSlope", "tread slope at the tape circle", "", 4, &WheelMeasures::treadSlope, &WheelLimits::treadSlope},
+    {"rimWidth", "rim width", "mm", 3, &WheelMeasures::rimWidth, &WheelLimits::rimWidth},
 }};
 
 enum class WheelVerdict {
@@ -96,6 +123,17 @@ struct WheelOptions {
     WheelLimits limits = {};
 };
 
+/// Where a wheel was measured: x from the flange back, y the level as in WheelResult::section.
+struct WheelPlaces {
+    std::optional<Point> tip = {}; ///< of the flange
+    std::optional<Point> tape = {}; ///< the tape circle
+    std::optional<Point> flankTop = {}; ///< on the flank, 2 mm below the tip: qR begins
+    std::optional<Point> flank = {}; ///< on the flank, 10 mm above the tape circle: the end of Sd and qR
+    std::optional<Point> hollowBottom = {}; ///< the lowest place of a hollow tread
+    std::optional<Point> hollowCrest = {}; ///< the highest place outside of it
+    std::optional<float> outerFace = {}; ///< x of the outer face of the rim
+};
+
 /// A measured wheel, with everything that any output shows. The points are empty in a result that was read from JSON
 /// without pictures.
 struct WheelResult {
@@ -103,6 +141,9 @@ struct WheelResult {
     std::string error = {}; ///< why there is no profile, the predicate of a sentence about the file; empty otherwise
     std::vector<std::string> warnings = {}; ///< violated assumptions, predicates of sentences about the profile
     WheelMeasures measures = {};
+    /// The 95 % confidence interval of each measure from the noise of the points, in the order of kWheelMeasures; unknown
+    /// for measures that were not found, and where there are too few points to find the noise.
+    std::array<Interval, kWheelMeasures.size()> intervals = {};
     /// Why a measure was not found, a clause, in the order of kWheelMeasures; empty for measures that were found and for
     /// wheels that were not read.
     std::array<std::string, kWheelMeasures.size()> reasons = {};
@@ -113,6 +154,7 @@ struct WheelResult {
     std::vector<Point> measured = {};
     /// x where the measured profile first reaches kTipLevel outside the tip; the flank width begins there.
     std::optional<float> widthStart = {};
+    WheelPlaces places = {}; ///< of the railways' measures
 
     /// Whether any measure was found.
     bool isMeasured() const;

@@ -20,13 +20,18 @@ QJsonObject wheelObject(const WheelResult& wheel) {
         return object;
     }
     QJsonObject reasons;
+    QJsonObject intervals;
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const WheelMeasure& measure = kWheelMeasures[i];
         object[QLatin1String(measure.key)] = jsonNumber(wheel.measures.*measure.value);
+        if (wheel.measures.*measure.value) {
+            intervals[QLatin1String(measure.key)] = detail::jsonInterval(wheel.intervals[i]);
+        }
         if (!wheel.reasons[i].empty()) {
             reasons[QLatin1String(measure.key)] = QString::fromStdString(wheel.reasons[i]);
         }
     }
+    object[QStringLiteral("intervals")] = intervals;
     object[QStringLiteral("reasons")] = reasons;
     const QString verdict = QLatin1String(textOf(wheel.verdict));
     object[QStringLiteral("verdict")] = verdict.isEmpty() ? QJsonValue() : QJsonValue(verdict);
@@ -46,9 +51,44 @@ QJsonValue judgementValue(const WheelJudgement& judgement) {
         {QStringLiteral("outside"), judgement.judged > 0 ? QJsonValue(number(judgement.outside)) : QJsonValue()}};
 }
 
+/// A place on the contour with its key.
+struct PlaceKey {
+    const char* key;
+    std::optional<Point> WheelPlaces::*place;
+};
+
+constexpr PlaceKey kPlaces[] = {{"tip", &WheelPlaces::tip},
+                                {"tape", &WheelPlaces::tape},
+                                {"flankTop", &WheelPlaces::flankTop},
+                                {"flank", &WheelPlaces::flank},
+                                {"hollowBottom", &WheelPlaces::hollowBottom},
+                                {"hollowCrest", &WheelPlaces::hollowCrest}};
+
+QJsonObject placesObject(const WheelPlaces& places) {
+    QJsonObject object = {{QStringLiteral("outerFace"), jsonNumber(places.outerFace)}};
+    for (const auto& [key, place] : kPlaces) {
+        object[QLatin1String(key)] =
+            places.*place ? QJsonArray{jsonNumber((places.*place)->x), jsonNumber((places.*place)->y)} : QJsonValue();
+    }
+    return object;
+}
+
+WheelPlaces readPlaces(const JsonValue& object) {
+    WheelPlaces places;
+    places.outerFace = object["outerFace"].numberIfPresent();
+    for (const auto& [key, place] : kPlaces) {
+        if (!object[key].isNull()) {
+            const std::vector<float> ends = object[key].numbers(2);
+            places.*place = {ends[0], ends[1]};
+        }
+    }
+    return places;
+}
+
 QJsonObject pictureOf(const WheelResult& wheel) {
     return {{QStringLiteral("section"), detail::jsonPoints(wheel.section)},
             {QStringLiteral("measured"), detail::jsonPoints(wheel.measured)},
+            {QStringLiteral("places"), placesObject(wheel.places)},
             {QStringLiteral("widthStart"), jsonNumber(wheel.widthStart)}};
 }
 
@@ -73,6 +113,9 @@ WheelResult readWheel(const JsonValue& object) {
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const char* const key = kWheelMeasures[i].key;
         wheel.measures.*kWheelMeasures[i].value = object[key].numberIfPresent();
+        if (object["intervals"].has(key)) {
+            wheel.intervals[i] = object["intervals"][key].interval();
+        }
         wheel.reasons[i] = object["reasons"].has(key) ? object["reasons"][key].text() : std::string();
     }
     wheel.verdict = readVerdict(object["verdict"]);
@@ -89,6 +132,7 @@ void readPictures(const JsonValue& value, std::vector<WheelResult>& wheels) {
         wheels[i].section = pictures[i]["section"].points();
         wheels[i].measured = pictures[i]["measured"].points();
         wheels[i].widthStart = pictures[i]["widthStart"].numberIfPresent();
+        wheels[i].places = readPlaces(pictures[i]["places"]);
     }
 }
 

@@ -20,6 +20,29 @@ namespace {
 /// Where gauges have the flange back: at the origin, or the tape circle there.
 constexpr std::array<float, 2> kDatums = {0.0f, -kTapeCircleX};
 
+/// The mean x of the flat back face, where a contour has 3 mm of it and more. Unlike the smallest x it does not depend on how large the
+/// noise is.
+std::optional<float> flatFace(const std::vector<Point>& wheel, std::vector<Point>::const_iterator tip, float first) {
+    constexpr float kBelowTip = 20.0f; // the circle behind the tip of S1002 ends 18.5 mm below it
+    constexpr float kLeastHeight = 3.0f;
+    constexpr float kWidth = 2.0f;
+    double sum = 0.0;
+    int count = 0;
+    float deepest = tip->y - kBelowTip;
+    for (auto p = wheel.begin(); p != tip; ++p) {
+        if (p->y <= tip->y - kBelowTip) {
+            sum += static_cast<double>(p->x);
+            ++count;
+            deepest = std::min(deepest, p->y);
+            if (p->x > first + kWidth) {
+                return {}; // leans
+            }
+        }
+    }
+    const bool isHighEnough = tip->y - kBelowTip - deepest >= kLeastHeight;
+    return isHighEnough && count > 1 ? std::optional(static_cast<float>(sum / count)) : std::nullopt;
+}
+
 /// The steep part of the back that a contour begins with; empty when it begins elsewhere.
 std::optional<float> seenBack(const std::vector<Point>& wheel) {
     constexpr float kWidth = 0.6f; // the circle behind the tip of S1002 (20.5 mm) rises 4.2 mm in it from the back on,
@@ -40,6 +63,9 @@ std::optional<float> seenBack(const std::vector<Point>& wheel) {
     if (!(high - low >= kLeastHeight)) {
         return {};
     }
+    if (const std::optional<float> face = flatFace(wheel, tip, first)) {
+        return face;
+    }
     return high - low >= kFace ? median(std::move(places)) : first;
 }
 
@@ -59,6 +85,11 @@ std::optional<FlangeBack> findFlangeBack(const std::vector<Point>& wheel) {
         }
     }
     return seen ? std::optional(FlangeBack{*seen, true}) : std::nullopt;
+}
+
+bool isBackMeasured(const std::vector<Point>& wheel) {
+    const std::optional<FlangeBack> back = findFlangeBack(wheel);
+    return back && back->isSeen && std::find(kDatums.begin(), kDatums.end(), back->x) == kDatums.end();
 }
 
 void beginAtFlangeBack(std::vector<Point>& wheel, float x) {

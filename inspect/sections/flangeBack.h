@@ -20,6 +20,9 @@ struct FlangeBack {
 /// it is. Empty when nothing tells where the back is.
 std::optional<FlangeBack> findFlangeBack(const std::vector<Point>& wheel);
 
+/// Whether findFlangeBack() takes the steep back that the contour shows, and not the origin of its coordinates.
+bool isBackMeasured(const std::vector<Point>& wheel);
+
 /// Makes a contour begin at a flange back: what is before it is cut; a contour that begins later gets a first point there
 /// at the height of its own one.
 void beginAtFlangeBack(std::vector<Point>& wheel, float x);

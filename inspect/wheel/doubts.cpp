@@ -42,7 +42,7 @@ std::array<std::string, kWheelMeasures.size()> reasonsOf(const WheelMeasures& me
                                                          const std::vector<Point>& measured) {
     std::array<std::string, kWheelMeasures.size()> reasons;
     const std::string withoutHeight = measures.heightAt70 ? std::string() : reasonWithoutHeight(measured);
-    for (std::size_t i = 0; i < reasons.size(); ++i) {
+    for (std::size_t i = 0; i < kSmoothMeasures; ++i) {
         const auto value = kWheelMeasures[i].value;
         if (measures.*value) {
             continue;

@@ -9,8 +9,10 @@
 
 namespace KxInspect::detail {
 
-/// Why each measure was not found in the profile that was measured, in the order of kWheelMeasures; empty for those that
-/// were.
+/// How many of kWheelMeasures, from the first one on, come from the smooth profile of METRO_calcWheelParameters().
+inline constexpr std::size_t kSmoothMeasures = 4;
+
+/// Why each of these was not found in the smooth profile, in the order of kWheelMeasures; empty for those that were.
 std::array<std::string, kWheelMeasures.size()> reasonsOf(const WheelMeasures& measures,
                                                          const std::vector<Point>& measured);
 

@@ -3,11 +3,14 @@
 #include "inspect/base/paths.h"
 #include "inspect/base/points.h"
 #include "inspect/base/ranges.h"
+#include "inspect/sections/flangeBack.h"
 #include "inspect/sections/plausibility.h"
 #include "inspect/sections/runningSurface.h"
 #include "inspect/sections/sectionReader.h"
 #include "inspect/sections/upright.h"
+#include "inspect/wheel/contourResults.h"
 #include "inspect/wheel/doubts.h"
+#include "inspect/wheel/rimMeasures.h"
 #include "inspect/wheel/rimSection.h"
 #include "inspect/wheel/spacing.h"
 
@@ -69,7 +72,20 @@ bool isWheelAsItStands(Profile profile) {
 struct Section {
     Rim rim = {};
     bool isWheel = true;
+    std::vector<Point> contour = {}; ///< the points of the file, with x from the flange back and y the level
+    bool isBackMeasured = false; ///< otherwise the flange back was given, or is where x is counted from
 };
+
+/// The points of a profile in the coordinates of the section that is made of it: x from its smallest one, y from its largest.
+std::vector<Point> contourIn(const std::vector<Point>& section, std::vector<Point> points) {
+    const auto isLeft = [](const Point& a, const Point& b) { return a.x < b.x; };
+    const float back = std::min_element(section.begin(), section.end(), isLeft)->x;
+    const float tip = std::max_element(section.begin(), section.end(), detail::isHigher)->y;
+    for (Point& p : points) {
+        p = {p.x - back, tip - p.y};
+    }
+    return points;
+}
 
 /// The section of a rim made from a profile. Throws an Error when that is impossible.
 Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::vector<std::string>& warnings) {
@@ -86,6 +102,9 @@ Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::v
     if (!stance) {
         orient(profile, wheel.orientation);
     }
+    Section section;
+    const std::vector<Point> contour = points;
+    section.isBackMeasured = !options.flangeBack && detail::isBackMeasured(points);
     const bool isMirrored = stance ? stance->isMirrored : wheel.orientation.isMirrored.value_or(false);
     if ((options.flangeBack || (stance && stance->isAsShown)) &&
         !detail::placeFlangeBack(profile, options.flangeBack, isMirrored, notes)) {
@@ -101,8 +120,8 @@ Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::v
             warnings.push_back(note.toStdString());
         }
     }
-    Section section;
     detail::appendRimSection(points, section.rim);
+    section.contour = contourIn(points, contour);
     section.isWheel = stance || (options.flangeBack && isWheelAsItStands(profile)); // it may begin near the tip
     return section;
 }
@@ -121,12 +140,27 @@ std::optional<float> present(float value) {
 /// Takes all measures back, for a reason.
 void withhold(const std::string& reason, const WheelLimits& limits, WheelResult& result) {
     result.measures = {};
+    result.intervals = {};
+    result.places = {};
     result.reasons.fill("the profile " + reason);
     result.verdict = verdictOf(result.measures, limits);
 }
 
+/// Measures the contour of a rim besides its smooth profile.
+void measureContour(const std::vector<Point>& contour, bool isBackMeasured, WheelResult& result) {
+    Profile inOrder{contour};
+    if (keepRunningSurface(inOrder, SectionKind::Wheel)) {
+        addContourResults(detail::measureRim(detail::RimContour(contour), isBackMeasured), result);
+        return;
+    }
+    detail::RimMeasures none;
+    none.reasons.fill("the points do not follow a contour from one end to the other");
+    addContourResults(none, result);
+}
+
 /// Measures a section; `centre` is that of the wheel.
-void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResult& result) {
+void measure(Section& section, const Point& centre, const WheelLimits& limits, WheelResult& result) {
+    Rim& rim = section.rim;
     KxMath::KxCircle circle;
     circle.x = centre.x;
     circle.y = centre.y;
@@ -142,8 +176,19 @@ void measure(Rim& rim, const Point& centre, const WheelLimits& limits, WheelResu
     if (std::string warning = detail::droppedFlank(result.section); !warning.empty()) {
         result.warnings.push_back(std::move(warning));
     }
+    if (section.contour.empty()) { // of a rim in space, which has no place before it was turned
+        section.contour = result.section;
+        if (section.contour.front().x > section.contour.back().x) {
+            std::reverse(section.contour.begin(), section.contour.end());
+        }
+    }
+    measureContour(section.contour, section.isBackMeasured, result);
+    if (!result.isMeasured()) {
+        const std::string reason = result.reasons.front(); // one for all
+        result.reasons.fill(reason);
+    }
     result.verdict = verdictOf(result.measures, limits);
-    const float height = result.measures.heightAt70.value_or(kUsualHeights[0]);
+    const float height = result.measures.heightAt70.value_or(result.measures.flangeHeight.value_or(kUsualHeights[0]));
     if (height < kUsualHeights[0] || height > kUsualHeights[1]) {
         withhold(QStringLiteral("shows a flange of %1 mm; those of wheels have 24 to 40 mm")
                      .arg(static_cast<double>(height), 0, 'f', 1)
@@ -158,17 +203,18 @@ WheelResult measureRim(const std::vector<Point3>& points, const std::string& fil
     checkOptions(options);
     WheelResult result;
     result.file = detail::shown(file);
-    Rim rim;
+    Section section;
+    section.isBackMeasured = true;
     for (const Point3& p : points) {
         if (isFinite(p)) {
-            rim.points.append({p.x, p.y, p.z});
+            section.rim.points.append({p.x, p.y, p.z});
         }
     }
-    if (rim.points.isEmpty()) {
+    if (section.rim.points.isEmpty()) {
         result.error = "holds no points";
         result.verdict = WheelVerdict::NotRead;
     } else {
-        measure(rim, options.centre, options.limits, result);
+        measure(section, options.centre, options.limits, result);
     }
     return result;
 }
@@ -182,7 +228,7 @@ WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options)
             return measureRim(readPoints(wheel.file, FileKind::Cloud).points, wheel.file, options);
         }
         Section section = sectionOf(wheel, options, result.warnings);
-        measure(section.rim, Point{0.0f, 0.0f}, options.limits, result);
+        measure(section, Point{0.0f, 0.0f}, options.limits, result);
         if (!section.isWheel && result.isMeasured()) {
             withhold(detail::noShapeOf(SectionKind::Wheel).toStdString(), options.limits, result);
         }

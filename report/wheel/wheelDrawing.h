@@ -7,8 +7,10 @@
 
 namespace kxreport {
 
-/// The points of a wheel, the profile from which it was measured, and the measures on it.
+/// @{ The points of a wheel with the measures of railways, and with the smooth profile and the measures that come from it.
 /// @param id unique on the page
+QString railwayDrawing(const KxInspect::WheelResult& result, const QString& id);
 QString wheelDrawing(const KxInspect::WheelResult& result, const QString& id);
+/// @}
 
 } // namespace kxreport

@@ -37,34 +37,37 @@ Tone toneOf(WheelVerdict verdict) {
     return Tone::Plain;
 }
 
-std::vector<Cell> tableRow(const QString& name, const WheelResult& result, const WheelLimits& limits) {
+/// Some of kWheelMeasures, from one to before another.
+struct Measures {
+    std::size_t first;
+    std::size_t end;
+};
+
+constexpr Measures kOfLibrary = {0, 4};
+constexpr Measures kOfRailways = {4, kWheelMeasures.size()};
+
+std::vector<Cell> tableRow(const QString& name, const WheelResult& result, const WheelLimits& limits,
+                           const Measures& measures) {
     std::vector<Cell> row = {{name}};
-    for (const WheelMeasure& measure : kWheelMeasures) {
+    for (std::size_t i = measures.first; i < measures.end; ++i) {
+        const WheelMeasure& measure = kWheelMeasures[i];
         const std::optional<float>& value = result.measures.*measure.value;
         const Limit& limit = limits.*measure.limit;
         const Tone tone = limit.holds(value) ? Tone::Good : Tone::Bad;
-        row.push_back({fixedText(value.value_or(kNaN), 2), limit.isSet() ? tone : Tone::Plain});
+        row.push_back({withInterval(value.value_or(kNaN), result.intervals[i], measure.decimals),
+                       limit.isSet() ? tone : Tone::Plain});
     }
     row.push_back({QLatin1String(textOf(result.verdict)), toneOf(result.verdict)});
     return row;
 }
 
-QString limitText(const Limit& limit) {
-    QStringList bounds;
-    if (limit.min) {
-        bounds += QStringLiteral("\u2265 ") + shortestText(*limit.min);
-    }
-    if (limit.max) {
-        bounds += QStringLiteral("\u2264 ") + shortestText(*limit.max);
-    }
-    return bounds.isEmpty() ? QStringLiteral("-") : bounds.join(QStringLiteral(", "));
-}
-
-void addTable(Page& page, const WheelResults& results) {
+void addTable(Page& page, const WheelResults& results, const Measures& measures) {
     QStringList headers(QStringLiteral("file"));
     std::vector<Cell> limitRow = {{QStringLiteral("allowed"), Tone::Faint}};
-    for (const WheelMeasure& measure : kWheelMeasures) {
-        headers += QStringLiteral("%1, mm").arg(QLatin1String(measure.title));
+    for (std::size_t i = measures.first; i < measures.end; ++i) {
+        const WheelMeasure& measure = kWheelMeasures[i];
+        headers += QLatin1String(measure.title) +
+                   (qstrlen(measure.unit) > 0 ? QStringLiteral(", ") + QLatin1String(measure.unit) : QString());
         limitRow.push_back({limitText(results.limits.*measure.limit), Tone::Faint});
     }
     headers += QStringLiteral("verdict");
@@ -72,7 +75,7 @@ void addTable(Page& page, const WheelResults& results) {
     std::vector<std::vector<Cell>> rows;
     const QStringList names = wheelNames(results);
     for (std::size_t i = 0; i < results.wheels.size(); ++i) {
-        rows.push_back(tableRow(names[static_cast<qsizetype>(i)], results.wheels[i], results.limits));
+        rows.push_back(tableRow(names[static_cast<qsizetype>(i)], results.wheels[i], results.limits, measures));
     }
     rows.push_back(limitRow);
     page.table(headers, rows, 1);
@@ -102,7 +105,7 @@ void addFacts(Page& page, const WheelResults& results) {
 }
 
 /// What is wrong with a wheel that was read.
-void addFaults(Page& page, const WheelResult& result) {
+void addFaults(Page& page, const WheelResult& result, const WheelLimits& limits) {
     for (const std::string& warning : result.warnings) {
         page.warning(QStringLiteral("The profile %1.").arg(QString::fromStdString(warning)));
     }
@@ -112,9 +115,16 @@ void addFaults(Page& page, const WheelResult& result) {
         return;
     }
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
-        if (!result.reasons[i].empty()) {
-            page.warning(QStringLiteral("No %1: %2.")
-                             .arg(QLatin1String(kWheelMeasures[i].title), QString::fromStdString(result.reasons[i])));
+        if (result.reasons[i].empty()) {
+            continue;
+        }
+        const QString text =
+            QStringLiteral("No %1: %2.")
+                .arg(QLatin1String(kWheelMeasures[i].title), QString::fromStdString(result.reasons[i]));
+        if ((limits.*kWheelMeasures[i].limit).isSet()) {
+            page.warning(text);
+        } else {
+            page.paragraph(text);
         }
     }
 }
@@ -128,10 +138,13 @@ void addWheels(Page& page, const WheelResults& results) {
             page.failure(QStringLiteral("The file %1.").arg(QString::fromStdString(result.error)));
             continue;
         }
-        addFaults(page, result);
-        page.figure(
-            wheelDrawing(result, QStringLiteral("wheel%1").arg(++drawing)),
-            QStringLiteral("The wheel as seen along the track: flange back on the left, flange tip at level 0."));
+        addFaults(page, result, results.limits);
+        ++drawing;
+        page.figure(railwayDrawing(result, QStringLiteral("railway%1").arg(drawing)),
+                    QStringLiteral("The measures of railways, from the points themselves. The wheel as seen along the "
+                                   "track: flange back on the left, flange tip at level 0."));
+        page.figure(wheelDrawing(result, QStringLiteral("wheel%1").arg(drawing)),
+                    QStringLiteral("The library's measures, from a smooth profile."));
     }
 }
 
@@ -141,14 +154,22 @@ QString wheelReport(const WheelResults& results) {
     Page page(QStringLiteral("Wheel profiles"),
               QStringLiteral("Measures of the rim; levels are counted from the flange tip towards the axle"));
     addFacts(page, results);
-    addTable(page, results);
+    addTable(page, results, kOfRailways);
     page.paragraph(QStringLiteral(
-        "Flange height (Sh), h: the level of the tape circle, 70 mm from the flange back. Flange thickness at level "
-        "18: "
-        "from the flange back to the flank, 18 mm from the tip; for h = 28 mm it is Sd, 10 mm above the tape circle. "
-        "Flank width: across the wheel, from level 2 to level h-13, 13 mm above the tape circle (qR ends 10 mm above "
-        "it). Flange height excess: h - 30 mm for h of at least 29 mm, otherwise h - 28 mm. The measured profile is a "
-        "moving average over 20 points, which rounds sharp edges."));
+        "From the points themselves: flange height (Sh), from the tape circle, 70 mm from the flange back, to the tip; "
+        "flange thickness (Sd), from the flange back to the flank 10 mm above the tape circle; flange slope (qR), "
+        "across the wheel on the flank from 2 mm below the tip to 10 mm above the tape circle; hollow, how far the "
+        "tread rises again towards the field side; tread slope, positive where the radius falls outwards; rim width, "
+        "from the flange back to the outer face."));
+    addTable(page, results, kOfLibrary);
+    page.paragraph(QStringLiteral(
+        "From a moving average over 20 points, which rounds sharp edges: level of the tape circle, h; flange thickness "
+        "at level 18, 18 mm from the tip, which is Sd for h = 28 mm alone; flank width, across the wheel, from level 2 "
+        "to level h-13, 13 mm above the tape circle (qR ends 10 mm above it); flange height excess, h - 30 mm for h of "
+        "at least 29 mm, otherwise h - 28 mm."));
+    page.paragraph(QStringLiteral("Each value stands with the interval that holds the true value in 95 of 100 "
+                                  "measurements, as far as the noise of "
+                                  "the points goes: what the gauge itself does wrong is not in it."));
     addWheels(page, results);
     if (!results.version.empty()) {
         page.paragraph(QStringLiteral("KxMath %1.").arg(QString::fromStdString(results.version)));

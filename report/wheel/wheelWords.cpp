@@ -2,6 +2,7 @@
 #include "report/wheel/wheelWords.h"
 
 #include "report/elements/fileNames.h"
+#include "report/elements/numbers.h"
 
 namespace kxreport {
 
@@ -11,6 +12,17 @@ QStringList wheelNames(const KxInspect::WheelResults& results) {
         files.push_back(wheel.file);
     }
     return distinctNames(files);
+}
+
+QString limitText(const KxInspect::Limit& limit) {
+    QStringList bounds;
+    if (limit.min) {
+        bounds += QStringLiteral("\u2265 ") + shortestText(*limit.min);
+    }
+    if (limit.max) {
+        bounds += QStringLiteral("\u2264 ") + shortestText(*limit.max);
+    }
+    return bounds.isEmpty() ? QStringLiteral("-") : bounds.join(QStringLiteral(", "));
 }
 
 QString judgementText(const KxInspect::WheelResults& results) {

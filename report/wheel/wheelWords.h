@@ -11,6 +11,9 @@ namespace kxreport {
 /// The names of the wheels' files, with folders where the names alone are alike.
 QStringList wheelNames(const KxInspect::WheelResults& results);
 
+/// "≥ 27.5, ≤ 31"; a dash without a limit.
+QString limitText(const KxInspect::Limit& limit);
+
 /// "2 of 3 wheels judged by the limits, 1 of them outside"; empty without limits.
 QString judgementText(const KxInspect::WheelResults& results);
 

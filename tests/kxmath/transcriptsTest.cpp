@@ -203,6 +203,7 @@ TEST_F(CommandFiles, WheelMeasuresTheDrawing) {
         for (size_t i = 0; i < 4; ++i) { // the means of the smoothing stand up to 0.125 mm before their middle
             EXPECT_NEAR(wheel[QLatin1String(keys[i])].toDouble(), expected[i], 0.13) << line << ' ' << keys[i];
         }
+        EXPECT_NEAR(wheel["flangeHeight"].toDouble(), expected[0], 0.01) << line;
     }
 }
 

@@ -14,21 +14,24 @@ WheelResults results() {
     WheelResult wheel;
     wheel.file = "a/one.csv";
     wheel.warnings = {"has 12 points only"};
-    wheel.measures = {28.25f, 32.5f, {}, 0.25f};
+    wheel.measures = {28.25f, 32.5f, {}, 0.25f, 28.125f};
+    wheel.intervals[0] = {28.0f, 28.5f};
+    wheel.intervals[4] = {28.0625f, 28.1875f};
     wheel.reasons[2] = "the flank does not reach level 15.2";
     wheel.verdict = WheelVerdict::Outside;
     wheel.section = {{0.5f, 28.0f}, {1.5f, 0.0f}, {70.0f, 28.25f}};
     wheel.measured = {{0.6f, 27.0f}, {1.7f, 0.1f}, {3.0f, 2.5f}, {70.1f, 28.25f}};
     wheel.widthStart = 3.0f;
+    wheel.places = {{{15.5f, 0.0f}}, {{70.0f, 28.0f}}, {}, {{32.0f, 18.0f}}, {}, {}, 135.5f};
     WheelResult gone;
     gone.file = "gone.csv";
     gone.error = "cannot be read: No such file or directory";
     gone.verdict = WheelVerdict::NotRead;
     WheelResult bare;
     bare.file = "bare.csv";
-    bare.reasons = {"too short", "too short", "too short", "too short"};
+    bare.reasons.fill("too short");
     bare.verdict = WheelVerdict::NotMeasured;
-    return {{wheel, gone, bare}, {{27.0f, 28.2f}, {{}, 40.1f}, {}, {}}, "2.0.10"};
+    return {{wheel, gone, bare}, {{27.0f, 28.2f}, {{}, 40.1f}}, "2.0.10"};
 }
 
 } // namespace
@@ -43,6 +46,10 @@ TEST(WheelJson, ReadBackGivesTheSamePage) {
     EXPECT_EQ(read.wheels[1].verdict, WheelVerdict::NotRead);
     EXPECT_EQ(read.wheels[0].reasons, measured.wheels[0].reasons);
     EXPECT_EQ(read.wheels[0].widthStart, 3.0f);
+    EXPECT_EQ(read.wheels[0].intervals[4], measured.wheels[0].intervals[4]);
+    EXPECT_FALSE(read.wheels[0].intervals[1].isKnown());
+    EXPECT_EQ(read.wheels[0].places.flank, (Point{32.0f, 18.0f}));
+    EXPECT_EQ(read.wheels[0].places.outerFace, 135.5f);
     EXPECT_EQ(read.limits.xAtLevel18.min, std::nullopt);
 }
 

@@ -45,6 +45,12 @@ void expectMeasures(const WheelResult& result, const Wheel& wheel) {
     EXPECT_NEAR(*m.widthLevel2ToH13, wheel.at(wheel.height - 13.0f) - wheel.at(2.0f), kStep + 0.001f);
     EXPECT_NEAR(*m.heightExcess, wheel.height - (wheel.height >= 29.0f ? 30.0f : 28.0f), 0.01f);
     EXPECT_NEAR(result.widthStart.value_or(0.0f), wheel.at(2.0f), kStep + kSmoothed);
+    constexpr float kRounded = 1e-3f; // of points in single precision, on which a short curve is fitted
+    EXPECT_NEAR(m.flangeHeight.value_or(0.0f), wheel.height, kRounded);
+    EXPECT_NEAR(m.flangeThickness.value_or(0.0f), wheel.at(wheel.height - 10.0f), kRounded);
+    EXPECT_NEAR(m.flangeSlope.value_or(0.0f), wheel.at(wheel.height - 10.0f) - wheel.at(2.0f), 2.0f * kRounded);
+    EXPECT_EQ(m.treadHollow, 0.0f);
+    EXPECT_NEAR(m.treadSlope.value_or(0.0f), 0.05f, kRounded);
 }
 
 WheelMeasures measures(std::optional<float> height, std::optional<float> thickness) {
@@ -158,7 +164,7 @@ TEST(Wheel, MissingMeasuresHaveTheirReasons) {
     };
     const struct {
         CrossSection section;
-        std::array<std::string, 4> reasons;
+        std::array<std::string, 4> reasons; // of the measures from the smooth profile
     } cases[] = {
         {Wheel().section(), {}},
         {Wheel{23.5f, 20.0f, 1.5f}.section(),
@@ -195,8 +201,8 @@ TEST(Wheel, WarnsWhereTheFlankIsTakenForTheBack) {
 }
 
 TEST(Wheel, LimitsGiveVerdicts) {
-    const WheelLimits height{{27.5f, 30.0f}, {}, {}, {}};
-    const WheelLimits both{{27.5f, {}}, {{}, 33.0f}, {}, {}};
+    const WheelLimits height{{27.5f, 30.0f}};
+    const WheelLimits both{{27.5f, {}}, {{}, 33.0f}};
     const struct {
         WheelMeasures measures;
         WheelLimits limits;
@@ -210,6 +216,12 @@ TEST(Wheel, LimitsGiveVerdicts) {
         {measures({}, 32.0f), both, WheelVerdict::NotMeasured}, {measures(28.0f, {}), both, WheelVerdict::NotMeasured},
         {measures(99.0f, 33.0f), both, WheelVerdict::Within},
     };
+    WheelLimits hollow;
+    hollow.treadHollow.max = 1.5f;
+    WheelMeasures hollowed = measures(28.0f, 34.0f);
+    hollowed.treadHollow = 2.25f;
+    EXPECT_EQ(verdictOf(hollowed, hollow), WheelVerdict::Outside);
+    EXPECT_EQ(verdictOf(measures(28.0f, 34.0f), hollow), WheelVerdict::NotMeasured);
     for (const auto& [found, limits, verdict] : cases) {
         EXPECT_STREQ(textOf(verdictOf(found, limits)), textOf(verdict)) << &found - &cases[0].measures;
     }

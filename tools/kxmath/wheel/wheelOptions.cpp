@@ -11,16 +11,28 @@ namespace {
 using KxInspect::kWheelMeasures;
 
 /// The names of the measures in --min-... and --max-..., in the order of kWheelMeasures.
-constexpr const char* kMeasureOptions[kWheelMeasures.size()] = {"height", "thickness", "width", "excess"};
+constexpr const char* kMeasureOptions[kWheelMeasures.size()] = {"height", "thickness", "width",  "excess", "sh",
+                                                                "sd",     "qr",        "hollow", "slope",  "rim-width"};
 
 const char* const kDescription =
     "Measures wheel profiles. A level is the distance from the tip of the flange, towards the axle.\n"
-    "All measures are in mm:\n"
+    "All measures but the slope are in mm. Those of railways:\n"
     "\n"
-    "  heightAt70        flange height (Sh) h: the level of the tape circle, 70 mm from the flange back\n"
+    "  flangeHeight      flange height (Sh): from the tape circle, 70 mm from the flange back, to the tip\n"
+    "  flangeThickness   flange thickness (Sd): from the flange back to the flank 10 mm above the tape circle\n"
+    "  flangeSlope       flange slope (qR): across the wheel, from level 2 to 10 mm above the tape circle\n"
+    "  treadHollow       how far the tread rises again towards the field side\n"
+    "  treadSlope        slope of the tread at the tape circle, as a ratio\n"
+    "  rimWidth          from the flange back to the outer face of the rim\n"
+    "\n"
+    "Those of the library, from a profile that it smooths:\n"
+    "\n"
+    "  heightAt70        h: the level of the tape circle\n"
     "  xAtLevel18        flange thickness at level 18: distance of the flank from the flange back\n"
     "  widthLevel2ToH13  width of the flank across the wheel, from level 2 to level h - 13\n"
     "  heightExcess      flange height excess: h - 30 for h of at least 29, otherwise h - 28\n"
+    "\n"
+    "Each comes with its 95 % confidence interval, from the noise of the points.\n"
     "\n"
     "Files are 2-D cloud sections, profile records, other point files, text columns, or text files of\n"
     "contact profile gauges (.whl, .prw), in mm. x points outwards from the flange back, y points\n"
@@ -78,8 +90,9 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
     add("centre", "Centre of the wheel in 3-D cloud sections.", "x,z", "0,0");
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const QByteArray key = kWheelMeasures[i].key;
-        add(limitOption("min", i).constData(), ("Smallest allowed " + key + ".").constData(), "mm");
-        add(limitOption("max", i).constData(), ("Largest allowed " + key + ".").constData(), "mm");
+        const char* const unit = qstrlen(kWheelMeasures[i].unit) > 0 ? kWheelMeasures[i].unit : "ratio";
+        add(limitOption("min", i).constData(), ("Smallest allowed " + key + ".").constData(), unit);
+        add(limitOption("max", i).constData(), ("Largest allowed " + key + ".").constData(), unit);
     }
     add("json", "Write the measures as JSON; - is the standard output.", "file");
     add("csv", "Write the measures as CSV; - is the standard output.", "file");
@@ -118,7 +131,7 @@ KxInspect::WheelOptions WheelCommandOptions::measurement() const {
 FailOn WheelCommandOptions::failOn() const {
     FailOn result(*this, kVerdicts);
     if (result.isSet() && verdictOf({}, limitsOf(*this)) == KxInspect::WheelVerdict::NoLimits) {
-        fail(QStringLiteral("--fail-on needs a limit, such as --min-height"));
+        fail(QStringLiteral("--fail-on needs a limit, such as --min-sd"));
     }
     return result;
 }

@@ -23,32 +23,37 @@ float valueOf(const WheelResult& result, const WheelMeasure& measure) {
     return (result.measures.*measure.value).value_or(std::numeric_limits<float>::quiet_NaN());
 }
 
-/// The header line of a table whose names are `width` wide.
-QString header(qsizetype width) {
-    QString text = QStringLiteral("file").leftJustified(width);
-    for (const WheelMeasure& measure : kWheelMeasures) {
-        text += QStringLiteral("  %1, mm").arg(QLatin1String(measure.key));
+/// The line of a measure: its value with the interval, and what its limit says; or why it is missing.
+QString line(const WheelResult& result, std::size_t i, const KxInspect::WheelLimits& limits) {
+    constexpr int kTitleWidth = 30;
+    constexpr int kValueWidth = 24;
+    const WheelMeasure& measure = kWheelMeasures[i];
+    const KxInspect::Limit& limit = limits.*measure.limit;
+    const std::optional<float>& value = result.measures.*measure.value;
+    QString text = QStringLiteral("  ") + QString(QLatin1String(measure.title)).leftJustified(kTitleWidth);
+    if (!value) {
+        return text + QStringLiteral(" -  (%1)\n").arg(QString::fromStdString(result.reasons[i]));
     }
-    return text + QStringLiteral("  verdict\n");
+    QString number = withInterval(*value, result.intervals[i], measure.decimals);
+    number += qstrlen(measure.unit) > 0 ? QLatin1Char(' ') + QLatin1String(measure.unit) : QString();
+    if (!limit.isSet()) {
+        return text + QLatin1Char(' ') + number + QLatin1Char('\n');
+    }
+    text += QLatin1Char(' ') + number.leftJustified(kValueWidth) + QStringLiteral("  allowed ");
+    text += kxreport::limitText(limit);
+    return text + (limit.holds(value) ? QStringLiteral("\n") : QStringLiteral(": outside\n"));
 }
 
-QString line(const QString& name, const WheelResult& result) {
-    QString text = name;
-    for (const WheelMeasure& measure : kWheelMeasures) {
-        const qsizetype width = static_cast<qsizetype>(qstrlen(measure.key)) + static_cast<qsizetype>(qstrlen(", mm"));
-        text += QStringLiteral("  ") + fixedText(valueOf(result, measure), 2).rightJustified(width);
-    }
-    const QString verdict = QLatin1String(textOf(result.verdict));
-    return text + QStringLiteral("  ") + (verdict.isEmpty() ? QStringLiteral("-") : verdict) + QLatin1Char('\n');
-}
-
-/// Why measures are missing, each reason once.
+/// Why measures are missing.
 QString reasons(const WheelResult& result) {
+    if (!result.isMeasured()) {
+        return QString::fromStdString(result.reasons.front());
+    }
     QStringList texts;
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
-        const QString reason = QString::fromStdString(result.reasons[i]);
-        if (!reason.isEmpty() && !texts.contains(reason)) {
-            texts.append(reason);
+        if (!result.reasons[i].empty()) {
+            texts.append(QLatin1String(kWheelMeasures[i].key) + QStringLiteral(": ") +
+                         QString::fromStdString(result.reasons[i]));
         }
     }
     return texts.join(QStringLiteral("; "));
@@ -58,15 +63,22 @@ QString reasons(const WheelResult& result) {
 
 QString wheelTable(const KxInspect::WheelResults& results) {
     const QStringList names = kxreport::wheelNames(results);
-    qsizetype width = 4;
-    for (const QString& name : names) {
-        width = std::max(width, name.size());
-    }
-    QString text = header(width);
+    QString text;
     for (std::size_t i = 0; i < results.wheels.size(); ++i) {
-        if (results.wheels[i].error.empty()) { // others are reported on stderr
-            const QString name = printable(names[static_cast<qsizetype>(i)]);
-            text += line(name.leftJustified(width), results.wheels[i]);
+        const WheelResult& result = results.wheels[i];
+        if (!result.error.empty()) { // reported on stderr
+            continue;
+        }
+        const QString verdict = QLatin1String(textOf(result.verdict));
+        text += text.isEmpty() ? QString() : QStringLiteral("\n");
+        text += printable(names[static_cast<qsizetype>(i)]) +
+                (verdict.isEmpty() ? QString() : QStringLiteral(": ") + verdict) + QLatin1Char('\n');
+        if (!result.isMeasured()) {
+            text += QStringLiteral("  no flange or tread to measure: %1\n").arg(reasons(result));
+            continue;
+        }
+        for (std::size_t k = 0; k < kWheelMeasures.size(); ++k) {
+            text += line(result, k, results.limits);
         }
     }
     const QString judged = kxreport::judgementText(results);
@@ -76,13 +88,17 @@ QString wheelTable(const KxInspect::WheelResults& results) {
 QString wheelCsv(const KxInspect::WheelResults& results) {
     QStringList titles(QStringLiteral("file"));
     for (const WheelMeasure& measure : kWheelMeasures) {
-        titles.append(QLatin1String(measure.key));
+        for (const char* const end : {"", "Low", "High"}) {
+            titles.append(QLatin1String(measure.key) + QLatin1String(end));
+        }
     }
     QString text = csvLine(titles + kxreport::textList({QStringLiteral("verdict"), QStringLiteral("reason")}));
     for (const WheelResult& result : results.wheels) {
         QStringList fields(csvField(QString::fromStdString(result.file)));
-        for (const WheelMeasure& measure : kWheelMeasures) {
-            fields.append(shortestText(valueOf(result, measure)));
+        for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+            fields.append(shortestText(valueOf(result, kWheelMeasures[i])));
+            fields.append(shortestText(result.intervals[i].low));
+            fields.append(shortestText(result.intervals[i].high));
         }
         fields.append(QLatin1String(textOf(result.verdict)));
         fields.append(csvField(result.error.empty() ? reasons(result) : QString::fromStdString(result.error)));

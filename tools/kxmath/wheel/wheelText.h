@@ -7,7 +7,7 @@
 
 namespace kxtool {
 
-/// A line for each wheel that was read.
+/// The measures of each wheel that was read, one per line.
 QString wheelTable(const KxInspect::WheelResults& results);
 
 /// A line for each wheel.

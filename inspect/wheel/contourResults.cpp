@@ -1,0 +1,58 @@
+// What the contour of a rim adds to a measured wheel.
+#include "inspect/wheel/contourResults.h"
+
+#include "inspect/wheel/doubts.h"
+
+#include <algorithm>
+
+namespace KxInspect::detail {
+
+namespace {
+
+/// The nominal height of a flange in the excess over it, as METRO_calcWheelParameters() chooses it.
+constexpr float kNominalFrom = 29.0f;
+constexpr float kLowNominal = 28.0f;
+constexpr float kHighNominal = 30.0f;
+
+/// The interval of the excess over the nominal height, from that of the height. Where the nominal height is in doubt, both count.
+Interval excessInterval(const Interval& height, const Estimate& estimate, float shownHeight, float shown) {
+    const float nominal = shownHeight >= kNominalFrom ? kHighNominal : kLowNominal;
+    if (!height.isKnown() || (height.low >= kNominalFrom) == (height.high >= kNominalFrom)) {
+        return estimate.plus(-static_cast<double>(nominal)).interval(shown);
+    }
+    return {std::min(height.low - kLowNominal, kNominalFrom - kHighNominal), kNominalFrom - kLowNominal};
+}
+
+} // namespace
+
+void addContourResults(const RimMeasures& rim, WheelResult& result) {
+    result.places = rim.places;
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        std::optional<float>& value = result.measures.*kWheelMeasures[i].value;
+        const std::optional<Estimate>& estimate = rim.values[i];
+        const bool isHollow = kWheelMeasures[i].value == &WheelMeasures::treadHollow;
+        if (i >= kSmoothMeasures) {
+            value = estimate ? std::optional(static_cast<float>(estimate->value())) : std::nullopt;
+            result.reasons[i] = rim.reasons[i];
+        }
+        if (isHollow && value) {
+            value = std::max(0.0f, *value);
+        }
+        if (value && estimate) {
+            Interval& interval = result.intervals[i];
+            interval = estimate->interval(isHollow ? static_cast<float>(estimate->value()) : *value);
+            if (isHollow && interval.isKnown()) {
+                interval = {std::max(0.0f, interval.low), std::max(0.0f, interval.high)};
+            }
+        }
+    }
+    const std::optional<float>& excess = result.measures.heightExcess;
+    for (std::size_t i = 0; i < kWheelMeasures.size() && excess; ++i) {
+        if (kWheelMeasures[i].value == &WheelMeasures::heightExcess && rim.values[0]) {
+            result.intervals[i] =
+                excessInterval(result.intervals[0], *rim.values[0], *result.measures.heightAt70, *excess);
+        }
+    }
+}
+
+} // namespace KxInspect::detail
