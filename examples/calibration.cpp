@@ -7,7 +7,8 @@
 bool printPose(const std::vector<std::string>& files) {
     KxInspect::CalibrationTask task;
     task.placement = 2;
-    task.object = KxInspect::calibrationObjectFor(task.placement); // or its measures: pitch, slope, obliqueness, crestY
+    task.side = KxInspect::SensorSide::LargerY; // of the crests; a profile does not show it
+    task.object = KxInspect::calibrationObjectFacing(*task.side); // or its measures: pitch, slope, obliqueness, crestY
     std::vector<KxInspect::NamedProfile> profiles;
     profiles.reserve(files.size());
     for (const std::string& file : files) {

@@ -150,7 +150,10 @@ bool takeCalibrationProfile(const CalibrationObject& object, int placement, cons
             continue;
         }
         coverage.add(hit, ray.at(hit.t).x);
-        const double py = away * hit.t + sensor.noise * random.normal();
+        double py = away * hit.t + sensor.noise * random.normal();
+        if (sensor.spikes > 0.0 && random.chance(sensor.spikes)) {
+            py += (random.chance(0.5) ? 1.0 : -1.0) * sensor.spikeSize * random.uniform(0.3, 1.0);
+        }
         profile.points.append(KxMath::KxPointXY(static_cast<float>(along * hit.t), static_cast<float>(py)));
         if (hits != nullptr) {
             hits->push_back(pose.toTrack(along * hit.t, away * hit.t));

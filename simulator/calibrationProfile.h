@@ -23,6 +23,8 @@ struct CalibrationSensor {
     double fan = 60.0; ///< angle of the laser fan, degrees
     double range = 450.0; ///< largest distance that is measured
     double noise = 0.02; ///< standard deviation of py, mm
+    double spikes = 0.0; ///< probability that a point is an outlier
+    double spikeSize = 8.0; ///< largest distance of an outlier along py, mm; the smallest one is 0.3 of it
 };
 
 /// Appends the profile that a sensor takes of the object. Rays that miss it, or hit it beyond the range, give no point.

@@ -16,7 +16,9 @@ namespace kxsim {
 
 namespace {
 
-QJsonObject truthOf(const CalibrationShots& shots, const Pose& pose, const QJsonArray& files, bool isInView) {
+/// @param moves of the object, for each file
+QJsonObject truthOf(const CalibrationShots& shots, const Pose& pose, const QJsonArray& files, const QJsonArray& moves,
+                    bool isInView) {
     const CalibrationSensor& sensor = shots.sensor;
     return {{"position", shots.placement},
             {"seed", QString::number(shots.seed)}, // JSON numbers do not hold 64 bits
@@ -24,9 +26,12 @@ QJsonObject truthOf(const CalibrationShots& shots, const Pose& pose, const QJson
             {"sensor", QJsonObject{{"points", sensor.points},
                                    {"halfAngle", sensor.fan / 2.0},
                                    {"maxRange", sensor.range},
-                                   {"noise", sensor.noise}}},
+                                   {"noise", sensor.noise},
+                                   {"spikes", sensor.spikes},
+                                   {"spikeSize", sensor.spikeSize}}},
             {"pose", toJson(pose)},
             {"isInView", isInView},
+            {"moves", moves},
             {"files", files}};
 }
 
@@ -48,18 +53,27 @@ void writeCalibrationShots(const CalibrationShots& shots, const QString& directo
     QFile::remove(truthFile); // its presence means complete files
     const Pose pose = offsetPose(nominalCalibrationPose(shots.placement, shots.object), shots.placement, shots.alpha,
                                  shots.beta, shots.gamma, shots.offset);
-    bool isInView = false;
+    bool isInView = true;
     QJsonArray files;
-    for (int i = 1; i <= shots.profiles; ++i) {
-        Random random({shots.seed, static_cast<std::uint64_t>(i)});
-        KxMath::KxProfileZ profile;
-        profile.z = 0.0f;
-        isInView = takeCalibrationProfile(shots.object, shots.placement, pose, shots.sensor, random, profile);
-        const QString name = QStringLiteral("calibration-%1.bin").arg(i);
-        writeShot(dir.filePath(name), profile);
-        files.append(name);
+    QJsonArray moves;
+    for (const Vec3& move : shots.moves.empty() ? std::vector{Vec3{}} : shots.moves) {
+        // What the sensor sees of an object that was moved is what one that was moved back sees.
+        Pose seenFrom = pose;
+        seenFrom.origin = pose.origin - move;
+        for (int i = 0; i < shots.profiles; ++i) {
+            const qsizetype number = files.size() + 1;
+            Random random({shots.seed, static_cast<std::uint64_t>(number)});
+            KxMath::KxProfileZ profile;
+            profile.z = 0.0f;
+            isInView = takeCalibrationProfile(shots.object, shots.placement, seenFrom, shots.sensor, random, profile) &&
+                       isInView;
+            const QString name = QStringLiteral("calibration-%1.bin").arg(number);
+            writeShot(dir.filePath(name), profile);
+            files.append(name);
+            moves.append(QJsonArray{move.x, move.y, move.z});
+        }
     }
-    const QByteArray truth = QJsonDocument(truthOf(shots, pose, files, isInView)).toJson();
+    const QByteArray truth = QJsonDocument(truthOf(shots, pose, files, moves, isInView)).toJson();
     KxInspect::writeWholeFile({{}, truthFile.toStdString(), {}}, truth.toStdString());
 }
 

@@ -12,7 +12,7 @@ namespace kxsim {
 /// Profiles that a sensor takes of the calibration object, one after the other from the same pose.
 struct CalibrationShots {
     int placement = 2;
-    int profiles = 1;
+    int profiles = 1; ///< for each place of the object
     std::uint64_t seed = 1;
     CalibrationObject object = KxInspect::calibrationObjectFor(2);
     CalibrationSensor sensor;
@@ -21,6 +21,8 @@ struct CalibrationShots {
     double beta = 0.0;
     double gamma = 0.0;
     Vec3 offset; ///< mm
+    std::vector<Vec3> moves =
+        {}; ///< how far the object is moved from its place, one place after the other; none: once there
 };
 
 /// Writes calibration-1.bin and so on, one profile record each, and truth.json into the directory, which is created

@@ -96,7 +96,8 @@ void convert(const std::string& from, const std::string& to) {
 std::string withPoseOf(const std::vector<KxInspect::NamedProfile>& shots, const std::string& settings) {
     KxInspect::CalibrationTask task;
     task.placement = 2;
-    task.object = KxInspect::calibrationObjectFor(task.placement);
+    task.side = KxInspect::SensorSide::LargerY; // of the crests
+    task.object = KxInspect::calibrationObjectFacing(*task.side);
     const KxInspect::CalibrationResult result = measurePoses(shots, task);
     return result.hasPose() ? KxInspect::withPose(settings, {1, result.average.pose, task.placement}) : settings;
 }

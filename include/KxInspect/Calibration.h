@@ -4,6 +4,7 @@
 
 #include "CalibrationObject.h"
 #include "Export.h"
+#include "Interval.h"
 #include "Json.h"
 #include "Profile.h"
 #include "Progress.h"
@@ -50,9 +51,20 @@ KXINSPECT_EXPORT std::vector<Point3> toTrack(const Profile& profile, const Senso
 struct CalibrationTask {
     int placement = 2; ///< the placement code of the sensor
     CalibrationObject object = calibrationObjectFor(2); ///< as a sensor of that placement sees it
-    /// y of the sensor, mm. Placements that do not find y take it from here. For all placements it decides on which
-    /// side of the crests the sensor is, which a profile does not show; a rough value is enough for that.
+    /// y of the sensor, mm. Placements that do not find y take it from here. For all placements it tells on which side of
+    /// the crests the sensor stands; a rough value is enough for that.
     std::optional<float> sensorY = {};
+    /// On which side of the crests the sensor stands, where sensorY is not given. One profile does not show it: it looks
+    /// the same from a sensor with -beta and -gamma on the other side. Shots of an object that was moved along Y do.
+    std::optional<SensorSide> side = {};
+
+    /// The side as given, by `side` or by sensorY.
+    std::optional<SensorSide> givenSide() const {
+        if (!side && sensorY) {
+            return static_cast<double>(*sensorY) < object.crestY ? SensorSide::SmallerY : SensorSide::LargerY;
+        }
+        return side;
+    }
 };
 
 /// The caller's names of the arguments, for the reasons and warnings in results: a program names its options here.
@@ -61,6 +73,8 @@ struct CalibrationTerms {
     std::string obliqueness = "obliqueness";
     std::string sensorY = "sensorY";
     std::string crestY = "crestY";
+    std::string side = "side";
+    std::string moved = "moved";
 };
 
 /// Flanks in the order of Z (of -Z for mirrored placements): 2 * ridge, + 1 behind the crest; ridges 0 to 2 are
@@ -88,7 +102,8 @@ using FlankResiduals = std::array<FlankResidual, kFlankCount>;
 /// A point of a profile and its distance from the object.
 struct CalibrationPoint {
     Point point = {};
-    std::optional<std::size_t> flank = {}; ///< empty for a point on no flank or too near a crest or valley
+    std::optional<std::size_t> flank = {}; ///< empty for an outlier, and for a point on no flank or too near its ends
+    bool isOutlier = false; ///< off its flank by more than the noise of the profile; it does not count
     double residual = std::numeric_limits<double>::quiet_NaN(); ///< along Y, mm; NaN without a flank
 };
 
@@ -103,11 +118,20 @@ struct ProfilePose {
     double rms = std::numeric_limits<double>::quiet_NaN(); ///< of the points on all flanks, mm
     /// Standard deviation of the least certain angle, degrees.
     double angleDeviation = std::numeric_limits<double>::quiet_NaN();
+    /// Half the width of the 95 % interval of each value, from the noise of the points. NaN for a y that is not found.
+    SensorPose uncertainty = {};
+    int outliers = 0; ///< points that do not count
+    std::array<double, 3> moved = {0.0, 0.0, 0.0}; ///< as in NamedProfile
     FlankResiduals flanks = {};
     std::vector<CalibrationPoint> points = {}; ///< the finite points of the profile; without a pose on no flank
 
     bool hasPose() const { return fault.empty(); }
 };
+
+/// The 95 % interval of a value of a pose.
+inline Interval intervalOf(const SensorPose& pose, const SensorPose& uncertainty, double SensorPose::*value) {
+    return Interval::around(static_cast<float>(pose.*value), static_cast<float>(uncertainty.*value));
+}
 
 /// The mean of the poses of several profiles; values are NaN when no profile has a pose.
 struct PoseAverage {
@@ -119,6 +143,9 @@ struct PoseAverage {
     SensorPose deviation = {};
     SensorPose largest = {};
     /// @}
+    /// Half the width of the 95 % interval of each value: from the noise of the points, or from the spread of the profiles
+    /// where that is certainly larger. NaN for a y that is not found.
+    SensorPose uncertainty = {};
     double foundY = std::numeric_limits<double>::quiet_NaN(); ///< mean y by the object, mm
     /// Largest distance of a point, put back by the pose of its own profile, from where the mean puts it, mm. NaN for one
     /// profile.
@@ -129,6 +156,8 @@ struct PoseAverage {
 struct CalibrationResult {
     std::string version = {}; ///< of KxMath that measured it
     CalibrationTask task = {};
+    std::optional<SensorSide> side =
+        {}; ///< where the sensor stands: as given, or as moved shots show; empty without pose
     std::vector<ProfilePose> profiles = {}; ///< in the order of the input
     PoseAverage average = {};
     FlankResiduals flanks = {}; ///< of all profiles with a pose
@@ -141,9 +170,10 @@ struct CalibrationResult {
     bool hasY() const { return !std::isnan(average.pose.y); }
 };
 
-/// Finds the pose for one profile of the object, in any order of its points. A profile without a pose is no error: its
-/// result has a fault. Throws an Error (BadArgument) for a pitch or slope that is not above 0, an obliqueness of 0, or one of
-/// the numbers of the task that is not finite.
+/// Finds the pose for one profile of the object, in any order of its points, by least squares over all points on the
+/// flanks, without outliers. A profile without a pose is no error: its result has a fault. Throws an Error (BadArgument)
+/// for a pitch or slope that is not above 0, an obliqueness of 0, one of the numbers of the task that is not finite, a
+/// task that gives neither sensorY nor side, or both where they contradict each other.
 KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const CalibrationTask& task,
                                          const CalibrationTerms& terms = {});
 
@@ -151,14 +181,25 @@ KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const Calibrati
 struct NamedProfile {
     std::string name = {};
     Profile profile = {};
+    /// How far the object was moved along X, Y and Z of the track, without turning it, from the place that the task
+    /// describes, mm.
+    std::array<double, 3> moved = {0.0, 0.0, 0.0};
 };
+
+/// Throws the Error (BadArgument) that measurePoses() throws for such a task, before there are profiles.
+/// @param moves of the object, for all profiles; empty when it was not moved
+KXINSPECT_EXPORT void checkCalibrationTask(const CalibrationTask& task, const std::vector<std::array<double, 3>>& moves,
+                                           const CalibrationTerms& terms = {});
 
 /// Why a result has no pose, a sentence. Empty where it has one.
 KXINSPECT_EXPORT std::string reasonWithoutPose(const CalibrationResult& result);
 
 /// Finds the pose from profiles that are all of one pose: measurePose() for each, and the mean. Profiles without a pose
 /// are left out of the mean and are warned of where they are not the only one: once for each of the three most frequent
-/// reasons, with their number, and once for all others. Throws as measurePose() does.
+/// reasons, with their number, and once for all others. Shots with a moved object show by themselves which way X, Y and Z
+/// of the track run, for each axis along which they differ; where that contradicts the placement, the side or the sign of
+/// the obliqueness, there is no pose. Throws as measurePose() does; neither sensorY nor side is needed where the moves
+/// differ along Y.
 KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
                                                 const Progress& progress = {}, const CalibrationTerms& terms = {});
 

@@ -18,6 +18,9 @@ struct Placement {
 /// The meaning of a placement code. Every number is a code; codes other than 2 to 5 have no special meaning.
 KXINSPECT_EXPORT Placement placementOf(int code);
 
+/// On which side of the crests a sensor stands: at smaller Y it looks along +Y, at larger Y along -Y.
+enum class SensorSide { SmallerY, LargerY };
+
 /// Roof ridges along X, seen by a sensor along +Y or -Y. Straight crests are at Z = -P, 0 and P (and half of one
 /// at -2 P), an oblique one at 2.5 P + t X (and half of one at 4 P + t X); for mirrored placements this holds for -Z.
 /// From a crest the flanks fall away from the sensor by `slope` per mm of Z. Lengths in mm.
@@ -49,6 +52,10 @@ inline constexpr std::array<CalibrationObjectField, 4> kCalibrationObjectFields 
 
 /// The object of the default measures, turned with the sensor: t is negative for turned placements.
 KXINSPECT_EXPORT CalibrationObject calibrationObjectFor(int placement, double crestY = 0.0);
+
+/// The object of the default measures as it faces a sensor on that side, for every placement: t is above 0 for a sensor
+/// at smaller Y, below 0 for one at larger Y.
+KXINSPECT_EXPORT CalibrationObject calibrationObjectFacing(SensorSide side, double crestY = 0.0);
 
 /// A ridge of the object: its crest is at Z = crest + obliqueness X.
 struct CalibrationRidge {

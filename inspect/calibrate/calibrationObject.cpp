@@ -18,6 +18,13 @@ CalibrationObject calibrationObjectFor(int placement, double crestY) {
     return object;
 }
 
+CalibrationObject calibrationObjectFacing(SensorSide side, double crestY) {
+    CalibrationObject object;
+    object.crestY = crestY;
+    object.obliqueness *= side == SensorSide::SmallerY ? 1.0 : -1.0;
+    return object;
+}
+
 std::array<CalibrationRidge, kRidgeCount> ridgesOf(const CalibrationObject& object) {
     const double p = object.pitch;
     const double t = object.obliqueness;

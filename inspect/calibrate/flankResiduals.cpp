@@ -2,6 +2,7 @@
 #include "inspect/calibrate/flankResiduals.h"
 
 #include "inspect/base/points.h"
+#include "inspect/calibrate/objectSurface.h"
 
 #include <KxInspect/KxMathTypes.h>
 #include <KxMath/KxMetro.h>
@@ -14,35 +15,6 @@ namespace KxInspect {
 
 namespace {
 
-constexpr std::size_t kObliqueRidge = 3; // index among the ridges with two flanks
-
-/// The flank of a point in the frame of the object, whose z is counted from the middle straight crest.
-std::optional<std::size_t> flankAt(const CalibrationObject& object, double x, double z) {
-    constexpr double kMargin = 0.04; // part of the width excluded at crests and valleys
-    const auto ridges = ridgesOf(object);
-    for (std::size_t flank = 0; flank < kFlankCount; ++flank) {
-        const std::size_t ridge = flank / 2 + 1; // after the half ridge
-        const bool isBehind = flank % 2 == 1;
-        const double crest = ridges[ridge].crestAt(x);
-        const double valley = (crest + ridges[isBehind ? ridge + 1 : ridge - 1].crestAt(x)) / 2.0;
-        const double from = isBehind ? crest : valley;
-        const double to = isBehind ? valley : crest;
-        const double margin = kMargin * (to - from);
-        if (z >= from + margin && z <= to - margin) {
-            return flank;
-        }
-    }
-    return std::nullopt;
-}
-
-/// The depth of a flank behind the crests.
-/// @param obliqueFactor slope of the oblique ridge along Z over that of the others
-double depthAt(const CalibrationObject& object, std::size_t flank, double x, double z, double obliqueFactor) {
-    const CalibrationRidge ridge = ridgesOf(object)[flank / 2 + 1];
-    const double factor = flank / 2 == kObliqueRidge ? obliqueFactor : 1.0;
-    return factor * object.slope * std::abs(z - ridge.crest - ridge.obliqueness * x);
-}
-
 /// Fills in flanks and residuals of the points, and foundY. @return the root mean square
 double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfilePose& m) {
     const Placement placement = placementOf(task.placement);
@@ -53,13 +25,13 @@ double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfileP
     double sum = 0.0;
     int count = 0;
     for (std::size_t i = 0; i < m.points.size(); ++i) {
-        const double x = static_cast<double>(inTrack[i].x);
-        const double z = up * static_cast<double>(inTrack[i].z);
+        const double x = static_cast<double>(inTrack[i].x) - m.moved[0];
+        const double y = facing * (static_cast<double>(inTrack[i].y) - m.moved[1] - task.object.crestY);
+        const double z = up * (static_cast<double>(inTrack[i].z) - m.moved[2]);
         CalibrationPoint& point = m.points[i];
-        point.flank = flankAt(task.object, x, z);
+        point.flank = point.isOutlier ? std::nullopt : detail::flankAt(task.object, x, z);
         if (point.flank) {
-            const double depth = depthAt(task.object, *point.flank, x, z, obliqueFactor);
-            point.residual = facing * (static_cast<double>(inTrack[i].y) - task.object.crestY) - depth;
+            point.residual = detail::planeOf(task.object, *point.flank, obliqueFactor).distance(x, y, z);
             sum += point.residual;
             ++count;
         }
@@ -101,7 +73,7 @@ FlankResiduals summarized(const std::vector<CalibrationPoint>& points) {
 std::string flankName(std::size_t flank) {
     const std::string side = flank % 2 == 0 ? "before " : "behind ";
     const std::size_t ridge = flank / 2;
-    return side + (ridge == kObliqueRidge ? "oblique crest" : "crest " + std::to_string(ridge + 1));
+    return side + (ridge == detail::kObliqueRidge ? "oblique crest" : "crest " + std::to_string(ridge + 1));
 }
 
 bool FlankResidual::isOff() const {

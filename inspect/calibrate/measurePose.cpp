@@ -2,29 +2,40 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/calibrate/flankResiduals.h"
+#include "inspect/calibrate/poseAverage.h"
+#include "inspect/calibrate/sighting.h"
 
 #include <KxInspect/Calibration.h>
-#include <KxInspect/KxMathTypes.h>
-#include <KxMath/KxMetro.h>
 
-#include <QtCore/QString>
-
-#include <numbers>
+#include <algorithm>
+#include <cmath>
 
 namespace KxInspect {
 
 namespace {
 
-using KxMath::_KxMETRO_DbgData_;
-using KxMath::_KxMETRO_SensorCoord_;
+[[noreturn]] void failAbout(const std::string& role, const std::string& key, const QString& reason) {
+    detail::fail(ErrorKind::BadArgument, {role, {}, key}, reason);
+}
 
-constexpr double kDegrees = 180.0 / std::numbers::pi;
+/// The side by the task, where it is given twice.
+void checkSide(const CalibrationTask& task, const CalibrationTerms& terms) {
+    CalibrationTask byY = task;
+    byY.side.reset();
+    if (task.side && task.sensorY && task.side != byY.givenSide()) {
+        failAbout({}, "side",
+                  QStringLiteral("%1 and %2 contradict each other: the crests are at y = %3 mm")
+                      .arg(detail::toQt(terms.side), detail::toQt(terms.sensorY), QString::number(task.object.crestY)));
+    }
+}
 
-void check(const CalibrationTask& task) {
+} // namespace
+
+void checkCalibrationTask(const CalibrationTask& task, const std::vector<std::array<double, 3>>& moves,
+                          const CalibrationTerms& terms) {
     const auto require = [](bool isGood, const char* key, const char* what) {
         if (!isGood) {
-            detail::fail(ErrorKind::BadArgument, {"argument", {}, key},
-                         QStringLiteral("%1 %2").arg(QLatin1String(key), QLatin1String(what)));
+            failAbout("argument", key, QStringLiteral("%1 %2").arg(QLatin1String(key), QLatin1String(what)));
         }
     };
     const CalibrationObject& object = task.object;
@@ -34,109 +45,65 @@ void check(const CalibrationTask& task) {
             "must be finite and not 0: x could not be found");
     require(std::isfinite(object.crestY), "crestY", "must be finite");
     require(!task.sensorY || std::isfinite(*task.sensorY), "sensorY", "must be finite");
-}
-
-bool calibrate(const KxMath::KxProfile& profile, const CalibrationTask& task, _KxMETRO_SensorCoord_& coord,
-               _KxMETRO_DbgData_& dbg) {
-    const CalibrationObject& object = task.object;
-    KxMath::KxProfile copy;
-    copy.points = profile.points;
-    coord = {};
-    coord.y = task.sensorY.value_or(0.0f);
-    coord.position = task.placement;
-    return METRO_calcAnglesCoord(copy, static_cast<float>(object.p1()), static_cast<float>(object.p2()),
-                                 static_cast<float>(object.p3()), static_cast<float>(object.p4()), coord, {}, &dbg);
-}
-
-SensorPose poseOf(const _KxMETRO_SensorCoord_& c) {
-    const auto degrees = [](float radians) { return static_cast<double>(radians) * kDegrees; };
-    return {static_cast<double>(c.x), static_cast<double>(c.y), static_cast<double>(c.z),
-            degrees(c.alpha),         degrees(c.beta),          degrees(c.gamma)};
-}
-
-/// The placement that sees the mirror image of the object.
-int otherHand(int code) {
-    const Placement own = placementOf(code);
-    for (const int other : {1, 2, 3, 4}) {
-        const Placement placement = placementOf(other);
-        if (placement.isMirrored != own.isMirrored && placement.isTurned == own.isTurned) {
-            return other;
-        }
+    for (const auto& moved : moves) {
+        const bool isFinite = std::all_of(moved.begin(), moved.end(), [](double v) { return std::isfinite(v); });
+        require(isFinite, "moved", "must be finite");
     }
-    return code;
+    checkSide(task, terms);
+    const bool differAlongY =
+        std::any_of(moves.begin(), moves.end(), [&](const auto& moved) { return moved[1] != moves.front()[1]; });
+    if (!task.givenSide() && !differAlongY) {
+        failAbout({}, "side",
+                  QStringLiteral("%1 or %2 is needed: a profile looks the same to a sensor on either side of the "
+                                 "crests (or give shots with the object moved along y, with %3)")
+                      .arg(detail::toQt(terms.sensorY), detail::toQt(terms.side), detail::toQt(terms.moved)));
+    }
 }
 
-/// Why no pose was found: too little in view, or the mirror image of the object or placement fits.
-QString explainFailure(const KxMath::KxProfile& profile, const CalibrationTask& task, int apexCount,
-                       const CalibrationTerms& terms) {
-    constexpr int kLeastApexes = 5; // the outer crests may add two
-    if (apexCount < kLeastApexes) {
-        return QStringLiteral("shows %1 apexes; crest, valley, crest ... of the object are 7").arg(apexCount);
-    }
-    for (const int placement : {task.placement, otherHand(task.placement)}) {
-        for (const double sign : {1.0, -1.0}) {
-            CalibrationTask attempt = task;
-            attempt.placement = placement;
-            attempt.object.obliqueness *= sign;
-            _KxMETRO_SensorCoord_ coord;
-            _KxMETRO_DbgData_ dbg;
-            if (calibrate(profile, attempt, coord, dbg)) {
-                return QStringLiteral("fits no pose of the object; it would with %1 %2 %3 %4")
-                    .arg(detail::toQt(terms.placement), QString::number(placement), detail::toQt(terms.obliqueness),
-                         QString::number(attempt.object.obliqueness));
-            }
-        }
-    }
-    return QStringLiteral("fits no pose of the object: it has another pitch or slope, ridges are hidden, or the noise "
-                          "leaves the pose too uncertain");
-}
+namespace detail {
 
-/// A contradiction in a pose that was found; empty without one.
-QString contradiction(const CalibrationTask& task, const SensorPose& pose, const CalibrationTerms& terms) {
-    if (!task.sensorY) {
-        return {};
-    }
-    const bool looksUp = std::sin(pose.beta / kDegrees) > 0.0;
-    const bool standsBelow = static_cast<double>(*task.sensorY) < task.object.crestY;
-    if (looksUp == standsBelow) {
-        return {};
-    }
-    const bool isMirrored = placementOf(task.placement).isMirrored;
-    return QStringLiteral("fits only a sensor on the other side of the crests than %1 tells: gamma is taken to be %2, "
-                          "is the sensor turned the other way about its axis?")
-        .arg(detail::toQt(terms.sensorY),
-             isMirrored ? QStringLiteral("180 to 360 degrees") : QStringLiteral("0 to 180 degrees"));
-}
-
-} // namespace
-
-ProfilePose measurePose(const Profile& profile, const CalibrationTask& task, const CalibrationTerms& terms) {
-    check(task);
+ProfilePose poseOf(const NamedProfile& profile, const Sighting& sighting, const Axes& axes, const CalibrationTask& task,
+                   const CalibrationTerms& terms) {
     ProfilePose result;
-    for (const Point& p : profile.points) {
+    result.name = profile.name;
+    result.moved = profile.moved;
+    for (const Point& p : profile.profile.points) {
         if (std::isfinite(p.x) && std::isfinite(p.y)) {
             result.points.push_back({p});
         }
     }
-    const KxMath::KxProfile points = toKxProfile(profile);
-    _KxMETRO_SensorCoord_ coord;
-    _KxMETRO_DbgData_ dbg;
-    if (!calibrate(points, task, coord, dbg)) {
-        result.fault = explainFailure(points, task, dbg.apexCount, terms).toStdString();
-        return result;
+    QString fault = sighting.fit ? axes.fault : sighting.fault;
+    if (fault.isEmpty()) {
+        fault = placementFault(sighting, axes, task, terms);
     }
-    const SensorPose pose = poseOf(coord);
-    result.fault = contradiction(task, pose, terms).toStdString();
+    result.fault = fault.toStdString();
     if (!result.hasPose()) {
         return result;
     }
-    result.pose = pose;
-    if (!placementOf(task.placement).findsY && !task.sensorY) {
-        result.pose.y = std::numeric_limits<double>::quiet_NaN();
+    result.pose = trackPose(sighting, axes.signs, task);
+    result.uncertainty = uncertaintyOf(*sighting.fit);
+    const SensorPose& u = result.uncertainty;
+    result.angleDeviation = std::max({u.alpha, u.beta, u.gamma}) / kNormal95;
+    if (!placementOf(task.placement).findsY) {
+        constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+        result.pose.y = task.sensorY ? static_cast<double>(*task.sensorY) : kUnknown;
+        result.uncertainty.y = kUnknown;
     }
-    result.angleDeviation = static_cast<double>(dbg.value1);
-    detail::findResiduals(task, result);
+    for (std::size_t i = 0; i < sighting.order.size(); ++i) {
+        result.points[sighting.order[i]].isOutlier = sighting.fit->areOutliers[i];
+        result.outliers += sighting.fit->areOutliers[i] ? 1 : 0;
+    }
+    findResiduals(task, result);
     return result;
+}
+
+} // namespace detail
+
+ProfilePose measurePose(const Profile& profile, const CalibrationTask& task, const CalibrationTerms& terms) {
+    checkCalibrationTask(task, {}, terms);
+    const NamedProfile named{{}, profile};
+    const std::vector<detail::Sighting> sightings = {detail::sight(named, task)};
+    return detail::poseOf(named, sightings.front(), detail::axesOf(sightings, task, terms), task, terms);
 }
 
 } // namespace KxInspect

@@ -2,6 +2,7 @@
 #include "inspect/base/paths.h"
 #include "inspect/calibrate/flankResiduals.h"
 #include "inspect/calibrate/poseAverage.h"
+#include "inspect/calibrate/sighting.h"
 
 #include <KxInspect/Calibration.h>
 #include <KxMath/KxMathVersion.h>
@@ -97,16 +98,24 @@ std::string reasonWithoutPose(const CalibrationResult& result) {
 
 CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
                                const Progress& progress, const CalibrationTerms& terms) {
+    std::vector<std::array<double, 3>> moves;
+    for (const NamedProfile& profile : profiles) {
+        moves.push_back(profile.moved);
+    }
+    checkCalibrationTask(task, moves, terms);
     CalibrationResult result;
     result.version = KxMath_GetVersionString();
     result.task = task;
+    std::vector<detail::Sighting> sightings;
     for (std::size_t i = 0; i < profiles.size(); ++i) {
         if (progress) {
             progress("calibrating", static_cast<double>(i) / static_cast<double>(profiles.size()));
         }
-        ProfilePose pose = measurePose(profiles[i].profile, task, terms);
-        pose.name = profiles[i].name;
-        result.profiles.push_back(std::move(pose));
+        sightings.push_back(detail::sight(profiles[i], task));
+    }
+    const detail::Axes axes = detail::axesOf(sightings, task, terms);
+    for (std::size_t i = 0; i < profiles.size(); ++i) {
+        result.profiles.push_back(detail::poseOf(profiles[i], sightings[i], axes, task, terms));
     }
     if (profiles.size() > 1) {
         result.warnings = warningsAboutFaults(result.profiles);
@@ -114,6 +123,7 @@ CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const 
     result.average = detail::averagePoses(result.profiles, placementOf(task.placement).findsY);
     result.flanks = detail::pooled(result.profiles);
     if (result.hasPose()) {
+        result.side = axes.signs[1] > 0 ? SensorSide::SmallerY : SensorSide::LargerY;
         if (const QString warning = warningAboutY(result, terms); !warning.isEmpty()) {
             result.warnings.push_back(warning.toStdString());
         }

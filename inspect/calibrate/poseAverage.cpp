@@ -64,6 +64,39 @@ void average(const std::vector<SensorPose>& poses, PoseAverage& result) {
     }
 }
 
+/// The quotient of Student's t distribution that 95 % of values stay within, for n - 1 degrees of freedom: exact for one
+/// and two, then within 1 % (M. Abramowitz, I. A. Stegun, Handbook of Mathematical Functions, 1964, 26.7.5).
+double studentFactor(double freedom) {
+    if (freedom < 3.0) {
+        return freedom < 2.0 ? 12.706 : 4.303;
+    }
+    const double z = kNormal95;
+    const double z3 = z * z * z;
+    const double z5 = z3 * z * z;
+    const double z7 = z5 * z * z;
+    return z + (z3 + z) / (4.0 * freedom) + (5.0 * z5 + 16.0 * z3 + 3.0 * z) / (96.0 * freedom * freedom) +
+           (3.0 * z7 + 19.0 * z5 + 17.0 * z3 - 15.0 * z) / (384.0 * freedom * freedom * freedom);
+}
+
+/// Half the widths of the intervals of the mean: from those of the profiles, whose noise is independent. Where the
+/// profiles differ by certainly more than these say, their spread counts instead.
+SensorPose uncertaintyOfMean(const std::vector<SensorPose>& ofProfiles, const SensorPose& deviation) {
+    constexpr double kCertain = 4.0; // standard deviations of the quotient of two variances
+    const double n = static_cast<double>(ofProfiles.size());
+    SensorPose result;
+    for (const PoseField& field : kPoseFields) {
+        double squares = 0.0;
+        for (const SensorPose& uncertainty : ofProfiles) {
+            squares += uncertainty.*field.value * (uncertainty.*field.value);
+        }
+        const double byNoise = squares / n / (kNormal95 * kNormal95); // variance of one profile
+        const double bySpread = deviation.*field.value * (deviation.*field.value);
+        const bool isSpread = bySpread > byNoise * (1.0 + kCertain * std::sqrt(2.0 / (n - 1.0))); // NaN for one: false
+        result.*field.value = isSpread ? studentFactor(n - 1.0) * std::sqrt(bySpread / n) : std::sqrt(squares) / n;
+    }
+    return result;
+}
+
 /// The largest differences from the mean, and whether they are too large.
 void judge(const ProfilePose& profile, PoseAverage& result) {
     const SensorPose pose = withAnyY(profile.pose);
@@ -83,11 +116,13 @@ void judge(const ProfilePose& profile, PoseAverage& result) {
 PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) {
     PoseAverage result;
     std::vector<SensorPose> poses;
+    std::vector<SensorPose> uncertainties;
     double sumY = 0.0;
     bool hasY = true;
     for (const ProfilePose& profile : profiles) {
         if (profile.hasPose()) {
             poses.push_back(withAnyY(profile.pose));
+            uncertainties.push_back(profile.uncertainty);
             sumY += profile.foundY;
             hasY = hasY && !std::isnan(profile.pose.y);
         }
@@ -98,6 +133,7 @@ PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) 
     result.profiles = static_cast<int>(poses.size());
     result.foundY = sumY / static_cast<double>(poses.size());
     average(poses, result);
+    result.uncertainty = uncertaintyOfMean(uncertainties, result.deviation);
     result.largest = kZero;
     result.pointDifference = 0.0;
     for (const ProfilePose& profile : profiles) {
@@ -112,7 +148,7 @@ PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) 
         result.pointDifference = kNaN;
     }
     if (!findsY) {
-        result.deviation.y = result.largest.y = kNaN;
+        result.deviation.y = result.largest.y = result.uncertainty.y = kNaN;
     }
     return result;
 }

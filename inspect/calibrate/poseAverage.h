@@ -5,6 +5,9 @@
 
 namespace KxInspect::detail {
 
+/// The standard deviations within which 95 % of normal values stay.
+inline constexpr double kNormal95 = 1.959964;
+
 /// Averages the poses that were found.
 /// @param findsY whether the profiles tell y; otherwise it has no spread
 PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY);

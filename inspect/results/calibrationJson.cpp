@@ -23,7 +23,19 @@ using detail::JsonValue;
 
 constexpr const char* kCommand = "calibrate";
 constexpr const char* kNoY = "this position does not find y, and it was not given";
+constexpr const char* kSmallerY = "smaller-y";
+constexpr const char* kLargerY = "larger-y";
+constexpr int kOutlier = -1; // in place of a flank
+constexpr const char* kNotFound = "this position does not find y";
 constexpr const char* kNoFlank = "no point lies on a flank of the object";
+
+/// Throws an Error (Unsuitable) about what is not as it must be.
+void require(bool isRight, const char* key, const char* what) {
+    if (!isRight) {
+        detail::fail(ErrorKind::Unsuitable, {"result", {}, key},
+                     QStringLiteral("does not hold %1 in '%2'").arg(QLatin1String(what), QLatin1String(key)));
+    }
+}
 
 /// The fields of a value, kPoseFields or kCalibrationObjectFields.
 template <typename Value, typename Fields>
@@ -46,6 +58,18 @@ QJsonObject toJson(const SensorPose& pose) {
     return fieldsToJson(pose, kPoseFields);
 }
 
+QJsonObject intervalsToJson(const SensorPose& pose, const SensorPose& uncertainty) {
+    QJsonObject json;
+    for (const PoseField& field : kPoseFields) {
+        json[QLatin1String(field.name)] = detail::jsonInterval(intervalOf(pose, uncertainty, field.value));
+    }
+    return json;
+}
+
+QJsonArray toJson(const std::array<double, 3>& moved) {
+    return {moved[0], moved[1], moved[2]};
+}
+
 QJsonArray toJson(const FlankResiduals& flanks) {
     QJsonArray json;
     for (std::size_t i = 0; i < flanks.size(); ++i) {
@@ -66,11 +90,14 @@ QJsonArray toJson(const FlankResiduals& flanks) {
 QJsonObject toJson(const ProfilePose& profile) {
     const QString name = detail::toQt(profile.name);
     if (!profile.hasPose()) {
-        return {{"name", name}, {"fault", detail::toQt(profile.fault)}};
+        return {{"name", name}, {"moved", toJson(profile.moved)}, {"fault", detail::toQt(profile.fault)}};
     }
     QJsonObject reasons;
     if (std::isnan(profile.pose.y)) {
         reasons["pose.y"] = kNoY;
+    }
+    if (std::isnan(profile.uncertainty.y)) {
+        reasons["interval.y"] = kNotFound;
     }
     for (const auto& [member, value] : {std::pair{"foundY", profile.foundY}, {"rms", profile.rms}}) {
         if (std::isnan(value)) {
@@ -83,12 +110,31 @@ QJsonObject toJson(const ProfilePose& profile) {
             {"foundY", jsonNumber(profile.foundY)},
             {"rms", jsonNumber(profile.rms)},
             {"angleDeviation", jsonNumber(profile.angleDeviation)},
+            {"uncertainty", toJson(profile.uncertainty)},
+            {"interval", intervalsToJson(profile.pose, profile.uncertainty)},
+            {"outliers", profile.outliers},
+            {"moved", toJson(profile.moved)},
             {"flanks", toJson(profile.flanks)}};
+}
+
+QJsonValue sideToJson(std::optional<SensorSide> side) {
+    return side ? QJsonValue(*side == SensorSide::SmallerY ? kSmallerY : kLargerY) : QJsonValue();
+}
+
+std::optional<SensorSide> readSide(const JsonValue& json) {
+    if (json.isNull()) {
+        return std::nullopt;
+    }
+    const std::string side = json.text();
+    require(side == kSmallerY || side == kLargerY, "side", "smaller-y or larger-y");
+    return side == kSmallerY ? SensorSide::SmallerY : SensorSide::LargerY;
 }
 
 /// The mean, named by `pose`: that of the sensor, or one of profiles that are not of one pose.
 void addAverage(const PoseAverage& average, QJsonObject& json) {
     json["pose"] = toJson(average.pose);
+    json["uncertainty"] = toJson(average.uncertainty);
+    json["interval"] = intervalsToJson(average.pose, average.uncertainty);
     json["foundY"] = jsonNumber(average.foundY);
     json["deviation"] = toJson(average.deviation);
     json["largest"] = toJson(average.largest);
@@ -112,19 +158,21 @@ QJsonObject reasonsToJson(const CalibrationResult& result) {
     add(std::isnan(average.foundY), {"foundY"}, kNoFlank);
     const bool isFixed = !placementOf(result.task.placement).findsY;
     add(std::isnan(average.pose.y), {"pose.y"}, kNoY);
-    add(isFixed, {"deviation.y", "largest.y"}, "this position does not find y");
+    add(isFixed, {"deviation.y", "interval.y", "largest.y"}, kNotFound);
     add(average.profiles == 1, {"deviation", "largest", "pointDifference"}, "a single profile has no spread");
     return reasons;
 }
 
-/// {"x": [...], "y": [...], "flank": [...], "residual": [...]}; null for a point on no flank.
+/// {"x": [...], "y": [...], "flank": [...], "residual": [...]}; null for a point on no flank, -1 as the flank of an
+/// outlier.
 QJsonObject pointsToJson(const std::vector<CalibrationPoint>& points) {
     std::vector<Point> places;
     QJsonArray flanks;
     std::vector<double> residuals;
     for (const CalibrationPoint& point : points) {
         places.push_back(point.point);
-        flanks.append(point.flank ? QJsonValue(static_cast<int>(*point.flank)) : QJsonValue());
+        const QJsonValue none = point.isOutlier ? QJsonValue(kOutlier) : QJsonValue();
+        flanks.append(point.flank ? QJsonValue(static_cast<int>(*point.flank)) : none);
         residuals.push_back(point.residual);
     }
     QJsonObject json = detail::jsonPoints(places);
@@ -139,7 +187,8 @@ QJsonObject picturesToJson(const CalibrationResult& result) {
         profiles.append(pointsToJson(profile.points));
     }
     const std::optional<float> y = result.task.sensorY;
-    QJsonObject json = {{"sensorY", y ? jsonNumber(*y) : QJsonValue()}, {"profiles", profiles}};
+    QJsonObject json = {
+        {"sensorY", y ? jsonNumber(*y) : QJsonValue()}, {"side", sideToJson(result.task.side)}, {"profiles", profiles}};
     if (!result.average.fault.empty()) {
         json["fault"] = detail::toQt(result.average.fault);
         addAverage(result.average, json);
@@ -153,17 +202,9 @@ SensorPose readPose(const JsonValue& json) {
     return pose;
 }
 
-/// Throws an Error (Unsuitable) about a list that is not as long as it must be.
-void requireSize(bool isRight, const char* key, const char* what) {
-    if (!isRight) {
-        detail::fail(ErrorKind::Unsuitable, {"result", {}, key},
-                     QStringLiteral("does not hold %1 in '%2'").arg(QLatin1String(what), QLatin1String(key)));
-    }
-}
-
 FlankResiduals readFlanks(const JsonValue& json) {
     const std::vector<JsonValue> list = json.list();
-    requireSize(list.size() == kFlankCount, "flanks", "8 flanks");
+    require(list.size() == kFlankCount, "flanks", "8 flanks");
     FlankResiduals flanks;
     for (std::size_t i = 0; i < flanks.size(); ++i) {
         flanks[i] = {list[i]["points"].wholeNumber(), list[i]["mean"].wideNumber(), list[i]["rms"].wideNumber(),
@@ -175,6 +216,9 @@ FlankResiduals readFlanks(const JsonValue& json) {
 ProfilePose readProfile(const JsonValue& json) {
     ProfilePose profile;
     profile.name = json["name"].text();
+    const std::vector<double> moved = json["moved"].wideNumbers();
+    require(moved.size() == profile.moved.size(), "moved", "3 numbers");
+    std::copy(moved.begin(), moved.end(), profile.moved.begin());
     if (json.has("fault")) {
         profile.fault = json["fault"].text();
         return profile;
@@ -183,12 +227,15 @@ ProfilePose readProfile(const JsonValue& json) {
     profile.foundY = json["foundY"].wideNumber();
     profile.rms = json["rms"].wideNumber();
     profile.angleDeviation = json["angleDeviation"].wideNumber();
+    profile.uncertainty = readPose(json["uncertainty"]);
+    profile.outliers = json["outliers"].wholeNumber();
     profile.flanks = readFlanks(json["flanks"]);
     return profile;
 }
 
 void readAverage(const JsonValue& json, PoseAverage& average) {
     average.pose = readPose(json["pose"]);
+    average.uncertainty = readPose(json["uncertainty"]);
     average.foundY = json["foundY"].wideNumber();
     average.deviation = readPose(json["deviation"]);
     average.largest = readPose(json["largest"]);
@@ -199,16 +246,21 @@ std::vector<CalibrationPoint> readPoints(const JsonValue& json) {
     const std::vector<Point> places = json.points();
     const std::vector<JsonValue> flanks = json["flank"].list();
     const std::vector<double> residuals = json["residual"].wideNumbers();
-    requireSize(flanks.size() == places.size() && residuals.size() == places.size(), "pictures.profiles",
-                "as many flanks and residuals as points");
+    require(flanks.size() == places.size() && residuals.size() == places.size(), "pictures.profiles",
+            "as many flanks and residuals as points");
     std::vector<CalibrationPoint> points;
     for (std::size_t i = 0; i < places.size(); ++i) {
-        std::optional<std::size_t> flank;
+        CalibrationPoint point{places[i], {}, false, residuals[i]};
         if (!flanks[i].isNull()) {
-            flank = static_cast<std::size_t>(flanks[i].wholeNumber()); // negative: too large
-            requireSize(*flank < kFlankCount, "pictures.profiles", "flanks from 0 to 7");
+            const int flank = flanks[i].wholeNumber();
+            point.isOutlier = flank == kOutlier;
+            require(point.isOutlier || (flank >= 0 && flank < static_cast<int>(kFlankCount)), "pictures.profiles",
+                    "flanks from 0 to 7");
+            if (!point.isOutlier) {
+                point.flank = static_cast<std::size_t>(flank);
+            }
         }
-        points.push_back({places[i], flank, residuals[i]});
+        points.push_back(point);
     }
     return points;
 }
@@ -217,12 +269,13 @@ void readPictures(const JsonValue& json, CalibrationResult& result) {
     if (!json["sensorY"].isNull()) {
         result.task.sensorY = json["sensorY"].number();
     }
+    result.task.side = readSide(json["side"]);
     if (json.has("fault")) {
         result.average.fault = json["fault"].text();
         readAverage(json, result.average);
     }
     const std::vector<JsonValue> profiles = json["profiles"].list();
-    requireSize(profiles.size() == result.profiles.size(), "pictures.profiles", "the points of all profiles");
+    require(profiles.size() == result.profiles.size(), "pictures.profiles", "the points of all profiles");
     for (std::size_t i = 0; i < profiles.size(); ++i) {
         result.profiles[i].points = readPoints(profiles[i]);
     }
@@ -240,6 +293,7 @@ std::string toJson(const CalibrationResult& result, Pictures pictures) {
                         {"position", result.task.placement},
                         {"object", fieldsToJson(result.task.object, kCalibrationObjectFields)},
                         {"pose", QJsonValue()},
+                        {"side", QJsonValue()},
                         {"profiles", profiles},
                         {"reasons", reasonsToJson(result)},
                         {"unreadable", jsonList(result.unreadable)},
@@ -247,6 +301,7 @@ std::string toJson(const CalibrationResult& result, Pictures pictures) {
     if (result.hasPose()) {
         addAverage(result.average, json);
         json["flanks"] = toJson(result.flanks);
+        json["side"] = sideToJson(result.side);
     }
     if (pictures == Pictures::Included) {
         json["pictures"] = picturesToJson(result);
@@ -269,6 +324,7 @@ CalibrationResult calibrationFromJson(const std::string& text) {
     result.warnings = json["warnings"].texts();
     if (!json["pose"].isNull()) {
         readAverage(json, result.average);
+        result.side = readSide(json["side"]);
     } else if (result.average.profiles > 0) {
         result.average.fault = json["reasons"]["pose"].text();
     }

@@ -47,7 +47,7 @@ template <typename Value>
 Points pointsOn(const ProfilePose& m, std::optional<std::size_t> flank, Value value) {
     Points points;
     for (const CalibrationPoint& p : m.points) {
-        if (p.flank == flank) {
+        if (p.flank == flank && !p.isOutlier) {
             points.push_back(value(p));
         }
     }
@@ -87,6 +87,13 @@ QString profilePlot(const ProfilePose& m, const QString& id) {
               {QStringLiteral("x, mm"), x}, {QStringLiteral("-y, mm (towards the sensor)"), y});
     plot.addDots(pointsOn(m, std::nullopt, value), colour::kPale, 2.0, QStringLiteral("other points"));
     addFlanks(plot, m, value, 2.2);
+    Points outliers;
+    for (const CalibrationPoint& p : m.points) {
+        if (p.isOutlier) {
+            outliers.push_back(value(p));
+        }
+    }
+    plot.addDots(outliers, colour::kBlack, 2.6, QStringLiteral("outliers"));
     return plot.svg();
 }
 
@@ -115,11 +122,13 @@ void addPose(Page& page, const CalibrationResult& result) {
         rows.push_back({{QLatin1String(field.name)},
                         {field.isAngle ? QStringLiteral("degrees") : QStringLiteral("mm")},
                         {std::isnan(value) ? QStringLiteral("not known") : numberText(value, decimals)},
+                        {numberText(average.uncertainty.*field.value, decimals)},
                         {numberText(average.deviation.*field.value, decimals)},
                         {numberText(average.largest.*field.value, decimals)}});
     }
     page.table({QStringLiteral("value"), QStringLiteral("unit"), QStringLiteral("mean"),
-                QStringLiteral("standard deviation, one profile"), QStringLiteral("largest difference from the mean")},
+                QStringLiteral("95 % interval, \u00b1"), QStringLiteral("standard deviation, one profile"),
+                QStringLiteral("largest difference from the mean")},
                rows, 2);
     if (!placementOf(result.task.placement).findsY) {
         page.paragraph(QStringLiteral("This placement does not find y. From the object it would be %1 mm.")
@@ -153,6 +162,10 @@ void addFacts(Page& page, const CalibrationResult& result) {
         worstRms = m.hasPose() ? std::fmax(worstRms, m.rms) : worstRms; // NaN is nothing to compare with
         worstAngle = m.hasPose() ? std::fmax(worstAngle, m.angleDeviation) : worstAngle;
     }
+    int outliers = 0;
+    for (const ProfilePose& m : result.profiles) {
+        outliers += m.outliers;
+    }
     const auto withUnit = [](double value, const char* unit) {
         const QString text = numberText(value, 3);
         return std::isnan(value) ? text : text + QString::fromUtf8(unit);
@@ -163,6 +176,7 @@ void addFacts(Page& page, const CalibrationResult& result) {
           result.average.profiles == all ? Tone::Good : Tone::Bad},
          {QStringLiteral("Largest rms residual of a profile"), withUnit(worstRms, " mm"), Tone::Plain},
          {QStringLiteral("Largest standard deviation of an angle"), withUnit(worstAngle, "\u00b0"), Tone::Plain},
+         {QStringLiteral("Outliers"), QString::number(outliers), Tone::Plain},
          flankFact(result)});
 }
 

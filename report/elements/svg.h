@@ -20,6 +20,7 @@ inline constexpr const char* kBlue = "#0072B2";
 inline constexpr const char* kOrange = "#D55E00";
 inline constexpr const char* kGreen = "#009E73";
 inline constexpr const char* kPurple = "#AA4499";
+inline constexpr const char* kBlack = "#000000";
 inline constexpr const char* kGrey = "#6b7580";
 inline constexpr const char* kPale = "#a3b0bd";
 } // namespace colour

@@ -159,7 +159,9 @@ std::vector<Operation> inspectOperations() {
            }),
         on("InspectPose",
            [](S& s) {
-               s.text = measurePoses({{"wave", s.profile}}, {}).profiles[0].fault;
+               CalibrationTask task;
+               task.side = SensorSide::LargerY;
+               s.text = measurePoses({{"wave", s.profile}}, task).profiles[0].fault;
            }),
         on("InspectScan",
            [](S& s) {

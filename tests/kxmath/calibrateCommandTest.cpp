@@ -19,10 +19,12 @@ TEST_F(CalibrateCommand, PosesOfSeveralRunsAllStayInTheSettings) {
     constexpr int kSensors = 8;
     for (int round = 1; round <= 5; ++round) {
         write("s.ini", "[Mine]\nkey=1\n");
-        runShell(path(""),
-                 QString("for n in $(seq %1); do \"$KXMATH\" calibrate a/calibration-1.bin --position 2 --write "
-                         "s.ini --sensor $n >/dev/null || echo >failed & done; wait; test ! -e failed")
-                     .arg(kSensors));
+        runShell(
+            path(""),
+            QString(
+                "for n in $(seq %1); do \"$KXMATH\" calibrate a/calibration-1.bin --position 2 --side larger-y --write "
+                "s.ini --sensor $n >/dev/null || echo >failed & done; wait; test ! -e failed")
+                .arg(kSensors));
         const QByteArray settings = read("s.ini");
         EXPECT_EQ(settings.count("position=2"), kSensors) << settings.constData();
         EXPECT_TRUE(settings.startsWith("[Mine]\nkey=1\n"));
@@ -33,7 +35,8 @@ TEST_F(CalibrateCommand, PosesOfSeveralRunsAllStayInTheSettings) {
 TEST_F(CalibrateCommand, WaitsForTheLockOfALivingProcessOnly) {
     write("s.ini", "");
     ASSERT_TRUE(QFile::link(path("s.ini"), path("link.ini")));
-    const QStringList arguments = {"a/calibration-1.bin", "--position", "2", "--write", "link.ini", "--sensor", "3"};
+    const QStringList arguments = {
+        "a/calibration-1.bin", "--position", "2", "--side", "larger-y", "--write", "link.ini", "--sensor", "3"};
     // A process that ends without a destructor leaves its lock, as one that is killed.
     const pid_t holder = fork();
     if (holder == 0) {

@@ -25,7 +25,7 @@ for name in 'a%FCb' "a${byte}b"; do
         "$KXMATH" conicity --wheel1 "cone-$name.csv" --wheel2 "cone-$name.csv" --rail1 "rail-$name.csv" \
             --rail2 "rail-$name.csv" --gauge 1442 --back-to-back 1360 --gauge-depth 0 $(outputs conicity)
         for sensor in 1 2; do
-            "$KXMATH" calibrate "shot-$name.bin" --position 2 $(outputs calibrate) --write "w-$name.ini" --sensor $sensor
+            "$KXMATH" calibrate "shot-$name.bin" --position 2 --side larger-y $(outputs calibrate) --write "w-$name.ini" --sensor $sensor
         done
         "$KXMATH" grid "scan-$name" --step 0.5 --out "seeds-$name" $(outputs grid)
         "$KXMATH" train "$name/${name}_101.bin" "$name/train_102.bin" --settings "$name/$name.ini" \
@@ -35,7 +35,7 @@ for name in 'a%FCb' "a${byte}b"; do
         "$KXMATH" settings fit "$name/${name}_101.bin" "$name/train_102.bin" --distance 1359.6,1360.2,1359.7,1360.0 \
             --write "fit-$name.ini" --report "r-fit-$name" || true
         for arguments in "info gone-$name" "convert $name.bin $name/no/a.ply" "wheel gone-$name" \
-            "grid scan-$name --step 1 --out scan-$name" "calibrate gone-$name --position 2" \
+            "grid scan-$name --step 1 --out scan-$name" "calibrate gone-$name --position 2 --side larger-y" \
             "convert $name.bin ./$name.bin" "wheel --$name" "$name"; do
             if "$KXMATH" $arguments; then exit 9; else echo "$?: $arguments"; fi
         done

@@ -13,7 +13,7 @@ MOST_TIMES = 4
 MOST_BESIDE = 32 << 20  # bytes
 LINES = 400000  # 16 bytes each
 COMMANDS = {
-    "t.csv": ("info {}", "wheel {}", "calibrate {} --position 2", "convert {} o.xyzf", "convert {} o.ply",
+    "t.csv": ("info {}", "wheel {}", "calibrate {} --position 2 --side larger-y", "convert {} o.xyzf", "convert {} o.ply",
               "convert {} o.pcd", "convert {} o.csv", "convert {} o.xyz"),
     "t.ply": ("info {}", "convert {} o.xyz"),
     "long.csv": ("info {}", "wheel {}", "convert {} o.ply"),

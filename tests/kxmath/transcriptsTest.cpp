@@ -233,7 +233,7 @@ TEST_F(CommandFiles, CalibrateAveragesItsProfiles) {
                            "0.03", "--pitch", "22", "--slope", "1.1", "--plane-y", "120"});
     const QJsonValue result =
         jsonOf("calibrate shots/calibration-1.bin shots/calibration-2.bin shots/calibration-3.bin "
-               "--position 2 --pitch 22 --slope 1.1 --plane-y 120");
+               "--position 2 --side larger-y --pitch 22 --slope 1.1 --plane-y 120");
     for (const char* const name : {"x", "y", "z", "alpha", "beta", "gamma"}) {
         const QLatin1String field(name);
         double sum = 0, squares = 0, largest = 0;

@@ -35,12 +35,15 @@ CalibrationResult result() {
             const float at = static_cast<float>(p);
             m.points.push_back({{5 * at - 20, 200 + 3 * at},
                                 p < 8 ? std::optional(p) : std::nullopt,
+                                false,
                                 p < 8 ? 0.05 * static_cast<double>(p) - 0.15 : kNaN});
         }
     }
     r.profiles[1].name = "b.bin";
     r.profiles[1].fault = "shows 3 apexes";
-    r.average = {2, {}, poseFrom(2.0), poseFrom(0.25), poseFrom(0.5), 77.0625, 0.0};
+    r.profiles[2].points.push_back({{30, 245}, {}, true, kNaN});
+    r.profiles[2].outliers = 1;
+    r.average = {2, {}, poseFrom(2.0), poseFrom(0.25), poseFrom(0.5), poseFrom(0.75), 77.0625, 0.0};
     for (size_t flank = 0; flank < kFlankCount; ++flank) {
         const double part = static_cast<double>(flank);
         r.flanks[flank] = {100 + int(flank), 0.001 * part, 0.01 + 0.002 * part, 0.1 + 0.03 * part};
@@ -60,6 +63,7 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
     EXPECT_EQ(page.facts.at("Profiles with a pose"), (ReadCell{"2 of 3", "bad"}));
     EXPECT_EQ(page.facts.at("Largest rms residual of a profile"), (ReadCell{"0.034 mm", ""}));
     EXPECT_EQ(page.facts.at("Largest standard deviation of an angle"), (ReadCell{"0.053\u00b0", ""}));
+    EXPECT_EQ(page.facts.at("Outliers"), (ReadCell{"1", ""}));
     EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"1 of 8", "bad"}));
     EXPECT_EQ(page.warnings, (QStringList{"Warning: 'x' is damaged", "Warning: w1"}));
     ASSERT_EQ(page.tables.size(), 3u);
@@ -70,7 +74,8 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
         const QString field = fields[i];
         EXPECT_EQ(pose.row(size_t(i)),
                   (QStringList{field, i < 3 ? "mm" : "degrees", text(json["pose"][field], decimals),
-                               text(json["deviation"][field], decimals), text(json["largest"][field], decimals)})
+                               text(json["uncertainty"][field], decimals), text(json["deviation"][field], decimals),
+                               text(json["largest"][field], decimals)})
                       .join('|'));
         const QString header = field + (i < 3 ? ", mm" : ", degrees");
         for (int profile : {0, 2}) {
@@ -100,13 +105,15 @@ TEST(CalibrationPage, DrawsProfileAndResiduals) {
     const ReadPlot profile = page.plot("Profile c.bin"), residuals = page.plot("Residuals of c.bin");
     const QJsonValue drawn = json["pictures"]["profiles"][2];
     profile.expectPoints("other points", {points(drawn, -1.0).at(8)}); // y towards the sensor, which is above
+    profile.expectPoints("outliers", {points(drawn, -1.0).at(9)});
     EXPECT_EQ(profile.yLabel, "-y, mm (towards the sensor)");
     EXPECT_LT(profile.unitsPerPixel.y(), 0.0);
     std::vector<QPointF> onFlanks = points(drawn, -1.0);
-    onFlanks.pop_back();
+    onFlanks.resize(8);
     std::vector<QPointF> shown, off;
     for (const ReadItem& item : profile.items) {
-        if (item.colour != profile.legend.at("other points").second) {
+        if (item.colour != profile.legend.at("other points").second &&
+            item.colour != profile.legend.at("outliers").second) {
             shown.insert(shown.end(), item.points.begin(), item.points.end());
         }
     }

@@ -26,7 +26,8 @@ ProfilePose poseAt(double x, double alpha, const char* name = "") {
     profile.name = name;
     profile.pose = {x, 20.0, 30.0, alpha, 40.0, 50.0};
     profile.foundY = 2.0 * x;
-    profile.points = {{{0.0f, 0.0f}, 3, 0.0}};
+    profile.points = {{{0.0f, 0.0f}, 3, false, 0.0}};
+    profile.uncertainty = {1.96, 0.98, 0.49, 0.0196, 0.0098, 0.0049}; // mm and degrees
     return profile;
 }
 
@@ -113,6 +114,12 @@ TEST(PoseAverage, IsTakenModulo360Degrees) {
     EXPECT_NEAR(mean.largest.x, 0.8 / 3, 1e-9);
     EXPECT_NEAR(mean.pointDifference, 0.8 / 3, 1e-5);
     EXPECT_NEAR(mean.foundY, 6.2 / 3, 1e-9);
+
+    // Deviations of a profile of 1 mm and 0.01 degrees by its noise, of the mean of three a root of three less. The spread
+    // of alpha, 0.053 degrees, is certainly more: its interval is that of Student's t with two degrees of freedom.
+    EXPECT_NEAR(mean.uncertainty.x, 1.96 / std::sqrt(3.0), 1e-9);
+    EXPECT_NEAR(mean.uncertainty.gamma, 0.0049 / std::sqrt(3.0), 1e-9);
+    EXPECT_NEAR(mean.uncertainty.alpha, 4.303 * mean.deviation.alpha / std::sqrt(3.0), 1e-9);
 
     const PoseAverage one = detail::averagePoses({poseAt(1.0, 2.0)}, true);
     EXPECT_TRUE(one.pose.x == 1.0 && std::isnan(one.largest.x) && std::isnan(one.deviation.x) &&

@@ -48,13 +48,15 @@ TEST(MeasurePose, FindsTheSimulatedPose) {
         EXPECT_LT(pointError(shot, found.pose), 0.3);
         EXPECT_NEAR(found.foundY, shot.pose.origin.y, 0.3);
         EXPECT_NEAR(found.rms, 0.02, 0.012);
-        EXPECT_LT(found.angleDeviation, 0.025);
+        const SensorPose& u = found.uncertainty;
+        EXPECT_NEAR(found.angleDeviation, std::max({u.alpha, u.beta, u.gamma}) / 1.96, 1e-5);
+        EXPECT_EQ(std::isnan(u.y), !placementOf(placement).findsY);
         EXPECT_EQ(found.points.size(), shot.profile.points.size());
     }
 }
 
 TEST(MeasurePose, SaysWhyThereIsNoPose) {
-    const CalibrationTerms terms{"--position", "--oblique", "--sensor-y", "--plane-y"};
+    const CalibrationTerms terms{"--position", "--oblique", "--sensor-y", "--plane-y", "--side", "--moved"};
     const struct {
         const char* desc;
         std::function<void(Shot&)> change;
@@ -62,16 +64,23 @@ TEST(MeasurePose, SaysWhyThereIsNoPose) {
         const char* inTerms;
     } cases[] = {
         {"no points", [](Shot& s) { s.profile.points.clear(); }, "shows 0 apexes", "shows 0 apexes"},
-        {"mirrored placement", [](Shot& s) { s.task.placement = 4; }, "it would with placement 2 obliqueness -0.3",
+        {"mirrored placement", [](Shot& s) { s.task.placement = 4; },
+         "it would with placement 2 obliqueness -0.3, or is the sensor upside down?",
+         "it would with --position 2 --oblique -0.3, or"},
+        {"unturned placement", [](Shot& s) { s.task.placement = 1; }, "it would with placement 2 obliqueness -0.3",
          "it would with --position 2 --oblique -0.3"},
-        {"unknown placement", [](Shot& s) { s.task.placement = 1, s.task.object.obliqueness = 0.5; },
-         "another pitch or slope", "another pitch or slope"},
         {"oblique the other way", [](Shot& s) { s.task.object.obliqueness = 0.3; },
-         "it would with placement 2 obliqueness -0.3", "it would with --position 2 --oblique -0.3"},
-        {"other side", [](Shot& s) { s.task.sensorY = 240.0f - s.trueY(); },
-         "other side of the crests than sensorY tells: gamma is taken to be 0 to 180", "than --sensor-y tells"},
-        {"other side, from below", [](Shot& s) { s = Shot(3), s.task.sensorY = 240.0f - s.trueY(); },
-         "gamma is taken to be 180 to 360", "than --sensor-y tells"},
+         "it would with placement 1 obliqueness 0.3", "it would with --position 1 --oblique 0.3"},
+        {"other pitch", [](Shot& s) { s.task.object.pitch *= 1.005; }, "a flank is off by 0.1", "a flank is off by"},
+        {"a flank is missing",
+         [](Shot& s) { std::erase_if(s.profile.points, [](const Point& p) { return p.x > 5.0f && p.x < 19.0f; }); },
+         "ridges are hidden", "ridges are hidden"},
+        {"noise", [](Shot& s) { s = Shot(2, 2.0); }, "leaves the pose too uncertain", "leaves the pose too uncertain"},
+        {"other side", [](Shot& s) { s.task.side = SensorSide::SmallerY; },
+         "fits only a sensor on the other side of the crests than side tells, or an object with obliqueness 0.3",
+         "than --side tells, or an object with --oblique 0.3"},
+        {"other side, by y", [](Shot& s) { s = Shot(3), s.task.side.reset(), s.task.sensorY = 240.0f - s.trueY(); },
+         "on the other side of the crests than sensorY tells", "than --sensor-y tells"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
@@ -93,12 +102,118 @@ TEST(MeasurePose, RefusesInvalidTasks) {
         {"obliqueness", [](CalibrationTask& t) { t.object.obliqueness = 0.0; }},
         {"crestY", [](CalibrationTask& t) { t.object.crestY = INFINITY; }},
         {"sensorY", [](CalibrationTask& t) { t.sensorY = NAN; }},
+        {"side", [](CalibrationTask& t) { t.side.reset(); }},
+        {"side", [](CalibrationTask& t) { t.sensorY = 119.0f; }}, // that of the crests is 120, the side the other one
     };
     for (const auto& [key, change] : cases) {
         Shot shot(2);
         change(shot.task);
         inspect_test::expectError([&] { measurePose(shot.profile, shot.task); }, ErrorKind::BadArgument, key);
     }
+}
+
+TEST(MeasurePose, LooksTheSameFromTheOtherSide) {
+    // Mirrored in Y with the object: the same profile from a sensor that is turned the other way.
+    for (const int placement : {1, 2, 3, 4}) {
+        SCOPED_TRACE(placement);
+        Shot shot(placement);
+        const ProfilePose found = measurePose(shot.profile, shot.task);
+        shot.task.side = shot.task.side == SensorSide::SmallerY ? SensorSide::LargerY : SensorSide::SmallerY;
+        shot.task.object.obliqueness *= -1.0;
+        shot.task.placement = std::array{0, 2, 1, 4, 3}[static_cast<std::size_t>(placement)];
+        const ProfilePose other = measurePose(shot.profile, shot.task); // the object turned with the sensor about Z
+        ASSERT_EQ(other.fault, "");
+        EXPECT_NEAR(std::abs(std::remainder(other.pose.beta - found.pose.beta, 360.0)), 180.0, 1e-6);
+        EXPECT_NEAR(other.pose.x, -found.pose.x, 1e-6);
+        EXPECT_NEAR(other.foundY - 120.0, 120.0 - found.foundY, 1e-3);
+    }
+}
+
+TEST(MeasurePose, FindsPosesAmongOutliersAndSaysHowUncertainTheyAre) {
+    constexpr int kPoses = 200;
+    constexpr int kFewest = 178; // of 200 intervals of 95 %, all but one time in 1,000
+    int found = 0, inView = 0, outliers = 0;
+    std::array<int, kPoseFields.size()> held{};
+    for (std::uint64_t i = 0; i < kPoses; ++i) {
+        kxsim::Random random({19, i});
+        kxsim::CalibrationSensor sensor;
+        sensor.noise = random.uniform(0.01, 0.1);
+        sensor.spikes = random.uniform(0.0, 0.05);
+        sensor.spikeSize = random.uniform(2.0, 20.0);
+        const kxsim::PoseTrial trial =
+            kxsim::tryPose(kxsim::randomSetup(i % 2 == 0 ? 2 : 4, sensor, 5.0, random), random);
+        inView += trial.isInView ? 1 : 0;
+        if (!trial.result.hasPose()) {
+            EXPECT_FALSE(trial.isInView) << i << ": " << trial.result.profiles[0].fault;
+            continue;
+        }
+        ++found;
+        outliers += trial.result.profiles[0].outliers;
+        EXPECT_LT(trial.angleError(), 0.2) << i;
+        for (std::size_t field = 0; field < held.size(); ++field) {
+            held[field] += trial.holds(kPoseFields[field]) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(inView, 180);
+    EXPECT_NEAR(outliers, 0.025 * 750 * found, 0.15 * 0.025 * 750 * found) << "a profile has some 750 points on flanks";
+    for (std::size_t field = 0; field < held.size(); ++field) {
+        EXPECT_GE(held[field] * kPoses, kFewest * found) << kPoseFields[field].name << " of " << found;
+    }
+}
+
+TEST(MeasurePose, NeighboursThatAreAlikeWidenTheIntervals) {
+    constexpr int kShots = 20;
+    double ratios = 0.0;
+    for (std::uint64_t seed = 1; seed <= kShots; ++seed) {
+        const Shot shot(2, 0.03, seed);
+        Shot smoothed(2, 0.0);
+        const std::vector<Point> exact = smoothed.profile.points;
+        for (std::size_t i = 2; i + 2 < exact.size(); ++i) { // noise of the same size, smoothed over five points
+            for (std::size_t k = i - 2; k <= i + 2; ++k) {
+                smoothed.profile.points[i].y += (shot.profile.points[k].y - exact[k].y) / std::sqrt(5.0f);
+            }
+        }
+        ratios += measurePose(smoothed.profile, smoothed.task).uncertainty.beta /
+                  measurePose(shot.profile, shot.task).uncertainty.beta;
+    }
+    EXPECT_NEAR(ratios / kShots, std::sqrt(5.0), 0.25); // the mean of many such points has five times the variance
+}
+
+TEST(MeasurePoses, ShotsOfAMovedObjectShowHowTheAxesRun) {
+    const auto trial = [](int placement, double turn, int code, std::array<double, 3> moved, bool isSideGiven) {
+        kxsim::Random random({23});
+        kxsim::PoseTrialSetup setup = kxsim::randomSetup(placement, {}, 5.0, random);
+        setup.pose.gamma = turn == 0.0 ? -setup.pose.gamma : setup.pose.gamma + turn;
+        setup.task.placement = code;
+        setup.moves.push_back(moved);
+        if (!isSideGiven) {
+            setup.task.side.reset();
+        }
+        return kxsim::tryPose(setup, random);
+    };
+    for (const int placement : {1, 2, 3, 4}) {
+        SCOPED_TRACE(placement);
+        const auto right = [&](double turn, std::array<double, 3> moved) {
+            const kxsim::PoseTrial found = trial(placement, turn, placement, moved, false);
+            EXPECT_TRUE(found.result.hasPose()) << reasonWithoutPose(found.result);
+            EXPECT_LT(found.angleError(), 0.05);
+            EXPECT_LT(found.placeError(), 0.3);
+        };
+        right(360.0, {0.0, 8.0, 0.0});
+        right(360.0, {-9.0, -8.0, 7.0});
+        right(0.0, {0.0, 8.0, 0.0}); // gamma mirrored
+        right(180.0, {0.0, 8.0, 7.0}); // upside down
+        // One shot of a sensor that is upside down is that of an upright one with the mirrored code.
+        const int mirrored = std::array{0, 3, 4, 1, 2}[static_cast<std::size_t>(placement)];
+        EXPECT_TRUE(trial(placement, 180.0, mirrored, {0.0, 0.0, 0.0}, true).result.hasPose());
+        const auto refusal = [&](int code, std::array<double, 3> moved) {
+            return trial(placement, 180.0, code, moved, true).result.profiles[0].fault;
+        };
+        EXPECT_EQ(refusal(mirrored, {0.0, 0.0, 7.0}).find("contradicts placement"), 0u);
+    }
+    const kxsim::PoseTrial noSide = trial(2, 360.0, 2, {0.0, 0.001, 0.0}, false);
+    EXPECT_EQ(noSide.result.profiles[0].fault.find("fits a sensor on either side of the crests"), 0u);
+    EXPECT_FALSE(noSide.result.side);
 }
 
 TEST(MeasurePoses, LeavesOutProfilesWithoutAPose) {

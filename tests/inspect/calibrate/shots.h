@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulator/calibrationTrial.h"
+#include "simulator/poseTrial.h"
 
 #include <KxInspect/Calibration.h>
 #include <KxInspect/KxMathTypes.h>
@@ -25,6 +26,7 @@ struct Shot {
         task.object = {22.0, 1.1, calibrationObjectFor(placement).obliqueness * 1.2, 120.0};
         pose = kxsim::offsetPose(kxsim::nominalCalibrationPose(placement, task.object), placement, 4.0, -3.0, 2.0,
                                  {5, -10, 8});
+        task.side = kxsim::sideOf(pose, task.object);
         kxsim::CalibrationSensor sensor;
         sensor.noise = noise;
         kxsim::Random random({seed, static_cast<std::uint64_t>(placement)});

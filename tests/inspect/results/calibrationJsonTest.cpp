@@ -21,7 +21,9 @@ CalibrationResult measured(int placement, bool hasSensorY, float shiftOfLast) {
     }
     if (hasSensorY) {
         shot.task.sensorY = shot.trueY() + 0.1f;
+        shot.task.side.reset();
     }
+    shot.profile.points[shot.profile.points.size() / 2].y += 3.0f;
     CalibrationResult result =
         measurePoses({{"a", shot.profile}, {"f", {{{1, 2}, {3, 4}}}}, {"\u00fc", last.profile}}, shot.task);
     result.unreadable = {"'x' is damaged"};
@@ -43,8 +45,8 @@ TEST(CalibrationJson, HoldsTheResult) {
         bool hasPose;
         const char* reasons;
     } cases[] = {{"y found", 2, false, 0.0f, true, ""},
-                 {"y given", 3, true, 0.0f, true, "deviation.y largest.y"},
-                 {"y not known", 1, false, 0.0f, true, "deviation.y largest.y pose.y"},
+                 {"y given", 3, true, 0.0f, true, "deviation.y interval.y largest.y"},
+                 {"y not known", 1, false, 0.0f, true, "deviation.y interval.y largest.y pose.y"},
                  {"not of one pose", 4, false, 1.5f, false, "pose"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
@@ -61,6 +63,10 @@ TEST(CalibrationJson, HoldsTheResult) {
         const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(values)).object();
         EXPECT_EQ(json["reasons"].toObject().keys().join(' ').toStdString(), c.reasons);
         EXPECT_EQ(json["deviation"]["y"].isDouble(), c.placement == 2) << "y that is not found has no spread";
+        EXPECT_EQ(json["interval"]["y"].isArray(), c.placement == 2);
+        EXPECT_EQ(json["side"].toString().toStdString(), !c.hasPose ? "" : c.placement == 2 ? "larger-y" : "smaller-y");
+        EXPECT_GE(json["profiles"][0]["outliers"].toInt(), c.hasPose ? 1 : 0);
+        EXPECT_EQ(withoutPictures.side, result.side);
 
         const std::string all = toJson(result, Pictures::Included);
         const CalibrationResult read = calibrationFromJson(all);
@@ -68,6 +74,7 @@ TEST(CalibrationJson, HoldsTheResult) {
         EXPECT_EQ(toJson(read), values) << "the pictures are one member more";
         EXPECT_EQ(pageOf(read), pageOf(result));
         EXPECT_EQ(read.task.sensorY, result.task.sensorY);
+        EXPECT_EQ(read.task.side, result.task.side);
         EXPECT_EQ(read.average.fault, result.average.fault);
     }
 }
@@ -82,7 +89,7 @@ TEST(CalibrationJson, WhatWasNotMeasuredIsNull) {
     const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(toJson(result))).object();
     EXPECT_EQ(json["reasons"]["largest"].toString(), "a single profile has no spread");
     EXPECT_TRUE(json["largest"]["x"].isNull() && json["pointDifference"].isNull());
-    EXPECT_EQ(json["profiles"][0]["reasons"].toObject().keys().join(' '), "foundY pose.y rms");
+    EXPECT_EQ(json["profiles"][0]["reasons"].toObject().keys().join(' '), "foundY interval.y pose.y rms");
     EXPECT_TRUE(json["flanks"][0]["isOff"].isNull() && json["flanks"][0]["mean"].isNull());
     EXPECT_EQ(json["flanks"][0]["reason"].toString(), "no point lies on it");
     EXPECT_TRUE(json["flanks"][1]["isOff"].isBool() && json["flanks"][1]["reason"].isUndefined());
@@ -105,7 +112,7 @@ TEST(CalibrationJson, RefusesWhatIsNoResult) {
         {[](QJsonObject& json) {
              json["profiles"] = QJsonArray{QJsonObject{{"name", "a"}}};
          },
-         "profiles[0].pose"},
+         "profiles[0].moved"},
         {[](QJsonObject& json) { json["profiles"] = QJsonArray(); }, "pictures.profiles"},
     };
     for (const auto& c : cases) {
@@ -115,7 +122,7 @@ TEST(CalibrationJson, RefusesWhatIsNoResult) {
         const std::string changed = QJsonDocument(json).toJson().toStdString();
         inspect_test::expectError([&] { calibrationFromJson(changed); }, ErrorKind::Unsuitable, c.key);
     }
-    for (const char* const flank : {"8", "-1"}) {
+    for (const char* const flank : {"8", "-2"}) {
         std::string changed = text;
         const std::size_t firstFlank = changed.find("null", changed.find("\"flank\": [")); // a point before the flanks
         EXPECT_THROW(calibrationFromJson(changed.replace(firstFlank, 4, flank)), Error) << flank;

@@ -1,5 +1,6 @@
 // kxmath calibrate: the pose of a sensor from profiles of the calibration object.
 #include "report/calibrate/calibrationReport.h"
+#include "report/elements/textList.h"
 #include "tools/kxmath/calibrate/calibrationText.h"
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/calibrationObjectOptions.h"
@@ -30,7 +31,11 @@ const char* const kDescription =
     "\n"
     "Files are 2-D cloud sections, profile records, other point files, or text columns, in mm.\n"
     "All profiles of all files must be taken from one pose. Their poses are averaged; the table\n"
-    "gives the spread.\n"
+    "gives the 95 % interval of each value and the spread.\n"
+    "\n"
+    "One profile looks the same to a sensor on either side of the crests: --sensor-y or --side says\n"
+    "where it is. Shots of an object that was moved by a known way (--moved, once per file) show it,\n"
+    "and which way X and Z run: they confirm or refute the position and the sign of --oblique.\n"
     "\n"
     "The position is the placement code. 2, 4 and 5 turn beta by 180 degrees and find y; 3 and 4 see\n"
     "the object in the order of -x, with alpha and gamma mirrored.\n"
@@ -51,6 +56,7 @@ struct Arguments {
     QStringList files;
     KxInspect::TextOptions text;
     KxInspect::CalibrationTask task;
+    std::vector<std::array<double, 3>> moves; ///< of the object for each file; none: it was not moved
     int sensor = 0;
     QString settingsName;
     OutputFile settings;
@@ -68,9 +74,16 @@ void addOptions(Options& options) {
     addObjectOptions(options);
     options.addOption(
         "sensor-y",
-        QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it. For all positions it decides "
-                       "on which side of the crests the sensor is; a rough value is enough."),
+        QStringLiteral("y of the sensor. Positions other than 2, 4 and 5 do not find it. For all positions it says on "
+                       "which side of the crests the sensor is; a rough value is enough."),
         "mm");
+    options.addOption("side",
+                      QStringLiteral("Side of the sensor, where --sensor-y is not given: smaller-y than the crests, or "
+                                     "larger-y. One of the two is needed unless --moved shows the side."),
+                      "SIDE");
+    addMovedOption(options,
+                   QStringLiteral("How far the object was moved from its place for a file, along X, Y and Z of the "
+                                  "track, mm; given once for each file, in their order."));
     addTextOptions(options);
     options.addOption("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; required with --write."),
                       "N");
@@ -90,10 +103,34 @@ int sensorOption(const Options& options) {
     return options.wholeNumber("sensor", 1, kMaxSensor);
 }
 
+/// Reads what is known of the side, and the object, which faces it.
+void readSide(const Options& options, Arguments& a) {
+    constexpr double kFarthest = 1e6;
+    a.task.sensorY = options.numberIfSet("sensor-y", {-kFarthest, kFarthest});
+    if (options.isSet("side")) {
+        a.task.side = options.oneOf("side", kxreport::textList({"smaller-y", "larger-y"})) == QLatin1String("smaller-y")
+                          ? KxInspect::SensorSide::SmallerY
+                          : KxInspect::SensorSide::LargerY;
+    }
+    a.task.object.crestY = objectOption(options, a.task.placement).crestY;
+    a.task.object = objectOption(options, a.task.placement, a.task.givenSide());
+}
+
+void checkMoves(const Options& options, const Arguments& a) {
+    const size_t files = static_cast<size_t>(a.files.size());
+    if (!a.moves.empty() && a.moves.size() != files) {
+        options.fail(
+            QStringLiteral("--moved is needed once for each of %1 files, got %2").arg(files).arg(a.moves.size()));
+    }
+}
+
+const KxInspect::CalibrationTerms kTerms = {"--position", "--oblique", "--sensor-y", "--plane-y", "--side", "--moved"};
+
 Arguments readArguments(const Options& options) {
     Arguments a{options.arguments("profiles", 1),
                 textOptions(options),
                 {},
+                movedOption(options),
                 0,
                 options.text("write"),
                 options.output("write"),
@@ -102,12 +139,12 @@ Arguments readArguments(const Options& options) {
                 FailOn(options, kVerdicts)};
     options.needed("position");
     a.task.placement = options.wholeNumber("position", 1, 5); // others would count as 1
-    a.task.object = objectOption(options, a.task.placement);
-    constexpr double kFarthest = 1e6;
-    a.task.sensorY = options.numberIfSet("sensor-y", {-kFarthest, kFarthest});
+    readSide(options, a);
     if (a.settings.isWanted() || options.isSet("sensor")) {
         a.sensor = sensorOption(options);
     }
+    checkMoves(options, a);
+    checkCalibrationTask(a.task, a.moves, kTerms);
     return a;
 }
 
@@ -136,14 +173,16 @@ void writeSettings(const Arguments& a, const KxInspect::SensorPose& pose, Progre
 std::vector<KxInspect::NamedProfile> readAll(const Arguments& a, Progress& progress,
                                              std::vector<std::string>& unreadable) {
     std::vector<KxInspect::NamedProfile> all;
-    for (const QString& file : a.files) {
+    for (qsizetype number = 0; number < a.files.size(); ++number) {
+        const QString& file = a.files[number];
+        const auto moved = a.moves.empty() ? std::array<double, 3>{} : a.moves[static_cast<std::size_t>(number)];
         progress.step(QStringLiteral("reading %1").arg(file));
         try {
             const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(toBytes(file), a.text);
             for (size_t i = 0; i < profiles.size(); ++i) {
                 const QString name =
                     profiles.size() == 1 ? file : QStringLiteral("%1, profile %2").arg(file, QString::number(i + 1));
-                all.push_back({printable(name).toStdString(), profiles[i]});
+                all.push_back({printable(name).toStdString(), profiles[i], moved});
             }
         } catch (const KxInspect::Error& error) {
             unreadable.push_back(error.what());
@@ -155,8 +194,7 @@ std::vector<KxInspect::NamedProfile> readAll(const Arguments& a, Progress& progr
 CalibrationResult measureAll(const Arguments& a, Progress& progress) {
     std::vector<std::string> unreadable;
     const auto profiles = readAll(a, progress, unreadable);
-    CalibrationResult result =
-        measurePoses(profiles, a.task, progress.callback(), {"--position", "--oblique", "--sensor-y", "--plane-y"});
+    CalibrationResult result = measurePoses(profiles, a.task, progress.callback(), kTerms);
     result.unreadable = std::move(unreadable);
     return result;
 }

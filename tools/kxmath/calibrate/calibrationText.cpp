@@ -15,11 +15,12 @@ QString column(double value, int decimals, int width) {
 }
 
 QString poseTable(const PoseAverage& average) {
-    QString text = QStringLiteral("pose             value   deviation     largest\n");
+    QString text = QStringLiteral("pose             value         +-   deviation     largest\n");
     for (const PoseField& field : kPoseFields) {
         const int decimals = field.isAngle ? 4 : 3;
         text += QStringLiteral("%1%2").arg(QLatin1String(field.name), -6).arg(field.isAngle ? "deg" : "mm ");
-        text += column(average.pose.*field.value, decimals, 13);
+        text +=
+            column(average.pose.*field.value, decimals, 13) + column(average.uncertainty.*field.value, decimals, 11);
         text +=
             column(average.deviation.*field.value, decimals, 12) + column(average.largest.*field.value, decimals, 12);
         text += QLatin1Char('\n');
@@ -44,10 +45,17 @@ QString flankTable(const FlankResiduals& flanks) {
 } // namespace
 
 QString calibrationText(const CalibrationResult& result) {
-    return QStringLiteral("position %1, profiles with a pose: %2 of %3\n")
+    int outliers = 0;
+    for (const ProfilePose& profile : result.profiles) {
+        outliers += profile.outliers;
+    }
+    return QStringLiteral("position %1, profiles with a pose: %2 of %3, sensor at %4 y than the crests, outliers: %5\n")
                .arg(result.task.placement)
                .arg(result.average.profiles)
-               .arg(result.profiles.size()) +
+               .arg(result.profiles.size())
+               .arg(result.side == SensorSide::SmallerY ? QStringLiteral("smaller") : QStringLiteral("larger"))
+               .arg(outliers) +
+           QStringLiteral("+- is half the width of the 95 % interval, deviation that of single profiles\n") +
            poseTable(result.average) + flankTable(result.flanks);
 }
 

@@ -11,6 +11,8 @@ constexpr const char* kPitch = "pitch";
 constexpr const char* kSlope = "slope";
 constexpr const char* kOblique = "oblique";
 constexpr const char* kPlaneY = "plane-y";
+constexpr const char* kMoved = "moved";
+constexpr double kLongest = 1e6; // mm
 
 } // namespace
 
@@ -24,7 +26,8 @@ void addObjectOptions(Options& options) {
     options.addOption(
         kOblique,
         QStringLiteral("Slope of the oblique crest in the track frame, mm of Z per mm of X (of -Z for the positions "
-                       "3 and 4) [%1; %2 for the positions 2, 4 and 5, where the object is turned with the sensor].")
+                       "3 and 4) [%1 for a sensor at smaller y than the crests, %2 for one at larger y; where the side "
+                       "is not given, %1 for the positions 1 and 3, %2 for 2, 4 and 5].")
             .arg(object.obliqueness)
             .arg(-object.obliqueness),
         "T");
@@ -35,9 +38,10 @@ QStringList objectOptionNames() {
     return kxreport::textList({kPitch, kSlope, kOblique, kPlaneY});
 }
 
-KxInspect::CalibrationObject objectOption(const Options& options, int placement) {
-    constexpr double kLongest = 1e6;
-    KxInspect::CalibrationObject object = KxInspect::calibrationObjectFor(placement);
+KxInspect::CalibrationObject objectOption(const Options& options, int placement,
+                                          std::optional<KxInspect::SensorSide> side) {
+    KxInspect::CalibrationObject object =
+        side ? KxInspect::calibrationObjectFacing(*side) : KxInspect::calibrationObjectFor(placement);
     const auto read = [&](const char* name, double& value, const Bounds& bounds) {
         if (const auto number = options.numberIfSet(name, bounds)) {
             value = static_cast<double>(*number);
@@ -52,6 +56,31 @@ KxInspect::CalibrationObject objectOption(const Options& options, int placement)
                          QStringLiteral("a number other than 0 (with 0, x cannot be found)"), options.text(kOblique));
     }
     return object;
+}
+
+void addMovedOption(Options& options, const QString& help) {
+    options.addOption(kMoved, help, "X,Y,Z");
+}
+
+std::vector<std::array<double, 3>> movedOption(const Options& options) {
+    std::vector<std::array<double, 3>> moves;
+    for (const QString& text : options.texts(kMoved)) {
+        moves.push_back(threeNumbers(options, text, QStringLiteral("--moved"), kLongest));
+    }
+    return moves;
+}
+
+std::array<double, 3> threeNumbers(const Options& options, const QString& text, const QString& option, double limit) {
+    const QStringList fields = text.split(QLatin1Char(','));
+    std::array<double, 3> numbers{};
+    if (fields.size() != static_cast<qsizetype>(numbers.size())) {
+        options.failNeed(option, QStringLiteral("3 numbers separated by ','"), text);
+    }
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        numbers[i] = options.toNumber(fields[static_cast<qsizetype>(i)], QStringLiteral("each part of ") + option,
+                                      {-limit, limit});
+    }
+    return numbers;
 }
 
 } // namespace kxtool

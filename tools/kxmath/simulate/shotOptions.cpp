@@ -15,25 +15,11 @@ constexpr const char* kCalibration = "calibration";
 constexpr const char* kProfiles = "profiles";
 constexpr const char* kTurn = "turn";
 constexpr const char* kMove = "move";
-constexpr std::array kSharedOptions = {"seed", "points", "half-angle", "noise", "max-range"};
-
-/// Three numbers separated by commas, each within +-limit.
-std::array<double, 3> threeNumbers(const Options& options, const char* name, double limit) {
-    const QString option = QStringLiteral("--") + QLatin1String(name);
-    const QStringList fields = options.text(name).split(QLatin1Char(','));
-    std::array<double, 3> numbers{};
-    if (fields.size() != 3) {
-        options.failNeed(option, QStringLiteral("3 numbers separated by ','"), options.text(name));
-    }
-    for (size_t i = 0; i < numbers.size(); ++i) {
-        numbers[i] = options.toNumber(fields[static_cast<qsizetype>(i)], QStringLiteral("each part of ") + option,
-                                      {-limit, limit});
-    }
-    return numbers;
-}
+constexpr const char* kMoved = "moved";
+constexpr std::array kSharedOptions = {"seed", "points", "half-angle", "noise", "max-range", "spikes", "spike-size"};
 
 QStringList ownOptions() {
-    return kxreport::textList({kProfiles, kTurn, kMove}) + objectOptionNames();
+    return kxreport::textList({kProfiles, kTurn, kMove, kMoved}) + objectOptionNames();
 }
 
 /// Refuses options of the other kind of simulation.
@@ -67,6 +53,8 @@ kxsim::CalibrationSensor sensorOptions(const Options& options) {
     read("half-angle", 0.1, 60.0, 2.0, sensor.fan);
     read("noise", 0.0, 10.0, 1.0, sensor.noise);
     read("max-range", 1.0, 10000.0, 1.0, sensor.range);
+    read("spikes", 0.0, 1.0, 1.0, sensor.spikes);
+    read("spike-size", 0.0, 1000.0, 1.0, sensor.spikeSize);
     return sensor;
 }
 
@@ -78,13 +66,17 @@ void addShotOptions(Options& options) {
     };
     add(kCalibration,
         QStringLiteral("write profiles of the calibration object instead of a train, seen by a sensor with this "
-                       "placement code; of the options above only --seed, --points, --half-angle, --noise and "
-                       "--max-range apply, with the defaults 1, 1280, 30 deg, 0.02 mm and 450 mm"),
+                       "placement code; of the options above only --seed, --points, --half-angle, --noise, "
+                       "--max-range, --spikes and --spike-size apply, with the defaults 1, 1280, 30 deg, 0.02 mm, "
+                       "450 mm, 0 and 8 mm"),
         "N", "");
-    add(kProfiles, QStringLiteral("number of profiles, all from one pose [1]"), "N", "1");
+    add(kProfiles, QStringLiteral("number of profiles, all from one pose, for each --moved [1]"), "N", "1");
     add(kTurn, QStringLiteral("rotation of the sensor from its nominal pose in alpha, beta and gamma, deg [0,0,0]"),
         "A,B,C", "0,0,0");
     add(kMove, QStringLiteral("shift of the sensor from its nominal pose, mm [0,0,0]"), "X,Y,Z", "0,0,0");
+    addMovedOption(options,
+                   QStringLiteral("move the object by this from its place, mm, for the next --profiles profiles; "
+                                  "may be given more than once [0,0,0]"));
     addObjectOptions(options);
 }
 
@@ -111,12 +103,15 @@ std::optional<kxsim::CalibrationShots> shotOptions(const Options& options) {
     shots.sensor = sensorOptions(options);
     shots.profiles = options.wholeNumber(kProfiles, 1, 10000);
     shots.seed = seedOption(options);
-    const auto [alpha, beta, gamma] = threeNumbers(options, kTurn, 180.0);
-    const auto [x, y, z] = threeNumbers(options, kMove, 10000.0);
+    const auto [alpha, beta, gamma] = threeNumbers(options, options.text(kTurn), QStringLiteral("--turn"), 180.0);
+    const auto [x, y, z] = threeNumbers(options, options.text(kMove), QStringLiteral("--move"), 10000.0);
     shots.alpha = alpha;
     shots.beta = beta;
     shots.gamma = gamma;
     shots.offset = {x, y, z};
+    for (const auto& [moveX, moveY, moveZ] : movedOption(options)) {
+        shots.moves.push_back({moveX, moveY, moveZ});
+    }
     return shots;
 }
 

@@ -1,0 +1,95 @@
+// Prints how many poses kxmath calibrate finds with noise and outliers, how far they are off, and how often the 95 %
+// intervals hold the truth.
+#include "simulator/poseTrial.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+constexpr int kPoses = 2400;
+
+struct Count {
+    int inView = 0;
+    int found = 0;
+    int hidden = 0; ///< found though not in view
+    int wrong = 0; ///< off by more than twice the half width of an interval
+    std::vector<double> angles;
+    std::vector<double> places;
+    int held[KxInspect::kPoseFields.size()] = {};
+};
+
+void add(const kxsim::PoseTrial& trial, Count& count) {
+    count.inView += trial.isInView ? 1 : 0;
+    if (!trial.result.hasPose()) {
+        return;
+    }
+    (trial.isInView ? count.found : count.hidden) += 1;
+    count.angles.push_back(trial.angleError());
+    count.places.push_back(trial.placeError());
+    bool isWrong = false;
+    for (std::size_t i = 0; i < KxInspect::kPoseFields.size(); ++i) {
+        const KxInspect::PoseField& field = KxInspect::kPoseFields[i];
+        count.held[i] += trial.holds(field) ? 1 : 0;
+        constexpr double kWide = 2.5; // 4.9 standard deviations: of normal errors one in a million
+        isWrong = isWrong || std::abs(trial.error(field)) > kWide * trial.result.average.uncertainty.*field.value;
+    }
+    count.wrong += isWrong ? 1 : 0;
+}
+
+double quantile(std::vector<double> values, double part) {
+    std::sort(values.begin(), values.end());
+    return values.empty() ? std::nan("")
+                          : values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
+}
+
+/// Poses of the placements that find y, whose pose has all six values.
+Count tryPoses(double noise, double outliers) {
+    Count count;
+    for (std::uint64_t i = 0; i < kPoses; ++i) {
+        kxsim::Random random({41, i});
+        kxsim::CalibrationSensor sensor;
+        sensor.noise = noise;
+        sensor.spikes = outliers;
+        sensor.spikeSize = random.uniform(0.5 / 0.3, 20.0); // the smallest outlier is 0.3 of it
+        const int placement = i % 2 == 0 ? 2 : 4;
+        add(kxsim::tryPose(kxsim::randomSetup(placement, sensor, 20.0, random), random), count);
+    }
+    return count;
+}
+
+} // namespace
+
+int main() {
+    std::printf(
+        "| noise, mm | outliers, %% | in view | found | found, not in view | wrong | angle off, degrees: half of "
+        "the poses | 95 %% | all | place off, mm: half | 95 %% | all |");
+    for (const KxInspect::PoseField& field : KxInspect::kPoseFields) {
+        std::printf(" %s held, %% |", field.name);
+    }
+    std::printf("\n|");
+    for (std::size_t column = 0; column < 12 + KxInspect::kPoseFields.size(); ++column) {
+        std::printf(" --- |");
+    }
+    std::printf("\n");
+    for (const double noise : {0.0, 0.02, 0.05, 0.1}) {
+        for (const double outliers : {0.0, 0.01, 0.05}) {
+            const Count c = tryPoses(noise, outliers);
+            std::printf("| %g | %g | %d | %d | %d | %d |", noise, 100.0 * outliers, c.inView, c.found, c.hidden,
+                        c.wrong);
+            for (const auto* const errors : {&c.angles, &c.places}) {
+                for (const double part : {0.5, 0.95, 1.0}) {
+                    std::printf(" %.4f |", quantile(*errors, part));
+                }
+            }
+            for (const int held : c.held) {
+                std::printf(" %.1f |", 100.0 * held / std::max(1, c.found + c.hidden));
+            }
+            std::printf("\n");
+            std::fflush(stdout);
+        }
+    }
+    return 0;
+}
