@@ -57,7 +57,20 @@ double reachAt(const RimContour& contour, const Surroundings& surroundings) {
     constexpr double kAllowed = 0.2; // of the standard deviation
     const double reach = std::pow(
         kAllowed * kDeviation * contour.noise * std::sqrt(contour.spacing / 2.0) / (kOff * surroundings.bendStep), 0.4);
-    return std::isfinite(reach) ? std::min(reach, surroundings.reach) : surroundings.reach;
+    return std::isfinite(reach) ? std::clamp(reach, surroundings.least, surroundings.reach) : surroundings.reach;
+}
+
+/// How much a contour bends at a point, by the parabola through it and its neighbours; 0 at the ends.
+double bendAt(const RimContour& contour, std::size_t i, const Frame& frame) {
+    if (i == 0 || i + 1 >= contour.points.size()) {
+        return 0.0;
+    }
+    const auto place = [&](std::size_t k) {
+        return Vector{frame.alongOf(contour.points[k]), frame.acrossOf(contour.points[k])};
+    };
+    const Vector a = place(i - 1), b = place(i), c = place(i + 1);
+    const double bend = 2.0 * ((c.y - b.y) / (c.x - b.x) - (b.y - a.y) / (b.x - a.x)) / (c.x - a.x);
+    return std::isfinite(bend) ? std::abs(bend) : 0.0;
 }
 
 } // namespace
@@ -108,7 +121,7 @@ std::optional<ContourFit> ContourFit::fit(const RimContour& contour, std::size_t
         }
         result.deviation_ = std::sqrt(curve->variance());
         result.freedom_ = curve->freedom();
-        if (curve->chanceOfMisfit() >= kMisfit) {
+        if (curve->chanceOfMisfit() >= kMisfit || tried * kShorter < surroundings.least) {
             result.reach_ = tried;
             result.points_ = points;
             result.curve_ = std::move(curve);
@@ -120,6 +133,8 @@ std::optional<ContourFit> ContourFit::fit(const RimContour& contour, std::size_t
         *end = {frame.alongOf(contour.points[i]), frame.acrossOf(contour.points[i])};
     }
     result.reach_ = std::max(std::abs(result.first_.x), std::abs(result.second_.x));
+    result.bend_ = std::max(bendAt(contour, *first, frame), bendAt(contour, *first + 1, frame));
+    result.beyond_ = contour.points.size() + *first;
     return result;
 }
 
@@ -136,7 +151,14 @@ Estimate ContourFit::estimateAt(double along) const {
         return estimate(curve_->valueAt(along), curve_->sharesOfValue(along));
     }
     const double part = (along - first_.x) / (second_.x - first_.x);
-    return estimate(valueAt(along), {1.0 - part, part});
+    const Vector across = frame_.across();
+    const Estimate sag(0.0, {{beyond_, sagAt(along) * across.x, sagAt(along) * across.y}}, 1e4);
+    return estimate(valueAt(along), {1.0 - part, part}).plus(sag);
+}
+
+/// How far the contour may be off the straight line between two points.
+double ContourFit::sagAt(double along) const {
+    return bend_ / 2.0 * std::max(0.0, (along - first_.x) * (second_.x - along));
 }
 
 Estimate ContourFit::slopeEstimateAt(double along) const {

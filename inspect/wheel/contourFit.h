@@ -41,6 +41,7 @@ struct Frame {
 struct Surroundings {
     double reach = 0.0; ///< the largest distance along the contour at which points are used, mm
     double bendStep = 0.0; ///< by how much the curvature may change there at once, 1/mm
+    double least = 0.0; ///< the distance at which points are used whatever they show, mm
 };
 
 /// A quartic through the points around a place. Its reach is one at which a sudden change of the curvature moves it by no more
@@ -61,12 +62,16 @@ public:
 
 private:
     Estimate estimate(double value, const std::vector<double>& shares) const;
+    double sagAt(double along) const;
 
     Frame frame_ = {};
     double reach_ = 0.0;
     std::vector<std::size_t> points_ = {};
     std::optional<LocalPolynomial> curve_ = {};
     Vector first_ = {}, second_ = {}; ///< of the straight line, along and across
+    double bend_ = 0.0; ///< the curvature at the straight line, from the points beside it
+    std::size_t beyond_ =
+        0; ///< a number that no point has, for what is not known between the points of the straight line
     double deviation_ = 0.0;
     double freedom_ = 1.0;
 };

@@ -3,7 +3,10 @@
 
 #include "inspect/wheel/doubts.h"
 
+#include <QtCore/QString>
+
 #include <algorithm>
+#include <cmath>
 
 namespace KxInspect::detail {
 
@@ -21,6 +24,26 @@ Interval excessInterval(const Interval& height, const Estimate& estimate, float 
         return estimate.plus(-static_cast<double>(nominal)).interval(shown);
     }
     return {std::min(height.low - kLowNominal, kNominalFrom - kHighNominal), kNominalFrom - kLowNominal};
+}
+
+/// Tells where smoothing moves a measure of the library away from what the points show.
+void warnOfSmoothing(const RimMeasures& rim, WheelResult& result) {
+    constexpr float kAllowed = 0.05f; // mm
+    for (const auto measure : {&WheelMeasures::heightAt70, &WheelMeasures::xAtLevel18}) {
+        for (std::size_t i = 0; i < kSmoothMeasures; ++i) {
+            const std::optional<float>& value = result.measures.*measure;
+            if (kWheelMeasures[i].value != measure || !value || !rim.values[i]) {
+                continue;
+            }
+            const float off = *value - static_cast<float>(rim.values[i]->value());
+            const float noise = 2.0f * static_cast<float>(rim.values[i]->deviation());
+            if (std::abs(off) > kAllowed && !(std::abs(off) <= noise)) { // NaN: true
+                result.warnings.push_back(std::string("is smoothed: ") + kWheelMeasures[i].key + " is " +
+                                          QString::number(std::abs(static_cast<double>(off)), 'f', 2).toStdString() +
+                                          (off > 0.0f ? " mm larger" : " mm smaller") + " than the points show");
+            }
+        }
+    }
 }
 
 } // namespace
@@ -46,6 +69,7 @@ void addContourResults(const RimMeasures& rim, WheelResult& result) {
             }
         }
     }
+    warnOfSmoothing(rim, result);
     const std::optional<float>& excess = result.measures.heightExcess;
     for (std::size_t i = 0; i < kWheelMeasures.size() && excess; ++i) {
         if (kWheelMeasures[i].value == &WheelMeasures::heightExcess && rim.values[0]) {

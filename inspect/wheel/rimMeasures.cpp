@@ -7,6 +7,7 @@
 #include <QtCore/QString>
 
 #include <algorithm>
+#include <limits>
 
 namespace KxInspect::detail {
 
@@ -63,9 +64,16 @@ public:
     }
 
 private:
+    /// Where the back was measured without being seen to be flat, how far it is off is not known.
     void findBack(std::size_t tip) {
-        if (isBackMeasured_) {
-            back_ = findBackFace(contour_, tip).value_or(Estimate());
+        if (!isBackMeasured_) {
+            return;
+        }
+        if (const std::optional<Estimate> face = findBackFace(contour_, tip)) {
+            back_ = *face;
+            widthBack_ = back_;
+        } else {
+            widthBack_ = Estimate(0.0, {{0, std::numeric_limits<double>::quiet_NaN(), 0.0}}, 1.0);
         }
     }
 
@@ -111,11 +119,11 @@ private:
         const auto atDepth = flankAt(tip, tread, tapeLevel_.plus(-static_cast<double>(kFlankDepth)));
         const auto atLevel = flankAt(tip, tread, tip.level.plus(static_cast<double>(kFlankLevel)));
         const std::string noTop = reasonWithoutFlank("2 mm below the tip");
-        set(&WheelMeasures::flangeThickness, difference(flank, back_),
+        set(&WheelMeasures::flangeThickness, difference(flank, widthBack_),
             reasonWithoutFlank("10 mm above the tape circle"));
         set(&WheelMeasures::flangeSlope, difference(flank, top),
             top ? reasonWithoutFlank("10 mm above the tape circle") : noTop);
-        set(&WheelMeasures::xAtLevel18, difference(atLevel, back_), reasonWithoutFlank("18 mm below the tip"));
+        set(&WheelMeasures::xAtLevel18, difference(atLevel, widthBack_), reasonWithoutFlank("18 mm below the tip"));
         set(&WheelMeasures::widthLevel2ToH13, difference(atDepth, top),
             top ? reasonWithoutFlank("13 mm above the tape circle") : noTop);
     }
@@ -135,7 +143,7 @@ private:
         if (face) {
             result_.places.outerFace = static_cast<float>(face->value());
         }
-        set(&WheelMeasures::rimWidth, face ? std::optional(face->plus(back_, -1.0)) : std::nullopt,
+        set(&WheelMeasures::rimWidth, face ? std::optional(face->plus(widthBack_, -1.0)) : std::nullopt,
             "the profile does not show the outer face of the rim");
     }
 
@@ -143,6 +151,7 @@ private:
     const bool isBackMeasured_;
     RimMeasures result_ = {};
     Estimate back_ = {};
+    Estimate widthBack_ = {}; ///< from which widths count; the levels at the tape circle hardly depend on the back
     Estimate tapeLevel_ = {};
 };
 

@@ -14,6 +14,7 @@ namespace {
 constexpr Surroundings kAtTip = {4.0, 1.0 / 13.0};
 constexpr Surroundings kOnFlank = {3.0, 1.0 / 13.0};
 constexpr Surroundings kOnTread = {10.0, 1.0 / 100.0};
+constexpr Surroundings kForSlope = {10.0, 1.0 / 100.0, 5.0}; // the slope of a shorter piece is that of its roughness
 constexpr int kRounds = 6; // of centring a frame at the place that is looked for
 
 /// The point that is closest to a place, among those near another one along the contour.
@@ -204,10 +205,11 @@ std::optional<TreadPlace> findTread(const RimContour& contour, std::size_t tip, 
     }
     const Frame frame{{x, points[near].y}};
     const std::optional<ContourFit> fit = ContourFit::fit(contour, near, frame, kOnTread);
-    if (!fit) {
+    const std::optional<ContourFit> longer = ContourFit::fit(contour, near, frame, kForSlope);
+    if (!fit || !longer) {
         return {};
     }
-    return TreadPlace{near, fit->estimateAt(0.0).plus(frame.origin.y), fit->slopeEstimateAt(0.0)};
+    return TreadPlace{near, fit->estimateAt(0.0).plus(frame.origin.y), longer->slopeEstimateAt(0.0)};
 }
 
 std::optional<FlankPlace> findFlank(const RimContour& contour, std::size_t tip, std::size_t tread,

@@ -12,6 +12,7 @@ constexpr Surroundings kOnTread = {12.0, 1.0 / 100.0}; // hollows are some 30 mm
 constexpr double kStep = 1.0;
 constexpr double kFirst = 25.0; // inside of the tape circle, behind the fillet of the flange
 constexpr double kLeastOutside = 20.0; // of the tape circle that has to be seen
+constexpr double kMostOutside = 100.0; // no rim is wider
 
 /// A place on the tread with its level and its slope.
 struct Place {
@@ -107,7 +108,7 @@ Extreme refined(Tread& tread, const std::vector<Place>& grid, std::size_t i) {
 
 std::optional<TreadHollow> findHollow(const RimContour& contour, std::size_t tape) {
     const double middle = contour.points[tape].x;
-    const double end = treadEnd(contour, tape);
+    const double end = std::min(treadEnd(contour, tape), middle + kMostOutside);
     if (end < middle + kLeastOutside) {
         return {};
     }

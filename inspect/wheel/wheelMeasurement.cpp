@@ -146,16 +146,30 @@ void withhold(const std::string& reason, const WheelLimits& limits, WheelResult&
     result.verdict = verdictOf(result.measures, limits);
 }
 
+/// Why a contour cannot be measured; empty when it can.
+std::string reasonWithoutContour(const std::vector<Point>& contour) {
+    const auto isFar = [](const Point& p) {
+        return !(std::abs(p.x) <= kMaxSectionWidth && std::abs(p.y) <= kMaxSectionWidth); // NaN: true
+    };
+    if (std::any_of(contour.begin(), contour.end(), isFar)) {
+        return "the profile is larger than that of a wheel";
+    }
+    Profile inOrder{contour};
+    return keepRunningSurface(inOrder, SectionKind::Wheel)
+               ? std::string()
+               : "the points do not follow a contour from one end to the other";
+}
+
 /// Measures the contour of a rim besides its smooth profile.
 void measureContour(const std::vector<Point>& contour, bool isBackMeasured, WheelResult& result) {
-    Profile inOrder{contour};
-    if (keepRunningSurface(inOrder, SectionKind::Wheel)) {
-        addContourResults(detail::measureRim(detail::RimContour(contour), isBackMeasured), result);
-        return;
+    const std::string reason = reasonWithoutContour(contour);
+    detail::RimMeasures rim;
+    if (reason.empty()) {
+        rim = detail::measureRim(detail::RimContour(contour), isBackMeasured);
+    } else {
+        rim.reasons.fill(reason);
     }
-    detail::RimMeasures none;
-    none.reasons.fill("the points do not follow a contour from one end to the other");
-    addContourResults(none, result);
+    addContourResults(rim, result);
 }
 
 /// Measures a section; `centre` is that of the wheel.
