@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace kxsim {
 
@@ -52,6 +53,17 @@ Section sensorSection(const Parameters& p, int sensor, DefectBand band) {
     writeLine("level_k", "level_b", band == DefectBand::BackFace ? lines.level : lines.treadLevel);
     writeLine("lowlevel_k", "lowlevel_b", lines.low);
     writeLine("lowLevel_k", "lowLevel_b", band == DefectBand::BackFace ? lines.low : lines.treadLow);
+    if (band == DefectBand::BackFace) {
+        const Pose pose = makePose(p, sensor);
+        for (const auto& [key, value] : {std::pair{"x", pose.origin.x},
+                                         {"y", pose.origin.y},
+                                         {"z", pose.origin.z},
+                                         {"alpha", pose.alpha},
+                                         {"beta", pose.beta},
+                                         {"gamma", pose.gamma}}) {
+            write(key, value);
+        }
+    }
     write("wndSize", 3);
     write("higherPoinInWnd", 0);
     write("maxdY", 1.5);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Export.h"
+#include "Interval.h"
 #include "Json.h"
 #include "Profile.h"
 #include "Settings.h"
@@ -26,6 +27,8 @@ struct TreadDefects {
     /// More profiles are defective than allowed. Absent without a verdict: PassWheel::defectsReason says why. A tread is
     /// sound only when enough profiles are judged; defects that were found count however few these are.
     std::optional<bool> isDefective;
+    /// What deviates, mm: DefectLimits::maxDeviation, or four times the noise of the points if that is more.
+    float limit = std::numeric_limits<float>::quiet_NaN();
 };
 
 /// A profile with fewer points (at different x) between the lines is not judged: a curve of 21 coefficients follows
@@ -43,11 +46,21 @@ inline constexpr int kLeastTread = 8;
 /// ones that are allowed.
 inline constexpr int kProfilesPerJudged = 10;
 
+/// A tread is not called sound when noise demands more than this many times DefectLimits::maxDeviation.
+inline constexpr float kMostNoisy = 3.0f;
+
 /// The radius of the tread in one profile.
 struct RadiusDeviation {
     int profile = 0; ///< its number, from 1
     float place = 0.0f; ///< of the profile before (negative) or behind the axle, mm
     float deviation = 0.0f; ///< from the circle of the whole wheel, mm
+    Interval interval = {}; ///< of the deviation
+};
+
+/// A part of the circumference of a wheel.
+struct SeenArc {
+    float from = 0.0f; ///< mm
+    float to = 0.0f;
 };
 
 /// The tread of one wheel compared with a circle about its axle.
@@ -58,6 +71,18 @@ struct Roundness {
     std::vector<int> profiles; ///< the numbers of those that stand off the circle together, ascending
     float largest = 0.0f; ///< what the profiles of a run are off at least, of all runs the most, mm
     bool isOut = false;
+    Interval largestInterval = {}; ///< of `largest`
+    /// @{ The part of the tread that the radii are of, behind the reference line, mm: all that is compared, or the
+    /// narrower band that stands off farthest.
+    float bandFrom = kTreadFrom;
+    float bandTo = kTreadTo;
+    /// @}
+    /// How far off counts, mm: DefectLimits::maxRadiusDeviation, or what the noise of the pass demands if that is more;
+    /// the median of the profiles.
+    float limit = 0.0f;
+    /// The parts of the circumference that the compared profiles show, along it from where the wheel stood on the rail
+    /// when its axle passed the laser, forward positive, mm; ascending. Nothing is known of the rest.
+    std::vector<SeenArc> seen = {};
 };
 
 /// A wheel in one recording. Its profiles are counted from 1.

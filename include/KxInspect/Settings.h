@@ -47,6 +47,13 @@ struct WheelDetection {
     float maxGap = 10.0f; ///< in mode 3: parts end at wider gaps, mm, key maxDist
 };
 
+/// The angles of the pose of a sensor, see docs/calibration.md, degrees.
+struct SensorAngles {
+    double alpha = 0.0;
+    double beta = 0.0;
+    double gamma = 0.0;
+};
+
 /// One sensor of a station. Lines are those of its own frame; one that is absent is not known.
 struct SensorSettings {
     int number = 0; ///< n of the keys SENSORn/...
@@ -55,6 +62,8 @@ struct SensorSettings {
     std::optional<Line> low; ///< in mode 3, points above it only; keys lowlevel_k, lowlevel_b
     std::optional<Line> reference; ///< where a wheel stands at the base distance; keys k2, b2
     WheelDetection detection;
+    /// The angles of its pose, for the shape of wheels; absent unless all are there. Keys alpha, beta, gamma.
+    std::optional<SensorAngles> angles = {};
 };
 
 /// A station: its sensors and what they have in common.
@@ -72,7 +81,7 @@ struct DefectLimits {
     float maxDeviation = 0.3f; ///< mm; points farther off the curve deviate; key maxDeviation
     int pointsHigher = 5; ///< the most deviating points of a sound profile; key pointsHigher
     int minProfiles = 1; ///< the most defective profiles of a sound wheel; key minimalDefectsProf
-    float maxRadiusDeviation = 0.1f; ///< mm; how far the tread may be off a circle about the axle; same key
+    float maxRadiusDeviation = 0.03f; ///< mm; how far the tread may be off a circle about the axle; same key
     int radiusProfiles = 3; ///< in so many successive profiles; same key
     float fromX = -std::numeric_limits<float>::infinity(); ///< points with x outside of the range are left out
     float toX = std::numeric_limits<float>::infinity();

@@ -1,4 +1,4 @@
-// Least squares with three unknowns.
+// Linear least squares with a few unknowns.
 #pragma once
 
 #include <array>
@@ -9,41 +9,78 @@
 
 namespace KxInspect::detail {
 
-/// Collects equations a0 c0 + a1 c1 + a2 c2 = value and solves their normal equations for c.
-class LeastSquares3 {
+/// Collects equations a0 c0 + a1 c1 + ... = value and solves their normal equations for c.
+template <std::size_t N>
+class LeastSquares {
 public:
-    void add(const std::array<double, 3>& a, double value, double weight = 1.0) {
-        for (std::size_t row = 0; row < 3; ++row) {
-            for (std::size_t column = 0; column < 3; ++column) {
+    using Vector = std::array<double, N>;
+    using Matrix = std::array<Vector, N>;
+
+    void add(const Vector& a, double value, double weight = 1.0) {
+        for (std::size_t row = 0; row < N; ++row) {
+            for (std::size_t column = 0; column < N; ++column) {
                 sums_[row][column] += weight * a[row] * a[column];
             }
-            sums_[row][3] += weight * a[row] * value;
+            values_[row] += weight * a[row] * value;
         }
     }
 
-    /// By Gaussian elimination with partial pivoting. Empty when the equations do not determine all unknowns.
-    std::optional<std::array<double, 3>> solve() const {
-        auto m = sums_;
-        for (std::size_t column = 0; column < 3; ++column) {
+    /// Empty when the equations do not determine all unknowns.
+    std::optional<Vector> solve() const {
+        const auto solved = eliminate<1>([&](std::size_t row, std::size_t) { return values_[row]; });
+        if (!solved) {
+            return {};
+        }
+        Vector c;
+        for (std::size_t i = 0; i < N; ++i) {
+            c[i] = (*solved)[i][0];
+        }
+        return c;
+    }
+
+    /// The covariances of the unknowns for values with a variance of 1; empty as solve() is.
+    std::optional<Matrix> inverse() const {
+        return eliminate<N>([](std::size_t row, std::size_t column) { return row == column ? 1.0 : 0.0; });
+    }
+
+private:
+    /// By Gaussian elimination with partial pivoting, for `Sides` right-hand sides.
+    template <std::size_t Sides, typename Side>
+    std::optional<std::array<std::array<double, Sides>, N>> eliminate(Side side) const {
+        std::array<std::array<double, N + Sides>, N> m = {};
+        for (std::size_t row = 0; row < N; ++row) {
+            for (std::size_t i = 0; i < N + Sides; ++i) {
+                m[row][i] = i < N ? sums_[row][i] : side(row, i - N);
+            }
+        }
+        for (std::size_t column = 0; column < N; ++column) {
             std::size_t pivot = column;
-            for (std::size_t row = column + 1; row < 3; ++row) {
+            for (std::size_t row = column + 1; row < N; ++row) {
                 pivot = std::abs(m[row][column]) > std::abs(m[pivot][column]) ? row : pivot;
             }
             std::swap(m[pivot], m[column]);
-            for (std::size_t row = 0; row < 3; ++row) {
+            for (std::size_t row = 0; row < N; ++row) {
                 const double factor = row == column ? 0.0 : m[row][column] / m[column][column];
-                for (std::size_t i = column; i < 4; ++i) {
+                for (std::size_t i = column; i < N + Sides; ++i) {
                     m[row][i] -= factor * m[column][i];
                 }
             }
         }
-        const std::array<double, 3> c = {m[0][3] / m[0][0], m[1][3] / m[1][1], m[2][3] / m[2][2]};
-        const bool isFixed = std::isfinite(c[0]) && std::isfinite(c[1]) && std::isfinite(c[2]);
-        return isFixed ? std::optional(c) : std::nullopt;
+        std::array<std::array<double, Sides>, N> result;
+        bool isFixed = true;
+        for (std::size_t row = 0; row < N; ++row) {
+            for (std::size_t i = 0; i < Sides; ++i) {
+                result[row][i] = m[row][N + i] / m[row][row];
+                isFixed = isFixed && std::isfinite(result[row][i]);
+            }
+        }
+        return isFixed ? std::optional(result) : std::nullopt;
     }
 
-private:
-    std::array<std::array<double, 4>, 3> sums_ = {};
+    Matrix sums_ = {};
+    Vector values_ = {};
 };
+
+using LeastSquares3 = LeastSquares<3>;
 
 } // namespace KxInspect::detail

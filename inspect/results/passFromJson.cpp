@@ -78,6 +78,7 @@ std::optional<TreadDefects> readDefects(const JsonValue& value) {
     defects.deviating = readCountIfPresent(value["deviatingPoints"]);
     defects.worstProfile = readCountIfPresent(value["worstProfile"]);
     defects.largest = value["largestDeviation"].number();
+    defects.limit = value["limit"].number();
     if (!value["isDefective"].isNull()) {
         defects.isDefective = value["isDefective"].flag();
     }
@@ -90,13 +91,22 @@ std::optional<Roundness> readRoundness(const JsonValue& value) {
     }
     Roundness roundness;
     for (const JsonValue& radius : value["radii"].list()) {
-        roundness.radii.push_back(
-            {readCount(radius["profile"]), radius["fromAxle"].number(), radius["deviation"].number()});
+        roundness.radii.push_back({readCount(radius["profile"]), radius["fromAxle"].number(),
+                                   radius["deviation"].number(), radius["interval"].interval()});
     }
     roundness.flangeRadius = value["flangeRadius"].number();
     roundness.scatter = value["scatter"].number();
     roundness.profiles = readNumbers(value["profilesOff"]);
     roundness.largest = value["largestDeviation"].number();
+    roundness.largestInterval = value["largestInterval"].interval();
+    roundness.limit = value["limit"].number();
+    const std::vector<float> band = value["band"].numbers(2);
+    roundness.bandFrom = band[0];
+    roundness.bandTo = band[1];
+    for (const JsonValue& arc : value["seen"].list()) {
+        const std::vector<float> ends = arc.numbers(2);
+        roundness.seen.push_back({ends[0], ends[1]});
+    }
     roundness.isOut = value["isOutOfRound"].flag();
     return roundness;
 }

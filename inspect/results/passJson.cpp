@@ -40,6 +40,7 @@ QJsonValue defectsValue(const std::optional<TreadDefects>& defects) {
                        {QStringLiteral("deviatingPoints"), ifJudged(defects->deviating)},
                        {QStringLiteral("worstProfile"), ifJudged(defects->worstProfile)},
                        {QStringLiteral("largestDeviation"), jsonNumber(defects->largest)},
+                       {QStringLiteral("limit"), jsonNumber(defects->limit)},
                        {QStringLiteral("isDefective"), isDefective}};
 }
 
@@ -51,13 +52,22 @@ QJsonValue roundnessValue(const std::optional<Roundness>& roundness) {
     for (const RadiusDeviation& radius : roundness->radii) {
         radii.append(QJsonObject{{QStringLiteral("profile"), radius.profile},
                                  {QStringLiteral("fromAxle"), jsonNumber(radius.place)},
-                                 {QStringLiteral("deviation"), jsonNumber(radius.deviation)}});
+                                 {QStringLiteral("deviation"), jsonNumber(radius.deviation)},
+                                 {QStringLiteral("interval"), jsonInterval(radius.interval)}});
+    }
+    QJsonArray seen;
+    for (const SeenArc& arc : roundness->seen) {
+        seen.append(jsonList(std::vector<float>{arc.from, arc.to}));
     }
     return QJsonObject{{QStringLiteral("flangeRadius"), jsonNumber(roundness->flangeRadius)},
                        {QStringLiteral("scatter"), jsonNumber(roundness->scatter)},
                        {QStringLiteral("radii"), radii},
                        {QStringLiteral("profilesOff"), jsonList(roundness->profiles)},
                        {QStringLiteral("largestDeviation"), jsonNumber(roundness->largest)},
+                       {QStringLiteral("largestInterval"), jsonInterval(roundness->largestInterval)},
+                       {QStringLiteral("limit"), jsonNumber(roundness->limit)},
+                       {QStringLiteral("band"), jsonList(std::vector<float>{roundness->bandFrom, roundness->bandTo})},
+                       {QStringLiteral("seen"), seen},
                        {QStringLiteral("isOutOfRound"), roundness->isOut}};
 }
 

@@ -85,8 +85,8 @@ std::vector<SettingKey> makeKeys() {
         {"polynomDegree", kGlobal, kWhole, "not read: the degree is 20", "", kNone, -kInfinity, kInfinity, kNever,
          kNever}};
     for (const char* const pose : {"x", "y", "z", "alpha", "beta", "gamma", "position"}) {
-        keys.push_back({pose, kPerSensor, kReal, "pose of the sensor, not read for a pass", "", kNone, -kInfinity,
-                        kInfinity, kNever, kNever});
+        keys.push_back({pose, kPerSensor, kReal, "pose of the sensor; the shape of wheels needs its angles", "", kNone,
+                        -kInfinity, kInfinity, kNever, kNever});
     }
     return keys;
 }

@@ -24,6 +24,18 @@ WheelDetection readDetection(IniFile& file, int sensor) {
     return {s.noiseWindow, s.maxJumps, s.maxJump, s.minPoints, s.maxParts, s.maxCorrelation, s.maxGap};
 }
 
+/// The angles of the pose, when all of them are there.
+std::optional<SensorAngles> readAngles(IniFile& file, int sensor) {
+    const auto angle = [&](const char* key) { return file.number(KxMath::KxSensorKey(sensor, key), Need::Optional); };
+    const auto alpha = angle("alpha");
+    const auto beta = angle("beta");
+    const auto gamma = angle("gamma");
+    if (!alpha || !beta || !gamma) {
+        return {};
+    }
+    return SensorAngles{static_cast<double>(*alpha), static_cast<double>(*beta), static_cast<double>(*gamma)};
+}
+
 SensorSettings readSensor(IniFile& file, int number, int serial) {
     const auto line = [&](const char* slope, const char* intercept) {
         return file.line(KxMath::KxSensorKey(number, slope), KxMath::KxSensorKey(number, intercept));
@@ -34,6 +46,7 @@ SensorSettings readSensor(IniFile& file, int number, int serial) {
     sensor.level = line("level_k", "level_b");
     sensor.low = line("lowlevel_k", "lowlevel_b");
     sensor.reference = line("k2", "b2");
+    sensor.angles = readAngles(file, number);
     sensor.detection = readDetection(file, number);
     return sensor;
 }

@@ -110,6 +110,7 @@ BackFace findBackFace(const std::vector<PointList>& profiles, const std::vector<
     const double lean = median(leans, 0.0);
     const double middle = median(middles, 0.0);
     BackFace result;
+    result.lean = lean;
     result.shown = static_cast<int>(faces.size());
     result.noise = noiseOf(faces, lean, middle);
     const double far = std::max(kFar * result.noise, kLeastFar);

@@ -22,6 +22,7 @@ struct FaceOffset {
 struct BackFace {
     std::vector<FaceOffset> offsets; ///< of the profiles that show enough of it, in their order
     int shown = 0; ///< profiles that show about as many points as the one with the most, the others included
+    double lean = 0.0; ///< slope of the face against the reference line
     double noise = 0.0; ///< of the points about the face, as a standard deviation, mm
 };
 

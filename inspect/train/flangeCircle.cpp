@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace KxInspect::detail {
 
@@ -117,6 +118,24 @@ std::optional<SectionPoint> flangeTip(const std::vector<SectionPoint>& section) 
         tip = lowestNear(section, tip->across);
     }
     return tip;
+}
+
+double tipError(const std::vector<SectionPoint>& section, const SectionPoint& tip) {
+    LeastSquares3 parabola;
+    const Neighbours near = visitNeighbours(section, tip.across, kTipHalfWidth, [&](double t, double down) {
+        parabola.add({1.0, t, t * t}, down);
+    });
+    const auto c = parabola.solve();
+    if (!c) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    std::vector<double> sizes;
+    visitNeighbours(section, tip.across, kTipHalfWidth, [&](double t, double down) {
+        sizes.push_back(std::abs(down - (*c)[0] - ((*c)[1] + (*c)[2] * t) * t));
+    });
+    // In the middle of evenly spread points a parabola is 3/2 as uncertain as their mean.
+    constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
+    return 1.5 * kNormal * median(sizes) / std::sqrt(near.before + near.behind);
 }
 
 std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips) {

@@ -50,6 +50,9 @@ Neighbours visitNeighbours(const std::vector<SectionPoint>& section, double midd
 /// The tip of the flange; nothing where the profile does not show it from both sides.
 std::optional<SectionPoint> flangeTip(const std::vector<SectionPoint>& section);
 
+/// The standard error of such a tip from the noise of the points around it, mm.
+double tipError(const std::vector<SectionPoint>& section, const SectionPoint& tip);
+
 /// 1 when x runs towards the rail, -1 when it runs away: the flange reaches farther down than the tread. 0 when no
 /// profile shows both.
 double directionOfRail(const std::vector<QList<KxMath::KxPointXY>>& profiles, const KxMath::KxLine& reference);
@@ -71,6 +74,6 @@ struct FlangeCircle {
 /// Fits a circle that single tips far off do not move. Nothing for fewer than kFewestTips, or when they are in line.
 std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips);
 
-inline constexpr int kFewestTips = 10;
+inline constexpr int kFewestTips = 8;
 
 } // namespace KxInspect::detail

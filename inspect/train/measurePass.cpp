@@ -5,6 +5,7 @@
 #include "inspect/train/passWarnings.h"
 #include "inspect/train/pictures.h"
 #include "inspect/train/treadDefects.h"
+#include "inspect/train/treadPart.h"
 #include "inspect/train/wheelFiles.h"
 #include "inspect/train/wheelRoundness.h"
 
@@ -108,30 +109,54 @@ WheelPair measurePair(const PairedWheels& wheels, const std::vector<MeasuredSide
     return pair;
 }
 
+/// The parts of all profiles of the wheels of a side that lie between the lines.
+std::vector<std::vector<PointList>> cutTreads(const DefectLimits& limits, const MeasuredSide& measured) {
+    std::vector<std::vector<PointList>> treads;
+    for (const FoundWheel& found : measured.found.wheels()) {
+        treads.emplace_back();
+        for (const PointList& profile : found.profiles) {
+            treads.back().push_back(cutTread(profile, *measured.input.tread, limits));
+        }
+    }
+    return treads;
+}
+
+void judgeShapes(const DefectLimits& limits, const MeasuredSide& measured,
+                 const std::vector<std::vector<PointList>>& treads, PassSide& side) {
+    std::vector<WheelView> views;
+    for (std::size_t i = 0; i < treads.size() && measured.found.hasPlaces(); ++i) {
+        const FoundWheel& found = measured.found.wheels()[i];
+        views.push_back({found.profiles, treads[i], found.places, measured.input.reference,
+                         askewOf(fitFaceLine(measured.faces[i])), measured.faces[i].lean, measured.input.plane});
+    }
+    std::vector<RoundnessVerdict> shapes = judgeRoundness(views, limits);
+    for (std::size_t i = 0; i < side.wheels.size(); ++i) {
+        PassWheel& wheel = side.wheels[i];
+        if (shapes.empty()) {
+            wheel.roundnessReason = "the records of the pass have no rising z";
+        } else {
+            wheel.roundness = std::move(shapes[i].roundness);
+            wheel.roundnessReason = std::move(shapes[i].reason);
+        }
+    }
+}
+
 /// @return what the lines cut out of the wheels
 CutOut judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
     CutOut cutOut;
+    const std::vector<std::vector<PointList>> cuts = cutTreads(limits, measured);
     for (std::size_t i = 0; i < side.wheels.size(); ++i) {
-        const FoundWheel& found = measured.found.wheels()[i];
-        std::vector<PointList> treads;
-        for (const PointList& profile : found.profiles) {
-            treads.push_back(cutTread(profile, *measured.input.tread, limits));
-        }
         PassWheel& wheel = side.wheels[i];
-        TreadVerdict tread = judgeTreads(treads, measured.input.reference, limits);
+        const std::vector<PointList> treads =
+            treadParts(measured.found.wheels()[i].profiles, cuts[i], measured.input.reference);
+        TreadVerdict tread = judgeTreads(cuts[i], treads, measured.input.reference, limits);
         wheel.defects = std::move(tread.defects);
         wheel.defectsReason = std::move(tread.reason);
         cutOut.include(tread.cutOut);
-        RoundnessVerdict shape = measured.found.hasPlaces()
-                                     ? judgeRoundness({found.profiles, treads, found.places, measured.input.reference,
-                                                       askewOf(fitFaceLine(measured.faces[i]))},
-                                                      limits)
-                                     : RoundnessVerdict{{}, "the records of the pass have no rising z"};
-        wheel.roundness = std::move(shape.roundness);
-        wheel.roundnessReason = std::move(shape.reason);
         report(progress, "judging treads in", side.file,
                static_cast<double>(i + 1) / static_cast<double>(side.wheels.size()));
     }
+    judgeShapes(limits, measured, cuts, side);
     return cutOut;
 }
 
@@ -143,7 +168,7 @@ void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSid
         report(progress, "judging treads in", result.sides[i].file, 0.0);
         const CutOut cutOut = judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
         warnOfTreadLines(result.sides[i], cutOut, result);
-        warnOfRoundness(result.sides[i], sides[i].found.hasPlaces(), result);
+        warnOfShapes(result.sides[i], sides[i].found.hasPlaces(), sides[i].input.plane.isKnown, result);
     }
 }
 

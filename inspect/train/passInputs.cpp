@@ -129,6 +129,7 @@ void lookUpSensor(const StationSettings& settings, int mode, SideInput& side) {
     KxMath::KxWheelDetectionSettings& detection = side.detection;
     detection.level = requireLine(settings, sensor.level, sensor.number, "level_k", "level_b");
     side.reference = requireLine(settings, sensor.reference, sensor.number, "k2", "b2");
+    side.plane = laserPlaneOf(sensor);
     if (mode == KxMath::KxModeWithLowLine) {
         detection.low = requireLine(settings, sensor.low, sensor.number, "lowlevel_k", "lowlevel_b");
     }

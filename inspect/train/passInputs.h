@@ -3,6 +3,7 @@
 
 #include "inspect/recordings/recordStream.h"
 #include "inspect/recordings/recordingName.h"
+#include "inspect/train/laserPlane.h"
 
 #include <KxInspect/Train.h>
 #include <KxMath/KxWheelDetection.h>
@@ -28,6 +29,7 @@ struct SideInput {
     KxMath::KxWheelDetectionSettings detection;
     KxMath::KxLine reference;
     std::optional<TreadLines> tread; ///< set when defects are looked for
+    LaserPlane plane = {};
 };
 
 struct PassInputs {

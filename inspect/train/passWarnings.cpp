@@ -160,18 +160,63 @@ std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, Pas
     return byNumber;
 }
 
-void warnOfRoundness(const PassSide& side, bool hasPlaces, PassResult& result) {
+namespace {
+
+/// Why most wheels of a side may look out of round without being so.
+QString whyAllOut(const PassSide& side, bool hasPose) {
+    constexpr float kRestless = 0.1f; // mm; ten times what noise leaves of a tip
+    std::vector<float> scatters;
+    for (const PassWheel& wheel : side.wheels) {
+        if (wheel.roundness) {
+            scatters.push_back(wheel.roundness->scatter);
+        }
+    }
+    if (median(scatters) > kRestless) {
+        return QStringLiteral("the tips of their flanges are restless, too: z does not follow the train evenly, or the "
+                              "sensor shakes");
+    }
+    return hasPose ? QStringLiteral(
+                         "check alpha, beta and gamma of SENSOR%1, its reference line, and that z is millimetres")
+                         .arg(side.sensor)
+                   : QStringLiteral(
+                         "the settings hold no pose of SENSOR%1 (alpha, beta, gamma), without which a laser plane "
+                         "that stands askew is guessed from the wheels")
+                         .arg(side.sensor);
+}
+
+} // namespace
+
+void warnOfShapes(const PassSide& side, bool hasPlaces, bool hasPose, PassResult& result) {
     constexpr auto kFewest = 4; // wheels that make a majority
     const auto count = [&](auto condition) { return std::count_if(side.wheels.begin(), side.wheels.end(), condition); };
-    const auto judged = count([](const PassWheel& wheel) { return wheel.roundness.has_value(); });
+    const auto most = [&](auto bad, auto judged) { return judged >= kFewest && 2 * bad > judged; };
+    const auto compared = count([](const PassWheel& wheel) { return wheel.roundness.has_value(); });
     const auto out = count([](const PassWheel& wheel) { return wheel.roundness && wheel.roundness->isOut; });
+    const auto all = static_cast<std::ptrdiff_t>(side.wheels.size());
+    const QString name = toQt(side.file);
     if (!hasPlaces && !side.wheels.empty()) {
         warn(result, QStringLiteral("the records of '%1' have no rising z: its wheels were not compared with circles")
-                         .arg(toQt(side.file)));
-    } else if (judged >= kFewest && 2 * out > judged) {
-        warn(result, QStringLiteral("%1 of %2 wheels in '%3' are out of round: check whether the z of its records are "
-                                    "millimetres and its laser plane stands straight across")
-                         .arg(QString::number(out), QString::number(judged), toQt(side.file)));
+                         .arg(name));
+    } else if (compared < all) {
+        const auto first = std::find_if(side.wheels.begin(), side.wheels.end(),
+                                        [](const PassWheel& wheel) { return !wheel.roundness; });
+        warn(result, QStringLiteral("%1 of %2 wheels in '%3' were not compared with circles, wheel %4 because %5")
+                         .arg(QString::number(all - compared), QString::number(all), name,
+                              QString::number(first->number), QString::fromStdString(first->roundnessReason)));
+    }
+    if (most(out, compared)) {
+        warn(result, QStringLiteral("%1 of %2 wheels in '%3' are out of round, more than are damaged at once: %4")
+                         .arg(QString::number(out), QString::number(compared), name, whyAllOut(side, hasPose)));
+    }
+    const auto judged =
+        count([](const PassWheel& wheel) { return wheel.defects && wheel.defects->isDefective.has_value(); });
+    const auto bad = count([](const PassWheel& wheel) { return wheel.defects && wheel.defects->isDefective == true; });
+    if (most(bad, judged)) {
+        warn(result,
+             QStringLiteral("%1 of %2 treads in '%3' are defective, more than are damaged at once: check whether "
+                            "the lines for defects of SENSOR%4 leave more than the tread, and whether its windows "
+                            "are clean")
+                 .arg(QString::number(bad), QString::number(judged), name, QString::number(side.sensor)));
     }
 }
 

@@ -26,8 +26,9 @@ void warnOfTreadLines(const PassSide& side, const CutOut& cutOut, PassResult& re
 /// below, and a reference line that is not parallel to the wheels.
 void warnOfLines(const MeasuredSide& side, PassResult& result);
 
-/// Warns of what the recording or the station does to all wheels of a side, which looks like wheels out of round.
-void warnOfRoundness(const PassSide& side, bool hasPlaces, PassResult& result);
+/// Warns of wheels that were not compared with circles, and of what the recording or the station does to most wheels of
+/// a side, which looks like damage.
+void warnOfShapes(const PassSide& side, bool hasPlaces, bool hasPose, PassResult& result);
 
 /// Warns of pairs that were asked for and are not there.
 void warnOfMissingPairs(const std::vector<int>& shownPairs, PassResult& result);

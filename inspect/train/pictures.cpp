@@ -3,6 +3,7 @@
 
 #include "inspect/base/points.h"
 #include "inspect/train/treadDefects.h"
+#include "inspect/train/treadPart.h"
 
 #include <KxInspect/KxMathTypes.h>
 
@@ -65,9 +66,13 @@ PairPicture pairPicture(const PassResult& result, int number, const std::vector<
         }
         const std::optional<TreadDefects>& defects = result.wheelOf(pair, side)->defects;
         if (defects && defects->worstProfile > 0) {
-            const PointList& worst =
-                measured.found.wheels()[index].profiles[static_cast<std::size_t>(defects->worstProfile) - 1];
-            const PointList tread = cutTread(worst, *measured.input.tread, *result.defectLimits);
+            const std::vector<PointList>& profiles = measured.found.wheels()[index].profiles;
+            std::vector<PointList> cuts;
+            for (const PointList& profile : profiles) {
+                cuts.push_back(cutTread(profile, *measured.input.tread, *result.defectLimits));
+            }
+            const PointList tread = treadParts(
+                profiles, cuts, measured.input.reference)[static_cast<std::size_t>(defects->worstProfile - 1)];
             wheel.deviations = toVector(judgeTread(tread, *result.defectLimits).points);
         }
         picture.wheels.push_back(std::move(wheel));

@@ -2,7 +2,10 @@
 #include "inspect/train/treadDefects.h"
 
 #include "inspect/base/points.h"
+#include "inspect/fitting/median.h"
+#include "inspect/fitting/noise.h"
 
+#include <KxInspect/KxMathTypes.h>
 #include <KxMath/KxProfile.h>
 
 #include <QtCore/QString>
@@ -40,6 +43,30 @@ bool hasEnoughPoints(const PointList& tread, const DefectLimits& limits) {
     return std::unique(xs.begin(), xs.end()) - xs.begin() >= fewestPoints(limits);
 }
 
+/// The noise of a tread along y, mm; NaN with too few points.
+float noiseOf(const PointList& tread) {
+    const std::vector<Point> contour = toVector(tread);
+    if (contour.empty()) {
+        return std::numeric_limits<float>::quiet_NaN();
+    }
+    const float slope = (contour.back().y - contour.front().y) / (contour.back().x - contour.front().x);
+    return noiseAcross(contour) * std::hypot(1.0f, slope);
+}
+
+/// How far off the curve counts: as the settings say, or what noise does not reach if that is more.
+float limitOf(const std::vector<PointList>& treads, const DefectLimits& limits) {
+    // Of 1000 points with normal noise 0.06 are farther off than four standard deviations, and a profile is defective
+    // with several of them.
+    constexpr float kNoises = 4.0f;
+    std::vector<float> noises;
+    for (const PointList& tread : treads) {
+        if (const float noise = noiseOf(tread); std::isfinite(noise)) {
+            noises.push_back(noise);
+        }
+    }
+    return std::max(limits.maxDeviation, kNoises * median(noises, 0.0f));
+}
+
 CutOut cutOutOf(const PointList& tread, const KxMath::KxLine& reference) {
     CutOut result;
     std::bitset<static_cast<std::size_t>(kTreadTo - kTreadFrom)> millimetres;
@@ -55,7 +82,7 @@ CutOut cutOutOf(const PointList& tread, const KxMath::KxLine& reference) {
     return result;
 }
 
-QString whyNoneJudged(const CutOut& cutOut, const DefectLimits& limits) {
+QString whyNoneJudged(const CutOut& cutOut, int treads, const DefectLimits& limits) {
     if (cutOut.isEmpty()) {
         const bool isLimited = std::isfinite(limits.fromX) || std::isfinite(limits.toX);
         return isLimited ? QStringLiteral("no profile has a point between the lines and within the range of x")
@@ -68,21 +95,33 @@ QString whyNoneJudged(const CutOut& cutOut, const DefectLimits& limits) {
             .arg(static_cast<double>(kTreadFrom))
             .arg(static_cast<double>(kTreadTo));
     }
+    if (treads == 0) {
+        return QStringLiteral("no profile shows both the tip of the flange and %1 mm of the tread").arg(kLeastTread);
+    }
     return QStringLiteral("no profile has a curve through %1 points at different x between the lines")
         .arg(fewestPoints(limits));
 }
 
 /// Why a wheel without enough defective profiles is not sound, either; empty when it is.
-QString whyNotSound(int judged, int profiles, const CutOut& cutOut, const DefectLimits& limits) {
+QString whyNotSound(const TreadDefects& defects, int profiles, const CutOut& cutOut, int treads,
+                    const DefectLimits& limits) {
+    const int judged = defects.judged;
     if (judged == 0) {
-        return whyNoneJudged(cutOut, limits);
+        return whyNoneJudged(cutOut, treads, limits);
     }
     const QString count = QStringLiteral("%1 of %2 profiles could be judged").arg(judged).arg(profiles);
     if (judged <= limits.minProfiles) {
         return count + QStringLiteral(", it takes more than %1 (minimalDefectsProf)").arg(limits.minProfiles);
     }
-    return judged * static_cast<qint64>(kProfilesPerJudged) < profiles
-               ? count + QStringLiteral(", it takes one in %1").arg(kProfilesPerJudged)
+    if (judged * static_cast<qint64>(kProfilesPerJudged) < profiles) {
+        return count + QStringLiteral(", it takes one in %1").arg(kProfilesPerJudged);
+    }
+    // NaN, from settings made by hand: everything deviates that is compared with it.
+    return defects.limit > kMostNoisy * limits.maxDeviation
+               ? QStringLiteral(
+                     "the noise of the profiles hides deviations up to %1 mm, more than %2 times maxDeviation")
+                     .arg(static_cast<double>(defects.limit), 0, 'g', 3)
+                     .arg(static_cast<double>(kMostNoisy))
                : QString();
 }
 
@@ -131,16 +170,24 @@ TreadDeviation judgeTread(const PointList& tread, const DefectLimits& limits) {
     return result;
 }
 
-TreadVerdict judgeTreads(const std::vector<PointList>& treads, const KxMath::KxLine& reference,
-                         const DefectLimits& limits) {
+TreadVerdict judgeTreads(const std::vector<PointList>& cuts, const std::vector<PointList>& treads,
+                         const KxMath::KxLine& reference, const DefectLimits& limits) {
     TreadDefects result;
     CutOut all;
     int number = 0;
-    for (const PointList& tread : treads) {
+    std::vector<PointList> judgeable;
+    int shown = 0;
+    for (std::size_t i = 0; i < cuts.size(); ++i) {
+        all.include(cutOutOf(cuts[i], reference));
+        const bool isShown = cutOutOf(treads[i], reference).treads > 0;
+        shown += isShown ? 1 : 0;
+        judgeable.push_back(isShown ? treads[i] : PointList());
+    }
+    DefectLimits ofWheel = limits;
+    ofWheel.maxDeviation = result.limit = limitOf(judgeable, limits);
+    for (const PointList& tread : judgeable) {
         ++number;
-        const CutOut cutOut = cutOutOf(tread, reference);
-        all.include(cutOut);
-        const TreadDeviation judged = cutOut.treads > 0 ? judgeTread(tread, limits) : TreadDeviation();
+        const TreadDeviation judged = judgeTread(tread, ofWheel);
         if (judged.points.isEmpty()) {
             continue;
         }
@@ -155,7 +202,7 @@ TreadVerdict judgeTreads(const std::vector<PointList>& treads, const KxMath::KxL
         }
     }
     const bool isDefective = static_cast<int>(result.profiles.size()) > limits.minProfiles;
-    const QString reason = isDefective ? QString() : whyNotSound(result.judged, number, all, limits);
+    const QString reason = isDefective ? QString() : whyNotSound(result, number, all, shown, limits);
     if (reason.isEmpty()) {
         result.isDefective = isDefective;
     }

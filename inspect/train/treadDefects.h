@@ -53,8 +53,10 @@ struct TreadVerdict {
 };
 
 /// Judges a wheel by the treads of those profiles that show kLeastTread of it.
+/// @param cuts what the lines leave of the profiles
+/// @param treads what of that is tread, treadParts()
 /// @param reference trace of the back face
-TreadVerdict judgeTreads(const std::vector<PointList>& treads, const KxMath::KxLine& reference,
-                         const DefectLimits& limits);
+TreadVerdict judgeTreads(const std::vector<PointList>& cuts, const std::vector<PointList>& treads,
+                         const KxMath::KxLine& reference, const DefectLimits& limits);
 
 } // namespace KxInspect::detail

@@ -1,8 +1,8 @@
 // Whether the tread of a wheel is round, judged by all its profiles together.
 #include "inspect/train/wheelRoundness.h"
 
-#include "inspect/train/flangeCircle.h"
-#include "inspect/train/radiusTable.h"
+#include "inspect/fitting/median.h"
+#include "inspect/train/roundnessFit.h"
 
 #include <QtCore/QString>
 
@@ -13,123 +13,168 @@ namespace KxInspect::detail {
 
 namespace {
 
-constexpr double kFrom = static_cast<double>(kTreadFrom);
-constexpr double kTo = static_cast<double>(kTreadTo);
-
-/// What one profile shows of the wheel.
-struct Section {
-    int number;
-    double place;
-    std::optional<SectionPoint> tip;
-    Stations tread;
+/// Successive profiles whose tread is off to the same side.
+struct Runs {
+    std::vector<int> profiles; ///< of all runs that are off farther than allowed
+    double largest = 0.0; ///< what the profiles of a run are off at least, of all runs the most
+    double error = 0.0; ///< standard error of that
+    bool isAny = false; ///< so many profiles succeed each other somewhere
 };
 
-std::vector<Section> sectionsOf(const WheelView& wheel) {
-    const double towardsRail = directionOfRail(wheel.profiles, wheel.reference);
-    std::vector<Section> sections;
-    for (size_t i = 0; i < wheel.profiles.size() && towardsRail != 0.0; ++i) {
-        const auto place = static_cast<double>(wheel.places[i]);
-        const auto straightSection = [&](const PointList& points) {
-            std::vector<SectionPoint> section = sectionOf(points, wheel.reference, towardsRail);
-            for (SectionPoint& p : section) {
-                p = wheel.askew.straightened(p, place);
-            }
-            return section;
-        };
-        sections.push_back({static_cast<int>(i) + 1, place, flangeTip(straightSection(wheel.profiles[i])),
-                            stationsOf(straightSection(wheel.treads[i]))});
-    }
-    return sections;
+/// How far off counts.
+double limitOf(const BandRadius& radius, const DefectLimits& limits) {
+    // Far out in the tail of the normal distribution: some dozens of values of a wheel could exceed it, which are not
+    // independent; in 10,000 wheels less than one does.
+    constexpr double kErrors = 5.0;
+    return std::max(static_cast<double>(limits.maxRadiusDeviation), kErrors * radius.error);
 }
 
-/// Looks at each run of successive profiles that are off to the same side. @return false when there is no run
-bool judgeRuns(Roundness& result, const DefectLimits& limits) {
+Runs runsOf(const std::vector<BandRadius>& radii, const DefectLimits& limits) {
+    Runs result;
     const auto length = static_cast<size_t>(std::max(1, limits.radiusProfiles));
-    bool hasRun = false;
-    for (size_t first = 0; length <= result.radii.size() && first <= result.radii.size() - length; ++first) {
-        const auto run = result.radii.begin() + static_cast<std::ptrdiff_t>(first);
+    for (size_t first = 0; length <= radii.size() && first <= radii.size() - length; ++first) {
+        const auto run = radii.begin() + static_cast<std::ptrdiff_t>(first);
         const auto end = run + static_cast<std::ptrdiff_t>(length);
-        const bool isSuccessive = (end - 1)->profile - run->profile == static_cast<int>(length) - 1;
-        hasRun = hasRun || isSuccessive;
-        const auto [low, high] = std::minmax_element(
-            run, end, [](const RadiusDeviation& a, const RadiusDeviation& b) { return a.deviation < b.deviation; });
-        const float least = std::max(low->deviation, -high->deviation); // above 0 when all are on one side
-        if (!isSuccessive || least <= 0.0f) {
+        if ((end - 1)->profile - run->profile != static_cast<int>(length) - 1) {
             continue;
         }
-        result.largest = std::max(result.largest, least);
-        for (auto radius = run; radius != end && least > limits.maxRadiusDeviation; ++radius) {
-            if (result.profiles.empty() || result.profiles.back() < radius->profile) {
-                result.profiles.push_back(radius->profile);
+        result.isAny = true;
+        for (const double side : {1.0, -1.0}) {
+            const auto least = std::min_element(run, end, [&](const BandRadius& a, const BandRadius& b) {
+                return side * a.deviation < side * b.deviation;
+            });
+            if (side * least->deviation > result.largest) {
+                result.largest = side * least->deviation;
+                result.error = least->error;
+            }
+            const bool isOff =
+                std::all_of(run, end, [&](const BandRadius& r) { return side * r.deviation > limitOf(r, limits); });
+            for (auto radius = run; radius != end && isOff; ++radius) {
+                if (result.profiles.empty() || result.profiles.back() < radius->profile) {
+                    result.profiles.push_back(radius->profile);
+                }
             }
         }
     }
-    result.isOut = !result.profiles.empty();
-    return hasRun;
+    return result;
 }
 
-/// Why the tips of the flange give no axle to measure from; empty when they do.
-QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<FlangeCircle>& circle,
-                  const DefectLimits& limits) {
-    const double limit = static_cast<double>(limits.maxRadiusDeviation) / 2.0;
-    if (tips.size() < kFewestTips) {
-        return QStringLiteral("fewer than %1 profiles show the tip of the flange").arg(kFewestTips);
-    }
-    if (!circle || !std::isfinite(circle->scatter)) {
-        return QStringLiteral("the tips of the flange are on no circle");
-    }
-    // What is seen worse than what is looked for gives no centre, either.
-    return circle->scatter <= limit ? QString()
-                                    : QStringLiteral("the tips of the flange scatter by %1 mm about their circle, more "
-                                                     "than %2 mm, half of maxRadiusDeviation")
-                                          .arg(circle->scatter, 0, 'g', 3)
-                                          .arg(limit, 0, 'g', 3);
+/// 95 % of a normal distribution.
+Interval interval95(double value, double error) {
+    constexpr double kNormal95 = 1.96;
+    return Interval::around(static_cast<float>(value), static_cast<float>(kNormal95 * error));
 }
 
-} // namespace
+/// What was found over a part of the width.
+struct Judgement {
+    Band band;
+    std::vector<BandRadius> radii;
+    Runs runs;
+};
 
-RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limits) {
-    const auto notJudged = [](const QString& reason) { return RoundnessVerdict{{}, reason.toStdString()}; };
-    const std::vector<Section> sections = sectionsOf(wheel);
-    if (sections.empty()) {
-        return notJudged(QStringLiteral("flange and tread cannot be recognised in the profiles"));
-    }
-    std::vector<FlangeTip> tips;
-    for (const Section& section : sections) {
-        if (section.tip) {
-            tips.push_back({section.place + wheel.askew.alongAt(section.tip->across), section.tip->down});
+/// Judges the whole width that is seen and, where that is round, bands of it: flats may be narrow.
+Judgement judgeBands(const TreadTable& table, const DefectLimits& limits) {
+    constexpr std::size_t kWidth = 10; // mm
+    constexpr std::size_t kStep = 5;
+    const auto judge = [&](const Band& band) {
+        Judgement judged = {band, table.deviations(band), {}};
+        judged.runs = runsOf(judged.radii, limits);
+        return judged;
+    };
+    const Judgement whole = judge({});
+    Judgement farthest = whole;
+    for (std::size_t first = 0; first + kWidth <= Band().width() && whole.runs.profiles.empty(); first += kStep) {
+        Judgement band = judge({first, first + kWidth - 1});
+        const bool isOff = band.radii.size() >= kFewestRadii && !band.runs.profiles.empty();
+        if (isOff && (farthest.runs.profiles.empty() || band.runs.largest > farthest.runs.largest)) {
+            farthest = std::move(band);
         }
     }
-    const std::optional<FlangeCircle> circle = fitFlangeCircle(tips);
-    if (const QString reason = whyNoAxle(tips, circle, limits); !reason.isEmpty()) {
-        return notJudged(reason);
+    return farthest;
+}
+
+/// How far along the circumference from the place that stood on the rail when the axle passed the laser is what a profile
+/// shows, forward positive: behind the axle the wheel has rolled by that distance, and the laser meets it as far behind
+/// its bottom.
+double arcOf(double fromAxle, double radius) {
+    return fromAxle - radius * std::asin(std::clamp(fromAxle / radius, -1.0, 1.0));
+}
+
+/// Runs of successive profiles as parts of the circumference.
+std::vector<SeenArc> seenArcs(const std::vector<BandRadius>& radii, double radius) {
+    std::vector<SeenArc> arcs;
+    for (std::size_t i = 0; i < radii.size(); ++i) {
+        const auto arc = static_cast<float>(arcOf(radii[i].fromAxle, radius));
+        if (i == 0 || radii[i].profile != radii[i - 1].profile + 1) {
+            arcs.push_back({arc, arc});
+        }
+        arcs.back().from = std::min(arcs.back().from, arc); // the wheel rolls on: arcs descend
+        arcs.back().to = std::max(arcs.back().to, arc);
     }
-    RadiusTable table;
-    for (const Section& section : sections) {
-        table.add(section.number, section.place, section.tread, *circle, wheel.askew);
-    }
-    if (table.size() < kFewestRadii) {
-        return notJudged(QStringLiteral("fewer than %1 profiles show at least %2 mm of the tread between the lines")
-                             .arg(kFewestRadii)
-                             .arg(kLeastTread));
-    }
-    table.keepComparable();
-    if (table.size() < kFewestRadii) {
-        return notJudged(
-            QStringLiteral("the profiles show different parts of the tread, fewer than %1 one that most show")
-                .arg(kFewestRadii));
-    }
+    std::reverse(arcs.begin(), arcs.end());
+    return arcs;
+}
+
+Roundness roundnessOf(const RoundnessFit& fit, const Judgement& judged, const DefectLimits& limits) {
     Roundness result;
-    result.radii = table.deviations();
-    result.flangeRadius = static_cast<float>(circle->radius);
-    result.scatter = static_cast<float>(circle->scatter);
-    if (!judgeRuns(result, limits)) {
+    result.flangeRadius = static_cast<float>(fit.axle->value[AxleFit::Radius]);
+    result.scatter = static_cast<float>(fit.axle->scatter);
+    std::vector<double> of;
+    for (const BandRadius& r : judged.radii) {
+        result.radii.push_back({r.profile, static_cast<float>(r.fromAxle), static_cast<float>(r.deviation),
+                                interval95(r.deviation, r.error)});
+        of.push_back(limitOf(r, limits));
+    }
+    result.limit = static_cast<float>(median(of));
+    result.bandFrom = kTreadFrom + static_cast<float>(judged.band.first);
+    result.bandTo = kTreadFrom + static_cast<float>(judged.band.last);
+    result.seen = seenArcs(judged.radii, fit.table.treadRadius());
+    result.profiles = judged.runs.profiles;
+    result.largest = static_cast<float>(judged.runs.largest);
+    result.largestInterval = interval95(judged.runs.largest, judged.runs.error);
+    result.isOut = !result.profiles.empty();
+    return result;
+}
+
+RoundnessVerdict judgeFit(const RoundnessFit& fit, const DefectLimits& limits) {
+    const auto notJudged = [](const QString& reason) { return RoundnessVerdict{{}, reason.toStdString()}; };
+    if (!fit.axle) {
+        return {{}, fit.reason};
+    }
+    const Judgement judged = judgeBands(fit.table, limits);
+    if (!judged.runs.isAny) {
         return notJudged(
             QStringLiteral("fewer than %1 successive profiles show flange and tread, the least that make a "
                            "wheel out of round (radiusProfiles)")
                 .arg(limits.radiusProfiles));
     }
+    const Roundness result = roundnessOf(fit, judged, limits);
+    if (!(result.limit > 0.0f)) { // NaN, too
+        return notJudged(QStringLiteral("the settings give no limit to compare with"));
+    }
+    if (!result.isOut && !(result.limit <= std::max(kMostLimit, limits.maxRadiusDeviation))) {
+        return notJudged(QStringLiteral("the noise of the profiles hides deviations up to %1 mm, more than %2")
+                             .arg(static_cast<double>(result.limit), 0, 'g', 3)
+                             .arg(static_cast<double>(kMostLimit)));
+    }
     return {result, {}};
+}
+
+} // namespace
+
+std::vector<RoundnessVerdict> judgeRoundness(const std::vector<WheelView>& wheels, const DefectLimits& limits) {
+    std::vector<WheelSections> sections;
+    std::vector<RoundnessFit> alone;
+    for (const WheelView& wheel : wheels) {
+        sections.emplace_back(wheel);
+        alone.push_back(fitWheel(sections.back(), wheel, knowledgeOf(wheel.plane)));
+    }
+    std::vector<RoundnessVerdict> verdicts;
+    for (std::size_t i = 0; i < wheels.size(); ++i) {
+        const StationKnowledge known = knowledgeFrom(alone, i, knowledgeOf(wheels[i].plane));
+        verdicts.push_back(judgeFit(fitWheel(sections[i], wheels[i], known), limits));
+    }
+    return verdicts;
 }
 
 } // namespace KxInspect::detail

@@ -1,8 +1,7 @@
 // Whether the tread of a wheel is round, judged by all its profiles together.
 #pragma once
 
-#include "inspect/train/axleYaw.h"
-#include "inspect/train/wheelCollector.h"
+#include "inspect/train/wheelSections.h"
 
 #include <KxInspect/PassResult.h>
 
@@ -14,15 +13,6 @@
 
 namespace KxInspect::detail {
 
-/// A wheel to judge: its profiles, in parallel lists.
-struct WheelView {
-    const std::vector<PointList>& profiles; ///< whole
-    const std::vector<PointList>& treads; ///< what lies between the lines, cutTread()
-    const std::vector<float>& places; ///< along the pass, mm
-    KxMath::KxLine reference; ///< trace of the back face
-    Askew askew = {}; ///< how the wheel stands
-};
-
 /// The shape of a wheel, or why it was not judged.
 struct RoundnessVerdict {
     std::optional<Roundness> roundness;
@@ -31,9 +21,15 @@ struct RoundnessVerdict {
 
 /// Compares the tread around the tape circle, profile by profile, with a circle about the axle. The axle is the centre
 /// of the circle of the flange tip, which no flat reaches.
-RoundnessVerdict judgeRoundness(const WheelView& wheel, const DefectLimits& limits);
+/// @param wheels of one side of a pass; what they share, the laser plane and the scale of the places, each of them gets
+/// from the others
+std::vector<RoundnessVerdict> judgeRoundness(const std::vector<WheelView>& wheels, const DefectLimits& limits);
 
 /// Fewer profiles that show flange and tread than this are not judged.
-inline constexpr int kFewestRadii = 10;
+inline constexpr int kFewestRadii = 6;
+
+/// A wheel is not called round when a smaller deviation than this could have been noise, mm: a flat of 26 mm on a wheel
+/// of 860 mm is as deep.
+inline constexpr float kMostLimit = 0.2f;
 
 } // namespace KxInspect::detail

@@ -63,12 +63,12 @@ void addVerdicts(const PassResult& pass, Page& page) {
     addCount(pass, PassQuestion::Roundness, page);
 }
 
-bool isDeviating(const Point& point, const DefectLimits& limits) {
-    return std::abs(point.y) > limits.maxDeviation;
+bool isDeviating(const Point& point, const TreadDefects& defects) {
+    return std::abs(point.y) > defects.limit;
 }
 
 QString deviationPlot(const ShownWheel& shown) {
-    const double allowed = static_cast<double>(shown.pass.defectLimits->maxDeviation);
+    const double allowed = static_cast<double>(shown.wheel().defects->limit);
     Points inside;
     Points outside;
     Range x;
@@ -77,7 +77,7 @@ QString deviationPlot(const ShownWheel& shown) {
     y.include(allowed);
     for (const Point& p : shown.picture.deviations) {
         const QPointF point(static_cast<double>(p.x), static_cast<double>(p.y));
-        (isDeviating(p, *shown.pass.defectLimits) ? outside : inside).push_back(point);
+        (isDeviating(p, *shown.wheel().defects) ? outside : inside).push_back(point);
         x.include(point.x());
         y.include(point.y());
     }
@@ -93,18 +93,19 @@ QString deviationPlot(const ShownWheel& shown) {
 Figure deviationFigure(const ShownWheel& shown) {
     const std::vector<Point>& points = shown.picture.deviations;
     const TreadDefects& defects = *shown.wheel().defects;
-    const auto deviating = std::count_if(points.begin(), points.end(),
-                                         [&](const Point& p) { return isDeviating(p, *shown.pass.defectLimits); });
+    const auto deviating =
+        std::count_if(points.begin(), points.end(), [&](const Point& p) { return isDeviating(p, defects); });
     return {deviationPlot(shown),
-            QStringLiteral("Side %1, wheel %2, profile %3 (record %4): %5 of %6 points deviate, the largest by %7 mm.")
+            QStringLiteral("Side %1, wheel %2, profile %3 (record %4): %5 of %6 points deviate, the largest by %7 mm; "
+                           "%8 mm count.")
                 .arg(shown.number(), QString::number(shown.wheel().number), QString::number(defects.worstProfile),
                      QString::number(shown.wheel().firstRecord + defects.worstProfile - 1), QString::number(deviating),
-                     QString::number(points.size()), fixedText(defects.largest, 3))};
+                     QString::number(points.size()), fixedText(defects.largest, 3), fixedText(defects.limit, 3))};
 }
 
 QString radiusPlot(const ShownWheel& shown) {
     const Roundness& roundness = *shown.wheel().roundness;
-    const double allowed = static_cast<double>(shown.pass.defectLimits->maxRadiusDeviation);
+    const double allowed = static_cast<double>(roundness.limit);
     Range x;
     Range y;
     y.include(-allowed);
@@ -112,6 +113,8 @@ QString radiusPlot(const ShownWheel& shown) {
     for (const RadiusDeviation& radius : roundness.radii) {
         x.include(static_cast<double>(radius.place));
         y.include(static_cast<double>(radius.deviation));
+        y.include(static_cast<double>(radius.interval.low));
+        y.include(static_cast<double>(radius.interval.high));
     }
     Plot plot(shown.plotName("radius"), QStringLiteral("Radius of the tread on side ") + shown.number(), kWidth,
               kHeight, {QStringLiteral("laser plane before (\u2212) or behind the axle, mm"), x.padded(0.04)},
@@ -121,7 +124,9 @@ QString radiusPlot(const ShownWheel& shown) {
         const bool isOff = std::binary_search(roundness.profiles.begin(), roundness.profiles.end(), radius.profile);
         plot.addMark({static_cast<double>(radius.place), static_cast<double>(radius.deviation)},
                      isOff ? colour::kOrange : colour::kBlue, 3.0,
-                     QStringLiteral("profile %1: %2 mm").arg(radius.profile).arg(fixedText(radius.deviation, 3)));
+                     QStringLiteral("profile %1: %2 mm")
+                         .arg(radius.profile)
+                         .arg(withInterval(radius.deviation, radius.interval, 3)));
     }
     plot.addLegendMark(QStringLiteral("profile"), colour::kBlue);
     plot.addLegendMark(QStringLiteral("off the circle"), colour::kOrange);
@@ -130,11 +135,17 @@ QString radiusPlot(const ShownWheel& shown) {
 
 Figure radiusFigure(const ShownWheel& shown) {
     const Roundness& roundness = *shown.wheel().roundness;
-    return {radiusPlot(shown),
-            QStringLiteral("Side %1, wheel %2: %3 profiles show flange and tread. The flange tip runs on a radius of "
-                           "%4 mm, single tips scatter about it by %5 mm.")
+    return {
+        radiusPlot(shown),
+        QStringLiteral("Side %1, wheel %2: %3 profiles show flange and tread, %4 to %5 mm behind the back face. The "
+                       "flange tip runs on a radius of %6 mm, single tips scatter about it by %7 mm. Farthest off: "
+                       "%8 mm; %9 mm count.")
                 .arg(shown.number(), QString::number(shown.wheel().number), QString::number(roundness.radii.size()),
-                     fixedText(roundness.flangeRadius, 1), fixedText(roundness.scatter, 3))};
+                     fixedText(roundness.bandFrom, 0), fixedText(roundness.bandTo, 0),
+                     fixedText(roundness.flangeRadius, 1), fixedText(roundness.scatter, 3),
+                     withInterval(roundness.largest, roundness.largestInterval, 3), fixedText(roundness.limit, 3)) +
+            QStringLiteral(" Seen of the circumference: %1 mm from the place that stood on the rail.")
+                .arg(arcsText(roundness.seen))};
 }
 
 void addFigures(Page& page, const QString& heading, const QString& text, const std::vector<Figure>& figures) {

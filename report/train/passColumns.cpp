@@ -87,6 +87,7 @@ std::vector<PairColumn> makeDefectColumns() {
         judged.add("defective_numbers", "numbers", [](const TreadDefects& d) { return runsText(d.profiles); });
         judged.add("deviating_points", "deviating", [](const TreadDefects& d) { return d.deviating; });
         judged.add("largest_deviation", "largest", [](const TreadDefects& d) { return d.largest; });
+        judged.add("tread_limit", "limit", [](const TreadDefects& d) { return d.limit; });
         const auto verdictOf = [](const PassWheel& wheel) -> PairValue {
             if (!wheel.defects || !wheel.defects->isDefective) {
                 return NotJudged();
@@ -107,6 +108,10 @@ std::vector<PairColumn> makeRoundnessColumns() {
                    [](const Roundness& r) { return static_cast<int>(r.radii.size()); });
         judged.add("off_circle_numbers", "off circle", [](const Roundness& r) { return runsText(r.profiles); });
         judged.add("radius_deviation", "by", [](const Roundness& r) { return r.largest; });
+        judged.add("radius_deviation_low", "low", [](const Roundness& r) { return r.largestInterval.low; });
+        judged.add("radius_deviation_high", "high", [](const Roundness& r) { return r.largestInterval.high; });
+        judged.add("roundness_limit", "limit", [](const Roundness& r) { return r.limit; });
+        judged.add("seen", "seen", [](const Roundness& r) { return arcsText(r.seen); });
         judged.add(
             "roundness", "shape",
             [](const Roundness& r) { return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round"); },

@@ -116,17 +116,29 @@ QString runsText(const std::vector<int>& ascending) {
 
 QString defectLimitsText(const PassResult& pass) {
     const DefectLimits& limits = *pass.defectLimits;
-    return QStringLiteral("a profile is defective with more than %1 points farther than %2 mm off its curve, a wheel "
-                          "with more than %3 defective profiles")
+    return QStringLiteral(
+               "a profile is defective with more than %1 points farther than %2 mm off its curve, or than four "
+               "times their noise, a wheel with more than %3 defective profiles")
         .arg(QString::number(limits.pointsHigher), shortestText(limits.maxDeviation),
              QString::number(limits.minProfiles));
 }
 
 QString roundnessLimitsText(const PassResult& pass) {
     const DefectLimits& limits = *pass.defectLimits;
-    return QStringLiteral("a wheel is out of round with %1 successive profiles whose tread is more than %2 mm off the "
-                          "circle to one side")
+    return QStringLiteral(
+               "a wheel is out of round with %1 successive profiles whose tread is more than %2 mm off the "
+               "circle to one side, or than five times its standard error; seen are parts of the "
+               "circumference, from the place that stands on the rail before the sensor, nothing is known of "
+               "the rest")
         .arg(QString::number(limits.radiusProfiles), shortestText(limits.maxRadiusDeviation));
+}
+
+QString arcsText(const std::vector<SeenArc>& arcs) {
+    QStringList texts;
+    for (const SeenArc& arc : arcs) {
+        texts.append(QStringLiteral("from %1 to %2").arg(fixedText(arc.from, 0), fixedText(arc.to, 0)));
+    }
+    return texts.join(QStringLiteral(", "));
 }
 
 } // namespace kxreport

@@ -35,6 +35,9 @@ QString runsText(const std::vector<int>& ascending);
 QString defectLimitsText(const KxInspect::PassResult& pass);
 
 /// When a wheel is out of round.
+/// Parts of the circumference in whole mm: "from -21 to -4, from 4 to 20"; empty for none.
+QString arcsText(const std::vector<KxInspect::SeenArc>& arcs);
+
 QString roundnessLimitsText(const KxInspect::PassResult& pass);
 
 } // namespace kxreport

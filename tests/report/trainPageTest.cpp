@@ -73,12 +73,15 @@ PassResult result() {
     left.wheels = {wheelOf(1, 10, 21, 4, 33), wheelOf(2, 12, 51, 5, 34), wheelOf(3, 14, 111, 0, 0)};
     right.wheels = {wheelOf(1, 11, 24, 6, 43), wheelOf(2, 13, 53, 7, 44), wheelOf(3, 15, 81, 8, 45),
                     wheelOf(4, 16, 113, 9, 46)};
-    const Roundness out = {{{1, -20, 0.05f}, {2, -5, -0.0625f}, {4, 30, 0.5f}}, 488.5f, 0.03f, {4}, 0.375f, true};
-    const Roundness round = {{{2, -15, 0.02f}, {3, 10, -0.03f}}, 479.25f, 0.04f, {}, 0.0625f, false};
-    judge(left.wheels[0], {9, {2, 3, 4}, 17, 3, 0.625f, true}, out);
-    judge(left.wheels[1], {8, {}, 1, 2, 0.125f, false}, {});
-    judge(right.wheels[0], {7, {}, 2, 5, 0.25f, false}, round);
-    judge(right.wheels[1], {6, {6, 8}, 19, 8, 0.75f, true}, {});
+    Roundness out = {{{1, -20, 0.05f}, {2, -5, -0.0625f}, {4, 30, 0.5f}}, 488.5f, 0.03f, {4}, 0.375f, true};
+    Roundness round = {{{2, -15, 0.02f}, {3, 10, -0.03f}}, 479.25f, 0.04f, {}, 0.0625f, false};
+    std::tie(out.largestInterval, out.limit) = std::tuple(KxInspect::Interval{0.25f, 0.5f}, 0.125f);
+    std::tie(round.largestInterval, round.limit) = std::tuple(KxInspect::Interval{0.0f, 0.125f}, 0.1875f);
+    out.seen = {{-21.5f, -4.25f}, {3.0f, 20.0f}};
+    judge(left.wheels[0], {9, {2, 3, 4}, 17, 3, 0.625f, true, 0.1875f}, out);
+    judge(left.wheels[1], {8, {}, 1, 2, 0.125f, false, 0.1875f}, {});
+    judge(right.wheels[0], {7, {}, 2, 5, 0.25f, false, 0.1875f}, round);
+    judge(right.wheels[1], {6, {6, 8}, 19, 8, 0.75f, true, 0.1875f}, {});
     r.baseDistance = 1361.5f;
     r.nominal = 1359.75f;
     r.tolerance = 1.5f;
@@ -175,6 +178,10 @@ TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {
             };
             EXPECT_EQ(treads.at(row, "tread" + suffix), verdict(bad, "defective", "sound"));
             EXPECT_EQ(shapes.at(row, "shape" + suffix), verdict(off, "out of round", "round"));
+            EXPECT_EQ(shapes.at(row, "limit" + suffix).text,
+                      text(roundness["limit"].isDouble() ? roundness["limit"] : QJsonValue(), 3));
+            EXPECT_EQ(shapes.at(row, "seen" + suffix).text,
+                      row == 0 && side == 0 ? "from -22 to -4, from 3 to 20" : "-");
             EXPECT_EQ(shapes.at(row, "by" + suffix).text,
                       text(roundness["largestDeviation"].isDouble() ? roundness["largestDeviation"] : QJsonValue(), 3));
         }
@@ -279,7 +286,7 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
 
         const ReadPlot treads = page.plot("Deviation of the tread on side " + number);
         std::vector<QPointF> inside, outside;
-        const double allowed = json["defectLimits"]["maxDeviation"].toDouble();
+        const double allowed = json["pairs"][0]["sides"][side]["defects"]["limit"].toDouble();
         for (const QPointF& p : points(drawn["deviations"])) {
             (std::abs(p.y()) > allowed ? outside : inside).push_back(p);
         }
@@ -290,7 +297,7 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
         const int worst = defects["worstProfile"].toInt();
         EXPECT_EQ(treads.caption,
                   QString("Side %1, wheel 1, profile %2 (record %3): %4 of 8 points deviate, the largest by "
-                          "%5 mm.")
+                          "%5 mm; 0.188 mm count.")
                       .arg(number)
                       .arg(worst)
                       .arg(wheel["firstRecord"].toInt() + worst - 1)
@@ -306,8 +313,7 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
             const bool isOff = roundness["profilesOff"].toArray().contains(radius["profile"]);
             EXPECT_EQ(mark.colour, radii.legend.at(isOff ? "off the circle" : "profile").second);
         }
-        radii.expectNear({0, radii.shownAs("allowed").at(0)->points[0].y()},
-                         {0, -json["defectLimits"]["maxRadiusDeviation"].toDouble()});
+        radii.expectNear({0, radii.shownAs("allowed").at(0)->points[0].y()}, {0, -roundness["limit"].toDouble()});
         EXPECT_TRUE(radii.caption.contains(text(roundness["flangeRadius"], 1) +
                                            " mm, single tips scatter about it by " + text(roundness["scatter"], 3)));
     }

@@ -1,5 +1,5 @@
 // Prints how many wheels with flats kxmath train finds out of round, over the length of the flats and their distance
-// from the place that rolls over the sensors, for a largest allowed deviation of 0.1 mm and of 0.05 mm.
+// from the place that rolls over the sensors, and how many sound wheels it accuses under other conditions.
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
 
 namespace {
 
@@ -28,65 +27,108 @@ QByteArray runTool(const QString& folder, const QStringList& arguments) {
     return process.readAllStandardOutput();
 }
 
-/// How far off the circle the eight wheels of a car are.
-std::vector<double> deviationsOfCar(int seed, const QStringList& defects) {
+/// What was said of the wheels of some passes.
+struct Tally {
+    int wheels = 0;
+    int out = 0; ///< of round
+    int defective = 0;
+    int notCompared = 0;
+    int treadsNotJudged = 0;
+    double farthest = 0.0; ///< off the circle, mm
+    double limit = 0.0; ///< the largest, mm
+};
+
+void addCar(int seed, const QStringList& options, Tally& tally) {
     const QTemporaryDir folder;
     const QStringList simulate = {"simulate", "pass", "--cars", "1", "--seed", QString::number(seed)};
-    runTool(folder.path(), simulate + defects);
+    runTool(folder.path(), simulate + options);
     const QByteArray json =
         runTool(folder.path(), {"train", "pass/train_101.bin", "pass/train_102.bin", "--settings", "pass/settings.ini",
                                 "--defects", "pass/defects.ini", "--json", "-"});
-    std::vector<double> result;
     const QJsonArray pairs = QJsonDocument::fromJson(json).object()["pairs"].toArray();
     for (const QJsonValue pair : pairs) {
         for (const QJsonValue side : pair["sides"].toArray()) {
-            if (side["roundness"].isObject()) {
-                result.push_back(side["roundness"]["largestDeviation"].toDouble());
-            }
+            const QJsonValue roundness = side["roundness"];
+            const QJsonValue isDefective = side["defects"]["isDefective"];
+            ++tally.wheels;
+            tally.out += roundness["isOutOfRound"].toBool() ? 1 : 0;
+            tally.notCompared += roundness.isObject() ? 0 : 1;
+            tally.defective += isDefective.toBool() ? 1 : 0;
+            tally.treadsNotJudged += isDefective.isBool() ? 0 : 1;
+            tally.farthest = std::max(tally.farthest, roundness["largestDeviation"].toDouble());
+            tally.limit = std::max(tally.limit, roundness["limit"].toDouble());
         }
     }
-    return result;
 }
 
-std::vector<double> deviationsOfFlats(double length, double phase) {
-    QStringList defects;
+Tally tallyOfFlats(double length, double phase, const char* shape) {
+    QStringList options = {"--yaw", "2", "--flat-shape", shape};
     for (int wheel = 0; wheel < 8; ++wheel) {
-        defects +=
+        options +=
             {"--flat", QStringLiteral("%1:%2:%3:%4").arg(wheel / 2 + 1).arg(wheel % 2 + 1).arg(length).arg(phase)};
     }
-    return deviationsOfCar(1, defects);
+    Tally tally;
+    addCar(1, options, tally);
+    return tally;
 }
 
-long long countOver(const std::vector<double>& deviations, double limit) {
-    return std::count_if(deviations.begin(), deviations.end(), [&](double d) { return d > limit; });
-}
-
-} // namespace
-
-int main() {
+void printFlats() {
     constexpr double kPhases[] = {0, 5, 10, 20, 30, 40};
     std::printf("| flat, mm | depth, mm |");
     for (const double phase : kPhases) {
         std::printf(" %g mm |", phase);
     }
     std::printf("\n| --- | --- | --- | --- | --- | --- | --- | --- |\n");
-    for (const double length : {10.0, 15.0, 20.0, 25.0, 30.0, 40.0, 50.0, 60.0, 80.0}) {
+    for (const double length : {8.0, 10.0, 12.0, 15.0, 20.0, 25.0, 30.0, 40.0, 60.0}) {
         std::printf("| %g | %.2f |", length, length * length / (8.0 * kRadius));
         for (const double phase : kPhases) {
-            const std::vector<double> deviations = deviationsOfFlats(length, phase);
-            std::printf(" %lld / %lld of %zu |", countOver(deviations, 0.1), countOver(deviations, 0.05),
-                        deviations.size());
+            std::printf(" %d / %d |", tallyOfFlats(length, phase, "even").out,
+                        tallyOfFlats(length, phase, "plane").out);
         }
         std::printf("\n");
     }
-    constexpr int kSeeds = 20;
-    std::vector<double> sound;
-    for (int seed = 1; seed <= kSeeds; ++seed) {
-        const std::vector<double> car = deviationsOfCar(seed, {});
-        sound.insert(sound.end(), car.begin(), car.end());
+}
+
+void printSound() {
+    constexpr int kSeeds = 3;
+    std::printf(
+        "\n| sound wheels | out of round | defective | not compared | treads not judged | off, mm | limit, mm |\n"
+        "| --- | --- | --- | --- | --- | --- | --- |\n");
+    for (const char* const options : {"",
+                                      "--noise 0",
+                                      "--noise 0.1",
+                                      "--noise 0.2",
+                                      "--noise 0.3",
+                                      "--stand-off 100",
+                                      "--stand-off 200",
+                                      "--stand-off 300",
+                                      "--beta 75",
+                                      "--beta 88",
+                                      "--beta 105",
+                                      "--turn1 2 --turn2 2",
+                                      "--alpha -25",
+                                      "--half-angle 18",
+                                      "--yaw 5",
+                                      "--yaw -5 --noise 0.1",
+                                      "--speed 3",
+                                      "--speed 30",
+                                      "--speed 60",
+                                      "--speed 60 --noise 0.3 --stand-off 300 --beta 75"}) {
+        const QString text = QLatin1String(options);
+        Tally tally;
+        for (int seed = 1; seed <= kSeeds; ++seed) {
+            addCar(seed, text.split(QLatin1Char(' '), Qt::SkipEmptyParts), tally);
+        }
+        std::printf("| %d%s%s | %d | %d | %d | %d | %.3f | %.3f |\n", tally.wheels, *options == '\0' ? "" : ", ",
+                    options, tally.out, tally.defective, tally.notCompared, tally.treadsNotJudged, tally.farthest,
+                    tally.limit);
     }
-    std::printf("\nOf %zu wheels without flats, %lld and %lld were found so; the largest deviation was %.3f mm.\n",
-                sound.size(), countOver(sound, 0.1), countOver(sound, 0.05),
-                *std::max_element(sound.begin(), sound.end()));
+}
+
+} // namespace
+
+int main() {
+    printFlats();
+    printSound();
     return 0;
 }

@@ -77,7 +77,7 @@ TEST(TreadDefects, JudgesTreadsOnly) {
             }
             treads.insert(treads.end(), static_cast<size_t>(count), points);
         }
-        const TreadVerdict verdict = judgeTreads(treads, kReferenceLine, c.limits);
+        const TreadVerdict verdict = judgeTreads(treads, treads, kReferenceLine, c.limits);
         EXPECT_EQ(verdict.defects.judged, c.judged);
         EXPECT_EQ(verdict.reason.empty(), *c.reason == '\0');
         EXPECT_NE(verdict.reason.find(c.reason), std::string::npos) << verdict.reason;

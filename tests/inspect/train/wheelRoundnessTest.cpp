@@ -69,7 +69,7 @@ RoundnessVerdict judge(const Make& make, const DefectLimits& limits = {}) {
         treads.push_back(cutTread(profiles.back(), lines, limits));
         places.push_back(static_cast<float>(kAxle + make.zScale * fromAxle(number, make)));
     }
-    return judgeRoundness({profiles, treads, places, behind(0.0f)}, limits);
+    return judgeRoundness({WheelView{profiles, treads, places, behind(0.0f)}}, limits).front();
 }
 
 /// A step of the tread in some profiles.
@@ -90,7 +90,7 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
         {"build-up at the end", {.worn = within(58, 60, -0.12)}, {58, 59, 60}, 0.12},
         {"too few successive ones", {.worn = within(5, 6, 0.3)}, {}, 0.0},
         {"a gap between them", {.hidden = 7, .worn = within(5, 8, 0.3)}, {}, 0.0},
-        {"too shallow", {.worn = within(5, 20, 0.09)}, {}, 0.09},
+        {"too shallow", {.worn = within(5, 20, 0.027)}, {}, 0.027},
         {"x away from the rail", {.towardsRail = -1.0, .worn = within(20, 22, 0.2)}, {20, 21, 22}, 0.2},
         {"face along x", {.slope = 0.0, .worn = within(20, 22, 0.2)}, {20, 21, 22}, 0.2},
         {"two bad flanges", {.worn = within(5, 8, 0.3), .raised = within(30, 31, 3.0)}, {5, 6, 7, 8}, 0.3},
@@ -139,15 +139,16 @@ TEST(WheelRoundness, SaysWhyItIsNotJudged) {
         const char* reason;
     };
     const Case cases[] = {
-        {{.noise = 0.05}, 0.1f, 3, ""},
-        {{.noise = 0.05}, 0.001f, 3, "more than 0.0005 mm, half of maxRadiusDeviation"},
-        {{}, nan, 3, "scatter"},
-        {{.zScale = 0.1}, 0.1f, 3, "scatter"}, // z is no length along the track
+        {{.noise = 0.05}, 0.001f, 3, ""}, // limits follow the noise
+        {{.noise = 1.0}, 0.1f, 3, "the noise of the profiles hides deviations up to"},
+        {{}, nan, 3, "no limit to compare with"},
+        {{.zScale = 1.02}, 0.1f, 3, ""}, // found with the axle
+        {{.zScale = 0.9}, 0.1f, 3, "it is no millimetres along the track"},
         {{.step = 0.0}, 0.1f, 3, "on no circle"}, // all in one place
         {{.shown = parts(kProfiles, 0.0, 0.0)}, 0.1f, 3, "flange and tread cannot be recognised"},
-        {{.shown = parts(10, 200.0, 90.0)}, 0.1f, 3, ""},
-        {{.shown = parts(9, 200.0, 90.0)}, 0.1f, 3, "fewer than 10 profiles show at least 8 mm"},
-        {{.shown = parts(30, 75.0, 85.0)}, 0.1f, 3, "different parts of the tread, fewer than 10 one that most"},
+        {{.shown = parts(6, 200.0, 90.0)}, 0.1f, 3, ""},
+        {{.shown = parts(5, 200.0, 90.0)}, 0.1f, 3, "fewer than 6 profiles show at least 8 mm"},
+        {{.shown = parts(30, 75.0, 85.0)}, 0.1f, 3, "different parts of the tread, fewer than 6 one that most"},
         {{.hidden = 20}, 0.1f, 41, "fewer than 41 successive profiles"},
     };
     for (const Case& c : cases) {
@@ -162,7 +163,8 @@ TEST(WheelRoundness, SaysWhyItIsNotJudged) {
     }
     for (const size_t count : {0u, 20u}) {
         const std::vector<PointList> none(count);
-        EXPECT_FALSE(judgeRoundness({none, none, std::vector<float>(count, 1.0f), {}}, {}).roundness);
+        const std::vector<float> places(count, 1.0f);
+        EXPECT_FALSE(judgeRoundness({WheelView{none, none, places, {}}}, {}).front().roundness);
     }
 }
 

@@ -38,9 +38,10 @@ defective), minimalDefectsProf (1: with more defective profiles a wheel is defec
 
 Roundness: a flat across the whole tread does not show in a single profile. With --defects the radius of the tread in
 all profiles of a wheel is therefore compared with a circle about the axle, which is the centre of the circle of the
-flange tip. The recordings must hold z in mm along the track, and the laser planes must be square to it. Optional
-keys: maxRadiusDeviation (0.1 mm), radiusProfiles (3: a wheel is out of round when its tread is farther off the circle,
-to one side, in so many successive profiles).
+flange tip. The recordings must hold z in mm along the track. Where the laser planes stand askew, the
+settings should hold the poses of the sensors (SENSORn/alpha, beta, gamma). Optional keys: maxRadiusDeviation (0.03 mm), radiusProfiles (3: a wheel is out of round when its tread is farther off the circle,
+to one side, in so many successive profiles). Both limits grow with the noise found in the profiles. A pass shows
+only part of the circumference, which is told as seen.
 
 Both need the tread, 45 to 95 mm behind the reference line. A wheel that does not show enough of it between the lines
 is "not judged", which is neither sound nor defective; all outputs say how many of how many were judged, and why the
@@ -52,8 +53,9 @@ without partner is listed without a distance, and a warning is printed.
 
 CSV fields: pair; for each side s wheel_s, profiles_s, first_record_s, last_record_s, chosen_profile_s, points_s;
 distance, deviation, verdict (ok or out); with --defects for each side judged_profiles_s, defective_profiles_s,
-defective_numbers_s, deviating_points_s, largest_deviation_s, tread_s (sound or defective), then for each side
-compared_profiles_s, off_circle_numbers_s, radius_deviation_s, roundness_s (round or out of round); distance_reason,
+defective_numbers_s, deviating_points_s, largest_deviation_s, tread_limit_s, tread_s (sound or defective), then for
+each side compared_profiles_s, off_circle_numbers_s, radius_deviation_s, radius_deviation_low_s, radius_deviation_high_s
+(the 95 % interval), roundness_limit_s, seen_s, roundness_s (round or out of round); distance_reason,
 and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict. JSON fields: command,
 version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads
 and roundness: judged, of), defectLimits, pairs (pair, sides, distance, deviation, inTolerance, reason), warnings. A

@@ -1,0 +1,49 @@
+// Where the axle of a wheel is in the profiles of a pass, from the tips of its flange.
+#pragma once
+
+#include "inspect/fitting/leastSquares.h"
+#include "inspect/train/flangeCircle.h"
+
+#include <optional>
+#include <vector>
+
+namespace KxInspect::detail {
+
+/// The axle, and how the profiles lie to it. A place that is not millimetres of travel, and a laser plane that leans
+/// along the track, would make a round wheel look oval; both are found with the axle.
+struct AxleFit {
+    enum Unknown { Place, Down, Radius, Shear, Stretch };
+    using Fit = LeastSquares<5>;
+
+    Fit::Vector value = {}; ///< by Unknown
+    Fit::Matrix covariance = {};
+    double level = 0.0; ///< down at which profiles need no shear
+    double scatter = 0.0; ///< of the tips about their circle, as a standard deviation, mm
+
+    /// How far before (negative) or behind the axle a point is that lies `down` in a profile at a place.
+    double fromAxle(double place, double down) const {
+        return (1.0 + value[Stretch]) * (place - value[Place]) - value[Shear] * (down - level);
+    }
+    double radiusOf(double fromAxle, double down) const { return std::hypot(fromAxle, down - value[Down]); }
+    /// How the radius of such a point changes with the unknowns.
+    Fit::Vector changeOfRadius(double place, double down) const;
+};
+
+/// A value with its standard error.
+struct Estimate {
+    double value = 0.0;
+    double error = 0.0;
+};
+
+/// What is known of the profiles before.
+struct AxleKnowledge {
+    Estimate shear;
+    Estimate stretch;
+};
+
+/// Fits the axle to the tips. Tips far off their circle do not count, see fitFlangeCircle().
+/// @param circle the first guess
+std::optional<AxleFit> fitAxle(const std::vector<FlangeTip>& tips, const FlangeCircle& circle,
+                               const AxleKnowledge& known);
+
+} // namespace KxInspect::detail

@@ -1,0 +1,133 @@
+// A wheel as a body of revolution about an axle, fitted to its profiles.
+#include "inspect/train/roundnessFit.h"
+
+#include "inspect/fitting/median.h"
+#include "inspect/train/wheelRoundness.h"
+
+#include <QtCore/QString>
+
+#include <algorithm>
+#include <cmath>
+
+namespace KxInspect::detail {
+
+namespace {
+
+/// Why the tips of the flange give no axle to measure from; empty when they do.
+QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<AxleFit>& axle) {
+    constexpr double kMostStretch = 0.05;
+    if (tips.size() < kFewestTips) {
+        return QStringLiteral("fewer than %1 profiles show the tip of the flange").arg(kFewestTips);
+    }
+    if (!axle) {
+        return QStringLiteral("the tips of the flange are on no circle");
+    }
+    const double stretch = axle->value[AxleFit::Stretch];
+    return std::abs(stretch) <= kMostStretch
+               ? QString()
+               : QStringLiteral("the tips of the flange are on a circle only if z is taken %1 times: it is no "
+                                "millimetres along the track")
+                     .arg(1.0 + stretch, 0, 'g', 3);
+}
+
+/// The median of estimates with its standard error: from their own errors, or from how they scatter if that is more.
+Estimate medianOf(const std::vector<Estimate>& estimates) {
+    constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
+    constexpr double kMedian = 1.2533; // sqrt(pi / 2): standard error of a median against that of a mean
+    std::vector<double> values;
+    std::vector<double> errors;
+    for (const Estimate& e : estimates) {
+        values.push_back(e.value);
+        errors.push_back(e.error);
+    }
+    const double middle = median(values);
+    for (double& value : values) {
+        value = std::abs(value - middle);
+    }
+    const double scatter = std::max(median(errors), kNormal * median(values));
+    return {middle, kMedian * scatter / std::sqrt(static_cast<double>(estimates.size()))};
+}
+
+Estimate ofAxle(const AxleFit& axle, AxleFit::Unknown unknown) {
+    return {axle.value[unknown], std::sqrt(axle.covariance[unknown][unknown])};
+}
+
+} // namespace
+
+StationKnowledge knowledgeOf(const LaserPlane& plane) {
+    // Poses are known to about 0.1 degrees. A sensor without one may stand as it likes, but hardly leans along the track.
+    // Encoders are a few thousandths off, and lengths that rest on the diameter of a wheel as much as wheels wear.
+    constexpr double kPose = 0.002;
+    constexpr double kAnySkew = 0.3;
+    constexpr double kAnyShear = 0.05;
+    constexpr double kStretch = 0.02;
+    return {{plane.shear, plane.isKnown ? kPose : kAnyShear},
+            {0.0, kStretch},
+            {plane.skew, plane.isKnown ? kPose : kAnySkew}};
+}
+
+RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, const StationKnowledge& known) {
+    constexpr int kMostRounds = 12;
+    constexpr double kSettled = 1e-5;
+    RoundnessFit fit;
+    const auto notFitted = [&](const QString& reason) {
+        fit.axle.reset();
+        fit.reason = reason.toStdString();
+        return fit;
+    };
+    if (sections.isEmpty()) {
+        return notFitted(QStringLiteral("flange and tread cannot be recognised in the profiles"));
+    }
+    TreadTable table = sections.table();
+    const int shown = table.size();
+    table.keepComparable();
+    const double yaw = wheel.askew.perPlace * wheel.plane.acrossPerAcross; // of the axle against the track
+    Estimate skew = {known.skew.value - yaw, known.skew.error};
+    double across = 0.0;
+    for (int round = 0; round < kMostRounds; ++round) {
+        const FlangeTips tips = sections.tips(fit.axle, skew.value, across);
+        across = tips.across;
+        const std::optional<FlangeCircle> circle = fitFlangeCircle(tips.tips);
+        fit.axle = circle ? fitAxle(tips.tips, *circle, {known.shear, known.stretch}) : std::nullopt;
+        if (const QString reason = whyNoAxle(tips.tips, fit.axle); !reason.isEmpty()) {
+            return notFitted(reason);
+        }
+        if (shown < kFewestRadii) {
+            return notFitted(QStringLiteral("fewer than %1 profiles show at least %2 mm of the tread between the lines")
+                                 .arg(kFewestRadii)
+                                 .arg(kLeastTread));
+        }
+        if (table.size() < kFewestRadii) {
+            return notFitted(
+                QStringLiteral("the profiles show different parts of the tread, fewer than %1 one that most show")
+                    .arg(kFewestRadii));
+        }
+        table.compare(*fit.axle, {tips.across, tips.error, {known.skew.value - yaw, known.skew.error}});
+        const double change = table.skew().value - skew.value;
+        skew = table.skew();
+        if (std::abs(change) < kSettled) {
+            break;
+        }
+    }
+    fit.table = std::move(table);
+    fit.skew = {skew.value + yaw, skew.error};
+    return fit;
+}
+
+StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_t without,
+                               const StationKnowledge& before) {
+    std::vector<Estimate> shears;
+    std::vector<Estimate> stretches;
+    std::vector<Estimate> skews;
+    for (std::size_t i = 0; i < fits.size(); ++i) {
+        if (i != without && fits[i].axle) {
+            shears.push_back(ofAxle(*fits[i].axle, AxleFit::Shear));
+            stretches.push_back(ofAxle(*fits[i].axle, AxleFit::Stretch));
+            skews.push_back(fits[i].skew);
+        }
+    }
+    constexpr std::size_t kFewest = 2;
+    return skews.size() < kFewest ? before : StationKnowledge{medianOf(shears), medianOf(stretches), medianOf(skews)};
+}
+
+} // namespace KxInspect::detail
