@@ -16,10 +16,9 @@ namespace {
 constexpr std::size_t kCornerCount = kFlankCount + 1;
 
 /// The points with the median of y over a window about each, which leaves straight parts as they are and removes
-/// outliers that are fewer than half of a window. The window is a hundredth of the points: a flank has some eight times
-/// as many.
-std::vector<ReadPoint> withoutSpikes(const std::vector<ReadPoint>& points) {
-    const std::size_t half = std::max<std::size_t>(2, points.size() / 200);
+/// outliers that are fewer than half of a window.
+/// @param half points on either side
+std::vector<ReadPoint> withoutSpikes(const std::vector<ReadPoint>& points, std::size_t half) {
     std::vector<ReadPoint> smooth = points;
     std::vector<double> window;
     for (std::size_t i = half; i + half < points.size(); ++i) {
@@ -194,25 +193,30 @@ FlankSearch searchFlanks(const std::vector<ReadPoint>& points, double depth) {
     // In y a valley lies at least its depth behind the line between its crests, wherever the sensor looks from.
     constexpr double kTolerance = 0.25; // of that
     constexpr std::size_t kMostLeftOut = 2; // a spike, or a step where a ridge hides another one, makes two corners
-    constexpr std::size_t kMostCandidates = 100;
+    constexpr std::size_t kMostCandidates = 100; // of one window
     FlankSearch search;
     if (points.size() < 2) {
         return search;
     }
-    const std::vector<ReadPoint> smooth = withoutSpikes(points);
-    std::vector<ReadPoint> corners;
-    for (const std::size_t corner : cornersOf(smooth, kTolerance * depth)) {
-        corners.push_back(smooth[corner]);
-    }
-    search.apexes = static_cast<int>(corners.size()) - 2;
-    for (std::size_t left = 0; left <= kMostLeftOut; ++left) {
-        chooseCorners(corners, left, [&](const Corners& nine) {
-            if (search.candidates.size() < kMostCandidates && mayBeRidges(nine, depth)) {
-                if (const auto lines = linesOf(points, nine)) {
-                    search.candidates.push_back(*lines);
+    // A flank has some eight hundredths of the points: a window of one keeps narrow ones, one of two and a half stands
+    // more outliers.
+    for (const std::size_t part : {200, 80}) {
+        const std::vector<ReadPoint> smooth = withoutSpikes(points, std::max<std::size_t>(2, points.size() / part));
+        std::vector<ReadPoint> corners;
+        for (const std::size_t corner : cornersOf(smooth, kTolerance * depth)) {
+            corners.push_back(smooth[corner]);
+        }
+        search.apexes = std::max(search.apexes, static_cast<int>(corners.size()) - 2);
+        const std::size_t most = search.candidates.size() + kMostCandidates;
+        for (std::size_t left = 0; left <= kMostLeftOut; ++left) {
+            chooseCorners(corners, left, [&](const Corners& nine) {
+                if (search.candidates.size() < most && mayBeRidges(nine, depth)) {
+                    if (const auto lines = linesOf(points, nine)) {
+                        search.candidates.push_back(*lines);
+                    }
                 }
-            }
-        });
+            });
+        }
     }
     return search;
 }

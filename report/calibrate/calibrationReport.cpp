@@ -176,6 +176,11 @@ void addFacts(Page& page, const CalibrationResult& result) {
           result.average.profiles == all ? Tone::Good : Tone::Bad},
          {QStringLiteral("Largest rms residual of a profile"), withUnit(worstRms, " mm"), Tone::Plain},
          {QStringLiteral("Largest standard deviation of an angle"), withUnit(worstAngle, "\u00b0"), Tone::Plain},
+         {QStringLiteral("Sensor"),
+          !result.side                           ? QStringLiteral("not known")
+          : *result.side == SensorSide::SmallerY ? QStringLiteral("at smaller y than the crests")
+                                                 : QStringLiteral("at larger y than the crests"),
+          Tone::Plain},
          {QStringLiteral("Outliers"), QString::number(outliers), Tone::Plain},
          flankFact(result)});
 }

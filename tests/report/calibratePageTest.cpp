@@ -23,6 +23,7 @@ SensorPose poseFrom(double first) {
 CalibrationResult result() {
     CalibrationResult r;
     r.task.placement = 2;
+    r.side = SensorSide::LargerY;
     r.task.object = {24.5, 1.125, -0.375, 118.0};
     r.profiles.resize(3);
     for (size_t i : {0, 2}) {
@@ -63,6 +64,7 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
     EXPECT_EQ(page.facts.at("Profiles with a pose"), (ReadCell{"2 of 3", "bad"}));
     EXPECT_EQ(page.facts.at("Largest rms residual of a profile"), (ReadCell{"0.034 mm", ""}));
     EXPECT_EQ(page.facts.at("Largest standard deviation of an angle"), (ReadCell{"0.053\u00b0", ""}));
+    EXPECT_EQ(page.facts.at("Sensor"), (ReadCell{"at larger y than the crests", ""}));
     EXPECT_EQ(page.facts.at("Outliers"), (ReadCell{"1", ""}));
     EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"1 of 8", "bad"}));
     EXPECT_EQ(page.warnings, (QStringList{"Warning: 'x' is damaged", "Warning: w1"}));
