@@ -20,7 +20,11 @@ bool printConicity(const std::string& wheel, const std::string& rail) {
         std::cout << (result.isCalculated() ? "no conicity at 3 mm" : result.reason) << '\n';
         return false;
     }
-    std::cout << "conicity at " << result.shownAmplitude << " mm: " << *result.shownConicity << '\n';
+    std::cout << "conicity at " << result.shownAmplitude << " mm: " << *result.shownConicity;
+    if (result.shownInterval.isKnown()) {
+        std::cout << ", 95 %: " << result.shownInterval.low << " to " << result.shownInterval.high;
+    }
+    std::cout << '\n';
     return true;
 }
 

@@ -4,11 +4,13 @@
 #include "CrossSection.h"
 #include "Error.h"
 #include "Export.h"
+#include "Interval.h"
 #include "Json.h"
 #include "Profile.h"
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +38,7 @@ inline constexpr std::array<double, 2> kWheelRadii = {10.0, 10000.0};
 inline constexpr std::array<double, 2> kAmplitudeCounts = {1.0, 100000.0};
 inline constexpr std::array<double, 2> kShownAmplitudes = {0.0, 100.0};
 inline constexpr std::array<double, 2> kEdgeMargins = {0.0, 1.0};
+inline constexpr std::array<double, 2> kSmoothingWindows = {0.0, 50.0};
 /// @}
 
 /// What the conicity is calculated from, lengths in mm.
@@ -54,6 +57,9 @@ struct ConicityInput {
     unsigned int amplitudes = 100; ///< about how many are calculated, from 1 mm on
     float edgeMargin = 0.001f; ///< distance from the turning points at which the integration ends
     float shownAmplitude = 3.0f; ///< the amplitude whose conicity is shown first
+    /// The length of the contour that is smoothed by one local parabola, half of it on each side of a point. 0: none.
+    /// Empty: as much as the noise of each profile asks for, none for profiles without noise.
+    std::optional<float> smoothing = {};
 };
 
 /// Where a wheel touches its rail, lengths in mm, in the coordinates of the placed profiles.
@@ -70,13 +76,29 @@ struct PlacedSection {
     std::string file = {}; ///< as in the input
     std::optional<int> dropped = {}; ///< points that were missing or hidden by others
     std::optional<bool> isCut = {}; ///< of rails: cut at the gauge depth; false: it does not reach down so far
+    /// The standard deviations of its points in x and in y, found from the points themselves; NaN when it was not looked for.
+    Point noise = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::quiet_NaN()};
+    /// The shortest and the longest window of its smoothing, mm; empty when it was not smoothed.
+    std::optional<std::array<float, 2>> windows = {};
+    /// (x, distance from the smoothed contour) of its points, positive below it or, where it is steep, outside; empty
+    /// when it was not smoothed. x is counted as in the file, outwards.
+    std::vector<Point> residuals = {};
     /// Points every 0.1 mm on the track, y up; each side has its own origin. As prepared where the profiles
     /// could not be placed.
     std::vector<Point> points = {};
 };
 
-/// The equivalent conicity, with everything that any output shows. `dropped`, `isCut`, `points` and contacts are empty
-/// in a result that was read from JSON without pictures.
+/// The conicity at one amplitude.
+struct ConicityRow {
+    float amplitude = 0.0f; ///< mm
+    std::optional<float> conicity = {}; ///< empty when the curve has none there, see reasonWithoutConicity()
+    Interval interval = {};
+    /// That of the profiles without smoothing and correction; empty where they have none.
+    std::optional<float> asMeasured = {};
+};
+
+/// The equivalent conicity, with everything that any output shows. `dropped`, `isCut`, `points`, `residuals` and contacts
+/// are empty in a result that was read from JSON without pictures.
 struct ConicityResult {
     PerWheelSetPart<PlacedSection> sections = {};
     /// @{ As in the input.
@@ -90,12 +112,17 @@ struct ConicityResult {
 
     /// Why there is no conicity, a sentence; empty when there is one.
     std::string reason = {};
-    /// (amplitude, conicity), mm and 1, ascending. NaN where the difference of radii is too rough for the method.
+    /// (amplitude, conicity), mm and 1, ascending, from 0.5 mm on. NaN where the difference of radii is too rough for the
+    /// method. The effect that noise has on average is taken off.
     std::vector<Point> conicity = {};
+    /// For each point of `conicity` where the conicity of the profiles without their noise is. Unknown where more than
+    /// a quarter of the resampled profiles have no conicity.
+    std::vector<Interval> intervals = {};
     /// The conicity at `shownAmplitude`; empty when the curve does not reach it or has no conicity there.
     std::optional<float> shownConicity = {};
-    /// (amplitude, conicity) at 1, 2, ... 10 mm, without amplitudes that the curve does not reach or that have none.
-    std::vector<Point> atWholeAmplitudes = {};
+    Interval shownInterval = {};
+    std::optional<float> shownAsMeasured = {}; ///< see ConicityRow
+    std::vector<ConicityRow> rows = {}; ///< at 0.5, 1, 2, 3, ... 10 mm
     /// (displacement, rolling radius of the second wheel minus that of the first), mm, ascending.
     std::vector<Point> deltaR = {};
     /// The contacts of each side in the order of the search: at the displacements 0, -0.1, -0.2, ..., then 0.1, 0.2,
@@ -120,6 +147,9 @@ KXINSPECT_EXPORT bool hasConicity(const Point& p);
 /// The conicity at an amplitude, linearly interpolated in the curve. Empty outside the curve and where it has no
 /// conicity.
 KXINSPECT_EXPORT std::optional<float> conicityAt(const ConicityResult& result, float amplitude);
+
+/// The interval of conicityAt(), unknown where there is none.
+KXINSPECT_EXPORT Interval intervalAt(const ConicityResult& result, float amplitude);
 
 /// Why conicityAt() is empty, a clause: "the curve ends at 7.82 mm". Empty where there is a conicity.
 KXINSPECT_EXPORT std::string reasonWithoutConicity(const ConicityResult& result, float amplitude);

@@ -121,6 +121,37 @@ Wheels countedFromFlangeBacks(const PerWheelSetPart<Profile>& sections, const Co
     return wheels;
 }
 
+/// The core's curve begins at 1 mm: the amplitudes before, from the same difference of radii.
+void prependSmallAmplitudes(ConicityResult& result) {
+    constexpr int kFirst = 5; // tenths of a millimetre
+    constexpr float kTenth = 0.1f;
+    if (result.conicity.empty()) {
+        return;
+    }
+    std::vector<float> deltaR;
+    std::size_t centre = 0;
+    for (const Point& p : result.deltaR) {
+        centre += p.x < -kTenth / 2.0f ? 1 : 0;
+        deltaR.push_back(p.y);
+    }
+    const Oscillation oscillation(deltaR, centre);
+    std::vector<Point> small;
+    for (int i = kFirst; static_cast<float>(i) * kTenth < result.conicity.front().x - kTenth / 2.0f; ++i) {
+        const float amplitude = static_cast<float>(i) * kTenth;
+        const auto value = oscillation.conicity(static_cast<double>(amplitude));
+        small.push_back({amplitude, value ? static_cast<float>(*value) : std::numeric_limits<float>::quiet_NaN()});
+    }
+    result.conicity.insert(result.conicity.begin(), small.begin(), small.end());
+}
+
+/// The conicity of a curve at an amplitude, as conicityAt().
+std::optional<float> conicityIn(const std::vector<Point>& curve, float amplitude) {
+    const Point p{amplitude, static_cast<float>(valueAt(curve, static_cast<double>(amplitude)))};
+    return hasConicity(p) ? std::optional(p.y) : std::nullopt;
+}
+
+constexpr float kLeastAmplitude = 0.5f; // mm
+
 } // namespace
 
 void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& input, ConicityResult& result) {
@@ -143,27 +174,60 @@ void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& in
     assign(conicity.points, result.conicity);
     dropValuesWithoutConicity(result.conicity);
     assign(deltaR.points, result.deltaR);
+    prependSmallAmplitudes(result);
     result.contacts1 = contactsOf(first, -1.0f);
     result.contacts2 = contactsOf(second, 1.0f);
     result.reason = reasonOf(result);
-    lookUpAmplitudes(result);
 }
 
-std::optional<float> conicityAt(const std::vector<Point>& curve, float amplitude) {
-    const Point p{amplitude, static_cast<float>(valueAt(curve, static_cast<double>(amplitude)))};
-    return hasConicity(p) ? std::optional(p.y) : std::nullopt;
-}
-
-void lookUpAmplitudes(ConicityResult& result) {
+void fillRows(ConicityResult& result, const std::vector<Point>& curveAsMeasured) {
     constexpr int kLast = 10;
-    result.shownConicity = conicityAt(result.conicity, result.shownAmplitude);
-    result.atWholeAmplitudes.clear();
+    const auto rowAt = [&](float amplitude) {
+        return ConicityRow{amplitude, conicityIn(result.conicity, amplitude), intervalAt(result, amplitude),
+                           conicityIn(curveAsMeasured, amplitude)};
+    };
+    const ConicityRow shown = rowAt(result.shownAmplitude);
+    result.shownConicity = shown.conicity;
+    result.shownInterval = shown.interval;
+    result.shownAsMeasured = shown.asMeasured;
+    result.rows = {rowAt(kLeastAmplitude)};
     for (int amplitude = 1; amplitude <= kLast; ++amplitude) {
-        const auto x = static_cast<float>(amplitude);
-        if (const auto value = conicityAt(result.conicity, x)) {
-            result.atWholeAmplitudes.push_back({x, *value});
-        }
+        result.rows.push_back(rowAt(static_cast<float>(amplitude)));
     }
 }
 
+Stand standOf(const ConicityResult& result, float gauge, float backToBack) {
+    const auto firstOf = [&](const Contact& contact, double outwards) {
+        const double beside = outwards * (static_cast<double>(contact.rail.x) - static_cast<double>(contact.wheel.x));
+        const double clearance = (static_cast<double>(gauge) - static_cast<double>(backToBack)) / 2.0;
+        return std::lround((clearance - beside) / kLateralStep);
+    };
+    Stand stand;
+    stand.first = {firstOf(result.contacts1.front(), -1.0), firstOf(result.contacts2.front(), 1.0)};
+    stand.radiusDifference = static_cast<double>(result.radius2) - static_cast<double>(result.radius1);
+    return stand;
+}
+
 } // namespace KxInspect::detail
+
+namespace KxInspect {
+
+std::optional<float> conicityAt(const ConicityResult& result, float amplitude) {
+    return detail::conicityIn(result.conicity, amplitude);
+}
+
+Interval intervalAt(const ConicityResult& result, float amplitude) {
+    if (!conicityAt(result, amplitude) || result.intervals.size() != result.conicity.size()) {
+        return {};
+    }
+    std::vector<Point> low;
+    std::vector<Point> high;
+    for (std::size_t i = 0; i < result.conicity.size(); ++i) {
+        low.push_back({result.conicity[i].x, result.intervals[i].low});
+        high.push_back({result.conicity[i].x, result.intervals[i].high});
+    }
+    const auto x = static_cast<double>(amplitude);
+    return {static_cast<float>(detail::valueAt(low, x)), static_cast<float>(detail::valueAt(high, x))};
+}
+
+} // namespace KxInspect

@@ -1,6 +1,8 @@
 // The calculation with prepared profiles.
 #pragma once
 
+#include "inspect/conicity/lateralSweep.h"
+
 #include <KxInspect/Conicity.h>
 
 namespace KxInspect::detail {
@@ -9,10 +11,10 @@ namespace KxInspect::detail {
 /// conicity its reason is set.
 void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& input, ConicityResult& result);
 
-/// The conicity of the curve at an amplitude, as conicityAt().
-std::optional<float> conicityAt(const std::vector<Point>& curve, float amplitude);
+/// Fills the rows of a result from its curve, `asMeasured` from that of the profiles as they were measured.
+void fillRows(ConicityResult& result, const std::vector<Point>& curveAsMeasured);
 
-/// Fills the fields that are interpolated in the curve of a result.
-void lookUpAmplitudes(ConicityResult& result);
+/// How the wheel-set of a result stood that has contacts.
+Stand standOf(const ConicityResult& result, float gauge, float backToBack);
 
 } // namespace KxInspect::detail

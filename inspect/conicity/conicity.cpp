@@ -2,6 +2,7 @@
 #include "inspect/base/ranges.h"
 #include "inspect/conicity/calculation.h"
 #include "inspect/conicity/preparation.h"
+#include "inspect/conicity/resampling.h"
 #include "inspect/conicity/warnings.h"
 #include "inspect/sections/sectionReader.h"
 
@@ -10,13 +11,16 @@
 
 #include <QtCore/QString>
 
+#include <algorithm>
 #include <cmath>
 
 namespace KxInspect {
 
 namespace {
 
-using Sections = PerWheelSetPart<Profile>;
+using Prepared = PerWheelSetPart<detail::PreparedSection>;
+
+constexpr WheelSetPart kParts[] = {Wheel1, Rail1, Wheel2, Rail2};
 
 void checkNumbers(const ConicityInput& input) {
     detail::checkRange("gauge", input.gauge, kTrackDistances);
@@ -30,10 +34,51 @@ void checkNumbers(const ConicityInput& input) {
     detail::checkRange("amplitudes", static_cast<float>(input.amplitudes), kAmplitudeCounts);
     detail::checkRange("edgeMargin", input.edgeMargin, kEdgeMargins);
     detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
+    detail::checkRange("smoothing", input.smoothing.value_or(0.0f), kSmoothingWindows);
 }
 
 void append(std::vector<std::string>& all, const std::vector<std::string>& more) {
     all.insert(all.end(), more.begin(), more.end());
+}
+
+PerWheelSetPart<Profile> surfacesOf(const Prepared& sections, Profile detail::PreparedSection::*surface) {
+    PerWheelSetPart<Profile> surfaces;
+    for (const WheelSetPart part : kParts) {
+        surfaces[part] = sections[part].*surface;
+    }
+    return surfaces;
+}
+
+/// Whether the profiles are taken as they are: none is smoothed or noisy.
+bool areTakenAsMeasured(const Prepared& sections) {
+    return std::none_of(sections.begin(), sections.end(), [](const detail::PreparedSection& section) {
+        return !section.windows.empty() || section.noise.isWorthSmoothing();
+    });
+}
+
+/// Takes the effect of noise off the curve, and says how far it may be off.
+void judgeNoise(const Prepared& sections, const ConicityInput& input, ConicityResult& result) {
+    if (!result.isCalculated() || result.contacts1.empty() || result.contacts2.empty()) {
+        return;
+    }
+    const detail::Stand stand = detail::standOf(result, input.gauge, input.backToBack);
+    const detail::NoiseEffect effect = detail::resample(sections, stand, input.gaugeDepth, result.conicity.back().x);
+    const bool isCorrected = !areTakenAsMeasured(sections);
+    for (Point& p : result.conicity) {
+        const float correction = effect.correction(p.x);
+        result.intervals.push_back(hasConicity(p) ? effect.interval(p.x, p.y * correction) : Interval());
+        p.y *= isCorrected && !std::isnan(correction) ? correction : 1.0f;
+    }
+}
+
+/// The curve of the profiles without smoothing and correction.
+std::vector<Point> curveAsMeasured(const Prepared& sections, const ConicityInput& input, const ConicityResult& result) {
+    if (areTakenAsMeasured(sections)) {
+        return result.conicity;
+    }
+    ConicityResult asMeasured;
+    detail::calculate(surfacesOf(sections, &detail::PreparedSection::unsmoothed), input, asMeasured);
+    return asMeasured.conicity;
 }
 
 } // namespace
@@ -52,20 +97,28 @@ ConicityResult measureConicity(const ConicityInput& input) {
     result.radius2 = input.radius2;
     result.edgeMargin = input.edgeMargin;
     result.shownAmplitude = input.shownAmplitude;
-    Sections sections;
-    for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
-        sections[part] = detail::readSection(input.sections[part], nameOf(part));
-        result.sections[part] = detail::prepare(sections[part], part, input, result.warnings);
+    Prepared sections;
+    for (const WheelSetPart part : kParts) {
+        const Profile measured = detail::readSection(input.sections[part], nameOf(part));
+        sections[part] = detail::prepare(measured, part, input, result.warnings);
+        result.sections[part] = sections[part].placed;
     }
-    append(result.warnings, detail::findContradictions(sections, input));
-    result.reason = detail::whyNoFit(sections, result);
+    const PerWheelSetPart<Profile> surfaces = surfacesOf(sections, &detail::PreparedSection::surface);
+    append(result.warnings, detail::findContradictions(surfaces, input));
+    result.reason = detail::whyNoFit(surfaces, result);
+    std::vector<Point> asMeasured;
     if (result.reason.empty()) {
-        detail::calculate(sections, input, result);
-        append(result.warnings, detail::findLimits(result));
+        detail::calculate(surfaces, input, result);
+        judgeNoise(sections, input, result);
+        asMeasured = curveAsMeasured(sections, input, result);
     } else {
-        for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
-            result.sections[part].points = sections[part].points;
+        for (const WheelSetPart part : kParts) {
+            result.sections[part].points = surfaces[part].points;
         }
+    }
+    detail::fillRows(result, asMeasured);
+    if (result.reason.empty()) {
+        append(result.warnings, detail::findLimits(result));
     }
     result.version = KxMath_GetVersionString();
     return result;
@@ -92,10 +145,6 @@ std::string reasonWithoutConicity(const ConicityResult& result, float amplitude)
         return place("the curve ends at ", result.conicity.back().x);
     }
     return "the difference of radii is too rough there for the method";
-}
-
-std::optional<float> conicityAt(const ConicityResult& result, float amplitude) {
-    return detail::conicityAt(result.conicity, amplitude);
 }
 
 } // namespace KxInspect

@@ -1,5 +1,8 @@
-// Preparing measured profiles for the calculation: which way they stand, where they begin, which side can touch.
+// Preparing measured profiles for the calculation: which way they stand, where they begin, how they are smoothed, which side can
+// touch.
 #pragma once
+
+#include "inspect/sections/contourNoise.h"
 
 #include <KxInspect/Conicity.h>
 
@@ -8,10 +11,20 @@
 
 namespace KxInspect::detail {
 
+/// A measured profile, ready for the calculation.
+struct PreparedSection {
+    PlacedSection placed = {}; ///< without `points`
+    std::vector<Point> contour = {}; ///< as measured: cleaned and turned, neither smoothed nor cut
+    ContourNoise noise = {};
+    std::vector<float> windows = {}; ///< for each point of the contour the length that was smoothed; empty: none
+    float flangeBack = 0.0f; ///< of wheels: where the running surface begins
+    Profile surface = {}; ///< the running surface of the smoothed contour
+    Profile unsmoothed = {}; ///< that of the contour itself
+};
+
 /// Prepares a profile, and appends what was assumed and what is doubtful to the warnings. Throws an Error when it
 /// shows no wheel or rail.
-/// @return its file name, the number of dropped points, and whether it was cut
-PlacedSection prepare(Profile& profile, WheelSetPart part, const ConicityInput& input,
-                      std::vector<std::string>& warnings);
+PreparedSection prepare(const Profile& profile, WheelSetPart part, const ConicityInput& input,
+                        std::vector<std::string>& warnings);
 
 } // namespace KxInspect::detail

@@ -1,5 +1,4 @@
 // The equivalent conicity as JSON.
-#include "inspect/conicity/calculation.h"
 #include "inspect/results/json.h"
 
 #include <KxInspect/Conicity.h>
@@ -32,6 +31,14 @@ QJsonObject reasonsOf(const ConicityResult& result) {
         reasons[QStringLiteral("shownConicity")] =
             QString::fromStdString(reasonWithoutConicity(result, result.shownAmplitude));
     }
+    if (result.shownConicity && !result.shownInterval.isKnown()) {
+        reasons[QStringLiteral("shownInterval")] =
+            QStringLiteral("more than a quarter of the resampled profiles have no conicity there");
+    }
+    if (result.shownConicity && !result.shownAsMeasured) {
+        reasons[QStringLiteral("shownAsMeasured")] =
+            QStringLiteral("the profiles without smoothing have no conicity there");
+    }
     if (curve.empty()) {
         reasons[QStringLiteral("conicity")] = QString::fromStdString(result.reason);
     } else if (const auto none =
@@ -63,6 +70,55 @@ std::vector<Point> readPairs(const JsonValue& value) {
     return points;
 }
 
+QJsonArray intervalsOf(const ConicityResult& result) {
+    QJsonArray list;
+    for (const Interval& interval : result.intervals) {
+        list.append(detail::jsonInterval(interval));
+    }
+    return list;
+}
+
+QJsonArray rowsOf(const ConicityResult& result) {
+    QJsonArray list;
+    for (const ConicityRow& row : result.rows) {
+        QJsonObject object = {{QStringLiteral("amplitude"), jsonNumber(row.amplitude)},
+                              {QStringLiteral("conicity"), jsonNumber(row.conicity)},
+                              {QStringLiteral("interval"), detail::jsonInterval(row.interval)},
+                              {QStringLiteral("asMeasured"), jsonNumber(row.asMeasured)}};
+        if (!row.conicity) {
+            object[QStringLiteral("reason")] = QString::fromStdString(reasonWithoutConicity(result, row.amplitude));
+        }
+        list.append(object);
+    }
+    return list;
+}
+
+std::vector<ConicityRow> readRows(const JsonValue& value) {
+    std::vector<ConicityRow> rows;
+    for (const JsonValue& row : value.list()) {
+        rows.push_back({row["amplitude"].number(), row["conicity"].numberIfPresent(), row["interval"].interval(),
+                        row["asMeasured"].numberIfPresent()});
+    }
+    return rows;
+}
+
+/// What was found about the noise of a profile, and how it was smoothed.
+QJsonObject noiseOf(const PlacedSection& section) {
+    const auto& windows = section.windows;
+    return {{QStringLiteral("x"), jsonNumber(section.noise.x)},
+            {QStringLiteral("y"), jsonNumber(section.noise.y)},
+            {QStringLiteral("smoothing"),
+             windows ? QJsonValue(QJsonArray{jsonNumber((*windows)[0]), jsonNumber((*windows)[1])}) : QJsonValue()}};
+}
+
+void readNoise(const JsonValue& value, PlacedSection& section) {
+    section.noise = {value["x"].number(), value["y"].number()};
+    if (!value["smoothing"].isNull()) {
+        const std::vector<float> windows = value["smoothing"].numbers(2);
+        section.windows = {windows[0], windows[1]};
+    }
+}
+
 /// A row of numbers for each contact.
 QJsonArray contactRows(const std::vector<Contact>& contacts) {
     QJsonArray rows;
@@ -90,7 +146,8 @@ QJsonObject picturesOf(const ConicityResult& result) {
         sections[QLatin1String(nameOf(part))] =
             QJsonObject{{QStringLiteral("dropped"), section.dropped ? QJsonValue(*section.dropped) : QJsonValue()},
                         {QStringLiteral("isCut"), section.isCut ? QJsonValue(*section.isCut) : QJsonValue()},
-                        {QStringLiteral("points"), detail::jsonPoints(section.points)}};
+                        {QStringLiteral("points"), detail::jsonPoints(section.points)},
+                        {QStringLiteral("residuals"), detail::jsonPoints(section.residuals)}};
     }
     return {{QStringLiteral("sections"), sections},
             {QStringLiteral("contacts1"), contactRows(result.contacts1)},
@@ -105,6 +162,7 @@ void readPictures(const JsonValue& pictures, ConicityResult& result) {
         section.dropped = read["dropped"].isNull() ? std::nullopt : std::optional(read["dropped"].wholeNumber());
         section.isCut = read["isCut"].isNull() ? std::nullopt : std::optional(read["isCut"].flag());
         section.points = read["points"].points();
+        section.residuals = read["residuals"].points();
     }
     result.contacts1 = readContacts(pictures["contacts1"]);
     result.contacts2 = readContacts(pictures["contacts2"]);
@@ -115,7 +173,9 @@ void readPictures(const JsonValue& pictures, ConicityResult& result) {
 
 std::string toJson(const ConicityResult& result, Pictures pictures) {
     QJsonObject files;
+    QJsonObject noise;
     for (const WheelSetPart part : kParts) {
+        noise[QLatin1String(nameOf(part))] = noiseOf(result.sections[part]);
         files[QLatin1String(nameOf(part))] = QString::fromStdString(result.sections[part].file);
     }
     QJsonObject root = {{QStringLiteral("profiles"), files},
@@ -126,7 +186,12 @@ std::string toJson(const ConicityResult& result, Pictures pictures) {
                         {QStringLiteral("edgeMargin"), jsonNumber(result.edgeMargin)},
                         {QStringLiteral("shownAmplitude"), jsonNumber(result.shownAmplitude)},
                         {QStringLiteral("shownConicity"), jsonNumber(result.shownConicity)},
+                        {QStringLiteral("shownInterval"), detail::jsonInterval(result.shownInterval)},
+                        {QStringLiteral("shownAsMeasured"), jsonNumber(result.shownAsMeasured)},
+                        {QStringLiteral("rows"), rowsOf(result)},
                         {QStringLiteral("conicity"), curveOf(result)},
+                        {QStringLiteral("intervals"), intervalsOf(result)},
+                        {QStringLiteral("noise"), noise},
                         {QStringLiteral("deltaR"), pairs(result.deltaR)},
                         {QStringLiteral("reasons"), reasonsOf(result)},
                         {QStringLiteral("warnings"), detail::jsonList(result.warnings)}};
@@ -144,6 +209,7 @@ ConicityResult conicityFromJson(const std::string& json) {
     ConicityResult result;
     for (const WheelSetPart part : kParts) {
         result.sections[part].file = root["profiles"][nameOf(part)].text();
+        readNoise(root["noise"][nameOf(part)], result.sections[part]);
     }
     result.gauge = root["gauge"].number();
     result.backToBack = root["backToBack"].number();
@@ -155,8 +221,13 @@ ConicityResult conicityFromJson(const std::string& json) {
     result.deltaR = readPairs(root["deltaR"]);
     result.warnings = root["warnings"].texts();
     result.reason = root.has("reason") ? root["reason"].text() : std::string();
-    detail::lookUpAmplitudes(result);
+    for (const JsonValue& interval : root["intervals"].list()) {
+        result.intervals.push_back(interval.interval());
+    }
+    result.rows = readRows(root["rows"]);
     result.shownConicity = root["shownConicity"].numberIfPresent();
+    result.shownInterval = root["shownInterval"].interval();
+    result.shownAsMeasured = root["shownAsMeasured"].numberIfPresent();
     if (root.has("pictures")) {
         readPictures(root["pictures"], result);
     }

@@ -94,16 +94,6 @@ std::vector<Point> outerSide(const std::vector<Point>& contour, const std::vecto
     return surface;
 }
 
-/// The number of points that are clearly behind a surface.
-int countHidden(const std::vector<Point>& points, const std::vector<Point>& surface, SectionKind kind) {
-    constexpr double kTolerance = 0.05; // mm; the surface is straight between its points
-    const auto isHidden = [&](const Point& p) {
-        const double depth = detail::valueAt(surface, static_cast<double>(p.x)) - static_cast<double>(p.y);
-        return (kind == SectionKind::Wheel ? depth : -depth) > kTolerance;
-    };
-    return static_cast<int>(std::count_if(points.begin(), points.end(), isHidden));
-}
-
 /// Where the line between two points reaches a height between theirs.
 float crossing(const Point& above, const Point& below, float level) {
     const float part = (level - above.y) / (below.y - above.y);
@@ -127,6 +117,23 @@ float gaugePoint(const std::vector<Point>& contour, float level) {
 }
 
 } // namespace
+
+float detail::gaugePointOf(const std::vector<Point>& rail, float depth) {
+    const auto top = std::min_element(rail.begin(), rail.end(), isHigher);
+    if (top == rail.end()) {
+        return std::numeric_limits<float>::quiet_NaN();
+    }
+    return depth > 0.0f ? gaugePoint(rail, top->y + depth) : std::min_element(rail.begin(), rail.end(), isLeft)->x;
+}
+
+int detail::countHidden(const std::vector<Point>& points, const std::vector<Point>& surface, SectionKind kind,
+                        float tolerance) {
+    const auto isHidden = [&](const Point& p) {
+        const double depth = valueAt(surface, static_cast<double>(p.x)) - static_cast<double>(p.y);
+        return (kind == SectionKind::Wheel ? depth : -depth) > static_cast<double>(tolerance); // NaN: false
+    };
+    return static_cast<int>(std::count_if(points.begin(), points.end(), isHidden));
+}
 
 std::vector<Point> detail::partFrom(const std::vector<Point>& contour, float x, SectionKind kind) {
     std::vector<Point> part;
@@ -196,7 +203,8 @@ std::optional<int> keepRunningSurface(Profile& section, SectionKind kind) {
         return 0;
     }
     std::vector<Point> surface = outerSide(points, places, kind);
-    const int hidden = countHidden(points, surface, kind);
+    constexpr float kTolerance = 0.05f; // mm; the surface is straight between its points
+    const int hidden = detail::countHidden(points, surface, kind, kTolerance);
     points = std::move(surface);
     return hidden;
 }

@@ -118,16 +118,28 @@ QString conicityPlot(const ConicityResult& result) {
     for (const Point& p : result.conicity) {
         curve.push_back(toPlot({p.x, hasConicity(p) ? p.y : kNaN})); // NaN interrupts the line
     }
+    Points low;
+    Points high;
+    for (std::size_t i = 0; i < std::min(result.intervals.size(), result.conicity.size()); ++i) {
+        low.push_back(toPlot({result.conicity[i].x, result.intervals[i].low}));
+        high.push_back(toPlot({result.conicity[i].x, std::min(result.intervals[i].high, 2.0f * result.conicity[i].y)}));
+    }
     Range x;
     Range y;
     x.include(0.0);
     y.include(0.0);
     includeX(x, curve);
     includeY(y, curve);
+    includeY(y, high);
     Plot plot(QStringLiteral("conicity"), QStringLiteral("Equivalent conicity over the amplitude"), 1080, 360,
               {QStringLiteral("amplitude, mm"), x.padded(0.02)},
               {QStringLiteral("equivalent conicity"), y.padded(0.06)});
+    const bool isUncertain = result.intervals.size() == result.conicity.size() && !result.conicity.empty();
     plot.addLine(curve, {kWheelColour, 2.0});
+    if (isUncertain) {
+        plot.addLine(low, {kWheelColour, 1.0, "4 3"}, QStringLiteral("95 % interval"));
+        plot.addLine(high, {kWheelColour, 1.0, "4 3"});
+    }
     if (result.shownConicity) {
         plot.addMark(toPlot({result.shownAmplitude, *result.shownConicity}), kContactColour, 5.0,
                      QStringLiteral("%1 at %2 mm")
@@ -138,10 +150,14 @@ QString conicityPlot(const ConicityResult& result) {
 
 void addTable(Page& page, const ConicityResult& result) {
     std::vector<std::vector<Cell>> rows;
-    for (const Point& p : wholeAmplitudes(result)) {
-        rows.push_back({{fixedText(p.x, 0)}, {fixedText(p.y, 4), std::isnan(p.y) ? Tone::Bad : Tone::Plain}});
+    for (const KxInspect::ConicityRow& row : reachedRows(result)) {
+        rows.push_back({{amplitudeText(row.amplitude)},
+                        {conicityText(row.conicity, row.interval), row.conicity ? Tone::Plain : Tone::Bad},
+                        {fixedText(row.asMeasured.value_or(kNaN), 4)}});
     }
-    page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity")}, rows);
+    page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity, 95 % interval"),
+                QStringLiteral("without smoothing")},
+               rows);
 }
 
 /// The names of the profiles' files, their parts of the wheel-set for profiles that have no file.
@@ -160,12 +176,13 @@ PerWheelSetPart<QString> sectionNames(const ConicityResult& result) {
 }
 
 void addFacts(Page& page, const ConicityResult& result) {
-    page.facts({{QStringLiteral("equivalent conicity at %1 mm").arg(fixedText(result.shownAmplitude, 1)),
-                 fixedText(result.shownConicity.value_or(kNaN), 3), result.shownConicity ? Tone::Plain : Tone::Bad},
-                {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
-                {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
-                {QStringLiteral("rolling radii, mm"),
-                 QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
+    page.facts(
+        {{QStringLiteral("equivalent conicity at %1 mm").arg(fixedText(result.shownAmplitude, 1)),
+          conicityText(result.shownConicity, result.shownInterval), result.shownConicity ? Tone::Plain : Tone::Bad},
+         {QStringLiteral("gauge, mm"), fixedText(result.gauge, 1)},
+         {QStringLiteral("back-to-back, mm"), fixedText(result.backToBack, 1)},
+         {QStringLiteral("rolling radii, mm"),
+          QStringLiteral("%1 / %2").arg(fixedText(result.radius1, 1), fixedText(result.radius2, 1))}});
 }
 
 void addConicity(Page& page, const ConicityResult& result) {
@@ -199,6 +216,52 @@ void addContact(Page& page, const ConicityResult& result) {
                          "about the displacement where the difference is 0.")}});
 }
 
+/// How far the points of a profile are off its smoothed contour.
+QString residualPlot(const ConicityResult& result, WheelSetPart part, const QString& name) {
+    const Points residuals = toPoints(result.sections[part].residuals);
+    Range x;
+    Range y;
+    y.include(0.0);
+    includeX(x, residuals);
+    includeY(y, residuals);
+    Plot plot(QStringLiteral("smoothing-") + QLatin1String(nameOf(part)),
+              QStringLiteral("Smoothing of ") + QLatin1String(nameOf(part)), 520, 220,
+              {QStringLiteral("x of %1, mm").arg(name), x.padded(0.03)},
+              {QStringLiteral("beside the contour, mm"), y.padded(0.06)});
+    plot.addLevel(0.0, {"#999999", 1.0});
+    plot.addDots(residuals, part % 2 == 0 ? kWheelColour : kRailColour, 2.5);
+    return plot.svg();
+}
+
+/// What the noise is, and what the smoothing did to the profiles.
+void addSmoothing(Page& page, const ConicityResult& result, const PerWheelSetPart<QString>& names) {
+    page.heading(QStringLiteral("Noise and smoothing"));
+    std::vector<std::vector<Cell>> rows;
+    std::vector<Figure> figures;
+    for (const WheelSetPart part : {KxInspect::Wheel1, KxInspect::Rail1, KxInspect::Wheel2, KxInspect::Rail2}) {
+        const KxInspect::PlacedSection& section = result.sections[part];
+        rows.push_back({{QLatin1String(nameOf(part))},
+                        {fixedText(section.noise.x, 4)},
+                        {fixedText(section.noise.y, 4)},
+                        {smoothingText(section)}});
+        if (!section.residuals.empty()) {
+            figures.push_back(
+                {residualPlot(result, part, names[part]),
+                 QStringLiteral("%1: its points beside the smoothed contour, positive below it or, where it is "
+                                "steep, outside. Points without a pattern are noise; a wave is a shape that "
+                                "was smoothed away.")
+                     .arg(names[part])});
+        }
+    }
+    page.table({QStringLiteral("profile"), QStringLiteral("noise in x, mm"), QStringLiteral("noise in y, mm"),
+                QStringLiteral("smoothing")},
+               rows);
+    for (std::size_t i = 0; i < figures.size(); i += 2) {
+        page.figures({figures.begin() + static_cast<std::ptrdiff_t>(i),
+                      figures.begin() + static_cast<std::ptrdiff_t>(std::min(i + 2, figures.size()))});
+    }
+}
+
 /// The profiles of a wheel-set without contacts.
 void addProfiles(Page& page, const ConicityResult& result) {
     page.heading(QStringLiteral("Profiles"));
@@ -211,16 +274,41 @@ void addProfiles(Page& page, const ConicityResult& result) {
 
 } // namespace
 
-std::vector<Point> wholeAmplitudes(const ConicityResult& result) {
-    constexpr int kLast = 10;
-    std::vector<Point> rows;
-    for (int i = 1; i <= kLast; ++i) {
-        const auto amplitude = static_cast<float>(i);
-        if (!result.conicity.empty() && amplitude <= result.conicity.back().x) {
-            rows.push_back({amplitude, conicityAt(result, amplitude).value_or(kNaN)});
+std::vector<KxInspect::ConicityRow> reachedRows(const ConicityResult& result) {
+    std::vector<KxInspect::ConicityRow> rows;
+    for (const KxInspect::ConicityRow& row : result.rows) {
+        if (!result.conicity.empty() && row.amplitude <= result.conicity.back().x) {
+            rows.push_back(row);
         }
     }
     return rows;
+}
+
+QString conicityText(const std::optional<float>& conicity, const KxInspect::Interval& interval) {
+    constexpr int kFewest = 2;
+    constexpr int kMost = 4;
+    int decimals = kMost;
+    if (const float half = (interval.high - interval.low) / 2.0f; half > 0.0f) { // two digits of it; NaN: false
+        decimals = std::clamp(static_cast<int>(std::floor(-std::log10(half))) + 1, kFewest, kMost);
+    }
+    if (interval.isKnown() && interval.high - interval.low < 1e-4f) {
+        return fixedText(conicity.value_or(kNaN), kMost) + QStringLiteral(" ± <0.0001");
+    }
+    return withInterval(conicity.value_or(kNaN), interval, decimals);
+}
+
+QString smoothingText(const KxInspect::PlacedSection& section) {
+    if (!section.windows) {
+        return QStringLiteral("not smoothed");
+    }
+    const auto [shortest, longest] = *section.windows;
+    const QString from = fixedText(shortest, 1);
+    const QString to = fixedText(longest, 1);
+    return QStringLiteral("smoothed over %1 mm").arg(from == to ? from : from + QStringLiteral(" to ") + to);
+}
+
+QString amplitudeText(float amplitude) {
+    return fixedText(amplitude, amplitude == std::round(amplitude) ? 0 : 1);
 }
 
 QString conicityReport(const ConicityResult& result) {
@@ -237,6 +325,7 @@ QString conicityReport(const ConicityResult& result) {
     }
     if (result.isCalculated()) {
         addConicity(page, result);
+        addSmoothing(page, result, names);
     }
     const auto hasPoints = [](const KxInspect::PlacedSection& section) { return !section.points.empty(); };
     if (!result.contacts1.empty()) {

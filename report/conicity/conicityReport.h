@@ -5,6 +5,7 @@
 
 #include <QtCore/QString>
 
+#include <optional>
 #include <vector>
 
 namespace kxreport {
@@ -14,7 +15,16 @@ namespace kxreport {
 /// the profiles.
 QString conicityReport(const KxInspect::ConicityResult& result);
 
-/// The rows of the table: (amplitude, conicity) at 1, 2, ... 10 mm as far as the curve goes, NaN without a conicity.
-std::vector<KxInspect::Point> wholeAmplitudes(const KxInspect::ConicityResult& result);
+/// The rows of the table, as far as the curve goes.
+std::vector<KxInspect::ConicityRow> reachedRows(const KxInspect::ConicityResult& result);
+
+/// A conicity with its interval in the digits that this allows: "0.16 (0.14 to 0.19)"; a dash without one.
+QString conicityText(const std::optional<float>& conicity, const KxInspect::Interval& interval);
+
+/// What was smoothed: "smoothed over 1.5 to 7.7 mm", or "not smoothed".
+QString smoothingText(const KxInspect::PlacedSection& section);
+
+/// "0.5", "3"
+QString amplitudeText(float amplitude);
 
 } // namespace kxreport

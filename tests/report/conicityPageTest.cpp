@@ -32,7 +32,15 @@ ConicityResult result() {
     r.shownAmplitude = 2.5f;
     r.shownConicity = 0.21875f;
     r.conicity = {{0.5f, 0.125f}, {1.0f, 0.15625f}, {1.5f, kNaN}, {2.0f, 0.1875f}, {3.0f, 0.25f}};
-    r.atWholeAmplitudes = {{1.0f, 0.15625f}, {2.0f, 0.1875f}, {3.0f, 0.25f}};
+    r.shownInterval = {0.1875f, 0.2578125f};
+    r.intervals = {{0.0625f, 0.25f}, {0.125f, 0.1875f}, {}, {0.125f, 0.25f}, {0.25f, 0.25f}};
+    r.rows = {{0.5f, 0.125f, {0.0625f, 0.25f}, 0.09375f},
+              {1.0f, 0.15625f, {0.125f, 0.1875f}, {}},
+              {3.0f, {}, {}, 0.25f},
+              {4.0f, 0.25f, {}, 0.25f}};
+    r.sections[Rail1].noise = {0.0625f, 0.03125f};
+    r.sections[Rail1].windows = {1.5f, 7.75f};
+    r.sections[Rail1].residuals = {{-3.0f, 0.0625f}, {2.0f, -0.125f}};
     r.deltaR = {{-4.0f, -1.0f}, {0.0f, 0.25f}, {5.0f, 2.5f}};
     r.contacts1 = {{0.0f, 0.1f, {33, 3}, {34, 4}, 0.0f}, {-0.5f, 0.1f, {35, 5}, {36, 6}, 1.5f}};
     r.contacts2 = {{0.0f, 0.2f, {43, 13}, {44, 14}, 0.0f}, {0.75f, 0.2f, {45, 15}, {46, 16}, -2.5f}};
@@ -46,19 +54,25 @@ TEST(ConicityPage, ShowsWhatTheJsonSays) {
     const ReadPage page = readPage(kxreport::conicityReport(result()));
     EXPECT_EQ(page.subtitle, "Wheels w1.csv and w2.csv on rails r1.csv and rail2");
     const std::map<QString, ReadCell> facts = {
-        {"equivalent conicity at " + text(json["shownAmplitude"], 1) + " mm", {text(json["shownConicity"], 3), ""}},
+        {"equivalent conicity at " + text(json["shownAmplitude"], 1) + " mm", {"0.22 (0.19 to 0.26)", ""}},
         {"gauge, mm", {text(json["gauge"], 1), ""}},
         {"back-to-back, mm", {text(json["backToBack"], 1), ""}},
         {"rolling radii, mm", {text(json["radius1"], 1) + " / " + text(json["radius2"], 1), ""}}};
     EXPECT_EQ(page.facts, facts);
     EXPECT_EQ(page.warnings, QStringList("Warning: w & w"));
     const ReadTable& table = page.tables.at(0);
-    ASSERT_EQ(table.rows.size(), 3u);
-    for (size_t row = 0; row < 3; ++row) { // amplitudes 1, 2 and 3 are at these places of the curve
-        const QJsonValue point = json["conicity"][std::array{1, 3, 4}[row]];
-        EXPECT_EQ(table.at(row, "amplitude, mm").text, text(point[0], 0));
-        EXPECT_EQ(table.at(row, "equivalent conicity").text, text(point[1], 4));
+    ASSERT_EQ(table.rows.size(), 3u) << "as far as the curve goes";
+    const char* const values[][3] = {
+        {"0.5", "0.13 (0.06 to 0.25)", "0.0938"}, {"1", "0.16 ± 0.03", "-"}, {"3", "-", "0.2500"}};
+    for (size_t row = 0; row < 3; ++row) {
+        EXPECT_EQ(table.at(row, "amplitude, mm").text, values[row][0]);
+        EXPECT_EQ(table.at(row, "equivalent conicity, 95 % interval").text, QString::fromUtf8(values[row][1]));
+        EXPECT_EQ(table.at(row, "without smoothing").text, values[row][2]);
     }
+    const ReadTable& noise = page.tables.at(1);
+    EXPECT_EQ(noise.at(1, "noise in y, mm").text, text(json["noise"]["rail1"]["y"], 4));
+    EXPECT_EQ(noise.at(1, "smoothing").text, "smoothed over 1.5 to 7.8 mm");
+    EXPECT_EQ(noise.at(2, "smoothing").text, "not smoothed");
     EXPECT_EQ(page.paragraphs.last(), "Edge margin 0.0625 mm, KxMath 7.8.9.");
     EXPECT_EQ(json["edgeMargin"].toDouble(), 0.0625);
 }
@@ -104,7 +118,7 @@ TEST(ConicityPage, ShowsNoMarkWithoutAConicity) {
     r.shownConicity.reset();
     const ReadPage page = readPage(kxreport::conicityReport(r));
     EXPECT_EQ(page.facts.at("equivalent conicity at 2.5 mm").text, "-");
-    EXPECT_EQ(page.plot("Equivalent conicity over the amplitude").items.size(), 1u);
+    EXPECT_EQ(page.plot("Equivalent conicity over the amplitude").items.size(), 3u) << "curve and interval";
 }
 
 } // namespace

@@ -20,13 +20,21 @@ TEST(ConicityJson, ComesBackWithoutPictures) {
     result.edgeMargin = 0.001f;
     result.shownAmplitude = 2.5f;
     result.shownConicity = 0.171f;
+    result.shownInterval = {0.15f, 0.19f};
+    result.shownAsMeasured = 0.157f;
+    result.rows = {{2.0f, 0.17f, {0.16f, 0.2f}, {}}};
+    result.intervals = {{0.08f, 0.12f}, {}, {}};
+    result.sections[Wheel1].noise = {0.01f, 0.02f};
+    result.sections[Rail1].windows = {1.5f, 7.7f};
     result.conicity = {{1.0f, 0.1f}, {2.0f, std::nanf("")}, {3.0f, 0.0f}};
     result.deltaR = {{-0.1f, -0.02f}, {0.2f, 0.05f}};
     result.warnings = {"one", "two"};
     const ConicityResult read = conicityFromJson(toJson(result));
     EXPECT_EQ(toJson(read), toJson(result));
-    ASSERT_EQ(read.atWholeAmplitudes.size(), 1u);
-    EXPECT_EQ(read.atWholeAmplitudes[0], (Point{1.0f, 0.1f}));
+    ASSERT_EQ(read.rows.size(), 1u);
+    EXPECT_EQ(read.rows[0].interval, result.rows[0].interval);
+    EXPECT_EQ(read.shownAsMeasured, 0.157f);
+    EXPECT_EQ(read.sections[Rail1].windows, result.sections[Rail1].windows);
     EXPECT_TRUE(read.isCalculated());
     EXPECT_EQ(read.sections[Wheel1].dropped, std::nullopt);
 }

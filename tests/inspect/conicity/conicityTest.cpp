@@ -34,16 +34,22 @@ TEST(Conicity, OfConesIsTheMeanOfTheirSlopes) {
     ASSERT_TRUE(result.isCalculated()) << result.reason;
     EXPECT_TRUE(result.warnings.empty()) << result.warnings.front();
     EXPECT_NEAR(centreOf(result), 0.0f, 0.05f);
-    ASSERT_EQ(result.atWholeAmplitudes.size(), 10u);
-    for (std::size_t i = 0; i < 7; ++i) { // up to the flanges
-        const Point p = result.atWholeAmplitudes[i];
-        EXPECT_EQ(p.x, static_cast<float>(i + 1));
-        EXPECT_NEAR(p.y, kSlopes / 2.0f, 0.009f * kSlopes / 2.0f) << p.x << ": the error of the edge margin is smaller";
+    ASSERT_EQ(result.rows.size(), 11u);
+    for (std::size_t i = 0; i < 8; ++i) { // up to the flanges
+        const ConicityRow& row = result.rows[i];
+        EXPECT_EQ(row.amplitude, i == 0 ? 0.5f : static_cast<float>(i));
+        EXPECT_NEAR(row.conicity.value_or(0.0f), kSlopes / 2.0f, 0.009f * kSlopes / 2.0f)
+            << row.amplitude << ": the error of the edge margin is smaller";
+        EXPECT_TRUE(row.interval.holds(*row.conicity));
+        EXPECT_LT(row.interval.high - row.interval.low, 0.02f * kSlopes) << "exact points";
+        EXPECT_EQ(row.asMeasured, row.conicity);
     }
-    EXPECT_EQ(result.atWholeAmplitudes[2].y, result.shownConicity);
+    EXPECT_EQ(result.rows[3].conicity, result.shownConicity);
+    EXPECT_EQ(result.rows[3].interval, result.shownInterval);
     EXPECT_EQ(conicityAt(result, 3.0f), result.shownConicity);
     EXPECT_FALSE(conicityAt(result, result.conicity.back().x + 0.5f));
-    EXPECT_FALSE(conicityAt(result, 0.5f));
+    EXPECT_FALSE(conicityAt(result, 0.4f));
+    EXPECT_FALSE(result.sections[Rail2].windows) << "nothing to smooth";
 
     // A cone touches a round rail where that has its slope, whatever the displacement.
     ASSERT_EQ(result.contacts1.size(), result.contacts2.size());
@@ -126,7 +132,7 @@ TEST(Conicity, WithoutAResultSaysWhy) {
     const ConicityResult result = measureConicity(input);
     EXPECT_FALSE(result.isCalculated());
     EXPECT_EQ(result.reason, "no conicity can be calculated from these profiles");
-    EXPECT_TRUE(result.conicity.empty() && result.atWholeAmplitudes.empty());
+    EXPECT_TRUE(result.conicity.empty() && !result.rows.at(3).conicity);
     EXPECT_EQ(result.shownConicity, std::nullopt);
     ASSERT_FALSE(result.warnings.empty());
     EXPECT_EQ(result.warnings.front(),
@@ -158,7 +164,7 @@ TEST(Conicity, NothingIsInterpolatedToAnAmplitudeWithoutOne) {
     }
     EXPECT_GT(missing, 0u);
     EXPECT_EQ(toJson(conicityFromJson(toJson(result))), toJson(result));
-    EXPECT_EQ(reasonWithoutConicity(result, 0.5f), "the curve begins at 1.00 mm");
+    EXPECT_EQ(reasonWithoutConicity(result, 0.4f), "the curve begins at 0.50 mm");
 }
 
 TEST(Conicity, RefusesInputThatCannotBeUsed) {

@@ -85,6 +85,10 @@ ConicityOptions::ConicityOptions()
     add("amplitudes", "Approximate number of amplitudes, which start at 1 mm.", "count", "100");
     add("edge-margin", "Distance from the turning points at which the integration stops, mm.", "mm", "0.001");
     add("amplitude", "The amplitude whose conicity is printed first, mm.", "mm", "3");
+    add("smooth",
+        "Smooth the profiles by local parabolas over so many mm of their contour; 0: not at all. Default: as much as "
+        "the noise of each profile asks for, none for profiles without noise.",
+        "mm");
     add("up", "Profiles whose y points up: wheels, rails, wheel1, ..., separated by commas.", "list");
     add("mirror", "Profiles whose x points inwards, in the same form.", "list");
     add("flange-back",
@@ -94,7 +98,7 @@ ConicityOptions::ConicityOptions()
     add("as-is", "Profiles that stand as said above, whatever their shape shows, in the same form.", "list");
     addTextOptions(*this);
     add("json", "Write the results as JSON; - is the standard output.", "file");
-    add("csv", "Write the curve as CSV (amplitude,conicity); - is the standard output.", "file");
+    add("csv", "Write the curve as CSV (amplitude,conicity,low,high); - is the standard output.", "file");
     add("report", "Write a report with plots, one HTML file.", "file");
     FailOn::declare(*this, kVerdicts);
 }
@@ -125,6 +129,7 @@ ConicityInput ConicityOptions::input() const {
     input.shownAmplitude = numberIn("amplitude", KxInspect::kShownAmplitudes);
     input.flangeBack1 = numberIfSet("flange-back", {KxInspect::kFlangeBacks[0], KxInspect::kFlangeBacks[1]});
     input.flangeBack2 = input.flangeBack1;
+    input.smoothing = numberIfSet("smooth", {KxInspect::kSmoothingWindows[0], KxInspect::kSmoothingWindows[1]});
     readParts(*this, "as-is", input, &Orientation::isUp, false);
     readParts(*this, "as-is", input, &Orientation::isMirrored, false);
     readParts(*this, "up", input, &Orientation::isUp, true);

@@ -1,0 +1,215 @@
+// How noise of the profiles changes the conicity, by resampling.
+#include "inspect/conicity/resampling.h"
+
+#include "inspect/fitting/lookUp.h"
+#include "inspect/fitting/normalNumbers.h"
+#include "inspect/sections/contourSmoothing.h"
+#include "inspect/sections/runningSurface.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace KxInspect::detail {
+
+namespace {
+
+constexpr int kTrials = 200;
+constexpr int kTrialsWithoutNoise = 20;
+
+using Points = std::vector<Point>;
+
+Points sumOf(const Points& a, const Points& b) {
+    Points sum = a;
+    for (std::size_t i = 0; i < sum.size(); ++i) {
+        sum[i] = {sum[i].x + b[i].x, sum[i].y + b[i].y};
+    }
+    return sum;
+}
+
+/// The profile as it would have been without noise, as far as the smoothest contour tells that the noise allows; and what was
+/// done with it, once more with noise that is drawn.
+class Contour {
+public:
+    Contour(const PreparedSection& section, SectionKind kind, float gaugeDepth, std::uint64_t seed)
+        : section_(section), kind_(kind), gaugeDepth_(gaugeDepth), numbers_(seed) {
+        const Points& points = section.contour;
+        const bool isSmoothed = !section.windows.empty();
+        places_ = placesAlong(points, kGap, isSmoothed ? PointPlaces::Tenth : PointPlaces::All);
+        const std::vector<float> windows = parabolaWindows(points, section.noise);
+        const ContourSmoothing atPoints(points, windows, placesOfPoints(points));
+        Points toPilot;
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            const Point& normal = atPoints.normal(i);
+            const float noise = section.noise.across(normal);
+            noises_.push_back({noise * normal.x, noise * normal.y});
+            toPilot.push_back({atPoints.contour()[i].x - points[i].x, atPoints.contour()[i].y - points[i].y});
+        }
+        if (!section.noise.isNegligible()) {
+            pilotSmoothing_.emplace(points, windows, places_);
+        }
+        if (isSmoothed) {
+            smoothing_.emplace(points, section.windows, places_);
+        }
+        pilot_ = pilotSmoothing_ ? pilotSmoothing_->contour() : atPlaces(points);
+        repeated_ = smoothing_ ? sumOf(smoothing_->contour(), smoothing_->displaced(toPilot)) : pilot_;
+        draw();
+    }
+
+    /// Draws the noise of the next trial.
+    void draw() {
+        Points noise;
+        for (const Point& deviation : noises_) {
+            const float drawn = numbers_.next();
+            noise.push_back({drawn * deviation.x, drawn * deviation.y});
+        }
+        result_ = std::move(next_);
+        pilotResult_ = std::move(nextPilot_);
+        next_ = smoothing_ ? smoothing_->displaced(noise) : atPlaces(noise);
+        nextPilot_ = pilotSmoothing_ ? pilotSmoothing_->displaced(noise) : atPlaces(noise);
+    }
+
+    std::vector<float> pilot() const { return surfaceOf(pilot_); } ///< free of noise
+    std::vector<float> trial() const { return surfaceOf(sumOf(repeated_, result_)); } ///< as it was measured
+    std::vector<float> pilotOfTrial() const { return surfaceOf(sumOf(pilot_, pilotResult_)); }
+    /// As it would be measured if that pilot were the profile.
+    std::vector<float> trialOfPilot() const { return surfaceOf(sumOf(sumOf(repeated_, next_), pilotResult_)); }
+
+private:
+    static constexpr float kGap = 2.0f; // mm; wider gaps are straight
+
+    std::vector<float> surfaceOf(const Points& contour) const {
+        const float from = kind_ == SectionKind::Wheel ? section_.flangeBack : gaugePointOf(contour, gaugeDepth_);
+        return sampledSurface(contour, kind_, static_cast<double>(from));
+    }
+
+    /// Values of the points at the places.
+    Points atPlaces(const Points& values) const {
+        Points result;
+        for (const ContourPlace& place : places_) {
+            const Point& a = values[place.point];
+            const Point& b = values[std::min(place.point + 1, values.size() - 1)];
+            result.push_back({a.x + place.share * (b.x - a.x), a.y + place.share * (b.y - a.y)});
+        }
+        return result;
+    }
+
+    const PreparedSection& section_;
+    SectionKind kind_;
+    float gaugeDepth_;
+    NormalNumbers numbers_;
+    Points noises_ = {}; ///< of the points, across the contour
+    std::vector<ContourPlace> places_ = {};
+    std::optional<ContourSmoothing> pilotSmoothing_ = {};
+    std::optional<ContourSmoothing> smoothing_ = {};
+    Points pilot_ = {}; ///< the smoothest contour
+    Points repeated_ = {}; ///< that one, smoothed as the points were
+    Points result_ = {}, pilotResult_ = {}; ///< what the noise of the trial does to the contour and to its pilot
+    Points next_ = {}, nextPilot_ = {}; ///< likewise that of the next trial
+};
+
+/// Logarithms of conicities at the amplitudes, NaN where there is none.
+using Curve = std::vector<double>;
+
+/// Sums of what was seen at one amplitude.
+struct Statistics {
+    int count = 0;
+    double trial = 0.0, trialSquare = 0.0;
+    double corrected = 0.0, correctedSquare = 0.0;
+
+    void add(double trialValue, double correctedValue) {
+        if (std::isfinite(trialValue) && std::isfinite(correctedValue)) {
+            ++count;
+            trial += trialValue;
+            trialSquare += trialValue * trialValue;
+            corrected += correctedValue;
+            correctedSquare += correctedValue * correctedValue;
+        }
+    }
+
+    static double variance(double sum, double squares, int count) {
+        return std::max((squares - sum * sum / count) / (count - 1), 0.0);
+    }
+};
+
+} // namespace
+
+NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth,
+                     float last) {
+    constexpr float kStep = 0.5f;
+    NoiseEffect effect;
+    for (int i = 1; static_cast<float>(i) * kStep <= last + kStep; ++i) {
+        effect.values.push_back({static_cast<float>(i) * kStep});
+    }
+    std::vector<Contour> contours;
+    for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
+        contours.emplace_back(sections[part], isWheel(part) ? SectionKind::Wheel : SectionKind::Rail, gaugeDepth,
+                              part + 1);
+    }
+    const auto curveOf = [&](std::vector<float> (Contour::*surface)() const) {
+        const PerWheelSetPart<std::vector<float>> surfaces = {(contours[0].*surface)(), (contours[1].*surface)(),
+                                                              (contours[2].*surface)(), (contours[3].*surface)()};
+        const Oscillation oscillation = sweep(surfaces, stand);
+        Curve curve;
+        for (const NoiseEffect::Value& value : effect.values) {
+            const auto conicity = oscillation.conicity(static_cast<double>(value.amplitude));
+            curve.push_back(conicity ? std::log(*conicity) : std::numeric_limits<double>::quiet_NaN());
+        }
+        return curve;
+    };
+    const bool isNoisy = std::any_of(sections.begin(), sections.end(),
+                                     [](const PreparedSection& section) { return !section.noise.isNegligible(); });
+    const int trials = isNoisy ? kTrials : kTrialsWithoutNoise;
+    const Curve pilot = curveOf(&Contour::pilot);
+    std::vector<Statistics> statistics(effect.values.size());
+    for (int i = 0; i < trials; ++i) {
+        for (Contour& contour : contours) {
+            contour.draw();
+        }
+        const Curve trial = curveOf(&Contour::trial);
+        const Curve pilotOfTrial = curveOf(&Contour::pilotOfTrial);
+        const Curve trialOfPilot = curveOf(&Contour::trialOfPilot);
+        for (std::size_t k = 0; k < statistics.size(); ++k) {
+            statistics[k].add(trial[k], trial[k] + pilotOfTrial[k] - trialOfPilot[k]);
+        }
+    }
+    for (std::size_t k = 0; k < statistics.size(); ++k) {
+        const int kLeast = trials * 3 / 4;
+        constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+        const Statistics& s = statistics[k];
+        NoiseEffect::Value& value = effect.values[k];
+        if (s.count < kLeast || !std::isfinite(pilot[k])) {
+            value.logCorrection = value.deviation = kNaN;
+            continue;
+        }
+        const double variance = Statistics::variance(s.trial, s.trialSquare, s.count);
+        // That of the corrected value, and of the noise with which the second draw corrects it.
+        const double both = Statistics::variance(s.corrected, s.correctedSquare, s.count);
+        value.logCorrection = static_cast<float>(pilot[k] - s.trial / s.count);
+        value.deviation = static_cast<float>(std::sqrt(std::max(both - variance, variance)));
+    }
+    return effect;
+}
+
+float NoiseEffect::correction(float amplitude) const {
+    std::vector<Point> curve;
+    for (const Value& value : values) {
+        curve.push_back({value.amplitude, value.logCorrection});
+    }
+    return std::exp(static_cast<float>(valueAt(curve, static_cast<double>(amplitude))));
+}
+
+Interval NoiseEffect::interval(float amplitude, float conicity) const {
+    // 1.96 for a normal distribution with a known deviation. That of 200 trials is known to 5 to 10 %, and the tails are wider
+    // where contacts jump: tools/tables/conicityIntervals found 2.2.
+    constexpr float kDeviations = 2.2f;
+    std::vector<Point> curve;
+    for (const Value& value : values) {
+        curve.push_back({value.amplitude, value.deviation});
+    }
+    const float factor = std::exp(kDeviations * static_cast<float>(valueAt(curve, static_cast<double>(amplitude))));
+    return {conicity / factor, conicity * factor};
+}
+
+} // namespace KxInspect::detail
