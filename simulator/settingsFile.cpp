@@ -91,6 +91,7 @@ void writeSettings(const QString& fileName, const Parameters& p, DefectBand band
     const Section general = {
         {"minProfsInWheel", QByteArray::number(std::max(1, profiles))},
         {"calibrLines2", QByteArray::number(p.backToBack, 'g', 9)},
+        {"baseUncertainty", "0"}, // lines and base distance are those of the simulated station
         {"use", "1"},
         {"polynomDegree", "20"},
         // On treads 0.2 mm is four times the default noise, and finds features of 0.5 mm that are 2 mm wide.

@@ -126,6 +126,18 @@ struct WheelPair {
     float deviation = std::numeric_limits<float>::quiet_NaN(); ///< from the nominal distance, mm; NaN likewise
     std::optional<bool> inTolerance; ///< absent without a distance
     std::string reason; ///< why there is no distance; empty when there is one
+    /// Of the distance: noise of the profiles of both wheels, and PassResult::baseUncertainty where that is known.
+    Interval interval = {};
+    /// Why the distance has no interval; empty when it has one, or when there is no distance.
+    std::string intervalReason = {};
+    /// Where both back faces are measured: a place along the track behind the axle, mm; 0: below the axle. NaN without a
+    /// distance, and when each side is measured where its chosen profile is.
+    float chord = std::numeric_limits<float>::quiet_NaN();
+    /// How far the wheelset stands askew, mrad; positive when the wheel that SENSOR2 sees is ahead, where z rises. NaN:
+    /// see `yawReason`.
+    float yaw = std::numeric_limits<float>::quiet_NaN();
+    Interval yawInterval = {};
+    std::string yawReason = {}; ///< why the yaw is not known; empty when it is
 
     bool isComplete() const { return wheels[0] && wheels[1]; }
 };
@@ -140,6 +152,11 @@ struct WheelPicture {
     std::vector<double> heights; ///< of `half` above the reference line, mm along y
     std::optional<Line> fit; ///< absent with fewer than two points
     float offset = std::numeric_limits<float>::quiet_NaN(); ///< of the fit from the reference line, mm; NaN without fit
+    /// Offset of the back face behind the reference line, mm, over the place of the profile behind the axle; in mm along
+    /// the pass where its records have a rising z, else in records.
+    std::vector<Point> faces;
+    bool hasPlaces = false; ///< these places are mm
+    std::optional<Line> faceLine; ///< through them; absent when they give none
     std::optional<Line> low; ///< the low line, in the mode that has one
     std::vector<Point> deviations; ///< of the worst profile from its curve, over x; empty when defects were not judged
 };
@@ -179,6 +196,9 @@ struct KXINSPECT_EXPORT PassResult {
     std::string folder; ///< where wheel files were left; empty for nowhere
     std::vector<PassSide> sides; ///< two of them
     float baseDistance = 0.0f; ///< mm
+    /// Half of the 95 % interval of the base distance, mm; absent when the settings do not give it: the intervals of
+    /// distances then lack it.
+    std::optional<float> baseUncertainty;
     float nominal = 0.0f; ///< distance, mm
     float tolerance = 0.0f; ///< mm to both sides, the limit itself included
     std::optional<DefectLimits> defectLimits; ///< set when defects were looked for

@@ -70,6 +70,8 @@ struct SensorSettings {
 struct StationSettings {
     std::string file; ///< where they were read from, as the caller named it; empty when they were filled in
     std::optional<float> baseDistance; ///< between the reference lines of facing sensors, mm; key calibrLines2
+    /// The base distance is known within so many mm to both sides, with a probability of 95 %; key baseUncertainty.
+    std::optional<float> baseUncertainty;
     int minProfilesInWheel = 5; ///< shorter runs of wheel profiles are no wheel; key minProfsInWheel
     std::vector<SensorSettings> sensors; ///< by their number
     std::vector<SettingFault> faults; ///< of the keys of all sensors

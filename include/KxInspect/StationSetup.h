@@ -79,6 +79,9 @@ struct KXINSPECT_EXPORT StationFit {
     std::string fault; ///< why there are no settings, a sentence without its full stop; empty when there are
     std::vector<FittedSensor> sensors; ///< two
     float baseDistance = std::numeric_limits<float>::quiet_NaN();
+    /// The base distance is known within so many mm to both sides, with a probability of 95 %: from the residuals. NaN with
+    /// one distance, which has no residual.
+    float baseUncertainty = std::numeric_limits<float>::quiet_NaN();
     int minProfilesInWheel = 0;
     double maxResidual = 0.0; ///< as given
     std::vector<FittedPair> pairs;

@@ -96,7 +96,9 @@ std::optional<RobustLine> fitRobustLine(const std::vector<Sample>& samples) {
         residuals.push_back(s.value - line.at(s.place));
         squares += residuals.back() * residuals.back();
     }
+    constexpr double kRounding = 1e-9; // mm; what is left of samples that are exactly in line
     line.scatter = std::sqrt(squares / line.freedom() * alike(residuals, squares));
+    line.scatter = line.scatter > kRounding ? line.scatter : 0.0;
     return line;
 }
 

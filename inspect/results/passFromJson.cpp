@@ -141,6 +141,12 @@ void readPair(const JsonValue& value, PassResult& result) {
         pair.inTolerance = value["inTolerance"].flag();
     }
     pair.reason = value["reason"].textOrNull();
+    pair.interval = value["interval"].interval();
+    pair.intervalReason = value["intervalReason"].textOrNull();
+    pair.chord = value["chord"].number();
+    pair.yaw = value["yaw"].number();
+    pair.yawInterval = value["yawInterval"].interval();
+    pair.yawReason = value["yawReason"].textOrNull();
     result.pairs.push_back(pair);
 }
 
@@ -155,6 +161,9 @@ WheelPicture readWheelPicture(const JsonValue& value, std::size_t sides) {
     value["heights"].ofSize(wheel.half.size());
     wheel.fit = readLine(value["fit"]);
     wheel.offset = value["offset"].number();
+    wheel.faces = value["faces"].points();
+    wheel.hasPlaces = value["hasPlaces"].flag();
+    wheel.faceLine = readLine(value["faceLine"]);
     wheel.low = readLine(value["low"]);
     wheel.deviations = value["deviations"].points();
     return wheel;
@@ -197,6 +206,9 @@ PassResult passFromJson(const std::string& json) {
         result.sides.push_back(readSide(side));
     }
     result.baseDistance = document["baseDistance"].number();
+    if (!document["baseUncertainty"].isNull()) {
+        result.baseUncertainty = document["baseUncertainty"].number();
+    }
     result.nominal = document["nominal"].number();
     result.tolerance = document["tolerance"].number();
     result.defectLimits = readLimits(document["defectLimits"]);

@@ -131,6 +131,12 @@ QJsonObject pairObject(const PassResult& result, std::size_t index) {
             {QStringLiteral("sides"), sides},
             {QStringLiteral("distance"), jsonNumber(pair.distance)},
             {QStringLiteral("deviation"), jsonNumber(pair.deviation)},
+            {QStringLiteral("interval"), jsonInterval(pair.interval)},
+            {QStringLiteral("intervalReason"), reasonValue(pair.intervalReason)},
+            {QStringLiteral("chord"), jsonNumber(pair.chord)},
+            {QStringLiteral("yaw"), jsonNumber(pair.yaw)},
+            {QStringLiteral("yawInterval"), jsonInterval(pair.yawInterval)},
+            {QStringLiteral("yawReason"), reasonValue(pair.yawReason)},
             {QStringLiteral("reason"), reasonValue(pair.reason)},
             {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
 }
@@ -150,6 +156,9 @@ QJsonObject pictureObject(const PairPicture& picture) {
                                   {QStringLiteral("heights"), jsonList(wheel.heights)},
                                   {QStringLiteral("fit"), lineValue(wheel.fit)},
                                   {QStringLiteral("offset"), jsonNumber(wheel.offset)},
+                                  {QStringLiteral("faces"), jsonPoints(wheel.faces)},
+                                  {QStringLiteral("hasPlaces"), wheel.hasPlaces},
+                                  {QStringLiteral("faceLine"), lineValue(wheel.faceLine)},
                                   {QStringLiteral("low"), lineValue(wheel.low)},
                                   {QStringLiteral("deviations"), jsonPoints(wheel.deviations)}});
     }
@@ -189,6 +198,8 @@ std::string toJson(const PassResult& result, Pictures pictures) {
         {QStringLiteral("folder"), result.folder.empty() ? QJsonValue() : QJsonValue(text(result.folder))},
         {QStringLiteral("recordings"), listOf(result.sides, sideObject)},
         {QStringLiteral("baseDistance"), jsonNumber(result.baseDistance)},
+        {QStringLiteral("baseUncertainty"),
+         result.baseUncertainty ? jsonNumber(*result.baseUncertainty) : QJsonValue()},
         {QStringLiteral("nominal"), jsonNumber(result.nominal)},
         {QStringLiteral("tolerance"), jsonNumber(result.tolerance)},
         {QStringLiteral("distances"), result.distances()},

@@ -63,7 +63,7 @@ QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& sectio
         } else if (isInside && std::any_of(all.begin(), all.end(), isKey(key))) {
             const auto value = std::find_if(values.begin(), values.end(), isKey(key));
             if (value != values.end()) {
-                merged.append(key + '=' + value->text + lineEnd);
+                merged.append((value->isUnknown ? ';' + key + '=' : key + '=' + value->text) + lineEnd);
                 sectionEnd = merged.size();
                 values.erase(value);
             }
@@ -74,6 +74,7 @@ QList<QByteArray> merge(const QList<QByteArray>& lines, const QByteArray& sectio
             sectionEnd = merged.size();
         }
     }
+    values.removeIf([](const IniValue& value) { return value.isUnknown; });
     if (!values.isEmpty() && sectionEnd < 0) {
         if (!merged.isEmpty()) {
             merged.append(lineEnd);
@@ -92,7 +93,11 @@ bool differsOnlyIn(const Values& values, const QMap<QString, QVariant>& before, 
     QMap<QString, QVariant> expected = before;
     for (const IniValue& value : values) {
         const QByteArray key = value.section == kGeneral ? value.key : value.section + '/' + value.key;
-        expected[QString::fromLatin1(key)] = QString::fromLatin1(value.text);
+        if (value.isUnknown) {
+            expected.remove(QString::fromLatin1(key));
+        } else {
+            expected[QString::fromLatin1(key)] = QString::fromLatin1(value.text);
+        }
     }
     return expected == after;
 }

@@ -16,6 +16,7 @@ struct IniValue {
     QByteArray section;
     QByteArray key;
     QByteArray text;
+    bool isUnknown = false; ///< the key becomes a placeholder where it is in the text; it is not added
 };
 
 /// All keys of the text of an INI file, as QSettings reads them. Throws an Error as withValues() does.

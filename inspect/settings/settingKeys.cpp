@@ -39,6 +39,8 @@ std::vector<SettingKey> makeKeys() {
     std::vector<SettingKey> keys = {
         {"calibrLines2", kGlobal, kReal, "base distance between the reference lines", "mm", kNone, 100, 10000, kAlways,
          kStation},
+        {"baseUncertainty", kGlobal, kReal, "how far the base distance may be off, to both sides, with 95 %", "mm",
+         kNone, 0, 100, kNever, kStation},
         {"minProfsInWheel", kGlobal, kWhole, "shorter runs of wheel profiles are no wheel", "profiles", minProfiles, 0,
          kMostProfiles, kNever, kStation},
         {"SN", kPerSensor, kWhole, "serial number; 0 ends the list of sensors", "", kNone, 0,

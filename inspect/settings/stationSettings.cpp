@@ -58,6 +58,7 @@ StationSettings readStationSettings(const std::string& path) {
     StationSettings settings;
     settings.file = path;
     settings.baseDistance = file.number(QStringLiteral("calibrLines2"), Need::Required);
+    settings.baseUncertainty = file.number(QStringLiteral("baseUncertainty"), Need::Optional);
     settings.minProfilesInWheel =
         file.wholeNumber(QStringLiteral("minProfsInWheel"), Need::Optional).value_or(settings.minProfilesInWheel);
     forEachSensor(file, [&](int number, int serial) { settings.sensors.push_back(readSensor(file, number, serial)); });

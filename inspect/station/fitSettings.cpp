@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace KxInspect {
 
@@ -92,6 +93,9 @@ std::string withFit(const std::string& text, const StationFit& fit, SettingsKind
     Values values;
     if (kind == SettingsKind::Station) {
         values.append({"General", "calibrLines2", textOf(fit.baseDistance)});
+        // One that an earlier fit left would be wrong.
+        const bool isKnown = std::isfinite(fit.baseUncertainty);
+        values.append({"General", "baseUncertainty", isKnown ? textOf(fit.baseUncertainty) : QByteArray(), !isKnown});
         values.append({"General", "minProfsInWheel", QByteArray::number(fit.minProfilesInWheel)});
     }
     const std::vector<int> numbers = numbersOf(text, fit, file);

@@ -2,6 +2,7 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/fitting/median.h"
+#include "inspect/fitting/studentT.h"
 #include "inspect/settings/settingKeys.h"
 #include "inspect/station/stationSide.h"
 #include "inspect/station/treadLines.h"
@@ -155,6 +156,9 @@ QString findAll(StationSide& side, const Progress& progress) {
 StationSettings settingsFrom(const StationFit& fit) {
     StationSettings settings;
     settings.baseDistance = fit.baseDistance;
+    if (std::isfinite(fit.baseUncertainty)) {
+        settings.baseUncertainty = fit.baseUncertainty;
+    }
     settings.minProfilesInWheel = fit.minProfilesInWheel;
     for (const FittedSensor& sensor : fit.sensors) {
         settings.sensors.push_back(
@@ -191,6 +195,16 @@ QString measurePairs(const std::vector<KnownPass>& passes, StationFit& fit, cons
     return {};
 }
 
+/// Half of the 95 % interval of a mean; NaN for one value.
+double uncertaintyOfMean(const std::vector<double>& values, double mean) {
+    double squares = 0.0;
+    for (const double value : values) {
+        squares += (value - mean) * (value - mean);
+    }
+    const auto count = static_cast<double>(values.size());
+    return studentT(count - 1.0) * std::sqrt(squares / (count - 1.0) / count);
+}
+
 /// Moves the base distance so that the residuals have the mean 0; when one of them is too large, so that they have the
 /// median 0, since a wrong one moves the mean. @return the fault
 QString fitBase(StationFit& fit) {
@@ -212,6 +226,7 @@ QString fitBase(StationFit& fit) {
     const double before = static_cast<double>(fit.baseDistance);
     fit.baseDistance = static_cast<float>(before + base);
     const double moved = static_cast<double>(fit.baseDistance) - before;
+    fit.baseUncertainty = static_cast<float>(uncertaintyOfMean(differences, mean));
     QStringList off;
     for (FittedPair& pair : fit.pairs) {
         pair.measured += moved;

@@ -33,9 +33,10 @@ bool belongsTo(const SettingKey& key, SettingsKind kind) {
 /// "; meaning: MIN to MAX UNIT; default or need"
 QString explanation(const SettingKey& key) {
     const QString unit = key.unit.empty() ? QString() : QLatin1Char(' ') + QString::fromStdString(key.unit);
-    const QString value =
-        key.byDefault ? QStringLiteral("default %1").arg(numberText(*key.byDefault))
-                      : (key.needed == "mode 3" ? QStringLiteral("needed in mode 3") : QStringLiteral("needed"));
+    const QString value = key.byDefault ? QStringLiteral("default %1").arg(numberText(*key.byDefault))
+                                        : (key.needed == "mode 3" ? QStringLiteral("needed in mode 3")
+                                           : key.needed.empty()   ? QStringLiteral("may be left out")
+                                                                  : QStringLiteral("needed"));
     return QStringLiteral("; %1: %2%3 to %4%5; %6\n")
         .arg(QString::fromStdString(key.meaning), key.isWhole ? QStringLiteral("whole, ") : QString(),
              numberText(key.min), numberText(key.max), unit, value);

@@ -2,11 +2,13 @@
 #include "inspect/base/paths.h"
 #include "inspect/train/measuredSide.h"
 #include "inspect/train/noDistance.h"
+#include "inspect/train/pairDistance.h"
 #include "inspect/train/passWarnings.h"
 #include "inspect/train/pictures.h"
 #include "inspect/train/treadDefects.h"
 #include "inspect/train/treadPart.h"
 #include "inspect/train/wheelFiles.h"
+#include "inspect/train/wheelPairs.h"
 #include "inspect/train/wheelRoundness.h"
 
 #include <KxInspect/KxMathTypes.h>
@@ -82,23 +84,35 @@ std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& o
             writeWheelFiles(folder.text(), input.name, input.sensor, found);
         }
         std::vector<ChosenProfile> chosen;
-        std::vector<BackFace> faces;
+        std::vector<WheelStand> stands;
         for (const FoundWheel& wheel : found.wheels()) {
             chosen.push_back(chooseProfile(wheel, input.detection.level));
-            faces.push_back(findBackFace(wheel.profiles, {wheel.places.begin(), wheel.places.end()},
-                                         input.detection.level, input.reference));
+            stands.push_back(findStand(wheel, found.hasPlaces(), input.detection.level, input.reference));
         }
-        sides.push_back({std::move(input), std::move(found), std::move(chosen), std::move(faces)});
+        sides.push_back({std::move(input), std::move(found), std::move(chosen), std::move(stands)});
     }
     return sides;
 }
 
-WheelPair measurePair(const PairedWheels& wheels, const std::vector<MeasuredSide>& sides, const PassResult& result) {
+WheelPair measurePair(const PairedWheels& paired, const std::string& doubt, const std::vector<MeasuredSide>& sides,
+                      const PassResult& result) {
     WheelPair pair;
+    const auto& wheels = paired.wheels;
     pair.wheels = wheels;
-    if (pair.isComplete()) {
+    if (paired.isDoubtful) {
+        pair.reason = pair.yawReason = doubt;
+        return pair;
+    }
+    std::array<PairSide, 2> stands;
+    for (std::size_t side = 0; side < stands.size(); ++side) {
+        stands[side] = {wheels[side] ? &sides[side].stands[*wheels[side]] : nullptr, sides[side].input.sensor};
+    }
+    measureYaw(stands, pair);
+    if (pair.isComplete() &&
+        !measureDistance(stands, static_cast<double>(result.baseDistance), result.baseUncertainty, pair)) {
         pair.distance = distanceOf(sides[0].chosen[*wheels[0]], sides[1].chosen[*wheels[1]], sides[0].input.reference,
                                    sides[1].input.reference, result.baseDistance);
+        pair.intervalReason = std::isnan(pair.distance) ? "" : "too few profiles show both back faces";
     }
     if (std::isnan(pair.distance)) {
         pair.reason = whyNoDistance(result, pair);
@@ -126,8 +140,8 @@ void judgeShapes(const DefectLimits& limits, const MeasuredSide& measured,
     std::vector<WheelView> views;
     for (std::size_t i = 0; i < treads.size() && measured.found.hasPlaces(); ++i) {
         const FoundWheel& found = measured.found.wheels()[i];
-        views.push_back({found.profiles, treads[i], found.places, measured.input.reference,
-                         askewOf(fitFaceLine(measured.faces[i])), measured.faces[i].lean, measured.input.plane});
+        views.push_back({found.profiles, treads[i], found.places, measured.input.reference, measured.stands[i].askew,
+                         measured.stands[i].face.lean, measured.input.plane});
     }
     std::vector<RoundnessVerdict> shapes = judgeRoundness(views, limits);
     for (std::size_t i = 0; i < side.wheels.size(); ++i) {
@@ -182,6 +196,7 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     result.settings = shown(settings.file);
     result.folder = shown(options.wheelFolder);
     result.baseDistance = inputs.baseDistance;
+    result.baseUncertainty = settings.baseUncertainty;
     result.nominal = options.nominal.value_or(inputs.baseDistance);
     result.tolerance = options.tolerance;
     result.warnings = settings.warnings;
@@ -194,8 +209,9 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
         warnOfLines(side, result);
     }
     report(progress, "measuring distances", {}, 0.0);
-    for (const PairedWheels& wheels : pairWheels(sides, result)) {
-        result.pairs.push_back(measurePair(wheels, sides, result));
+    const Pairing pairing = pairWheels(sides, result);
+    for (const PairedWheels& paired : pairing.pairs) {
+        result.pairs.push_back(measurePair(paired, pairing.doubt, sides, result));
     }
     if (options.defects) {
         judgeTreadsOfPass(options, sides, result, progress);

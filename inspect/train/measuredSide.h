@@ -1,10 +1,10 @@
 // One side of a pass between detection and result.
 #pragma once
 
-#include "inspect/train/backFace.h"
 #include "inspect/train/passInputs.h"
 #include "inspect/train/wheelCollector.h"
 #include "inspect/train/wheelDistance.h"
+#include "inspect/train/wheelStand.h"
 
 #include <vector>
 
@@ -15,7 +15,7 @@ struct MeasuredSide {
     SideInput input;
     WheelCollector found;
     std::vector<ChosenProfile> chosen;
-    std::vector<BackFace> faces = {};
+    std::vector<WheelStand> stands = {};
 };
 
 } // namespace KxInspect::detail

@@ -18,17 +18,6 @@ void warn(PassResult& result, const QString& text) {
     result.warnings.push_back(text.toStdString());
 }
 
-/// The middles of the wheels along the pass, as positions where `hasPlaces`, else as record numbers.
-std::vector<double> placesOf(const std::vector<FoundWheel>& wheels, bool hasPlaces) {
-    std::vector<double> places;
-    for (const FoundWheel& wheel : wheels) {
-        const double first = hasPlaces ? static_cast<double>(wheel.places.front()) : wheel.firstRecord;
-        const double last = hasPlaces ? static_cast<double>(wheel.places.back()) : wheel.lastRecord();
-        places.push_back((first + last) / 2);
-    }
-    return places;
-}
-
 QString lineText(const KxMath::KxLine& line) {
     return QStringLiteral("y = %1 x %2 %3")
         .arg(QString::number(static_cast<double>(line.k)), line.b < 0.0f ? QStringLiteral("-") : QStringLiteral("+"),
@@ -137,27 +126,6 @@ void warnOfTreadLines(const PassSide& side, const CutOut& cutOut, PassResult& re
 void warnOfLines(const MeasuredSide& side, PassResult& result) {
     warnOfLevel(side, result);
     warnOfReference(side, result);
-}
-
-std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, PassResult& result) {
-    const WheelCollector& first = sides[0].found;
-    const WheelCollector& second = sides[1].found;
-    const bool hasPlaces = first.hasPlaces() && second.hasPlaces();
-    std::vector<PairedWheels> byPlace =
-        pairByPlace(placesOf(first.wheels(), hasPlaces), placesOf(second.wheels(), hasPlaces));
-    if (first.wheels().size() != second.wheels().size()) {
-        warn(result, QStringLiteral("the recordings hold different numbers of wheels, %1 and %2: wheels were paired by "
-                                    "their place along the pass, those without partner have no distance")
-                         .arg(first.wheels().size())
-                         .arg(second.wheels().size()));
-        return byPlace;
-    }
-    std::vector<PairedWheels> byNumber = pairByNumber(first.wheels().size(), second.wheels().size());
-    if (byPlace != byNumber) {
-        warn(result, QStringLiteral("wheels were paired by number, but their places along the pass do not match: check "
-                                    "whether the sensors missed different wheels"));
-    }
-    return byNumber;
 }
 
 namespace {

@@ -2,15 +2,11 @@
 #pragma once
 
 #include "inspect/train/measuredSide.h"
-#include "inspect/train/pairing.h"
 #include "inspect/train/treadDefects.h"
 
 #include <KxInspect/PassResult.h>
 
 namespace KxInspect::detail {
-
-/// Pairs the wheels of both sides, by number where there are as many on both. Warns in `result` where that is in doubt.
-std::vector<PairedWheels> pairWheels(const std::vector<MeasuredSide>& sides, PassResult& result);
 
 /// Takes over the warnings of the settings of the judgement, where those of the station have not said the same.
 void warnOfDefectSettings(const DefectSettings& settings, PassResult& result);

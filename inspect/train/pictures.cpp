@@ -44,6 +44,17 @@ void addFit(const FoundWheel& wheel, const ChosenProfile& chosen, const KxMath::
     }
 }
 
+void addFaces(const WheelStand& stand, WheelPicture& picture) {
+    picture.hasPlaces = stand.hasPlaces;
+    for (const FaceOffset& face : stand.face.offsets) {
+        picture.faces.push_back({static_cast<float>(face.place - stand.axle.place), static_cast<float>(face.offset)});
+    }
+    if (stand.line) {
+        picture.faceLine =
+            Line{static_cast<float>(stand.line->slope), static_cast<float>(stand.line->at(stand.axle.place))};
+    }
+}
+
 } // namespace
 
 PairPicture pairPicture(const PassResult& result, int number, const std::vector<MeasuredSide>& sides) {
@@ -58,6 +69,7 @@ PairPicture pairPicture(const PassResult& result, int number, const std::vector<
         WheelPicture wheel;
         wheel.side = side;
         addProfiles(measured.found.wheels()[index], wheel);
+        addFaces(measured.stands[index], wheel);
         if (measured.chosen[index].number > 0) {
             addFit(measured.found.wheels()[index], measured.chosen[index], measured.input.reference, wheel);
         }

@@ -34,7 +34,9 @@ void addFacts(const StationFit& fit, Page& page) {
                  fit.hasSettings() ? Tone::Good : Tone::Bad},
                 {QStringLiteral("Known distances"), QString::number(fit.known())},
                 {QStringLiteral("Base distance"),
-                 hasPairs ? withUnit(static_cast<double>(fit.baseDistance), 3) : QStringLiteral("\u2013")},
+                 hasPairs ? withInterval(fit.baseDistance, Interval::around(fit.baseDistance, fit.baseUncertainty), 3) +
+                                QStringLiteral(" mm")
+                          : QStringLiteral("\u2013")},
                 {QStringLiteral("Residuals, rms"), hasPairs ? withUnit(fit.rms(), 3) : QStringLiteral("\u2013")},
                 {QStringLiteral("Largest residual"), hasPairs ? withUnit(fit.largest(), 3) : QStringLiteral("\u2013"),
                  !hasPairs ? Tone::Plain

@@ -10,6 +10,9 @@ using namespace KxInspect;
 
 namespace {
 
+constexpr int kDecimals = 3; // of lengths in mm
+constexpr int kYawDecimals = 3; // of mrad
+
 /// A column of one side, with `missing` where that sensor did not see the wheel.
 template <typename Value>
 PairColumn wheelColumn(size_t side, const char* key, const char* title, Value value, const PairValue& missing = {}) {
@@ -66,11 +69,36 @@ std::vector<PairColumn> makeColumns() {
         add("points", "points", [](const PassWheel& wheel) { return wheel.points; });
     }
     columns.push_back({QStringLiteral("distance"), QStringLiteral("distance"),
-                       [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].distance; }});
+                       [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].distance; },
+                       [](const PassResult& pass, size_t index) {
+                           const WheelPair& pair = pass.pairs[index];
+                           return withInterval(pair.distance, pair.interval, kDecimals);
+                       }});
     columns.push_back({QStringLiteral("deviation"), QStringLiteral("deviation"),
                        [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].deviation; }});
     columns.push_back({QStringLiteral("verdict"), QStringLiteral("verdict"), verdict});
+    columns.push_back({QStringLiteral("yaw"), QStringLiteral("yaw"),
+                       [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].yaw; },
+                       [](const PassResult& pass, size_t index) {
+                           const WheelPair& pair = pass.pairs[index];
+                           return withInterval(pair.yaw, pair.yawInterval, kYawDecimals);
+                       }});
+    columns.push_back({QStringLiteral("chord"), QStringLiteral("chord"),
+                       [](const PassResult& pass, size_t index) -> PairValue { return pass.pairs[index].chord; },
+                       [](const PassResult& pass, size_t index) { return fixedText(pass.pairs[index].chord, 0); }});
     return columns;
+}
+
+std::vector<PairColumn> makeIntervalColumns() {
+    const auto column = [](const char* key, auto member) {
+        return PairColumn{
+            QLatin1String(key), QLatin1String(key),
+            [member](const PassResult& pass, size_t index) -> PairValue { return member(pass.pairs[index]); }};
+    };
+    return {column("distance_low", [](const WheelPair& pair) { return pair.interval.low; }),
+            column("distance_high", [](const WheelPair& pair) { return pair.interval.high; }),
+            column("yaw_low", [](const WheelPair& pair) { return pair.yawInterval.low; }),
+            column("yaw_high", [](const WheelPair& pair) { return pair.yawInterval.high; })};
 }
 
 std::vector<PairColumn> makeDefectColumns() {
@@ -140,6 +168,11 @@ const std::vector<PairColumn>& pairColumns() {
     return columns;
 }
 
+const std::vector<PairColumn>& intervalColumns() {
+    static const std::vector<PairColumn> columns = makeIntervalColumns();
+    return columns;
+}
+
 const std::vector<PairColumn>& defectColumns() {
     static const std::vector<PairColumn> columns = makeDefectColumns();
     return columns;
@@ -159,6 +192,14 @@ std::vector<PairColumn> reasonColumns(const PassResult& pass) {
              }});
     };
     add(QStringLiteral("distance_reason"), PassQuestion::Distance, 0);
+    const auto addText = [&](const char* key, auto reason) {
+        columns.push_back(
+            {QLatin1String(key), QStringLiteral("reason"), [reason](const PassResult& of, size_t index) -> PairValue {
+                 return QString::fromStdString(of.pairs[index].*reason);
+             }});
+    };
+    addText("interval_reason", &WheelPair::intervalReason);
+    addText("yaw_reason", &WheelPair::yawReason);
     for (size_t side = 0; side < pass.sides.size() && pass.defectLimits; ++side) {
         add(QStringLiteral("tread_reason_%1").arg(side + 1), PassQuestion::Tread, side);
         add(QStringLiteral("roundness_reason_%1").arg(side + 1), PassQuestion::Roundness, side);
@@ -167,12 +208,15 @@ std::vector<PairColumn> reasonColumns(const PassResult& pass) {
 }
 
 QString textForPeople(const PairValue& value) {
-    constexpr int kDecimals = 3;
     if (std::holds_alternative<NotJudged>(value)) {
         return QStringLiteral("not judged");
     }
     const QString text = textOf(value, [](float mm) { return fixedText(mm, kDecimals); });
     return text.isEmpty() ? QStringLiteral("-") : text;
+}
+
+QString textForPeople(const PairColumn& column, const PassResult& pass, size_t index) {
+    return column.text ? column.text(pass, index) : textForPeople(column.value(pass, index));
 }
 
 QString textForPrograms(const PairValue& value) {

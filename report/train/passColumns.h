@@ -22,10 +22,18 @@ struct PairColumn {
     QString key; ///< in the CSV header
     QString title; ///< for people
     std::function<PairValue(const KxInspect::PassResult& pass, size_t index)> value;
+    /// What people read instead: a value with its interval, for example. Empty: the value.
+    std::function<QString(const KxInspect::PassResult& pass, size_t index)> text = {};
 };
 
 /// The columns of the distances.
 const std::vector<PairColumn>& pairColumns();
+
+/// More of them for tables of programs: the ends of intervals.
+const std::vector<PairColumn>& intervalColumns();
+
+/// What people read in a column.
+QString textForPeople(const PairColumn& column, const KxInspect::PassResult& pass, size_t index);
 
 /// The columns of the defects, for passes in which they were looked for.
 const std::vector<PairColumn>& defectColumns();

@@ -6,6 +6,7 @@
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
 #include "report/train/defectPlots.h"
+#include "report/train/distanceNotes.h"
 #include "report/train/noWheels.h"
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
@@ -172,7 +173,7 @@ void addDistances(const PassResult& pass, Page& page) {
         std::vector<Cell> row;
         for (const PairColumn& column : pairColumns()) {
             const bool isJudged = column.key == QLatin1String("verdict") || column.key == QLatin1String("distance");
-            row.push_back({textForPeople(column.value(pass, i)), isJudged ? toneOf(pass.pairs[i]) : Tone::Plain});
+            row.push_back({textForPeople(column, pass, i), isJudged ? toneOf(pass.pairs[i]) : Tone::Plain});
         }
         rows.push_back(row);
     }
@@ -180,6 +181,9 @@ void addDistances(const PassResult& pass, Page& page) {
     page.paragraph(QStringLiteral("For each side: the wheel's number, its profiles, its first and last record, the "
                                   "chosen profile (the one with the most points below the level line) and the number "
                                   "of these points. Distance and deviation from the nominal distance in mm."));
+    for (const QString& note : distanceNotes(pass)) {
+        page.paragraph(note);
+    }
     addCount(pass, PassQuestion::Distance, page);
 }
 

@@ -39,10 +39,6 @@ std::vector<Unjudged> unjudged(const PassResult& pass, PassQuestion question) {
     return all;
 }
 
-QString pairsText(const std::vector<int>& numbers) {
-    return (numbers.size() == 1 ? QStringLiteral("pair ") : QStringLiteral("pairs ")) + runsText(numbers);
-}
-
 } // namespace
 
 QString countText(const PassResult& pass, PassQuestion question) {
@@ -98,6 +94,10 @@ void addCount(const PassResult& pass, PassQuestion question, Page& page) {
 
 QString toleranceText(const PassResult& pass) {
     return QStringLiteral("%1 mm, %2 mm to both sides").arg(shortestText(pass.nominal), shortestText(pass.tolerance));
+}
+
+QString pairsText(const std::vector<int>& ascending) {
+    return (ascending.size() == 1 ? QStringLiteral("pair ") : QStringLiteral("pairs ")) + runsText(ascending);
 }
 
 QString runsText(const std::vector<int>& ascending) {

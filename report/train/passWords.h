@@ -31,6 +31,9 @@ void addCount(const KxInspect::PassResult& pass, KxInspect::PassQuestion questio
 /// Numbers as runs: "1-12 62". Empty for none.
 QString runsText(const std::vector<int>& ascending);
 
+/// "pair 3" or "pairs 1-12 62".
+QString pairsText(const std::vector<int>& ascending);
+
 /// When a wheel is defective; for passes in which defects were looked for, as the next one.
 QString defectLimitsText(const KxInspect::PassResult& pass);
 

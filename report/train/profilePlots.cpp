@@ -5,6 +5,7 @@
 #include "report/elements/plot.h"
 #include "report/elements/plotPoints.h"
 #include "report/elements/svg.h"
+#include "report/train/facePlots.h"
 #include "report/train/shownWheel.h"
 
 #include <cmath>
@@ -110,31 +111,38 @@ QString offsetCaption(const ShownWheel& shown) {
     if (!shown.picture.fit) {
         return QStringLiteral("Side %1: too few points for a line.").arg(shown.number());
     }
-    return QStringLiteral("Side %1: the wheel stands %2 mm off the reference line (intercept %3 of the fit, %4 of the "
-                          "reference, perpendicular to the reference).")
+    return QStringLiteral(
+               "Side %1: the chosen profile stands %2 mm off the reference line (intercept %3 of the fit, %4 of the "
+               "reference, perpendicular to the reference).")
         .arg(shown.number(), fixedText(shown.picture.offset, 3), fixedText(shown.picture.fit->intercept, 3),
              fixedText(shown.side().reference.intercept, 3));
 }
 
 void addPair(const PassResult& pass, const PairPicture& pair, Page& page) {
     page.heading(QStringLiteral("Profiles of wheel pair %1").arg(pair.pair));
-    page.paragraph(
-        QStringLiteral("Each sensor in its own coordinates. Points below the level line count as wheel. Of the profile "
-                       "with the most such points the first half, in the order in which the sensor delivers them, is "
-                       "fitted by a line; the wheel's offset is how far that line stands from the sensor's reference "
-                       "line. The distance is the base distance plus both offsets."));
+    page.paragraph(QStringLiteral(
+        "Each sensor in its own coordinates. Points below the level line count as wheel; in all profiles "
+        "that show the back face, the first of them tell how far it is behind the sensor's reference "
+        "line. A line through these offsets over the places of the profiles gives the yaw of the "
+        "wheelset, and the offset at one place on both sides, the chord. The distance is the base "
+        "distance plus both offsets, along the axle. Of the profile with the most points, the first half "
+        "is shown as a line of its own."));
     std::vector<Figure> profiles;
     std::vector<Figure> offsets;
+    std::vector<Figure> faces;
     for (const WheelPicture& wheel : pair.wheels) {
         const ShownWheel shown{pass, pair, wheel};
         profiles.push_back({profilePlot(shown), profileCaption(shown)});
         offsets.push_back({offsetPlot(shown), offsetCaption(shown)});
+        faces.push_back(facePlot(shown));
     }
     page.figures(profiles);
     page.figures(offsets);
-    const float distance = pass.pairs[static_cast<size_t>(pair.pair) - 1].distance;
+    page.figures(faces);
+    const WheelPair& measured = pass.pairs[static_cast<size_t>(pair.pair) - 1];
     page.paragraph(pair.wheels.size() == 2 ? QStringLiteral("Base distance %1 mm, distance of this pair %2 mm.")
-                                                 .arg(fixedText(pass.baseDistance, 3), fixedText(distance, 3))
+                                                 .arg(fixedText(pass.baseDistance, 3),
+                                                      withInterval(measured.distance, measured.interval, 3))
                                            : QStringLiteral("Only one sensor saw this wheel; it has no distance."));
 }
 

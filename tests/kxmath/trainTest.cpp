@@ -40,10 +40,11 @@ protected:
 // 40 points are 13 windows of 3, the last of which ends at the last point but one and stays.
 const char* const kTable = "pair,wheel_1,profiles_1,first_record_1,last_record_1,chosen_profile_1,points_1,"
                            "wheel_2,profiles_2,first_record_2,last_record_2,chosen_profile_2,points_2,"
-                           "distance,deviation,verdict,distance_reason\n"
-                           "1,1,10,21,30,5,39,1,10,21,30,5,39,1360.75,0.75,ok,\n"
-                           "2,2,10,51,60,5,39,2,10,51,60,5,39,1356.5,-3.5,out,\n"
-                           "3,3,10,101,110,5,39,3,10,101,110,5,39,1360.5,0.5,ok,\n";
+                           "distance,deviation,verdict,yaw,chord,distance_low,distance_high,yaw_low,yaw_high,"
+                           "distance_reason,interval_reason,yaw_reason\n"
+                           "1,1,10,21,30,5,39,1,10,21,30,5,39,1360.75,0.75,ok,0,0,1360.75,1360.75,0,0,,,\n"
+                           "2,2,10,51,60,5,39,2,10,51,60,5,39,1356.5,-3.5,out,0,0,1356.5,1356.5,0,0,,,\n"
+                           "3,3,10,101,110,5,39,3,10,101,110,5,39,1360.5,0.5,ok,0,0,1360.5,1360.5,0,0,,,\n";
 
 TEST_F(Train, GivesTheSameFromAnyFolderAndWithOldFilesAround) {
     // Directories of the same names with files that detection would neither empty nor tell from its own.
@@ -72,7 +73,7 @@ TEST_F(Train, PairsWheelsByPlaceWhenOneSensorMissedSome) {
         {"xxxxxx", "xx-xxx", "1/1 2/2 3/- 4/3 5/4 6/5", 1, false},
         {"xxxx--", "xxxxxx", "1/1 2/2 3/3 4/4 -/5 -/6", 1, false},
         {"x-xx-x", "xxx-xx", "1/1 -/2 2/3 3/- -/4 4/5", 1, false},
-        {"x-xxxx", "xxxx-x", "1/1 2/2 3/3 4/4 5/5", 1, false}, // as many on both sides: by number
+        {"x-xxxx", "xxxx-x", "1/1 -/2 2/3 3/4 4/- 5/5", 1, false}, // as many on both sides
         {"-xxxxx", "xxxxxx", "-/1 1/2 2/3 3/4 4/5 5/6", 1, true},
         {"xxxxxx", "xxxxxx", "1/1 2/2 3/3 4/4 5/5 6/6", 0, true},
     };
@@ -110,7 +111,7 @@ TEST_F(Train, ReportIsSelfContainedAndEscaped) {
     for (const char* const forbidden : {"<script", "<b>", "<img", "<link", "@import", "href=", "src="}) {
         EXPECT_FALSE(page.contains(QLatin1String(forbidden))) << forbidden;
     }
-    EXPECT_EQ(page.count("<svg"), 6) << "wheels, distances, profiles and offsets of both sides";
+    EXPECT_EQ(page.count("<svg"), 8) << "wheels, distances, profiles, offsets and back faces of both sides";
     for (qsizetype at = page.indexOf("<svg"); at >= 0; at = page.indexOf("<svg", at + 1)) {
         const QString plot = page.mid(at, page.indexOf("</svg>", at) + 6 - at);
         QXmlStreamReader reader(plot);

@@ -47,11 +47,14 @@ WheelPicture pictureOf(std::size_t side, float t) {
             picture.half.push_back({x + 2, 45 + t + 0.2f * x});
             picture.heights.push_back(0.5 + 0.25 * i + static_cast<double>(t));
         }
+        picture.faces.push_back({x - 30, 0.75f + t + 0.004f * x});
         picture.deviations.push_back({x + 3, 0.05f * static_cast<float>(i) * (i % 2 == 0 ? 1.0f : -1.0f) + t / 100});
     }
     picture.fit = Line{0.2f + t / 100, 44.5f + t};
     picture.offset = 1.25f + t;
     picture.low = Line{-0.1f, 20 + t};
+    picture.hasPlaces = true;
+    picture.faceLine = Line{0.004f, 0.875f + t};
     return picture;
 }
 
@@ -280,9 +283,15 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
                    QJsonObject{{"k", fit["k"].toDouble() - reference["k"].toDouble()},
                                {"b", fit["b"].toDouble() - reference["b"].toDouble()}});
         expectLine(offset, "reference", QJsonObject{{"k", 0.0}, {"b", 0.0}});
-        EXPECT_TRUE(offset.caption.startsWith("Side " + number + ": the wheel stands " + text(drawn["offset"], 3)));
+        EXPECT_TRUE(
+            offset.caption.startsWith("Side " + number + ": the chosen profile stands " + text(drawn["offset"], 3)));
         EXPECT_TRUE(offset.caption.contains("intercept " + text(fit["b"], 3) + " of the fit, " +
                                             text(reference["b"], 3) + " of the reference"));
+
+        const ReadPlot face = page.plot("Back face along the pass on side " + number);
+        face.expectPoints("a profile each", points(drawn["faces"]));
+        expectLine(face, "line", drawn["faceLine"]);
+        EXPECT_TRUE(face.caption.contains("4.00 \u00b5m each mm")) << face.caption.toStdString();
 
         const ReadPlot treads = page.plot("Deviation of the tread on side " + number);
         std::vector<QPointF> inside, outside;

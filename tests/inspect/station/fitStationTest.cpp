@@ -92,6 +92,8 @@ TEST_F(FitStation, TakesSeveralPassesAndUnknownDistances) {
     EXPECT_EQ(fit.sensors[0].serial, 101);
     EXPECT_EQ(fit.sensors[0].wheels.size(), 8u);
     EXPECT_TRUE(std::isnan(fit.pairs[1].residual));
+    const double spread = fit.rms() * std::sqrt(6.0 / 5.0); // of six residuals about their mean
+    EXPECT_NEAR(double(fit.baseUncertainty), 2.571 * spread / std::sqrt(6.0), 1e-4); // t of five degrees of freedom
     EXPECT_LE(fit.largest(), 0.1);
 }
 

@@ -30,6 +30,7 @@ private:
 StationFit someFit() {
     StationFit fit;
     fit.baseDistance = 1361.25f;
+    fit.baseUncertainty = 0.0625f;
     fit.minProfilesInWheel = 9;
     for (const int n : {1, 2}) {
         const auto f = static_cast<float>(n);
@@ -84,6 +85,7 @@ TEST_F(StationFile, AFitKeepsWhatItDoesNotKnow) {
     const std::string text = withFit(old, someFit(), SettingsKind::Station, "old.ini");
     const StationSettings read = readStationSettings(write("new.ini", QByteArray::fromStdString(text)).toStdString());
     EXPECT_EQ(read.baseDistance, 1361.25f);
+    EXPECT_EQ(read.baseUncertainty, 0.0625f);
     EXPECT_EQ(read.minProfilesInWheel, 9);
     const SensorSettings& first = *findSensor(read, 302);
     EXPECT_EQ(first.number, 1) << "the number that the file gives to the serial number";
@@ -97,6 +99,11 @@ TEST_F(StationFile, AFitKeepsWhatItDoesNotKnow) {
         EXPECT_NE(text.find(kept), std::string::npos) << kept;
     }
     EXPECT_EQ(withFit(text, someFit(), SettingsKind::Station), text) << "a second time changes nothing";
+    StationFit unknown = someFit();
+    unknown.baseUncertainty = std::numeric_limits<float>::quiet_NaN(); // that of the fit before would be wrong
+    const std::string without = withFit(text, unknown, SettingsKind::Station);
+    EXPECT_NE(without.find(";baseUncertainty=\r\n"), std::string::npos) << without;
+    EXPECT_EQ(withFit(without, someFit(), SettingsKind::Station), text);
     const DefectSettings treads = readDefectSettings(
         write("d.ini", QByteArray::fromStdString(withFit({}, someFit(), SettingsKind::Defects))).toStdString());
     EXPECT_EQ(findSensor(treads, 302)->high, (Line{0.5f, 342.5f}));

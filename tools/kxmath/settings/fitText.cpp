@@ -85,9 +85,14 @@ QString fitText(const StationFit& fit) {
         text +=
             QStringLiteral("\nBase distance %1 mm; residuals %2 mm rms, %3 mm at most, of %4 distances. Wheels have "
                            "%5 profiles or more.\n")
-                .arg(number(static_cast<double>(fit.baseDistance), 3), number(fit.rms(), 3), number(fit.largest(), 3))
+                .arg(withInterval(fit.baseDistance, Interval::around(fit.baseDistance, fit.baseUncertainty), 3),
+                     number(fit.rms(), 3), number(fit.largest(), 3))
                 .arg(fit.known())
                 .arg(fit.minProfilesInWheel);
+        if (std::isnan(fit.baseUncertainty)) {
+            text += QStringLiteral(
+                "One distance does not tell how far the base distance may be off: no baseUncertainty.\n");
+        }
     }
     return text;
 }

@@ -1,6 +1,7 @@
 // A pass as text: for the standard output, and as CSV.
 #include "tools/kxmath/train/passText.h"
 
+#include "report/train/distanceNotes.h"
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "tools/kxmath/console/csv.h"
@@ -26,7 +27,7 @@ QString table(const PassResult& pass, const std::vector<PairColumn>& columns) {
     for (const PairColumn& column : columns) {
         rows[0].append(column.title);
         for (size_t i = 0; i < pass.pairs.size(); ++i) {
-            rows[i + 1].append(textForPeople(column.value(pass, i)));
+            rows[i + 1].append(textForPeople(column, pass, i));
         }
     }
     return textTable(rows);
@@ -41,12 +42,20 @@ QString summary(const PassResult& pass, KxInspect::PassQuestion question) {
     return text;
 }
 
+QString notes(const PassResult& pass) {
+    QString text;
+    for (const QString& note : distanceNotes(pass)) {
+        text += note + QLatin1Char('\n');
+    }
+    return text;
+}
+
 } // namespace
 
 QString passText(const PassResult& pass) {
     QString text = recordingText(pass, 0) + recordingText(pass, 1);
     text += QStringLiteral("Tolerance: %1. Lengths in mm.\n\n").arg(toleranceText(pass));
-    text += table(pass, pairColumns()) + summary(pass, KxInspect::PassQuestion::Distance);
+    text += table(pass, pairColumns()) + summary(pass, KxInspect::PassQuestion::Distance) + notes(pass);
     if (pass.defectLimits) {
         text += QStringLiteral("\nDefects: %1\n\n").arg(defectLimitsText(pass));
         text += table(pass, defectColumns()) + summary(pass, KxInspect::PassQuestion::Tread);
@@ -61,6 +70,7 @@ QString passText(const PassResult& pass) {
 
 QString passCsv(const PassResult& pass) {
     std::vector<PairColumn> columns = pairColumns();
+    columns.insert(columns.end(), intervalColumns().begin(), intervalColumns().end());
     if (pass.defectLimits) {
         for (const auto* const more : {&defectColumns(), &roundnessColumns()}) {
             columns.insert(columns.end(), more->begin() + 1, more->end()); // the pair is there
