@@ -39,7 +39,7 @@ std::optional<std::size_t> firstOfNeighbours(const RimContour& contour, std::siz
     constexpr std::size_t kFarthest = 100; // noise shuffles neighbours
     for (std::size_t step = 0; step <= kFarthest; ++step) {
         for (const std::size_t i : {near + step, near - step}) { // wraps below 0: beyond the end
-            if (i + 1 < contour.points.size() &&
+            if (i < contour.points.size() - 1 &&
                 (frame.alongOf(contour.points[i]) <= 0.0) != (frame.alongOf(contour.points[i + 1]) <= 0.0)) {
                 return i;
             }

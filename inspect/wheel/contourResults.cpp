@@ -23,7 +23,8 @@ Interval excessInterval(const Interval& height, const Estimate& estimate, float 
     if (!height.isKnown() || (height.low >= kNominalFrom) == (height.high >= kNominalFrom)) {
         return estimate.plus(-static_cast<double>(nominal)).interval(shown);
     }
-    return {std::min(height.low - kLowNominal, kNominalFrom - kHighNominal), kNominalFrom - kLowNominal};
+    return {std::min(height.low - kLowNominal, kNominalFrom - kHighNominal),
+            std::max(height.high - kHighNominal, kNominalFrom - kLowNominal)};
 }
 
 /// Tells where smoothing moves a measure of the library away from what the points show.

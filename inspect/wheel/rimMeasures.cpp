@@ -7,6 +7,7 @@
 #include <QtCore/QString>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace KxInspect::detail {
@@ -80,7 +81,12 @@ private:
     void set(std::optional<float> WheelMeasures::*measure, const std::optional<Estimate>& value,
              const std::string& reason) {
         for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
-            if (kWheelMeasures[i].value == measure) {
+            if (kWheelMeasures[i].value != measure) {
+                continue;
+            }
+            if (value && !std::isfinite(value->value())) {
+                result_.reasons[i] = "the points there are all in one place";
+            } else {
                 result_.values[i] = value;
                 result_.reasons[i] = value ? std::string() : reason;
             }

@@ -78,6 +78,9 @@ struct Section {
 
 /// The points of a profile in the coordinates of the section that is made of it: x from its smallest one, y from its largest.
 std::vector<Point> contourIn(const std::vector<Point>& section, std::vector<Point> points) {
+    if (section.empty()) {
+        return {}; // all points were before the flange back
+    }
     const auto isLeft = [](const Point& a, const Point& b) { return a.x < b.x; };
     const float back = std::min_element(section.begin(), section.end(), isLeft)->x;
     const float tip = std::max_element(section.begin(), section.end(), detail::isHigher)->y;
@@ -192,7 +195,7 @@ void measure(Section& section, const Point& centre, const WheelLimits& limits, W
     }
     if (section.contour.empty()) { // of a rim in space, which has no place before it was turned
         section.contour = result.section;
-        if (section.contour.front().x > section.contour.back().x) {
+        if (!section.contour.empty() && section.contour.front().x > section.contour.back().x) {
             std::reverse(section.contour.begin(), section.contour.end());
         }
     }

@@ -183,6 +183,27 @@ TEST(Wheel, MissingMeasuresHaveTheirReasons) {
     }
 }
 
+TEST(Wheel, ProfilesThatHardlyShowAWheelGiveNoMeasures) {
+    WheelOptions options;
+    options.flangeBack = 500.0f; // behind all points
+    const WheelResult nothing = measureWheel(Wheel().section(), options);
+    EXPECT_FALSE(nothing.isMeasured());
+    EXPECT_FALSE(nothing.reasons.back().empty());
+    options.flangeBack = 0.0f;
+    const Wheel afterTip{28.0f, 14.0f, 1.5f, 14.25f};
+    const WheelResult flank = measureWheel(afterTip.section(), options);
+    EXPECT_FALSE(flank.measures.flangeHeight);
+    EXPECT_EQ(flank.reasons[4], "the profile does not show both sides of the flange tip");
+    CrossSection far = Wheel().section(); // where points a hundredth of a millimetre apart are one
+    for (Point& p : far.profile->points) {
+        p = {p.x + 1e6f, p.y - 1e6f};
+    }
+    const WheelResult coarse = measureWheel(far);
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        EXPECT_TRUE(std::isfinite((coarse.measures.*kWheelMeasures[i].value).value_or(0.0f)));
+    }
+}
+
 TEST(Wheel, WarnsWhereTheFlankIsTakenForTheBack) {
     // The flank begins at x = 14 and is 9 mm below the tip at x = 20.
     Wheel wheel{28.0f, 14.0f, 1.5f, 0.0f};
