@@ -136,6 +136,8 @@ int runCalibrate(const Choice& choice, const QStringList& files) {
     }
     if (choice.has(1)) {
         arguments << QStringLiteral("--sensor-y") << QStringLiteral("-300");
+    } else {
+        arguments << QStringLiteral("--side") << choice.pick({"smaller-y", "larger-y"});
     }
     if (choice.has(2)) {
         arguments << files[1];
