@@ -102,7 +102,9 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
                 QStringLiteral("the profiles show different parts of the tread, fewer than %1 one that most show")
                     .arg(kFewestRadii));
         }
-        table.compare(*fit.axle, {tips.across, tips.error, {known.skew.value - yaw, known.skew.error}});
+        table.compare(
+            *fit.axle,
+            {tips.across, tips.error, static_cast<int>(tips.tips.size()), {known.skew.value - yaw, known.skew.error}});
         const double change = table.skew().value - skew.value;
         skew = table.skew();
         if (std::abs(change) < kSettled) {

@@ -243,9 +243,11 @@ void TreadTable::measureNoise() {
         row.noise = kNormal * median(sizes);
         noises.push_back(row.noise);
     }
-    const double usual = median(noises); // of few stations a row may seem quieter than it is
+    // The noise of a row of few stations is uncertain by as much as noise differs from row to row.
+    constexpr double kLoud = 1.5;
+    const double usual = median(noises);
     for (Row& row : rows_) {
-        row.noise = std::max(row.noise, usual);
+        row.noise = row.noise > kLoud * usual ? row.noise : usual;
     }
 }
 
@@ -297,7 +299,9 @@ TreadTable::Change TreadTable::changeOf(const Row& row, const Band& band) const 
 double TreadTable::errorOf(const Row& row, int shown, const Change& change) const {
     // The lines through the points of neighbouring stations share half of them.
     const double points = kMedian * row.noise / std::sqrt(shown / 2.0);
-    const double moved = std::max(0.0, axle_.scatter * axle_.scatter - tips_.noise * tips_.noise);
+    // A standard deviation from the median deviation of n values is uncertain by 1.17 / sqrt(n) of itself.
+    const double byChance = tips_.noise * (1.0 + 2.0 * 1.17 / std::sqrt(tips_.count));
+    const double moved = axle_.scatter > byChance ? axle_.scatter * axle_.scatter - tips_.noise * tips_.noise : 0.0;
     const std::size_t ofAxle = axle_.value.size();
     double fit = 0.0;
     for (std::size_t i = 0; i < change.size(); ++i) {

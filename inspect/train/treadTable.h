@@ -38,6 +38,7 @@ struct TipView {
     double across; ///< behind the reference line, mm
     /// Standard error of a tip from the noise of its points; what they scatter more is movement of whole profiles.
     double noise;
+    int count; ///< of the tips
     Estimate skew; ///< what is known of the shift of the rings of the wheel along the track for each mm across
 };
 

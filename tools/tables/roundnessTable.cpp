@@ -38,14 +38,18 @@ struct Tally {
     double limit = 0.0; ///< the largest, mm
 };
 
-void addCar(int seed, const QStringList& options, Tally& tally) {
+QJsonArray pairsOfCar(int seed, const QStringList& options) {
     const QTemporaryDir folder;
     const QStringList simulate = {"simulate", "pass", "--cars", "1", "--seed", QString::number(seed)};
     runTool(folder.path(), simulate + options);
     const QByteArray json =
         runTool(folder.path(), {"train", "pass/train_101.bin", "pass/train_102.bin", "--settings", "pass/settings.ini",
                                 "--defects", "pass/defects.ini", "--json", "-"});
-    const QJsonArray pairs = QJsonDocument::fromJson(json).object()["pairs"].toArray();
+    return QJsonDocument::fromJson(json).object()["pairs"].toArray();
+}
+
+void addCar(int seed, const QStringList& options, Tally& tally) {
+    const QJsonArray pairs = pairsOfCar(seed, options);
     for (const QJsonValue pair : pairs) {
         for (const QJsonValue side : pair["sides"].toArray()) {
             const QJsonValue roundness = side["roundness"];
@@ -63,9 +67,10 @@ void addCar(int seed, const QStringList& options, Tally& tally) {
 
 Tally tallyOfFlats(double length, double phase, const char* shape) {
     QStringList options = {"--yaw", "2", "--flat-shape", shape};
-    for (int wheel = 0; wheel < 8; ++wheel) {
-        options +=
-            {"--flat", QStringLiteral("%1:%2:%3:%4").arg(wheel / 2 + 1).arg(wheel % 2 + 1).arg(length).arg(phase)};
+    for (const int pair : {1, 3}) {
+        for (const int sensor : {1, 2}) {
+            options += {"--flat", QStringLiteral("%1:%2:%3:%4").arg(pair).arg(sensor).arg(length).arg(phase)};
+        }
     }
     Tally tally;
     addCar(1, options, tally);
@@ -73,24 +78,25 @@ Tally tallyOfFlats(double length, double phase, const char* shape) {
 }
 
 void printFlats() {
-    constexpr double kPhases[] = {0, 5, 10, 20, 30, 40};
+    constexpr double kPhases[] = {0, 10, 20, 30};
     std::printf("| flat, mm | depth, mm |");
     for (const double phase : kPhases) {
         std::printf(" %g mm |", phase);
     }
-    std::printf("\n| --- | --- | --- | --- | --- | --- | --- | --- |\n");
-    for (const double length : {8.0, 10.0, 12.0, 15.0, 20.0, 25.0, 30.0, 40.0, 60.0}) {
+    std::printf("\n| --- | --- | --- | --- | --- | --- |\n");
+    for (const double length : {10.0, 12.0, 15.0, 20.0, 25.0, 40.0, 60.0}) {
         std::printf("| %g | %.2f |", length, length * length / (8.0 * kRadius));
         for (const double phase : kPhases) {
             std::printf(" %d / %d |", tallyOfFlats(length, phase, "even").out,
                         tallyOfFlats(length, phase, "plane").out);
         }
         std::printf("\n");
+        std::fflush(stdout);
     }
 }
 
 void printSound() {
-    constexpr int kSeeds = 3;
+    constexpr int kSeeds = 2;
     std::printf(
         "\n| sound wheels | out of round | defective | not compared | treads not judged | off, mm | limit, mm |\n"
         "| --- | --- | --- | --- | --- | --- | --- |\n");
@@ -125,9 +131,35 @@ void printSound() {
     }
 }
 
+/// How often the 95 % intervals of sound wheels hold the truth, which is 0: of one profile of each wheel, since the
+/// profiles of a wheel share its axle.
+void printCoverage(int passes) {
+    int values = 0;
+    int held = 0;
+    for (int seed = 1; seed <= passes; ++seed) {
+        const QJsonArray pairs = pairsOfCar(seed, {"--yaw-spread", "2"});
+        for (const QJsonValue pair : pairs) {
+            for (const QJsonValue side : pair["sides"].toArray()) {
+                const QJsonArray radii = side["roundness"]["radii"].toArray();
+                if (!radii.isEmpty()) {
+                    const QJsonValue interval = radii[seed % radii.size()]["interval"];
+                    ++values;
+                    held += interval[0].toDouble() <= 0.0 && interval[1].toDouble() >= 0.0 ? 1 : 0;
+                }
+            }
+        }
+    }
+    std::printf("%d of %d intervals hold the truth, %.1f %%.\n", held, values, 100.0 * held / std::max(values, 1));
+}
+
 } // namespace
 
-int main() {
+/// With a number: the coverage of intervals over so many passes.
+int main(int argc, char** argv) {
+    if (argc > 1) {
+        printCoverage(std::atoi(argv[1]));
+        return 0;
+    }
     printFlats();
     printSound();
     return 0;
