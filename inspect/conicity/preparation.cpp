@@ -92,13 +92,23 @@ void smooth(Profile& profile, PreparedSection& section) {
             .contour();
 }
 
+/// Whether the gauge side of a rail ends at the gauge depth as far as the noise tells.
+bool endsAtDepth(const std::vector<Point>& rail, float gaugeDepth, const ContourNoise& noise) {
+    constexpr float kDeviations = 4.0f;
+    const auto top = std::min_element(rail.begin(), rail.end(), isHigher);
+    return std::any_of(rail.begin(), rail.end(), [&](const Point& p) {
+        return p.x < top->x && p.y >= top->y + gaugeDepth - kDeviations * std::max(noise.x, noise.y);
+    });
+}
+
 /// Cuts a contour where the calculation begins, and makes it a function of x.
 /// @return the number of points that stand behind others; empty when they follow no contour
 std::optional<int> cut(Profile& profile, WheelSetPart part, float gaugeDepth, PreparedSection& section) {
     if (isWheel(part)) {
         beginAtFlangeBack(profile.points, section.flangeBack);
     } else if (gaugeDepth > 0.0f) {
-        section.placed.isCut = cutAtGaugeDepth(profile, gaugeDepth);
+        section.placed.isCut =
+            cutAtGaugeDepth(profile, gaugeDepth) || endsAtDepth(profile.points, gaugeDepth, section.noise);
     }
     return keepRunningSurface(profile, kindOf(part));
 }
