@@ -34,10 +34,11 @@ std::vector<ReadPoint> withoutSpikes(const std::vector<ReadPoint>& points, std::
 /// The corners of the polyline that stays within `tolerance` along y of all points (U. Ramer, An iterative procedure for
 /// the polygonal approximation of plane curves, 1972), ends included.
 std::vector<std::size_t> cornersOf(const std::vector<ReadPoint>& points, double tolerance) {
+    constexpr std::size_t kMost = 100; // a profile with more is not one of the object, and would take long
     std::vector<std::size_t> corners = {0};
-    std::vector<std::size_t> ends = {points.size() -
-                                     1}; // of the parts behind the last corner, the next one at the back
-    while (!ends.empty()) {
+    // Of the parts behind the last corner, the next one at the back.
+    std::vector<std::size_t> ends = {points.size() - 1};
+    while (!ends.empty() && corners.size() + ends.size() <= kMost) {
         const ReadPoint& a = points[corners.back()];
         const ReadPoint& b = points[ends.back()];
         std::size_t farthest = ends.back();
@@ -57,6 +58,7 @@ std::vector<std::size_t> cornersOf(const std::vector<ReadPoint>& points, double 
             ends.push_back(farthest);
         }
     }
+    corners.insert(corners.end(), ends.rbegin(), ends.rend());
     return corners;
 }
 
@@ -193,7 +195,7 @@ FlankSearch searchFlanks(const std::vector<ReadPoint>& points, double depth) {
     // In y a valley lies at least its depth behind the line between its crests, wherever the sensor looks from.
     constexpr double kTolerance = 0.25; // of that
     constexpr std::size_t kMostLeftOut = 2; // a spike, or a step where a ridge hides another one, makes two corners
-    constexpr std::size_t kMostCandidates = 100; // of one window
+    constexpr std::size_t kMostCandidates = 20; // of one window; the likely ones come first
     FlankSearch search;
     if (points.size() < 2) {
         return search;
