@@ -87,7 +87,7 @@ std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& o
         std::vector<WheelStand> stands;
         for (const FoundWheel& wheel : found.wheels()) {
             chosen.push_back(chooseProfile(wheel, input.detection.level));
-            stands.push_back(findStand(wheel, found.hasPlaces(), input.detection.level, input.reference));
+            stands.push_back(findStand(wheel, found.hasPlaces(), input.detection.level, input.reference, input.plane));
         }
         sides.push_back({std::move(input), std::move(found), std::move(chosen), std::move(stands)});
     }

@@ -30,7 +30,8 @@ std::optional<SeenYaw> yawOf(const PairSide& side) {
     const RobustLine& line = *side.stand->line;
     // The wheel that sensor 2 sees is ahead: its face comes nearer while it passes, that of the other one goes away.
     const double sign = side.sensor == 2 ? 1.0 : -1.0;
-    return SeenYaw{sign * std::atan(line.slope), line.slopeError(), line.freedom()};
+    const double across = side.stand->across;
+    return SeenYaw{sign * std::atan(across * line.slope), across * line.slopeError(), line.freedom()};
 }
 
 /// The mean by weights. Wheels that differ by more than noise explains widen its error until they fit.
@@ -92,10 +93,10 @@ bool measureDistance(const std::array<PairSide, 2>& sides, double baseDistance, 
     for (const WheelStand* const stand : {&first, &second}) {
         const RobustLine& line = *stand->line;
         const double place = stand->axle.place + chord;
-        across += line.at(place);
-        const double byNoise = halfWidth(line.errorAt(place), line.freedom());
+        across += stand->across * line.at(place);
+        const double byNoise = stand->across * halfWidth(line.errorAt(place), line.freedom());
         constexpr double kNormal = 1.96;
-        const double byPlace = kNormal * line.slope * stand->axle.error;
+        const double byPlace = kNormal * stand->across * line.slope * stand->axle.error;
         squares += byNoise * byNoise + byPlace * byPlace;
     }
     // What is measured is across the track, between the middles of wheels that are not side by side.

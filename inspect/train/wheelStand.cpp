@@ -4,7 +4,7 @@
 namespace KxInspect::detail {
 
 WheelStand findStand(const FoundWheel& wheel, bool hasPlaces, const KxMath::KxLine& level,
-                     const KxMath::KxLine& reference) {
+                     const KxMath::KxLine& reference, const LaserPlane& plane) {
     std::vector<double> places;
     for (std::size_t i = 0; i < wheel.profiles.size(); ++i) {
         places.push_back(hasPlaces ? static_cast<double>(wheel.places[i])
@@ -12,6 +12,7 @@ WheelStand findStand(const FoundWheel& wheel, bool hasPlaces, const KxMath::KxLi
     }
     WheelStand stand;
     stand.hasPlaces = hasPlaces;
+    stand.across = plane.acrossPerAcross;
     stand.face = findBackFace(wheel.profiles, places, level, reference);
     stand.line = fitFaceLine(stand.face);
     stand.askew = askewOf(stand.line);

@@ -56,8 +56,8 @@ TEST_F(PairDistance, AxlesAskewAndSensorsApart) {
         {"right wheel ahead", 5.0, [](Parameters&) {}, 0.003},
         {"left wheel ahead, sensors apart", -4.0, [](Parameters& p) { p.along1 = 70.0, p.along2 = -130.0; }, 0.003},
         {"noise", 3.0, [](Parameters& p) { p.noise = 0.3; }, 0.02},
-        // A turned plane sees offsets of the face longer by 1 / cos 2 degrees, 0.003 mm of 5 mm.
-        {"turned sensors", -5.0, [](Parameters& p) { p.turn1 = 2.0, p.turn2 = 1.0, p.baseline = 0.0; }, 0.006},
+        // They see offsets longer by 1 / cos, 0.05 mm of 5 mm at 8 degrees; the settings hold their poses.
+        {"turned sensors", -5.0, [](Parameters& p) { p.turn1 = 8.0, p.turn2 = -3.0, p.baseline = 0.0; }, 0.006},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
