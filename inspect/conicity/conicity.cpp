@@ -66,8 +66,13 @@ void judgeNoise(const Prepared& sections, const ConicityInput& input, ConicityRe
     const bool isCorrected = !areTakenAsMeasured(sections);
     for (Point& p : result.conicity) {
         const float correction = effect.correction(p.x);
-        result.intervals.push_back(hasConicity(p) ? effect.interval(p.x, p.y * correction) : Interval());
-        p.y *= isCorrected && !std::isnan(correction) ? correction : 1.0f;
+        Interval interval = hasConicity(p) ? effect.interval(p.x, p.y * correction) : Interval();
+        if (isCorrected) {
+            p.y *= std::isnan(correction) ? 1.0f : correction;
+        } else if (interval.isKnown()) {
+            interval = {std::min(interval.low, p.y), std::max(interval.high, p.y)};
+        }
+        result.intervals.push_back(interval);
     }
 }
 
