@@ -95,6 +95,7 @@ std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind
 
 Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Stand& stand) {
     constexpr float kMostDifference = 15.0f; // as in the calculation itself
+    constexpr long kMostSteps = 600; // 60 mm: no flanges have more clearance
     const Side first(surfaces[Wheel1], surfaces[Rail1], stand.first[0]);
     const Side second(surfaces[Wheel2], surfaces[Rail2], stand.first[1]);
     const auto difference = [&](long steps) {
@@ -106,7 +107,7 @@ Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Sta
     };
     const auto oneWay = [&](long from, long direction) {
         std::vector<float> values;
-        for (long steps = from;; steps += direction) {
+        for (long steps = from; std::abs(steps) <= kMostSteps; steps += direction) {
             const float value = difference(steps);
             if (!std::isfinite(value)) {
                 return values;
@@ -116,6 +117,7 @@ Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Sta
                 return values;
             }
         }
+        return values;
     };
     std::vector<float> deltaR = oneWay(-1, -1);
     const std::size_t centre = deltaR.size();

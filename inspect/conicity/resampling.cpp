@@ -138,8 +138,9 @@ struct Statistics {
 NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth,
                      float last) {
     constexpr float kStep = 0.5f;
+    constexpr float kMost = 60.0f; // the sweep goes no further
     NoiseEffect effect;
-    for (int i = 1; static_cast<float>(i) * kStep <= last + kStep; ++i) {
+    for (int i = 1; static_cast<float>(i) * kStep <= std::min(last, kMost) + kStep; ++i) {
         effect.values.push_back({static_cast<float>(i) * kStep});
     }
     std::vector<Contour> contours;
