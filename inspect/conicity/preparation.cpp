@@ -40,10 +40,11 @@ void place(Profile& profile, WheelSetPart part, const ConicityInput& input, Prep
 }
 
 /// Smoothing needs no more points than every 0.15 mm, resampling no more than 20000.
-void averageGroups(PreparedSection& section, const std::optional<float>& smoothing) {
+void averageGroups(PreparedSection& section, bool isSmoothed) {
     constexpr std::size_t kMost = 20000;
-    const bool isSmoothed = smoothing ? *smoothing > 0.0f : section.noise.isWorthSmoothing();
-    const int size = isSmoothed ? groupSize(section.contour) : static_cast<int>(section.contour.size() / kMost) + 1;
+    constexpr double kSpacing = 0.15; // mm
+    const int size =
+        isSmoothed ? groupSize(section.contour, kSpacing) : static_cast<int>(section.contour.size() / kMost) + 1;
     if (size > 1) {
         section.contour = meansOfGroups(section.contour, size);
         const float less = 1.0f / std::sqrt(static_cast<float>(size));
@@ -54,17 +55,14 @@ void averageGroups(PreparedSection& section, const std::optional<float>& smoothi
 /// The windows of the smoothing that was asked for; otherwise about a third of what one parabola can fit: an error of its shape, which
 /// grows with the second to fourth power of the window, is then small beside the noise.
 std::vector<float> windowsOf(const PreparedSection& section, const std::optional<float>& smoothing) {
-    if (smoothing) {
-        return *smoothing > 0.0f ? std::vector<float>(section.contour.size(), *smoothing) : std::vector<float>();
-    }
     constexpr float kShare = 0.35f;
     constexpr float kShortest = 1.5f; // mm
-    std::vector<float> windows;
-    if (section.noise.isWorthSmoothing()) {
-        windows = parabolaWindows(section.contour, section.noise);
-        std::for_each(windows.begin(), windows.end(),
-                      [&](float& window) { window = std::max(kShare * window, kShortest); });
+    if (smoothing) {
+        return std::vector<float>(section.contour.size(), *smoothing);
     }
+    std::vector<float> windows = parabolaWindows(section.contour, section.noise);
+    std::for_each(windows.begin(), windows.end(),
+                  [&](float& window) { window = std::max(kShare * window, kShortest); });
     return windows;
 }
 
@@ -127,8 +125,11 @@ PreparedSection prepare(const Profile& measured, WheelSetPart part, const Conici
     result.noise = noiseOf(result.contour);
     result.placed.noise = {result.noise.x, result.noise.y};
     result.unsmoothed.points = result.contour;
-    averageGroups(result, input.smoothing);
-    result.windows = windowsOf(result, input.smoothing);
+    const bool isSmoothed = input.smoothing ? *input.smoothing > 0.0f : result.noise.isWorthSmoothing();
+    averageGroups(result, isSmoothed);
+    if (isSmoothed) {
+        result.windows = windowsOf(result, input.smoothing);
+    }
     std::optional<int> hidden = cut(result.unsmoothed, part, input.gaugeDepth, result);
     result.surface = result.unsmoothed;
     if (!result.windows.empty() && hidden) {

@@ -88,26 +88,7 @@ bool ContourNoise::isWorthSmoothing() const {
     return y > kLeast;
 }
 
-ContourNoise noiseOf(const std::vector<Point>& contour) {
-    constexpr float kReach = 1.0f; // mm; more where the points are far apart
-    std::vector<Point> flat;
-    std::vector<Point> steep;
-    const std::vector<std::size_t> places = everyMillimetre(contour);
-    for (std::size_t k = 0; k < places.size(); ++k) {
-        const Point normal = fitNear(contour, contour[places[k]], places[k], kReach).normal;
-        std::vector<Point>& part = std::abs(normal.y) > std::abs(normal.x) ? flat : steep;
-        const std::size_t end = k + 1 < places.size() ? places[k + 1] : contour.size();
-        part.insert(part.end(), contour.begin() + static_cast<std::ptrdiff_t>(places[k]),
-                    contour.begin() + static_cast<std::ptrdiff_t>(end));
-    }
-    const float y = noiseAcross(flat);
-    const float x = noiseAcross(steep);
-    const auto orElse = [](float value, float other) { return std::isnan(value) ? other : value; };
-    return {orElse(x, orElse(y, 0.0f)), orElse(y, orElse(x, 0.0f))};
-}
-
-int groupSize(const std::vector<Point>& contour) {
-    constexpr double kSpacing = 0.15; // mm
+int groupSize(const std::vector<Point>& contour, double spacing) {
     double length = 0.0;
     const std::vector<std::size_t> places =
         everyMillimetre(contour); // the noise makes the line through all points longer
@@ -116,7 +97,7 @@ int groupSize(const std::vector<Point>& contour) {
         length += std::hypot(static_cast<double>(b.x) - static_cast<double>(a.x),
                              static_cast<double>(b.y) - static_cast<double>(a.y));
     }
-    const double size = kSpacing * static_cast<double>(contour.size()) / length;
+    const double size = spacing * static_cast<double>(contour.size()) / length;
     return size >= 1.0 && std::isfinite(size) ? static_cast<int>(size) : 1;
 }
 
@@ -135,6 +116,28 @@ std::vector<Point> meansOfGroups(const std::vector<Point>& contour, int size) {
         means.push_back({static_cast<float>(x / count), static_cast<float>(y / count)});
     }
     return means;
+}
+
+ContourNoise noiseOf(const std::vector<Point>& measured) {
+    constexpr float kReach = 1.0f; // mm; more where the points are far apart
+    constexpr double kSpacing = 0.05;
+    const int size = groupSize(measured, kSpacing);
+    const std::vector<Point> contour = meansOfGroups(measured, size);
+    const float ofOne = std::sqrt(static_cast<float>(size)); // the noise of a point beside that of a mean
+    std::vector<Point> flat;
+    std::vector<Point> steep;
+    const std::vector<std::size_t> places = everyMillimetre(contour);
+    for (std::size_t k = 0; k < places.size(); ++k) {
+        const Point normal = fitNear(contour, contour[places[k]], places[k], kReach).normal;
+        std::vector<Point>& part = std::abs(normal.y) > std::abs(normal.x) ? flat : steep;
+        const std::size_t end = k + 1 < places.size() ? places[k + 1] : contour.size();
+        part.insert(part.end(), contour.begin() + static_cast<std::ptrdiff_t>(places[k]),
+                    contour.begin() + static_cast<std::ptrdiff_t>(end));
+    }
+    const float y = noiseAcross(flat) * ofOne;
+    const float x = noiseAcross(steep) * ofOne;
+    const auto orElse = [](float value, float other) { return std::isnan(value) ? other : value; };
+    return {orElse(x, orElse(y, 0.0f)), orElse(y, orElse(x, 0.0f))};
 }
 
 std::vector<float> parabolaWindows(const std::vector<Point>& contour, const ContourNoise& noise) {

@@ -21,11 +21,12 @@ struct ContourNoise {
 };
 
 /// The noise of a contour: in y that of its flat parts, in x that of its steep ones; that of the others where there
-/// are fewer than 20 points. 0 where both are too few.
+/// are fewer than 20 points. 0 where both are too few. Points closer than 0.05 mm are averaged for it: differences of points that are
+/// much closer than their noise show no direction.
 ContourNoise noiseOf(const std::vector<Point>& contour);
 
-/// How many points follow each other within 0.15 mm of a contour, at least 1: that many can be averaged.
-int groupSize(const std::vector<Point>& contour);
+/// How many points follow each other within `spacing` mm of a contour, at least 1: that many can be averaged.
+int groupSize(const std::vector<Point>& contour, double spacing);
 
 /// The means of groups of consecutive points.
 std::vector<Point> meansOfGroups(const std::vector<Point>& contour, int size);
