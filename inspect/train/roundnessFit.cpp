@@ -116,20 +116,37 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
     return fit;
 }
 
-StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_t without,
-                               const StationKnowledge& before) {
+StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_t without, const LaserPlane& plane) {
+    // A flat that is one plane changes the differences of the rings as a turned laser plane does. Wheels that tell
+    // another turn than the pose are not asked, unless most of them do: then the pose is wrong.
+    constexpr double kFarOff = 0.01; // 0.6 degrees, much more than poses are off
+    constexpr double kFirm = 0.01;
+    const auto isFarOff = [&](const Estimate& skew) { return std::abs(skew.value - plane.skew) > kFarOff; };
+    std::vector<double> all;
+    for (const RoundnessFit& fit : fits) {
+        if (fit.axle) {
+            all.push_back(fit.skew.value);
+        }
+    }
+    const bool isTrusted = plane.isKnown && !all.empty() && !isFarOff({median(all), 0.0});
     std::vector<Estimate> shears;
     std::vector<Estimate> stretches;
     std::vector<Estimate> skews;
     for (std::size_t i = 0; i < fits.size(); ++i) {
-        if (i != without && fits[i].axle) {
+        if (i != without && fits[i].axle && !(isTrusted && isFarOff(fits[i].skew))) {
             shears.push_back(ofAxle(*fits[i].axle, AxleFit::Shear));
             stretches.push_back(ofAxle(*fits[i].axle, AxleFit::Stretch));
             skews.push_back(fits[i].skew);
         }
     }
     constexpr std::size_t kFewest = 2;
-    return skews.size() < kFewest ? before : StationKnowledge{medianOf(shears), medianOf(stretches), medianOf(skews)};
+    StationKnowledge known = skews.size() < kFewest
+                                 ? knowledgeOf(plane)
+                                 : StationKnowledge{medianOf(shears), medianOf(stretches), medianOf(skews)};
+    if (isTrusted && isFarOff(fits[without].skew)) {
+        known.skew.error *= kFirm;
+    }
+    return known;
 }
 
 } // namespace KxInspect::detail

@@ -28,9 +28,8 @@ struct RoundnessFit {
 
 RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, const StationKnowledge& known);
 
-/// What the other wheels of a pass tell about the station.
+/// What the other wheels of a side tell about the station; what is known before when there are too few of them.
 /// @param without the place of the wheel that is left out
-StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_t without,
-                               const StationKnowledge& before);
+StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_t without, const LaserPlane& plane);
 
 } // namespace KxInspect::detail

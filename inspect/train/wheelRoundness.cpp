@@ -171,15 +171,7 @@ std::vector<RoundnessVerdict> judgeRoundness(const std::vector<WheelView>& wheel
     }
     std::vector<RoundnessVerdict> verdicts;
     for (std::size_t i = 0; i < wheels.size(); ++i) {
-        StationKnowledge known = knowledgeFrom(alone, i, knowledgeOf(wheels[i].plane));
-        // A flat that is one plane changes the differences of the rings, too, as a turned laser plane does. A wheel that
-        // tells another turn than the rest of its side is not asked.
-        constexpr double kErrors = 5.0;
-        constexpr double kFirm = 0.01;
-        const Estimate& own = alone[i].skew;
-        if (std::abs(own.value - known.skew.value) > kErrors * std::hypot(own.error, known.skew.error)) {
-            known.skew.error *= kFirm;
-        }
+        const StationKnowledge known = knowledgeFrom(alone, i, wheels[i].plane);
         verdicts.push_back(judgeFit(fitWheel(sections[i], wheels[i], known), limits));
     }
     return verdicts;
