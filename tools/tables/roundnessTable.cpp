@@ -99,12 +99,11 @@ void printSound() {
     constexpr int kSeeds = 1;
     std::printf(
         "\n| sound wheels | out of round | defective | not compared | treads not judged | off, mm | limit, mm |\n"
-        "| --- | --- | --- | --- | --- | --- |\n");
+        "| --- | --- | --- | --- | --- | --- | --- |\n");
     for (const char* const options :
          {"", "--noise 0", "--noise 0.1", "--noise 0.2", "--noise 0.3", "--stand-off 100", "--stand-off 200",
-          "--stand-off 300", "--beta 75", "--beta 88", "--beta 105", "--turn1 2 --turn2 2",
-
-          "--half-angle 18", "--yaw 5", "--yaw -5 --noise 0.1", "--speed 3", "--speed 30", "--speed 60",
+          "--stand-off 300", "--beta 75", "--beta 88", "--beta 105", "--turn1 2 --turn2 2", "--half-angle 18",
+          "--yaw 5", "--yaw -5 --noise 0.1", "--speed 3", "--speed 30", "--speed 60",
           "--speed 60 --noise 0.3 --stand-off 300 --beta 75"}) {
         const QString text = QLatin1String(options);
         Tally tally;
