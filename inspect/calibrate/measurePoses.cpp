@@ -99,6 +99,7 @@ std::string reasonWithoutPose(const CalibrationResult& result) {
 CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
                                const Progress& progress, const CalibrationTerms& terms) {
     std::vector<std::array<double, 3>> moves;
+    moves.reserve(profiles.size());
     for (const NamedProfile& profile : profiles) {
         moves.push_back(profile.moved);
     }

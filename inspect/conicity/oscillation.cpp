@@ -101,6 +101,7 @@ std::optional<double> Oscillation::conicity(double amplitude) const {
     constexpr int kParts = 100;
     static const std::vector<double> kSines = [] {
         std::vector<double> sines;
+        sines.reserve(kParts);
         for (int i = 0; i < kParts; ++i) {
             sines.push_back(std::sin(((i + 0.5) / kParts - 0.5) * std::numbers::pi));
         }

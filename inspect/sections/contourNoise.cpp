@@ -147,6 +147,7 @@ std::vector<float> parabolaWindows(const std::vector<Point>& contour, const Cont
     }
     const std::vector<std::size_t> places = everyMillimetre(contour);
     std::vector<float> found;
+    found.reserve(places.size());
     for (const std::size_t place : places) {
         found.push_back(windowAt(contour, place, noise));
     }

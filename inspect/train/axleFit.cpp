@@ -17,6 +17,7 @@ AxleFit firstGuess(const std::vector<FlangeTip>& tips, const FlangeCircle& circl
     AxleFit axle;
     axle.value = {circle.place, circle.down, circle.radius, known.shear.value, known.stretch.value};
     std::vector<double> downs;
+    downs.reserve(tips.size());
     for (const FlangeTip& tip : tips) {
         downs.push_back(tip.down);
     }
@@ -26,6 +27,7 @@ AxleFit firstGuess(const std::vector<FlangeTip>& tips, const FlangeCircle& circl
 
 std::vector<double> offCircle(const AxleFit& axle, const std::vector<FlangeTip>& tips) {
     std::vector<double> off;
+    off.reserve(tips.size());
     for (const FlangeTip& tip : tips) {
         off.push_back(axle.radiusOf(axle.fromAxle(tip.place, tip.down), tip.down) - axle.value[AxleFit::Radius]);
     }
@@ -34,6 +36,7 @@ std::vector<double> offCircle(const AxleFit& axle, const std::vector<FlangeTip>&
 
 double scatterOf(const std::vector<double>& off) {
     std::vector<double> sizes;
+    sizes.reserve(off.size());
     for (const double value : off) {
         sizes.push_back(std::abs(value));
     }

@@ -137,6 +137,7 @@ std::optional<AxlePlace> vertexOf(const std::vector<FlangeTip>& all, double& sca
             return {};
         }
         std::vector<double> offs;
+        offs.reserve(all.size());
         for (const FlangeTip& tip : all) {
             offs.push_back(std::abs(arc->off(tip)));
         }

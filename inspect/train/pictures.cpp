@@ -80,6 +80,7 @@ PairPicture pairPicture(const PassResult& result, int number, const std::vector<
         if (defects && defects->worstProfile > 0) {
             const std::vector<PointList>& profiles = measured.found.wheels()[index].profiles;
             std::vector<PointList> cuts;
+            cuts.reserve(profiles.size());
             for (const PointList& profile : profiles) {
                 cuts.push_back(cutTread(profile, *measured.input.tread, *result.defectLimits));
             }

@@ -156,6 +156,7 @@ std::optional<Estimate> meanX(const RimContour& contour, const std::vector<std::
     }
     const double deviation = std::sqrt(squares / (count - 1.0));
     std::vector<Pull> pulls;
+    pulls.reserve(points.size());
     for (const std::size_t i : points) {
         pulls.push_back({i, deviation / count, 0.0});
     }
@@ -300,6 +301,7 @@ std::optional<Estimate> findOuterFace(const RimContour& contour, std::size_t tre
         return {};
     }
     std::vector<double> places;
+    places.reserve(face.size());
     for (const std::size_t i : face) {
         places.push_back(points[i].x);
     }

@@ -241,6 +241,7 @@ std::string inspectFiles(const fs::path& folder) {
     text += toJson(grid, Pictures::Included) + toJson(measureWheels(wheels));
     CalibrationTask task;
     task.placement = 2;
+    task.side = SensorSide::SmallerY;
     return text + toJson(measurePoses({{"a", readProfiles(folder / "points.profiles")[0]}}, task));
 }
 

@@ -136,12 +136,12 @@ void printErrors(const Counts& counts) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const int runs = argc > 1 ? std::atoi(argv[1]) : 40;
+    const int runs = argc > 1 ? static_cast<int>(std::strtol(argv[1], nullptr, 10)) : 40;
     std::vector<Case> tracks, measurings, smoothings, all = {{"all"}};
     for (const Measuring& m : kMeasurings) {
         char name[100];
-        std::snprintf(name, sizeof name, "noise %g mm %s, points %g mm apart", m.noise,
-                      m.isAcrossOnly ? "in y" : "in x and y", m.spacing);
+        static_cast<void>(std::snprintf(name, sizeof name, "noise %g mm %s, points %g mm apart", m.noise,
+                                        m.isAcrossOnly ? "in y" : "in x and y", m.spacing));
         measurings.push_back({name});
     }
     for (const char* const name : kSmoothingNames) {

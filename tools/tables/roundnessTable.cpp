@@ -142,7 +142,7 @@ void printCoverage(int passes) {
 /// With a number: the coverage of intervals over so many passes.
 int main(int argc, char** argv) {
     if (argc > 1) {
-        printCoverage(std::atoi(argv[1]));
+        printCoverage(static_cast<int>(std::strtol(argv[1], nullptr, 10)));
         return 0;
     }
     printFlats();

@@ -152,7 +152,7 @@ void add(const Counts& from, Counts& to) {
 int main(int count, char** arguments) {
     constexpr double kNoises[] = {0.01, 0.02, 0.05, 0.1, 0.2};
     constexpr double kSpacings[] = {0.05, 0.1, 0.2, 0.4};
-    const int runs = count > 1 ? std::atoi(arguments[1]) : 100;
+    const int runs = count > 1 ? static_cast<int>(std::strtol(arguments[1], nullptr, 10)) : 100;
     std::vector<kxsim::Contour> contours;
     for (int i = 2; i < count; ++i) {
         contours.push_back(contourOf(arguments[i]));
@@ -183,13 +183,13 @@ int main(int count, char** arguments) {
             }
         }
         char what[40];
-        std::snprintf(what, sizeof what, "noise %.2f mm", noise);
+        static_cast<void>(std::snprintf(what, sizeof what, "noise %.2f mm", noise));
         print(what, counts);
         add(counts, all);
     }
     for (std::size_t i = 0; i < std::size(kSpacings); ++i) {
         char what[40];
-        std::snprintf(what, sizeof what, "points %.2f mm apart", kSpacings[i]);
+        static_cast<void>(std::snprintf(what, sizeof what, "points %.2f mm apart", kSpacings[i]));
         print(what, perSpacing[i]);
     }
     print("all", all);
