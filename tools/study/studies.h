@@ -1,0 +1,25 @@
+// What is studied: ten parts, three stations, ten measurements of each part at each station.
+#pragma once
+
+#include "tools/study/accuracy.h"
+
+#include <functional>
+#include <vector>
+
+namespace kxstudy {
+
+inline constexpr int kParts = 10;
+inline constexpr int kStations = 3;
+inline constexpr int kPasses = 10;
+
+/// Called with what is being done, for people who wait.
+using Report = std::function<void(const std::string& what)>;
+
+/// @{ The values of each command.
+std::vector<StudiedValue> studyTrain(const Report& report);
+std::vector<StudiedValue> studyWheel(const Report& report);
+std::vector<StudiedValue> studyConicity(const Report& report);
+std::vector<StudiedValue> studyCalibrate(const Report& report);
+/// @}
+
+} // namespace kxstudy
