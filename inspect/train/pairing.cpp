@@ -76,11 +76,18 @@ std::vector<PairedWheels> pairsAtShift(const std::vector<double>& first, const s
     size_t i = 0;
     size_t j = 0;
     while (i < first.size() || j < second.size()) {
-        const bool hasBoth = i < first.size() && j < second.size();
-        const double apart = hasBoth ? second[j] - first[i] - shift : 0.0;
-        if (hasBoth && std::abs(apart) <= reach) {
+        if (i == first.size()) {
+            pairs.push_back({{std::nullopt, j++}});
+            continue;
+        }
+        if (j == second.size()) {
+            pairs.push_back({{i++, std::nullopt}});
+            continue;
+        }
+        const double apart = second[j] - first[i] - shift;
+        if (std::abs(apart) <= reach) {
             pairs.push_back({{i++, j++}});
-        } else if (hasBoth ? apart > 0.0 : i < first.size()) {
+        } else if (apart > 0.0) {
             pairs.push_back({{i++, std::nullopt}});
         } else {
             pairs.push_back({{std::nullopt, j++}});

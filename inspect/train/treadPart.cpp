@@ -76,6 +76,7 @@ double meanDown(const std::vector<SectionPoint>& section, double from, double to
 void leaveOutRimEnd(Part& part) {
     constexpr double kFar = 5.0; // mm
     constexpr double kStep = 2.0; // mm, for slopes
+    constexpr double kBack = 1.0; // mm, half a step
     constexpr double kSteep = 1.0 / 3.0;
     constexpr int kMostSteps = 8; // chamfers are about 5 mm wide
     std::vector<Sample> samples;
@@ -101,7 +102,7 @@ void leaveOutRimEnd(Part& part) {
         if (!(std::abs(fall) > kSteep * kStep)) { // NaN: no points to tell
             break;
         }
-        end -= kStep / 2.0;
+        end -= kBack;
     }
     if (end < last) {
         part.keepIf([&](const SectionPoint& p) { return p.across <= end - kStep; });

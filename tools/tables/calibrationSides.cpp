@@ -62,8 +62,8 @@ void tryCode(int placement, Turn how, int code, const Statement& said, Count& co
 
 /// A row with the counts of the true code, or one that means the same, and of all others.
 void printRow(Turn how, const char* name, const Statement& said) {
-    Count trueCode;
-    Count otherCodes;
+    Count trueCode = {};
+    Count otherCodes = {};
     for (int placement = 1; placement <= 5; ++placement) {
         for (int code = 1; code <= 5; ++code) {
             const KxInspect::Placement a = KxInspect::placementOf(placement);

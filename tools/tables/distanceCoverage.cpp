@@ -64,8 +64,8 @@ std::vector<std::string> simulate(const kxsim::Parameters& p, const QString& fol
 } // namespace
 
 int main(int argc, char** argv) {
-    const long stations = argc > 1 ? std::atol(argv[1]) : 2000;
-    const long first = argc > 2 ? std::atol(argv[2]) : 1;
+    const long stations = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 2000;
+    const long first = argc > 2 ? std::strtol(argv[2], nullptr, 10) : 1;
     Trials distances{"distance, base distance fitted, mm", {}};
     Trials noise{"distance, base distance exact, mm", {}};
     Trials yaws{"yaw, mrad", {}};
