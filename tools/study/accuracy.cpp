@@ -74,6 +74,7 @@ void addDeviations(Cells cells, Accuracy& accuracy) {
     const auto parts = static_cast<double>(cells.size());
     const auto stations = static_cast<double>(byStation.size());
     std::vector<double> stationMeans;
+    stationMeans.reserve(byStation.size());
     for (const auto& [station, means] : byStation) {
         stationMeans.push_back(mean(means));
     }

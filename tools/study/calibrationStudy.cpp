@@ -55,6 +55,7 @@ double trueValue(const kxsim::Pose& pose, const KxInspect::PoseField& field) {
 
 std::vector<StudiedValue> studyCalibrate(const Report& report) {
     std::vector<StudiedValue> values;
+    values.reserve(KxInspect::kPoseFields.size());
     for (const KxInspect::PoseField& field : KxInspect::kPoseFields) {
         values.push_back({"calibrate", field.name, field.isAngle ? "degrees" : "mm", field.isAngle ? 0.2 : 1.0, 4});
     }
