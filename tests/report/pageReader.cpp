@@ -50,7 +50,10 @@ public:
         plot_.title = xml_.attributes().value("aria-label").toString();
         while (xml_.readNextStartElement()) {
             const QXmlStreamAttributes a = xml_.attributes();
-            if (xml_.name() == QLatin1String("g") && a.hasAttribute("clip-path")) {
+            if (xml_.name() == QLatin1String("rect")) {
+                frame_ = {number(a, "x"), number(a, "x") + number(a, "width")};
+                xml_.skipCurrentElement();
+            } else if (xml_.name() == QLatin1String("g") && a.hasAttribute("clip-path")) {
                 plot_.unitsPerPixel = {x_.perPixel(), y_.perPixel()};
                 isBehindAxes_ = true;
                 while (xml_.readNextStartElement()) {
@@ -64,6 +67,8 @@ public:
                 xml_.skipCurrentElement();
             }
         }
+        plot_.left = x_.at(frame_.first);
+        plot_.right = x_.at(frame_.second);
         return plot_;
     }
 
@@ -137,6 +142,7 @@ private:
     QXmlStreamReader& xml_;
     ReadPlot plot_;
     Scale x_, y_;
+    std::pair<double, double> frame_; ///< left and right end, pixels
     bool isBehindAxes_ = false;
 };
 

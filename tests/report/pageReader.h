@@ -53,6 +53,7 @@ struct ReadItem {
 struct ReadPlot {
     QString title, caption, xLabel, yLabel;
     QPointF unitsPerPixel = {1.0, 1.0};
+    double left = 0.0, right = 0.0; ///< ends of the x axis, in its units
     std::vector<ReadItem> items;
     std::vector<std::pair<QString, QPointF>> texts; ///< centred texts on the plot and their places
     std::map<QString, std::pair<QString, QString>> legend; ///< text: kind and colour

@@ -75,7 +75,7 @@ PassResult result() {
     std::tie(right.level, right.reference) = std::tuple(Line{-0.2f, 130.0f}, Line{-0.05f, 70.0f});
     left.wheels = {wheelOf(1, 10, 21, 4, 33), wheelOf(2, 12, 51, 5, 34), wheelOf(3, 14, 111, 0, 0)};
     right.wheels = {wheelOf(1, 11, 24, 6, 43), wheelOf(2, 13, 53, 7, 44), wheelOf(3, 15, 81, 8, 45),
-                    wheelOf(4, 16, 113, 9, 46)};
+                    wheelOf(4, 16, 195, 9, 46)};
     Roundness out = {{{1, -20, 0.05f}, {2, -5, -0.0625f}, {4, 30, 0.5f}}, 488.5f, 0.03f, {4}, 0.375f, true};
     Roundness round = {{{2, -15, 0.02f}, {3, 10, -0.03f}}, 479.25f, 0.04f, {}, 0.0625f, false};
     std::tie(out.largestInterval, out.limit) = std::tuple(KxInspect::Interval{0.25f, 0.5f}, 0.125f);
@@ -213,6 +213,7 @@ TEST(PassPage, DrawsWheelsAndDistances) {
                 QString("wheel %1: records %2 to %3").arg(wheel["wheel"].toInt()).arg(first).arg(last));
             wheels.expectNear({box.points[0].x(), 0}, {first - 0.5, 0});
             wheels.expectNear({box.points[1].x(), 0}, {last + 0.5, 0});
+            EXPECT_TRUE(wheels.left < first - 0.5 && last + 0.5 < wheels.right) << wheels.right;
             EXPECT_EQ(box.colour, wheels.legend.at(i == 2 ? "wheel without partner" : legends[side]).second);
             heights[side] = box.points[0].y(); // pixels: the rows have no ticks
             if (side == 0) {
