@@ -6,12 +6,13 @@
 
 namespace kxsim {
 
-/// 1 for the sensor that sees the left wheels, -1 for the other one.
-inline int sideOf(int sensor) {
-    return sensor == 1 ? 1 : -1;
-}
+/// 1 for a sensor that sees the left wheels, -1 for the others. Without a layout the first one sees the left wheels.
+int sideOf(const Parameters& parameters, int sensor);
 
-/// The pose of a sensor: the first one sees the left wheels, the second one is its mirror image.
+/// Where a sensor looks from; between the rails without a layout.
+SensorPlace placeOf(const Parameters& parameters, int sensor);
+
+/// The pose of a sensor: without a layout the second one is the mirror image of the first one.
 Pose makePose(const Parameters& parameters, int sensor);
 
 /// Lines in the frame of a sensor, all parallel to the back face of a wheel.

@@ -30,6 +30,7 @@ constexpr std::array kNumbers = {
     NumberInfo{"diameter", &P::diameter, 300, 1500, "mm", "diameter of a new wheel"},
     NumberInfo{"wear", &P::wear, 0, 200, "mm", "largest loss of diameter of a wheel pair"},
     NumberInfo{"flange-wear", &P::flangeWear, 0, 8, "mm", "largest loss of flange thickness"},
+    NumberInfo{"tread-wear", &P::treadWear, 0, 8, "mm", "largest depth of a hollow worn into a tread"},
     NumberInfo{"rim-thickness", &P::rimThickness, 20, 150, "mm", "thickness of the rim of a new wheel below the tread"},
     NumberInfo{"back-to-back", &P::backToBack, 300, 3000, "mm", "nominal back-to-back distance of a wheel pair"},
     NumberInfo{"distance-spread", &P::distanceSpread, 0, 5, "mm", "standard deviation of the back-to-back distance"},
@@ -127,7 +128,14 @@ double valueOf(const Parameters& parameters, const NumberInfo& info) {
     return std::visit([&](auto member) { return static_cast<double>(parameters.*member); }, info.member);
 }
 
+int sensorsOf(const Parameters& parameters) {
+    return parameters.layout.empty() ? 2 : static_cast<int>(parameters.layout.size());
+}
+
 int serialOf(const Parameters& parameters, int sensor) {
+    if (!parameters.layout.empty()) {
+        return parameters.layout[static_cast<std::size_t>(sensor - 1)].serial;
+    }
     return sensor == 1 ? parameters.serial1 : parameters.serial2;
 }
 
@@ -135,7 +143,7 @@ std::string findFault(const Parameters& p) {
     if (std::string fault = findNumberOutOfRange(p); !fault.empty()) {
         return fault;
     }
-    if (p.serial1 == p.serial2) {
+    if (p.layout.empty() && p.serial1 == p.serial2) {
         return "the serial numbers of the two sensors are equal";
     }
     if (p.prefix.empty() || p.prefix.find_first_of("_/\\") != std::string::npos ||

@@ -1,6 +1,8 @@
 // The parameters of a simulated pass.
 #pragma once
 
+#include "simulator/layout.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -18,7 +20,7 @@ struct Defect {
 
     Kind kind = Kind::Flat;
     int pair = 1; ///< wheel pair, from 1 in the order in which they pass
-    int sensor = 1; ///< which sensor sees the wheel, 1 or 2
+    int sensor = 1; ///< 1 for the wheel on the left, 2 on the right
     double size = 0.0; ///< length of a flat, height of a build-up, mm
     double phase = 0.0; ///< distance of its middle along the circumference from what the sensors see, mm
 };
@@ -52,6 +54,7 @@ struct Parameters {
     double diameter = 860.0;
     double wear = 10.0;
     double flangeWear = 3.0;
+    double treadWear = 0.0; ///< at the tape circle, beyond that of the whole tread
     double rimThickness = 62.0;
     double backToBack = 1360.0;
     double distanceSpread = 0.5;
@@ -86,6 +89,8 @@ struct Parameters {
     double spikeSize = 8.0;
     double windowDirt = 0.0; ///< share of the fan that it hides
 
+    std::vector<LayoutSensor> layout = {}; ///< empty: the two sensors above
+
     // Surroundings
     double gauge = 1435.0;
     bool hasRails = true;
@@ -110,7 +115,9 @@ std::span<const NumberInfo> allNumbers();
 
 double valueOf(const Parameters& parameters, const NumberInfo& info);
 
-/// The serial number of sensor 1 or 2.
+/// How many sensors the station has, counted from 1.
+int sensorsOf(const Parameters& parameters);
+/// The serial number of a sensor.
 int serialOf(const Parameters& parameters, int sensor);
 
 /// A fault of the parameters in one line; empty without a fault.

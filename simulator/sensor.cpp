@@ -34,14 +34,14 @@ Ray turnedBack(const Ray& ray, const WheelPair& axle, double axleX) {
 } // namespace
 
 Sensor::Sensor(const Parameters& p, const Train& train, int sensor)
-    : parameters_(p), sensor_(sensor), pose_(makePose(p, sensor)), level_(calibrate(p, sensor).level),
-      camera_(pose_.origin + p.baseline * cross(pose_.v(), pose_.u())), reachFrom_(std::min(pose_.origin.x, camera_.x)),
-      reachTo_(std::max(pose_.origin.x, camera_.x)) {
+    : parameters_(p), sensor_(sensor), side_(sideOf(p, sensor)), pose_(makePose(p, sensor)),
+      level_(calibrate(p, sensor).level), camera_(pose_.origin + p.baseline * cross(pose_.v(), pose_.u())),
+      reachFrom_(std::min(pose_.origin.x, camera_.x)), reachTo_(std::max(pose_.origin.x, camera_.x)) {
     if (p.hasRails) {
-        surroundings_.push_back(makeRailHead(p.gauge, sideOf(sensor)));
+        surroundings_.push_back(makeRailHead(p.gauge, side_));
     }
     if (p.hasBackground) {
-        surroundings_.push_back(makeConductorCover(p.backToBack, sideOf(sensor)));
+        surroundings_.push_back(makeConductorCover(p.backToBack, side_));
     }
     addDirections();
     hideBehindDirt();
@@ -97,13 +97,13 @@ void Sensor::addTargets(const Train& train) {
     constexpr double kMaxBuildUp = 10.0; // mm
     int number = 0;
     for (const WheelPair& pair : train.pairs) {
-        const Wheel& wheel = pair.wheels[static_cast<std::size_t>(sensor_ - 1)];
+        const Wheel& wheel = pair.wheels[side_ > 0 ? 0 : 1];
         const double turned = std::abs(std::sin(pair.yaw)) * (pair.backToBack / 2.0 + kRimWidth);
         const double reach = wheel.maxRadius() + kMaxBuildUp + turned;
         targets_.push_back({-pair.behind - reach, -pair.behind + reach, ++number, &wheel, &pair, nullptr});
     }
     for (const Equipment& equipment : train.equipment) {
-        if (sideOf(sensor_) * (equipment.box.low.y + equipment.box.high.y) > 0.0) {
+        if (side_ * (equipment.box.low.y + equipment.box.high.y) > 0.0) {
             targets_.push_back({equipment.box.low.x, equipment.box.high.x, 0, nullptr, nullptr, &equipment.box});
         }
     }

@@ -67,6 +67,7 @@ private:
 
     const Parameters& parameters_;
     const int sensor_;
+    const int side_; ///< 1 for a sensor that sees the left wheels, else -1
     const Pose pose_;
     const SensorLine level_;
     const Vec3 camera_;

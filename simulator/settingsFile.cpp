@@ -2,6 +2,7 @@
 #include "simulator/settingsFile.h"
 
 #include "simulator/calibration.h"
+#include "simulator/wheelContour.h"
 
 #include <KxInspect/AtomicFile.h>
 
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <utility>
 
@@ -17,20 +19,25 @@ namespace kxsim {
 
 namespace {
 
-/// How many profiles show a wheel: while its flange is below the upper end of the laser line on the back face.
-int countProfilesOfWheel(const Parameters& p, const Pose& pose) {
-    const SensorLine face = traceOfPlane(pose, p.backToBack / 2.0);
+/// How many profiles show a wheel to a sensor: while its flange, from outside its rim, is below the upper end of the laser
+/// line on its back face, or on its outer one.
+int countProfilesOfWheel(const Parameters& p, int sensor) {
+    const Pose pose = makePose(p, sensor);
+    const double behind = placeOf(p, sensor) == SensorPlace::Field ? kRimWidth : 0.0;
+    const SensorLine face = traceOfPlane(pose, sideOf(p, sensor) * (p.backToBack / 2.0 + behind));
+    constexpr double kFlangeHeight = 28.0; // S1002, above the tape circle
+    constexpr double kOuterEdge = -7.6;
     double top = -1e9;
     for (const double share : {-1.0, 1.0}) {
         const double angle = share * p.halfAngle * std::numbers::pi / 180.0;
         const double x = face.b * std::tan(angle) / (1.0 - face.k * std::tan(angle));
         top = std::max(top, pose.toTrack(x, face.at(x)).z);
     }
-    constexpr double kFlangeHeight = 28.0;
+    const double height = placeOf(p, sensor) == SensorPlace::Field ? kOuterEdge : kFlangeHeight;
     const double tread = (p.diameter - p.wear) / 2.0;
-    const double flange = tread + kFlangeHeight;
+    const double lowest = tread + height;
     const double down = tread - top;
-    const double half = std::sqrt(std::max(0.0, flange * flange - down * down));
+    const double half = std::sqrt(std::max(0.0, lowest * lowest - down * down));
     return static_cast<int>(2.0 * half / (1000.0 * p.speed / p.rate));
 }
 
@@ -49,7 +56,9 @@ Section sensorSection(const Parameters& p, int sensor, DefectBand band) {
     };
     const CalibratedLines lines = calibrate(p, sensor);
     write("SN", serialOf(p, sensor));
-    writeLine("k2", "b2", lines.reference);
+    if (placeOf(p, sensor) == SensorPlace::Inner) {
+        writeLine("k2", "b2", lines.reference);
+    }
     writeLine("level_k", "level_b", band == DefectBand::BackFace ? lines.level : lines.treadLevel);
     writeLine("lowlevel_k", "lowlevel_b", lines.low);
     writeLine("lowLevel_k", "lowLevel_b", band == DefectBand::BackFace ? lines.low : lines.treadLow);
@@ -64,6 +73,7 @@ Section sensorSection(const Parameters& p, int sensor, DefectBand band) {
             write(key, value);
         }
     }
+    section["side"] = sideOf(p, sensor) > 0 ? "left" : "right";
     write("wndSize", 3);
     write("higherPoinInWnd", 0);
     write("maxdY", 1.5);
@@ -87,7 +97,11 @@ QByteArray textOf(const QByteArray& name, const Section& section) {
 void writeSettings(const QString& fileName, const Parameters& p, DefectBand band) {
     // Passing objects shorter than this share of a wheel are not wheels.
     constexpr double kShareOfWheel = 0.4;
-    const int profiles = static_cast<int>(kShareOfWheel * countProfilesOfWheel(p, makePose(p, 1)));
+    int fewest = std::numeric_limits<int>::max();
+    for (int sensor = 1; sensor <= sensorsOf(p); ++sensor) {
+        fewest = std::min(fewest, countProfilesOfWheel(p, sensor));
+    }
+    const int profiles = static_cast<int>(kShareOfWheel * fewest);
     const Section general = {
         {"minProfsInWheel", QByteArray::number(std::max(1, profiles))},
         {"calibrLines2", QByteArray::number(p.backToBack, 'g', 9)},
@@ -98,8 +112,10 @@ void writeSettings(const QString& fileName, const Parameters& p, DefectBand band
         {"maxDeviation", band == DefectBand::Tread ? "0.2" : "0.3"},
         {"pointsHigher", "5"},
         {"minimalDefectsProf", "1"}};
-    const QByteArray text = textOf("General", general) + '\n' + textOf("SENSOR1", sensorSection(p, 1, band)) + '\n' +
-                            textOf("SENSOR2", sensorSection(p, 2, band));
+    QByteArray text = textOf("General", general);
+    for (int sensor = 1; sensor <= sensorsOf(p); ++sensor) {
+        text += '\n' + textOf("SENSOR" + QByteArray::number(sensor), sensorSection(p, sensor, band));
+    }
     KxInspect::writeWholeFile({{}, fileName.toStdString(), {}}, text.toStdString());
 }
 

@@ -11,8 +11,8 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 
-#include <array>
 #include <cstdint>
+#include <vector>
 
 namespace kxsim {
 
@@ -46,7 +46,7 @@ void record(const Parameters& p, const Train& train, int sensorNumber, Recorder&
         }
         if (i % kProgressInterval == 0 && progress) {
             const double share = static_cast<double>(i) / static_cast<double>(travel.profiles);
-            progress((sensorNumber - 1 + share) / 2.0);
+            progress((sensorNumber - 1 + share) / sensorsOf(p));
         }
     }
     recorder.finish();
@@ -60,17 +60,18 @@ void simulatePass(const Parameters& p, const QString& directory, const Progress&
     makeDirectory(directory);
     QFile::remove(truthFile); // its presence means a complete pass
     const Train train = makeTrain(p);
-    std::array<RecordingTruth, 2> recordings;
-    for (const int sensor : {1, 2}) {
+    std::vector<RecordingTruth> recordings;
+    for (int sensor = 1; sensor <= sensorsOf(p); ++sensor) {
         const QString name = QStringLiteral("%1_%2.bin").arg(QString::fromStdString(p.prefix)).arg(serialOf(p, sensor));
         Recorder recorder(dir.filePath(name), p);
         record(p, train, sensor, recorder, progress);
-        recordings[static_cast<std::size_t>(sensor - 1)] = {name, recorder.records(), recorder.wheels()};
+        recordings.push_back({name, recorder.records(), recorder.wheels()});
     }
     for (const auto& [name, band] :
          {std::pair{"settings.ini", DefectBand::BackFace}, {"defects.ini", DefectBand::Tread}}) {
         writeSettings(dir.filePath(QLatin1String(name)), p, band);
     }
+    writeWheelTruth(dir.filePath(QStringLiteral("truth.csv")), train);
     writeTruth(truthFile, p, train, recordings);
     if (progress) {
         progress(1.0);

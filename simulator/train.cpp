@@ -10,7 +10,14 @@ namespace kxsim {
 
 namespace {
 
-enum Stream : std::uint64_t { WheelStream = 1, EquipmentStream = 2, YawStream = 4, PassStream = 5, DirtStream = 6 };
+enum Stream : std::uint64_t {
+    WheelStream = 1,
+    EquipmentStream = 2,
+    YawStream = 4,
+    PassStream = 5,
+    DirtStream = 6,
+    TreadStream = 8
+};
 
 void addDefects(const Parameters& p, int pairNumber, WheelPair& pair) {
     for (const Defect& defect : p.defects) {
@@ -67,11 +74,13 @@ WheelPair makePair(const Parameters& p, int number, double behind) {
     pair.yaw = (p.yaw + p.yawSpread * ofPass(p, YawStream, number).boundedNormal()) / 1000.0;
     const double diameter = p.diameter - p.wear * random.uniform();
     const double rimInnerRadius = p.diameter / 2.0 - p.rimThickness;
+    Random hollows({p.seed, TreadStream, static_cast<std::uint64_t>(number)});
     pair.wheels.reserve(2);
     for (const int side : {1, -1}) {
         // The wheels of a pair are reprofiled together and then wear by a little less than the same.
         const double own = std::min(p.wear, 0.3) * random.uniform();
-        const WheelShape shape = {diameter - own, rimInnerRadius, p.flangeWear * random.uniform()};
+        const WheelShape shape = {diameter - own, rimInnerRadius, p.flangeWear * random.uniform(),
+                                  p.treadWear * hollows.uniform()};
         pair.wheels.emplace_back(shape, side, pair.backToBack / 2.0 + side * pair.lateralShift);
     }
     addDefects(p, number, pair);

@@ -3,6 +3,7 @@
 
 #include "simulator/calibration.h"
 #include "simulator/json.h"
+#include "simulator/wornRim.h"
 
 #include <KxInspect/AtomicFile.h>
 
@@ -19,6 +20,10 @@ QJsonObject toJson(const SensorLine& line) {
 
 QLatin1String shapeName(FlatShape shape) {
     return QLatin1String(shape == FlatShape::Even ? "even" : "plane");
+}
+
+const char* sideName(int side) {
+    return side > 0 ? "left" : "right";
 }
 
 QJsonObject parametersToJson(const Parameters& p) {
@@ -40,7 +45,7 @@ QJsonObject parametersToJson(const Parameters& p) {
 QJsonObject sensorToJson(const Parameters& p, int sensor, const RecordingTruth& recording) {
     const Pose pose = makePose(p, sensor);
     const CalibratedLines lines = calibrate(p, sensor);
-    return {{"serial", serialOf(p, sensor)}, {"file", recording.fileName}, {"side", sensor == 1 ? "left" : "right"},
+    return {{"serial", serialOf(p, sensor)}, {"file", recording.fileName}, {"side", sideName(sideOf(p, sensor))},
             {"records", recording.records},  {"pose", toJson(pose)},       {"reference", toJson(lines.reference)},
             {"level", toJson(lines.level)}};
 }
@@ -62,31 +67,53 @@ QJsonArray defectsToJson(const Parameters& p, const Wheel& wheel, int pair, int 
     return json;
 }
 
-QJsonObject wheelToJson(const Parameters& p, const WheelPair& pair, int number, int sensor,
-                        const RecordingTruth& recording) {
-    const Wheel& wheel = pair.wheels[static_cast<std::size_t>(sensor - 1)];
+/// The records that show a wheel to one sensor.
+QJsonObject recordsToJson(int number, const RecordingTruth& recording) {
     const WheelRecords& records = recording.wheels[static_cast<std::size_t>(number - 1)];
-    return {{"sensor", sensor},
-            {"side", sensor == 1 ? "left" : "right"},
-            {"offset", wheel.backFace - p.backToBack / 2.0},
-            {"diameter", wheel.shape.diameter},
-            {"flangeThickness", flangeThickness(wheel.contour, wheel.shape.diameter)},
-            {"firstRecord", records.first},
-            {"lastRecord", records.last},
-            {"defects", defectsToJson(p, wheel, number, sensor)}};
+    return {{"firstRecord", records.first}, {"lastRecord", records.last}};
+}
+
+/// @param side 0 for the left wheel, 1 for the right one
+QJsonObject wheelToJson(const Parameters& p, const WheelPair& pair, int number, int side,
+                        const std::vector<RecordingTruth>& recordings) {
+    const Wheel& wheel = pair.wheels[static_cast<std::size_t>(side)];
+    QJsonObject json = {{"side", sideName(wheel.side)},
+                        {"offset", wheel.backFace - p.backToBack / 2.0},
+                        {"diameter", wheel.shape.diameter},
+                        {"flangeThickness", flangeThickness(wheel.contour, wheel.shape.diameter)},
+                        {"defects", defectsToJson(p, wheel, number, side + 1)}};
+    QJsonArray seen;
+    for (int sensor = 1; sensor <= sensorsOf(p); ++sensor) {
+        if (sideOf(p, sensor) != wheel.side) {
+            continue;
+        }
+        QJsonObject records = recordsToJson(number, recordings[static_cast<std::size_t>(sensor - 1)]);
+        records["sensor"] = sensor;
+        if (p.layout.empty()) { // the only one of its side
+            for (auto at = records.constBegin(); at != records.constEnd(); ++at) {
+                json[at.key()] = at.value();
+            }
+        } else {
+            seen.append(records);
+        }
+    }
+    if (!p.layout.empty()) {
+        json["seen"] = seen;
+    }
+    return json;
 }
 
 } // namespace
 
 void writeTruth(const QString& fileName, const Parameters& p, const Train& train,
-                const std::array<RecordingTruth, 2>& recordings) {
+                const std::vector<RecordingTruth>& recordings) {
     QJsonArray pairs;
     int number = 0;
     for (const WheelPair& pair : train.pairs) {
         ++number;
         QJsonArray wheels;
-        for (const int sensor : {1, 2}) {
-            wheels.append(wheelToJson(p, pair, number, sensor, recordings[static_cast<std::size_t>(sensor - 1)]));
+        for (const int side : {0, 1}) {
+            wheels.append(wheelToJson(p, pair, number, side, recordings));
         }
         pairs.append(QJsonObject{{"pair", number},
                                  {"car", pair.car},
@@ -104,13 +131,39 @@ void writeTruth(const QString& fileName, const Parameters& p, const Train& train
                                      {"low", QJsonArray{e.box.low.x, e.box.low.y, e.box.low.z}},
                                      {"high", QJsonArray{e.box.high.x, e.box.high.y, e.box.high.z}}});
     }
-    const QJsonObject truth = {
-        {"parameters", parametersToJson(p)},
-        {"profileStep", 1000.0 * p.speed / p.rate},
-        {"sensors", QJsonArray{sensorToJson(p, 1, recordings[0]), sensorToJson(p, 2, recordings[1])}},
-        {"pairs", pairs},
-        {"equipment", equipment}};
+    QJsonArray sensors;
+    for (int sensor = 1; sensor <= sensorsOf(p); ++sensor) {
+        sensors.append(sensorToJson(p, sensor, recordings[static_cast<std::size_t>(sensor - 1)]));
+    }
+    const QJsonObject truth = {{"parameters", parametersToJson(p)},
+                               {"profileStep", 1000.0 * p.speed / p.rate},
+                               {"sensors", sensors},
+                               {"pairs", pairs},
+                               {"equipment", equipment}};
     KxInspect::writeWholeFile({{}, fileName.toStdString(), {}}, QJsonDocument(truth).toJson().toStdString());
+}
+
+void writeWheelTruth(const QString& fileName, const Train& train) {
+    QByteArray text = "pair,car,bogie,axle,side,back_to_back,yaw,diameter,flange_height,flange_thickness,qr,hollow\n";
+    int number = 0;
+    for (const WheelPair& pair : train.pairs) {
+        ++number;
+        for (const Wheel& wheel : pair.wheels) {
+            const RimTruth rim = trueMeasures(rimOf(wheel.contour, wheel.shape.diameter));
+            const double values[] = {pair.backToBack, 1000.0 * pair.yaw, wheel.shape.diameter,
+                                     rim.height,      rim.thickness,     rim.flangeSlope,
+                                     rim.hollow};
+            for (const int count : {number, pair.car, pair.bogie, pair.axle}) {
+                text += QByteArray::number(count) + ',';
+            }
+            text += sideName(wheel.side);
+            for (const double value : values) {
+                text += ',' + QByteArray::number(value, 'f', 4);
+            }
+            text += '\n';
+        }
+    }
+    KxInspect::writeWholeFile({{}, fileName.toStdString(), {}}, text.toStdString());
 }
 
 } // namespace kxsim

@@ -7,7 +7,7 @@
 
 #include <QtCore/QString>
 
-#include <array>
+#include <vector>
 
 namespace kxsim {
 
@@ -20,6 +20,9 @@ struct RecordingTruth {
 
 /// Writes the truth as JSON. Throws a KxInspect::Error when the file could not be written.
 void writeTruth(const QString& fileName, const Parameters& parameters, const Train& train,
-                const std::array<RecordingTruth, 2>& recordings);
+                const std::vector<RecordingTruth>& recordings);
+
+/// Writes the measures of each wheel as CSV, a line per wheel. Throws a KxInspect::Error as writeTruth() does.
+void writeWheelTruth(const QString& fileName, const Train& train);
 
 } // namespace kxsim

@@ -96,6 +96,15 @@ void wearFlange(Contour& contour, double wear) {
     }
 }
 
+/// Wears a hollow into the tread. The diameter at the tape circle stays, the rest of the contour is higher.
+void wearTread(Contour& contour, double wear) {
+    constexpr double kWidth = 20.0; // mm from the tape circle to where 1/e of the hollow is left
+    for (ContourPoint& p : contour) {
+        const double off = (p.axial - kTapeCircle) / kWidth;
+        p.radius += wear * (1.0 - std::exp(-off * off));
+    }
+}
+
 } // namespace
 
 double s1002Height(double y) {
@@ -140,6 +149,7 @@ Contour makeWheelContour(const WheelShape& shape) {
                        {kWebBack - kFilletLength / 2.0, rim - 5.0},
                        {2.0, rim - 2.0},
                        {0.0, rim}};
+    const auto body = static_cast<std::ptrdiff_t>(contour.size());
     appendFlangeBack(contour, tapeRadius);
     for (const auto& [from, to] : {std::pair{kEndH, kEndG},
                                    {kEndG, kEndF},
@@ -150,6 +160,11 @@ Contour makeWheelContour(const WheelShape& shape) {
                                    {kEndB, kChamfer},
                                    {kChamfer, kFieldSide}}) {
         appendZone(contour, from, to, tapeRadius);
+    }
+    if (shape.treadWear > 0.0) {
+        Contour outside(contour.begin() + body, contour.end());
+        wearTread(outside, shape.treadWear);
+        std::copy(outside.begin(), outside.end(), contour.begin() + body);
     }
     if (shape.flangeWear > 0.0) {
         wearFlange(contour, shape.flangeWear);

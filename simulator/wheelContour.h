@@ -21,6 +21,8 @@ struct WheelShape {
     double diameter; ///< at the tape circle, as it is now
     double rimInnerRadius; ///< where the flat of the back face ends and the web begins; wear leaves it alone
     double flangeWear = 0.0; ///< how much thinner the flange is than a new one
+    double treadWear =
+        0.0; ///< how much lower the tape circle is than the rest of the tread: the flange is as much higher
 };
 
 /// The height above the tape circle (positive away from the axle) of the rolling contour S1002 of EN 13715 with a

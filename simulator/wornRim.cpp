@@ -103,6 +103,16 @@ Contour makeRimContour(const RimWear& wear) {
     return contour;
 }
 
+Contour rimOf(const Contour& wheel, double diameter) {
+    Contour rim;
+    for (const ContourPoint& p : wheel) {
+        if (p.radius >= diameter / 2.0 - kDepth) {
+            rim.push_back({p.axial, p.radius - diameter / 2.0});
+        }
+    }
+    return rim;
+}
+
 RimTruth trueMeasures(const Contour& contour, double slopeBase) {
     double tip = -std::numeric_limits<double>::infinity();
     double outer = tip;

@@ -36,6 +36,9 @@ struct RimTruth {
     double flankWidth; ///< from 2 mm below the tip to 13 mm above the tape circle
 };
 
+/// The rim of a whole wheel: from the back face to the outer one, radii from the tape circle.
+Contour rimOf(const Contour& wheel, double diameter);
+
 /// @param slopeBase the length over which the slope of the tread is taken, mm
 RimTruth trueMeasures(const Contour& contour, double slopeBase = 0.2);
 

@@ -23,6 +23,7 @@ struct SettingKey {
     double max = 0.0; ///< the largest
     std::string needed; ///< "always", "mode 3", "defects" (for the judgement of treads); empty: never
     std::string settings; ///< which read it: "station", "defects", "both"; empty: other uses of the file
+    std::vector<std::string> words = {}; ///< holds one of these; empty: holds a number
 };
 
 /// All keys that a settings file may hold for a pass, and those that other uses of the same file read (poses). Values
@@ -54,6 +55,20 @@ struct SensorAngles {
     double gamma = 0.0;
 };
 
+/// The origin of the pose of a sensor in the track frame, mm.
+struct SensorOrigin {
+    double x = 0.0; ///< along the track
+    double y = 0.0; ///< across it, to the left, from its middle
+    double z = 0.0; ///< up
+};
+
+/// The side of the track whose wheels a sensor sees, in the direction of rising z. Left is where Y of the track frame is
+/// positive.
+enum class TrackSide { Left, Right };
+
+/// "left", "right".
+KXINSPECT_EXPORT const char* textOf(TrackSide side);
+
 /// One sensor of a station. Lines are those of its own frame; one that is absent is not known.
 struct SensorSettings {
     int number = 0; ///< n of the keys SENSORn/...
@@ -64,6 +79,10 @@ struct SensorSettings {
     WheelDetection detection;
     /// The angles of its pose, for the shape of wheels; absent unless all are there. Keys alpha, beta, gamma.
     std::optional<SensorAngles> angles = {};
+    std::optional<SensorOrigin> origin = {}; ///< of its pose; absent unless all of it is there. Keys x, y, z
+    std::optional<TrackSide> side = {}; ///< key side
+
+    bool hasPose() const { return angles && origin; }
 };
 
 /// A station: its sensors and what they have in common.
@@ -77,6 +96,10 @@ struct StationSettings {
     std::vector<SettingFault> faults; ///< of the keys of all sensors
     std::vector<std::string> warnings; ///< of unknown keys, with the nearest known ones; UTF-8
 };
+
+/// Whether a sensor looks at the wheels from outside of the rails: by its pose it is farther from the middle of the track than
+/// the back of a wheel. False for a sensor without a pose.
+KXINSPECT_EXPORT bool isOnFieldSide(const SensorSettings& sensor, const StationSettings& settings);
 
 /// When a profile and a wheel count as defective.
 struct DefectLimits {

@@ -12,6 +12,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
 #include <cmath>
 
 namespace KxInspect::detail {
@@ -95,10 +96,30 @@ std::optional<int> IniFile::wholeNumber(const QString& key, Need need) {
     return std::nullopt;
 }
 
-std::optional<Line> IniFile::line(const QString& slopeKey, const QString& interceptKey) {
-    const std::optional<float> slope = number(slopeKey, Need::Required);
-    const std::optional<float> intercept = number(interceptKey, Need::Required);
+std::optional<Line> IniFile::line(const QString& slopeKey, const QString& interceptKey, Need need) {
+    const std::optional<float> slope = number(slopeKey, need);
+    const std::optional<float> intercept = number(interceptKey, need);
     return slope && intercept ? std::optional(Line{*slope, *intercept}) : std::nullopt;
+}
+
+std::optional<std::size_t> IniFile::word(const QString& key) {
+    const QVariant found = value(key, Need::Optional);
+    const SettingKey* const known = findSettingKey(key);
+    if (!found.isValid() || known == nullptr) {
+        return {};
+    }
+    const std::vector<std::string>& words = known->words;
+    const auto at = std::find(words.begin(), words.end(), found.toString().toStdString());
+    if (at != words.end()) {
+        return static_cast<std::size_t>(at - words.begin());
+    }
+    QStringList choices;
+    for (const std::string& choice : words) {
+        choices.append(toQt(choice));
+    }
+    addFault(key, QStringLiteral("give '%1' for '%2', which is %3")
+                      .arg(found.toString(), key, choices.join(QStringLiteral(" or "))));
+    return {};
 }
 
 int IniFile::serial(int sensor) {

@@ -30,7 +30,10 @@ public:
 
     std::optional<float> number(const QString& key, Need need);
     std::optional<int> wholeNumber(const QString& key, Need need);
-    std::optional<Line> line(const QString& slopeKey, const QString& interceptKey);
+    std::optional<Line> line(const QString& slopeKey, const QString& interceptKey, Need need = Need::Required);
+
+    /// The number of the word, among those that the key may hold, that it holds; absent where it is missing or holds another.
+    std::optional<std::size_t> word(const QString& key);
 
     /// The serial number of a sensor, which the first one must have; 0 ends the list of sensors.
     int serial(int sensor);

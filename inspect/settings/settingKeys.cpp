@@ -83,12 +83,23 @@ std::vector<SettingKey> makeKeys() {
          real(l.maxRadiusDeviation), 0.001, 100, kNever, kDefects},
         {"radiusProfiles", kGlobal, kWhole, "successive profiles off the circle that make a wheel out of round",
          "profiles", double(l.radiusProfiles), 1, kMostProfiles, kNever, kDefects},
+        {"side",
+         kPerSensor,
+         kReal,
+         "side of the track whose wheels the sensor sees",
+         "",
+         kNone,
+         -kInfinity,
+         kInfinity,
+         kNever,
+         kNever,
+         {textOf(TrackSide::Left), textOf(TrackSide::Right)}},
         {"use", kGlobal, kWhole, "not read", "", kNone, -kInfinity, kInfinity, kNever, kNever},
         {"polynomDegree", kGlobal, kWhole, "not read: the degree is 20", "", kNone, -kInfinity, kInfinity, kNever,
          kNever}};
     for (const char* const pose : {"x", "y", "z", "alpha", "beta", "gamma", "position"}) {
-        keys.push_back({pose, kPerSensor, kReal, "pose of the sensor; the shape of wheels needs its angles", "", kNone,
-                        -kInfinity, kInfinity, kNever, kNever});
+        keys.push_back({pose, kPerSensor, kReal, "pose of the sensor, for the shape and the measures of wheels", "",
+                        kNone, -kInfinity, kInfinity, kNever, kNever});
     }
     return keys;
 }

@@ -4,6 +4,7 @@
 #include <KxMath/KxWheelDetection.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace KxInspect {
 
@@ -36,17 +37,36 @@ std::optional<SensorAngles> readAngles(IniFile& file, int sensor) {
     return SensorAngles{static_cast<double>(*alpha), static_cast<double>(*beta), static_cast<double>(*gamma)};
 }
 
-SensorSettings readSensor(IniFile& file, int number, int serial) {
-    const auto line = [&](const char* slope, const char* intercept) {
-        return file.line(KxMath::KxSensorKey(number, slope), KxMath::KxSensorKey(number, intercept));
-    };
+/// The origin of the pose, when all of it is there.
+std::optional<SensorOrigin> readOrigin(IniFile& file, int sensor) {
+    const auto place = [&](const char* key) { return file.number(KxMath::KxSensorKey(sensor, key), Need::Optional); };
+    const auto x = place("x");
+    const auto y = place("y");
+    const auto z = place("z");
+    if (!x || !y || !z) {
+        return {};
+    }
+    return SensorOrigin{static_cast<double>(*x), static_cast<double>(*y), static_cast<double>(*z)};
+}
+
+std::optional<TrackSide> readSide(IniFile& file, int sensor) {
+    const auto side = file.word(KxMath::KxSensorKey(sensor, "side"));
+    return side ? std::optional(*side == 0 ? TrackSide::Left : TrackSide::Right) : std::nullopt;
+}
+
+SensorSettings readSensor(IniFile& file, int number, int serial, const StationSettings& settings) {
     SensorSettings sensor;
     sensor.number = number;
     sensor.serial = serial;
+    sensor.angles = readAngles(file, number);
+    sensor.origin = readOrigin(file, number);
+    sensor.side = readSide(file, number);
+    const auto line = [&](const char* slope, const char* intercept, Need need = Need::Required) {
+        return file.line(KxMath::KxSensorKey(number, slope), KxMath::KxSensorKey(number, intercept), need);
+    };
     sensor.level = line("level_k", "level_b");
     sensor.low = line("lowlevel_k", "lowlevel_b");
-    sensor.reference = line("k2", "b2");
-    sensor.angles = readAngles(file, number);
+    sensor.reference = line("k2", "b2", isOnFieldSide(sensor, settings) ? Need::Optional : Need::Required);
     sensor.detection = readDetection(file, number);
     return sensor;
 }
@@ -61,10 +81,20 @@ StationSettings readStationSettings(const std::string& path) {
     settings.baseUncertainty = file.number(QStringLiteral("baseUncertainty"), Need::Optional);
     settings.minProfilesInWheel =
         file.wholeNumber(QStringLiteral("minProfsInWheel"), Need::Optional).value_or(settings.minProfilesInWheel);
-    forEachSensor(file, [&](int number, int serial) { settings.sensors.push_back(readSensor(file, number, serial)); });
+    forEachSensor(
+        file, [&](int number, int serial) { settings.sensors.push_back(readSensor(file, number, serial, settings)); });
     settings.faults = file.faults();
     settings.warnings = file.warnings();
     return settings;
+}
+
+const char* textOf(TrackSide side) {
+    return side == TrackSide::Left ? "left" : "right";
+}
+
+bool isOnFieldSide(const SensorSettings& sensor, const StationSettings& settings) {
+    return sensor.hasPose() && settings.baseDistance &&
+           std::abs(sensor.origin->y) > static_cast<double>(*settings.baseDistance) / 2.0;
 }
 
 const SensorSettings* findSensor(const StationSettings& settings, int serial) {

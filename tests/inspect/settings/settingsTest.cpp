@@ -108,6 +108,7 @@ TEST_F(Settings, ValuesOutOfRangeAreFaults) {
         {"[SENSOR1]\nSN=7\nlevel_b=10000.5", "SENSOR1/level_b", "which is outside -10000 to 10000 mm"},
         {"[SENSOR1]\nSN=7\nminPointsIn=65536", "SENSOR1/minPointsIn", "give 65536 points"},
         {"[SENSOR1]\nSN=-7", "SENSOR1/SN", "give -7 for"},
+        {"[SENSOR1]\nSN=7\nside=up", "SENSOR1/side", "give 'up' for 'SENSOR1/side', which is left or right"},
     };
     for (const auto& [text, expectedKey, reason] : cases) {
         const std::string key = expectedKey;

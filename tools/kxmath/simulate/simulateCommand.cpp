@@ -21,17 +21,18 @@ using kxsim::Parameters;
 constexpr const char* kName = "simulate";
 
 const char* const kDescription =
-    "Simulates a train that passes two profile sensors. Writes the recordings, the matching settings\n"
+    "Simulates a train that passes profile sensors. Writes the recordings, the matching settings\n"
     "and the truth about the train into DIR. The same options give the same bytes.\n"
     "\n"
-    "Files: PREFIX_SERIAL.bin of both sensors, settings.ini for wheels and distances, defects.ini for\n"
-    "defects of the tread, truth.json. With --calibration: calibration-1.bin and so on, truth.json.\n"
+    "Files: PREFIX_SERIAL.bin of each sensor, settings.ini for wheels and distances, defects.ini for\n"
+    "defects of the tread, truth.csv, truth.json. With --calibration: calibration-1.bin and so on, truth.json.\n"
     "\n"
     "The files appear in DIR when all of them are whole; until then they are in a folder incomplete-DIR beside it, or "
     "in it\n"
     "where it is there. Of an older pass files with other names stay. SIGINT and SIGTERM leave nothing behind.\n"
     "\n"
-    "Exit codes: 0 done, 2 wrong use, 4 DIR or a file in it could not be written, 6 not enough memory.";
+    "Exit codes: 0 done, 2 wrong use, 3 the layout is missing or wrong, 4 DIR or a file in it could not be written, 6 "
+    "not enough memory.";
 
 QString defaultText(const NumberInfo& info) {
     const QString value = QString::number(kxsim::valueOf(Parameters{}, info));
@@ -43,6 +44,7 @@ void addOptions(Options& options) {
     options.addArgument("DIR", "directory for the files; it is created if missing");
     options.addOption("seed", "seed of the random numbers [1]", "N", "1");
     options.addOption("prefix", "first part of the names of the recordings [train]", "NAME", "train");
+    options.addOption("layout", "which sensors there are, an INI file; two that face each other without it", "FILE");
     options.addOption("records", "kind of the records, profile or cloud [profile]", "KIND", "profile");
     options.addOption("spacing", "points at equal steps of the angle or of the laser line: angle or line [angle]",
                       "KIND", "angle");
@@ -125,6 +127,9 @@ Parameters readParameters(const Options& options) {
     parameters.records = areProfiles ? kxsim::RecordKind::Profile : kxsim::RecordKind::Cloud;
     parameters.hasEqualAngles =
         options.oneOf("spacing", kxreport::textList({"angle", "line"})) == QLatin1String("angle");
+    if (options.isSet("layout")) {
+        parameters.layout = kxsim::readLayout(toBytes(options.text("layout")));
+    }
     parameters.hasRails = !options.isSet("no-rails");
     parameters.hasBackground = !options.isSet("no-background");
     parameters.hasObjects = !options.isSet("no-objects");
