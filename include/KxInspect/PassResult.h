@@ -4,6 +4,7 @@
 #include "Export.h"
 #include "Interval.h"
 #include "Json.h"
+#include "PassIdentity.h"
 #include "Profile.h"
 #include "Settings.h"
 
@@ -104,12 +105,13 @@ struct PassWheel {
 
 /// One side of the track: the recording of its sensor and the wheels in it.
 struct PassSide {
-    std::string file; ///< as the caller named it
-    std::string name; ///< without its folder; ends with ".bin", whether the file does or not
+    std::string file; ///< without its folder, UTF-8
+    std::string name; ///< the same; ends with ".bin", whether the file does or not
     std::string wheelDirectory; ///< the folder of its wheel files, relative to that of the pass
     int serial = 0; ///< serial number of the sensor
     int sensor = 0; ///< number of the sensor in the settings
     std::int64_t bytes = 0;
+    std::string sha256 = {}; ///< of the file, 64 hexadecimal digits in lower case
     int cloudSections = 0; ///< records of this kind
     int profileRecords = 0; ///< records of that kind
     Line level;
@@ -192,8 +194,9 @@ struct RawPicture {
 /// What was measured in a pass.
 struct KXINSPECT_EXPORT PassResult {
     int mode = 0; ///< of the wheel detection
-    std::string settings; ///< the file of the station's settings, as the caller named it; may be empty
-    std::string folder; ///< where wheel files were left; empty for nowhere
+    PassIdentity identity;
+    std::string settings; ///< the file of the station's settings, without its folder; may be empty
+    std::string folder; ///< where wheel files were left; empty for nowhere. No part of the JSON form
     std::vector<PassSide> sides; ///< two of them
     float baseDistance = 0.0f; ///< mm
     /// Half of the 95 % interval of the base distance, mm; absent when the settings do not give it: the intervals of

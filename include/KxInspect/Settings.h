@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Export.h"
+#include "InputFile.h"
 #include "Profile.h"
 
 #include <limits>
@@ -95,6 +96,7 @@ struct StationSettings {
     std::vector<SensorSettings> sensors; ///< by their number
     std::vector<SettingFault> faults; ///< of the keys of all sensors
     std::vector<std::string> warnings; ///< of unknown keys, with the nearest known ones; UTF-8
+    std::optional<InputFile> source = {}; ///< `file` as it was read; absent when the settings were filled in
 };
 
 /// Whether a sensor looks at the wheels from outside of the rails: by its pose it is farther from the middle of the track than
@@ -127,6 +129,7 @@ struct DefectSettings {
     std::vector<DefectLines> sensors; ///< by their number
     std::vector<SettingFault> faults; ///< of the keys of all sensors
     std::vector<std::string> warnings; ///< of unknown keys, with the nearest known ones; UTF-8
+    std::optional<InputFile> source = {}; ///< `file` as it was read; absent when the settings were filled in
 };
 
 /// Reads the settings of a station from an INI file. Keys of sensors that are missing or wrong become `faults`; a

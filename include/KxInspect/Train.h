@@ -18,6 +18,7 @@ struct PassOptions {
     std::optional<float> nominal; ///< distance, mm; the base distance when absent
     float tolerance = 3.0f; ///< allowed deviation to both sides, mm, the limit itself included
     std::optional<DefectSettings> defects; ///< treads are judged with them; absent: they are not judged
+    PassLabels labels = {}; ///< what the result says of where and when the pass was
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on
     /// Where the wheel files are left; made where it is missing. Empty: no files are written.
     /// It then holds a folder for each recording with the files "WW_PP.bin" of profile PP of wheel WW, and where the

@@ -138,6 +138,17 @@ bool JsonValue::has(const char* key) const {
     return value_.toObject().contains(QLatin1String(key));
 }
 
+std::vector<std::string> JsonValue::keys() const {
+    if (!value_.isObject()) {
+        failAsNo(QStringLiteral("object"));
+    }
+    std::vector<std::string> result;
+    for (const QString& key : value_.toObject().keys()) {
+        result.push_back(key.toStdString());
+    }
+    return result;
+}
+
 std::vector<JsonValue> JsonValue::list() const {
     if (!value_.isArray()) {
         failAsNo(QStringLiteral("list"));

@@ -56,6 +56,7 @@ public:
     JsonValue operator[](const char* key) const;
     bool has(const char* key) const; ///< false too when the value is no object
     bool isNull() const { return value_.isNull(); }
+    std::vector<std::string> keys() const; ///< of the members of an object, in alphabetical order
 
     /// The elements of a list.
     std::vector<JsonValue> list() const;

@@ -1,4 +1,5 @@
 // The result of a pass from JSON.
+#include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
 
 #include <KxInspect/PassResult.h>
@@ -43,6 +44,7 @@ PassSide readSide(const JsonValue& value) {
     side.serial = value["serial"].wholeNumber();
     side.sensor = value["sensor"].wholeNumber();
     side.bytes = value["bytes"].wideWholeNumber();
+    side.sha256 = value["sha256"].text();
     side.cloudSections = readCount(value["cloudSections"]);
     side.profileRecords = readCount(value["profileRecords"]);
     side.level = value["level"].line();
@@ -135,7 +137,7 @@ void readPair(const JsonValue& value, PassResult& result) {
             result.sides[side].wheels.push_back(readWheel(wheels[side]));
         }
     }
-    pair.distance = value["distance"].number();
+    pair.distance = value["backToBack"].number();
     pair.deviation = value["deviation"].number();
     if (!value["inTolerance"].isNull()) {
         pair.inTolerance = value["inTolerance"].flag();
@@ -199,9 +201,9 @@ RawPicture readRawPicture(const JsonValue& value, const PassResult& result) {
 PassResult passFromJson(const std::string& json) {
     const JsonValue document = JsonValue::parse(json, "train");
     PassResult result;
+    result.identity = detail::readIdentity(document);
     result.mode = document["mode"].wholeNumber();
     result.settings = document["settings"].text();
-    result.folder = document["folder"].textOrNull();
     for (const JsonValue& side : document["recordings"].ofSize(std::tuple_size_v<decltype(WheelPair::wheels)>)) {
         result.sides.push_back(readSide(side));
     }

@@ -1,8 +1,8 @@
 // The result of a pass as JSON.
+#include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
 
 #include <KxInspect/PassResult.h>
-#include <KxMath/KxMathVersion.h>
 
 #include <cmath>
 
@@ -21,6 +21,7 @@ QJsonObject sideObject(const PassSide& side) {
             {QStringLiteral("serial"), side.serial},
             {QStringLiteral("sensor"), side.sensor},
             {QStringLiteral("bytes"), static_cast<qint64>(side.bytes)},
+            {QStringLiteral("sha256"), text(side.sha256)},
             {QStringLiteral("cloudSections"), side.cloudSections},
             {QStringLiteral("profileRecords"), side.profileRecords},
             {QStringLiteral("level"), jsonLine(side.level)},
@@ -129,6 +130,7 @@ QJsonObject pairObject(const PassResult& result, std::size_t index) {
     }
     return {{QStringLiteral("pair"), static_cast<qint64>(index + 1)},
             {QStringLiteral("sides"), sides},
+            {QStringLiteral("backToBack"), jsonNumber(pair.distance)},
             {QStringLiteral("distance"), jsonNumber(pair.distance)},
             {QStringLiteral("deviation"), jsonNumber(pair.deviation)},
             {QStringLiteral("interval"), jsonInterval(pair.interval)},
@@ -190,23 +192,23 @@ std::string toJson(const PassResult& result, Pictures pictures) {
     for (std::size_t i = 0; i < result.pairs.size(); ++i) {
         pairs.append(pairObject(result, i));
     }
-    QJsonObject document = {
-        {QStringLiteral("command"), QStringLiteral("train")},
-        {QStringLiteral("version"), QLatin1String(KxMath_GetVersionString())},
-        {QStringLiteral("mode"), result.mode},
-        {QStringLiteral("settings"), text(result.settings)},
-        {QStringLiteral("folder"), result.folder.empty() ? QJsonValue() : QJsonValue(text(result.folder))},
-        {QStringLiteral("recordings"), listOf(result.sides, sideObject)},
-        {QStringLiteral("baseDistance"), jsonNumber(result.baseDistance)},
-        {QStringLiteral("baseUncertainty"),
-         result.baseUncertainty ? jsonNumber(*result.baseUncertainty) : QJsonValue()},
-        {QStringLiteral("nominal"), jsonNumber(result.nominal)},
-        {QStringLiteral("tolerance"), jsonNumber(result.tolerance)},
-        {QStringLiteral("distances"), result.distances()},
-        {QStringLiteral("judged"), judgedObject(result)},
-        {QStringLiteral("defectLimits"), limitsValue(result.defectLimits)},
-        {QStringLiteral("pairs"), pairs},
-        {QStringLiteral("warnings"), jsonList(result.warnings)}};
+    QJsonObject document = {{QStringLiteral("command"), QStringLiteral("train")},
+                            {QStringLiteral("version"), text(result.identity.version)},
+                            {QStringLiteral("schema"), schemaObject()},
+                            {QStringLiteral("identity"), identityObject(result.identity)},
+                            {QStringLiteral("mode"), result.mode},
+                            {QStringLiteral("settings"), text(result.settings)},
+                            {QStringLiteral("recordings"), listOf(result.sides, sideObject)},
+                            {QStringLiteral("baseDistance"), jsonNumber(result.baseDistance)},
+                            {QStringLiteral("baseUncertainty"),
+                             result.baseUncertainty ? jsonNumber(*result.baseUncertainty) : QJsonValue()},
+                            {QStringLiteral("nominal"), jsonNumber(result.nominal)},
+                            {QStringLiteral("tolerance"), jsonNumber(result.tolerance)},
+                            {QStringLiteral("distances"), result.distances()},
+                            {QStringLiteral("judged"), judgedObject(result)},
+                            {QStringLiteral("defectLimits"), limitsValue(result.defectLimits)},
+                            {QStringLiteral("pairs"), pairs},
+                            {QStringLiteral("warnings"), jsonList(result.warnings)}};
     if (pictures == Pictures::Included) {
         document[QStringLiteral("pictures")] = listOf(result.pictures, pictureObject);
         document[QStringLiteral("rawPictures")] = listOf(result.rawPictures, rawObject);

@@ -34,6 +34,7 @@ DefectSettings detail::readDefects(const std::string& path, bool isStrict) {
     IniFile file(path);
     DefectSettings settings;
     settings.file = path;
+    settings.source = file.identity();
     settings.limits = readLimits(file);
     if (isStrict && !file.faults().empty()) {
         const SettingFault& fault = file.faults().front();

@@ -5,6 +5,7 @@
 #include "inspect/base/memory.h"
 #include "inspect/base/paths.h"
 #include "inspect/formats/openFile.h"
+#include "inspect/identity/fileIdentity.h"
 #include "inspect/settings/settingKeys.h"
 
 #include <KxMath/KxWheelDetection.h>
@@ -20,8 +21,9 @@ namespace KxInspect::detail {
 namespace {
 
 /// A name by which QSettings can read the file; it would take one that is missing or cannot be opened for an empty one.
+/// @param identity gets that of the content
 /// @param copy gets the content when the path is not UTF-8: QSettings remembers what it has read by the name
-QString readable(const std::string& path, std::unique_ptr<QTemporaryFile>& copy) {
+QString readable(const std::string& path, InputFile& identity, std::unique_ptr<QTemporaryFile>& copy) {
     const ErrorSource source{"settings", path, {}};
     const QtPath where(path);
     const QFileInfo info(where.text());
@@ -36,6 +38,7 @@ QString readable(const std::string& path, std::unique_ptr<QTemporaryFile>& copy)
         fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: ") + file.errorString());
     }
     const QByteArray content = readAll(file, source);
+    identity = identityOf(path, {content.constData(), static_cast<std::size_t>(content.size())});
     if (content.contains("@Variant(")) { // QSettings would unpack it, and print a warning when it cannot
         fail(ErrorKind::Damaged, source, QStringLiteral("hold a value '@Variant(', which no setting has"));
     }
@@ -60,7 +63,8 @@ QString lacksKey(const QString& key) {
     return QStringLiteral("lack the key '%1'").arg(key);
 }
 
-IniFile::IniFile(const std::string& path) : path_(path), store_(readable(path, copy_), QSettings::IniFormat) {
+IniFile::IniFile(const std::string& path)
+    : path_(path), store_(readable(path, identity_, copy_), QSettings::IniFormat) {
     const bool isEmpty = store_.allKeys().isEmpty(); // sections are parsed when they are first looked into
     if (store_.status() != QSettings::NoError) {
         fail(ErrorKind::Damaged, {"settings", path, {}}, QStringLiteral("cannot be parsed as an INI file"));

@@ -40,6 +40,7 @@ public:
 
     QSettings& store() { return store_; }
     const std::vector<SettingFault>& faults() const { return faults_; }
+    const InputFile& identity() const { return identity_; }
 
     /// Sentences about the keys that nobody reads.
     std::vector<std::string> warnings() const;
@@ -50,6 +51,7 @@ private:
     void addFault(const QString& key, const QString& reason);
 
     std::string path_;
+    InputFile identity_;
     std::unique_ptr<QTemporaryFile> copy_; ///< null where the file itself is read
     QSettings store_;
     std::vector<SettingFault> faults_;

@@ -77,6 +77,7 @@ StationSettings readStationSettings(const std::string& path) {
     IniFile file(path);
     StationSettings settings;
     settings.file = path;
+    settings.source = file.identity();
     settings.baseDistance = file.number(QStringLiteral("calibrLines2"), Need::Required);
     settings.baseUncertainty = file.number(QStringLiteral("baseUncertainty"), Need::Optional);
     settings.minProfilesInWheel =

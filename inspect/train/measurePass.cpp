@@ -1,8 +1,10 @@
 // From the recordings of a pass to its result.
 #include "inspect/base/paths.h"
+#include "inspect/identity/fileIdentity.h"
 #include "inspect/train/measuredSide.h"
 #include "inspect/train/noDistance.h"
 #include "inspect/train/pairDistance.h"
+#include "inspect/train/passIdentity.h"
 #include "inspect/train/passWarnings.h"
 #include "inspect/train/pictures.h"
 #include "inspect/train/treadDefects.h"
@@ -49,12 +51,13 @@ WheelCollector findWheels(const SideInput& side, int mode, const Progress& progr
 PassSide describeSide(const MeasuredSide& measured) {
     const SideInput& input = measured.input;
     PassSide side;
-    side.file = shown(input.path);
+    side.file = bareName(input.path);
     side.name = input.name.file.toStdString();
     side.wheelDirectory = input.name.parts.base.toStdString();
     side.serial = input.name.parts.serial;
     side.sensor = input.sensor;
     side.bytes = input.stream->size();
+    side.sha256 = input.stream->sha256();
     side.cloudSections = measured.found.cloudSections();
     side.profileRecords = measured.found.profileRecords();
     side.level = fromKxLine(input.detection.level);
@@ -193,13 +196,16 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     PassInputs inputs = openPass(recordings, settings, options);
     PassResult result;
     result.mode = options.mode;
-    result.settings = shown(settings.file);
+    result.identity = identityOf(settings, options);
+    result.settings = bareName(settings.file);
     result.folder = shown(options.wheelFolder);
     result.baseDistance = inputs.baseDistance;
     result.baseUncertainty = settings.baseUncertainty;
     result.nominal = options.nominal.value_or(inputs.baseDistance);
     result.tolerance = options.tolerance;
-    result.warnings = settings.warnings;
+    for (const std::string& warning : settings.warnings) {
+        result.warnings.push_back(withBareName(warning, settings.file));
+    }
     if (options.defects) {
         warnOfDefectSettings(*options.defects, result);
     }

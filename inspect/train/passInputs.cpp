@@ -3,6 +3,7 @@
 
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
+#include "inspect/identity/passLabels.h"
 #include "inspect/settings/duplicateSerials.h"
 #include "inspect/settings/iniFile.h"
 #include "inspect/settings/settingKeys.h"
@@ -20,6 +21,7 @@ namespace {
 }
 
 void checkOptions(const PassOptions& options) {
+    checkLabels(options.labels);
     if (!(options.tolerance >= 0.0f)) {
         failArgument(QStringLiteral("the tolerance must not be negative, it is %1").arg(options.tolerance));
     }
@@ -190,6 +192,7 @@ PassInputs openPass(const std::vector<std::string>& recordings, const StationSet
     PassInputs inputs;
     for (const std::string& path : recordings) {
         inputs.sides.push_back(openSide(path));
+        inputs.sides.back().stream->startHash();
     }
     checkSidesDiffer(inputs.sides[0], inputs.sides[1]);
     requireDifferentSerials(settings);

@@ -3,6 +3,7 @@
 
 #include "inspect/base/paths.h"
 #include "inspect/fitting/median.h"
+#include "inspect/identity/fileIdentity.h"
 
 #include <QtCore/QStringList>
 
@@ -77,7 +78,8 @@ void warnOfReference(const MeasuredSide& side, PassResult& result) {
 } // namespace
 
 void warnOfDefectSettings(const DefectSettings& settings, PassResult& result) {
-    for (const std::string& warning : settings.warnings) {
+    for (const std::string& text : settings.warnings) {
+        const std::string warning = withBareName(text, settings.file);
         if (std::find(result.warnings.begin(), result.warnings.end(), warning) == result.warnings.end()) {
             result.warnings.push_back(warning);
         }

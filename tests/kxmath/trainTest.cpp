@@ -59,6 +59,7 @@ TEST_F(Train, GivesTheSameFromAnyFolderAndWithOldFilesAround) {
         runTool(path(from), QStringList("train") + with(outputs, from));
         EXPECT_EQ(read(from + "/out.csv").toStdString(), kTable);
         EXPECT_EQ(readJson(from + "/out.json")["distances"].toInt(), 3);
+        EXPECT_EQ(read(from + "/out.json"), read("out.json")) << "the folder enters no result";
         EXPECT_TRUE(read(from + "/out.html").startsWith("<!DOCTYPE html>"));
     }
     EXPECT_EQ(read("settings.ini"), trainSettings());

@@ -55,6 +55,7 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
     pass.mode = options.mode;
     pass.nominal = options.nominal;
     pass.tolerance = options.tolerance;
+    pass.labels = options.labels;
     if (!options.defects.isEmpty()) {
         pass.defects = KxInspect::readDefectSettings(toBytes(options.defects));
     }

@@ -56,10 +56,11 @@ distance, deviation, verdict (ok or out); with --defects for each side judged_pr
 defective_numbers_s, deviating_points_s, largest_deviation_s, tread_limit_s, tread_s (sound or defective), then for
 each side compared_profiles_s, off_circle_numbers_s, radius_deviation_s, radius_deviation_low_s, radius_deviation_high_s
 (the 95 % interval), roundness_limit_s, seen_s, roundness_s (round or out of round); distance_reason,
-and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict. JSON fields: command,
-version, mode, settings, folder, recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads
-and roundness: judged, of), defectLimits, pairs (pair, sides, distance, deviation, inTolerance, reason), warnings. A
-missing value is an empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
+and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict. JSON fields: schema,
+identity (station, line, track, direction, time, speed, settings, defects), command, version, mode, settings,
+recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads and roundness: judged, of),
+defectLimits, pairs (pair, sides, backToBack, distance (the same), deviation, inTolerance, reason), warnings. A missing
+value is an empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
   0  done
@@ -76,6 +77,17 @@ std::vector<PossibleVerdict> possibleVerdicts() {
     return {{Verdict::Out, "a distance is out of tolerance"},
             {Verdict::Defect, "a tread is defective or a wheel out of round"},
             {Verdict::NotJudged, "a distance, a tread or a roundness that was asked for has no verdict"}};
+}
+
+void addLabelOptions(Options& options) {
+    options.addOption("station", QStringLiteral("Name of the station, for the result. Nothing is assumed without it."),
+                      "TEXT");
+    options.addOption("line", QStringLiteral("Name of the line."), "TEXT");
+    options.addOption("track", QStringLiteral("Name of the track."), "TEXT");
+    options.addOption("direction", QStringLiteral("In which direction the train went."), "TEXT");
+    options.addOption("time", QStringLiteral("When it passed: ISO 8601 with zone, as in 2026-03-29T01:59:07+01:00."),
+                      "TIME");
+    options.addOption("speed", QStringLiteral("How fast it was; records do not hold it."), "KM/H");
 }
 
 void addOptions(Options& options) {
@@ -105,6 +117,7 @@ void addOptions(Options& options) {
                       QStringLiteral("Judges only points with x of the sensor in this range. Default: all between the "
                                      "lines."),
                       "MIN:MAX");
+    addLabelOptions(options);
     FailOn::declare(options, possibleVerdicts());
 }
 
@@ -134,6 +147,29 @@ std::optional<std::array<float, 2>> defectRange(const Options& options) {
         options.fail(QStringLiteral("--defect-range is for --defects FILE"));
     }
     return range;
+}
+
+/// A text that `whyNot` finds nothing wrong with.
+std::optional<std::string> label(const Options& options, const char* option,
+                                 std::string (*whyNot)(const std::string&)) {
+    if (!options.isSet(option)) {
+        return std::nullopt;
+    }
+    std::string text = toBytes(options.text(option));
+    const std::string why = whyNot(text);
+    if (!why.empty()) {
+        options.fail(QStringLiteral("--%1 %2, got '%3'")
+                         .arg(QLatin1String(option), QString::fromStdString(why), options.text(option)));
+    }
+    return text;
+}
+
+KxInspect::PassLabels labels(const Options& options) {
+    constexpr Bounds kSpeeds{0.0, 1000.0, true};
+    using namespace KxInspect;
+    return {label(options, "station", whyNoLabel), label(options, "line", whyNoLabel),
+            label(options, "track", whyNoLabel),   label(options, "direction", whyNoLabel),
+            label(options, "time", whyNoTime),     options.numberIfSet("speed", kSpeeds)};
 }
 
 FailOn failOn(const Options& options) {
@@ -168,7 +204,8 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
                         options.numberIfSet("nominal", {100.0, 10000.0}),
                         name(options, "defects", QStringLiteral("a file")),
                         defectRange(options),
-                        failOn(options)};
+                        failOn(options),
+                        labels(options)};
 }
 
 } // namespace kxtool

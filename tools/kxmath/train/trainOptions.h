@@ -4,6 +4,8 @@
 #include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/outputFile.h"
 
+#include <KxInspect/PassIdentity.h>
+
 #include <QtCore/QString>
 
 #include <array>
@@ -27,6 +29,7 @@ struct TrainOptions {
     QString defects; ///< settings of the judgement of treads, empty for none
     std::optional<std::array<float, 2>> defectRange;
     FailOn failOn;
+    KxInspect::PassLabels labels;
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.

@@ -1,0 +1,21 @@
+// The identity of a pass: what was said of it, and with which values it is measured.
+#include "inspect/train/passIdentity.h"
+
+#include "inspect/settings/settingValues.h"
+
+#include <KxMath/KxMathVersion.h>
+
+namespace KxInspect::detail {
+
+PassIdentity identityOf(const StationSettings& settings, const PassOptions& options) {
+    PassIdentity identity;
+    identity.labels = options.labels;
+    identity.settings = {settings.source, valuesOf(settings)};
+    if (options.defects) {
+        identity.defects = SettingsIdentity{options.defects->source, valuesOf(*options.defects)};
+    }
+    identity.version = KxMath_GetVersionString();
+    return identity;
+}
+
+} // namespace KxInspect::detail
