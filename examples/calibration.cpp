@@ -8,6 +8,7 @@ bool printPose(const std::vector<std::string>& files) {
     KxInspect::CalibrationTask task;
     task.placement = 2;
     task.side = KxInspect::SensorSide::LargerY; // of the crests; a profile does not show it
+    task.obliqueCrest = KxInspect::ObliqueCrest::Above; // as seen; confirms the placement
     task.object = KxInspect::calibrationObjectFacing(*task.side); // or its measures: pitch, slope, obliqueness, crestY
     std::vector<KxInspect::NamedProfile> profiles;
     profiles.reserve(files.size());
@@ -23,7 +24,8 @@ bool printPose(const std::vector<std::string>& files) {
         return false;
     }
     for (const KxInspect::PoseField& field : KxInspect::kPoseFields) {
-        std::cout << field.name << " = " << result.average.pose.*field.value << '\n';
+        std::cout << field.name << " = " << result.average.pose.*field.value << " +- "
+                  << result.average.uncertainty.*field.value << '\n';
     }
     return true;
 }

@@ -33,8 +33,7 @@ PoseTrialSetup randomSetup(int placement, const CalibrationSensor& sensor, doubl
 
 double PoseTrial::error(const KxInspect::PoseField& field) const {
     const KxInspect::PoseAverage& found = result.average;
-    const bool isGivenY = field.value == &KxInspect::SensorPose::y && std::isnan(found.uncertainty.y);
-    const double value = isGivenY ? found.foundY : found.pose.*field.value;
+    const double value = KxInspect::withFoundY(found.pose, found.foundY).*field.value;
     return field.isAngle ? std::remainder(value - truth.*field.value, 360.0) : value - truth.*field.value;
 }
 

@@ -57,6 +57,10 @@ struct CalibrationTask {
     /// On which side of the crests the sensor stands, where sensorY is not given. One profile does not show it: it looks
     /// the same from a sensor with -beta and -gamma on the other side. Shots of an object that was moved along Y do.
     std::optional<SensorSide> side = {};
+    /// Where the oblique crest is seen to be. The placement says it too: above the straight ones, below for mirrored
+    /// placements. One profile looks the same to a sensor that is upside down with the object the other way up, so that
+    /// a wrong placement may go unnoticed unless this says it again, or the object was moved along Z.
+    std::optional<ObliqueCrest> obliqueCrest = {};
 
     /// The side as given, by `side` or by sensorY.
     std::optional<SensorSide> givenSide() const {
@@ -75,6 +79,7 @@ struct CalibrationTerms {
     std::string crestY = "crestY";
     std::string side = "side";
     std::string moved = "moved";
+    std::string obliqueCrest = "obliqueCrest";
 };
 
 /// Flanks in the order of Z (of -Z for mirrored placements): 2 * ridge, + 1 behind the crest; ridges 0 to 2 are
@@ -91,6 +96,7 @@ struct KXINSPECT_EXPORT FlankResidual {
     double mean = std::numeric_limits<double>::quiet_NaN();
     double rms = std::numeric_limits<double>::quiet_NaN();
     double largest = std::numeric_limits<double>::quiet_NaN(); ///< by its absolute value
+    double uncertainty = std::numeric_limits<double>::quiet_NaN(); ///< half the width of the 95 % interval of the mean
 
     /// The flank deviates from the object by more than noise: its mean exceeds 0.02 mm and four standard deviations.
     /// False without points; see isJudged().
@@ -98,6 +104,11 @@ struct KXINSPECT_EXPORT FlankResidual {
     bool isJudged() const { return points > 0; }
 };
 using FlankResiduals = std::array<FlankResidual, kFlankCount>;
+
+/// The 95 % interval of the mean of a flank.
+inline Interval intervalOf(const FlankResidual& flank) {
+    return Interval::around(static_cast<float>(flank.mean), static_cast<float>(flank.uncertainty));
+}
 
 /// A point of a profile and its distance from the object.
 struct CalibrationPoint {
@@ -113,12 +124,12 @@ struct ProfilePose {
     std::string fault = {}; ///< why there is no pose, the predicate of a sentence about the profile; empty with one
     /// y is NaN when the placement does not find it and the task does not give it.
     SensorPose pose = {};
-    /// y by the object, for every placement, mm; NaN when no point lies on a flank and the placement does not find y.
+    /// y by the object, for every placement, mm; NaN without a pose.
     double foundY = std::numeric_limits<double>::quiet_NaN();
     double rms = std::numeric_limits<double>::quiet_NaN(); ///< of the points on all flanks, mm
     /// Standard deviation of the least certain angle, degrees.
     double angleDeviation = std::numeric_limits<double>::quiet_NaN();
-    /// Half the width of the 95 % interval of each value, from the noise of the points. NaN for a y that is not found.
+    /// Half the width of the 95 % interval of each value, from the noise of the points; of y, that of foundY.
     SensorPose uncertainty = {};
     int outliers = 0; ///< points that do not count
     std::array<double, 3> moved = {0.0, 0.0, 0.0}; ///< as in NamedProfile
@@ -127,6 +138,12 @@ struct ProfilePose {
 
     bool hasPose() const { return fault.empty(); }
 };
+
+/// A pose with y by the object.
+inline SensorPose withFoundY(SensorPose pose, double foundY) {
+    pose.y = foundY;
+    return pose;
+}
 
 /// The 95 % interval of a value of a pose.
 inline Interval intervalOf(const SensorPose& pose, const SensorPose& uncertainty, double SensorPose::*value) {
@@ -138,13 +155,13 @@ struct PoseAverage {
     int profiles = 0; ///< with a pose
     std::string fault = {}; ///< why the profiles cannot be of one pose, a sentence; empty when they can
     SensorPose pose = {};
-    /// @{ Standard deviation of a single profile, and largest difference of a profile from the mean. NaN for one profile,
-    /// and for a y that is given or not known.
+    /// @{ Standard deviation of a single profile, and largest difference of a profile from the mean; of y, those of foundY.
+    /// NaN for one profile.
     SensorPose deviation = {};
     SensorPose largest = {};
     /// @}
     /// Half the width of the 95 % interval of each value: from the noise of the points, or from the spread of the profiles
-    /// where that is certainly larger. NaN for a y that is not found.
+    /// where that is certainly larger; of y, that of foundY.
     SensorPose uncertainty = {};
     double foundY = std::numeric_limits<double>::quiet_NaN(); ///< mean y by the object, mm
     /// Largest distance of a point, put back by the pose of its own profile, from where the mean puts it, mm. NaN for one
@@ -160,6 +177,10 @@ struct CalibrationResult {
         {}; ///< where the sensor stands: as given, or as moved shots show; empty without pose
     std::vector<ProfilePose> profiles = {}; ///< in the order of the input
     PoseAverage average = {};
+    /// The other pose that explains the profiles as well, where nothing but the placement excludes it: that of an upside-down
+    /// sensor, with the oblique crest on the other side of the straight ones. Empty where the task or moves along Z
+    /// confirm the placement, and without a pose.
+    std::optional<SensorPose> otherPose = {};
     FlankResiduals flanks = {}; ///< of all profiles with a pose
     std::vector<std::string> unreadable = {}; ///< files that the caller could not read, each with the reason
     std::vector<std::string> warnings = {};
@@ -173,7 +194,8 @@ struct CalibrationResult {
 /// Finds the pose for one profile of the object, in any order of its points, by least squares over all points on the
 /// flanks, without outliers. A profile without a pose is no error: its result has a fault. Throws an Error (BadArgument)
 /// for a pitch or slope that is not above 0, an obliqueness of 0, one of the numbers of the task that is not finite, a
-/// task that gives neither sensorY nor side, or both where they contradict each other.
+/// task that gives neither sensorY nor side, or both where they contradict each other, or an obliqueCrest that contradicts
+/// the placement. Without obliqueCrest see CalibrationResult::otherPose.
 KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const CalibrationTask& task,
                                          const CalibrationTerms& terms = {});
 

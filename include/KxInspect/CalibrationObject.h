@@ -21,6 +21,9 @@ KXINSPECT_EXPORT Placement placementOf(int code);
 /// On which side of the crests a sensor stands: at smaller Y it looks along +Y, at larger Y along -Y.
 enum class SensorSide { SmallerY, LargerY };
 
+/// Where the oblique crest of the object is, seen from the side: above the straight ones (larger Z) or below them.
+enum class ObliqueCrest { Above, Below };
+
 /// Roof ridges along X, seen by a sensor along +Y or -Y. Straight crests are at Z = -P, 0 and P (and half of one
 /// at -2 P), an oblique one at 2.5 P + t X (and half of one at 4 P + t X); for mirrored placements this holds for -Z.
 /// From a crest the flanks fall away from the sensor by `slope` per mm of Z. Lengths in mm.

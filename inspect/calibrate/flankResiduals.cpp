@@ -15,14 +15,13 @@ namespace KxInspect {
 
 namespace {
 
-/// Fills in flanks and residuals of the points, and foundY. @return the root mean square
+/// Fills in flanks and residuals of the points. @return the root mean square
 double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfilePose& m) {
     const Placement placement = placementOf(task.placement);
     const double facing = std::sin(m.pose.beta * std::numbers::pi / 180.0) < 0.0 ? -1.0 : 1.0;
     const double up = placement.isMirrored ? -1.0 : 1.0;
-    const SensorPose pose = detail::withAnyY(m.pose);
-    const std::vector<Point3> inTrack = detail::toTrack(m.points, pose);
-    double sum = 0.0;
+    const std::vector<Point3> inTrack = detail::toTrack(m.points, withFoundY(m.pose, m.foundY));
+    double squares = 0.0;
     int count = 0;
     for (std::size_t i = 0; i < m.points.size(); ++i) {
         const double x = static_cast<double>(inTrack[i].x) - m.moved[0];
@@ -32,27 +31,17 @@ double findResiduals(const CalibrationTask& task, double obliqueFactor, ProfileP
         point.flank = point.isOutlier ? std::nullopt : detail::flankAt(task.object, x, z);
         if (point.flank) {
             point.residual = detail::planeOf(task.object, *point.flank, obliqueFactor).distance(x, y, z);
-            sum += point.residual;
-            ++count;
-        }
-    }
-    const double shift = count > 0 ? sum / count : 0.0;
-    const double byObject = count > 0 ? pose.y - facing * shift : std::numeric_limits<double>::quiet_NaN();
-    m.foundY = placement.findsY ? pose.y : byObject;
-    double squares = 0.0;
-    for (CalibrationPoint& point : m.points) {
-        if (point.flank) {
-            point.residual -= placement.findsY ? 0.0 : shift; // the placement does not find y
             squares += point.residual * point.residual;
+            ++count;
         }
     }
     return std::sqrt(squares / count); // NaN without points on flanks
 }
 
-FlankResiduals summarized(const std::vector<CalibrationPoint>& points) {
-    FlankResiduals flanks;
+/// @param flanks their uncertainties
+FlankResiduals summarized(const std::vector<CalibrationPoint>& points, FlankResiduals flanks) {
     for (std::size_t i = 0; i < flanks.size(); ++i) {
-        FlankResidual sums{0, 0.0, 0.0, 0.0};
+        FlankResidual sums{0, 0.0, 0.0, 0.0, flanks[i].uncertainty};
         for (const CalibrationPoint& point : points) {
             if (point.flank == i) {
                 ++sums.points;
@@ -61,8 +50,10 @@ FlankResiduals summarized(const std::vector<CalibrationPoint>& points) {
                 sums.largest = std::max(sums.largest, std::abs(point.residual));
             }
         }
+        flanks[i] = {};
         if (sums.points > 0) {
-            flanks[i] = {sums.points, sums.mean / sums.points, std::sqrt(sums.rms / sums.points), sums.largest};
+            flanks[i] = {sums.points, sums.mean / sums.points, std::sqrt(sums.rms / sums.points), sums.largest,
+                         sums.uncertainty};
         }
     }
     return flanks;
@@ -100,11 +91,6 @@ std::vector<Point3> toTrack(const Profile& profile, const SensorPose& pose) {
 
 namespace detail {
 
-SensorPose withAnyY(SensorPose pose) {
-    pose.y = std::isnan(pose.y) ? 0.0 : pose.y;
-    return pose;
-}
-
 std::vector<Point3> toTrack(const std::vector<CalibrationPoint>& points, const SensorPose& pose) {
     Profile profile;
     profile.points.reserve(points.size());
@@ -123,24 +109,26 @@ void findResiduals(const CalibrationTask& task, ProfilePose& profile) {
     if (other.rms < profile.rms) {
         profile = std::move(other);
     }
-    profile.flanks = summarized(profile.points);
+    profile.flanks = summarized(profile.points, profile.flanks);
 }
 
 FlankResiduals pooled(const std::vector<ProfilePose>& profiles) {
     FlankResiduals all;
     for (std::size_t i = 0; i < all.size(); ++i) {
-        FlankResidual sums{0, 0.0, 0.0, 0.0};
+        FlankResidual sums{0, 0.0, 0.0, 0.0, 0.0};
         for (const ProfilePose& m : profiles) {
             const FlankResidual& flank = m.flanks[i];
             if (flank.points > 0) {
                 sums.points += flank.points;
                 sums.mean += flank.points * flank.mean;
+                sums.uncertainty = std::hypot(sums.uncertainty, flank.points * flank.uncertainty);
                 sums.rms += flank.points * flank.rms * flank.rms;
                 sums.largest = std::max(sums.largest, flank.largest);
             }
         }
         if (sums.points > 0) {
-            all[i] = {sums.points, sums.mean / sums.points, std::sqrt(sums.rms / sums.points), sums.largest};
+            all[i] = {sums.points, sums.mean / sums.points, std::sqrt(sums.rms / sums.points), sums.largest,
+                      sums.uncertainty / sums.points};
         }
     }
     return all;

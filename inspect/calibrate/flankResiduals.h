@@ -5,13 +5,10 @@
 
 namespace KxInspect::detail {
 
-/// The pose with 0 for an unknown y; the position of the object along Y is then arbitrary.
-SensorPose withAnyY(SensorPose pose);
-
 /// Points in the track frame, transformed by a pose.
 std::vector<Point3> toTrack(const std::vector<CalibrationPoint>& points, const SensorPose& pose);
 
-/// Fills in flanks and residuals of the points, rms, foundY and the residuals by flank of a profile with a pose.
+/// Fills in flanks and residuals of the points, rms, and the residuals by flank of a profile with a pose and foundY.
 void findResiduals(const CalibrationTask& task, ProfilePose& profile);
 
 /// The residuals of several profiles together.

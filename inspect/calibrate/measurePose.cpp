@@ -29,6 +29,18 @@ void checkSide(const CalibrationTask& task, const CalibrationTerms& terms) {
     }
 }
 
+/// The place of the oblique crest, which the placement says as well.
+void checkObliqueCrest(const CalibrationTask& task, const CalibrationTerms& terms) {
+    const auto byPlacement = placementOf(task.placement).isMirrored ? ObliqueCrest::Below : ObliqueCrest::Above;
+    if (task.obliqueCrest.value_or(byPlacement) != byPlacement) {
+        failAbout(
+            {}, "obliqueCrest",
+            QStringLiteral("%1 and %2 contradict each other: at placement %3 the oblique crest is %4 the straight ones")
+                .arg(detail::toQt(terms.obliqueCrest), detail::toQt(terms.placement), QString::number(task.placement),
+                     detail::placeName(byPlacement)));
+    }
+}
+
 } // namespace
 
 void checkCalibrationTask(const CalibrationTask& task, const std::vector<std::array<double, 3>>& moves,
@@ -50,6 +62,7 @@ void checkCalibrationTask(const CalibrationTask& task, const std::vector<std::ar
         require(isFinite, "moved", "must be finite");
     }
     checkSide(task, terms);
+    checkObliqueCrest(task, terms);
     const bool differAlongY =
         std::any_of(moves.begin(), moves.end(), [&](const auto& moved) { return moved[1] != moves.front()[1]; });
     if (!task.givenSide() && !differAlongY) {
@@ -81,13 +94,16 @@ ProfilePose poseOf(const NamedProfile& profile, const Sighting& sighting, const 
         return result;
     }
     result.pose = trackPose(sighting, axes.signs, task);
+    result.foundY = result.pose.y;
     result.uncertainty = uncertaintyOf(*sighting.fit);
     const SensorPose& u = result.uncertainty;
     result.angleDeviation = std::max({u.alpha, u.beta, u.gamma}) / kNormal95;
     if (!placementOf(task.placement).findsY) {
-        constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
-        result.pose.y = task.sensorY ? static_cast<double>(*task.sensorY) : kUnknown;
-        result.uncertainty.y = kUnknown;
+        result.pose.y = task.sensorY ? static_cast<double>(*task.sensorY) : std::numeric_limits<double>::quiet_NaN();
+    }
+    constexpr double kRounding = 1e-4; // mm, more than what single precision takes off a place within 1 m
+    for (std::size_t flank = 0; flank < kFlankCount; ++flank) {
+        result.flanks[flank].uncertainty = std::hypot(kNormal95 * sighting.fit->flankDeviations[flank], kRounding);
     }
     for (std::size_t i = 0; i < sighting.order.size(); ++i) {
         result.points[sighting.order[i]].isOutlier = sighting.fit->areOutliers[i];

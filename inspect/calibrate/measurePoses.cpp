@@ -18,19 +18,41 @@ namespace {
 QString warningAboutY(const CalibrationResult& result, const CalibrationTerms& terms) {
     constexpr double kMaxDifference = 1.0; // mm
     const double foundY = result.average.foundY;
-    if (std::isnan(foundY)) {
-        return QStringLiteral("no point lies on a flank of the object");
-    }
+    const QString byObject =
+        QStringLiteral("%1 +- %2 mm").arg(foundY, 0, 'f', 2).arg(result.average.uncertainty.y, 0, 'f', 2);
     if (!result.hasY()) {
-        return QStringLiteral("position %1 does not find y; tell it with %2 (by the object it is %3 mm)")
-            .arg(QString::number(result.task.placement), detail::toQt(terms.sensorY), QString::number(foundY, 'f', 2));
+        return QStringLiteral("position %1 does not find y; tell it with %2 (by the object it is %3)")
+            .arg(QString::number(result.task.placement), detail::toQt(terms.sensorY), byObject);
     }
     const bool isGiven = !placementOf(result.task.placement).findsY;
     if (isGiven && std::abs(static_cast<double>(*result.task.sensorY) - foundY) > kMaxDifference) {
-        return QStringLiteral("%1 and %2 do not fit together: by the object y is %3 mm")
-            .arg(detail::toQt(terms.sensorY), detail::toQt(terms.crestY), QString::number(foundY, 'f', 2));
+        return QStringLiteral("%1 and %2 do not fit together: by the object y is %3")
+            .arg(detail::toQt(terms.sensorY), detail::toQt(terms.crestY), byObject);
     }
     return {};
+}
+
+/// Finds the other pose, where nothing but the placement excludes it, and warns of it.
+void addOtherPose(const detail::Axes& axes, const CalibrationTerms& terms, CalibrationResult& result) {
+    if (result.task.obliqueCrest || axes.byMoves[2] != 0) {
+        return;
+    }
+    const auto first = std::find_if(result.profiles.begin(), result.profiles.end(),
+                                    [](const ProfilePose& profile) { return profile.hasPose(); });
+    const SensorPose other = detail::upsideDown(result.average.pose, first->moved[2]);
+    const bool isMirrored = placementOf(result.task.placement).isMirrored;
+    const auto text = [](double value) { return QString::number(value, 'f', 1); };
+    result.warnings.push_back(
+        QStringLiteral(
+            "only %1 %2 says that the oblique crest is %3 the straight ones; if it is %4, the sensor is upside "
+            "down, at z = %5 mm with alpha %6 and gamma %7 degrees: say where the crest is with %8, or move the "
+            "object along z (%9)")
+            .arg(detail::toQt(terms.placement), QString::number(result.task.placement),
+                 detail::placeName(isMirrored ? ObliqueCrest::Below : ObliqueCrest::Above),
+                 detail::placeName(isMirrored ? ObliqueCrest::Above : ObliqueCrest::Below), text(other.z),
+                 text(other.alpha), text(other.gamma), detail::toQt(terms.obliqueCrest), detail::toQt(terms.moved))
+            .toStdString());
+    result.otherPose = other;
 }
 
 /// Profiles that have no pose for the same reason.
@@ -128,6 +150,7 @@ CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const 
         if (const QString warning = warningAboutY(result, terms); !warning.isEmpty()) {
             result.warnings.push_back(warning.toStdString());
         }
+        addOtherPose(axes, terms, result);
     }
     return result;
 }

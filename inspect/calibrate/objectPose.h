@@ -32,6 +32,7 @@ struct ObjectPose {
 struct ObjectFit {
     ObjectPose pose;
     Matrix<ObjectPose::kCount> covariance{}; ///< from the noise of the points
+    std::array<double, kFlankCount> flankDeviations{}; ///< standard deviations of the mean distances along Y, mm
     double noise = 0.0; ///< standard deviation of the points along y of the profile, mm
     std::vector<bool> areOutliers; ///< of each point: it lies off its flank by more than noise
     bool hasAllFlanks = false; ///< five points or more on each

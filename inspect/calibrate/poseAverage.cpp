@@ -19,7 +19,7 @@ double difference(const PoseField& field, const SensorPose& from, const SensorPo
 }
 
 double pointDifference(const ProfilePose& profile, const SensorPose& mean) {
-    const std::vector<Point3> own = toTrack(profile.points, withAnyY(profile.pose));
+    const std::vector<Point3> own = toTrack(profile.points, withFoundY(profile.pose, profile.foundY));
     const std::vector<Point3> averaged = toTrack(profile.points, mean);
     double largest = 0.0;
     for (std::size_t i = 0; i < profile.points.size(); ++i) {
@@ -47,7 +47,7 @@ QString differenceFault(const ProfilePose& profile, const SensorPose& mean, doub
         .arg(toQt(profile.name), QString::number(angle, 'f', 2), QString::number(points, 'f', 2));
 }
 
-/// Mean and standard deviations. Every pose must have a y.
+/// Mean and standard deviations.
 void average(const std::vector<SensorPose>& poses, PoseAverage& result) {
     const double n = static_cast<double>(poses.size());
     for (const PoseField& field : kPoseFields) {
@@ -99,7 +99,7 @@ SensorPose uncertaintyOfMean(const std::vector<SensorPose>& ofProfiles, const Se
 
 /// The largest differences from the mean, and whether they are too large.
 void judge(const ProfilePose& profile, PoseAverage& result) {
-    const SensorPose pose = withAnyY(profile.pose);
+    const SensorPose pose = withFoundY(profile.pose, profile.foundY);
     for (const PoseField& field : kPoseFields) {
         double& largest = result.largest.*field.value;
         largest = std::max(largest, std::abs(difference(field, result.pose, pose)));
@@ -115,24 +115,22 @@ void judge(const ProfilePose& profile, PoseAverage& result) {
 
 PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) {
     PoseAverage result;
-    std::vector<SensorPose> poses;
+    std::vector<SensorPose> poses; // with y by the object
     std::vector<SensorPose> uncertainties;
-    double sumY = 0.0;
-    bool hasY = true;
+    double givenY = 0.0; // one for all
     for (const ProfilePose& profile : profiles) {
         if (profile.hasPose()) {
-            poses.push_back(withAnyY(profile.pose));
+            poses.push_back(withFoundY(profile.pose, profile.foundY));
             uncertainties.push_back(profile.uncertainty);
-            sumY += profile.foundY;
-            hasY = hasY && !std::isnan(profile.pose.y);
+            givenY = profile.pose.y;
         }
     }
     if (poses.empty()) {
         return result;
     }
     result.profiles = static_cast<int>(poses.size());
-    result.foundY = sumY / static_cast<double>(poses.size());
     average(poses, result);
+    result.foundY = result.pose.y;
     result.uncertainty = uncertaintyOfMean(uncertainties, result.deviation);
     result.largest = kZero;
     result.pointDifference = 0.0;
@@ -141,14 +139,12 @@ PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) 
             judge(profile, result);
         }
     }
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    result.pose.y = hasY ? result.pose.y : kNaN;
     if (poses.size() == 1) {
         result.largest = {};
-        result.pointDifference = kNaN;
+        result.pointDifference = std::numeric_limits<double>::quiet_NaN();
     }
     if (!findsY) {
-        result.deviation.y = result.largest.y = result.uncertainty.y = kNaN;
+        result.pose.y = givenY;
     }
     return result;
 }

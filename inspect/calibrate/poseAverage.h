@@ -9,7 +9,7 @@ namespace KxInspect::detail {
 inline constexpr double kNormal95 = 1.959964;
 
 /// Averages the poses that were found.
-/// @param findsY whether the profiles tell y; otherwise it has no spread
+/// @param findsY whether the placement finds y; otherwise the mean keeps that of the profiles, given or NaN
 PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY);
 
 } // namespace KxInspect::detail

@@ -58,8 +58,14 @@ void scale(Matrix<Pose::kCount>& covariance, double factor) {
     }
 }
 
-/// The covariance of the least squares, with the noise of each kind of flank, for independent points.
-Matrix<Pose::kCount> covarianceOf(const FlankPoints& points, const Pose& pose, const Matrix<Pose::kCount>& inverse) {
+/// The noise of each kind of flank as a variance along y, and the covariance of the least squares that it causes, for
+/// independent points.
+struct Noise {
+    std::array<double, kKindCount> variances{};
+    Matrix<Pose::kCount> covariance{};
+};
+
+Noise noiseOf(const FlankPoints& points, const Pose& pose, const Matrix<Pose::kCount>& inverse) {
     const Tangent tangent(pose);
     Matrix<Pose::kCount> normal[kKindCount]{};
     double squares[kKindCount]{};
@@ -72,15 +78,48 @@ Matrix<Pose::kCount> covarianceOf(const FlankPoints& points, const Pose& pose, c
         squares[kind] += distance * distance;
         freedom[kind] += 1.0 - std::inner_product(gradient.begin(), gradient.end(), pull.begin(), 0.0);
     });
+    Noise noise;
     Matrix<Pose::kCount> sum{};
     for (std::size_t kind = 0; kind < kKindCount; ++kind) {
-        for (std::size_t row = 0; row < Pose::kCount && freedom[kind] > 0.0; ++row) {
+        noise.variances[kind] = freedom[kind] > 0.0 ? squares[kind] / freedom[kind] : 0.0;
+        for (std::size_t row = 0; row < Pose::kCount; ++row) {
             for (std::size_t column = 0; column < Pose::kCount; ++column) {
-                sum[row][column] += squares[kind] / freedom[kind] * normal[kind][row][column];
+                sum[row][column] += noise.variances[kind] * normal[kind][row][column];
             }
         }
     }
-    return inverse * sum * inverse;
+    noise.covariance = inverse * sum * inverse;
+    return noise;
+}
+
+double product(const Gradient& a, const Gradient& b) {
+    return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
+}
+
+/// Finds the standard deviations of the mean distances of the flanks: the noise of the mean less what the pose follows of
+/// it, and what the pose does by the noise of the other flanks.
+void findFlankDeviations(const FlankPoints& points, const Matrix<Pose::kCount>& inverse, const Noise& noise,
+                         ObjectFit& fit) {
+    const Tangent tangent(fit.pose);
+    Gradient means[kFlankCount]{};
+    double counts[kFlankCount]{};
+    points.forEach([&](const ReadPoint& p, std::size_t flank, double) {
+        const Gradient gradient = tangent.gradient(p, points.plane(flank));
+        for (std::size_t i = 0; i < gradient.size(); ++i) {
+            means[flank][i] += gradient[i];
+        }
+        counts[flank] += 1.0;
+    });
+    for (std::size_t flank = 0; flank < kFlankCount; ++flank) {
+        Gradient& mean = means[flank];
+        for (double& part : mean) {
+            part /= counts[flank];
+        }
+        const double own = noise.variances[kindOf(flank)];
+        const double variance =
+            own / counts[flank] - 2.0 * own * product(mean, inverse * mean) + product(mean, noise.covariance * mean);
+        fit.flankDeviations[flank] = std::abs(tangent.perY(points.plane(flank))) * std::sqrt(std::max(0.0, variance));
+    }
 }
 
 /// What is left of a line through the distances of a flank, along Y.
@@ -138,7 +177,12 @@ void judge(const FlankPoints& points, const Matrix<Pose::kCount>& inverse, Objec
     const double limit = 1.0 + 4.0 * std::sqrt(2.0 / kFreedom); // four standard deviations
     const double correlation = correlationFactor(points);
     const double ratio = findMisfit(points, fit) / correlation;
-    fit.covariance = covarianceOf(points, fit.pose, inverse);
+    const Noise noise = noiseOf(points, fit.pose, inverse);
+    findFlankDeviations(points, inverse, noise, fit);
+    for (double& deviation : fit.flankDeviations) {
+        deviation *= std::sqrt(correlation);
+    }
+    fit.covariance = noise.covariance;
     scale(fit.covariance, correlation * (ratio > limit ? ratio : 1.0));
 }
 

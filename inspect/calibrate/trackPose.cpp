@@ -161,6 +161,21 @@ SensorPose trackPose(const Sighting& sighting, const AxisSigns& signs, const Cal
     return result;
 }
 
+QString placeName(ObliqueCrest place) {
+    return place == ObliqueCrest::Above ? QStringLiteral("above") : QStringLiteral("below");
+}
+
+SensorPose upsideDown(const SensorPose& pose, double crestZ) {
+    // The directions of x and y of the profile keep their parts along X and Y.
+    const double gamma = std::remainder(180.0 - pose.gamma, 360.0);
+    return {pose.x,
+            pose.y,
+            2.0 * crestZ - pose.z,
+            std::remainder(-pose.alpha, 360.0),
+            pose.beta,
+            gamma + (gamma < 0.0 ? 360.0 : 0.0)};
+}
+
 QString placementFault(const Sighting& sighting, const Axes& axes, const CalibrationTask& task,
                        const CalibrationTerms& terms) {
     const Placement placement = placementOf(task.placement);

@@ -47,6 +47,12 @@ SensorPose uncertaintyOf(const ObjectFit& fit);
 /// The pose in the track, with the angles as the placement writes them.
 SensorPose trackPose(const Sighting& sighting, const AxisSigns& signs, const CalibrationTask& task);
 
+/// "above" or "below".
+QString placeName(ObliqueCrest place);
+
+/// The pose of the sensor that sees the same of the object mirrored in Z about the height of its middle straight crest.
+SensorPose upsideDown(const SensorPose& pose, double crestZ);
+
 /// Why a pose cannot be that of a sensor with the placement of the task, the predicate of a sentence; empty when it can.
 QString placementFault(const Sighting& sighting, const Axes& axes, const CalibrationTask& task,
                        const CalibrationTerms& terms);

@@ -26,7 +26,6 @@ constexpr const char* kNoY = "this position does not find y, and it was not give
 constexpr const char* kSmallerY = "smaller-y";
 constexpr const char* kLargerY = "larger-y";
 constexpr int kOutlier = -1; // in place of a flank
-constexpr const char* kNotFound = "this position does not find y";
 constexpr const char* kNoFlank = "no point lies on a flank of the object";
 
 /// Throws an Error (Unsuitable) about what is not as it must be.
@@ -76,6 +75,8 @@ QJsonArray toJson(const FlankResiduals& flanks) {
         QJsonObject flank = {{"flank", detail::toQt(flankName(i))},
                              {"points", flanks[i].points},
                              {"mean", jsonNumber(flanks[i].mean)},
+                             {"uncertainty", jsonNumber(flanks[i].uncertainty)},
+                             {"interval", detail::jsonInterval(intervalOf(flanks[i]))},
                              {"rms", jsonNumber(flanks[i].rms)},
                              {"largest", jsonNumber(flanks[i].largest)},
                              {"isOff", flanks[i].isJudged() ? QJsonValue(flanks[i].isOff()) : QJsonValue()}};
@@ -96,13 +97,8 @@ QJsonObject toJson(const ProfilePose& profile) {
     if (std::isnan(profile.pose.y)) {
         reasons["pose.y"] = kNoY;
     }
-    if (std::isnan(profile.uncertainty.y)) {
-        reasons["interval.y"] = kNotFound;
-    }
-    for (const auto& [member, value] : {std::pair{"foundY", profile.foundY}, {"rms", profile.rms}}) {
-        if (std::isnan(value)) {
-            reasons[QLatin1String(member)] = kNoFlank;
-        }
+    if (std::isnan(profile.rms)) {
+        reasons["rms"] = kNoFlank;
     }
     return {{"name", name},
             {"reasons", reasons},
@@ -111,7 +107,7 @@ QJsonObject toJson(const ProfilePose& profile) {
             {"rms", jsonNumber(profile.rms)},
             {"angleDeviation", jsonNumber(profile.angleDeviation)},
             {"uncertainty", toJson(profile.uncertainty)},
-            {"interval", intervalsToJson(profile.pose, profile.uncertainty)},
+            {"interval", intervalsToJson(withFoundY(profile.pose, profile.foundY), profile.uncertainty)},
             {"outliers", profile.outliers},
             {"moved", toJson(profile.moved)},
             {"flanks", toJson(profile.flanks)}};
@@ -134,7 +130,7 @@ std::optional<SensorSide> readSide(const JsonValue& json) {
 void addAverage(const PoseAverage& average, QJsonObject& json) {
     json["pose"] = toJson(average.pose);
     json["uncertainty"] = toJson(average.uncertainty);
-    json["interval"] = intervalsToJson(average.pose, average.uncertainty);
+    json["interval"] = intervalsToJson(withFoundY(average.pose, average.foundY), average.uncertainty);
     json["foundY"] = jsonNumber(average.foundY);
     json["deviation"] = toJson(average.deviation);
     json["largest"] = toJson(average.largest);
@@ -155,10 +151,8 @@ QJsonObject reasonsToJson(const CalibrationResult& result) {
             }
         }
     };
-    add(std::isnan(average.foundY), {"foundY"}, kNoFlank);
-    const bool isFixed = !placementOf(result.task.placement).findsY;
+    add(!result.otherPose, {"otherPose"}, "the oblique crest is known to be where the position says");
     add(std::isnan(average.pose.y), {"pose.y"}, kNoY);
-    add(isFixed, {"deviation.y", "interval.y", "largest.y"}, kNotFound);
     add(average.profiles == 1, {"deviation", "largest", "pointDifference"}, "a single profile has no spread");
     return reasons;
 }
@@ -208,7 +202,7 @@ FlankResiduals readFlanks(const JsonValue& json) {
     FlankResiduals flanks;
     for (std::size_t i = 0; i < flanks.size(); ++i) {
         flanks[i] = {list[i]["points"].wholeNumber(), list[i]["mean"].wideNumber(), list[i]["rms"].wideNumber(),
-                     list[i]["largest"].wideNumber()};
+                     list[i]["largest"].wideNumber(), list[i]["uncertainty"].wideNumber()};
     }
     return flanks;
 }
@@ -302,6 +296,7 @@ std::string toJson(const CalibrationResult& result, Pictures pictures) {
         addAverage(result.average, json);
         json["flanks"] = toJson(result.flanks);
         json["side"] = sideToJson(result.side);
+        json["otherPose"] = result.otherPose ? QJsonValue(toJson(*result.otherPose)) : QJsonValue();
     }
     if (pictures == Pictures::Included) {
         json["pictures"] = picturesToJson(result);
@@ -325,6 +320,9 @@ CalibrationResult calibrationFromJson(const std::string& text) {
     if (!json["pose"].isNull()) {
         readAverage(json, result.average);
         result.side = readSide(json["side"]);
+        if (!json["otherPose"].isNull()) {
+            result.otherPose = readPose(json["otherPose"]);
+        }
     } else if (result.average.profiles > 0) {
         result.average.fault = json["reasons"]["pose"].text();
     }

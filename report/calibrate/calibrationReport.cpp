@@ -113,27 +113,34 @@ QString residualPlot(const ProfilePose& m, const QString& id) {
     return plot.svg();
 }
 
+std::vector<Cell> poseRow(const QString& name, const PoseField& field, double value, const PoseAverage& average) {
+    const int decimals = field.isAngle ? 4 : 3;
+    return {{name},
+            {field.isAngle ? QStringLiteral("degrees") : QStringLiteral("mm")},
+            {numberText(value, decimals)},
+            {numberText(average.uncertainty.*field.value, decimals)},
+            {numberText(average.deviation.*field.value, decimals)},
+            {numberText(average.largest.*field.value, decimals)}};
+}
+
 void addPose(Page& page, const CalibrationResult& result) {
     const PoseAverage& average = result.average;
     std::vector<std::vector<Cell>> rows;
     for (const PoseField& field : kPoseFields) {
-        const int decimals = field.isAngle ? 4 : 3;
-        const double value = average.pose.*field.value;
-        rows.push_back({{QLatin1String(field.name)},
-                        {field.isAngle ? QStringLiteral("degrees") : QStringLiteral("mm")},
-                        {std::isnan(value) ? QStringLiteral("not known") : numberText(value, decimals)},
-                        {numberText(average.uncertainty.*field.value, decimals)},
-                        {numberText(average.deviation.*field.value, decimals)},
-                        {numberText(average.largest.*field.value, decimals)}});
+        if (field.value == &SensorPose::y && !placementOf(result.task.placement).findsY) {
+            const QString given = result.hasY() ? numberText(average.pose.y, 3) : QStringLiteral("not known");
+            rows.push_back({{QStringLiteral("y, as given")}, {QStringLiteral("mm")}, {given}, {}, {}, {}});
+            rows.push_back(poseRow(QStringLiteral("y by the object"), field, average.foundY, average));
+        } else {
+            rows.push_back(poseRow(QLatin1String(field.name), field, average.pose.*field.value, average));
+        }
     }
     page.table({QStringLiteral("value"), QStringLiteral("unit"), QStringLiteral("mean"),
                 QStringLiteral("95 % interval, \u00b1"), QStringLiteral("standard deviation, one profile"),
                 QStringLiteral("largest difference from the mean")},
                rows, 2);
-    if (!placementOf(result.task.placement).findsY) {
-        page.paragraph(QStringLiteral("This placement does not find y. From the object it would be %1 mm.")
-                           .arg(numberText(average.foundY, 3)));
-    }
+    page.paragraph(QStringLiteral("Standard deviations and largest differences, of profiles as of points, describe the "
+                                  "data: they are what intervals are made of, and have none of their own."));
 }
 
 /// How many flanks are off, of those with points. Without a pose there is none to judge.
@@ -194,11 +201,12 @@ void addFlankTable(Page& page, const CalibrationResult& result) {
                         {numberText(flank.mean, 3), flank.isOff()      ? Tone::Bad
                                                     : flank.isJudged() ? Tone::Good
                                                                        : Tone::Plain},
+                        {numberText(flank.uncertainty, 3)},
                         {numberText(flank.rms, 3)},
                         {numberText(flank.largest, 3)}});
     }
     page.table({QStringLiteral("flank"), QStringLiteral("points"), QStringLiteral("mean, mm"),
-                QStringLiteral("rms, mm"), QStringLiteral("largest, mm")},
+                QStringLiteral("95 % interval, \u00b1"), QStringLiteral("rms, mm"), QStringLiteral("largest, mm")},
                rows, 1);
     page.paragraph(QStringLiteral(
         "A residual is the distance of a point from the object along Y, positive behind the object as the sensor sees "

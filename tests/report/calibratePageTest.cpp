@@ -47,7 +47,8 @@ CalibrationResult result() {
     r.average = {2, {}, poseFrom(2.0), poseFrom(0.25), poseFrom(0.5), poseFrom(0.75), 77.0625, 0.0};
     for (size_t flank = 0; flank < kFlankCount; ++flank) {
         const double part = static_cast<double>(flank);
-        r.flanks[flank] = {100 + int(flank), 0.001 * part, 0.01 + 0.002 * part, 0.1 + 0.03 * part};
+        r.flanks[flank] = {100 + int(flank), 0.001 * part, 0.01 + 0.002 * part, 0.1 + 0.03 * part,
+                           0.005 + 0.001 * part};
     }
     r.flanks[5].mean = -0.06; // beyond 0.02 mm and four standard deviations
     r.unreadable = {"'x' is damaged"};
@@ -90,10 +91,11 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
     EXPECT_EQ(profiles.at(1, "fault"), (ReadCell{json["profiles"][1]["fault"].toString(), "bad"}));
     for (int i = 0; i < 8; ++i) {
         const QJsonValue flank = json["flanks"][i];
-        EXPECT_EQ(flanks.row(size_t(i)),
-                  (QStringList{flank["flank"].toString(), QString::number(flank["points"].toInt()),
-                               text(flank["mean"], 3), text(flank["rms"], 3), text(flank["largest"], 3)})
-                      .join('|'));
+        EXPECT_EQ(
+            flanks.row(size_t(i)),
+            (QStringList{flank["flank"].toString(), QString::number(flank["points"].toInt()), text(flank["mean"], 3),
+                         text(flank["uncertainty"], 3), text(flank["rms"], 3), text(flank["largest"], 3)})
+                .join('|'));
         EXPECT_EQ(flanks.at(size_t(i), "mean, mm").tone, i == 5 ? "bad" : "good");
         EXPECT_EQ(flank["isOff"].toBool(), i == 5);
     }
@@ -139,8 +141,8 @@ TEST(CalibrationPage, SaysWhatIsMissing) {
     r.flanks[5].mean = 0.0;
     r.profiles.erase(r.profiles.begin() + 1);
     const ReadPage page = readPage(kxreport::calibrationReport(r));
-    EXPECT_EQ(page.tables.at(0).at(1, "mean").text, "not known");
-    EXPECT_TRUE(page.paragraphs.contains("This placement does not find y. From the object it would be 77.063 mm."));
+    EXPECT_EQ(page.tables.at(0).row(1), "y, as given|mm|not known|||");
+    EXPECT_EQ(page.tables.at(0).row(2).section('|', 0, 2), "y by the object|mm|77.063");
     EXPECT_EQ(page.facts.at("Profiles with a pose"), (ReadCell{"2 of 2", "good"}));
     EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"0 of 8", "good"}));
     r.average.largest = {};

@@ -14,6 +14,7 @@ ProfilePose exactPose(const Shot& shot) {
     ProfilePose exact;
     const kxsim::Vec3& at = shot.pose.origin;
     exact.pose = {at.x, at.y, at.z, shot.pose.alpha, shot.pose.beta, shot.pose.gamma};
+    exact.foundY = at.y;
     for (const Point& p : shot.profile.points) {
         exact.points.push_back({p});
     }
@@ -25,7 +26,7 @@ ProfilePose poseAt(double x, double alpha, const char* name = "") {
     ProfilePose profile;
     profile.name = name;
     profile.pose = {x, 20.0, 30.0, alpha, 40.0, 50.0};
-    profile.foundY = 2.0 * x;
+    profile.foundY = 20.0;
     profile.points = {{{0.0f, 0.0f}, 3, false, 0.0}};
     profile.uncertainty = {1.96, 0.98, 0.49, 0.0196, 0.0098, 0.0049}; // mm and degrees
     return profile;
@@ -57,14 +58,14 @@ TEST(FlankResiduals, AreTheDistancesAlongY) {
 
         // A pose that is 0.25 mm too near: all points are that far in front of the object.
         ProfilePose moved = exact;
-        moved.pose.y -= 0.25 * facing;
+        moved.foundY -= 0.25 * facing;
+        moved.flanks[4].uncertainty = 0.125;
         detail::findResiduals(shot.task, moved);
-        const bool findsY = placementOf(placement).findsY;
-        EXPECT_NEAR(moved.flanks[4].mean, findsY ? -0.25 : 0.0, 1e-3);
-        EXPECT_NEAR(moved.flanks[4].largest, findsY ? 0.25 : 0.0, 1e-3);
-        EXPECT_NEAR(moved.rms, findsY ? 0.25 : 0.0, 1e-3);
-        EXPECT_NEAR(moved.foundY, findsY ? moved.pose.y : shot.pose.origin.y, 1e-3);
-        EXPECT_EQ(moved.flanks[4].isOff(), findsY);
+        EXPECT_NEAR(moved.flanks[4].mean, -0.25, 1e-3);
+        EXPECT_NEAR(moved.flanks[4].largest, 0.25, 1e-3);
+        EXPECT_EQ(moved.flanks[4].uncertainty, 0.125);
+        EXPECT_NEAR(moved.rms, 0.25, 1e-3);
+        EXPECT_TRUE(moved.flanks[4].isOff());
     }
 }
 
@@ -89,13 +90,14 @@ TEST(FlankResiduals, TakeTheSlopeOfTheObliqueRidgeAlongZOrAcrossIt) {
 
 TEST(FlankResiduals, OfSeveralProfilesTogether) {
     std::vector<ProfilePose> profiles(3);
-    profiles[0].flanks[6] = {30, 0.1, 0.2, 0.7};
-    profiles[2].flanks[6] = {10, -0.3, 0.4, 0.5};
+    profiles[0].flanks[6] = {30, 0.1, 0.2, 0.7, 0.1};
+    profiles[2].flanks[6] = {10, -0.3, 0.4, 0.5, 0.4};
     const FlankResiduals all = detail::pooled(profiles);
     EXPECT_EQ(all[6].points, 40);
     EXPECT_NEAR(all[6].mean, 0.0, 1e-12);
     EXPECT_NEAR(all[6].rms, std::sqrt((30 * 0.04 + 10 * 0.16) / 40), 1e-12);
     EXPECT_EQ(all[6].largest, 0.7);
+    EXPECT_NEAR(all[6].uncertainty, 5.0 / 40, 1e-12); // of 30 x 0.1 and 10 x 0.4, as independent
     EXPECT_TRUE(all[0].points == 0 && std::isnan(all[0].mean) && !all[0].isOff());
     EXPECT_EQ(flankName(5) + ", " + flankName(6), "behind crest 3, before oblique crest");
 }
@@ -113,13 +115,21 @@ TEST(PoseAverage, IsTakenModulo360Degrees) {
     EXPECT_NEAR(mean.largest.alpha, 0.06, 1e-9);
     EXPECT_NEAR(mean.largest.x, 0.8 / 3, 1e-9);
     EXPECT_NEAR(mean.pointDifference, 0.8 / 3, 1e-5);
-    EXPECT_NEAR(mean.foundY, 6.2 / 3, 1e-9);
+    EXPECT_EQ(mean.foundY, 20.0);
 
     // Deviations of a profile of 1 mm and 0.01 degrees by its noise, of the mean of three a root of three less. The spread
     // of alpha, 0.053 degrees, is certainly more: its interval is that of Student's t with two degrees of freedom.
     EXPECT_NEAR(mean.uncertainty.x, 1.96 / std::sqrt(3.0), 1e-9);
     EXPECT_NEAR(mean.uncertainty.gamma, 0.0049 / std::sqrt(3.0), 1e-9);
     EXPECT_NEAR(mean.uncertainty.alpha, 4.303 * mean.deviation.alpha / std::sqrt(3.0), 1e-9);
+
+    // A y that is given stands beside that of the object, which has the spread.
+    std::vector<ProfilePose> given = {poseAt(1.0, 2.0), poseAt(1.0, 2.0)};
+    given[1].foundY = 20.5;
+    const PoseAverage pair = detail::averagePoses(given, false);
+    EXPECT_TRUE(pair.pose.y == 20.0 && pair.foundY == 20.25);
+    EXPECT_NEAR(pair.largest.y, 0.25, 1e-9);
+    EXPECT_NEAR(pair.uncertainty.y, 0.98 / std::sqrt(2.0), 1e-9);
 
     const PoseAverage one = detail::averagePoses({poseAt(1.0, 2.0)}, true);
     EXPECT_TRUE(one.pose.x == 1.0 && std::isnan(one.largest.x) && std::isnan(one.deviation.x) &&

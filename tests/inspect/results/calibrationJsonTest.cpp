@@ -45,8 +45,8 @@ TEST(CalibrationJson, HoldsTheResult) {
         bool hasPose;
         const char* reasons;
     } cases[] = {{"y found", 2, false, 0.0f, true, ""},
-                 {"y given", 3, true, 0.0f, true, "deviation.y interval.y largest.y"},
-                 {"y not known", 1, false, 0.0f, true, "deviation.y interval.y largest.y pose.y"},
+                 {"y given", 3, true, 0.0f, true, ""},
+                 {"y not known", 1, false, 0.0f, true, "pose.y"},
                  {"not of one pose", 4, false, 1.5f, false, "pose"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.desc);
@@ -62,8 +62,9 @@ TEST(CalibrationJson, HoldsTheResult) {
         EXPECT_EQ(withoutPictures.average.fault, result.average.fault);
         const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(values)).object();
         EXPECT_EQ(json["reasons"].toObject().keys().join(' ').toStdString(), c.reasons);
-        EXPECT_EQ(json["deviation"]["y"].isDouble(), c.placement == 2) << "y that is not found has no spread";
-        EXPECT_EQ(json["interval"]["y"].isArray(), c.placement == 2);
+        EXPECT_EQ(json["interval"]["y"].isArray(), c.hasPose) << "of y by the object";
+        EXPECT_EQ(json["flanks"][0]["interval"].isArray(), c.hasPose);
+        EXPECT_EQ(json["otherPose"]["gamma"].isDouble(), c.hasPose);
         EXPECT_EQ(json["side"].toString().toStdString(), !c.hasPose ? "" : c.placement == 2 ? "larger-y" : "smaller-y");
         EXPECT_GE(json["profiles"][0]["outliers"].toInt(), c.hasPose ? 1 : 0);
         EXPECT_EQ(withoutPictures.side, result.side);
@@ -89,7 +90,7 @@ TEST(CalibrationJson, WhatWasNotMeasuredIsNull) {
     const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(toJson(result))).object();
     EXPECT_EQ(json["reasons"]["largest"].toString(), "a single profile has no spread");
     EXPECT_TRUE(json["largest"]["x"].isNull() && json["pointDifference"].isNull());
-    EXPECT_EQ(json["profiles"][0]["reasons"].toObject().keys().join(' '), "foundY interval.y pose.y rms");
+    EXPECT_EQ(json["profiles"][0]["reasons"].toObject().keys().join(' '), "pose.y rms");
     EXPECT_TRUE(json["flanks"][0]["isOff"].isNull() && json["flanks"][0]["mean"].isNull());
     EXPECT_EQ(json["flanks"][0]["reason"].toString(), "no point lies on it");
     EXPECT_TRUE(json["flanks"][1]["isOff"].isBool() && json["flanks"][1]["reason"].isUndefined());

@@ -36,6 +36,9 @@ const char* const kDescription =
     "One profile looks the same to a sensor on either side of the crests: --sensor-y or --side says\n"
     "where it is. Shots of an object that was moved by a known way (--moved, once per file) show it,\n"
     "and which way X and Z run: they confirm or refute the position and the sign of --oblique.\n"
+    "A sensor that is upside down sees the same of an object that is upside down: --oblique-crest\n"
+    "says where the oblique crest is, which the position says too; without it, and without shots\n"
+    "moved along Z, a warning gives the other pose.\n"
     "\n"
     "The position is the placement code. 2, 4 and 5 turn beta by 180 degrees and find y; 3 and 4 see\n"
     "the object in the order of -x, with alpha and gamma mirrored.\n"
@@ -66,7 +69,8 @@ struct Arguments {
 };
 
 const std::vector<PossibleVerdict> kVerdicts = {{Verdict::Out, "a flank is off the object"},
-                                                {Verdict::NotJudged, "a profile has no pose or a flank no points"}};
+                                                {Verdict::NotJudged, "a profile has no pose or a flank no points"},
+                                                {Verdict::Unconfirmed, "another pose explains the profiles as well"}};
 
 void addOptions(Options& options) {
     options.addArgument("PROFILE...", QStringLiteral("Profiles of the object, of one pose."));
@@ -81,6 +85,11 @@ void addOptions(Options& options) {
                       QStringLiteral("Side of the sensor, where --sensor-y is not given: smaller-y than the crests, or "
                                      "larger-y. One of the two is needed unless --moved shows the side."),
                       "SIDE");
+    options.addOption(
+        "oblique-crest",
+        QStringLiteral("Where the oblique crest is seen on the object: above the straight ones, or below. "
+                       "Confirms the position, which says the same (1, 2, 5: above)."),
+        "PLACE");
     addMovedOption(options,
                    QStringLiteral("How far the object was moved from its place for a file, along X, Y and Z of the "
                                   "track, mm; given once for each file, in their order."));
@@ -112,6 +121,12 @@ void readSide(const Options& options, Arguments& a) {
                           ? KxInspect::SensorSide::SmallerY
                           : KxInspect::SensorSide::LargerY;
     }
+    if (options.isSet("oblique-crest")) {
+        a.task.obliqueCrest =
+            options.oneOf("oblique-crest", kxreport::textList({"above", "below"})) == QLatin1String("above")
+                ? KxInspect::ObliqueCrest::Above
+                : KxInspect::ObliqueCrest::Below;
+    }
     a.task.object.crestY = objectOption(options, a.task.placement).crestY;
     a.task.object = objectOption(options, a.task.placement, a.task.givenSide());
 }
@@ -124,11 +139,13 @@ void checkMoves(const Options& options, const Arguments& a) {
     }
 }
 
-const KxInspect::CalibrationTerms kTerms = {"--position", "--oblique", "--sensor-y", "--plane-y", "--side", "--moved"};
+const KxInspect::CalibrationTerms kTerms = {"--position", "--oblique", "--sensor-y",     "--plane-y",
+                                            "--side",     "--moved",   "--oblique-crest"};
 
 Arguments readArguments(const Options& options) {
-    Arguments a{options.arguments("profiles", 1),
-                textOptions(options),
+    const QStringList files = options.arguments("profiles", 1);
+    Arguments a{files,
+                textOptions(options, files),
                 {},
                 movedOption(options),
                 0,
@@ -222,7 +239,9 @@ std::vector<GivenVerdict> verdicts(const CalibrationResult& result) {
     const auto judged = std::count_if(flanks.begin(), flanks.end(), [](const auto& flank) { return flank.isJudged(); });
     const auto withPose = static_cast<std::size_t>(result.average.profiles);
     const std::size_t notJudged = result.profiles.size() - withPose + flanks.size() - static_cast<std::size_t>(judged);
-    return {{Verdict::Out, static_cast<std::size_t>(off)}, {Verdict::NotJudged, notJudged}};
+    return {{Verdict::Out, static_cast<std::size_t>(off)},
+            {Verdict::NotJudged, notJudged},
+            {Verdict::Unconfirmed, result.otherPose ? std::size_t{1} : std::size_t{0}}};
 }
 
 int run(const Arguments& a) {

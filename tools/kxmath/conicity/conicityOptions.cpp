@@ -112,8 +112,10 @@ ConicityInput ConicityOptions::input() const {
         return number(name, {range[0], range[1]});
     };
     ConicityInput input;
+    QStringList files;
     for (const WheelSetPart part : kParts) {
-        input.sections[part].file = toBytes(needed(nameOf(part)));
+        files += needed(nameOf(part));
+        input.sections[part].file = toBytes(files.last());
     }
     for (const char* const name : {"gauge", "back-to-back"}) {
         needed(name);
@@ -135,7 +137,7 @@ ConicityInput ConicityOptions::input() const {
     readParts(*this, "up", input, &Orientation::isUp, true);
     readParts(*this, "mirror", input, &Orientation::isMirrored, true);
     for (KxInspect::CrossSection& section : input.sections) {
-        section.text = textOptions(*this);
+        section.text = textOptions(*this, files);
     }
     return input;
 }

@@ -17,6 +17,8 @@ QString nameOf(Verdict verdict) {
         return QStringLiteral("out");
     case Verdict::Defect:
         return QStringLiteral("defect");
+    case Verdict::Unconfirmed:
+        return QStringLiteral("unconfirmed");
     case Verdict::NotJudged:
         break;
     }

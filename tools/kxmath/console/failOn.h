@@ -14,6 +14,7 @@ enum class Verdict {
     Out, ///< "out": a measured value is beyond its limit or tolerance
     Defect, ///< "defect": a wheel is defective
     NotJudged, ///< "not-judged": what was to be judged could not be
+    Unconfirmed, ///< "unconfirmed": a result rests on one statement that nothing confirms
 };
 
 /// A verdict that a command can give, and when it gives it there, for the help: "a wheel is outside a limit".

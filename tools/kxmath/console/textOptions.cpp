@@ -1,6 +1,13 @@
 // Options of the commands that read text files.
 #include "tools/kxmath/console/textOptions.h"
 
+#include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/printable.h"
+
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kxtool {
@@ -40,7 +47,40 @@ std::vector<int> columnsIn(const QString& text) {
     return columns;
 }
 
+constexpr const char* kOptions[] = {"columns", "separator", "decimal"};
+
+/// Throws a CommandError when an option is set and no file is a text.
+void checkFiles(const Options& options, const QStringList& files) {
+    std::optional<KxInspect::FileKind> kind;
+    const auto isSet = [&](const char* option) { return options.isSet(option); };
+    if (std::none_of(std::begin(kOptions), std::end(kOptions), isSet)) {
+        return;
+    }
+    for (const QString& file : files) {
+        kind = QFileInfo(file).isFile() ? KxInspect::kindOfFile(toBytes(file)) : std::nullopt; // a pipe is read once
+        if (!kind || isText(*kind)) {
+            return;
+        }
+    }
+    if (kind) {
+        failAsNoText(options, QStringLiteral("'%1' is read as").arg(printable(files.last())), *kind);
+    }
+}
+
 } // namespace
+
+bool isText(KxInspect::FileKind kind) {
+    return kind == KxInspect::FileKind::Csv || kind == KxInspect::FileKind::Xyz || kind == KxInspect::FileKind::Gauge;
+}
+
+void failAsNoText(const Options& options, const QString& what, KxInspect::FileKind kind) {
+    for (const char* const option : kOptions) {
+        if (options.isSet(option)) {
+            options.fail(QStringLiteral("--%1 is for texts, %2 %3")
+                             .arg(QLatin1String(option), what, QString::fromStdString(kindName(kind))));
+        }
+    }
+}
 
 void addTextOptions(Options& options, bool hasZ) {
     options.addOption("columns",
@@ -53,7 +93,7 @@ void addTextOptions(Options& options, bool hasZ) {
     options.addOption("decimal", QStringLiteral("The decimal sign in text files: point or comma."), "name");
 }
 
-KxInspect::TextOptions textOptions(const Options& options, bool hasZ) {
+KxInspect::TextOptions textOptions(const Options& options, const QStringList& files, bool hasZ) {
     KxInspect::TextOptions result;
     if (options.isSet("columns")) {
         const QString text = options.text("columns");
@@ -70,6 +110,7 @@ KxInspect::TextOptions textOptions(const Options& options, bool hasZ) {
     if (result.separator == ',' && result.decimalSign == ',') {
         options.fail(QStringLiteral("--separator and --decimal are both a comma"));
     }
+    checkFiles(options, files);
     return result;
 }
 

@@ -59,10 +59,6 @@ bool isStream(const QString& name) {
     return name == QLatin1String("-");
 }
 
-bool isText(FileKind kind) {
-    return kind == FileKind::Csv || kind == FileKind::Xyz || kind == FileKind::Gauge;
-}
-
 /// The kind of a file: the one that the option names, otherwise the one of the content of IN or the file name's ending.
 FileKind kindOf(const Options& options, const char* option, const QString& fileName, bool isRead) {
     if (options.isSet(option)) {
@@ -95,12 +91,9 @@ std::optional<Conversion> parse(const QStringList& arguments) {
     }
     const QStringList names = options.arguments("files", 2, 2);
     const Conversion conversion{names[0], names[1], kindOf(options, "from", names[0], true),
-                                kindOf(options, "to", names[1], false), textOptions(options, true)};
-    for (const char* const option : {"columns", "separator", "decimal"}) {
-        if (options.isSet(option) && !isText(conversion.from)) {
-            options.fail(QStringLiteral("--%1 is for texts, IN is read as %2")
-                             .arg(QLatin1String(option), QString::fromStdString(kindName(conversion.from))));
-        }
+                                kindOf(options, "to", names[1], false), textOptions(options, {}, true)};
+    if (!isText(conversion.from)) {
+        failAsNoText(options, QStringLiteral("IN is read as"), conversion.from);
     }
     const OutputFile out(QStringLiteral("OUT"), names[1]);
     checkOutputs({&out}, isStream(names[0]) ? QStringList() : QStringList(names[0]));

@@ -131,9 +131,9 @@ int runChecked(const QStringList& arguments) {
     if (!options.parse(arguments)) {
         return Done;
     }
-    const KxInspect::TextOptions text = textOptions(options, true);
-    const OutputFile json = options.output("json");
     const QStringList files = options.arguments("files", 1);
+    const KxInspect::TextOptions text = textOptions(options, files, true);
+    const OutputFile json = options.output("json");
     checkOutputs({&json}, files);
     ExitCode code = Done;
     std::vector<InfoEntry> entries;

@@ -106,9 +106,10 @@ std::vector<KxInspect::CrossSection> WheelCommandOptions::wheels() const {
         return isSet(flag) || isSet("as-is") ? std::optional(isSet(flag)) : std::nullopt;
     };
     wheel.orientation = {said("up"), said("mirror")};
-    wheel.text = textOptions(*this);
+    const QStringList files = arguments("files", 1);
+    wheel.text = textOptions(*this, files);
     std::vector<KxInspect::CrossSection> result;
-    for (const QString& file : arguments("files", 1)) {
+    for (const QString& file : files) {
         wheel.file = toBytes(file);
         result.push_back(wheel);
     }
