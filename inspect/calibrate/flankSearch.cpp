@@ -2,6 +2,7 @@
 #include "inspect/calibrate/flankSearch.h"
 
 #include "inspect/fitting/median.h"
+#include "inspect/fitting/runningMedian.h"
 
 #include <algorithm>
 #include <bit>
@@ -19,14 +20,15 @@ constexpr std::size_t kCornerCount = kFlankCount + 1;
 /// outliers that are fewer than half of a window.
 /// @param half points on either side
 std::vector<ReadPoint> withoutSpikes(const std::vector<ReadPoint>& points, std::size_t half) {
+    std::vector<double> heights;
+    heights.reserve(points.size());
+    for (const ReadPoint& p : points) {
+        heights.push_back(p.y);
+    }
+    const std::vector<double> medians = runningMedian(heights, half);
     std::vector<ReadPoint> smooth = points;
-    std::vector<double> window;
-    for (std::size_t i = half; i + half < points.size(); ++i) {
-        window.clear();
-        for (std::size_t k = i - half; k <= i + half; ++k) {
-            window.push_back(points[k].y);
-        }
-        smooth[i].y = median(window);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        smooth[i].y = medians[i];
     }
     return smooth;
 }

@@ -101,7 +101,7 @@ ProfilePose poseOf(const NamedProfile& profile, const Sighting& sighting, const 
     if (!placementOf(task.placement).findsY) {
         result.pose.y = task.sensorY ? static_cast<double>(*task.sensorY) : std::numeric_limits<double>::quiet_NaN();
     }
-    constexpr double kRounding = 1e-4; // mm, more than what single precision takes off a place within 1 m
+    constexpr double kRounding = 3e-4; // mm, more than single precision takes off a place and an angle at 1 m
     for (std::size_t flank = 0; flank < kFlankCount; ++flank) {
         result.flanks[flank].uncertainty = std::hypot(kNormal95 * sighting.fit->flankDeviations[flank], kRounding);
     }

@@ -36,7 +36,9 @@ double correlationFactor(const FlankPoints& points) {
     const double n = static_cast<double>(distances.size());
     const double certain = 3.0 / std::sqrt(n); // standard deviations of a correlation of independent points
     double factor = 1.0;
-    for (std::size_t lag = 1; lag < distances.size() / 10; ++lag) {
+    constexpr std::size_t kFarthest =
+        2000; // neighbours; a sensor gives no more points in a profile than some thousands
+    for (std::size_t lag = 1; lag < std::min(distances.size() / 10, kFarthest); ++lag) {
         double products = 0.0;
         for (std::size_t i = lag; i < distances.size(); ++i) {
             products += flanks[i - lag] == flanks[i] ? distances[i] * distances[i - lag] : 0.0;

@@ -11,6 +11,7 @@ namespace KxInspect::detail {
 
 namespace {
 
+constexpr std::size_t kMostPoints = 200000; // profiles of sensors have some thousands; bounds the time
 constexpr double kMostOutliers = 0.25; // of the points; a quarter is half of what the medians stand
 
 /// The finite points in the order of x, or of -x, and their places among the finite points of the profile.
@@ -77,6 +78,11 @@ Sighting sight(const NamedProfile& profile, const CalibrationTask& task) {
     object.crestY = 0.0;
     Sighting sighting;
     sighting.moved = profile.moved;
+    if (profile.profile.points.size() > kMostPoints) {
+        sighting.fault = QStringLiteral("has %1 points; up to %2 are searched for the object")
+                             .arg(QString::number(profile.profile.points.size()), QString::number(kMostPoints));
+        return sighting;
+    }
     int apexes = 0;
     for (const bool isReversed : {false, true}) {
         std::vector<std::size_t> order;
