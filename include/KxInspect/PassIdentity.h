@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace KxInspect {
@@ -31,7 +32,7 @@ struct PassLabels {
 /// A value that was measured with.
 struct SettingValue {
     std::string key = {}; ///< as in a settings file: "SENSOR1/level_k"
-    double value = 0.0;
+    std::variant<double, std::string> value = 0.0; ///< a number, or a word as "left"
 };
 
 /// Settings that were measured with.

@@ -28,7 +28,10 @@ QJsonValue settingsValue(const std::optional<SettingsIdentity>& settings) {
     }
     QJsonObject values;
     for (const SettingValue& value : settings->values) {
-        values[QString::fromStdString(value.key)] = jsonNumber(value.value);
+        const auto* const number = std::get_if<double>(&value.value);
+        values[QString::fromStdString(value.key)] =
+            number != nullptr ? jsonNumber(*number)
+                              : QJsonValue(QString::fromStdString(std::get<std::string>(value.value)));
     }
     return QJsonObject{{QStringLiteral("file"), fileValue(settings->file)}, {QStringLiteral("values"), values}};
 }
@@ -50,7 +53,12 @@ std::optional<SettingsIdentity> readSettings(const JsonValue& value) {
     }
     SettingsIdentity settings{readFile(value["file"]), {}};
     for (const std::string& key : value["values"].keys()) {
-        settings.values.push_back({key, value["values"][key.c_str()].wideNumber()});
+        const JsonValue member = value["values"][key.c_str()];
+        if (member.isText()) {
+            settings.values.push_back({key, member.text()});
+        } else {
+            settings.values.push_back({key, member.wideNumber()});
+        }
     }
     return settings;
 }

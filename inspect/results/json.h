@@ -56,6 +56,7 @@ public:
     JsonValue operator[](const char* key) const;
     bool has(const char* key) const; ///< false too when the value is no object
     bool isNull() const { return value_.isNull(); }
+    bool isText() const { return value_.isString(); }
     std::vector<std::string> keys() const; ///< of the members of an object, in alphabetical order
 
     /// The elements of a list.

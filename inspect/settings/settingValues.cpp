@@ -25,6 +25,7 @@ public:
     void add(const char* key, float value) { addNamed(key, static_cast<double>(value)); }
     void add(int sensor, const char* key, double value) { addNamed(keyOf(sensor, key), value); }
     void add(int sensor, const char* key, float value) { addNamed(keyOf(sensor, key), static_cast<double>(value)); }
+    void add(int sensor, const char* key, const char* word) { values.push_back({keyOf(sensor, key), word}); }
     void add(int sensor, const char* slope, const char* intercept, const std::optional<Line>& line) {
         if (line) {
             add(sensor, slope, line->slope);
@@ -74,6 +75,14 @@ std::vector<SettingValue> valuesOf(const StationSettings& settings) {
             list.add(sensor.number, "alpha", sensor.angles->alpha);
             list.add(sensor.number, "beta", sensor.angles->beta);
             list.add(sensor.number, "gamma", sensor.angles->gamma);
+        }
+        if (sensor.origin) {
+            list.add(sensor.number, "x", sensor.origin->x);
+            list.add(sensor.number, "y", sensor.origin->y);
+            list.add(sensor.number, "z", sensor.origin->z);
+        }
+        if (sensor.side) {
+            list.add(sensor.number, "side", textOf(*sensor.side));
         }
     }
     return list.values;

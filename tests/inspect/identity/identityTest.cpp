@@ -54,7 +54,7 @@ TEST(PassIdentity, HashesWhatWasMeasured) {
     const auto valueOf = [](const PassResult& result, const std::string& key) {
         const auto& values = result.identity.settings.values;
         const auto at = std::find_if(values.begin(), values.end(), [&](const auto& v) { return v.key == key; });
-        return at != values.end() ? at->value : -1.0;
+        return at != values.end() ? std::get<double>(at->value) : -1.0;
     };
     EXPECT_EQ(valueOf(pass, "minProfsInWheel"), settings.minProfilesInWheel);
     settings.source.reset();
