@@ -1,10 +1,12 @@
 // Whole outputs of the commands, as the transcripts in transcripts/ show them: tables, JSON, CSV, messages, exit codes.
 //
 // A line "$ LINE" is run by the shell; the lines below it are what it prints, those on stderr with "! " before them, and
-// its exit code when that is not 0. Numbers may differ in the sixth digit, since functions of the C library may. With
+// its exit code when that is not 0. "page FILE" there shows a page as text. Numbers may differ in the sixth digit, since
+// functions of the C library may. With
 // KXMATH_UPDATE_TRANSCRIPTS in the environment the transcripts are written anew, see scripts/transcripts.
 #include "kxmath/toolRun.h"
 #include "kxmath/trainRecordings.h"
+#include "report/pageText.h"
 #include "shapes/crossSections.h"
 #include "shapes/patchScan.h"
 
@@ -82,10 +84,11 @@ class Transcripts : public CommandFiles, public testing::WithParamInterface<cons
 protected:
     /// The whole line and the transcript of what it prints.
     QByteArray transcriptOf(const QString& line) const {
-        const QString run = "kxmath() { \"$KXMATH\" \"$@\"; }\n" + line + "\necho \"exit $?\" >&2";
+        const QString run =
+            "kxmath() { \"$KXMATH\" \"$@\"; }\npage() { echo \"PAGE $1\"; }\n" + line + "\necho \"exit $?\" >&2";
         ToolResult result = runShell(path(""), run);
         QList<QByteArray> errors = result.errors.trimmed().split('\n');
-        QByteArray text = result.output;
+        QByteArray text = withPages(result.output);
         if (!text.isEmpty() && !text.endsWith('\n')) {
             text += '\n';
         }
@@ -103,6 +106,19 @@ protected:
     }
 
 private:
+    /// Lines "PAGE FILE" become what is on that page.
+    QByteArray withPages(const QByteArray& output) const {
+        QByteArrayList lines = output.split('\n');
+        for (QByteArray& line : lines) {
+            if (line.startsWith("PAGE ")) {
+                QFile file(path(QString::fromUtf8(line.mid(5))));
+                EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << line.constData();
+                line = page_test::textOf(page_test::readPage(QString::fromUtf8(file.readAll()))).toUtf8().trimmed();
+            }
+        }
+        return lines.join('\n');
+    }
+
     /// Lists of numbers take one line.
     static QByteArray withShortLists(const QByteArray& json) {
         static const QRegularExpression list("\\[[-+\\d.eEnul,\\s\\[\\]]*\\]"), space("\\s+");
@@ -158,8 +174,8 @@ TEST_P(Transcripts, ShowWhatTheCommandsPrint) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
-                         testing::Values("calibrate", "conicity", "convert", "forms", "grid", "poses", "simulate",
-                                         "train", "verdicts", "wheel"),
+                         testing::Values("calibrate", "conicity", "convert", "forms", "grid", "pages", "poses",
+                                         "settings", "shapes", "simulate", "train", "verdicts", "wheel"),
                          [](const auto& info) { return std::string(info.param); });
 
 // The numbers of the transcripts beside what is known of the inputs, and beside each other.

@@ -1,0 +1,105 @@
+// A page as text.
+#include "report/pageText.h"
+
+#include <cmath>
+
+namespace page_test {
+
+namespace {
+
+QString text(double value) {
+    return QString::number(value, 'g', 4);
+}
+
+/// A place in a plot; what is less than a thousandth of a pixel off 0 is 0.
+QString text(const ReadPlot& plot, const QPointF& p) {
+    const auto coordinate = [](double value, double perPixel) {
+        return text(std::abs(value) < std::abs(perPixel) / 1000 ? 0.0 : value);
+    };
+    return '(' + coordinate(p.x(), plot.unitsPerPixel.x()) + ", " + coordinate(p.y(), plot.unitsPerPixel.y()) + ')';
+}
+
+QPointF meanOf(const std::vector<QPointF>& points) {
+    QPointF sum;
+    for (const QPointF& p : points) {
+        sum += p / static_cast<double>(points.size());
+    }
+    return sum;
+}
+
+QString text(const ReadPlot& plot, const ReadItem& item) {
+    QString line = "  " + item.kind + ' ' + item.colour;
+    if (item.size > 0) {
+        line += " size " + text(item.size);
+    }
+    if (!item.points.empty()) {
+        line += ": " + text(plot, item.points.front());
+    }
+    if (item.points.size() > 1) {
+        line += " to " + text(plot, item.points.back());
+    }
+    if (item.points.size() > 2) {
+        line += QStringLiteral(", %1 points in %2 parts, mean ").arg(item.points.size()).arg(item.runs) +
+                text(plot, meanOf(item.points));
+    }
+    if (!item.png.isEmpty()) {
+        const std::vector<std::vector<int>> pixels = readPng(item.png);
+        line += QStringLiteral(", picture of %1 rows").arg(pixels.size());
+    }
+    return line + (item.tooltip.isEmpty() ? QString() : "  \"" + item.tooltip + '"') + '\n';
+}
+
+QString text(const ReadPlot& plot) {
+    QString lines = "plot: " + plot.title + "\n  x from " + text(plot.left) + " to " + text(plot.right) + ", " +
+                    plot.xLabel + "; y: " + plot.yLabel + '\n';
+    for (const auto& [entry, sample] : plot.legend) {
+        lines += "  legend: " + entry + " = " + sample.first + ' ' + sample.second + '\n';
+    }
+    for (const auto& [words, place] : plot.texts) {
+        lines += "  text: " + words + " at " + text(plot, place) + '\n';
+    }
+    for (const ReadItem& item : plot.items) {
+        lines += text(plot, item);
+    }
+    return lines + "  " + plot.caption + '\n';
+}
+
+QString text(const ReadTable& table) {
+    QString lines = "table: " + table.headers.join(" | ") + '\n';
+    for (const std::vector<ReadCell>& row : table.rows) {
+        QStringList cells;
+        for (const ReadCell& cell : row) {
+            cells += cell.text + (cell.tone.isEmpty() ? QString() : " <" + cell.tone + '>');
+        }
+        lines += "  " + cells.join(" | ") + '\n';
+    }
+    return lines;
+}
+
+} // namespace
+
+QString textOf(const ReadPage& page) {
+    QString lines = "page: " + page.title + '\n';
+    for (const QString& heading : page.headings) {
+        lines += "heading: " + heading + '\n';
+    }
+    for (const QString& paragraph : page.paragraphs) {
+        lines += paragraph + '\n';
+    }
+    for (const QString& warning : page.warnings) {
+        lines += "warning: " + warning + '\n';
+    }
+    for (const auto& [label, value] : page.facts) {
+        lines +=
+            "fact: " + label + ": " + value.text + (value.tone.isEmpty() ? QString() : " <" + value.tone + '>') + '\n';
+    }
+    for (const ReadTable& table : page.tables) {
+        lines += text(table);
+    }
+    for (const ReadPlot& plot : page.plots) {
+        lines += text(plot);
+    }
+    return lines;
+}
+
+} // namespace page_test
