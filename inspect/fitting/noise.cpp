@@ -46,11 +46,16 @@ double difference(const Four& points) {
     return sum / std::sqrt(squares);
 }
 
+float ofDeviations(std::size_t points, std::vector<double> deviations) {
+    constexpr std::size_t kFewest = 20;
+    constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
+    return points < kFewest || deviations.empty() ? std::numeric_limits<float>::quiet_NaN()
+                                                  : static_cast<float>(kNormal * median(std::move(deviations)));
+}
+
 } // namespace
 
 float noiseAcross(std::span<const Point> contour) {
-    constexpr std::size_t kFewest = 20;
-    constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
     std::vector<double> deviations;
     Four last = {};
     std::size_t count = 0;
@@ -66,10 +71,20 @@ float noiseAcross(std::span<const Point> contour) {
             }
         }
     }
-    if (count < kFewest || deviations.empty()) {
-        return std::numeric_limits<float>::quiet_NaN();
+    return ofDeviations(count, std::move(deviations));
+}
+
+float noiseAlongY(std::span<const Point> contour, float slope) {
+    const double ofOne = std::sqrt(1.0 + 9.0 + 9.0 + 1.0); // what noise of 1 mm gives a third difference
+    const auto offLine = [&](std::size_t i) {
+        return static_cast<double>(contour[i].y) - static_cast<double>(slope) * static_cast<double>(contour[i].x);
+    };
+    std::vector<double> deviations;
+    for (std::size_t i = 3; i < contour.size(); ++i) {
+        const double difference = offLine(i) - 3.0 * offLine(i - 1) + 3.0 * offLine(i - 2) - offLine(i - 3);
+        deviations.push_back(std::abs(difference) / ofOne);
     }
-    return static_cast<float>(kNormal * median(std::move(deviations)));
+    return ofDeviations(contour.size(), std::move(deviations));
 }
 
 } // namespace KxInspect::detail

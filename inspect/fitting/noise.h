@@ -16,4 +16,9 @@ namespace KxInspect::detail {
 /// @return NaN with fewer than 20 points
 float noiseAcross(std::span<const Point> contour);
 
+/// Likewise along y, for a contour that stays near a line of that slope and has even steps: from third differences of the
+/// distances from the line. Right, too, where points lie closer together than their noise, which turns the chords of four
+/// points anywhere.
+float noiseAlongY(std::span<const Point> contour, float slope);
+
 } // namespace KxInspect::detail

@@ -68,7 +68,9 @@ StationKnowledge knowledgeOf(const LaserPlane& plane) {
 
 RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, const StationKnowledge& known) {
     constexpr int kMostRounds = 12;
-    constexpr double kSettled = 1e-5;
+    constexpr double kSettled = 1e-3; // mm
+    constexpr double kUnsettled = 0.01; // mm, a third of the least that counts as out of round
+    constexpr double kFarthest = 80.0; // mm from the tip to the end of the tread
     RoundnessFit fit;
     const auto notFitted = [&](const QString& reason) {
         fit.axle.reset();
@@ -83,12 +85,17 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
     table.keepComparable();
     const double yaw = wheel.askew.perPlace * wheel.plane.acrossPerAcross; // of the axle against the track
     Estimate skew = {known.skew.value - yaw, known.skew.error};
+    // A turned plane meets a face that is askew sooner or later on its way across the wheel.
+    const double byYaw = -yaw * known.skew.value;
+    const Estimate stretch = {known.stretch.value + byYaw, known.stretch.error};
     double across = 0.0;
+    double place = 0.0; // of the back face when it is over the axle
+    double change = 0.0;
     for (int round = 0; round < kMostRounds; ++round) {
         const FlangeTips tips = sections.tips(fit.axle, skew.value, across);
         across = tips.across;
         const std::optional<FlangeCircle> circle = fitFlangeCircle(tips.tips);
-        fit.axle = circle ? fitAxle(tips.tips, *circle, {known.shear, known.stretch}) : std::nullopt;
+        fit.axle = circle ? fitAxle(tips.tips, *circle, {known.shear, stretch}) : std::nullopt;
         if (const QString reason = whyNoAxle(tips.tips, fit.axle); !reason.isEmpty()) {
             return notFitted(reason);
         }
@@ -105,14 +112,22 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
         table.compare(
             *fit.axle,
             {tips.across, tips.error, static_cast<int>(tips.tips.size()), {known.skew.value - yaw, known.skew.error}});
-        const double change = table.skew().value - skew.value;
+        const double newPlace = fit.axle->value[AxleFit::Place] - skew.value * across;
+        change = std::abs(newPlace - place) + kFarthest * std::abs(table.skew().value - skew.value);
+        place = newPlace;
         skew = table.skew();
-        if (std::abs(change) < kSettled) {
+        if (change < kSettled) {
             break;
         }
     }
+    if (!(change < kUnsettled)) {
+        return notFitted(QStringLiteral("tips and tread put the axle in places %1 mm apart, again and again")
+                             .arg(change, 0, 'g', 2));
+    }
     fit.table = std::move(table);
     fit.skew = {skew.value + yaw, skew.error};
+    fit.stretch = ofAxle(*fit.axle, AxleFit::Stretch);
+    fit.stretch.value -= byYaw;
     return fit;
 }
 
@@ -135,7 +150,7 @@ StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_
     for (std::size_t i = 0; i < fits.size(); ++i) {
         if (i != without && fits[i].axle && !(isTrusted && isFarOff(fits[i].skew))) {
             shears.push_back(ofAxle(*fits[i].axle, AxleFit::Shear));
-            stretches.push_back(ofAxle(*fits[i].axle, AxleFit::Stretch));
+            stretches.push_back(fits[i].stretch);
             skews.push_back(fits[i].skew);
         }
     }

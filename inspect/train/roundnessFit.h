@@ -23,6 +23,7 @@ struct RoundnessFit {
     std::optional<AxleFit> axle; ///< absent without a fit
     TreadTable table;
     Estimate skew; ///< as StationKnowledge::skew
+    Estimate stretch; ///< as StationKnowledge::stretch
     std::string reason; ///< empty with a fit
 };
 

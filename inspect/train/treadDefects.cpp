@@ -50,7 +50,7 @@ float noiseOf(const PointList& tread) {
         return std::numeric_limits<float>::quiet_NaN();
     }
     const float slope = (contour.back().y - contour.front().y) / (contour.back().x - contour.front().x);
-    return noiseAcross(contour) * std::hypot(1.0f, slope);
+    return noiseAlongY(contour, slope);
 }
 
 /// How far off the curve counts: as the settings say, or what noise does not reach if that is more.

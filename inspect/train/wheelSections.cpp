@@ -11,15 +11,15 @@ namespace {
 
 constexpr double kFlangeEnd = 35.0; // mm behind the back face; the tip is before it
 
-/// The tip in a section whose points are at their distance from the axle; put back to where the profile shows it.
-FlangeTip putBack(const SectionPoint& tip, const AxleFit& axle, double place, double skewed) {
+/// How far down a tip is that is so far from the axle, in a profile at a place.
+double downOf(double fromAxle, const AxleFit& axle, double place, double skewed) {
     constexpr int kRounds = 3;
     double down = axle.level;
     for (int round = 0; round < kRounds; ++round) {
         const double along = axle.fromAxle(place, down) - skewed;
-        down = axle.value[AxleFit::Down] + std::sqrt(std::max(0.0, tip.down * tip.down - along * along));
+        down = axle.value[AxleFit::Down] + std::sqrt(std::max(0.0, fromAxle * fromAxle - along * along));
     }
-    return {place - skewed, down};
+    return down;
 }
 
 } // namespace
@@ -57,14 +57,17 @@ FlangeTips WheelSections::tips(const std::optional<AxleFit>& axle, double skew, 
             p.down = axle ? axle->radiusOf(axle->fromAxle(section.place, p.down) - skewed(p), p.down) : p.down;
         }
         if (const std::optional<SectionPoint> tip = flangeTip(flange)) {
-            result.tips.push_back(axle ? putBack(*tip, *axle, section.place, skewed(*tip))
-                                       : FlangeTip{section.place, tip->down});
+            result.tips.push_back(
+                {section.place, axle ? downOf(tip->down, *axle, section.place, skewed(*tip)) : tip->down});
             errors.push_back(tipError(flange, *tip));
             acrosses.push_back(tip->across);
         }
     }
     result.error = median(errors);
     result.across = median(acrosses);
+    for (std::size_t i = 0; i < acrosses.size(); ++i) {
+        result.tips[i].place -= skew * (acrosses[i] - result.across);
+    }
     return result;
 }
 

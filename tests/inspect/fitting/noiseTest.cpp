@@ -48,6 +48,19 @@ TEST(Noise, IsFoundInBendsAndBesideOutliers) {
     EXPECT_LT(noiseAcross(contour(0.0f, 3)), 1e-4f);
 }
 
+TEST(Noise, IsFoundBetweenPointsThatAreCloserThanIt) {
+    const float slope = -0.8f;
+    std::mt19937 random(5);
+    std::normal_distribution<float> deviation(0.0f, 0.3f);
+    std::vector<Point> points;
+    for (float x = 0.0f; x < 30.0f; x += 0.06f) {
+        points.push_back({x, slope * x + 0.001f * x * x + deviation(random)});
+    }
+    EXPECT_NEAR(noiseAlongY(points, slope), 0.3f, 0.03f);
+    EXPECT_TRUE(std::isnan(noiseAlongY(std::span(points).first(19), slope)));
+    EXPECT_TRUE(std::isfinite(noiseAlongY(std::span(points).first(20), slope)));
+}
+
 TEST(Noise, OfFewPointsIsUnknown) {
     const std::vector<Point> points = contour(0.05f, 1);
     EXPECT_TRUE(std::isnan(noiseAcross(std::span(points).first(19))));

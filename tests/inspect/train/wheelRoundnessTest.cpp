@@ -4,6 +4,7 @@
 #include "support/testing.h"
 
 #include <functional>
+#include <memory>
 
 namespace {
 
@@ -22,6 +23,9 @@ struct Make {
     double towardsRail = 1.0; ///< of x
     double step = 9.0; ///< between profiles
     double noise = 0.0, zScale = 1.0;
+    double skew = 0.0; ///< of the laser plane, mm along the track for each mm across
+    double yaw = 0.0; ///< of the axle
+    double ahead = 0.0; ///< how much farther profiles are seen before the axle than behind it, mm
     int hidden = 0; ///< the number of a profile that shows no tread
     std::function<double(int)> worn = [](int) { return 0.0; }; ///< depth of the tread in a profile
     std::function<double(int)> raised = [](int) { return 0.0; }; ///< what the flange is seen lower
@@ -29,7 +33,12 @@ struct Make {
 };
 
 double fromAxle(int number, const Make& make) {
-    return (number - kProfiles / 2.0 - 0.5) * make.step;
+    return (number - kProfiles / 2.0 - 0.5) * make.step - make.ahead;
+}
+
+/// Where the laser plane meets a ring of the wheel, from the axle along the track.
+double alongOf(double across, int number, const Make& make) {
+    return (fromAxle(number, make) - make.skew * across) / (1.0 + make.skew * make.yaw);
 }
 
 /// A cylinder with a rounded flange, cut by a plane across the track; points each 0.1 mm across the wheel.
@@ -47,29 +56,44 @@ KxProfile makeProfile(int number, const Make& make) {
         const double radius = across < 30.0 ? kFlangeRadius + make.raised(number) - tip * tip / 25.0
                                             : kTreadRadius - (across - 70.0) / 40.0 - make.worn(number);
         const double noise = make.noise > 0.0 ? make.noise * normal(random) : 0.0;
-        const double down = std::sqrt(radius * radius - std::pow(fromAxle(number, make), 2)) - 400.0 + noise;
+        const double along = alongOf(across, number, make);
+        const double down = std::sqrt(radius * radius - std::pow(along + make.yaw * across, 2)) - 400.0 + noise;
+        const double seen = across + make.yaw * along;
         // The direction (cosine, slope cosine) runs down along the reference line y = slope x + 100.
-        const double x = make.towardsRail * down * cosine - across * make.slope * cosine;
-        const double y = make.towardsRail * down * make.slope * cosine + across * cosine + 100.0;
+        const double x = make.towardsRail * down * cosine - seen * make.slope * cosine;
+        const double y = make.towardsRail * down * make.slope * cosine + seen * cosine + 100.0;
         profile.points.append(at(x, y));
     }
     return profile;
 }
 
-RoundnessVerdict judge(const Make& make, const DefectLimits& limits = {}) {
-    const float slope = static_cast<float>(make.slope);
-    const auto behind = [&](float distance) {
-        return KxLine(slope, 100.0f + distance * std::sqrt(1.0f + slope * slope));
-    };
-    const TreadLines lines = {behind(150.0f), behind(40.0f)};
+/// What is kept of a wheel to be judged.
+struct Wheel {
     std::vector<PointList> profiles, treads;
     std::vector<float> places;
-    for (int number = 1; number <= kProfiles; ++number) {
-        profiles.push_back(makeProfile(number, make).points);
-        treads.push_back(cutTread(profiles.back(), lines, limits));
-        places.push_back(static_cast<float>(kAxle + make.zScale * fromAxle(number, make)));
+    WheelView view;
+
+    Wheel(const Make& make, const DefectLimits& limits) : view{profiles, treads, places, behind(make, 0.0f)} {
+        const TreadLines lines = {behind(make, 150.0f), behind(make, 40.0f)};
+        for (int number = 1; number <= kProfiles; ++number) {
+            profiles.push_back(makeProfile(number, make).points);
+            treads.push_back(cutTread(profiles.back(), lines, limits));
+            places.push_back(static_cast<float>(kAxle + make.zScale * fromAxle(number, make)));
+        }
+        view.askew = {make.yaw / (1.0 + make.yaw * make.skew), kAxle};
+        view.plane.skew = make.skew;
+        view.plane.isKnown = true;
     }
-    return judgeRoundness({WheelView{profiles, treads, places, behind(0.0f)}}, limits).front();
+
+    static KxLine behind(const Make& make, float distance) {
+        const float slope = static_cast<float>(make.slope);
+        return KxLine(slope, 100.0f + distance * std::sqrt(1.0f + slope * slope));
+    }
+};
+
+RoundnessVerdict judge(const Make& make, const DefectLimits& limits = {}) {
+    const Wheel wheel(make, limits);
+    return judgeRoundness({wheel.view}, limits).front();
 }
 
 /// A step of the tread in some profiles.
@@ -107,6 +131,23 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
         EXPECT_NEAR(result.largest, c.largest, 2e-3);
         EXPECT_NEAR(result.flangeRadius, kFlangeRadius, 0.05);
         EXPECT_NEAR(result.radii[0].place, fromAxle(1, c.make), 0.01);
+    }
+}
+
+TEST(WheelRoundness, FindsTheAxleWithATurnedLaserPlane) {
+    // A turned plane moves the lowest place of the flange away from its tip, by more where profiles are farther from the
+    // axle. What the other wheels tell of the plane leaves no doubt of it.
+    std::vector<std::unique_ptr<Wheel>> wheels;
+    std::vector<WheelView> views;
+    for (const double yaw : {0.004, 0.0, 0.0}) {
+        wheels.push_back(
+            std::make_unique<Wheel>(Make{.step = 6.0, .skew = 0.27, .yaw = yaw, .ahead = 70.0}, DefectLimits()));
+        views.push_back(wheels.back()->view);
+    }
+    for (const RoundnessVerdict& verdict : judgeRoundness(views, {})) {
+        ASSERT_TRUE(verdict.roundness);
+        EXPECT_NEAR(verdict.roundness->largest, 0.0, 2e-3);
+        EXPECT_NEAR(verdict.roundness->flangeRadius, kFlangeRadius, 0.02);
     }
 }
 
