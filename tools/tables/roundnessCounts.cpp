@@ -1,0 +1,207 @@
+// Counts over many simulated passes what roundness says of wheels that are known:
+//
+//     roundnessCounts sound [PASSES [FIRST_SEED]]      sound wheels under conditions drawn from the whole range
+//     roundnessCounts flats [FLATS [FIRST_SEED]]       flats of 25 to 60 mm that pass where the sensors see
+//     roundnessCounts intervals [PASSES [FIRST_SEED]]  95 % intervals of the radius of a profile
+//
+// Wheels that are judged wrongly are named on stderr, with the options of kxmath simulate that make them.
+#include "tools/tables/roundnessTrial.h"
+
+#include "simulator/random.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+
+namespace {
+
+using KxInspect::PassWheel;
+
+enum Stream : std::uint64_t { SoundStream = 201, FlatStream = 202, IntervalStream = 203 };
+
+std::string option(const char* name, double value) {
+    char text[64];
+    static_cast<void>(std::snprintf(text, sizeof text, " --%s %.4g", name, value));
+    return text;
+}
+
+/// Within the range, half of the time at one of its ends.
+double drawn(kxsim::Random& random, double from, double to) {
+    if (random.chance(0.5)) {
+        return random.chance(0.5) ? from : to;
+    }
+    return random.uniform(from, to);
+}
+
+double drawnSpeed(kxsim::Random& random, double from, double to) {
+    return std::exp(drawn(random, std::log(from), std::log(to)));
+}
+
+/// Sensors that stand and see as they like, trains that pass as they like.
+std::string drawnConditions(kxsim::Random& random) {
+    constexpr double kSlow = 6.0; // m/s; slower passes have many records, and half of the wheels
+    const double speed = drawnSpeed(random, 1.0, 60.0);
+    return option("noise", drawn(random, 0.0, 0.3)) + option("stand-off", drawn(random, 100.0, 300.0)) +
+           option("beta", drawn(random, 75.0, 105.0)) + option("speed", speed) +
+           option("yaw", drawn(random, -5.0, 5.0)) + option("turn1", drawn(random, -2.0, 2.0)) +
+           option("turn2", drawn(random, -2.0, 2.0)) + option("along2", drawn(random, -50.0, 50.0)) +
+           option("bogies", speed < kSlow ? 1.0 : 2.0);
+}
+
+void countSound(std::uint64_t passes, std::uint64_t first) {
+    constexpr std::size_t kReason = 40; // its first letters, before numbers
+    Tally all;
+    std::map<std::string, int> reasons;
+    for (std::uint64_t seed = first; seed < first + passes; ++seed) {
+        kxsim::Random random({seed, SoundStream});
+        const std::string options = drawnConditions(random);
+        const KxInspect::PassResult pass = measured(carWith(options, seed));
+        Tally tally;
+        tally.add(pass);
+        for (const KxInspect::PassSide& side : pass.sides) {
+            for (const PassWheel& wheel : side.wheels) {
+                ++reasons[wheel.roundnessReason.substr(0, kReason)];
+            }
+        }
+        if (tally.out + tally.defective > 0) {
+            std::fprintf(stderr, "--seed %llu --cars 1%s: %d out of round, %d defective\n",
+                         static_cast<unsigned long long>(seed), options.c_str(), tally.out, tally.defective);
+        }
+        all.add(tally);
+    }
+    std::printf("%d sound wheels: %d judged for roundness, %d out of round; %d treads judged, %d defective.\n",
+                all.wheels, all.wheels - all.notCompared, all.out, all.wheels - all.treadsNotJudged, all.defective);
+    for (const auto& [reason, count] : reasons) {
+        if (!reason.empty()) {
+            std::printf("%d not compared: %s...\n", count, reason.c_str());
+        }
+    }
+}
+
+/// Flats of some lengths.
+struct Found {
+    const char* name;
+    double from, to; ///< lengths, mm
+    int flats = 0;
+    int found = 0;
+};
+
+/// How much of what was seen of the wheel lies in the flat, mm along the circumference.
+double seenOf(const PassWheel& wheel, const kxsim::Defect& flat) {
+    double sum = 0.0;
+    for (const KxInspect::SeenArc& arc : wheel.roundness ? wheel.roundness->seen : std::vector<KxInspect::SeenArc>()) {
+        sum += std::max(0.0, std::min(static_cast<double>(arc.to), flat.phase + flat.size / 2.0) -
+                                 std::max(static_cast<double>(arc.from), flat.phase - flat.size / 2.0));
+    }
+    return sum;
+}
+
+void countFlats(std::uint64_t flats, std::uint64_t first, kxsim::FlatShape shape) {
+    constexpr double kReach = 22.0; // mm of the circumference to both sides that the default pose shows
+    Found counts[] = {{"25 to 40 mm", 25.0, 40.0}, {"40 to 60 mm", 40.0, 60.0}, {"60 mm", 60.0, 61.0}};
+    int notJudged = 0;
+    Tally sound;
+    for (std::uint64_t seed = first; seed < first + flats; ++seed) {
+        kxsim::Random random({seed, FlatStream});
+        std::string options = option("yaw", random.uniform(0.0, 5.0)) + option("speed", drawnSpeed(random, 1.0, 30.0));
+        kxsim::Parameters p = carWith(options, seed);
+        p.flatShape = shape;
+        const kxsim::Defect flat = {
+            kxsim::Defect::Kind::Flat, 1 + static_cast<int>(seed % 4), 1 + static_cast<int>(seed / 4 % 2),
+            random.chance(0.2) ? 60.0 : random.uniform(25.0, 60.0), random.uniform(-kReach, kReach)};
+        p.defects = {flat};
+        const KxInspect::PassResult pass = measured(p);
+        const PassWheel* const wheel = wheelOf(pass, flat.pair, flat.sensor);
+        const bool isFound = wheel != nullptr && wheel->roundness && wheel->roundness->isOut;
+        for (Found& count : counts) {
+            if (flat.size >= count.from && flat.size < count.to) {
+                ++count.flats;
+                count.found += isFound ? 1 : 0;
+            }
+        }
+        notJudged += wheel == nullptr || !wheel->roundness ? 1 : 0;
+        if (!isFound) {
+            std::fprintf(stderr,
+                         "--seed %llu --cars 1%s --flat-shape %s --flat %d:%d:%.4g:%.4g, %.1f mm of it seen: %s\n",
+                         static_cast<unsigned long long>(seed), options.c_str(),
+                         shape == kxsim::FlatShape::Even ? "even" : "plane", flat.pair, flat.sensor, flat.size,
+                         flat.phase, wheel == nullptr ? 0.0 : seenOf(*wheel, flat),
+                         wheel == nullptr   ? "no wheel"
+                         : wheel->roundness ? ("by " + std::to_string(wheel->roundness->largest) + ", limit " +
+                                               std::to_string(wheel->roundness->limit))
+                                                  .c_str()
+                                            : wheel->roundnessReason.c_str());
+        }
+        Tally others;
+        others.add(pass);
+        others.wheels -= 1;
+        others.out -= isFound ? 1 : 0;
+        sound.add(others);
+    }
+    for (const Found& count : counts) {
+        std::printf("%s flats of %s: %d of %d found.\n", shape == kxsim::FlatShape::Even ? "Even" : "Plane", count.name,
+                    count.found, count.flats);
+    }
+    std::printf("%d not judged. Of %d sound wheels beside them %d out of round.\n", notJudged, sound.wheels, sound.out);
+}
+
+/// The profiles of a wheel share its axle, and the wheels of a side the pose of their sensor: one profile of a side counts.
+void countIntervals(std::uint64_t passes, std::uint64_t first) {
+    int values = 0;
+    int held = 0;
+    double squares = 0.0;
+    for (std::uint64_t seed = first; seed < first + passes; ++seed) {
+        kxsim::Random random({seed, IntervalStream});
+        const std::string options =
+            option("noise", random.uniform(0.02, 0.2)) + option("stand-off", random.uniform(120.0, 250.0)) +
+            option("beta", random.uniform(80.0, 100.0)) + option("speed", random.uniform(6.0, 30.0)) +
+            option("yaw", random.uniform(-4.0, 4.0)) + option("yaw-spread", 1.0);
+        const KxInspect::PassResult pass = measured(carWith(options, seed));
+        for (const KxInspect::PassSide& side : pass.sides) {
+            if (side.wheels.empty()) {
+                continue;
+            }
+            const PassWheel& wheel = side.wheels[static_cast<std::size_t>(random.uniform() * 0.999 *
+                                                                          static_cast<double>(side.wheels.size()))];
+            if (!wheel.roundness) {
+                continue;
+            }
+            const std::vector<KxInspect::RadiusDeviation>& radii = wheel.roundness->radii;
+            const KxInspect::RadiusDeviation& radius =
+                radii[static_cast<std::size_t>(random.uniform() * 0.999 * static_cast<double>(radii.size()))];
+            const double half = static_cast<double>(radius.interval.high - radius.interval.low) / 2.0;
+            const double off = static_cast<double>(radius.deviation) * 1.96 / half;
+            ++values;
+            held += std::abs(off) <= 1.96 ? 1 : 0;
+            squares += off * off;
+            if (getenv("DBG"))
+                std::fprintf(stderr, "%g %g %s\n", off, static_cast<double>(radius.place), options.c_str());
+        }
+    }
+    std::printf("%d of %d intervals hold the truth, %.1f %%; the values are off %.2f of their standard error (rms).\n",
+                held, values, 100.0 * held / std::max(values, 1), std::sqrt(squares / std::max(values, 1)));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string what = argc > 1 ? argv[1] : "";
+    const auto number = [&](int place, std::uint64_t otherwise) {
+        return argc > place ? std::strtoull(argv[place], nullptr, 10) : otherwise;
+    };
+    if (what == "sound") {
+        countSound(number(2, 1000), number(3, 1));
+    } else if (what == "flats") {
+        countFlats(number(2, 200), number(3, 1), kxsim::FlatShape::Even);
+        countFlats(number(2, 200), number(3, 1), kxsim::FlatShape::Plane);
+    } else if (what == "intervals") {
+        countIntervals(number(2, 1000), number(3, 1));
+    } else {
+        std::fprintf(stderr, "roundnessCounts sound|flats|intervals [COUNT [FIRST_SEED]]\n");
+        return 2;
+    }
+    return 0;
+}
