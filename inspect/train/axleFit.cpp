@@ -82,8 +82,8 @@ bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowle
 
 } // namespace
 
-AxleFit::Fit::Vector AxleFit::changeOfRadius(double place, double down) const {
-    const double along = fromAxle(place, down);
+AxleFit::Fit::Vector AxleFit::changeOfRadius(double place, double down, double skewed) const {
+    const double along = fromAxle(place, down) - skewed;
     const double radius = radiusOf(along, down);
     const double sine = along / radius;
     const double cosine = (down - value[Down]) / radius;

@@ -25,8 +25,9 @@ struct AxleFit {
         return (1.0 + value[Stretch]) * (place - value[Place]) - value[Shear] * (down - level);
     }
     double radiusOf(double fromAxle, double down) const { return std::hypot(fromAxle, down - value[Down]); }
-    /// How the radius of such a point changes with the unknowns.
-    Fit::Vector changeOfRadius(double place, double down) const;
+    /// How the radius of a point changes with the unknowns.
+    /// @param skewed how much farther along the pass the laser meets the wheel there
+    Fit::Vector changeOfRadius(double place, double down, double skewed = 0.0) const;
 };
 
 /// A value with its standard error.

@@ -93,6 +93,26 @@ Slope slopeOf(const Stations& values) {
     return slope;
 }
 
+template <std::size_t N>
+std::array<double, N> differenceOf(const std::array<double, N>& a, const std::array<double, N>& b) {
+    std::array<double, N> difference;
+    for (std::size_t i = 0; i < N; ++i) {
+        difference[i] = a[i] - b[i];
+    }
+    return difference;
+}
+
+template <std::size_t N>
+std::array<double, N> meanOf(const std::vector<std::array<double, N>>& all) {
+    std::array<double, N> mean = {};
+    for (const auto& one : all) {
+        for (std::size_t i = 0; i < N; ++i) {
+            mean[i] += one[i] / static_cast<double>(all.size());
+        }
+    }
+    return mean;
+}
+
 } // namespace
 
 Stations stationsOf(const std::vector<SectionPoint>& tread) {
@@ -269,6 +289,7 @@ void TreadTable::compare(const AxleFit& axle, const TipView& tips) {
         }
     }
     measureNoise();
+    findCommonChange();
 }
 
 double TreadTable::treadRadius() const {
@@ -283,17 +304,47 @@ double TreadTable::treadRadius() const {
     return axle_.value[AxleFit::Radius] - kFlangeHeight;
 }
 
-TreadTable::Change TreadTable::changeOf(const Row& row, const Band& band) const {
-    const double radius = treadRadius();
-    const double sine = row.fromAxle / radius;
-    const double cosine = std::sqrt(std::max(0.0, 1.0 - sine * sine));
-    const auto ofAxle = axle_.changeOfRadius(row.place, axle_.value[AxleFit::Down] + radius * cosine);
-    const double across = acrossFromTip((band.first + band.last) / 2);
+TreadTable::Change TreadTable::changeAt(const Row& row, std::size_t station) const {
+    const double across = acrossFromTip(station);
+    const double down = row.down[station] - tilt_ * across;
+    const auto ofAxle = axle_.changeOfRadius(row.place, down, skew_ * across);
+    const double sine = (axle_.fromAxle(row.place, down) - skew_ * across) / row.radius[station];
+    const double cosine = (down - axle_.value[AxleFit::Down]) / row.radius[station];
     Change change = {};
     std::copy(ofAxle.begin(), ofAxle.end(), change.begin());
     change[ofAxle.size()] = -sine * across;
     change[ofAxle.size() + 1] = -cosine * across;
     return change;
+}
+
+TreadTable::Change TreadTable::changeOf(const Row& row, const Band& band) const {
+    std::vector<Change> changes;
+    for (std::size_t station = band.first; station <= band.last; ++station) {
+        if (!std::isnan(row.radius[station])) {
+            changes.push_back(differenceOf(changeAt(row, station), commonChange_[station]));
+        }
+    }
+    return meanOf(changes);
+}
+
+/// As polish() does, with means: it is linear.
+void TreadTable::findCommonChange() {
+    constexpr int kRounds = 5;
+    std::vector<Change> ofRows(rows_.size());
+    for (int round = 0; round < kRounds; ++round) {
+        for (std::size_t station = 0; station < commonChange_.size(); ++station) {
+            std::vector<Change> changes;
+            for (std::size_t i = 0; i < rows_.size(); ++i) {
+                if (!std::isnan(rows_[i].radius[station])) {
+                    changes.push_back(differenceOf(changeAt(rows_[i], station), ofRows[i]));
+                }
+            }
+            commonChange_[station] = meanOf(changes);
+        }
+        for (std::size_t i = 0; i < rows_.size(); ++i) {
+            ofRows[i] = changeOf(rows_[i], {});
+        }
+    }
 }
 
 double TreadTable::errorOf(const Row& row, int shown, const Change& change) const {
@@ -320,7 +371,6 @@ std::vector<BandRadius> TreadTable::deviations(const Band& band) const {
     std::vector<const Row*> shown;
     std::vector<double> effects;
     std::vector<Change> changes;
-    Change mean = {};
     const int least = std::min(kLeastTread, static_cast<int>(band.width()));
     for (const Row& row : rows_) {
         if (shownOf(row.radius, band) >= least) {
@@ -329,19 +379,12 @@ std::vector<BandRadius> TreadTable::deviations(const Band& band) const {
             changes.push_back(changeOf(row, band));
         }
     }
-    for (const Change& change : changes) {
-        for (std::size_t i = 0; i < mean.size(); ++i) {
-            mean[i] += change[i] / static_cast<double>(changes.size());
-        }
-    }
+    const Change mean = meanOf(changes);
     const double middle = median(effects);
     std::vector<BandRadius> result;
     for (std::size_t i = 0; i < shown.size(); ++i) {
-        for (std::size_t k = 0; k < mean.size(); ++k) {
-            changes[i][k] -= mean[k];
-        }
         result.push_back({shown[i]->profile, shown[i]->fromAxle, effects[i] - middle,
-                          errorOf(*shown[i], shownOf(shown[i]->radius, band), changes[i])});
+                          errorOf(*shown[i], shownOf(shown[i]->radius, band), differenceOf(changes[i], mean))});
     }
     return result;
 }

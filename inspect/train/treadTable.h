@@ -87,13 +87,17 @@ private:
     bool straighten();
     double acrossFromTip(std::size_t station) const;
     double effectOf(const Row& row, const Band& band) const;
-    /// How the radii of a row change with the unknowns of the axle, and with the skew and the tilt of the rings.
+    /// How radii change with the unknowns of the axle, and with the skew and the tilt of the rings.
     using Change = std::array<double, 7>;
+    Change changeAt(const Row& row, std::size_t station) const;
+    /// What is common to the stations of a band, apart from what is common to all rows.
     Change changeOf(const Row& row, const Band& band) const;
+    void findCommonChange();
     double errorOf(const Row& row, int shown, const Change& change) const;
 
     std::vector<Row> rows_;
     Stations common_ = {};
+    std::array<Change, std::tuple_size_v<Stations>> commonChange_ = {};
     AxleFit axle_;
     TipView tips_ = {};
     double skew_ = 0.0; ///< shift of the rings along the track for each mm across

@@ -36,14 +36,10 @@ double drawn(kxsim::Random& random, double from, double to) {
     return random.uniform(from, to);
 }
 
-double drawnSpeed(kxsim::Random& random, double from, double to) {
-    return std::exp(drawn(random, std::log(from), std::log(to)));
-}
-
 /// Sensors that stand and see as they like, trains that pass as they like.
 std::string drawnConditions(kxsim::Random& random) {
     constexpr double kSlow = 6.0; // m/s; slower passes have many records, and half of the wheels
-    const double speed = drawnSpeed(random, 1.0, 60.0);
+    const double speed = std::exp(drawn(random, 0.0, std::log(60.0)));
     return option("noise", drawn(random, 0.0, 0.3)) + option("stand-off", drawn(random, 100.0, 300.0)) +
            option("beta", drawn(random, 75.0, 105.0)) + option("speed", speed) +
            option("yaw", drawn(random, -5.0, 5.0)) + option("turn1", drawn(random, -2.0, 2.0)) +
@@ -106,7 +102,8 @@ void countFlats(std::uint64_t flats, std::uint64_t first, kxsim::FlatShape shape
     Tally sound;
     for (std::uint64_t seed = first; seed < first + flats; ++seed) {
         kxsim::Random random({seed, FlatStream});
-        std::string options = option("yaw", random.uniform(0.0, 5.0)) + option("speed", drawnSpeed(random, 1.0, 30.0));
+        const double speed = std::exp(random.uniform(0.0, std::log(30.0)));
+        const std::string options = option("yaw", random.uniform(0.0, 5.0)) + option("speed", speed);
         kxsim::Parameters p = carWith(options, seed);
         p.flatShape = shape;
         const kxsim::Defect flat = {
@@ -177,8 +174,6 @@ void countIntervals(std::uint64_t passes, std::uint64_t first) {
             ++values;
             held += std::abs(off) <= 1.96 ? 1 : 0;
             squares += off * off;
-            if (getenv("DBG"))
-                std::fprintf(stderr, "%g %g %s\n", off, static_cast<double>(radius.place), options.c_str());
         }
     }
     std::printf("%d of %d intervals hold the truth, %.1f %%; the values are off %.2f of their standard error (rms).\n",
