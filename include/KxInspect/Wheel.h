@@ -147,6 +147,8 @@ struct WheelResult {
     /// Why a measure was not found, a clause, in the order of kWheelMeasures; empty for measures that were found and for
     /// wheels that were not read.
     std::array<std::string, kWheelMeasures.size()> reasons = {};
+    /// Why the interval of a measure that was found is unknown, a clause; empty for the others.
+    std::array<std::string, kWheelMeasures.size()> intervalReasons = {};
     WheelVerdict verdict = WheelVerdict::NoLimits;
     /// The points that were measured, and the smooth profile from which the measures were taken: x from the flange
     /// back, y from the tip of the flange towards the axle.

@@ -13,6 +13,11 @@ using detail::JsonValue;
 constexpr WheelVerdict kVerdicts[] = {WheelVerdict::NoLimits, WheelVerdict::Within, WheelVerdict::Outside,
                                       WheelVerdict::NotMeasured, WheelVerdict::NotRead};
 
+/// The name of an interval among the reasons.
+QString intervalName(const WheelMeasure& measure) {
+    return QStringLiteral("intervals.") + QLatin1String(measure.key);
+}
+
 QJsonObject wheelObject(const WheelResult& wheel) {
     QJsonObject object = {{QStringLiteral("file"), QString::fromStdString(wheel.file)}};
     if (!wheel.error.empty()) {
@@ -29,6 +34,9 @@ QJsonObject wheelObject(const WheelResult& wheel) {
         }
         if (!wheel.reasons[i].empty()) {
             reasons[QLatin1String(measure.key)] = QString::fromStdString(wheel.reasons[i]);
+        }
+        if (!wheel.intervalReasons[i].empty()) {
+            reasons[intervalName(measure)] = QString::fromStdString(wheel.intervalReasons[i]);
         }
     }
     object[QStringLiteral("intervals")] = intervals;
@@ -116,7 +124,10 @@ WheelResult readWheel(const JsonValue& object) {
         if (object["intervals"].has(key)) {
             wheel.intervals[i] = object["intervals"][key].interval();
         }
-        wheel.reasons[i] = object["reasons"].has(key) ? object["reasons"][key].text() : std::string();
+        const JsonValue reasons = object["reasons"];
+        const auto reason = [&](const char* name) { return reasons.has(name) ? reasons[name].text() : std::string(); };
+        wheel.reasons[i] = reason(key);
+        wheel.intervalReasons[i] = reason(intervalName(kWheelMeasures[i]).toUtf8().constData());
     }
     wheel.verdict = readVerdict(object["verdict"]);
     wheel.warnings = object["warnings"].texts();

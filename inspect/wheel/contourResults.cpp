@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace KxInspect::detail {
 
@@ -25,6 +26,24 @@ Interval excessInterval(const Interval& height, const Estimate& estimate, float 
     }
     return {std::min(height.low - kLowNominal, kNominalFrom - kHighNominal),
             std::max(height.high - kHighNominal, kNominalFrom - kLowNominal)};
+}
+
+/// Says why measures that were found have no interval.
+void explainIntervals(const RimMeasures& rim, WheelResult& result) {
+    constexpr std::optional<float> WheelMeasures::*kFromBack[] = {
+        &WheelMeasures::xAtLevel18, &WheelMeasures::flangeThickness, &WheelMeasures::rimWidth};
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        const auto measure = kWheelMeasures[i].value;
+        if (!(result.measures.*measure) || result.intervals[i].isKnown()) {
+            continue;
+        }
+        const bool isFromBack = std::find(std::begin(kFromBack), std::end(kFromBack), measure) != std::end(kFromBack);
+        result.intervalReasons[i] = !rim.values[i] ? rim.reasons[i]
+                                    : isFromBack && rim.isBackUnsure
+                                        ? "the profile shows less than 3 mm of the flat flange back, so that how "
+                                          "far its first point is off the back is not known"
+                                        : "there are too few points to find their noise";
+    }
 }
 
 /// Tells where smoothing moves a measure of the library away from what the points show.
@@ -78,6 +97,7 @@ void addContourResults(const RimMeasures& rim, WheelResult& result) {
                 excessInterval(result.intervals[0], *rim.values[0], *result.measures.heightAt70, *excess);
         }
     }
+    explainIntervals(rim, result);
 }
 
 } // namespace KxInspect::detail

@@ -74,6 +74,7 @@ private:
             back_ = *face;
             widthBack_ = back_;
         } else {
+            result_.isBackUnsure = true;
             widthBack_ = Estimate(0.0, {{0, std::numeric_limits<double>::quiet_NaN(), 0.0}}, 1.0);
         }
     }

@@ -15,6 +15,8 @@ namespace KxInspect::detail {
 struct RimMeasures {
     std::array<std::optional<Estimate>, kWheelMeasures.size()> values = {};
     std::array<std::string, kWheelMeasures.size()> reasons = {};
+    bool isBackUnsure =
+        false; ///< how far the flange back is off is not known; widths from it have no standard deviation
     WheelPlaces places = {};
 };
 

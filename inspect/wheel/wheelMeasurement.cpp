@@ -144,6 +144,7 @@ std::optional<float> present(float value) {
 void withhold(const std::string& reason, const WheelLimits& limits, WheelResult& result) {
     result.measures = {};
     result.intervals = {};
+    result.intervalReasons = {};
     result.places = {};
     result.reasons.fill("the profile " + reason);
     result.verdict = verdictOf(result.measures, limits);

@@ -115,6 +115,11 @@ void addFaults(Page& page, const WheelResult& result, const WheelLimits& limits)
         return;
     }
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        if (!result.intervalReasons[i].empty()) {
+            page.paragraph(
+                QStringLiteral("No interval of %1: %2.")
+                    .arg(QLatin1String(kWheelMeasures[i].title), QString::fromStdString(result.intervalReasons[i])));
+        }
         if (result.reasons[i].empty()) {
             continue;
         }

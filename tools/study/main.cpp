@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::pair<const char*, std::vector<kxstudy::StudiedValue> (*)(const kxstudy::Report&)> kStudies[] = {
     {"train", kxstudy::studyTrain},
-    {"wheel", kxstudy::studyWheel},
+    {"wheel", [](const kxstudy::Report& report) { return kxstudy::studyWheel(report); }},
     {"conicity", kxstudy::studyConicity},
     {"calibrate", kxstudy::studyCalibrate},
 };

@@ -15,9 +15,16 @@ inline constexpr int kPasses = 10;
 /// Called with what is being done, for people who wait.
 using Report = std::function<void(const std::string& what)>;
 
+/// What makes measurements by gauges differ, besides the noise of the points.
+struct Causes {
+    bool dirt = true;
+    bool placing = true; ///< from one time that a gauge is set onto the metal to the next
+    bool gauge = true; ///< the gauge's own errors
+};
+
 /// @{ The values of each command.
 std::vector<StudiedValue> studyTrain(const Report& report);
-std::vector<StudiedValue> studyWheel(const Report& report);
+std::vector<StudiedValue> studyWheel(const Report& report, const Causes& causes = {});
 std::vector<StudiedValue> studyConicity(const Report& report);
 std::vector<StudiedValue> studyCalibrate(const Report& report);
 /// @}

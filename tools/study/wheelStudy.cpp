@@ -33,9 +33,22 @@ const std::map<std::string, Studied> kStudied = {
     {"rimWidth", {[](const kxsim::RimTruth& t) { return t.width; }, 1.0}},
 };
 
+/// The gauge of a station with some of what makes it err.
+Gauge gaugeWith(int station, const Causes& causes) {
+    Gauge gauge = gaugeOf(station);
+    gauge.dirt *= causes.dirt ? 1.0 : 0.0;
+    gauge.placementShift *= causes.placing ? 1.0 : 0.0;
+    gauge.placementTurn *= causes.placing ? 1.0 : 0.0;
+    if (!causes.gauge) {
+        gauge.shift = gauge.turn = 0.0;
+        gauge.scale = 1.0;
+    }
+    return gauge;
+}
+
 } // namespace
 
-std::vector<StudiedValue> studyWheel(const Report& report) {
+std::vector<StudiedValue> studyWheel(const Report& report, const Causes& causes) {
     std::vector<StudiedValue> values;
     for (const KxInspect::WheelMeasure& measure : KxInspect::kWheelMeasures) {
         if (const auto studied = kStudied.find(measure.key); studied != kStudied.end()) {
@@ -52,7 +65,7 @@ std::vector<StudiedValue> studyWheel(const Report& report) {
                 kxsim::Random random({5001, static_cast<std::uint64_t>(part), static_cast<std::uint64_t>(station),
                                       static_cast<std::uint64_t>(pass)});
                 KxInspect::CrossSection section;
-                section.profile = measuredBy(gaugeOf(station), contour, random);
+                section.profile = measuredBy(gaugeWith(station, causes), contour, random);
                 const KxInspect::WheelResult result = measureWheel(section);
                 std::size_t next = 0;
                 for (std::size_t i = 0; i < KxInspect::kWheelMeasures.size(); ++i) {

@@ -49,6 +49,8 @@ struct Condition {
     double noise;
     double spacing;
     bool isAlongX;
+    bool isInSpace =
+        false; ///< a section of a rim in space, seen from an angle, with the noise of all three coordinates
 };
 
 /// A profile as a file holds it: with its own origin where its back is seen, and in any orientation.
@@ -64,6 +66,24 @@ KxInspect::CrossSection sectionOf(const kxsim::Contour& points, bool isPlaced, k
             {static_cast<float>(isMirrored ? -x : x), static_cast<float>(isUp ? p.radius : -p.radius)});
     }
     return section;
+}
+
+/// A wheel from points in space: its section stands at an angle about the axis of y, through a centre that is told.
+KxInspect::WheelResult measureInSpace(const kxsim::Contour& points, kxsim::Random& random) {
+    constexpr double kFromCentre = 160.0; // mm, of the flange back
+    KxInspect::WheelOptions options;
+    options.centre = {static_cast<float>(random.uniform(-200.0, 200.0)),
+                      static_cast<float>(random.uniform(-200.0, 200.0))};
+    const double angle = random.uniform(-3.1, 3.1);
+    const double height = random.uniform(100.0, 600.0);
+    std::vector<KxInspect::Point3> rim;
+    for (const kxsim::ContourPoint& p : points) {
+        const double fromCentre = kFromCentre - p.axial;
+        rim.push_back({static_cast<float>(static_cast<double>(options.centre.x) + fromCentre * std::cos(angle)),
+                       static_cast<float>(height - p.radius),
+                       static_cast<float>(static_cast<double>(options.centre.y) + fromCentre * std::sin(angle))});
+    }
+    return measureRim(rim, {}, options);
 }
 
 /// The contour of a real wheel, made smooth: what its gauge has added would else be part of the truth.
@@ -119,8 +139,8 @@ void simulate(const Condition& condition, int runs, const std::vector<kxsim::Con
         const kxsim::Contour points =
             kxsim::sampled(contour, {condition.spacing, condition.noise, condition.isAlongX}, random);
         const bool isPlaced = contours.empty() && !condition.isAlongX && random.chance(0.5);
-        count(measureWheel(sectionOf(points, isPlaced, random)), truthOf(contour),
-              contours.empty() ? kMeasures : kWithoutFieldSide, counts);
+        count(condition.isInSpace ? measureInSpace(points, random) : measureWheel(sectionOf(points, isPlaced, random)),
+              truthOf(contour), contours.empty() ? kMeasures : kWithoutFieldSide, counts);
     }
 }
 
@@ -193,11 +213,21 @@ int main(int count, char** arguments) {
         print(what, perSpacing[i]);
     }
     print("all", all);
-    std::printf("| values |");
-    for (const Count& c : all) {
-        std::printf(" %d |", c.values);
+    Counts inSpace = {};
+    for (const double noise : kNoises) {
+        for (const double spacing : kSpacings) {
+            simulate({noise, spacing, false, true}, runs, contours, inSpace);
+        }
     }
-    std::printf("\n| half an interval, noise 0.05 mm, points 0.2 mm apart |");
+    print("rims in space", inSpace);
+    for (const Counts* counts : {&all, &inSpace}) {
+        std::printf(counts == &all ? "| values |" : "| values of rims in space |");
+        for (const Count& c : *counts) {
+            std::printf(" %d |", c.values);
+        }
+        std::printf("\n");
+    }
+    std::printf("| half an interval, noise 0.05 mm, points 0.2 mm apart |");
     for (const Count& c : atNoise005) {
         std::printf(c.values > 0 ? " %.4f |" : " |", c.width / c.values / 2.0);
     }
@@ -210,5 +240,5 @@ int main(int count, char** arguments) {
         const double held = c.values > 0 ? 100.0 * (c.values - c.below - c.above) / c.values : 95.0;
         return held >= 93.0 && held <= 97.0;
     };
-    return std::all_of(all.begin(), all.end(), isRight) ? 0 : 1;
+    return std::all_of(all.begin(), all.end(), isRight) && std::all_of(inSpace.begin(), inSpace.end(), isRight) ? 0 : 1;
 }

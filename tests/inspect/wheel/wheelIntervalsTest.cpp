@@ -119,6 +119,23 @@ TEST(WheelIntervals, WhatIsNotSeenHasAReason) {
     }
 }
 
+TEST(WheelIntervals, OfWidthsNeedAFlatBackWhereItIsMeasured) {
+    kxsim::Random random({3});
+    kxsim::Contour points = kxsim::sampled(kxsim::makeRimContour({}), {0.1, 0.02, false}, random);
+    std::erase_if(points, [](const kxsim::ContourPoint& p) { return p.axial < 10.0 && p.radius < 6.0; });
+    const WheelResult placed = measured(points, 150.0f);
+    const WheelResult counted = measured(points, 0.0f); // x = 0 is the back
+    for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+        const auto value = kWheelMeasures[i].value;
+        const bool isWidth = value == &WheelMeasures::flangeThickness || value == &WheelMeasures::xAtLevel18 ||
+                             value == &WheelMeasures::rimWidth;
+        EXPECT_TRUE(placed.measures.*value);
+        EXPECT_EQ(placed.intervals[i].isKnown(), !isWidth) << kWheelMeasures[i].key;
+        EXPECT_EQ(placed.intervalReasons[i].find("the profile shows less than 3 mm") == 0, isWidth);
+        EXPECT_TRUE(counted.intervals[i].isKnown() && counted.intervalReasons[i].empty()) << kWheelMeasures[i].key;
+    }
+}
+
 #ifdef KXMATH_GAUGE_FILES
 TEST(WheelIntervals, RealWheelsHaveTheMeasuresOfTheirPolylines) {
     for (const char* const name :

@@ -17,6 +17,7 @@ WheelResults results() {
     wheel.measures = {28.25f, 32.5f, {}, 0.25f, 28.125f};
     wheel.intervals[0] = {28.0f, 28.5f};
     wheel.intervals[4] = {28.0625f, 28.1875f};
+    wheel.intervalReasons[1] = "no back";
     wheel.reasons[2] = "the flank does not reach level 15.2";
     wheel.verdict = WheelVerdict::Outside;
     wheel.section = {{0.5f, 28.0f}, {1.5f, 0.0f}, {70.0f, 28.25f}};
@@ -45,6 +46,7 @@ TEST(WheelJson, ReadBackGivesTheSamePage) {
     EXPECT_EQ(kxreport::wheelReport(read), kxreport::wheelReport(measured));
     EXPECT_EQ(read.wheels[1].verdict, WheelVerdict::NotRead);
     EXPECT_EQ(read.wheels[0].reasons, measured.wheels[0].reasons);
+    EXPECT_EQ(read.wheels[0].intervalReasons, measured.wheels[0].intervalReasons);
     EXPECT_EQ(read.wheels[0].widthStart, 3.0f);
     EXPECT_EQ(read.wheels[0].intervals[4], measured.wheels[0].intervals[4]);
     EXPECT_FALSE(read.wheels[0].intervals[1].isKnown());

@@ -36,6 +36,9 @@ QString line(const WheelResult& result, std::size_t i, const KxInspect::WheelLim
     }
     QString number = withInterval(*value, result.intervals[i], measure.decimals);
     number += qstrlen(measure.unit) > 0 ? QLatin1Char(' ') + QLatin1String(measure.unit) : QString();
+    if (!result.intervalReasons[i].empty()) {
+        number += QStringLiteral(" (no interval: %1)").arg(QString::fromStdString(result.intervalReasons[i]));
+    }
     if (!limit.isSet()) {
         return text + QLatin1Char(' ') + number + QLatin1Char('\n');
     }
@@ -44,7 +47,7 @@ QString line(const WheelResult& result, std::size_t i, const KxInspect::WheelLim
     return text + (limit.holds(value) ? QStringLiteral("\n") : QStringLiteral(": outside\n"));
 }
 
-/// Why measures are missing.
+/// Why measures and intervals are missing.
 QString reasons(const WheelResult& result) {
     if (!result.isMeasured()) {
         return QString::fromStdString(result.reasons.front());
@@ -54,6 +57,11 @@ QString reasons(const WheelResult& result) {
         if (!result.reasons[i].empty()) {
             texts.append(QLatin1String(kWheelMeasures[i].key) + QStringLiteral(": ") +
                          QString::fromStdString(result.reasons[i]));
+        }
+        if (!result.intervalReasons[i].empty()) {
+            texts.append(
+                QStringLiteral("interval of %1: %2")
+                    .arg(QLatin1String(kWheelMeasures[i].key), QString::fromStdString(result.intervalReasons[i])));
         }
     }
     return texts.join(QStringLiteral("; "));
