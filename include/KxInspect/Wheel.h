@@ -25,9 +25,21 @@ inline constexpr float kFlankDepth = 13.0f; ///< the flank width ends this far a
 inline constexpr float kThicknessDepth = 10.0f; ///< Sd is measured, and qR ends, this far above the tape circle
 /// @}
 
+/// What all points of a profile have in common and their noise does not show: standard uncertainties of the gauge (type B of
+/// JCGM 100:2008; half of an expanded uncertainty with k = 2), from its certificate or from a study with it. The intervals
+/// of the measures contain them.
+struct GaugeError {
+    float place = 0.0f; ///< along x, mm: how far x is off the flange back, where that is not measured
+    float turn = 0.0f; ///< of the profile in its plane, mrad
+    float scale = 0.0f; ///< of all lengths, millionths
+
+    bool isSet() const { return place != 0.0f || turn != 0.0f || scale != 0.0f; }
+};
+
 /// @{ The least and the largest value of an option, mm.
 inline constexpr std::array<double, 2> kFlangeBacks = {-10000.0, 10000.0};
 inline constexpr std::array<double, 2> kSpacings = {0.01, 1.0}; ///< or 0
+inline constexpr std::array<double, 2> kGaugeErrors = {0.0, 1000.0}; ///< in the units of GaugeError
 /// @}
 
 /// The measures of a wheel, mm. Empty for a measure that was not found. The first four are those of
@@ -121,6 +133,7 @@ struct WheelOptions {
     float spacing = 0.02f;
     Point centre = {0.0f, 0.0f}; ///< x and z of the wheel's centre, for sections in space
     WheelLimits limits = {};
+    GaugeError gaugeError = {};
 };
 
 /// Where a wheel was measured: x from the flange back, y the level as in WheelResult::section.
@@ -141,7 +154,8 @@ struct WheelResult {
     std::string error = {}; ///< why there is no profile, the predicate of a sentence about the file; empty otherwise
     std::vector<std::string> warnings = {}; ///< violated assumptions, predicates of sentences about the profile
     WheelMeasures measures = {};
-    /// The 95 % confidence interval of each measure from the noise of the points, in the order of kWheelMeasures; unknown
+    /// The 95 % confidence interval of each measure from the noise of the points, and from WheelOptions::gaugeError, in the
+    /// order of kWheelMeasures; unknown
     /// for measures that were not found, and where there are too few points to find the noise.
     std::array<Interval, kWheelMeasures.size()> intervals = {};
     /// Why a measure was not found, a clause, in the order of kWheelMeasures; empty for measures that were found and for
@@ -187,6 +201,7 @@ KXINSPECT_EXPORT WheelResult measureRim(const std::vector<Point3>& points, const
 struct WheelResults {
     std::vector<WheelResult> wheels = {};
     WheelLimits limits = {};
+    GaugeError gaugeError = {}; ///< that the intervals contain
     std::string version = {}; ///< of KxMath that measured; empty in results read from JSON without pictures
 };
 

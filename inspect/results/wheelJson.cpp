@@ -47,6 +47,14 @@ QJsonObject wheelObject(const WheelResult& wheel) {
     return object;
 }
 
+/// Null where none was told.
+QJsonValue gaugeErrorValue(const GaugeError& error) {
+    return error.isSet() ? QJsonValue(QJsonObject{{QStringLiteral("place"), jsonNumber(error.place)},
+                                                  {QStringLiteral("turn"), jsonNumber(error.turn)},
+                                                  {QStringLiteral("scale"), jsonNumber(error.scale)}})
+                         : QJsonValue();
+}
+
 /// Null without limits: nothing was to be judged.
 QJsonValue judgementValue(const WheelJudgement& judgement) {
     if (judgement.wheels == 0) {
@@ -165,6 +173,7 @@ std::string toJson(const WheelResults& results, Pictures pictures) {
     QJsonObject root = {
         {QStringLiteral("wheels"), wheels},
         {QStringLiteral("limits"), limits},
+        {QStringLiteral("gaugeError"), gaugeErrorValue(results.gaugeError)},
         {QStringLiteral("judged"), QJsonObject{{QStringLiteral("wheels"), judgementValue(judgementOf(results))}}}};
     if (pictures == Pictures::Included) {
         root[QStringLiteral("pictures")] = QJsonObject{
@@ -182,6 +191,9 @@ WheelResults wheelsFromJson(const std::string& json) {
     for (const WheelMeasure& measure : kWheelMeasures) {
         const JsonValue limit = root["limits"][measure.key];
         results.limits.*measure.limit = {limit["min"].numberIfPresent(), limit["max"].numberIfPresent()};
+    }
+    if (const JsonValue error = root["gaugeError"]; !error.isNull()) {
+        results.gaugeError = {error["place"].number(), error["turn"].number(), error["scale"].number()};
     }
     if (root.has("pictures")) {
         readPictures(root["pictures"]["wheels"], results.wheels);

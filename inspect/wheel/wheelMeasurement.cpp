@@ -10,6 +10,7 @@
 #include "inspect/sections/upright.h"
 #include "inspect/wheel/contourResults.h"
 #include "inspect/wheel/doubts.h"
+#include "inspect/wheel/gaugeError.h"
 #include "inspect/wheel/rimMeasures.h"
 #include "inspect/wheel/rimSection.h"
 #include "inspect/wheel/spacing.h"
@@ -48,6 +49,10 @@ void checkOptions(const WheelOptions& options) {
     }
     if (options.spacing != 0.0f) { // NaN: true
         detail::checkRange("spacing", options.spacing, kSpacings);
+    }
+    const GaugeError& error = options.gaugeError;
+    for (const float part : {error.place, error.turn, error.scale}) {
+        detail::checkRange("gaugeError", part, kGaugeErrors);
     }
     if (!isFinite(options.centre)) {
         fail(ErrorKind::BadArgument, {{}, {}, "centre"}, QStringLiteral("centre needs two finite numbers"));
@@ -165,11 +170,13 @@ std::string reasonWithoutContour(const std::vector<Point>& contour) {
 }
 
 /// Measures the contour of a rim besides its smooth profile.
-void measureContour(const std::vector<Point>& contour, bool isBackMeasured, WheelResult& result) {
+void measureContour(const std::vector<Point>& contour, bool isBackMeasured, const GaugeError& error,
+                    WheelResult& result) {
     const std::string reason = reasonWithoutContour(contour);
     detail::RimMeasures rim;
     if (reason.empty()) {
         rim = detail::measureRim(detail::RimContour(contour), isBackMeasured);
+        detail::addGaugeError(contour, isBackMeasured, error, rim);
     } else {
         rim.reasons.fill(reason);
     }
@@ -177,7 +184,8 @@ void measureContour(const std::vector<Point>& contour, bool isBackMeasured, Whee
 }
 
 /// Measures a section; `centre` is that of the wheel.
-void measure(Section& section, const Point& centre, const WheelLimits& limits, WheelResult& result) {
+void measure(Section& section, const Point& centre, const WheelOptions& options, WheelResult& result) {
+    const WheelLimits& limits = options.limits;
     Rim& rim = section.rim;
     KxMath::KxCircle circle;
     circle.x = centre.x;
@@ -200,7 +208,7 @@ void measure(Section& section, const Point& centre, const WheelLimits& limits, W
             std::reverse(section.contour.begin(), section.contour.end());
         }
     }
-    measureContour(section.contour, section.isBackMeasured, result);
+    measureContour(section.contour, section.isBackMeasured, options.gaugeError, result);
     if (!result.isMeasured()) {
         const std::string reason = result.reasons.front(); // one for all
         result.reasons.fill(reason);
@@ -232,7 +240,7 @@ WheelResult measureRim(const std::vector<Point3>& points, const std::string& fil
         result.error = "holds no points";
         result.verdict = WheelVerdict::NotRead;
     } else {
-        measure(section, options.centre, options.limits, result);
+        measure(section, options.centre, options, result);
     }
     return result;
 }
@@ -246,7 +254,7 @@ WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options)
             return measureRim(readPoints(wheel.file, FileKind::Cloud).points, wheel.file, options);
         }
         Section section = sectionOf(wheel, options, result.warnings);
-        measure(section, Point{0.0f, 0.0f}, options.limits, result);
+        measure(section, Point{0.0f, 0.0f}, options, result);
         if (!section.isWheel && result.isMeasured()) {
             withhold(detail::noShapeOf(SectionKind::Wheel).toStdString(), options.limits, result);
         }
@@ -262,6 +270,7 @@ WheelResults measureWheels(const std::vector<CrossSection>& wheels, const WheelO
     checkOptions(options);
     WheelResults results;
     results.limits = options.limits;
+    results.gaugeError = options.gaugeError;
     results.version = KxMath_GetVersionString();
     for (const CrossSection& wheel : wheels) {
         if (progress) {

@@ -172,9 +172,12 @@ QString wheelReport(const WheelResults& results) {
         "at level 18, 18 mm from the tip, which is Sd for h = 28 mm alone; flank width, across the wheel, from level 2 "
         "to level h-13, 13 mm above the tape circle (qR ends 10 mm above it); flange height excess, h - 30 mm for h of "
         "at least 29 mm, otherwise h - 28 mm."));
-    page.paragraph(QStringLiteral("Each value stands with the interval that holds the true value in 95 of 100 "
-                                  "measurements, as far as the noise of "
-                                  "the points goes: what the gauge itself does wrong is not in it."));
+    const bool isToldGauge = results.gaugeError.isSet();
+    page.paragraph(
+        QStringLiteral("Each value stands with the interval that holds the true value in 95 of 100 "
+                       "measurements, as far as %1 go%2.")
+            .arg(causesText(results.gaugeError),
+                 isToldGauge ? QString() : QStringLiteral("es: what the gauge itself does wrong is not in it")));
     addWheels(page, results);
     if (!results.version.empty()) {
         page.paragraph(QStringLiteral("KxMath %1.").arg(QString::fromStdString(results.version)));

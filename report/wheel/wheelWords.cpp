@@ -25,6 +25,17 @@ QString limitText(const KxInspect::Limit& limit) {
     return bounds.isEmpty() ? QStringLiteral("-") : bounds.join(QStringLiteral(", "));
 }
 
+QString causesText(const KxInspect::GaugeError& error) {
+    const QString noise = QStringLiteral("the noise of the points");
+    return error.isSet()
+               ? noise +
+                     QStringLiteral(" and the standard uncertainties of the gauge, %1 mm, %2 mrad and %3 millionths")
+                         .arg(shortestText(error.place))
+                         .arg(shortestText(error.turn))
+                         .arg(shortestText(error.scale))
+               : noise;
+}
+
 QString judgementText(const KxInspect::WheelResults& results) {
     const KxInspect::WheelJudgement judgement = judgementOf(results);
     if (judgement.wheels == 0) {

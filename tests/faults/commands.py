@@ -49,7 +49,7 @@ class Case:
 
 def all_cases():
     train = "train pass/train_101.bin pass/train_102.bin "
-    shots = "calibrate shots/calibration-1.bin shots/calibration-2.bin --position 2 --side larger-y "
+    shots = "calibrate shots/calibration-1.bin shots/calibration-2.bin --position 2 --side larger-y --oblique-crest above "
     cases = [
         Case("train", f"{train} {SETTINGS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
         Case("train-stdout", f"{train} {SETTINGS} --json -"),

@@ -9,6 +9,11 @@ namespace kxstudy {
 
 namespace {
 
+// Standard deviations of the gauges' own errors.
+constexpr double kShift = 0.01; // mm
+constexpr double kTurn = 0.1; // mrad
+constexpr double kScale = 1e-4;
+
 double distance(const kxsim::ContourPoint& a, const kxsim::ContourPoint& b) {
     return std::hypot(b.axial - a.axial, b.radius - a.radius);
 }
@@ -44,10 +49,16 @@ double dirtAt(const std::vector<Spot>& spots, double place) {
 Gauge gaugeOf(int station) {
     kxsim::Random random({4000, static_cast<std::uint64_t>(station)});
     Gauge gauge;
-    gauge.shift = 0.01 * random.normal();
-    gauge.turn = 0.1 * random.normal();
-    gauge.scale = 1.0 + 1e-4 * random.normal();
+    gauge.shift = kShift * random.normal();
+    gauge.turn = kTurn * random.normal();
+    gauge.scale = 1.0 + kScale * random.normal();
     return gauge;
+}
+
+KxInspect::GaugeError gaugeError() {
+    const Gauge gauge;
+    return {static_cast<float>(std::hypot(kShift, gauge.placementShift)),
+            static_cast<float>(std::hypot(kTurn, gauge.placementTurn)), static_cast<float>(1e6 * kScale)};
 }
 
 KxInspect::Profile measuredBy(const Gauge& gauge, const kxsim::Contour& contour, kxsim::Random& random) {

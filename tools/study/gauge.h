@@ -5,6 +5,7 @@
 #include "simulator/wheelContour.h"
 
 #include <KxInspect/Profile.h>
+#include <KxInspect/Wheel.h>
 
 namespace kxstudy {
 
@@ -22,6 +23,9 @@ struct Gauge {
 
 /// The gauge of a station: off by its own calibration.
 Gauge gaugeOf(int station);
+
+/// The standard uncertainties of gauges, as their users know them: of their own errors and of placing them.
+KxInspect::GaugeError gaugeError();
 
 /// The points of a contour as the gauge measures them when it is set onto it once. y is the radius: the metal is on the
 /// right hand of who walks along the contour.

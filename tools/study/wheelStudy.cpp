@@ -55,6 +55,8 @@ std::vector<StudiedValue> studyWheel(const Report& report, const Causes& causes)
             values.push_back({"wheel", measure.title, measure.unit, studied->second.tolerance, 3});
         }
     }
+    KxInspect::WheelOptions options;
+    options.gaugeError = gaugeError();
     for (int part = 0; part < kParts; ++part) {
         report("wheel: wheel " + std::to_string(part + 1));
         kxsim::Random wear({5000, static_cast<std::uint64_t>(part)});
@@ -66,7 +68,7 @@ std::vector<StudiedValue> studyWheel(const Report& report, const Causes& causes)
                                       static_cast<std::uint64_t>(pass)});
                 KxInspect::CrossSection section;
                 section.profile = measuredBy(gaugeWith(station, causes), contour, random);
-                const KxInspect::WheelResult result = measureWheel(section);
+                const KxInspect::WheelResult result = measureWheel(section, options);
                 std::size_t next = 0;
                 for (std::size_t i = 0; i < KxInspect::kWheelMeasures.size(); ++i) {
                     const KxInspect::WheelMeasure& measure = KxInspect::kWheelMeasures[i];

@@ -16,12 +16,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using KxInspect::kWheelMeasures;
 
+constexpr KxInspect::GaugeError kGaugeError = {0.02f, 0.2f, 200.0f};
 constexpr std::size_t kMeasures = kWheelMeasures.size();
 using PerMeasure = std::array<double, kMeasures>;
 
@@ -49,6 +51,7 @@ struct Condition {
     double noise;
     double spacing;
     bool isAlongX;
+    KxInspect::GaugeError gaugeError = {}; ///< standard deviations, which are told
     bool isInSpace =
         false; ///< a section of a rim in space, seen from an angle, with the noise of all three coordinates
 };
@@ -66,6 +69,18 @@ KxInspect::CrossSection sectionOf(const kxsim::Contour& points, bool isPlaced, k
             {static_cast<float>(isMirrored ? -x : x), static_cast<float>(isUp ? p.radius : -p.radius)});
     }
     return section;
+}
+
+/// The points as a gauge measures them that is off, turned about the flange back.
+kxsim::Contour distorted(kxsim::Contour points, const KxInspect::GaugeError& error, kxsim::Random& random) {
+    const double shift = static_cast<double>(error.place) * random.normal();
+    const double turn = 1e-3 * static_cast<double>(error.turn) * random.normal();
+    const double scale = 1.0 + 1e-6 * static_cast<double>(error.scale) * random.normal();
+    for (kxsim::ContourPoint& p : points) {
+        p = {scale * (std::cos(turn) * p.axial - std::sin(turn) * p.radius) + shift,
+             scale * (std::sin(turn) * p.axial + std::cos(turn) * p.radius)};
+    }
+    return points;
 }
 
 /// A wheel from points in space: its section stands at an angle about the axis of y, through a centre that is told.
@@ -138,9 +153,17 @@ void simulate(const Condition& condition, int runs, const std::vector<kxsim::Con
                                                         : contours[static_cast<std::size_t>(run) % contours.size()];
         const kxsim::Contour points =
             kxsim::sampled(contour, {condition.spacing, condition.noise, condition.isAlongX}, random);
-        const bool isPlaced = contours.empty() && !condition.isAlongX && random.chance(0.5);
-        count(condition.isInSpace ? measureInSpace(points, random) : measureWheel(sectionOf(points, isPlaced, random)),
-              truthOf(contour), contours.empty() ? kMeasures : kWithoutFieldSide, counts);
+        if (condition.isInSpace) {
+            count(measureInSpace(points, random), truthOf(contour), kMeasures, counts);
+            continue;
+        }
+        KxInspect::WheelOptions options;
+        options.gaugeError = condition.gaugeError;
+        const bool isExact = !options.gaugeError.isSet();
+        const bool isPlaced = isExact && contours.empty() && !condition.isAlongX && random.chance(0.5);
+        const kxsim::Contour shown = isExact ? points : distorted(points, options.gaugeError, random);
+        count(measureWheel(sectionOf(shown, isPlaced, random), options), truthOf(contour),
+              contours.empty() ? kMeasures : kWithoutFieldSide, counts);
     }
 }
 
@@ -214,14 +237,19 @@ int main(int count, char** arguments) {
     }
     print("all", all);
     Counts inSpace = {};
+    Counts byGauge = {};
     for (const double noise : kNoises) {
         for (const double spacing : kSpacings) {
-            simulate({noise, spacing, false, true}, runs, contours, inSpace);
+            simulate({noise, spacing, false, {}, true}, runs, contours, inSpace);
+            simulate({noise, spacing, false, kGaugeError}, runs, contours, byGauge);
         }
     }
     print("rims in space", inSpace);
-    for (const Counts* counts : {&all, &inSpace}) {
-        std::printf(counts == &all ? "| values |" : "| values of rims in space |");
+    print("gauge off by 0.02 mm, 0.2 mrad and 200 millionths, as told", byGauge);
+    for (const auto& [what, counts] : {std::pair{"values", &all},
+                                       {"values of rims in space", &inSpace},
+                                       {"values of gauges that are off", &byGauge}}) {
+        std::printf("| %s |", what);
         for (const Count& c : *counts) {
             std::printf(" %d |", c.values);
         }
@@ -240,5 +268,6 @@ int main(int count, char** arguments) {
         const double held = c.values > 0 ? 100.0 * (c.values - c.below - c.above) / c.values : 95.0;
         return held >= 93.0 && held <= 97.0;
     };
-    return std::all_of(all.begin(), all.end(), isRight) && std::all_of(inSpace.begin(), inSpace.end(), isRight) ? 0 : 1;
+    const auto areRight = [&](const Counts& counts) { return std::all_of(counts.begin(), counts.end(), isRight); };
+    return areRight(all) && areRight(inSpace) && areRight(byGauge) ? 0 : 1;
 }

@@ -136,6 +136,40 @@ TEST(WheelIntervals, OfWidthsNeedAFlatBackWhereItIsMeasured) {
     }
 }
 
+// What the errors of a gauge change, by geometry, on a new wheel without noise.
+TEST(WheelIntervals, ContainTheErrorsOfTheGaugeThatAreTold) {
+    kxsim::Random random({3});
+    CrossSection section;
+    section.profile.emplace();
+    const kxsim::Contour contour = kxsim::makeRimContour({});
+    for (const kxsim::ContourPoint& p : kxsim::sampled(contour, {0.05, 0.0, false}, random)) {
+        section.profile->points.push_back({static_cast<float>(p.axial), static_cast<float>(-p.radius)});
+    }
+    const auto half = [&](const GaugeError& error, std::optional<float> WheelMeasures::*measure) {
+        WheelOptions options;
+        options.gaugeError = error;
+        const WheelResult result = measureWheel(section, options);
+        for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
+            if (kWheelMeasures[i].value == measure) {
+                return static_cast<double>(result.intervals[i].high - result.intervals[i].low) / 2.0 / 1.96;
+            }
+        }
+        return -1.0;
+    };
+    // Sd 32.5 mm, Sh 28 mm and the rim 135 mm wide; the tip is 15 mm, the tape circle 70 mm from the back.
+    EXPECT_NEAR(half({0.1f, 0.0f, 0.0f}, &WheelMeasures::flangeThickness), 0.1, 0.002);
+    EXPECT_NEAR(half({0.1f, 0.0f, 0.0f}, &WheelMeasures::rimWidth), 0.1, 0.002);
+    EXPECT_NEAR(half({0.1f, 0.0f, 0.0f}, &WheelMeasures::flangeSlope), 0.0, 0.003);
+    EXPECT_NEAR(half({0.0f, 1.0f, 0.0f}, &WheelMeasures::flangeHeight), 0.055, 0.003);
+    EXPECT_NEAR(half({0.0f, 1.0f, 0.0f}, &WheelMeasures::treadSlope), 0.001, 0.0001);
+    EXPECT_NEAR(half({0.0f, 0.0f, 1000.0f}, &WheelMeasures::rimWidth), 0.135, 0.002);
+    EXPECT_NEAR(half({0.0f, 0.0f, 1000.0f}, &WheelMeasures::flangeHeight), 0.028, 0.003);
+    EXPECT_NEAR(half({0.0f, 0.0f, 1000.0f}, &WheelMeasures::flangeThickness), 0.0325, 0.005);
+    WheelOptions options;
+    options.gaugeError.turn = -1.0f;
+    EXPECT_THROW(measureWheel(section, options), Error);
+}
+
 #ifdef KXMATH_GAUGE_FILES
 TEST(WheelIntervals, RealWheelsHaveTheMeasuresOfTheirPolylines) {
     for (const char* const name :

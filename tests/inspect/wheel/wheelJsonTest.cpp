@@ -32,7 +32,7 @@ WheelResults results() {
     bare.file = "bare.csv";
     bare.reasons.fill("too short");
     bare.verdict = WheelVerdict::NotMeasured;
-    return {{wheel, gone, bare}, {{27.0f, 28.2f}, {{}, 40.1f}}, "2.0.10"};
+    return {{wheel, gone, bare}, {{27.0f, 28.2f}, {{}, 40.1f}}, {0.25f, 0.5f, 125.0f}, "2.0.10"};
 }
 
 } // namespace
@@ -47,6 +47,7 @@ TEST(WheelJson, ReadBackGivesTheSamePage) {
     EXPECT_EQ(read.wheels[1].verdict, WheelVerdict::NotRead);
     EXPECT_EQ(read.wheels[0].reasons, measured.wheels[0].reasons);
     EXPECT_EQ(read.wheels[0].intervalReasons, measured.wheels[0].intervalReasons);
+    EXPECT_EQ(read.gaugeError.turn, 0.5f);
     EXPECT_EQ(read.wheels[0].widthStart, 3.0f);
     EXPECT_EQ(read.wheels[0].intervals[4], measured.wheels[0].intervals[4]);
     EXPECT_FALSE(read.wheels[0].intervals[1].isKnown());

@@ -32,7 +32,8 @@ const char* const kDescription =
     "  widthLevel2ToH13  width of the flank across the wheel, from level 2 to level h - 13\n"
     "  heightExcess      flange height excess: h - 30 for h of at least 29, otherwise h - 28\n"
     "\n"
-    "Each comes with its 95 % confidence interval, from the noise of the points.\n"
+    "Each comes with its 95 % confidence interval, from the noise of the points and, where it is told,\n"
+    "from the error of the gauge.\n"
     "\n"
     "Files are 2-D cloud sections, profile records, other point files, text columns, or text files of\n"
     "contact profile gauges (.whl, .prw), in mm. x points outwards from the flange back, y points\n"
@@ -87,6 +88,11 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
         "Resample the profiles linearly at this spacing, 0.01 to 1 mm; 0: measure the points as they are, which makes "
         "flanges of widely spaced points look too thin.",
         "mm", "0.02");
+    add("gauge-error",
+        "Standard uncertainties of the gauge, which the intervals then contain: of the place of the flange back along "
+        "x "
+        "in mm, of the turn of the profile in mrad, of all lengths in millionths.",
+        "MM,MRAD,PPM", "0,0,0");
     add("centre", "Centre of the wheel in 3-D cloud sections.", "x,z", "0,0");
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const QByteArray key = kWheelMeasures[i].key;
@@ -126,6 +132,9 @@ KxInspect::WheelOptions WheelCommandOptions::measurement() const {
     result.limits = limitsOf(*this);
     result.flangeBack = ifSet("flange-back", KxInspect::kFlangeBacks);
     result.spacing = number("spacing", {0.0, KxInspect::kSpacings[1]});
+    const std::vector<float> error =
+        numbers("gauge-error", 3, {KxInspect::kGaugeErrors[0], KxInspect::kGaugeErrors[1]});
+    result.gaugeError = {error[0], error[1], error[2]};
     return result;
 }
 

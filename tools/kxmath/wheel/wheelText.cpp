@@ -89,6 +89,9 @@ QString wheelTable(const KxInspect::WheelResults& results) {
             text += line(result, k, results.limits);
         }
     }
+    if (results.gaugeError.isSet() && !text.isEmpty()) {
+        text += QStringLiteral("\nThe intervals contain %1.\n").arg(kxreport::causesText(results.gaugeError));
+    }
     const QString judged = kxreport::judgementText(results);
     return text + (judged.isEmpty() ? QString() : QLatin1Char('\n') + judged + QStringLiteral(".\n"));
 }
