@@ -105,7 +105,13 @@ Track trackOf(TrackCase track) {
         });
     };
     const auto cone = [](double slope) {
-        return wheelOf([=](double x) { return std::max(x < 46.0 ? s1002(x) : -1e9, (kTapeCircle - x) * slope); });
+        // The flange runs into the cone without a step.
+        constexpr double kRoot = 46.0; // mm
+        const double step = s1002(kRoot) - (kTapeCircle - kRoot) * slope;
+        return wheelOf([=](double x) {
+            return x < kRoot ? s1002(x) - step * std::clamp((x - kRoot) / 8.0 + 1.0, 0.0, 1.0)
+                             : (kTapeCircle - x) * slope;
+        });
     };
     const Head steep = {.inclination = 1.0 / 20.0};
     const Head flat = {.crownWear = 0.4};

@@ -55,7 +55,9 @@ struct ConicityInput {
     float radius1 = 460.0f; ///< radius of the first wheel at its tape circle; only the difference of the two counts
     float radius2 = 460.0f; ///< that of the second wheel
     unsigned int amplitudes = 100; ///< about how many are calculated, from 1 mm on
-    float edgeMargin = 0.001f; ///< distance from the turning points at which the integration ends
+    /// Empty: the contacts are searched every 0.01 mm and the integral reaches the turning points. A distance in mm: the curve is that of
+    /// KxMath::EquivalentConicity, with contacts every 0.1 mm and an integral that ends so far from the turning points.
+    std::optional<float> edgeMargin = {};
     float shownAmplitude = 3.0f; ///< the amplitude whose conicity is shown first
     /// The length of the contour that is smoothed by one local parabola, half of it on each side of a point. 0: none.
     /// Empty: as much as the noise of each profile asks for, none for profiles without noise.
@@ -106,7 +108,7 @@ struct ConicityResult {
     float backToBack = 0.0f;
     float radius1 = 0.0f;
     float radius2 = 0.0f;
-    float edgeMargin = 0.0f;
+    std::optional<float> edgeMargin = {};
     float shownAmplitude = 0.0f;
     /// @}
 

@@ -121,27 +121,34 @@ Wheels countedFromFlangeBacks(const PerWheelSetPart<Profile>& sections, const Co
     return wheels;
 }
 
-/// The core's curve begins at 1 mm: the amplitudes before, from the same difference of radii.
-void prependSmallAmplitudes(ConicityResult& result) {
+/// The oscillation with the core's difference of radii.
+Oscillation oscillationOf(const std::vector<Point>& deltaR) {
+    constexpr float kHalf = 0.05f; // of the core's step
+    std::vector<float> values;
+    std::size_t centre = 0;
+    for (const Point& p : deltaR) {
+        centre += p.x < -kHalf ? 1 : 0;
+        values.push_back(p.y);
+    }
+    return {values, centre};
+}
+
+/// The core's curve begins at 1 mm: the amplitudes before.
+std::vector<Point> smallAmplitudes(const std::vector<Point>& curve) {
     constexpr int kFirst = 5; // tenths of a millimetre
     constexpr float kTenth = 0.1f;
-    if (result.conicity.empty()) {
-        return;
-    }
-    std::vector<float> deltaR;
-    std::size_t centre = 0;
-    for (const Point& p : result.deltaR) {
-        centre += p.x < -kTenth / 2.0f ? 1 : 0;
-        deltaR.push_back(p.y);
-    }
-    const Oscillation oscillation(deltaR, centre);
     std::vector<Point> small;
-    for (int i = kFirst; static_cast<float>(i) * kTenth < result.conicity.front().x - kTenth / 2.0f; ++i) {
-        const float amplitude = static_cast<float>(i) * kTenth;
-        const auto value = oscillation.conicity(static_cast<double>(amplitude));
-        small.push_back({amplitude, value ? static_cast<float>(*value) : std::numeric_limits<float>::quiet_NaN()});
+    for (int i = kFirst; !curve.empty() && static_cast<float>(i) * kTenth < curve.front().x - kTenth / 2.0f; ++i) {
+        small.push_back({static_cast<float>(i) * kTenth, 0.0f});
     }
-    result.conicity.insert(result.conicity.begin(), small.begin(), small.end());
+    return small;
+}
+
+void fill(std::vector<Point>& curve, const Oscillation& oscillation) {
+    for (Point& p : curve) {
+        const auto value = oscillation.conicity(static_cast<double>(p.x));
+        p.y = value ? static_cast<float>(*value) : std::numeric_limits<float>::quiet_NaN();
+    }
 }
 
 /// The conicity of a curve at an amplitude, as conicityAt().
@@ -151,10 +158,12 @@ std::optional<float> conicityIn(const std::vector<Point>& curve, float amplitude
 }
 
 constexpr float kLeastAmplitude = 0.5f; // mm
+constexpr float kEdgeMargin = 0.001f; // mm
 
 } // namespace
 
-void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& input, ConicityResult& result) {
+void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& input, const Oscillation& oscillation,
+               ConicityResult& result) {
     const Wheels wheels = countedFromFlangeBacks(sections, input);
     const auto section = [&wheels](WheelSetPart part) { return toKxProfile(wheels.sections[part]); };
     KxProfile conicity;
@@ -165,16 +174,23 @@ void calculate(const PerWheelSetPart<Profile>& sections, const ConicityInput& in
     KxMath::EquivalentConicity(section(Wheel1), section(Wheel2), section(Rail1), section(Rail2), wheels.radius1,
                                wheels.radius2, input.gauge, input.backToBack, input.amplitudes, conicity, deltaR,
                                first.slope, second.slope, placed.data(), first.contacts.data(), first.count,
-                               second.contacts.data(), second.count, input.edgeMargin);
+                               second.contacts.data(), second.count, input.edgeMargin.value_or(kEdgeMargin));
     for (std::size_t part = 0; part < sections.size(); ++part) {
         if (placed[part] != nullptr) {
             assign(placed[part]->points, result.sections[part].points);
         }
     }
     assign(conicity.points, result.conicity);
-    dropValuesWithoutConicity(result.conicity);
     assign(deltaR.points, result.deltaR);
-    prependSmallAmplitudes(result);
+    std::vector<Point> small = smallAmplitudes(result.conicity);
+    if (input.edgeMargin) {
+        dropValuesWithoutConicity(result.conicity);
+        fill(small, oscillationOf(result.deltaR));
+    } else {
+        fill(result.conicity, oscillation);
+        fill(small, oscillation);
+    }
+    result.conicity.insert(result.conicity.begin(), small.begin(), small.end());
     result.contacts1 = contactsOf(first, -1.0f);
     result.contacts2 = contactsOf(second, 1.0f);
     result.reason = reasonOf(result);
@@ -196,16 +212,20 @@ void fillRows(ConicityResult& result, const std::vector<Point>& curveAsMeasured)
     }
 }
 
-Stand standOf(const ConicityResult& result, float gauge, float backToBack) {
-    const auto firstOf = [&](const Contact& contact, double outwards) {
-        const double beside = outwards * (static_cast<double>(contact.rail.x) - static_cast<double>(contact.wheel.x));
-        const double clearance = (static_cast<double>(gauge) - static_cast<double>(backToBack)) / 2.0;
-        return std::lround((clearance - beside) / kLateralStep);
-    };
-    Stand stand;
-    stand.first = {firstOf(result.contacts1.front(), -1.0), firstOf(result.contacts2.front(), 1.0)};
-    stand.radiusDifference = static_cast<double>(result.radius2) - static_cast<double>(result.radius1);
-    return stand;
+Interval bandAt(const ConicityResult& result, float amplitude) {
+    std::vector<Point> low;
+    std::vector<Point> high;
+    for (std::size_t i = 0; i < std::min(result.conicity.size(), result.intervals.size()); ++i) {
+        low.push_back({result.conicity[i].x, result.intervals[i].low});
+        high.push_back({result.conicity[i].x, result.intervals[i].high});
+    }
+    const auto x = static_cast<double>(amplitude);
+    return {static_cast<float>(valueAt(low, x)), static_cast<float>(valueAt(high, x))};
+}
+
+Stand standOf(const ConicityInput& input) {
+    const double clearance = (static_cast<double>(input.gauge) - static_cast<double>(input.backToBack)) / 2.0;
+    return {{clearance, clearance}, static_cast<double>(input.radius2) - static_cast<double>(input.radius1)};
 }
 
 } // namespace KxInspect::detail
@@ -217,17 +237,7 @@ std::optional<float> conicityAt(const ConicityResult& result, float amplitude) {
 }
 
 Interval intervalAt(const ConicityResult& result, float amplitude) {
-    if (!conicityAt(result, amplitude) || result.intervals.size() != result.conicity.size()) {
-        return {};
-    }
-    std::vector<Point> low;
-    std::vector<Point> high;
-    for (std::size_t i = 0; i < result.conicity.size(); ++i) {
-        low.push_back({result.conicity[i].x, result.intervals[i].low});
-        high.push_back({result.conicity[i].x, result.intervals[i].high});
-    }
-    const auto x = static_cast<double>(amplitude);
-    return {static_cast<float>(detail::valueAt(low, x)), static_cast<float>(detail::valueAt(high, x))};
+    return conicityAt(result, amplitude) ? detail::bandAt(result, amplitude) : Interval();
 }
 
 } // namespace KxInspect

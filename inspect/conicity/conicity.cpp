@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace KxInspect {
 
@@ -32,7 +33,7 @@ void checkNumbers(const ConicityInput& input) {
     detail::checkRange("radius1", input.radius1, kWheelRadii);
     detail::checkRange("radius2", input.radius2, kWheelRadii);
     detail::checkRange("amplitudes", static_cast<float>(input.amplitudes), kAmplitudeCounts);
-    detail::checkRange("edgeMargin", input.edgeMargin, kEdgeMargins);
+    detail::checkRange("edgeMargin", input.edgeMargin.value_or(0.0f), kEdgeMargins);
     detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
     detail::checkRange("smoothing", input.smoothing.value_or(0.0f), kSmoothingWindows);
 }
@@ -56,33 +57,71 @@ bool areTakenAsMeasured(const Prepared& sections) {
     });
 }
 
-/// Takes the effect of noise off the curve, and says how far it may be off.
-void judgeNoise(const Prepared& sections, const ConicityInput& input, ConicityResult& result) {
-    if (!result.isCalculated() || result.contacts1.empty() || result.contacts2.empty()) {
-        return;
-    }
-    const detail::Stand stand = detail::standOf(result, input.gauge, input.backToBack);
-    const detail::NoiseEffect effect = detail::resample(sections, stand, input.gaugeDepth, result.conicity.back().x);
-    const bool isCorrected = !areTakenAsMeasured(sections);
-    for (Point& p : result.conicity) {
-        const float correction = effect.correction(p.x);
-        Interval interval = hasConicity(p) ? effect.interval(p.x, p.y * correction) : Interval();
-        if (isCorrected) {
-            p.y *= std::isnan(correction) ? 1.0f : correction;
-        } else if (interval.isKnown()) {
-            interval = {std::min(interval.low, p.y), std::max(interval.high, p.y)};
-        }
-        result.intervals.push_back(interval);
+/// Whether an interval says more than that a conicity is half or double of what it may be.
+bool tellsSomething(const Interval& interval) {
+    constexpr float kMostRatio = 4.0f; // of its ends
+    return interval.isKnown() && interval.high <= kMostRatio * interval.low;
+}
+
+/// Drops the end of a curve that has neither conicities nor intervals.
+void endWhereNothingIsKnown(ConicityResult& result) {
+    while (!result.conicity.empty() && !hasConicity(result.conicity.back()) && !result.intervals.back().isKnown()) {
+        result.conicity.pop_back();
+        result.intervals.pop_back();
     }
 }
 
-/// The curve of the profiles without smoothing and correction.
+/// Takes the effect of noise off the curve, says how far it may be off, and drops values that say nothing.
+void judgeNoise(const Prepared& sections, const ConicityInput& input, ConicityResult& result) {
+    if (result.conicity.empty()) {
+        return;
+    }
+    const bool isCorrected = !areTakenAsMeasured(sections);
+    const bool isExact = std::all_of(sections.begin(), sections.end(), [](const detail::PreparedSection& section) {
+        return section.windows.empty() && section.noise.isNegligible();
+    });
+    const detail::NoiseEffect effect =
+        detail::resample(sections, detail::standOf(input), input.gaugeDepth, result.conicity.back().x,
+                         isCorrected ? detail::kFineStep : detail::kLateralStep);
+    for (Point& p : result.conicity) {
+        const float correction = effect.correction(p.x);
+        if (isCorrected) {
+            p.y = (input.edgeMargin ? p.y : effect.observedAt(p.x)) * correction;
+        }
+        Interval interval = hasConicity(p) ? effect.interval(p.x, isCorrected ? p.y : p.y * correction) : Interval();
+        if (!isCorrected && interval.isKnown()) {
+            interval = {std::min(interval.low, p.y), std::max(interval.high, p.y)};
+        } else if (isExact && hasConicity(p)) { // the trials end earlier
+            interval = {p.y, p.y};
+        }
+        p.y = tellsSomething(interval) ? p.y : std::numeric_limits<float>::quiet_NaN();
+        result.intervals.push_back(interval);
+    }
+    if (std::any_of(result.conicity.begin(), result.conicity.end(), hasConicity)) {
+        result.reason.clear(); // the profiles without smoothing may have none
+        endWhereNothingIsKnown(result);
+    } else if (result.isCalculated()) {
+        result.reason = "no amplitude has a conicity: the noise of the profiles hides it";
+    }
+}
+
+/// The oscillation of the profiles as they were measured.
+detail::Oscillation oscillationOf(const Prepared& sections, const ConicityInput& input) {
+    PerWheelSetPart<std::vector<float>> surfaces;
+    for (const WheelSetPart part : kParts) {
+        const detail::PreparedSection& section = sections[part];
+        surfaces[part] = detail::samplesOf(section, part, section.points, input.gaugeDepth, detail::kFineStep);
+    }
+    return detail::sweep(surfaces, detail::standOf(input), detail::kFineStep);
+}
+
+/// The curve of the profiles without smoothing and correction, when `result` is not corrected yet.
 std::vector<Point> curveAsMeasured(const Prepared& sections, const ConicityInput& input, const ConicityResult& result) {
-    if (areTakenAsMeasured(sections)) {
+    if (!input.edgeMargin || areTakenAsMeasured(sections)) {
         return result.conicity;
     }
     ConicityResult asMeasured;
-    detail::calculate(surfacesOf(sections, &detail::PreparedSection::unsmoothed), input, asMeasured);
+    detail::calculate(surfacesOf(sections, &detail::PreparedSection::unsmoothed), input, {}, asMeasured);
     return asMeasured.conicity;
 }
 
@@ -113,9 +152,9 @@ ConicityResult measureConicity(const ConicityInput& input) {
     result.reason = detail::whyNoFit(surfaces, result);
     std::vector<Point> asMeasured;
     if (result.reason.empty()) {
-        detail::calculate(surfaces, input, result);
-        judgeNoise(sections, input, result);
+        detail::calculate(surfaces, input, oscillationOf(sections, input), result);
         asMeasured = curveAsMeasured(sections, input, result);
+        judgeNoise(sections, input, result);
     } else {
         for (const WheelSetPart part : kParts) {
             result.sections[part].points = surfaces[part].points;
@@ -149,7 +188,14 @@ std::string reasonWithoutConicity(const ConicityResult& result, float amplitude)
     if (amplitude > result.conicity.back().x) {
         return place("the curve ends at ", result.conicity.back().x);
     }
-    return "the difference of radii is too rough there for the method";
+    if (const Interval band = detail::bandAt(result, amplitude); band.isKnown()) {
+        const auto text = [](float value) { return QString::number(static_cast<double>(value), 'f', 3).toStdString(); };
+        return "the noise of the profiles leaves it anywhere from " + text(band.low) + " to " + text(band.high);
+    }
+    const bool isSmoothed = std::any_of(result.sections.begin(), result.sections.end(),
+                                        [](const PlacedSection& section) { return section.windows.has_value(); });
+    return isSmoothed ? "the profiles, or more than a quarter of the resampled ones, have no conicity there"
+                      : "the difference of radii is too rough there for the method";
 }
 
 } // namespace KxInspect

@@ -37,9 +37,9 @@ std::size_t contactOf(const float* wheel, const std::vector<float>& rail) {
 /// A wheel over its rail.
 class Side {
 public:
-    Side(const std::vector<float>& wheel, const std::vector<float>& rail, long first)
-        : wheel_(wheel), rail_(rail), first_(first),
-          tape_(static_cast<std::size_t>(std::lround(static_cast<double>(kTapeCircleX) / kLateralStep))) {}
+    Side(const std::vector<float>& wheel, const std::vector<float>& rail, double first, double step)
+        : wheel_(wheel), rail_(rail), first_(std::lround(first / step)),
+          tape_(static_cast<std::size_t>(std::lround(static_cast<double>(kTapeCircleX) / step))) {}
 
     /// The rolling radius beyond that of the tape circle when the wheel is `steps` further outside; empty where the rail leaves
     /// the wheel.
@@ -62,7 +62,7 @@ private:
 
 } // namespace
 
-std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind kind, double from) {
+std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind kind, double from, double step) {
     constexpr double kTolerance = 1e-3; // of a step: where the contour itself begins there
     double last = from;
     for (const Point& p : contour) {
@@ -73,16 +73,15 @@ std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind
     }
     const float none =
         kind == SectionKind::Wheel ? -std::numeric_limits<float>::infinity() : std::numeric_limits<float>::infinity();
-    std::vector<float> surface(static_cast<std::size_t>((last - from) / kLateralStep + kTolerance) + 1, none);
+    std::vector<float> surface(static_cast<std::size_t>((last - from) / step + kTolerance) + 1, none);
     for (std::size_t i = 1; i < contour.size(); ++i) {
         const auto [left, right] =
             std::minmax(contour[i - 1], contour[i], [](const Point& a, const Point& b) { return a.x < b.x; });
-        const double x = (static_cast<double>(left.x) - from) / kLateralStep;
-        const double end = (static_cast<double>(right.x) - from) / kLateralStep + kTolerance;
-        const double rise = left.x < right.x
-                                ? (static_cast<double>(right.y) - static_cast<double>(left.y)) /
-                                      (static_cast<double>(right.x) - static_cast<double>(left.x)) * kLateralStep
-                                : 0.0;
+        const double x = (static_cast<double>(left.x) - from) / step;
+        const double end = (static_cast<double>(right.x) - from) / step + kTolerance;
+        const double rise = left.x < right.x ? (static_cast<double>(right.y) - static_cast<double>(left.y)) /
+                                                   (static_cast<double>(right.x) - static_cast<double>(left.x)) * step
+                                             : 0.0;
         for (auto k = static_cast<long>(std::max(std::ceil(x - kTolerance), 0.0));
              static_cast<double>(k) <= end && k < static_cast<long>(surface.size()); ++k) {
             const auto y = static_cast<float>(static_cast<double>(left.y) + (static_cast<double>(k) - x) * rise);
@@ -93,11 +92,11 @@ std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind
     return surface;
 }
 
-Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Stand& stand) {
-    constexpr float kMostDifference = 15.0f; // as in the calculation itself
-    constexpr long kMostSteps = 600; // 60 mm: no flanges have more clearance
-    const Side first(surfaces[Wheel1], surfaces[Rail1], stand.first[0]);
-    const Side second(surfaces[Wheel2], surfaces[Rail2], stand.first[1]);
+Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Stand& stand, double step) {
+    constexpr float kMostDifference = 25.0f; // the core ends at 15 mm, with a last step of its own length
+    constexpr double kMost = 60.0; // mm; no flanges have more clearance
+    const Side first(surfaces[Wheel1], surfaces[Rail1], stand.first[0], step);
+    const Side second(surfaces[Wheel2], surfaces[Rail2], stand.first[1], step);
     const auto difference = [&](long steps) {
         const auto inner = first.radius(-steps);
         const auto outer = inner ? second.radius(steps) : std::nullopt;
@@ -107,7 +106,7 @@ Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Sta
     };
     const auto oneWay = [&](long from, long direction) {
         std::vector<float> values;
-        for (long steps = from; std::abs(steps) <= kMostSteps; steps += direction) {
+        for (long steps = from; static_cast<double>(std::abs(steps)) * step <= kMost; steps += direction) {
             const float value = difference(steps);
             if (!std::isfinite(value)) {
                 return values;
@@ -124,7 +123,7 @@ Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Sta
     std::reverse(deltaR.begin(), deltaR.end());
     const std::vector<float> right = oneWay(0, 1);
     deltaR.insert(deltaR.end(), right.begin(), right.end());
-    return {deltaR, centre};
+    return {deltaR, centre, step};
 }
 
 } // namespace KxInspect::detail

@@ -11,18 +11,18 @@
 
 namespace KxInspect::detail {
 
-/// The heights (y down) of the side of a contour that can touch, every 0.1 mm: of a wheel from its flange back, of a rail from
-/// its gauge point.
-std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind kind, double from);
+/// The heights (y down) of the side of a contour that can touch, every `step` mm: of a wheel from its flange back, of a rail
+/// from its gauge point.
+std::vector<float> sampledSurface(const std::vector<Point>& contour, SectionKind kind, double from, double step);
 
 /// How the wheel-set stands while it is centred.
 struct Stand {
-    std::array<long, 2> first = {}; ///< index of the wheels' samples over the rails' first ones
+    std::array<double, 2> first = {}; ///< how far the rails' first samples are outside those of the wheels, mm
     double radiusDifference = 0.0; ///< of the tape circles, second minus first
 };
 
-/// The oscillation of a wheel-set: it is moved sideways by 0.1 mm at a time, and touches each rail where the vertical gap is
+/// The oscillation of a wheel-set: it is moved sideways by `step` mm at a time, and touches each rail where the vertical gap is
 /// smallest.
-Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Stand& stand);
+Oscillation sweep(const PerWheelSetPart<std::vector<float>>& surfaces, const Stand& stand, double step);
 
 } // namespace KxInspect::detail

@@ -25,14 +25,14 @@ std::optional<std::size_t> stableCentre(const std::vector<float>& deltaR, std::s
 } // namespace
 
 void Oscillation::Side::add(double value) {
-    const double step = size() == 1 ? first : kLateralStep;
-    potential.push_back(potential.back() + (force.back() + value) / 2.0 * step);
+    const double width = size() == 1 ? first : step;
+    potential.push_back(potential.back() + (force.back() + value) / 2.0 * width);
     force.push_back(value);
     highest.push_back(std::max(highest.back(), potential.back()));
 }
 
 double Oscillation::Side::distance(std::size_t node) const {
-    return node == 0 ? 0.0 : first + static_cast<double>(node - 1) * kLateralStep;
+    return node == 0 ? 0.0 : first + static_cast<double>(node - 1) * step;
 }
 
 double Oscillation::Side::turningPoint(double level) const {
@@ -48,14 +48,15 @@ double Oscillation::Side::turningPoint(double level) const {
 }
 
 double Oscillation::Side::potentialAt(double place) const {
-    const double steps = place < first ? 0.0 : 1.0 + (place - first) / kLateralStep;
+    const double steps = place < first ? 0.0 : 1.0 + (place - first) / step;
     const std::size_t node = std::min(static_cast<std::size_t>(steps), size() - 2);
     const double t = place - distance(node);
     const double bend = (force[node + 1] - force[node]) / (distance(node + 1) - distance(node));
     return potential[node] + (force[node] + bend / 2.0 * t) * t;
 }
 
-Oscillation::Oscillation(const std::vector<float>& deltaR, std::size_t centre) {
+Oscillation::Oscillation(const std::vector<float>& deltaR, std::size_t centre, double step) {
+    left_.step = right_.step = step;
     const auto before = stableCentre(deltaR, centre);
     if (!before) {
         return;
@@ -63,8 +64,8 @@ Oscillation::Oscillation(const std::vector<float>& deltaR, std::size_t centre) {
     const auto low = static_cast<double>(deltaR[*before]);
     const auto high = static_cast<double>(deltaR[*before + 1]);
     constexpr double kLeast = 1e-9; // mm: no node at the centre itself
-    left_.first = std::max(kLateralStep * -low / (high - low), kLeast);
-    right_.first = std::max(kLateralStep * high / (high - low), kLeast);
+    left_.first = std::max(step * -low / (high - low), kLeast);
+    right_.first = std::max(step * high / (high - low), kLeast);
     for (std::size_t i = *before + 1; i-- > 0;) {
         left_.add(-static_cast<double>(deltaR[i]));
     }

@@ -9,15 +9,19 @@
 
 namespace KxInspect::detail {
 
-/// Distance of neighbouring displacements, and of the samples of running surfaces, mm.
+/// Distance of neighbouring displacements in the calculation of the core, and of the samples of its running surfaces, mm.
 inline constexpr double kLateralStep = 0.1;
+
+/// The same of a calculation that adds hardly any error of its own.
+inline constexpr double kFineStep = 0.01;
 
 /// The oscillation about the displacement with equal radii that is nearest to 0.
 class Oscillation {
 public:
-    /// @param deltaR the rolling radius of the second wheel minus that of the first, for displacements every 0.1 mm; no NaN
+    Oscillation() = default; ///< reaches no amplitude
+    /// @param deltaR the rolling radius of the second wheel minus that of the first, for displacements every `step` mm; no NaN
     /// @param centre the index of the displacement 0
-    Oscillation(const std::vector<float>& deltaR, std::size_t centre);
+    Oscillation(const std::vector<float>& deltaR, std::size_t centre, double step = kLateralStep);
 
     /// The conicity of the cones whose wheel-set has the same wavelength at an amplitude in mm: (pi / integral)^2 for the
     /// integral of 1 / sqrt(F(a) - F(y)) between the turning points, F being the integral of the difference. Empty when
@@ -25,8 +29,9 @@ public:
     std::optional<double> conicity(double amplitude) const;
 
 private:
-    /// One side of the centre as nodes at rising distances from it: 0, then `first`, and every 0.1 mm from there on.
+    /// One side of the centre as nodes at rising distances from it: 0, then `first`, and every `step` mm from there on.
     struct Side {
+        double step = kLateralStep;
         double first = 0.0;
         std::vector<double> force = {0.0}; ///< the difference of radii, positive where it brings the wheel-set back
         std::vector<double> potential = {0.0}; ///< its integral

@@ -3,6 +3,7 @@
 
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
+#include "inspect/conicity/lateralSweep.h"
 #include "inspect/sections/contourSmoothing.h"
 #include "inspect/sections/flangeBack.h"
 #include "inspect/sections/runningSurface.h"
@@ -113,6 +114,12 @@ std::optional<int> cut(Profile& profile, WheelSetPart part, float gaugeDepth, Pr
 
 } // namespace
 
+std::vector<float> samplesOf(const PreparedSection& section, WheelSetPart part, const std::vector<Point>& contour,
+                             float gaugeDepth, double step) {
+    const float from = isWheel(part) ? section.flangeBack : gaugePointOf(contour, gaugeDepth);
+    return sampledSurface(contour, kindOf(part), static_cast<double>(from), step);
+}
+
 PreparedSection prepare(const Profile& measured, WheelSetPart part, const ConicityInput& input,
                         std::vector<std::string>& warnings) {
     PreparedSection result;
@@ -124,7 +131,7 @@ PreparedSection prepare(const Profile& measured, WheelSetPart part, const Conici
     place(profile, part, input, result, notes);
     result.noise = noiseOf(result.contour);
     result.placed.noise = {result.noise.x, result.noise.y};
-    result.unsmoothed.points = result.contour;
+    result.unsmoothed.points = result.points = result.contour;
     const bool isSmoothed = input.smoothing ? *input.smoothing > 0.0f : result.noise.isWorthSmoothing();
     averageGroups(result, isSmoothed);
     if (isSmoothed) {

@@ -32,8 +32,8 @@ Points sumOf(const Points& a, const Points& b) {
 /// done with it, once more with noise that is drawn.
 class Contour {
 public:
-    Contour(const PreparedSection& section, SectionKind kind, float gaugeDepth, std::uint64_t seed)
-        : section_(section), kind_(kind), gaugeDepth_(gaugeDepth), numbers_(seed) {
+    Contour(const PreparedSection& section, WheelSetPart part, float gaugeDepth)
+        : section_(section), part_(part), gaugeDepth_(gaugeDepth), numbers_(static_cast<std::uint64_t>(part) + 1) {
         const Points& points = section.contour;
         const bool isSmoothed = !section.windows.empty();
         places_ = placesAlong(points, kGap, isSmoothed ? PointPlaces::Tenth : PointPlaces::All);
@@ -70,19 +70,20 @@ public:
         nextPilot_ = pilotSmoothing_ ? pilotSmoothing_->displaced(noise) : atPlaces(noise);
     }
 
-    std::vector<float> pilot() const { return surfaceOf(pilot_); } ///< free of noise
-    std::vector<float> trial() const { return surfaceOf(sumOf(repeated_, result_)); } ///< as it was measured
-    std::vector<float> pilotOfTrial() const { return surfaceOf(sumOf(pilot_, pilotResult_)); }
+    Points pilot() const { return pilot_; } ///< free of noise
+    Points observed() const { return smoothing_ ? smoothing_->contour() : atPlaces(section_.contour); }
+    Points trial() const { return sumOf(repeated_, result_); } ///< as it was measured
+    Points pilotOfTrial() const { return sumOf(pilot_, pilotResult_); }
     /// As it would be measured if that pilot were the profile.
-    std::vector<float> trialOfPilot() const { return surfaceOf(sumOf(sumOf(repeated_, next_), pilotResult_)); }
+    Points trialOfPilot() const { return sumOf(sumOf(repeated_, next_), pilotResult_); }
+
+    /// The running surface of such a contour.
+    std::vector<float> surfaceOf(const Points& contour, double step) const {
+        return samplesOf(section_, part_, contour, gaugeDepth_, step);
+    }
 
 private:
     static constexpr float kGap = 2.0f; // mm; wider gaps are straight
-
-    std::vector<float> surfaceOf(const Points& contour) const {
-        const float from = kind_ == SectionKind::Wheel ? section_.flangeBack : gaugePointOf(contour, gaugeDepth_);
-        return sampledSurface(contour, kind_, static_cast<double>(from));
-    }
 
     /// Values of the points at the places.
     Points atPlaces(const Points& values) const {
@@ -96,7 +97,7 @@ private:
     }
 
     const PreparedSection& section_;
-    SectionKind kind_;
+    WheelSetPart part_;
     float gaugeDepth_;
     NormalNumbers numbers_;
     Points noises_ = {}; ///< of the points, across the contour
@@ -135,8 +136,8 @@ struct Statistics {
 
 } // namespace
 
-NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth,
-                     float last) {
+NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth, float last,
+                     double pilotStep) {
     constexpr float kStep = 0.5f;
     constexpr float kMost = 60.0f; // the sweep goes no further
     NoiseEffect effect;
@@ -145,13 +146,16 @@ NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Sta
     }
     std::vector<Contour> contours;
     for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
-        contours.emplace_back(sections[part], isWheel(part) ? SectionKind::Wheel : SectionKind::Rail, gaugeDepth,
-                              part + 1);
+        contours.emplace_back(sections[part], part, gaugeDepth);
     }
-    const auto curveOf = [&](std::vector<float> (Contour::*surface)() const) {
-        const PerWheelSetPart<std::vector<float>> surfaces = {(contours[0].*surface)(), (contours[1].*surface)(),
-                                                              (contours[2].*surface)(), (contours[3].*surface)()};
-        const Oscillation oscillation = sweep(surfaces, stand);
+    const auto oscillationOf = [&](Points (Contour::*contour)() const, double step = kLateralStep) {
+        PerWheelSetPart<std::vector<float>> surfaces;
+        for (std::size_t part = 0; part < surfaces.size(); ++part) {
+            surfaces[part] = contours[part].surfaceOf((contours[part].*contour)(), step);
+        }
+        return sweep(surfaces, stand, step);
+    };
+    const auto curveOf = [&](const Oscillation& oscillation) {
         Curve curve;
         for (const NoiseEffect::Value& value : effect.values) {
             const auto conicity = oscillation.conicity(static_cast<double>(value.amplitude));
@@ -162,26 +166,26 @@ NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Sta
     const bool isNoisy = std::any_of(sections.begin(), sections.end(),
                                      [](const PreparedSection& section) { return !section.noise.isNegligible(); });
     const int trials = isNoisy ? kTrials : kTrialsWithoutNoise;
-    const Curve pilot = curveOf(&Contour::pilot);
+    const Curve pilot = curveOf(oscillationOf(&Contour::pilot, pilotStep));
+    effect.observed = oscillationOf(&Contour::observed);
     std::vector<Statistics> statistics(effect.values.size());
     for (int i = 0; i < trials; ++i) {
         for (Contour& contour : contours) {
             contour.draw();
         }
-        const Curve trial = curveOf(&Contour::trial);
-        const Curve pilotOfTrial = curveOf(&Contour::pilotOfTrial);
-        const Curve trialOfPilot = curveOf(&Contour::trialOfPilot);
+        const Curve trial = curveOf(oscillationOf(&Contour::trial));
+        const Curve pilotOfTrial = curveOf(oscillationOf(&Contour::pilotOfTrial));
+        const Curve trialOfPilot = curveOf(oscillationOf(&Contour::trialOfPilot));
         for (std::size_t k = 0; k < statistics.size(); ++k) {
             statistics[k].add(trial[k], trial[k] + pilotOfTrial[k] - trialOfPilot[k]);
         }
     }
     for (std::size_t k = 0; k < statistics.size(); ++k) {
         const int kLeast = trials * 3 / 4;
-        constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
         const Statistics& s = statistics[k];
         NoiseEffect::Value& value = effect.values[k];
         if (s.count < kLeast || !std::isfinite(pilot[k])) {
-            value.logCorrection = value.deviation = kNaN;
+            value.logCorrection = value.deviation = std::numeric_limits<float>::quiet_NaN();
             continue;
         }
         const double variance = Statistics::variance(s.trial, s.trialSquare, s.count);
@@ -199,6 +203,11 @@ float NoiseEffect::correction(float amplitude) const {
         curve.push_back({value.amplitude, value.logCorrection});
     }
     return std::exp(static_cast<float>(valueAt(curve, static_cast<double>(amplitude))));
+}
+
+float NoiseEffect::observedAt(float amplitude) const {
+    const auto value = observed.conicity(static_cast<double>(amplitude));
+    return value ? static_cast<float>(*value) : std::numeric_limits<float>::quiet_NaN();
 }
 
 Interval NoiseEffect::interval(float amplitude, float conicity) const {

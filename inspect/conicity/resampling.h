@@ -16,6 +16,8 @@ class NoiseEffect {
 public:
     /// What an amplitude's conicity has to be multiplied with to be free of bias; NaN where that is unknown.
     float correction(float amplitude) const;
+    /// The conicity of the profiles, calculated as in the trials; NaN where there is none.
+    float observedAt(float amplitude) const;
     /// The 95 % interval of a corrected conicity.
     Interval interval(float amplitude, float conicity) const;
 
@@ -25,11 +27,13 @@ public:
         float deviation = 0.0f; ///< of the logarithm of the corrected conicity
     };
     std::vector<Value> values = {}; ///< ascending amplitudes
+    Oscillation observed; ///< that of the profiles, as coarse as in the trials
 };
 
 /// Draws the noise of all profiles many times and looks at what the conicity becomes, at amplitudes every 0.5 mm up to `last`.
 /// Always draws the same numbers.
-NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth,
-                     float last);
+/// @param pilotStep of the profiles that the trials are compared with: kFineStep takes off what the coarser steps of the trials do, too
+NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth, float last,
+                     double pilotStep);
 
 } // namespace KxInspect::detail

@@ -62,7 +62,7 @@ std::vector<std::string> findContradictions(const PerWheelSetPart<Profile>& sect
                 .toStdString());
     }
     constexpr float kGrid = 0.2f;
-    if (!isMultiple(input.gauge - input.backToBack, kGrid)) {
+    if (input.edgeMargin && !isMultiple(input.gauge - input.backToBack, kGrid)) {
         found.emplace_back(
             "gauge minus back-to-back distance is no multiple of 0.2 mm: the wheels are lined up with the "
             "rails to the next 0.1 mm");
@@ -88,22 +88,40 @@ std::string whyNoFit(const PerWheelSetPart<Profile>& sections, const ConicityRes
         .toStdString();
 }
 
+QString missingAmplitudes(const ConicityResult& result) {
+    std::size_t missing = 0;
+    std::size_t hidden = 0;
+    for (std::size_t i = 0; i < result.conicity.size(); ++i) {
+        if (!hasConicity(result.conicity[i])) {
+            ++missing;
+            hidden += i < result.intervals.size() && result.intervals[i].isKnown() ? 1 : 0;
+        }
+    }
+    if (missing == 0) {
+        return {};
+    }
+    const QString count =
+        QStringLiteral("%1 of %2 amplitudes have no conicity: ").arg(missing).arg(result.conicity.size());
+    if (hidden == 0) {
+        return count + QStringLiteral("the difference of radii is too rough there for the method");
+    }
+    const QString noise = QStringLiteral("the noise of the profiles hides it");
+    return count + (hidden == missing ? noise
+                                      : noise + QStringLiteral(" at %1, and the difference of radii is too rough for "
+                                                               "the method at the others")
+                                                    .arg(hidden));
+}
+
 std::vector<std::string> findLimits(const ConicityResult& result) {
     std::vector<std::string> found;
-    const std::vector<Point>& curve = result.conicity;
     if (result.isCalculated() && !result.shownConicity) {
         found.push_back(QStringLiteral("no conicity at the amplitude of %1 mm: ")
                             .arg(static_cast<double>(result.shownAmplitude))
                             .toStdString() +
                         reasonWithoutConicity(result, result.shownAmplitude));
     }
-    const auto with = std::count_if(curve.begin(), curve.end(), hasConicity);
-    if (const auto all = static_cast<std::ptrdiff_t>(curve.size()); with < all) {
-        found.push_back(QStringLiteral("%1 of %2 amplitudes have no conicity: the difference of radii is too rough "
-                                       "there for the method")
-                            .arg(all - with)
-                            .arg(all)
-                            .toStdString());
+    if (const QString missing = missingAmplitudes(result); !missing.isEmpty()) {
+        found.push_back(missing.toStdString());
     }
     constexpr float kJump = 0.5f; // mm between neighbours 0.1 mm apart
     for (std::size_t i = 0; i + 1 < result.deltaR.size(); ++i) {

@@ -17,4 +17,7 @@ std::string whyNoFit(const PerWheelSetPart<Profile>& sections, const ConicityRes
 /// Whatever limits the validity of the result, one sentence each.
 std::vector<std::string> findLimits(const ConicityResult& result);
 
+/// How many amplitudes of a curve have no conicity, and why; empty where all have one.
+QString missingAmplitudes(const ConicityResult& result);
+
 } // namespace KxInspect::detail

@@ -1,9 +1,8 @@
 // The equivalent conicity as JSON.
+#include "inspect/conicity/warnings.h"
 #include "inspect/results/json.h"
 
 #include <KxInspect/Conicity.h>
-
-#include <algorithm>
 
 namespace KxInspect {
 
@@ -26,29 +25,18 @@ QJsonArray curveOf(const ConicityResult& result) {
 /// Why there are nulls, by the member that holds them.
 QJsonObject reasonsOf(const ConicityResult& result) {
     QJsonObject reasons;
-    const auto& curve = result.conicity;
     if (!result.shownConicity) {
         reasons[QStringLiteral("shownConicity")] =
             QString::fromStdString(reasonWithoutConicity(result, result.shownAmplitude));
-    }
-    if (result.shownConicity && !result.shownInterval.isKnown()) {
-        reasons[QStringLiteral("shownInterval")] =
-            QStringLiteral("more than a quarter of the resampled profiles have no conicity there");
     }
     if (result.shownConicity && !result.shownAsMeasured) {
         reasons[QStringLiteral("shownAsMeasured")] =
             QStringLiteral("the profiles without smoothing have no conicity there");
     }
-    if (curve.empty()) {
+    if (result.conicity.empty()) {
         reasons[QStringLiteral("conicity")] = QString::fromStdString(result.reason);
-    } else if (const auto none =
-                   curve.size() - static_cast<std::size_t>(std::count_if(curve.begin(), curve.end(), hasConicity));
-               none > 0) {
-        reasons[QStringLiteral("conicity")] =
-            QStringLiteral("%1 of %2 amplitudes have no conicity: the difference of radii is too rough there for the "
-                           "method")
-                .arg(none)
-                .arg(curve.size());
+    } else if (const QString missing = detail::missingAmplitudes(result); !missing.isEmpty()) {
+        reasons[QStringLiteral("conicity")] = missing;
     }
     return reasons;
 }
@@ -215,7 +203,7 @@ ConicityResult conicityFromJson(const std::string& json) {
     result.backToBack = root["backToBack"].number();
     result.radius1 = root["radius1"].number();
     result.radius2 = root["radius2"].number();
-    result.edgeMargin = root["edgeMargin"].number();
+    result.edgeMargin = root["edgeMargin"].numberIfPresent();
     result.shownAmplitude = root["shownAmplitude"].number();
     result.conicity = readPairs(root["conicity"]);
     result.deltaR = readPairs(root["deltaR"]);

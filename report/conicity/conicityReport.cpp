@@ -121,8 +121,10 @@ QString conicityPlot(const ConicityResult& result) {
     Points low;
     Points high;
     for (std::size_t i = 0; i < std::min(result.intervals.size(), result.conicity.size()); ++i) {
-        low.push_back(toPlot({result.conicity[i].x, result.intervals[i].low}));
-        high.push_back(toPlot({result.conicity[i].x, std::min(result.intervals[i].high, 2.0f * result.conicity[i].y)}));
+        const KxInspect::Interval interval =
+            hasConicity(result.conicity[i]) ? result.intervals[i] : KxInspect::Interval();
+        low.push_back(toPlot({result.conicity[i].x, interval.low}));
+        high.push_back(toPlot({result.conicity[i].x, interval.high}));
     }
     Range x;
     Range y;
@@ -152,7 +154,9 @@ void addTable(Page& page, const ConicityResult& result) {
     std::vector<std::vector<Cell>> rows;
     for (const KxInspect::ConicityRow& row : reachedRows(result)) {
         rows.push_back({{amplitudeText(row.amplitude)},
-                        {conicityText(row.conicity, row.interval), row.conicity ? Tone::Plain : Tone::Bad},
+                        {row.conicity ? conicityText(row.conicity, row.interval)
+                                      : QString::fromStdString("none: " + reasonWithoutConicity(result, row.amplitude)),
+                         row.conicity ? Tone::Plain : Tone::Bad},
                         {fixedText(row.asMeasured.value_or(kNaN), 4)}});
     }
     page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity, 95 % interval"),
@@ -333,10 +337,16 @@ QString conicityReport(const ConicityResult& result) {
     } else if (std::all_of(result.sections.begin(), result.sections.end(), hasPoints)) {
         addProfiles(page, result);
     }
-    const QString margin = QStringLiteral("Edge margin %1 mm").arg(fixedText(result.edgeMargin, 4));
-    page.paragraph(margin + (result.version.empty()
-                                 ? QStringLiteral(".")
-                                 : QStringLiteral(", KxMath %1.").arg(QString::fromStdString(result.version))));
+    QStringList how;
+    if (result.edgeMargin) {
+        how.append(QStringLiteral("Edge margin %1 mm").arg(fixedText(*result.edgeMargin, 4)));
+    }
+    if (!result.version.empty()) {
+        how.append(QStringLiteral("KxMath %1").arg(QString::fromStdString(result.version)));
+    }
+    if (!how.empty()) {
+        page.paragraph(how.join(QStringLiteral(", ")) + QLatin1Char('.'));
+    }
     return page.html();
 }
 

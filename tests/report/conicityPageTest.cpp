@@ -33,10 +33,10 @@ ConicityResult result() {
     r.shownConicity = 0.21875f;
     r.conicity = {{0.5f, 0.125f}, {1.0f, 0.15625f}, {1.5f, kNaN}, {2.0f, 0.1875f}, {3.0f, 0.25f}};
     r.shownInterval = {0.1875f, 0.2578125f};
-    r.intervals = {{0.0625f, 0.25f}, {0.125f, 0.1875f}, {}, {0.125f, 0.25f}, {0.25f, 0.25f}};
+    r.intervals = {{0.0625f, 0.25f}, {0.125f, 0.1875f}, {0.125f, 0.625f}, {0.125f, 0.25f}, {0.25f, 0.25f}};
     r.rows = {{0.5f, 0.125f, {0.0625f, 0.25f}, 0.09375f},
               {1.0f, 0.15625f, {0.125f, 0.1875f}, {}},
-              {3.0f, {}, {}, 0.25f},
+              {1.5f, {}, {}, 0.25f},
               {4.0f, 0.25f, {}, 0.25f}};
     r.sections[Rail1].noise = {0.0625f, 0.03125f};
     r.sections[Rail1].windows = {1.5f, 7.75f};
@@ -63,7 +63,9 @@ TEST(ConicityPage, ShowsWhatTheJsonSays) {
     const ReadTable& table = page.tables.at(0);
     ASSERT_EQ(table.rows.size(), 3u) << "as far as the curve goes";
     const char* const values[][3] = {
-        {"0.5", "0.13 (0.06 to 0.25)", "0.0938"}, {"1", "0.16 ± 0.03", "-"}, {"3", "-", "0.2500"}};
+        {"0.5", "0.13 (0.06 to 0.25)", "0.0938"},
+        {"1", "0.16 ± 0.03", "-"},
+        {"1.5", "none: the noise of the profiles leaves it anywhere from 0.125 to 0.625", "0.2500"}};
     for (size_t row = 0; row < 3; ++row) {
         EXPECT_EQ(table.at(row, "amplitude, mm").text, values[row][0]);
         EXPECT_EQ(table.at(row, "equivalent conicity, 95 % interval").text, QString::fromUtf8(values[row][1]));

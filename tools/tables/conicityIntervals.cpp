@@ -21,14 +21,14 @@ constexpr std::size_t kRows = 11; // 0.5, 1, 2, ... 10 mm
 struct Count {
     int values = 0;
     int held = 0;
-    int without = 0; ///< values that have no interval
+    int without = 0; ///< wheel-sets without a value
     double error = 0.0; ///< sum of the relative errors, likewise of those without smoothing and correction
     double square = 0.0;
     double asMeasured = 0.0;
     int measured = 0;
 
     void add(const KxInspect::ConicityRow& row, float truth) {
-        if (!row.interval.isKnown()) {
+        if (!row.conicity) {
             ++without;
             return;
         }
@@ -80,7 +80,7 @@ Seen look(TrackCase track, int runs) {
                 input.smoothing = kSmoothings[smoothing];
                 const auto rows = measureConicity(input).rows;
                 for (std::size_t row = 0; row < kRows; ++row) {
-                    if (truth[row].conicity && rows[row].conicity) {
+                    if (truth[row].conicity) {
                         seen[kind][smoothing][row].add(rows[row], *truth[row].conicity);
                     }
                 }
@@ -119,7 +119,7 @@ void print(const char* title, const std::vector<Case>& cases) {
 
 void printErrors(const Counts& counts) {
     std::printf(
-        "| amplitude, mm | values | without interval | mean error | standard deviation | mean error as measured |\n"
+        "| amplitude, mm | values | without value | mean error | standard deviation | mean error as measured |\n"
         "| --- | --- | --- | --- | --- | --- |\n");
     for (std::size_t row = 0; row < kRows; ++row) {
         const Count& count = counts[row];

@@ -38,8 +38,7 @@ TEST(Conicity, OfConesIsTheMeanOfTheirSlopes) {
     for (std::size_t i = 0; i < 8; ++i) { // up to the flanges
         const ConicityRow& row = result.rows[i];
         EXPECT_EQ(row.amplitude, i == 0 ? 0.5f : static_cast<float>(i));
-        EXPECT_NEAR(row.conicity.value_or(0.0f), kSlopes / 2.0f, 0.009f * kSlopes / 2.0f)
-            << row.amplitude << ": the error of the edge margin is smaller";
+        EXPECT_NEAR(row.conicity.value_or(0.0f), kSlopes / 2.0f, 0.001f * kSlopes / 2.0f) << row.amplitude;
         EXPECT_TRUE(row.interval.holds(*row.conicity));
         EXPECT_LT(row.interval.high - row.interval.low, 0.02f * kSlopes) << "exact points";
         EXPECT_EQ(row.asMeasured, row.conicity);
@@ -148,6 +147,7 @@ TEST(Conicity, NothingIsInterpolatedToAnAmplitudeWithoutOne) {
             p.y -= 6.0f * std::exp(-fromMiddle * fromMiddle); // a tread worn very hollow
         }
     }
+    input.edgeMargin = 0.001f;
     const ConicityResult result = measureConicity(input);
     ASSERT_TRUE(result.isCalculated());
     std::size_t missing = 0;

@@ -2,6 +2,7 @@
 #include "inspect/conicity/fineConicity.h"
 #include "inspect/conicity/wheelSets.h"
 #include "inspect/inspectSupport.h"
+#include "simulator/measuredTracks.h"
 #include "simulator/wheelContour.h"
 
 #include <cmath>
@@ -89,12 +90,12 @@ ConicityInput inputOf(const Contours& contours) {
     return input;
 }
 
-FineWheelSet fineOf(const Contours& contours) {
-    const ConicityInput input = inputOf(contours);
-    return {contours[Wheel1],
-            contours[Rail1],
-            contours[Wheel2],
-            contours[Rail2],
+FineWheelSet fineOf(const ConicityInput& input) {
+    const auto contour = [&](WheelSetPart part) { return input.sections[part].profile->points; };
+    return {contour(Wheel1),
+            contour(Rail1),
+            contour(Wheel2),
+            contour(Rail2),
             static_cast<double>(input.gauge),
             static_cast<double>(input.gaugeDepth),
             static_cast<double>(input.backToBack),
@@ -118,13 +119,16 @@ float conicityOf(const Contours& contours, float amplitude) {
 } // namespace
 
 TEST(ConicityOfContours, IsThatOfAFineSearch) {
-    Contours swapped = {kWheelSet[Wheel2], kWheelSet[Rail2], kWheelSet[Wheel1], kWheelSet[Rail1]};
-    for (const Contours& contours : {kWheelSet, swapped}) {
-        const ConicityResult result = measureConicity(inputOf(contours));
+    const Contours swapped = {kWheelSet[Wheel2], kWheelSet[Rail2], kWheelSet[Wheel1], kWheelSet[Rail1]};
+    // On the last two the contacts jump where the radii are equal: steps of 0.1 mm are off by 2 % and 8 %.
+    for (const ConicityInput& input :
+         {inputOf(kWheelSet), inputOf(swapped), measured(kxsim::TrackCase::NewOn20, {0.0, 0.05}, 1),
+          measured(kxsim::TrackCase::Hollow, {0.0, 0.05}, 1)}) {
+        const ConicityResult result = measureConicity(input);
         for (const float amplitude : {2.0f, 3.0f, 4.0f}) {
-            const auto fine = fineConicity(fineOf(contours), static_cast<double>(amplitude));
+            const auto fine = fineConicity(fineOf(input), static_cast<double>(amplitude));
             ASSERT_TRUE(fine);
-            EXPECT_NEAR(conicityAt(result, amplitude).value_or(0.0f), *fine, 0.02 * *fine) << amplitude;
+            EXPECT_NEAR(conicityAt(result, amplitude).value_or(0.0f), *fine, 0.005 * *fine) << amplitude;
         }
     }
 }

@@ -123,6 +123,16 @@ double halfWave(const std::vector<double>& potential, double left, double right,
     return sum * std::numbers::pi / kParts * (right - left) / 2.0 * kStep;
 }
 
+/// Where the potential first reaches a level, from the centre on; it does.
+double turn(const std::vector<double>& potential, std::size_t centre, int direction, double level) {
+    auto k = static_cast<long>(centre);
+    const auto at = [&](long i) { return potential[static_cast<std::size_t>(i)]; };
+    do {
+        k += direction;
+    } while (at(k) < level);
+    return static_cast<double>(k) - direction * (at(k) - level) / (at(k) - at(k - direction));
+}
+
 } // namespace
 
 std::optional<double> fineConicity(const FineWheelSet& set, double amplitude) {
@@ -150,21 +160,22 @@ std::optional<double> fineConicity(const FineWheelSet& set, double amplitude) {
     for (std::size_t k = *centre; k-- > 0;) {
         potential[k] = potential[k + 1] - (difference[k] + difference[k + 1]) / 2.0 * kStep;
     }
-    auto left = static_cast<double>(*centre);
-    for (std::size_t right = *centre + 1; right < potential.size() && left > 1.0; ++right) {
-        const double level = potential[right];
-        while (left > 1.0 && potential[static_cast<std::size_t>(left) - 1] < level) {
-            left -= 1.0;
-        }
-        const auto k = static_cast<std::size_t>(left);
-        const double part = (level - potential[k]) / (potential[k - 1] - potential[k]);
-        const double turn = left - part;
-        if ((static_cast<double>(right) - turn) * kStep >= 2.0 * amplitude) {
-            const double time = halfWave(potential, turn, static_cast<double>(right), level);
-            return std::numbers::pi * std::numbers::pi / (time * time);
-        }
+    double low = 0.0;
+    double high = std::min(*std::max_element(potential.begin(), potential.begin() + static_cast<long>(*centre)),
+                           *std::max_element(potential.begin() + static_cast<long>(*centre), potential.end()));
+    const auto amplitudeOf = [&](double level) {
+        return (turn(potential, *centre, 1, level) - turn(potential, *centre, -1, level)) * kStep / 2.0;
+    };
+    if (!(amplitudeOf(high) >= amplitude)) {
+        return {};
     }
-    return {};
+    for (int i = 0; i < 40; ++i) {
+        const double middle = (low + high) / 2.0;
+        (amplitudeOf(middle) < amplitude ? low : high) = middle;
+    }
+    const double time =
+        halfWave(potential, turn(potential, *centre, -1, high), turn(potential, *centre, 1, high), high);
+    return std::numbers::pi * std::numbers::pi / (time * time);
 }
 
 } // namespace conicity_test

@@ -83,7 +83,8 @@ ConicityOptions::ConicityOptions()
         "460");
     add("radius2", "Radius of the second wheel at its tape circle, mm.", "mm", "460");
     add("amplitudes", "Approximate number of amplitudes, which start at 1 mm.", "count", "100");
-    add("edge-margin", "Distance from the turning points at which the integration stops, mm.", "mm", "0.001");
+    add("edge-margin", "Takes the curve of EquivalentConicity, whose integral ends so far from the turning points, mm.",
+        "mm");
     add("amplitude", "The amplitude whose conicity is printed first, mm.", "mm", "3");
     add("smooth",
         "Smooth the profiles by local parabolas over so many mm of their contour; 0: not at all. Default: as much as "
@@ -127,7 +128,7 @@ ConicityInput ConicityOptions::input() const {
     input.radius1 = numberIn("radius1", KxInspect::kWheelRadii);
     input.radius2 = numberIn("radius2", KxInspect::kWheelRadii);
     input.amplitudes = static_cast<unsigned>(numberIn("amplitudes", KxInspect::kAmplitudeCounts));
-    input.edgeMargin = numberIn("edge-margin", KxInspect::kEdgeMargins);
+    input.edgeMargin = numberIfSet("edge-margin", {KxInspect::kEdgeMargins[0], KxInspect::kEdgeMargins[1]});
     input.shownAmplitude = numberIn("amplitude", KxInspect::kShownAmplitudes);
     input.flangeBack1 = numberIfSet("flange-back", {KxInspect::kFlangeBacks[0], KxInspect::kFlangeBacks[1]});
     input.flangeBack2 = input.flangeBack1;

@@ -38,10 +38,12 @@ QString conicityTable(const ConicityResult& result) {
     text += QLatin1Char('\n') + smoothingLines(result) +
             QStringLiteral("\namplitude, mm  conicity, 95 % interval  without smoothing\n");
     for (const KxInspect::ConicityRow& row : kxreport::reachedRows(result)) {
-        text += QStringLiteral("%1  %2  %3\n")
+        text += QStringLiteral("%1  %2  %3")
                     .arg(kxreport::amplitudeText(row.amplitude), 13)
                     .arg(kxreport::conicityText(row.conicity, row.interval), -22)
                     .arg(fixedText(row.asMeasured.value_or(kNone), 4), 17);
+        const QString reason = QString::fromStdString(reasonWithoutConicity(result, row.amplitude));
+        text += reason.isEmpty() ? QStringLiteral("\n") : QStringLiteral("  (%1)\n").arg(reason);
     }
     return text;
 }
