@@ -42,7 +42,7 @@ LINKED_AS = {"core": "interface of the core", "measuring": "interface of measuri
 # They look at everything.
 UNCHECKED = ("tests", "benchmarks", "fuzz")
 IGNORED = ("cmake", "docs", "packaging", "scripts", "out")
-PRODUCTS = ("src", "inspect", "report", "simulator", "fleet", "tools")
+PRODUCTS = ("src", "inspect", "report", "simulator", "fleet", "tools", "python")
 
 
 class Tree:

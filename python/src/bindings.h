@@ -1,0 +1,18 @@
+// The parts of the module, each with its classes and functions.
+#pragma once
+
+#include "values.h"
+
+namespace kxpython {
+
+void bindPrimitives(py::module_& module);
+void bindDirections(py::module_& module); ///< after the profiles and clouds, which their functions take
+void bindProfile(py::module_& module);
+void bindProfileChanges(py::class_<Profile>& type);
+void bindProfileFilters(py::class_<Profile>& type);
+void bindProfileFits(py::class_<Profile>& type);
+void bindProfileFeatures(py::class_<Profile>& type);
+void bindClouds(py::module_& module);
+void bindCloudOperations(py::class_<Cloud>& type);
+
+} // namespace kxpython

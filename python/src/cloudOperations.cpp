@@ -1,0 +1,152 @@
+// Turns, cuts and filters of clouds.
+#include "bindings.h"
+#include "lists.h"
+
+#include <KxMath/KxLevelHistogram.h>
+
+#include <map>
+
+namespace kxpython {
+
+using KxMath::KxPointXYZ;
+
+namespace {
+
+using LibraryCloud = KxMath::KxPointCloud<KxPointXYZ>;
+
+void bindTurns(py::class_<Cloud>& type) {
+    type.def(
+        "rotate_xy", [](const Cloud& self, float angle) { return changed(self, [=](auto& c) { c.rotateXY(angle); }); },
+        py::arg("angle"), doc("", {"KxPointCloudXYZ::rotateXY"}).c_str());
+    type.def(
+        "rotate_xz", [](const Cloud& self, float angle) { return changed(self, [=](auto& c) { c.rotateXZ(angle); }); },
+        py::arg("angle"), doc("", {"KxPointCloudXYZ::rotateXZ"}).c_str());
+    type.def(
+        "rotate_yz", [](const Cloud& self, float angle) { return changed(self, [=](auto& c) { c.rotateYZ(angle); }); },
+        py::arg("angle"), doc("", {"KxPointCloudXYZ::rotateYZ"}).c_str());
+    type.def(
+        "rotate",
+        [](const Cloud& self, float xy, float xz, float yz) {
+            return changed(self, [=](auto& c) { c.rotate(xy, xz, yz); });
+        },
+        py::arg("xy") = 0.0f, py::arg("xz") = 0.0f, py::arg("yz") = 0.0f, doc("", {"KxPointCloudXYZ::rotate"}).c_str());
+}
+
+void bindCuts(py::class_<Cloud>& type) {
+    type.def(
+        "crop",
+        [](const Cloud& self, Bounds x, Bounds y, Bounds z) {
+            return changed(self, [=](auto& c) { c.trim(x.min, x.max, y.min, y.max, z.min, z.max); });
+        },
+        py::arg("x") = py::none(), py::arg("y") = py::none(), py::arg("z") = py::none(),
+        doc("The points within bounds (low, high), None for no bound.", {"KxPointCloudXYZ::trim"}).c_str());
+    type.def(
+        "extract",
+        [](const Cloud& self, Bounds x, Bounds y, Bounds z) {
+            LibraryCloud taken;
+            Cloud rest =
+                changed(self, [&](auto& c) { c.extract(taken, x.min, x.max, y.min, y.max, z.min, z.max, true); });
+            return py::make_tuple(Cloud{taken.points}, rest);
+        },
+        py::arg("x") = py::none(), py::arg("y") = py::none(), py::arg("z") = py::none(),
+        doc("The points within bounds in reverse order, and the others.", {"KxPointCloudXYZ::extract"}).c_str());
+    type.def(
+        "section",
+        [](const Cloud& self, float z, float thickness) {
+            LibraryCloud out;
+            found(self, [&](auto& c) { return c.calcSection(out, z, thickness / 2.0f); });
+            return Cloud{out.points};
+        },
+        py::arg("z"), py::arg("thickness"),
+        doc("A slice along z, half of its thickness to each side.", {"KxPointCloudXYZ::calcSection"}).c_str());
+    type.def(
+        "remove_level",
+        [](const Cloud& self, float level, bool above) {
+            return changed(self, [=](auto& c) { c.removePointsByYLevel(level, above); });
+        },
+        py::arg("level"), py::arg("above") = false, doc("", {"KxPointCloudXYZ::removePointsByYLevel"}).c_str());
+    type.def(
+        "within",
+        [](const Cloud& self, const std::array<float, 3>& place, float distance) {
+            QList<int> positions;
+            found(self, [&](auto& c) {
+                return c.getRangeIndeces(positions, KxPointXYZ(place[0], place[1], place[2]), 2.0f * distance);
+            });
+            return positionsOf(positions);
+        },
+        py::arg("place"), py::arg("distance"),
+        doc("The positions of the points within a distance of a place.", {"KxPointCloudXYZ::getRangeIndeces"}).c_str());
+}
+
+void bindFilters(py::class_<Cloud>& type) {
+    type.def(
+        "remove_sparse",
+        [](const Cloud& self, float cell, int count) {
+            return changed(self, [=](auto& c) {
+                c.calcRange();
+                c.cubicFilter(cell, count);
+            });
+        },
+        py::arg("cell"), py::arg("min_count"),
+        doc("Without what lies in cells of few points.", {"KxPointCloudXYZ::cubicFilter"}).c_str());
+    type.def(
+        "remove_isolated",
+        [](const Cloud& self, float cell, MaybeFloat distance, int count, bool spherical) {
+            return changed(self, [=](auto& c) {
+                c.calcRange();
+                if (spherical) {
+                    c.sphericalFilter2(cell, distance.value, count);
+                } else {
+                    c.cubicFilter2(cell, distance.value, count, false);
+                }
+            });
+        },
+        py::arg("cell"), py::arg("max_distance"), py::arg("min_count"), py::arg("spherical") = true,
+        doc("Without points that have no neighbour in their cell.",
+            {"KxPointCloudXYZ::sphericalFilter2", "KxPointCloudXYZ::cubicFilter2"})
+            .c_str());
+    type.def(
+        "tape",
+        [](const Cloud& self, float step, MaybeFloat low, MaybeFloat high) {
+            LibraryCloud tape;
+            found(self, [&](auto& c) { return c.extractInsulatingTape(tape, step, low.value, high.value); });
+            return Cloud{tape.points};
+        },
+        py::arg("step"), py::arg("min_height"), py::arg("max_height"),
+        doc("The points of a tape on a surface.", {"KxPointCloudXYZ::extractInsulatingTape"}).c_str());
+    type.def(
+        "top_view",
+        [](const Cloud& self, MaybeFloat level) {
+            KxMath::KxProfile outline;
+            auto cloud = libraryObject(self);
+            unlocked(self.points.size(), [&] { outline.makeCloudTopView(cloud, level.value); });
+            return profileOf(outline);
+        },
+        py::arg("level") = py::none(),
+        doc("Seen from above: a profile of x and z.", {"KxProfile::makeCloudTopView"}).c_str());
+    type.def(
+        "level_counts",
+        [](const Cloud& self, float step) {
+            if (!(step > 0.0f)) {
+                throw py::value_error("the step must be above 0");
+            }
+            KxMath::KxLevelHistogram<KxPointXYZ> histogram;
+            auto cloud = libraryObject(self);
+            unlocked(self.points.size(), [&] { histogram.calcFromPointCloud(cloud, step); });
+            return histogram.levels.toStdMap();
+        },
+        py::arg("step"),
+        doc("The table as the library makes it. Counts by height alone are np.histogram(cloud.y, ...).",
+            {"KxLevelHistogram::calcFromPointCloud"})
+            .c_str());
+}
+
+} // namespace
+
+void bindCloudOperations(py::class_<Cloud>& type) {
+    bindTurns(type);
+    bindCuts(type);
+    bindFilters(type);
+}
+
+} // namespace kxpython

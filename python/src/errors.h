@@ -1,0 +1,13 @@
+// Failures of the libraries as exceptions of Python.
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+namespace kxpython {
+
+namespace py = pybind11;
+
+/// Makes KxInspect::Error an exception of kxmath._errors.
+void bindErrors(py::module_& module);
+
+} // namespace kxpython
