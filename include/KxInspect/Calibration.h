@@ -61,6 +61,7 @@ struct CalibrationTask {
     /// placements. One profile looks the same to a sensor that is upside down with the object the other way up, so that
     /// a wrong placement may go unnoticed unless this says it again, or the object was moved along Z.
     std::optional<ObliqueCrest> obliqueCrest = {};
+    ObjectError objectError = {}; ///< what no profile shows of itself; the intervals contain it
 
     /// The side as given, by `side` or by sensorY.
     std::optional<SensorSide> givenSide() const {
@@ -129,8 +130,10 @@ struct ProfilePose {
     double rms = std::numeric_limits<double>::quiet_NaN(); ///< of the points on all flanks, mm
     /// Standard deviation of the least certain angle, degrees.
     double angleDeviation = std::numeric_limits<double>::quiet_NaN();
-    /// Half the width of the 95 % interval of each value, from the noise of the points; of y, that of foundY.
+    /// Half the width of the 95 % interval of each value, from the noise of the points and CalibrationTask::objectError; of
+    /// y, that of foundY.
     SensorPose uncertainty = {};
+    SensorPose byObject = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0}; ///< the part of it that the error of the object makes
     int outliers = 0; ///< points that do not count
     std::array<double, 3> moved = {0.0, 0.0, 0.0}; ///< as in NamedProfile
     FlankResiduals flanks = {};
@@ -193,7 +196,7 @@ struct CalibrationResult {
 
 /// Finds the pose for one profile of the object, in any order of its points, by least squares over all points on the
 /// flanks, without outliers. A profile without a pose is no error: its result has a fault. Throws an Error (BadArgument)
-/// for a pitch or slope that is not above 0, an obliqueness of 0, one of the numbers of the task that is not finite, a
+/// for a pitch or slope that is not above 0, an obliqueness of 0, one of the numbers of the task that is not finite, an objectError below 0, a
 /// task that gives neither sensorY nor side, or both where they contradict each other, or an obliqueCrest that contradicts
 /// the placement. Without obliqueCrest see CalibrationResult::otherPose.
 KXINSPECT_EXPORT ProfilePose measurePose(const Profile& profile, const CalibrationTask& task,

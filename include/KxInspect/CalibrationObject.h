@@ -41,6 +41,16 @@ struct CalibrationObject {
     /// @}
 };
 
+/// Standard uncertainties of the measures of an object (type B of JCGM 100:2008; half of an expanded uncertainty with k =
+/// 2), from its certificate.
+struct ObjectError {
+    double pitch = 0.0; ///< mm
+    double slope = 0.0;
+    double obliqueness = 0.0;
+
+    bool isSet() const { return pitch != 0.0 || slope != 0.0 || obliqueness != 0.0; }
+};
+
 /// A measure of the object with its name in JSON.
 struct CalibrationObjectField {
     const char* name;

@@ -55,6 +55,12 @@ void checkCalibrationTask(const CalibrationTask& task, const std::vector<std::ar
     require(object.slope > 0.0 && std::isfinite(object.slope), "slope", "must be above 0 and finite");
     require(object.obliqueness != 0.0 && std::isfinite(object.obliqueness), "obliqueness",
             "must be finite and not 0: x could not be found");
+    const ObjectError& error = task.objectError;
+    for (const double part : {error.pitch, error.slope, error.obliqueness}) {
+        require(part >= 0.0 && std::isfinite(part), "objectError", "must be at least 0 and finite");
+    }
+    require(error.pitch < object.pitch && error.slope < object.slope, "objectError",
+            "must be less than pitch and slope");
     require(std::isfinite(object.crestY), "crestY", "must be finite");
     require(!task.sensorY || std::isfinite(*task.sensorY), "sensorY", "must be finite");
     for (const auto& moved : moves) {
@@ -96,6 +102,7 @@ ProfilePose poseOf(const NamedProfile& profile, const Sighting& sighting, const 
     result.pose = trackPose(sighting, axes.signs, task);
     result.foundY = result.pose.y;
     result.uncertainty = uncertaintyOf(*sighting.fit);
+    result.byObject = uncertaintyByObject(*sighting.fit);
     const SensorPose& u = result.uncertainty;
     result.angleDeviation = std::max({u.alpha, u.beta, u.gamma}) / kNormal95;
     if (!placementOf(task.placement).findsY) {

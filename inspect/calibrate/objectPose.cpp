@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace KxInspect::detail {
 
@@ -114,6 +116,30 @@ std::optional<ObjectFit> fitObjectPose(const std::vector<ReadPoint>& points, con
         }
     }
     return best;
+}
+
+void addObjectError(const std::vector<ReadPoint>& points, const CalibrationObject& object, const ObjectError& error,
+                    ObjectFit& fit) {
+    const std::pair<double CalibrationObject::*, double> errors[] = {
+        {&CalibrationObject::pitch, error.pitch},
+        {&CalibrationObject::slope, error.slope},
+        {&CalibrationObject::obliqueness, error.obliqueness}};
+    for (const auto& [measure, deviation] : errors) {
+        if (deviation == 0.0) {
+            continue;
+        }
+        CalibrationObject smaller = object;
+        CalibrationObject larger = object;
+        smaller.*measure -= deviation;
+        larger.*measure += deviation;
+        const auto below = fitObjectPose(points, smaller, fit.pose);
+        const auto above = fitObjectPose(points, larger, fit.pose);
+        for (std::size_t i = 0; i < ObjectPose::kCount; ++i) {
+            const double change = below && above ? (above->pose.values[i] - below->pose.values[i]) / 2.0
+                                                 : std::numeric_limits<double>::infinity();
+            fit.objectDeviations[i] = std::hypot(fit.objectDeviations[i], change);
+        }
+    }
 }
 
 } // namespace KxInspect::detail

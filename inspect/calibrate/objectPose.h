@@ -32,6 +32,7 @@ struct ObjectPose {
 struct ObjectFit {
     ObjectPose pose;
     Matrix<ObjectPose::kCount> covariance{}; ///< from the noise of the points
+    Vector<ObjectPose::kCount> objectDeviations{}; ///< of the values, from the errors of the object
     std::array<double, kFlankCount> flankDeviations{}; ///< standard deviations of the mean distances along Y, mm
     double noise = 0.0; ///< standard deviation of the points along y of the profile, mm
     std::vector<bool> areOutliers; ///< of each point: it lies off its flank by more than noise
@@ -41,6 +42,10 @@ struct ObjectFit {
 
 /// The pose from which the flanks have these lines, roughly. Empty where there is none.
 std::optional<ObjectPose> poseFromLines(const FlankLines& lines, const CalibrationObject& object);
+
+/// Finds what the errors of an object do to the values of a fit: by how much they change with each of its measures.
+void addObjectError(const std::vector<ReadPoint>& points, const CalibrationObject& object, const ObjectError& error,
+                    ObjectFit& fit);
 
 /// Fits the pose to all points by least squares along y, without outliers.
 /// @param points ordered by x

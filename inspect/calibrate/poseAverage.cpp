@@ -80,19 +80,25 @@ double studentFactor(double freedom) {
 
 /// Half the widths of the intervals of the mean: from those of the profiles, whose noise is independent. Where the
 /// profiles differ by certainly more than these say, their spread counts instead.
-SensorPose uncertaintyOfMean(const std::vector<SensorPose>& ofProfiles, const SensorPose& deviation) {
+/// The error of the object is common to all, and comes on top.
+SensorPose uncertaintyOfMean(const std::vector<const ProfilePose*>& profiles, const SensorPose& deviation) {
     constexpr double kCertain = 4.0; // standard deviations of the quotient of two variances
-    const double n = static_cast<double>(ofProfiles.size());
+    const double n = static_cast<double>(profiles.size());
     SensorPose result;
     for (const PoseField& field : kPoseFields) {
         double squares = 0.0;
-        for (const SensorPose& uncertainty : ofProfiles) {
-            squares += uncertainty.*field.value * (uncertainty.*field.value);
+        double byObject = 0.0;
+        for (const ProfilePose* const profile : profiles) {
+            const double uncertainty = profile->uncertainty.*field.value;
+            const double common = profile->byObject.*field.value;
+            squares += uncertainty * uncertainty - common * common;
+            byObject += common / n;
         }
         const double byNoise = squares / n / (kNormal95 * kNormal95); // variance of one profile
         const double bySpread = deviation.*field.value * (deviation.*field.value);
         const bool isSpread = bySpread > byNoise * (1.0 + kCertain * std::sqrt(2.0 / (n - 1.0))); // NaN for one: false
-        result.*field.value = isSpread ? studentFactor(n - 1.0) * std::sqrt(bySpread / n) : std::sqrt(squares) / n;
+        const double own = isSpread ? studentFactor(n - 1.0) * std::sqrt(bySpread / n) : std::sqrt(squares) / n;
+        result.*field.value = std::hypot(own, byObject);
     }
     return result;
 }
@@ -116,12 +122,12 @@ void judge(const ProfilePose& profile, PoseAverage& result) {
 PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) {
     PoseAverage result;
     std::vector<SensorPose> poses; // with y by the object
-    std::vector<SensorPose> uncertainties;
+    std::vector<const ProfilePose*> withPose;
     double givenY = 0.0; // one for all
     for (const ProfilePose& profile : profiles) {
         if (profile.hasPose()) {
             poses.push_back(withFoundY(profile.pose, profile.foundY));
-            uncertainties.push_back(profile.uncertainty);
+            withPose.push_back(&profile);
             givenY = profile.pose.y;
         }
     }
@@ -131,7 +137,7 @@ PoseAverage averagePoses(const std::vector<ProfilePose>& profiles, bool findsY) 
     result.profiles = static_cast<int>(poses.size());
     average(poses, result);
     result.foundY = result.pose.y;
-    result.uncertainty = uncertaintyOfMean(uncertainties, result.deviation);
+    result.uncertainty = uncertaintyOfMean(withPose, result.deviation);
     result.largest = kZero;
     result.pointDifference = 0.0;
     for (const ProfilePose& profile : profiles) {

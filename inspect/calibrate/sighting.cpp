@@ -98,6 +98,7 @@ Sighting sight(const NamedProfile& profile, const CalibrationTask& task) {
             }
             const QString fault = faultOf(*fit);
             if (fault.isEmpty()) {
+                addObjectError(points, object, task.objectError, *fit);
                 sighting.fit = std::move(fit);
                 sighting.isReversed = direction;
                 sighting.order = std::move(order);

@@ -85,10 +85,32 @@ double halfWidthOf(const ObjectFit& fit, std::size_t value) {
     return kNormal95 * std::sqrt(fit.covariance[value][value]) * unit;
 }
 
-SensorPose uncertaintyOf(const ObjectFit& fit) {
-    const auto of = [&](std::size_t value) { return halfWidthOf(fit, value); };
+namespace {
+
+/// A pose of a statistic of each value, by its place in ObjectPose.
+template <typename Of>
+SensorPose eachValue(Of of) {
     return {of(ObjectPose::kX),     of(ObjectPose::kY),    of(ObjectPose::kZ),
             of(ObjectPose::kAlpha), of(ObjectPose::kBeta), of(ObjectPose::kGamma)};
+}
+
+double unitOf(std::size_t value) {
+    return value < ObjectPose::kX ? kDegrees : 1.0;
+}
+
+} // namespace
+
+SensorPose uncertaintyByObject(const ObjectFit& fit) {
+    return eachValue([&](std::size_t value) { return kNormal95 * fit.objectDeviations[value] * unitOf(value); });
+}
+
+SensorPose uncertaintyOf(const ObjectFit& fit) {
+    const SensorPose byObject = uncertaintyByObject(fit);
+    SensorPose all = eachValue([&](std::size_t value) { return halfWidthOf(fit, value); });
+    for (const PoseField& field : kPoseFields) {
+        all.*field.value = std::hypot(all.*field.value, byObject.*field.value);
+    }
+    return all;
 }
 
 AxisSigns signsByMoves(const std::vector<Sighting>& sightings) {

@@ -44,6 +44,9 @@ Axes axesOf(const std::vector<Sighting>& sightings, const CalibrationTask& task,
 /// Half the widths of the 95 % intervals of the pose in the track. Axes that run the other way do not change them.
 SensorPose uncertaintyOf(const ObjectFit& fit);
 
+/// What of them the errors of the object make.
+SensorPose uncertaintyByObject(const ObjectFit& fit);
+
 /// The pose in the track, with the angles as the placement writes them.
 SensorPose trackPose(const Sighting& sighting, const AxisSigns& signs, const CalibrationTask& task);
 

@@ -113,6 +113,13 @@ QJsonObject toJson(const ProfilePose& profile) {
             {"flanks", toJson(profile.flanks)}};
 }
 
+/// Null where none was told.
+QJsonValue objectErrorToJson(const ObjectError& error) {
+    return error.isSet()
+               ? QJsonValue(QJsonObject{{"pitch", error.pitch}, {"slope", error.slope}, {"oblique", error.obliqueness}})
+               : QJsonValue();
+}
+
 QJsonValue sideToJson(std::optional<SensorSide> side) {
     return side ? QJsonValue(*side == SensorSide::SmallerY ? kSmallerY : kLargerY) : QJsonValue();
 }
@@ -286,6 +293,7 @@ std::string toJson(const CalibrationResult& result, Pictures pictures) {
                         {"version", detail::toQt(result.version)},
                         {"position", result.task.placement},
                         {"object", fieldsToJson(result.task.object, kCalibrationObjectFields)},
+                        {"objectError", objectErrorToJson(result.task.objectError)},
                         {"pose", QJsonValue()},
                         {"side", QJsonValue()},
                         {"profiles", profiles},
@@ -310,6 +318,10 @@ CalibrationResult calibrationFromJson(const std::string& text) {
     result.version = json["version"].text();
     result.task.placement = json["position"].wholeNumber();
     readFields(json["object"], kCalibrationObjectFields, result.task.object);
+    if (const JsonValue error = json["objectError"]; !error.isNull()) {
+        result.task.objectError = {error["pitch"].wideNumber(), error["slope"].wideNumber(),
+                                   error["oblique"].wideNumber()};
+    }
     for (const JsonValue& profile : json["profiles"].list()) {
         result.profiles.push_back(readProfile(profile));
         result.average.profiles += result.profiles.back().hasPose() ? 1 : 0;

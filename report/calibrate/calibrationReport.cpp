@@ -139,6 +139,15 @@ void addPose(Page& page, const CalibrationResult& result) {
                 QStringLiteral("95 % interval, \u00b1"), QStringLiteral("standard deviation, one profile"),
                 QStringLiteral("largest difference from the mean")},
                rows, 2);
+    page.paragraph(
+        result.task.objectError.isSet()
+            ? QStringLiteral(
+                  "The intervals contain the noise of the points and the standard uncertainties of the object: "
+                  "pitch %1 mm, slope %2, obliqueness %3.")
+                  .arg(result.task.objectError.pitch)
+                  .arg(result.task.objectError.slope)
+                  .arg(result.task.objectError.obliqueness)
+            : QStringLiteral("The intervals contain the noise of the points; errors of the object are not in them."));
     page.paragraph(QStringLiteral("Standard deviations and largest differences, of profiles as of points, describe the "
                                   "data: they are what intervals are made of, and have none of their own."));
 }

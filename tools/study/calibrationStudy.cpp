@@ -15,14 +15,15 @@ namespace kxstudy {
 namespace {
 
 constexpr int kPlacement = 2;
+constexpr KxInspect::ObjectError kObjectError = {0.002, 1e-4, 5e-5};
 
 /// An object as it was made.
 KxInspect::CalibrationObject objectOf(int station) {
     kxsim::Random random({6000, static_cast<std::uint64_t>(station)});
     KxInspect::CalibrationObject object = KxInspect::calibrationObjectFor(kPlacement);
-    object.pitch += 0.002 * random.normal();
-    object.slope += 1e-4 * random.normal();
-    object.obliqueness += 5e-5 * random.normal();
+    object.pitch += kObjectError.pitch * random.normal();
+    object.slope += kObjectError.slope * random.normal();
+    object.obliqueness += kObjectError.obliqueness * random.normal();
     return object;
 }
 
@@ -71,6 +72,7 @@ std::vector<StudiedValue> studyCalibrate(const Report& report) {
                 KxInspect::CalibrationTask task;
                 task.placement = kPlacement;
                 task.object = KxInspect::calibrationObjectFor(kPlacement);
+                task.objectError = kObjectError;
                 task.sensorY = static_cast<float>(pose.origin.y); // its side is all that counts
                 const KxInspect::CalibrationResult result =
                     measurePoses({{"profile", KxInspect::fromKxProfile(profile)}}, task);

@@ -104,6 +104,8 @@ TEST(MeasurePose, RefusesInvalidTasks) {
         {"crestY", [](CalibrationTask& t) { t.object.crestY = INFINITY; }},
         {"sensorY", [](CalibrationTask& t) { t.sensorY = NAN; }},
         {"side", [](CalibrationTask& t) { t.side.reset(); }},
+        {"objectError", [](CalibrationTask& t) { t.objectError.slope = -0.001; }},
+        {"objectError", [](CalibrationTask& t) { t.objectError.pitch = 23.0; }},
         {"obliqueCrest", [](CalibrationTask& t) { t.obliqueCrest = ObliqueCrest::Below; }},
         {"side", [](CalibrationTask& t) { t.sensorY = 119.0f; }}, // that of the crests is 120, the side the other one
     };
@@ -179,6 +181,30 @@ TEST(MeasurePose, NeighboursThatAreAlikeWidenTheIntervals) {
                   measurePose(shot.profile, shot.task).uncertainty.beta;
     }
     EXPECT_NEAR(ratios / kShots, std::sqrt(5.0), 0.25); // the mean of many such points has five times the variance
+}
+
+TEST(MeasurePose, TheErrorOfTheObjectIsThatOfAPoseByAnotherObject) {
+    const ObjectError errors[] = {{0.01, 0.0, 0.0}, {0.0, 0.0007, 0.0}, {0.0, 0.0, 0.0003}};
+    for (const ObjectError& error : errors) {
+        Shot shot(2);
+        const ProfilePose exact = measurePose(shot.profile, shot.task);
+        shot.task.objectError = error;
+        const ProfilePose found = measurePose(shot.profile, shot.task);
+        const CalibrationResult mean = measurePoses({{"a", shot.profile}, {"b", Shot(2, 0.02, 9).profile}}, shot.task);
+        shot.task.objectError = {};
+        shot.task.object.pitch += error.pitch;
+        shot.task.object.slope += error.slope;
+        shot.task.object.obliqueness -= error.obliqueness; // seen from the other side
+        const ProfilePose other = measurePose(shot.profile, shot.task);
+        for (const PoseField& field : kPoseFields) {
+            const double change = std::abs(other.pose.*field.value - exact.pose.*field.value);
+            const double byObject = found.byObject.*field.value;
+            EXPECT_NEAR(byObject, 1.96 * change, 0.03 * byObject + 1e-4) << field.name << " " << error.slope;
+            EXPECT_NEAR(found.uncertainty.*field.value, std::hypot(exact.uncertainty.*field.value, byObject), 1e-9);
+            EXPECT_GT(mean.average.uncertainty.*field.value, 0.95 * byObject) << "of both profiles alike";
+            EXPECT_LT(mean.average.uncertainty.*field.value, found.uncertainty.*field.value);
+        }
+    }
 }
 
 TEST(MeasurePoses, ShotsOfAMovedObjectShowHowTheAxesRun) {

@@ -82,6 +82,7 @@ TEST(CalibrationJson, HoldsTheResult) {
 
 TEST(CalibrationJson, WhatWasNotMeasuredIsNull) {
     CalibrationResult result;
+    result.task.objectError = {0.5, 0.25, 0.125};
     result.profiles = {{}};
     result.average.profiles = 1;
     for (std::size_t flank = 1; flank < kFlankCount; ++flank) {

@@ -93,6 +93,11 @@ void addOptions(Options& options) {
     addMovedOption(options,
                    QStringLiteral("How far the object was moved from its place for a file, along X, Y and Z of the "
                                   "track, mm; given once for each file, in their order."));
+    options.addOption(
+        "object-error",
+        QStringLiteral("Standard uncertainties of the object, which the intervals then contain: of --pitch "
+                       "in mm, of --slope and of --oblique."),
+        "MM,M,T", QStringLiteral("0,0,0"));
     addTextOptions(options);
     options.addOption("sensor", QStringLiteral("Number of the sensor in SETTINGS, 1 to 49; required with --write."),
                       "N");
@@ -112,6 +117,17 @@ int sensorOption(const Options& options) {
     return options.wholeNumber("sensor", 1, kMaxSensor);
 }
 
+KxInspect::ObjectError objectErrorOption(const Options& options) {
+    constexpr double kLargest = 1.0;
+    const QString option = QStringLiteral("--object-error");
+    const QString text = options.text("object-error");
+    const std::array<double, 3> error = threeNumbers(options, text, option, kLargest);
+    if (*std::min_element(error.begin(), error.end()) < 0.0) {
+        options.failNeed(option, QStringLiteral("3 numbers of at least 0"), text);
+    }
+    return {error[0], error[1], error[2]};
+}
+
 /// Reads what is known of the side, and the object, which faces it.
 void readSide(const Options& options, Arguments& a) {
     constexpr double kFarthest = 1e6;
@@ -129,6 +145,7 @@ void readSide(const Options& options, Arguments& a) {
     }
     a.task.object.crestY = objectOption(options, a.task.placement).crestY;
     a.task.object = objectOption(options, a.task.placement, a.task.givenSide());
+    a.task.objectError = objectErrorOption(options);
 }
 
 void checkMoves(const Options& options, const Arguments& a) {

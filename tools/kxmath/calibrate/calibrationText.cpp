@@ -67,6 +67,8 @@ QString calibrationText(const CalibrationResult& result) {
                .arg(outliers) +
            QStringLiteral("+- is half the width of the 95 % interval; deviation (of single profiles), rms and largest "
                           "describe the data and have none\n") +
+           (result.task.objectError.isSet() ? QStringLiteral("the intervals contain the error of the object as told\n")
+                                            : QString()) +
            poseTable(result) + flankTable(result.flanks);
 }
 
