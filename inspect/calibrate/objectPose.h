@@ -31,7 +31,8 @@ struct ObjectPose {
 /// A pose fitted to the points on the flanks.
 struct ObjectFit {
     ObjectPose pose;
-    Matrix<ObjectPose::kCount> covariance{}; ///< from the noise of the points
+    Matrix<ObjectPose::kCount> covariance{}; ///< from the noise of the points, and flanks that deviate by more
+    double inflation = 1.0; ///< by how much the latter increase it
     Vector<ObjectPose::kCount> objectDeviations{}; ///< of the values, from the errors of the object
     std::array<double, kFlankCount> flankDeviations{}; ///< standard deviations of the mean distances along Y, mm
     double noise = 0.0; ///< standard deviation of the points along y of the profile, mm

@@ -185,7 +185,8 @@ void judge(const FlankPoints& points, const Matrix<Pose::kCount>& inverse, Objec
         deviation *= std::sqrt(correlation);
     }
     fit.covariance = noise.covariance;
-    scale(fit.covariance, correlation * (ratio > limit ? ratio : 1.0));
+    fit.inflation = ratio > limit ? ratio : 1.0;
+    scale(fit.covariance, correlation * fit.inflation);
 }
 
 } // namespace KxInspect::detail

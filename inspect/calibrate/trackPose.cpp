@@ -108,7 +108,9 @@ SensorPose uncertaintyOf(const ObjectFit& fit) {
     const SensorPose byObject = uncertaintyByObject(fit);
     SensorPose all = eachValue([&](std::size_t value) { return halfWidthOf(fit, value); });
     for (const PoseField& field : kPoseFields) {
-        all.*field.value = std::hypot(all.*field.value, byObject.*field.value);
+        // Flanks deviate because the object does: its told error and their deviation count once.
+        const double noise = all.*field.value / std::sqrt(fit.inflation);
+        all.*field.value = std::max(all.*field.value, std::hypot(noise, byObject.*field.value));
     }
     return all;
 }
