@@ -13,6 +13,7 @@
 #include "Calibration.h"
 #include "CalibrationObject.h"
 #include "Conicity.h"
+#include "Consist.h"
 #include "CrossSection.h"
 #include "Error.h"
 #include "Export.h"

@@ -47,6 +47,7 @@ struct PassIdentity {
     PassLabels labels = {};
     SettingsIdentity settings = {};
     std::optional<SettingsIdentity> defects = {}; ///< absent when defects were not looked for
+    std::optional<InputFile> consist = {}; ///< the list of vehicles; absent without one that was read from a file
     std::string version = {}; ///< of the library that measured
 };
 

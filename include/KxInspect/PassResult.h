@@ -1,6 +1,7 @@
 // What was measured in a pass of a train. Everything that tables, files and pages show of a pass is in here.
 #pragma once
 
+#include "Consist.h"
 #include "Export.h"
 #include "Interval.h"
 #include "Json.h"
@@ -140,6 +141,7 @@ struct WheelPair {
     float yaw = std::numeric_limits<float>::quiet_NaN();
     Interval yawInterval = {};
     std::string yawReason = {}; ///< why the yaw is not known; empty when it is
+    AxleNumber axle = {}; ///< which axle of the train it is
 
     bool isComplete() const { return wheels[0] && wheels[1]; }
 };
@@ -206,12 +208,15 @@ struct KXINSPECT_EXPORT PassResult {
     float tolerance = 0.0f; ///< mm to both sides, the limit itself included
     std::optional<DefectLimits> defectLimits; ///< set when defects were looked for
     std::vector<WheelPair> pairs; ///< in order along the train
+    PassTrain train = {}; ///< its vehicles
     std::vector<std::string> warnings; ///< what makes results doubtful, UTF-8
     std::vector<PairPicture> pictures; ///< of the pairs that were asked for
     std::vector<RawPicture> rawPictures; ///< of the sides on which no wheel was found
 
     /// The wheel of one side of a pair, null when that sensor did not see it.
     const PassWheel* wheelOf(const WheelPair& pair, std::size_t side) const;
+    /// The vehicle of a pair, null when it is not known.
+    const PassVehicle* vehicleOf(const WheelPair& pair) const;
     int distances() const; ///< how many pairs have one
     VerdictCount count(PassQuestion question) const;
     /// True when the pass has a distance and, where treads were asked for, a verdict on a tread or on roundness.

@@ -1,6 +1,7 @@
 // Measuring the pass of a train from the recordings of facing sensors.
 #pragma once
 
+#include "Consist.h"
 #include "Export.h"
 #include "PassResult.h"
 #include "Progress.h"
@@ -18,6 +19,9 @@ struct PassOptions {
     std::optional<float> nominal; ///< distance, mm; the base distance when absent
     float tolerance = 3.0f; ///< allowed deviation to both sides, mm, the limit itself included
     std::optional<DefectSettings> defects; ///< treads are judged with them; absent: they are not judged
+    std::optional<Consist> consist =
+        {}; ///< the vehicles of the train; absent: they are found by the gaps between axles
+    ConsistOrder consistOrder = ConsistOrder::Found; ///< which end of the list passed first
     PassLabels labels = {}; ///< what the result says of where and when the pass was
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on
     /// Where the wheel files are left; made where it is missing. Empty: no files are written.

@@ -79,7 +79,8 @@ QJsonObject identityObject(const PassIdentity& identity) {
             {QStringLiteral("speed"), jsonNumber(labels.speed)},
             {QStringLiteral("speedReason"), labels.speed ? QJsonValue() : QJsonValue(QLatin1String(kNoSpeed))},
             {QStringLiteral("settings"), settingsValue(identity.settings)},
-            {QStringLiteral("defects"), settingsValue(identity.defects)}};
+            {QStringLiteral("defects"), settingsValue(identity.defects)},
+            {QStringLiteral("consist"), fileValue(identity.consist)}};
 }
 
 PassIdentity readIdentity(const JsonValue& document) {
@@ -98,6 +99,7 @@ PassIdentity readIdentity(const JsonValue& document) {
                        readText(value["direction"]), readText(value["time"]), value["speed"].numberIfPresent()};
     identity.settings = readSettings(value["settings"]).value_or(SettingsIdentity());
     identity.defects = readSettings(value["defects"]);
+    identity.consist = readFile(value["consist"]);
     identity.version = document["version"].text();
     return identity;
 }

@@ -1,6 +1,7 @@
 // The result of a pass from JSON.
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
+#include "inspect/results/trainJson.h"
 
 #include <KxInspect/PassResult.h>
 #include <KxInspect/Recording.h>
@@ -149,6 +150,7 @@ void readPair(const JsonValue& value, PassResult& result) {
     pair.yaw = value["yaw"].number();
     pair.yawInterval = value["yawInterval"].interval();
     pair.yawReason = value["yawReason"].textOrNull();
+    pair.axle = detail::readAxleNumber(value);
     result.pairs.push_back(pair);
 }
 
@@ -214,6 +216,7 @@ PassResult passFromJson(const std::string& json) {
     result.nominal = document["nominal"].number();
     result.tolerance = document["tolerance"].number();
     result.defectLimits = readLimits(document["defectLimits"]);
+    result.train = detail::readTrain(document["train"]);
     for (const JsonValue& pair : document["pairs"].list()) {
         readPair(pair, result);
     }

@@ -1,6 +1,7 @@
 // The result of a pass as JSON.
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
+#include "inspect/results/trainJson.h"
 
 #include <KxInspect/PassResult.h>
 
@@ -128,19 +129,22 @@ QJsonObject pairObject(const PassResult& result, std::size_t index) {
     for (std::size_t side = 0; side < result.sides.size(); ++side) {
         sides.append(wheelValue(result.wheelOf(pair, side)));
     }
-    return {{QStringLiteral("pair"), static_cast<qint64>(index + 1)},
-            {QStringLiteral("sides"), sides},
-            {QStringLiteral("backToBack"), jsonNumber(pair.distance)},
-            {QStringLiteral("distance"), jsonNumber(pair.distance)},
-            {QStringLiteral("deviation"), jsonNumber(pair.deviation)},
-            {QStringLiteral("interval"), jsonInterval(pair.interval)},
-            {QStringLiteral("intervalReason"), reasonValue(pair.intervalReason)},
-            {QStringLiteral("chord"), jsonNumber(pair.chord)},
-            {QStringLiteral("yaw"), jsonNumber(pair.yaw)},
-            {QStringLiteral("yawInterval"), jsonInterval(pair.yawInterval)},
-            {QStringLiteral("yawReason"), reasonValue(pair.yawReason)},
-            {QStringLiteral("reason"), reasonValue(pair.reason)},
-            {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
+    QJsonObject object = {
+        {QStringLiteral("pair"), static_cast<qint64>(index + 1)},
+        {QStringLiteral("sides"), sides},
+        {QStringLiteral("backToBack"), jsonNumber(pair.distance)},
+        {QStringLiteral("distance"), jsonNumber(pair.distance)},
+        {QStringLiteral("deviation"), jsonNumber(pair.deviation)},
+        {QStringLiteral("interval"), jsonInterval(pair.interval)},
+        {QStringLiteral("intervalReason"), reasonValue(pair.intervalReason)},
+        {QStringLiteral("chord"), jsonNumber(pair.chord)},
+        {QStringLiteral("yaw"), jsonNumber(pair.yaw)},
+        {QStringLiteral("yawInterval"), jsonInterval(pair.yawInterval)},
+        {QStringLiteral("yawReason"), reasonValue(pair.yawReason)},
+        {QStringLiteral("reason"), reasonValue(pair.reason)},
+        {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
+    addAxleNumber(pair.axle, object);
+    return object;
 }
 
 QJsonValue lineValue(const std::optional<Line>& line) {
@@ -208,6 +212,7 @@ std::string toJson(const PassResult& result, Pictures pictures) {
                             {QStringLiteral("judged"), judgedObject(result)},
                             {QStringLiteral("defectLimits"), limitsValue(result.defectLimits)},
                             {QStringLiteral("pairs"), pairs},
+                            {QStringLiteral("train"), trainObject(result.train)},
                             {QStringLiteral("warnings"), jsonList(result.warnings)}};
     if (pictures == Pictures::Included) {
         document[QStringLiteral("pictures")] = listOf(result.pictures, pictureObject);

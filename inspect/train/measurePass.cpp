@@ -5,6 +5,7 @@
 #include "inspect/train/noDistance.h"
 #include "inspect/train/pairDistance.h"
 #include "inspect/train/passIdentity.h"
+#include "inspect/train/passTrain.h"
 #include "inspect/train/passWarnings.h"
 #include "inspect/train/pictures.h"
 #include "inspect/train/treadDefects.h"
@@ -219,6 +220,7 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     for (const PairedWheels& paired : pairing.pairs) {
         result.pairs.push_back(measurePair(paired, pairing.doubt, sides, result));
     }
+    numberPairs(sides, options, result);
     if (options.defects) {
         judgeTreadsOfPass(options, sides, result, progress);
     }

@@ -14,6 +14,7 @@ PassIdentity identityOf(const StationSettings& settings, const PassOptions& opti
     if (options.defects) {
         identity.defects = SettingsIdentity{options.defects->source, valuesOf(*options.defects)};
     }
+    identity.consist = options.consist ? options.consist->source : std::nullopt;
     identity.version = KxMath_GetVersionString();
     return identity;
 }

@@ -52,6 +52,12 @@ const PassWheel* PassResult::wheelOf(const WheelPair& pair, std::size_t side) co
     return index ? &sides[side].wheels[*index] : nullptr;
 }
 
+const PassVehicle* PassResult::vehicleOf(const WheelPair& pair) const {
+    const std::optional<int>& number = pair.axle.vehicle;
+    const bool isThere = number && *number >= 1 && static_cast<std::size_t>(*number) <= train.vehicles.size();
+    return isThere ? &train.vehicles[static_cast<std::size_t>(*number) - 1] : nullptr;
+}
+
 int PassResult::distances() const {
     return countDistances(*this).judged;
 }

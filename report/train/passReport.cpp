@@ -11,6 +11,7 @@
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
+#include "report/train/vehicleTable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -187,6 +188,55 @@ void addDistances(const PassResult& pass, Page& page) {
     addCount(pass, PassQuestion::Distance, page);
 }
 
+void addVehicles(const PassResult& pass, Page& page) {
+    page.heading(QStringLiteral("Vehicles"));
+    const std::vector<QStringList> texts = vehicleRows(pass);
+    std::vector<std::vector<Cell>> rows;
+    for (size_t i = 1; i < texts.size(); ++i) {
+        rows.emplace_back();
+        for (const QString& text : texts[i]) {
+            rows.back().push_back({text});
+        }
+    }
+    if (!rows.empty()) {
+        constexpr int kTextColumns = 4;
+        page.table(texts.front(), rows, kTextColumns);
+    }
+    for (const QString& note : vehicleNotes(pass)) {
+        page.paragraph(note);
+    }
+}
+
+/// What the result says of its origin: a row for each file.
+void addIdentity(const PassResult& pass, Page& page) {
+    page.heading(QStringLiteral("Identity"));
+    const QString said = identityText(pass);
+    page.paragraph(said.isEmpty() ? QStringLiteral("Nothing was said of where and when the pass was.") : said);
+    std::vector<std::vector<Cell>> rows;
+    const auto add = [&](const char* what, const InputFile& file) {
+        rows.push_back({{QLatin1String(what)},
+                        {QString::fromStdString(file.name)},
+                        {QString::fromStdString(file.sha256)},
+                        {QString::number(file.bytes)}});
+    };
+    for (const PassSide& side : pass.sides) {
+        add("recording", {side.file, side.bytes, side.sha256});
+    }
+    const std::pair<const char*, const std::optional<InputFile>*> files[] = {
+        {"settings", &pass.identity.settings.file},
+        {"defects", pass.identity.defects ? &pass.identity.defects->file : nullptr},
+        {"consist", &pass.identity.consist}};
+    for (const auto& [what, file] : files) {
+        if (file != nullptr && *file) {
+            add(what, **file);
+        }
+    }
+    constexpr int kTextColumns = 3;
+    page.table({QStringLiteral("File"), QStringLiteral("Name"), QStringLiteral("SHA-256"), QStringLiteral("Bytes")},
+               rows, kTextColumns);
+    page.paragraph(QStringLiteral("Measured by version %1.").arg(QString::fromStdString(pass.identity.version)));
+}
+
 } // namespace
 
 QString passReport(const PassResult& pass) {
@@ -202,10 +252,12 @@ QString passReport(const PassResult& pass) {
     addRecordings(pass, page);
     addWheelsAlongPass(pass, page);
     addDistances(pass, page);
+    addVehicles(pass, page);
     addProfiles(pass, page);
     if (pass.defectLimits) {
         addDefects(pass, page);
     }
+    addIdentity(pass, page);
     return page.html();
 }
 

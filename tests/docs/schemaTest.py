@@ -56,10 +56,13 @@ def results(folder):
     simulate = [kxmath, "simulate", ".", "--cars", "1", "--rate", "300", "--points", "640", "--flat", "2:1:60"]
     subprocess.run(simulate, cwd=folder, check=True, capture_output=True)
     settings = ["--settings", "settings.ini"]
+    places = [pair["behindFirst"] for pair in json.loads((folder / "truth.json").read_text())["pairs"]]
+    gaps = " ".join(str(b - a) for a, b in zip(places, places[1:]))
+    (folder / "train.csv").write_text(f"mark,number,class,axle distances,to next\nM,7,metro,{gaps},\n")
     yield "plain", result_of(folder, *settings)
     yield "with all options", result_of(folder, *settings, "--defects", "defects.ini", "--station", "Hof \"3\"",
                                         "--line", "S1", "--track", "2", "--direction", "up", "--speed", "79.5",
-                                        "--time", "2026-03-29T01:59:07.5+01:00")
+                                        "--time", "2026-03-29T01:59:07.5+01:00", "--consist", "train.csv")
     left = folder / "train_101.bin"
     whole = left.read_bytes()
     left.write_bytes(without_wheel(whole))

@@ -100,8 +100,8 @@ protected:
         text.replace(QDir(path("")).canonicalPath().toUtf8() + '/', "FOLDER/");
         text.replace(path("").toUtf8(), "FOLDER/");
         text.replace(KxMath_GetVersionString(), "VERSION");
-        static const QRegularExpression hash("\"[0-9a-f]{64}\""); // of bytes that differ by rounding
-        text = QString::fromUtf8(text).replace(hash, "\"SHA256\"").toUtf8();
+        static const QRegularExpression hash("\\b[0-9a-f]{64}\\b"); // of bytes that differ by rounding
+        text = QString::fromUtf8(text).replace(hash, "SHA256").toUtf8();
         return "$ " + line.toUtf8() + '\n' + withShortLists(text);
     }
 

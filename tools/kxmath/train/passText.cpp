@@ -4,6 +4,7 @@
 #include "report/train/distanceNotes.h"
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
+#include "report/train/vehicleTable.h"
 #include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
@@ -50,10 +51,22 @@ QString notes(const PassResult& pass) {
     return text;
 }
 
+QString vehiclesText(const PassResult& pass) {
+    const std::vector<QStringList> rows = vehicleRows(pass);
+    QString text = rows.empty() ? QString() : QLatin1Char('\n') + textTable(rows);
+    text += QLatin1Char('\n');
+    for (const QString& note : vehicleNotes(pass)) {
+        text += printable(note) + QLatin1Char('\n');
+    }
+    return text;
+}
+
 } // namespace
 
 QString passText(const PassResult& pass) {
-    QString text = recordingText(pass, 0) + recordingText(pass, 1);
+    const QString identity = identityText(pass);
+    QString text = identity.isEmpty() ? QString() : QStringLiteral("Pass: %1\n").arg(printable(identity));
+    text += recordingText(pass, 0) + recordingText(pass, 1);
     text += QStringLiteral("Tolerance: %1. Lengths in mm.\n\n").arg(toleranceText(pass));
     text += table(pass, pairColumns()) + summary(pass, KxInspect::PassQuestion::Distance) + notes(pass);
     if (pass.defectLimits) {
@@ -62,6 +75,7 @@ QString passText(const PassResult& pass) {
         text += QStringLiteral("\nRoundness: %1\n\n").arg(roundnessLimitsText(pass));
         text += table(pass, roundnessColumns()) + summary(pass, KxInspect::PassQuestion::Roundness);
     }
+    text += vehiclesText(pass);
     if (!pass.folder.empty()) {
         text += QStringLiteral("Wheel files: %1\n").arg(printable(QString::fromStdString(pass.folder)));
     }
@@ -78,6 +92,7 @@ QString passCsv(const PassResult& pass) {
     }
     const std::vector<PairColumn> reasons = reasonColumns(pass);
     columns.insert(columns.end(), reasons.begin(), reasons.end());
+    columns.insert(columns.end(), axleColumns().begin(), axleColumns().end());
     QStringList header;
     for (const PairColumn& column : columns) {
         header.append(column.key);

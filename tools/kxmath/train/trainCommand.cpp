@@ -56,6 +56,10 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
     pass.nominal = options.nominal;
     pass.tolerance = options.tolerance;
     pass.labels = options.labels;
+    if (!options.consist.isEmpty()) {
+        pass.consist = KxInspect::readConsist(toBytes(options.consist));
+    }
+    pass.consistOrder = options.consistOrder;
     if (!options.defects.isEmpty()) {
         pass.defects = KxInspect::readDefectSettings(toBytes(options.defects));
     }
@@ -77,6 +81,9 @@ void checkFiles(const TrainOptions& options) {
     if (!options.defects.isEmpty()) {
         inputs.append(options.defects);
     }
+    if (!options.consist.isEmpty()) {
+        inputs.append(options.consist);
+    }
     checkOutputs({&options.json, &options.csv, &options.report}, inputs);
 }
 
@@ -93,6 +100,9 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
     folder.copy(options.settings, QStringLiteral("settings.ini"));
     if (passOptions.defects) {
         folder.copy(options.defects, QStringLiteral("defects.ini"));
+    }
+    if (passOptions.consist) {
+        folder.copy(options.consist, QStringLiteral("consist.csv"));
     }
     passOptions.wheelFolder = folder.path();
     PassResult pass = measurePass(options.recordings, settings, passOptions, progress.callback());

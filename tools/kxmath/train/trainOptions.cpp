@@ -90,6 +90,17 @@ void addLabelOptions(Options& options) {
     options.addOption("speed", QStringLiteral("How fast it was; records do not hold it."), "KM/H");
 }
 
+void addConsistOptions(Options& options) {
+    options.addOption("consist",
+                      QStringLiteral("CSV file that lists the vehicles with marks, numbers and axle distances. Without "
+                                     "it vehicles are found by the gaps between axles."),
+                      "FILE");
+    options.addOption("consist-order",
+                      QStringLiteral("Which end of the list passed first: listed (its first vehicle), turned (its last "
+                                     "one), or found, by the axle distances. Default: found."),
+                      "ORDER", QStringLiteral("found"));
+}
+
 void addOptions(Options& options) {
     options.addArgument("REC1", QStringLiteral("Recording of one side."));
     options.addArgument("REC2", QStringLiteral("Recording of the other side."));
@@ -118,6 +129,7 @@ void addOptions(Options& options) {
                                      "lines."),
                       "MIN:MAX");
     addLabelOptions(options);
+    addConsistOptions(options);
     FailOn::declare(options, possibleVerdicts());
 }
 
@@ -172,6 +184,16 @@ KxInspect::PassLabels labels(const Options& options) {
             label(options, "time", whyNoTime),     options.numberIfSet("speed", kSpeeds)};
 }
 
+KxInspect::ConsistOrder consistOrder(const Options& options) {
+    using KxInspect::ConsistOrder;
+    const QStringList names = {QStringLiteral("found"), QStringLiteral("listed"), QStringLiteral("turned")};
+    const QString name = options.oneOf("consist-order", names);
+    if (options.isSet("consist-order") && options.text("consist").isEmpty()) {
+        options.fail(QStringLiteral("--consist-order is for --consist FILE"));
+    }
+    return name == names[0] ? ConsistOrder::Found : name == names[1] ? ConsistOrder::Listed : ConsistOrder::Turned;
+}
+
 FailOn failOn(const Options& options) {
     FailOn result(options, possibleVerdicts());
     if (result.holds(Verdict::Defect) && options.text("defects").isEmpty()) {
@@ -205,7 +227,9 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
                         name(options, "defects", QStringLiteral("a file")),
                         defectRange(options),
                         failOn(options),
-                        labels(options)};
+                        labels(options),
+                        name(options, "consist", QStringLiteral("a file")),
+                        consistOrder(options)};
 }
 
 } // namespace kxtool

@@ -4,6 +4,7 @@
 #include "tools/kxmath/console/failOn.h"
 #include "tools/kxmath/console/outputFile.h"
 
+#include <KxInspect/Consist.h>
 #include <KxInspect/PassIdentity.h>
 
 #include <QtCore/QString>
@@ -30,6 +31,8 @@ struct TrainOptions {
     std::optional<std::array<float, 2>> defectRange;
     FailOn failOn;
     KxInspect::PassLabels labels;
+    QString consist; ///< list of vehicles, empty for none
+    KxInspect::ConsistOrder consistOrder;
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
