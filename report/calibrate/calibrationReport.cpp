@@ -237,13 +237,20 @@ void addProfileTable(Page& page, const CalibrationResult& result) {
         std::vector<Cell> row = {{QString::fromStdString(m.name)},
                                  {m.hasPose() ? QStringLiteral("none") : QString::fromStdString(m.fault),
                                   m.hasPose() ? Tone::Faint : Tone::Bad}};
+        const bool findsY = placementOf(result.task.placement).findsY;
+        const SensorPose pose = findsY ? m.pose : withFoundY(m.pose, m.foundY);
         for (const PoseField& field : kPoseFields) {
-            row.push_back({numberText(m.pose.*field.value, 3)}); // a dash without a pose
+            const double uncertainty = m.uncertainty.*field.value;
+            const QString value = numberText(pose.*field.value, 3); // a dash without a pose
+            row.push_back(
+                {std::isnan(uncertainty) ? value : value + QStringLiteral(" \u00b1 ") + numberText(uncertainty, 3)});
         }
         row.push_back({numberText(m.rms, 3)});
         rows.push_back(std::move(row));
     }
     page.table(headers, rows, 2);
+    page.paragraph(
+        QStringLiteral("Each value stands with half the width of its 95 % interval; y is that by the object."));
 }
 
 void addDrawings(Page& page, const CalibrationResult& result) {

@@ -30,6 +30,7 @@ CalibrationResult result() {
         ProfilePose& m = r.profiles[i];
         m.name = i == 0 ? "a.bin" : "c.bin";
         m.pose = poseFrom(1.0 + static_cast<double>(i));
+        m.uncertainty = poseFrom(5.0 + static_cast<double>(i));
         m.rms = i == 0 ? 0.021 : 0.034;
         m.angleDeviation = i == 0 ? 0.0525625 : 0.0375;
         for (size_t p = 0; p < 9; ++p) { // the last one on no flank
@@ -82,7 +83,9 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
                       .join('|'));
         const QString header = field + (i < 3 ? ", mm" : ", degrees");
         for (int profile : {0, 2}) {
-            EXPECT_EQ(profiles.at(size_t(profile), header).text, text(json["profiles"][profile]["pose"][field], 3));
+            EXPECT_EQ(profiles.at(size_t(profile), header).text,
+                      text(json["profiles"][profile]["pose"][field], 3) + QStringLiteral(" \u00b1 ") +
+                          text(json["profiles"][profile]["uncertainty"][field], 3));
         }
         EXPECT_EQ(profiles.at(1, header).text, kDash);
     }
