@@ -1,13 +1,13 @@
 // Wheel-sets on their tracks as a gauge measures them, with noise.
 #include "simulator/measuredTracks.h"
 
+#include "simulator/railHead.h"
 #include "simulator/random.h"
 #include "simulator/wheelContour.h"
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <numbers>
 
 namespace kxsim {
 
@@ -43,46 +43,8 @@ double bump(double x, double middle, double width) {
     return std::exp(-std::pow((x - middle) / width, 2));
 }
 
-/// A rail head of arcs that continue each other, from the crown outwards: the radii and where they end, measured from the middle
-/// of the head; then a side of 1:20. Inclined towards the track.
-struct Head {
-    std::vector<std::pair<double, double>> arcs = {
-        {300.0, 10.228}, {80.0, 26.0265}, {13.0, 36.0}}; // 60E1, EN 13674-1 (2011)
-    double inclination = 1.0 / 40.0;
-    double crownWear = 0.0;
-};
-
-Polyline railOf(const Head& head) {
-    constexpr double kSide = 30.0; // mm
-    const double sideAngle = std::numbers::pi / 2.0 - std::atan(1.0 / 20.0);
-    Polyline half = {pointOf(0.0, 0.0)};
-    double x = 0.0, y = 0.0, angle = 0.0;
-    for (const auto& [radius, end] : head.arcs) {
-        while (x < end && angle < sideAngle) {
-            angle += kFine / radius;
-            x += kFine * std::cos(angle);
-            y += kFine * std::sin(angle);
-            half.push_back(pointOf(x, y));
-        }
-    }
-    for (double down = 0.0; down < kSide; down += kFine) {
-        half.push_back(pointOf(x + down / 20.0, y + down));
-    }
-    Polyline rail;
-    const double tilt = std::atan(head.inclination);
-    const auto add = [&](double px, double py) {
-        const double worn = py + head.crownWear * bump(px, -2.0, 14.0);
-        // Inclined towards the track, which is on the side of negative x.
-        rail.push_back(
-            pointOf(px * std::cos(tilt) + worn * std::sin(tilt), worn * std::cos(tilt) - px * std::sin(tilt)));
-    };
-    for (std::size_t i = half.size(); i-- > 1;) {
-        add(-static_cast<double>(half[i].x), static_cast<double>(half[i].y));
-    }
-    for (const Point& p : half) {
-        add(static_cast<double>(p.x), static_cast<double>(p.y));
-    }
-    return rail;
+Polyline railOf(const RailHead& head) {
+    return railHeadContour(head, kFine);
 }
 
 struct Track {
@@ -113,9 +75,9 @@ Track trackOf(TrackCase track) {
                              : (kTapeCircle - x) * slope;
         });
     };
-    const Head steep = {.inclination = 1.0 / 20.0};
-    const Head flat = {.crownWear = 0.4};
-    const Head round = {.arcs = {{200.0, 26.0}, {13.0, 36.0}}};
+    const RailHead steep = {.inclination = 1.0 / 20.0};
+    const RailHead flat = {.crownWear = 0.4};
+    const RailHead round = {.arcs = {{200.0, 26.0}, {13.0, 36.0}}};
     switch (track) {
     case TrackCase::NewOn40:
         return {{wheelOf(s1002), railOf({}), wheelOf(s1002), railOf({})}};

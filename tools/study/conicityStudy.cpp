@@ -2,13 +2,12 @@
 #include "tools/study/gauge.h"
 #include "tools/study/studies.h"
 
+#include "simulator/railHead.h"
 #include "simulator/wornRim.h"
 
 #include <KxInspect/Conicity.h>
 
-#include <array>
 #include <cmath>
-#include <numbers>
 #include <string>
 
 namespace kxstudy {
@@ -18,35 +17,11 @@ namespace {
 constexpr float kAmplitude = 3.0f; // mm, as is usual (EN 14363)
 constexpr double kStep = 0.01; // mm along contours
 
-/// The head of a 60E1 rail (EN 13674-1): arcs of 300, 80 and 13 mm that continue each other, from the crown outwards, and a
-/// side of 1:20. Inclined 1:40 towards the track, which is on the side of negative places.
+/// Inclined 1:40; as heights.
 kxsim::Contour railHead() {
-    constexpr std::array<std::array<double, 2>, 3> kArcs = {
-        {{300.0, 10.228}, {80.0, 26.0265}, {13.0, 36.0}}}; // radius, end
-    constexpr double kSide = 30.0; // mm
-    const double steepest = std::numbers::pi / 2.0 - std::atan(1.0 / 20.0);
-    kxsim::Contour half = {{0.0, 0.0}};
-    double angle = 0.0;
-    for (const auto& [radius, end] : kArcs) {
-        while (half.back().axial < end && angle < steepest) {
-            angle += kStep / radius;
-            half.push_back({half.back().axial + kStep * std::cos(angle), half.back().radius - kStep * std::sin(angle)});
-        }
-    }
-    const kxsim::ContourPoint edge = half.back();
-    for (double down = kStep; down < kSide; down += kStep) {
-        half.push_back({edge.axial + down / 20.0, edge.radius - down});
-    }
-    const double tilt = std::atan(1.0 / 40.0);
     kxsim::Contour head;
-    const auto add = [&](double x, double y) {
-        head.push_back({x * std::cos(tilt) - y * std::sin(tilt), x * std::sin(tilt) + y * std::cos(tilt)});
-    };
-    for (std::size_t i = half.size(); i-- > 1;) {
-        add(-half[i].axial, half[i].radius);
-    }
-    for (const kxsim::ContourPoint& p : half) {
-        add(p.axial, p.radius);
+    for (const KxInspect::Point& p : kxsim::railHeadContour({}, kStep)) {
+        head.push_back({static_cast<double>(p.x), -static_cast<double>(p.y)});
     }
     return head;
 }

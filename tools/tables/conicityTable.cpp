@@ -20,6 +20,7 @@ KxInspect::ConicityResult calculate(float slope, float edgeMargin) {
     }
     input.gauge = 1442.0f;
     input.gaugeDepth = 0.0f;
+    input.flangeBack1 = input.flangeBack2 = 0.0f; // there x begins
     input.amplitudes = 1000;
     input.edgeMargin = edgeMargin;
     return measureConicity(input);
