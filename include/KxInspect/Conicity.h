@@ -115,10 +115,11 @@ struct ConicityResult {
     /// Why there is no conicity, a sentence; empty when there is one.
     std::string reason = {};
     /// (amplitude, conicity), mm and 1, ascending, from 0.5 mm on. NaN where the difference of radii is too rough for the
-    /// method. The effect that noise has on average is taken off.
+    /// method, and where the noise hides the value: high > 4 low in its interval. The effect that noise has on average is
+    /// taken off.
     std::vector<Point> conicity = {};
-    /// For each point of `conicity` where the conicity of the profiles without their noise is. Unknown where more than
-    /// a quarter of the resampled profiles have no conicity.
+    /// For each point of `conicity` where the conicity of the profiles without their noise is, also where the noise hides
+    /// it. Unknown where more than a quarter of the resampled profiles have no conicity; there `conicity` is NaN, too.
     std::vector<Interval> intervals = {};
     /// The conicity at `shownAmplitude`; empty when the curve does not reach it or has no conicity there.
     std::optional<float> shownConicity = {};
