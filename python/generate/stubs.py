@@ -12,7 +12,7 @@ SIGNATURE = re.compile(r"(\w+)?\((.*)\) -> (.*)")
 def type_text(text):
     text = re.sub(r"(?<![\w.])(?:kxmath\._kxmath|typing)\.", "", text)
     text = re.sub(r"numpy\.ndarray\[numpy\.(\w+)\]", r"numpy.typing.NDArray[numpy.\1]", text)
-    text = re.sub(r"List\[float\[\d+\]\]", "collections.abc.Sequence[float]", text)
+    text = re.sub(r"List\[(\w+)\[\d+\]\]", r"collections.abc.Sequence[\1]", text)
     text = re.sub(r"Optional\[((?:[^][]|\[[^][]*\])*)\]", r"\1 | None", text)
     for name in ("List", "Dict", "Tuple"):
         text = re.sub(rf"\b{name}\b", name.lower(), text)
@@ -22,7 +22,8 @@ def type_text(text):
 def arguments_text(text):
     text = re.sub(r" = (<[^>]*>|[^,()]+|\([^()]*\))(?=,|$)", " = ...", text)
     text = re.sub(r"\barg(\d)\b", r"__arg\1", text)
-    return re.sub(r"^self: [^,]*", "self", type_text(text))
+    text = type_text(text).replace("list[", "collections.abc.Sequence[").replace("dict[", "collections.abc.Mapping[")
+    return re.sub(r"^self: [^,]*", "self", text)
 
 
 def function(name, doc, indent, is_static=False):
@@ -32,6 +33,10 @@ def function(name, doc, indent, is_static=False):
         result, arguments = "None", arguments if arguments.startswith("self") else "self, " + arguments
     if name == "__eq__":
         arguments, result = "self, other: object, /", "bool"
+    if name == "__array__": # what NumPy's types ask for
+        arguments, result = "self, dtype: typing.Any = ..., copy: typing.Any = ...", "numpy.typing.NDArray[typing.Any]"
+    if result == "object":
+        result = "typing.Any"
     decorator = f"{indent}@staticmethod\n" if is_static else ""
     if not is_static and name != "__init__" and indent and not arguments.startswith("self"):
         arguments = re.sub(r"^[^,]*", "self", arguments)

@@ -14,5 +14,9 @@ void bindProfileFits(py::class_<Profile>& type);
 void bindProfileFeatures(py::class_<Profile>& type);
 void bindClouds(py::module_& module);
 void bindCloudOperations(py::class_<Cloud>& type);
+void bindFiles(py::module_& module);
+void bindRecords(py::module_& module);
+void bindHeightMaps(py::module_& module);
+void bindMeasuring(py::module_& module);
 
 } // namespace kxpython

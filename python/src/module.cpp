@@ -40,6 +40,10 @@ void bindAll(py::module_& module) {
     bindProfile(module);
     bindClouds(module);
     bindDirections(module);
+    bindFiles(module);
+    bindRecords(module);
+    bindHeightMaps(module);
+    bindMeasuring(module);
 }
 
 } // namespace

@@ -44,6 +44,13 @@ void bindConstruction(py::class_<Profile>& type) {
         [](Profile& self, MaybeFloat z) { self.z = z.value; },
         "The position along the scan, mm; None where it is not known.");
     type.def("__repr__", &repr);
+    type.def(
+        "plot",
+        [](const py::object& self, const py::object& axes, const py::kwargs& options) {
+            return py::module_::import("kxmath._plots").attr("profile")(self, axes, **options);
+        },
+        py::arg("ax") = py::none(),
+        "Draws the points with matplotlib, with `before`, a profile, in grey behind them. Returns the axes.");
     defCopies<Profile>(
         type, [](const Profile& self) { return py::make_tuple(bytesOf(self.points), self.z); },
         [](const py::tuple& parts) {

@@ -1,0 +1,235 @@
+"""Measurements of wheels and trains: the same values as the commands print."""
+from __future__ import annotations
+
+import json
+import os
+from collections.abc import Callable, Iterable, Mapping, Sequence
+from typing import TYPE_CHECKING, Any, Union
+
+from . import _kxmath
+from ._errors import ArgumentError
+from ._kxmath import Profile
+
+if TYPE_CHECKING:
+    import pandas
+
+__all__ = ["Calibration", "Conicity", "Pass", "PassResult", "WheelProfile", "WheelResult", "calibrate", "conicity",
+           "measure_wheels"]
+
+Path = Union[str, bytes, "os.PathLike[Any]"]
+Progress = Callable[[str, float], object]
+Limit = tuple[Union[float, None], Union[float, None]]
+
+
+class Result:
+    """What was measured. `to_dict()` holds every value under the name that it has in the JSON of the command.
+
+    A missing value is None, with its reason beside it.
+    """
+
+    _made: Any
+    _type: Any
+
+    def __init__(self, made: Any) -> None:
+        self._made = made
+        self._dict: dict[str, Any] | None = None
+
+    def to_json(self, *, pictures: bool = False) -> str:
+        """The text that the command writes; with `pictures` also what pages draw."""
+        return self._made.to_json(pictures)
+
+    @classmethod
+    def from_json(cls, text: str) -> Any:
+        """A result that was written as JSON; one without pictures has no points to draw. kx.FileError."""
+        return cls(cls._type.from_json(text))
+
+    def to_dict(self) -> dict[str, Any]:
+        """All values."""
+        if self._dict is None:
+            self._dict = json.loads(self.to_json())
+        return self._dict
+
+    def __getitem__(self, key: str) -> Any:
+        return self.to_dict()[key]
+
+    def __eq__(self, other: object) -> bool:
+        return isinstance(other, Result) and type(other) is type(self) and self.to_json(pictures=True) == other.to_json(pictures=True)
+
+    __hash__ = None # type: ignore[assignment]
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return type(self).from_json, (self.to_json(pictures=True),)
+
+    def report(self, path: Path) -> None:
+        """Writes the page of HTML that the command writes."""
+        page = self._made.page()
+        with open(path, "w", encoding="utf-8", newline="\n") as file:
+            file.write(page)
+
+
+class PassResult(Result):
+    """What was measured in the pass of a train."""
+
+    _type = _kxmath._PassResult
+
+    @property
+    def distances(self) -> pandas.DataFrame:
+        """A row for each wheel pair: its distance, its verdict, or the reason why there is none."""
+        import pandas
+        return pandas.json_normalize([{k: v for k, v in pair.items() if k != "sides"} for pair in self["pairs"]])
+
+    @property
+    def wheels(self) -> pandas.DataFrame:
+        """A row for each wheel that a sensor saw: of which pair, on which side, and what was found on it."""
+        import pandas
+        rows = []
+        for pair in self["pairs"]:
+            rows += [{"pair": pair["pair"], "side": number, **side}
+                     for number, side in enumerate(pair["sides"], 1) if side is not None]
+        return pandas.json_normalize(rows)
+
+    def __repr__(self) -> str:
+        return f"<kxmath.PassResult: {len(self['pairs'])} pairs, {self['distances']} distances>"
+
+
+class Pass:
+    """The pass of a train: the recordings of its sensors and the settings of their station.
+
+    Recordings are files named PREFIX_SERIAL.bin, or one folder that holds them. What recordings do not tell (`station`,
+    `line`, `track`, `direction`, `time` in ISO 8601 with a zone, `speed` in km/h) stands in the result as it is given.
+    """
+
+    def __init__(self, *recordings: Path, settings: Path, station: str | None = None, line: str | None = None,
+                 track: str | None = None, direction: str | None = None, time: str | None = None,
+                 speed: float | None = None) -> None:
+        self.recordings = [os.fspath(recording) for recording in recordings]
+        if len(self.recordings) == 1 and os.path.isdir(self.recordings[0]):
+            folder = self.recordings[0]
+            ending = os.fsencode(".bin") if isinstance(folder, bytes) else ".bin"
+            self.recordings = [os.path.join(folder, name) for name in sorted(os.listdir(folder)) if name.endswith(ending)]
+        self.settings = settings
+        self.labels: dict[str, Any] = {"station": station, "line": line, "track": track, "direction": direction,
+                                       "time": time, "speed": speed}
+
+    def __repr__(self) -> str:
+        return f"<kxmath.Pass: {', '.join(map(repr, self.recordings))}>"
+
+    def measure(self, *, defects: Path | None = None, mode: int = 0, nominal: float | None = None,
+                tolerance: float = 3.0, shown_pairs: Sequence[int] = (1,), progress: Progress | None = None) -> PassResult:
+        """Measures the distances and, with the settings `defects`, the treads and the roundness of the wheels.
+
+        `progress` is called with each step and its completed part, 0 to 1; an exception that it raises ends the pass, and
+        so does Ctrl-C. Other threads run meanwhile. `shown_pairs` are those that the page draws.
+        """
+        return PassResult(_kxmath._measure_pass(self.recordings, self.settings, defects, mode, nominal, tolerance,
+                                                list(shown_pairs), **self.labels, progress=progress))
+
+
+class WheelResult(Result):
+    """The measures of wheel profiles."""
+
+    _type = _kxmath._WheelResults
+
+    @property
+    def wheels(self) -> pandas.DataFrame:
+        """A row for each profile: its measures, their intervals and verdicts."""
+        import pandas
+        return pandas.json_normalize(self["wheels"])
+
+
+class WheelProfile:
+    """The cross-section of a wheel: a file, a profile, or an array of its points."""
+
+    def __init__(self, source: Any) -> None:
+        self.source = source if isinstance(source, (str, bytes, os.PathLike, Profile)) else Profile(source)
+
+    def measure(self, *, flange_back: float | None = None, spacing: float = 0.02,
+                limits: Mapping[str, Limit] | None = None) -> WheelResult:
+        """Measures flange and tread; `limits` are (low, high) by the keys of the measures, such as flangeHeight."""
+        return measure_wheels([self.source], flange_back=flange_back, spacing=spacing, limits=limits)
+
+
+def measure_wheels(wheels: Iterable[Any], *, flange_back: float | None = None, spacing: float = 0.02,
+                   limits: Mapping[str, Limit] | None = None, progress: Progress | None = None) -> WheelResult:
+    """Measures several wheel profiles, see WheelProfile."""
+    sources = [WheelProfile(wheel).source if not isinstance(wheel, WheelProfile) else wheel.source for wheel in wheels]
+    return WheelResult(_kxmath._measure_wheels(sources, flange_back, spacing, dict(limits or {}), progress))
+
+
+class Conicity(Result):
+    """The equivalent conicity of a wheel-set on its track."""
+
+    _type = _kxmath._ConicityResult
+
+    @property
+    def curve(self) -> pandas.Series:
+        """The conicity by amplitude, mm; NaN where there is none."""
+        import pandas
+        points = self._made.curve
+        return pandas.Series(points.y, pandas.Index(points.x, name="amplitude"), name="conicity")
+
+    def at(self, amplitude: float) -> float:
+        """The conicity at an amplitude, mm. kx.NoResult where there is none."""
+        return self._made.at(amplitude)
+
+    def interval_at(self, amplitude: float) -> tuple[float, float]:
+        """Its 95 % interval; NaN where it is unknown."""
+        return self._made.interval_at(amplitude)
+
+    def plot(self, ax: Any = None, **options: Any) -> Any:
+        """Draws the curve with matplotlib. Returns the axes."""
+        from ._plots import conicity
+        return conicity(self, ax, **options)
+
+
+def conicity(*, wheels: tuple[Any, Any], rails: tuple[Any, Any], gauge: float, back_to_back: float,
+             gauge_depth: float = 14.0, radii: tuple[float, float] = (460.0, 460.0), amplitude: float = 3.0,
+             smoothing: float | None = None) -> Conicity:
+    """The equivalent conicity of two wheels on two rails, each a file, a Profile or an array; lengths in mm.
+
+    Where nothing can be calculated, "reason" in the result says why.
+    """
+    sources = [WheelProfile(part).source for pair in zip(wheels, rails) for part in pair]
+    if len(sources) != 4:
+        raise ArgumentError("a wheel-set has two wheels and two rails", key="wheels")
+    return Conicity(_kxmath._measure_conicity(sources, gauge, back_to_back, gauge_depth, *radii, amplitude, smoothing))
+
+
+class Calibration(Result):
+    """The pose of a sensor, from profiles of the calibration object."""
+
+    _type = _kxmath._CalibrationResult
+
+    @property
+    def reason(self) -> str:
+        """Why there is no pose; empty where there is one."""
+        return self._made.reason
+
+
+def calibrate(shots: Iterable[Any], *, placement: int, side: str | None = None, sensor_y: float | None = None,
+              oblique_crest: str | None = None, moved: Sequence[Sequence[float]] | None = None,
+              progress: Progress | None = None, **measures: float) -> Calibration:
+    """The pose of a sensor from profiles of the calibration object, each a file, a Profile or an array.
+
+    `side` is "smaller-y" or "larger-y": where the sensor stands, seen from the crests; or `sensor_y` is its y, mm,
+    roughly. `oblique_crest` is "above" or "below" the straight ones. `moved` says for each shot how far the object was
+    moved along x, y and z, mm. `measures` of the object: pitch, slope, obliqueness, crest_y.
+    """
+    for name, value, words in (("side", side, ("smaller-y", "larger-y")),
+                               ("oblique_crest", oblique_crest, ("above", "below"))):
+        if value is not None and value not in words:
+            raise ArgumentError(f"{name} is {words[0]!r} or {words[1]!r}, got {value!r}", key=name)
+    unknown = set(measures) - {"pitch", "slope", "obliqueness", "crest_y"}
+    if unknown:
+        raise TypeError(f"no measure of the object is called {sorted(unknown)[0]!r}")
+    shots = list(shots)
+    moves = [tuple(map(float, move)) for move in moved] if moved is not None else [(0.0, 0.0, 0.0)] * len(shots)
+    if len(moves) != len(shots):
+        raise ArgumentError(f"{len(moves)} moves for {len(shots)} shots", key="moved")
+    profiles = []
+    for number, (shot, move) in enumerate(zip(shots, moves), 1):
+        if isinstance(shot, (str, bytes, os.PathLike)):
+            profiles.append((os.fsdecode(shot), Profile.from_csv(shot), move))
+        else:
+            profiles.append((f"shot {number}", Profile(shot), move))
+    return Calibration(_kxmath._measure_poses(profiles, placement, side, sensor_y, oblique_crest, measures, progress))

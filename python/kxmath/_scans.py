@@ -1,0 +1,172 @@
+"""Files, recordings and scans: profiles one after the other, read when they are asked for."""
+from __future__ import annotations
+
+import os
+from collections.abc import Callable, Iterable, Iterator, Sequence
+from typing import Any, Union, overload
+
+import numpy as np
+
+from ._errors import ArgumentError
+from ._heightmap import HeightMap
+from ._kxmath import Cloud, ColourCloud, Profile, _make_height_map, _read_points, _RecordIndex, _recording_name
+
+__all__ = ["ProfileSet", "Recording", "read"]
+
+Path = Union[str, bytes, "os.PathLike[Any]"]
+Progress = Callable[[str, float], object]
+
+
+class ProfileSet(Sequence[Profile]):
+    """Profiles in the order in which they were taken; of a file they are read when they are asked for.
+
+    `len(scan)`, `scan[17]` a profile, `scan[100:200]` a set that shares the file. Of each record a file's set holds 12
+    bytes; the file must stay as it is while the set is used.
+    """
+
+    def __init__(self, profiles: Iterable[Profile] = ()) -> None:
+        self._profiles: Any = [self._checked(profile) for profile in profiles]
+        self._picked: Sequence[int] = range(len(self._profiles))
+
+    @staticmethod
+    def _checked(profile: Profile) -> Profile:
+        if not isinstance(profile, Profile):
+            raise TypeError(f"a set holds profiles, got {type(profile).__name__}")
+        return profile
+
+    @classmethod
+    def open(cls, path: Path, *, progress: Progress | None = None) -> ProfileSet:
+        """The set of a file of profile records or 2-D cloud sections. kx.FileError tells byte and record of damage."""
+        return cls._of(_RecordIndex(path, progress))
+
+    @classmethod
+    def _of(cls, records: Any, picked: Sequence[int] | None = None) -> ProfileSet:
+        made = cls.__new__(cls)
+        made._profiles = records
+        made._picked = range(len(records)) if picked is None else picked
+        return made
+
+    def _profile(self, number: int) -> Profile:
+        return self._profiles[number] if isinstance(self._profiles, list) else self._profiles.read(number)
+
+    def __len__(self) -> int:
+        return len(self._picked)
+
+    @overload
+    def __getitem__(self, index: int) -> Profile: ...
+    @overload
+    def __getitem__(self, index: slice) -> ProfileSet: ...
+
+    def __getitem__(self, index):
+        if isinstance(index, slice):
+            return self._of(self._profiles, self._picked[index])
+        return self._profile(self._picked[index])
+
+    def __iter__(self) -> Iterator[Profile]:
+        return (self._profile(number) for number in self._picked)
+
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, ProfileSet):
+            return NotImplemented
+        return len(self) == len(other) and all(a == b for a, b in zip(self, other))
+
+    __hash__ = None # type: ignore[assignment]
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        if isinstance(self._profiles, list):
+            return type(self), ([self._profiles[i] for i in self._picked],)
+        return _reopened, (type(self), self._profiles.path, self._picked)
+
+    def __repr__(self) -> str:
+        place = "" if isinstance(self._profiles, list) else f" of {os.fspath(self._profiles.path)!r}"
+        return f"<kxmath.{type(self).__name__}: {len(self)} profiles{place}>"
+
+    @property
+    def counts(self) -> np.ndarray[Any, Any]:
+        """The number of points of each profile."""
+        if isinstance(self._profiles, list):
+            return np.array([len(self._profiles[i]) for i in self._picked], "i4")
+        return self._profiles.counts[np.asarray(self._picked, "i8")]
+
+    @property
+    def z(self) -> np.ndarray[Any, Any]:
+        """The position of each profile, mm, float32; NaN where it is not known. Reads all records."""
+        return np.array([np.nan if p.z is None else p.z for p in self], "f4")
+
+    def with_positions(self, distance: float, first: float = 0.0) -> ProfileSet:
+        """The profiles in memory, at first + i * distance, rounded once."""
+        placed = []
+        for i, profile in enumerate(self):
+            placed.append(Profile(profile, z=float(np.float32(first + i * distance))))
+        return type(self)(placed)
+
+    def to_cloud(self) -> Cloud:
+        """All points, with the position of their profile as z. Missing points come along."""
+        parts = []
+        for profile in self:
+            z = np.float32(np.nan if profile.z is None else profile.z)
+            parts.append(np.column_stack([profile.points, np.full(len(profile), z)]))
+        return Cloud(np.concatenate(parts) if parts else ())
+
+    def to_grid(self, step: float, gap: float | None = None, *, distance: float | None = None, first_z: float = 0.0,
+                progress: Progress | None = None) -> HeightMap:
+        """A height map: rows along z and columns along x, `step` apart, mm.
+
+        The profiles are where they say, which must rise; or, with `distance`, at first_z + i * distance, whatever they
+        say. Between points that are farther apart than `gap` there are no heights; by default it bridges one missing
+        point. Points that are not finite are left out. kx.NoResult where the step gives fewer than 2 rows or columns.
+        """
+        if distance is not None:
+            if not distance > 0:
+                raise ArgumentError(f"the distance must be above 0, got {distance}", key="distance")
+            profiles = list(self.with_positions(distance, first_z))
+            regular = distance
+        else:
+            profiles = list(self)
+            z = np.array([np.nan if p.z is None else p.z for p in profiles], "f4")
+            if not (np.diff(z) > 0).all() or not np.isfinite(z).all():
+                raise ArgumentError("the profiles have no positions that rise: say how far they are apart by `distance`",
+                                    key="distance")
+            steps = np.diff(z)
+            regular = float(steps[0]) if len(steps) and (steps == steps[0]).all() else np.nan
+        return HeightMap(_make_height_map(profiles, regular, step, gap, progress))
+
+
+class Recording(ProfileSet):
+    """The recording of one sensor, named PREFIX_SERIAL.bin. See ProfileSet."""
+
+    @property
+    def name(self) -> str:
+        """The name of the file without its folder and ending."""
+        return os.fspath(_recording_name(self._profiles.path)[0])
+
+    @property
+    def serial(self) -> int:
+        """The serial number of the sensor; 0 when the name holds none."""
+        return int(_recording_name(self._profiles.path)[1])
+
+
+def _reopened(kind: type[ProfileSet], path: Path, picked: Sequence[int]) -> ProfileSet:
+    return kind._of(_RecordIndex(path, None), picked)
+
+
+def read(path: Path, *, kind: str | None = None, columns: Sequence[int] = (), separator: str | None = None,
+         decimal_sign: str | None = None) -> Profile | Cloud | ColourCloud | ProfileSet:
+    """What is in a file, told by its content: a Profile, a Cloud, a ColourCloud, or a ProfileSet of several records.
+
+    Files of records, cloud sections, PLY, PCD, text in columns (whose separator and decimal sign are found) and of
+    contact profile gauges; by the name only, .xyzf. `kind` names it where neither tells. kx.FileError tells the place of
+    what is wrong.
+    """
+    if kind is None and _begins_with_record(path):
+        records = ProfileSet.open(path)
+        return records[0] if len(records) == 1 else records
+    return _read_points(path, kind, list(columns), separator, decimal_sign)
+
+
+def _begins_with_record(path: Path) -> bool:
+    try:
+        with open(path, "rb") as file:
+            return file.read(1) in (b"\x02", b"\x05")
+    except OSError:
+        return False # reading it says why

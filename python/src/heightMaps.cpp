@@ -1,0 +1,113 @@
+// Height maps of scans.
+#include "bindings.h"
+#include "headerTexts.h"
+#include "progress.h"
+
+#include <KxInspect/Grid.h>
+#include <KxInspect/HeightMap.h>
+
+#include <pybind11/stl.h>
+
+#include <cmath>
+#include <memory>
+
+namespace kxpython {
+
+namespace {
+
+using KxInspect::HeightMap;
+using SharedMap = std::shared_ptr<HeightMap>;
+
+/// A scan of profiles that have their positions; points that are not finite are left out, as when a scan is read.
+KxInspect::Scan scanOf(const std::vector<Profile>& profiles, float distance) {
+    KxInspect::Scan scan;
+    scan.distance = distance;
+    for (const Profile& profile : profiles) {
+        scan.emptyRecords += profile.points.isEmpty() ? 1 : 0;
+        KxInspect::Profile& copy = scan.profiles.emplace_back();
+        copy.z = profile.z;
+        for (const KxMath::KxPointXY& p : profile.points) {
+            if (std::isfinite(p.x) && std::isfinite(p.y)) {
+                copy.points.push_back({p.x, p.y});
+            }
+        }
+    }
+    return scan;
+}
+
+SharedMap mapOf(const std::vector<Profile>& profiles, float distance, float pitch, std::optional<float> gap,
+                const py::object& progress) {
+    const KxInspect::Progress report = progressOf(progress);
+    const py::gil_scoped_release release;
+    return std::make_shared<HeightMap>(KxInspect::makeHeightMap(scanOf(profiles, distance), {pitch, gap}, report));
+}
+
+/// A read-only array over the floats of an owner that lives as long as the array.
+py::array viewOf(const std::shared_ptr<std::vector<float>>& values, const HeightMap& map) {
+    const py::capsule owner(new std::shared_ptr<std::vector<float>>(values),
+                            [](void* p) { delete static_cast<std::shared_ptr<std::vector<float>>*>(p); });
+    py::array view(py::dtype::of<float>(), {py::ssize_t(map.rows), py::ssize_t(map.columns)}, values->data(), owner);
+    py::detail::array_proxy(view.ptr())->flags &= ~py::detail::npy_api::NPY_ARRAY_WRITEABLE_;
+    return view;
+}
+
+py::array blockMeansOf(const SharedMap& map, int size) {
+    auto means = std::make_shared<std::vector<float>>();
+    {
+        const py::gil_scoped_release release;
+        *means = KxInspect::blockMeans(*map, size);
+    }
+    return viewOf(means, *map);
+}
+
+py::list patchesOf(const SharedMap& map, const KxInspect::PatchOptions& options, const py::object& progress) {
+    const KxInspect::Progress report = progressOf(progress);
+    KxInspect::PatchResult result;
+    {
+        const py::gil_scoped_release release;
+        result = KxInspect::findPatches(*map, options, report);
+    }
+    py::list patches;
+    for (const KxInspect::Patch& patch : result.patches) {
+        Cloud cloud;
+        for (const KxInspect::Point3& p : patch.points) {
+            cloud.points.append({p.x, p.y, p.z});
+        }
+        patches.append(
+            py::make_tuple(cloud, patch.cells, patch.area, patch.mean, patch.deviation, patch.centreX, patch.centreZ));
+    }
+    return patches;
+}
+
+} // namespace
+
+void bindHeightMaps(py::module_& module) {
+    py::class_<HeightMap, SharedMap>(module, "_HeightMap")
+        .def_readonly("pitch", &HeightMap::pitch)
+        .def_readonly("gap", &HeightMap::gap)
+        .def_readonly("origin_x", &HeightMap::originX)
+        .def_readonly("origin_z", &HeightMap::originZ)
+        .def_readonly("interpolated_rows", &HeightMap::interpolatedRows)
+        .def_property_readonly("heights",
+                               [](const SharedMap& self) {
+                                   return viewOf(std::shared_ptr<std::vector<float>>(self, &self->heights), *self);
+                               })
+        .def("block_means", &blockMeansOf, py::arg("size"), doc("The means of blocks.", {"blockMeans"}).c_str())
+        .def(
+            "patches",
+            [](const SharedMap& self, int block, std::optional<float> cut, std::optional<float> tolerance,
+               std::optional<int> count, const py::object& progress) {
+                KxInspect::PatchOptions options;
+                options.blockSize = block;
+                options.edgeCut = cut;
+                options.tolerance = tolerance;
+                options.minCount = count;
+                return patchesOf(self, options, progress);
+            },
+            py::arg("block_size"), py::arg("edge_cut"), py::arg("tolerance"), py::arg("min_count"), py::arg("progress"),
+            doc("The flat patches.", {"findPatches"}).c_str());
+    module.def("_make_height_map", &mapOf, py::arg("profiles"), py::arg("distance"), py::arg("pitch"), py::arg("gap"),
+               py::arg("progress"), doc("A height map of profiles.", {"makeHeightMap"}).c_str());
+}
+
+} // namespace kxpython

@@ -1,0 +1,246 @@
+// Measuring from files and profiles to results, which Python reads as JSON: the same text as the commands write.
+#include "bindings.h"
+#include "headerTexts.h"
+#include "progress.h"
+
+#include <KxInspect/Calibration.h>
+#include <KxInspect/Conicity.h>
+#include <KxInspect/KxMathTypes.h>
+#include <KxInspect/Train.h>
+#include <KxInspect/Wheel.h>
+
+#include "report/calibrate/calibrationReport.h"
+#include "report/conicity/conicityReport.h"
+#include "report/train/passReport.h"
+#include "report/wheel/wheelReport.h"
+
+#include <pybind11/stl.h>
+
+namespace kxpython {
+
+namespace {
+
+using KxInspect::CalibrationResult;
+using KxInspect::ConicityResult;
+using KxInspect::PassResult;
+using KxInspect::WheelResults;
+
+using Text = std::optional<std::string>;
+using Number = std::optional<float>;
+
+/// A file, or a profile in memory.
+KxInspect::CrossSection sectionOf(const py::object& source) {
+    KxInspect::CrossSection section;
+    if (py::isinstance<Profile>(source)) {
+        section.profile = KxInspect::fromKxProfile(libraryObject(source.cast<const Profile&>()));
+    } else {
+        section.file = source.cast<Path>().bytes;
+    }
+    return section;
+}
+
+/// What results have in common.
+template <typename Result>
+py::class_<Result> bindResult(py::module_& module, const char* name, Result (*read)(const std::string&),
+                              QString (*page)(const Result&)) {
+    py::class_<Result> type(module, name);
+    type.def(
+        "to_json",
+        [](const Result& self, bool pictures) {
+            return toJson(self, pictures ? KxInspect::Pictures::Included : KxInspect::Pictures::Left);
+        },
+        py::arg("pictures") = false,
+        "As the command writes it; with what pages draw too, so that it can be read again.");
+    type.def_static("from_json", read, py::arg("json"), "A result that was written as JSON.");
+    type.def(
+        "page", [page](const Result& self) { return page(self).toStdString(); }, "A page of HTML.");
+    return type;
+}
+
+std::vector<std::string> bytesOf(const std::vector<Path>& paths) {
+    std::vector<std::string> names;
+    for (const Path& path : paths) {
+        names.push_back(path.bytes);
+    }
+    return names;
+}
+
+PassResult measurePass(const std::vector<Path>& recordings, const Path& settings, const std::optional<Path>& defects,
+                       int mode, Number nominal, float tolerance, const std::vector<int>& shown,
+                       const KxInspect::PassLabels& labels, const py::object& progress) {
+    const KxInspect::Progress report = progressOf(progress);
+    const py::gil_scoped_release release;
+    KxInspect::PassOptions options;
+    options.mode = mode;
+    options.nominal = nominal;
+    options.tolerance = tolerance;
+    options.shownPairs = shown;
+    options.labels = labels;
+    if (defects) {
+        options.defects = KxInspect::readDefectSettings(defects->bytes);
+    }
+    return KxInspect::measurePass(bytesOf(recordings), KxInspect::readStationSettings(settings.bytes), options, report);
+}
+
+void bindPass(py::module_& module) {
+    bindResult<PassResult>(module, "_PassResult", &KxInspect::passFromJson, &kxreport::passReport);
+    module.def(
+        "_measure_pass",
+        [](const std::vector<Path>& recordings, const Path& settings, const std::optional<Path>& defects, int mode,
+           Number nominal, float tolerance, const std::vector<int>& shown, const Text& station, const Text& line,
+           const Text& track, const Text& direction, const Text& time, Number speed, const py::object& progress) {
+            return measurePass(recordings, settings, defects, mode, nominal, tolerance, shown,
+                               {station, line, track, direction, time, speed}, progress);
+        },
+        py::arg("recordings"), py::arg("settings"), py::arg("defects"), py::arg("mode"), py::arg("nominal"),
+        py::arg("tolerance"), py::arg("shown_pairs"), py::arg("station"), py::arg("line"), py::arg("track"),
+        py::arg("direction"), py::arg("time"), py::arg("speed"), py::arg("progress"),
+        doc("Measures a pass.", {"measurePass", "readStationSettings", "readDefectSettings", "passFromJson"}).c_str());
+}
+
+/// The limits by the keys of the measures.
+KxInspect::WheelLimits limitsOf(const std::map<std::string, std::pair<Number, Number>>& limits) {
+    KxInspect::WheelLimits result;
+    for (const auto& [key, limit] : limits) {
+        const auto measure = std::ranges::find_if(KxInspect::kWheelMeasures,
+                                                  [&](const KxInspect::WheelMeasure& m) { return m.key == key; });
+        if (measure == KxInspect::kWheelMeasures.end()) {
+            throw py::value_error("no measure of wheels is called '" + key + "'");
+        }
+        result.*(measure->limit) = {limit.first, limit.second};
+    }
+    return result;
+}
+
+WheelResults measureWheels(const py::list& wheels, Number flangeBack, float spacing,
+                           const std::map<std::string, std::pair<Number, Number>>& limits, const py::object& progress) {
+    KxInspect::WheelOptions options;
+    options.flangeBack = flangeBack;
+    options.spacing = spacing;
+    options.limits = limitsOf(limits);
+    std::vector<KxInspect::CrossSection> sections;
+    for (const py::handle wheel : wheels) {
+        sections.push_back(sectionOf(py::reinterpret_borrow<py::object>(wheel)));
+    }
+    const KxInspect::Progress report = progressOf(progress);
+    const py::gil_scoped_release release;
+    return KxInspect::measureWheels(sections, options, report);
+}
+
+void bindWheels(py::module_& module) {
+    bindResult<WheelResults>(module, "_WheelResults", &KxInspect::wheelsFromJson, &kxreport::wheelReport);
+    module.def("_measure_wheels", &measureWheels, py::arg("wheels"), py::arg("flange_back"), py::arg("spacing"),
+               py::arg("limits"), py::arg("progress"),
+               doc("Measures wheel profiles.", {"measureWheels", "measureWheel", "wheelsFromJson"}).c_str());
+}
+
+ConicityResult measureConicity(const std::array<py::object, 4>& sections, float gauge, float backToBack, float depth,
+                               float radius1, float radius2, float amplitude, Number smoothing) {
+    KxInspect::ConicityInput input;
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+        input.sections[i] = sectionOf(sections[i]);
+    }
+    input.gauge = gauge;
+    input.backToBack = backToBack;
+    input.gaugeDepth = depth;
+    input.radius1 = radius1;
+    input.radius2 = radius2;
+    input.shownAmplitude = amplitude;
+    input.smoothing = smoothing;
+    const py::gil_scoped_release release;
+    return KxInspect::measureConicity(input);
+}
+
+void bindConicity(py::module_& module) {
+    bindResult<ConicityResult>(module, "_ConicityResult", &KxInspect::conicityFromJson, &kxreport::conicityReport)
+        .def_property_readonly("curve",
+                               [](const ConicityResult& self) {
+                                   Profile curve;
+                                   for (const KxInspect::Point& p : self.conicity) {
+                                       curve.points.append({p.x, p.y});
+                                   }
+                                   return curve;
+                               })
+        .def(
+            "at",
+            [](const ConicityResult& self, float amplitude) {
+                const Number conicity = KxInspect::conicityAt(self, amplitude);
+                if (!conicity) {
+                    refuseResult(KxInspect::reasonWithoutConicity(self, amplitude));
+                }
+                return *conicity;
+            },
+            py::arg("amplitude"),
+            doc("The conicity at an amplitude. kx.NoResult where there is none.",
+                {"conicityAt", "reasonWithoutConicity"})
+                .c_str())
+        .def(
+            "interval_at",
+            [](const ConicityResult& self, float amplitude) {
+                const KxInspect::Interval interval = KxInspect::intervalAt(self, amplitude);
+                return py::make_tuple(interval.low, interval.high);
+            },
+            py::arg("amplitude"), doc("Its 95 % interval, NaN where it is unknown.", {"intervalAt"}).c_str());
+    module.def("_measure_conicity", &measureConicity, py::arg("sections"), py::arg("gauge"), py::arg("back_to_back"),
+               py::arg("gauge_depth"), py::arg("radius1"), py::arg("radius2"), py::arg("amplitude"),
+               py::arg("smoothing"),
+               doc("Wheel 1, rail 1, wheel 2, rail 2.", {"measureConicity", "conicityFromJson"}).c_str());
+}
+
+CalibrationResult measurePoses(const std::vector<std::tuple<std::string, Profile, std::array<double, 3>>>& shots,
+                               int placement, const Text& side, Number sensorY, const Text& obliqueCrest,
+                               const std::map<std::string, double>& object, const py::object& progress) {
+    KxInspect::CalibrationTask task;
+    task.placement = placement;
+    task.sensorY = sensorY;
+    if (obliqueCrest) {
+        task.obliqueCrest = *obliqueCrest == "above" ? KxInspect::ObliqueCrest::Above : KxInspect::ObliqueCrest::Below;
+    }
+    if (side) {
+        task.side = *side == "larger-y" ? KxInspect::SensorSide::LargerY : KxInspect::SensorSide::SmallerY;
+    }
+    task.object =
+        task.side ? KxInspect::calibrationObjectFacing(*task.side) : KxInspect::calibrationObjectFor(placement);
+    const std::map<std::string, double*> fields = {{"pitch", &task.object.pitch},
+                                                   {"slope", &task.object.slope},
+                                                   {"obliqueness", &task.object.obliqueness},
+                                                   {"crest_y", &task.object.crestY}};
+    for (const auto& [name, value] : object) {
+        *fields.at(name) = value;
+    }
+    std::vector<KxInspect::NamedProfile> profiles;
+    for (const auto& [name, profile, moved] : shots) {
+        profiles.push_back({name, KxInspect::fromKxProfile(libraryObject(profile)), moved});
+    }
+    const KxInspect::Progress report = progressOf(progress);
+    const py::gil_scoped_release release;
+    KxInspect::CalibrationTerms terms; // the names of the arguments in Python
+    terms.sensorY = "sensor_y";
+    terms.crestY = "crest_y";
+    terms.obliqueCrest = "oblique_crest";
+    return KxInspect::measurePoses(profiles, task, report, terms);
+}
+
+void bindCalibration(py::module_& module) {
+    bindResult<CalibrationResult>(module, "_CalibrationResult", &KxInspect::calibrationFromJson,
+                                  &kxreport::calibrationReport)
+        .def_property_readonly(
+            "reason", [](const CalibrationResult& self) { return reasonWithoutPose(self); },
+            doc("", {"reasonWithoutPose"}).c_str());
+    module.def("_measure_poses", &measurePoses, py::arg("shots"), py::arg("placement"), py::arg("side"),
+               py::arg("sensor_y"), py::arg("oblique_crest"), py::arg("object"), py::arg("progress"),
+               doc("The pose of a sensor.", {"measurePoses", "measurePose", "calibrationObjectFor",
+                                             "calibrationObjectFacing", "calibrationFromJson"})
+                   .c_str());
+}
+
+} // namespace
+
+void bindMeasuring(py::module_& module) {
+    bindPass(module);
+    bindWheels(module);
+    bindConicity(module);
+    bindCalibration(module);
+}
+
+} // namespace kxpython

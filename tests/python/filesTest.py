@@ -1,0 +1,182 @@
+"""Files of points: kinds by content, places of damage, and back bit by bit."""
+import copy
+import os
+import pickle
+import struct
+
+import numpy as np
+import pytest
+
+import kxmath as kx
+
+XYZ = np.array([[0, 1, 2], [3, 4.5, 5], [6, np.nan, 8], [-1, 0.1, 9]], dtype="f4")
+RGB = np.arange(12, dtype="u1").reshape(4, 3) * 20
+
+
+@pytest.mark.parametrize("item, names", [
+    (kx.Profile(XYZ[:, :2]), ["a.bin", "a.xyz"]),
+    (kx.Profile(XYZ[:, :2], z=4.5), ["a.profiles"]),
+    (kx.Cloud(XYZ), ["a.bin", "a.xyz", "a.ply", "a.pcd", "a.xyzf"]),
+    (kx.ColourCloud(XYZ, RGB), ["a.bin", "a.ply", "a.pcd"])])
+def test_what_is_saved_is_read_again(item, names, tmp_path):
+    for name in names:
+        item.save(tmp_path / name)
+        again = kx.read(tmp_path / name)
+        assert again == item and type(again) is type(item), name
+        item.save(os.fsencode(tmp_path / "named"), kind={"bin": "cloud"}.get(name[2:], name[2:]))
+        assert (tmp_path / "named").read_bytes() == (tmp_path / name).read_bytes()
+
+
+def test_text_is_read_as_it_is_written_elsewhere(tmp_path):
+    file = tmp_path / "shaft.csv"
+    for text, options in (("x;y\n1,5;2\n-3;4e1\n", {}), ("1.5\t2\n-3\t40\n", {}), ("1.5,2\n-3,40\n", {}),
+                          ("9 2 1.5\n9 40 -3\n", {"columns": [2, 1]}),
+                          ("1,5 2\n-3 40\n", {"separator": " ", "decimal_sign": ","})):
+        file.write_text(text)
+        assert kx.Profile.from_csv(file, **options) == kx.Profile([[1.5, 2], [-3, 40]]), text
+    assert kx.read(file, decimal_sign=",", separator=" ") == kx.Profile([[1.5, 2], [-3, 40]])
+
+
+def test_what_is_wrong_is_told_with_its_place(tmp_path):
+    file = tmp_path / "a.csv"
+    file.write_text("1;2\n3;x\n")
+    with pytest.raises(kx.FileError, match="line 2") as caught:
+        kx.Profile.from_csv(file)
+    assert caught.value.place == kx.Place(line=2, column=2, byte=caught.value.place.byte)
+    assert (caught.value.path, caught.value.kind) == (str(file), "damaged")
+    with pytest.raises(kx.FileMissing) as caught:
+        kx.read(tmp_path / "missing.csv")
+    assert caught.value.errno == 2 and caught.value.filename == str(tmp_path / "missing.csv")
+    with pytest.raises(kx.FileError) as caught:
+        kx.Cloud(XYZ).save(tmp_path / "missing" / "a.ply")
+    assert caught.value.kind == "unwritable"
+    for failing in (lambda: kx.Cloud(XYZ).save(tmp_path / "a.what"), lambda: kx.Cloud(XYZ).save(file, kind="what"),
+                    lambda: kx.read(file, separator=";;"), lambda: kx.read("a\0b")):
+        with pytest.raises(ValueError):
+            failing()
+    with pytest.raises(TypeError):
+        kx.read(7.5)
+
+
+def test_names_that_are_no_text(tmp_path):
+    file = os.fsencode(tmp_path) + b"/\xfc.bin"
+    profile = kx.Profile(XYZ[:, :2], z=1)
+    profile.save(file, kind="profiles")
+    assert kx.read(file) == profile == kx.read(os.fsdecode(file)) == kx.ProfileSet.open(file)[0]
+    with pytest.raises(kx.FileMissing) as caught:
+        kx.read(file + b"x.csv")
+    assert os.fsencode(caught.value.path) == file + b"x.csv" and "%FC" in str(caught.value)
+
+
+def records(path, profiles):
+    """A file of profile records, as its page describes it."""
+    with open(path, "wb") as out:
+        for z, points in profiles:
+            out.write(struct.pack("<BHf", 5, len(points), z) + np.asarray(points, "<f4").tobytes())
+    return path
+
+
+def scan_of(count):
+    random = np.random.default_rng(4)
+    for i in range(count):
+        x = np.arange(-6, 6.05, 0.1)
+        yield 0.25 * i + 10, np.column_stack([x, 2 + 0.1 * i + 0.3 * x + random.normal(0, 0.01, x.size)])
+
+
+def test_a_set_of_a_file_reads_what_is_asked_for(tmp_path):
+    source = list(scan_of(30)) + [(50, np.zeros((0, 2)))]
+    file = records(tmp_path / "weld_7.bin", source)
+    scan = kx.Recording.open(file)
+    assert (len(scan), scan.serial, scan.name) == (31, 7, "weld_7")
+    assert scan[17] == scan[-14] == kx.Profile(source[17][1], z=source[17][0]) and len(scan[30]) == 0
+    part = scan[5:25:4]
+    assert [p.z for p in part] == [source[i][0] for i in range(5, 25, 4)] and type(part) is kx.Recording
+    assert part == kx.ProfileSet(kx.Profile(a, z=z) for z, a in source[5:25:4]) and part[1:] != part
+    assert scan.counts.tolist() == [len(a) for _, a in source] and scan.z[:2].tolist() == [10, 10.25]
+    assert np.array_equal(part.to_cloud().points[:121], np.column_stack([source[5][1], [11.25] * 121]).astype("f4"))
+    for index in (31, -32):
+        with pytest.raises(IndexError):
+            scan[index]
+    for value in (scan, part, kx.ProfileSet(part)):
+        assert pickle.loads(pickle.dumps(value)) == value == copy.deepcopy(value)
+    assert kx.read(file) == scan
+    with pytest.raises(TypeError):
+        kx.ProfileSet([XYZ])
+
+
+def test_damaged_recordings(tmp_path):
+    file = records(tmp_path / "a_1.bin", scan_of(5))
+    whole = file.read_bytes()
+    scan = kx.ProfileSet.open(file)
+    for content in (whole[:-1], whole[:3000] + b"\x77" + whole[3001:], whole[:2928] + b"\x77" + whole[2929:]):
+        file.write_bytes(content)
+        try:
+            opened = kx.ProfileSet.open(file)
+            assert len(opened) == 5 # a byte of a number
+        except kx.FileError as error:
+            assert error.kind == "damaged" and error.place.record and error.place.byte is not None
+    file.write_bytes(whole[:2000])
+    with pytest.raises(kx.FileError, match="has changed since") as caught:
+        scan[4]
+    assert caught.value.place.record == 5
+    file.write_bytes(b"")
+    with pytest.raises(kx.FileError):
+        kx.ProfileSet.open(file)
+
+
+def test_height_maps(tmp_path):
+    scan = kx.ProfileSet(kx.Profile(a, z=z) for z, a in scan_of(12))
+    h = scan.to_grid(step=0.25)
+    assert h.shape == (12, 48) and h.heights.dtype == np.float32 and np.shares_memory(h.heights, np.asarray(h))
+    assert np.allclose(h.z, 10 + 0.25 * np.arange(12)) and h.x[0] == -6 and h.pitch == 0.25
+    i, j = 7, 20
+    assert abs(h.heights[i, j] - (2 + 0.1 * i + 0.3 * h.x[j])) < 0.05
+    with pytest.raises(ValueError):
+        h.heights[0, 0] = 1
+    same = scan.to_grid(step=0.25, distance=0.25, first_z=10)
+    assert np.array_equal(same.heights, h.heights, equal_nan=True)
+    means = h.block_means(3)
+    assert means.shape == h.shape and np.isnan(means[0]).all()
+    assert np.isclose(means[5, 9], h.heights[2:5, 6:9].mean(), atol=1e-5)
+    assert len(h.to_cloud()) == np.isfinite(h.heights).sum()
+    heights = h.heights
+    del h, same
+    assert np.isfinite(heights).any()
+
+
+def test_height_maps_in_other_programs(tmp_path):
+    h = kx.ProfileSet(kx.Profile(a, z=z) for z, a in scan_of(12)).to_grid(step=0.25)
+    da = h.to_xarray()
+    assert da.dims == ("z", "x") and da.attrs["units"] == da.x.attrs["units"] == "mm"
+    assert float(da.sel(x=-1.0, z=11.75)) == h.heights[7, 20] and np.array_equal(da, h.heights, equal_nan=True)
+    h.to_npy(tmp_path / "a.npy")
+    assert np.array_equal(np.load(tmp_path / "a.npy"), h.heights, equal_nan=True)
+    h.to_ply(tmp_path / "a.ply")
+    assert kx.read(tmp_path / "a.ply") == h.to_cloud()
+    h.to_gsf(tmp_path / "a.gsf")
+    content = (tmp_path / "a.gsf").read_bytes()
+    start = content.index(b"\0")
+    values = np.frombuffer(content[start + 4 - start % 4:], "<f4").reshape(12, 48)
+    assert b"XRes = 48\nYRes = 12\n" in content and np.allclose(values, h.heights * 1e-3, equal_nan=True)
+
+
+def test_scans_without_a_map_say_why():
+    profiles = [kx.Profile(a, z=z) for z, a in scan_of(4)]
+    with pytest.raises(kx.ArgumentError, match="distance"):
+        kx.ProfileSet(profiles[::-1]).to_grid(step=0.25)
+    with pytest.raises(kx.ArgumentError):
+        kx.ProfileSet(kx.Profile(p) for p in profiles).to_grid(step=0.25)
+    with pytest.raises(kx.NoResult):
+        kx.ProfileSet(profiles).to_grid(step=50.0)
+    with pytest.raises(kx.ArgumentError):
+        kx.ProfileSet(profiles).to_grid(step=-1.0)
+
+
+def test_plates_are_found():
+    x = np.arange(0, 20, 0.5)
+    def profile(z):
+        y = np.where((x > 5) & (x < 15) & (5 < z < 15), 12.5, 2.0)
+        return kx.Profile.from_xy(x, y, z=z)
+    patches = kx.ProfileSet(profile(z) for z in np.arange(0, 20, 0.5)).to_grid(step=0.5).patches(tolerance=0.5)
+    assert sorted(round(p.mean, 1) for p in patches) == [2.0, 12.5]
+    assert all(p.cells == len(p.cloud) and p.area > 0 for p in patches)

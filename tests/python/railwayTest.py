@@ -1,0 +1,166 @@
+"""Measurements of wheels and trains: the values of the commands, to the last bit of their JSON."""
+import json
+import os
+import pathlib
+import pickle
+import signal
+import subprocess
+import threading
+
+import numpy as np
+import pytest
+
+import kxmath as kx
+
+PROGRAM = os.environ["KXMATH_PROGRAM"]
+
+
+def run(folder, *arguments):
+    output = subprocess.run([PROGRAM, *map(str, arguments)], cwd=folder, capture_output=True, text=True,
+                            env={**os.environ, "LD_PRELOAD": ""})
+    assert output.returncode in (0, 1, 5), output.stderr
+    return output.stdout
+
+
+@pytest.fixture(scope="module")
+def folder(tmp_path_factory):
+    folder = tmp_path_factory.mktemp("pass")
+    run(folder, "simulate", ".", "--cars", 1, "--rate", 1000, "--points", 320)
+    run(folder, "simulate", "shots", "--calibration", 2, "--profiles", 2, "--turn", "3,-2,4")
+    return folder
+
+
+@pytest.fixture(scope="module")
+def train(folder):
+    return kx.Pass(folder / "train_101.bin", folder / "train_102.bin", settings=folder / "settings.ini", station="A12",
+                   time="2026-11-21T08:15Z")
+
+
+def differences(a, b, place=""):
+    """Where two documents differ, but for the names of files, which are as the caller gave them."""
+    if isinstance(a, dict) and isinstance(b, dict):
+        return [d for key in sorted(a.keys() | b.keys())
+                for d in differences(a.get(key, "absent"), b.get(key, "absent"), f"{place}.{key}")]
+    if isinstance(a, list) and isinstance(b, list) and len(a) == len(b):
+        return [d for i, (p, q) in enumerate(zip(a, b)) for d in differences(p, q, f"{place}[{i}]")]
+    is_name = isinstance(a, str) and isinstance(b, str) and pathlib.PurePath(a).name == pathlib.PurePath(b).name
+    return [] if a == b and type(a) is type(b) or is_name else [f"{place}: {a} {b}"]
+
+
+def test_a_pass_is_that_of_the_command(folder, train, tmp_path):
+    arguments = ["train", "train_101.bin", "train_102.bin", "--settings", "settings.ini", "--defects", "defects.ini",
+                 "--out", tmp_path, "--json", "-", "--station", "A12", "--time", "2026-11-21T08:15Z"]
+    wanted = json.loads(run(folder, *arguments))
+    result = train.measure(defects=folder / "defects.ini")
+    assert [d for d in differences(wanted, result.to_dict()) if not d.startswith(".folder")] == []
+    frame = result.distances
+    assert frame["distance"].tolist() == [pair["distance"] for pair in wanted["pairs"]] and len(frame) == 4
+    wheels = result.wheels
+    assert len(wheels) == 8 and set(wheels["side"]) == {1, 2} and wheels["profiles"].min() > 0
+    result.report(tmp_path / "pass.html")
+    assert "<svg" in (tmp_path / "pass.html").read_text()
+    assert pickle.loads(pickle.dumps(result)) == result == kx.PassResult.from_json(result.to_json(pictures=True))
+    with pytest.raises(kx.FileError):
+        kx.PassResult.from_json("{")
+
+
+def test_a_folder_holds_a_pass(folder, tmp_path):
+    for name in ("train_101.bin", "train_102.bin"):
+        (tmp_path / name).symlink_to(folder / name)
+    run = kx.Pass(tmp_path, settings=folder / "settings.ini")
+    assert run.measure()["distances"] == 4 and "train_102.bin" in repr(run)
+
+
+def test_progress_is_reported_and_ends_the_work(train):
+    steps = []
+    train.measure(progress=lambda step, part: steps.append((step, part)))
+    assert steps and all(step and 0 <= part <= 1 for step, part in steps)
+
+    def give_up(step, part):
+        raise KeyError("enough")
+
+    with pytest.raises(KeyError):
+        train.measure(progress=give_up)
+
+
+def test_control_c_ends_a_pass(train):
+    def interrupt(step, part):
+        signal.raise_signal(signal.SIGINT)
+
+    with pytest.raises(KeyboardInterrupt):
+        train.measure(progress=interrupt)
+
+
+def test_threads_measure_at_once(train):
+    wanted, found = train.measure().to_json(), []
+    threads = [threading.Thread(target=lambda: found.append(train.measure().to_json())) for _ in range(3)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    assert found == [wanted] * 3
+
+
+def test_failures_of_a_pass(folder, train):
+    with pytest.raises(kx.FileMissing):
+        kx.Pass(folder / "train_101.bin", folder / "train_9.bin", settings=folder / "settings.ini").measure()
+    with pytest.raises(kx.FileMissing):
+        kx.Pass(*train.recordings, settings=folder / "missing.ini").measure()
+    with pytest.raises(kx.ArgumentError):
+        kx.Pass(*train.recordings, settings=folder / "settings.ini", time="yesterday").measure()
+    with pytest.raises(kx.ArgumentError):
+        train.measure(tolerance=-1.0)
+
+
+def wheel_and_rail():
+    """A conical tread behind a flange, and a round rail head; y down, x outwards."""
+    x = np.arange(0, 135, 0.25)
+    flange = 28 * np.clip(1 - np.abs(x - 16) / 16.5, 0, 1) ** 0.6
+    wheel = np.column_stack([x, flange - (x - 70) / 20])
+    r = np.arange(0, 70, 0.25)
+    rail = np.column_stack([r, 300 - np.sqrt(300**2 - (r - 35) ** 2) + np.clip(8 - r, 0, None) ** 2 / 4])
+    return kx.Profile(wheel), kx.Profile(rail)
+
+
+def test_wheels_and_conicity_are_those_of_the_commands(tmp_path):
+    wheel, rail = wheel_and_rail()
+    for name, profile in (("wheel.bin", wheel), ("rail.bin", rail)):
+        profile.save(tmp_path / name)
+    wanted = json.loads(run(tmp_path, "wheel", "wheel.bin", "--json", "-"))
+    file, memory = kx.WheelProfile(tmp_path / "wheel.bin").measure(), kx.WheelProfile(wheel.points).measure()
+    assert differences(wanted, file.to_dict()) == []
+    assert differences({**wanted["wheels"][0], "file": ""}, memory["wheels"][0]) == []
+    assert len(kx.measure_wheels([wheel, tmp_path / "wheel.bin"]).wheels) == 2
+    limited = kx.WheelProfile(wheel).measure(limits={"flangeHeight": (None, 1.0)})
+    assert limited["wheels"][0]["verdict"] == "outside"
+    with pytest.raises(ValueError):
+        kx.WheelProfile(wheel).measure(limits={"what": (1, 2)})
+
+    wanted = json.loads(run(tmp_path, "conicity", "--wheel1", "wheel.bin", "--wheel2", "wheel.bin", "--rail1",
+                            "rail.bin", "--rail2", "rail.bin", "--gauge", 1435, "--back-to-back", 1360, "--json", "-"))
+    files = kx.conicity(wheels=(tmp_path / "wheel.bin",) * 2, rails=(tmp_path / "rail.bin",) * 2, gauge=1435,
+                        back_to_back=1360)
+    assert differences(wanted, files.to_dict()) == []
+    memory = kx.conicity(wheels=(wheel, wheel), rails=(rail, rail.points), gauge=1435, back_to_back=1360)
+    assert memory.curve.equals(files.curve) and memory.curve.index.name == "amplitude"
+    assert pickle.loads(pickle.dumps(files)) == files
+    assert len(files.curve) == len(wanted["conicity"]) > 50
+    assert abs(files.at(3.0) - 0.05) < 1e-4 and files.interval_at(3.0)[0] <= files.at(3.0) # a cone of 1 : 20
+    with pytest.raises(kx.NoResult):
+        files.at(99.0)
+
+
+def test_a_pose_is_that_of_the_command(folder):
+    shots = sorted((folder / "shots").glob("*.bin"))
+    assert len(shots) == 2
+    arguments = [*shots, "--position", 2, "--side", "larger-y", "--json", "-"]
+    wanted = json.loads(run(folder, "calibrate", *arguments))
+    found = kx.calibrate(shots, placement=2, side="larger-y")
+    assert [d for d in differences(wanted, found.to_dict()) if not d.startswith(".warnings[0]")] == []
+    assert "oblique_crest" in found["warnings"][0] and found.reason == ""
+    assert kx.calibrate(shots, placement=2, side="larger-y", oblique_crest="above")["warnings"] == []
+    memory = kx.calibrate([kx.read(shot) for shot in shots], placement=2, side="larger-y")
+    assert memory["pose"] == wanted["pose"]
+    for failing in (lambda: kx.calibrate(shots, placement=2), lambda: kx.calibrate(shots, placement=2, side="left")):
+        with pytest.raises(kx.ArgumentError):
+            failing()
