@@ -60,6 +60,15 @@ TEST(SimulatedPass, VariantsAreFound) {
     }
 }
 
+TEST(SimulatedPass, WheelsOutOfRangeHaveNoRecords) {
+    Parameters p = quickPass(4);
+    p.maxRange = 90;
+    const Pass pass(p);
+    for (const char* const key : {"firstRecord", "lastRecord"}) {
+        EXPECT_EQ(pass.wheel(2, 1)[key].toInt(-1), 0) << key;
+    }
+}
+
 TEST(SimulatedPass, SameSeedSameBytes) {
     const QStringList files = {"train_101.bin", "train_102.bin", "truth.json", "settings.ini", "defects.ini"};
     const Pass first(quickPass(1));

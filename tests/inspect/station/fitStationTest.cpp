@@ -114,6 +114,9 @@ TEST_F(FitStation, FindsTreadsWithoutFlanges) {
         EXPECT_GT(behind(*sensor.treadHigh), 100.0);
         EXPECT_LT(behind(*sensor.treadHigh), 200.0) << "before what is behind the wheel";
     }
+    const Change sparse = [](Parameters& p) { p.points = 120; };
+    EXPECT_NE(fitStation({pass("sparse", 31, sparse, sparse)}, options).fault.find("no tread with 63 points"),
+              std::string::npos);
 }
 
 struct Refusal {
