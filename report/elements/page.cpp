@@ -37,6 +37,8 @@ table { border-collapse: collapse; background: #fff; font-size: 13px; width: 100
 th, td { border-bottom: 1px solid #e3e8ed; padding: 4px 9px; text-align: right; }
 th { background: #eaeff3; font-weight: 600; vertical-align: bottom; }
 th.text, td.text { text-align: left; overflow-wrap: anywhere; }
+table.wide { font-size: 12px; }
+.wide th, .wide td { padding: 4px 5px; }
 .good { color: #00694d; }
 .bad { color: #b34700; font-weight: 600; }
 .faint { color: #7b8794; }
@@ -52,8 +54,8 @@ th.text, td.text { text-align: left; overflow-wrap: anywhere; }
   .facts strong { font-size: 14px; }
   .half { grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); }
   .scroll { overflow: visible; }
-  table { font-size: 9px; }
-  th, td { padding: 2px 3px; }
+  table, table.wide { font-size: 9px; }
+  th, td, .wide th, .wide td { padding: 2px 3px; }
   * { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 }
 )";
@@ -129,7 +131,9 @@ void Page::figures(const std::vector<Figure>& figures) {
 
 void Page::table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns) {
     const auto columnClass = [textColumns](int column) { return QLatin1String(column < textColumns ? "text " : ""); };
-    body_ += QStringLiteral("<div class=\"scroll\"><table>\n<thead><tr>");
+    constexpr qsizetype kMany = 12; // columns that have room
+    body_ += QStringLiteral("<div class=\"scroll\"><table%1>\n<thead><tr>")
+                 .arg(headers.size() > kMany ? QStringLiteral(" class=\"wide\"") : QString());
     for (int column = 0; column < headers.size(); ++column) {
         body_ += QStringLiteral("<th class=\"") + columnClass(column) + QStringLiteral("\">") +
                  escaped(headers.at(column)) + QStringLiteral("</th>");
