@@ -371,7 +371,7 @@ std::vector<BandRadius> TreadTable::deviations(const Band& band) const {
     std::vector<const Row*> shown;
     std::vector<double> effects;
     std::vector<Change> changes;
-    const int least = std::min(kLeastTread, static_cast<int>(band.width()));
+    const int least = std::min(kLeastTread, (3 * static_cast<int>(band.width()) + 4) / 5);
     for (const Row& row : rows_) {
         if (shownOf(row.radius, band) >= least) {
             shown.push_back(&row);

@@ -60,8 +60,8 @@ public:
     /// change along the wheel, which no flat of even depth does, and taken off.
     void compare(const AxleFit& axle, const TipView& tips);
 
-    /// What is common to the stations of a band in each profile that shows enough of it, apart from what is common to all
-    /// profiles. Nothing when too few do. After compare().
+    /// What is common to the stations of a band in each profile that shows kLeastTread of them, or three in five of a
+    /// narrow band, apart from what is common to all profiles. Nothing when too few do. After compare().
     std::vector<BandRadius> deviations(const Band& band) const;
 
     /// The shift of the rings along the track for each mm across. After compare().

@@ -72,10 +72,10 @@ struct Judgement {
     Runs runs;
 };
 
-/// Judges the whole width that is seen and, where that is round, bands of it: flats may be narrow.
+/// Judges the whole width that is seen and, where that is round, bands of it: flats may be narrow, and of those that are
+/// one plane only the edge next to the flange may be in view.
 Judgement judgeBands(const TreadTable& table, const DefectLimits& limits) {
-    constexpr std::size_t kWidth = 10; // mm
-    constexpr std::size_t kStep = 5;
+    constexpr std::size_t kWidths[] = {10, 5}; // mm
     const auto judge = [&](const Band& band) {
         Judgement judged = {band, table.deviations(band), {}};
         judged.runs = runsOf(judged.radii, limits);
@@ -83,11 +83,14 @@ Judgement judgeBands(const TreadTable& table, const DefectLimits& limits) {
     };
     const Judgement whole = judge({});
     Judgement farthest = whole;
-    for (std::size_t first = 0; first + kWidth <= Band().width() && whole.runs.profiles.empty(); first += kStep) {
-        Judgement band = judge({first, first + kWidth - 1});
-        const bool isOff = band.radii.size() >= kFewestRadii && !band.runs.profiles.empty();
-        if (isOff && (farthest.runs.profiles.empty() || band.runs.largest > farthest.runs.largest)) {
-            farthest = std::move(band);
+    for (const std::size_t width : kWidths) {
+        for (std::size_t first = 0; first + width <= Band().width() && whole.runs.profiles.empty();
+             first += width / 2) {
+            Judgement band = judge({first, first + width - 1});
+            const bool isOff = band.radii.size() >= kFewestRadii && !band.runs.profiles.empty();
+            if (isOff && (farthest.runs.profiles.empty() || band.runs.largest > farthest.runs.largest)) {
+                farthest = std::move(band);
+            }
         }
     }
     return farthest;

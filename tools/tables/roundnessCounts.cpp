@@ -1,8 +1,8 @@
 // Counts over many simulated passes what roundness says of wheels that are known:
 //
-//     roundnessCounts sound [PASSES [FIRST_SEED]]      sound wheels under conditions drawn from the whole range
-//     roundnessCounts flats [FLATS [FIRST_SEED]]       flats of 25 to 60 mm that pass where the sensors see
-//     roundnessCounts intervals [PASSES [FIRST_SEED]]  95 % intervals of the radius of a profile
+//     roundnessCounts sound [PASSES [FIRST_SEED]]  sound wheels under conditions drawn from the whole range
+//     roundnessCounts flats [PASSES [FIRST_SEED [OPTIONS]]]  flats of 25 to 60 mm that pass where the sensors see
+//     roundnessCounts intervals [PASSES [FIRST_SEED [-v]]]  95 % intervals of the radius of a profile
 //
 // Wheels that are judged wrongly are named on stderr, with the options of kxmath simulate that make them.
 #include "tools/tables/roundnessTrial.h"
@@ -39,12 +39,12 @@ double drawn(kxsim::Random& random, double from, double to) {
 /// Sensors that stand and see as they like, trains that pass as they like.
 std::string drawnConditions(kxsim::Random& random) {
     constexpr double kSlow = 6.0; // m/s; slower passes have many records, and half of the wheels
-    const double speed = std::exp(drawn(random, 0.0, std::log(60.0)));
+    const double speed = random.chance(0.1) ? 1.0 : std::exp(random.uniform(0.0, std::log(60.0)));
     return option("noise", drawn(random, 0.0, 0.3)) + option("stand-off", drawn(random, 100.0, 300.0)) +
            option("beta", drawn(random, 75.0, 105.0)) + option("speed", speed) +
            option("yaw", drawn(random, -5.0, 5.0)) + option("turn1", drawn(random, -2.0, 2.0)) +
            option("turn2", drawn(random, -2.0, 2.0)) + option("along2", drawn(random, -50.0, 50.0)) +
-           option("bogies", speed < kSlow ? 1.0 : 2.0);
+           option("bogies", 1.0) + option("axles", speed < kSlow ? 2.0 : 4.0);
 }
 
 void countSound(std::uint64_t passes, std::uint64_t first) {
@@ -85,68 +85,66 @@ struct Found {
     int found = 0;
 };
 
-/// How much of what was seen of the wheel lies in the flat, mm along the circumference.
-double seenOf(const PassWheel& wheel, const kxsim::Defect& flat) {
-    double sum = 0.0;
-    for (const KxInspect::SeenArc& arc : wheel.roundness ? wheel.roundness->seen : std::vector<KxInspect::SeenArc>()) {
-        sum += std::max(0.0, std::min(static_cast<double>(arc.to), flat.phase + flat.size / 2.0) -
-                                 std::max(static_cast<double>(arc.from), flat.phase - flat.size / 2.0));
-    }
-    return sum;
+const char* nameOf(kxsim::FlatShape shape) {
+    return shape == kxsim::FlatShape::Even ? "even" : "plane";
 }
 
-void countFlats(std::uint64_t flats, std::uint64_t first, kxsim::FlatShape shape) {
-    constexpr double kReach = 22.0; // mm of the circumference to both sides that the default pose shows
+/// How a wheel with a flat was judged, as a warning.
+std::string judgementOf(const PassWheel* wheel) {
+    if (wheel == nullptr) {
+        return "no wheel";
+    }
+    return wheel->roundness ? "off by " + std::to_string(wheel->roundness->largest) + " mm, limit " +
+                                  std::to_string(wheel->roundness->limit)
+                            : wheel->roundnessReason;
+}
+
+/// Flats in the part of the circumference that the sensors see by default, one on each side of a pass.
+void countFlats(std::uint64_t passes, std::uint64_t first, const std::string& more, kxsim::FlatShape shape) {
+    constexpr double kReach = 22.0; // mm of the circumference to both sides
     Found counts[] = {{"25 to 40 mm", 25.0, 40.0}, {"40 to 60 mm", 40.0, 60.0}, {"60 mm", 60.0, 61.0}};
-    int notJudged = 0;
     Tally sound;
-    for (std::uint64_t seed = first; seed < first + flats; ++seed) {
+    for (std::uint64_t seed = first; seed < first + passes; ++seed) {
         kxsim::Random random({seed, FlatStream});
         const double speed = std::exp(random.uniform(0.0, std::log(30.0)));
-        const std::string options = option("yaw", random.uniform(0.0, 5.0)) + option("speed", speed);
+        const std::string options =
+            option("yaw", random.uniform(0.0, 5.0)) + option("speed", speed) + " --bogies 1 --axles 3 " + more;
         kxsim::Parameters p = carWith(options, seed);
         p.flatShape = shape;
-        const kxsim::Defect flat = {
-            kxsim::Defect::Kind::Flat, 1 + static_cast<int>(seed % 4), 1 + static_cast<int>(seed / 4 % 2),
-            random.chance(0.2) ? 60.0 : random.uniform(25.0, 60.0), random.uniform(-kReach, kReach)};
-        p.defects = {flat};
+        for (const int sensor : {1, 2}) {
+            p.defects.push_back({kxsim::Defect::Kind::Flat, 1 + static_cast<int>(random.uniform() * 2.999), sensor,
+                                 random.chance(0.2) ? 60.0 : random.uniform(25.0, 60.0),
+                                 random.uniform(-kReach, kReach)});
+        }
         const KxInspect::PassResult pass = measured(p);
-        const PassWheel* const wheel = wheelOf(pass, flat.pair, flat.sensor);
-        const bool isFound = wheel != nullptr && wheel->roundness && wheel->roundness->isOut;
-        for (Found& count : counts) {
-            if (flat.size >= count.from && flat.size < count.to) {
-                ++count.flats;
-                count.found += isFound ? 1 : 0;
+        sound.add(pass);
+        for (const kxsim::Defect& flat : p.defects) {
+            const PassWheel* const wheel = wheelOf(pass, flat.pair, flat.sensor);
+            const bool isFound = wheel != nullptr && wheel->roundness && wheel->roundness->isOut;
+            for (Found& count : counts) {
+                if (flat.size >= count.from && flat.size < count.to) {
+                    ++count.flats;
+                    count.found += isFound ? 1 : 0;
+                }
+            }
+            sound.wheels -= 1;
+            sound.out -= isFound ? 1 : 0;
+            if (!isFound) {
+                std::fprintf(stderr, "--seed %llu --cars 1%s --flat-shape %s --flat %d:%d:%.4g:%.4g: %s\n",
+                             static_cast<unsigned long long>(seed), options.c_str(), nameOf(shape), flat.pair,
+                             flat.sensor, flat.size, flat.phase, judgementOf(wheel).c_str());
             }
         }
-        notJudged += wheel == nullptr || !wheel->roundness ? 1 : 0;
-        if (!isFound) {
-            std::fprintf(stderr,
-                         "--seed %llu --cars 1%s --flat-shape %s --flat %d:%d:%.4g:%.4g, %.1f mm of it seen: %s\n",
-                         static_cast<unsigned long long>(seed), options.c_str(),
-                         shape == kxsim::FlatShape::Even ? "even" : "plane", flat.pair, flat.sensor, flat.size,
-                         flat.phase, wheel == nullptr ? 0.0 : seenOf(*wheel, flat),
-                         wheel == nullptr   ? "no wheel"
-                         : wheel->roundness ? ("by " + std::to_string(wheel->roundness->largest) + ", limit " +
-                                               std::to_string(wheel->roundness->limit))
-                                                  .c_str()
-                                            : wheel->roundnessReason.c_str());
-        }
-        Tally others;
-        others.add(pass);
-        others.wheels -= 1;
-        others.out -= isFound ? 1 : 0;
-        sound.add(others);
     }
     for (const Found& count : counts) {
-        std::printf("%s flats of %s: %d of %d found.\n", shape == kxsim::FlatShape::Even ? "Even" : "Plane", count.name,
-                    count.found, count.flats);
+        std::printf("%d of %d %s flats of %s found.\n", count.found, count.flats, nameOf(shape), count.name);
     }
-    std::printf("%d not judged. Of %d sound wheels beside them %d out of round.\n", notJudged, sound.wheels, sound.out);
+    std::printf("%d of %d sound wheels beside them out of round.\n", sound.out, sound.wheels);
 }
 
 /// The profiles of a wheel share its axle, and the wheels of a side the pose of their sensor: one profile of a side counts.
-void countIntervals(std::uint64_t passes, std::uint64_t first) {
+void countIntervals(std::uint64_t passes, std::uint64_t first, bool isVerbose) {
+    const std::string kSmall = " --bogies 1 --axles 3 --points 640"; // wheels alone, for the sake of time
     int values = 0;
     int held = 0;
     double squares = 0.0;
@@ -156,7 +154,9 @@ void countIntervals(std::uint64_t passes, std::uint64_t first) {
             option("noise", random.uniform(0.02, 0.2)) + option("stand-off", random.uniform(120.0, 250.0)) +
             option("beta", random.uniform(80.0, 100.0)) + option("speed", random.uniform(6.0, 30.0)) +
             option("yaw", random.uniform(-4.0, 4.0)) + option("yaw-spread", 1.0);
-        const KxInspect::PassResult pass = measured(carWith(options, seed));
+        kxsim::Parameters p = carWith(options + kSmall, seed);
+        p.hasRails = p.hasBackground = p.hasObjects = false;
+        const KxInspect::PassResult pass = measured(p);
         for (const KxInspect::PassSide& side : pass.sides) {
             if (side.wheels.empty()) {
                 continue;
@@ -174,6 +174,9 @@ void countIntervals(std::uint64_t passes, std::uint64_t first) {
             ++values;
             held += std::abs(off) <= 1.96 ? 1 : 0;
             squares += off * off;
+            if (isVerbose) {
+                std::fprintf(stderr, "%.3f %.0f %s\n", off, static_cast<double>(radius.place), options.c_str());
+            }
         }
     }
     std::printf("%d of %d intervals hold the truth, %.1f %%; the values are off %.2f of their standard error (rms).\n",
@@ -190,10 +193,11 @@ int main(int argc, char** argv) {
     if (what == "sound") {
         countSound(number(2, 1000), number(3, 1));
     } else if (what == "flats") {
-        countFlats(number(2, 200), number(3, 1), kxsim::FlatShape::Even);
-        countFlats(number(2, 200), number(3, 1), kxsim::FlatShape::Plane);
+        const std::string more = argc > 4 ? argv[4] : "";
+        countFlats(number(2, 100), number(3, 1), more, kxsim::FlatShape::Even);
+        countFlats(number(2, 100), number(3, 1), more, kxsim::FlatShape::Plane);
     } else if (what == "intervals") {
-        countIntervals(number(2, 1000), number(3, 1));
+        countIntervals(number(2, 1000), number(3, 1), argc > 4);
     } else {
         std::fprintf(stderr, "roundnessCounts sound|flats|intervals [COUNT [FIRST_SEED]]\n");
         return 2;

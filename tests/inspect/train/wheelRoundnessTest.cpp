@@ -28,6 +28,7 @@ struct Make {
     double ahead = 0.0; ///< how much farther profiles are seen before the axle than behind it, mm
     int hidden = 0; ///< the number of a profile that shows no tread
     std::function<double(int)> worn = [](int) { return 0.0; }; ///< depth of the tread in a profile
+    std::function<double(double)> reach = [](double) { return 1.0; }; ///< share of that depth, over the width
     std::function<double(int)> raised = [](int) { return 0.0; }; ///< what the flange is seen lower
     std::function<bool(int, double)> shown = [](int, double) { return true; }; ///< of a place across, in a profile
 };
@@ -53,8 +54,9 @@ KxProfile makeProfile(int number, const Make& make) {
             continue;
         }
         const double tip = across - 15.0;
-        const double radius = across < 30.0 ? kFlangeRadius + make.raised(number) - tip * tip / 25.0
-                                            : kTreadRadius - (across - 70.0) / 40.0 - make.worn(number);
+        const double radius = across < 30.0
+                                  ? kFlangeRadius + make.raised(number) - tip * tip / 25.0
+                                  : kTreadRadius - (across - 70.0) / 40.0 - make.worn(number) * make.reach(across);
         const double noise = make.noise > 0.0 ? make.noise * normal(random) : 0.0;
         const double along = alongOf(across, number, make);
         const double down = std::sqrt(radius * radius - std::pow(along + make.yaw * across, 2)) - 400.0 + noise;
@@ -155,6 +157,19 @@ TEST(WheelRoundness, FindsTheAxleWithATurnedLaserPlane) {
 std::function<bool(int, double)> parts(int lastOfFirst, double endOfFirst, double startOfOthers) {
     return
         [=](int number, double across) { return number <= lastOfFirst ? across < endOfFirst : across > startOfOthers; };
+}
+
+TEST(WheelRoundness, FindsFlatsOfWhichOnlyTheEdgeIsInView) {
+    // One plane on a conical tread: the deeper, the nearer to the flange.
+    const std::optional<Roundness> judged = judge({.worn = within(5, 12, 0.12),
+                                                   .reach = [](double a) { return std::max(0.0, (76.0 - a) / 6.0); },
+                                                   .shown = parts(0, 0.0, 70.0)})
+                                                .roundness;
+    ASSERT_TRUE(judged);
+    EXPECT_EQ(judged->profiles, (std::vector<int>{5, 6, 7, 8, 9, 10, 11, 12}));
+    EXPECT_EQ(judged->bandFrom, 69.0f);
+    EXPECT_EQ(judged->bandTo, 73.0f);
+    EXPECT_NEAR(judged->largest, 0.08, 0.01);
 }
 
 TEST(WheelRoundness, ComparesWhatMostProfilesShow) {
