@@ -51,7 +51,7 @@ bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowle
     constexpr double kTuning = 4.685;
     const std::vector<double> off = offCircle(axle, tips);
     axle.scatter = scatterOf(off);
-    const double scatter = std::max(axle.scatter, kLeastScatter);
+    const double scatter = std::max({axle.scatter, known.noise, kLeastScatter});
     AxleFit::Fit sums;
     for (std::size_t i = 0; i < tips.size(); ++i) {
         const double u = std::min(1.0, std::abs(off[i]) / (kTuning * scatter));

@@ -40,6 +40,7 @@ struct Estimate {
 struct AxleKnowledge {
     Estimate shear;
     Estimate stretch;
+    double noise = 0.0; ///< of the tips, as a standard deviation, mm; that they scatter less is chance
 };
 
 /// Fits the axle to the tips. Tips far off their circle do not count, see fitFlangeCircle().

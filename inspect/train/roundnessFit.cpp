@@ -95,7 +95,7 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
         const FlangeTips tips = sections.tips(fit.axle, skew.value, across);
         across = tips.across;
         const std::optional<FlangeCircle> circle = fitFlangeCircle(tips.tips);
-        fit.axle = circle ? fitAxle(tips.tips, *circle, {known.shear, stretch}) : std::nullopt;
+        fit.axle = circle ? fitAxle(tips.tips, *circle, {known.shear, stretch, tips.error}) : std::nullopt;
         if (const QString reason = whyNoAxle(tips.tips, fit.axle); !reason.isEmpty()) {
             return notFitted(reason);
         }

@@ -65,7 +65,7 @@ TEST(AxleFit, ErrorsAreThoseOfManyFits) {
     AxleFit::Fit::Vector squares = {};
     for (int i = 0; i < kFits; ++i) {
         // What is known of shear and stretch is as uncertain as it says.
-        const AxleKnowledge known = {{0.002 * normal(random), 0.002}, {0.004 * normal(random), 0.004}};
+        const AxleKnowledge known = {{0.002 * normal(random), 0.002}, {0.004 * normal(random), 0.004}, kNoise};
         std::vector<FlangeTip> all = tips(-270.0, 240.0, 0.0, 0.0);
         for (FlangeTip& tip : all) {
             tip.down += kNoise * normal(random);
@@ -80,6 +80,15 @@ TEST(AxleFit, ErrorsAreThoseOfManyFits) {
     for (const double square : squares) {
         EXPECT_NEAR(std::sqrt(square), 1.0, 0.15);
     }
+}
+
+TEST(AxleFit, IsNoSurerThanTheNoiseOfTheTips) {
+    const std::vector<FlangeTip> all = tips(-270.0, 240.0, 0.0, 0.0); // by chance without any
+    const auto errorOf = [&](double noise) {
+        return std::sqrt(fit(all, {{0.0, 0.002}, {0.0, 0.004}, noise})->covariance[AxleFit::Place][AxleFit::Place]);
+    };
+    EXPECT_NEAR(errorOf(0.04), 2.0 * errorOf(0.02), 0.1 * errorOf(0.04));
+    EXPECT_GT(errorOf(0.02), 0.02 / std::sqrt(static_cast<double>(all.size())));
 }
 
 TEST(AxleFit, TellsHowRadiiChange) {
