@@ -25,6 +25,7 @@
 #include "Json.h"
 #include "PassIdentity.h"
 #include "PassResult.h"
+#include "PassWheels.h"
 #include "Patches.h"
 #include "PointFile.h"
 #include "Profile.h"

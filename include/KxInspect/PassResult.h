@@ -6,6 +6,7 @@
 #include "Interval.h"
 #include "Json.h"
 #include "PassIdentity.h"
+#include "PassWheels.h"
 #include "Profile.h"
 #include "Settings.h"
 
@@ -116,8 +117,10 @@ struct PassSide {
     int cloudSections = 0; ///< records of this kind
     int profileRecords = 0; ///< records of that kind
     Line level;
-    Line reference;
+    Line reference; ///< NaN for a sensor that measures no distances
     std::vector<PassWheel> wheels;
+    /// Why nothing was read of it, a clause; the file, its size and hash may then be empty. Of several recordings one may fail.
+    std::string missing = {};
 
     int records() const { return cloudSections + profileRecords; }
 };
@@ -199,7 +202,8 @@ struct KXINSPECT_EXPORT PassResult {
     PassIdentity identity;
     std::string settings; ///< the file of the station's settings, without its folder; may be empty
     std::string folder; ///< where wheel files were left; empty for nowhere. No part of the JSON form
-    std::vector<PassSide> sides; ///< two of them
+    std::vector<PassSide> sides; ///< the two that face each other
+    std::vector<PassSide> further; ///< the recordings of other sensors, for the measures of wheels
     float baseDistance = 0.0f; ///< mm
     /// Half of the 95 % interval of the base distance, mm; absent when the settings do not give it: the intervals of
     /// distances then lack it.
@@ -209,6 +213,8 @@ struct KXINSPECT_EXPORT PassResult {
     std::optional<DefectLimits> defectLimits; ///< set when defects were looked for
     std::vector<WheelPair> pairs; ///< in order along the train
     PassTrain train = {}; ///< its vehicles
+    /// The measures of the left and the right wheel of each pair; empty when the settings give no side of a sensor.
+    std::vector<PassWheelMeasures> wheels;
     std::vector<std::string> warnings; ///< what makes results doubtful, UTF-8
     std::vector<PairPicture> pictures; ///< of the pairs that were asked for
     std::vector<RawPicture> rawPictures; ///< of the sides on which no wheel was found
@@ -219,7 +225,7 @@ struct KXINSPECT_EXPORT PassResult {
     const PassVehicle* vehicleOf(const WheelPair& pair) const;
     int distances() const; ///< how many pairs have one
     VerdictCount count(PassQuestion question) const;
-    /// True when the pass has a distance and, where treads were asked for, a verdict on a tread or on roundness.
+    /// True when the pass has a distance, or of several sensors a measure of a wheel, and, where treads were asked for, a verdict on a tread or on roundness.
     bool hasResult() const;
 };
 

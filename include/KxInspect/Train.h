@@ -31,15 +31,23 @@ struct PassOptions {
 };
 
 /// Finds the wheels in the recordings of two sensors that face each other across the track, pairs them, and measures
-/// the distance across each pair; with `options.defects` judges the treads.
+/// the distance across each pair; with `options.defects` judges the treads. Where the settings give the sides and poses of
+/// sensors, measures each wheel from all profiles of all sensors of its side.
+///
+/// With more than two recordings the first sensor between the rails on either side gives the distances. One that is missing
+/// or damaged is then no error as long as one of these two is whole: PassSide::missing says why it is not there.
 ///
 /// Each recording is read once, from its beginning to its end. Memory follows the profiles of the wheels.
 /// Throws an Error for recordings and settings that are missing, damaged or do not fit each other, for options out of
 /// range, and for wheel files that cannot be written. A train without wheels is no error.
-/// @param recordings two files named PREFIX_SERIAL.bin of profile records or 2-D cloud sections; the serial
-///        numbers are those of SENSOR1 and SENSOR2 in the settings, in either order
+/// @param recordings two or more files named PREFIX_SERIAL.bin of profile records or 2-D cloud sections. The serial
+///        numbers of two are those of SENSOR1 and SENSOR2 in the settings, in either order; others are of sensors with a side
 KXINSPECT_EXPORT PassResult measurePass(const std::vector<std::string>& recordings, const StationSettings& settings,
                                         const PassOptions& options = {}, const Progress& progress = {});
+
+/// The recordings in a folder, PREFIX_SERIAL.bin of the sensors that the settings name, in their order. Throws an Error when the
+/// folder cannot be read or holds fewer than two.
+KXINSPECT_EXPORT std::vector<std::string> recordingsIn(const std::string& folder, const StationSettings& settings);
 
 /// Throws the Error that measurePass() would throw before it reads the first record: to be called before anything is
 /// made ready for a pass.

@@ -1,6 +1,7 @@
 // The result of a pass from JSON.
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
+#include "inspect/results/passWheelsJson.h"
 #include "inspect/results/trainJson.h"
 
 #include <KxInspect/PassResult.h>
@@ -49,7 +50,9 @@ PassSide readSide(const JsonValue& value) {
     side.cloudSections = readCount(value["cloudSections"]);
     side.profileRecords = readCount(value["profileRecords"]);
     side.level = value["level"].line();
-    side.reference = value["reference"].line();
+    constexpr float kUnknown = std::numeric_limits<float>::quiet_NaN();
+    side.reference = value["reference"].isNull() ? Line{kUnknown, kUnknown} : value["reference"].line();
+    side.missing = value.has("missing") ? value["missing"].text() : std::string();
     return side;
 }
 
@@ -198,6 +201,19 @@ RawPicture readRawPicture(const JsonValue& value, const PassResult& result) {
     return raw;
 }
 
+void readFurther(const JsonValue& value, PassResult& result) {
+    constexpr std::size_t kMostSensors = 49;
+    constexpr int kMostWheels = 10000; // longer than any train; counts in files are claims
+    const std::vector<JsonValue> list = value.list();
+    if (list.size() > kMostSensors) {
+        value.failAsNo(QStringLiteral("list of at most 49 recordings"));
+    }
+    for (const JsonValue& side : list) {
+        result.further.push_back(readSide(side));
+        result.further.back().wheels.resize(static_cast<std::size_t>(side["wheels"].wholeNumber(0, kMostWheels)));
+    }
+}
+
 } // namespace
 
 PassResult passFromJson(const std::string& json) {
@@ -219,6 +235,12 @@ PassResult passFromJson(const std::string& json) {
     result.train = detail::readTrain(document["train"]);
     for (const JsonValue& pair : document["pairs"].list()) {
         readPair(pair, result);
+    }
+    if (document.has("wheels")) {
+        result.wheels = detail::readWheelMeasures(document["wheels"], result.pairs.size());
+    }
+    if (document.has("furtherRecordings")) {
+        readFurther(document["furtherRecordings"], result);
     }
     result.warnings = document["warnings"].texts();
     if (document.has("pictures")) {

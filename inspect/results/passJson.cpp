@@ -1,6 +1,7 @@
 // The result of a pass as JSON.
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
+#include "inspect/results/passWheelsJson.h"
 #include "inspect/results/trainJson.h"
 
 #include <KxInspect/PassResult.h>
@@ -17,18 +18,27 @@ QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
 }
 
+/// Null for a sensor that measures no distances.
+QJsonValue referenceValue(const Line& line) {
+    return std::isfinite(line.slope) ? QJsonValue(jsonLine(line)) : QJsonValue();
+}
+
 QJsonObject sideObject(const PassSide& side) {
-    return {{QStringLiteral("file"), text(side.file)},
-            {QStringLiteral("serial"), side.serial},
-            {QStringLiteral("sensor"), side.sensor},
-            {QStringLiteral("bytes"), static_cast<qint64>(side.bytes)},
-            {QStringLiteral("sha256"), text(side.sha256)},
-            {QStringLiteral("cloudSections"), side.cloudSections},
-            {QStringLiteral("profileRecords"), side.profileRecords},
-            {QStringLiteral("level"), jsonLine(side.level)},
-            {QStringLiteral("reference"), jsonLine(side.reference)},
-            {QStringLiteral("wheelDirectory"), text(side.wheelDirectory)},
-            {QStringLiteral("wheels"), static_cast<qint64>(side.wheels.size())}};
+    QJsonObject object = {{QStringLiteral("file"), text(side.file)},
+                          {QStringLiteral("serial"), side.serial},
+                          {QStringLiteral("sensor"), side.sensor},
+                          {QStringLiteral("bytes"), static_cast<qint64>(side.bytes)},
+                          {QStringLiteral("sha256"), text(side.sha256)},
+                          {QStringLiteral("cloudSections"), side.cloudSections},
+                          {QStringLiteral("profileRecords"), side.profileRecords},
+                          {QStringLiteral("level"), jsonLine(side.level)},
+                          {QStringLiteral("reference"), referenceValue(side.reference)},
+                          {QStringLiteral("wheelDirectory"), text(side.wheelDirectory)},
+                          {QStringLiteral("wheels"), static_cast<qint64>(side.wheels.size())}};
+    if (!side.missing.empty()) {
+        object[QStringLiteral("missing")] = text(side.missing);
+    }
+    return object;
 }
 
 QJsonValue defectsValue(const std::optional<TreadDefects>& defects) {
@@ -214,6 +224,12 @@ std::string toJson(const PassResult& result, Pictures pictures) {
                             {QStringLiteral("pairs"), pairs},
                             {QStringLiteral("train"), trainObject(result.train)},
                             {QStringLiteral("warnings"), jsonList(result.warnings)}};
+    if (!result.wheels.empty()) {
+        document[QStringLiteral("wheels")] = wheelMeasuresList(result.wheels, pictures);
+    }
+    if (!result.further.empty()) {
+        document[QStringLiteral("furtherRecordings")] = listOf(result.further, sideObject);
+    }
     if (pictures == Pictures::Included) {
         document[QStringLiteral("pictures")] = listOf(result.pictures, pictureObject);
         document[QStringLiteral("rawPictures")] = listOf(result.rawPictures, rawObject);

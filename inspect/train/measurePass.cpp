@@ -7,7 +7,9 @@
 #include "inspect/train/passIdentity.h"
 #include "inspect/train/passTrain.h"
 #include "inspect/train/passWarnings.h"
+#include "inspect/train/passWheels.h"
 #include "inspect/train/pictures.h"
+#include "inspect/train/severalInputs.h"
 #include "inspect/train/treadDefects.h"
 #include "inspect/train/treadPart.h"
 #include "inspect/train/wheelFiles.h"
@@ -57,8 +59,11 @@ PassSide describeSide(const MeasuredSide& measured) {
     side.wheelDirectory = input.name.parts.base.toStdString();
     side.serial = input.name.parts.serial;
     side.sensor = input.sensor;
-    side.bytes = input.stream->size();
-    side.sha256 = input.stream->sha256();
+    side.missing = input.missing;
+    if (input.missing.empty()) {
+        side.bytes = input.stream->size();
+        side.sha256 = input.stream->sha256();
+    }
     side.cloudSections = measured.found.cloudSections();
     side.profileRecords = measured.found.profileRecords();
     side.level = fromKxLine(input.detection.level);
@@ -77,16 +82,45 @@ PassSide describeSide(const MeasuredSide& measured) {
     return side;
 }
 
+/// The wheels of a recording. Of several recordings one that is damaged is left out, and says why.
+WheelCollector wheelsOf(SideInput& input, bool mayFail, const PassOptions& options, const Progress& progress) {
+    if (!input.missing.empty()) {
+        return {input.detection, options.mode};
+    }
+    report(progress, "finding wheels in", input.path, 0.0);
+    try {
+        WheelCollector found = findWheels(input, options.mode, progress);
+        if (options.wheelFolder.empty()) {
+            return found;
+        }
+        report(progress, "writing wheels of", input.path, 0.0);
+        const QtPath folder(options.wheelFolder);
+        writeWheelFiles(folder.text(), input.name, input.sensor, found);
+        return found;
+    } catch (const Error& error) {
+        if (!mayFail || error.source().role != "recording") {
+            throw;
+        }
+        input.missing = failureOf(input, error.reason());
+        return {input.detection, options.mode};
+    }
+}
+
+/// The recordings of further sensors.
+std::vector<MeasuredSide> findFurtherWheels(PassInputs& inputs, const PassOptions& options, const Progress& progress) {
+    std::vector<MeasuredSide> further;
+    for (SideInput& input : inputs.further) {
+        WheelCollector found = wheelsOf(input, true, options, progress);
+        const std::size_t wheels = found.wheels().size();
+        further.push_back({std::move(input), std::move(found), std::vector<ChosenProfile>(wheels), {}});
+    }
+    return further;
+}
+
 std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& options, const Progress& progress) {
     std::vector<MeasuredSide> sides;
     for (SideInput& input : inputs.sides) {
-        report(progress, "finding wheels in", input.path, 0.0);
-        WheelCollector found = findWheels(input, options.mode, progress);
-        if (!options.wheelFolder.empty()) {
-            report(progress, "writing wheels of", input.path, 0.0);
-            const QtPath folder(options.wheelFolder);
-            writeWheelFiles(folder.text(), input.name, input.sensor, found);
-        }
+        WheelCollector found = wheelsOf(input, inputs.isOfSeveral, options, progress);
         std::vector<ChosenProfile> chosen;
         std::vector<WheelStand> stands;
         for (const FoundWheel& wheel : found.wheels()) {
@@ -190,6 +224,28 @@ void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSid
     }
 }
 
+/// The sensors of the station that have a side, with their recordings.
+std::vector<SensorWheels> sensorsOf(const StationSettings& settings, const std::vector<MeasuredSide>& sides,
+                                    const std::vector<MeasuredSide>& further) {
+    std::vector<SensorWheels> sensors;
+    for (const SensorSettings& sensor : settings.sensors) {
+        if (!sensor.side) {
+            continue;
+        }
+        SensorWheels wheels{&sensor, nullptr, kNotGiven};
+        for (const auto* const list : {&sides, &further}) {
+            for (const MeasuredSide& side : *list) {
+                if (side.input.sensor == sensor.number) {
+                    wheels.missing = side.input.missing;
+                    wheels.found = wheels.missing.empty() ? &side.found : nullptr;
+                }
+            }
+        }
+        sensors.push_back(wheels);
+    }
+    return sensors;
+}
+
 } // namespace
 
 PassResult measurePass(const std::vector<std::string>& recordings, const StationSettings& settings,
@@ -211,8 +267,13 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
         warnOfDefectSettings(*options.defects, result);
     }
     std::vector<MeasuredSide> sides = findAllWheels(inputs, options, progress);
+    const std::vector<MeasuredSide> further = findFurtherWheels(inputs, options, progress);
     for (const MeasuredSide& side : sides) {
         result.sides.push_back(describeSide(side));
+        warnOfLines(side, result);
+    }
+    for (const MeasuredSide& side : further) {
+        result.further.push_back(describeSide(side));
         warnOfLines(side, result);
     }
     report(progress, "measuring distances", {}, 0.0);
@@ -221,6 +282,8 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
         result.pairs.push_back(measurePair(paired, pairing.doubt, sides, result));
     }
     numberPairs(sides, options, result);
+    report(progress, "measuring wheels", {}, 0.0);
+    measureWheels(sensorsOf(settings, sides, further), {&sides[0].found, &sides[1].found}, settings, result);
     if (options.defects) {
         judgeTreadsOfPass(options, sides, result, progress);
     }

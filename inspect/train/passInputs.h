@@ -24,16 +24,19 @@ struct TreadLines {
 struct SideInput {
     std::string path;
     RecordingFiles name;
-    std::unique_ptr<RecordStream> stream; ///< at its beginning
+    std::unique_ptr<RecordStream> stream; ///< at its beginning; null without a recording
     int sensor = 0;
     KxMath::KxWheelDetectionSettings detection;
     KxMath::KxLine reference;
     std::optional<TreadLines> tread; ///< set when defects are looked for
     LaserPlane plane = {};
+    std::string missing = {}; ///< why there is no recording, a clause; empty with one
 };
 
 struct PassInputs {
-    std::vector<SideInput> sides; ///< two of them
+    std::vector<SideInput> sides; ///< the two that face each other
+    std::vector<SideInput> further = {}; ///< of other sensors
+    bool isOfSeveral = false; ///< sensors, of which some may fail
     float baseDistance = 0.0f;
 };
 

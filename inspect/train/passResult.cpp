@@ -1,6 +1,8 @@
 // What the result of a pass says of itself.
 #include "inspect/train/noDistance.h"
 
+#include <algorithm>
+
 namespace KxInspect {
 
 namespace {
@@ -31,12 +33,27 @@ VerdictCount countWheels(const PassResult& result, Verdict verdict) {
     return count;
 }
 
+/// Of several recordings one may be missing, and with it the distances.
+bool isOfSeveralSensors(const PassResult& result) {
+    const auto isMissing = [](const PassSide& side) { return !side.missing.empty(); };
+    return !result.further.empty() || std::any_of(result.sides.begin(), result.sides.end(), isMissing);
+}
+
+bool hasMeasure(const PassResult& result) {
+    return std::any_of(result.wheels.begin(), result.wheels.end(), [](const PassWheelMeasures& wheel) {
+        return std::any_of(wheel.values.begin(), wheel.values.end(), [](const PassValue& v) { return v.value; });
+    });
+}
+
 } // namespace
 
 std::string detail::whyNoDistance(const PassResult& result, const WheelPair& pair) {
     for (std::size_t side = 0; side < result.sides.size(); ++side) {
         const std::string of = "side " + std::to_string(side + 1);
         const PassWheel* const wheel = result.wheelOf(pair, side);
+        if (wheel == nullptr && !result.sides[side].missing.empty()) {
+            return result.sides[side].missing;
+        }
         if (wheel == nullptr) {
             return "the sensor of " + of + " did not see the wheel";
         }
@@ -76,7 +93,7 @@ VerdictCount PassResult::count(PassQuestion question) const {
 }
 
 bool PassResult::hasResult() const {
-    return distances() > 0 &&
+    return (distances() > 0 || (isOfSeveralSensors(*this) && hasMeasure(*this))) &&
            (!defectLimits || count(PassQuestion::Tread).judged > 0 || count(PassQuestion::Roundness).judged > 0);
 }
 

@@ -126,8 +126,14 @@ void warnOfTreadLines(const PassSide& side, const CutOut& cutOut, PassResult& re
 }
 
 void warnOfLines(const MeasuredSide& side, PassResult& result) {
+    if (!side.input.missing.empty()) {
+        warn(result, toQt(side.input.missing) + QStringLiteral(": what only this sensor sees is not measured"));
+        return;
+    }
     warnOfLevel(side, result);
-    warnOfReference(side, result);
+    if (!side.stands.empty()) { // of sensors that measure distances
+        warnOfReference(side, result);
+    }
 }
 
 namespace {

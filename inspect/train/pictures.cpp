@@ -97,7 +97,7 @@ std::vector<RawPicture> rawPictures(const PassResult& result, const std::vector<
     std::vector<RawPicture> pictures;
     for (std::size_t side = 0; side < sides.size(); ++side) {
         const WheelCollector& found = sides[side].found;
-        if (found.wheels().empty()) {
+        if (found.wheels().empty() && sides[side].input.missing.empty()) {
             RawPicture raw{side,
                            found.sample().profiles(),
                            found.sample().points(),

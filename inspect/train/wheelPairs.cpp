@@ -53,7 +53,8 @@ Pairing pairWheels(const std::vector<MeasuredSide>& sides, PassResult& result) {
     }
     const auto alone = std::count_if(pairing.pairs.begin(), pairing.pairs.end(),
                                      [](const PairedWheels& p) { return !p.wheels[0] || !p.wheels[1]; });
-    if (alone > 0) {
+    const bool areBoth = sides[0].input.missing.empty() && sides[1].input.missing.empty();
+    if (alone > 0 && areBoth) {
         const auto number = [](std::size_t value) { return QString::number(value); };
         const std::size_t counts[] = {first.middles.size(), second.middles.size()};
         const QString which =

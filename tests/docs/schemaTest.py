@@ -52,6 +52,25 @@ def result_of(folder, *options, code=0):
     return json.loads(run.stdout)
 
 
+# Members of results of stations whose settings give the sides of sensors.
+OPTIONAL = {("wheels",), ("furtherRecordings",)}
+
+LAYOUT = "".join(f"[SENSOR{i}]\nSN={100 + i}\nside={side}\nplace={place}\n" for i, (side, place) in enumerate(
+    [("left", "inner"), ("right", "inner"), ("left", "field"), ("right", "field")], 1))
+
+
+def several_sensors(folder):
+    folder.mkdir()
+    (folder / "layout.ini").write_text(LAYOUT)
+    simulate = [kxmath, "simulate", ".", "--cars", "1", "--bogies", "1", "--rate", "700", "--layout", "layout.ini"]
+    subprocess.run(simulate, cwd=folder, check=True, capture_output=True)
+    for what, gone in ("several sensors", None), ("without a field sensor", 104), ("without an inner one", 102):
+        if gone:
+            (folder / f"train_{gone}.bin").unlink()
+        command = [kxmath, "train", ".", "--out", "passes", "--json", "-"]
+        yield what, json.loads(subprocess.run(command, cwd=folder, check=True, capture_output=True, text=True).stdout)
+
+
 def results(folder):
     simulate = [kxmath, "simulate", ".", "--cars", "1", "--rate", "300", "--points", "640", "--flat", "2:1:60"]
     subprocess.run(simulate, cwd=folder, check=True, capture_output=True)
@@ -72,6 +91,7 @@ def results(folder):
     text = (folder / "settings.ini").read_text()
     (folder / "blind.ini").write_text(text.replace("minProfsInWheel=", "minProfsInWheel=9999 ;"))
     yield "no wheels", result_of(folder, "--settings", "blind.ini", code=1)
+    yield from several_sensors(folder / "several")
 
 
 def places(value, path=()):
@@ -98,7 +118,8 @@ def broken(result):
         for key in [] if is_open else list(at(result, path)):
             changed = copy.deepcopy(result)
             del at(changed, path)[key]
-            yield f"without {path + (key,)}", changed
+            if path + (key,) not in OPTIONAL:
+                yield f"without {path + (key,)}", changed
             changed = copy.deepcopy(result)
             at(changed, path)[key] = {"no": []}
             yield f"another type at {path + (key,)}", changed

@@ -8,6 +8,7 @@
 #include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
+#include "tools/kxmath/train/wheelMeasuresText.h"
 
 namespace kxtool {
 
@@ -17,7 +18,11 @@ using namespace kxreport;
 namespace {
 
 QString recordingText(const PassResult& pass, size_t index) {
-    const KxInspect::PassSide& side = pass.sides[index];
+    const size_t facing = pass.sides.size();
+    const KxInspect::PassSide& side = index < facing ? pass.sides[index] : pass.further[index - facing];
+    if (!side.missing.empty()) {
+        return QStringLiteral("Recording %1: %2\n").arg(index + 1).arg(printable(QString::fromStdString(side.missing)));
+    }
     return QStringLiteral("Recording %1: %2 (SENSOR%3, serial %4), %5 records, %6 wheels\n")
         .arg(QString::number(index + 1), printable(QString::fromStdString(side.file)), QString::number(side.sensor),
              QString::number(side.serial), QString::number(side.records()), QString::number(side.wheels.size()));
@@ -66,9 +71,12 @@ QString vehiclesText(const PassResult& pass) {
 QString passText(const PassResult& pass) {
     const QString identity = identityText(pass);
     QString text = identity.isEmpty() ? QString() : QStringLiteral("Pass: %1\n").arg(printable(identity));
-    text += recordingText(pass, 0) + recordingText(pass, 1);
+    for (size_t i = 0; i < pass.sides.size() + pass.further.size(); ++i) {
+        text += recordingText(pass, i);
+    }
     text += QStringLiteral("Tolerance: %1. Lengths in mm.\n\n").arg(toleranceText(pass));
     text += table(pass, pairColumns()) + summary(pass, KxInspect::PassQuestion::Distance) + notes(pass);
+    text += wheelMeasuresText(pass);
     if (pass.defectLimits) {
         text += QStringLiteral("\nDefects: %1\n\n").arg(defectLimitsText(pass));
         text += table(pass, defectColumns()) + summary(pass, KxInspect::PassQuestion::Tread);

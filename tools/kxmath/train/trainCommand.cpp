@@ -14,6 +14,9 @@
 
 #include <QtCore/QFile>
 
+#include <filesystem>
+#include <system_error>
+
 namespace kxtool {
 
 namespace {
@@ -95,8 +98,11 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
         std::pair(KxInspect::recordingName(options.recordings[0]), KxInspect::recordingName(options.recordings[1]));
     WorkFolder folder(options.out,
                       passFolderName(QString::fromStdString(first.base), QString::fromStdString(second.base)));
-    folder.link(fromBytes(options.recordings[0]), QString::fromStdString(first.file));
-    folder.link(fromBytes(options.recordings[1]), QString::fromStdString(second.file));
+    for (const std::string& recording : options.recordings) {
+        if (std::error_code ignored; std::filesystem::exists(recording, ignored)) { // of several one may be missing
+            folder.link(fromBytes(recording), QString::fromStdString(KxInspect::recordingName(recording).file));
+        }
+    }
     folder.copy(options.settings, QStringLiteral("settings.ini"));
     if (passOptions.defects) {
         folder.copy(options.defects, QStringLiteral("defects.ini"));
@@ -107,7 +113,7 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
     passOptions.wheelFolder = folder.path();
     PassResult pass = measurePass(options.recordings, settings, passOptions, progress.callback());
     pass.folder.clear();
-    if (pass.distances() > 0) {
+    if (pass.distances() > 0 || pass.hasResult()) {
         const OutputFile json(QStringLiteral("result"), fromBytes(folder.path() + "/result.json"));
         json.write(QString::fromStdString(toJson(pass)));
         folder.finish();

@@ -5,16 +5,25 @@
 
 #include "tools/kxmath/console/options.h"
 
+#include <KxInspect/Settings.h>
+#include <KxInspect/Train.h>
+
+#include <filesystem>
+#include <system_error>
+
 namespace kxtool {
 
 namespace {
 
 constexpr const char* kDescription =
-    R"(Finds the wheels in the recordings of two sensors that face each other across the track, and measures the
-distance across each wheel pair. With --defects it also judges the treads of the wheels.
+    R"(Finds the wheels in the recordings of sensors beside a track: measures the distance across each wheel pair from two
+that face each other, and diameter, flange, hollow and rim of each wheel from all sensors of its side. With --defects it
+also judges the treads of the wheels.
 
 A recording is a file of profile records or 2-D cloud sections named PREFIX_SERIAL.bin; SERIAL is the serial number
-of the sensor, which the settings name as SENSOR1/SN or SENSOR2/SN. The work is done in a fresh folder inside the
+of the sensor, which the settings name as SENSORn/SN. Two recordings are those of SENSOR1 and SENSOR2. With more the
+settings give the side of each sensor and its pose; the first ones between the rails on either side give the distances, and
+one of the recordings may be missing or damaged, which is a warning. The work is done in a fresh folder inside the
 --out folder: its name begins with "incomplete-" until the pass is done and is then pass-NAME1-NAME2, with a number
 behind it where that is taken. It holds links to the recordings, the profiles of each wheel, where the wheels start,
 the settings and result.json. A run that fails removes it, a killed run leaves the incomplete one.)";
@@ -26,7 +35,8 @@ Settings (INI file), n being the number of the sensor:
             SENSORn/k2, SENSORn/b2 (reference line), calibrLines2 (base distance between the reference lines);
             in mode 3 also SENSORn/lowlevel_k, SENSORn/lowlevel_b
   optional: minProfsInWheel (5), SENSORn/wndSize (3), SENSORn/higherPoinInWnd (1), SENSORn/maxdY (1.5),
-            SENSORn/minPointsIn (2); in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
+            SENSORn/minPointsIn (2); SENSORn/side (left or right) and the pose SENSORn/x, y, z, alpha, beta, gamma, for
+            the measures of wheels; in mode 3 SENSORn/maxCorr (1), SENSORn/parts (0), SENSORn/maxDist (10)
 Values out of range are refused. Warnings name unknown keys with the nearest known one, level lines that no point or
 every point is below, and reference lines that are more than 3 degrees off the wheels.
 
@@ -102,9 +112,9 @@ void addConsistOptions(Options& options) {
 }
 
 void addOptions(Options& options) {
-    options.addArgument("REC1", QStringLiteral("Recording of one side."));
-    options.addArgument("REC2", QStringLiteral("Recording of the other side."));
-    options.addOption("settings", QStringLiteral("INI file with the keys below."), "FILE");
+    options.addArgument("REC...", QStringLiteral("Recordings, one of each sensor; or the folder that holds them."));
+    options.addOption("settings",
+                      QStringLiteral("INI file with the keys below. Default for a folder: its settings.ini."), "FILE");
     options.addOption("mode",
                       QStringLiteral("3: straight parts are removed and wheel points lie between a low line and the "
                                      "level line; any other number: below the level line. Default: 0."),
@@ -131,6 +141,11 @@ void addOptions(Options& options) {
     addLabelOptions(options);
     addConsistOptions(options);
     FailOn::declare(options, possibleVerdicts());
+}
+
+bool isDirectory(const QString& path) {
+    std::error_code ignored; // what is not known to be one is none
+    return std::filesystem::is_directory(toBytes(path), ignored);
 }
 
 /// The text of an option that names something; an empty one names nothing.
@@ -205,17 +220,25 @@ FailOn failOn(const Options& options) {
 } // namespace
 
 std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
-    Options options("train", "REC1 REC2 --settings FILE [options]", QLatin1String(kDescription), kDetails);
+    Options options("train", "REC... --settings FILE [options]", QLatin1String(kDescription), kDetails);
     addOptions(options);
     if (!options.parse(arguments)) {
         return std::nullopt;
     }
     std::vector<std::string> recordings;
-    for (const QString& path : options.arguments("recordings", 2, 2)) {
-        recordings.push_back(toBytes(path));
+    const QStringList given = options.arguments("recordings", 0);
+    const bool isFolder = given.size() == 1 && isDirectory(given.front());
+    const QString settings = isFolder && !options.isSet("settings") ? given.front() + QStringLiteral("/settings.ini")
+                                                                    : options.needed("settings");
+    if (isFolder) {
+        recordings = KxInspect::recordingsIn(toBytes(given.front()), KxInspect::readStationSettings(toBytes(settings)));
+    } else {
+        for (const QString& path : options.arguments("recordings", 2)) {
+            recordings.push_back(toBytes(path));
+        }
     }
     return TrainOptions{recordings,
-                        options.needed("settings"),
+                        settings,
                         name(options, "out", QStringLiteral("a folder")),
                         options.output("json"),
                         options.output("csv"),

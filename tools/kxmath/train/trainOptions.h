@@ -17,7 +17,7 @@
 namespace kxtool {
 
 struct TrainOptions {
-    std::vector<std::string> recordings; ///< two of them
+    std::vector<std::string> recordings; ///< two or more
     QString settings;
     QString out; ///< where the folder of the pass is made
     OutputFile json;

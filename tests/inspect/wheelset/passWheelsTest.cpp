@@ -1,0 +1,184 @@
+// The measures of the wheels of simulated passes, from sensors between the rails and outside.
+#include "simulator/random.h"
+#include "simulator/simulation.h"
+#include "simulator/train.h"
+#include "simulator/wornRim.h"
+#include "support/tempFiles.h"
+
+#include <KxInspect/Error.h>
+#include <KxInspect/Train.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using namespace KxInspect;
+using testing_support::TempFiles;
+
+/// A pass of one car by four sensors, simulated once.
+class PassWheels : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        files_ = new TempFiles;
+        parameters_ = new kxsim::Parameters;
+        kxsim::Parameters& p = *parameters_;
+        p.seed = 21;
+        p.cars = 1;
+        p.rate = 1200.0;
+        p.treadWear = 3.0;
+        p.yawSpread = 1.5;
+        p.layout = {{101, true, kxsim::SensorPlace::Inner},
+                    {102, false, kxsim::SensorPlace::Inner},
+                    {103, true, kxsim::SensorPlace::Field, 400.0},
+                    {104, false, kxsim::SensorPlace::Field, -250.0}};
+        kxsim::simulatePass(p, files_->path(""), {});
+    }
+    static void TearDownTestSuite() {
+        delete files_;
+        delete parameters_;
+    }
+
+    static std::string path(const QString& name) { return files_->path(name).toStdString(); }
+    static std::vector<std::string> recordings(const std::vector<int>& serials) {
+        std::vector<std::string> paths;
+        for (const int serial : serials) {
+            paths.push_back(path(QStringLiteral("train_%1.bin").arg(serial)));
+        }
+        return paths;
+    }
+    static StationSettings settings() { return readStationSettings(path("settings.ini")); }
+    static PassResult measure(const std::vector<int>& serials) { return measurePass(recordings(serials), settings()); }
+
+    static double truthOf(const PassWheelMeasures& wheel, PassMeasure measure) {
+        const kxsim::Train train = kxsim::makeTrain(*parameters_);
+        const auto& pair = train.pairs.at(static_cast<std::size_t>(wheel.pair - 1));
+        const kxsim::Wheel& w = pair.wheels.at(wheel.side == TrackSide::Left ? 0 : 1);
+        const kxsim::RimTruth rim = kxsim::trueMeasures(kxsim::rimOf(w.contour, w.shape.diameter));
+        const double values[] = {w.shape.diameter, rim.height, rim.thickness, rim.flangeSlope, rim.hollow, rim.width};
+        return values[static_cast<std::size_t>(measure)];
+    }
+
+    static TempFiles* files_;
+    static kxsim::Parameters* parameters_;
+};
+
+TempFiles* PassWheels::files_ = nullptr;
+kxsim::Parameters* PassWheels::parameters_ = nullptr;
+
+std::vector<std::string> keysOf(const SensorShare& share) {
+    std::vector<std::string> keys;
+    for (const PassMeasureInfo& info : kPassMeasureInfos) {
+        if (share.measures[static_cast<std::size_t>(info.measure)]) {
+            keys.emplace_back(info.key);
+        }
+    }
+    return keys;
+}
+
+TEST_F(PassWheels, FourSensorsMeasureEverything) {
+    const PassResult result = measurePass(recordingsIn(path(""), settings()), settings());
+    EXPECT_EQ(result.distances(), 4);
+    EXPECT_EQ(result.further.size(), 2U);
+    ASSERT_EQ(result.wheels.size(), 8U);
+    int held = 0;
+    for (const PassWheelMeasures& wheel : result.wheels) {
+        for (const PassMeasureInfo& info : kPassMeasureInfos) {
+            const PassValue& value = wheel[info.measure];
+            ASSERT_TRUE(value.value) << info.key << ": " << value.reason;
+            const double truth = truthOf(wheel, info.measure);
+            // Noise of 0.05 mm; the diameter is that of an arc of 50 degrees. docs/train.md has the errors of many passes.
+            const double allowed = info.measure == PassMeasure::Diameter ? 0.1 : 0.05;
+            EXPECT_NEAR(static_cast<double>(*value.value), truth, allowed) << info.key << " of pair " << wheel.pair;
+            held += value.interval.holds(static_cast<float>(truth)) ? 1 : 0;
+        }
+        ASSERT_EQ(wheel.sensors.size(), 2U);
+        EXPECT_FALSE(wheel.sensors[0].isOnFieldSide);
+        EXPECT_EQ(keysOf(wheel.sensors[0]).front(), "diameter");
+        EXPECT_TRUE(wheel.sensors[1].measures[static_cast<std::size_t>(PassMeasure::FlangeSlope)]);
+        EXPECT_FALSE(wheel.sensors[0].measures[static_cast<std::size_t>(PassMeasure::FlangeSlope)]);
+    }
+    EXPECT_GE(held, 40); // of 48 intervals, with 95 %: fewer in one of 500 samples
+    const std::string json = toJson(result, Pictures::Included);
+    EXPECT_EQ(toJson(passFromJson(json), Pictures::Included), json);
+}
+
+TEST_F(PassWheels, TwoSensorsSayWhatTheyDoNotSee) {
+    const PassResult result = measure({101, 102});
+    EXPECT_EQ(result.warnings.size(), 2U); // no recordings of the other two
+    int heights = 0; // high flanges hide the tape circle
+    for (const PassWheelMeasures& wheel : result.wheels) {
+        const PassValue& height = wheel[PassMeasure::FlangeHeight];
+        heights += height.value ? 1 : 0;
+        EXPECT_TRUE(height.value || height.reason == "the profile has a gap at the tape circle") << height.reason;
+        const PassValue& thickness = wheel[PassMeasure::FlangeThickness];
+        EXPECT_FALSE(thickness.value || thickness.interval.isKnown());
+        EXPECT_EQ(thickness.reason, "no sensor between the rails sees the front of the flange, which faces outwards; "
+                                    "one on the field side does");
+        EXPECT_EQ(wheel.sensors[1].reason, "no recording of this sensor was given");
+    }
+    EXPECT_GE(heights, 6);
+}
+
+TEST_F(PassWheels, WithoutSidesThereAreNone) {
+    StationSettings plain = settings();
+    for (SensorSettings& sensor : plain.sensors) {
+        sensor.side.reset();
+    }
+    const PassResult result = measurePass(recordings({101, 102}), plain);
+    EXPECT_TRUE(result.wheels.empty() && result.warnings.empty());
+    EXPECT_THROW(measurePass(recordings({101, 102, 103}), plain), Error);
+}
+
+TEST_F(PassWheels, OneRecordingMayFail) {
+    const PassResult whole = measure({101, 102, 103, 104});
+    const QByteArray bytes = files_->read("train_104.bin");
+    files_->write("cut_104.bin", bytes.left(bytes.size() / 2));
+    std::vector<std::string> names = recordings({101, 102, 103});
+    names.push_back(path("cut_104.bin"));
+    const PassResult cut = measurePass(names, settings());
+    QFile::remove(files_->path("cut_104.bin"));
+    ASSERT_EQ(cut.warnings.size(), 1U);
+    EXPECT_NE(cut.warnings[0].find("recording 'cut_104.bin' is damaged at byte"), std::string::npos);
+    ASSERT_EQ(cut.wheels.size(), whole.wheels.size());
+    for (std::size_t i = 0; i < cut.wheels.size(); ++i) {
+        const bool isRight = cut.wheels[i].side == TrackSide::Right;
+        EXPECT_EQ(cut.wheels[i][PassMeasure::FlangeThickness].value.has_value(), !isRight);
+        if (!isRight) {
+            EXPECT_EQ(cut.wheels[i][PassMeasure::Diameter].value, whole.wheels[i][PassMeasure::Diameter].value);
+        }
+    }
+
+    // Of those that face each other: no distances, but the wheels of the other side, and what they have in JSON.
+    const PassResult half =
+        measurePass({path("gone_101.bin"), path("train_102.bin"), path("train_104.bin")}, settings());
+    EXPECT_EQ(half.distances(), 0);
+    EXPECT_TRUE(half.hasResult());
+    EXPECT_EQ(half.pairs.front().reason, "recording 'gone_101.bin' does not exist");
+    for (const PassWheelMeasures& wheel : half.wheels) {
+        EXPECT_EQ(wheel[PassMeasure::Diameter].value.has_value(), wheel.side == TrackSide::Right);
+        EXPECT_EQ(wheel[PassMeasure::Diameter].reason.empty(), wheel.side == TrackSide::Right);
+    }
+    EXPECT_EQ(toJson(passFromJson(toJson(half))), toJson(half));
+    EXPECT_THROW(measure({103, 104, 105}), Error); // not in the settings
+    EXPECT_THROW(measure({103, 104}), Error); // none between the rails
+}
+
+TEST_F(PassWheels, PosesThatDoNotFitEachOtherAreAWarning) {
+    StationSettings moved = settings();
+    moved.sensors[2].origin->y += 0.6; // outwards, on the left
+    const PassResult result = measurePass(recordings({101, 102, 103, 104}), moved);
+    EXPECT_EQ(result.warnings.size(), 4U);
+    for (const std::string& warning : result.warnings) {
+        EXPECT_NE(warning.find("mm farther outwards by SENSOR3 than by SENSOR1: their poses do not fit each other"),
+                  std::string::npos)
+            << warning;
+    }
+    moved.sensors[0].origin.reset();
+    const PassResult without = measurePass(recordings({101, 102, 103, 104}), moved);
+    EXPECT_EQ(without.wheels.front().sensors.front().reason,
+              "the settings hold no pose of SENSOR1 (x, y, z, alpha, beta, gamma)");
+}
+
+} // namespace

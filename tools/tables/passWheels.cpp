@@ -1,0 +1,184 @@
+// How far the measures of the wheels of simulated passes are off, and how often their 95 % intervals hold the truth.
+//
+//     passWheels SENSORS PASSES [FIRST_SEED [NOISE]]
+//
+// SENSORS is 2 for a sensor between the rails on either side, 4 with one on the field side, 6 with two of them. Each pass has
+// its own wear, yaw, shifts and noise (0.02 to 0.15 mm unless NOISE gives it).
+#include "simulator/random.h"
+#include "simulator/simulation.h"
+#include "simulator/train.h"
+#include "simulator/wornRim.h"
+
+#include <KxInspect/Error.h>
+#include <KxInspect/Train.h>
+
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace KxInspect;
+
+struct Trial {
+    double error;
+    double halfWidth;
+    bool isHeld;
+};
+
+void print(const char* name, std::vector<Trial> trials, int absent) {
+    double sum = 0.0, squares = 0.0, worst = 0.0;
+    int held = 0;
+    std::vector<double> widths;
+    for (const Trial& trial : trials) {
+        sum += trial.error;
+        squares += trial.error * trial.error;
+        worst = std::abs(trial.error) > std::abs(worst) ? trial.error : worst;
+        held += trial.isHeld ? 1 : 0;
+        widths.push_back(trial.halfWidth);
+    }
+    std::sort(widths.begin(), widths.end());
+    const auto n = static_cast<double>(trials.size());
+    if (trials.empty()) {
+        std::printf("| %s | 0 | %d | - | - | - | - | - |\n", name, absent);
+        return;
+    }
+    const double mean = sum / n;
+    std::printf("| %s | %zu | %d | %+.4f | %.4f | %+.4f | %.4f | %.1f %% |\n", name, trials.size(), absent, mean,
+                std::sqrt(std::max(0.0, squares / n - mean * mean)), worst, widths[widths.size() / 2],
+                100.0 * held / n);
+}
+
+kxsim::Parameters drawPass(int sensors, std::uint64_t seed, double noise) {
+    kxsim::Random random({seed, 77});
+    kxsim::Parameters p;
+    p.seed = seed;
+    p.cars = 1;
+    p.wear = random.uniform(0.0, 50.0);
+    p.flangeWear = random.uniform(0.0, 6.0);
+    p.treadWear = random.uniform(0.0, 4.0);
+    p.yawSpread = random.uniform(0.0, 3.0);
+    p.lateralSpread = random.uniform(0.0, 2.0);
+    p.levelMargin = 14.0;
+    p.speed = random.uniform(5.0, 20.0);
+    const double drawn = std::exp(random.uniform(std::log(0.02), std::log(0.15)));
+    p.noise = noise > 0.0 ? noise : drawn;
+    p.layout = {{101, true, kxsim::SensorPlace::Inner}, {102, false, kxsim::SensorPlace::Inner}};
+    for (int i = 2; i < sensors; ++i) {
+        p.layout.push_back({101 + i, i % 2 == 0, kxsim::SensorPlace::Field, 300.0 * (i / 2)});
+    }
+    return p;
+}
+
+double truthOf(const kxsim::Wheel& wheel, PassMeasure measure) {
+    const kxsim::RimTruth rim = kxsim::trueMeasures(kxsim::rimOf(wheel.contour, wheel.shape.diameter));
+    switch (measure) {
+    case PassMeasure::Diameter:
+        return wheel.shape.diameter;
+    case PassMeasure::FlangeHeight:
+        return rim.height;
+    case PassMeasure::FlangeThickness:
+        return rim.thickness;
+    case PassMeasure::FlangeSlope:
+        return rim.flangeSlope;
+    case PassMeasure::TreadHollow:
+        return rim.hollow;
+    case PassMeasure::RimWidth:
+        break;
+    }
+    return rim.width;
+}
+
+double number(const char* text, double byDefault) {
+    return text != nullptr ? std::strtod(text, nullptr) : byDefault;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto argument = [&](int i) { return i < argc ? argv[i] : nullptr; };
+    const int sensors = static_cast<int>(number(argument(1), 4.0));
+    const int passes = static_cast<int>(number(argument(2), 10.0));
+    const auto first = static_cast<std::uint64_t>(number(argument(3), 1.0));
+    const double noise = number(argument(4), 0.0);
+    std::array<std::vector<Trial>, kPassMeasures> trials;
+    std::array<int, kPassMeasures> absent = {};
+    std::array<std::map<std::string, int>, kPassMeasures> reasons;
+    std::map<std::string, int> failures;
+    int wheels = 0;
+    double seconds = 0.0;
+    for (std::uint64_t seed = first; seed < first + static_cast<std::uint64_t>(passes); ++seed) {
+        const QTemporaryDir folder;
+        const kxsim::Parameters p = drawPass(sensors, seed, noise);
+        kxsim::simulatePass(p, folder.path(), {});
+        const kxsim::Train train = kxsim::makeTrain(p);
+        std::vector<std::string> recordings;
+        for (int i = 1; i <= sensors; ++i) {
+            recordings.push_back(
+                (folder.path() + QStringLiteral("/train_%1.bin").arg(kxsim::serialOf(p, i))).toStdString());
+        }
+        const StationSettings settings = readStationSettings(folder.filePath("settings.ini").toStdString());
+        const std::clock_t start = std::clock();
+        const PassResult result = measurePass(recordings, settings);
+        seconds += static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+        if (result.pairs.size() != train.pairs.size()) {
+            std::printf("seed %d: %zu pairs instead of %zu\n", static_cast<int>(seed), result.pairs.size(),
+                        train.pairs.size());
+            continue;
+        }
+        for (const PassWheelMeasures& measured : result.wheels) {
+            ++wheels;
+            const kxsim::WheelPair& pair = train.pairs[static_cast<std::size_t>(measured.pair - 1)];
+            const kxsim::Wheel& wheel = pair.wheels[measured.side == TrackSide::Left ? 0 : 1];
+            for (const SensorShare& share : measured.sensors) {
+                if (!share.reason.empty()) {
+                    ++failures["SENSOR" + std::to_string(share.sensor) + ": " + share.reason];
+                }
+            }
+            for (const PassMeasureInfo& info : kPassMeasureInfos) {
+                const auto i = static_cast<std::size_t>(info.measure);
+                const PassValue& value = measured[info.measure];
+                if (!value.value) {
+                    ++absent[i];
+                    ++reasons[i][value.reason];
+                    continue;
+                }
+                const double truth = truthOf(wheel, info.measure);
+                const double error = static_cast<double>(*value.value) - truth;
+                trials[i].push_back({error, static_cast<double>(value.interval.high - value.interval.low) / 2.0,
+                                     value.interval.holds(static_cast<float>(truth))});
+                if (std::getenv("PASS_WHEELS_LIST") != nullptr) {
+                    std::printf("%d %d %s %s %.4f %.4f\n", static_cast<int>(seed), measured.pair, textOf(measured.side),
+                                info.key, error, trials[i].back().halfWidth);
+                }
+            }
+        }
+        for (const std::string& warning : result.warnings) {
+            std::printf("seed %d: %s\n", static_cast<int>(seed), warning.c_str());
+        }
+    }
+    std::printf("%d sensors, %d wheels, %.3f s of measuring for each pass\n\n", sensors, wheels, seconds / passes);
+    std::printf("| measure | values | absent | mean error, mm | standard deviation, mm | worst, mm | half an interval, "
+                "median, mm | holds the truth |\n| --- | --- | --- | --- | --- | --- | --- | --- |\n");
+    for (const PassMeasureInfo& info : kPassMeasureInfos) {
+        const auto i = static_cast<std::size_t>(info.measure);
+        print(info.title, trials[i], absent[i]);
+    }
+    for (const PassMeasureInfo& info : kPassMeasureInfos) {
+        for (const auto& [reason, count] : reasons[static_cast<std::size_t>(info.measure)]) {
+            std::printf("%s, %d times: %s\n", info.title, count, reason.c_str());
+        }
+    }
+    for (const auto& [reason, count] : failures) {
+        std::printf("%d times %s\n", count, reason.c_str());
+    }
+    return 0;
+}
