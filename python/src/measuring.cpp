@@ -67,7 +67,8 @@ std::vector<std::string> bytesOf(const std::vector<Path>& paths) {
 
 PassResult measurePass(const std::vector<Path>& recordings, const Path& settings, const std::optional<Path>& defects,
                        int mode, Number nominal, float tolerance, const std::vector<int>& shown,
-                       const KxInspect::PassLabels& labels, const py::object& progress) {
+                       const KxInspect::PassLabels& labels, const std::optional<Path>& consist, const Text& order,
+                       const py::object& progress) {
     const KxInspect::Progress report = progressOf(progress);
     const py::gil_scoped_release release;
     KxInspect::PassOptions options;
@@ -76,6 +77,12 @@ PassResult measurePass(const std::vector<Path>& recordings, const Path& settings
     options.tolerance = tolerance;
     options.shownPairs = shown;
     options.labels = labels;
+    if (consist) {
+        options.consist = KxInspect::readConsist(consist->bytes);
+    }
+    if (order) {
+        options.consistOrder = *order == "turned" ? KxInspect::ConsistOrder::Turned : KxInspect::ConsistOrder::Listed;
+    }
     if (defects) {
         options.defects = KxInspect::readDefectSettings(defects->bytes);
     }
@@ -88,14 +95,18 @@ void bindPass(py::module_& module) {
         "_measure_pass",
         [](const std::vector<Path>& recordings, const Path& settings, const std::optional<Path>& defects, int mode,
            Number nominal, float tolerance, const std::vector<int>& shown, const Text& station, const Text& line,
-           const Text& track, const Text& direction, const Text& time, Number speed, const py::object& progress) {
+           const Text& track, const Text& direction, const Text& time, Number speed, const std::optional<Path>& consist,
+           const Text& order, const py::object& progress) {
             return measurePass(recordings, settings, defects, mode, nominal, tolerance, shown,
-                               {station, line, track, direction, time, speed}, progress);
+                               {station, line, track, direction, time, speed}, consist, order, progress);
         },
         py::arg("recordings"), py::arg("settings"), py::arg("defects"), py::arg("mode"), py::arg("nominal"),
         py::arg("tolerance"), py::arg("shown_pairs"), py::arg("station"), py::arg("line"), py::arg("track"),
-        py::arg("direction"), py::arg("time"), py::arg("speed"), py::arg("progress"),
-        doc("Measures a pass.", {"measurePass", "readStationSettings", "readDefectSettings", "passFromJson"}).c_str());
+        py::arg("direction"), py::arg("time"), py::arg("speed"), py::arg("consist"), py::arg("consist_order"),
+        py::arg("progress"),
+        doc("Measures a pass.",
+            {"measurePass", "readStationSettings", "readDefectSettings", "readConsist", "passFromJson"})
+            .c_str());
 }
 
 /// The limits by the keys of the measures.
