@@ -131,7 +131,7 @@ void warnOfLines(const MeasuredSide& side, PassResult& result) {
         return;
     }
     warnOfLevel(side, result);
-    if (!side.stands.empty()) { // of sensors that measure distances
+    if (std::isfinite(side.input.reference.k)) { // else it measures no distances
         warnOfReference(side, result);
     }
 }
