@@ -1,8 +1,11 @@
-"""compareWithTruth.py RESULT.json TRUTH.json: compares the result of `kxmath train` with the truth of `kxmath simulate`.
+"""compareWithTruth.py RESULT.json DIR: compares the result of `kxmath train` with the truth that `kxmath simulate` left.
 
-Ends with 1 when a wheel is missing or invented, or when a distance is off by more than 0.1 mm.
+Ends with 1 when a wheel is missing or invented, when a distance or a measure of a wheel is off by more than 0.1 mm, or when
+one is absent.
 """
+import csv
 import json
+import pathlib
 import sys
 
 ALLOWED_MM = 0.1
@@ -13,7 +16,8 @@ def overlap(found, true):
 
 
 def wheel_of(pair, sensor):
-    return next(wheel for wheel in pair["wheels"] if wheel["sensor"] == sensor)
+    """What the sensor saw of a wheel of the pair."""
+    return next(seen for wheel in pair["wheels"] for seen in wheel.get("seen", [wheel]) if seen["sensor"] == sensor)
 
 
 def records(wheel):
@@ -48,9 +52,36 @@ def compare(result, truth):
     return faults == 0 and not unexplained
 
 
+# Measures in the result, and the columns of truth.csv.
+MEASURES = {"diameter": "diameter", "flangeHeight": "flange_height", "flangeThickness": "flange_thickness",
+            "flangeSlope": "qr", "treadHollow": "hollow"}
+
+
+def compare_wheels(result, truth):
+    """Prints the errors of the measures of each wheel, mm."""
+    true = {(int(row["pair"]), row["side"]): row for row in truth}
+    faults = 0
+    print("\npair   side  " + "  ".join(f"{name:>15}" for name in MEASURES) + "  (errors, mm)")
+    for wheel in result.get("wheels", []):
+        row = true[wheel["pair"], wheel["side"]]
+        values = {name: wheel["measures"][name]["value"] for name in MEASURES}
+        errors = [None if v is None else v - float(row[MEASURES[name]]) for name, v in values.items()]
+        is_good = all(error is not None and abs(error) <= ALLOWED_MM for error in errors)
+        faults += not is_good
+        print(f"{wheel['pair']:>4}  {wheel['side']:>5}  "
+              + "  ".join(f"{'none' if e is None else format(e, '+.3f'):>15}" for e in errors)
+              + ("" if is_good else "  WRONG"))
+    print(f"{len(true)} true wheels, {len(true) - len(result.get('wheels', [])) + faults} missing or wrong")
+    return faults == 0 and len(true) == len(result.get("wheels", []))
+
+
 def main():
-    result, truth = (json.load(open(name, encoding="utf-8")) for name in sys.argv[1:])
-    sys.exit(0 if compare(result, truth) else 1)
+    folder = pathlib.Path(sys.argv[2])
+    result = json.loads(pathlib.Path(sys.argv[1]).read_text(encoding="utf-8"))
+    are_pairs_good = compare(result, json.loads((folder / "truth.json").read_text(encoding="utf-8")))
+    with open(folder / "truth.csv", encoding="utf-8", newline="") as file:
+        are_wheels_good = compare_wheels(result, list(csv.DictReader(file)))
+    sys.exit(0 if are_pairs_good and are_wheels_good else 1)
 
 
 main()
