@@ -81,6 +81,10 @@ class HeightMap:
         known = int(np.isfinite(self.heights).sum())
         return f"<kxmath.HeightMap: {rows} rows, {columns} columns of {self.pitch:g} mm, {known} heights>"
 
+    def _repr_html_(self) -> str:
+        from ._html import height_map
+        return height_map(self)
+
     def block_means(self, size: int) -> np.ndarray[Any, Any]:
         """For each cell the mean of the at most size x size cells before it; NaN where none of these has a height."""
         return self._map.block_means(size)

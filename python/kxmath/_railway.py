@@ -95,7 +95,7 @@ class PassResult(Result):
 class Pass:
     """The pass of a train: the recordings of its sensors and the settings of their station.
 
-    Recordings are files named PREFIX_SERIAL.bin, or one folder that holds them. What recordings do not tell (`station`,
+    Recordings are files named PREFIX_SERIAL.bin, or one folder with those of the sensors that the settings name. What recordings do not tell (`station`,
     `line`, `track`, `direction`, `time` in ISO 8601 with a zone, `speed` in km/h) stands in the result as it is given.
     `consist` is a list of the vehicles; `consist_order`, "listed" or "turned", which end of it passed first.
     """
@@ -104,10 +104,6 @@ class Pass:
                  track: str | None = None, direction: str | None = None, time: str | None = None,
                  speed: float | None = None, consist: Path | None = None, consist_order: str | None = None) -> None:
         self.recordings = [os.fspath(recording) for recording in recordings]
-        if len(self.recordings) == 1 and os.path.isdir(self.recordings[0]):
-            folder = self.recordings[0]
-            ending = os.fsencode(".bin") if isinstance(folder, bytes) else ".bin"
-            self.recordings = [os.path.join(folder, name) for name in sorted(os.listdir(folder)) if name.endswith(ending)]
         if consist_order not in (None, "listed", "turned"):
             raise ArgumentError(f"consist_order is 'listed' or 'turned', got {consist_order!r}", key="consist_order")
         self.settings = settings

@@ -86,7 +86,10 @@ PassResult measurePass(const std::vector<Path>& recordings, const Path& settings
     if (defects) {
         options.defects = KxInspect::readDefectSettings(defects->bytes);
     }
-    return KxInspect::measurePass(bytesOf(recordings), KxInspect::readStationSettings(settings.bytes), options, report);
+    const KxInspect::StationSettings station = KxInspect::readStationSettings(settings.bytes);
+    return KxInspect::measurePass(recordings.size() == 1 ? KxInspect::recordingsIn(recordings[0].bytes, station)
+                                                         : bytesOf(recordings),
+                                  station, options, report);
 }
 
 void bindPass(py::module_& module) {
@@ -105,7 +108,7 @@ void bindPass(py::module_& module) {
         py::arg("direction"), py::arg("time"), py::arg("speed"), py::arg("consist"), py::arg("consist_order"),
         py::arg("progress"),
         doc("Measures a pass.",
-            {"measurePass", "readStationSettings", "readDefectSettings", "readConsist", "passFromJson"})
+            {"measurePass", "readStationSettings", "readDefectSettings", "readConsist", "recordingsIn", "passFromJson"})
             .c_str());
 }
 

@@ -44,6 +44,8 @@ void bindConstruction(py::class_<Profile>& type) {
         [](Profile& self, MaybeFloat z) { self.z = z.value; },
         "The position along the scan, mm; None where it is not known.");
     type.def("__repr__", &repr);
+    type.def("_repr_html_",
+             [](const py::object& self) { return py::module_::import("kxmath._html").attr("profile")(self); });
     type.def(
         "plot",
         [](const py::object& self, const py::object& axes, const py::kwargs& options) {

@@ -1,4 +1,5 @@
 """The examples: they run, and the page shows them."""
+import base64
 import os
 import pathlib
 import re
@@ -49,6 +50,20 @@ def test_train(tmp_path):
 def test_the_page_shows_them(example):
     page = (SOURCE / "docs/python.md").read_text(encoding="utf-8")
     assert "```python\n" + example.read_text(encoding="utf-8") + "```\n" in page
+
+
+def test_pictures_in_notebooks(tmp_path):
+    profile = kx.Profile([[0, 1], [1, 3], [float("nan"), 2], [2, 2]])
+    picture = profile._repr_html_()
+    assert picture.count("h0") == 3 and "&lt;kxmath.Profile: 4 points" in picture
+    assert "<svg" not in kx.Profile([[float("nan"), 1]])._repr_html_()
+    x = np.arange(0, 5, 0.5)
+    heights = kx.ProfileSet(kx.Profile.from_xy(x, x + z, z=z) for z in range(4)).to_grid(step=1.0)
+    image = base64.b64decode(re.search(r"base64,([^\"]+)", heights._repr_html_())[1])
+    (tmp_path / "map.png").write_bytes(image)
+    import matplotlib.image
+    pixels = matplotlib.image.imread(tmp_path / "map.png") # another reader: red, green, blue, alpha
+    assert pixels.shape[:2] == heights.shape and pixels[-1, 0, 0] == 0 and pixels[0, -1, 0] == 1
 
 
 def test_drawings():

@@ -68,7 +68,7 @@ def test_a_folder_holds_a_pass(folder, tmp_path):
     for name in ("train_101.bin", "train_102.bin"):
         (tmp_path / name).symlink_to(folder / name)
     run = kx.Pass(tmp_path, settings=folder / "settings.ini")
-    assert run.measure()["distances"] == 4 and "train_102.bin" in repr(run)
+    assert run.measure()["distances"] == 4 and str(tmp_path) in repr(run)
 
 
 def test_progress_is_reported_and_ends_the_work(train):
