@@ -12,6 +12,7 @@
 #include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
 #include "report/train/vehicleTable.h"
+#include "report/train/wheelSections.h"
 
 #include <algorithm>
 #include <cmath>
@@ -70,9 +71,17 @@ void addFacts(const PassResult& pass, Page& page) {
     page.facts(facts);
 }
 
+/// The recordings that were read, those of further sensors too.
+std::vector<PassSide> wholeRecordings(const PassResult& pass) {
+    std::vector<PassSide> recordings = pass.sides;
+    recordings.insert(recordings.end(), pass.further.begin(), pass.further.end());
+    std::erase_if(recordings, [](const PassSide& side) { return !side.missing.empty(); });
+    return recordings;
+}
+
 void addRecordings(const PassResult& pass, Page& page) {
     std::vector<std::vector<Cell>> rows;
-    for (const PassSide& side : pass.sides) {
+    for (const PassSide& side : wholeRecordings(pass)) {
         rows.push_back({{QString::fromStdString(side.file)},
                         {QStringLiteral("SENSOR%1").arg(side.sensor)},
                         {QString::number(side.serial)},
@@ -219,7 +228,7 @@ void addIdentity(const PassResult& pass, Page& page) {
                         {QString::fromStdString(file.sha256)},
                         {QString::number(file.bytes)}});
     };
-    for (const PassSide& side : pass.sides) {
+    for (const PassSide& side : wholeRecordings(pass)) {
         add("recording", {side.file, side.bytes, side.sha256});
     }
     const std::pair<const char*, const std::optional<InputFile>*> files[] = {
@@ -257,6 +266,7 @@ QString passReport(const PassResult& pass) {
     if (pass.defectLimits) {
         addDefects(pass, page);
     }
+    addWheelMeasures(pass, page);
     addIdentity(pass, page);
     return page.html();
 }
