@@ -30,7 +30,7 @@ build_packages=(g++ cmake ninja-build ccache qt6-base-dev libssl-dev)
 test_packages=(libgtest-dev clang pkg-config binutils python3 python3-jsonschema)
 # And what the Python package is built with and tested by.
 test_packages+=(pybind11-dev python3-dev python3-numpy python3-pytest python3-mypy python3-pandas
-    python3-xarray python3-matplotlib)
+    python3-xarray python3-scipy python3-matplotlib)
 # Also needed by the fuzzers: the other compiler with its sanitizers.
 fuzz_packages=(clang libclang-rt-14-dev python3)
 # Also needed by the benchmarks: Google Benchmark, and the libraries that ours is compared with.
