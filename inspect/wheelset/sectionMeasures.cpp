@@ -161,17 +161,27 @@ constexpr std::array<std::optional<float> WheelMeasures::*, kPassMeasures> kRimM
     &WheelMeasures::treadHollow,
     &WheelMeasures::rimWidth};
 
+/// What a sensor on the field side would show: that there is one, and why it does not.
+std::string whyNoFieldSensor(const PassWheelMeasures& wheel) {
+    for (const SensorShare& share : wheel.sensors) {
+        if (share.isOnFieldSide && !share.reason.empty()) {
+            return "; SENSOR" + std::to_string(share.sensor) + " on the field side: " + share.reason;
+        }
+    }
+    return "; one on the field side does";
+}
+
 /// Why a measure is absent: what hides it from the sensors that are there, when that is plain.
-std::string whyAbsent(PassMeasure measure, const std::vector<FoundView>& found, const RimMeasures& rim) {
+std::string whyAbsent(PassMeasure measure, const std::vector<FoundView>& found, const RimMeasures& rim,
+                      const PassWheelMeasures& wheel) {
     const bool hasField =
         std::any_of(found.begin(), found.end(), [](const FoundView& f) { return f.view->isOnFieldSide; });
     const bool isOutside = measure == PassMeasure::FlangeThickness || measure == PassMeasure::FlangeSlope ||
                            measure == PassMeasure::RimWidth;
     if (isOutside && !hasField) {
-        return measure == PassMeasure::RimWidth
-                   ? "no sensor between the rails sees the outer face of the rim; one on the field side does"
-                   : "no sensor between the rails sees the front of the flange, which faces outwards; one on the field "
-                     "side does";
+        const std::string what = measure == PassMeasure::RimWidth ? "the outer face of the rim"
+                                                                  : "the front of the flange, which faces outwards";
+        return "no sensor between the rails sees " + what + whyNoFieldSensor(wheel);
     }
     return measure == PassMeasure::Diameter ? reasonOf(rim, &WheelMeasures::flangeHeight)
                                             : reasonOf(rim, kRimMeasures[indexOf(measure)]);
@@ -186,7 +196,7 @@ void fillValues(const WheelSection& section, const RimMeasures& rim, const std::
         const bool isDiameter = info.measure == PassMeasure::Diameter;
         const auto& estimate = estimateOf(rim, isDiameter ? &WheelMeasures::flangeHeight : kRimMeasures[i]);
         if (!estimate || (isDiameter && !rim.places.tape)) {
-            value.reason = whyAbsent(info.measure, found, rim);
+            value.reason = whyAbsent(info.measure, found, rim, result);
             continue;
         }
         const double axle = axleVarianceOf(found, kFactors[i]);

@@ -114,8 +114,9 @@ TEST_F(PassWheels, TwoSensorsSayWhatTheyDoNotSee) {
         EXPECT_TRUE(height.value || height.reason == "the profile has a gap at the tape circle") << height.reason;
         const PassValue& thickness = wheel[PassMeasure::FlangeThickness];
         EXPECT_FALSE(thickness.value || thickness.interval.isKnown());
-        EXPECT_EQ(thickness.reason, "no sensor between the rails sees the front of the flange, which faces outwards; "
-                                    "one on the field side does");
+        const std::string field = wheel.side == TrackSide::Left ? "SENSOR3" : "SENSOR4";
+        EXPECT_EQ(thickness.reason, "no sensor between the rails sees the front of the flange, which faces outwards; " +
+                                        field + " on the field side: no recording of this sensor was given");
         EXPECT_EQ(wheel.sensors[1].reason, "no recording of this sensor was given");
     }
     EXPECT_GE(heights, 6);
