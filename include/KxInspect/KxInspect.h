@@ -23,6 +23,7 @@
 #include "InputFile.h"
 #include "Interval.h"
 #include "Json.h"
+#include "Limits.h"
 #include "PassIdentity.h"
 #include "PassResult.h"
 #include "PassWheels.h"

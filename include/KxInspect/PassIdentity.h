@@ -48,6 +48,7 @@ struct PassIdentity {
     SettingsIdentity settings = {};
     std::optional<SettingsIdentity> defects = {}; ///< absent when defects were not looked for
     std::optional<InputFile> consist = {}; ///< the list of vehicles; absent without one that was read from a file
+    std::optional<InputFile> limits = {}; ///< likewise the limits
     std::string version = {}; ///< of the library that measured
 };
 

@@ -5,6 +5,7 @@
 #include "Export.h"
 #include "Interval.h"
 #include "Json.h"
+#include "Limits.h"
 #include "PassIdentity.h"
 #include "PassWheels.h"
 #include "Profile.h"
@@ -215,6 +216,7 @@ struct KXINSPECT_EXPORT PassResult {
     PassTrain train = {}; ///< its vehicles
     /// The measures of the left and the right wheel of each pair; empty when the settings give no side of a sensor.
     std::vector<PassWheelMeasures> wheels;
+    std::optional<PassAssessment> assessment = {}; ///< absent without limits
     std::vector<std::string> warnings; ///< what makes results doubtful, UTF-8
     std::vector<PairPicture> pictures; ///< of the pairs that were asked for
     std::vector<RawPicture> rawPictures; ///< of the sides on which no wheel was found

@@ -21,6 +21,7 @@ struct PassOptions {
     std::optional<DefectSettings> defects; ///< treads are judged with them; absent: they are not judged
     std::optional<Consist> consist =
         {}; ///< the vehicles of the train; absent: they are found by the gaps between axles
+    std::optional<Limits> limits = {}; ///< values are judged by them; absent: there are no verdicts by limits
     ConsistOrder consistOrder = ConsistOrder::Found; ///< which end of the list passed first
     PassLabels labels = {}; ///< what the result says of where and when the pass was
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on

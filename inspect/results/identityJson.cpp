@@ -80,7 +80,8 @@ QJsonObject identityObject(const PassIdentity& identity) {
             {QStringLiteral("speedReason"), labels.speed ? QJsonValue() : QJsonValue(QLatin1String(kNoSpeed))},
             {QStringLiteral("settings"), settingsValue(identity.settings)},
             {QStringLiteral("defects"), settingsValue(identity.defects)},
-            {QStringLiteral("consist"), fileValue(identity.consist)}};
+            {QStringLiteral("consist"), fileValue(identity.consist)},
+            {QStringLiteral("limits"), fileValue(identity.limits)}};
 }
 
 PassIdentity readIdentity(const JsonValue& document) {
@@ -100,6 +101,7 @@ PassIdentity readIdentity(const JsonValue& document) {
     identity.settings = readSettings(value["settings"]).value_or(SettingsIdentity());
     identity.defects = readSettings(value["defects"]);
     identity.consist = readFile(value["consist"]);
+    identity.limits = readFile(value["limits"]);
     identity.version = document["version"].text();
     return identity;
 }

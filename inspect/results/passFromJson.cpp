@@ -1,4 +1,5 @@
 // The result of a pass from JSON.
+#include "inspect/results/assessmentJson.h"
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
 #include "inspect/results/passWheelsJson.h"
@@ -242,6 +243,7 @@ PassResult passFromJson(const std::string& json) {
     if (document.has("furtherRecordings")) {
         readFurther(document["furtherRecordings"], result);
     }
+    result.assessment = detail::readAssessment(document["assessment"]);
     result.warnings = document["warnings"].texts();
     if (document.has("pictures")) {
         for (const JsonValue& picture : document["pictures"].list()) {

@@ -1,4 +1,5 @@
 // The result of a pass as JSON.
+#include "inspect/results/assessmentJson.h"
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
 #include "inspect/results/passWheelsJson.h"
@@ -154,6 +155,8 @@ QJsonObject pairObject(const PassResult& result, std::size_t index) {
         {QStringLiteral("reason"), reasonValue(pair.reason)},
         {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
     addAxleNumber(pair.axle, object);
+    object[QStringLiteral("verdict")] = verdictValue(
+        result.assessment ? result.assessment->ofAxle(static_cast<int>(index) + 1, "backToBack") : std::nullopt);
     return object;
 }
 
@@ -223,6 +226,7 @@ std::string toJson(const PassResult& result, Pictures pictures) {
                             {QStringLiteral("defectLimits"), limitsValue(result.defectLimits)},
                             {QStringLiteral("pairs"), pairs},
                             {QStringLiteral("train"), trainObject(result.train)},
+                            {QStringLiteral("assessment"), assessmentValue(result)},
                             {QStringLiteral("warnings"), jsonList(result.warnings)}};
     if (!result.wheels.empty()) {
         document[QStringLiteral("wheels")] = wheelMeasuresList(result.wheels, pictures);

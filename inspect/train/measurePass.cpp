@@ -1,6 +1,7 @@
 // From the recordings of a pass to its result.
 #include "inspect/base/paths.h"
 #include "inspect/identity/fileIdentity.h"
+#include "inspect/limits/assessPass.h"
 #include "inspect/train/measuredSide.h"
 #include "inspect/train/noDistance.h"
 #include "inspect/train/pairDistance.h"
@@ -286,6 +287,9 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     measureWheels(sensorsOf(settings, sides, further), {&sides[0].found, &sides[1].found}, settings, result);
     if (options.defects) {
         judgeTreadsOfPass(options, sides, result, progress);
+    }
+    if (options.limits) {
+        result.assessment = assessPass(result, *options.limits);
     }
     warnOfMissingPairs(options.shownPairs, result);
     for (const int pair : options.shownPairs) {

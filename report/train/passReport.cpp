@@ -12,6 +12,7 @@
 #include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
 #include "report/train/vehicleTable.h"
+#include "report/train/verdictTable.h"
 #include "report/train/wheelSections.h"
 
 #include <algorithm>
@@ -67,6 +68,9 @@ void addFacts(const PassResult& pass, Page& page) {
     if (pass.defectLimits) {
         facts.push_back(badFact(pass, PassQuestion::Tread, QStringLiteral("Defective treads")));
         facts.push_back(badFact(pass, PassQuestion::Roundness, QStringLiteral("Wheels out of round")));
+    }
+    if (pass.assessment) {
+        facts.push_back(passVerdictFact(pass));
     }
     page.facts(facts);
 }
@@ -216,6 +220,26 @@ void addVehicles(const PassResult& pass, Page& page) {
     }
 }
 
+/// Values that are not ok by their limits, and how many there are.
+void addVerdicts(const PassResult& pass, Page& page) {
+    page.heading(QStringLiteral("Verdicts by limits"));
+    for (const QString& note : verdictNotes(pass)) {
+        page.paragraph(note);
+    }
+    std::vector<std::vector<Cell>> rows;
+    for (const VerdictRow& row : verdictRows(pass)) {
+        rows.emplace_back();
+        for (const QString& text : row.texts) {
+            rows.back().push_back({text});
+        }
+        rows.back()[kVerdictColumn].tone = row.tone;
+    }
+    if (!rows.empty()) {
+        constexpr int kTextColumns = 1;
+        page.table(verdictTitles(), rows, kTextColumns);
+    }
+}
+
 /// What the result says of its origin: a row for each file.
 void addIdentity(const PassResult& pass, Page& page) {
     page.heading(QStringLiteral("Identity"));
@@ -234,7 +258,8 @@ void addIdentity(const PassResult& pass, Page& page) {
     const std::pair<const char*, const std::optional<InputFile>*> files[] = {
         {"settings", &pass.identity.settings.file},
         {"defects", pass.identity.defects ? &pass.identity.defects->file : nullptr},
-        {"consist", &pass.identity.consist}};
+        {"consist", &pass.identity.consist},
+        {"limits", &pass.identity.limits}};
     for (const auto& [what, file] : files) {
         if (file != nullptr && *file) {
             add(what, **file);
@@ -262,6 +287,9 @@ QString passReport(const PassResult& pass) {
     addWheelsAlongPass(pass, page);
     addDistances(pass, page);
     addVehicles(pass, page);
+    if (pass.assessment) {
+        addVerdicts(pass, page);
+    }
     addProfiles(pass, page);
     if (pass.defectLimits) {
         addDefects(pass, page);

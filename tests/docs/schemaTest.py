@@ -78,10 +78,12 @@ def results(folder):
     places = [pair["behindFirst"] for pair in json.loads((folder / "truth.json").read_text())["pairs"]]
     gaps = " ".join(str(b - a) for a, b in zip(places, places[1:]))
     (folder / "train.csv").write_text(f"mark,number,class,axle distances,to next\nM,7,metro,{gaps},\n")
+    (folder / "limits.ini").write_text("[backToBack]\nwarningHigh=1360.1\nalarmLow=1357\n[yaw]\nalarmHigh=1\n"
+                                       "[roundness]\nalarmHigh=0.05\n[diameterDifferenceAxle]\nalarmHigh=0.5\n")
     yield "plain", result_of(folder, *settings)
     yield "with all options", result_of(folder, *settings, "--defects", "defects.ini", "--station", "Hof \"3\"",
                                         "--line", "S1", "--track", "2", "--direction", "up", "--speed", "79.5",
-                                        "--time", "2026-03-29T01:59:07.5+01:00", "--consist", "train.csv")
+                                        "--time", "2026-03-29T01:59:07.5+01:00", "--consist", "train.csv", "--limits", "limits.ini")
     left = folder / "train_101.bin"
     whole = left.read_bytes()
     left.write_bytes(without_wheel(whole))

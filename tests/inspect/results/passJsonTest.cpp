@@ -29,6 +29,9 @@ PassResult simulatedPass(int mode) {
     options.defects = readDefectSettings(path("defects.ini"));
     options.defects->limits.toX = 500.0f;
     options.shownPairs = {1, 2, 99};
+    options.labels = {"Hof \"3\"", {}, "2", {}, "2026-03-29T01:59:07+01:00", 79.5f};
+    options.consist = Consist{"", {{"M", "7", "metro", {2100, 10500, 2100}, 0}}, {}};
+    options.limits = Limits{"", {{"backToBack", "metro", {1359.9, {}, {}, 1363.1}}, {"yaw", "", {{}, {}, 1, {}}}}, {}};
     return measurePass({path("train_101.bin"), path("train_102.bin")}, readStationSettings(path("settings.ini")),
                        options);
 }

@@ -19,6 +19,12 @@ QString nameOf(Verdict verdict) {
         return QStringLiteral("defect");
     case Verdict::Unconfirmed:
         return QStringLiteral("unconfirmed");
+    case Verdict::Warning:
+        return QStringLiteral("warning");
+    case Verdict::Alarm:
+        return QStringLiteral("alarm");
+    case Verdict::NotMeasured:
+        return QStringLiteral("not-measured");
     case Verdict::NotJudged:
         break;
     }

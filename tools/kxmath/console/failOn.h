@@ -14,6 +14,9 @@ enum class Verdict {
     Out, ///< "out": a measured value is beyond its limit or tolerance
     Defect, ///< "defect": a wheel is defective
     NotJudged, ///< "not-judged": what was to be judged could not be
+    Warning, ///< "warning": a value is beyond its limit for warnings, and not beyond that for alarms
+    Alarm, ///< "alarm": a value is beyond its limit for alarms
+    NotMeasured, ///< "not-measured": a value that has limits was not measured
     Unconfirmed, ///< "unconfirmed": a result rests on one statement that nothing confirms
 };
 

@@ -5,6 +5,7 @@
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/vehicleTable.h"
+#include "report/train/verdictTable.h"
 #include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textTable.h"
@@ -56,6 +57,23 @@ QString notes(const PassResult& pass) {
     return text;
 }
 
+QString verdictsText(const PassResult& pass) {
+    if (!pass.assessment) {
+        return {};
+    }
+    QString text;
+    std::vector<QStringList> rows = {verdictTitles()};
+    for (const VerdictRow& row : verdictRows(pass)) {
+        rows.push_back(row.texts);
+    }
+    text += rows.size() > 1 ? QLatin1Char('\n') + textTable(rows) : QString();
+    text += QLatin1Char('\n');
+    for (const QString& note : verdictNotes(pass)) {
+        text += printable(note) + QLatin1Char('\n');
+    }
+    return text;
+}
+
 QString vehiclesText(const PassResult& pass) {
     const std::vector<QStringList> rows = vehicleRows(pass);
     QString text = rows.empty() ? QString() : QLatin1Char('\n') + textTable(rows);
@@ -83,7 +101,7 @@ QString passText(const PassResult& pass) {
         text += QStringLiteral("\nRoundness: %1\n\n").arg(roundnessLimitsText(pass));
         text += table(pass, roundnessColumns()) + summary(pass, KxInspect::PassQuestion::Roundness);
     }
-    text += vehiclesText(pass);
+    text += vehiclesText(pass) + verdictsText(pass);
     if (!pass.folder.empty()) {
         text += QStringLiteral("Wheel files: %1\n").arg(printable(QString::fromStdString(pass.folder)));
     }
@@ -101,6 +119,9 @@ QString passCsv(const PassResult& pass) {
     const std::vector<PairColumn> reasons = reasonColumns(pass);
     columns.insert(columns.end(), reasons.begin(), reasons.end());
     columns.insert(columns.end(), axleColumns().begin(), axleColumns().end());
+    if (pass.assessment) {
+        columns.insert(columns.end(), verdictColumns().begin(), verdictColumns().end());
+    }
     QStringList header;
     for (const PairColumn& column : columns) {
         header.append(column.key);

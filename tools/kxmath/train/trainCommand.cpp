@@ -63,6 +63,9 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
         pass.consist = KxInspect::readConsist(toBytes(options.consist));
     }
     pass.consistOrder = options.consistOrder;
+    if (!options.limits.isEmpty()) {
+        pass.limits = KxInspect::readLimits(toBytes(options.limits));
+    }
     if (!options.defects.isEmpty()) {
         pass.defects = KxInspect::readDefectSettings(toBytes(options.defects));
     }
@@ -87,6 +90,9 @@ void checkFiles(const TrainOptions& options) {
     if (!options.consist.isEmpty()) {
         inputs.append(options.consist);
     }
+    if (!options.limits.isEmpty()) {
+        inputs.append(options.limits);
+    }
     checkOutputs({&options.json, &options.csv, &options.report}, inputs);
 }
 
@@ -110,6 +116,9 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
     if (passOptions.consist) {
         folder.copy(options.consist, QStringLiteral("consist.csv"));
     }
+    if (passOptions.limits) {
+        folder.copy(options.limits, QStringLiteral("limits.ini"));
+    }
     passOptions.wheelFolder = folder.path();
     PassResult pass = measurePass(options.recordings, settings, passOptions, progress.callback());
     pass.folder.clear();
@@ -128,7 +137,13 @@ std::vector<GivenVerdict> verdicts(const PassResult& pass) {
     const KxInspect::VerdictCount treads = pass.count(PassQuestion::Tread);
     const KxInspect::VerdictCount roundness = pass.count(PassQuestion::Roundness);
     const auto count = [](int number) { return static_cast<std::size_t>(number); };
-    return {{Verdict::Out, count(distances.bad)},
+    const auto byLimits = [&](KxInspect::LimitVerdict verdict) {
+        return count(pass.assessment ? pass.assessment->count(verdict) : 0);
+    };
+    return {{Verdict::Warning, byLimits(KxInspect::LimitVerdict::Warning)},
+            {Verdict::Alarm, byLimits(KxInspect::LimitVerdict::Alarm)},
+            {Verdict::NotMeasured, byLimits(KxInspect::LimitVerdict::NotMeasured)},
+            {Verdict::Out, count(distances.bad)},
             {Verdict::Defect, count(treads.bad + roundness.bad)},
             {Verdict::NotJudged, count(distances.notJudged() + treads.notJudged() + roundness.notJudged())}};
 }

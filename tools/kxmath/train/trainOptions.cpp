@@ -69,7 +69,8 @@ each side compared_profiles_s, off_circle_numbers_s, radius_deviation_s, radius_
 and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict. JSON fields: schema,
 identity (station, line, track, direction, time, speed, settings, defects), command, version, mode, settings,
 recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads and roundness: judged, of),
-defectLimits, pairs (pair, sides, backToBack, distance (the same), deviation, inTolerance, reason), warnings. A missing
+defectLimits, pairs (pair, sides, backToBack, distance (the same), deviation, inTolerance, verdict, reason, vehicle,
+bogie, axle), train (vehicles), assessment (limits, values, verdicts), warnings. A missing
 value is an empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
@@ -86,7 +87,10 @@ Exit codes:
 std::vector<PossibleVerdict> possibleVerdicts() {
     return {{Verdict::Out, "a distance is out of tolerance"},
             {Verdict::Defect, "a tread is defective or a wheel out of round"},
-            {Verdict::NotJudged, "a distance, a tread or a roundness that was asked for has no verdict"}};
+            {Verdict::NotJudged, "a distance, a tread or a roundness that was asked for has no verdict"},
+            {Verdict::Warning, "a value is beyond its warning limit"},
+            {Verdict::Alarm, "a value is beyond its alarm limit"},
+            {Verdict::NotMeasured, "a value that has limits has no verdict"}};
 }
 
 void addLabelOptions(Options& options) {
@@ -109,6 +113,13 @@ void addConsistOptions(Options& options) {
                       QStringLiteral("Which end of the list passed first: listed (its first vehicle), turned (its last "
                                      "one), or found, by the axle distances. Default: found."),
                       "ORDER", QStringLiteral("found"));
+}
+
+void addLimitsOption(Options& options) {
+    options.addOption("limits",
+                      QStringLiteral("INI file with warning and alarm limits of measures, also per class of vehicles. "
+                                     "There are no limits without it."),
+                      "FILE");
 }
 
 void addOptions(Options& options) {
@@ -140,6 +151,7 @@ void addOptions(Options& options) {
                       "MIN:MAX");
     addLabelOptions(options);
     addConsistOptions(options);
+    addLimitsOption(options);
     FailOn::declare(options, possibleVerdicts());
 }
 
@@ -214,6 +226,11 @@ FailOn failOn(const Options& options) {
     if (result.holds(Verdict::Defect) && options.text("defects").isEmpty()) {
         options.fail(QStringLiteral("--fail-on defect is for --defects FILE"));
     }
+    for (const Verdict verdict : {Verdict::Warning, Verdict::Alarm, Verdict::NotMeasured}) {
+        if (result.holds(verdict) && options.text("limits").isEmpty()) {
+            options.fail(QStringLiteral("--fail-on warning, alarm and not-measured are for --limits FILE"));
+        }
+    }
     return result;
 }
 
@@ -252,7 +269,8 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
                         failOn(options),
                         labels(options),
                         name(options, "consist", QStringLiteral("a file")),
-                        consistOrder(options)};
+                        consistOrder(options),
+                        name(options, "limits", QStringLiteral("a file"))};
 }
 
 } // namespace kxtool

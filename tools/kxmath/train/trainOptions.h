@@ -33,6 +33,7 @@ struct TrainOptions {
     KxInspect::PassLabels labels;
     QString consist; ///< list of vehicles, empty for none
     KxInspect::ConsistOrder consistOrder;
+    QString limits; ///< file of limits, empty for none
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
