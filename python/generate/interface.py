@@ -48,7 +48,7 @@ class Header:
                                 name + (points.removeprefix("Kx") if points else ""), public])
         elif re.fullmatch(r"\s*(public|protected|private):", code):
             self.scopes[-1][2] = code.strip() == "public:"
-        elif not code.lstrip().startswith(("#", "template <>", "template <typename", "namespace", "}", "{", "extern")):
+        elif self.statement or not code.lstrip().startswith(("#", "template <>", "template <typename", "namespace", "}", "{", "extern")):
             self.code(code)
         self.depth += code.count("{") - code.count("}")
         while self.scopes and self.depth <= self.scopes[-1][0]:

@@ -17,11 +17,12 @@ from ._heightmap import HeightMap, Patch
 from ._kxmath import Circle, Cloud, ColourCloud, Line, Plane, Profile, Vector
 from ._kxmath import version as __version__
 from ._railway import (Calibration, Conicity, Pass, PassResult, WheelProfile, WheelResult, calibrate, conicity,
-                       measure_wheels)
+                       measure_wheels, to_track)
 from ._scans import ProfileSet, Recording, read
 from ._values import Point, Point3, Range, Range3
 
 __all__ = ["ArgumentError", "Calibration", "Circle", "Cloud", "ColourCloud", "Conicity", "Error", "FileError",
            "FileMissing", "HeightMap", "Line", "NoResult", "Pass", "PassResult", "Patch", "Place", "Plane", "Point",
            "Point3", "Profile", "ProfileSet", "Range", "Range3", "Recording", "Vector", "WheelProfile", "WheelResult",
-           "__version__", "calibrate", "conicity", "measure_wheels", "read"]
+           "__version__", "calibrate", "conicity", "measure_wheels", "read",
+           "to_track"]

@@ -8,13 +8,13 @@ from typing import TYPE_CHECKING, Any, Union
 
 from . import _kxmath
 from ._errors import ArgumentError
-from ._kxmath import Profile
+from ._kxmath import Cloud, Profile
 
 if TYPE_CHECKING:
     import pandas
 
 __all__ = ["Calibration", "Conicity", "Pass", "PassResult", "WheelProfile", "WheelResult", "calibrate", "conicity",
-           "measure_wheels"]
+           "measure_wheels", "to_track"]
 
 Path = Union[str, bytes, "os.PathLike[Any]"]
 Progress = Callable[[str, float], object]
@@ -233,3 +233,13 @@ def calibrate(shots: Iterable[Any], *, placement: int, side: str | None = None, 
         else:
             profiles.append((f"shot {number}", Profile(shot), move))
     return Calibration(_kxmath._measure_poses(profiles, placement, side, sensor_y, oblique_crest, measures, progress))
+
+
+def to_track(profile: Any, pose: Mapping[str, float]) -> Cloud:
+    """The points of a profile, or of an array, in the track frame; NaN where the pose has NaN.
+
+    `pose` holds x, y, z, mm, and alpha, beta, gamma, degrees, as `kx.calibrate(...)["pose"]` does. KeyError without one.
+    """
+    values = {name: float("nan") if pose[name] is None else float(pose[name])
+              for name in ("x", "y", "z", "alpha", "beta", "gamma")}
+    return _kxmath._to_track(Profile(profile), values)

@@ -93,6 +93,11 @@ class ProfileSet(Sequence[Profile]):
         """The position of each profile, mm, float32; NaN where it is not known. Reads all records."""
         return np.array([np.nan if p.z is None else p.z for p in self], "f4")
 
+    def between(self, low: float, high: float) -> ProfileSet:
+        """The profiles with low <= z <= high; those without a position are in no range."""
+        z = self.z
+        return self._of(self._profiles, [self._picked[i] for i in np.flatnonzero((z >= low) & (z <= high))])
+
     def with_positions(self, distance: float, first: float = 0.0) -> ProfileSet:
         """The profiles in memory, at first + i * distance, rounded once."""
         placed = []

@@ -3,8 +3,10 @@
 #include "lists.h"
 
 #include <KxMath/KxLevelHistogram.h>
+#include <KxMath/KxProfileZ.h>
 
 #include <map>
+#include <vector>
 
 namespace kxpython {
 
@@ -78,6 +80,23 @@ void bindCuts(py::class_<Cloud>& type) {
         doc("The positions of the points within a distance of a place.", {"KxPointCloudXYZ::getRangeIndeces"}).c_str());
 }
 
+/// The profiles of a cloud, `step` apart along z.
+std::vector<Profile> slicesOf(const Cloud& self, float step) {
+    KxMath::KxProfileZSet set;
+    const int count = found(self, [&](auto& c) {
+        c.calcRange();
+        return set.calcFromPointCloud(c, step);
+    });
+    if (count < 2) { // points that share one z are in no slice
+        refuseResult("the cloud has no extent in z, or the step is not above 0 or too small");
+    }
+    std::vector<Profile> profiles;
+    for (const KxMath::KxProfileZ& profile : std::as_const(set.profiles)) {
+        profiles.push_back({profile.points, profile.z});
+    }
+    return profiles;
+}
+
 void bindFilters(py::class_<Cloud>& type) {
     type.def(
         "remove_sparse",
@@ -147,6 +166,10 @@ void bindCloudOperations(py::class_<Cloud>& type) {
     bindTurns(type);
     bindCuts(type);
     bindFilters(type);
+    type.def("slices", &slicesOf, py::arg("step"),
+             doc("The points sliced into profiles, for kx.ProfileSet(). kx.NoResult where there are none.",
+                 {"KxProfileZSet::calcFromPointCloud"})
+                 .c_str());
 }
 
 } // namespace kxpython

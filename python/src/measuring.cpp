@@ -235,7 +235,22 @@ CalibrationResult measurePoses(const std::vector<std::tuple<std::string, Profile
     return KxInspect::measurePoses(profiles, task, report, terms);
 }
 
+/// The points of a profile in the track frame, by the values of a pose under their names in results.
+Cloud toTrack(const Profile& profile, const std::map<std::string, double>& values) {
+    KxInspect::SensorPose pose;
+    for (const KxInspect::PoseField& field : KxInspect::kPoseFields) {
+        pose.*field.value = values.at(field.name);
+    }
+    Cloud cloud;
+    for (const KxInspect::Point3& p : KxInspect::toTrack(KxInspect::fromKxProfile(libraryObject(profile)), pose)) {
+        cloud.points.append({p.x, p.y, p.z});
+    }
+    return cloud;
+}
+
 void bindCalibration(py::module_& module) {
+    module.def("_to_track", &toTrack, py::arg("profile"), py::arg("pose"),
+               doc("The points in the track frame.", {"toTrack"}).c_str());
     bindResult<CalibrationResult>(module, "_CalibrationResult", &KxInspect::calibrationFromJson,
                                   &kxreport::calibrationReport)
         .def_property_readonly(

@@ -104,6 +104,19 @@ def test_a_set_of_a_file_reads_what_is_asked_for(tmp_path):
         kx.ProfileSet([XYZ])
 
 
+def test_parts_of_a_scan_and_slices_of_a_cloud():
+    scan = kx.ProfileSet(kx.Profile(a, z=z) for z, a in scan_of(12))
+    part = scan.between(10.25, 11)
+    assert part.z.tolist() == [10.25, 10.5, 10.75, 11.0] and part[0] == scan[1] and part[1:3].z.tolist() == [10.5, 10.75]
+    again = kx.ProfileSet(scan.to_cloud().slices(0.25))
+    assert again == scan
+    for step in (0.0, -1.0, float("nan")):
+        with pytest.raises(kx.NoResult):
+            scan.to_cloud().slices(step)
+    with pytest.raises(kx.NoResult):
+        kx.Cloud(XYZ[:1]).slices(1)
+
+
 def test_damaged_recordings(tmp_path):
     file = records(tmp_path / "a_1.bin", scan_of(5))
     whole = file.read_bytes()

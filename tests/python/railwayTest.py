@@ -161,6 +161,12 @@ def test_a_pose_is_that_of_the_command(folder):
     assert kx.calibrate(shots, placement=2, side="larger-y", oblique_crest="above")["warnings"] == []
     memory = kx.calibrate([kx.read(shot) for shot in shots], placement=2, side="larger-y")
     assert memory["pose"] == wanted["pose"]
+    cloud = kx.to_track(kx.read(shots[0]), found["pose"])
+    distance = np.abs(cloud.z[np.abs(cloud.z) < 24]) # between the straight crests the flanks fall by 1.2 mm per mm
+    depth = -cloud.y[np.abs(cloud.z) < 24]
+    assert len(depth) > 100 and np.abs(depth - 1.2 * np.minimum(distance, 24 - distance)).max() < 0.3
+    with pytest.raises(KeyError):
+        kx.to_track(kx.read(shots[0]), {"x": 0})
     for failing in (lambda: kx.calibrate(shots, placement=2), lambda: kx.calibrate(shots, placement=2, side="left")):
         with pytest.raises(kx.ArgumentError):
             failing()
