@@ -66,12 +66,13 @@ distance, deviation, verdict (ok or out); with --defects for each side judged_pr
 defective_numbers_s, deviating_points_s, largest_deviation_s, tread_limit_s, tread_s (sound or defective), then for
 each side compared_profiles_s, off_circle_numbers_s, radius_deviation_s, radius_deviation_low_s, radius_deviation_high_s
 (the 95 % interval), roundness_limit_s, seen_s, roundness_s (round or out of round); distance_reason,
-and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict. JSON fields: schema,
-identity (station, line, track, direction, time, speed, settings, defects), command, version, mode, settings,
+and with --defects for each side tread_reason_s, roundness_reason_s: why there is no verdict; vehicle, bogie, axle,
+mark, number, vehicle_reason; with --limits for each side wheel_verdict_s. JSON fields: schema, identity (station,
+line, track, direction, time, speed, settings, defects, consist, limits), command, version, mode, settings,
 recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads and roundness: judged, of),
 defectLimits, pairs (pair, sides, backToBack, distance (the same), deviation, inTolerance, verdict, reason, vehicle,
-bogie, axle), train (vehicles), assessment (limits, values, verdicts), warnings. A missing
-value is an empty field in CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
+bogie, axle), train (vehicles), assessment (limits, values, verdicts), warnings. A missing value is an empty field in
+CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
   0  done
