@@ -28,14 +28,16 @@ std::vector<float> edge(std::size_t samples, std::size_t touched) {
 
 TEST(LateralSweep, FindsTheContactAtEachSampleOfARail) {
     constexpr double kBend = 1e-5;
+    constexpr double kStep = 0.1; // mm
     constexpr long kFirst = 660;
     const std::vector<float> wheel = hollowTread(kBend);
     for (const std::size_t samples : {1u, 15u, 16u, 37u}) {
         for (std::size_t touched = 0; touched < samples; ++touched) {
-            const auto oscillation =
-                detail::sweep({wheel, edge(samples, touched), wheel, edge(samples, touched)}, {{kFirst, kFirst}, 0.0});
-            // One step of 0.1 mm outwards and one inwards change the radii by 2 bend (first + touched) each.
-            const double slope = 2.0 * kBend * static_cast<double>(kFirst + static_cast<long>(touched)) / 0.1;
+            const double first = kStep * kFirst;
+            const auto oscillation = detail::sweep({wheel, edge(samples, touched), wheel, edge(samples, touched)},
+                                                   {{first, first}, 0.0}, kStep);
+            // One step outwards and one inwards change the radii by 2 bend (first + touched) each.
+            const double slope = 2.0 * kBend * static_cast<double>(kFirst + static_cast<long>(touched)) / kStep;
             const auto conicity = oscillation.conicity(3.0);
             ASSERT_TRUE(conicity);
             EXPECT_NEAR(*conicity, slope, 0.001 * slope) << samples << " samples, touched at " << touched;
