@@ -27,27 +27,39 @@ struct TurnedPoint {
     double radius; ///< from the axle
 };
 
-inline TurnedPoint turned(const Axle& axle, const TrackPoint& p) {
-    const double s = std::sin(axle.yaw), c = std::cos(axle.yaw);
-    const double dx = p.along - axle.along;
-    const double dy = p.across - axle.pivot;
-    return {axle.pivot + c * dy + s * dx, std::hypot(c * dx - s * dy, p.up - axle.up)};
-}
-
 /// How a turned point moves with the parameters of its axle.
 struct TurnedGradient {
     Axle::Parameters across;
     Axle::Parameters radius;
 };
 
-inline TurnedGradient gradientOf(const Axle& axle, const TrackPoint& p) {
-    const double s = std::sin(axle.yaw), c = std::cos(axle.yaw);
-    const double dx = p.along - axle.along;
-    const double dy = p.across - axle.pivot;
-    const double x = c * dx - s * dy;
-    const double z = p.up - axle.up;
-    const double r = std::hypot(x, z);
-    return {{-s, 0.0, -s * dy + c * dx}, {-c * x / r, -z / r, x * (-s * dx - c * dy) / r}};
-}
+/// Turns points about an axle.
+class Turning {
+public:
+    explicit Turning(const Axle& axle) : axle_(axle), sine_(std::sin(axle.yaw)), cosine_(std::cos(axle.yaw)) {}
+
+    TurnedPoint turned(const TrackPoint& p) const {
+        const double dx = p.along - axle_.along;
+        const double dy = p.across - axle_.pivot;
+        const double x = cosine_ * dx - sine_ * dy;
+        const double z = p.up - axle_.up;
+        return {axle_.pivot + cosine_ * dy + sine_ * dx, std::sqrt(x * x + z * z)};
+    }
+
+    TurnedGradient gradient(const TrackPoint& p) const {
+        const double dx = p.along - axle_.along;
+        const double dy = p.across - axle_.pivot;
+        const double x = cosine_ * dx - sine_ * dy;
+        const double z = p.up - axle_.up;
+        const double r = std::sqrt(x * x + z * z);
+        return {{-sine_, 0.0, -sine_ * dy + cosine_ * dx},
+                {-cosine_ * x / r, -z / r, x * (-sine_ * dx - cosine_ * dy) / r}};
+    }
+
+private:
+    Axle axle_;
+    double sine_;
+    double cosine_;
+};
 
 } // namespace KxInspect::detail

@@ -78,7 +78,7 @@ double medianSize(std::vector<double> values) {
 /// Of the circles through three of the tips that are spread over all, the one from which the median of all is least off
 /// (Rousseeuw, Least median of squares regression, 1984). Profiles that end before the tip show a higher place.
 std::optional<Circle> circleOfMost(const std::vector<TrackPoint>& tips) {
-    constexpr std::size_t kTried = 16;
+    constexpr std::size_t kTried = 10;
     const std::size_t step = std::max<std::size_t>(1, tips.size() / kTried);
     std::optional<Circle> best;
     double least = std::numeric_limits<double>::infinity();
@@ -128,10 +128,11 @@ std::vector<BinnedPoint> binned(const std::vector<TrackPoint>& points, const Axl
     constexpr double kFromTip = 20.0; // mm across
     constexpr double kHighestFlange = 39.0;
     const double railTop = axle.up - grid.highest + kHighestFlange;
+    const Turning turning(axle);
     std::vector<BinnedPoint> result;
     result.reserve(points.size());
     for (const TrackPoint& p : points) {
-        const TurnedPoint at = turned(axle, p);
+        const TurnedPoint at = turning.turned(p);
         if (grid.holds(at) && !(at.across > grid.tip + kFromTip && p.up < railTop)) {
             const bool isBack = grid.isBack(at);
             const ContourPlace place = grid.placeOf(at, isBack);
@@ -210,7 +211,7 @@ class AxleStep {
 public:
     AxleStep(const std::vector<TrackPoint>& points, const std::vector<BinnedPoint>& places, const Axle& axle,
              const ContourGrid& grid, const std::vector<ContourBin>& contour)
-        : points_(points), places_(places), axle_(axle), grid_(grid), contour_(contour) {}
+        : points_(points), places_(places), turning_(axle), grid_(grid), contour_(contour) {}
 
     std::optional<Parameters> step() {
         std::vector<BinSums> sums(contour_.size());
@@ -260,7 +261,7 @@ private:
             if (!(weight > 0.0)) {
                 continue;
             }
-            const TurnedGradient gradient = gradientOf(axle_, points_[i]);
+            const TurnedGradient gradient = turning_.gradient(points_[i]);
             std::array<double, BinSums::kColumns> row = {1.0, along};
             for (std::size_t k = 0; k < kParameters; ++k) {
                 const ContourPlace d =
@@ -294,7 +295,7 @@ private:
 
     const std::vector<TrackPoint>& points_;
     const std::vector<BinnedPoint>& places_;
-    const Axle& axle_;
+    const Turning turning_;
     const ContourGrid& grid_;
     const std::vector<ContourBin>& contour_;
 };
@@ -304,12 +305,13 @@ std::vector<Parameters> gradientsOf(const std::vector<TrackPoint>& points, const
                                     const TurnedWheel& wheel) {
     std::vector<Parameters> gradients(wheel.contour.size(), Parameters{});
     std::vector<int> count(wheel.contour.size(), 0);
+    const Turning turning(wheel.axle);
     for (std::size_t i = 0; i < points.size(); ++i) {
         const BinnedPoint& p = places[i];
         if (p.profile < 0 || !wheel.contour[p.bin].isSeen()) {
             continue;
         }
-        const TurnedGradient gradient = gradientOf(wheel.axle, points[i]);
+        const TurnedGradient gradient = turning.gradient(points[i]);
         ++count[p.bin];
         for (std::size_t k = 0; k < kParameters; ++k) {
             const ContourPlace d =
