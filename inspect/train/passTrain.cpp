@@ -40,6 +40,12 @@ double placeOf(const WheelPair& pair, const std::vector<MeasuredSide>& sides, do
     return sum / weights;
 }
 
+/// The records of all sides with wheels have places; a sensor that saw none, or failed, takes nothing from the others.
+bool havePlaces(const std::vector<MeasuredSide>& sides) {
+    const auto isGood = [](const MeasuredSide& s) { return s.found.wheels().empty() || s.found.hasPlaces(); };
+    return std::all_of(sides.begin(), sides.end(), isGood);
+}
+
 } // namespace
 
 void numberPairs(const std::vector<MeasuredSide>& sides, const PassOptions& options, PassResult& result) {
@@ -48,7 +54,7 @@ void numberPairs(const std::vector<MeasuredSide>& sides, const PassOptions& opti
     for (const WheelPair& pair : result.pairs) {
         places.push_back(placeOf(pair, sides, shift));
     }
-    const bool hasPlaces = std::all_of(sides.begin(), sides.end(), [](const auto& s) { return s.found.hasPlaces(); });
+    const bool hasPlaces = havePlaces(sides);
     const bool isOrdered = std::adjacent_find(places.begin(), places.end(), std::greater_equal<>()) == places.end();
     if (hasPlaces && isOrdered) {
         std::vector<AxleNumber> numbers;

@@ -30,14 +30,14 @@ void warnOfLevel(const MeasuredSide& side, PassResult& result) {
     const bool isNone = count.below == 0;
     const bool isAll = count.below == count.points;
     if (count.points == 0) {
-        warn(result, QStringLiteral("recording '%1' holds no points").arg(toQt(side.input.path)));
+        warn(result, QStringLiteral("recording '%1' holds no points").arg(toQt(bareName(side.input.path))));
     } else if (isNone || isAll || side.found.wheels().empty()) {
         const QString what = isNone  ? QStringLiteral("no point is below the level line")
                              : isAll ? QStringLiteral("all points are below the level line")
                                      : QStringLiteral("no wheel was found with the level line");
         warn(result,
              QStringLiteral("recording '%1': %2 of SENSOR%3, %4: %5 of %6 points are below it, y is %7 to %8 mm")
-                 .arg(toQt(side.input.path), what, QString::number(side.input.sensor),
+                 .arg(toQt(bareName(side.input.path)), what, QString::number(side.input.sensor),
                       lineText(side.input.detection.level), QString::number(count.below), QString::number(count.points),
                       QString::number(static_cast<double>(count.lowest)),
                       QString::number(static_cast<double>(count.highest))));
@@ -69,7 +69,7 @@ void warnOfReference(const MeasuredSide& side, PassResult& result) {
         warn(result, QStringLiteral(
                          "recording '%1': the wheels stand at %2 degrees to the reference line of SENSOR%3, more than "
                          "%4: k2 is %5, the slope of their chosen profiles is %6")
-                         .arg(toQt(side.input.path), QString::number(between, 'f', 1),
+                         .arg(toQt(bareName(side.input.path)), QString::number(between, 'f', 1),
                               QString::number(side.input.sensor), QString::number(kMostDegrees), QString::number(slope),
                               QString::number(std::tan(fitted * std::numbers::pi / 180.0), 'g', 4)));
     }

@@ -46,9 +46,11 @@ def without_wheel(content):
 
 
 def result_of(folder, *options, code=0):
-    command = [kxmath, "train", "train_101.bin", "train_102.bin", "--out", "passes", "--json", "-", *options]
+    recordings = [str(folder / name) for name in ("train_101.bin", "train_102.bin")]
+    command = [kxmath, "train", *recordings, "--out", "passes", "--json", "-", *options]
     run = subprocess.run(command, cwd=folder, capture_output=True, text=True, check=False)
     assert run.returncode == code, (command, run.returncode, run.stderr)
+    assert str(folder) not in run.stdout, "no folder in a result"
     return json.loads(run.stdout)
 
 
