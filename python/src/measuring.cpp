@@ -115,13 +115,13 @@ void bindPass(py::module_& module) {
 /// The limits by the keys of the measures.
 KxInspect::WheelLimits limitsOf(const std::map<std::string, std::pair<Number, Number>>& limits) {
     KxInspect::WheelLimits result;
-    for (const auto& [key, limit] : limits) {
-        const auto measure = std::ranges::find_if(KxInspect::kWheelMeasures,
-                                                  [&](const KxInspect::WheelMeasure& m) { return m.key == key; });
+    for (const auto& entry : limits) { // clang 14 does not let the search below use the parts of a structured binding
+        const auto measure = std::ranges::find_if(
+            KxInspect::kWheelMeasures, [&](const KxInspect::WheelMeasure& m) { return m.key == entry.first; });
         if (measure == KxInspect::kWheelMeasures.end()) {
-            throw py::value_error("no measure of wheels is called '" + key + "'");
+            throw py::value_error("no measure of wheels is called '" + entry.first + "'");
         }
-        result.*(measure->limit) = {limit.first, limit.second};
+        result.*(measure->limit) = {entry.second.first, entry.second.second};
     }
     return result;
 }
