@@ -53,7 +53,8 @@ class Sources:
         self.commands = {}
         for entry in json.loads((build / "compile_commands.json").read_text()):
             name = os.path.relpath(os.path.join(entry["directory"], entry["file"]))
-            self.commands.setdefault(name, entry["command"])  # of one that is compiled twice the first will do
+            if not name.startswith(f"{build}{os.sep}"):  # what a build makes is not there yet
+                self.commands.setdefault(name, entry["command"])  # of one that is compiled twice the first will do
         self.texts = {}
         self.headers = {}
 
