@@ -53,7 +53,8 @@ qint64 TextLines::read(char* data, qint64 size) {
 }
 
 void TextLines::refill() {
-    std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
+    const auto start = buffer_.begin();
+    std::copy(start + static_cast<std::ptrdiff_t>(begin_), start + static_cast<std::ptrdiff_t>(end_), start);
     end_ -= begin_;
     searched_ -= begin_;
     begin_ = 0;
