@@ -7,6 +7,7 @@
 #include <pybind11/stl.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kxpython {
@@ -180,7 +181,7 @@ void bindItems(py::class_<Value>& type) {
     type.def(
         "edit",
         [](py::object self) {
-            return Edit{self, py::none()};
+            return Edit{std::move(self), py::none()};
         },
         "A context whose array takes the place of the points when it ends without an exception:\n\n"
         "    with profile.edit() as a:\n        a[:, 1] -= 3.5\n\nThe array is a copy, float32.");

@@ -59,6 +59,7 @@ py::class_<Result> bindResult(py::module_& module, const char* name, Result (*re
 
 std::vector<std::string> bytesOf(const std::vector<Path>& paths) {
     std::vector<std::string> names;
+    names.reserve(paths.size());
     for (const Path& path : paths) {
         names.push_back(path.bytes);
     }
@@ -223,6 +224,7 @@ CalibrationResult measurePoses(const std::vector<std::tuple<std::string, Profile
         *fields.at(name) = value;
     }
     std::vector<KxInspect::NamedProfile> profiles;
+    profiles.reserve(shots.size());
     for (const auto& [name, profile, moved] : shots) {
         profiles.push_back({name, KxInspect::fromKxProfile(libraryObject(profile)), moved});
     }

@@ -13,6 +13,7 @@ using namespace KxInspect;
 std::vector<float> hollowTread(double bend) {
     constexpr int kSamples = 1400;
     std::vector<float> heights;
+    heights.reserve(kSamples);
     for (int i = 0; i < kSamples; ++i) {
         heights.push_back(static_cast<float>(-bend * i * i));
     }

@@ -43,6 +43,7 @@ protected:
     static std::string path(const QString& name) { return files_->path(name).toStdString(); }
     static std::vector<std::string> recordings(const std::vector<int>& serials) {
         std::vector<std::string> paths;
+        paths.reserve(serials.size());
         for (const int serial : serials) {
             paths.push_back(path(QStringLiteral("train_%1.bin").arg(serial)));
         }
