@@ -72,15 +72,6 @@ QJsonObject verdictsObject(const PassResult& result, const PassAssessment& asses
             {QStringLiteral("wheels"), wheels}};
 }
 
-template <typename Items, typename Make>
-QJsonArray listOf(const Items& items, Make make) {
-    QJsonArray list;
-    for (const auto& item : items) {
-        list.append(make(item));
-    }
-    return list;
-}
-
 std::optional<double> readNumber(const JsonValue& value) {
     return value.isNull() ? std::nullopt : std::optional(value.wideNumber());
 }

@@ -37,15 +37,6 @@ float floatOf(double value) {
     return result;
 }
 
-template <typename Values, typename ToJson>
-QJsonArray makeList(const Values& values, ToJson toJson) {
-    QJsonArray list;
-    for (const auto& value : values) {
-        list.append(toJson(value));
-    }
-    return list;
-}
-
 } // namespace
 
 QJsonValue jsonNumber(float value) {
@@ -61,19 +52,19 @@ QJsonValue jsonNumber(const std::optional<float>& value) {
 }
 
 QJsonArray jsonList(const std::vector<int>& numbers) {
-    return makeList(numbers, [](int number) { return QJsonValue(number); });
+    return listOf(numbers, [](int number) { return QJsonValue(number); });
 }
 
 QJsonArray jsonList(const std::vector<std::string>& texts) {
-    return makeList(texts, [](const std::string& text) { return QJsonValue(QString::fromStdString(text)); });
+    return listOf(texts, [](const std::string& text) { return QJsonValue(QString::fromStdString(text)); });
 }
 
 QJsonArray jsonList(const std::vector<float>& numbers) {
-    return makeList(numbers, [](float number) { return jsonNumber(number); });
+    return listOf(numbers, [](float number) { return jsonNumber(number); });
 }
 
 QJsonArray jsonList(const std::vector<double>& numbers) {
-    return makeList(numbers, [](double number) { return jsonNumber(number); });
+    return listOf(numbers, [](double number) { return jsonNumber(number); });
 }
 
 QJsonObject jsonPoints(const std::vector<Point>& points) {

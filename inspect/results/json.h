@@ -26,6 +26,16 @@ QJsonValue jsonNumber(double value);
 QJsonValue jsonNumber(const std::optional<float>& value); ///< null for nothing too
 /// @}
 
+/// What `make` turns the items into.
+template <typename Items, typename Make>
+QJsonArray listOf(const Items& items, Make make) {
+    QJsonArray list;
+    for (const auto& item : items) {
+        list.append(make(item));
+    }
+    return list;
+}
+
 QJsonArray jsonList(const std::vector<int>& numbers);
 QJsonArray jsonList(const std::vector<std::string>& texts);
 QJsonArray jsonList(const std::vector<float>& numbers); ///< null for those that are not finite

@@ -193,15 +193,6 @@ QJsonObject rawObject(const RawPicture& raw) {
             {QStringLiteral("low"), lineValue(raw.low)}};
 }
 
-template <typename Items, typename Make>
-QJsonArray listOf(const Items& items, Make make) {
-    QJsonArray list;
-    for (const auto& item : items) {
-        list.append(make(item));
-    }
-    return list;
-}
-
 } // namespace
 
 std::string toJson(const PassResult& result, Pictures pictures) {
