@@ -30,13 +30,14 @@ LAYERS = (
     Layer("fleet", ("fleet", "fleet/*"), 2, PUBLIC + ("measuring",)),
     Layer("commands", ("tools/kxmath", "tools/kxmath/*"), 3,
           PUBLIC + ("measuring", "pages", "simulator", "fleet")),
-    Layer("tables", ("tools/tables", "tools/study"), 2, PUBLIC + ("measuring", "simulator", "commands", "shapes")),
+    Layer("tables", ("tools/tables", "tools/study"), 2, PUBLIC + ("measuring", "simulator", "commands", "shapes", "trials")),
     Layer("shapes", ("tests/shapes",), 2, CORE),
+    Layer("trials", ("tests/trials",), 2, PUBLIC + ("simulator",)),
     Layer("bindings", ("python", "python/*"), 2, PUBLIC + ("pages",)),
     Layer("examples", ("examples",), 1, PUBLIC),
 )
 # Folders that alone may include a layer, whatever their own layer may.
-ONLY_FROM = {"simulator": ("simulator", "tools/kxmath/simulate", "tools/tables", "tools/study")}
+ONLY_FROM = {"simulator": ("simulator", "tools/kxmath/simulate", "tools/tables", "tools/study", "tests/trials")}
 # Who links a library uses what its interface holds; what it may include of it is looked at above.
 LINKED_AS = {"core": "interface of the core", "measuring": "interface of measuring"}
 # They look at everything.

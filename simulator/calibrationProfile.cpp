@@ -131,6 +131,16 @@ Pose nominalCalibrationPose(int placement, const CalibrationObject& object) {
     return pose;
 }
 
+Pose offsetPose(const Pose& nominal, int placement, double alpha, double beta, double gamma, const Vec3& offset) {
+    const double mirror = KxInspect::placementOf(placement).isMirrored ? -1.0 : 1.0;
+    Pose pose = nominal;
+    pose.alpha += mirror * alpha;
+    pose.beta += beta;
+    pose.gamma += mirror * gamma;
+    pose.origin = nominal.origin + offset;
+    return pose;
+}
+
 bool takeCalibrationProfile(const CalibrationObject& object, int placement, const Pose& pose,
                             const CalibrationSensor& sensor, Random& random, KxMath::KxProfile& profile,
                             std::vector<Vec3>* hits) {

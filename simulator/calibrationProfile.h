@@ -18,6 +18,9 @@ using KxInspect::CalibrationObject;
 /// object.
 Pose nominalCalibrationPose(int placement, const CalibrationObject& object);
 
+/// The nominal pose turned by angles in degrees about the sensor (mirrored for mirrored placements) and then moved.
+Pose offsetPose(const Pose& nominal, int placement, double alpha, double beta, double gamma, const Vec3& offset);
+
 struct CalibrationSensor {
     int points = 1280;
     double fan = 60.0; ///< angle of the laser fan, degrees

@@ -1,7 +1,6 @@
 // Profiles of the calibration object as files, and a file with the truth.
 #include "simulator/calibrationShots.h"
 
-#include "simulator/calibrationTrial.h"
 #include "simulator/directory.h"
 #include "simulator/json.h"
 

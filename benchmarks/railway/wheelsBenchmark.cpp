@@ -2,7 +2,7 @@
 #include "railway/jobs.h"
 
 #include "inspect/wheel/rimSection.h"
-#include "simulator/calibrationTrial.h"
+#include "simulator/calibrationProfile.h"
 #include "simulator/wheelContour.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 #include "report/train/vehicleTable.h"
 
 #include "report/elements/numbers.h"
+#include "report/elements/textList.h"
 #include "report/train/passWords.h"
 
 namespace kxreport {
@@ -72,13 +73,15 @@ std::vector<QStringList> vehicleRows(const PassResult& pass) {
     if (pass.train.vehicles.empty()) {
         return {};
     }
-    std::vector<QStringList> rows = {{QStringLiteral("vehicle"), QStringLiteral("mark"), QStringLiteral("number"),
-                                      QStringLiteral("class"), QStringLiteral("bogies"), QStringLiteral("axles"),
-                                      QStringLiteral("seen"), QStringLiteral("pairs")}};
+    std::vector<QStringList> rows;
+    rows.push_back(
+        textList({QStringLiteral("vehicle"), QStringLiteral("mark"), QStringLiteral("number"), QStringLiteral("class"),
+                  QStringLiteral("bogies"), QStringLiteral("axles"), QStringLiteral("seen"), QStringLiteral("pairs")}));
     for (const PassVehicle& vehicle : pass.train.vehicles) {
-        rows.push_back({QString::number(vehicle.number), textOrDash(vehicle.mark), textOrDash(vehicle.vehicleNumber),
-                        textOrDash(vehicle.vehicleClass), layoutText(vehicle), QString::number(vehicle.axles()),
-                        QString::number(vehicle.seen), runsText(pairsOf(pass, vehicle))});
+        rows.push_back(
+            textList({QString::number(vehicle.number), textOrDash(vehicle.mark), textOrDash(vehicle.vehicleNumber),
+                      textOrDash(vehicle.vehicleClass), layoutText(vehicle), QString::number(vehicle.axles()),
+                      QString::number(vehicle.seen), runsText(pairsOf(pass, vehicle))}));
     }
     return rows;
 }

@@ -2,6 +2,7 @@
 #include "report/train/verdictTable.h"
 
 #include "report/elements/numbers.h"
+#include "report/elements/textList.h"
 
 #include <algorithm>
 #include <cmath>
@@ -53,8 +54,9 @@ QString verdictText(const Assessment& value) {
 } // namespace
 
 QStringList verdictTitles() {
-    return {QStringLiteral("measure"), QStringLiteral("vehicle"), QStringLiteral("pair"),    QStringLiteral("side"),
-            QStringLiteral("value"),   QStringLiteral("limits"),  QStringLiteral("verdict"), QStringLiteral("reason")};
+    return textList({QStringLiteral("measure"), QStringLiteral("vehicle"), QStringLiteral("pair"),
+                     QStringLiteral("side"), QStringLiteral("value"), QStringLiteral("limits"),
+                     QStringLiteral("verdict"), QStringLiteral("reason")});
 }
 
 std::vector<VerdictRow> verdictRows(const PassResult& pass) {
@@ -65,10 +67,10 @@ std::vector<VerdictRow> verdictRows(const PassResult& pass) {
         }
         const QString bogie = value.bogie > 0 ? QStringLiteral(" bogie %1").arg(value.bogie) : QString();
         const QString reason = value.reason.empty() ? QStringLiteral("-") : QString::fromStdString(value.reason);
-        rows.push_back(
-            {{QString::fromStdString(value.measure), numberOrDash(value.vehicle) + bogie, numberOrDash(value.pair),
-              numberOrDash(value.side), valueText(value), boundsText(value.bounds), verdictText(value), reason},
-             toneOf(value.verdict)});
+        rows.push_back({textList({QString::fromStdString(value.measure), numberOrDash(value.vehicle) + bogie,
+                                  numberOrDash(value.pair), numberOrDash(value.side), valueText(value),
+                                  boundsText(value.bounds), verdictText(value), reason}),
+                        toneOf(value.verdict)});
     }
     return rows;
 }
@@ -79,12 +81,13 @@ QStringList verdictNotes(const PassResult& pass) {
     const auto count = [&](LimitVerdict verdict) { return QString::number(assessment.count(verdict)); };
     const auto doubtful = std::count_if(assessment.values.begin(), assessment.values.end(),
                                         [](const Assessment& value) { return value.isDoubtful == true; });
-    QStringList notes = {
+    QStringList notes;
+    notes.append(
         QStringLiteral("Verdict of the pass: %1. Of %2 values with limits %3 are ok, %4 warnings, %5 alarms, %6 not "
                        "measured; the interval of %7 reaches across a limit.")
             .arg(whole ? QLatin1String(textOf(*whole)) : QStringLiteral("none"),
                  QString::number(assessment.values.size()), count(LimitVerdict::Ok), count(LimitVerdict::Warning),
-                 count(LimitVerdict::Alarm), count(LimitVerdict::NotMeasured), QString::number(doubtful))};
+                 count(LimitVerdict::Alarm), count(LimitVerdict::NotMeasured), QString::number(doubtful)));
     QStringList vehicles;
     for (const PassVehicle& vehicle : pass.train.vehicles) {
         if (const std::optional<LimitVerdict> verdict = assessment.ofVehicle(vehicle.number)) {

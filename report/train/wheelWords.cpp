@@ -1,6 +1,8 @@
 // The measures of the wheels of a pass in words and rows.
 #include "report/train/wheelWords.h"
 
+#include "report/elements/textList.h"
+
 #include <map>
 #include <utility>
 
@@ -25,13 +27,14 @@ QString valueText(const PassValue& value, int decimals) {
 } // namespace
 
 std::vector<QStringList> wheelRows(const PassResult& pass) {
-    QStringList titles = {QStringLiteral("pair"), QStringLiteral("side")};
+    QStringList titles = textList({QStringLiteral("pair"), QStringLiteral("side")});
     for (const PassMeasureInfo& info : kPassMeasureInfos) {
         titles.append(QLatin1String(info.title));
     }
-    std::vector<QStringList> rows = {titles};
+    std::vector<QStringList> rows;
+    rows.push_back(titles);
     for (const PassWheelMeasures& wheel : pass.wheels) {
-        rows.push_back({QString::number(wheel.pair), QLatin1String(textOf(wheel.side))});
+        rows.push_back(textList({QString::number(wheel.pair), QLatin1String(textOf(wheel.side))}));
         for (const PassMeasureInfo& info : kPassMeasureInfos) {
             rows.back().append(valueText(wheel[info.measure], info.decimals));
         }

@@ -1,6 +1,6 @@
 // The calibration of a sensor's pose on simulated profiles of the calibration object.
-#include "simulator/calibrationTrial.h"
 #include "support/testing.h"
+#include "trials/calibrationTrial.h"
 
 #include <numbers>
 

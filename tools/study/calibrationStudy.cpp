@@ -2,7 +2,6 @@
 #include "tools/study/studies.h"
 
 #include "simulator/calibrationProfile.h"
-#include "simulator/calibrationTrial.h"
 
 #include <KxInspect/Calibration.h>
 #include <KxInspect/KxMathTypes.h>

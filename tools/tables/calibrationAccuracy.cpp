@@ -1,7 +1,7 @@
 // Prints how many poses kxmath calibrate finds with noise and outliers, how far they are off, and how often the 95 %
 // intervals hold the truth. Ends with 1 when a row has a wrong pose, or when of all poses together an interval holds the
 // truth in fewer than 93 % or more than 97 %.
-#include "simulator/poseTrial.h"
+#include "trials/poseTrial.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // Prints how the error of a calibration grows where the ridges tell less and less of an angle.
-#include "simulator/calibrationTrial.h"
+#include "trials/calibrationTrial.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // Prints how often and how well the calibration finds poses about the nominal one.
-#include "simulator/calibrationTrial.h"
+#include "trials/calibrationTrial.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // Prints what kxmath calibrate makes of wrong placement codes, of sensors that are turned the other way, and of a wrong
 // side. Ends with 1 when a pose is wrong without a word although the side is true.
-#include "simulator/calibrationTrial.h"
-#include "simulator/poseTrial.h"
+#include "simulator/calibrationProfile.h"
+#include "trials/poseTrial.h"
 
 #include <KxInspect/Error.h>
 

@@ -5,8 +5,8 @@
 //     distanceCoverage [STATIONS [FIRST_SEED]]
 #include "simulator/random.h"
 #include "simulator/simulation.h"
-#include "simulator/tinyStation.h"
 #include "simulator/train.h"
+#include "trials/tinyStation.h"
 
 #include <KxInspect/Error.h>
 #include <KxInspect/StationSetup.h>

@@ -1,8 +1,8 @@
 // Simulated profiles of the calibration object and their true points.
 #pragma once
 
-#include "simulator/calibrationTrial.h"
-#include "simulator/poseTrial.h"
+#include "simulator/calibrationProfile.h"
+#include "trials/poseTrial.h"
 
 #include <KxInspect/Calibration.h>
 #include <KxInspect/KxMathTypes.h>

@@ -1,9 +1,9 @@
 // Distances, yaw and their intervals in simulated passes with known truth.
 #include "simulator/random.h"
 #include "simulator/simulation.h"
-#include "simulator/tinyStation.h"
 #include "simulator/train.h"
 #include "support/tempFiles.h"
+#include "trials/tinyStation.h"
 
 #include <KxInspect/StationSetup.h>
 #include <KxInspect/Train.h>

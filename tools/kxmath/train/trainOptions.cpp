@@ -5,6 +5,7 @@
 
 #include "tools/kxmath/console/options.h"
 
+#include "report/elements/textList.h"
 #include <KxInspect/Settings.h>
 #include <KxInspect/Train.h>
 
@@ -214,7 +215,7 @@ KxInspect::PassLabels labels(const Options& options) {
 
 KxInspect::ConsistOrder consistOrder(const Options& options) {
     using KxInspect::ConsistOrder;
-    const QStringList names = {QStringLiteral("found"), QStringLiteral("listed"), QStringLiteral("turned")};
+    const QStringList names = kxreport::textList({"found", "listed", "turned"});
     const QString name = options.oneOf("consist-order", names);
     if (options.isSet("consist-order") && options.text("consist").isEmpty()) {
         options.fail(QStringLiteral("--consist-order is for --consist FILE"));

@@ -1,5 +1,5 @@
 // A measuring station whose truth is known, drawn at random.
-#include "simulator/tinyStation.h"
+#include "trials/tinyStation.h"
 
 #include "simulator/random.h"
 

@@ -1,7 +1,5 @@
 // The pose of a simulated sensor as the measuring finds it, beside the true one.
-#include "simulator/poseTrial.h"
-
-#include "simulator/calibrationTrial.h"
+#include "trials/poseTrial.h"
 
 #include <KxInspect/KxMathTypes.h>
 

@@ -1,5 +1,5 @@
 // A calibration of a simulated sensor and its errors.
-#include "simulator/calibrationTrial.h"
+#include "trials/calibrationTrial.h"
 
 #include <KxMath/KxMetro.h>
 
@@ -52,16 +52,6 @@ CalibrationTrial tryCalibration(const CalibrationObject& object, int placement, 
         trial.pointError = std::max(trial.pointError, std::sqrt(dot(error, error)));
     }
     return trial;
-}
-
-Pose offsetPose(const Pose& nominal, int placement, double alpha, double beta, double gamma, const Vec3& offset) {
-    const double mirror = KxInspect::placementOf(placement).isMirrored ? -1.0 : 1.0;
-    Pose pose = nominal;
-    pose.alpha += mirror * alpha;
-    pose.beta += beta;
-    pose.gamma += mirror * gamma;
-    pose.origin = nominal.origin + offset;
-    return pose;
 }
 
 } // namespace kxsim

@@ -17,7 +17,4 @@ struct CalibrationTrial {
 CalibrationTrial tryCalibration(const CalibrationObject& object, int placement, const Pose& pose,
                                 const CalibrationSensor& sensor, Random& random);
 
-/// The nominal pose turned by angles in degrees about the sensor (mirrored for mirrored placements) and then moved.
-Pose offsetPose(const Pose& nominal, int placement, double alpha, double beta, double gamma, const Vec3& offset);
-
 } // namespace kxsim
