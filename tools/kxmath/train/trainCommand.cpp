@@ -105,7 +105,9 @@ PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings
     WorkFolder folder(options.out,
                       passFolderName(QString::fromStdString(first.base), QString::fromStdString(second.base)));
     for (const std::string& recording : options.recordings) {
-        if (std::error_code ignored; std::filesystem::exists(recording, ignored)) { // of several one may be missing
+        // Of several one may be missing; what cannot be looked at may still be there.
+        std::error_code ignored;
+        if (std::filesystem::status(recording, ignored).type() != std::filesystem::file_type::not_found) {
             folder.link(fromBytes(recording), QString::fromStdString(KxInspect::recordingName(recording).file));
         }
     }
