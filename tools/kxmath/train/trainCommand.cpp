@@ -4,18 +4,12 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
-#include "tools/kxmath/console/printable.h"
-#include "tools/kxmath/console/workFolder.h"
+#include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/train/passFolder.h"
 #include "tools/kxmath/train/passText.h"
 #include "tools/kxmath/train/trainOptions.h"
 
-#include <KxInspect/Recording.h>
 #include <KxInspect/Train.h>
-
-#include <QtCore/QFile>
-
-#include <filesystem>
-#include <system_error>
 
 namespace kxtool {
 
@@ -38,19 +32,7 @@ QString noResultText(const PassResult& pass) {
 
 QString noTreadText(const TrainOptions& options, const PassResult& pass) {
     return QStringLiteral("no tread could be judged with the settings '%1': %2")
-        .arg(options.defects, kxreport::notJudgedTexts(pass, KxInspect::PassQuestion::Tread).value(0));
-}
-
-/// The name of the folder for a pass: "pass-NAME1-NAME2" from the names of the recordings, long ones cut.
-QString passFolderName(const QString& first, const QString& second) {
-    constexpr int kMostBytes = 90; // two of them and a number stay below what file systems allow
-    const auto shortened = [](QString name) {
-        while (QFile::encodeName(name).size() > kMostBytes) {
-            name.chop(1);
-        }
-        return name;
-    };
-    return QStringLiteral("pass-%1-%2").arg(shortened(first), shortened(second));
+        .arg(options.files.defects, kxreport::notJudgedTexts(pass, KxInspect::PassQuestion::Tread).value(0));
 }
 
 KxInspect::PassOptions passOptions(const TrainOptions& options) {
@@ -59,15 +41,15 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
     pass.nominal = options.nominal;
     pass.tolerance = options.tolerance;
     pass.labels = options.labels;
-    if (!options.consist.isEmpty()) {
-        pass.consist = KxInspect::readConsist(toBytes(options.consist));
+    if (!options.files.consist.isEmpty()) {
+        pass.consist = KxInspect::readConsist(toBytes(options.files.consist));
     }
     pass.consistOrder = options.consistOrder;
-    if (!options.limits.isEmpty()) {
-        pass.limits = KxInspect::readLimits(toBytes(options.limits));
+    if (!options.files.limits.isEmpty()) {
+        pass.limits = KxInspect::readLimits(toBytes(options.files.limits));
     }
-    if (!options.defects.isEmpty()) {
-        pass.defects = KxInspect::readDefectSettings(toBytes(options.defects));
+    if (!options.files.defects.isEmpty()) {
+        pass.defects = KxInspect::readDefectSettings(toBytes(options.files.defects));
     }
     if (options.defectRange) {
         pass.defects->limits.fromX = options.defectRange->front();
@@ -75,60 +57,6 @@ KxInspect::PassOptions passOptions(const TrainOptions& options) {
     }
     if (options.report.isWanted()) {
         pass.shownPairs = {options.pair};
-    }
-    return pass;
-}
-
-void checkFiles(const TrainOptions& options) {
-    QStringList inputs(options.settings);
-    for (const std::string& recording : options.recordings) {
-        inputs.append(fromBytes(recording));
-    }
-    if (!options.defects.isEmpty()) {
-        inputs.append(options.defects);
-    }
-    if (!options.consist.isEmpty()) {
-        inputs.append(options.consist);
-    }
-    if (!options.limits.isEmpty()) {
-        inputs.append(options.limits);
-    }
-    checkOutputs({&options.json, &options.csv, &options.report}, inputs);
-}
-
-/// Measures the pass in a folder of its own, which has its result.json when it gets its final name. A pass without a
-/// distance leaves no folder.
-PassResult runPass(const TrainOptions& options, const KxInspect::StationSettings& settings,
-                   KxInspect::PassOptions passOptions, Progress& progress) {
-    const auto [first, second] =
-        std::pair(KxInspect::recordingName(options.recordings[0]), KxInspect::recordingName(options.recordings[1]));
-    WorkFolder folder(options.out,
-                      passFolderName(QString::fromStdString(first.base), QString::fromStdString(second.base)));
-    for (const std::string& recording : options.recordings) {
-        // Of several one may be missing; what cannot be looked at may still be there.
-        std::error_code ignored;
-        if (std::filesystem::status(recording, ignored).type() != std::filesystem::file_type::not_found) {
-            folder.link(fromBytes(recording), QString::fromStdString(KxInspect::recordingName(recording).file));
-        }
-    }
-    folder.copy(options.settings, QStringLiteral("settings.ini"));
-    if (passOptions.defects) {
-        folder.copy(options.defects, QStringLiteral("defects.ini"));
-    }
-    if (passOptions.consist) {
-        folder.copy(options.consist, QStringLiteral("consist.csv"));
-    }
-    if (passOptions.limits) {
-        folder.copy(options.limits, QStringLiteral("limits.ini"));
-    }
-    passOptions.wheelFolder = folder.path();
-    PassResult pass = measurePass(options.recordings, settings, passOptions, progress.callback());
-    pass.folder.clear();
-    if (pass.distances() > 0 || pass.hasResult()) {
-        const OutputFile json(QStringLiteral("result"), fromBytes(folder.path() + "/result.json"));
-        json.write(QString::fromStdString(toJson(pass)));
-        folder.finish();
-        pass.folder = printable(fromBytes(folder.path())).toStdString();
     }
     return pass;
 }
@@ -168,12 +96,12 @@ void writeOutputs(const TrainOptions& options, const PassResult& pass) {
 }
 
 int run(const TrainOptions& options) {
-    const KxInspect::StationSettings settings = KxInspect::readStationSettings(toBytes(options.settings));
+    const KxInspect::StationSettings settings = KxInspect::readStationSettings(toBytes(options.files.settings));
     const KxInspect::PassOptions measuring = passOptions(options);
-    checkPass(options.recordings, settings, measuring);
-    checkFiles(options);
+    checkPass(options.files.recordings, settings, measuring);
+    checkOutputs({&options.json, &options.csv, &options.report}, options.files.all());
     Progress progress;
-    const PassResult pass = runPass(options, settings, measuring, progress);
+    const PassResult pass = measureInNewFolder(options.out, options.files, settings, measuring, progress.callback());
     progress.wipe();
     writeOutputs(options, pass);
     for (const std::string& warning : pass.warnings) {

@@ -256,8 +256,9 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
             recordings.push_back(toBytes(path));
         }
     }
-    return TrainOptions{recordings,
-                        settings,
+    return TrainOptions{{recordings, settings, name(options, "defects", QStringLiteral("a file")),
+                         name(options, "consist", QStringLiteral("a file")),
+                         name(options, "limits", QStringLiteral("a file"))},
                         name(options, "out", QStringLiteral("a folder")),
                         options.output("json"),
                         options.output("csv"),
@@ -266,13 +267,10 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
                         options.wholeNumber("wheel", 1),
                         options.number("tolerance", kNotNegative),
                         options.numberIfSet("nominal", {100.0, 10000.0}),
-                        name(options, "defects", QStringLiteral("a file")),
                         defectRange(options),
                         failOn(options),
                         labels(options),
-                        name(options, "consist", QStringLiteral("a file")),
-                        consistOrder(options),
-                        name(options, "limits", QStringLiteral("a file"))};
+                        consistOrder(options)};
 }
 
 } // namespace kxtool

@@ -1,0 +1,46 @@
+// The folder of a pass: what it was measured from, and its result.
+#pragma once
+
+#include "tools/kxmath/console/workFolder.h"
+
+#include <KxInspect/Train.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <string>
+#include <vector>
+
+namespace kxtool {
+
+/// The files that a pass is measured from.
+struct PassFiles {
+    std::vector<std::string> recordings; ///< two or more; of more than two some may be missing
+    QString settings;
+    QString defects; ///< settings of the judgement of treads, empty for none
+    QString consist; ///< list of vehicles, empty for none
+    QString limits; ///< file of limits, empty for none
+
+    /// All that were given.
+    QStringList all() const;
+};
+
+/// The name of the folder for a pass: "pass-NAME1-NAME2" from the names of the first two recordings, long ones cut.
+QString passFolderName(const std::vector<std::string>& recordings);
+
+/// Measures a pass and leaves in `folder` what belongs in the folder of a pass, result.json last. A pass without a result
+/// leaves no result.json. The folder is not finished. Throws an Error, a CommandError or Interrupted.
+/// @param options what `files` hold is read into it already; its wheelFolder does not count
+/// @return the result; PassResult::folder is empty
+KxInspect::PassResult measureInto(const WorkFolder& folder, const PassFiles& files,
+                                  const KxInspect::StationSettings& settings, KxInspect::PassOptions options,
+                                  const KxInspect::Progress& progress);
+
+/// The same in a fresh folder inside `parent`, which gets its final name, passFolderName(), once it is whole. A pass
+/// without a result leaves no folder.
+/// @return the result; PassResult::folder is where it is, empty without one
+KxInspect::PassResult measureInNewFolder(const QString& parent, const PassFiles& files,
+                                         const KxInspect::StationSettings& settings,
+                                         const KxInspect::PassOptions& options, const KxInspect::Progress& progress);
+
+} // namespace kxtool
