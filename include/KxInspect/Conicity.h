@@ -76,6 +76,7 @@ struct Contact {
 /// A prepared and placed profile.
 struct PlacedSection {
     std::string file = {}; ///< as in the input
+    std::string reading = {}; ///< the readingNote() of a text file
     std::optional<int> dropped = {}; ///< points that were missing or hidden by others
     std::optional<bool> isCut = {}; ///< of rails: cut at the gauge depth; false: it does not reach down so far
     /// The standard deviations of its points in x and in y, found from the points themselves; NaN when it was not looked for.

@@ -43,6 +43,8 @@ KXINSPECT_EXPORT Profile readProfile(const std::string& path, const TextOptions&
 /// Reads all profiles of a file: every 2-D cloud section and profile record, those without points included, or the one
 /// profile of another file. Throws an Error as above, and Damaged where no whole record begins.
 /// @param path see KxInspect.h
-KXINSPECT_EXPORT std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options = {});
+/// @param form as above
+KXINSPECT_EXPORT std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options = {},
+                                                   std::optional<TextForm>* form = nullptr);
 
 } // namespace KxInspect

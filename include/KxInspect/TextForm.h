@@ -1,8 +1,11 @@
 // How texts with columns of numbers are read.
 #pragma once
 
+#include "Export.h"
+
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace KxInspect {
@@ -25,5 +28,9 @@ struct TextForm {
     int columns = 0; ///< of each line, remarks left out
     std::int64_t remarks = 0; ///< points of a gauge file with text behind their columns
 };
+
+/// What of a reading its user has to know: that commas are decimal signs, and what stood behind the columns and was left
+/// out. The predicate of a sentence about the file; empty where there is nothing of that.
+KXINSPECT_EXPORT std::string readingNote(const TextForm& form);
 
 } // namespace KxInspect

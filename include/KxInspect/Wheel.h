@@ -152,6 +152,7 @@ struct WheelPlaces {
 struct WheelResult {
     std::string file = {};
     std::string error = {}; ///< why there is no profile, the predicate of a sentence about the file; empty otherwise
+    std::string reading = {}; ///< the readingNote() of a text file
     std::vector<std::string> warnings = {}; ///< violated assumptions, predicates of sentences about the profile
     WheelMeasures measures = {};
     /// The 95 % confidence interval of each measure from the noise of the points, and from WheelOptions::gaugeError, in the

@@ -143,8 +143,10 @@ ConicityResult measureConicity(const ConicityInput& input) {
     result.shownAmplitude = input.shownAmplitude;
     Prepared sections;
     for (const WheelSetPart part : kParts) {
-        const Profile measured = detail::readSection(input.sections[part], nameOf(part));
+        std::string reading;
+        const Profile measured = detail::readSection(input.sections[part], nameOf(part), reading);
         sections[part] = detail::prepare(measured, part, input, result.warnings);
+        sections[part].placed.reading = reading;
         result.sections[part] = sections[part].placed;
     }
     const PerWheelSetPart<Profile> surfaces = surfacesOf(sections, &detail::PreparedSection::surface);

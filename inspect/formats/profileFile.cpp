@@ -82,13 +82,16 @@ Profile readProfile(const std::string& path, const TextOptions& options, std::op
     return readOne(file, source, options, form);
 }
 
-std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options) {
+std::vector<Profile> readProfiles(const std::string& path, const TextOptions& options, std::optional<TextForm>* form) {
     const ErrorSource source{{}, path, {}};
     const detail::QtPath where(path);
     QFile file(where.text());
     detail::openForReading(file, source);
     if (!isRecording(file.peek(1)) || kindByFileName(path) == FileKind::Xyzf) {
-        return {readOne(file, source, options, nullptr)};
+        return {readOne(file, source, options, form)};
+    }
+    if (form != nullptr) {
+        form->reset();
     }
     std::vector<Profile> profiles;
     while (!file.atEnd()) {

@@ -162,7 +162,11 @@ void readPictures(const JsonValue& pictures, ConicityResult& result) {
 std::string toJson(const ConicityResult& result, Pictures pictures) {
     QJsonObject files;
     QJsonObject noise;
+    QJsonObject readings; // of texts with something to tell
     for (const WheelSetPart part : kParts) {
+        if (const std::string& reading = result.sections[part].reading; !reading.empty()) {
+            readings[QLatin1String(nameOf(part))] = QString::fromStdString(reading);
+        }
         noise[QLatin1String(nameOf(part))] = noiseOf(result.sections[part]);
         files[QLatin1String(nameOf(part))] = QString::fromStdString(result.sections[part].file);
     }
@@ -180,6 +184,7 @@ std::string toJson(const ConicityResult& result, Pictures pictures) {
                         {QStringLiteral("conicity"), curveOf(result)},
                         {QStringLiteral("intervals"), intervalsOf(result)},
                         {QStringLiteral("noise"), noise},
+                        {QStringLiteral("readings"), readings},
                         {QStringLiteral("deltaR"), pairs(result.deltaR)},
                         {QStringLiteral("reasons"), reasonsOf(result)},
                         {QStringLiteral("warnings"), detail::jsonList(result.warnings)}};
@@ -198,6 +203,9 @@ ConicityResult conicityFromJson(const std::string& json) {
     for (const WheelSetPart part : kParts) {
         result.sections[part].file = root["profiles"][nameOf(part)].text();
         readNoise(root["noise"][nameOf(part)], result.sections[part]);
+        if (const JsonValue readings = root["readings"]; readings.has(nameOf(part))) {
+            result.sections[part].reading = readings[nameOf(part)].text();
+        }
     }
     result.gauge = root["gauge"].number();
     result.backToBack = root["backToBack"].number();

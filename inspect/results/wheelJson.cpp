@@ -42,6 +42,7 @@ QJsonObject wheelObject(const WheelResult& wheel) {
     object[QStringLiteral("intervals")] = intervals;
     object[QStringLiteral("reasons")] = reasons;
     const QString verdict = QLatin1String(textOf(wheel.verdict));
+    object[QStringLiteral("reading")] = wheel.reading.empty() ? QJsonValue() : QString::fromStdString(wheel.reading);
     object[QStringLiteral("verdict")] = verdict.isEmpty() ? QJsonValue() : QJsonValue(verdict);
     object[QStringLiteral("warnings")] = detail::jsonList(wheel.warnings);
     return object;
@@ -137,6 +138,7 @@ WheelResult readWheel(const JsonValue& object) {
         wheel.reasons[i] = reason(key);
         wheel.intervalReasons[i] = reason(intervalName(kWheelMeasures[i]).toUtf8().constData());
     }
+    wheel.reading = object["reading"].isNull() ? std::string() : object["reading"].text();
     wheel.verdict = readVerdict(object["verdict"]);
     wheel.warnings = object["warnings"].texts();
     return wheel;

@@ -6,12 +6,17 @@
 #include <KxInspect/PointFile.h>
 #include <KxInspect/ProfileFile.h>
 
+#include <optional>
+
 namespace KxInspect::detail {
 
-Profile readSection(const CrossSection& section, const std::string& role) {
+Profile readSection(const CrossSection& section, const std::string& role, std::string& reading) {
     if (!section.profile) {
         try {
-            return readProfile(section.file, section.text);
+            std::optional<TextForm> form;
+            Profile profile = readProfile(section.file, section.text, &form);
+            reading = form ? readingNote(*form) : std::string();
+            return profile;
         } catch (const Error& error) {
             throw Error(error.kind(), {role, section.file, error.source().key}, error.reason(), error.place());
         }

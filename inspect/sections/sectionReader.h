@@ -8,6 +8,7 @@ namespace KxInspect::detail {
 /// The points of a section from its file or memory, neither oriented nor prepared. Throws an Error when
 /// the file cannot be read, or when there are no points.
 /// @param role what the section is to the caller, for errors; may be empty
-Profile readSection(const CrossSection& section, const std::string& role);
+/// @param reading gets the readingNote() of a text
+Profile readSection(const CrossSection& section, const std::string& role, std::string& reading);
 
 } // namespace KxInspect::detail

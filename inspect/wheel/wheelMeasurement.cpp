@@ -95,9 +95,10 @@ std::vector<Point> contourIn(const std::vector<Point>& section, std::vector<Poin
     return points;
 }
 
-/// The section of a rim made from a profile. Throws an Error when that is impossible.
-Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::vector<std::string>& warnings) {
-    Profile profile = detail::readSection(wheel, {});
+/// The section of a rim made from a profile. The result gets what is to be told of its file and shape. Throws an Error
+/// when that is impossible.
+Section sectionOf(const CrossSection& wheel, const WheelOptions& options, WheelResult& result) {
+    Profile profile = detail::readSection(wheel, {}, result.reading);
     std::vector<Point>& points = profile.points;
     points.erase(std::remove_if(points.begin(), points.end(), [](const Point& p) { return !isFinite(p); }),
                  points.end());
@@ -125,7 +126,7 @@ Section sectionOf(const CrossSection& wheel, const WheelOptions& options, std::v
     }
     for (const QString& note : notes) {
         if (!note.isEmpty()) {
-            warnings.push_back(note.toStdString());
+            result.warnings.push_back(note.toStdString());
         }
     }
     detail::appendRimSection(points, section.rim);
@@ -253,7 +254,7 @@ WheelResult measureWheel(const CrossSection& wheel, const WheelOptions& options)
         if (!wheel.profile && isSpatial(wheel.file)) {
             return measureRim(readPoints(wheel.file, FileKind::Cloud).points, wheel.file, options);
         }
-        Section section = sectionOf(wheel, options, result.warnings);
+        Section section = sectionOf(wheel, options, result);
         measure(section, Point{0.0f, 0.0f}, options, result);
         if (!section.isWheel && result.isMeasured()) {
             withhold(detail::noShapeOf(SectionKind::Wheel).toStdString(), options.limits, result);

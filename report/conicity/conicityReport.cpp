@@ -324,6 +324,12 @@ QString conicityReport(const ConicityResult& result) {
     if (!result.isCalculated()) {
         page.failure(QString::fromStdString(result.reason));
     }
+    for (const KxInspect::PlacedSection& section : result.sections) {
+        if (!section.reading.empty()) {
+            page.paragraph(QStringLiteral("The file %1 %2.")
+                               .arg(QString::fromStdString(section.file), QString::fromStdString(section.reading)));
+        }
+    }
     for (const std::string& warning : result.warnings) {
         page.warning(QString::fromStdString(warning));
     }

@@ -106,6 +106,9 @@ void addFacts(Page& page, const WheelResults& results) {
 
 /// What is wrong with a wheel that was read.
 void addFaults(Page& page, const WheelResult& result, const WheelLimits& limits) {
+    if (!result.reading.empty()) {
+        page.paragraph(QStringLiteral("The file %1.").arg(QString::fromStdString(result.reading)));
+    }
     for (const std::string& warning : result.warnings) {
         page.warning(QStringLiteral("The profile %1.").arg(QString::fromStdString(warning)));
     }

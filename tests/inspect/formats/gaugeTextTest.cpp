@@ -33,16 +33,19 @@ TEST_F(GaugeText, HeadersTellWherePointsAre) {
         const char* desc;
         QByteArray content;
         int titleLines, columns, remarks;
+        const char* note = "";
     } cases[] = {
         {"dotted names", kDotted + "1.5 2\n-3 4\n\n", 5, 2, 0},
         {"three columns", kDotted + "1.5 2 0.000\n-3 4 0.1\n", 5, 3, 0},
         {"CRLF", QByteArray(kDotted + "1.5 2\n-3 4\n").replace("\n", "\r\n"), 5, 2, 0},
         {"two empty lines", kDotted + "\n1.5 2\n-3 4\n", 6, 2, 0},
         {"numbers in the header", "Stock...: 1\n1 2\n3 4\n5 6\n\n1.5 2\n-3 4\n", 5, 2, 0},
-        {"semicolons, decimal commas", kDotted + "1,5;2\n-3;4\n", 5, 2, 0},
+        {"semicolons, decimal commas", kDotted + "1,5;2\n-3;4\n", 5, 2, 0,
+         "is read with ';' between the columns and ',' as decimal sign"},
         {"entries", kEntries + "1.5 2 3 4\n-3 4 5 6\n", 5, 4, 0},
         {"entries, empty line", kEntries + "\n1.5 2 3 4\n-3 4 5 6\n\n", 6, 4, 0},
-        {"remarks", kEntries + "1.5 2 3 4  \" worn\n-3 4 5 6 added 7\n", 5, 4, 2},
+        {"remarks", kEntries + "1.5 2 3 4  \" worn\n-3 4 5 6 added 7\n", 5, 4, 2,
+         "is read with blanks between the columns, without the remarks behind the columns of 2 points"},
         {"other order", "ColumnDef=A,Y,X\n9 2 1.5\n9 4 -3\n", 1, 3, 0},
         {"block", kBlock + "  1.5 2\n  -3 4\n point.end\nspline.end\n7 8\n", 6, 2, 0},
     };
@@ -55,6 +58,7 @@ TEST_F(GaugeText, HeadersTellWherePointsAre) {
             EXPECT_EQ(form->titleLines, c.titleLines);
             EXPECT_EQ(form->columns, c.columns);
             EXPECT_EQ(form->remarks, c.remarks);
+            EXPECT_EQ(readingNote(*form), c.note);
             EXPECT_EQ(kindOfFile(make(c.content)), FileKind::Gauge);
         } catch (const Error& error) {
             ADD_FAILURE() << error.what();

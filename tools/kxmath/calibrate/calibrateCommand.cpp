@@ -212,7 +212,12 @@ std::vector<KxInspect::NamedProfile> readAll(const Arguments& a, Progress& progr
         const auto moved = a.moves.empty() ? std::array<double, 3>{} : a.moves[static_cast<std::size_t>(number)];
         progress.step(QStringLiteral("reading %1").arg(file));
         try {
-            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(toBytes(file), a.text);
+            std::optional<KxInspect::TextForm> form;
+            const std::vector<KxInspect::Profile> profiles = KxInspect::readProfiles(toBytes(file), a.text, &form);
+            if (const std::string note = form ? readingNote(*form) : std::string(); !note.empty()) {
+                progress.wipe();
+                printLine(kName, QStringLiteral("'%1' %2").arg(file, QString::fromStdString(note)));
+            }
             for (size_t i = 0; i < profiles.size(); ++i) {
                 const QString name =
                     profiles.size() == 1 ? file : QStringLiteral("%1, profile %2").arg(file, QString::number(i + 1));

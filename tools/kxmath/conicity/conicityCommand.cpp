@@ -29,6 +29,12 @@ int runChecked(const QStringList& arguments) {
     }
     checkOutputs({&json, &csv, &report}, files);
     const KxInspect::ConicityResult result = measureConicity(input);
+    for (const KxInspect::PlacedSection& section : result.sections) {
+        if (!section.reading.empty()) {
+            printLine(kName, QStringLiteral("'%1' %2").arg(QString::fromStdString(section.file),
+                                                           QString::fromStdString(section.reading)));
+        }
+    }
     for (const std::string& warning : result.warnings) {
         printLine(kName, QStringLiteral("warning: ") + QString::fromStdString(warning));
     }

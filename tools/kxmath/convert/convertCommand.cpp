@@ -213,6 +213,9 @@ int runConvert(const QStringList& arguments) {
     return runCommand(kName, [&] {
         if (const std::optional<Conversion> conversion = parse(arguments)) {
             const KxInspect::PointSet points = readInput(*conversion);
+            if (const std::string note = points.text ? readingNote(*points.text) : std::string(); !note.empty()) {
+                printLine(kName, QStringLiteral("'%1' %2").arg(conversion->in, QString::fromStdString(note)));
+            }
             const Interruption untilWritten; // else a signal would leave what is written beside the file
             writeOutput(*conversion, points);
             throwIfInterrupted();

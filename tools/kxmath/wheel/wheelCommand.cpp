@@ -27,6 +27,9 @@ ExitCode printFaults(const WheelResult& result) {
         printLine(kName, QStringLiteral("'%1' %2").arg(file, QString::fromStdString(result.error)));
         return BadInput;
     }
+    if (!result.reading.empty()) {
+        printLine(kName, QStringLiteral("'%1' %2").arg(file, QString::fromStdString(result.reading)));
+    }
     for (const std::string& warning : result.warnings) {
         printLine(kName, QStringLiteral("warning: '%1' %2").arg(file, QString::fromStdString(warning)));
     }
