@@ -1,6 +1,8 @@
 // The parameters of a simulated pass.
 #include "simulator/parameters.h"
 
+#include "simulator/axles.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -87,8 +89,7 @@ std::string findNumberOutOfRange(const Parameters& parameters) {
     return {};
 }
 
-std::string findDefectFault(const Parameters& p) {
-    const int pairs = p.cars * p.bogies * p.axles;
+std::string findDefectFault(const Parameters& p, int pairs) {
     for (const Defect& defect : p.defects) {
         if (defect.pair < 1 || defect.pair > pairs) {
             return "a defect names wheel pair " + std::to_string(defect.pair) + " of " + std::to_string(pairs);
@@ -105,17 +106,14 @@ std::string findDefectFault(const Parameters& p) {
     return {};
 }
 
-/// The shortest distance of two axles that follow each other.
-double closestAxles(const Parameters& p) {
-    double closest = p.carLength;
-    const double bogieLength = (p.axles - 1) * p.axleSpacing;
-    if (p.axles > 1) {
-        closest = std::min(closest, p.axleSpacing);
+std::string findUnseenFault(const Parameters& p, int pairs) {
+    for (const Unseen& unseen : p.unseen) {
+        if (unseen.pair < 1 || unseen.pair > pairs || unseen.sensor < 1 || unseen.sensor > sensorsOf(p)) {
+            return "--unseen names wheel pair " + std::to_string(unseen.pair) + " of " + std::to_string(pairs) +
+                   " and sensor " + std::to_string(unseen.sensor) + " of " + std::to_string(sensorsOf(p));
+        }
     }
-    if (p.bogies > 1) {
-        closest = std::min(closest, p.bogieSpacing - bogieLength);
-    }
-    return std::min(closest, p.carLength - (p.bogies - 1) * p.bogieSpacing - bogieLength);
+    return {};
 }
 
 } // namespace
@@ -154,7 +152,8 @@ std::string findFault(const Parameters& p) {
         return "--min-range must be below --max-range";
     }
     constexpr double kFlange = 28.0;
-    if (closestAxles(p) < p.diameter + 2.0 * kFlange + 100.0) {
+    const std::vector<AxlePlace> axles = axlesOf(p);
+    if (closestAxles(axles) < p.diameter + 2.0 * kFlange + 100.0) {
         return "the axles are too close for wheels of this diameter";
     }
     if (p.wear / 2.0 > p.rimThickness - 15.0) {
@@ -163,7 +162,9 @@ std::string findFault(const Parameters& p) {
     if (p.rimThickness > p.diameter / 2.0 - 150.0) {
         return "--rim-thickness leaves no space for the web";
     }
-    return findDefectFault(p);
+    const int pairs = static_cast<int>(axles.size());
+    const std::string fault = findDefectFault(p, pairs);
+    return fault.empty() ? findUnseenFault(p, pairs) : fault;
 }
 
 } // namespace kxsim

@@ -3,6 +3,8 @@
 
 #include "simulator/layout.h"
 
+#include <KxInspect/Consist.h>
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -31,6 +33,12 @@ enum class FlatShape {
     Plane, ///< one plane parallel to the axle: deeper where the tread is farther from it
 };
 
+/// A wheel that a sensor does not see, as if it had failed.
+struct Unseen {
+    int pair = 1; ///< as in Defect
+    int sensor = 1;
+};
+
 struct Parameters {
     std::uint64_t seed = 1;
     int pass = 0; ///< which pass of the train: its wheels stay, what changes from pass to pass is drawn anew
@@ -49,6 +57,9 @@ struct Parameters {
     double bogieSpacing = 12600.0;
     double carLength = 19200.0;
     int idleProfiles = 10;
+    std::vector<KxInspect::ListedVehicle> vehicles = {}; ///< instead of the equal cars above, if there are any
+    bool isTurned = false; ///< the last vehicle comes first, and what was on the left is on the right
+    std::vector<Unseen> unseen = {};
 
     // Wheels
     double diameter = 860.0;
@@ -112,6 +123,10 @@ struct NumberInfo {
 };
 
 std::span<const NumberInfo> allNumbers();
+
+/// The names of those that say where the axles of equal cars are; listed vehicles stand in their place.
+inline constexpr const char* kNumbersOfCars[] = {"cars",         "bogies",        "axles",
+                                                 "axle-spacing", "bogie-spacing", "car-length"};
 
 double valueOf(const Parameters& parameters, const NumberInfo& info);
 

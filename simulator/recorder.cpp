@@ -1,11 +1,13 @@
 // Writes the recording of one sensor.
 #include "simulator/recorder.h"
 
+#include "simulator/axles.h"
+
 namespace kxsim {
 
 Recorder::Recorder(const QString& fileName, const Parameters& p)
     : whole_({{}, fileName.toStdString(), {}}), file_(QString::fromStdString(whole_.path())), kind_(p.records),
-      idleProfiles_(p.idleProfiles), wheelRecords_(static_cast<std::size_t>(p.cars * p.bogies * p.axles)) {
+      idleProfiles_(p.idleProfiles), wheelRecords_(axlesOf(p).size()) {
     if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         whole_.fail(file_.errorString().toStdString());
     }

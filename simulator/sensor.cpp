@@ -93,14 +93,24 @@ void Sensor::hideBehindDirt() {
     }
 }
 
+bool Sensor::isUnseen(int pair) const {
+    const std::vector<Unseen>& unseen = parameters_.unseen;
+    return std::any_of(unseen.begin(), unseen.end(),
+                       [&](const Unseen& u) { return u.pair == pair && u.sensor == sensor_; });
+}
+
 void Sensor::addTargets(const Train& train) {
     constexpr double kMaxBuildUp = 10.0; // mm
     int number = 0;
     for (const WheelPair& pair : train.pairs) {
+        ++number;
+        if (isUnseen(number)) {
+            continue;
+        }
         const Wheel& wheel = pair.wheels[side_ > 0 ? 0 : 1];
         const double turned = std::abs(std::sin(pair.yaw)) * (pair.backToBack / 2.0 + kRimWidth);
         const double reach = wheel.maxRadius() + kMaxBuildUp + turned;
-        targets_.push_back({-pair.behind - reach, -pair.behind + reach, ++number, &wheel, &pair, nullptr});
+        targets_.push_back({-pair.behind - reach, -pair.behind + reach, number, &wheel, &pair, nullptr});
     }
     for (const Equipment& equipment : train.equipment) {
         if (side_ * (equipment.box.low.y + equipment.box.high.y) > 0.0) {

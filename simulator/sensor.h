@@ -58,6 +58,7 @@ private:
     void addDirections();
     void hideBehindDirt();
     void addTargets(const Train& train);
+    bool isUnseen(int pair) const;
     std::vector<const Target*> targetsInReach(double trainX) const;
     static double axleOf(const Target& target, double trainX); ///< place of the axle of a wheel along the track
     double dirtBefore(const Hit& hit, const Direction& direction, double trainX) const;

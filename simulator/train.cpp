@@ -1,10 +1,13 @@
 // The train of a simulated pass.
 #include "simulator/train.h"
 
+#include "simulator/axles.h"
 #include "simulator/random.h"
 
 #include <algorithm>
+#include <array>
 #include <numbers>
+#include <utility>
 
 namespace kxsim {
 
@@ -60,31 +63,38 @@ void addDirt(const Parameters& p, int pairNumber, WheelPair& pair) {
     }
 }
 
-WheelPair makePair(const Parameters& p, int number, double behind) {
-    Random random({p.seed, WheelStream, static_cast<std::uint64_t>(number)});
+/// @param number in the order of passing, from 1
+WheelPair makePair(const Parameters& p, int number, const AxlePlace& place) {
+    const auto listed = static_cast<std::uint64_t>(place.listed);
+    Random random({p.seed, WheelStream, listed});
     WheelPair pair{};
-    pair.axle = (number - 1) % p.axles + 1;
-    pair.bogie = (number - 1) / p.axles % p.bogies + 1;
-    pair.car = (number - 1) / p.axles / p.bogies + 1;
-    pair.behind = behind;
+    pair.axle = place.axle;
+    pair.bogie = place.bogie;
+    pair.car = place.car;
+    pair.behind = place.behind;
     pair.backToBack = p.backToBack + p.distanceSpread * random.boundedNormal();
     const double shift = random.boundedNormal();
-    pair.lateralShift = p.lateralSpread * (p.pass == 0 ? shift : ofPass(p, PassStream, number).boundedNormal());
+    pair.lateralShift = p.lateralSpread * (p.pass == 0 ? shift : ofPass(p, PassStream, place.listed).boundedNormal());
     // In a sequence of its own: the same seed gives the same train, straight or askew.
-    pair.yaw = (p.yaw + p.yawSpread * ofPass(p, YawStream, number).boundedNormal()) / 1000.0;
+    pair.yaw = (p.yaw + p.yawSpread * ofPass(p, YawStream, place.listed).boundedNormal()) / 1000.0;
     const double diameter = p.diameter - p.wear * random.uniform();
     const double rimInnerRadius = p.diameter / 2.0 - p.rimThickness;
-    Random hollows({p.seed, TreadStream, static_cast<std::uint64_t>(number)});
-    pair.wheels.reserve(2);
-    for (const int side : {1, -1}) {
+    Random hollows({p.seed, TreadStream, listed});
+    std::array<WheelShape, 2> shapes; // left, right, as listed
+    for (WheelShape& shape : shapes) {
         // The wheels of a pair are reprofiled together and then wear by a little less than the same.
         const double own = std::min(p.wear, 0.3) * random.uniform();
-        const WheelShape shape = {diameter - own, rimInnerRadius, p.flangeWear * random.uniform(),
-                                  p.treadWear * hollows.uniform()};
-        pair.wheels.emplace_back(shape, side, pair.backToBack / 2.0 + side * pair.lateralShift);
+        shape = {diameter - own, rimInnerRadius, p.flangeWear * random.uniform(), p.treadWear * hollows.uniform()};
+    }
+    if (p.isTurned) {
+        std::swap(shapes[0], shapes[1]);
+    }
+    pair.wheels.reserve(2);
+    for (const int side : {1, -1}) {
+        pair.wheels.emplace_back(shapes[side > 0 ? 0 : 1], side, pair.backToBack / 2.0 + side * pair.lateralShift);
     }
     addDefects(p, number, pair);
-    addDirt(p, number, pair);
+    addDirt(p, place.listed, pair);
     return pair;
 }
 
@@ -116,19 +126,22 @@ private:
 std::vector<Equipment> makeEquipment(const Parameters& p, const std::vector<WheelPair>& pairs) {
     EquipmentMaker maker(p);
     const double radius = p.diameter / 2.0;
-    for (const WheelPair& pair : pairs) {
-        const double axle = -pair.behind;
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        const double axle = -pairs[i].behind;
         maker.add("axle box", axle, 300.0, 190.0, 330.0, radius - 160.0, radius + 160.0);
         maker.add("brake block", axle - radius - 70.0, 60.0, 45.0, 130.0, 90.0, 520.0);
-        if (pair.axle != 1) {
+        const auto isOfBogie = [&](const WheelPair& pair) {
+            return pair.car == pairs[i].car && pair.bogie == pairs[i].bogie;
+        };
+        if (i > 0 && isOfBogie(pairs[i - 1])) {
             continue;
         }
-        const bool isFirst = pair.car == 1 && pair.bogie == 1;
-        if (isFirst) {
+        if (i == 0) {
             maker.add("rail guard", axle + radius + 220.0, 25.0, 45.0, 110.0, 45.0, 400.0);
         }
         // Nearer than the level line, but passed within a few profiles.
-        const double bogieLength = (p.axles - 1) * p.axleSpacing;
+        const auto last = std::find_if(pairs.rbegin(), pairs.rend(), isOfBogie);
+        const double bogieLength = last->behind - pairs[i].behind;
         maker.add("cable bracket", axle - bogieLength - radius - 250.0, 30.0, -6.0, 5.0, -5.0, 90.0);
         maker.add("equipment case", axle - bogieLength - radius - 450.0, 250.0, 60.0, 500.0, 110.0, 600.0);
     }
@@ -140,13 +153,8 @@ std::vector<Equipment> makeEquipment(const Parameters& p, const std::vector<Whee
 Train makeTrain(const Parameters& p) {
     Train train;
     int number = 0;
-    for (int car = 0; car < p.cars; ++car) {
-        for (int bogie = 0; bogie < p.bogies; ++bogie) {
-            for (int axle = 0; axle < p.axles; ++axle) {
-                const double behind = car * p.carLength + bogie * p.bogieSpacing + axle * p.axleSpacing;
-                train.pairs.push_back(makePair(p, ++number, behind));
-            }
-        }
+    for (const AxlePlace& place : axlesOf(p)) {
+        train.pairs.push_back(makePair(p, ++number, place));
     }
     if (p.hasObjects) {
         train.equipment = makeEquipment(p, train.pairs);

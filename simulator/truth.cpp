@@ -39,6 +39,15 @@ QJsonObject parametersToJson(const Parameters& p) {
     json["rails"] = p.hasRails;
     json["background"] = p.hasBackground;
     json["objects"] = p.hasObjects;
+    if (!p.vehicles.empty()) {
+        for (const char* const name : kNumbersOfCars) {
+            json.remove(QLatin1String(name));
+        }
+        json["vehicles"] = static_cast<qint64>(p.vehicles.size());
+    }
+    if (p.isTurned) {
+        json["turned"] = true;
+    }
     return json;
 }
 

@@ -31,7 +31,8 @@ const char* const kDescription =
     "in it\n"
     "where it is there. Of an older pass files with other names stay. SIGINT and SIGTERM leave nothing behind.\n"
     "\n"
-    "Exit codes: 0 done, 2 wrong use, 3 the layout is missing or wrong, 4 DIR or a file in it could not be written, 6 "
+    "Exit codes: 0 done, 2 wrong use, 3 the layout or the list of vehicles is missing or wrong, 4 DIR or a file in it "
+    "could not be written, 6 "
     "not enough memory.";
 
 QString defaultText(const NumberInfo& info) {
@@ -45,6 +46,13 @@ void addOptions(Options& options) {
     options.addOption("seed", "seed of the random numbers [1]", "N", "1");
     options.addOption("prefix", "first part of the names of the recordings [train]", "NAME", "train");
     options.addOption("layout", "which sensors there are, an INI file; two that face each other without it", "FILE");
+    options.addOption("consist",
+                      "the vehicles from one end of the train to the other, a list as kxmath train takes it, instead "
+                      "of equal cars",
+                      "FILE");
+    options.addFlag("turned", "the last vehicle comes first, and what was on the left is on the right");
+    options.addOption("unseen", "a wheel that a sensor does not see: PAIR:SENSOR; may be given more than once",
+                      "WHEEL");
     options.addOption("records", "kind of the records, profile or cloud [profile]", "KIND", "profile");
     options.addOption("spacing", "points at equal steps of the angle or of the laser line: angle or line [angle]",
                       "KIND", "angle");
@@ -112,6 +120,36 @@ void readDefects(const Options& options, const char* name, Defect::Kind kind, Pa
     }
 }
 
+void readUnseen(const Options& options, Parameters& parameters) {
+    for (const QString& text : options.texts("unseen")) {
+        const QStringList fields = text.split(QLatin1Char(':'));
+        bool isPair = false;
+        bool isSensor = false;
+        kxsim::Unseen unseen;
+        if (fields.size() == 2) {
+            unseen = {fields[0].toInt(&isPair), fields[1].toInt(&isSensor)};
+        }
+        if (!isPair || !isSensor) {
+            options.failNeed(QStringLiteral("--unseen"), QStringLiteral("PAIR:SENSOR"), text);
+        }
+        parameters.unseen.push_back(unseen);
+    }
+}
+
+/// Reads the vehicles, which stand in the place of the numbers of equal cars.
+void readVehicles(const Options& options, Parameters& parameters) {
+    if (!options.isSet("consist")) {
+        return;
+    }
+    for (const char* const name : kxsim::kNumbersOfCars) {
+        if (options.isSet(name)) {
+            options.fail(
+                QStringLiteral("--%1 is of equal cars and cannot be given with --consist").arg(QLatin1String(name)));
+        }
+    }
+    parameters.vehicles = KxInspect::readConsist(toBytes(options.text("consist"))).vehicles;
+}
+
 Parameters readParameters(const Options& options) {
     Parameters parameters;
     for (const NumberInfo& info : kxsim::allNumbers()) {
@@ -130,6 +168,9 @@ Parameters readParameters(const Options& options) {
     if (options.isSet("layout")) {
         parameters.layout = kxsim::readLayout(toBytes(options.text("layout")));
     }
+    readVehicles(options, parameters);
+    parameters.isTurned = options.isSet("turned");
+    readUnseen(options, parameters);
     parameters.hasRails = !options.isSet("no-rails");
     parameters.hasBackground = !options.isSet("no-background");
     parameters.hasObjects = !options.isSet("no-objects");
