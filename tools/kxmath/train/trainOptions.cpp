@@ -5,7 +5,6 @@
 
 #include "tools/kxmath/console/options.h"
 
-#include "report/elements/textList.h"
 #include <KxInspect/Settings.h>
 #include <KxInspect/Train.h>
 
@@ -86,154 +85,31 @@ Exit codes:
   6  not enough memory
 )";
 
-std::vector<PossibleVerdict> possibleVerdicts() {
-    return {{Verdict::Out, "a distance is out of tolerance"},
-            {Verdict::Defect, "a tread is defective or a wheel out of round"},
-            {Verdict::NotJudged, "a distance, a tread or a roundness that was asked for has no verdict"},
-            {Verdict::Warning, "a value is beyond its warning limit"},
-            {Verdict::Alarm, "a value is beyond its alarm limit"},
-            {Verdict::NotMeasured, "a value that has limits has no verdict"}};
-}
-
-void addLabelOptions(Options& options) {
-    options.addOption("station", QStringLiteral("Name of the station, for the result. Nothing is assumed without it."),
-                      "TEXT");
-    options.addOption("line", QStringLiteral("Name of the line."), "TEXT");
-    options.addOption("track", QStringLiteral("Name of the track."), "TEXT");
-    options.addOption("direction", QStringLiteral("In which direction the train went."), "TEXT");
-    options.addOption("time", QStringLiteral("When it passed: ISO 8601 with zone, as in 2026-03-29T01:59:07+01:00."),
-                      "TIME");
-    options.addOption("speed", QStringLiteral("How fast it was; records do not hold it."), "KM/H");
-}
-
-void addConsistOptions(Options& options) {
-    options.addOption("consist",
-                      QStringLiteral("CSV file that lists the vehicles with marks, numbers and axle distances. Without "
-                                     "it vehicles are found by the gaps between axles."),
-                      "FILE");
-    options.addOption("consist-order",
-                      QStringLiteral("Which end of the list passed first: listed (its first vehicle), turned (its last "
-                                     "one), or found, by the axle distances. Default: found."),
-                      "ORDER", QStringLiteral("found"));
-}
-
-void addLimitsOption(Options& options) {
-    options.addOption("limits",
-                      QStringLiteral("INI file with warning and alarm limits of measures, also per class of vehicles. "
-                                     "There are no limits without it."),
-                      "FILE");
-}
-
 void addOptions(Options& options) {
     options.addArgument("REC...", QStringLiteral("Recordings, one of each sensor; or the folder that holds them."));
     options.addOption("settings",
                       QStringLiteral("INI file with the keys below. Default for a folder: its settings.ini."), "FILE");
-    options.addOption("mode",
-                      QStringLiteral("3: straight parts are removed and wheel points lie between a low line and the "
-                                     "level line; any other number: below the level line. Default: 0."),
-                      "N", QStringLiteral("0"));
+    addMeasuringOptions(options);
+    options.addOption("station", QStringLiteral("Name of the station, for the result. Nothing is assumed without it."),
+                      "TEXT");
+    options.addOption("time", QStringLiteral("When it passed: ISO 8601 with zone, as in 2026-03-29T01:59:07+01:00."),
+                      "TIME");
+    options.addOption("speed", QStringLiteral("How fast it was; records do not hold it."), "KM/H");
     options.addOption("out",
                       QStringLiteral("Where the folder of the pass is made; made too where it is missing. Default: the "
                                      "current folder."),
                       "DIR", QStringLiteral("."));
-    options.addOption("nominal", QStringLiteral("Nominal distance. Default: the base distance calibrLines2."), "MM");
-    options.addOption("tolerance",
-                      QStringLiteral("Allowed deviation to both sides, the limit included. Default: 3 mm."), "MM",
-                      QStringLiteral("3"));
     options.addOption(
         "json", QStringLiteral("Writes the result as JSON; - for the standard output, in place of the table."), "FILE");
     options.addOption("csv", QStringLiteral("The same as CSV."), "FILE");
     options.addOption("report", QStringLiteral("Writes an HTML page with plots that needs no other file."), "FILE");
     options.addOption("wheel", QStringLiteral("The wheel pair whose profiles the page shows. Default: 1."), "N",
                       QStringLiteral("1"));
-    options.addOption("defects", QStringLiteral("Judges the treads too, with the lines of this INI file."), "FILE");
-    options.addOption("defect-range",
-                      QStringLiteral("Judges only points with x of the sensor in this range. Default: all between the "
-                                     "lines."),
-                      "MIN:MAX");
-    addLabelOptions(options);
-    addConsistOptions(options);
-    addLimitsOption(options);
-    FailOn::declare(options, possibleVerdicts());
 }
 
 bool isDirectory(const QString& path) {
     std::error_code ignored; // what is not known to be one is none
     return std::filesystem::is_directory(toBytes(path), ignored);
-}
-
-/// The text of an option that names something; an empty one names nothing.
-QString name(const Options& options, const char* option, const QString& what) {
-    if (options.isSet(option) && options.text(option).isEmpty()) {
-        options.failNeed(QStringLiteral("--%1").arg(QLatin1String(option)), what, {});
-    }
-    return options.text(option);
-}
-
-std::optional<std::array<float, 2>> defectRange(const Options& options) {
-    const char* const option = "defect-range";
-    if (!options.isSet(option)) {
-        return std::nullopt;
-    }
-    const QStringList fields = options.text(option).split(QLatin1Char(':'));
-    std::array<float, 2> range = {};
-    std::array<bool, 2> areNumbers = {};
-    for (size_t i = 0; i < range.size() && fields.size() == 2; ++i) {
-        range[i] = fields[static_cast<qsizetype>(i)].toFloat(&areNumbers[i]); // infinities are bounds, too
-    }
-    if (!areNumbers[0] || !areNumbers[1] || !(range[0] < range[1])) {
-        options.failNeed(QStringLiteral("--defect-range"), QStringLiteral("MIN:MAX"), options.text(option));
-    }
-    if (options.text("defects").isEmpty()) {
-        options.fail(QStringLiteral("--defect-range is for --defects FILE"));
-    }
-    return range;
-}
-
-/// A text that `whyNot` finds nothing wrong with.
-std::optional<std::string> label(const Options& options, const char* option,
-                                 std::string (*whyNot)(const std::string&)) {
-    if (!options.isSet(option)) {
-        return std::nullopt;
-    }
-    std::string text = toBytes(options.text(option));
-    const std::string why = whyNot(text);
-    if (!why.empty()) {
-        options.fail(QStringLiteral("--%1 %2, got '%3'")
-                         .arg(QLatin1String(option), QString::fromStdString(why), options.text(option)));
-    }
-    return text;
-}
-
-KxInspect::PassLabels labels(const Options& options) {
-    constexpr Bounds kSpeeds{0.0, 1000.0, true};
-    using namespace KxInspect;
-    return {label(options, "station", whyNoLabel), label(options, "line", whyNoLabel),
-            label(options, "track", whyNoLabel),   label(options, "direction", whyNoLabel),
-            label(options, "time", whyNoTime),     options.numberIfSet("speed", kSpeeds)};
-}
-
-KxInspect::ConsistOrder consistOrder(const Options& options) {
-    using KxInspect::ConsistOrder;
-    const QStringList names = kxreport::textList({"found", "listed", "turned"});
-    const QString name = options.oneOf("consist-order", names);
-    if (options.isSet("consist-order") && options.text("consist").isEmpty()) {
-        options.fail(QStringLiteral("--consist-order is for --consist FILE"));
-    }
-    return name == names[0] ? ConsistOrder::Found : name == names[1] ? ConsistOrder::Listed : ConsistOrder::Turned;
-}
-
-FailOn failOn(const Options& options) {
-    FailOn result(options, possibleVerdicts());
-    if (result.holds(Verdict::Defect) && options.text("defects").isEmpty()) {
-        options.fail(QStringLiteral("--fail-on defect is for --defects FILE"));
-    }
-    for (const Verdict verdict : {Verdict::Warning, Verdict::Alarm, Verdict::NotMeasured}) {
-        if (result.holds(verdict) && options.text("limits").isEmpty()) {
-            options.fail(QStringLiteral("--fail-on warning, alarm and not-measured are for --limits FILE"));
-        }
-    }
-    return result;
 }
 
 } // namespace
@@ -256,21 +132,16 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
             recordings.push_back(toBytes(path));
         }
     }
-    return TrainOptions{{recordings, settings, name(options, "defects", QStringLiteral("a file")),
-                         name(options, "consist", QStringLiteral("a file")),
-                         name(options, "limits", QStringLiteral("a file"))},
-                        name(options, "out", QStringLiteral("a folder")),
-                        options.output("json"),
-                        options.output("csv"),
-                        options.output("report"),
-                        options.wholeNumber("mode"),
-                        options.wholeNumber("wheel", 1),
-                        options.number("tolerance", kNotNegative),
-                        options.numberIfSet("nominal", {100.0, 10000.0}),
-                        defectRange(options),
-                        failOn(options),
-                        labels(options),
-                        consistOrder(options)};
+    MeasuringOptions measuring = measuringOptions(options);
+    measuring.files.recordings = std::move(recordings);
+    measuring.files.settings = settings;
+    constexpr Bounds kSpeeds{0.0, 1000.0, true};
+    measuring.labels.station = labelOf(options, "station", KxInspect::whyNoLabel);
+    measuring.labels.time = labelOf(options, "time", KxInspect::whyNoTime);
+    measuring.labels.speed = options.numberIfSet("speed", kSpeeds);
+    return TrainOptions{std::move(measuring),     nameOf(options, "out", QStringLiteral("a folder")),
+                        options.output("json"),   options.output("csv"),
+                        options.output("report"), options.wholeNumber("wheel", 1)};
 }
 
 } // namespace kxtool
