@@ -7,7 +7,7 @@
 #include "simulator/random.h"
 #include "simulator/simulation.h"
 #include "simulator/train.h"
-#include "simulator/wornRim.h"
+#include "tools/tables/trueMeasures.h"
 
 #include <KxInspect/Error.h>
 #include <KxInspect/Train.h>
@@ -78,25 +78,6 @@ kxsim::Parameters drawPass(int sensors, std::uint64_t seed, double noise) {
     return p;
 }
 
-double truthOf(const kxsim::Wheel& wheel, PassMeasure measure) {
-    const kxsim::RimTruth rim = kxsim::trueMeasures(kxsim::rimOf(wheel.contour, wheel.shape.diameter));
-    switch (measure) {
-    case PassMeasure::Diameter:
-        return wheel.shape.diameter;
-    case PassMeasure::FlangeHeight:
-        return rim.height;
-    case PassMeasure::FlangeThickness:
-        return rim.thickness;
-    case PassMeasure::FlangeSlope:
-        return rim.flangeSlope;
-    case PassMeasure::TreadHollow:
-        return rim.hollow;
-    case PassMeasure::RimWidth:
-        break;
-    }
-    return rim.width;
-}
-
 double number(const char* text, double byDefault) {
     return text != nullptr ? std::strtod(text, nullptr) : byDefault;
 }
@@ -151,7 +132,7 @@ int main(int argc, char** argv) {
                     ++reasons[i][value.reason];
                     continue;
                 }
-                const double truth = truthOf(wheel, info.measure);
+                const double truth = kxtables::trueMeasure(wheel, info.measure);
                 const double error = static_cast<double>(*value.value) - truth;
                 trials[i].push_back({error, static_cast<double>(value.interval.high - value.interval.low) / 2.0,
                                      value.interval.holds(static_cast<float>(truth))});
