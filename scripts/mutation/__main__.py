@@ -3,8 +3,8 @@
 A copy of the tree is built in build-mutate. Each fault changes one place: a comparison, a sign, a constant, swapped
 arguments, the other side or axis, a dropped statement. What depends on it is built again, and the test programs that are
 made of the changed file run, those of its own subject first, until one fails. What is left is looked for by the
-comparison with the golden bits (core), the wrong uses of the commands (all else), and by the tests in which memory, disk
-or time run out. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants the
+comparison with the golden bits (core), the wrong uses of the commands (all else), the tests in which memory, disk or time
+run out, and by the tests built with sanitizers. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants the
 faults of scripts/mutation/byHand.txt instead; each of them must compile.
 """
 import argparse
@@ -92,6 +92,7 @@ def main():
         return 0
     trial.copy_tree()
     programs = trial.build_programs({operators.layer_of(f["file"]) for f in faults})
+    sanitizers = trial.Sanitizers()
     done, start = [], time.monotonic()
     for fault in faults:
         if len(done) == count:
@@ -101,6 +102,8 @@ def main():
             if options.list:
                 sys.exit(f"Does not compile: {fault['file']}:{fault['line']}: {fault['text'].strip()}")
             continue
+        if found_by is None and (name := sanitizers.find(fault, programs)):
+            found_by = f"{name.removeprefix('kxmath_test_')} (sanitizers)"
         done.append({**fault, "found": found_by})
         if found_by is None or sys.stderr.isatty():
             show(fault, f"{len(done)}/{count} " + (f"found by {found_by}" if found_by else "SURVIVES"))

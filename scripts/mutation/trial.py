@@ -12,6 +12,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 FOLDER = ROOT / "build-mutate"
 COPY = FOLDER / "tree"
 BUILD = COPY / "build"
+SANITIZED = COPY / "build-asan"
 GOLDEN = BUILD / "tests" / "golden" / "kxmath_golden"
 # They repeat whole commands while memory, disk or time run out, which takes long: they are asked last.
 LAST = {"kxmath_test_interruption", "kxmath_test_outputs", "kxmath_test_faults",
@@ -24,11 +25,11 @@ def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
 
 
-def run(command, timeout=None):
+def run(command, timeout=None, is_limited=True, **environment):
     """The exit code, or None of a program that does not end."""
     process = subprocess.Popen(command, cwd=COPY, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                               env={**os.environ, "CCACHE_DISABLE": "1"}, preexec_fn=limit_memory,
-                               start_new_session=True)
+                               env={**os.environ, "CCACHE_DISABLE": "1", **environment},
+                               preexec_fn=limit_memory if is_limited else None, start_new_session=True)
     try:
         return process.wait(timeout)
     except subprocess.TimeoutExpired:
@@ -92,13 +93,17 @@ def test_programs():
     return sorted(p for p in paths if p.name.startswith("kxmath_test_"))
 
 
+def configure(build, *options):
+    """As the presets, whose objects ccache may still have; a fault that gives a warning does not compile."""
+    subprocess.run(["cmake", "-S", str(COPY), "-B", str(build), "-G", "Ninja", "-DKXMATH_DEVELOPER=ON",
+                    "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON", *options],
+                   check=True, stdout=subprocess.DEVNULL)
+
+
 def build_programs(layers):
     """Builds what is made of these folders. @return the test programs among it, the quickest first"""
-    # As the preset release, whose objects ccache may still have; a fault that gives a warning does not compile.
-    subprocess.run(["cmake", "-S", str(COPY), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                    "-DKXMATH_DEVELOPER=ON", "-DCMAKE_CXX_FLAGS_RELEASE=-O3 -DNDEBUG",
-                    "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON"],
-                   check=True, stdout=subprocess.DEVNULL)
+    configure(BUILD, "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O3 -DNDEBUG",
+              "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON")
     folders = tuple(f"{COPY / layer}/" for layer in layers)
     declared = {line.split(":")[0] for line in ninja("-t", "targets", "all").splitlines()}
     wanted = {name for name in declared
@@ -134,34 +139,78 @@ def order_for(file, programs):
     return sorted((p for p in programs if file in p.sources), key=place)
 
 
+class Planted:
+    """While it lasts, the fault is in the copy."""
+
+    def __init__(self, fault):
+        self.fault = fault
+        self.file = COPY / fault["file"]
+
+    def __enter__(self):
+        self.original = self.file.read_text()
+        lines = self.original.splitlines()
+        lines[self.fault["line"] - 1] = self.fault["text"]
+        self.file.write_text("\n".join(lines) + "\n")
+
+    def __exit__(self, *exception):
+        self.file.write_text(self.original)
+
+
+class Sanitizers:
+    """The test programs with AddressSanitizer and UndefinedBehaviorSanitizer, for what survives: a read beyond a list may
+    change no result."""
+
+    LONGEST = 20  # seconds that a program takes without them
+
+    def __init__(self):
+        self.passing = {}  # by name: whether the program passes without a fault
+
+    def fails(self, program):
+        name = os.path.relpath(program.path, BUILD)
+        if run(["ninja", "-C", str(SANITIZED), name]) != 0:
+            return False
+        return run([str(SANITIZED / name), "--gtest_fail_fast", "--gtest_brief=1"], 60 + 40 * program.seconds,
+                   is_limited=False, ASAN_OPTIONS="detect_stack_use_after_return=1:strict_init_order=1") != 0
+
+    def passes(self, program):
+        if program.name not in self.passing:
+            self.passing[program.name] = not self.fails(program)
+        return self.passing[program.name]
+
+    def find(self, fault, programs):
+        """The program that finds a fault that survived, or None."""
+        configure(SANITIZED, "-DCMAKE_BUILD_TYPE=ASAN")
+        usable = [p for p in order_for(fault["file"], programs)
+                  if p.name not in LAST and p.seconds < self.LONGEST and self.passes(p)]
+        with Planted(fault):
+            return next((p.name for p in usable if self.fails(p)), None)
+
+
 def find(fault, programs):
     """The program that finds the fault, None when it survives, "" when it does not compile."""
-    file = COPY / fault["file"]
-    original = file.read_text()
-    lines = original.splitlines()
-    lines[fault["line"] - 1] = fault["text"]
-    file.write_text("\n".join(lines) + "\n")
+    with Planted(fault):
+        return find_planted(fault, programs)
+
+
+def find_planted(fault, programs):
     is_core = fault["file"].startswith(CORE)
-    try:
-        # The libraries first: what does not compile is no fault.
-        target = "KxMath" if is_core else "kxmath"
-        if run(["ninja", "-C", str(BUILD), target]) != 0:
+    # The libraries first: what does not compile is no fault.
+    target = "KxMath" if is_core else "kxmath"
+    if run(["ninja", "-C", str(BUILD), target]) != 0:
+        return ""
+    was_compared = not is_core
+    for program in order_for(fault["file"], programs):
+        if program.name in LAST and not was_compared:
+            was_compared = True
+            if run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
+                return "golden"
+        if run(["ninja", "-C", str(BUILD), os.path.relpath(program.path, BUILD)]) != 0:
             return ""
-        was_compared = not is_core
-        for program in order_for(fault["file"], programs):
-            if program.name in LAST and not was_compared:
-                was_compared = True
-                if run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
-                    return "golden"
-            if run(["ninja", "-C", str(BUILD), os.path.relpath(program.path, BUILD)]) != 0:
-                return ""
-            if result := program.fails():
-                return program.name.removeprefix("kxmath_test_") + (" (endless)" if result == "endless" else "")
-        if not is_core and run(["ctest", "--test-dir", str(BUILD), "-R", f"^{WRONG_USES}$", "--no-tests=error"],
-                               timeout=600) != 0:
-            return WRONG_USES
-        if not was_compared and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
-            return "golden"
-        return None
-    finally:
-        file.write_text(original)
+        if result := program.fails():
+            return program.name.removeprefix("kxmath_test_") + (" (endless)" if result == "endless" else "")
+    if not is_core and run(["ctest", "--test-dir", str(BUILD), "-R", f"^{WRONG_USES}$", "--no-tests=error"],
+                           timeout=600) != 0:
+        return WRONG_USES
+    if not was_compared and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
+        return "golden"
+    return None
