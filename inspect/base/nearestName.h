@@ -42,7 +42,8 @@ inline QString nearestName(const QString& name, const QStringList& known) {
         return {};
     }
     QString nearest;
-    int least = std::min(kNear, static_cast<int>(name.size()) / 2) + 1;
+    const auto size = static_cast<int>(name.size());
+    int least = std::min({kNear, size / 2, (size + 2) / 3}) + 1;
     for (const QString& candidate : known) {
         const int distance = editDistance(name, candidate);
         if (distance < least && distance < candidate.size()) {
