@@ -63,6 +63,7 @@ struct BinnedPoint {
     std::size_t bin;
     ContourPlace place;
     int profile;
+    double ahead = 0.0; ///< along the track, from the axle
 };
 
 /// The median contour of points. A step that fewer than `fewest` profiles show is not seen.

@@ -4,6 +4,7 @@
 #include "inspect/fitting/studentT.h"
 #include "inspect/wheel/rimMeasures.h"
 #include "inspect/wheelset/placeErrors.h"
+#include "inspect/wheelset/treadRoundness.h"
 #include "inspect/wheelset/wheelSection.h"
 
 #include <QtCore/QString>
@@ -220,6 +221,43 @@ void fillValues(const WheelSection& section, const RimMeasures& rim, const std::
     }
 }
 
+/// How a measure moves with the radius of the tread. The axle, which is found by the tread too, doubles it for diameters;
+/// the flank counts where its level is, on an incline of 60 degrees or more.
+constexpr std::array<float, kPassMeasures> kPerTread = {4.0f, 1.0f, 0.5f, 0.5f, 1.0f, 0.0f};
+
+/// Widens intervals by what a tread is off round where it is seen. Of a tread that is flat all over nothing is known.
+void doubtTread(const std::vector<FoundView>& found, PassWheelMeasures& result, std::vector<std::string>& warnings) {
+    TreadRoundness worst;
+    for (const FoundView& view : found) {
+        const TreadRoundness tread = treadRoundness(view.wheel);
+        worst.off = std::max(worst.off, tread.off);
+        worst.isFlat = worst.isFlat || tread.isFlat;
+    }
+    if (worst.off == 0.0) {
+        return;
+    }
+    warnings.push_back(worst.isFlat ? "has a flat tread all over what is seen of it"
+                                    : QStringLiteral("has a tread that is %1 mm off round where it is seen")
+                                          .arg(worst.off, 0, 'f', 3)
+                                          .toStdString());
+    for (std::size_t i = 0; i < kPassMeasures; ++i) {
+        PassValue& value = result.values[i];
+        const float part = kPerTread[i] * static_cast<float>(worst.off);
+        if (!value.value || part == 0.0f) {
+            continue;
+        }
+        if (worst.isFlat) {
+            value = {{}, {}, "the tread is flat all over what is seen of it, and how deep the flat is shows nowhere"};
+        } else if (value.interval.isKnown()) {
+            const float half = std::hypot(*value.value - value.interval.low, part);
+            value.interval = Interval::around(*value.value, half);
+            if (kPassMeasureInfos[i].measure == PassMeasure::TreadHollow) {
+                value.interval.low = std::max(0.0f, value.interval.low);
+            }
+        }
+    }
+}
+
 /// Whether a sensor sees something from which a measure is taken.
 bool contributes(const PlaceErrors& errors, PassMeasure measure) {
     if (measure == PassMeasure::TreadHollow) {
@@ -340,6 +378,7 @@ void measureSection(std::vector<FoundView>& found, double face, PassWheelMeasure
         view.errors = placeErrorsOf(view.wheel, places);
     }
     fillValues(section, rim, found, result);
+    doubtTread(found, result, warnings);
     if (const std::string reason = whyNoWheel(result); !reason.empty()) {
         withhold(reason, result);
         return;

@@ -136,7 +136,7 @@ std::vector<BinnedPoint> binned(const std::vector<TrackPoint>& points, const Axl
         if (grid.holds(at) && !(at.across > grid.tip + kFromTip && p.up < railTop)) {
             const bool isBack = grid.isBack(at);
             const ContourPlace place = grid.placeOf(at, isBack);
-            result.push_back({grid.binOf(place.along, isBack), place, p.profile});
+            result.push_back({grid.binOf(place.along, isBack), place, p.profile, p.along - axle.along});
         } else {
             result.push_back({0, {}, -1});
         }
