@@ -116,11 +116,13 @@ std::vector<ContourBin> medianContour(const ContourGrid& grid, const std::vector
                 const ContourPlace& place = points[grouped.order[k]].place;
                 values.push_back(place.off - bin.slope * (place.along - bin.along));
             }
-            bin.off = median(values);
-            for (double& value : values) {
-                value = std::abs(value - bin.off);
+            bin.off = medianInPlace(values);
+            if (round == kRounds - 1) {
+                for (double& value : values) {
+                    value = std::abs(value - bin.off);
+                }
+                bin.scatter = kNormal * medianInPlace(values);
             }
-            bin.scatter = kNormal * median(values);
         }
     }
     return bins;
