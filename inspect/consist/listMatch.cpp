@@ -149,6 +149,7 @@ std::vector<double> likelyScales(const std::vector<double>& seen, const std::vec
         }
     }
     std::vector<std::pair<int, int>> bins;
+    bins.reserve(votes.size());
     for (const auto& [bin, count] : votes) {
         bins.push_back({-count, bin});
     }

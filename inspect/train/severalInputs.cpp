@@ -154,7 +154,9 @@ std::vector<std::string> recordingsIn(const std::string& folder, const StationSe
         const std::string file = name.toStdString();
         const SensorSettings* const sensor = findSensor(settings, detail::RecordingFiles(file).parts.serial);
         if (sensor != nullptr) {
-            found.emplace_back(sensor->number, folder + '/' + file);
+            std::string path = folder;
+            path.append("/").append(file);
+            found.emplace_back(sensor->number, std::move(path));
         }
     }
     if (found.size() < 2) {

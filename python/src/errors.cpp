@@ -7,6 +7,9 @@
 
 #include <pybind11/stl.h>
 
+#include <exception>
+#include <utility>
+
 namespace kxpython {
 
 namespace {
@@ -49,7 +52,7 @@ void refuseResult(const std::string& reason) {
 void bindErrors(py::module_&) {
     py::register_local_exception_translator([](std::exception_ptr thrown) {
         try {
-            std::rethrow_exception(thrown);
+            std::rethrow_exception(std::move(thrown));
         } catch (const KxInspect::Error& error) {
             raise(error);
         }

@@ -20,7 +20,7 @@ protected:
         QProcess process;
         process.setWorkingDirectory(path(""));
         // Shells start what they put into the background with SIGINT ignored, and that is inherited.
-        process.setChildProcessModifier([] { ::signal(SIGINT, SIG_DFL); });
+        process.setChildProcessModifier([] { static_cast<void>(::signal(SIGINT, SIG_DFL)); });
         process.start(KXMATH_TOOL, {"simulate", "long", "--cars", "25"});
         for (int i = 0; i < 1000 && begun().isEmpty(); ++i) {
             QThread::msleep(10);

@@ -51,6 +51,7 @@ struct Fleet {
         std::vector<VehicleType> types = vehicleTypes();
         std::shuffle(types.begin(), types.end(), random);
         std::vector<VehicleType> train;
+        train.reserve(std::size_t(vehicles));
         for (int v = 0; v < vehicles; ++v) {
             train.push_back(types[random() % static_cast<unsigned>(kinds)]);
         }

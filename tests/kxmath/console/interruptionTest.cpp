@@ -5,6 +5,8 @@
 
 #include <csignal>
 
+#include <unistd.h>
+
 using namespace kxtool;
 
 namespace {
@@ -30,7 +32,7 @@ TEST(Interruption, LeavesTheHandlersAsTheyWere) {
             EXPECT_NE(during.sa_handler, SIG_DFL);
         }
         seen = 0;
-        raise(number);
+        kill(getpid(), number);
         EXPECT_EQ(seen, number);
         EXPECT_NO_THROW(throwIfInterrupted());
         sigaction(number, &before, nullptr);
