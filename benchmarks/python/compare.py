@@ -3,6 +3,7 @@
 Run it with the interpreter and the path of the package: PYTHONPATH=build-release/python /usr/bin/python3 compare.py.
 Each figure is the smallest of several runs, in microseconds or as said.
 """
+import collections
 import os
 import subprocess
 import sys
@@ -45,18 +46,27 @@ def moving_average(y, window):
     return np.convolve(y, np.full(window, 1 / window, "f4"), "valid")
 
 
-def reading_rows(folder):
-    profiles = [kx.Profile(np.random.default_rng(i).random((1280, 2)), z=i) for i in range(500)]
-    path = os.path.join(folder, "scan.bin")
+def recording(path, count):
+    """A file of so many profiles of 1280 points."""
+    points = np.random.default_rng(1).random((50, 1280, 2)).astype("<f4")
     with open(path, "wb") as file:
-        for i, profile in enumerate(profiles):
+        for i in range(count):
             file.write(b"\x05" + np.array([1280], "<u2").tobytes() + np.array([i], "<f4").tobytes())
-            file.write(profile.points.tobytes())
-    scan = kx.ProfileSet.open(path)
-    yield ("open a recording of 500 x 1280 points, which checks it whole", fastest(lambda: kx.ProfileSet.open(path)),
-           "np.fromfile of the bytes", fastest(lambda: np.fromfile(path, "u1")))
-    yield ("read all its profiles", fastest(lambda: list(scan)), "np.fromfile of the bytes",
-           fastest(lambda: np.fromfile(path, "u1")))
+            file.write(points[i % 50].tobytes())
+    return path
+
+
+def reading_rows(folder):
+    for count, size in ((500, "5 MB"), (10000, "102 MB")):
+        path = recording(os.path.join(folder, "scan.bin"), count)
+        scan = kx.ProfileSet.open(path)
+        raw = fastest(lambda: np.fromfile(path, "u1"))
+        for name, work in (("kx.read_arrays(path)", lambda: kx.read_arrays(path)),
+                           ("kx.ProfileSet.open(path), which checks the file", lambda: kx.ProfileSet.open(path)),
+                           ("scan.to_arrays()", scan.to_arrays), ("for profile in scan", lambda: collections.deque(scan, 0)),
+                           ("list(scan)", lambda: list(scan))):
+            yield f"{name}, {size}", fastest(work), "np.fromfile of the bytes", raw
+        yield f"scan[17], {size}", fastest(lambda: scan[17]), "", None
 
 
 def rows(folder):

@@ -18,7 +18,12 @@ def text(item: Any) -> str:
 
 def profile(item: Any) -> str:
     """The points of a profile, thinned out evenly; a missing one interrupts nothing, as there are no lines."""
-    points = np.asarray(item)[:: max(1, -(-len(item) // MOST_POINTS))]
+    return drawing(item, np.asarray(item), "profile")
+
+
+def drawing(item: Any, points: np.ndarray[Any, Any], name: str) -> str:
+    """Dots at places, y upwards."""
+    points = points[:: max(1, -(-len(points) // MOST_POINTS))]
     points = points[np.isfinite(points).all(axis=1)].astype("f8")
     if not len(points):
         return text(item)
@@ -26,14 +31,74 @@ def profile(item: Any) -> str:
     scale = np.array([WIDTH - 8, HEIGHT - 8]) / np.where(size > 0, size, 1)
     places = (points - low) * scale + 4
     dots = "".join(f"M{x:.1f} {HEIGHT - y:.1f}h0" for x, y in places)
-    return (f'{text(item)}<svg width="{WIDTH}" height="{HEIGHT}" role="img" aria-label="profile">'
+    return (f'{text(item)}<svg width="{WIDTH}" height="{HEIGHT}" role="img" aria-label="{name}">'
             f'<path d="{dots}" stroke="#1f6fb4" stroke-width="2" stroke-linecap="round"/></svg>')
+
+
+def conicity(item: Any) -> str:
+    points = item._made.curve.points
+    return drawing(item, points, "conicity by amplitude")
+
+
+def wheel(item: Any) -> str:
+    """The first wheel: its section, and a table of its measures."""
+    if not item["wheels"]:
+        return text(item)
+    measures = item["wheels"][0]
+    if "error" in measures:
+        return text(item) + f"<p>{html.escape(measures['error'])}</p>"
+    rows = [(key, f"{value:.3f}" + ("" if key == "treadSlope" else " mm")) if isinstance(value, (int, float))
+            else (key, measures["reasons"].get(key, ""))
+            for key, value in measures.items() if isinstance(value, (int, float)) or key in measures["reasons"]]
+    return drawing(item, np.asarray(item.section()), "wheel") + table(("measure", "value"), rows)
+
+
+def pass_result(item: Any) -> str:
+    """The distances of the pairs, with the reasons of missing ones."""
+    rows = [(pair["pair"], f"{pair['distance']:.1f}" if pair["distance"] is not None else pair.get("reason") or "")
+            for pair in item["pairs"]]
+    return text(item) + table(("pair", "distance, mm"), rows)
+
+
+def table(titles: tuple[str, ...], rows: Any) -> str:
+    lines = [f"<tr>{''.join(f'<{tag}>{html.escape(str(cell))}</{tag}>' for cell in row)}</tr>"
+             for tag, row in [("th", titles), *(("td", row) for row in rows)]]
+    return f"<table>{''.join(lines)}</table>"
+
+
+def from_above(item: Any, points: np.ndarray[Any, Any]) -> str:
+    """Points with the columns x, y and z: the height y in grey, z upwards; of several in a place the last one."""
+    points = points[np.isfinite(points).all(axis=1)].astype("f8")
+    if not len(points):
+        return text(item)
+    height = min(HEIGHT, len(np.unique(points[:, 2])))
+    width = min(WIDTH, max(1, len(points) // height // 2)) # two points for a place, so that few are empty
+    low, size = points.min(axis=0), np.ptp(points, axis=0)
+    scale = np.array([width - 1, height - 1]) / np.where(size[[0, 2]] > 0, size[[0, 2]], 1)
+    columns, rows = ((points[:, [0, 2]] - low[[0, 2]]) * scale).round().astype("i4").T
+    heights = np.full((height, width), np.nan)
+    heights[height - 1 - rows, columns] = points[:, 1]
+    return picture(item, heights, "heights from above", (WIDTH, HEIGHT))
+
+
+def scan(item: Any) -> str:
+    """Of a scan as many profiles as there are rows, evenly spread, in their order."""
+    part = item[:: max(1, -(-len(item) // HEIGHT))]
+    points, starts, _ = part.to_arrays()
+    numbers = np.repeat(np.arange(len(part)), np.diff(starts))
+    return from_above(item, np.column_stack([points, numbers]))
 
 
 def height_map(item: Any) -> str:
     """The heights in grey, the highest white; cells without one are transparent."""
     step = max(1, -(-max(item.shape) // WIDTH))
     heights = np.asarray(item)[::step, ::step][::-1].astype("f8") # z upwards
+    enlarged = max(1, WIDTH // max(heights.shape))
+    return picture(item, heights, "height map", (enlarged * heights.shape[1], enlarged * heights.shape[0]))
+
+
+def picture(item: Any, heights: np.ndarray[Any, Any], name: str, size: tuple[int, int]) -> str:
+    """Heights in grey, the first row on top."""
     known = np.isfinite(heights)
     if not known.any():
         return text(item)
@@ -41,7 +106,8 @@ def height_map(item: Any) -> str:
     grey = np.where(known, 255 * (heights - low) / ((high - low) or 1), 0).round().astype("u1")
     alpha = np.where(known, 255, 0).astype("u1")
     data = base64.b64encode(png(np.dstack([grey, alpha]))).decode()
-    return f'{text(item)}<img alt="height map" src="data:image/png;base64,{data}">'
+    return f'{text(item)}<img alt="{name}" width="{size[0]}" height="{size[1]}" ' \
+           f'style="image-rendering: pixelated" src="data:image/png;base64,{data}">'
 
 
 def png(pixels: np.ndarray[Any, Any]) -> bytes:

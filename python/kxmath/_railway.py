@@ -1,7 +1,6 @@
 """Measurements of wheels and trains: the same values as the commands print."""
 from __future__ import annotations
 
-import json
 import os
 from collections.abc import Callable, Iterable, Mapping, Sequence
 from typing import TYPE_CHECKING, Any, Union
@@ -9,62 +8,17 @@ from typing import TYPE_CHECKING, Any, Union
 from . import _kxmath
 from ._errors import ArgumentError
 from ._kxmath import Cloud, Profile
+from ._results import Result
 
 if TYPE_CHECKING:
     import pandas
 
-__all__ = ["Calibration", "Conicity", "Pass", "PassResult", "WheelProfile", "WheelResult", "calibrate", "conicity",
-           "measure_wheels", "to_track"]
+__all__ = ["Calibration", "Conicity", "Pass", "PassResult", "WheelProfile", "WheelResult", "calibrate",
+           "calibration_ridges", "conicity", "measure_rim", "measure_wheels", "to_track"]
 
 Path = Union[str, bytes, "os.PathLike[Any]"]
 Progress = Callable[[str, float], object]
 Limit = tuple[Union[float, None], Union[float, None]]
-
-
-class Result:
-    """What was measured. `to_dict()` holds every value under the name that it has in the JSON of the command.
-
-    A missing value is None, with its reason beside it.
-    """
-
-    _made: Any
-    _type: Any
-
-    def __init__(self, made: Any) -> None:
-        self._made = made
-        self._dict: dict[str, Any] | None = None
-
-    def to_json(self, *, pictures: bool = False) -> str:
-        """The text that the command writes; with `pictures` also what pages draw."""
-        return self._made.to_json(pictures)
-
-    @classmethod
-    def from_json(cls, text: str) -> Any:
-        """A result that was written as JSON; one without pictures has no points to draw. kx.FileError."""
-        return cls(cls._type.from_json(text))
-
-    def to_dict(self) -> dict[str, Any]:
-        """All values."""
-        if self._dict is None:
-            self._dict = json.loads(self.to_json())
-        return self._dict
-
-    def __getitem__(self, key: str) -> Any:
-        return self.to_dict()[key]
-
-    def __eq__(self, other: object) -> bool:
-        return isinstance(other, Result) and type(other) is type(self) and self.to_json(pictures=True) == other.to_json(pictures=True)
-
-    __hash__ = None # type: ignore[assignment]
-
-    def __reduce__(self) -> tuple[Any, ...]:
-        return type(self).from_json, (self.to_json(pictures=True),)
-
-    def report(self, path: Path) -> None:
-        """Writes the page of HTML that the command writes."""
-        page = self._made.page()
-        with open(path, "w", encoding="utf-8", newline="\n") as file:
-            file.write(page)
 
 
 class PassResult(Result):
@@ -91,6 +45,10 @@ class PassResult(Result):
     def __repr__(self) -> str:
         return f"<kxmath.PassResult: {len(self['pairs'])} pairs, {self['distances']} distances>"
 
+    def _repr_html_(self) -> str:
+        from ._html import pass_result
+        return pass_result(self)
+
 
 class Pass:
     """The pass of a train: the recordings of its sensors and the settings of their station.
@@ -115,14 +73,16 @@ class Pass:
         return f"<kxmath.Pass: {', '.join(map(repr, self.recordings))}>"
 
     def measure(self, *, defects: Path | None = None, mode: int = 0, nominal: float | None = None,
-                tolerance: float = 3.0, shown_pairs: Sequence[int] = (1,), progress: Progress | None = None) -> PassResult:
+                tolerance: float = 3.0, shown_pairs: Sequence[int] = (1,), limits: Path | None = None,
+                progress: Progress | None = None) -> PassResult:
         """Measures the distances and, with the settings `defects`, the treads and the roundness of the wheels.
 
         `progress` is called with each step and its completed part, 0 to 1; an exception that it raises ends the pass, and
         so does Ctrl-C. Other threads run meanwhile. `shown_pairs` are those that the page draws.
+        `limits` is a file of limits by which the values are judged; kx.limit_measures() lists what it may hold.
         """
         return PassResult(_kxmath._measure_pass(self.recordings, self.settings, defects, mode, nominal, tolerance,
-                                                list(shown_pairs), **self.labels, progress=progress))
+                                                list(shown_pairs), limits, **self.labels, progress=progress))
 
 
 class WheelResult(Result):
@@ -135,6 +95,23 @@ class WheelResult(Result):
         """A row for each profile: its measures, their intervals and verdicts."""
         import pandas
         return pandas.json_normalize(self["wheels"])
+
+    def __repr__(self) -> str:
+        return f"<kxmath.WheelResult: {len(self['wheels'])} wheels>"
+
+    def section(self, number: int = 0) -> Profile:
+        """The points of a profile that were measured: x from the flange back, y from the tip of the flange, mm."""
+        points = self.pictures()["wheels"][number]["measured"]
+        return Profile.from_xy(points["x"], points["y"])
+
+    def plot(self, number: int = 0, ax: Any = None, **options: Any) -> Any:
+        """Draws a profile and its measures with matplotlib. Returns the axes. kx.NoResult where it was not read."""
+        from ._plots import wheel
+        return wheel(self, number, ax, **options)
+
+    def _repr_html_(self) -> str:
+        from ._html import wheel
+        return wheel(self)
 
 
 class WheelProfile:
@@ -156,6 +133,12 @@ def measure_wheels(wheels: Iterable[Any], *, flange_back: float | None = None, s
     return WheelResult(_kxmath._measure_wheels(sources, flange_back, spacing, dict(limits or {}), progress))
 
 
+def measure_rim(rim: Any, *, centre: tuple[float, float] = (0.0, 0.0),
+                limits: Mapping[str, Limit] | None = None) -> WheelResult:
+    """Measures the section of a rim in space, a kx.Cloud or an n x 3 array; `centre` is x and z of the wheel's centre."""
+    return WheelResult(_kxmath._measure_rim(rim if isinstance(rim, Cloud) else Cloud(rim), centre, dict(limits or {})))
+
+
 class Conicity(Result):
     """The equivalent conicity of a wheel-set on its track."""
 
@@ -167,6 +150,9 @@ class Conicity(Result):
         import pandas
         points = self._made.curve
         return pandas.Series(points.y, pandas.Index(points.x, name="amplitude"), name="conicity")
+
+    def __repr__(self) -> str:
+        return f"<kxmath.Conicity: {len(self['conicity'])} amplitudes>"
 
     def at(self, amplitude: float) -> float:
         """The conicity at an amplitude, mm. kx.NoResult where there is none."""
@@ -180,6 +166,10 @@ class Conicity(Result):
         """Draws the curve with matplotlib. Returns the axes."""
         from ._plots import conicity
         return conicity(self, ax, **options)
+
+    def _repr_html_(self) -> str:
+        from ._html import conicity
+        return conicity(self)
 
 
 def conicity(*, wheels: tuple[Any, Any], rails: tuple[Any, Any], gauge: float, back_to_back: float,
@@ -200,10 +190,21 @@ class Calibration(Result):
 
     _type = _kxmath._CalibrationResult
 
+    def __repr__(self) -> str:
+        return f"<kxmath.Calibration: {self.reason or self['pose']}>"
+
     @property
     def reason(self) -> str:
         """Why there is no pose; empty where there is one."""
         return self._made.reason
+
+    def with_settings(self, text: str = "", *, sensor: int = 1) -> str:
+        """The text of a settings file with the pose of sensor n; all else of it stays. kx.NoResult without a pose."""
+        return self._made.with_settings(text, sensor)
+
+    def store(self, path: Path, *, sensor: int = 1, progress: Progress | None = None) -> None:
+        """Puts the pose of sensor n into a settings file, which is made where there is none. kx.NoResult without a pose."""
+        self._made.store(path, sensor, progress)
 
 
 def calibrate(shots: Iterable[Any], *, placement: int, side: str | None = None, sensor_y: float | None = None,
@@ -233,6 +234,11 @@ def calibrate(shots: Iterable[Any], *, placement: int, side: str | None = None, 
         else:
             profiles.append((f"shot {number}", Profile(shot), move))
     return Calibration(_kxmath._measure_poses(profiles, placement, side, sensor_y, oblique_crest, measures, progress))
+
+
+def calibration_ridges(*, pitch: float = 24.0, obliqueness: float = 0.25) -> list[tuple[float, float]]:
+    """The ridges of the calibration object along z: where each crest is at x = 0, mm, and how much it rises per mm of x."""
+    return _kxmath._ridges(pitch, obliqueness)
 
 
 def to_track(profile: Any, pose: Mapping[str, float]) -> Cloud:

@@ -3,25 +3,36 @@ from __future__ import annotations
 
 import os
 from collections.abc import Callable, Iterable, Iterator, Sequence
-from typing import Any, Union, overload
+from typing import Any, NamedTuple, Union, overload
 
 import numpy as np
 
 from ._errors import ArgumentError
 from ._heightmap import HeightMap
-from ._kxmath import Cloud, ColourCloud, Profile, _make_height_map, _read_points, _RecordIndex, _recording_name
+from ._kxmath import (Cloud, ColourCloud, Profile, _make_height_map, _read_arrays, _read_points, _RecordIndex,
+                      _recording_name)
 
-__all__ = ["ProfileSet", "Recording", "read"]
+__all__ = ["Arrays", "ProfileSet", "Recording", "read", "read_arrays"]
 
 Path = Union[str, bytes, "os.PathLike[Any]"]
 Progress = Callable[[str, float], object]
+BLOCK = 64 #: profiles that are read at once
+
+
+class Arrays(NamedTuple):
+    """The points of several profiles: those of profile i are points[starts[i]:starts[i + 1]]."""
+
+    points: np.ndarray[Any, Any] #: n x 2, float32, mm; yours to write
+    starts: np.ndarray[Any, Any] #: one more than there are profiles, int64
+    z: np.ndarray[Any, Any] #: the position of each profile, mm, float32; NaN where it is not known
 
 
 class ProfileSet(Sequence[Profile]):
     """Profiles in the order in which they were taken; of a file they are read when they are asked for.
 
     `len(scan)`, `scan[17]` a profile, `scan[100:200]` a set that shares the file. Of each record a file's set holds 12
-    bytes; the file must stay as it is while the set is used.
+    bytes, and the file open; it must stay as it is while the set is used: kx.FileError where records are not there any
+    more.
     """
 
     def __init__(self, profiles: Iterable[Profile] = ()) -> None:
@@ -63,7 +74,13 @@ class ProfileSet(Sequence[Profile]):
         return self._profile(self._picked[index])
 
     def __iter__(self) -> Iterator[Profile]:
-        return (self._profile(number) for number in self._picked)
+        if isinstance(self._profiles, list):
+            return (self._profiles[number] for number in self._picked)
+        return self._iterate_file()
+
+    def _iterate_file(self) -> Iterator[Profile]:
+        for first in range(0, len(self), BLOCK):
+            yield from self._profiles.read_some(self._picked[first:first + BLOCK])
 
     def __eq__(self, other: object) -> bool:
         if not isinstance(other, ProfileSet):
@@ -81,6 +98,15 @@ class ProfileSet(Sequence[Profile]):
         place = "" if isinstance(self._profiles, list) else f" of {os.fspath(self._profiles.path)!r}"
         return f"<kxmath.{type(self).__name__}: {len(self)} profiles{place}>"
 
+    def _repr_html_(self) -> str:
+        from ._html import scan
+        return scan(self)
+
+    def plot(self, ax: Any = None, **options: Any) -> Any:
+        """Draws the heights from above with matplotlib. Returns the axes."""
+        from ._plots import scan
+        return scan(self, ax, **options)
+
     @property
     def counts(self) -> np.ndarray[Any, Any]:
         """The number of points of each profile."""
@@ -90,8 +116,18 @@ class ProfileSet(Sequence[Profile]):
 
     @property
     def z(self) -> np.ndarray[Any, Any]:
-        """The position of each profile, mm, float32; NaN where it is not known. Reads all records."""
-        return np.array([np.nan if p.z is None else p.z for p in self], "f4")
+        """The position of each profile, mm, float32; NaN where it is not known."""
+        if isinstance(self._profiles, list):
+            return np.array([np.nan if p.z is None else p.z for p in self], "f4")
+        return self._profiles.positions(self._picked)
+
+    def to_arrays(self, *, progress: Progress | None = None) -> Arrays:
+        """All points in one array, with the start of each profile in it."""
+        if not isinstance(self._profiles, list):
+            return Arrays(*self._profiles.arrays(self._picked, progress))
+        starts = np.concatenate([[0], np.cumsum(self.counts, dtype="i8")]).astype("i8")
+        points = np.concatenate([p.points for p in self]) if len(self) else np.zeros((0, 2), "f4")
+        return Arrays(points, starts, self.z)
 
     def between(self, low: float, high: float) -> ProfileSet:
         """The profiles with low <= z <= high; those without a position are in no range."""
@@ -107,11 +143,8 @@ class ProfileSet(Sequence[Profile]):
 
     def to_cloud(self) -> Cloud:
         """All points, with the position of their profile as z. Missing points come along."""
-        parts = []
-        for profile in self:
-            z = np.float32(np.nan if profile.z is None else profile.z)
-            parts.append(np.column_stack([profile.points, np.full(len(profile), z)]))
-        return Cloud(np.concatenate(parts) if parts else ())
+        points, starts, z = self.to_arrays()
+        return Cloud(np.column_stack([points, np.repeat(z, np.diff(starts))]))
 
     def to_grid(self, step: float, gap: float | None = None, *, distance: float | None = None, first_z: float = 0.0,
                 progress: Progress | None = None) -> HeightMap:
@@ -153,6 +186,14 @@ class Recording(ProfileSet):
 
 def _reopened(kind: type[ProfileSet], path: Path, picked: Sequence[int]) -> ProfileSet:
     return kind._of(_RecordIndex(path, None), picked)
+
+
+def read_arrays(path: Path, *, progress: Progress | None = None) -> Arrays:
+    """All points of a file of profile records or 2-D cloud sections in one array: the fastest way to read it.
+
+    kx.FileError tells byte and record of damage.
+    """
+    return Arrays(*_read_arrays(path, progress))
 
 
 def read(path: Path, *, kind: str | None = None, columns: Sequence[int] = (), separator: str | None = None,

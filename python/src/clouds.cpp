@@ -133,6 +133,15 @@ void bindClouds(py::module_& module) {
         [](Cloud& self, const ArrayLike& points) { self.points = pointsFrom<KxPointXYZ>(points.object); },
         "The points as a read-only view, n x 3, float32. Assigning an array copies it.");
     bindCommon(type, "KxPointCloudXYZ");
+    type.def("_repr_html_", [](const py::object& self) {
+        return py::module_::import("kxmath._html").attr("from_above")(self, self.attr("points"));
+    });
+    type.def(
+        "plot",
+        [](const py::object& self, const py::object& axes, const py::kwargs& options) {
+            return py::module_::import("kxmath._plots").attr("heights")(self.attr("points"), axes, **options);
+        },
+        py::arg("ax") = py::none(), "Draws the heights from above with matplotlib. Returns the axes.");
     bindCloudOperations(type);
     bindColours(module);
 }

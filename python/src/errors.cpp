@@ -3,8 +3,6 @@
 
 #include "arguments.h"
 
-#include <KxInspect/Error.h>
-
 #include <pybind11/stl.h>
 
 #include <exception>
@@ -34,16 +32,14 @@ const char* nameOf(KxInspect::ErrorKind kind) {
     return "";
 }
 
-void raise(const KxInspect::Error& error) {
-    const KxInspect::ErrorPlace& place = error.place();
-    const py::object exception =
-        py::module_::import("kxmath._errors")
-            .attr("made")(nameOf(error.kind()), Path{error.source().file}, error.source().key, error.reason(),
-                          error.what(), py::make_tuple(place.byte, place.record, place.line, place.column));
-    PyErr_SetObject(py::type::of(exception).ptr(), exception.ptr());
-}
-
 } // namespace
+
+py::object exceptionOf(const KxInspect::Error& error) {
+    const KxInspect::ErrorPlace& place = error.place();
+    return py::module_::import("kxmath._errors")
+        .attr("made")(nameOf(error.kind()), Path{error.source().file}, error.source().key, error.reason(), error.what(),
+                      py::make_tuple(place.byte, place.record, place.line, place.column));
+}
 
 void refuseResult(const std::string& reason) {
     throw KxInspect::Error(KxInspect::ErrorKind::NoResult, {}, reason);
@@ -54,7 +50,8 @@ void bindErrors(py::module_&) {
         try {
             std::rethrow_exception(std::move(thrown));
         } catch (const KxInspect::Error& error) {
-            raise(error);
+            const py::object exception = exceptionOf(error);
+            PyErr_SetObject(py::type::of(exception).ptr(), exception.ptr());
         }
     });
 }

@@ -3,11 +3,16 @@
 
 #include <pybind11/pybind11.h>
 
+#include <KxInspect/Error.h>
+
 namespace kxpython {
 
 namespace py = pybind11;
 
 /// Makes KxInspect::Error an exception of kxmath._errors.
 void bindErrors(py::module_& module);
+
+/// The exception that stands for an error.
+py::object exceptionOf(const KxInspect::Error& error);
 
 } // namespace kxpython

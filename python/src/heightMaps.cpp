@@ -2,6 +2,9 @@
 #include "bindings.h"
 #include "headerTexts.h"
 #include "progress.h"
+#include "results.h"
+
+#include "report/grid/gridReport.h"
 
 #include <KxInspect/Grid.h>
 #include <KxInspect/HeightMap.h>
@@ -60,15 +63,10 @@ py::array blockMeansOf(const SharedMap& map, int size) {
     return viewOf(means, *map);
 }
 
-py::list patchesOf(const SharedMap& map, const KxInspect::PatchOptions& options, const py::object& progress) {
-    const KxInspect::Progress report = progressOf(progress);
-    KxInspect::PatchResult result;
-    {
-        const py::gil_scoped_release release;
-        result = KxInspect::findPatches(*map, options, report);
-    }
+/// The fields of kxmath.Patch, for each.
+py::list listOf(const std::vector<KxInspect::Patch>& found) {
     py::list patches;
-    for (const KxInspect::Patch& patch : result.patches) {
+    for (const KxInspect::Patch& patch : found) {
         Cloud cloud;
         for (const KxInspect::Point3& p : patch.points) {
             cloud.points.append({p.x, p.y, p.z});
@@ -77,6 +75,55 @@ py::list patchesOf(const SharedMap& map, const KxInspect::PatchOptions& options,
             py::make_tuple(cloud, patch.cells, patch.area, patch.mean, patch.deviation, patch.centreX, patch.centreZ));
     }
     return patches;
+}
+
+py::list patchesOf(const SharedMap& map, const KxInspect::PatchOptions& options, const py::object& progress) {
+    const KxInspect::Progress report = progressOf(progress);
+    KxInspect::PatchResult result;
+    {
+        const py::gil_scoped_release release;
+        result = KxInspect::findPatches(*map, options, report);
+    }
+    return listOf(result.patches);
+}
+
+KxInspect::GridResult measureGrid(const Path& path, float pitch, std::optional<float> gap,
+                                  std::optional<float> distance, float firstZ, const KxInspect::PatchOptions& patches,
+                                  const py::object& progress) {
+    const KxInspect::Progress report = progressOf(progress);
+    const py::gil_scoped_release release;
+    return KxInspect::measureGrid(path.bytes, {{pitch, gap}, firstZ, distance, patches}, report);
+}
+
+KxInspect::PatchOptions patchOptions(int block, std::optional<float> cut, std::optional<float> tolerance,
+                                     std::optional<int> count) {
+    KxInspect::PatchOptions options;
+    options.blockSize = block;
+    options.edgeCut = cut;
+    options.tolerance = tolerance;
+    options.minCount = count;
+    return options;
+}
+
+void bindGrids(py::module_& module) {
+    bindResult<KxInspect::GridResult>(module, "_GridResult", &KxInspect::gridFromJson, &kxreport::gridReport)
+        .def_property_readonly(
+            "map", [](const KxInspect::GridResult& self) { return std::make_shared<HeightMap>(self.map); },
+            "The height map; without cells where the result was read from JSON without pictures.")
+        .def_property_readonly(
+            "patches", [](const KxInspect::GridResult& self) { return listOf(self.found.patches); },
+            "The patches; without points where the result was read from JSON.");
+    module.def(
+        "_measure_grid",
+        [](const Path& path, float pitch, std::optional<float> gap, std::optional<float> distance, float firstZ,
+           int block, std::optional<float> cut, std::optional<float> tolerance, std::optional<int> count,
+           const py::object& progress) {
+            return measureGrid(path, pitch, gap, distance, firstZ, patchOptions(block, cut, tolerance, count),
+                               progress);
+        },
+        py::arg("path"), py::arg("pitch"), py::arg("gap"), py::arg("distance"), py::arg("first_z"),
+        py::arg("block_size"), py::arg("edge_cut"), py::arg("tolerance"), py::arg("min_count"), py::arg("progress"),
+        doc("The height map of a file and its patches.", {"measureGrid", "gridFromJson"}).c_str());
 }
 
 } // namespace
@@ -97,17 +144,13 @@ void bindHeightMaps(py::module_& module) {
             "patches",
             [](const SharedMap& self, int block, std::optional<float> cut, std::optional<float> tolerance,
                std::optional<int> count, const py::object& progress) {
-                KxInspect::PatchOptions options;
-                options.blockSize = block;
-                options.edgeCut = cut;
-                options.tolerance = tolerance;
-                options.minCount = count;
-                return patchesOf(self, options, progress);
+                return patchesOf(self, patchOptions(block, cut, tolerance, count), progress);
             },
             py::arg("block_size"), py::arg("edge_cut"), py::arg("tolerance"), py::arg("min_count"), py::arg("progress"),
             doc("The flat patches.", {"findPatches"}).c_str());
     module.def("_make_height_map", &mapOf, py::arg("profiles"), py::arg("distance"), py::arg("pitch"), py::arg("gap"),
                py::arg("progress"), doc("A height map of profiles.", {"makeHeightMap"}).c_str());
+    bindGrids(module);
 }
 
 } // namespace kxpython

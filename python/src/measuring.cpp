@@ -2,6 +2,7 @@
 #include "bindings.h"
 #include "headerTexts.h"
 #include "progress.h"
+#include "results.h"
 
 #include <KxInspect/Calibration.h>
 #include <KxInspect/Conicity.h>
@@ -13,6 +14,8 @@
 #include "report/conicity/conicityReport.h"
 #include "report/train/passReport.h"
 #include "report/wheel/wheelReport.h"
+
+#include <KxMath/KxMathVersion.h>
 
 #include <pybind11/stl.h>
 
@@ -39,24 +42,6 @@ KxInspect::CrossSection sectionOf(const py::object& source) {
     return section;
 }
 
-/// What results have in common.
-template <typename Result>
-py::class_<Result> bindResult(py::module_& module, const char* name, Result (*read)(const std::string&),
-                              QString (*page)(const Result&)) {
-    py::class_<Result> type(module, name);
-    type.def(
-        "to_json",
-        [](const Result& self, bool pictures) {
-            return toJson(self, pictures ? KxInspect::Pictures::Included : KxInspect::Pictures::Left);
-        },
-        py::arg("pictures") = false,
-        "As the command writes it; with what pages draw too, so that it can be read again.");
-    type.def_static("from_json", read, py::arg("json"), "A result that was written as JSON.");
-    type.def(
-        "page", [page](const Result& self) { return page(self).toStdString(); }, "A page of HTML.");
-    return type;
-}
-
 std::vector<std::string> bytesOf(const std::vector<Path>& paths) {
     std::vector<std::string> names;
     names.reserve(paths.size());
@@ -68,8 +53,8 @@ std::vector<std::string> bytesOf(const std::vector<Path>& paths) {
 
 PassResult measurePass(const std::vector<Path>& recordings, const Path& settings, const std::optional<Path>& defects,
                        int mode, Number nominal, float tolerance, const std::vector<int>& shown,
-                       const KxInspect::PassLabels& labels, const std::optional<Path>& consist, const Text& order,
-                       const py::object& progress) {
+                       const std::optional<Path>& limits, const KxInspect::PassLabels& labels,
+                       const std::optional<Path>& consist, const Text& order, const py::object& progress) {
     const KxInspect::Progress report = progressOf(progress);
     const py::gil_scoped_release release;
     KxInspect::PassOptions options;
@@ -87,6 +72,9 @@ PassResult measurePass(const std::vector<Path>& recordings, const Path& settings
     if (defects) {
         options.defects = KxInspect::readDefectSettings(defects->bytes);
     }
+    if (limits) {
+        options.limits = KxInspect::readLimits(limits->bytes);
+    }
     const KxInspect::StationSettings station = KxInspect::readStationSettings(settings.bytes);
     return KxInspect::measurePass(recordings.size() == 1 ? KxInspect::recordingsIn(recordings[0].bytes, station)
                                                          : bytesOf(recordings),
@@ -98,18 +86,18 @@ void bindPass(py::module_& module) {
     module.def(
         "_measure_pass",
         [](const std::vector<Path>& recordings, const Path& settings, const std::optional<Path>& defects, int mode,
-           Number nominal, float tolerance, const std::vector<int>& shown, const Text& station, const Text& line,
-           const Text& track, const Text& direction, const Text& time, Number speed, const std::optional<Path>& consist,
-           const Text& order, const py::object& progress) {
-            return measurePass(recordings, settings, defects, mode, nominal, tolerance, shown,
+           Number nominal, float tolerance, const std::vector<int>& shown, const std::optional<Path>& limits,
+           const Text& station, const Text& line, const Text& track, const Text& direction, const Text& time,
+           Number speed, const std::optional<Path>& consist, const Text& order, const py::object& progress) {
+            return measurePass(recordings, settings, defects, mode, nominal, tolerance, shown, limits,
                                {station, line, track, direction, time, speed}, consist, order, progress);
         },
         py::arg("recordings"), py::arg("settings"), py::arg("defects"), py::arg("mode"), py::arg("nominal"),
-        py::arg("tolerance"), py::arg("shown_pairs"), py::arg("station"), py::arg("line"), py::arg("track"),
-        py::arg("direction"), py::arg("time"), py::arg("speed"), py::arg("consist"), py::arg("consist_order"),
-        py::arg("progress"),
-        doc("Measures a pass.",
-            {"measurePass", "readStationSettings", "readDefectSettings", "readConsist", "recordingsIn", "passFromJson"})
+        py::arg("tolerance"), py::arg("shown_pairs"), py::arg("limits"), py::arg("station"), py::arg("line"),
+        py::arg("track"), py::arg("direction"), py::arg("time"), py::arg("speed"), py::arg("consist"),
+        py::arg("consist_order"), py::arg("progress"),
+        doc("Measures a pass.", {"measurePass", "readStationSettings", "readDefectSettings", "readConsist",
+                                 "readLimits", "recordingsIn", "passFromJson"})
             .c_str());
 }
 
@@ -142,11 +130,31 @@ WheelResults measureWheels(const py::list& wheels, Number flangeBack, float spac
     return KxInspect::measureWheels(sections, options, report);
 }
 
+WheelResults measureRim(const Cloud& rim, const std::array<float, 2>& centre,
+                        const std::map<std::string, std::pair<Number, Number>>& limits) {
+    KxInspect::WheelOptions options;
+    options.centre = {centre[0], centre[1]};
+    options.limits = limitsOf(limits);
+    std::vector<KxInspect::Point3> points;
+    points.reserve(std::size_t(rim.points.size()));
+    for (const KxMath::KxPointXYZ& p : rim.points) {
+        points.push_back({p.x, p.y, p.z});
+    }
+    const py::gil_scoped_release release;
+    WheelResults results;
+    results.wheels.push_back(KxInspect::measureRim(points, {}, options));
+    results.limits = options.limits;
+    results.version = KxMath_GetVersionString();
+    return results;
+}
+
 void bindWheels(py::module_& module) {
     bindResult<WheelResults>(module, "_WheelResults", &KxInspect::wheelsFromJson, &kxreport::wheelReport);
     module.def("_measure_wheels", &measureWheels, py::arg("wheels"), py::arg("flange_back"), py::arg("spacing"),
                py::arg("limits"), py::arg("progress"),
                doc("Measures wheel profiles.", {"measureWheels", "measureWheel", "wheelsFromJson"}).c_str());
+    module.def("_measure_rim", &measureRim, py::arg("rim"), py::arg("centre"), py::arg("limits"),
+               doc("Measures the section of a rim in space.", {"measureRim"}).c_str());
 }
 
 ConicityResult measureConicity(const std::array<py::object, 4>& sections, float gauge, float backToBack, float depth,
@@ -250,14 +258,55 @@ Cloud toTrack(const Profile& profile, const std::map<std::string, double>& value
     return cloud;
 }
 
+/// The pose of a result as keys of sensor n.
+KxInspect::PoseKeys keysOf(const CalibrationResult& result, int sensor) {
+    if (!result.hasPose()) {
+        refuseResult(reasonWithoutPose(result));
+    }
+    return {sensor, result.average.pose, result.task.placement};
+}
+
+void bindPoses(py::class_<CalibrationResult>& type) {
+    type.def(
+            "with_settings",
+            [](const CalibrationResult& self, const std::string& text, int sensor) {
+                return KxInspect::withPose(text, keysOf(self, sensor));
+            },
+            py::arg("text"), py::arg("sensor"), doc("The text of settings with the pose.", {"withPose"}).c_str())
+        .def(
+            "store",
+            [](const CalibrationResult& self, const Path& path, int sensor, const py::object& progress) {
+                const KxInspect::PoseKeys keys = keysOf(self, sensor);
+                const KxInspect::Progress report = progressOf(progress);
+                const py::gil_scoped_release release;
+                KxInspect::storePose(path.bytes, keys, report);
+            },
+            py::arg("path"), py::arg("sensor"), py::arg("progress"),
+            doc("Stores the pose in a file of settings.", {"storePose", "readPoseSettings"}).c_str());
+}
+
 void bindCalibration(py::module_& module) {
+    module.def(
+        "_ridges",
+        [](double pitch, double obliqueness) {
+            KxInspect::CalibrationObject object;
+            object.pitch = pitch;
+            object.obliqueness = obliqueness;
+            std::vector<std::pair<double, double>> ridges;
+            for (const KxInspect::CalibrationRidge& ridge : KxInspect::ridgesOf(object)) {
+                ridges.emplace_back(ridge.crest, ridge.obliqueness);
+            }
+            return ridges;
+        },
+        py::arg("pitch"), py::arg("obliqueness"), doc("The ridges of the object.", {"ridgesOf"}).c_str());
     module.def("_to_track", &toTrack, py::arg("profile"), py::arg("pose"),
                doc("The points in the track frame.", {"toTrack"}).c_str());
-    bindResult<CalibrationResult>(module, "_CalibrationResult", &KxInspect::calibrationFromJson,
-                                  &kxreport::calibrationReport)
-        .def_property_readonly(
-            "reason", [](const CalibrationResult& self) { return reasonWithoutPose(self); },
-            doc("", {"reasonWithoutPose"}).c_str());
+    auto type = bindResult<CalibrationResult>(module, "_CalibrationResult", &KxInspect::calibrationFromJson,
+                                              &kxreport::calibrationReport);
+    bindPoses(type);
+    type.def_property_readonly(
+        "reason", [](const CalibrationResult& self) { return reasonWithoutPose(self); },
+        doc("", {"reasonWithoutPose"}).c_str());
     module.def("_measure_poses", &measurePoses, py::arg("shots"), py::arg("placement"), py::arg("side"),
                py::arg("sensor_y"), py::arg("oblique_crest"), py::arg("object"), py::arg("progress"),
                doc("The pose of a sensor.", {"measurePoses", "measurePose", "calibrationObjectFor",

@@ -42,8 +42,10 @@ void bindAll(py::module_& module) {
     bindDirections(module);
     bindFiles(module);
     bindRecords(module);
+    bindFileContents(module);
     bindHeightMaps(module);
     bindMeasuring(module);
+    bindSettings(module);
 }
 
 } // namespace

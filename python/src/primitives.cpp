@@ -2,6 +2,8 @@
 #include "bindings.h"
 #include "lists.h"
 
+#include <KxMath/KxMetro.h>
+
 #include <pybind11/stl.h>
 
 #include <array>
@@ -235,6 +237,22 @@ void bindPrimitives(py::module_& module) {
 }
 
 void bindDirections(py::module_& module) {
+    module.def(
+        "wheel_circle",
+        [](const Cloud& first, const Cloud& second, const Cloud& third) {
+            auto left = libraryObject(first);
+            auto bottom = libraryObject(second);
+            auto right = libraryObject(third);
+            KxCircle circle; // all NaN
+            KxMath::METRO_calcWheel(left, bottom, right, circle);
+            if (std::isnan(circle.radius)) {
+                refuseResult("the clouds give no three points that are on a circle");
+            }
+            return Circle{circle.x, circle.y, circle.radius, kNaN};
+        },
+        py::arg("first"), py::arg("second"), py::arg("third"),
+        doc("The circle of a wheel through three of its points. kx.NoResult where there is none.", {"METRO_calcWheel"})
+            .c_str());
     bindPlane(module);
     bindVector(module);
 }

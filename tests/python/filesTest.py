@@ -104,6 +104,77 @@ def test_a_set_of_a_file_reads_what_is_asked_for(tmp_path):
         kx.ProfileSet([XYZ])
 
 
+def sections(path, profiles):
+    """A file of 2-D cloud sections, which have no position."""
+    with open(path, "wb") as out:
+        for _, points in profiles:
+            out.write(struct.pack("<BH", 2, len(points)) + np.asarray(points, "<f4").tobytes())
+    return path
+
+
+def test_all_points_of_a_scan_in_one_array(tmp_path):
+    """However the records follow one another, also past the number that is read at once."""
+    random = np.random.default_rng(9)
+    same = [(i, random.random((3, 2)).astype("f4")) for i in range(1300)]
+    mixed = [(i, random.random((n, 2)).astype("f4")) for i, n in enumerate([4, 4, 4, 0, 0, 7, 65535, 1, 4, 4, 4, 4, 9])]
+    whole = records(tmp_path / "mixed.bin", mixed).read_bytes() + sections(tmp_path / "s.bin", mixed[:4]).read_bytes()
+    (tmp_path / "both.bin").write_bytes(whole)
+    for file, source in ((records(tmp_path / "same.bin", same), same), (tmp_path / "mixed.bin", mixed),
+                         (records(tmp_path / "last.bin", same[:40] + mixed[3:4]), same[:40] + mixed[3:4]),
+                         (tmp_path / "s.bin", [(np.nan, a) for _, a in mixed[:4]]),
+                         (tmp_path / "both.bin", mixed + [(np.nan, a) for _, a in mixed[:4]])):
+        scan = kx.ProfileSet.open(file)
+        for arrays in (kx.read_arrays(file), scan.to_arrays(), kx.ProfileSet(scan).to_arrays()):
+            assert arrays.points.tobytes() == np.concatenate([a for _, a in source]).astype("f4").tobytes()
+            assert np.diff(arrays.starts).tolist() == [len(a) for _, a in source] == scan.counts.tolist()
+            assert np.array_equal(arrays.z, np.array([z for z, _ in source], "f4"), equal_nan=True)
+        profiles = list(scan)
+        assert len(profiles) == len(source)
+        for i in (0, len(source) // 2, len(source) - 1):
+            assert profiles[i] == scan[i] == kx.Profile(source[i][1], z=None if source[i][0] != source[i][0] else source[i][0])
+    part = kx.ProfileSet.open(tmp_path / "same.bin")[1200:3:-7]
+    assert part.to_arrays().points.tobytes() == np.concatenate([a for _, a in same[1200:3:-7]]).tobytes()
+    assert kx.read_arrays(tmp_path / "same.bin").points.flags.writeable
+    assert len(kx.ProfileSet().to_arrays().points) == 0
+
+
+def test_a_file_that_shrinks_or_changes_is_noticed(tmp_path):
+    file = records(tmp_path / "a.bin", scan_of(600))
+    whole = file.read_bytes()
+    size = len(whole) // 600
+    for content, record in ((whole[:size * 3 + 20], 4), (b"", 1), (whole[:size * 2] + b"\x07" + whole[size * 2 + 1:], 3),
+                            (whole[:size] + b"\x05\x01\x00" + whole[size + 3:], 2)):
+        scan = kx.ProfileSet.open(file)
+        file.write_bytes(content)
+        for failing in (scan.to_arrays, lambda: list(scan), lambda: scan.z, lambda: scan[record - 1]):
+            with pytest.raises(kx.FileError, match="has changed since") as caught:
+                failing()
+            assert caught.value.place.record >= record
+        with pytest.raises(kx.FileError):
+            kx.read_arrays(file)
+        file.write_bytes(whole)
+    os.mkfifo(tmp_path / "pipe")
+    for path in (tmp_path / "pipe", tmp_path, tmp_path / "missing"): # not one of them is waited for
+        for read in (kx.read_arrays, kx.ProfileSet.open):
+            with pytest.raises(kx.FileError):
+                read(path)
+
+
+def test_what_is_in_a_file(tmp_path):
+    source = list(scan_of(3))
+    info = kx.file_info(records(tmp_path / "a.bin", source))
+    assert (info.kind, info.parts, info.points, info.missing) == (None, {"profileRecord": 3}, 363, 0)
+    assert info.x == (-6.0, 6.0) and info.z == (10.0, 10.5) and abs(info.spacing - 0.1) < 1e-5 and info.text is None
+    (tmp_path / "a.bin").write_bytes((tmp_path / "a.bin").read_bytes()[:-1])
+    damage = kx.file_info(tmp_path / "a.bin").damage
+    assert isinstance(damage, kx.FileError) and damage.place.record == 3
+    (tmp_path / "a.csv").write_text("x;y\n1,5;2\n3;4\n")
+    info = kx.file_info(tmp_path / "a.csv")
+    assert (info.kind, info.text["separator"], info.text["titleLines"], info.damage) == ("csv", ";", 1, None)
+    with pytest.raises(kx.FileMissing):
+        kx.file_info(tmp_path / "missing")
+
+
 def test_parts_of_a_scan_and_slices_of_a_cloud():
     scan = kx.ProfileSet(kx.Profile(a, z=z) for z, a in scan_of(12))
     part = scan.between(10.25, 11)

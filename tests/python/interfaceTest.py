@@ -64,6 +64,16 @@ def test_nothing_of_qt_shows():
     assert kx.__version__ == _kxmath.version and re.fullmatch(r"\d+\.\d+\.\d+", kx.__version__)
 
 
+def test_a_wheel_has_the_version_of_the_library():
+    tomllib = pytest.importorskip("tomllib")
+    settings = tomllib.loads((SOURCE / "pyproject.toml").read_text())["tool"]["scikit-build"]
+    version = settings["metadata"]["version"]
+    found = re.search(version["regex"], (SOURCE / version["input"]).read_text(), re.MULTILINE)
+    assert found["value"] == kx.__version__
+    variables = set(re.findall(r"KXMATH_\w+", (SOURCE / "python/CMakeLists.txt").read_text())) | {"KXMATH_BUILD_PYTHON"}
+    assert {name for name in settings["cmake"]["define"] if name.startswith("KXMATH")} <= variables
+
+
 @pytest.mark.parametrize("first", ["", "import kxmath; "])
 def test_subinterpreters_are_refused_in_words(first):
     code = ("import sys, _xxsubinterpreters as s; " + first + "i = s.create()\n"

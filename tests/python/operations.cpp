@@ -267,6 +267,15 @@ const Operations<Cloud> kCloudFinds = {
              bytes << qint64(position);
          }
      }},
+    {"wheelCircle",
+     [](C c, Bytes& bytes) {
+         Cloud second(c), third(c);
+         second.points = second.points.mid(5, 395);
+         third.shift(0.0f, 1.5f, 0.0f);
+         KxCircle circle;
+         METRO_calcWheel(c, second, third, circle);
+         bytes << circle.x << circle.y << circle.radius;
+     }},
     {"tape",
      [](C c, Bytes& bytes) {
          Cloud tape;

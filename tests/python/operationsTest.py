@@ -82,6 +82,7 @@ CLOUD = {
     "extract": lambda c: np.vstack([part.points for part in c.extract(x=(1, 8), y=(None, 4), z=(None, 6))]),
     "section": lambda c: c.section(z=4, thickness=1.5),
     "within": lambda c: c.within((5, 3, 4), 2),
+    "wheelCircle": lambda c: (lambda q: [q.x, q.y, q.radius])(kx.wheel_circle(c, c[5:400], c.shift(dy=1.5))),
     "tape": lambda c: c.tape(step=2, min_height=0.3, max_height=None),
     "topView": lambda c: c.top_view(level=2),
     "levelCounts": lambda c: b"".join(np.float32(k).tobytes() + np.int32(v).tobytes()

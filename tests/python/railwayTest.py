@@ -3,6 +3,7 @@ import json
 import os
 import pathlib
 import pickle
+import re
 import signal
 import subprocess
 import threading
@@ -150,7 +151,89 @@ def test_wheels_and_conicity_are_those_of_the_commands(tmp_path):
         files.at(99.0)
 
 
-def test_a_pose_is_that_of_the_command(folder):
+def test_the_section_of_a_rim_is_that_of_the_command(tmp_path):
+    points = np.asarray(wheel_and_rail()[0])
+    rim = kx.Cloud(np.column_stack([460 - points[:, 0], -points[:, 1], 0 * points[:, 0]]))
+    rim.save(tmp_path / "rim.bin")
+    wanted = json.loads(run(tmp_path, "wheel", "rim.bin", "--json", "-"))["wheels"][0]
+    found = kx.measure_rim(rim)
+    assert found["wheels"][0]["flangeHeight"] is not None
+    assert differences({**wanted, "file": ""}, found["wheels"][0]) == []
+    assert kx.measure_rim(rim.points, centre=(3, 0), limits={"flangeHeight": (None, 1)})["wheels"][0]["verdict"] == "outside"
+
+
+def test_a_grid_is_that_of_the_command(tmp_path):
+    x = np.arange(0, 30, 0.25)
+    plates = [kx.Profile.from_xy(x, np.where((x > 8) & (x < 22) & (10 < i < 50), 7.5, 2.0), z=i) for i in range(64)]
+    with open(tmp_path / "scan.bin", "wb") as file:
+        for plate in plates:
+            plate.save(tmp_path / "one.profiles")
+            file.write((tmp_path / "one.profiles").read_bytes())
+    wanted = json.loads(run(tmp_path, "grid", "scan.bin", "--step", 0.5, "--json", "-"))
+    found = kx.measure_grid(tmp_path / "scan.bin", step=0.5)
+    assert differences(wanted, found.to_dict()) == [] and len(found.patches) == len(wanted["seeds"]) > 0
+    assert found.map.shape == (wanted["rows"], wanted["columns"]) and found.patches[0].cells == len(found.patches[0].cloud)
+    again = pickle.loads(pickle.dumps(found))
+    assert again == found and np.array_equal(again.map.heights, found.map.heights, equal_nan=True)
+    found.report(tmp_path / "grid.html")
+    assert "<svg" in (tmp_path / "grid.html").read_text()
+
+
+def test_settings_are_found_checked_and_stored(folder, train, tmp_path):
+    known = [pair["distance"] for pair in train.measure()["pairs"]]
+    fit = kx.fit_station([(train.recordings, [None, *known[1:]])])
+    run(folder, "settings", "fit", *train.recordings, "--distance", ",".join(["-", *(repr(d) for d in known[1:])]),
+        "--write", tmp_path / "wanted.ini")
+    assert fit.reason == "" and [s["serial"] for s in fit.sensors] == [101, 102] and len(fit.pairs) == 4
+    assert fit.with_settings() == (tmp_path / "wanted.ini").read_text() and fit.rms <= fit.largest or fit.rms < 1e-3
+    fit.store(tmp_path / "fitted.ini")
+    assert (tmp_path / "fitted.ini").read_text() == fit.with_settings()
+    assert kx.Pass(*train.recordings, settings=tmp_path / "fitted.ini").measure()["distances"] == 4
+    check = kx.check_settings(tmp_path / "fitted.ini", train.recordings)
+    assert not check.is_refused and check.facts
+    fit.report(tmp_path / "fit.html")
+    assert "<svg" in (tmp_path / "fit.html").read_text()
+    (tmp_path / "bad.ini").write_text("[SENSOR1]\nSN=101\nlevel_k=x\n")
+    bad = kx.check_settings(tmp_path / "bad.ini")
+    assert bad.is_refused and "SENSOR1/level_k" in [finding.key for finding in bad.findings]
+    with pytest.raises(ValueError, match="'station' or 'defects'"):
+        kx.new_settings("what")
+    assert kx.new_settings(serials=(101, 102)) == run(folder, "settings", "init", "--serials", "101,102")
+    assert {"level_k", "calibrLines2"} <= {key.name for key in kx.setting_keys()}
+
+
+def test_values_are_judged_by_limits(folder, train, tmp_path):
+    assert "backToBack" in [m.name for m in kx.limit_measures() if m.of == "axle"]
+    (tmp_path / "limits.ini").write_text("[backToBack]\nalarmLow = 1400\n")
+    wanted = json.loads(run(folder, "train", "train_101.bin", "train_102.bin", "--settings", "settings.ini", "--out",
+                            tmp_path / "out", "--limits", tmp_path / "limits.ini", "--json", "-"))
+    found = train.measure(limits=tmp_path / "limits.ini")
+    assert found["assessment"] == wanted["assessment"] is not None
+    with pytest.raises(kx.FileError):
+        train.measure(limits=folder / "settings.ini")
+
+
+def test_pictures_in_notebooks_and_of_matplotlib(train, tmp_path):
+    import matplotlib
+    matplotlib.use("Agg")
+    wheel, rail = wheel_and_rail()
+    wheels = kx.measure_wheels([wheel, tmp_path / "a<b>.bin"])
+    curve = kx.conicity(wheels=(wheel, wheel), rails=(rail, rail), gauge=1435, back_to_back=1360)
+    scan = kx.ProfileSet([wheel.shift(dy=i) for i in range(5)])
+    for item in (wheels, curve, scan, wheel):
+        assert item.plot().get_xlabel().endswith("mm") and re.search("<svg|<img", item._repr_html_())
+    names = [text.get_text() for text in wheels.plot().texts]
+    assert "Sh" in names and "Sd" in names
+    with pytest.raises(kx.NoResult):
+        wheels.plot(1)
+    unread = kx.measure_wheels([tmp_path / "a<b>.bin"])
+    assert "<b>" not in unread._repr_html_() and "<p>" in unread._repr_html_()
+    assert train.measure()._repr_html_().count("<tr>") == 5 and scan.to_cloud().plot().collections
+    for empty in (kx.Cloud(), kx.ProfileSet()):
+        assert empty._repr_html_().startswith("<pre>&lt;") and empty.plot() is not None
+
+
+def test_a_pose_is_that_of_the_command(folder, tmp_path):
     shots = sorted((folder / "shots").glob("*.bin"))
     assert len(shots) == 2
     arguments = [*shots, "--position", 2, "--side", "larger-y", "--json", "-"]
@@ -159,6 +242,10 @@ def test_a_pose_is_that_of_the_command(folder):
     assert [d for d in differences(wanted, found.to_dict()) if not d.startswith(".warnings[0]")] == []
     assert "oblique_crest" in found["warnings"][0] and found.reason == ""
     assert kx.calibrate(shots, placement=2, side="larger-y", oblique_crest="above")["warnings"] == []
+    run(folder, "calibrate", *arguments[:-2], "--write", tmp_path / "wanted.ini", "--sensor", 2)
+    found.store(tmp_path / "found.ini", sensor=2)
+    assert (tmp_path / "found.ini").read_text() == (tmp_path / "wanted.ini").read_text() == found.with_settings(sensor=2)
+    assert [crest for crest, _ in kx.calibration_ridges()] == [-48, -24, 0, 24, 60, 96]
     memory = kx.calibrate([kx.read(shot) for shot in shots], placement=2, side="larger-y")
     assert memory["pose"] == wanted["pose"]
     cloud = kx.to_track(kx.read(shots[0]), found["pose"])
