@@ -184,7 +184,10 @@ def memory():
 
 
 @pytest.mark.skipif("asan" in __import__("os").environ.get("LD_PRELOAD", ""), reason="it keeps freed memory back")
-def test_nothing_leaks_over_1e5_calls():
+def test_nothing_leaks_over_1e5_calls(tmp_path):
+    scan = tmp_path / "scan.profiles"
+    kx.Profile(np.zeros((400, 2)), z=1).save(scan)
+    opened = kx.ProfileSet.open(scan)
     array = np.random.default_rng(1).random((400, 2)).astype("f4")
     profile = kx.Profile(array)
 
@@ -193,6 +196,7 @@ def test_nothing_leaks_over_1e5_calls():
             p = kx.Profile(array)
             p.points, p.x, p[3:9], p[2], p.range, p.shift(dx=1.0), p == profile, repr(p)
             p.points = array[::2]
+            opened[0], list(opened), opened.to_arrays(), opened.z, kx.read_arrays(scan), kx.ProfileSet.open(scan)
             for failing in (lambda: kx.Profile(array[:, :1]), lambda: kx.Profile().fit_circle()):
                 try:
                     failing()
@@ -202,7 +206,7 @@ def test_nothing_leaks_over_1e5_calls():
     calls(1000)
     gc.collect()
     before, blocks = memory(), sys.getallocatedblocks()
-    calls(9000) # of a dozen calls each
+    calls(9000) # of 20 calls each
     gc.collect()
-    assert memory() - before < 2_000_000 # 400 points that stay once in 14 calls would be 28 MB
+    assert memory() - before < 2_000_000 # 400 points that stay once in 20 calls would be 28 MB
     assert sys.getallocatedblocks() - blocks < 1000

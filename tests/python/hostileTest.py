@@ -118,3 +118,13 @@ def test_sources_that_fail():
     for given, error in ((KeyError("no"), KeyError), (MemoryError(), MemoryError), ([1, 2], ValueError), (3, ValueError)):
         with pytest.raises(error):
             kx.Profile(Source(given))
+
+
+def test_bytes_are_no_points():
+    for source in (bytes(80), memoryview(bytes(79)), bytearray(16)):
+        with pytest.raises((ValueError, TypeError)):
+            kx.Profile(source)
+    state = kx.Profile(np.zeros((3, 2))).__reduce_ex__(2)
+    for content in (b"1234567", state[2][0][:-1]): # buffers too small
+        with pytest.raises(ValueError, match="no whole points"):
+            state[0](*state[1]).__setstate__((content, 0.0))
