@@ -52,6 +52,9 @@ bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowle
     const std::vector<double> off = offCircle(axle, tips);
     axle.scatter = scatterOf(off);
     const double scatter = std::max({axle.scatter, known.noise, kLeastScatter});
+    // The larger one of two estimates of the same noise would be too large on the average.
+    const double deviation =
+        isByChance(axle.scatter, known.noise, tips.size()) ? std::max(known.noise, kLeastScatter) : scatter;
     AxleFit::Fit sums;
     for (std::size_t i = 0; i < tips.size(); ++i) {
         const double u = std::min(1.0, std::abs(off[i]) / (kTuning * scatter));
@@ -62,7 +65,7 @@ bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowle
     const auto expect = [&](AxleFit::Unknown unknown, const Estimate& estimate) {
         AxleFit::Fit::Vector a = {};
         a[unknown] = 1.0;
-        sums.add(a, estimate.value - axle.value[unknown], scatter * scatter / (estimate.error * estimate.error));
+        sums.add(a, estimate.value - axle.value[unknown], deviation * deviation / (estimate.error * estimate.error));
     };
     expect(AxleFit::Shear, known.shear);
     expect(AxleFit::Stretch, known.stretch);
@@ -74,7 +77,7 @@ bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowle
     for (std::size_t i = 0; i < step->size(); ++i) {
         axle.value[i] += (*step)[i];
         for (std::size_t k = 0; k < step->size(); ++k) {
-            axle.covariance[i][k] = (*inverse)[i][k] * scatter * scatter;
+            axle.covariance[i][k] = (*inverse)[i][k] * deviation * deviation;
         }
     }
     return true;
@@ -88,6 +91,11 @@ AxleFit::Fit::Vector AxleFit::changeOfRadius(double place, double down, double s
     const double sine = along / radius;
     const double cosine = (down - value[Down]) / radius;
     return {-sine * (1.0 + value[Stretch]), -cosine, 0.0, -sine * (down - level), sine * (place - value[Place])};
+}
+
+bool isByChance(double scatter, double noise, std::size_t count) {
+    // A standard deviation from the median deviation of n values is uncertain by 1.17 / sqrt(n) of itself.
+    return scatter <= noise * (1.0 + 2.0 * 1.17 / std::sqrt(static_cast<double>(count)));
 }
 
 std::optional<AxleFit> fitAxle(const std::vector<FlangeTip>& tips, const FlangeCircle& circle,

@@ -4,6 +4,7 @@
 #include "inspect/fitting/leastSquares.h"
 #include "inspect/train/flangeCircle.h"
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -42,6 +43,9 @@ struct AxleKnowledge {
     Estimate stretch;
     double noise = 0.0; ///< of the tips, as a standard deviation, mm; that they scatter less is chance
 };
+
+/// Whether so many tips may scatter so much about their circle by their own noise alone; both as standard deviations.
+bool isByChance(double scatter, double noise, std::size_t count);
 
 /// Fits the axle to the tips. Tips far off their circle do not count, see fitFlangeCircle().
 /// @param circle the first guess

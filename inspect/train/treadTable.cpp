@@ -12,7 +12,6 @@ namespace KxInspect::detail {
 namespace {
 
 constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
-constexpr double kMedian = 1.2533; // sqrt(pi / 2): standard error of a median against that of a mean
 constexpr std::size_t kTape = 25; // station of the tape circle, 70 mm behind the back face
 
 /// Where the tread is at a station, on the line through the points within a millimetre of it.
@@ -348,11 +347,13 @@ void TreadTable::findCommonChange() {
 }
 
 double TreadTable::errorOf(const Row& row, int shown, const Change& change) const {
-    // The lines through the points of neighbouring stations share half of them.
-    const double points = kMedian * row.noise / std::sqrt(shown / 2.0);
-    // A standard deviation from the median deviation of n values is uncertain by 1.17 / sqrt(n) of itself.
-    const double byChance = tips_.noise * (1.0 + 2.0 * 1.17 / std::sqrt(tips_.count));
-    const double moved = axle_.scatter > byChance ? axle_.scatter * axle_.scatter - tips_.noise * tips_.noise : 0.0;
+    // The lines through the points of neighbouring stations share half of them, so that the errors r of neighbours are
+    // correlated by 1/2. The variance of the median of n normal values is pi / 2 n times the mean over them of the sum of
+    // 2 / pi asin(r) over all others (of the signs of two: W. F. Sheppard, 1899): pi / 2 (1 + 2 / 3) / n here.
+    constexpr double kShared = 1.6180; // sqrt(5 pi / 6)
+    const double points = kShared * row.noise / std::sqrt(shown);
+    const bool isStill = isByChance(axle_.scatter, tips_.noise, static_cast<std::size_t>(tips_.count));
+    const double moved = isStill ? 0.0 : axle_.scatter * axle_.scatter - tips_.noise * tips_.noise;
     const std::size_t ofAxle = axle_.value.size();
     double fit = 0.0;
     for (std::size_t i = 0; i < change.size(); ++i) {

@@ -143,13 +143,24 @@ std::string reasonOf(const RimMeasures& rim, std::optional<float> WheelMeasures:
     return {};
 }
 
-/// The mean of a value and its interval, half as wide as the noise of the points and the axle leave it uncertain.
-PassValue valueOf(double value, double pointVariance, double axleVariance, double freedom) {
+/// A variance that was estimated, with the degrees of freedom of that.
+struct Variance {
+    double value;
+    double freedom;
+};
+
+/// A value and its interval, half as wide as the noise of the points and the axle leave it uncertain.
+PassValue valueOf(double value, const Variance& ofPoints, const Variance& ofAxle) {
     PassValue result;
     result.value = static_cast<float>(value);
     // Means over half a millimetre, and steps of the contour, flatten an arc of 12 mm radius by 0.0015 mm.
     constexpr double kFlattened = 0.0015;
-    const double half = studentT(freedom) * std::sqrt(pointVariance + axleVariance + kFlattened * kFlattened);
+    const double sum = ofPoints.value + ofAxle.value + kFlattened * kFlattened;
+    // A curve through few steps knows their noise less well than the groups of profiles tell the axle.
+    const double squares =
+        ofPoints.value * ofPoints.value / ofPoints.freedom + ofAxle.value * ofAxle.value / ofAxle.freedom;
+    const double freedom = std::max(1.0, sum * sum / squares); // F. E. Satterthwaite, 1946
+    const double half = studentT(freedom) * std::sqrt(sum);
     result.interval = Interval::around(*result.value, std::isfinite(half) ? static_cast<float>(half) : -1.0f);
     return result;
 }
@@ -190,7 +201,6 @@ std::string whyAbsent(PassMeasure measure, const std::vector<FoundView>& found, 
 
 void fillValues(const WheelSection& section, const RimMeasures& rim, const std::vector<FoundView>& found,
                 PassWheelMeasures& result) {
-    const double freedom = leastFreedom(found);
     for (const PassMeasureInfo& info : kPassMeasureInfos) {
         const std::size_t i = indexOf(info.measure);
         PassValue& value = result.values[i];
@@ -200,17 +210,18 @@ void fillValues(const WheelSection& section, const RimMeasures& rim, const std::
             value.reason = whyAbsent(info.measure, found, rim, result);
             continue;
         }
-        const double axle = axleVarianceOf(found, kFactors[i]);
-        const double points = estimate->deviation() * estimate->deviation();
-        if (!std::isfinite(axle + points)) {
+        const Variance axle = {axleVarianceOf(found, kFactors[i]), leastFreedom(found)};
+        Variance points = {estimate->deviation() * estimate->deviation(), estimate->freedom()};
+        if (!std::isfinite(axle.value + points.value)) {
             value.reason = "too little is seen around one of its places to say how sure it is";
             continue;
         }
         if (isDiameter) {
             const double level = static_cast<double>(rim.places.tape->y);
-            value = valueOf(2.0 * (section.highest - level), 4.0 * points, axle, freedom);
+            points.value *= 4.0;
+            value = valueOf(2.0 * (section.highest - level), points, axle);
         } else {
-            value = valueOf(estimate->value(), points, axle, freedom);
+            value = valueOf(estimate->value(), points, axle);
         }
         if (info.measure == PassMeasure::TreadHollow && *value.value < 0.0f) {
             value.value = 0.0f;

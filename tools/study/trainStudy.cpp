@@ -25,6 +25,7 @@ namespace kxstudy {
 namespace {
 
 constexpr double kGaugeError = 0.03; // mm, standard deviation of the distances that a station is set up with
+constexpr double kFlangeHeight = 28.0; // mm, nearly; the radius of the tread need not be exact
 constexpr double kFlats[] = {25.0, 30.0, 40.0, 50.0, 60.0}; // mm, of the first wheels of side 1
 
 QJsonArray pairsOf(const QString& folder) {
@@ -109,12 +110,39 @@ double depthOf(const QJsonValue& wheel) {
     return defects.isEmpty() ? std::nan("") : defects[0][QStringLiteral("depth")].toDouble();
 }
 
+/// Whether a flat passes the seen part: successive profiles, as many as the settings ask for, show it deeper than what
+/// counts. The middles of the flats stand on the rail at the origin of the track; before a sensor that is `along` farther
+/// the wheel has rolled on by as much.
+bool passesSeenPart(const KxInspect::PassWheel& wheel, double depth, double along, int profiles) {
+    if (!wheel.roundness) {
+        return true; // not compared: it counts as not found
+    }
+    const double radius = static_cast<double>(wheel.roundness->flangeRadius) - kFlangeHeight;
+    int deep = 0;
+    int last = 0;
+    for (const KxInspect::RadiusDeviation& profile : wheel.roundness->radii) {
+        const double fromAxle = static_cast<double>(profile.place);
+        const double fromMiddle = fromAxle - radius * std::asin(fromAxle / radius) + along;
+        const bool isDeep =
+            depth - fromMiddle * fromMiddle / (2.0 * radius) > static_cast<double>(wheel.roundness->limit);
+        deep = !isDeep ? 0 : profile.profile == last + 1 ? deep + 1 : 1;
+        last = profile.profile;
+        if (deep >= profiles) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 std::vector<StudiedValue> studyTrain(const Report& report) {
     StudiedValue distance = {"train", "distance of the backs", "mm", 2.0, 3};
     StudiedValue yaw = {"train", "yaw of the wheelset", "mrad", 2.0, 3};
-    StudiedValue flat = {"train", "how far flats of 25 to 60 mm are off the circle", "mm", 1.0, 3};
+    StudiedValue flat = {"train", "how far flats of 25 to 60 mm that pass the seen part are off the circle", "mm", 1.0,
+                         3};
+    int outside = 0;
+    int foundOutside = 0;
     for (int number = 0; number < kStations; ++number) {
         const QTemporaryDir folder;
         const Station station = setUp(number, folder.path());
@@ -140,11 +168,19 @@ std::vector<StudiedValue> studyTrain(const Report& report) {
                 }
                 const KxInspect::PassWheel* const wheel = isPaired ? result.wheelOf(pair, 0) : nullptr;
                 const bool isFound = wheel != nullptr && wheel->roundness && wheel->roundness->isOut;
+                if (wheel != nullptr &&
+                    !passesSeenPart(*wheel, depth, station.parameters.along1, station.defects.limits.radiusProfiles)) {
+                    ++outside;
+                    foundOutside += isFound ? 1 : 0;
+                    continue;
+                }
                 flat.readings.push_back(
                     {i, number, isFound ? static_cast<double>(wheel->roundness->largest) : std::nan(""), depth});
             }
         }
     }
+    report("train: " + std::to_string(outside) + " flats lie outside of the seen part, of them " +
+           std::to_string(foundOutside) + " found out of round");
     return {std::move(distance), std::move(yaw), std::move(flat)};
 }
 
