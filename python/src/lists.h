@@ -244,7 +244,7 @@ void bindMeasures(py::class_<Value>& type, const std::string& cloud) {
         doc("The mean of y. kx.NoResult without points.", {named("calcAverageY")}).c_str());
     type.def(
         "remove",
-        [named](const Value& self, const ArrayLike& positions) {
+        [](const Value& self, const ArrayLike& positions) {
             QList<int> list = positionsFrom(positions, self.points.size());
             return changed(self, [&](auto& object) { object.removeIndeces(list); });
         },
