@@ -228,11 +228,14 @@ KXINSPECT_EXPORT std::string reasonWithoutPose(const CalibrationResult& result);
 KXINSPECT_EXPORT CalibrationResult measurePoses(const std::vector<NamedProfile>& profiles, const CalibrationTask& task,
                                                 const Progress& progress = {}, const CalibrationTerms& terms = {});
 
-/// A pose as keys of a settings file: SENSORn/x, y, z in mm, alpha, beta, gamma in degrees, and position.
+/// A pose as keys of a settings file: SENSORn/x, y, z in mm, alpha, beta, gamma in degrees, position, and the uncertainties.
 struct PoseKeys {
     int sensor = 1; ///< n, from 1 to 49
     SensorPose pose = {}; ///< keys of values that are NaN are not changed
     int placement = 2;
+    /// How far the values may be off, to both sides, with 95 %: keys SENSORn/xUncertainty and so on, in mm and degrees. Where
+    /// one is NaN, its key is taken away: what it said was of another pose.
+    SensorPose uncertainty = {};
 };
 
 /// The text of a settings file with the keys set: existing keys are replaced, the others added to their

@@ -26,6 +26,7 @@
 #include "Limits.h"
 #include "PassIdentity.h"
 #include "PassResult.h"
+#include "PassSheet.h"
 #include "PassWheels.h"
 #include "Patches.h"
 #include "PointFile.h"

@@ -146,6 +146,8 @@ struct WheelPair {
     Interval yawInterval = {};
     std::string yawReason = {}; ///< why the yaw is not known; empty when it is
     AxleNumber axle = {}; ///< which axle of the train it is
+    /// Where the axle is along the pass, in mm of the z of the records; absent where that does not rise.
+    std::optional<double> place = {};
 
     bool isComplete() const { return wheels[0] && wheels[1]; }
 };
@@ -197,6 +199,15 @@ struct RawPicture {
     std::optional<Line> low; ///< the low line, in the mode that has one
 };
 
+/// The cross-section that wheels should have.
+struct NominalContour {
+    std::string file = {}; ///< without its folder, UTF-8
+    float flangeHeight = std::numeric_limits<float>::quiet_NaN(); ///< Sh, mm
+    /// Its points along the contour: x from the flange back, y from the tip of the flange towards the axle, mm. In pictures
+    /// only.
+    std::vector<Point> section = {};
+};
+
 /// What was measured in a pass.
 struct KXINSPECT_EXPORT PassResult {
     int mode = 0; ///< of the wheel detection
@@ -216,6 +227,7 @@ struct KXINSPECT_EXPORT PassResult {
     PassTrain train = {}; ///< its vehicles
     /// The measures of the left and the right wheel of each pair; empty when the settings give no side of a sensor.
     std::vector<PassWheelMeasures> wheels;
+    std::optional<NominalContour> contour = {}; ///< absent when none was given
     std::optional<PassAssessment> assessment = {}; ///< absent without limits
     std::vector<std::string> warnings; ///< what makes results doubtful, UTF-8
     std::vector<PairPicture> pictures; ///< of the pairs that were asked for

@@ -49,7 +49,15 @@ struct PassValue {
     std::optional<float> value = {}; ///< mm
     Interval interval = {}; ///< of 95 %; unknown where there is no value
     std::string reason = {}; ///< why there is no value, a clause; empty with one
+    /// The part of the interval that the errors of the poses of the sensors make, mm to both sides; they are common to all
+    /// wheels of a side. Absent where the settings do not say how far the poses may be off: the interval then lacks it.
+    std::optional<float> byPoses = {};
 };
+
+/// What the interval of a value holds, in words: "noise only", "noise and poses".
+inline const char* whatIntervalHolds(const PassValue& value) {
+    return value.byPoses ? "noise and poses" : "noise only";
+}
 
 /// What a sensor has seen of a wheel.
 struct SensorShare {
@@ -72,6 +80,9 @@ struct PassWheelMeasures {
     /// The cross-section, its points along the contour: x from the flange back, y from the tip of the flange towards the
     /// axle, mm. In pictures only.
     std::vector<Point> section = {};
+    /// How far the section stands off the nominal contour, square to it, positive outside of it: x as in `section`, y the
+    /// deviation, mm. In pictures only; empty without a contour, or where the two cannot be aligned.
+    std::vector<Point> deviations = {};
 
     const PassValue& operator[](PassMeasure measure) const { return values[static_cast<std::size_t>(measure)]; }
 };

@@ -63,6 +63,17 @@ struct SensorOrigin {
     double z = 0.0; ///< up
 };
 
+/// How far the values of a pose may be off, to both sides, with a probability of 95 %: mm and degrees. Their errors are
+/// taken to be independent of each other and of those of other sensors.
+struct PoseUncertainty {
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    double alpha = 0.0;
+    double beta = 0.0;
+    double gamma = 0.0;
+};
+
 /// The side of the track whose wheels a sensor sees, in the direction of rising z. Left is where Y of the track frame is
 /// positive.
 enum class TrackSide { Left, Right };
@@ -82,6 +93,8 @@ struct SensorSettings {
     std::optional<SensorAngles> angles = {};
     std::optional<SensorOrigin> origin = {}; ///< of its pose; absent unless all of it is there. Keys x, y, z
     std::optional<TrackSide> side = {}; ///< key side
+    /// Of its pose; absent unless all of it is there. Keys xUncertainty, yUncertainty and so on.
+    std::optional<PoseUncertainty> poseUncertainty = {};
 
     bool hasPose() const { return angles && origin; }
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Consist.h"
+#include "CrossSection.h"
 #include "Export.h"
 #include "PassResult.h"
 #include "Progress.h"
@@ -22,6 +23,9 @@ struct PassOptions {
     std::optional<Consist> consist =
         {}; ///< the vehicles of the train; absent: they are found by the gaps between axles
     std::optional<Limits> limits = {}; ///< values are judged by them; absent: there are no verdicts by limits
+    /// The cross-section that wheels should have, as measureWheel() takes it: pictures compare wheels with it. Values do not
+    /// depend on it.
+    std::optional<CrossSection> contour = {};
     ConsistOrder consistOrder = ConsistOrder::Found; ///< which end of the list passed first
     PassLabels labels = {}; ///< what the result says of where and when the pass was
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on

@@ -20,6 +20,14 @@ QList<detail::IniValue> valuesOf(const PoseKeys& keys) {
         }
     }
     values.append({section, "position", QByteArray::number(keys.placement)});
+    for (const PoseField& field : kPoseFields) {
+        const auto value = static_cast<float>(keys.uncertainty.*field.value);
+        if (std::isfinite(keys.pose.*field.value)) {
+            values.append({section, QByteArray(field.name) + "Uncertainty",
+                           std::isfinite(value) ? QByteArray::fromStdString(shortestText(value)) : QByteArray(),
+                           !std::isfinite(value)});
+        }
+    }
     return values;
 }
 

@@ -11,6 +11,28 @@
 
 namespace KxInspect::detail {
 
+std::optional<TrackSide> trackSideOf(const PassResult& result, std::size_t side) {
+    const std::string key = "SENSOR" + std::to_string(result.sides[side].sensor) + "/side";
+    for (const SettingValue& value : result.identity.settings.values) {
+        const std::string* const word = std::get_if<std::string>(&value.value);
+        for (const TrackSide known : {TrackSide::Left, TrackSide::Right}) {
+            if (value.key == key && word != nullptr && *word == textOf(known)) {
+                return known;
+            }
+        }
+    }
+    return {};
+}
+
+const PassWheelMeasures* measuredWheel(const PassResult& result, std::size_t pair, std::size_t side) {
+    const std::optional<TrackSide> trackSide = trackSideOf(result, side);
+    const auto isMeant = [&](const PassWheelMeasures& wheel) {
+        return wheel.pair == static_cast<int>(pair) + 1 && trackSide == wheel.side;
+    };
+    const auto wheel = std::find_if(result.wheels.begin(), result.wheels.end(), isMeant);
+    return wheel != result.wheels.end() ? &*wheel : nullptr;
+}
+
 namespace {
 
 constexpr const char* kNotSeen = "the sensor did not see the wheel";
@@ -65,30 +87,19 @@ const std::map<std::string, Found (*)(const PassWheel&, bool)>& wheelMeasures() 
     return measures;
 }
 
-/// The side of the track that a recording is of, by the settings that were measured with.
-std::optional<TrackSide> trackSideOf(const PassResult& result, std::size_t side) {
-    const std::string key = "SENSOR" + std::to_string(result.sides[side].sensor) + "/side";
-    for (const SettingValue& value : result.identity.settings.values) {
-        const std::string* const word = std::get_if<std::string>(&value.value);
-        for (const TrackSide known : {TrackSide::Left, TrackSide::Right}) {
-            if (value.key == key && word != nullptr && *word == textOf(known)) {
-                return known;
-            }
-        }
-    }
-    return {};
-}
-
 /// A measure of the cross-section of a wheel.
 Found valueOfSection(const PassResult& result, PassMeasure measure, std::size_t pair, std::size_t side) {
-    const std::optional<TrackSide> trackSide = trackSideOf(result, side);
-    for (const PassWheelMeasures& wheel : result.wheels) {
-        if (wheel.pair == static_cast<int>(pair) + 1 && trackSide == wheel.side) {
-            const PassValue& value = wheel[measure];
-            return found(value.value.value_or(std::numeric_limits<float>::quiet_NaN()), value.interval, value.reason);
-        }
+    if (const PassWheelMeasures* const wheel = measuredWheel(result, pair, side)) {
+        const PassValue& value = (*wheel)[measure];
+        return found(value.value.value_or(std::numeric_limits<float>::quiet_NaN()), value.interval, value.reason);
     }
-    return {{}, {}, trackSide ? kNotSeen : "the settings give no side and pose of the sensors"};
+    return {{}, {}, trackSideOf(result, side) ? kNotSeen : "the settings give no side and pose of the sensors"};
+}
+
+double posesOf(const PassResult& result, const Assessment& diameter) {
+    const PassWheelMeasures* const wheel =
+        measuredWheel(result, static_cast<std::size_t>(diameter.pair) - 1, static_cast<std::size_t>(diameter.side) - 1);
+    return wheel != nullptr ? static_cast<double>((*wheel)[PassMeasure::Diameter].byPoses.value_or(0.0f)) : 0.0;
 }
 
 Found valueOfWheel(const PassResult& result, const std::string& measure, std::size_t pair, std::size_t side) {
@@ -128,8 +139,24 @@ std::vector<Assessment> valuesOfWheels(const PassResult& result, const std::stri
     return values;
 }
 
+/// A diameter with the part of its interval that the poses of the sensors make; 0 where that is not known.
+struct Diameter : Assessment {
+    double byPoses = 0.0;
+
+    double half() const { return static_cast<double>(interval.high - interval.low) / 2.0; }
+};
+
+/// Half the width of the interval of the difference of two diameters. Their noise is independent and adds up as squares. The
+/// same sensors see all wheels of a side: what their poses do to one diameter they do to the other; those of different sides
+/// are independent.
+double halfOfDifference(const Diameter& a, const Diameter& b) {
+    const auto noise = [](const Diameter& d) { return std::max(0.0, d.half() * d.half() - d.byPoses * d.byPoses); };
+    const double poses = a.side == b.side ? a.byPoses - b.byPoses : std::hypot(a.byPoses, b.byPoses);
+    return std::sqrt(noise(a) + noise(b) + poses * poses);
+}
+
 /// The difference between the largest and the smallest of values that all are there.
-Found spread(const std::vector<Assessment>& values, int expected) {
+Found spread(const std::vector<Diameter>& values, int expected) {
     const auto isMeasured = [](const Assessment& v) { return v.value.has_value(); };
     const auto measured = std::count_if(values.begin(), values.end(), isMeasured);
     if (measured < expected || measured < 2) {
@@ -142,9 +169,7 @@ Found spread(const std::vector<Assessment>& values, int expected) {
     const auto [least, most] = std::minmax_element(values.begin(), values.end(), byValue);
     Found result{*most->value - *least->value, {}, {}};
     if (least->interval.isKnown() && most->interval.isKnown()) {
-        // Half the widths of both intervals, added as squares.
-        const auto half = [](const Interval& i) { return static_cast<double>(i.high - i.low) / 2.0; };
-        const double both = std::hypot(half(least->interval), half(most->interval));
+        const double both = halfOfDifference(*least, *most);
         result.interval = {static_cast<float>(*result.value - both), static_cast<float>(*result.value + both)};
     }
     return result;
@@ -153,7 +178,7 @@ Found spread(const std::vector<Assessment>& values, int expected) {
 /// Differences of diameters over axles, bogies or vehicles.
 std::vector<Assessment> differences(const PassResult& result, const MeasureInfo& measure) {
     struct Group {
-        std::vector<Assessment> wheels;
+        std::vector<Diameter> wheels;
         AxleNumber axle;
         int expected = 0;
     };
@@ -166,7 +191,7 @@ std::vector<Assessment> differences(const PassResult& result, const MeasureInfo&
             continue;
         }
         Group& group = groups[{isOfAxle ? 0 : *axle.vehicle, isOfBogie ? *axle.bogie : 0, isOfAxle ? wheel.pair : 0}];
-        group.wheels.push_back(wheel);
+        group.wheels.push_back({wheel, posesOf(result, wheel)});
         group.axle = axle;
         const PassVehicle* const vehicle = result.vehicleOf(result.pairs[static_cast<std::size_t>(wheel.pair) - 1]);
         int axles = 1;

@@ -154,6 +154,9 @@ void readPair(const JsonValue& value, PassResult& result) {
     pair.yaw = value["yaw"].number();
     pair.yawInterval = value["yawInterval"].interval();
     pair.yawReason = value["yawReason"].textOrNull();
+    if (!value["place"].isNull()) {
+        pair.place = value["place"].wideNumber();
+    }
     pair.axle = detail::readAxleNumber(value);
     result.pairs.push_back(pair);
 }
@@ -202,6 +205,17 @@ RawPicture readRawPicture(const JsonValue& value, const PassResult& result) {
     return raw;
 }
 
+std::optional<NominalContour> readContour(const JsonValue& value) {
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    NominalContour contour{value["file"].text(), value["flangeHeight"].number(), {}};
+    if (value.has("section")) {
+        contour.section = value["section"].points();
+    }
+    return contour;
+}
+
 void readFurther(const JsonValue& value, PassResult& result) {
     constexpr std::size_t kMostSensors = 49;
     constexpr int kMostWheels = 10000; // longer than any train; counts in files are claims
@@ -243,6 +257,7 @@ PassResult passFromJson(const std::string& json) {
     if (document.has("furtherRecordings")) {
         readFurther(document["furtherRecordings"], result);
     }
+    result.contour = readContour(document["contour"]);
     result.assessment = detail::readAssessment(document["assessment"]);
     result.warnings = document["warnings"].texts();
     if (document.has("pictures")) {

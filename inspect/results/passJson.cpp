@@ -154,6 +154,7 @@ QJsonObject pairObject(const PassResult& result, std::size_t index) {
         {QStringLiteral("yawReason"), reasonValue(pair.yawReason)},
         {QStringLiteral("reason"), reasonValue(pair.reason)},
         {QStringLiteral("inTolerance"), pair.inTolerance ? QJsonValue(*pair.inTolerance) : QJsonValue()}};
+    object[QStringLiteral("place")] = pair.place ? jsonNumber(*pair.place) : QJsonValue();
     addAxleNumber(pair.axle, object);
     object[QStringLiteral("verdict")] = verdictValue(
         result.assessment ? result.assessment->ofAxle(static_cast<int>(index) + 1, "backToBack") : std::nullopt);
@@ -193,6 +194,19 @@ QJsonObject rawObject(const RawPicture& raw) {
             {QStringLiteral("low"), lineValue(raw.low)}};
 }
 
+/// Null without a contour.
+QJsonValue contourValue(const std::optional<NominalContour>& contour, Pictures pictures) {
+    if (!contour) {
+        return QJsonValue();
+    }
+    QJsonObject object = {{QStringLiteral("file"), text(contour->file)},
+                          {QStringLiteral("flangeHeight"), jsonNumber(contour->flangeHeight)}};
+    if (pictures == Pictures::Included) {
+        object[QStringLiteral("section")] = jsonPoints(contour->section);
+    }
+    return object;
+}
+
 } // namespace
 
 std::string toJson(const PassResult& result, Pictures pictures) {
@@ -218,6 +232,7 @@ std::string toJson(const PassResult& result, Pictures pictures) {
                             {QStringLiteral("pairs"), pairs},
                             {QStringLiteral("train"), trainObject(result.train)},
                             {QStringLiteral("assessment"), assessmentValue(result)},
+                            {QStringLiteral("contour"), contourValue(result.contour, pictures)},
                             {QStringLiteral("warnings"), jsonList(result.warnings)}};
     if (!result.wheels.empty()) {
         document[QStringLiteral("wheels")] = wheelMeasuresList(result.wheels, pictures);

@@ -14,6 +14,11 @@ QJsonValue reasonValue(const std::string& reason) {
     return reason.empty() ? QJsonValue() : QJsonValue(QString::fromStdString(reason));
 }
 
+/// What an interval is of; null where there is none.
+QJsonValue holdsValue(const PassValue& value) {
+    return value.interval.isKnown() ? QJsonValue(QLatin1String(whatIntervalHolds(value))) : QJsonValue();
+}
+
 QJsonObject shareObject(const SensorShare& share) {
     QJsonArray measures;
     for (const PassMeasureInfo& info : kPassMeasureInfos) {
@@ -64,6 +69,8 @@ QJsonArray wheelMeasuresList(const std::vector<PassWheelMeasures>& wheels, Pictu
             const PassValue& value = wheel[info.measure];
             measures[QLatin1String(info.key)] = QJsonObject{{QStringLiteral("value"), jsonNumber(value.value)},
                                                             {QStringLiteral("interval"), jsonInterval(value.interval)},
+                                                            {QStringLiteral("intervalHolds"), holdsValue(value)},
+                                                            {QStringLiteral("byPoses"), jsonNumber(value.byPoses)},
                                                             {QStringLiteral("reason"), reasonValue(value.reason)}};
         }
         QJsonArray sensors;
@@ -77,6 +84,7 @@ QJsonArray wheelMeasuresList(const std::vector<PassWheelMeasures>& wheels, Pictu
                               {QStringLiteral("sensors"), sensors}};
         if (pictures == Pictures::Included) {
             object[QStringLiteral("section")] = jsonPoints(wheel.section);
+            object[QStringLiteral("deviations")] = jsonPoints(wheel.deviations);
         }
         list.append(object);
     }
@@ -97,13 +105,17 @@ std::vector<PassWheelMeasures> readWheelMeasures(const JsonValue& list, std::siz
         for (const PassMeasureInfo& info : kPassMeasureInfos) {
             const JsonValue measure = value["measures"][info.key];
             wheel.values[static_cast<std::size_t>(info.measure)] = {
-                measure["value"].numberIfPresent(), measure["interval"].interval(), measure["reason"].textOrNull()};
+                measure["value"].numberIfPresent(), measure["interval"].interval(), measure["reason"].textOrNull(),
+                measure["byPoses"].numberIfPresent()};
         }
         for (const JsonValue& share : value["sensors"].list()) {
             wheel.sensors.push_back(readShare(share));
         }
         if (value.has("section")) {
             wheel.section = value["section"].points();
+        }
+        if (value.has("deviations")) {
+            wheel.deviations = value["deviations"].points();
         }
         wheels.push_back(std::move(wheel));
     }

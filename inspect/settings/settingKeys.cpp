@@ -101,6 +101,17 @@ std::vector<SettingKey> makeKeys() {
         keys.push_back({pose, kPerSensor, kReal, "pose of the sensor, for the shape and the measures of wheels", "",
                         kNone, -kInfinity, kInfinity, kNever, kNever});
     }
+    constexpr double kMostShift = 1000.0; // mm
+    constexpr double kMostTurn = 45.0; // degrees
+    for (const char* const length : {"xUncertainty", "yUncertainty", "zUncertainty"}) {
+        keys.push_back({length, kPerSensor, kReal,
+                        "how far that value of the pose may be off, to both sides, with 95 %", "mm", kNone, 0,
+                        kMostShift, kNever, kNever});
+    }
+    for (const char* const angle : {"alphaUncertainty", "betaUncertainty", "gammaUncertainty"}) {
+        keys.push_back({angle, kPerSensor, kReal, "how far that angle of the pose may be off, to both sides, with 95 %",
+                        "degrees", kNone, 0, kMostTurn, kNever, kNever});
+    }
     return keys;
 }
 

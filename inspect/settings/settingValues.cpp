@@ -81,6 +81,14 @@ std::vector<SettingValue> valuesOf(const StationSettings& settings) {
             list.add(sensor.number, "y", sensor.origin->y);
             list.add(sensor.number, "z", sensor.origin->z);
         }
+        if (sensor.poseUncertainty) {
+            list.add(sensor.number, "xUncertainty", sensor.poseUncertainty->x);
+            list.add(sensor.number, "yUncertainty", sensor.poseUncertainty->y);
+            list.add(sensor.number, "zUncertainty", sensor.poseUncertainty->z);
+            list.add(sensor.number, "alphaUncertainty", sensor.poseUncertainty->alpha);
+            list.add(sensor.number, "betaUncertainty", sensor.poseUncertainty->beta);
+            list.add(sensor.number, "gammaUncertainty", sensor.poseUncertainty->gamma);
+        }
         if (sensor.side) {
             list.add(sensor.number, "side", textOf(*sensor.side));
         }

@@ -4,6 +4,7 @@
 #include <KxMath/KxWheelDetection.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace KxInspect {
@@ -49,18 +50,43 @@ std::optional<SensorOrigin> readOrigin(IniFile& file, int sensor) {
     return SensorOrigin{static_cast<double>(*x), static_cast<double>(*y), static_cast<double>(*z)};
 }
 
+/// The uncertainty of the pose, when all of it is there. One that is there in part is a warning.
+std::optional<PoseUncertainty> readPoseUncertainty(IniFile& file, int sensor, std::vector<std::string>& warnings) {
+    constexpr std::array<const char*, 6> kKeys = {"xUncertainty",     "yUncertainty",    "zUncertainty",
+                                                  "alphaUncertainty", "betaUncertainty", "gammaUncertainty"};
+    std::array<double, kKeys.size()> values = {};
+    std::size_t found = 0;
+    std::string missing;
+    for (std::size_t i = 0; i < kKeys.size(); ++i) {
+        const auto value = file.number(KxMath::KxSensorKey(sensor, kKeys[i]), Need::Optional);
+        values[i] = static_cast<double>(value.value_or(0.0f));
+        found += value ? 1 : 0;
+        missing = value || !missing.empty() ? missing : kKeys[i];
+    }
+    if (found == kKeys.size()) {
+        return PoseUncertainty{values[0], values[1], values[2], values[3], values[4], values[5]};
+    }
+    if (found > 0) {
+        warnings.push_back("the uncertainty of the pose of SENSOR" + std::to_string(sensor) +
+                           " is not used: the key '" + missing + "' is missing");
+    }
+    return {};
+}
+
 std::optional<TrackSide> readSide(IniFile& file, int sensor) {
     const auto side = file.word(KxMath::KxSensorKey(sensor, "side"));
     return side ? std::optional(*side == 0 ? TrackSide::Left : TrackSide::Right) : std::nullopt;
 }
 
-SensorSettings readSensor(IniFile& file, int number, int serial, const StationSettings& settings) {
+SensorSettings readSensor(IniFile& file, int number, int serial, const StationSettings& settings,
+                          std::vector<std::string>& warnings) {
     SensorSettings sensor;
     sensor.number = number;
     sensor.serial = serial;
     sensor.angles = readAngles(file, number);
     sensor.origin = readOrigin(file, number);
     sensor.side = readSide(file, number);
+    sensor.poseUncertainty = readPoseUncertainty(file, number, warnings);
     const auto line = [&](const char* slope, const char* intercept, Need need = Need::Required) {
         return file.line(KxMath::KxSensorKey(number, slope), KxMath::KxSensorKey(number, intercept), need);
     };
@@ -82,10 +108,13 @@ StationSettings readStationSettings(const std::string& path) {
     settings.baseUncertainty = file.number(QStringLiteral("baseUncertainty"), Need::Optional);
     settings.minProfilesInWheel =
         file.wholeNumber(QStringLiteral("minProfsInWheel"), Need::Optional).value_or(settings.minProfilesInWheel);
-    forEachSensor(
-        file, [&](int number, int serial) { settings.sensors.push_back(readSensor(file, number, serial, settings)); });
+    std::vector<std::string> warnings;
+    forEachSensor(file, [&](int number, int serial) {
+        settings.sensors.push_back(readSensor(file, number, serial, settings, warnings));
+    });
     settings.faults = file.faults();
     settings.warnings = file.warnings();
+    settings.warnings.insert(settings.warnings.end(), warnings.begin(), warnings.end());
     return settings;
 }
 

@@ -16,6 +16,7 @@
 #include "inspect/train/wheelFiles.h"
 #include "inspect/train/wheelPairs.h"
 #include "inspect/train/wheelRoundness.h"
+#include "inspect/wheelset/contourDeviation.h"
 
 #include <KxInspect/KxMathTypes.h>
 #include <KxInspect/Train.h>
@@ -247,11 +248,22 @@ std::vector<SensorWheels> sensorsOf(const StationSettings& settings, const std::
     return sensors;
 }
 
+/// Compares the sections of all wheels with the nominal contour.
+void compareWithContour(const NominalContour& contour, PassResult& result) {
+    for (PassWheelMeasures& wheel : result.wheels) {
+        if (const std::optional<float>& height = wheel[PassMeasure::FlangeHeight].value) {
+            wheel.deviations = deviationsFrom(contour, wheel.section, *height);
+        }
+    }
+    result.contour = contour;
+}
+
 } // namespace
 
 PassResult measurePass(const std::vector<std::string>& recordings, const StationSettings& settings,
                        const PassOptions& options, const Progress& progress) {
     PassInputs inputs = openPass(recordings, settings, options);
+    const auto contour = options.contour ? std::optional(nominalContour(*options.contour)) : std::nullopt;
     PassResult result;
     result.mode = options.mode;
     result.identity = identityOf(settings, options);
@@ -285,6 +297,9 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     numberPairs(sides, options, result);
     report(progress, "measuring wheels", {}, 0.0);
     measureWheels(sensorsOf(settings, sides, further), {&sides[0].found, &sides[1].found}, settings, result);
+    if (contour) {
+        compareWithContour(*contour, result);
+    }
     if (options.defects) {
         judgeTreadsOfPass(options, sides, result, progress);
     }

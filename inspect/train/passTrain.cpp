@@ -55,6 +55,9 @@ void numberPairs(const std::vector<MeasuredSide>& sides, const PassOptions& opti
         places.push_back(placeOf(pair, sides, shift));
     }
     const bool hasPlaces = havePlaces(sides);
+    for (std::size_t i = 0; i < places.size() && hasPlaces; ++i) {
+        result.pairs[i].place = std::isfinite(places[i]) ? std::optional(places[i]) : std::nullopt;
+    }
     const bool isOrdered = std::adjacent_find(places.begin(), places.end(), std::greater_equal<>()) == places.end();
     if (hasPlaces && isOrdered) {
         std::vector<AxleNumber> numbers;

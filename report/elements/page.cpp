@@ -20,6 +20,7 @@ header p { margin: 4px 0 0; color: #55616d; overflow-wrap: anywhere; }
 h2 { font-size: 18px; margin: 34px 0 8px; }
 p { max-width: 900px; margin: 8px 0; overflow-wrap: anywhere; }
 p.warning { max-width: none; background: #fff3e6; border-left: 4px solid #D55E00; padding: 8px 12px; }
+p.verdict { max-width: none; font-size: 18px; background: #fff; border: 1px solid #dbe1e7; padding: 8px 12px; }
 p.failure { max-width: none; background: #fdeaea; color: #8c1010; border-left: 4px solid #c01818; padding: 8px 12px; }
 .facts { display: flex; flex-wrap: wrap; gap: 12px; margin: 16px 0; }
 .facts div { background: #fff; border: 1px solid #dbe1e7; border-radius: 6px; padding: 10px 16px; min-width: 130px; }
@@ -36,6 +37,14 @@ svg .axis { font-size: 12px; fill: #1c2630; }
 table { border-collapse: collapse; background: #fff; font-size: 13px; width: 100%; font-variant-numeric: tabular-nums; }
 th, td { border-bottom: 1px solid #e3e8ed; padding: 4px 9px; text-align: right; }
 th { background: #eaeff3; font-weight: 600; vertical-align: bottom; }
+td { white-space: pre-line; }
+td.text.bad, td.text.good, td.text.faint { white-space: nowrap; overflow-wrap: normal; }
+.sheet th:first-child, .sheet td:first-child { position: sticky; left: 0; background: #eaeff3; min-width: 92px; }
+.sheet td { vertical-align: top; white-space: pre; }
+.sheet td:first-child { white-space: pre-line; }
+.sheet tr:target td { background: #fff3c4; }
+svg.natural { width: auto; max-width: none; }
+svg a:focus, svg a:hover { outline: 2px solid #0072B2; }
 th.text, td.text { text-align: left; overflow-wrap: anywhere; }
 table.wide { font-size: 12px; }
 .wide th, .wide td { padding: 4px 5px; }
@@ -74,6 +83,15 @@ const char* className(Tone tone) {
     return "";
 }
 
+/// A text whose line feeds stay.
+QString linesOf(const QString& text) {
+    QStringList lines;
+    for (const QString& line : text.split(QLatin1Char('\n'))) {
+        lines.append(escaped(line));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
 QString figureElement(const QString& svg, const QString& caption) {
     return QStringLiteral("<figure>\n") + svg + QStringLiteral("<figcaption>") + escaped(caption) +
            QStringLiteral("</figcaption>\n</figure>\n");
@@ -107,6 +125,11 @@ void Page::failure(const QString& text) {
         QStringLiteral("<p class=\"failure\"><strong>No result:</strong> ") + escaped(text) + QStringLiteral("</p>\n");
 }
 
+void Page::verdict(const QString& text, Tone tone) {
+    body_ += QStringLiteral("<p class=\"verdict %1\">").arg(QLatin1String(className(tone))) + escaped(text) +
+             QStringLiteral("</p>\n");
+}
+
 void Page::facts(const std::vector<Fact>& facts) {
     body_ += QStringLiteral("<div class=\"facts\">\n");
     for (const Fact& fact : facts) {
@@ -121,6 +144,11 @@ void Page::figure(const QString& svg, const QString& caption) {
     body_ += figureElement(svg, caption);
 }
 
+void Page::wideFigure(const QString& svg, const QString& caption) {
+    body_ += QStringLiteral("<figure>\n<div class=\"scroll\">") + svg + QStringLiteral("</div>\n<figcaption>") +
+             escaped(caption) + QStringLiteral("</figcaption>\n</figure>\n");
+}
+
 void Page::figures(const std::vector<Figure>& figures) {
     body_ += QStringLiteral("<div class=\"half\">\n");
     for (const Figure& figure : figures) {
@@ -130,20 +158,34 @@ void Page::figures(const std::vector<Figure>& figures) {
 }
 
 void Page::table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns) {
+    addTable(headers, rows, textColumns, {});
+}
+
+void Page::linkedTable(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, const QStringList& ids,
+                       int textColumns) {
+    addTable(headers, rows, textColumns, ids);
+}
+
+void Page::addTable(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns,
+                    const QStringList& ids) {
     const auto columnClass = [textColumns](int column) { return QLatin1String(column < textColumns ? "text " : ""); };
     constexpr qsizetype kMany = 12; // columns that have room
+    const QString kind =
+        QLatin1String(headers.size() > kMany ? "wide" : "") + QLatin1String(ids.isEmpty() ? "" : " sheet");
     body_ += QStringLiteral("<div class=\"scroll\"><table%1>\n<thead><tr>")
-                 .arg(headers.size() > kMany ? QStringLiteral(" class=\"wide\"") : QString());
+                 .arg(kind.isEmpty() ? QString() : QStringLiteral(" class=\"%1\"").arg(kind.trimmed()));
     for (int column = 0; column < headers.size(); ++column) {
         body_ += QStringLiteral("<th class=\"") + columnClass(column) + QStringLiteral("\">") +
                  escaped(headers.at(column)) + QStringLiteral("</th>");
     }
     body_ += QStringLiteral("</tr></thead>\n<tbody>\n");
-    for (const std::vector<Cell>& row : rows) {
-        body_ += QStringLiteral("<tr>");
+    for (size_t number = 0; number < rows.size(); ++number) {
+        const std::vector<Cell>& row = rows[number];
+        const QString id = ids.value(static_cast<qsizetype>(number));
+        body_ += id.isEmpty() ? QStringLiteral("<tr>") : QStringLiteral("<tr id=\"%1\">").arg(escaped(id));
         for (size_t column = 0; column < row.size(); ++column) {
             body_ += QStringLiteral("<td class=\"") + columnClass(static_cast<int>(column)) +
-                     QLatin1String(className(row[column].tone)) + QStringLiteral("\">") + escaped(row[column].text) +
+                     QLatin1String(className(row[column].tone)) + QStringLiteral("\">") + linesOf(row[column].text) +
                      QStringLiteral("</td>");
         }
         body_ += QStringLiteral("</tr>\n");

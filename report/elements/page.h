@@ -13,7 +13,7 @@ namespace kxreport {
 enum class Tone { Plain, Good, Bad, Faint };
 
 struct Cell {
-    QString text;
+    QString text; ///< line feeds begin new lines
     Tone tone = Tone::Plain;
 };
 
@@ -40,19 +40,31 @@ public:
     void warning(const QString& text);
     /// A red paragraph: why there is no result.
     void failure(const QString& text);
+    /// A paragraph in large letters: what is to be read first.
+    void verdict(const QString& text, Tone tone);
     void facts(const std::vector<Fact>& facts);
     /// A figure of the full width.
     void figure(const QString& svg, const QString& caption);
+    /// A figure in its own size, which is scrolled where it is wider than the page.
+    void wideFigure(const QString& svg, const QString& caption);
     /// Figures of half the width side by side, below each other on narrow screens.
     void figures(const std::vector<Figure>& figures);
     /// @param textColumns the number of columns from the left that hold text, the others hold numbers
     void table(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns = 0);
     void table(std::initializer_list<QString> headers, const std::vector<std::vector<Cell>>& rows, int textColumns = 0);
 
+    /// A table whose rows other parts of the page link to and whose first column stays when it is scrolled.
+    /// @param ids of the rows; in parallel with them
+    void linkedTable(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, const QStringList& ids,
+                     int textColumns);
+
     /// The finished document.
     QString html() const;
 
 private:
+    void addTable(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns,
+                  const QStringList& ids);
+
     QString title_;
     QString body_;
 };

@@ -11,6 +11,7 @@
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
+#include "report/train/sheetTable.h"
 #include "report/train/vehicleTable.h"
 #include "report/train/verdictTable.h"
 #include "report/train/wheelSections.h"
@@ -274,10 +275,14 @@ void addIdentity(const PassResult& pass, Page& page) {
 } // namespace
 
 QString passReport(const PassResult& pass) {
-    Page page(QStringLiteral("Wheel distances of a train"),
+    Page page(QStringLiteral("Wheels of a train"),
               QStringLiteral("%1 and %2, settings %3, mode %4")
                   .arg(QString::fromStdString(pass.sides[0].name), QString::fromStdString(pass.sides[1].name),
                        QString::fromStdString(pass.settings), QString::number(pass.mode)));
+    if (const QString identity = identityText(pass); !identity.isEmpty()) {
+        page.paragraph(identity);
+    }
+    addSheet(pass, page);
     addFacts(pass, page);
     for (const std::string& warning : pass.warnings) {
         page.warning(QString::fromStdString(warning));
@@ -294,7 +299,7 @@ QString passReport(const PassResult& pass) {
     if (pass.defectLimits) {
         addDefects(pass, page);
     }
-    addWheelMeasures(pass, page);
+    addWheelSections(pass, page);
     addIdentity(pass, page);
     return page.html();
 }

@@ -1,4 +1,4 @@
-// The measures and cross-sections of wheels on the page of a pass.
+// The cross-sections of wheels on the page of a pass.
 #pragma once
 
 #include <KxInspect/PassResult.h>
@@ -7,8 +7,8 @@ namespace kxreport {
 
 class Page;
 
-/// Adds a table with a row per wheel, and the cross-sections of the pairs that are shown; nothing for a pass whose wheels were
-/// not measured.
-void addWheelMeasures(const KxInspect::PassResult& pass, Page& page);
+/// Adds the cross-section of each wheel, over the nominal contour and beside its deviation where there is one; nothing for a
+/// pass whose wheels were not measured.
+void addWheelSections(const KxInspect::PassResult& pass, Page& page);
 
 } // namespace kxreport

@@ -51,7 +51,7 @@ def all_cases():
     train = "train pass/train_101.bin pass/train_102.bin "
     shots = "calibrate shots/calibration-1.bin shots/calibration-2.bin --position 2 --side larger-y --oblique-crest above "
     cases = [
-        Case("train", f"{train} {SETTINGS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
+        Case("train", f"{train} {SETTINGS} {OUTPUTS} --csv o.csv --sheet s.csv", "o.json o.html o.csv s.csv"),
         Case("train-stdout", f"{train} {SETTINGS} --json -"),
         Case("wheel", f"wheel wheel.csv in.whl {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
         Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),

@@ -99,9 +99,16 @@ PassResult result() {
     return r;
 }
 
+/// The page without the table of its sheet.
+ReadPage readDetails(const PassResult& pass) {
+    ReadPage page = readPage(kxreport::passReport(pass));
+    page.tables.erase(page.tables.begin());
+    return page;
+}
+
 TEST(PassPage, ShowsTheFactsOfTheJson) {
     const QJsonObject json = jsonOf(result());
-    const ReadPage page = readPage(kxreport::passReport(result()));
+    const ReadPage page = readDetails(result());
     EXPECT_EQ(page.subtitle, "left_101.bin and right_102.bin, settings s.ini, mode 3");
     const std::map<QString, ReadCell> facts = {
         {"Wheels found, sides 1 / 2", {"3 / 4", "bad"}},
@@ -143,7 +150,7 @@ TEST(PassPage, ShowsTheFactsOfTheJson) {
 
 TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {
     const QJsonObject json = jsonOf(result());
-    const ReadPage page = readPage(kxreport::passReport(result()));
+    const ReadPage page = readDetails(result());
     ASSERT_EQ(page.tables.size(), 5u) << "the last is that of the files";
     const char* const tones[] = {"good", "bad", "faint", "faint"};
     const char* const verdicts[] = {"ok", "out", "not judged", "not judged"};
@@ -197,7 +204,7 @@ TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {
 
 TEST(PassPage, DrawsWheelsAndDistances) {
     const QJsonObject json = jsonOf(result());
-    const ReadPage page = readPage(kxreport::passReport(result()));
+    const ReadPage page = readDetails(result());
     const ReadPlot wheels = page.plot("Wheels along the pass"), distances = page.plot("Distance of each wheel pair");
     const QString legends[] = {"wheel of left_101.bin (SENSOR3)", "wheel of right_102.bin (SENSOR7)"};
     double heights[2] = {};
@@ -251,7 +258,7 @@ void expectLine(const ReadPlot& plot, const QString& legend, const QJsonValue& l
 
 TEST(PassPage, DrawsTheProfilesOfEachSide) {
     const QJsonObject json = jsonOf(result());
-    const ReadPage page = readPage(kxreport::passReport(result()));
+    const ReadPage page = readDetails(result());
     const QString captions[] = {"Side 1, SENSOR3, wheel 1: all 10 profiles; chosen is profile 4 (record 24), with 33 "
                                 "points below the level line. "
                                 "What is far behind the wheel is outside the picture.",
@@ -330,6 +337,51 @@ TEST(PassPage, DrawsTheProfilesOfEachSide) {
     EXPECT_TRUE(page.paragraphs.contains("Base distance 1361.500 mm, distance of this pair 1360.250 mm."));
     EXPECT_TRUE(page.paragraphs.contains("Only one sensor saw this wheel; it has no distance."));
     EXPECT_TRUE(page.headings.contains("Profiles of wheel pair 3"));
+}
+
+TEST(PassPage, BeginsWithVerdictTrainAndSheet) {
+    PassResult pass = result();
+    pass.train.vehicles = {{1, {2}, 2, "Mc", "4711", {}, {}}, {2, {1, 1}, 1, {}, {}, {}, {}}};
+    for (int i = 0; i < 3; ++i) {
+        pass.pairs[std::size_t(i)].axle = {i / 2 + 1, i < 2 ? std::optional(1) : std::nullopt, i % 2 + 1, {}};
+        pass.pairs[std::size_t(i)].place = 2000.0 * i;
+    }
+    pass.pairs[1].interval = {1357.0f, 1358.0f};
+    Assessment low;
+    low.measure = "backToBack";
+    low.pair = 2;
+    low.value = 1357.5;
+    low.interval = pass.pairs[1].interval;
+    low.bounds.alarmLow = 1357.75;
+    low.verdict = LimitVerdict::Alarm;
+    low.isDoubtful = true;
+    Assessment missing = low;
+    missing.pair = 3;
+    missing.value.reset();
+    missing.verdict = LimitVerdict::NotMeasured;
+    missing.isDoubtful.reset();
+    missing.reason = "one side";
+    pass.assessment = PassAssessment{{}, {low, missing}};
+    const QString html = kxreport::passReport(pass);
+    const ReadPage page = readPage(html);
+    EXPECT_TRUE(
+        page.paragraphs.value(1).startsWith("Verdict of the pass: \u25a0 alarm. Of 10 wheels: 2 with an alarm, 0 "
+                                            "with a warning, 2 not wholly measured"))
+        << page.paragraphs.value(1).toStdString();
+    EXPECT_EQ(page.headings.mid(0, 3), QStringList({"The train as it passed", "Worst wheels", "Sheet of the wheels"}));
+    EXPECT_EQ(page.tables[0].row(0),
+              "vehicle 1, axle 2, side 1|\u25a0 alarm|back-to-back: 1357.50 \u00b1 0.500 mm, alarm, doubtful");
+    const ReadTable& sheet = page.tables[1];
+    ASSERT_EQ(sheet.rows.size(), 10u) << "four pairs, and the axle that nobody saw";
+    EXPECT_EQ(sheet.at(2, "wheel").text, "vehicle 1\naxle 2\nside 1");
+    EXPECT_EQ(sheet.at(2, "back-to-back, mm"),
+              (ReadCell{"1357.50 \u00b1 0.500\n\u25a0 alarm (doubtful)\nalarm unless \u2265 1357.75", "bad"}));
+    EXPECT_EQ(sheet.at(2, "mark").text + sheet.at(2, "number").text, "Mc4711");
+    EXPECT_EQ(sheet.at(4, "verdict"), (ReadCell{"\u25cb not measured", "faint"}));
+    EXPECT_EQ(sheet.at(9, "profiles").text, "0\nthe axle has no number in the pass");
+    EXPECT_FALSE(sheet.headers.contains("diameter, mm")) << "no value and no limits";
+    EXPECT_TRUE(html.contains("href=\"#wheel-2-1\"") && html.contains("<tr id=\"wheel-2-1\">"));
+    EXPECT_FALSE(html.contains("href=\"#wheel-4-1\"")) << "no place";
 }
 
 } // namespace

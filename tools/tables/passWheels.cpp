@@ -1,9 +1,10 @@
 // How far the measures of the wheels of simulated passes are off, and how often their 95 % intervals hold the truth.
 //
-//     passWheels SENSORS PASSES [FIRST_SEED [NOISE]]
+//     passWheels SENSORS PASSES [FIRST_SEED [NOISE [POSES]]]
 //
 // SENSORS is 2 for a sensor between the rails on either side, 4 with one on the field side, 6 with two of them. Each pass has
-// its own wear, yaw, shifts and noise (0.02 to 0.15 mm unless NOISE gives it).
+// its own wear, yaw, shifts and noise (0.02 to 0.15 mm unless NOISE is above 0). With POSES each pass is measured so many
+// times, with poses that are off by what their uncertainty says, normally distributed and each on its own.
 #include "simulator/random.h"
 #include "simulator/simulation.h"
 #include "simulator/train.h"
@@ -78,6 +79,24 @@ kxsim::Parameters drawPass(int sensors, std::uint64_t seed, double noise) {
     return p;
 }
 
+/// Settings with poses that are off, and their uncertainties: 0.03 to 0.2 mm and 0.01 to 0.08 degrees, to both sides with 95 %.
+StationSettings withDrawnPoses(StationSettings settings, kxsim::Random& random) {
+    constexpr double kNormal95 = 1.959964;
+    const double place = random.uniform(0.03, 0.2);
+    const double angle = random.uniform(0.01, 0.08);
+    const auto off = [&](double uncertainty) { return random.normal() * uncertainty / kNormal95; };
+    for (SensorSettings& sensor : settings.sensors) {
+        sensor.poseUncertainty = PoseUncertainty{place, place, place, angle, angle, angle};
+        for (double* const value : {&sensor.origin->x, &sensor.origin->y, &sensor.origin->z}) {
+            *value += off(place);
+        }
+        for (double* const value : {&sensor.angles->alpha, &sensor.angles->beta, &sensor.angles->gamma}) {
+            *value += off(angle);
+        }
+    }
+    return settings;
+}
+
 double number(const char* text, double byDefault) {
     return text != nullptr ? std::strtod(text, nullptr) : byDefault;
 }
@@ -90,6 +109,7 @@ int main(int argc, char** argv) {
     const int passes = static_cast<int>(number(argument(2), 10.0));
     const auto first = static_cast<std::uint64_t>(number(argument(3), 1.0));
     const double noise = number(argument(4), 0.0);
+    const int poses = static_cast<int>(number(argument(5), 0.0));
     std::array<std::vector<Trial>, kPassMeasures> trials;
     std::array<int, kPassMeasures> absent = {};
     std::array<std::map<std::string, int>, kPassMeasures> reasons;
@@ -107,46 +127,51 @@ int main(int argc, char** argv) {
                 (folder.path() + QStringLiteral("/train_%1.bin").arg(kxsim::serialOf(p, i))).toStdString());
         }
         const StationSettings settings = readStationSettings(folder.filePath("settings.ini").toStdString());
-        const std::clock_t start = std::clock();
-        const PassResult result = measurePass(recordings, settings);
-        seconds += static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-        if (result.pairs.size() != train.pairs.size()) {
-            std::printf("seed %d: %zu pairs instead of %zu\n", static_cast<int>(seed), result.pairs.size(),
-                        train.pairs.size());
-            continue;
-        }
-        for (const PassWheelMeasures& measured : result.wheels) {
-            ++wheels;
-            const kxsim::WheelPair& pair = train.pairs[static_cast<std::size_t>(measured.pair - 1)];
-            const kxsim::Wheel& wheel = pair.wheels[measured.side == TrackSide::Left ? 0 : 1];
-            for (const SensorShare& share : measured.sensors) {
-                if (!share.reason.empty()) {
-                    ++failures["SENSOR" + std::to_string(share.sensor) + ": " + share.reason];
+        kxsim::Random draws({seed, 78});
+        for (int draw = 0; draw < std::max(1, poses); ++draw) {
+            const StationSettings used = poses > 0 ? withDrawnPoses(settings, draws) : settings;
+            const std::clock_t start = std::clock();
+            const PassResult result = measurePass(recordings, used);
+            seconds += static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+            if (result.pairs.size() != train.pairs.size()) {
+                std::printf("seed %d: %zu pairs instead of %zu\n", static_cast<int>(seed), result.pairs.size(),
+                            train.pairs.size());
+                continue;
+            }
+            for (const PassWheelMeasures& measured : result.wheels) {
+                ++wheels;
+                const kxsim::WheelPair& pair = train.pairs[static_cast<std::size_t>(measured.pair - 1)];
+                const kxsim::Wheel& wheel = pair.wheels[measured.side == TrackSide::Left ? 0 : 1];
+                for (const SensorShare& share : measured.sensors) {
+                    if (!share.reason.empty()) {
+                        ++failures["SENSOR" + std::to_string(share.sensor) + ": " + share.reason];
+                    }
+                }
+                for (const PassMeasureInfo& info : kPassMeasureInfos) {
+                    const auto i = static_cast<std::size_t>(info.measure);
+                    const PassValue& value = measured[info.measure];
+                    if (!value.value) {
+                        ++absent[i];
+                        ++reasons[i][value.reason];
+                        continue;
+                    }
+                    const double truth = kxtables::trueMeasure(wheel, info.measure);
+                    const double error = static_cast<double>(*value.value) - truth;
+                    trials[i].push_back({error, static_cast<double>(value.interval.high - value.interval.low) / 2.0,
+                                         value.interval.holds(static_cast<float>(truth))});
+                    if (std::getenv("PASS_WHEELS_LIST") != nullptr) {
+                        std::printf("%d %d %s %s %.4f %.4f\n", static_cast<int>(seed), measured.pair,
+                                    textOf(measured.side), info.key, error, trials[i].back().halfWidth);
+                    }
                 }
             }
-            for (const PassMeasureInfo& info : kPassMeasureInfos) {
-                const auto i = static_cast<std::size_t>(info.measure);
-                const PassValue& value = measured[info.measure];
-                if (!value.value) {
-                    ++absent[i];
-                    ++reasons[i][value.reason];
-                    continue;
-                }
-                const double truth = kxtables::trueMeasure(wheel, info.measure);
-                const double error = static_cast<double>(*value.value) - truth;
-                trials[i].push_back({error, static_cast<double>(value.interval.high - value.interval.low) / 2.0,
-                                     value.interval.holds(static_cast<float>(truth))});
-                if (std::getenv("PASS_WHEELS_LIST") != nullptr) {
-                    std::printf("%d %d %s %s %.4f %.4f\n", static_cast<int>(seed), measured.pair, textOf(measured.side),
-                                info.key, error, trials[i].back().halfWidth);
-                }
+            for (const std::string& warning : result.warnings) {
+                std::printf("seed %d: %s\n", static_cast<int>(seed), warning.c_str());
             }
-        }
-        for (const std::string& warning : result.warnings) {
-            std::printf("seed %d: %s\n", static_cast<int>(seed), warning.c_str());
         }
     }
-    std::printf("%d sensors, %d wheels, %.3f s of measuring for each pass\n\n", sensors, wheels, seconds / passes);
+    std::printf("%d sensors, %d wheels, %.3f s of measuring for each pass\n\n", sensors, wheels,
+                seconds / passes / std::max(1, poses));
     std::printf("| measure | values | absent | mean error, mm | standard deviation, mm | worst, mm | half an interval, "
                 "median, mm | holds the truth |\n| --- | --- | --- | --- | --- | --- | --- | --- |\n");
     for (const PassMeasureInfo& info : kPassMeasureInfos) {

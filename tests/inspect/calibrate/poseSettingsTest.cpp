@@ -32,6 +32,10 @@ TEST(WithPose, PutsKeysIntoTheirSection) {
         EXPECT_EQ(withPose(c.after, {2, kPose, 3}), c.after) << "again";
     }
     EXPECT_EQ(withPose("[SENSOR2]\r\nx=9\r\n", {2, {1.5}, 3}), "[SENSOR2]\r\nx=1.5\r\nposition=3\r\n");
+    // What an uncertainty said of another pose does not stay; that of a value that is not changed does.
+    EXPECT_EQ(withPose("[SENSOR2]\nxUncertainty=0.5\nyUncertainty=0.75\nzUncertainty=1\n",
+                       {2, {1.5, kUnknown, 3.0}, 3, {kUnknown, kUnknown, 0.25}}),
+              "[SENSOR2]\n;xUncertainty=\nyUncertainty=0.75\nzUncertainty=0.25\nx=1.5\nz=3\nposition=3\n");
 }
 
 TEST(WithPose, RefusesTextsInWhichOtherKeysWouldChange) {

@@ -3,10 +3,11 @@
 #include "inspect/limits/assessPass.h"
 #include "support/tempFiles.h"
 
-#include <KxInspect/PassResult.h>
+#include <KxInspect/PassSheet.h>
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -136,7 +137,8 @@ TEST(Limits, DoNotJudgeWhatIsNotMeasured) {
     }
 }
 
-TEST(Limits, JudgeDiametersAndTheirDifferences) {
+/// The same with diameters, of which one is missing.
+PassResult passWithDiameters() {
     PassResult result = pass();
     result.sides[0].sensor = 1;
     result.sides[1].sensor = 4;
@@ -152,6 +154,11 @@ TEST(Limits, JudgeDiametersAndTheirDifferences) {
     add(2, TrackSide::Left, 900.0f);
     add(2, TrackSide::Right, 900.25f);
     add(3, TrackSide::Right, 899.0f); // and none on the left
+    return result;
+}
+
+TEST(Limits, JudgeDiametersAndTheirDifferences) {
+    const PassResult result = passWithDiameters();
     const PassAssessment a = detail::assessPass(
         result, readText("[diameter]\nwarningLow=918.75\nalarmLow=850\n[diameterDifferenceAxle]\nwarningHigh=1\n"
                          "[diameterDifferenceVehicle]\nwarningHigh=5\n"));
@@ -169,6 +176,58 @@ TEST(Limits, JudgeDiametersAndTheirDifferences) {
     EXPECT_EQ(values("diameterDifferenceAxle"), "warning, ok, not measured, not measured");
     EXPECT_EQ(values("diameterDifferenceVehicle"), "not measured, not measured");
     EXPECT_EQ(a.ofVehicle(2), LimitVerdict::Warning);
+}
+
+TEST(Sheet, HasARowForEachWheelAlsoForThoseThatNobodySaw) {
+    PassResult result = passWithDiameters();
+    result.wheels[0].values[0].byPoses = 0.2f;
+    result.assessment =
+        detail::assessPass(result, readText("[diameter]\nwarningLow=918.75\nalarmLow=850\n[diameterDifferenceAxle]\n"
+                                            "warningHigh=1\n"));
+    const std::vector<SheetRow> rows = sheetOf(result);
+    std::string text;
+    for (const SheetRow& row : rows) {
+        const SheetValue& diameter = row.values[2];
+        text += std::to_string(row.axle.vehicle.value_or(0)) + '.' + std::to_string(row.axle.axle.value_or(0)) + ' ' +
+                textOf(*row.trackSide) + ' ' + std::to_string(row.pair) + ": " +
+                (row.verdict ? textOf(*row.verdict) : "-") + (row.isDoubtful ? "?" : "") + ", " +
+                (diameter.value ? std::to_string(int(*diameter.value)) : diameter.reason) + ", " +
+                diameter.intervalHolds + '\n';
+    }
+    EXPECT_EQ(text, "1.2 right 1: warning?, 918, noise only\n"
+                    "1.2 left 1: warning, 920, noise and poses\n"
+                    "2.1 right 2: warning, 900, noise only\n"
+                    "2.1 left 2: warning, 900, noise only\n"
+                    "2.2 right 3: warning, 899, noise only\n"
+                    "2.2 left 3: not measured, the sensor did not see the wheel, \n"
+                    "1.1 right 0: not measured, the axle has no number in the pass, \n"
+                    "1.1 left 0: not measured, the axle has no number in the pass, \n");
+    EXPECT_EQ(rows[0].values[3].value, 1.5) << "the difference over the axle, in the rows of both wheels";
+    EXPECT_EQ(rows[1].values[3].verdict, LimitVerdict::Warning);
+    EXPECT_EQ(rows[2].values[4].reason, "the axle runs in no bogie");
+    EXPECT_EQ(rows[2].values[5].reason, rows[4].values[5].reason) << "over the vehicle";
+    EXPECT_FALSE(rows[0].values[0].verdict) << "no limits";
+    EXPECT_EQ(rows[0].values[0].value, 1381.0);
+}
+
+TEST(Sheet, DifferencesShareTheErrorsOfThePosesOfOneSide) {
+    const auto half = [](TrackSide largest) {
+        PassResult result = passWithDiameters();
+        result.wheels.clear();
+        for (const int pair : {2, 3}) {
+            for (const TrackSide side : {TrackSide::Left, TrackSide::Right}) {
+                const bool isSmallest = pair == 2 && side == TrackSide::Right;
+                const float diameter = isSmallest ? 900.0f : pair == 3 && side == largest ? 903.0f : 901.0f;
+                PassWheelMeasures wheel{pair, side};
+                wheel.values[0] = {diameter, {diameter - 0.5f, diameter + 0.5f}, {}, 0.4f};
+                result.wheels.push_back(wheel);
+            }
+        }
+        const Interval interval = sheetOf(result)[2].values[5].interval;
+        return static_cast<double>(interval.high - interval.low) / 2.0;
+    };
+    EXPECT_NEAR(half(TrackSide::Right), std::sqrt(2.0) * 0.3, 1e-3) << "noise alone";
+    EXPECT_NEAR(half(TrackSide::Left), std::sqrt(2.0) * 0.5, 1e-3);
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include <KxInspect/ProfileFile.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace kxtool {
 
@@ -182,8 +183,12 @@ Arguments readArguments(const Options& options) {
     return a;
 }
 
-KxInspect::PoseKeys keysOf(const Arguments& a, const KxInspect::SensorPose& pose) {
-    return {a.sensor, pose, a.task.placement};
+KxInspect::PoseKeys keysOf(const Arguments& a, const KxInspect::PoseAverage& average) {
+    KxInspect::SensorPose uncertainty = average.uncertainty;
+    if (average.pose.y != average.foundY) {
+        uncertainty.y = std::numeric_limits<double>::quiet_NaN(); // of a y that was given nothing is known
+    }
+    return {a.sensor, average.pose, a.task.placement, uncertainty};
 }
 
 /// Throws an error when the settings cannot hold the keys, before the long work starts.
@@ -194,11 +199,11 @@ void checkSettings(const Arguments& a) {
     }
 }
 
-void writeSettings(const Arguments& a, const KxInspect::SensorPose& pose, Progress& progress) {
+void writeSettings(const Arguments& a, const KxInspect::PoseAverage& average, Progress& progress) {
     if (a.settings.isStandardOutput()) {
-        a.settings.write(QString::fromStdString(KxInspect::withPose({}, keysOf(a, pose))));
+        a.settings.write(QString::fromStdString(KxInspect::withPose({}, keysOf(a, average))));
     } else if (a.settings.isWanted()) {
-        storePose(toBytes(a.settingsName), keysOf(a, pose), progress.callback());
+        storePose(toBytes(a.settingsName), keysOf(a, average), progress.callback());
         progress.wipe();
     }
 }
@@ -284,7 +289,7 @@ int run(const Arguments& a) {
         printOutput(calibrationText(result));
     }
     if (code == Done) {
-        writeSettings(a, result.average.pose, progress);
+        writeSettings(a, result.average, progress);
     }
     return a.failOn.exitCode(kName, code, verdicts(result));
 }

@@ -47,6 +47,14 @@ void addLimitsOption(Options& options) {
                       "FILE");
 }
 
+void addContourOption(Options& options) {
+    options.addOption(
+        "contour",
+        QStringLiteral("Nominal cross-section of the wheels, a profile as kxmath wheel reads it: the page "
+                       "draws the wheels over it."),
+        "FILE");
+}
+
 std::optional<std::array<float, 2>> defectRange(const Options& options) {
     const char* const option = "defect-range";
     if (!options.isSet(option)) {
@@ -133,6 +141,7 @@ void addMeasuringOptions(Options& options) {
     addLabelOptions(options);
     addConsistOptions(options);
     addLimitsOption(options);
+    addContourOption(options);
     FailOn::declare(options, possibleVerdicts());
 }
 
@@ -159,15 +168,19 @@ std::optional<std::string> labelOf(const Options& options, const char* option,
 
 MeasuringOptions measuringOptions(const Options& options) {
     const QString file = QStringLiteral("a file");
-    return {
-        {{}, {}, nameOf(options, "defects", file), nameOf(options, "consist", file), nameOf(options, "limits", file)},
-        options.wholeNumber("mode"),
-        options.number("tolerance", kNotNegative),
-        options.numberIfSet("nominal", {100.0, 10000.0}),
-        defectRange(options),
-        failOn(options),
-        lineLabels(options),
-        consistOrder(options)};
+    return {{{},
+             {},
+             nameOf(options, "defects", file),
+             nameOf(options, "consist", file),
+             nameOf(options, "limits", file),
+             nameOf(options, "contour", file)},
+            options.wholeNumber("mode"),
+            options.number("tolerance", kNotNegative),
+            options.numberIfSet("nominal", {100.0, 10000.0}),
+            defectRange(options),
+            failOn(options),
+            lineLabels(options),
+            consistOrder(options)};
 }
 
 KxInspect::PassOptions passOptions(const MeasuringOptions& options) {
@@ -182,6 +195,9 @@ KxInspect::PassOptions passOptions(const MeasuringOptions& options) {
     pass.consistOrder = options.consistOrder;
     if (!options.files.limits.isEmpty()) {
         pass.limits = KxInspect::readLimits(toBytes(options.files.limits));
+    }
+    if (!options.files.contour.isEmpty()) {
+        pass.contour = KxInspect::CrossSection{toBytes(options.files.contour)};
     }
     if (!options.files.defects.isEmpty()) {
         pass.defects = KxInspect::readDefectSettings(toBytes(options.files.defects));

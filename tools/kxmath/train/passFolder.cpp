@@ -8,6 +8,7 @@
 #include <KxInspect/Recording.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <filesystem>
 #include <system_error>
@@ -39,6 +40,10 @@ void copySettings(const WorkFolder& folder, const PassFiles& files) {
     if (!files.limits.isEmpty()) {
         folder.copy(files.limits, QStringLiteral("limits.ini"));
     }
+    if (!files.contour.isEmpty()) {
+        const QString suffix = QFileInfo(files.contour).suffix(); // tells how it is read
+        folder.copy(files.contour, QStringLiteral("contour") + (suffix.isEmpty() ? suffix : QLatin1Char('.') + suffix));
+    }
 }
 
 bool hasResult(const PassResult& pass) {
@@ -52,7 +57,7 @@ QStringList PassFiles::all() const {
     for (const std::string& recording : recordings) {
         files.append(fromBytes(recording));
     }
-    for (const QString* const file : {&settings, &defects, &consist, &limits}) {
+    for (const QString* const file : {&settings, &defects, &consist, &limits, &contour}) {
         if (!file->isEmpty()) {
             files.append(*file);
         }

@@ -20,6 +20,7 @@ struct PassFiles {
     QString defects; ///< settings of the judgement of treads, empty for none
     QString consist; ///< list of vehicles, empty for none
     QString limits; ///< file of limits, empty for none
+    QString contour = {}; ///< nominal cross-section, empty for none
 
     /// All that were given.
     QStringList all() const;

@@ -6,6 +6,7 @@
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/train/passFolder.h"
 #include "tools/kxmath/train/passText.h"
+#include "tools/kxmath/train/sheetText.h"
 #include "tools/kxmath/train/trainOptions.h"
 
 #include <KxInspect/Train.h>
@@ -28,8 +29,11 @@ void writeOutputs(const TrainOptions& options, const PassResult& pass) {
     if (options.csv.isWanted()) {
         options.csv.write(passCsv(pass));
     }
-    const bool isTaken =
-        options.report.isStandardOutput() || options.json.isStandardOutput() || options.csv.isStandardOutput();
+    if (options.sheet.isWanted()) {
+        options.sheet.write(sheetCsv(pass));
+    }
+    const bool isTaken = options.report.isStandardOutput() || options.json.isStandardOutput() ||
+                         options.csv.isStandardOutput() || options.sheet.isStandardOutput();
     if (!isTaken && !pass.pairs.empty()) {
         printOutput(passText(pass));
     }
@@ -42,7 +46,7 @@ int run(const TrainOptions& options) {
         measuring.shownPairs = {options.pair};
     }
     checkPass(options.files.recordings, settings, measuring);
-    checkOutputs({&options.json, &options.csv, &options.report}, options.files.all());
+    checkOutputs({&options.json, &options.csv, &options.sheet, &options.report}, options.files.all());
     Progress progress;
     const PassResult pass = measureInNewFolder(options.out, options.files, settings, measuring, progress.callback());
     progress.wipe();

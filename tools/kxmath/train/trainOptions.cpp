@@ -72,7 +72,9 @@ line, track, direction, time, speed, settings, defects, consist, limits), comman
 recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads and roundness: judged, of),
 defectLimits, pairs (pair, sides, backToBack, distance (the same), deviation, inTolerance, verdict, reason, vehicle,
 bogie, axle), train (vehicles), assessment (limits, values, verdicts), warnings. A missing value is an empty field in
-CSV and null in JSON. Records and profiles are counted from 1; lengths are in mm.
+CSV and null in JSON. --sheet has a line per wheel with the same fields for every pass: which wheel it is, verdict, and for
+each measure MEASURE, MEASURE_low, MEASURE_high, MEASURE_interval_holds, its limits, MEASURE_verdict, MEASURE_doubtful and
+MEASURE_reason; docs/train.md lists them. Records and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
   0  done
@@ -102,7 +104,9 @@ void addOptions(Options& options) {
     options.addOption(
         "json", QStringLiteral("Writes the result as JSON; - for the standard output, in place of the table."), "FILE");
     options.addOption("csv", QStringLiteral("The same as CSV."), "FILE");
-    options.addOption("report", QStringLiteral("Writes an HTML page with plots that needs no other file."), "FILE");
+    options.addOption("sheet", QStringLiteral("Writes the sheet as CSV: a row per wheel with all measures."), "FILE");
+    options.addOption("report",
+                      QStringLiteral("Writes an HTML page with the sheet and plots that needs no other file."), "FILE");
     options.addOption("wheel", QStringLiteral("The wheel pair whose profiles the page shows. Default: 1."), "N",
                       QStringLiteral("1"));
 }
@@ -141,7 +145,8 @@ std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
     measuring.labels.speed = options.numberIfSet("speed", kSpeeds);
     return TrainOptions{std::move(measuring),     nameOf(options, "out", QStringLiteral("a folder")),
                         options.output("json"),   options.output("csv"),
-                        options.output("report"), options.wholeNumber("wheel", 1)};
+                        options.output("report"), options.wholeNumber("wheel", 1),
+                        options.output("sheet")};
 }
 
 } // namespace kxtool

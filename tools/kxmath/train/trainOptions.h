@@ -17,6 +17,7 @@ struct TrainOptions : MeasuringOptions {
     OutputFile csv;
     OutputFile report;
     int pair; ///< whose profiles the page shows, from 1
+    OutputFile sheet;
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.

@@ -1,0 +1,15 @@
+// The train of a pass as a picture.
+#pragma once
+
+#include "report/elements/page.h"
+
+#include <KxInspect/PassSheet.h>
+
+#include <vector>
+
+namespace kxreport {
+
+/// Adds the picture: vehicles as they passed, the first one on the left, with a mark for each wheel that links to its row.
+void addTrain(const KxInspect::PassResult& pass, const std::vector<KxInspect::SheetRow>& rows, Page& page);
+
+} // namespace kxreport
