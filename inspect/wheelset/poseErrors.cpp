@@ -9,8 +9,8 @@ namespace KxInspect::detail {
 
 namespace {
 
-/// A value of a pose on which measures depend. The step is far above what the fit of an axle leaves open (0.001 mm), and so
-/// small that effects are proportional to it.
+/// A value of a pose on which measures depend. The steps are those of usual uncertainties: sensors that see one wheel are
+/// then off each other as they are in the field.
 struct PoseValue {
     double step; ///< mm or degrees
     void (*move)(SensorSettings& sensor, double by);
@@ -19,9 +19,9 @@ struct PoseValue {
 
 constexpr std::array<PoseValue, 4> kPoseValues = {
     {{0.1, [](SensorSettings& s, double by) { s.origin->y += by; }, &PoseUncertainty::y},
-     {0.1, [](SensorSettings& s, double by) { s.angles->alpha += by; }, &PoseUncertainty::alpha},
-     {0.1, [](SensorSettings& s, double by) { s.angles->beta += by; }, &PoseUncertainty::beta},
-     {0.1, [](SensorSettings& s, double by) { s.angles->gamma += by; }, &PoseUncertainty::gamma}}};
+     {0.05, [](SensorSettings& s, double by) { s.angles->alpha += by; }, &PoseUncertainty::alpha},
+     {0.05, [](SensorSettings& s, double by) { s.angles->beta += by; }, &PoseUncertainty::beta},
+     {0.05, [](SensorSettings& s, double by) { s.angles->gamma += by; }, &PoseUncertainty::gamma}}};
 
 /// The wheel of a sensor, turned anew from where its axle was found.
 TurnedWheel turnedBy(const PosedWheel& wheel, const SensorSettings& sensor, double face) {
@@ -44,20 +44,21 @@ std::array<std::optional<double>, kPassMeasures> poseErrors(const std::vector<Po
     squares.fill(0.0);
     for (std::size_t i = 0; i < wheels.size(); ++i) {
         const SensorSettings& sensor = *wheels[i].view->profiles.sensor;
-        std::vector<const TurnedWheel*> changed = together;
-        const TurnedWheel same = turnedBy(wheels[i], sensor, face); // from the same start as those that are off
-        changed[i] = &same;
-        const SectionValues before = measure(changed);
         for (const PoseValue& value : kPoseValues) {
-            SensorSettings off = sensor;
-            value.move(off, value.step);
-            const TurnedWheel moved = turnedBy(wheels[i], off, face);
-            changed[i] = &moved;
-            const SectionValues after = moved.isFound() ? measure(changed) : SectionValues();
-            const double steps = *sensor.poseUncertainty.*value.uncertainty / value.step;
+            // To both sides: what the search for the axle leaves open from its start cancels.
+            std::array<SectionValues, 2> off;
+            for (const std::size_t side : {std::size_t(0), std::size_t(1)}) {
+                SensorSettings moved = sensor;
+                value.move(moved, side == 0 ? -value.step : value.step);
+                const TurnedWheel wheel = turnedBy(wheels[i], moved, face);
+                std::vector<const TurnedWheel*> changed = together;
+                changed[i] = &wheel;
+                off[side] = wheel.isFound() ? measure(changed) : SectionValues();
+            }
+            const double steps = *sensor.poseUncertainty.*value.uncertainty / (2.0 * value.step);
             for (std::size_t m = 0; m < kPassMeasures; ++m) {
-                const bool isKnown = squares[m] && before[m] && after[m];
-                const double effect = isKnown ? (*after[m] - *before[m]) * steps : 0.0;
+                const bool isKnown = squares[m] && off[0][m] && off[1][m];
+                const double effect = isKnown ? (*off[1][m] - *off[0][m]) * steps : 0.0;
                 squares[m] = isKnown ? std::optional(*squares[m] + effect * effect) : std::nullopt;
             }
         }

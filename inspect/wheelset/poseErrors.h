@@ -24,8 +24,8 @@ using MeasureSection = std::function<SectionValues(const std::vector<const Turne
 /// Half the widths of the 95 % intervals that the uncertainties of the poses make of the measures, in the order of
 /// PassMeasure. Absent where a measure cannot be taken, and all of them where the uncertainty of a sensor is not known.
 ///
-/// The points are put into the track frame by a pose that is off in one value, turned about their axle anew and measured; the
-/// difference is the effect of that value. Effects add up as squares. x and z of a pose move a wheel and its axle alike, so
+/// The points are put into the track frame by poses that are off in one value to both sides, turned about their axle anew and
+/// measured; the difference is the effect of that value. Effects add up as squares. x and z of a pose move a wheel and its axle alike, so
 /// that no measure depends on them.
 std::array<std::optional<double>, kPassMeasures> poseErrors(const std::vector<PosedWheel>& wheels, double face,
                                                             const MeasureSection& measure);

@@ -206,8 +206,8 @@ TEST(PassWheelPoses, MakeWhatTheirPartOfTheIntervalsSays) {
     p.seed = 5;
     p.cars = 1;
     p.bogies = 1;
-    p.rate = 700.0;
-    p.points = 500;
+    p.rate = 1000.0;
+    p.points = 900;
     p.layout = {{101, true, kxsim::SensorPlace::Inner},
                 {102, false, kxsim::SensorPlace::Inner},
                 {103, true, kxsim::SensorPlace::Field, 400.0},
