@@ -25,6 +25,7 @@
 #include "Json.h"
 #include "Limits.h"
 #include "PassIdentity.h"
+#include "PassKept.h"
 #include "PassResult.h"
 #include "PassSheet.h"
 #include "PassWheels.h"

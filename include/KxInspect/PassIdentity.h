@@ -1,6 +1,7 @@
 // Which pass a result is of: where and when it was, and from which files and values the result was made.
 #pragma once
 
+#include "Consist.h"
 #include "Export.h"
 #include "InputFile.h"
 
@@ -48,6 +49,8 @@ struct PassIdentity {
     SettingsIdentity settings = {};
     std::optional<SettingsIdentity> defects = {}; ///< absent when defects were not looked for
     std::optional<InputFile> consist = {}; ///< the list of vehicles; absent without one that was read from a file
+    std::optional<ConsistOrder> consistOrder =
+        {}; ///< which end of the list was said to pass first; absent without a list
     std::optional<InputFile> limits = {}; ///< likewise the limits
     std::string version = {}; ///< of the library that measured
 };

@@ -7,6 +7,7 @@
 #include "Json.h"
 #include "Limits.h"
 #include "PassIdentity.h"
+#include "PassKept.h"
 #include "PassWheels.h"
 #include "Profile.h"
 #include "Settings.h"
@@ -120,7 +121,8 @@ struct PassSide {
     Line level;
     Line reference; ///< NaN for a sensor that measures no distances
     std::vector<PassWheel> wheels;
-    /// Why nothing was read of it, a clause; the file, its size and hash may then be empty. Of several recordings one may fail.
+    /// Why nothing was measured of it, a clause; the file may then be empty, and so are size and hash of one that cannot be
+    /// read. Of several recordings one may fail.
     std::string missing = {};
 
     int records() const { return cloudSections + profileRecords; }
@@ -214,6 +216,7 @@ struct KXINSPECT_EXPORT PassResult {
     PassIdentity identity;
     std::string settings; ///< the file of the station's settings, without its folder; may be empty
     std::string folder; ///< where wheel files were left; empty for nowhere. No part of the JSON form
+    PassKept kept = {}; ///< what was left of the profiles beside the result
     std::vector<PassSide> sides; ///< the two that face each other
     std::vector<PassSide> further; ///< the recordings of other sensors, for the measures of wheels
     float baseDistance = 0.0f; ///< mm

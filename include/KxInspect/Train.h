@@ -28,11 +28,14 @@ struct PassOptions {
     std::optional<CrossSection> contour = {};
     ConsistOrder consistOrder = ConsistOrder::Found; ///< which end of the list passed first
     PassLabels labels = {}; ///< what the result says of where and when the pass was
-    std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on
+    std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on; those that are there
     /// Where the wheel files are left; made where it is missing. Empty: no files are written.
     /// It then holds a folder for each recording with the files "WW_PP.bin" of profile PP of wheel WW, and where the
     /// wheels of sensor n start, in "starts-n.ini" and "starts-n.csv". Each file appears whole or not at all.
     std::string wheelFolder;
+    /// The file in which the chosen profiles of the wheels and their cross-sections are left, see KeptProfiles. It appears
+    /// whole or not at all; an older one is replaced. Empty: none is written.
+    std::string profileFile = {};
 };
 
 /// Finds the wheels in the recordings of two sensors that face each other across the track, pairs them, and measures

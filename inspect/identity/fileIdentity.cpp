@@ -1,8 +1,52 @@
 // The identity of files that results were made from.
 #include "inspect/identity/fileIdentity.h"
 
+#include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/base/sha256.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <vector>
+
+namespace KxInspect {
+
+InputFile identifyFile(const std::string& path, const Progress& progress) {
+    constexpr qint64 kBlock = qint64(1) << 18;
+    const ErrorSource source{"file", path, {}};
+    const detail::QtPath where(path);
+    const QFileInfo info(where.text());
+    if (!info.exists()) {
+        detail::fail(ErrorKind::NotFound, source, QStringLiteral("does not exist"));
+    }
+    QFile file(where.text());
+    if (!info.isFile()) {
+        detail::fail(ErrorKind::Unsuitable, source, QStringLiteral("is not a file"));
+    }
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        detail::fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: ") + file.errorString());
+    }
+    const qint64 size = file.size();
+    detail::Sha256 hash;
+    std::vector<char> block(static_cast<std::size_t>(kBlock));
+    for (qint64 done = 0; done < size;) {
+        const qint64 count = file.read(block.data(), std::min(kBlock, size - done));
+        if (count <= 0) {
+            detail::fail(ErrorKind::Unreadable, source,
+                         QStringLiteral("cannot be read: it ends at byte %1 of %2").arg(done).arg(size));
+        }
+        hash.add(block.data(), static_cast<std::size_t>(count));
+        done += count;
+        if (progress) {
+            progress("hashing " + detail::shown(path), static_cast<double>(done) / static_cast<double>(size));
+        }
+    }
+    return {detail::bareName(path), size, hash.text()};
+}
+
+} // namespace KxInspect
 
 namespace KxInspect::detail {
 

@@ -13,15 +13,6 @@ QJsonValue textValue(const std::optional<std::string>& text) {
     return text ? QJsonValue(QString::fromStdString(*text)) : QJsonValue();
 }
 
-QJsonValue fileValue(const std::optional<InputFile>& file) {
-    if (!file) {
-        return QJsonValue();
-    }
-    return QJsonObject{{QStringLiteral("name"), QString::fromStdString(file->name)},
-                       {QStringLiteral("bytes"), static_cast<qint64>(file->bytes)},
-                       {QStringLiteral("sha256"), QString::fromStdString(file->sha256)}};
-}
-
 QJsonValue settingsValue(const std::optional<SettingsIdentity>& settings) {
     if (!settings) {
         return QJsonValue();
@@ -40,13 +31,6 @@ std::optional<std::string> readText(const JsonValue& value) {
     return value.isNull() ? std::nullopt : std::optional(value.text());
 }
 
-std::optional<InputFile> readFile(const JsonValue& value) {
-    if (value.isNull()) {
-        return std::nullopt;
-    }
-    return InputFile{value["name"].text(), value["bytes"].wideWholeNumber(), value["sha256"].text()};
-}
-
 std::optional<SettingsIdentity> readSettings(const JsonValue& value) {
     if (value.isNull()) {
         return std::nullopt;
@@ -63,7 +47,42 @@ std::optional<SettingsIdentity> readSettings(const JsonValue& value) {
     return settings;
 }
 
+constexpr const char* kOrders[] = {"found", "listed", "turned"}; // as ConsistOrder
+
+QJsonValue orderValue(const std::optional<ConsistOrder>& order) {
+    return order ? QJsonValue(QLatin1String(kOrders[static_cast<std::size_t>(*order)])) : QJsonValue();
+}
+
+std::optional<ConsistOrder> readOrder(const JsonValue& value) {
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    const std::string word = value.text();
+    for (const ConsistOrder order : {ConsistOrder::Found, ConsistOrder::Listed, ConsistOrder::Turned}) {
+        if (word == kOrders[static_cast<std::size_t>(order)]) {
+            return order;
+        }
+    }
+    value.failAsNo(QStringLiteral("known word"));
+}
+
 } // namespace
+
+QJsonValue fileValue(const std::optional<InputFile>& file) {
+    if (!file) {
+        return QJsonValue();
+    }
+    return QJsonObject{{QStringLiteral("name"), QString::fromStdString(file->name)},
+                       {QStringLiteral("bytes"), static_cast<qint64>(file->bytes)},
+                       {QStringLiteral("sha256"), QString::fromStdString(file->sha256)}};
+}
+
+std::optional<InputFile> readFile(const JsonValue& value) {
+    if (value.isNull()) {
+        return std::nullopt;
+    }
+    return InputFile{value["name"].text(), value["bytes"].wideWholeNumber(), value["sha256"].text()};
+}
 
 QJsonObject schemaObject() {
     return {{QStringLiteral("name"), QLatin1String(kPassSchema)}, {QStringLiteral("version"), kPassSchemaVersion}};
@@ -81,6 +100,7 @@ QJsonObject identityObject(const PassIdentity& identity) {
             {QStringLiteral("settings"), settingsValue(identity.settings)},
             {QStringLiteral("defects"), settingsValue(identity.defects)},
             {QStringLiteral("consist"), fileValue(identity.consist)},
+            {QStringLiteral("consistOrder"), orderValue(identity.consistOrder)},
             {QStringLiteral("limits"), fileValue(identity.limits)}};
 }
 
@@ -101,6 +121,7 @@ PassIdentity readIdentity(const JsonValue& document) {
     identity.settings = readSettings(value["settings"]).value_or(SettingsIdentity());
     identity.defects = readSettings(value["defects"]);
     identity.consist = readFile(value["consist"]);
+    identity.consistOrder = readOrder(value["consistOrder"]);
     identity.limits = readFile(value["limits"]);
     identity.version = document["version"].text();
     return identity;

@@ -10,6 +10,11 @@ namespace KxInspect::detail {
 /// {"name": kPassSchema, "version": kPassSchemaVersion}
 QJsonObject schemaObject();
 
+/// @{ A file by name, size and hash; null for nothing.
+QJsonValue fileValue(const std::optional<InputFile>& file);
+std::optional<InputFile> readFile(const JsonValue& value);
+/// @}
+
 QJsonObject identityObject(const PassIdentity& identity);
 
 /// Reads what schemaObject() and identityObject() wrote, from the document. Throws an Error for another schema.

@@ -2,6 +2,7 @@
 #include "inspect/results/assessmentJson.h"
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
+#include "inspect/results/keptJson.h"
 #include "inspect/results/passWheelsJson.h"
 #include "inspect/results/trainJson.h"
 
@@ -259,6 +260,7 @@ PassResult passFromJson(const std::string& json) {
     }
     result.contour = readContour(document["contour"]);
     result.assessment = detail::readAssessment(document["assessment"]);
+    result.kept = detail::readKept(document["kept"]);
     result.warnings = document["warnings"].texts();
     if (document.has("pictures")) {
         for (const JsonValue& picture : document["pictures"].list()) {

@@ -2,6 +2,7 @@
 #include "inspect/results/assessmentJson.h"
 #include "inspect/results/identityJson.h"
 #include "inspect/results/json.h"
+#include "inspect/results/keptJson.h"
 #include "inspect/results/passWheelsJson.h"
 #include "inspect/results/trainJson.h"
 
@@ -233,6 +234,7 @@ std::string toJson(const PassResult& result, Pictures pictures) {
                             {QStringLiteral("train"), trainObject(result.train)},
                             {QStringLiteral("assessment"), assessmentValue(result)},
                             {QStringLiteral("contour"), contourValue(result.contour, pictures)},
+                            {QStringLiteral("kept"), keptObject(result.kept)},
                             {QStringLiteral("warnings"), jsonList(result.warnings)}};
     if (!result.wheels.empty()) {
         document[QStringLiteral("wheels")] = wheelMeasuresList(result.wheels, pictures);

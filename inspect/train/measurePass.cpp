@@ -2,6 +2,7 @@
 #include "inspect/base/paths.h"
 #include "inspect/identity/fileIdentity.h"
 #include "inspect/limits/assessPass.h"
+#include "inspect/train/keptProfiles.h"
 #include "inspect/train/measuredSide.h"
 #include "inspect/train/noDistance.h"
 #include "inspect/train/pairDistance.h"
@@ -53,6 +54,17 @@ WheelCollector findWheels(const SideInput& side, int mode, const Progress& progr
     }
 }
 
+/// The size and the hash of a recording that could not be measured, as far as it can be read.
+void identifyFailed(const std::string& path, PassSide& side) {
+    try {
+        const InputFile file = identifyFile(path);
+        side.bytes = file.bytes;
+        side.sha256 = file.sha256;
+    } catch (const Error&) { // it stays without them
+        side.bytes = 0;
+    }
+}
+
 PassSide describeSide(const MeasuredSide& measured) {
     const SideInput& input = measured.input;
     PassSide side;
@@ -65,6 +77,8 @@ PassSide describeSide(const MeasuredSide& measured) {
     if (input.missing.empty()) {
         side.bytes = input.stream->size();
         side.sha256 = input.stream->sha256();
+    } else if (!input.path.empty()) {
+        identifyFailed(input.path, side);
     }
     side.cloudSections = measured.found.cloudSections();
     side.profileRecords = measured.found.profileRecords();
@@ -306,13 +320,19 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     if (options.limits) {
         result.assessment = assessPass(result, *options.limits);
     }
-    warnOfMissingPairs(options.shownPairs, result);
     for (const int pair : options.shownPairs) {
         if (static_cast<std::size_t>(pair) <= result.pairs.size()) {
             result.pictures.push_back(pairPicture(result, pair, sides));
         }
     }
     result.rawPictures = rawPictures(result, sides);
+    result.kept.keep = !options.wheelFolder.empty()   ? PassKeep::All
+                       : !options.profileFile.empty() ? PassKeep::Chosen
+                                                      : PassKeep::None;
+    if (!options.profileFile.empty()) {
+        report(progress, "writing profiles", {}, 0.0);
+        result.kept.profiles = writeKeptProfiles(options.profileFile, sides, result);
+    }
     return result;
 }
 

@@ -15,6 +15,7 @@ PassIdentity identityOf(const StationSettings& settings, const PassOptions& opti
         identity.defects = SettingsIdentity{options.defects->source, valuesOf(*options.defects)};
     }
     identity.consist = options.consist ? options.consist->source : std::nullopt;
+    identity.consistOrder = options.consist ? std::optional(options.consistOrder) : std::nullopt;
     identity.limits = options.limits ? options.limits->source : std::nullopt;
     identity.version = KxMath_GetVersionString();
     return identity;

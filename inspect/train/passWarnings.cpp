@@ -196,14 +196,4 @@ void warnOfShapes(const PassSide& side, bool hasPlaces, bool hasPose, PassResult
     }
 }
 
-void warnOfMissingPairs(const std::vector<int>& shownPairs, PassResult& result) {
-    for (const int pair : shownPairs) {
-        if (static_cast<std::size_t>(pair) > result.pairs.size() && !result.pairs.empty()) {
-            warn(
-                result,
-                QStringLiteral("there is no wheel pair %1 to show, the last is %2").arg(pair).arg(result.pairs.size()));
-        }
-    }
-}
-
 } // namespace KxInspect::detail

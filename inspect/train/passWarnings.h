@@ -26,7 +26,4 @@ void warnOfLines(const MeasuredSide& side, PassResult& result);
 /// a side, which looks like damage.
 void warnOfShapes(const PassSide& side, bool hasPlaces, bool hasPose, PassResult& result);
 
-/// Warns of pairs that were asked for and are not there.
-void warnOfMissingPairs(const std::vector<int>& shownPairs, PassResult& result);
-
 } // namespace KxInspect::detail

@@ -50,7 +50,8 @@ def differences(a, b, place=""):
 
 def test_a_pass_is_that_of_the_command(folder, train, tmp_path):
     arguments = ["train", "train_101.bin", "train_102.bin", "--settings", "settings.ini", "--defects", "defects.ini",
-                 "--out", tmp_path, "--json", "-", "--station", "A12", "--time", "2026-11-21T08:15Z"]
+                 "--out", tmp_path, "--keep", "none", "--json", "-", "--station", "A12", "--time",
+                 "2026-11-21T08:15Z"]
     wanted = json.loads(run(folder, *arguments))
     result = train.measure(defects=folder / "defects.ini")
     assert [d for d in differences(wanted, result.to_dict()) if not d.startswith(".folder")] == []

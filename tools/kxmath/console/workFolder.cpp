@@ -3,6 +3,7 @@
 
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/folderNames.h"
 
 #include <algorithm>
 #include <array>
@@ -10,12 +11,10 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <new>
 #include <system_error>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <ftw.h>
 #include <sys/stat.h>
@@ -93,23 +92,6 @@ bool copyBytes(int from, int to, off_t& copied) {
         }
         copied += size;
     }
-}
-
-/// What is in a folder. (std::filesystem::directory_iterator ends the program when there is no memory.)
-std::vector<std::string> namesIn(const std::string& path) {
-    std::vector<std::string> names;
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), closedir);
-    errno = folder ? 0 : errno;
-    while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
-        if (const std::string name = entry->d_name; name != "." && name != "..") {
-            names.push_back(name);
-        }
-        errno = 0;
-    }
-    if (errno != 0) {
-        failFolder(path, lastError());
-    }
-    return names;
 }
 
 /// Without "." and "..", and without a slash at its end.
@@ -239,7 +221,10 @@ void WorkFolder::finishAs(const QString& target, const QString& last) {
 }
 
 void WorkFolder::moveInto(const std::string& target, const std::string& last) {
-    std::vector<std::string> names = namesIn(path_);
+    std::vector<std::string> names;
+    if (const int error = appendNamesIn(path_, names); error != 0) {
+        failFolder(path_, std::strerror(error));
+    }
     std::error_code error;
     // By name, `last` behind all others.
     std::sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {

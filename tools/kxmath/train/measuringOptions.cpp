@@ -93,6 +93,13 @@ KxInspect::ConsistOrder consistOrder(const Options& options) {
     return name == names[0] ? ConsistOrder::Found : name == names[1] ? ConsistOrder::Listed : ConsistOrder::Turned;
 }
 
+KxInspect::PassKeep keepOf(const Options& options) {
+    using KxInspect::PassKeep;
+    const QStringList names = kxreport::textList({"none", "chosen", "all"});
+    const QString name = options.oneOf("keep", names);
+    return name == names[0] ? PassKeep::None : name == names[1] ? PassKeep::Chosen : PassKeep::All;
+}
+
 FailOn failOn(const Options& options) {
     FailOn result(options, possibleVerdicts());
     if (result.holds(Verdict::Defect) && options.text("defects").isEmpty()) {
@@ -142,6 +149,11 @@ void addMeasuringOptions(Options& options) {
     addConsistOptions(options);
     addLimitsOption(options);
     addContourOption(options);
+    options.addOption("keep",
+                      QStringLiteral("What the folder of a pass keeps of the profiles beside the result: none; chosen "
+                                     "(the chosen profiles and the cross-sections of wheels, in one file); all (the "
+                                     "profiles of all wheels too). Default: chosen."),
+                      "WHAT", QStringLiteral("chosen"));
     FailOn::declare(options, possibleVerdicts());
 }
 
@@ -173,7 +185,8 @@ MeasuringOptions measuringOptions(const Options& options) {
              nameOf(options, "defects", file),
              nameOf(options, "consist", file),
              nameOf(options, "limits", file),
-             nameOf(options, "contour", file)},
+             nameOf(options, "contour", file),
+             keepOf(options)},
             options.wholeNumber("mode"),
             options.number("tolerance", kNotNegative),
             options.numberIfSet("nominal", {100.0, 10000.0}),

@@ -1,6 +1,7 @@
 // The folder of a pass: what it was measured from, and its result.
 #include "tools/kxmath/train/passFolder.h"
 
+#include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/outputFile.h"
 #include "tools/kxmath/console/printable.h"
@@ -10,8 +11,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
-#include <filesystem>
-#include <system_error>
+#include <optional>
 
 namespace kxtool {
 
@@ -19,26 +19,27 @@ namespace {
 
 using KxInspect::PassResult;
 
-void linkRecordings(const WorkFolder& folder, const std::vector<std::string>& recordings) {
-    for (const std::string& recording : recordings) {
-        // Of several one may be missing; what cannot be looked at may still be there.
-        std::error_code ignored;
-        if (std::filesystem::status(recording, ignored).type() != std::filesystem::file_type::not_found) {
-            folder.link(fromBytes(recording), QString::fromStdString(KxInspect::recordingName(recording).file));
-        }
+/// Copies a file of settings, which must be what was read before.
+void copyRead(const WorkFolder& folder, const QString& source, const char* name,
+              const std::optional<KxInspect::InputFile>& asRead) {
+    folder.copy(source, QLatin1String(name));
+    if (asRead && KxInspect::identifyFile(folder.path() + '/' + name).sha256 != asRead->sha256) {
+        throw CommandError{BadInput,
+                           QStringLiteral("'%1' has changed since the pass was begun: measure again").arg(source)};
     }
 }
 
-void copySettings(const WorkFolder& folder, const PassFiles& files) {
-    folder.copy(files.settings, QStringLiteral("settings.ini"));
-    if (!files.defects.isEmpty()) {
-        folder.copy(files.defects, QStringLiteral("defects.ini"));
+void copySettings(const WorkFolder& folder, const PassFiles& files, const KxInspect::StationSettings& settings,
+                  const KxInspect::PassOptions& options) {
+    copyRead(folder, files.settings, kSettingsCopy, settings.source);
+    if (options.defects) {
+        copyRead(folder, files.defects, kDefectsCopy, options.defects->source);
     }
-    if (!files.consist.isEmpty()) {
-        folder.copy(files.consist, QStringLiteral("consist.csv"));
+    if (options.consist) {
+        copyRead(folder, files.consist, kConsistCopy, options.consist->source);
     }
-    if (!files.limits.isEmpty()) {
-        folder.copy(files.limits, QStringLiteral("limits.ini"));
+    if (options.limits) {
+        copyRead(folder, files.limits, kLimitsCopy, options.limits->source);
     }
     if (!files.contour.isEmpty()) {
         const QString suffix = QFileInfo(files.contour).suffix(); // tells how it is read
@@ -46,11 +47,11 @@ void copySettings(const WorkFolder& folder, const PassFiles& files) {
     }
 }
 
-bool hasResult(const PassResult& pass) {
+} // namespace
+
+bool isKept(const PassResult& pass) {
     return pass.distances() > 0 || pass.hasResult();
 }
-
-} // namespace
 
 QStringList PassFiles::all() const {
     QStringList files;
@@ -79,13 +80,14 @@ QString passFolderName(const std::vector<std::string>& recordings) {
 
 PassResult measureInto(const WorkFolder& folder, const PassFiles& files, const KxInspect::StationSettings& settings,
                        KxInspect::PassOptions options, const KxInspect::Progress& progress) {
-    linkRecordings(folder, files.recordings);
-    copySettings(folder, files);
-    options.wheelFolder = folder.path();
+    using KxInspect::PassKeep;
+    copySettings(folder, files, settings, options);
+    options.wheelFolder = files.keep == PassKeep::All ? folder.path() : std::string();
+    options.profileFile = files.keep == PassKeep::None ? std::string() : folder.path() + '/' + kProfilesFile;
     PassResult pass = measurePass(files.recordings, settings, options, progress);
     pass.folder.clear();
-    if (hasResult(pass)) {
-        const OutputFile json(QStringLiteral("result"), fromBytes(folder.path() + "/result.json"));
+    if (isKept(pass)) {
+        const OutputFile json(QStringLiteral("result"), fromBytes(folder.path() + '/' + kResultFile));
         json.write(QString::fromStdString(toJson(pass)));
     }
     return pass;
@@ -95,7 +97,7 @@ PassResult measureInNewFolder(const QString& parent, const PassFiles& files, con
                               const KxInspect::PassOptions& options, const KxInspect::Progress& progress) {
     WorkFolder folder(parent, passFolderName(files.recordings));
     PassResult pass = measureInto(folder, files, settings, options, progress);
-    if (hasResult(pass)) {
+    if (isKept(pass)) {
         folder.finish();
         pass.folder = printable(fromBytes(folder.path())).toStdString();
     }

@@ -13,7 +13,7 @@
 
 namespace kxtool {
 
-/// The files that a pass is measured from.
+/// The files of a pass: what it is measured from, and what is kept of it.
 struct PassFiles {
     std::vector<std::string> recordings; ///< two or more; of more than two some may be missing
     QString settings;
@@ -21,17 +21,31 @@ struct PassFiles {
     QString consist; ///< list of vehicles, empty for none
     QString limits; ///< file of limits, empty for none
     QString contour = {}; ///< nominal cross-section, empty for none
+    KxInspect::PassKeep keep = KxInspect::PassKeep::Chosen; ///< of the profiles
 
-    /// All that were given.
+    /// All that it is measured from.
     QStringList all() const;
 };
 
 /// The name of the folder for a pass: "pass-NAME1-NAME2" from the names of the first two recordings, long ones cut.
 QString passFolderName(const std::vector<std::string>& recordings);
 
-/// Measures a pass and leaves in `folder` what belongs in the folder of a pass, result.json last. A pass without a result
-/// leaves no result.json. The folder is not finished. Throws an Error, a CommandError or Interrupted.
-/// @param options what `files` hold is read into it already; its wheelFolder does not count
+/// Whether a pass has a result for which its folder stays.
+bool isKept(const KxInspect::PassResult& pass);
+
+/// @{ The names in the folder of a pass.
+inline constexpr const char* kResultFile = "result.json";
+inline constexpr const char* kProfilesFile = "profiles.bin";
+inline constexpr const char* kSettingsCopy = "settings.ini";
+inline constexpr const char* kDefectsCopy = "defects.ini";
+inline constexpr const char* kConsistCopy = "consist.csv";
+inline constexpr const char* kLimitsCopy = "limits.ini";
+/// @}
+
+/// Measures a pass and leaves in `folder` what belongs in the folder of a pass, result.json last: no links, nothing that
+/// names another folder. A pass without a result leaves no result.json. The folder is not finished. Throws an Error, a
+/// CommandError or Interrupted.
+/// @param options what `files` hold is read into it already; what it says of files to write does not count
 /// @return the result; PassResult::folder is empty
 KxInspect::PassResult measureInto(const WorkFolder& folder, const PassFiles& files,
                                   const KxInspect::StationSettings& settings, KxInspect::PassOptions options,

@@ -103,7 +103,7 @@ QString passText(const PassResult& pass) {
     }
     text += vehiclesText(pass) + verdictsText(pass);
     if (!pass.folder.empty()) {
-        text += QStringLiteral("Wheel files: %1\n").arg(printable(QString::fromStdString(pass.folder)));
+        text += QStringLiteral("Folder of the pass: %1\n").arg(printable(QString::fromStdString(pass.folder)));
     }
     return text;
 }

@@ -39,6 +39,16 @@ void writeOutputs(const TrainOptions& options, const PassResult& pass) {
     }
 }
 
+/// A page without the pair that it should show is no doubt about the result.
+void warnOfMissingPair(const TrainOptions& options, const PassResult& pass) {
+    const auto pairs = static_cast<int>(pass.pairs.size());
+    if (options.report.isWanted() && options.pair > pairs && pairs > 0) {
+        printLine(
+            kName,
+            QStringLiteral("warning: there is no wheel pair %1 to show, the last is %2").arg(options.pair).arg(pairs));
+    }
+}
+
 int run(const TrainOptions& options) {
     const KxInspect::StationSettings settings = KxInspect::readStationSettings(toBytes(options.files.settings));
     KxInspect::PassOptions measuring = passOptions(options);
@@ -51,6 +61,7 @@ int run(const TrainOptions& options) {
     const PassResult pass = measureInNewFolder(options.out, options.files, settings, measuring, progress.callback());
     progress.wipe();
     writeOutputs(options, pass);
+    warnOfMissingPair(options, pass);
     for (const std::string& warning : pass.warnings) {
         printLine(kName, QStringLiteral("warning: ") + QString::fromStdString(warning));
     }
@@ -64,8 +75,12 @@ int run(const TrainOptions& options) {
 
 int runTrain(const QStringList& arguments) {
     return runCommand(kName, [&] {
-        const std::optional<TrainOptions> options = parseTrainOptions(arguments);
-        return options ? run(*options) : Done;
+        const auto options = parseTrainOptions(arguments);
+        if (!options) {
+            return static_cast<int>(Done);
+        }
+        const auto* const again = std::get_if<AgainOptions>(&*options);
+        return again != nullptr ? runAgain(*again) : run(std::get<TrainOptions>(*options));
     });
 }
 

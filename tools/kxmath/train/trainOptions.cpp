@@ -25,8 +25,14 @@ of the sensor, which the settings name as SENSORn/SN. Two recordings are those o
 settings give the side of each sensor and its pose; the first ones between the rails on either side give the distances, and
 one of the recordings may be missing or damaged, which is a warning. The work is done in a fresh folder inside the
 --out folder: its name begins with "incomplete-" until the pass is done and is then pass-NAME1-NAME2, with a number
-behind it where that is taken. It holds links to the recordings, the profiles of each wheel, where the wheels start,
-the settings and result.json. A run that fails removes it, a killed run leaves the incomplete one.)";
+behind it where that is taken. It holds result.json, copies of the settings and, unless --keep says otherwise, the
+profiles that were chosen for the distances and the cross-sections of the wheels as one profile set, profiles.bin. It
+holds no link and names no other folder: it may be moved and copied. A run that fails removes it, a killed run leaves
+the incomplete one.
+
+--again RESULT --recordings DIR measures such a result again, with the settings beside it: it finds the recordings by
+their hashes, whatever they are called now, and says whether the same bytes come out, or which input is missing or has
+changed. Nothing is written; with --out the new result is kept there.)";
 
 constexpr const char* kDetails =
     R"(
@@ -71,17 +77,18 @@ mark, number, vehicle_reason; with --limits for each side wheel_verdict_s. JSON 
 line, track, direction, time, speed, settings, defects, consist, limits), command, version, mode, settings,
 recordings, baseDistance, nominal, tolerance, distances, judged (of distances, treads and roundness: judged, of),
 defectLimits, pairs (pair, sides, backToBack, distance (the same), deviation, inTolerance, verdict, reason, vehicle,
-bogie, axle), train (vehicles), assessment (limits, values, verdicts), warnings. A missing value is an empty field in
+bogie, axle), train (vehicles), assessment (limits, values, verdicts), kept (keep, profiles: file, records: which
+profile each record of profiles.bin is), warnings. A missing value is an empty field in
 CSV and null in JSON. --sheet has a line per wheel with the same fields for every pass: which wheel it is, verdict, and for
 each measure MEASURE, MEASURE_low, MEASURE_high, MEASURE_interval_holds, its limits, MEASURE_verdict, MEASURE_doubtful and
 MEASURE_reason; docs/train.md lists them. Records and profiles are counted from 1; lengths are in mm.
 
 Exit codes:
   0  done
-  1  no result: no wheel, no pair with a distance, or with --defects no tread that could be judged (files that were
+  1  --again: the result is not the same; else no result: no wheel, no pair with a distance, or with --defects no tread that could be judged (files that were
      asked for are written)
   2  wrong use
-  3  a recording or the settings are missing, unreadable, damaged or do not fit each other
+  3  --again: an input is missing or has changed; else a recording or the settings are missing, unreadable, damaged or do not fit each other
   4  output could not be written
   5  a verdict that --fail-on lists was given
   6  not enough memory
@@ -109,6 +116,13 @@ void addOptions(Options& options) {
                       QStringLiteral("Writes an HTML page with the sheet and plots that needs no other file."), "FILE");
     options.addOption("wheel", QStringLiteral("The wheel pair whose profiles the page shows. Default: 1."), "N",
                       QStringLiteral("1"));
+    options.addOption("again",
+                      QStringLiteral("Measures a result again, with its own settings and options, and compares: "
+                                     "result.json or the folder that holds it. Takes no REC."),
+                      "RESULT");
+    options.addOption("recordings",
+                      QStringLiteral("Where its recordings are looked for, by their SHA-256, folders inside it too."),
+                      "DIR");
 }
 
 bool isDirectory(const QString& path) {
@@ -116,13 +130,32 @@ bool isDirectory(const QString& path) {
     return std::filesystem::is_directory(toBytes(path), ignored);
 }
 
+AgainOptions againOptions(const Options& options) {
+    const QStringList given = options.namesGiven();
+    for (const QString& option : given) {
+        if (option != QLatin1String("again") && option != QLatin1String("recordings") &&
+            option != QLatin1String("out")) {
+            options.fail(QStringLiteral("--%1 is not for --again, which measures as the result says").arg(option));
+        }
+    }
+    options.arguments("recordings beside --again", 0, 0);
+    return {nameOf(options, "again", QStringLiteral("a result")), options.needed("recordings"),
+            options.isSet("out") ? nameOf(options, "out", QStringLiteral("a folder")) : QString()};
+}
+
 } // namespace
 
-std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments) {
+std::optional<std::variant<TrainOptions, AgainOptions>> parseTrainOptions(const QStringList& arguments) {
     Options options("train", "REC... --settings FILE [options]", QLatin1String(kDescription), kDetails);
     addOptions(options);
     if (!options.parse(arguments)) {
         return std::nullopt;
+    }
+    if (options.isSet("again")) {
+        return againOptions(options);
+    }
+    if (options.isSet("recordings")) {
+        options.fail(QStringLiteral("--recordings is for --again RESULT"));
     }
     std::vector<std::string> recordings;
     const QStringList given = options.arguments("recordings", 0);

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "tools/kxmath/console/outputFile.h"
+#include "tools/kxmath/train/again.h"
 #include "tools/kxmath/train/measuringOptions.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
 #include <optional>
+#include <variant>
 
 namespace kxtool {
 
@@ -21,6 +23,6 @@ struct TrainOptions : MeasuringOptions {
 };
 
 /// Throws a CommandError when the arguments are wrong. Empty when help was asked for and printed.
-std::optional<TrainOptions> parseTrainOptions(const QStringList& arguments);
+std::optional<std::variant<TrainOptions, AgainOptions>> parseTrainOptions(const QStringList& arguments);
 
 } // namespace kxtool
