@@ -53,6 +53,10 @@ def all_cases():
     cases = [
         Case("train", f"{train} {SETTINGS} {OUTPUTS} --csv o.csv --sheet s.csv", "o.json o.html o.csv s.csv"),
         Case("train-stdout", f"{train} {SETTINGS} --json -"),
+        Case("train-none", f"{train} {SETTINGS} --keep none"),
+        Case("train-all", f"{train} {SETTINGS} --keep all", sampled=True),
+        Case("train-again", "train --again kept --recordings pass", sampled=True),
+        Case("train-again-out", "train --again kept --recordings pass --out passes", sampled=True),
         Case("wheel", f"wheel wheel.csv in.whl {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
         Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
         Case("calibrate", f"{shots} --sensor 1 --write s.ini {OUTPUTS}", "s.ini o.json o.html", tells_failures=True),
@@ -104,5 +108,7 @@ def make_inputs(program, folder):
     for kind in WRITTEN[1:]:
         kxmath(program, folder, f"convert in.bin {READ[kind]} --to {kind}")
     kxmath(program, folder, f"simulate pass {PASS}")
+    kxmath(program, folder, f"train pass/train_101.bin pass/train_102.bin {SETTINGS.replace('passes', 'made')}")
+    (folder / "made" / "pass-train_101-train_102").rename(folder / "kept")
     kxmath(program, folder, "simulate shots --calibration 2 --profiles 2 --turn 3,-2,4")
     kxmath(program, folder, "simulate demo")
