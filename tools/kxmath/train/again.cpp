@@ -128,9 +128,7 @@ int runAgain(const AgainOptions& options) {
         printDifferences(kept, again.text);
         return NoResult;
     }
-    printOutput(QStringLiteral("The result is the same, byte for byte: %1 (%2 bytes)\n")
-                    .arg(printable(fromBytes(kept.path)))
-                    .arg(kept.text.size()));
+    printOutput(QStringLiteral("The result is the same, byte for byte: %1\n").arg(printable(fromBytes(kept.path))));
     const ProfilesFault fault = faultOfProfiles(kept);
     if (!fault.text.isEmpty()) {
         printLine(kName, (fault.isMissing ? QStringLiteral("warning: ") : QString()) + fault.text);
