@@ -36,6 +36,7 @@
 #include "Progress.h"
 #include "Range.h"
 #include "Recording.h"
+#include "RecordingGroups.h"
 #include "Scan.h"
 #include "Settings.h"
 #include "StationSetup.h"
