@@ -20,15 +20,17 @@ from ._kxmath import Circle, Cloud, ColourCloud, Line, Plane, Profile, Vector, w
 from ._kxmath import version as __version__
 from ._railway import (Calibration, Conicity, Pass, PassResult, WheelProfile, WheelResult, calibrate,
                        calibration_ridges, conicity, measure_rim, measure_wheels, to_track)
+from ._recordings import FoundRecording, RecordingGroup, RecordingGroups, find_recordings
 from ._scans import Arrays, ProfileSet, Recording, read, read_arrays
 from ._settings import (LimitMeasure, SettingKey, SettingsCheck, SettingsFinding, StationFit, check_settings,
                         fit_station, limit_measures, new_settings, setting_keys)
 from ._values import Point, Point3, Range, Range3
 
-__all__ = ["ArgumentError", "Arrays", "Calibration", "Circle", "Cloud", "ColourCloud", "Conicity", "Error",
-           "FileError", "FileInfo", "FileMissing", "GridResult", "HeightMap", "LimitMeasure", "Line", "NoResult", "Pass",
-           "PassResult", "Patch", "Place", "Plane", "Point", "Point3", "Profile", "ProfileSet", "Range", "Range3",
-           "Recording", "SettingKey", "SettingsCheck", "SettingsFinding", "StationFit", "Vector", "WheelProfile",
-           "WheelResult", "__version__", "calibrate", "calibration_ridges", "check_settings", "conicity", "file_info",
-           "fit_station", "limit_measures", "measure_grid", "measure_rim", "measure_wheels", "new_settings", "read",
-           "read_arrays", "setting_keys", "to_track", "wheel_circle"]
+__all__ = ["ArgumentError", "Arrays", "Calibration", "Circle", "Cloud", "ColourCloud", "Conicity", "Error", "FileError",
+           "FileInfo", "FileMissing", "FoundRecording", "GridResult", "HeightMap", "LimitMeasure", "Line", "NoResult",
+           "Pass", "PassResult", "Patch", "Place", "Plane", "Point", "Point3", "Profile", "ProfileSet", "Range",
+           "Range3", "Recording", "RecordingGroup", "RecordingGroups", "SettingKey", "SettingsCheck", "SettingsFinding",
+           "StationFit", "Vector", "WheelProfile", "WheelResult", "__version__", "calibrate", "calibration_ridges",
+           "check_settings", "conicity", "file_info", "find_recordings", "fit_station", "limit_measures",
+           "measure_grid", "measure_rim", "measure_wheels", "new_settings", "read", "read_arrays", "setting_keys",
+           "to_track", "wheel_circle"]

@@ -17,6 +17,7 @@ void bindCloudOperations(py::class_<Cloud>& type);
 void bindFiles(py::module_& module);
 void bindRecords(py::module_& module);
 void bindFileContents(py::module_& module);
+void bindRecordingGroups(py::module_& module);
 void bindHeightMaps(py::module_& module);
 void bindMeasuring(py::module_& module);
 void bindSettings(py::module_& module);

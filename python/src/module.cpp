@@ -43,6 +43,7 @@ void bindAll(py::module_& module) {
     bindFiles(module);
     bindRecords(module);
     bindFileContents(module);
+    bindRecordingGroups(module);
     bindHeightMaps(module);
     bindMeasuring(module);
     bindSettings(module);

@@ -258,3 +258,29 @@ def test_a_pose_is_that_of_the_command(folder, tmp_path):
     for failing in (lambda: kx.calibrate(shots, placement=2), lambda: kx.calibrate(shots, placement=2, side="left")):
         with pytest.raises(kx.ArgumentError):
             failing()
+
+
+def test_recordings_are_found_and_measured_by_their_layout(folder, tmp_path):
+    place = tmp_path / "A12" / "20261121T081500Z"
+    place.mkdir(parents=True)
+    for serial in (101, 102):
+        (place / f"train_{serial}.bin").write_bytes((folder / f"train_{serial}.bin").read_bytes())
+    (tmp_path / os.fsdecode(b"m\xfcller")).mkdir()
+    groups = kx.find_recordings(tmp_path)
+    (group,) = groups
+    assert (group.station, group.time) == ("A12", "2026-11-21T08:15:00Z")
+    assert [(r.path, r.serial, r.size, r.changed) for r in group.recordings] == [
+        (str(path), serial, path.stat().st_size, path.stat().st_ctime_ns)
+        for serial, path in ((s, place / f"train_{s}.bin") for s in (101, 102))]
+    assert groups.skipped == ((str(tmp_path / os.fsdecode(b"m\xfcller")),
+                               "does not fit the layout: the name of a station must be UTF-8"),)
+    result = kx.Pass(*group.recordings, settings=folder / "settings.ini", time=group.time).measure()
+    assert result["distances"] == 4
+    assert all(recording.is_whole() for recording in group.recordings)
+    os.truncate(group.recordings[0], group.recordings[0].size - 1)
+    assert not group.recordings[0].is_whole()
+    with pytest.raises(kx.ArgumentError, match="needs {serial}"):
+        kx.find_recordings(tmp_path, layout="{station}/{time}/a.bin")
+    with pytest.raises(kx.FileError, match="does not exist"):
+        kx.find_recordings(tmp_path / "gone")
+    assert kx.find_recordings(tmp_path / "A12", layout="{time}/{prefix}_{serial}.bin")[0].station is None

@@ -19,6 +19,7 @@ namespace {
 constexpr std::array kCommands = {
     Command{"simulate", "write the recordings of a simulated train, and the truth about it", runSimulate},
     Command{"train", "measure the wheels of a train and their back-to-back distances from two recordings", runTrain},
+    Command{"watch", "measure each pass whose recordings are complete in a folder, once", runWatch},
     Command{"settings", "make, check or find the settings of a station", runSettings},
     Command{"conicity", "calculate the equivalent conicity of a wheel-set on a track from four profiles", runConicity},
     Command{"wheel", "measure flange height and flange thickness from wheel profiles", runWheel},

@@ -28,6 +28,7 @@ int runInfo(const QStringList& arguments);
 int runSettings(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runTrain(const QStringList& arguments);
+int runWatch(const QStringList& arguments);
 int runWheel(const QStringList& arguments);
 
 } // namespace kxtool

@@ -104,7 +104,39 @@ fs::path absolutePath(const std::string& path) {
     return whole.has_filename() ? whole : whole.parent_path();
 }
 
+/// Waits until what was written to the file system of a folder is on the disk.
+void syncFolder(const std::string& path) {
+    const Descriptor folder(path, O_RDONLY | O_DIRECTORY, 0);
+    if (folder.number < 0 || syncfs(folder.number) != 0) {
+        failFolder(path, lastError());
+    }
+}
+
 } // namespace
+
+void removeAll(const std::string& path) {
+    // Without memory, or where something cannot be removed, it stays.
+    const auto removeOne = [](const char* each, const struct stat*, int, struct FTW*) { return std::remove(each); };
+    constexpr int kMostOpen = 16;
+    nftw(path.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS);
+}
+
+// (std::filesystem::directory_iterator ends the program when there is no memory.)
+std::vector<std::string> namesIn(const std::string& path) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), closedir);
+    errno = folder ? 0 : errno;
+    while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
+        if (const std::string name = entry->d_name; name != "." && name != "..") {
+            names.push_back(name);
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        failFolder(path, lastError());
+    }
+    return names;
+}
 
 WorkFolder::WorkFolder(const QString& parent, const QString& name)
     : parent_(absolutePath(toBytes(parent)).string()), name_(toBytes(name)) {
@@ -137,10 +169,7 @@ WorkFolder::~WorkFolder() {
     if (isFinished_) {
         return;
     }
-    // Without memory, or where something cannot be removed, the folder stays; its name says what it is.
-    const auto removeOne = [](const char* path, const struct stat*, int, struct FTW*) { return std::remove(path); };
-    constexpr int kMostOpen = 16;
-    nftw(path_.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS);
+    removeAll(path_); // what stays has a name that says what it is
 }
 
 WorkFolder WorkFolder::forTarget(const QString& target) {
@@ -205,6 +234,26 @@ void WorkFolder::finish() {
         }
     }
     failFolder(parent_, "no free name for '" + name_ + "'");
+}
+
+bool WorkFolder::finishUnlessTaken() {
+    throwIfInterrupted();
+    syncFolder(path_);
+    const std::string target = parent_ + '/' + name_;
+    if (isTaken(target)) {
+        return false;
+    }
+    if (std::rename(path_.c_str(), target.c_str()) != 0) { // fails, too, where another one has just been made
+        const std::string why = lastError();
+        if (isTaken(target)) {
+            return false;
+        }
+        failFolder(parent_, why);
+    }
+    path_ = target;
+    isFinished_ = true;
+    syncFolder(parent_);
+    return true;
 }
 
 void WorkFolder::finishAs(const QString& target, const QString& last) {

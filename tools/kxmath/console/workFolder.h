@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kxtool {
 
@@ -38,6 +39,10 @@ public:
     /// Gives the folder its final name, with a number behind it where that name is taken. It then stays.
     void finish();
 
+    /// Gives the folder exactly its final name by one rename, after which it stays. What was written is on the disk then,
+    /// also if the computer stops. @return false when something of that name is there; the folder is then not finished
+    bool finishUnlessTaken();
+
     /// Makes the folder `target`, or puts its files into `target` where that is there: all other files of it stay, those
     /// of the same name are replaced, and `last` goes away before the first of them and comes after all others.
     void finishAs(const QString& target, const QString& last = {});
@@ -52,5 +57,11 @@ private:
     std::optional<KxInspect::detail::QtPath> qtPath_;
     bool isFinished_ = false;
 };
+
+/// Removes a file, a link, or a folder with what is in it. What cannot be removed stays.
+void removeAll(const std::string& path);
+
+/// What is in a folder, without "." and "..". Throws a CommandError when it cannot be read.
+std::vector<std::string> namesIn(const std::string& path);
 
 } // namespace kxtool
