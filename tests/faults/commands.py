@@ -1,6 +1,7 @@
 """The command lines that are tried, and the smallest inputs that take each through all its paths."""
 import math
 import pathlib
+import shutil
 import struct
 import subprocess
 import sys
@@ -57,6 +58,7 @@ def all_cases():
         Case("train-all", f"{train} {SETTINGS} --keep all", sampled=True),
         Case("train-again", "train --again kept --recordings pass", sampled=True),
         Case("train-again-out", "train --again kept --recordings pass --out passes", sampled=True),
+        Case("watch", "watch archive --settings pass/settings.ini --out results --settle 0", sampled=True),
         Case("wheel", f"wheel wheel.csv in.whl {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
         Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
         Case("calibrate", f"{shots} --sensor 1 --write s.ini {OUTPUTS}", "s.ini o.json o.html", tells_failures=True),
@@ -110,5 +112,9 @@ def make_inputs(program, folder):
     kxmath(program, folder, f"simulate pass {PASS}")
     kxmath(program, folder, f"train pass/train_101.bin pass/train_102.bin {SETTINGS.replace('passes', 'made')}")
     (folder / "made" / "pass-train_101-train_102").rename(folder / "kept")
+    for station in ("A12", "B7"):
+        (folder / "archive" / station).mkdir(parents=True)
+        shutil.copytree(folder / "pass", folder / "archive" / station / "20261121T081500Z",
+                        ignore=shutil.ignore_patterns("*.ini", "*.json"))
     kxmath(program, folder, "simulate shots --calibration 2 --profiles 2 --turn 3,-2,4")
     kxmath(program, folder, "simulate demo")

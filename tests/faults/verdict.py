@@ -24,8 +24,8 @@ class Expected:
 
 
 def is_temporary(name):
-    """Also a lock, which goes with its process."""
-    return name.startswith("tmp/") or name.endswith(".lock") or \
+    """Also a lock, which goes with its process, and why something was not measured."""
+    return name.startswith("tmp/") or name.endswith((".lock", ".failed.txt")) or \
         any(part.startswith("incomplete-") for part in name.split("/"))
 
 

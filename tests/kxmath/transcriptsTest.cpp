@@ -187,7 +187,7 @@ TEST_P(Transcripts, ShowWhatTheCommandsPrint) {
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
                          testing::Values("calibrate", "conicity", "convert", "forms", "grid", "pages", "poses",
-                                         "settings", "shapes", "simulate", "train", "verdicts", "wheel"),
+                                         "settings", "shapes", "simulate", "train", "verdicts", "watch", "wheel"),
                          [](const auto& info) { return std::string(info.param); });
 
 // The numbers of the transcripts beside what is known of the inputs, and beside each other.

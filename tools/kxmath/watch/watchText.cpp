@@ -81,7 +81,7 @@ QString countText(const std::array<int, kGroupStates>& counts) {
                          QLatin1String(textOf(static_cast<GroupState>(state))));
         }
     }
-    return parts.join(QStringLiteral(", "));
+    return parts.isEmpty() ? QStringLiteral("no group of recordings") : parts.join(QStringLiteral(", "));
 }
 
 } // namespace kxtool
