@@ -30,11 +30,12 @@ def is_temporary(name):
 
 
 def folder_of(name, expected):
-    """The outermost new folder that a file of the result is in and that holds more than another folder."""
+    """The outermost new folder that a file of the result is in and that holds files, not only other folders."""
     parts = name.split("/")
     for prefix in ("/".join(parts[:i]) for i in range(1, len(parts))):
         inside = [n for n in expected.after if n.rpartition("/")[0] == prefix]
-        if prefix not in expected.before and prefix in expected.after and len(inside) > 1:
+        files = [n for n in inside if not is_temporary(n) and not any(m.startswith(n + "/") for m in expected.after)]
+        if prefix not in expected.before and prefix in expected.after and files and len(inside) > 1:
             return prefix
     return None
 
@@ -136,7 +137,8 @@ def judge_killed(tree, expected, case, server):
     wanted = ((expected.after, expected.first), (expected.twice, expected.second))
     if not any(again.code == run.code for _, run in wanted):
         return "no second run", f"{again.code}: {again.err.decode().strip()}"
-    if not any(whole == tree_then and (again.code, again.out) == (run.code, run.out) for tree_then, run in wanted):
+    without = lambda entries: {n: v for n, v in entries.items() if not is_temporary(n)}
+    if not any(whole == without(tree_then) and (again.code, again.out) == (run.code, run.out) for tree_then, run in wanted):
         names = [n for n in {*whole, *expected.after} if whole.get(n) != expected.after.get(n)]
         return "silent change", ", ".join(sorted(names)[:3]) or "stdout"
     return RIGHT, ""

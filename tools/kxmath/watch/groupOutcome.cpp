@@ -128,7 +128,7 @@ GroupOutcome measureOnce(const WatchedGroup& group, const Station& station, cons
     if (!areUnchanged(group.recordings) || !station.isCurrent()) {
         return changedMeanwhile();
     }
-    if (!isThere(folder.path() + kResult)) {
+    if (pass.distances() == 0 && !pass.hasResult()) {
         throw CommandError{NoResult, whyNoResult(pass, options)};
     }
     std::error_code ignored; // what stays is not looked at beside a result

@@ -8,6 +8,8 @@
 #include <QtCore/QStringList>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 
 #include <sys/stat.h>
@@ -98,7 +100,14 @@ WatchedGroup watchedGroup(const KxInspect::RecordingGroup& group, const KxInspec
 bool areUnchanged(const std::vector<FoundRecording>& recordings) {
     return std::all_of(recordings.begin(), recordings.end(), [](const FoundRecording& recording) {
         struct stat now {};
-        return lstat(recording.path.c_str(), &now) == 0 && now.st_size == recording.bytes &&
+        if (lstat(recording.path.c_str(), &now) != 0) {
+            if (errno == ENOENT) {
+                return false;
+            }
+            throw KxInspect::Error(KxInspect::ErrorKind::Unreadable, {"recording", recording.path, {}},
+                                   std::string("cannot be read: ") + std::strerror(errno));
+        }
+        return now.st_size == recording.bytes &&
                std::int64_t(now.st_ctim.tv_sec) * kSecond + now.st_ctim.tv_nsec == recording.changed;
     });
 }

@@ -32,7 +32,7 @@ struct WatchedGroup {
 WatchedGroup watchedGroup(const KxInspect::RecordingGroup& group, const KxInspect::StationSettings& settings,
                           const std::string& out);
 
-/// Whether the recordings are as they were when they were found.
+/// Whether the recordings are as they were when they were found. Throws an Error when that cannot be found out.
 bool areUnchanged(const std::vector<KxInspect::FoundRecording>& recordings);
 
 /// Knows for how long recordings have not changed: by the clock of the system, or because it saw them itself.
