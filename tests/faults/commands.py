@@ -26,12 +26,14 @@ class Case:
     `older`: outputs that are there already. `mark`: the file without which a folder is not taken for complete.
     `tells_failures`: its outputs are also written for an input that cannot be read, and say so.
     `sampled`: its calls are tried at random, not one after the other.
+    `resumes`: the next run goes on where it was, says so, and removes what is left.
     """
 
-    def __init__(self, name, line, older="", stdin=None, mark=None, tells_failures=False, sampled=False):
+    def __init__(self, name, line, older="", stdin=None, mark=None, tells_failures=False, sampled=False,
+                 resumes=False):
         self.name, self.arguments, self.stdin = name, line.split(), stdin
         self.older, self.mark = older.split(), mark
-        self.tells_failures, self.sampled = tells_failures, sampled
+        self.tells_failures, self.sampled, self.resumes = tells_failures, sampled, resumes
 
     def make(self, inputs, folder):
         """Makes the folder in which the case begins."""
@@ -58,7 +60,7 @@ def all_cases():
         Case("train-all", f"{train} {SETTINGS} --keep all", sampled=True),
         Case("train-again", "train --again kept --recordings pass", sampled=True),
         Case("train-again-out", "train --again kept --recordings pass --out passes", sampled=True),
-        Case("watch", "watch archive --settings pass/settings.ini --out results --settle 0", sampled=True),
+        Case("watch", "watch archive --settings pass/settings.ini --out results --settle 0", sampled=True, resumes=True),
         Case("wheel", f"wheel wheel.csv in.whl {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
         Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
         Case("calibrate", f"{shots} --sensor 1 --write s.ini {OUTPUTS}", "s.ini o.json o.html", tells_failures=True),

@@ -118,7 +118,7 @@ def judge(run, tree, expected, case, fault):
     faults = unmarked_faults({n: expected.after[n] if n in told else v for n, v in tree.items()}, expected, case.mark)
     if faults:
         return "half files", faults[0]
-    if left and not is_excused:
+    if left and not is_excused and not case.resumes:
         return "files left", left[0]
     if run.code not in ((6, 3, 4) if call == "allocate" else (3, 4)):
         return "wrong code", f"{run.code}: {run.err.decode().strip()}"
@@ -138,7 +138,8 @@ def judge_killed(tree, expected, case, server):
     if not any(again.code == run.code for _, run in wanted):
         return "no second run", f"{again.code}: {again.err.decode().strip()}"
     without = lambda entries: {n: v for n, v in entries.items() if not is_temporary(n)}
-    if not any(whole == without(tree_then) and (again.code, again.out) == (run.code, run.out) for tree_then, run in wanted):
+    if not any(whole == without(tree_then) and again.code == run.code and (case.resumes or again.out == run.out)
+               for tree_then, run in wanted):
         names = [n for n in {*whole, *expected.after} if whole.get(n) != expected.after.get(n)]
         return "silent change", ", ".join(sorted(names)[:3]) or "stdout"
     return RIGHT, ""

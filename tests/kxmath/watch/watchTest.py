@@ -82,8 +82,8 @@ class Watch(unittest.TestCase):
         run = subprocess.run(self.command("--json-lines", *options), capture_output=True, text=True, timeout=LONGEST)
         self.assertEqual(run.returncode, code, run.stderr)
         lines = [json.loads(line) for line in run.stdout.splitlines()]
-        return {f"{line['station']} {line['time'][11:13]}": line["state"] + (f": {line['reason']}" if line["reason"] else "")
-                for line in lines}
+        return {f"{line['station']} {line['time'][11:13]}":
+                line["state"] + (f": {line['reason']}" if line["reason"] else "") for line in lines}
 
     def finished(self):
         return sorted(str(path.parent.relative_to(self.results)) for path in files_in(self.results)
@@ -132,12 +132,14 @@ class Watch(unittest.TestCase):
 
     def test_what_is_not_measured_says_why(self):
         self.put("20261121T081500Z")
-        shutil.copy(self.recordings / "A12/20261121T081500Z/train_102.bin", self.recordings / "A12/20261121T081500Z/b_102.bin")
+        folder = self.recordings / "A12/20261121T081500Z"
+        shutil.copy(folder / "train_102.bin", folder / "b_102.bin")
         self.assertRegex(self.states(3)["A12 08"], "^failed: '.*' and '.*' are of the same sensor and time")
         shutil.rmtree(self.recordings / "A12")
         self.assertEqual(self.states(1), {})
         self.put("20261121T101500Z")
-        self.assertEqual(self.states(1, "--settle", "86400"), {"A12 10": "waiting: 'train_101.bin' has not been still for 86400 s"})
+        self.assertEqual(self.states(1, "--settle", "86400"),
+                         {"A12 10": "waiting: 'train_101.bin' has not been still for 86400 s"})
         self.settings.write_text(self.settings.read_text().replace("level_b", "level_c"))
         self.assertRegex(self.states(3)["A12 10"], "^failed: settings .*SENSOR1/level_b")
 
@@ -146,7 +148,8 @@ class Watch(unittest.TestCase):
         self.states(0)
         path = self.recordings / "A12/20261121T081500Z/train_101.bin"
         path.write_bytes(path.read_bytes() * 2)
-        self.assertRegex(self.states(3)["A12 08"], "^failed: '.*train_101.bin' has another size than when it was measured")
+        self.assertRegex(self.states(3)["A12 08"],
+                         "^failed: '.*train_101.bin' has another size than when it was measured")
         self.assertEqual(len(self.finished()), 1)
 
     def test_one_watch_at_a_time(self):
@@ -191,7 +194,8 @@ class Watch(unittest.TestCase):
     def test_the_command_of_the_service_survives_kills(self):
         unit = SERVICE.read_text()
         line = re.search(r"^ExecStart=(.*)$", unit, re.M)[1].replace("%i", "A12").replace("$KXMATH_WATCH_OPTIONS", "")
-        for place, own in (("/var/lib/kxmath/A12/recordings", self.recordings), ("/etc/kxmath/A12/settings.ini", self.settings),
+        for place, own in (("/var/lib/kxmath/A12/recordings", self.recordings),
+                           ("/etc/kxmath/A12/settings.ini", self.settings),
                            ("/var/lib/kxmath/A12/results", self.results)):
             self.assertIn(place, line)
             line = line.replace(place, str(own))
