@@ -238,6 +238,9 @@ struct PoseKeys {
     SensorPose uncertainty = {};
 };
 
+/// The keys of a mean pose. Of a y that was given nothing is known: its uncertainty is NaN.
+KXINSPECT_EXPORT PoseKeys poseKeysOf(const PoseAverage& average, int placement, int sensor);
+
 /// The text of a settings file with the keys set: existing keys are replaced, the others added to their
 /// section. Everything else stays as it is, remarks and line ends included. Throws an Error when the text is not UTF-8,
 /// is no INI file, or is written so that other keys would change (Unsuitable); for a sensor out of range (BadArgument);

@@ -3,7 +3,17 @@
 
 #include <KxInspect/Calibration.h>
 
+#include <limits>
+
 namespace KxInspect {
+
+PoseKeys poseKeysOf(const PoseAverage& average, int placement, int sensor) {
+    SensorPose uncertainty = average.uncertainty;
+    if (average.pose.y != average.foundY) {
+        uncertainty.y = std::numeric_limits<double>::quiet_NaN();
+    }
+    return {sensor, average.pose, placement, uncertainty};
+}
 
 std::string readPoseSettings(const std::string& file) {
     return detail::readSettingsText(file);

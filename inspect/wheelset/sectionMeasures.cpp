@@ -4,7 +4,6 @@
 #include "inspect/fitting/studentT.h"
 #include "inspect/wheel/rimMeasures.h"
 #include "inspect/wheelset/placeErrors.h"
-#include "inspect/wheelset/poseErrors.h"
 #include "inspect/wheelset/treadRoundness.h"
 #include "inspect/wheelset/wheelSection.h"
 
@@ -368,49 +367,6 @@ std::string whyNoWheel(const PassWheelMeasures& wheel) {
     return {};
 }
 
-/// What a section shows, without intervals.
-SectionValues plainValues(const WheelSection& section, const RimMeasures& rim) {
-    SectionValues values;
-    for (std::size_t i = 0; i < kPassMeasures; ++i) {
-        const bool isDiameter = kPassMeasureInfos[i].measure == PassMeasure::Diameter;
-        const auto& estimate = estimateOf(rim, isDiameter ? &WheelMeasures::flangeHeight : kRimMeasures[i]);
-        if (isDiameter && estimate && rim.places.tape) {
-            values[i] = 2.0 * (section.highest - static_cast<double>(rim.places.tape->y));
-        } else if (!isDiameter && estimate) {
-            values[i] = estimate->value();
-        }
-    }
-    return values;
-}
-
-/// Widens the intervals by what the poses leave uncertain, where that is known.
-void addPoseErrors(const std::vector<FoundView>& found, const std::vector<double>& weights, double face,
-                   PassWheelMeasures& result) {
-    std::vector<PosedWheel> wheels;
-    for (const FoundView& view : found) {
-        wheels.push_back({view.view, &view.wheel});
-    }
-    const auto errors = poseErrors(wheels, face, [&](const std::vector<const TurnedWheel*>& together) {
-        WheelSection section = mergedSection(together, weights, face);
-        cutFaces(section);
-        return plainValues(section, measureRim(RimContour(section.points), true));
-    });
-    for (const PassMeasureInfo& info : kPassMeasureInfos) {
-        PassValue& value = result.values[indexOf(info.measure)];
-        const std::optional<double>& error = errors[indexOf(info.measure)];
-        if (!value.value || !value.interval.isKnown() || !error) {
-            continue;
-        }
-        const auto part = static_cast<float>(*error);
-        value.byPoses = part;
-        value.interval = {*value.value - std::hypot(*value.value - value.interval.low, part),
-                          *value.value + std::hypot(value.interval.high - *value.value, part)};
-        if (info.measure == PassMeasure::TreadHollow) {
-            value.interval.low = std::max(0.0f, value.interval.low);
-        }
-    }
-}
-
 void measureSection(std::vector<FoundView>& found, double face, PassWheelMeasures& result,
                     std::vector<std::string>& warnings) {
     std::vector<const TurnedWheel*> wheels;
@@ -438,7 +394,6 @@ void measureSection(std::vector<FoundView>& found, double face, PassWheelMeasure
         withhold(reason, result);
         return;
     }
-    addPoseErrors(found, weights, face, result);
     fillShares(found, result);
     const float tip = rim.places.tip ? rim.places.tip->y : 0.0f;
     for (const Point& p : section.points) {

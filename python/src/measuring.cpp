@@ -263,7 +263,7 @@ KxInspect::PoseKeys keysOf(const CalibrationResult& result, int sensor) {
     if (!result.hasPose()) {
         refuseResult(reasonWithoutPose(result));
     }
-    return {sensor, result.average.pose, result.task.placement};
+    return KxInspect::poseKeysOf(result.average, result.task.placement, sensor);
 }
 
 void bindPoses(py::class_<CalibrationResult>& type) {
@@ -282,7 +282,7 @@ void bindPoses(py::class_<CalibrationResult>& type) {
                 KxInspect::storePose(path.bytes, keys, report);
             },
             py::arg("path"), py::arg("sensor"), py::arg("progress"),
-            doc("Stores the pose in a file of settings.", {"storePose", "readPoseSettings"}).c_str());
+            doc("Stores the pose in a file of settings.", {"storePose", "readPoseSettings", "poseKeysOf"}).c_str());
 }
 
 void bindCalibration(py::module_& module) {

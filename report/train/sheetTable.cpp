@@ -146,8 +146,8 @@ QString intervalsText(const std::vector<SheetRow>& rows) {
     if (hasNoiseOnly) {
         text += hasPoses ? QStringLiteral(" Of some wheels they hold noise only.")
                          : QStringLiteral(
-                               " Intervals of diameters and sections hold noise only: the settings do not say how "
-                               "far the poses of the sensors may be off.");
+                               " Intervals of diameters and sections hold noise only, not how far the poses of the "
+                               "sensors may be off.");
     }
     return text;
 }

@@ -1,5 +1,4 @@
 // The measures of the wheels of simulated passes, from sensors between the rails and outside.
-#include "simulator/random.h"
 #include "simulator/simulation.h"
 #include "simulator/train.h"
 #include "simulator/wheelContour.h"
@@ -183,76 +182,6 @@ TEST_F(PassWheels, PosesThatDoNotFitEachOtherAreAWarning) {
     const PassResult without = measurePass(recordings({101, 102, 103, 104}), moved);
     EXPECT_EQ(without.wheels.front().sensors.front().reason,
               "the settings hold no pose of SENSOR1 (x, y, z, alpha, beta, gamma)");
-}
-
-/// Moves the poses by errors that are normal, with uncertainties to both sides with 95 %.
-void drawPoses(StationSettings& settings, const PoseUncertainty& uncertainty, kxsim::Random& random) {
-    const auto off = [&](double& value, double by) { value += random.normal() * by / 1.96; };
-    for (SensorSettings& sensor : settings.sensors) {
-        off(sensor.origin->x, uncertainty.x);
-        off(sensor.origin->y, uncertainty.y);
-        off(sensor.origin->z, uncertainty.z);
-        off(sensor.angles->alpha, uncertainty.alpha);
-        off(sensor.angles->beta, uncertainty.beta);
-        off(sensor.angles->gamma, uncertainty.gamma);
-    }
-}
-
-/// The same recordings are measured with poses that are off: what differs is what these make, since the noise is the same.
-/// build-release/tools/tables/passWheels counts how often whole intervals hold the truth.
-TEST(PassWheelPoses, MakeWhatTheirPartOfTheIntervalsSays) {
-    const TempFiles files;
-    kxsim::Parameters p;
-    p.seed = 5;
-    p.cars = 1;
-    p.bogies = 1;
-    p.rate = 1000.0;
-    p.points = 900;
-    p.layout = {{101, true, kxsim::SensorPlace::Inner},
-                {102, false, kxsim::SensorPlace::Inner},
-                {103, true, kxsim::SensorPlace::Field, 400.0},
-                {104, false, kxsim::SensorPlace::Field, 400.0}};
-    kxsim::simulatePass(p, files.path(""), {});
-    const StationSettings exact = readStationSettings(files.path("settings.ini").toStdString());
-    const std::vector<std::string> recordings = recordingsIn(files.path("").toStdString(), exact);
-    const PoseUncertainty uncertainty{0.15, 0.2, 0.15, 0.06, 0.08, 0.05};
-    StationSettings known = exact;
-    for (SensorSettings& sensor : known.sensors) {
-        sensor.poseUncertainty = uncertainty;
-    }
-    const PassResult measured = measurePass(recordings, known);
-    const PassResult plain = measurePass(recordings, exact);
-    ASSERT_GE(measured.wheels.size(), 2U);
-    constexpr int kDraws = 150; // of two sides, which are independent
-    kxsim::Random random({9, 1});
-    std::array<int, kPassMeasures> held = {};
-    for (int draw = 0; draw < kDraws; ++draw) {
-        StationSettings settings = exact;
-        drawPoses(settings, uncertainty, random);
-        const PassResult result = measurePass(recordings, settings);
-        ASSERT_EQ(result.wheels.size(), measured.wheels.size());
-        for (std::size_t i = 0; i < 2; ++i) { // the other axle has the same poses
-            for (std::size_t m = 0; m < kPassMeasures; ++m) {
-                const PassValue& value = measured.wheels[i].values[m];
-                const std::optional<float>& off = result.wheels[i].values[m].value;
-                held[m] += value.byPoses && off && std::abs(*off - *value.value) <= *value.byPoses ? 1 : 0;
-            }
-        }
-    }
-    for (const PassMeasureInfo& info : kPassMeasureInfos) {
-        // With 95 %, less than one of 1,000 samples of 300 has fewer than 272 or more than 297. A hollow cannot be below 0.
-        const int count = held[static_cast<std::size_t>(info.measure)];
-        EXPECT_GE(count, 272) << info.key;
-        EXPECT_LE(count, info.measure == PassMeasure::TreadHollow ? 300 : 297) << info.key;
-        const PassValue& with = measured.wheels[0][info.measure];
-        const PassValue& without = plain.wheels[0][info.measure];
-        EXPECT_EQ(with.value, without.value);
-        EXPECT_FALSE(without.byPoses);
-        EXPECT_STREQ(whatIntervalHolds(without), "noise only");
-        EXPECT_NEAR(with.interval.high - *with.value, std::hypot(without.interval.high - *with.value, *with.byPoses),
-                    1e-4F)
-            << info.key;
-    }
 }
 
 TEST_F(PassWheels, NominalContourIsAlignedAtFlangeBackAndTapeCircle) {

@@ -27,14 +27,19 @@ public:
         close(before_);
         close(screen_);
     }
-    /// What it shows, at most some kilobytes.
+    /// What it shows.
     std::string shown() {
         std::fputc('.', stderr); // never nothing
         std::fflush(stderr);
+        std::string all;
         std::array<char, 4096> text = {};
-        const ssize_t size = read(screen_, text.data(), text.size());
+        ssize_t size = 1;
+        while (size > 0 && (all.empty() || all.back() != '.')) { // it comes in parts
+            size = read(screen_, text.data(), text.size());
+            all.append(text.data(), static_cast<std::size_t>(size < 0 ? 0 : size));
+        }
         restore();
-        return {text.data(), static_cast<std::size_t>(size < 0 ? 0 : size)};
+        return all;
     }
 
 private:

@@ -184,11 +184,7 @@ Arguments readArguments(const Options& options) {
 }
 
 KxInspect::PoseKeys keysOf(const Arguments& a, const KxInspect::PoseAverage& average) {
-    KxInspect::SensorPose uncertainty = average.uncertainty;
-    if (average.pose.y != average.foundY) {
-        uncertainty.y = std::numeric_limits<double>::quiet_NaN(); // of a y that was given nothing is known
-    }
-    return {a.sensor, average.pose, a.task.placement, uncertainty};
+    return KxInspect::poseKeysOf(average, a.task.placement, a.sensor);
 }
 
 /// Throws an error when the settings cannot hold the keys, before the long work starts.

@@ -121,19 +121,10 @@ void removeAll(const std::string& path) {
     nftw(path.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS);
 }
 
-// (std::filesystem::directory_iterator ends the program when there is no memory.)
 std::vector<std::string> namesIn(const std::string& path) {
     std::vector<std::string> names;
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), closedir);
-    errno = folder ? 0 : errno;
-    while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
-        if (const std::string name = entry->d_name; name != "." && name != "..") {
-            names.push_back(name);
-        }
-        errno = 0;
-    }
-    if (errno != 0) {
-        failFolder(path, lastError());
+    if (const int error = appendNamesIn(path, names); error != 0) {
+        failFolder(path, std::strerror(error));
     }
     return names;
 }
