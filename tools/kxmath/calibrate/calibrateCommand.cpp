@@ -15,7 +15,6 @@
 #include <KxInspect/ProfileFile.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace kxtool {
 
