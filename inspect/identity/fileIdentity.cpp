@@ -43,6 +43,9 @@ InputFile identifyFile(const std::string& path, const Progress& progress) {
             progress("hashing " + detail::shown(path), static_cast<double>(done) / static_cast<double>(size));
         }
     }
+    if (size == 0 && file.read(block.data(), 1) != 0) { // the size of a file that cannot be looked at is 0
+        detail::fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: its size is not known"));
+    }
     return {detail::bareName(path), size, hash.text()};
 }
 

@@ -118,7 +118,10 @@ void removeAll(const std::string& path) {
     // Without memory, or where something cannot be removed, it stays.
     const auto removeOne = [](const char* each, const struct stat*, int, struct FTW*) { return std::remove(each); };
     constexpr int kMostOpen = 16;
-    nftw(path.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS);
+    // It is tried again where it failed for a moment.
+    if (nftw(path.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS) != 0) {
+        nftw(path.c_str(), removeOne, kMostOpen, FTW_DEPTH | FTW_PHYS);
+    }
 }
 
 std::vector<std::string> namesIn(const std::string& path) {
