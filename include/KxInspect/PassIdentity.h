@@ -52,6 +52,7 @@ struct PassIdentity {
     std::optional<ConsistOrder> consistOrder =
         {}; ///< which end of the list was said to pass first; absent without a list
     std::optional<InputFile> limits = {}; ///< likewise the limits
+    std::optional<InputFile> contour = {}; ///< likewise the nominal contour
     std::string version = {}; ///< of the library that measured
 };
 

@@ -101,7 +101,8 @@ QJsonObject identityObject(const PassIdentity& identity) {
             {QStringLiteral("defects"), settingsValue(identity.defects)},
             {QStringLiteral("consist"), fileValue(identity.consist)},
             {QStringLiteral("consistOrder"), orderValue(identity.consistOrder)},
-            {QStringLiteral("limits"), fileValue(identity.limits)}};
+            {QStringLiteral("limits"), fileValue(identity.limits)},
+            {QStringLiteral("contour"), fileValue(identity.contour)}};
 }
 
 PassIdentity readIdentity(const JsonValue& document) {
@@ -123,6 +124,7 @@ PassIdentity readIdentity(const JsonValue& document) {
     identity.consist = readFile(value["consist"]);
     identity.consistOrder = readOrder(value["consistOrder"]);
     identity.limits = readFile(value["limits"]);
+    identity.contour = readFile(value["contour"]);
     identity.version = document["version"].text();
     return identity;
 }

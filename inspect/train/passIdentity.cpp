@@ -17,6 +17,9 @@ PassIdentity identityOf(const StationSettings& settings, const PassOptions& opti
     identity.consist = options.consist ? options.consist->source : std::nullopt;
     identity.consistOrder = options.consist ? std::optional(options.consistOrder) : std::nullopt;
     identity.limits = options.limits ? options.limits->source : std::nullopt;
+    if (options.contour && !options.contour->profile) {
+        identity.contour = identifyFile(options.contour->file);
+    }
     identity.version = KxMath_GetVersionString();
     return identity;
 }

@@ -13,7 +13,8 @@ PyObject* refuseSubinterpreters(PyObject*, PyObject*) {
         PyErr_SetString(PyExc_ImportError, "kxmath works in the main interpreter only, this is a subinterpreter");
         return nullptr;
     }
-    Py_RETURN_NONE;
+    Py_INCREF(Py_None);
+    return Py_None;
 }
 
 PyMethodDef plainFunctions[] = {
@@ -54,6 +55,7 @@ void bindAll(py::module_& module) {
 } // namespace kxpython
 
 /// What PYBIND11_MODULE makes, but for the first line: in a subinterpreter already its second one waits for ever.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): Python looks for a module by this name.
 extern "C" PYBIND11_EXPORT PyObject* PyInit__kxmath() {
     if (refuseSubinterpreters(nullptr, nullptr) == nullptr) {
         return nullptr;

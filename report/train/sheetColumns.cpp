@@ -87,7 +87,7 @@ QString sideText(const SheetRow& row) {
 
 /// A column of one field that people read as it is.
 SheetColumn plain(const char* key, const char* title,
-                  std::function<PairValue(const PassResult& pass, const SheetRow& row)> value) {
+                  const std::function<PairValue(const PassResult& pass, const SheetRow& row)>& value) {
     SheetColumn column{
         QString::fromUtf8(title), textList({QLatin1String(key)}),
         [value](const PassResult& pass, const SheetRow& row) { return std::vector<PairValue>{value(pass, row)}; }};

@@ -110,6 +110,7 @@ void addRows(const PassResult& pass, const std::vector<SheetRow>& rows, Page& pa
     }
     for (const SheetColumn* const column : shownColumns(rows)) {
         std::vector<Cell> shown;
+        shown.reserve(rows.size());
         for (const SheetRow& row : rows) {
             shown.push_back(column->cell(pass, row));
         }

@@ -35,7 +35,7 @@ struct Trial {
     bool isHeld;
 };
 
-void print(const char* name, std::vector<Trial> trials, int absent) {
+void print(const char* name, const std::vector<Trial>& trials, int absent) {
     double sum = 0.0, squares = 0.0, worst = 0.0;
     int held = 0;
     std::vector<double> widths;
@@ -74,7 +74,7 @@ kxsim::Parameters drawPass(int sensors, std::uint64_t seed, double noise) {
     p.noise = noise > 0.0 ? noise : drawn;
     p.layout = {{101, true, kxsim::SensorPlace::Inner}, {102, false, kxsim::SensorPlace::Inner}};
     for (int i = 2; i < sensors; ++i) {
-        p.layout.push_back({101 + i, i % 2 == 0, kxsim::SensorPlace::Field, 300.0 * (i / 2)});
+        p.layout.push_back({101 + i, i % 2 == 0, kxsim::SensorPlace::Field, 300.0 * static_cast<double>(i / 2)});
     }
     return p;
 }

@@ -50,6 +50,9 @@ KxInspect::PassOptions optionsOf(const PassResult& pass, const PassFiles& files)
     if (!files.limits.isEmpty()) {
         options.limits = KxInspect::readLimits(toBytes(files.limits));
     }
+    if (!files.contour.isEmpty()) {
+        options.contour = KxInspect::CrossSection{toBytes(files.contour)};
+    }
     return options;
 }
 

@@ -92,6 +92,7 @@ NamedInputs::NamedInputs(const KeptResult& kept, const FoundInputs& inputs)
     files.defects = named(copies.defects, kept);
     files.consist = named(copies.consist, kept);
     files.limits = named(copies.limits, kept);
+    files.contour = named(copies.contour, kept);
 }
 
 QString NamedInputs::path() const {
@@ -115,7 +116,7 @@ QString NamedInputs::named(const SettingsCopy& copy, const KeptResult& kept) con
         return {};
     }
     makeFolder(copy.name); // two of them may have had one name
-    const std::string name = std::string(copy.name) + '/' + copy.identity->name;
+    const std::string name = copy.name + '/' + copy.identity->name;
     link(copy.path(kept), name);
     return fromBytes(folder_.path() + '/' + name);
 }

@@ -57,7 +57,8 @@ private:
         const int error = appendNamesIn(folder, names);
         std::sort(names.begin(), names.end());
         for (const std::string& name : names) {
-            addEntry(folder + '/' + name, name);
+            std::string path = folder;
+            addEntry(path.append("/").append(name), name);
         }
         return error;
     }

@@ -86,7 +86,10 @@ SettingsCopies copiesOf(const PassResult& pass) {
             {QStringLiteral("the settings for defects"), kDefectsCopy, pass.defectLimits.has_value(),
              identity.defects ? identity.defects->file : std::nullopt},
             {QStringLiteral("the list of vehicles"), kConsistCopy, pass.train.isListed, identity.consist},
-            {QStringLiteral("the limits"), kLimitsCopy, pass.assessment.has_value(), identity.limits}};
+            {QStringLiteral("the limits"), kLimitsCopy, pass.assessment.has_value(), identity.limits},
+            {QStringLiteral("the points of the nominal contour"),
+             contourCopy(pass.contour ? pass.contour->file : std::string()), pass.contour.has_value(),
+             identity.contour}};
 }
 
 QString described(const InputFile& file) {

@@ -28,7 +28,7 @@ KeptResult readResult(const QString& name);
 /// A file of settings of a result: what it was, and its copy beside the result.
 struct SettingsCopy {
     QString what; ///< "the settings"
-    const char* name; ///< of the copy
+    std::string name; ///< of the copy
     bool isUsed;
     std::optional<KxInspect::InputFile> identity;
 
@@ -36,9 +36,9 @@ struct SettingsCopy {
 };
 
 struct SettingsCopies {
-    SettingsCopy station, defects, consist, limits;
+    SettingsCopy station, defects, consist, limits, contour;
 
-    std::vector<const SettingsCopy*> all() const { return {&station, &defects, &consist, &limits}; }
+    std::vector<const SettingsCopy*> all() const { return {&station, &defects, &consist, &limits, &contour}; }
 };
 
 SettingsCopies copiesOf(const KxInspect::PassResult& pass);

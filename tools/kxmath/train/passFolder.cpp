@@ -9,8 +9,8 @@
 #include <KxInspect/Recording.h>
 
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 
+#include <filesystem>
 #include <optional>
 
 namespace kxtool {
@@ -42,12 +42,15 @@ void copySettings(const WorkFolder& folder, const PassFiles& files, const KxInsp
         copyRead(folder, files.limits, kLimitsCopy, options.limits->source);
     }
     if (!files.contour.isEmpty()) {
-        const QString suffix = QFileInfo(files.contour).suffix(); // tells how it is read
-        folder.copy(files.contour, QStringLiteral("contour") + (suffix.isEmpty() ? suffix : QLatin1Char('.') + suffix));
+        folder.copy(files.contour, fromBytes(contourCopy(toBytes(files.contour))));
     }
 }
 
 } // namespace
+
+std::string contourCopy(const std::string& file) {
+    return "contour" + std::filesystem::path(file).extension().string();
+}
 
 bool isKept(const PassResult& pass) {
     return pass.distances() > 0 || pass.hasResult();

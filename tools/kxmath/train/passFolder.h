@@ -41,6 +41,8 @@ inline constexpr const char* kDefectsCopy = "defects.ini";
 inline constexpr const char* kConsistCopy = "consist.csv";
 inline constexpr const char* kLimitsCopy = "limits.ini";
 /// @}
+/// The name of the copy of a nominal contour, with the ending of its own, which tells how it is read.
+std::string contourCopy(const std::string& file);
 
 /// Measures a pass and leaves in `folder` what belongs in the folder of a pass, result.json last: no links, nothing that
 /// names another folder. A pass without a result leaves no result.json. The folder is not finished. Throws an Error, a

@@ -191,7 +191,7 @@ void waitFor(double seconds) {
 int run(const WatchOptions& options) {
     const Interruption untilEnd;
     KxInspect::findRecordings(options.folder, options.layout); // before anything is made
-    const Station checked(options);
+    static_cast<void>(Station(options)); // likewise
     const WatchLock lock(options.out);
     Watch watch(options);
     watch.lookAtAll();
