@@ -74,7 +74,8 @@ kxsim::Parameters drawPass(int sensors, std::uint64_t seed, double noise) {
     p.noise = noise > 0.0 ? noise : drawn;
     p.layout = {{101, true, kxsim::SensorPlace::Inner}, {102, false, kxsim::SensorPlace::Inner}};
     for (int i = 2; i < sensors; ++i) {
-        p.layout.push_back({101 + i, i % 2 == 0, kxsim::SensorPlace::Field, 300.0 * static_cast<double>(i / 2)});
+        const int row = i / 2;
+        p.layout.push_back({101 + i, i % 2 == 0, kxsim::SensorPlace::Field, 300.0 * row});
     }
     return p;
 }
