@@ -24,11 +24,11 @@ SMALL = ("--cars 1 --bogies 1 --axles 2 --rate 150 --points 60 --no-background -
 LONGEST = 60  # s
 
 
-def until(condition):
+def until(condition, step=0.02):
     end = time.monotonic() + LONGEST
     while not condition():
         assert time.monotonic() < end, "takes too long"
-        time.sleep(0.02)
+        time.sleep(step)
 
 
 @contextlib.contextmanager
@@ -205,7 +205,12 @@ class Watch(unittest.TestCase):
         for kill in range(50):
             self.put(f"20261121T08{kill:02}00Z")
             with started(command, stdout=subprocess.DEVNULL) as run:
-                time.sleep(generator.uniform(0, 0.2))
+                if kill % 2:  # in the middle of the work, however fast the machine is
+                    until(lambda: any(f"08{kill:02}00Z" in str(path) for path in self.unfinished() + self.finished()),
+                          step=0.0005)
+                    time.sleep(generator.uniform(0, 0.003))
+                else:
+                    time.sleep(generator.uniform(0, 0.2))
                 run.kill()
             unfinished += bool(self.unfinished())
             for name in self.finished():

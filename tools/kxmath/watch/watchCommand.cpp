@@ -44,9 +44,10 @@ public:
             throw std::bad_alloc();
         }
         if (failed > 0 || isUnreadable_) {
-            throw CommandError{
-                BadInput, failed > 0 ? QStringLiteral("%1 groups in '%2' could not be measured").arg(failed).arg(folder)
-                                     : QStringLiteral("not all of '%1' could be read").arg(folder)};
+            throw CommandError{BadInput, failed > 0
+                                             ? QStringLiteral("%1 groups in '%2' could not be measured, the first: %3")
+                                                   .arg(QString::number(failed), folder, failure_)
+                                             : QStringLiteral("not all of '%1' could be read").arg(folder)};
         }
         if (without > 0 || count(GroupState::Measured) + count(GroupState::Done) == 0) {
             throw CommandError{NoResult,
@@ -66,6 +67,7 @@ private:
         stillness_.note(found);
         reportSkipped(found.skipped);
         counts_ = {};
+        failure_.clear();
         std::set<std::string> there;
         for (const KxInspect::RecordingGroup& recordings : found.groups) {
             const WatchedGroup group = watchedGroup(recordings, station.settings(), options_.out);
@@ -76,6 +78,9 @@ private:
             }
             const bool isByThisRun = measured_.count(group.result()) > 0 && outcome->state == GroupState::Done;
             ++counts_[static_cast<std::size_t>(isByThisRun ? GroupState::Measured : outcome->state)];
+            if (outcome->state == GroupState::Failed && failure_.isEmpty()) {
+                failure_ = outcome->reason;
+            }
             report(group, *outcome);
         }
         forgetAllBut(there);
@@ -169,6 +174,7 @@ private:
     Stillness stillness_;
     std::array<int, kGroupStates> counts_{};
     bool isUnreadable_ = false;
+    QString failure_; ///< why the first group that failed has no result
     std::set<std::string> measured_; ///< results of this run
     std::vector<GivenVerdict> verdicts_;
     std::map<std::string, std::string> noMemory_; ///< what groups were tried with for which memory was not enough
