@@ -13,7 +13,7 @@ using KxInspect::detail::HashedFile;
 class HashedFiles : public testing::Test {
 protected:
     HashedFiles() {
-        for (int i = 0; i < 100000; ++i) {
+        for (unsigned i = 0; i < 100000; ++i) {
             bytes_.append(static_cast<char>(i * i / 7));
         }
         files_.write("a.bin", bytes_);
