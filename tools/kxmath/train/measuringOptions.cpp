@@ -180,20 +180,21 @@ std::optional<std::string> labelOf(const Options& options, const char* option,
 
 MeasuringOptions measuringOptions(const Options& options) {
     const QString file = QStringLiteral("a file");
-    return {{{},
-             {},
-             nameOf(options, "defects", file),
-             nameOf(options, "consist", file),
-             nameOf(options, "limits", file),
-             nameOf(options, "contour", file),
-             keepOf(options)},
-            options.wholeNumber("mode"),
-            options.number("tolerance", kNotNegative),
-            options.numberIfSet("nominal", {100.0, 10000.0}),
-            defectRange(options),
-            failOn(options),
-            lineLabels(options),
-            consistOrder(options)};
+    // One after the other: of an aggregate whose last value throws, GCC 12 destroys the first ones twice.
+    PassFiles files;
+    files.defects = nameOf(options, "defects", file);
+    files.consist = nameOf(options, "consist", file);
+    files.limits = nameOf(options, "limits", file);
+    files.contour = nameOf(options, "contour", file);
+    files.keep = keepOf(options);
+    const int mode = options.wholeNumber("mode");
+    const float tolerance = options.number("tolerance", kNotNegative);
+    const auto nominal = options.numberIfSet("nominal", {100.0, 10000.0});
+    const auto range = defectRange(options);
+    const FailOn verdicts = failOn(options);
+    const KxInspect::PassLabels labels = lineLabels(options);
+    const KxInspect::ConsistOrder order = consistOrder(options);
+    return {files, mode, tolerance, nominal, range, verdicts, labels, order};
 }
 
 KxInspect::PassOptions passOptions(const MeasuringOptions& options) {
