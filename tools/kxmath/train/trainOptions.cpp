@@ -139,8 +139,10 @@ AgainOptions againOptions(const Options& options) {
         }
     }
     options.arguments("recordings beside --again", 0, 0);
-    return {nameOf(options, "again", QStringLiteral("a result")), options.needed("recordings"),
-            options.isSet("out") ? nameOf(options, "out", QStringLiteral("a folder")) : QString()};
+    const QString result = nameOf(options, "again", QStringLiteral("a result"));
+    const QString recordings = options.needed("recordings");
+    const QString out = options.isSet("out") ? nameOf(options, "out", QStringLiteral("a folder")) : QString();
+    return {result, recordings, out};
 }
 
 } // namespace
