@@ -1,5 +1,5 @@
-// Arbitrary bytes as the files of the commands info, wheel, conicity, grid, train, calibrate and settings. The first four bytes choose
-// the command and its options.
+// Arbitrary bytes as the files of the commands info, wheel, conicity, grid, train, calibrate, settings, view and profile. The first four bytes
+// choose the command and its options.
 #include "input.h"
 #include "scratch.h"
 
@@ -64,6 +64,27 @@ int runWheel(const Choice& choice, const QStringList& files) {
         arguments << QStringLiteral("--centre") << choice.pick({"400,0", "1e30,-1e30"});
     }
     return kxtool::runWheel(arguments);
+}
+
+int runProfile(const Choice& choice, const QStringList& files) {
+    const QString chain =
+        choice.pick({"sort trimX:-50,50", "removeNoise:3,1,1.5 kihFilter20", "splashFilter:1,0.5 wndFilter:5",
+                     "splashFilterPolar:40,1,2 wndFilterPolar:1,5,3", "removeLineParts:9,0.9,1,3",
+                     "removeLowLevel:0,-1e6 interpolate:0.5", "sort calcLineSegment:1,0.5,3",
+                     "medFilt:5 addLineSegments:4", "toPolar rotatePolar:30 toEvklid", "polynomFit:7"});
+    QStringList arguments = {QStringLiteral("kxmath"), files[0],       QStringLiteral("--do"),     chain,
+                             QStringLiteral("--json"), output("json"), QStringLiteral("--report"), output("html")};
+    if (choice.has(0)) {
+        arguments << QStringLiteral("--record") << QStringLiteral("1");
+    }
+    if (choice.has(1)) {
+        arguments << QStringLiteral("--line") << QStringLiteral("--circle") << QStringLiteral("--polynom")
+                  << choice.pick({"0", "3", "15"});
+    }
+    if (choice.has(2)) {
+        arguments << QStringLiteral("--detect") << QStringLiteral("weld circle cuts:2,0.1 joint");
+    }
+    return kxtool::runProfile(arguments);
 }
 
 int runConicity(const Choice& choice, const QStringList& files) {
@@ -192,9 +213,11 @@ int runSettings(const Choice& choice, const QStringList& files) {
     return kxtool::runSettings(arguments);
 }
 
-constexpr int kCommands = 7;
+constexpr int kCommands = 9;
 constexpr int kTrain = 4;
 constexpr int kSettings = 6;
+constexpr int kView = 7;
+constexpr int kProfile = 8;
 
 int runCommand(const Choice& choice, const QStringList& files) {
     switch (choice.command % kCommands) {
@@ -210,6 +233,10 @@ int runCommand(const Choice& choice, const QStringList& files) {
         return runTrain(choice, files);
     case kSettings:
         return runSettings(choice, files);
+    case kView:
+        return kxtool::runView({QStringLiteral("kxmath"), files[0], QStringLiteral("-o"), QStringLiteral("/dev/null")});
+    case kProfile:
+        return runProfile(choice, files);
     default:
         return runCalibrate(choice, files);
     }

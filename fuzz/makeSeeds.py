@@ -6,6 +6,7 @@ files of a folder, text files shortened to some hundred lines.
 """
 
 import argparse
+import json
 import math
 import pathlib
 import random
@@ -14,6 +15,7 @@ import subprocess
 import tempfile
 
 SEPARATOR = b"@@@@"
+EXAMPLES = pathlib.Path(__file__).resolve().parent.parent / "examples"
 
 
 def section(kind, points):
@@ -78,6 +80,22 @@ TEXTS = [
     b"Filename=a\nXYPoints=2\n\n0.1 0.2 3 4\n1.5 2.5 3 4\n",
     bytes(32),
 ]
+NPY = b"{'descr': '<f4', 'fortran_order': False, 'shape': (2, 4), }\n"
+VTK = b'<VTKFile type="%s" byte_order="LittleEndian" header_type="UInt64">'
+MAPS = [
+    b"\x93NUMPY\1\0" + struct.pack("<H", len(NPY)) + NPY + bytes(32),
+    b"Gwyddion Simple Field 1.0\nXRes = 3\nYRes = 2\nXReal = 0.003\nYReal = 0.002\nXYUnits = m\nZUnits = m\n" + bytes(26),
+    b"aISO-1.0\nNumPoints = 3\nNumProfiles = 2\nXscale = 1e-3\nYscale = 1e-3\nZscale = 1\n*\n"
+    b"1 2 BAD\n4 5 nan\n*\nOriginX = 1\n",
+    VTK % b"ImageData" + b'<ImageData WholeExtent="0 2 0 1 0 0" Origin="1 2 0" Spacing="1 1 1">'
+    b'<Piece Extent="0 2 0 1 0 0"><PointData><DataArray type="Float32" Name="h" format="ascii">1 2 nan 4 5 6</DataArray>'
+    b"</PointData></Piece></ImageData></VTKFile>",
+    VTK % b"PolyData" + b'<PolyData><Piece NumberOfPoints="1"><Points><DataArray type="Float32" NumberOfComponents="3" '
+    b'format="binary">DAAAAAAAAAAAAIA/AAAAQAAAQEA=</DataArray></Points></Piece></PolyData></VTKFile>',
+    bytes(80) + struct.pack("<I", 1) + bytes(50),
+    b"solid a\nfacet\nouter loop\nvertex 1 2 3\nvertex 4 5 6\nvertex 7 8 9\nendloop\nendfacet\nendsolid a\n",
+    b"profile,x,y,z,red,green,blue\n1,2,3,4,5,6,7\n2,,nan,4,5,6,7\n",
+]
 WHEELS = b"".join(record(i, profile(20, 50.0 if 3 < i < 9 else 150.0)) for i in range(12))
 SECTIONS = b"".join(section(2, profile(30, 40.0 + i / 4 if i > 1 else 140.0)) for i in range(8))
 
@@ -126,7 +144,8 @@ def shortened(path):
 
 def real_files(folder):
     """Kind of command line input and content of each file."""
-    kinds = {".csv": 2, ".xyz": 4, ".asc": 4, ".txt": 4, ".ply": 5, ".pcd": 6}
+    kinds = {".csv": 2, ".xyz": 4, ".asc": 4, ".txt": 4, ".ply": 5, ".pcd": 6, ".npy": 9, ".vtp": 10, ".stl": 11,
+             ".vti": 12, ".gsf": 13, ".sdf": 14}
     files = [f for f in sorted(pathlib.Path(folder).rglob("*")) if f.is_file()] if folder else []
     return [(kinds.get(f.suffix.lower(), 7), shortened(f)) for f in files]
 
@@ -138,7 +157,8 @@ def operations():
 
 
 def point_formats(real):
-    inputs = [bytes([kind]) + content for kind in range(8) for content in CLOUDS + RECORDS + CSV + TEXTS]
+    contents = CLOUDS + RECORDS + CSV + TEXTS + MAPS
+    inputs = [bytes([kind]) + content for kind in range(16) for content in contents]
     return inputs + [bytes([kind]) + content for kind, content in real]
 
 
@@ -163,6 +183,38 @@ def commands(train, shots, real):
     return inputs
 
 
+def several_sensors():
+    """Settings of three sensors with sides and poses, and their recordings."""
+    text = settings("lowlevel").decode() + "[SENSOR3]\nSN=3\nlevel_k=0\nlevel_b=100\n"
+    for sensor, (side, y) in enumerate((("left", 500), ("right", -500), ("left", 900)), start=1):
+        text += f"[SENSOR{sensor}]\nside={side}\nx=0\ny={y}\nz=-100\nalpha=-40\nbeta=90\ngamma=180\n"
+        text += "".join(f"{key}Uncertainty=0.05\n" for key in ("x", "y", "z", "alpha", "beta", "gamma"))
+    return SEPARATOR.join((text.encode(), WHEELS, WHEELS, WHEELS))
+
+
+def result(tool):
+    """The result of a short pass, without blanks."""
+    with tempfile.TemporaryDirectory() as folder:
+        options = "--cars 1 --bogies 1 --axles 1 --rate 150 --points 60 --idle 2 --no-background --no-objects --no-rails"
+        path = pathlib.Path(folder)
+        subprocess.run([tool, "simulate", *options.split(), path / "pass"], check=True, stdout=subprocess.DEVNULL)
+        subprocess.run([tool, "train", path / "pass", "--json", path / "r.json", "--limits", EXAMPLES / "limits.ini"],
+                       check=True, stdout=subprocess.DEVNULL, cwd=folder)
+        return json.dumps(json.loads((path / "r.json").read_bytes()), separators=(",", ":")).encode()
+
+
+def station_texts(tool):
+    """What the text is, and a choice; then the text."""
+    consists = [(EXAMPLES / "consist.csv").read_bytes(),
+                b'mark,number,class,axle distances,to next\n"a ""b""",,tram,1800 6000 1800,2800\nc,7,tram,1800 6000 1800,\n']
+    limits = [(EXAMPLES / "limits.ini").read_bytes(), b"[backToBack/tram]\nalarmLow = 1379\n# x\n[yaw]\nwarningHigh=5\n"]
+    layouts = [b"{station}/{time}/{prefix}_{serial}.bin@@@@A12/20261121T081500Z/left_1001.bin",
+               b"{time}-{station}_{serial}.bin@@@@2026-11-21T08-15-00.5Z-B7_12.bin"]
+    results = [result(tool)] if tool else [b'{"schema":{"name":"kxmath.pass","version":1},"command":"train"}']
+    texts = [consists, limits, layouts, results, [several_sensors()]]
+    return [bytes([kind, choice]) + text for kind, those in enumerate(texts) for text in those for choice in (0, 3, 12)]
+
+
 def seeds(target, train, shots, real):
     if target == "csv":
         return [bytes([1, 2]) + c for c in CSV] + [bytes([1, 2]) + c for kind, c in real if kind == 2]
@@ -185,7 +237,11 @@ def main():
     arguments = parser.parse_args()
     train = simulated(arguments.tool) if arguments.tool else ()
     shots = calibration(arguments.tool) if arguments.tool else [section(2, profile(60, 5.0))] * 2
-    for number, seed in enumerate(seeds(arguments.target, train, shots, real_files(arguments.files))):
+    if arguments.target == "stationTexts":
+        found = station_texts(arguments.tool)
+    else:
+        found = seeds(arguments.target, train, shots, real_files(arguments.files))
+    for number, seed in enumerate(found):
         (arguments.folder / f"seed-{number:03}").write_bytes(seed)
 
 

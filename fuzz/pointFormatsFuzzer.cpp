@@ -4,6 +4,7 @@
 
 #include <KxInspect/Error.h>
 #include <KxInspect/FileContents.h>
+#include <KxInspect/HeightMapFile.h>
 #include <KxInspect/PointFile.h>
 #include <KxInspect/ProfileFile.h>
 
@@ -28,6 +29,14 @@ void convert(const std::string& path, FileKind from, const KxInspect::TextOption
     }
 }
 
+void convertMap(const std::string& path, FileKind from) {
+    const std::optional<float> pitch = from == FileKind::Npy ? std::optional(0.5f) : std::nullopt;
+    const KxInspect::HeightMap map = KxInspect::readHeightMap(path, from, pitch);
+    for (const FileKind to : kFileKinds) {
+        tryCall([&] { KxInspect::writeHeightMap(kxfuzz::scratchFile(QStringLiteral("copy")).toStdString(), to, map); });
+    }
+}
+
 /// What 4 bits choose: the form that is found, or another one.
 KxInspect::TextOptions textOptions(int choice) {
     KxInspect::TextOptions options;
@@ -49,8 +58,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     }
     const std::string path = kxfuzz::writeScratch("points", data + 1, size - 1).toStdString();
     const KxInspect::TextOptions options = textOptions(data[0] / 16);
+    static_assert(std::size(kFileKinds) < 16, "the others are what is found by the content");
     if (data[0] % 16 < std::size(kFileKinds)) {
         tryCall([&] { convert(path, kFileKinds[data[0] % 16], options); });
+        tryCall([&] { convertMap(path, kFileKinds[data[0] % 16]); });
+        tryCall([&] { KxInspect::readRecord(path, data[0] / 16); });
     } else {
         tryCall([&] { KxInspect::readProfile(path, options); });
         tryCall([&] { KxInspect::readProfiles(path, options); });

@@ -43,6 +43,7 @@ private:
     std::string place_; ///< the target without links
     std::string path_;
     bool isReplaced_ = true; ///< false for what is written into
+    int openFile_ = -1; ///< that is written into
 };
 
 /// Writes a whole file as AtomicFile does. Throws an Error Unwritable; the older file then stays.

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -32,6 +33,7 @@ std::string lastError() {
 struct Place {
     std::string path;
     bool isReplaced;
+    int openFile = -1; ///< its number, where the path names an open file of this process
 };
 
 /// Whether a name in that folder stands for an open file, as /dev/stdout does.
@@ -41,6 +43,16 @@ bool isOfOpenFiles(const fs::path& folder) {
     const std::string end = "/fd";
     return path.rfind("/proc/", 0) == 0 && path.size() > end.size() &&
            path.compare(path.size() - end.size(), end.size(), end) == 0;
+}
+
+/// The number of the open file of this process that a path in such a folder names, -1 for those of others.
+int openFileOf(const fs::path& path) {
+    std::error_code error;
+    const std::string name = path.filename().string();
+    int number = -1;
+    const auto [end, failure] = std::from_chars(name.data(), name.data() + name.size(), number);
+    const bool isNumber = failure == std::errc() && end == name.data() + name.size();
+    return isNumber && fs::equivalent(path.parent_path(), "/proc/self/fd", error) ? number : -1;
 }
 
 /// What is there, which may be nothing. @param find fs::status to follow links, or fs::symlink_status
@@ -70,7 +82,7 @@ Place placeOf(const std::string& path) {
             return {place.string(), true};
         }
         if (isOfOpenFiles(place.parent_path())) {
-            return {path, false}; // whoever opened it would not see another file in its place
+            return {path, false, openFileOf(place)}; // whoever opened it would not see another file in its place
         }
         place = place.parent_path() / fs::read_symlink(place); // an absolute one replaces all of it
     }
@@ -153,6 +165,7 @@ AtomicFile::AtomicFile(ErrorSource target) : target_(std::move(target)) {
         const Place place = placeOf(target_.file);
         place_ = place.path;
         isReplaced_ = place.isReplaced;
+        openFile_ = place.openFile;
         const fs::path path(place_);
         if (isReplaced_) {
             failure = makeFile(path.parent_path(), path.filename(), kForAll, path_);
@@ -210,7 +223,9 @@ void AtomicFile::copyInto() const {
     if (!from.open(QIODevice::ReadOnly)) {
         fail(from.errorString().toStdString());
     }
-    const int to = open(place_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    // An open file is written on where its writers are: opened anew it would have an end of its own.
+    const int to =
+        openFile_ >= 0 ? fcntl(openFile_, F_DUPFD_CLOEXEC, 0) : open(place_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
     bool isWritten = to >= 0;
     for (qint64 left = from.size(); isWritten && left > 0;) {
         const QByteArray bytes = from.read(std::min(left, kBlock));

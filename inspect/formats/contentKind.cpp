@@ -16,6 +16,31 @@ namespace {
 
 constexpr qint64 kHeadSize = 1 << 12; // bytes; headers of gauge files have some 2000
 
+/// The kind of files of other programs.
+std::optional<FileKind> kindByFirstLine(const QByteArray& head) {
+    if (head.startsWith("\x93NUMPY")) {
+        return FileKind::Npy;
+    }
+    if (head.startsWith("Gwyddion Simple Field ")) {
+        return FileKind::Gsf;
+    }
+    if (head.startsWith("aISO-") || head.startsWith("bISO-")) {
+        return FileKind::Sdf;
+    }
+    if (head.startsWith("solid ") && head.contains("facet")) {
+        return FileKind::Stl;
+    }
+    const qsizetype element = head.indexOf("<VTKFile");
+    if (element < 0 || element != head.indexOf("<VTKFile ")) {
+        return {};
+    }
+    const QByteArray attributes = head.mid(element, head.indexOf('>', element) - element);
+    if (attributes.contains("\"ImageData\"")) {
+        return FileKind::Vti;
+    }
+    return attributes.contains("\"PolyData\"") ? std::optional(FileKind::Vtp) : std::nullopt;
+}
+
 /// The kind that the first bytes state.
 std::optional<FileKind> kindBySignature(const QByteArray& head) {
     switch (head.isEmpty() ? '\0' : head.front()) {
@@ -34,7 +59,7 @@ std::optional<FileKind> kindBySignature(const QByteArray& head) {
     if (head.startsWith("# .PCD") || head.startsWith("VERSION ") || head.startsWith("FIELDS ")) {
         return FileKind::Pcd;
     }
-    return {};
+    return kindByFirstLine(head);
 }
 
 bool isText(const QByteArray& head) {
@@ -52,7 +77,7 @@ bool isText(const QByteArray& head) {
 std::optional<FileKind> kindOfFile(QIODevice& file, const std::string& name) {
     const std::optional<FileKind> byName = kindByFileName(name);
     QByteArray head = file.peek(kHeadSize);
-    if (byName == FileKind::Xyzf) { // floats begin with any byte
+    if (byName == FileKind::Xyzf || byName == FileKind::Stl) { // these begin with any byte
         return byName;
     }
     if (const std::optional<FileKind> kind = kindBySignature(head)) {

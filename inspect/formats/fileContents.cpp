@@ -62,6 +62,7 @@ PartKind partKind(KxMath::KxRecordKind kind) {
 void readSections(QFile& file, const ErrorSource& source, const Progress& progress, FileContents& contents,
                   Spacings& spacings) {
     const std::string step = "reading " + detail::shown(source.file);
+    const double size = static_cast<double>(file.size()); // once: each time the system is asked
     while (!file.atEnd()) {
         PointSet part;
         const KxMath::KxRecordKind kind = detail::readSection(file, part);
@@ -76,7 +77,7 @@ void readSections(QFile& file, const ErrorSource& source, const Progress& progre
         count(contents, partKind(kind));
         addPoints(contents, part.points, kind == KxMath::KxSectionXYZ || kind == KxMath::KxSectionXYZRGB, spacings);
         if (progress) {
-            progress(step, static_cast<double>(file.pos()) / static_cast<double>(file.size()));
+            progress(step, static_cast<double>(file.pos()) / size);
         }
     }
 }

@@ -21,7 +21,11 @@ constexpr std::array kKinds = {
     Kind{FileKind::Cloud, "cloud", " bin cloud "}, Kind{FileKind::Profiles, "profiles", " profiles set "},
     Kind{FileKind::Csv, "csv", " csv "},           Kind{FileKind::Xyzf, "xyzf", " xyzf "},
     Kind{FileKind::Xyz, "xyz", " xyz txt asc "},   Kind{FileKind::Ply, "ply", " ply "},
-    Kind{FileKind::Pcd, "pcd", " pcd "},           Kind{FileKind::Gauge, "gauge", " whl ban prw prr "},
+    Kind{FileKind::Pcd, "pcd", " pcd "},           Kind{FileKind::Gauge, "gauge", " whl ban prw prr gauge "},
+    Kind{FileKind::Table, "table", " table "},     Kind{FileKind::Npy, "npy", " npy "},
+    Kind{FileKind::Vtp, "vtp", " vtp "},           Kind{FileKind::Stl, "stl", " stl "},
+    Kind{FileKind::Vti, "vti", " vti "},           Kind{FileKind::Gsf, "gsf", " gsf "},
+    Kind{FileKind::Sdf, "sdf", " sdf "},
 };
 
 } // namespace

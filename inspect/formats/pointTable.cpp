@@ -36,10 +36,13 @@ public:
             point.rgb |= channel(value);
         } else if (name == "rgb") {
             point.rgb = bits;
+        } else if (name == "profile") {
+            profile = value;
         }
     }
 
     KxPointXYZRGB point;
+    double profile = 0.0; ///< its number
 
 private:
     static quint32 channel(double value) {
@@ -124,8 +127,8 @@ void readBinary(const FileHeader& header, const std::vector<Column>& columns, co
 /// Rows of text.
 class AsciiRows {
 public:
-    AsciiRows(const FileHeader& header, const std::vector<Column>& columns)
-        : header_(header), columns_(columns),
+    AsciiRows(const FileHeader& header, const std::vector<Column>& columns, char separator)
+        : header_(header), columns_(columns), separator_(separator),
           text_(header.content().constData(), static_cast<std::size_t>(header.content().size())),
           next_(static_cast<std::size_t>(header.end())), line_(header.lines()) {}
 
@@ -141,7 +144,7 @@ public:
 
     Row readRow() {
         const std::string_view line = nextLine();
-        Fields fields(line, ' ');
+        Fields fields(line, separator_);
         Row row;
         int number = 0;
         for (const Column& column : columns_) {
@@ -199,6 +202,7 @@ private:
 
     const FileHeader& header_;
     const std::vector<Column>& columns_;
+    char separator_;
     std::string_view text_;
     std::size_t begin_ = 0;
     std::size_t next_;
@@ -206,13 +210,21 @@ private:
 };
 
 void readAscii(const FileHeader& header, const std::vector<Column>& columns, const TableRows& rows, PointSet& result) {
-    AsciiRows text(header, columns);
+    AsciiRows text(header, columns, rows.separator);
+    const bool hasProfiles =
+        std::any_of(columns.begin(), columns.end(), [](const Column& c) { return c.name == "profile"; });
+    double profile = 0.0;
     result.points.reserve(std::min(static_cast<std::size_t>(rows.count), text.mostRows()));
     for (qint64 i = 0; i < rows.count; ++i) {
         if (text.isAtEnd()) {
             failShort(header, i, rows.count);
         }
-        append(text.readRow(), result);
+        const Row row = text.readRow();
+        if (hasProfiles && (i == 0 || row.profile != profile)) {
+            result.profileStarts.push_back(result.points.size());
+            profile = row.profile;
+        }
+        append(row, result);
     }
     text.checkEnd(rows.behind, rows.count);
 }

@@ -22,13 +22,14 @@ enum class TableData { Ascii, LittleEndian };
 struct TableRows {
     qint64 count = -1; ///< of points; -1: not said
     qint64 behind = 0; ///< lines of other data behind the points of a text; 0: nothing may follow
+    char separator = ' '; ///< of the columns of a text
 };
 
 /// A count in a header. Throws an Error Damaged when it is none.
 qint64 readCount(const FileHeader& header, const QByteArray& text);
 
 /// Reads the rows behind the header. The columns x, y and z become coordinates, red, green and blue or rgb (packed) the
-/// colour; others are passed over. The count is a claim: an Error is thrown when there are fewer rows or more, and, with
+/// colour, a profile begins where the column profile changes; others are passed over. The count is a claim: an Error is thrown when there are fewer rows or more, and, with
 /// line and column, for a field of a text that is no number.
 PointSet readTable(const FileHeader& header, const std::vector<Column>& columns, const TableRows& rows, TableData kind);
 

@@ -87,16 +87,21 @@ std::vector<Profile> readProfiles(const std::string& path, const TextOptions& op
     const detail::QtPath where(path);
     QFile file(where.text());
     detail::openForReading(file, source);
-    if (!isRecording(file.peek(1)) || kindByFileName(path) == FileKind::Xyzf) {
+    const QByteArray head = file.peek(1);
+    if (head.isEmpty()) {
+        detail::checkWhole(file, source);
+    }
+    if (!isRecording(head) || kindByFileName(path) == FileKind::Xyzf) {
         return {readOne(file, source, options, form)};
     }
     if (form != nullptr) {
         form->reset();
     }
     std::vector<Profile> profiles;
-    while (!file.atEnd()) {
+    while (!file.peek(1).isEmpty()) {
         profiles.push_back(readRecord(file, source, profiles.size()));
     }
+    detail::checkWhole(file, source);
     return profiles;
 }
 

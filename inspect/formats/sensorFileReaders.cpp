@@ -20,37 +20,66 @@ void refuseEmpty(const QFile& file, const ErrorSource& source) {
 
 } // namespace
 
-PointSet readCloudFile(QFile& file, const ErrorSource& source) {
+namespace {
+
+/// The sections and records of a file, whose first bytes are `first` at its begin and `later` behind it.
+PointSet readParts(QFile& file, const ErrorSource& source, const QByteArray& first, const QByteArray& later) {
     refuseEmpty(file, source);
     PointSet set;
-    const KxMath::KxRecordKind kind = readSection(file, set);
-    if (kind == KxMath::KxNoRecord || kind == KxMath::KxProfileRecord) {
-        file.seek(0);
-        throw brokenRecord(file, source, 0, "\2\3\4");
+    std::vector<std::size_t> starts;
+    bool isRecording = true; // of flat sections and profile records
+    while (!file.atEnd()) {
+        const std::size_t begin = set.points.size();
+        const bool hadColours = set.hasColours;
+        const QByteArray& expected = starts.empty() ? first : later;
+        const KxMath::KxRecordKind kind = expected.contains(file.peek(1)) ? readSection(file, set) : KxMath::KxNoRecord;
+        if (kind == KxMath::KxNoRecord) {
+            throw brokenRecord(file, source, static_cast<std::int64_t>(starts.size()), expected);
+        }
+        set.hasZ |= kind != KxMath::KxSectionXY;
+        set.hasColours |= kind == KxMath::KxSectionXYZRGB;
+        if (set.hasColours != (kind == KxMath::KxSectionXYZRGB) || (!starts.empty() && hadColours != set.hasColours)) {
+            fail(ErrorKind::Unsuitable, source,
+                 QStringLiteral("has cloud sections with and without colours, from record %1 on")
+                     .arg(starts.size() + 1));
+        }
+        isRecording &= kind == KxMath::KxSectionXY || kind == KxMath::KxProfileRecord;
+        starts.push_back(begin);
     }
-    if (!file.atEnd()) {
-        fail(ErrorKind::Unsuitable, source,
-             QStringLiteral("has more data after its cloud section, at byte %1; kxmath info lists what it holds")
-                 .arg(file.pos()),
-             {file.pos(), {}, {}, {}});
+    if (isRecording && (starts.size() > 1 || first == "\5")) {
+        set.profileStarts = std::move(starts);
     }
-    set.hasZ = kind != KxMath::KxSectionXY;
-    set.hasColours = kind == KxMath::KxSectionXYZRGB;
     return set;
 }
 
+} // namespace
+
+PointSet readCloudFile(QFile& file, const ErrorSource& source) {
+    return readParts(file, source, "\2\3\4", "\2\3\4\5");
+}
+
 PointSet readProfileRecords(QFile& file, const ErrorSource& source) {
+    return readParts(file, source, "\5", "\2\5");
+}
+
+PointSet readNumberedRecord(QFile& file, const ErrorSource& source, std::int64_t number) {
     refuseEmpty(file, source);
-    PointSet set;
-    set.hasZ = true;
-    while (!file.atEnd()) {
-        set.profileStarts.push_back(set.points.size());
-        const char first = file.peek(1).front();
-        if (first != KxMath::KxProfileRecord || readSection(file, set) == KxMath::KxNoRecord) {
-            throw brokenRecord(file, source, static_cast<std::int64_t>(set.profileStarts.size()) - 1, "\5");
+    for (std::int64_t i = 1; !file.atEnd(); ++i) {
+        PointSet set;
+        const KxMath::KxRecordKind kind = readSection(file, set);
+        if (kind == KxMath::KxNoRecord) {
+            throw brokenRecord(file, source, i - 1, "\2\3\4\5");
+        }
+        if (i == number) {
+            set.hasZ = kind != KxMath::KxSectionXY;
+            set.hasColours = kind == KxMath::KxSectionXYZRGB;
+            return set;
+        }
+        if (file.atEnd()) {
+            fail(ErrorKind::Unsuitable, source, QStringLiteral("has %1 records, not %2").arg(i).arg(number));
         }
     }
-    return set;
+    return {};
 }
 
 PointSet readXyzfFile(QFile& file, const ErrorSource& source) {

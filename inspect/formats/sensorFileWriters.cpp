@@ -87,6 +87,36 @@ void writeSection(const ErrorSource& source, Cloud& cloud, qint64 headSize, qint
     });
 }
 
+/// Throws an Error Unwritable when a profile is too long. Called before the file is replaced.
+void checkLengths(const ErrorSource& source, const std::vector<std::size_t>& starts, std::size_t end) {
+    for (std::size_t i = 0; i < starts.size(); ++i) {
+        const std::size_t size = (i + 1 < starts.size() ? starts[i + 1] : end) - starts[i];
+        if (size > kMaxProfilePoints) {
+            fail(ErrorKind::Unwritable, source,
+                 QStringLiteral("cannot hold a profile of %1 points; the maximum is 65535").arg(size));
+        }
+    }
+}
+
+/// A 2-D cloud section for each profile.
+void writeFlatSections(const ErrorSource& source, const PointSet& set) {
+    const std::vector<std::size_t> starts = set.profileStarts.empty() ? std::vector<std::size_t>(1) : set.profileStarts;
+    checkLengths(source, starts, set.points.size());
+    writeBeside(source, [&](const QString& path) -> std::optional<qint64> {
+        QFile file(path);
+        bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+        for (std::size_t i = 0; isWritten && i < starts.size(); ++i) {
+            KxPointCloud<KxPointXY> cloud;
+            cloud.points = inPlane(set, starts[i], i + 1 < starts.size() ? starts[i + 1] : set.points.size());
+            isWritten = cloud.writeToFile(file);
+        }
+        if (!isWritten || !file.flush()) {
+            return {};
+        }
+        return static_cast<qint64>(starts.size()) * kShortHead + static_cast<qint64>(set.points.size()) * kFlatPoint;
+    });
+}
+
 } // namespace
 
 void writeCloudFile(const ErrorSource& source, const PointSet& set) {
@@ -103,24 +133,14 @@ void writeCloudFile(const ErrorSource& source, const PointSet& set) {
         copySpace(set, cloud);
         writeSection(source, cloud, kLongHead, kSpacePoint);
     } else {
-        if (set.points.size() > kMaxProfilePoints) {
-            fail(ErrorKind::Unwritable, source, QStringLiteral("cannot hold more than 65535 points of a 2-D cloud"));
-        }
-        KxPointCloud<KxPointXY> cloud;
-        cloud.points = inPlane(set, 0, set.points.size());
-        writeSection(source, cloud, kShortHead, kFlatPoint);
+        writeFlatSections(source, set);
     }
 }
 
 void writeProfileRecords(const ErrorSource& source, const PointSet& set) {
     const std::vector<std::size_t> starts = profileStarts(set);
     const auto endOf = [&](std::size_t i) { return i + 1 < starts.size() ? starts[i + 1] : set.points.size(); };
-    for (std::size_t i = 0; i < starts.size(); ++i) { // before the file is replaced
-        if (endOf(i) - starts[i] > kMaxProfilePoints) {
-            fail(ErrorKind::Unwritable, source,
-                 QStringLiteral("cannot hold a profile of %1 points; the maximum is 65535").arg(endOf(i) - starts[i]));
-        }
-    }
+    checkLengths(source, starts, set.points.size());
     writeBeside(source, [&](const QString& path) -> std::optional<qint64> {
         QFile file(path);
         bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
@@ -139,7 +159,7 @@ void writeProfileRecords(const ErrorSource& source, const PointSet& set) {
 }
 
 void writeCsvFile(const ErrorSource& source, const PointSet& set) {
-    if (set.hasZ && profileStarts(set).size() > 1) {
+    if (profileStarts(set).size() > 1) {
         fail(ErrorKind::Unwritable, source,
              QStringLiteral("can hold one profile, the data have %1").arg(profileStarts(set).size()));
     }

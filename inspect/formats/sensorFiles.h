@@ -12,6 +12,7 @@ namespace KxInspect::detail {
 PointSet readCloudFile(QFile& file, const ErrorSource& source);
 PointSet readProfileRecords(QFile& file, const ErrorSource& source);
 PointSet readXyzfFile(QFile& file, const ErrorSource& source);
+PointSet readNumberedRecord(QFile& file, const ErrorSource& source, std::int64_t number); ///< from 1 on
 /// @}
 
 /// @{ Writes a file. Throws the errors of writePoints().

@@ -17,14 +17,17 @@ namespace KxInspect::detail {
 /// Throws an Error unless a number is finite and above 0.
 inline void checkAbove0(const char* key, float value) {
     if (!(value > 0.0f) || !std::isfinite(value)) {
-        failArgument(key, QStringLiteral("%1 needs a number above 0, got %2").arg(QLatin1String(key)).arg(value));
+        failArgument(key, QStringLiteral("%1 needs a number above 0, got %2")
+                              .arg(QLatin1String(key))
+                              .arg(static_cast<double>(value)));
     }
 }
 
 /// Throws an Error unless a number is finite.
 inline void checkFinite(const char* key, float value) {
     if (!std::isfinite(value)) {
-        failArgument(key, QStringLiteral("%1 needs a number, got %2").arg(QLatin1String(key)).arg(value));
+        failArgument(
+            key, QStringLiteral("%1 needs a number, got %2").arg(QLatin1String(key)).arg(static_cast<double>(value)));
     }
 }
 

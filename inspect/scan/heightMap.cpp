@@ -58,8 +58,8 @@ void slice(float pitch, KxProfileZSet& set) {
     if (!(static_cast<double>(cloud.size_z()) / static_cast<double>(pitch) < kMostSlices)) {
         detail::failArgument(
             "pitch", QStringLiteral("a pitch of %1 mm cuts the scan, which is %2 mm long, into more than %3 slices")
-                         .arg(pitch)
-                         .arg(cloud.size_z())
+                         .arg(static_cast<double>(pitch))
+                         .arg(static_cast<double>(cloud.size_z()))
                          .arg(kMostSlices, 0, 'f', 0));
     }
     set.calcFromPointCloud(cloud, pitch);
@@ -86,8 +86,10 @@ float pointSpacing(const KxProfileZSet& set) {
 void checkSize(float pitch, const KxProfileZSet& set, double rows) {
     const double extent = static_cast<double>(set.maxX) - static_cast<double>(set.minX);
     const double columns = std::ceil(extent / static_cast<double>(pitch));
-    const QString size =
-        QStringLiteral("a pitch of %1 mm makes a grid of %2 rows and %3 columns").arg(pitch).arg(rows).arg(columns);
+    const QString size = QStringLiteral("a pitch of %1 mm makes a grid of %2 rows and %3 columns")
+                             .arg(static_cast<double>(pitch))
+                             .arg(rows)
+                             .arg(columns);
     if (!(rows >= 2) || !(columns >= 2)) {
         detail::fail(ErrorKind::NoResult, {{}, {}, "pitch"},
                      QStringLiteral("no height map: %1; at least 2 of each are needed").arg(size));
@@ -121,9 +123,9 @@ void checkDistance(float distance, float gap, float pitch) {
             "pitch", QStringLiteral("a pitch of %1 mm leaves rows empty: the profiles are %2 mm apart, further than "
                                     "the gap of %3 mm between which heights are interpolated; take a pitch or a "
                                     "gap of at least %2 mm")
-                         .arg(pitch)
-                         .arg(distance)
-                         .arg(gap));
+                         .arg(static_cast<double>(pitch))
+                         .arg(static_cast<double>(distance))
+                         .arg(static_cast<double>(gap)));
     }
 }
 

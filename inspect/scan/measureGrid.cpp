@@ -15,9 +15,9 @@ std::string noPatchText(const PatchResult& found) {
     const PatchSearch& search = found.search;
     return QStringLiteral("no seed: no connected patch of %1 cells, with steps below %2 mm, from height %3 to %4")
         .arg(search.minCount)
-        .arg(search.tolerance)
-        .arg(search.start)
-        .arg(search.end)
+        .arg(static_cast<double>(search.tolerance))
+        .arg(static_cast<double>(search.start))
+        .arg(static_cast<double>(search.end))
         .toStdString();
 }
 

@@ -44,7 +44,8 @@ TEST_F(PointFile, ComesBackAsTheKindHoldsIt) {
         bool keepsFlat, keepsZ, keepsColours, keepsStarts;
     } cases[] = {{FileKind::Cloud, true, true, true, false},  {FileKind::Profiles, false, true, false, true},
                  {FileKind::Xyzf, false, true, false, false}, {FileKind::Xyz, true, true, false, false},
-                 {FileKind::Ply, false, true, true, false},   {FileKind::Pcd, false, true, true, false}};
+                 {FileKind::Ply, false, true, true, false},   {FileKind::Pcd, false, true, true, false},
+                 {FileKind::Table, true, true, true, false},  {FileKind::Vtp, false, true, true, false}};
     for (const auto& c : cases) {
         for (const auto& [hasZ, hasColours] :
              {std::pair(false, false), std::pair(true, false), std::pair(true, true)}) {
@@ -89,9 +90,27 @@ TEST_F(PointFile, DamageHasAPlace) {
         Place byte, line;
     } cases[] = {
         {"cut record", FileKind::Profiles, records.chopped(1), kDamaged, 23, {}},
-        {"section among records", FileKind::Profiles, records + QByteArray("\x02\0\0", 3), kUnsuitable, 54, {}},
+        {"space among records", FileKind::Profiles, records + QByteArray("\x03\0\0\0\0", 5), kUnsuitable, 54, {}},
         {"cut section", FileKind::Cloud, QByteArray("\x03\x01\0\0\0abc", 8), kDamaged, 0, {}},
-        {"surplus", FileKind::Cloud, QByteArray("\x02\0\0!", 4), kUnsuitable, 3, {}},
+        {"surplus", FileKind::Cloud, QByteArray("\x02\0\0!", 4), kDamaged, 3, {}},
+        {"colours in part", FileKind::Cloud, QByteArray("\x03\0\0\0\0\x04\0\0\0\0", 10), kUnsuitable, {}, {}},
+        {"no y in the header", FileKind::Table, "x,z\n1,2\n", kUnsuitable, {}, {}},
+        {"a column too few", FileKind::Table, "x,y\n1,2\n3\n", kDamaged, 8, 3},
+        {"a word in a table", FileKind::Table, "x,y\n1,b\n", kDamaged, 4, 2},
+        {"claim of points",
+         FileKind::Vtp,
+         "<VTKFile type=\"PolyData\"><PolyData><Piece NumberOfPoints=\"9\"/></PolyData></VTKFile>",
+         kDamaged,
+         {},
+         {}},
+        {"claim of triangles", FileKind::Stl, QByteArray(80, 'a') + "\xff\xff\xff\xff", kDamaged, 84, {}},
+        {"a face of four",
+         FileKind::Stl,
+         "solid\nfacet\nvertex 1 2 3\nvertex 1 2 4\nvertex 1 2 5\nvertex 1 2 6\nendloop\n",
+         kDamaged,
+         {},
+         7},
+        {"heights as points", FileKind::Npy, "\x93NUMPY\1", kDamaged, 7, {}},
         {"odd size", FileKind::Xyzf, QByteArray(35, 'a'), kDamaged, 32, {}},
         {"no points", FileKind::Xyz, "x y z\n", kUnsuitable, {}, {}},
         {"no CSV points", FileKind::Csv, "", kUnsuitable, {}, {}},
@@ -135,6 +154,42 @@ TEST_F(PointFile, DamageHasAPlace) {
         EXPECT_EQ(errorOf([&] { readPoints(file("missing"), kind); }).kind(), ErrorKind::NotFound) << kindName(kind);
         EXPECT_EQ(errorOf([&] { readPoints(path("").toStdString(), kind); }).kind(), ErrorKind::Unsuitable);
     }
+}
+
+TEST_F(PointFile, RecordingsKeepTheirProfiles) {
+    const QByteArray flat("\x02\x02\0\0\0\x80\x3f\0\0\0\x40\0\0\x40\x40\0\0\x80\x40", 19); // (1, 2), (3, 4)
+    const QByteArray empty("\x02\0\0", 3);
+    const QByteArray placed("\x05\x01\0\0\0\xa0\x40\0\0\x80\x3f\0\0\0\x40", 15); // z = 5: (1, 2)
+    write("file", flat + empty + flat);
+    PointSet set = readPoints(file(), FileKind::Cloud);
+    EXPECT_EQ(set.profileStarts, (std::vector<std::size_t>{0, 2, 2}));
+    EXPECT_TRUE(set.points.size() == 4 && !set.hasZ);
+    writePoints(file("copy"), FileKind::Cloud, set);
+    EXPECT_EQ(read("copy"), read("file"));
+    writePoints(file("copy"), FileKind::Table, set);
+    EXPECT_EQ(read("copy"), "profile,x,y\n1,1,2\n1,3,4\n3,1,2\n3,3,4\n");
+    EXPECT_EQ(readPoints(file("copy"), FileKind::Table).profileStarts, (std::vector<std::size_t>{0, 2}));
+    for (const FileKind kind : {FileKind::Xyz, FileKind::Ply, FileKind::Npy, FileKind::Csv, FileKind::Gauge}) {
+        EXPECT_EQ(errorOf([&] { writePoints(file("copy"), kind, set); }).kind(), ErrorKind::Unwritable);
+    }
+    write("file", placed + flat);
+    set = readPoints(file(), FileKind::Profiles);
+    EXPECT_TRUE(areSame(set.points, {{1, 2, 5}, {1, 2, kNaN}, {3, 4, kNaN}}));
+    EXPECT_TRUE(areSame(readRecord(file(), 2).points, {{1, 2, kNaN}, {3, 4, kNaN}}));
+    EXPECT_TRUE(readRecord(file(), 1).hasZ && !readRecord(file(), 2).hasZ);
+    EXPECT_EQ(errorOf([&] { readRecord(file(), 3); }).kind(), ErrorKind::Unsuitable);
+    EXPECT_EQ(errorOf([&] { readRecord(file(), 0); }).kind(), ErrorKind::BadArgument);
+}
+
+TEST_F(PointFile, GaugeFilesAreReadAsWritten) {
+    PointSet set = makeSet(false, false);
+    for (const char* const name : {"a.whl", "a.prw"}) {
+        writePoints(file(name), FileKind::Gauge, set);
+        EXPECT_EQ(kindOfFile(file(name)), FileKind::Gauge);
+        EXPECT_TRUE(areSame(readPoints(file(name), FileKind::Gauge).points, set.points));
+    }
+    set = makeSet(true, false);
+    EXPECT_EQ(errorOf([&] { writePoints(file("a.whl"), FileKind::Gauge, set); }).kind(), ErrorKind::Unwritable);
 }
 
 TEST_F(PointFile, WritingIsChecked) {
