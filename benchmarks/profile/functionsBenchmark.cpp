@@ -1,6 +1,9 @@
 // Values, areas, splines and steps of y(x).
 #include "profile/jobs.h"
 
+#include <KxInspect/KxMathTypes.h>
+#include <KxInspect/SplineArea.h>
+
 #include <algorithm>
 #include <cmath>
 #include <random>
@@ -106,6 +109,12 @@ void sumAreas(ProfileJob& j) {
     addProfile(
         "refined integral", "kx",
         [](ProfileJob& j) { j.values = {static_cast<double>(j.profile.integral(0, kProfilePoints - 1, false))}; },
+        digestNearly, 10);
+    addProfile(
+        "area under the spline", "kx",
+        [](ProfileJob& j) {
+            j.values = {KxInspect::splineArea(KxInspect::fromKxProfile(j.profile)).value_or(std::nan(""))};
+        },
         digestNearly, 10);
     addProfile("refined integral", "limit_running_sums", sumAreas, nothing<ProfileJob>, 10);
     addProfile(

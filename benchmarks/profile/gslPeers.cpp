@@ -29,9 +29,10 @@ private:
 };
 
 [[maybe_unused]] const bool isRegistered = [] {
-    addOnNumbers(
-        "refined integral", "peer_gsl_akima", [](ProfileJob& j) { j.values = {GslSpline(j).area()}; }, digestNearly,
-        10);
+    for (const char* const name : {"refined integral", "area under the spline"}) {
+        addOnNumbers(
+            name, "peer_gsl_akima", [](ProfileJob& j) { j.values = {GslSpline(j).area()}; }, digestNearly, 10);
+    }
     addOnNumbers(
         "Akima spline and 3840 samples", "peer_gsl_akima",
         [](ProfileJob& j) {
