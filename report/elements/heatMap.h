@@ -2,6 +2,7 @@
 #pragma once
 
 #include "report/elements/axis.h"
+#include "report/elements/colourMap.h"
 #include "report/elements/png.h"
 
 #include <QtCore/QString>
@@ -17,14 +18,15 @@ struct Raster {
     std::vector<float> values; ///< width * height
 };
 
-/// The colour at a part from 0 to 1 of a range of heights, from dark blue to yellow. The lightness increases all along,
-/// so that the order of heights can also be seen in grey-scale prints and by colour-blind readers.
-Rgb heightColour(double part);
+/// The colour at a part from 0 to 1 of a range of heights in reports.
+inline Rgb heightColour(double part) {
+    return mapColour(ColourMap::Heights, part);
+}
 
 /// A colour as an SVG attribute: #rrggbb.
 QString colourText(Rgb colour);
 
 /// The values as colours of the range. Values beyond it get the colour of its end, empty values are transparent.
-PaletteImage heatImage(const Raster& raster, const Range& range);
+PaletteImage heatImage(const Raster& raster, const Range& range, ColourMap map = ColourMap::Heights);
 
 } // namespace kxreport

@@ -1,6 +1,10 @@
-// A self-contained HTML page: no script, no other file.
+// A self-contained HTML page: no other file, and no script but its own.
 #pragma once
 
+#include "report/elements/frame.h"
+#include "report/elements/pageOrigin.h"
+
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -32,12 +36,14 @@ struct Figure {
 /// Collects the parts of a page in order. All texts are escaped here; only figures take markup, that of a Plot.
 class Page {
 public:
-    explicit Page(const QString& title, const QString& subtitle = {});
+    explicit Page(const QString& title, const QString& subtitle = {}, PageOrigin origin = {});
 
     void heading(const QString& text);
     void paragraph(const QString& text);
     /// A highlighted paragraph.
     void warning(const QString& text);
+    /// A highlighted paragraph about the page itself.
+    void note(const QString& text);
     /// A red paragraph: why there is no result.
     void failure(const QString& text);
     /// A paragraph in large letters: what is to be read first.
@@ -47,6 +53,11 @@ public:
     void figure(const QString& svg, const QString& caption);
     /// A figure in its own size, which is scrolled where it is wider than the page.
     void wideFigure(const QString& svg, const QString& caption);
+    /// A part of the page that its scripts fill, and the picture that stands there without script and in print.
+    /// @param id of the element for the scripts
+    void live(const QString& id, const QString& svg, const QString& caption);
+    /// A line in which the scripts say when the first picture was there.
+    void tellTime();
     /// Figures of half the width side by side, below each other on narrow screens.
     void figures(const std::vector<Figure>& figures);
     /// @param textColumns the number of columns from the left that hold text, the others hold numbers
@@ -58,14 +69,22 @@ public:
     void linkedTable(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, const QStringList& ids,
                      int textColumns);
 
+    /// Scripts of the page and what they read.
+    Frame& frame() { return frame_; }
+
     /// The finished document.
     QString html() const;
+    /// The same as UTF-8.
+    QByteArray document() const;
 
 private:
+    void addOrigin();
     void addTable(const QStringList& headers, const std::vector<std::vector<Cell>>& rows, int textColumns,
                   const QStringList& ids);
 
-    QString title_;
+    Frame frame_;
+    PageOrigin origin_;
+    QString title_; ///< escaped
     QString body_;
 };
 

@@ -1,6 +1,7 @@
 // One plot as inline SVG.
 #include "report/elements/plot.h"
 
+#include "report/elements/labelPlaces.h"
 #include "report/elements/svg.h"
 
 #include <algorithm>
@@ -16,6 +17,10 @@ constexpr int kLeft = 72;
 constexpr int kRight = 16;
 constexpr int kTop = 36;
 constexpr int kBottom = 46;
+
+constexpr double kLegendSize = 11; // pixels
+constexpr int kLegendRow = 15;
+constexpr double kTickSize = 11; // pixels
 
 constexpr double kSpot = 0.5; ///< pixels; points closer than this look like one
 constexpr double kFarOutside = 1e5; ///< pixels; renderers lose precision further out
@@ -91,6 +96,9 @@ void Plot::addLine(const Points& points, const Stroke& stroke, const QString& le
         if (isOpen && std::abs(at.x() - last.x()) < kSpot && std::abs(at.y() - last.y()) < kSpot) {
             continue;
         }
+        if (isOpen) {
+            segments_.emplace_back(last, at);
+        }
         path += QLatin1Char(isOpen ? 'L' : 'M') + coordinate(at.x()) + QLatin1Char(' ') + coordinate(at.y());
         isOpen = true;
         last = at;
@@ -165,16 +173,37 @@ void Plot::addBox(double fromX, double toX, double fromY, double toY, const char
                       tooltipElement(tooltip));
 }
 
-void Plot::addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image) {
+void Plot::addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image, bool areHoles) {
     const double left = pixelX(fromX);
     const double top = pixelY(toY);
+    if (!areHoles) {
+        behind_ += QStringLiteral("<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\" fill=\"#ffffff\"/>\n")
+                       .arg(coordinate(left), coordinate(top), coordinate(pixelX(toX) - left),
+                            coordinate(pixelY(fromY) - top));
+    } else if (std::find(image.pixels.begin(), image.pixels.end(), 0) != image.pixels.end()) {
+        addMissing(left, top, pixelX(toX) - left, pixelY(fromY) - top);
+    }
     body_ += QStringLiteral("<image x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\" preserveAspectRatio=\"none\" "
-                            "style=\"image-rendering:pixelated\" href=\"data:image/png;base64,%5\"/>\n")
+                            "image-rendering=\"pixelated\" href=\"data:image/png;base64,%5\"/>\n")
                  .arg(coordinate(left), coordinate(top), coordinate(pixelX(toX) - left),
                       coordinate(pixelY(fromY) - top), QLatin1String(png(image).toBase64()));
 }
 
-void Plot::addColourScale(const Range& heights, const QString& label) {
+/// A hatch that no colour of a height resembles, behind the transparent pixels of an image.
+void Plot::addMissing(double left, double top, double width, double height) {
+    const QString hatch = escaped(QStringLiteral("missing-") + id_);
+    behind_ += QStringLiteral("<pattern id=\"%1\" width=\"6\" height=\"6\" patternUnits=\"userSpaceOnUse\">"
+                              "<path d=\"M0 0H6V6H0Z\" fill=\"#d9c8ee\"/><path d=\"M-1 1L1 -1M0 6L6 0M5 7L7 5\" "
+                              "stroke=\"#8e6bbf\"/></pattern>\n"
+                              "<rect x=\"%2\" y=\"%3\" width=\"%4\" height=\"%5\" fill=\"url(#%1)\" "
+                              "clip-path=\"url(#%6)\"/>\n")
+                   .arg(hatch, coordinate(left), coordinate(top), coordinate(width), coordinate(height),
+                        escaped(QStringLiteral("clip-") + id_));
+    legend_.push_back({QStringLiteral("no height"),
+                       QStringLiteral("<rect y=\"-5\" width=\"22\" height=\"10\" fill=\"url(#%1)\"/>").arg(hatch)});
+}
+
+void Plot::addColourScale(const Range& heights, const QString& label, ColourMap map) {
     constexpr double kGap = 14;
     constexpr double kBar = 14;
     constexpr int kStops = 20;
@@ -186,17 +215,17 @@ void Plot::addColourScale(const Range& heights, const QString& label) {
     for (int i = 0; i <= kStops; ++i) {
         const double part = static_cast<double>(i) / kStops;
         labels_ += QStringLiteral("<stop offset=\"%1\" stop-color=\"%2\"/>")
-                       .arg(QString::number(part), colourText(heightColour(part)));
+                       .arg(QString::number(part), colourText(mapColour(map, part)));
     }
     labels_ +=
         QStringLiteral("</linearGradient>\n<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\" "
-                       "fill=\"url(#%5)\" stroke=\"#8a96a3\"/>\n")
+                       "fill=\"url(#%5)\" stroke=\"var(--frame)\"/>\n")
             .arg(coordinate(left), QString::number(kTop), QString::number(kBar), coordinate(areaHeight()), gradient);
     const Range shown = heights.isEmpty() || heights.size() <= 0.0 ? heights.padded(0.0) : heights;
     const Ticks ticks = makeTicks(shown, std::max(2, static_cast<int>(areaHeight() / kPixelsPerTick)));
     for (const double value : ticks.at) {
         const double at = kTop + (shown.max - value) / shown.size() * areaHeight();
-        labels_ += QStringLiteral("<path d=\"M%1 %2h4\" stroke=\"#8a96a3\"/><text x=\"%3\" y=\"%4\">%5</text>\n")
+        labels_ += QStringLiteral("<path d=\"M%1 %2h4\" stroke=\"var(--frame)\"/><text x=\"%3\" y=\"%4\">%5</text>\n")
                        .arg(coordinate(left + kBar), coordinate(at), coordinate(left + kBar + 6), coordinate(at + 4),
                             numberText(value, ticks.decimals));
     }
@@ -211,19 +240,39 @@ void Plot::keepRightFree(double pixels) {
 }
 
 void Plot::addText(QPointF point, const QString& text, const char* colour, int size) {
-    labels_ += QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"middle\" font-size=\"%3\" fill=\"%4\">%5</text>\n")
-                   .arg(coordinate(pixelX(point.x())), coordinate(pixelY(point.y()) + size * 0.35))
-                   .arg(size)
-                   .arg(QLatin1String(colour), escaped(text));
+    texts_.push_back({{pixelX(point.x()), pixelY(point.y())}, text, colour, size});
+}
+
+/// A text centred at a place in pixels.
+QString Plot::textElement(const PlotText& text, const QPointF& at) {
+    return QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"middle\" font-size=\"%3\" fill=\"%4\">%5</text>\n")
+        .arg(coordinate(at.x()), coordinate(at.y() + text.size * 0.35))
+        .arg(text.size)
+        .arg(QLatin1String(text.colour), escaped(text.text));
+}
+
+QString Plot::placedTexts() const {
+    constexpr double kHeight = 1.3; // of a line of text, in its size
+    LabelPlaces places({static_cast<double>(kLeft), static_cast<double>(kTop), areaWidth(), areaHeight()});
+    for (const auto& [from, to] : segments_) {
+        places.addLine(from, to);
+    }
+    QString elements;
+    for (const PlotText& text : texts_) {
+        elements +=
+            textElement(text, places.place(text.at, {textWidth(text.text, text.size) + 4, kHeight * text.size}));
+    }
+    return elements;
 }
 
 void Plot::addBadge(QPointF point, const QString& text) {
     constexpr int kSize = 11;
-    labels_ += QStringLiteral("<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"16\" rx=\"8\" fill=\"#ffffff\" "
+    labels_ += QStringLiteral("<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"16\" rx=\"8\" fill=\"var(--paper)\" "
                               "fill-opacity=\"0.9\"/>\n")
                    .arg(coordinate(pixelX(point.x()) - 5 - 3.5 * static_cast<double>(text.size())),
                         coordinate(pixelY(point.y()) - 8), coordinate(10 + 7.0 * static_cast<double>(text.size())));
-    addText(point, text, "#1c2630", kSize);
+    const PlotText inside{{pixelX(point.x()), pixelY(point.y())}, text, colour::kInk, kSize};
+    labels_ += textElement(inside, inside.at);
 }
 
 void Plot::addRowLabel(double y, const QString& text, const char* colour) {
@@ -267,8 +316,10 @@ QString Plot::axes() const {
         for (const double value : ticks.at) {
             const QString at = coordinate(pixelX(value));
             grid += QStringLiteral("M%1 %2V%3").arg(at).arg(kTop).arg(coordinate(bottom));
-            text += QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"middle\">%3</text>\n")
-                        .arg(at, coordinate(bottom + 17), numberText(value, ticks.decimals));
+            const QString label = numberText(value, ticks.decimals);
+            const bool isInside = pixelX(value) + textWidth(label, kTickSize) / 2 <= width_;
+            text += QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"%3\">%4</text>\n")
+                        .arg(at, coordinate(bottom + 17), QLatin1String(isInside ? "middle" : "end"), label);
         }
     }
     if (y_.hasTicks) {
@@ -287,35 +338,39 @@ QString Plot::axes() const {
     text += QStringLiteral("<text transform=\"translate(15 %1) rotate(-90)\" text-anchor=\"middle\" "
                            "class=\"axis\">%2</text>\n")
                 .arg(coordinate(kTop + areaHeight() / 2), escaped(y_.label));
-    return QStringLiteral("<path d=\"%1\" stroke=\"#e3e8ed\" fill=\"none\"/>\n").arg(grid) + text;
+    return QStringLiteral("<path d=\"%1\" stroke=\"var(--grid)\" fill=\"none\"/>\n").arg(grid) + text;
 }
 
-QString Plot::legend() const {
-    // Text cannot be measured here; this is the mean width of a letter of the page's font.
-    constexpr double kLetter = 6.5;
+std::vector<Plot::LegendPlace> Plot::legendPlaces() const {
     constexpr double kSampleAndGap = 40;
-    constexpr double kRow = 15;
-    struct Place {
-        double x;
-        int row;
-    };
-    std::vector<Place> places;
-    Place next{kLeft, 0};
+    const double end = width_ - right_;
+    std::vector<LegendPlace> places;
+    LegendPlace next{kLeft, 0};
     for (const LegendEntry& entry : legend_) {
-        const double width = kSampleAndGap + kLetter * static_cast<double>(entry.text.size());
-        if (next.x > kLeft && next.x + width > width_) {
+        const double width = std::min(kSampleAndGap + textWidth(entry.text, kLegendSize), end - kLeft);
+        if (next.x > kLeft && next.x + width > end) {
             next = {kLeft, next.row + 1};
         }
         places.push_back(next);
         next.x += width;
     }
-    const double firstRow = kTop - 17 - kRow / 2 * next.row; // two rows fit into the top margin
+    return places;
+}
+
+QString Plot::legend(const std::vector<LegendPlace>& places) const {
+    constexpr double kSample = 27;
+    const double end = width_ - right_;
+    const double lastRow = kTop - (places.empty() || places.back().row == 0 ? 17 : 10);
     QString text;
     for (size_t i = 0; i < legend_.size(); ++i) {
-        text += QStringLiteral("<g transform=\"translate(%1 %2)\" fill=\"none\">%3<text x=\"27\" y=\"4\" "
-                               "fill=\"#27313b\">%4</text></g>\n")
-                    .arg(coordinate(places[i].x), coordinate(firstRow + kRow * places[i].row), legend_[i].sample,
-                         escaped(legend_[i].text));
+        const QString& words = legend_[i].text;
+        const QString shown = cutToWidth(words, kLegendSize, end - places[i].x - kSample);
+        const QString whole = shown == words ? QString() : QStringLiteral("<title>%1</title>").arg(escaped(words));
+        text +=
+            QStringLiteral("<g class=\"legend\" transform=\"translate(%1 %2)\" fill=\"none\">%3<text x=\"27\" "
+                           "y=\"4\" fill=\"var(--ink)\">%4%5</text></g>\n")
+                .arg(coordinate(places[i].x), coordinate(lastRow - kLegendRow * (places.back().row - places[i].row)),
+                     legend_[i].sample, whole, escaped(shown));
     }
     return text;
 }
@@ -326,16 +381,22 @@ QString Plot::svg() const {
                              .arg(kTop)
                              .arg(coordinate(areaWidth()), coordinate(areaHeight()));
     const QString clip = escaped(QStringLiteral("clip-") + id_);
-    QString text = QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %1 %2\" role=\"img\" "
-                                  "aria-label=\"%3\">\n")
+    const std::vector<LegendPlace> places = legendPlaces();
+    // Rows of the legend that the top margin has no room for make the picture higher.
+    const int above = places.empty() ? 0 : std::max(0, places.back().row - 1) * kLegendRow;
+    constexpr int kBroad = 700; // pixels; such plots are hard to read on a narrow screen unless they are scrolled
+    QString text = QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 %1 %2 %3\"%4 role=\"img\" "
+                                  "aria-label=\"%5\">\n")
+                       .arg(-above)
                        .arg(width_)
-                       .arg(height_)
-                       .arg(escaped(title_));
-    text += QStringLiteral("<clipPath id=\"%1\"><rect %2/></clipPath>\n<rect %2 fill=\"#ffffff\"/>\n").arg(clip, area);
-    text += axes();
+                       .arg(height_ + above)
+                       .arg(QLatin1String(width_ > kBroad ? " class=\"broad\"" : ""), escaped(title_));
+    text +=
+        QStringLiteral("<clipPath id=\"%1\"><rect %2/></clipPath>\n<rect %2 fill=\"var(--paper)\"/>\n").arg(clip, area);
+    text += axes() + behind_;
     text += QStringLiteral("<g clip-path=\"url(#%1)\">\n").arg(clip) + body_ + QStringLiteral("</g>\n");
-    text += QStringLiteral("<rect %1 fill=\"none\" stroke=\"#8a96a3\"/>\n").arg(area);
-    return text + labels_ + legend() + QStringLiteral("</svg>\n");
+    text += QStringLiteral("<rect %1 fill=\"none\" stroke=\"var(--frame)\"/>\n").arg(area);
+    return text + labels_ + placedTexts() + legend(places) + QStringLiteral("</svg>\n");
 }
 
 } // namespace kxreport

@@ -7,6 +7,7 @@
 #include <QtCore/QPointF>
 #include <QtCore/QString>
 
+#include <utility>
 #include <vector>
 
 namespace kxreport {
@@ -14,7 +15,7 @@ namespace kxreport {
 using Points = std::vector<QPointF>;
 
 struct Stroke {
-    const char* colour = "#000000";
+    const char* colour = "var(--black)";
     double width = 1.5; ///< pixels
     const char* dashes = ""; ///< as stroke-dasharray, empty for a solid line
 };
@@ -55,12 +56,13 @@ public:
     /// A filled box, never thinner than 2 pixels, with a tooltip.
     void addBox(double fromX, double toX, double fromY, double toY, const char* colour, const QString& tooltip);
     /// A picture that fills a box, its top row at `toY`. Its pixels stay sharp squares.
-    void addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image);
+    /// @param areHoles whether transparent pixels are missing values, which are hatched; else they are white
+    void addImage(double fromX, double toX, double fromY, double toY, const PaletteImage& image, bool areHoles = true);
     /// The colours of heights beside the plot, with ticks. The plot gets narrower: add it before all else.
-    void addColourScale(const Range& heights, const QString& label);
+    void addColourScale(const Range& heights, const QString& label, ColourMap map = ColourMap::Heights);
     /// Widens the right margin by `pixels`, which aligns a plot with others that have a colour scale.
     void keepRightFree(double pixels);
-    /// Text centred at a point.
+    /// Text centred at a point, or beside it where lines or other texts would cross it.
     void addText(QPointF point, const QString& text, const char* colour, int size = 11);
     /// Text centred at a point on a white disc, readable on any colour.
     void addBadge(QPointF point, const QString& text);
@@ -79,10 +81,26 @@ private:
         QString sample; ///< SVG in a field of 22 x 10 pixels
     };
 
+    struct PlotText {
+        QPointF at; ///< pixels
+        QString text;
+        const char* colour;
+        int size; ///< pixels
+    };
+
+    struct LegendPlace {
+        double x; ///< pixels
+        int row; ///< from the top
+    };
+
     double pixelX(double x) const;
     double pixelY(double y) const;
     QString axes() const;
-    QString legend() const;
+    std::vector<LegendPlace> legendPlaces() const;
+    QString legend(const std::vector<LegendPlace>& places) const;
+    static QString textElement(const PlotText& text, const QPointF& at);
+    QString placedTexts() const;
+    void addMissing(double left, double top, double width, double height);
     void addLegendLine(const QString& text, const Stroke& stroke);
     void addLegendBox(const QString& text, const char* colour, double opacity);
 
@@ -93,7 +111,10 @@ private:
     double right_; ///< margin on the right of the area, pixels
     Axis x_;
     Axis y_;
+    QString behind_; ///< behind the grid
     QString body_; ///< clipped to the area
+    std::vector<std::pair<QPointF, QPointF>> segments_; ///< of lines, pixels
+    std::vector<PlotText> texts_;
     QString labels_; ///< not clipped
     std::vector<LegendEntry> legend_;
 };

@@ -35,4 +35,34 @@ QString coordinate(double value) {
     return text;
 }
 
+double textWidth(const QString& text, double size) {
+    constexpr double kNarrow = 0.4;
+    constexpr double kUsual = 0.65;
+    constexpr double kCapital = 0.79;
+    constexpr double kWide = 1.0;
+    double width = 0.0;
+    for (const QChar c : text) {
+        if (QStringLiteral("iljtfrI.,:;'|!()[] -").contains(c)) {
+            width += kNarrow;
+        } else if (QStringLiteral("mwMW%@").contains(c) || c.unicode() > 0x2fff) {
+            width += kWide;
+        } else {
+            width += c.isUpper() || c.unicode() > 0x7f ? kCapital : kUsual;
+        }
+    }
+    return width * size;
+}
+
+QString cutToWidth(const QString& text, double size, double pixels) {
+    if (textWidth(text, size) <= pixels) {
+        return text;
+    }
+    const QChar ellipsis(0x2026);
+    QString part = text;
+    while (!part.isEmpty() && textWidth(part + ellipsis, size) > pixels) {
+        part.chop(1);
+    }
+    return part + ellipsis;
+}
+
 } // namespace kxreport

@@ -125,7 +125,7 @@ QString boxes(const DrawnTrain& train, const Scale& scale) {
     QString svg;
     for (const auto& [number, box] : boxesOf(train, scale)) {
         svg += QStringLiteral("<a><title>%1</title><rect x=\"%2\" y=\"%3\" width=\"%4\" height=\"%5\" rx=\"6\" "
-                              "fill=\"#eaf1f8\" stroke=\"#3a4652\"/>%6</a>\n")
+                              "fill=\"var(--box)\" stroke=\"var(--ink)\"/>%6</a>\n")
                    .arg(escaped(train.vehicles.at(static_cast<std::size_t>(number))), coordinate(box.from),
                         coordinate(kBoxTop), coordinate(box.size()), coordinate(kBoxBottom - kBoxTop),
                         nameIn(train, scale, number, box));
@@ -144,7 +144,7 @@ QString bogies(const DrawnTrain& train, const Scale& scale) {
     QString svg;
     for (const auto& [place, bar] : bars) {
         for (const double y : {kBoxTop + 5.0, kBoxBottom - 5.0}) {
-            svg += QStringLiteral("<a><path d=\"M%1 %3H%2\" stroke=\"#6b7580\" stroke-width=\"5\" "
+            svg += QStringLiteral("<a><path d=\"M%1 %3H%2\" stroke=\"var(--grey)\" stroke-width=\"5\" "
                                   "stroke-linecap=\"butt\"/></a>\n")
                        .arg(coordinate(bar.from - 6.0), coordinate(bar.to + 6.0), coordinate(y));
         }
@@ -162,7 +162,7 @@ QString axles(const DrawnTrain& train, const Scale& scale) {
     QString svg;
     for (const DrawnAxle& axle : train.axles) {
         const double x = scale.at(axle.place);
-        svg += QStringLiteral("<a><path d=\"M%1 %2V%3\" stroke=\"#3a4652\" stroke-width=\"2\"%4/>"
+        svg += QStringLiteral("<a><path d=\"M%1 %2V%3\" stroke=\"var(--ink)\" stroke-width=\"2\"%4/>"
                               "<text x=\"%1\" y=\"24\" text-anchor=\"middle\" font-size=\"11\">%5</text></a>\n")
                    .arg(coordinate(x), coordinate(kUpper), coordinate(kLower),
                         QLatin1String(axle.isSeen ? "" : " stroke-dasharray=\"3 3\""), escaped(axle.label));
@@ -173,7 +173,7 @@ QString axles(const DrawnTrain& train, const Scale& scale) {
 
 QString frame(const DrawnTrain& train) {
     QString svg = QStringLiteral("<a><text x=\"4\" y=\"24\" font-size=\"11\">axle</text>"
-                                 "<path d=\"M40 88H8M16 82L8 88L16 94\" fill=\"none\" stroke=\"#3a4652\" "
+                                 "<path d=\"M40 88H8M16 82L8 88L16 94\" fill=\"none\" stroke=\"var(--ink)\" "
                                  "stroke-width=\"2\"/></a>\n");
     for (const auto& [name, y] : {std::pair(train.sides[0], kUpper), std::pair(train.sides[1], kLower)}) {
         svg += QStringLiteral("<a><text x=\"4\" y=\"%1\" font-size=\"12\">%2</text></a>\n")
@@ -187,7 +187,7 @@ QString legend() {
     QString svg = QStringLiteral("<g>");
     double x = 12.0;
     double y = 158.0;
-    for (const Mark mark : {Mark::Ok, Mark::Warning, Mark::Alarm, Mark::NotMeasured, Mark::None}) {
+    for (const Mark mark : {Mark::Ok, Mark::Warning, Mark::Alarm, Mark::NotMeasured, Mark::None, Mark::Finding}) {
         if (mark == Mark::NotMeasured) {
             x = 12.0;
             y += 20.0;
@@ -207,8 +207,9 @@ QString trainDrawing(const DrawnTrain& train, const QString& title) {
     }
     const Scale scale(train.axles);
     const QString width = coordinate(std::max(320.0, scale.width()));
-    return QStringLiteral("<svg class=\"natural\" xmlns=\"http://www.w3.org/2000/svg\" role=\"img\" aria-label=\"%1\" "
-                          "width=\"%2\" height=\"%3\" viewBox=\"0 0 %2 %3\" style=\"width:%2px\">\n")
+    return QStringLiteral(
+               "<svg class=\"natural\" xmlns=\"http://www.w3.org/2000/svg\" role=\"group\" aria-label=\"%1\" "
+               "width=\"%2\" height=\"%3\" viewBox=\"0 0 %2 %3\">\n")
                .arg(escaped(title), width, coordinate(kHeight)) +
            boxes(train, scale) + bogies(train, scale) + axles(train, scale) + frame(train) + legend() +
            QStringLiteral("</svg>\n");

@@ -51,7 +51,9 @@ public:
         while (xml_.readNextStartElement()) {
             const QXmlStreamAttributes a = xml_.attributes();
             if (xml_.name() == QLatin1String("rect")) {
-                frame_ = {number(a, "x"), number(a, "x") + number(a, "width")};
+                if (number(a, "width") > frame_.second - frame_.first) { // not that of a scale of colours
+                    frame_ = {number(a, "x"), number(a, "x") + number(a, "width")};
+                }
                 xml_.skipCurrentElement();
             } else if (xml_.name() == QLatin1String("g") && a.hasAttribute("clip-path")) {
                 plot_.unitsPerPixel = {x_.perPixel(), y_.perPixel()};
@@ -142,7 +144,7 @@ private:
     QXmlStreamReader& xml_;
     ReadPlot plot_;
     Scale x_, y_;
-    std::pair<double, double> frame_; ///< left and right end, pixels
+    std::pair<double, double> frame_ = {0.0, 0.0}; ///< left and right end, pixels
     bool isBehindAxes_ = false;
 };
 
@@ -272,9 +274,9 @@ ReadPage readPage(const QString& html) {
             const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
             (kind == QLatin1String("warning") || kind == QLatin1String("failure") ? page.warnings : page.paragraphs) +=
                 text;
-        } else if (name == QLatin1String("span")) {
+        } else if (name == QLatin1String("dt")) {
             label = xml.readElementText();
-        } else if (name == QLatin1String("strong")) {
+        } else if (name == QLatin1String("dd")) {
             page.facts[label] = {xml.readElementText(), kind};
         } else if (name == QLatin1String("table")) {
             page.tables.push_back(readTable(xml));

@@ -1,6 +1,8 @@
 // A page as text.
 #include "report/pageText.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace page_test {
@@ -27,6 +29,43 @@ QPointF meanOf(const std::vector<QPointF>& points) {
     return sum;
 }
 
+/// The mean of red, green and blue of colours, 0xRRGGBB; "none" where all are transparent.
+QString meanColour(const std::vector<int>& colours) {
+    std::array<double, 3> sums = {};
+    int count = 0;
+    for (const int colour : colours) {
+        if (colour >= 0) {
+            sums[0] += colour >> 16;
+            sums[1] += colour >> 8 & 255;
+            sums[2] += colour & 255;
+            ++count;
+        }
+    }
+    QStringList means;
+    for (const double sum : sums) {
+        means += text(sum / count);
+    }
+    return count > 0 ? means.join(',') : "none";
+}
+
+/// The size of a picture, how many cells have no value, and the mean colour of each quarter.
+QString text(const std::vector<std::vector<int>>& pixels) {
+    std::array<std::vector<int>, 4> quarters;
+    std::ptrdiff_t missing = 0;
+    for (std::size_t row = 0; row < pixels.size(); ++row) {
+        for (std::size_t column = 0; column < pixels[row].size(); ++column) {
+            const std::size_t lower = row < pixels.size() / 2 ? 0 : 2;
+            quarters[lower + (column < pixels[row].size() / 2 ? 0 : 1)].push_back(pixels[row][column]);
+        }
+        missing += std::count(pixels[row].begin(), pixels[row].end(), -1);
+    }
+    return QStringLiteral("picture of %1 rows of %2, %3 without a value, quarters %4 %5 / %6 %7")
+        .arg(pixels.size())
+        .arg(pixels.empty() ? 0 : pixels.front().size())
+        .arg(missing)
+        .arg(meanColour(quarters[0]), meanColour(quarters[1]), meanColour(quarters[2]), meanColour(quarters[3]));
+}
+
 QString text(const ReadPlot& plot, const ReadItem& item) {
     QString line = "  " + item.kind + ' ' + item.colour;
     if (item.size > 0) {
@@ -43,8 +82,7 @@ QString text(const ReadPlot& plot, const ReadItem& item) {
                 text(plot, meanOf(item.points));
     }
     if (!item.png.isEmpty()) {
-        const std::vector<std::vector<int>> pixels = readPng(item.png);
-        line += QStringLiteral(", picture of %1 rows").arg(pixels.size());
+        line += ", " + text(readPng(item.png));
     }
     return line + (item.tooltip.isEmpty() ? QString() : "  \"" + item.tooltip + '"') + '\n';
 }

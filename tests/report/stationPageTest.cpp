@@ -13,7 +13,7 @@ namespace {
 using namespace KxInspect;
 using namespace page_test;
 
-/// A fit with other numbers everywhere; pair 2 of pass 1 is off, pair 1 of pass 2 was not measured.
+/// A fit with other numbers everywhere; pair 1 of pass 1 is off by what is allowed, pair 2 by more, pair 1 of pass 2 was not measured.
 StationFit someFit() {
     StationFit fit;
     fit.baseDistance = 1361.25f;
@@ -22,7 +22,7 @@ StationFit someFit() {
     fit.fault = "the measured distances differ";
     fit.warnings = {"something is odd"};
     fit.pairs = {
-        {1, 1, 1360.5, 1360.75, 0.25}, {1, 2, 1362.0, 1360.0, -2.0}, {2, 1, std::nan(""), 1359.125, std::nan("")}};
+        {1, 1, 1360.5, 1361.0, 0.5}, {1, 2, 1362.0, 1360.0, -2.0}, {2, 1, std::nan(""), 1359.125, std::nan("")}};
     for (const int n : {1, 2}) {
         const auto f = static_cast<float>(n);
         FittedSensor sensor;
@@ -44,7 +44,7 @@ TEST(StationPage, ShowsLinesResidualsAndWhatIsBelow) {
     EXPECT_EQ(page.facts.at("Settings"), (ReadCell{"not found", "bad"}));
     EXPECT_EQ(page.facts.at("Known distances").text, "2");
     EXPECT_EQ(page.facts.at("Largest residual"), (ReadCell{"2.000 mm", "bad"}));
-    EXPECT_EQ(page.facts.at("Residuals, rms").text, "1.425 mm");
+    EXPECT_EQ(page.facts.at("Residuals, rms").text, "1.458 mm");
     const ReadPlot first = page.plot("Raw profiles of sensor 301");
     first.expectPoints("below it", {{0.0, 15.0}});
     first.expectPoints("beyond the level line", {{4.0, 30.0}, {8.0, 50.0}});
@@ -60,11 +60,15 @@ TEST(StationPage, ShowsLinesResidualsAndWhatIsBelow) {
     const auto table = std::find_if(page.tables.begin(), page.tables.end(),
                                     [](const ReadTable& t) { return t.headers.contains("Residual, mm"); });
     ASSERT_NE(table, page.tables.end());
-    EXPECT_EQ(table->row(0), "1|1|1360.500|1360.750|0.250");
+    EXPECT_EQ(table->row(0), "1|1|1360.500|1361.000|0.500");
     EXPECT_EQ(table->at(0, "Residual, mm").tone, "good");
     EXPECT_EQ(table->at(1, "Residual, mm").tone, "bad");
     EXPECT_EQ(table->at(2, "Residual, mm").tone, "faint");
     EXPECT_EQ(page.warnings.size(), 2) << "the fault and the warning";
+
+    StationFit close = someFit();
+    close.pairs.resize(1);
+    EXPECT_EQ(readPage(kxreport::fitReport(close)).facts.at("Largest residual"), (ReadCell{"0.500 mm", "good"}));
 }
 
 TEST(StationPage, APassWithoutWheelsShowsWhy) {

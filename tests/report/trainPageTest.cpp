@@ -99,10 +99,11 @@ PassResult result() {
     return r;
 }
 
-/// The page without the table of its sheet.
+/// The page without the tables of its verdicts, its sheet and the quality of its data.
 ReadPage readDetails(const PassResult& pass) {
     ReadPage page = readPage(kxreport::passReport(pass));
-    page.tables.erase(page.tables.begin());
+    page.tables.erase(page.tables.begin(), page.tables.begin() + 2);
+    page.tables.erase(page.tables.begin() + 1);
     return page;
 }
 
@@ -361,16 +362,34 @@ TEST(PassPage, BeginsWithVerdictTrainAndSheet) {
     missing.verdict = LimitVerdict::NotMeasured;
     missing.isDoubtful.reset();
     missing.reason = "one side";
-    pass.assessment = PassAssessment{{}, {low, missing}};
+    Assessment lacking = missing;
+    lacking.measure = "flangeHeight";
+    lacking.pair = low.pair;
+    lacking.side = 1;
+    pass.assessment = PassAssessment{{}, {low, missing, lacking}};
     const QString html = kxreport::passReport(pass);
     const ReadPage page = readPage(html);
     EXPECT_TRUE(
         page.paragraphs.value(1).startsWith("Verdict of the pass: \u25a0 alarm. Of 10 wheels: 2 with an alarm, 0 "
                                             "with a warning, 2 not wholly measured"))
         << page.paragraphs.value(1).toStdString();
-    EXPECT_EQ(page.headings.mid(0, 3), QStringList({"The train as it passed", "Worst wheels", "Sheet of the wheels"}));
-    EXPECT_EQ(page.tables[0].row(0),
-              "vehicle 1, axle 2, side 1|\u25a0 alarm|back-to-back: 1357.50 \u00b1 0.500 mm, alarm, doubtful");
+    EXPECT_TRUE(
+        page.paragraphs.value(1).contains("Of those with an alarm or a warning one is not wholly measured, too."));
+    EXPECT_EQ(page.headings.mid(0, 3),
+              QStringList({"Verdict on each wheel, the worst first", "The train as it passed", "Sheet of the wheels"}));
+    EXPECT_EQ(
+        page.tables[0].row(0),
+        "vehicle 1, axle 2, side 1|\u25a0 alarm (doubtful)|back-to-back: 1357.50 \u00b1 0.500 mm, alarm, doubtful\n"
+        "not measured: flange height (Sh)\n"
+        "back-to-back out of tolerance: 1357.500 \u00b1 0.500 mm, -2.250 mm off the nominal distance");
+    // Behind what limits say come the findings without limits, and at last the wheels of which nothing is said.
+    QStringList verdicts;
+    for (const std::vector<ReadCell>& row : page.tables[0].rows) {
+        verdicts += row.at(1).text;
+    }
+    EXPECT_TRUE(verdicts.contains("\u25c6 finding"));
+    EXPECT_GT(verdicts.indexOf("\u25c6 finding"), verdicts.lastIndexOf("\u25a0 alarm (doubtful)"));
+    EXPECT_LT(verdicts.lastIndexOf("\u25c6 finding"), verdicts.indexOf("\u25cb not measured"));
     const ReadTable& sheet = page.tables[1];
     ASSERT_EQ(sheet.rows.size(), 10u) << "four pairs, and the axle that nobody saw";
     EXPECT_EQ(sheet.at(2, "wheel").text, "vehicle 1\naxle 2\nside 1");

@@ -117,7 +117,7 @@ TEST(WheelPage, DrawsTheMeasures) {
         EXPECT_FALSE(std::isnan(plot.placeOf(length).x())) << length;
     }
     for (const auto& [name, level] : {std::pair{"level 2", 2.0}, {"level 18", 18.0}, {"level h-13", 15.25}}) {
-        EXPECT_NEAR(plot.placeOf(name).y(), level, 0.2) << name;
+        EXPECT_NEAR(plot.placeOf(name).y(), level, 1.3) << name; // the contour may push it, less than to the next
     }
 }
 

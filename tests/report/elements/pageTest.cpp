@@ -43,7 +43,9 @@ TEST(Page, HoldsItsPartsInOrder) {
     EXPECT_EQ(read.tables.at(0).at(0, evil), (page_test::ReadCell{evil, "bad"}));
     EXPECT_EQ(read.tables.at(0).at(1, "a"), (page_test::ReadCell{"2", "faint"}));
     // What the tones look like: green for good, orange-red for bad.
-    EXPECT_TRUE(html.contains("\n.good { color: #00694d; }\n.bad { color: #b34700;"));
+    EXPECT_TRUE(html.contains("\n.good { color: var(--good); }\n.bad { color: var(--bad);"));
+    EXPECT_TRUE(html.contains("--good: #00694d; --bad: #b34700;"));
+    EXPECT_FALSE(html.contains("<script") || html.contains("script-src")) << "a page without scripts allows none";
 }
 
 TEST(Texts, AreEscaped) {

@@ -3,6 +3,8 @@
 #include "report/elements/plot.h"
 #include "report/pageReader.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -116,9 +118,10 @@ TEST(Plot, ColourScaleStandsBesideTheArea) {
     expectIn(plot, "x1=\"0\" y1=\"1\" x2=\"0\" y2=\"0\"><stop offset=\"0\" stop-color=\"#1b1f5e\"/>");
     expectIn(plot, "<stop offset=\"1\" stop-color=\"#fde74c\"/></linearGradient>");
     expectIn(plot, "<rect x=\"186\" y=\"36\" width=\"14\" height=\"100\" fill=\"url(#scale-p)\"");
-    for (const char* const tick : {"<path d=\"M200 136h4\" stroke=\"#8a96a3\"/><text x=\"206\" y=\"140\">20</text>",
-                                   "<path d=\"M200 86h4\" stroke=\"#8a96a3\"/><text x=\"206\" y=\"90\">30</text>",
-                                   "<path d=\"M200 36h4\" stroke=\"#8a96a3\"/><text x=\"206\" y=\"40\">40</text>"}) {
+    for (const char* const tick :
+         {"<path d=\"M200 136h4\" stroke=\"var(--frame)\"/><text x=\"206\" y=\"140\">20</text>",
+          "<path d=\"M200 86h4\" stroke=\"var(--frame)\"/><text x=\"206\" y=\"90\">30</text>",
+          "<path d=\"M200 36h4\" stroke=\"var(--frame)\"/><text x=\"206\" y=\"40\">40</text>"}) {
         expectIn(plot, tick);
     }
     expectIn(plot, ">h, mm</text>");
@@ -144,10 +147,30 @@ TEST(Plot, LegendShowsWhatIsDrawn) {
                                                 {"box & more text", {"box", "#000004"}},
                                                 {"mark", {"mark", "#000005"}}};
     EXPECT_EQ(read.legend, expected);
-    // 66 pixels each for "line", "dots" and "band" from 72 on; the next entry would reach 288 and begins a row.
-    expectIn(plot, "<g transform=\"translate(72 11.5)\" fill=\"none\"><path d=\"M0 0h22\"");
-    expectIn(plot, "<g transform=\"translate(204 11.5)\"");
-    expectIn(plot, "<g transform=\"translate(72 26.5)\"");
+    // What would reach 272, by the upper bound of its width, begins a row.
+    expectIn(plot, "<g class=\"legend\" transform=\"translate(72 -4)\" fill=\"none\"><path d=\"M0 0h22\"");
+    expectIn(plot, "<g class=\"legend\" transform=\"translate(72 26)\"");
+    Plot narrow = plotOf(); // 100 pixels wide: a row for each of four, two of them above the usual top
+    for (const char* const text : {"one", "two", "three", "a name that is longer than the whole plot is wide"}) {
+        narrow.addLegend(text, "#000001");
+    }
+    expectIn(narrow, "viewBox=\"0 -30 188 162\"");
+    expectIn(narrow, "translate(72 -19)");
+    EXPECT_TRUE(narrow.svg().contains(QRegularExpression("plot is wide</title>a name t[a-z ]{1,5}\u2026</text>")));
+}
+
+TEST(Plot, TextsMoveOffLinesAndEachOther) {
+    Plot plot("p", "t", 288, 282, {"x", {0.0, 20.0}}, {"y", {0.0, 20.0}}); // 10 pixels for 1
+    plot.addLine({{0, 10}, {20, 10}}, {"#000001"});
+    plot.addText({10, 15}, "free", "#111111");
+    plot.addText({10, 10}, "on the line", "#111111");
+    plot.addText({10, 15}, "on the text", "#111111");
+    const page_test::ReadPlot read = page_test::readPage("<main>" + plot.svg() + "</main>").plots.at(0);
+    EXPECT_NEAR(read.placeOf("free").y(), 15, 0.01);
+    EXPECT_GE(std::abs(read.placeOf("on the line").y() - 10), 0.7);
+    EXPECT_LE(std::abs(read.placeOf("on the line").y() - 10), 1.1);
+    const QPointF moved = read.placeOf("on the text") - read.placeOf("free");
+    EXPECT_TRUE(std::abs(moved.y()) >= 1.4 || std::abs(moved.x()) >= 4) << moved.x() << ' ' << moved.y();
 }
 
 } // namespace

@@ -20,7 +20,7 @@ DrawnTrain trainOf(int cars) {
         int number = 0;
         for (const double place : {0.0, 2100.0, 12600.0, 14700.0}) {
             DrawnAxle axle;
-            axle.place = 17300.0 * car + place;
+            axle.place = 48250.0 + 17300.0 * car + place;
             axle.label = QString::number(++number);
             axle.vehicle = car;
             axle.bogie = number <= 2 ? 1 : 2;
