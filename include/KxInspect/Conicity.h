@@ -62,6 +62,9 @@ struct ConicityInput {
     /// The length of the contour that is smoothed by one local parabola, half of it on each side of a point. 0: none.
     /// Empty: as much as the noise of each profile asks for, none for profiles without noise.
     std::optional<float> smoothing = {};
+    /// Of the gauge that measured both wheels, and of another one, as good, that measured both rails: each error is the same in
+    /// the two profiles of a gauge. The intervals contain them.
+    GaugeError gaugeError = {};
 };
 
 /// Where a wheel touches its rail, lengths in mm, in the coordinates of the placed profiles.
@@ -111,6 +114,7 @@ struct ConicityResult {
     float radius2 = 0.0f;
     std::optional<float> edgeMargin = {};
     float shownAmplitude = 0.0f;
+    GaugeError gaugeError = {};
     /// @}
 
     /// Why there is no conicity, a sentence; empty when there is one.

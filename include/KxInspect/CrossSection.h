@@ -5,6 +5,7 @@
 #include "Profile.h"
 #include "ProfileFile.h"
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -16,6 +17,19 @@ struct Orientation {
     std::optional<bool> isUp = {}; ///< y points up
     std::optional<bool> isMirrored = {}; ///< x points inwards
 };
+
+/// What all points of a profile have in common and their noise does not show: standard uncertainties of the gauge (type B of
+/// JCGM 100:2008; half of an expanded uncertainty with k = 2), from its certificate or from a study with it. The intervals of
+/// what is measured contain them.
+struct GaugeError {
+    float place = 0.0f; ///< along x, mm: how far x is off the flange back, where that is not measured
+    float turn = 0.0f; ///< of the profile in its plane, mrad
+    float scale = 0.0f; ///< of all lengths, millionths
+
+    bool isSet() const { return place != 0.0f || turn != 0.0f || scale != 0.0f; }
+};
+
+inline constexpr std::array<double, 2> kGaugeErrors = {0.0, 1000.0}; ///< least and largest, in the units of GaugeError
 
 /// A cross-section as it was measured, in a file or in memory:
 ///

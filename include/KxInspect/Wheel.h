@@ -25,21 +25,9 @@ inline constexpr float kFlankDepth = 13.0f; ///< the flank width ends this far a
 inline constexpr float kThicknessDepth = 10.0f; ///< Sd is measured, and qR ends, this far above the tape circle
 /// @}
 
-/// What all points of a profile have in common and their noise does not show: standard uncertainties of the gauge (type B of
-/// JCGM 100:2008; half of an expanded uncertainty with k = 2), from its certificate or from a study with it. The intervals
-/// of the measures contain them.
-struct GaugeError {
-    float place = 0.0f; ///< along x, mm: how far x is off the flange back, where that is not measured
-    float turn = 0.0f; ///< of the profile in its plane, mrad
-    float scale = 0.0f; ///< of all lengths, millionths
-
-    bool isSet() const { return place != 0.0f || turn != 0.0f || scale != 0.0f; }
-};
-
 /// @{ The least and the largest value of an option, mm.
 inline constexpr std::array<double, 2> kFlangeBacks = {-10000.0, 10000.0};
 inline constexpr std::array<double, 2> kSpacings = {0.01, 1.0}; ///< or 0
-inline constexpr std::array<double, 2> kGaugeErrors = {0.0, 1000.0}; ///< in the units of GaugeError
 /// @}
 
 /// The measures of a wheel, mm. Empty for a measure that was not found. The first four are those of

@@ -35,6 +35,9 @@ void checkNumbers(const ConicityInput& input) {
     detail::checkRange("amplitudes", static_cast<float>(input.amplitudes), kAmplitudeCounts);
     detail::checkRange("edgeMargin", input.edgeMargin.value_or(0.0f), kEdgeMargins);
     detail::checkRange("shownAmplitude", input.shownAmplitude, kShownAmplitudes);
+    for (const float error : {input.gaugeError.place, input.gaugeError.turn, input.gaugeError.scale}) {
+        detail::checkRange("gaugeError", error, kGaugeErrors);
+    }
     detail::checkRange("smoothing", input.smoothing.value_or(0.0f), kSmoothingWindows);
 }
 
@@ -77,12 +80,12 @@ void judgeNoise(const Prepared& sections, const ConicityInput& input, ConicityRe
         return;
     }
     const bool isCorrected = !areTakenAsMeasured(sections);
-    const bool isExact = std::all_of(sections.begin(), sections.end(), [](const detail::PreparedSection& section) {
-        return section.windows.empty() && section.noise.isNegligible();
-    });
-    const detail::NoiseEffect effect =
-        detail::resample(sections, detail::standOf(input), input.gaugeDepth, result.conicity.back().x,
-                         isCorrected ? detail::kFineStep : detail::kLateralStep);
+    const bool isExact = !input.gaugeError.isSet() &&
+                         std::all_of(sections.begin(), sections.end(), [](const detail::PreparedSection& section) {
+                             return section.windows.empty() && section.noise.isNegligible();
+                         });
+    const detail::NoiseEffect effect = detail::resample(sections, input, result.conicity.back().x,
+                                                        isCorrected ? detail::kFineStep : detail::kLateralStep);
     for (Point& p : result.conicity) {
         const float correction = effect.correction(p.x);
         if (isCorrected) {
@@ -141,6 +144,7 @@ ConicityResult measureConicity(const ConicityInput& input) {
     result.radius2 = input.radius2;
     result.edgeMargin = input.edgeMargin;
     result.shownAmplitude = input.shownAmplitude;
+    result.gaugeError = input.gaugeError;
     Prepared sections;
     for (const WheelSetPart part : kParts) {
         std::string reading;

@@ -36,6 +36,7 @@ void place(Profile& profile, WheelSetPart part, const ConicityInput& input, Prep
     if (isWheel(part) && (back || stance->isAsShown) && !placeFlangeBack(profile, back, stance->isMirrored, notes)) {
         refuse(part, input, noFlangeBack());
     }
+    result.isBackMeasured = isWheel(part) && !back && isBackMeasured(result.contour);
     const auto first = std::min_element(profile.points.begin(), profile.points.end(), isLeft);
     result.flangeBack = first == profile.points.end() ? 0.0f : first->x;
 }

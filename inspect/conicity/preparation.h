@@ -19,6 +19,8 @@ struct PreparedSection {
     ContourNoise noise = {};
     std::vector<float> windows = {}; ///< for each point of the contour the length that was smoothed; empty: none
     float flangeBack = 0.0f; ///< of wheels: where the running surface begins
+    bool isBackMeasured =
+        false; ///< of wheels: it is where the contour shows its back, wherever the gauge counts x from
     std::vector<Point> points = {}; ///< the contour with all its points
     Profile surface = {}; ///< the running surface of the smoothed contour
     Profile unsmoothed = {}; ///< that of the contour itself

@@ -1,13 +1,19 @@
 // How noise of the profiles changes the conicity, by resampling.
 #include "inspect/conicity/resampling.h"
 
+#include "inspect/conicity/calculation.h"
 #include "inspect/fitting/lookUp.h"
 #include "inspect/fitting/normalNumbers.h"
 #include "inspect/sections/contourSmoothing.h"
+#include "inspect/sections/gaugeDistortion.h"
 #include "inspect/sections/runningSurface.h"
 
+#include <KxInspect/Wheel.h>
+
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <optional>
 
@@ -17,6 +23,14 @@ namespace {
 
 constexpr int kTrials = 200;
 constexpr int kTrialsWithoutNoise = 20;
+
+constexpr double kNormal95 = 1.96;
+/// Instead of 1.96 for noise: the deviation of 200 trials is known to 5 to 10 %, and the tails are wider where contacts jump.
+/// tools/tables/conicityIntervals found 2.2.
+constexpr double kNoiseDeviations = 2.2;
+
+/// Between displacements with errors of the gauges, mm: so small that steps of contacts do not hide what the errors change.
+constexpr double kGaugeStep = 0.02;
 
 using Points = std::vector<Point>;
 
@@ -77,9 +91,11 @@ public:
     /// As it would be measured if that pilot were the profile.
     Points trialOfPilot() const { return sumOf(sumOf(repeated_, next_), pilotResult_); }
 
-    /// The running surface of such a contour.
-    std::vector<float> surfaceOf(const Points& contour, double step) const {
-        return samplesOf(section_, part_, contour, gaugeDepth_, step);
+    /// The running surface of such a contour as a gauge shows it that is off. The errors of its place drop out where the
+    /// place is measured itself: a rail begins at its gauge point.
+    std::vector<float> surfaceOf(const Points& contour, GaugeDistortion error, double step) const {
+        error.shift = isWheel(part_) && section_.isBackMeasured ? 0.0 : error.shift;
+        return samplesOf(section_, part_, error.of(contour, centre()), gaugeDepth_, step);
     }
 
 private:
@@ -96,6 +112,17 @@ private:
         return result;
     }
 
+    /// The flange back at the level of the tape circle, or the end of a rail on its gauge side. Only differences of heights
+    /// count, so that any centre of the turn will do for a rail.
+    Point centre() const {
+        if (!isWheel(part_)) {
+            return pilot_.empty() ? Point{} : pilot_.front();
+        }
+        const auto tape = std::find_if(pilot_.rbegin(), pilot_.rend(),
+                                       [&](const Point& p) { return p.x <= section_.flangeBack + kTapeCircleX; });
+        return {section_.flangeBack, tape == pilot_.rend() ? 0.0f : tape->y};
+    }
+
     const PreparedSection& section_;
     WheelSetPart part_;
     float gaugeDepth_;
@@ -109,6 +136,9 @@ private:
     Points result_ = {}, pilotResult_ = {}; ///< what the noise of the trial does to the contour and to its pilot
     Points next_ = {}, nextPilot_ = {}; ///< likewise that of the next trial
 };
+
+/// Errors of the gauge of the wheels and of that of the rails.
+using Gauges = std::array<GaugeDistortion, 2>;
 
 /// Logarithms of conicities at the amplitudes, NaN where there is none.
 using Curve = std::vector<double>;
@@ -134,10 +164,38 @@ struct Statistics {
     }
 };
 
+/// The variances of the logarithm of the conicity from the errors of the gauges, to first order: what each of them changes from
+/// one standard uncertainty on one side to one on the other is twice its standard deviation.
+/// @param curveOf the curve with errors of the gauges
+std::vector<double> gaugeVariances(const GaugeError& error, std::size_t amplitudes,
+                                   const std::function<Curve(const Gauges&)>& curveOf) {
+    std::vector<double> variances(amplitudes, 0.0);
+    const std::array<GaugeDistortion, 3> single = {GaugeDistortion::times(error, 1.0, 0.0, 0.0),
+                                                   GaugeDistortion::times(error, 0.0, 1.0, 0.0),
+                                                   GaugeDistortion::times(error, 0.0, 0.0, 1.0)};
+    for (std::size_t gauge = 0; gauge < std::tuple_size_v<Gauges>; ++gauge) {
+        for (const GaugeDistortion& off : single) {
+            if (off.isNone()) {
+                continue;
+            }
+            Gauges gauges;
+            gauges[gauge] = off;
+            const Curve more = curveOf(gauges);
+            gauges[gauge] = off.opposite();
+            const Curve less = curveOf(gauges);
+            for (std::size_t i = 0; i < amplitudes; ++i) {
+                variances[i] += (more[i] - less[i]) * (more[i] - less[i]) / 4.0;
+            }
+        }
+    }
+    return variances;
+}
+
 } // namespace
 
-NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth, float last,
+NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const ConicityInput& input, float last,
                      double pilotStep) {
+    const Stand stand = standOf(input);
     constexpr float kStep = 0.5f;
     constexpr float kMost = 60.0f; // the sweep goes no further
     NoiseEffect effect;
@@ -146,12 +204,14 @@ NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Sta
     }
     std::vector<Contour> contours;
     for (const WheelSetPart part : {Wheel1, Rail1, Wheel2, Rail2}) {
-        contours.emplace_back(sections[part], part, gaugeDepth);
+        contours.emplace_back(sections[part], part, input.gaugeDepth);
     }
-    const auto oscillationOf = [&](Points (Contour::*contour)() const, double step = kLateralStep) {
+    const auto oscillationOf = [&](Points (Contour::*contour)() const, double step = kLateralStep,
+                                   const Gauges& gauges = {}) {
         PerWheelSetPart<std::vector<float>> surfaces;
         for (std::size_t part = 0; part < surfaces.size(); ++part) {
-            surfaces[part] = contours[part].surfaceOf((contours[part].*contour)(), step);
+            surfaces[part] = contours[part].surfaceOf((contours[part].*contour)(),
+                                                      gauges[isWheel(static_cast<WheelSetPart>(part)) ? 0 : 1], step);
         }
         return sweep(surfaces, stand, step);
     };
@@ -168,6 +228,10 @@ NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Sta
     const int trials = isNoisy ? kTrials : kTrialsWithoutNoise;
     const Curve pilot = curveOf(oscillationOf(&Contour::pilot, pilotStep));
     effect.observed = oscillationOf(&Contour::observed);
+    const std::vector<double> ofGauges =
+        gaugeVariances(input.gaugeError, effect.values.size(), [&](const Gauges& gauges) {
+            return curveOf(oscillationOf(&Contour::pilot, kGaugeStep, gauges));
+        });
     std::vector<Statistics> statistics(effect.values.size());
     for (int i = 0; i < trials; ++i) {
         for (Contour& contour : contours) {
@@ -185,14 +249,15 @@ NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Sta
         const Statistics& s = statistics[k];
         NoiseEffect::Value& value = effect.values[k];
         if (s.count < kLeast || !std::isfinite(pilot[k])) {
-            value.logCorrection = value.deviation = std::numeric_limits<float>::quiet_NaN();
+            value.logCorrection = value.halfWidth = std::numeric_limits<float>::quiet_NaN();
             continue;
         }
         const double variance = Statistics::variance(s.trial, s.trialSquare, s.count);
         // That of the corrected value, and of the noise with which the second draw corrects it.
         const double both = Statistics::variance(s.corrected, s.correctedSquare, s.count);
         value.logCorrection = static_cast<float>(pilot[k] - s.trial / s.count);
-        value.deviation = static_cast<float>(std::sqrt(std::max(both - variance, variance)));
+        value.halfWidth = static_cast<float>(std::hypot(
+            kNoiseDeviations * std::sqrt(std::max(both - variance, variance)), kNormal95 * std::sqrt(ofGauges[k])));
     }
     return effect;
 }
@@ -211,14 +276,11 @@ float NoiseEffect::observedAt(float amplitude) const {
 }
 
 Interval NoiseEffect::interval(float amplitude, float conicity) const {
-    // 1.96 for a normal distribution with a known deviation. That of 200 trials is known to 5 to 10 %, and the tails are wider
-    // where contacts jump: tools/tables/conicityIntervals found 2.2.
-    constexpr float kDeviations = 2.2f;
     std::vector<Point> curve;
     for (const Value& value : values) {
-        curve.push_back({value.amplitude, value.deviation});
+        curve.push_back({value.amplitude, value.halfWidth});
     }
-    const float factor = std::exp(kDeviations * static_cast<float>(valueAt(curve, static_cast<double>(amplitude))));
+    const float factor = std::exp(static_cast<float>(valueAt(curve, static_cast<double>(amplitude))));
     return {conicity / factor, conicity * factor};
 }
 

@@ -24,16 +24,16 @@ public:
     struct Value {
         float amplitude = 0.0f;
         float logCorrection = 0.0f; ///< NaN where it is unknown
-        float deviation = 0.0f; ///< of the logarithm of the corrected conicity
+        float halfWidth = 0.0f; ///< of the 95 % interval of the logarithm of the corrected conicity
     };
     std::vector<Value> values = {}; ///< ascending amplitudes
     Oscillation observed; ///< that of the profiles, as coarse as in the trials
 };
 
 /// Draws the noise of all profiles many times and looks at what the conicity becomes, at amplitudes every 0.5 mm up to `last`.
-/// Always draws the same numbers.
+/// Always draws the same numbers. The errors of the gauges are smooth: what each changes by itself is added to the variance.
 /// @param pilotStep of the profiles that the trials are compared with: kFineStep takes off what the coarser steps of the trials do, too
-NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const Stand& stand, float gaugeDepth, float last,
+NoiseEffect resample(const PerWheelSetPart<PreparedSection>& sections, const ConicityInput& input, float last,
                      double pilotStep);
 
 } // namespace KxInspect::detail

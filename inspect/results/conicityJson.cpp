@@ -176,6 +176,7 @@ std::string toJson(const ConicityResult& result, Pictures pictures) {
                         {QStringLiteral("radius1"), jsonNumber(result.radius1)},
                         {QStringLiteral("radius2"), jsonNumber(result.radius2)},
                         {QStringLiteral("edgeMargin"), jsonNumber(result.edgeMargin)},
+                        {QStringLiteral("gaugeError"), detail::jsonGaugeError(result.gaugeError)},
                         {QStringLiteral("shownAmplitude"), jsonNumber(result.shownAmplitude)},
                         {QStringLiteral("shownConicity"), jsonNumber(result.shownConicity)},
                         {QStringLiteral("shownInterval"), detail::jsonInterval(result.shownInterval)},
@@ -213,6 +214,9 @@ ConicityResult conicityFromJson(const std::string& json) {
     result.radius2 = root["radius2"].number();
     result.edgeMargin = root["edgeMargin"].numberIfPresent();
     result.shownAmplitude = root["shownAmplitude"].number();
+    if (root.has("gaugeError")) { // older results do not hold it
+        result.gaugeError = root["gaugeError"].gaugeError();
+    }
     result.conicity = readPairs(root["conicity"]);
     result.deltaR = readPairs(root["deltaR"]);
     result.warnings = root["warnings"].texts();

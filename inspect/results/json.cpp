@@ -85,6 +85,13 @@ QJsonValue jsonInterval(const Interval& interval) {
     return interval.isKnown() ? QJsonArray{jsonNumber(interval.low), jsonNumber(interval.high)} : QJsonValue();
 }
 
+QJsonValue jsonGaugeError(const GaugeError& error) {
+    return error.isSet() ? QJsonValue(QJsonObject{{QStringLiteral("place"), jsonNumber(error.place)},
+                                                  {QStringLiteral("turn"), jsonNumber(error.turn)},
+                                                  {QStringLiteral("scale"), jsonNumber(error.scale)}})
+                         : QJsonValue();
+}
+
 std::string jsonText(const QJsonObject& document) {
     return QJsonDocument(document).toJson().toStdString();
 }
@@ -277,6 +284,13 @@ Interval JsonValue::interval() const {
     }
     const std::vector<float> ends = numbers(2);
     return {ends[0], ends[1]};
+}
+
+GaugeError JsonValue::gaugeError() const {
+    if (isNull()) {
+        return {};
+    }
+    return {(*this)["place"].number(), (*this)["turn"].number(), (*this)["scale"].number()};
 }
 
 void JsonValue::failAsNo(const QString& what) const {

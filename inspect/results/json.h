@@ -1,6 +1,7 @@
 // Results as JSON: numbers and lists, to write and to read.
 #pragma once
 
+#include <KxInspect/CrossSection.h>
 #include <KxInspect/Interval.h>
 #include <KxInspect/Json.h>
 #include <KxInspect/Profile.h>
@@ -50,6 +51,9 @@ QJsonObject jsonLine(const Line& line);
 /// [low, high]; null for an interval that is not known.
 QJsonValue jsonInterval(const Interval& interval);
 
+/// Its parts; null where no error was told.
+QJsonValue jsonGaugeError(const GaugeError& error);
+
 /// The document as text: indented, members in alphabetical order, a line feed at the end.
 std::string jsonText(const QJsonObject& document);
 
@@ -90,6 +94,7 @@ public:
     std::vector<Point> points() const; ///< as jsonPoints() writes them
     Line line() const; ///< as jsonLine() writes it
     Interval interval() const; ///< as jsonInterval() writes it
+    GaugeError gaugeError() const; ///< as jsonGaugeError() writes it
 
     /// Throws the Error "holds no WHAT in 'PATH'".
     [[noreturn]] void failAsNo(const QString& what) const;

@@ -55,6 +55,11 @@ PassSide readSide(const JsonValue& value) {
     constexpr float kUnknown = std::numeric_limits<float>::quiet_NaN();
     side.reference = value["reference"].isNull() ? Line{kUnknown, kUnknown} : value["reference"].line();
     side.missing = value.has("missing") ? value["missing"].text() : std::string();
+    if (value.has("points")) {
+        const auto points = value["points"];
+        side.points = PointCounts{points["recorded"].wideWholeNumber(), points["missing"].wideWholeNumber(),
+                                  points["removed"].wideWholeNumber(), points["belowLevel"].wideWholeNumber()};
+    }
     return side;
 }
 
@@ -116,6 +121,7 @@ std::optional<Roundness> readRoundness(const JsonValue& value) {
         roundness.seen.push_back({ends[0], ends[1]});
     }
     roundness.isOut = value["isOutOfRound"].flag();
+    roundness.isDirty = value.has("isDirty") && value["isDirty"].flag(); // older results do not say
     return roundness;
 }
 

@@ -40,6 +40,13 @@ QJsonObject sideObject(const PassSide& side) {
     if (!side.missing.empty()) {
         object[QStringLiteral("missing")] = text(side.missing);
     }
+    if (side.points) {
+        object[QStringLiteral("points")] =
+            QJsonObject{{QStringLiteral("recorded"), static_cast<qint64>(side.points->recorded)},
+                        {QStringLiteral("missing"), static_cast<qint64>(side.points->missing)},
+                        {QStringLiteral("removed"), static_cast<qint64>(side.points->removed)},
+                        {QStringLiteral("belowLevel"), static_cast<qint64>(side.points->below)}};
+    }
     return object;
 }
 
@@ -82,7 +89,8 @@ QJsonValue roundnessValue(const std::optional<Roundness>& roundness) {
                        {QStringLiteral("limit"), jsonNumber(roundness->limit)},
                        {QStringLiteral("band"), jsonList(std::vector<float>{roundness->bandFrom, roundness->bandTo})},
                        {QStringLiteral("seen"), seen},
-                       {QStringLiteral("isOutOfRound"), roundness->isOut}};
+                       {QStringLiteral("isOutOfRound"), roundness->isOut},
+                       {QStringLiteral("isDirty"), roundness->isDirty}};
 }
 
 QJsonValue limitsValue(const std::optional<DefectLimits>& limits) {

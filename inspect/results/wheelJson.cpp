@@ -48,14 +48,6 @@ QJsonObject wheelObject(const WheelResult& wheel) {
     return object;
 }
 
-/// Null where none was told.
-QJsonValue gaugeErrorValue(const GaugeError& error) {
-    return error.isSet() ? QJsonValue(QJsonObject{{QStringLiteral("place"), jsonNumber(error.place)},
-                                                  {QStringLiteral("turn"), jsonNumber(error.turn)},
-                                                  {QStringLiteral("scale"), jsonNumber(error.scale)}})
-                         : QJsonValue();
-}
-
 /// Null without limits: nothing was to be judged.
 QJsonValue judgementValue(const WheelJudgement& judgement) {
     if (judgement.wheels == 0) {
@@ -175,7 +167,7 @@ std::string toJson(const WheelResults& results, Pictures pictures) {
     QJsonObject root = {
         {QStringLiteral("wheels"), wheels},
         {QStringLiteral("limits"), limits},
-        {QStringLiteral("gaugeError"), gaugeErrorValue(results.gaugeError)},
+        {QStringLiteral("gaugeError"), detail::jsonGaugeError(results.gaugeError)},
         {QStringLiteral("judged"), QJsonObject{{QStringLiteral("wheels"), judgementValue(judgementOf(results))}}}};
     if (pictures == Pictures::Included) {
         root[QStringLiteral("pictures")] = QJsonObject{
@@ -194,9 +186,7 @@ WheelResults wheelsFromJson(const std::string& json) {
         const JsonValue limit = root["limits"][measure.key];
         results.limits.*measure.limit = {limit["min"].numberIfPresent(), limit["max"].numberIfPresent()};
     }
-    if (const JsonValue error = root["gaugeError"]; !error.isNull()) {
-        results.gaugeError = {error["place"].number(), error["turn"].number(), error["scale"].number()};
-    }
+    results.gaugeError = root["gaugeError"].gaugeError();
     if (root.has("pictures")) {
         readPictures(root["pictures"]["wheels"], results.wheels);
         results.version = root["pictures"]["version"].text();

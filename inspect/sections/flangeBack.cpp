@@ -3,6 +3,7 @@
 
 #include "inspect/fitting/lookUp.h"
 #include "inspect/fitting/median.h"
+#include "inspect/fitting/robustLine.h"
 #include "inspect/sections/runningSurface.h"
 
 #include <KxInspect/Wheel.h>
@@ -20,10 +21,12 @@ namespace {
 /// Where gauges have the flange back: at the origin, or the tape circle there.
 constexpr std::array<float, 2> kDatums = {0.0f, -kTapeCircleX};
 
+constexpr float kBelowTip =
+    20.0f; // where the back face is flat: the circle behind the tip of S1002 ends 18.5 mm below it
+
 /// The mean x of the flat back face, where a contour has 3 mm of it and more. Unlike the smallest x it does not depend on how large the
 /// noise is.
 std::optional<float> flatFace(const std::vector<Point>& wheel, std::vector<Point>::const_iterator tip, float first) {
-    constexpr float kBelowTip = 20.0f; // the circle behind the tip of S1002 ends 18.5 mm below it
     constexpr float kLeastHeight = 3.0f;
     constexpr float kWidth = 2.0f;
     double sum = 0.0;
@@ -90,6 +93,31 @@ std::optional<FlangeBack> findFlangeBack(const std::vector<Point>& wheel) {
 bool isBackMeasured(const std::vector<Point>& wheel) {
     const std::optional<FlangeBack> back = findFlangeBack(wheel);
     return back && back->isSeen && std::find(kDatums.begin(), kDatums.end(), back->x) == kDatums.end();
+}
+
+std::optional<Lean> leanOfBack(const std::vector<Point>& wheel) {
+    constexpr float kLeastHeight = 5.0f;
+    constexpr std::size_t kMost = 200; // are enough, and comparing all pairs takes the square of it
+    const auto tip = std::max_element(wheel.begin(), wheel.end(), isHigher);
+    std::vector<Sample> face;
+    std::for_each(wheel.begin(), tip, [&](const Point& p) {
+        if (p.y <= tip->y - kBelowTip) {
+            face.push_back({static_cast<double>(p.y), static_cast<double>(p.x)});
+        }
+    });
+    const auto isLower = [](const Sample& a, const Sample& b) { return a.place < b.place; };
+    std::sort(face.begin(), face.end(), isLower);
+    if (face.empty() || face.back().place - face.front().place < static_cast<double>(kLeastHeight)) {
+        return {};
+    }
+    const std::size_t step = face.size() / kMost + 1;
+    std::vector<Sample> samples;
+    samples.reserve(kMost);
+    for (std::size_t i = 0; i < face.size(); i += step) {
+        samples.push_back(face[i]);
+    }
+    const std::optional<RobustLine> line = fitRobustLine(samples);
+    return line ? std::optional(Lean{line->slope, line->slopeError()}) : std::nullopt;
 }
 
 void beginAtFlangeBack(std::vector<Point>& wheel, float x) {

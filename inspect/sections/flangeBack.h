@@ -23,6 +23,15 @@ std::optional<FlangeBack> findFlangeBack(const std::vector<Point>& wheel);
 /// Whether findFlangeBack() takes the steep back that the contour shows, and not the origin of its coordinates.
 bool isBackMeasured(const std::vector<Point>& wheel);
 
+/// How far a line is off the upright.
+struct Lean {
+    double slope = 0.0; ///< radians, small
+    double error = 0.0; ///< its standard error
+};
+
+/// How the flat back face leans in a contour as for findFlangeBack(). Empty where less than 5 mm of it are seen.
+std::optional<Lean> leanOfBack(const std::vector<Point>& wheel);
+
 /// Makes a contour begin at a flange back: what is before it is cut; a contour that begins later gets a first point there
 /// at the height of its own one.
 void beginAtFlangeBack(std::vector<Point>& wheel, float x);

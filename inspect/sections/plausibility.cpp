@@ -35,8 +35,9 @@ QString wheelContradiction(const std::vector<Point>& wheel) {
         }
         return QStringLiteral(
                    "has a flange %1 mm high, from its tip to the tread at the tape circle; usual are %2 to %3 mm")
-            .arg(QString::number(static_cast<double>(height), 'f', 1), QString::number(kMinFlangeHeight),
-                 QString::number(kMaxFlangeHeight));
+            .arg(QString::number(static_cast<double>(height), 'f', 1),
+                 QString::number(static_cast<double>(kMinFlangeHeight)),
+                 QString::number(static_cast<double>(kMaxFlangeHeight)));
     }
     if (highest->x - back < width * 0.4f && tread - highest->y >= kMinFlangeHeight) {
         return QStringLiteral("looks upside down (its y should point down; see --up)");

@@ -7,12 +7,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace KxInspect::detail {
 
 namespace {
 
 constexpr Orientation kOrientations[] = {{false, false}, {false, true}, {true, false}, {true, true}};
+
+constexpr float kSideDepth = 10.0f; // mm below the top, where the sides of a head are nearly upright
 
 /// The side of a contour that touches when it stands in an orientation; empty for points that follow no contour.
 std::vector<Point> surfaceIn(const std::vector<Point>& contour, Orientation orientation, SectionKind kind) {
@@ -41,29 +44,37 @@ std::optional<bool> isConvex(const std::vector<Point>& contour) {
     return std::abs(rise) < kLeastRise ? std::nullopt : std::optional(rise > 0.0);
 }
 
-/// Where a surface first is above a level, from its small x on, and last.
+/// Where a surface first is above a level, from its small x on, and last. A side that hangs over ends above the level.
 std::optional<std::pair<float, float>> sidesAt(const std::vector<Point>& surface, float level) {
     const auto isAbove = [level](const Point& p) { return p.y < level; };
     const auto first = std::find_if(surface.begin(), surface.end(), isAbove);
     const auto last = std::find_if(surface.rbegin(), surface.rend(), isAbove);
-    if (first == surface.end() || first == surface.begin() || last == surface.rbegin()) {
-        return {};
-    }
-    return std::pair{first->x, last->x};
+    return first == surface.end() ? std::nullopt : std::optional(std::pair{first->x, last->x});
 }
 
-/// Whether the side of the large x is lower than the other one; empty when they hardly differ.
-std::optional<bool> isOuterSideLower(const std::vector<Point>& surface, float top) {
-    constexpr float kSideDepth = 10.0f; // where the sides of a head are nearly upright
+/// How much lower the side of the large x of a head is than the other one, mm; NaN where that cannot be said.
+double outerFall(const std::vector<Point>& surface, float top) {
     constexpr double kFromMiddle = 20.0;
-    constexpr double kLeast = 0.5; // mm; an inclination of 1 in 40 gives 1 mm
     const auto sides = sidesAt(surface, top + kSideDepth);
     if (!sides) {
-        return {};
+        return std::numeric_limits<double>::quiet_NaN();
     }
     const double middle = (static_cast<double>(sides->first) + static_cast<double>(sides->second)) / 2.0;
-    const double fall = valueAt(surface, middle + kFromMiddle) - valueAt(surface, middle - kFromMiddle);
-    return std::abs(fall) >= kLeast ? std::optional(fall > 0.0) : std::nullopt; // NaN: empty
+    return valueAt(surface, middle + kFromMiddle) - valueAt(surface, middle - kFromMiddle);
+}
+
+/// Whether a head is the same from both sides, but for the steepest parts.
+bool isEven(const std::vector<Point>& surface) {
+    constexpr double kMost = 0.1; // mm
+    constexpr int kPlaces = 9; // on each side
+    const double middle = (static_cast<double>(surface.front().x) + static_cast<double>(surface.back().x)) / 2.0;
+    const double step = (static_cast<double>(surface.back().x) - middle) / (kPlaces + 1);
+    bool isSame = true;
+    for (int i = 1; i <= kPlaces; ++i) {
+        const double difference = valueAt(surface, middle + i * step) - valueAt(surface, middle - i * step);
+        isSame = isSame && std::abs(difference) <= kMost; // NaN: false
+    }
+    return isSame;
 }
 
 } // namespace
@@ -96,15 +107,23 @@ ShownOrientation shownByRail(const std::vector<Point>& contour, float gaugeDepth
     Profile upright{contour};
     orient(upright, shown.orientation);
     const Point top = *std::min_element(upright.points.begin(), upright.points.end(), isHigher);
-    const auto reachesDown = [&](bool isOutside) {
+    const auto reachesDown = [&](bool isOutside, float depth) {
         constexpr float kTolerance = 0.1f;
         return std::any_of(upright.points.begin(), upright.points.end(), [&](const Point& p) {
-            return (p.x > top.x) == isOutside && p.y >= top.y + gaugeDepth - kTolerance;
+            return (p.x > top.x) == isOutside && p.y >= top.y + depth - kTolerance;
         });
     };
-    const bool isOuterDeep = reachesDown(true);
-    shown.orientation.isMirrored =
-        reachesDown(false) != isOuterDeep ? std::optional(isOuterDeep) : isOuterSideLower(surface, top.y);
+    const bool isOuterDeep = reachesDown(true, gaugeDepth);
+    if (reachesDown(false, gaugeDepth) != isOuterDeep) {
+        shown.orientation.isMirrored = isOuterDeep;
+    } else if (reachesDown(false, kSideDepth) && reachesDown(true, kSideDepth)) {
+        constexpr double kLeastFall = 0.5; // mm; an inclination of 1 in 40 gives 1 mm
+        const double fall = outerFall(surface, top.y);
+        if (std::abs(fall) >= kLeastFall) {
+            shown.orientation.isMirrored = fall > 0.0;
+        }
+    }
+    shown.isEven = isEven(surface);
     return shown;
 }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace KxInspect::detail {
 
@@ -20,6 +21,27 @@ QString fixed(float value, int digits) {
 /// Whether what was taken does not contradict the shape.
 bool agrees(bool taken, std::optional<bool> shown) {
     return !shown || *shown == taken;
+}
+
+constexpr double kToTapeCircle = 55.0; // mm from the tip: a turn raises or lowers the flange by its tangent times that
+
+double degrees(double slope) {
+    return std::atan(slope) * 180.0 / std::numbers::pi;
+}
+
+/// A back face that leans shows a profile that is turned.
+void noteLean(const std::vector<Point>& wheel, Notes& notes) {
+    constexpr double kMost =
+        0.005; // radians: changes the height of the flange by half of its usual tolerance of 0.5 mm
+    constexpr double kSure = 3.0; // standard errors
+    const std::optional<Lean> lean = leanOfBack(wheel);
+    if (lean && std::abs(lean->slope) > std::max(kMost, kSure * lean->error)) {
+        notes.push_back(
+            QStringLiteral("has a flange back that leans by %1 degrees: a profile that is turned by so much "
+                           "has a flange that is %2 mm too high or too low")
+                .arg(std::abs(degrees(lean->slope)), 0, 'f', 1)
+                .arg(std::abs(lean->slope) * kToTapeCircle, 0, 'f', 1));
+    }
 }
 
 } // namespace
@@ -67,6 +89,12 @@ std::optional<Stance> turnUpright(Profile& profile, SectionKind kind, Orientatio
         notes.push_back(
             QStringLiteral("has %1, as its shape shows, and was turned").arg(words(stance.isUp, stance.isMirrored)));
     }
+    if (shown.isRecognised && !given.isMirrored && !seen.isMirrored && !shown.isEven) {
+        notes.push_back((kind == SectionKind::Rail
+                             ? QStringLiteral("does not show which side is the gauge side: %1 is taken")
+                             : QStringLiteral("is a wheel in two orientations: %1 is taken"))
+                            .arg(words(stance.isUp, stance.isMirrored)));
+    }
     orient(profile, {stance.isUp, stance.isMirrored});
     return stance;
 }
@@ -80,6 +108,7 @@ QString noShapeOf(SectionKind kind) {
 
 bool placeFlangeBack(Profile& wheel, std::optional<float> given, bool isMirrored, Notes& notes) {
     constexpr float kTolerance = 0.05f;
+    noteLean(wheel.points, notes);
     if (given) {
         beginAtFlangeBack(wheel.points, isMirrored ? -*given : *given);
         return true;
@@ -90,8 +119,12 @@ bool placeFlangeBack(Profile& wheel, std::optional<float> given, bool isMirrored
     }
     const float first = std::min_element(wheel.points.begin(), wheel.points.end(), isLeft)->x;
     if (!back->isSeen && std::abs(first - back->x) > kTolerance) {
-        notes.push_back(QStringLiteral("shows no flange back: it is taken to be at x = %1, where its x is counted from")
-                            .arg(static_cast<double>(isMirrored ? -back->x : back->x)));
+        notes.push_back(
+            QStringLiteral(
+                "shows no flange back: it is taken to be at x = %1, where its x is counted from, and nothing "
+                "shows whether the profile is turned, which makes the flange 1 mm too high or too low for each "
+                "degree")
+                .arg(static_cast<double>(isMirrored ? -back->x : back->x)));
     }
     beginAtFlangeBack(wheel.points, back->x);
     return true;

@@ -1,8 +1,9 @@
 // What the errors of the gauge itself do to the measures of a rim.
 #include "inspect/wheel/gaugeError.h"
 
+#include "inspect/sections/gaugeDistortion.h"
+
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <limits>
 
@@ -10,38 +11,18 @@ namespace KxInspect::detail {
 
 namespace {
 
-/// A contour as a gauge shows it that is off.
-struct Distortion {
-    double shift = 0.0; ///< mm along x
-    double turn = 0.0; ///< radians, about the flange back at the level of the tape circle
-    double scale = 1.0;
-
-    std::vector<Point> of(const std::vector<Point>& contour, double tapeLevel) const {
-        std::vector<Point> moved;
-        moved.reserve(contour.size());
-        for (const Point& p : contour) {
-            const double x = scale * static_cast<double>(p.x);
-            const double y = scale * (static_cast<double>(p.y) - tapeLevel);
-            moved.push_back({static_cast<float>(std::cos(turn) * x - std::sin(turn) * y + shift),
-                             static_cast<float>(std::sin(turn) * x + std::cos(turn) * y + tapeLevel)});
-        }
-        return moved;
-    }
-};
-
 struct Causes {
-    Distortion against;
-    Distortion along;
+    GaugeDistortion against;
+    GaugeDistortion along;
 };
 
 /// Both directions of each error.
 std::array<Causes, 3> causesOf(const GaugeError& error) {
-    constexpr double kMilli = 1e-3;
-    constexpr double kMillionth = 1e-6;
-    const double place = static_cast<double>(error.place);
-    const double turn = kMilli * static_cast<double>(error.turn);
-    const double scale = kMillionth * static_cast<double>(error.scale);
-    return {{{{-place}, {place}}, {{0.0, -turn}, {0.0, turn}}, {{0.0, 0.0, 1.0 - scale}, {0.0, 0.0, 1.0 + scale}}}};
+    const auto both = [&](double place, double turn, double scale) {
+        return Causes{GaugeDistortion::times(error, -place, -turn, -scale),
+                      GaugeDistortion::times(error, place, turn, scale)};
+    };
+    return {both(1.0, 0.0, 0.0), both(0.0, 1.0, 0.0), both(0.0, 0.0, 1.0)};
 }
 
 } // namespace
@@ -51,11 +32,11 @@ void addGaugeError(const std::vector<Point>& contour, bool isBackMeasured, const
     if (!rim.places.tape || !error.isSet()) {
         return;
     }
-    const double tapeLevel = static_cast<double>(rim.places.tape->y);
+    const Point centre = {0.0f, rim.places.tape->y}; // the flange back at the level of the tape circle
     std::size_t number = std::numeric_limits<std::size_t>::max(); // no point has it
     for (const auto& [against, along] : causesOf(error)) {
-        const RimMeasures less = measureRim(RimContour(against.of(contour, tapeLevel)), isBackMeasured);
-        const RimMeasures more = measureRim(RimContour(along.of(contour, tapeLevel)), isBackMeasured);
+        const RimMeasures less = measureRim(RimContour(against.of(contour, centre)), isBackMeasured);
+        const RimMeasures more = measureRim(RimContour(along.of(contour, centre)), isBackMeasured);
         for (std::size_t i = 0; i < rim.values.size(); ++i) {
             if (rim.values[i]) {
                 // A measure that is lost by so little has no interval.

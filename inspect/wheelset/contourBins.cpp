@@ -60,16 +60,16 @@ int profilesIn(const Grouped& grouped, const std::vector<BinnedPoint>& points, s
 
 } // namespace
 
-ContourPlace ContourGrid::placeOf(const TurnedPoint& p, bool isBack) const {
+ContourCoordinates ContourGrid::placeOf(const TurnedPoint& p, bool isBack) const {
     return stepOf(p.across - tip, p.radius - highest, isBack);
 }
 
-ContourPlace ContourGrid::stepOf(double across, double radius, bool isBack) {
-    return isBack ? ContourPlace{kHalf * (across + radius), kHalf * (radius - across)}
-                  : ContourPlace{kHalf * (across - radius), kHalf * (across + radius)};
+ContourCoordinates ContourGrid::stepOf(double across, double radius, bool isBack) {
+    return isBack ? ContourCoordinates{kHalf * (across + radius), kHalf * (radius - across)}
+                  : ContourCoordinates{kHalf * (across - radius), kHalf * (across + radius)};
 }
 
-TurnedPoint ContourGrid::pointAt(const ContourPlace& place, bool isBack) const {
+TurnedPoint ContourGrid::pointAt(const ContourCoordinates& place, bool isBack) const {
     return isBack ? TurnedPoint{tip + kHalf * (place.along - place.off), highest + kHalf * (place.along + place.off)}
                   : TurnedPoint{tip + kHalf * (place.along + place.off), highest + kHalf * (place.off - place.along)};
 }
@@ -113,7 +113,7 @@ std::vector<ContourBin> medianContour(const ContourGrid& grid, const std::vector
             }
             values.clear();
             for (std::size_t k = grouped.first[i]; k < grouped.first[i + 1]; ++k) {
-                const ContourPlace& place = points[grouped.order[k]].place;
+                const ContourCoordinates& place = points[grouped.order[k]].place;
                 values.push_back(place.off - bin.slope * (place.along - bin.along));
             }
             bin.off = medianInPlace(values);

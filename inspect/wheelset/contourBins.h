@@ -11,7 +11,7 @@ namespace KxInspect::detail {
 
 /// Coordinates along and off a contour. The contour goes up the back of the flange to its tip and falls from there: seen at
 /// 45 degrees, each part is a function with slopes from -1 to 1, from the upright back face to the upright outer face.
-struct ContourPlace {
+struct ContourCoordinates {
     double along = 0.0;
     double off = 0.0;
 };
@@ -34,10 +34,10 @@ struct ContourGrid {
         return p.across > tip - kInwards && p.across < tip + kOutwards && p.radius > highest - kDown &&
                p.radius < highest + kBeyond;
     }
-    ContourPlace placeOf(const TurnedPoint& p, bool isBack) const;
+    ContourCoordinates placeOf(const TurnedPoint& p, bool isBack) const;
     /// What placeOf() does to a step of a point.
-    static ContourPlace stepOf(double across, double radius, bool isBack);
-    TurnedPoint pointAt(const ContourPlace& place, bool isBack) const;
+    static ContourCoordinates stepOf(double across, double radius, bool isBack);
+    TurnedPoint pointAt(const ContourCoordinates& place, bool isBack) const;
 
     std::size_t backBins() const;
     std::size_t bins() const;
@@ -61,7 +61,7 @@ struct ContourBin {
 /// A point with its step and its coordinates.
 struct BinnedPoint {
     std::size_t bin;
-    ContourPlace place;
+    ContourCoordinates place;
     int profile;
     double ahead = 0.0; ///< along the track, from the axle
 };

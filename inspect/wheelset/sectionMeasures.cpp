@@ -4,6 +4,7 @@
 #include "inspect/fitting/studentT.h"
 #include "inspect/wheel/rimMeasures.h"
 #include "inspect/wheelset/placeErrors.h"
+#include "inspect/wheelset/poseErrors.h"
 #include "inspect/wheelset/treadRoundness.h"
 #include "inspect/wheelset/wheelSection.h"
 
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <numeric>
 #include <utility>
 
@@ -20,7 +22,6 @@ namespace KxInspect::detail {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kTape = static_cast<double>(kTapeCircleX);
 
 /// A sensor with the wheel that it has found.
 struct FoundView {
@@ -332,18 +333,38 @@ bool hasBack(const WheelSection& section) {
     return deepest - shallowest >= kLeast;
 }
 
+/// How far the pose of a sensor may put a flange off across the track, mm to both sides with a probability of 95 %; NaN where
+/// the settings do not say it. An angle moves a point by its arm to the sensor at most.
+double poseErrorAcross(const FoundView& found) {
+    constexpr double kDegree = std::numbers::pi / 180.0;
+    const SensorSettings& sensor = *found.view->profiles.sensor;
+    if (!sensor.poseUncertainty || !sensor.origin) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    const TurnedWheel& wheel = found.wheel;
+    const double arm =
+        std::hypot(wheel.grid.tip - std::abs(sensor.origin->y), wheel.axle.up - wheel.grid.highest - sensor.origin->z);
+    const PoseUncertainty& off = *sensor.poseUncertainty;
+    return std::hypot(off.y, arm * kDegree * std::hypot(off.alpha, off.beta, off.gamma));
+}
+
 /// Tells of sensors whose poses do not fit each other.
 void warnOfPoses(const std::vector<FoundView>& found, const WheelSection& section, std::vector<std::string>& warnings) {
-    constexpr double kAllowed = 0.2; // mm, a tenth of what the flange thickness loses in service
+    constexpr double kUnknown = 0.2; // mm, a tenth of what the flange thickness loses in service
+    constexpr double kFound = 0.05; // mm; how surely a difference is found at the least, see mergedSection()
     for (std::size_t i = 1; i < found.size(); ++i) {
-        if (std::abs(section.apart[i]) > kAllowed) { // NaN: false
+        const double stored = std::hypot(poseErrorAcross(found[0]), poseErrorAcross(found[i]));
+        const double allowed = std::isnan(stored) ? kUnknown : std::hypot(stored, kFound);
+        if (std::abs(section.apart[i]) > allowed) { // NaN: false
             warnings.push_back(
                 QStringLiteral(
-                    "is seen %1 mm farther %2 by SENSOR%3 than by SENSOR%4: their poses do not fit each other")
-                    .arg(std::abs(section.apart[i]), 0, 'f', 2)
-                    .arg(section.apart[i] > 0.0 ? QStringLiteral("outwards") : QStringLiteral("inwards"))
-                    .arg(found[i].view->sensor)
-                    .arg(found[0].view->sensor)
+                    "is seen %1 mm farther %2 by SENSOR%3 than by SENSOR%4: their poses do not fit each other%5")
+                    .arg(QString::number(std::abs(section.apart[i]), 'f', 2),
+                         section.apart[i] > 0.0 ? QStringLiteral("outwards") : QStringLiteral("inwards"),
+                         QString::number(found[i].view->sensor), QString::number(found[0].view->sensor),
+                         std::isnan(stored) ? QString()
+                                            : QStringLiteral(", by their uncertainties they may be %1 mm apart")
+                                                  .arg(allowed, 0, 'f', 2))
                     .toStdString());
         }
     }
@@ -365,6 +386,51 @@ std::string whyNoWheel(const PassWheelMeasures& wheel) {
         return "the profiles leave the axle uncertain: too short an arc of the wheel is seen";
     }
     return {};
+}
+
+/// What a section shows, without intervals.
+SectionValues plainValues(const WheelSection& section, const RimMeasures& rim) {
+    SectionValues values;
+    for (const PassMeasureInfo& info : kPassMeasureInfos) {
+        const std::size_t i = indexOf(info.measure);
+        const bool isDiameter = info.measure == PassMeasure::Diameter;
+        const auto& estimate = estimateOf(rim, isDiameter ? &WheelMeasures::flangeHeight : kRimMeasures[i]);
+        if (isDiameter && estimate && rim.places.tape) {
+            values[i] = 2.0 * (section.highest - static_cast<double>(rim.places.tape->y));
+        } else if (!isDiameter && estimate) {
+            values[i] = estimate->value();
+        }
+    }
+    return values;
+}
+
+/// Widens the intervals by what the poses leave uncertain, where that is known.
+void addPoseErrors(const std::vector<FoundView>& found, const std::vector<double>& weights, double face,
+                   PassWheelMeasures& result) {
+    std::vector<PosedWheel> wheels;
+    wheels.reserve(found.size());
+    for (const FoundView& view : found) {
+        wheels.push_back({view.view, &view.wheel});
+    }
+    const SectionValues errors = poseErrors(wheels, face, [&](const std::vector<const TurnedWheel*>& together) {
+        WheelSection section = mergedSection(together, weights, face);
+        cutFaces(section);
+        return plainValues(section, measureRim(RimContour(section.points), true));
+    });
+    for (const PassMeasureInfo& info : kPassMeasureInfos) {
+        PassValue& value = result.values[indexOf(info.measure)];
+        const std::optional<double>& error = errors[indexOf(info.measure)];
+        if (!value.value || !value.interval.isKnown() || !error) {
+            continue;
+        }
+        const auto part = static_cast<float>(*error);
+        value.byPoses = part;
+        value.interval = {*value.value - std::hypot(*value.value - value.interval.low, part),
+                          *value.value + std::hypot(value.interval.high - *value.value, part)};
+        if (info.measure == PassMeasure::TreadHollow) {
+            value.interval.low = std::max(0.0f, value.interval.low);
+        }
+    }
 }
 
 void measureSection(std::vector<FoundView>& found, double face, PassWheelMeasures& result,
@@ -394,6 +460,7 @@ void measureSection(std::vector<FoundView>& found, double face, PassWheelMeasure
         withhold(reason, result);
         return;
     }
+    addPoseErrors(found, weights, face, result);
     fillShares(found, result);
     const float tip = rim.places.tip ? rim.places.tip->y : 0.0f;
     for (const Point& p : section.points) {

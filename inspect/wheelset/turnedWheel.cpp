@@ -122,30 +122,29 @@ std::optional<Circle> circleThrough(const std::vector<TrackPoint>& tips) {
     return circle && std::isfinite(circle->radius) ? circle : std::nullopt;
 }
 
-/// The points of a wheel, turned, in their steps.
-std::vector<BinnedPoint> binned(const std::vector<TrackPoint>& points, const Axle& axle, const ContourGrid& grid) {
+/// Writes the points of a wheel, turned, in their steps, and which of them are the wheel's.
+void putIntoBins(const std::vector<TrackPoint>& points, const Axle& axle, const ContourGrid& grid,
+                 std::vector<BinnedPoint>& result, std::vector<BinnedPoint>& kept) {
     // A rail, whose top is as far below the axle as the tape circle: flanges are at most 39 mm high.
     constexpr double kFromTip = 20.0; // mm across
     constexpr double kHighestFlange = 39.0;
     const double railTop = axle.up - grid.highest + kHighestFlange;
     const Turning turning(axle);
-    std::vector<BinnedPoint> result;
+    result.clear();
     result.reserve(points.size());
+    kept.clear();
+    kept.reserve(points.size());
     for (const TrackPoint& p : points) {
         const TurnedPoint at = turning.turned(p);
         if (grid.holds(at) && !(at.across > grid.tip + kFromTip && p.up < railTop)) {
             const bool isBack = grid.isBack(at);
-            const ContourPlace place = grid.placeOf(at, isBack);
+            const ContourCoordinates place = grid.placeOf(at, isBack);
             result.push_back({grid.binOf(place.along, isBack), place, p.profile, p.along - axle.along});
+            kept.push_back(result.back());
         } else {
             result.push_back({0, {}, -1});
         }
     }
-    return result;
-}
-
-void dropOthers(std::vector<BinnedPoint>& points) {
-    std::erase_if(points, [](const BinnedPoint& p) { return p.profile < 0; });
 }
 
 /// Sums over the points of a step for the least squares of its line and the parameters.
@@ -206,38 +205,71 @@ std::vector<int> groupsOf(const std::vector<BinnedPoint>& points, int profiles, 
 
 constexpr int kGroups = 16;
 
+/// The scatter of each seen step: the median over its surroundings. Noise changes slowly along a contour, while what the
+/// few points of one step say of it is off by a quarter and more, and would give the most weight to steps that happen to
+/// scatter little about the axle of the moment.
+std::vector<double> scattersAlong(const ContourGrid& grid, const std::vector<ContourBin>& contour) {
+    constexpr double kLeastScatter = 0.003; // mm; keeps weights defined on perfect data
+    constexpr std::size_t kReach = 5; // steps to either side
+    std::vector<double> scatters(contour.size(), kLeastScatter);
+    std::vector<double> around;
+    for (std::size_t i = 0; i < contour.size(); ++i) {
+        if (!contour[i].isSeen()) {
+            continue;
+        }
+        around.clear();
+        const std::size_t end = std::min(contour.size(), i + kReach + 1);
+        for (std::size_t k = i - std::min(i, kReach); k < end; ++k) {
+            if (contour[k].isSeen() && grid.isBackBin(k) == grid.isBackBin(i)) {
+                around.push_back(contour[k].scatter);
+            }
+        }
+        scatters[i] = std::max(kLeastScatter, medianInPlace(around));
+    }
+    return scatters;
+}
+
 /// One step of the least squares: that of all points, and those without each group.
 class AxleStep {
 public:
     AxleStep(const std::vector<TrackPoint>& points, const std::vector<BinnedPoint>& places, const Axle& axle,
              const ContourGrid& grid, const std::vector<ContourBin>& contour)
-        : points_(points), places_(places), turning_(axle), grid_(grid), contour_(contour) {}
+        : points_(points), places_(places), turning_(axle), grid_(grid), contour_(contour),
+          scatters_(scattersAlong(grid, contour)) {}
 
     std::optional<Parameters> step() {
         std::vector<BinSums> sums(contour_.size());
         forEach([&](std::size_t bin, int, const auto& row, double weight) { sums[bin].add(row, weight); });
-        return solve(sums);
+        BinSums all;
+        for (BinSums& bin : sums) {
+            bin.eliminateLine();
+            all.add(bin, 1.0);
+        }
+        return solved(all);
     }
 
     std::vector<Parameters> withoutGroups(int profiles) {
         const std::vector<int> group = groupsOf(places_, profiles, kGroups);
-        std::vector<std::vector<BinSums>> parts(kGroups, std::vector<BinSums>(contour_.size()));
-        std::vector<BinSums> all(contour_.size());
+        std::vector<std::array<BinSums, kGroups>> parts(contour_.size());
         forEach([&](std::size_t bin, int profile, const auto& row, double weight) {
-            parts[static_cast<std::size_t>(group[static_cast<std::size_t>(profile)])][bin].add(row, weight);
+            parts[bin][static_cast<std::size_t>(group[static_cast<std::size_t>(profile)])].add(row, weight);
         });
-        for (const std::vector<BinSums>& part : parts) {
-            for (std::size_t bin = 0; bin < all.size(); ++bin) {
-                all[bin].add(part[bin], 1.0);
+        std::array<BinSums, kGroups> without;
+        for (const std::array<BinSums, kGroups>& bin : parts) {
+            BinSums all;
+            for (const BinSums& part : bin) {
+                all.add(part, 1.0);
+            }
+            for (std::size_t i = 0; i < kGroups; ++i) {
+                BinSums rest = all;
+                rest.add(bin[i], -1.0);
+                rest.eliminateLine();
+                without[i].add(rest, 1.0);
             }
         }
         std::vector<Parameters> steps;
-        for (const std::vector<BinSums>& part : parts) {
-            std::vector<BinSums> rest = all;
-            for (std::size_t bin = 0; bin < all.size(); ++bin) {
-                rest[bin].add(part[bin], -1.0);
-            }
-            if (const auto step = solve(rest)) {
+        for (const BinSums& sums : without) {
+            if (const auto step = solved(sums)) {
                 steps.push_back(*step);
             }
         }
@@ -247,7 +279,6 @@ public:
 private:
     template <typename Use>
     void forEach(Use use) {
-        constexpr double kLeastScatter = 0.003; // mm; keeps weights defined on perfect data
         for (std::size_t i = 0; i < points_.size(); ++i) {
             const BinnedPoint& p = places_[i];
             if (p.profile < 0 || !contour_[p.bin].isSeen()) {
@@ -256,7 +287,7 @@ private:
             const ContourBin& bin = contour_[p.bin];
             const double along = p.place.along - bin.along;
             const double residual = p.place.off - bin.off - bin.slope * along;
-            const double scatter = std::max(bin.scatter, kLeastScatter);
+            const double scatter = scatters_[p.bin];
             const double weight = biweight(residual / scatter) / (scatter * scatter);
             if (!(weight > 0.0)) {
                 continue;
@@ -264,7 +295,7 @@ private:
             const TurnedGradient gradient = turning_.gradient(points_[i]);
             std::array<double, BinSums::kColumns> row = {1.0, along};
             for (std::size_t k = 0; k < kParameters; ++k) {
-                const ContourPlace d =
+                const ContourCoordinates d =
                     ContourGrid::stepOf(gradient.across[k], gradient.radius[k], grid_.isBackBin(p.bin));
                 row[2 + k] = d.off - bin.slope * d.along;
             }
@@ -273,13 +304,9 @@ private:
         }
     }
 
-    static std::optional<Parameters> solve(std::vector<BinSums> bins) {
+    /// Takes the sums of all steps, without their lines.
+    static std::optional<Parameters> solved(const BinSums& all) {
         constexpr double kYaw = 0.02; // rad; wheelsets stand less askew. Holds yaw where no upright face is seen
-        BinSums all;
-        for (BinSums& bin : bins) {
-            bin.eliminateLine();
-            all.add(bin, 1.0);
-        }
         Matrix<kParameters> matrix{};
         Parameters values{};
         for (std::size_t k = 0; k < kParameters; ++k) {
@@ -298,6 +325,7 @@ private:
     const Turning turning_;
     const ContourGrid& grid_;
     const std::vector<ContourBin>& contour_;
+    const std::vector<double> scatters_;
 };
 
 /// The mean gradients of the steps.
@@ -314,7 +342,7 @@ std::vector<Parameters> gradientsOf(const std::vector<TrackPoint>& points, const
         const TurnedGradient gradient = turning.gradient(points[i]);
         ++count[p.bin];
         for (std::size_t k = 0; k < kParameters; ++k) {
-            const ContourPlace d =
+            const ContourCoordinates d =
                 ContourGrid::stepOf(gradient.across[k], gradient.radius[k], wheel.grid.isBackBin(p.bin));
             gradients[p.bin][k] += d.off - wheel.contour[p.bin].slope * d.along;
         }
@@ -414,11 +442,10 @@ TurnedWheel turnWheel(const std::vector<TrackPoint>& points, int profiles, doubl
     if (!wheel.isFound()) {
         return wheel;
     }
+    std::vector<BinnedPoint> places;
     for (int round = 0;; ++round) {
-        const std::vector<BinnedPoint> places = binned(points, wheel.axle, wheel.grid);
-        std::vector<BinnedPoint> kept = places;
-        dropOthers(kept);
-        wheel.contour = medianContour(wheel.grid, kept, kFewestProfiles);
+        putIntoBins(points, wheel.axle, wheel.grid, places, wheel.points);
+        wheel.contour = medianContour(wheel.grid, wheel.points, kFewestProfiles);
         AxleStep fit(points, places, wheel.axle, wheel.grid, wheel.contour);
         const std::optional<Parameters> step = fit.step();
         if (!step) {
@@ -438,9 +465,7 @@ TurnedWheel turnWheel(const std::vector<TrackPoint>& points, int profiles, doubl
         wheel.axle = wheel.axle.movedBy(*step);
     }
     wheel.grid.step = kFineStep;
-    const std::vector<BinnedPoint> places = binned(points, wheel.axle, wheel.grid);
-    wheel.points = places;
-    dropOthers(wheel.points);
+    putIntoBins(points, wheel.axle, wheel.grid, places, wheel.points);
     wheel.contour = medianContour(wheel.grid, wheel.points, kFewestProfiles);
     wheel.gradients = gradientsOf(points, places, wheel);
     wheel.reason = whyNoWheel(wheel);

@@ -27,7 +27,7 @@ struct SeenStep {
     double weight = 0.0;
 
     bool isSeen() const { return weight > 0.0; }
-    void add(const ContourPlace& place, double more) {
+    void add(const ContourCoordinates& place, double more) {
         weight += more;
         along += (place.along - along) * more / weight;
         off += (place.off - off) * more / weight;
@@ -52,7 +52,7 @@ void addTo(std::vector<SeenStep>& steps, const ContourGrid& grid, const std::vec
         const TurnedPoint at = {p.at.across, p.at.radius + radius};
         if (grid.holds(at)) {
             const bool isBack = grid.isBack(at);
-            const ContourPlace place = grid.placeOf(at, isBack);
+            const ContourCoordinates place = grid.placeOf(at, isBack);
             steps[grid.binOf(place.along, isBack)].add(place, p.weight);
         }
     }
@@ -87,14 +87,14 @@ Difference differenceOf(const ContourGrid& grid, const std::vector<SeenPoint>& p
             continue;
         }
         const bool isBack = grid.isBack(p.at);
-        const ContourPlace place = grid.placeOf(p.at, isBack);
+        const ContourCoordinates place = grid.placeOf(p.at, isBack);
         double slope = 0.0;
         const auto off = offAt(steps, grid.binOf(place.along, isBack), place.along, slope);
         if (!off || std::abs(place.off - *off) > kFarthest) {
             continue;
         }
         const auto effect = [&](double across, double radius) {
-            const ContourPlace step = ContourGrid::stepOf(across, radius, isBack);
+            const ContourCoordinates step = ContourGrid::stepOf(across, radius, isBack);
             return step.off - slope * step.along;
         };
         const double perRadius = effect(0.0, 1.0);

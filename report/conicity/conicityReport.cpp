@@ -6,6 +6,8 @@
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/plotPoints.h"
+#include "report/elements/svg.h"
+#include "report/wheel/wheelWords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,10 +24,10 @@ using KxInspect::Point;
 using KxInspect::WheelSetPart;
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr const char* kWheelColour = "#1f5fa8";
-constexpr const char* kRailColour = "#555555";
-constexpr const char* kContactColour = "#d1495b";
-constexpr const char* kSecondColour = "#2a9d6f";
+constexpr const char* kWheelColour = colour::kBlue;
+constexpr const char* kRailColour = colour::kGrey;
+constexpr const char* kContactColour = colour::kCrimson;
+constexpr const char* kSecondColour = colour::kGreen;
 
 void includeX(Range& range, const Points& points) {
     for (const QPointF& p : points) {
@@ -108,7 +110,7 @@ QString deltaRPlot(const ConicityResult& result) {
     Plot plot(QStringLiteral("deltar"), QStringLiteral("Difference of the rolling radii"), 520, 300,
               {QStringLiteral("displacement of the wheel-set, mm"), x.padded(0.03)},
               {QStringLiteral("difference of the rolling radii, mm"), y.padded(0.06)});
-    plot.addLevel(0.0, {"#999999", 1.0});
+    plot.addLevel(0.0, {colour::kPale, 1.0});
     plot.addLine(curve, {kWheelColour, 1.8});
     return plot.svg();
 }
@@ -201,6 +203,11 @@ void addConicity(Page& page, const ConicityResult& result) {
                        "wavelength as the wheel-set at this amplitude.%1")
             .arg(mark));
     addTable(page, result);
+    page.paragraph(QStringLiteral("The intervals contain %1%2")
+                       .arg(causesText(result.gaugeError),
+                            result.gaugeError.isSet()
+                                ? QStringLiteral(", each the same for both wheels and the same for both rails.")
+                                : QStringLiteral(" alone: an error of the gauge that no profile shows was not told.")));
 }
 
 void addContact(Page& page, const ConicityResult& result) {
@@ -232,7 +239,7 @@ QString residualPlot(const ConicityResult& result, WheelSetPart part, const QStr
               QStringLiteral("Smoothing of ") + QLatin1String(nameOf(part)), 520, 220,
               {QStringLiteral("x of %1, mm").arg(name), x.padded(0.03)},
               {QStringLiteral("beside the contour, mm"), y.padded(0.06)});
-    plot.addLevel(0.0, {"#999999", 1.0});
+    plot.addLevel(0.0, {colour::kPale, 1.0});
     plot.addDots(residuals, part % 2 == 0 ? kWheelColour : kRailColour, 2.5);
     return plot.svg();
 }
@@ -315,11 +322,13 @@ QString amplitudeText(float amplitude) {
     return fixedText(amplitude, amplitude == std::round(amplitude) ? 0 : 1);
 }
 
-QString conicityReport(const ConicityResult& result) {
+QString conicityReport(const ConicityResult& result, const PageOrigin& origin) {
     const PerWheelSetPart<QString> names = sectionNames(result);
-    Page page(QStringLiteral("Equivalent conicity"), QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
-                                                         .arg(names[KxInspect::Wheel1], names[KxInspect::Rail1],
-                                                              names[KxInspect::Wheel2], names[KxInspect::Rail2]));
+    Page page(
+        QStringLiteral("Equivalent conicity"),
+        QStringLiteral("Wheels %1 and %3 on rails %2 and %4")
+            .arg(names[KxInspect::Wheel1], names[KxInspect::Rail1], names[KxInspect::Wheel2], names[KxInspect::Rail2]),
+        origin);
     addFacts(page, result);
     if (!result.isCalculated()) {
         page.failure(QString::fromStdString(result.reason));

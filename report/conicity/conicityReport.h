@@ -1,6 +1,8 @@
 // The report of a conicity calculation.
 #pragma once
 
+#include "report/elements/pageOrigin.h"
+
 #include <KxInspect/Conicity.h>
 
 #include <QtCore/QString>
@@ -13,7 +15,7 @@ namespace kxreport {
 /// A self-contained HTML page: the profiles in place with the contact points, the contact points over the displacement,
 /// the difference of radii and the conicity with its value at the shown amplitude. Without a result it says why and shows
 /// the profiles.
-QString conicityReport(const KxInspect::ConicityResult& result);
+QString conicityReport(const KxInspect::ConicityResult& result, const PageOrigin& origin = {});
 
 /// The rows of the table, as far as the curve goes.
 std::vector<KxInspect::ConicityRow> reachedRows(const KxInspect::ConicityResult& result);

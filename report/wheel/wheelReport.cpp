@@ -158,9 +158,9 @@ void addWheels(Page& page, const WheelResults& results) {
 
 } // namespace
 
-QString wheelReport(const WheelResults& results) {
+QString wheelReport(const WheelResults& results, const PageOrigin& origin) {
     Page page(QStringLiteral("Wheel profiles"),
-              QStringLiteral("Measures of the rim; levels are counted from the flange tip towards the axle"));
+              QStringLiteral("Measures of the rim; levels are counted from the flange tip towards the axle"), origin);
     addFacts(page, results);
     addTable(page, results, kOfRailways);
     page.paragraph(QStringLiteral(

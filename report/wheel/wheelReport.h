@@ -1,6 +1,8 @@
 // The report of measured wheels.
 #pragma once
 
+#include "report/elements/pageOrigin.h"
+
 #include <KxInspect/Wheel.h>
 
 #include <QtCore/QString>
@@ -9,6 +11,6 @@ namespace kxreport {
 
 /// A self-contained HTML page: the table of measures, coloured where there are limits, and a drawing of each wheel with
 /// its measures.
-QString wheelReport(const KxInspect::WheelResults& results);
+QString wheelReport(const KxInspect::WheelResults& results, const PageOrigin& origin = {});
 
 } // namespace kxreport

@@ -19,6 +19,7 @@ TEST(ConicityJson, ComesBackWithoutPictures) {
     result.radius2 = 461.2f;
     result.edgeMargin = 0.001f;
     result.shownAmplitude = 2.5f;
+    result.gaugeError = {0.02f, 0.3f, 150.0f};
     result.shownConicity = 0.171f;
     result.shownInterval = {0.15f, 0.19f};
     result.shownAsMeasured = 0.157f;
@@ -34,6 +35,7 @@ TEST(ConicityJson, ComesBackWithoutPictures) {
     ASSERT_EQ(read.rows.size(), 1u);
     EXPECT_EQ(read.rows[0].interval, result.rows[0].interval);
     EXPECT_EQ(read.shownAsMeasured, 0.157f);
+    EXPECT_EQ(read.gaugeError.turn, 0.3f);
     EXPECT_EQ(read.sections[Rail1].windows, result.sections[Rail1].windows);
     EXPECT_TRUE(read.isCalculated());
     EXPECT_EQ(read.sections[Wheel1].dropped, std::nullopt);

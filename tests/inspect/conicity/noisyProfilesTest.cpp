@@ -115,6 +115,33 @@ TEST(NoisyProfiles, HaveTheConicityOfThoseWithoutNoise) {
     EXPECT_LT(sumAsMeasured, expected - 0.004) << "what the correction is for";
 }
 
+TEST(NoisyProfiles, HoldTheToldErrorsOfTheirGauges) {
+    // As much as profiles that are turned so much, both wheels and both rails (law of propagation).
+    constexpr float kTurn = 0.5f; // mrad
+    const ConicityInput exact = measured(TrackCase::NewOn20, {0.0, 0.1}, 0);
+    const auto turned = [&](std::size_t first, float by) {
+        ConicityInput input = exact;
+        for (const std::size_t part : {first, first + 2}) {
+            for (Point& p : input.sections[part].profile->points) {
+                p = {p.x - by * 1e-3f * p.y, p.y + by * 1e-3f * p.x};
+            }
+        }
+        return std::log(measureConicity(input).shownConicity.value());
+    };
+    float square = 0.0f;
+    for (const std::size_t first : {Wheel1, Rail1}) {
+        square += std::pow((turned(first, kTurn) - turned(first, -kTurn)) / 2.0f, 2.0f);
+    }
+    ConicityInput told = exact;
+    told.gaugeError.turn = kTurn;
+    const ConicityResult result = measureConicity(told);
+    const float half = std::log(result.shownInterval.high / result.shownInterval.low) / 2.0f;
+    EXPECT_NEAR(half, 1.96f * std::sqrt(square), 0.1f * std::sqrt(square));
+    EXPECT_TRUE(result.shownInterval.holds(*result.shownConicity));
+    told.gaugeError.scale = -1.0f;
+    EXPECT_THROW(measureConicity(told), Error);
+}
+
 TEST(NoisyProfiles, AreSmoothedAsAskedForAndAlwaysAlike) {
     ConicityInput input = measured(TrackCase::NewOn20, kNoisy, 5);
     const ConicityResult found = measureConicity(input);

@@ -30,8 +30,9 @@ Contour wheel(float back, float front) {
     return points;
 }
 
-/// A head of 70 mm whose gauge side is `inner` mm deep and whose other side is `outer` mm deep, inclined.
-Contour rail(float inner, float outer, float inclination) {
+/// A head of 70 mm whose gauge side is `inner` mm deep and whose other side is `outer` mm deep and hangs over by `lip` mm,
+/// inclined.
+Contour rail(float inner, float outer, float inclination, float lip = 0.0f) {
     Contour points;
     for (float y = inner; y > 10.0f; y -= 0.4f) {
         points.push_back({0.0f, y});
@@ -39,8 +40,9 @@ Contour rail(float inner, float outer, float inclination) {
     for (float x = 0.0f; x <= 70.0f; x += 0.3f) {
         points.push_back({x, std::pow((x - 35.0f) / 35.0f, 4.0f) * 10.0f - inclination * x});
     }
-    for (float y = 10.0f; y < outer; y += 0.4f) {
-        points.push_back({70.0f, y});
+    const float edge = points.back().y;
+    for (float y = edge; y < outer; y += 0.4f) {
+        points.push_back({70.0f - lip * (y - edge) / (outer - edge), y});
     }
     return points;
 }
@@ -70,12 +72,18 @@ TEST(ShownOrientation, OfWheels) {
 TEST(ShownOrientation, OfRails) {
     constexpr float kDepth = 14.0f;
     const struct {
-        float inner, outer, inclination;
-        bool hasGaugeSide;
-    } cases[] = {{20.0f, 11.0f, 0.0f, true}, {30.0f, 32.0f, 0.025f, true}, {30.0f, 30.0f, 0.0f, false}};
+        float inner, outer, inclination, lip;
+        bool hasGaugeSide, isEven;
+    } cases[] = {
+        {20.0f, 11.0f, 0.0f, 0.0f, true, true},     {30.0f, 32.0f, 0.025f, 0.0f, true, false},
+        {30.0f, 32.0f, 0.025f, 4.0f, true, false},  {30.0f, 30.0f, 0.0f, 0.0f, false, true},
+        {30.0f, 30.0f, 0.006f, 0.0f, false, false}, {9.0f, 9.0f, 0.0f, 0.0f, false, true}, // the sides are not seen
+        {9.0f, 9.0f, 0.006f, 0.0f, false, false}};
     for (const auto& c : cases) {
         for (const auto& [isUp, isMirrored] : {std::pair{false, false}, {false, true}, {true, false}, {true, true}}) {
-            const auto shown = shownByRail(turned(rail(c.inner, c.outer, c.inclination), isUp, isMirrored), kDepth);
+            const auto shown =
+                shownByRail(turned(rail(c.inner, c.outer, c.inclination, c.lip), isUp, isMirrored), kDepth);
+            EXPECT_EQ(shown.isEven, c.isEven) << c.inner << " " << c.inclination;
             EXPECT_TRUE(shown.isRecognised);
             EXPECT_EQ(shown.orientation.isUp, isUp) << c.inner << " " << c.outer;
             EXPECT_EQ(shown.orientation.isMirrored, c.hasGaugeSide ? std::optional(isMirrored) : std::nullopt)

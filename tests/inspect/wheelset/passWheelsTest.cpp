@@ -1,4 +1,5 @@
 // The measures of the wheels of simulated passes, from sensors between the rails and outside.
+#include "simulator/random.h"
 #include "simulator/simulation.h"
 #include "simulator/train.h"
 #include "simulator/wheelContour.h"
@@ -178,10 +179,98 @@ TEST_F(PassWheels, PosesThatDoNotFitEachOtherAreAWarning) {
                   std::string::npos)
             << warning;
     }
+    // Stored uncertainties say what is allowed: 0.6 mm are within those of 0.5 mm each, and beyond those of 0.2 mm.
+    for (const double y : {0.5, 0.2}) {
+        for (SensorSettings& sensor : moved.sensors) {
+            sensor.poseUncertainty = {0.0, y, 0.0, 0.0, 0.0, 0.0};
+        }
+        const PassResult known = measurePass(recordings({101, 102, 103, 104}), moved);
+        ASSERT_EQ(known.warnings.size(), y > 0.4 ? 0U : 4U);
+        EXPECT_TRUE(y > 0.4 ||
+                    known.warnings[0].find("by their uncertainties they may be 0.29 mm apart") != std::string::npos);
+    }
     moved.sensors[0].origin.reset();
     const PassResult without = measurePass(recordings({101, 102, 103, 104}), moved);
     EXPECT_EQ(without.wheels.front().sensors.front().reason,
               "the settings hold no pose of SENSOR1 (x, y, z, alpha, beta, gamma)");
+}
+
+/// Moves the poses by errors that are normal, with uncertainties to both sides with 95 %.
+void drawPoses(StationSettings& settings, const PoseUncertainty& uncertainty, kxsim::Random& random) {
+    const auto off = [&](double& value, double by) { value += random.normal() * by / 1.96; };
+    for (SensorSettings& sensor : settings.sensors) {
+        off(sensor.origin->x, uncertainty.x);
+        off(sensor.origin->y, uncertainty.y);
+        off(sensor.origin->z, uncertainty.z);
+        off(sensor.angles->alpha, uncertainty.alpha);
+        off(sensor.angles->beta, uncertainty.beta);
+        off(sensor.angles->gamma, uncertainty.gamma);
+    }
+}
+
+/// The same recordings are measured with poses that are off: what differs is what these make, since the noise is the same.
+/// build-release/tools/tables/passWheels counts how often whole intervals hold the truth.
+TEST(PassWheelPoses, MakeWhatTheirPartOfTheIntervalsSays) {
+    const TempFiles files;
+    kxsim::Parameters p;
+    p.seed = 5;
+    p.cars = 1;
+    p.bogies = 1;
+    p.rate = 1000.0;
+    p.points = 900;
+    p.layout = {{101, true, kxsim::SensorPlace::Inner},
+                {102, false, kxsim::SensorPlace::Inner},
+                {103, true, kxsim::SensorPlace::Field, 400.0},
+                {104, false, kxsim::SensorPlace::Field, 400.0}};
+    kxsim::simulatePass(p, files.path(""), {});
+    const StationSettings exact = readStationSettings(files.path("settings.ini").toStdString());
+    const std::vector<std::string> recordings = recordingsIn(files.path("").toStdString(), exact);
+    const PoseUncertainty uncertainty{0.1, 0.08, 0.1, 0.02, 0.03, 0.025};
+    StationSettings known = exact;
+    for (SensorSettings& sensor : known.sensors) {
+        sensor.poseUncertainty = uncertainty;
+    }
+    const PassResult measured = measurePass(recordings, known);
+    const PassResult plain = measurePass(recordings, exact);
+    ASSERT_GE(measured.wheels.size(), 2U);
+    constexpr int kDraws = 60; // of two sides, which are independent
+    kxsim::Random random({9, 1});
+    std::array<int, kPassMeasures> held = {};
+    std::array<double, kPassMeasures> squares = {};
+    for (int draw = 0; draw < kDraws; ++draw) {
+        StationSettings settings = exact;
+        drawPoses(settings, uncertainty, random);
+        const PassResult result = measurePass(recordings, settings);
+        ASSERT_EQ(result.wheels.size(), measured.wheels.size());
+        for (std::size_t i = 0; i < 2; ++i) { // the other axle has the same poses
+            for (std::size_t m = 0; m < kPassMeasures; ++m) {
+                const PassValue& value = measured.wheels[i].values[m];
+                const PassValue& off = result.wheels[i].values[m];
+                ASSERT_TRUE(value.byPoses && off.value);
+                held[m] += value.interval.holds(*off.value) ? 1 : 0;
+                squares[m] += std::pow(static_cast<double>(*off.value - *value.value), 2.0) / (2.0 * kDraws);
+            }
+        }
+    }
+    for (const PassMeasureInfo& info : kPassMeasureInfos) {
+        const auto m = static_cast<std::size_t>(info.measure);
+        // With 95 %, less than one of 1,000 samples of 120 has fewer than 105.
+        EXPECT_GE(held[m], 105) << info.key;
+        if (info.measure == PassMeasure::FlangeThickness || info.measure == PassMeasure::RimWidth) {
+            // Poses decide these. The root of a mean square of 120 values is known to 7 %.
+            EXPECT_NEAR(static_cast<double>(*measured.wheels[0].values[m].byPoses) / 1.96, std::sqrt(squares[m]),
+                        0.22 * std::sqrt(squares[m]))
+                << info.key;
+        }
+        const PassValue& with = measured.wheels[0][info.measure];
+        const PassValue& without = plain.wheels[0][info.measure];
+        EXPECT_EQ(with.value, without.value);
+        EXPECT_FALSE(without.byPoses);
+        EXPECT_STREQ(whatIntervalHolds(without), "noise only");
+        EXPECT_NEAR(with.interval.high - *with.value, std::hypot(without.interval.high - *with.value, *with.byPoses),
+                    1e-4F)
+            << info.key;
+    }
 }
 
 TEST_F(PassWheels, NominalContourIsAlignedAtFlangeBackAndTapeCircle) {

@@ -45,7 +45,7 @@ int runChecked(const QStringList& arguments) {
         csv.write(conicityCsv(result));
     }
     if (report.isWanted()) {
-        report.write(kxreport::conicityReport(result));
+        report.write(kxreport::conicityReport(result, report.origin()));
     }
     if (!result.isCalculated()) { // the outputs say so too
         throw CommandError{NoResult, QString::fromStdString(result.reason)};

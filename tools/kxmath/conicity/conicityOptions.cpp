@@ -90,6 +90,12 @@ ConicityOptions::ConicityOptions()
         "Smooth the profiles by local parabolas over so many mm of their contour; 0: not at all. Default: as much as "
         "the noise of each profile asks for, none for profiles without noise.",
         "mm");
+    add("gauge-error",
+        "Standard uncertainties of the gauge of the wheels and of that of the rails, which the intervals then contain: "
+        "of "
+        "the place of the flange back along x in mm, of the turn of the profiles in mrad, of all lengths in "
+        "millionths.",
+        "MM,MRAD,PPM", "0,0,0");
     add("up", "Profiles whose y points up: wheels, rails, wheel1, ..., separated by commas.", "list");
     add("mirror", "Profiles whose x points inwards, in the same form.", "list");
     add("flange-back",
@@ -133,6 +139,9 @@ ConicityInput ConicityOptions::input() const {
     input.flangeBack1 = numberIfSet("flange-back", {KxInspect::kFlangeBacks[0], KxInspect::kFlangeBacks[1]});
     input.flangeBack2 = input.flangeBack1;
     input.smoothing = numberIfSet("smooth", {KxInspect::kSmoothingWindows[0], KxInspect::kSmoothingWindows[1]});
+    const std::vector<float> error =
+        numbers("gauge-error", 3, {KxInspect::kGaugeErrors[0], KxInspect::kGaugeErrors[1]});
+    input.gaugeError = {error[0], error[1], error[2]};
     readParts(*this, "as-is", input, &Orientation::isUp, false);
     readParts(*this, "as-is", input, &Orientation::isMirrored, false);
     readParts(*this, "up", input, &Orientation::isUp, true);

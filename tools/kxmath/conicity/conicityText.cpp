@@ -2,6 +2,7 @@
 #include "tools/kxmath/conicity/conicityText.h"
 
 #include "report/conicity/conicityReport.h"
+#include "report/wheel/wheelWords.h"
 #include "tools/kxmath/console/csv.h"
 #include "tools/kxmath/console/numbers.h"
 
@@ -44,6 +45,9 @@ QString conicityTable(const ConicityResult& result) {
                     .arg(fixedText(row.asMeasured.value_or(kNone), 4), 17);
         const QString reason = QString::fromStdString(reasonWithoutConicity(result, row.amplitude));
         text += reason.isEmpty() ? QStringLiteral("\n") : QStringLiteral("  (%1)\n").arg(reason);
+    }
+    if (result.gaugeError.isSet()) {
+        text += QStringLiteral("\nThe intervals contain %1.\n").arg(kxreport::causesText(result.gaugeError));
     }
     return text;
 }

@@ -69,7 +69,7 @@ void writeOutputs(const WheelCommandOptions& options, const WheelResults& result
         csv.write(wheelCsv(results));
     }
     if (report.isWanted()) {
-        report.write(kxreport::wheelReport(results));
+        report.write(kxreport::wheelReport(results, report.origin()));
     }
     const bool isAnyRead =
         std::any_of(results.wheels.begin(), results.wheels.end(), [](const WheelResult& r) { return r.error.empty(); });
@@ -88,8 +88,8 @@ int runChecked(const QStringList& arguments) {
     const OutputFile report = options.output("report");
     const FailOn failOn = options.failOn();
     const std::vector<CrossSection> wheels = options.wheels();
+    checkOutputs({&json, &csv, &report}, options.arguments("files", 1) + options.marks());
     const KxInspect::WheelOptions measurement = options.measurement();
-    checkOutputs({&json, &csv, &report}, options.arguments("files", 1));
     Progress progress;
     const WheelResults results = measureWheels(wheels, measurement, progress.callback());
     progress.wipe();

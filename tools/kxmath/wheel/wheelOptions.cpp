@@ -3,6 +3,7 @@
 
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/textOptions.h"
+#include "tools/kxmath/wheel/threeSensors.h"
 
 namespace kxtool {
 
@@ -94,6 +95,10 @@ WheelCommandOptions::WheelCommandOptions() : Options("wheel", "FILE... [options]
         "in mm, of the turn of the profile in mrad, of all lengths in millionths.",
         "MM,MRAD,PPM", "0,0,0");
     add("centre", "Centre of the wheel in 3-D cloud sections.", "x,z", "0,0");
+    add("mark",
+        "3-D cloud of a stretch of the wheel from one of three sensors, given three times: ahead, below, behind. The "
+        "circle through the point of least x, of least z and of largest x gives the centre instead of --centre.",
+        "file");
     for (std::size_t i = 0; i < kWheelMeasures.size(); ++i) {
         const QByteArray key = kWheelMeasures[i].key;
         const char* const unit = qstrlen(kWheelMeasures[i].unit) > 0 ? kWheelMeasures[i].unit : "ratio";
@@ -129,6 +134,10 @@ KxInspect::WheelOptions WheelCommandOptions::measurement() const {
     KxInspect::WheelOptions result;
     const std::vector<float> centre = numbers("centre", 2);
     result.centre = {centre[0], centre[1]};
+    if (const QStringList files = marks(); !files.isEmpty()) {
+        const KxMath::KxCircle circle = circleOfMarks(files);
+        result.centre = {circle.x, circle.y};
+    }
     result.limits = limitsOf(*this);
     result.flangeBack = ifSet("flange-back", KxInspect::kFlangeBacks);
     result.spacing = number("spacing", {0.0, KxInspect::kSpacings[1]});
@@ -136,6 +145,18 @@ KxInspect::WheelOptions WheelCommandOptions::measurement() const {
         numbers("gauge-error", 3, {KxInspect::kGaugeErrors[0], KxInspect::kGaugeErrors[1]});
     result.gaugeError = {error[0], error[1], error[2]};
     return result;
+}
+
+QStringList WheelCommandOptions::marks() const {
+    constexpr qsizetype kSensors = 3;
+    QStringList files = texts("mark");
+    if (!files.isEmpty() && files.size() != kSensors) {
+        fail(QStringLiteral("--mark is given %1 times, three sensors need 3").arg(files.size()));
+    }
+    if (!files.isEmpty() && isSet("centre")) {
+        fail(QStringLiteral("--mark and --centre exclude each other"));
+    }
+    return files;
 }
 
 FailOn WheelCommandOptions::failOn() const {

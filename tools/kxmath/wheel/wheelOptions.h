@@ -15,7 +15,10 @@ public:
     /// The files with their orientation and columns.
     std::vector<KxInspect::CrossSection> wheels() const;
 
-    /// The options of the measurement.
+    /// The clouds of three sensors that give the centre of the wheel; none, or three.
+    QStringList marks() const;
+
+    /// The options of the measurement. Reads the clouds of the marks.
     KxInspect::WheelOptions measurement() const;
 
     /// The verdicts on which the command fails. Without a limit there is none to fail on.
