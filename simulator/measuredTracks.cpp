@@ -109,6 +109,24 @@ Polyline sampled(const Polyline& contour, double spacing) {
     return result;
 }
 
+/// What a gauge of such errors makes of a contour.
+class OffGauge {
+public:
+    OffGauge(const KxInspect::GaugeError& error, Random random)
+        : shift_(static_cast<double>(error.place) * random.normal()),
+          turn_(1e-3 * static_cast<double>(error.turn) * random.normal()),
+          scale_(1.0 + 1e-6 * static_cast<double>(error.scale) * random.normal()) {}
+
+    Point shown(const Point& p) const {
+        const double x = scale_ * static_cast<double>(p.x);
+        const double y = scale_ * static_cast<double>(p.y);
+        return pointOf(std::cos(turn_) * x - std::sin(turn_) * y + shift_, std::sin(turn_) * x + std::cos(turn_) * y);
+    }
+
+private:
+    double shift_, turn_, scale_;
+};
+
 } // namespace
 
 const char* nameOf(TrackCase track) {
@@ -122,12 +140,18 @@ KxInspect::ConicityInput measured(TrackCase track, const Measuring& measuring, s
     input.gauge = ideal.gauge;
     input.backToBack = ideal.backToBack;
     input.radius1 = ideal.radius1;
+    constexpr std::uint64_t kGauges = 10; // behind the parts
+    const OffGauge gauges[] = {{measuring.gaugeError, Random({seed, kGauges})},
+                               {measuring.gaugeError, Random({seed, kGauges + 1})}};
     for (std::size_t part = 0; part < ideal.contours.size(); ++part) {
         Random random({seed, part});
         Polyline contour = sampled(ideal.contours[part], measuring.spacing);
         for (Point& p : contour) {
             p.x += static_cast<float>(measuring.isAcrossOnly ? 0.0 : measuring.noise * random.normal());
             p.y += static_cast<float>(measuring.noise * random.normal());
+            p = measuring.gaugeError.isSet()
+                    ? gauges[isWheel(static_cast<KxInspect::WheelSetPart>(part)) ? 0 : 1].shown(p)
+                    : p;
         }
         input.sections[part].profile = KxInspect::Profile{contour};
         input.sections[part].orientation = {false, false};

@@ -27,6 +27,7 @@ struct Measuring {
     double noise = 0.0; ///< standard deviation of the points, mm
     double spacing = 0.1; ///< of the points along the contour, mm
     bool isAcrossOnly = true; ///< noise in y alone; false: in x and y
+    KxInspect::GaugeError gaugeError = {}; ///< drawn for the gauge of both wheels, and for that of both rails
 };
 
 /// The profiles of a track as they are measured once.

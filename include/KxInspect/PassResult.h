@@ -76,6 +76,8 @@ struct Roundness {
     std::vector<int> profiles; ///< the numbers of those that stand off the circle together, ascending
     float largest = 0.0f; ///< what the profiles of a run are off at least, of all runs the most, mm
     bool isOut = false;
+    /// Whether `profiles` stand off by what dirt of up to 0.1 mm explains: then the wheel is not out of round.
+    bool isDirty = false;
     Interval largestInterval = {}; ///< of `largest`
     /// @{ The part of the tread that the radii are of, behind the reference line, mm: all that is compared, or the
     /// narrower band that stands off farthest.
@@ -107,6 +109,14 @@ struct PassWheel {
     int lastRecord() const { return firstRecord + profiles - 1; }
 };
 
+/// What became of the points of a recording until wheels were looked for.
+struct PointCounts {
+    std::int64_t recorded = 0; ///< all points of all records, missing ones included
+    std::int64_t missing = 0; ///< without a finite x or y
+    std::int64_t removed = 0; ///< of the others, by the noise filter and, in the mode that has them, as straight parts
+    std::int64_t below = 0; ///< of those with finite x and y, below the level line, before the filters
+};
+
 /// One side of the track: the recording of its sensor and the wheels in it.
 struct PassSide {
     std::string file; ///< without its folder, UTF-8
@@ -124,6 +134,8 @@ struct PassSide {
     /// Why nothing was measured of it, a clause; the file may then be empty, and so are size and hash of one that cannot be
     /// read. Of several recordings one may fail.
     std::string missing = {};
+    /// Absent in a result of a version that did not count them, and for a recording of which nothing was measured.
+    std::optional<PointCounts> points = {};
 
     int records() const { return cloudSections + profileRecords; }
 };

@@ -50,7 +50,7 @@ struct PassValue {
     Interval interval = {}; ///< of 95 %; unknown where there is no value
     std::string reason = {}; ///< why there is no value, a clause; empty with one
     /// The part of the interval that the errors of the poses of the sensors make, mm to both sides; they are common to all
-    /// wheels of a side. Absent: the interval lacks it, as those that measurePass() gives do.
+    /// wheels of a side. Absent where the settings do not say how far the poses may be off: the interval then lacks it.
     std::optional<float> byPoses = {};
 };
 

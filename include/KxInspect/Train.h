@@ -7,6 +7,7 @@
 #include "PassResult.h"
 #include "Progress.h"
 #include "Settings.h"
+#include "TaskRunner.h"
 
 #include <optional>
 #include <string>
@@ -29,6 +30,9 @@ struct PassOptions {
     ConsistOrder consistOrder = ConsistOrder::Found; ///< which end of the list passed first
     PassLabels labels = {}; ///< what the result says of where and when the pass was
     std::vector<int> shownPairs; ///< the pairs whose pictures the result holds, from 1 on; those that are there
+    /// The result holds the pictures of the pairs with a finding, too: a distance out of tolerance, a defective tread, a
+    /// wheel out of round, a value beyond a limit.
+    bool areFindingsShown = false;
     /// Where the wheel files are left; made where it is missing. Empty: no files are written.
     /// It then holds a folder for each recording with the files "WW_PP.bin" of profile PP of wheel WW, and where the
     /// wheels of sensor n start, in "starts-n.ini" and "starts-n.csv". Each file appears whole or not at all.
@@ -36,6 +40,9 @@ struct PassOptions {
     /// The file in which the chosen profiles of the wheels and their cross-sections are left, see KeptProfiles. It appears
     /// whole or not at all; an older one is replaced. Empty: none is written.
     std::string profileFile = {};
+    /// Runs what recordings and wheels are measured with at once. Progress is then called in the threads of the runner, one
+    /// call at a time.
+    TaskRunner runner = {};
 };
 
 /// Finds the wheels in the recordings of two sensors that face each other across the track, pairs them, and measures

@@ -204,7 +204,7 @@ FlankSearch searchFlanks(const std::vector<ReadPoint>& points, double depth) {
     }
     // A flank has some eight hundredths of the points: a window of one keeps narrow ones, one of two and a half stands
     // more outliers.
-    for (const std::size_t part : {200, 80}) {
+    for (const std::size_t part : {200U, 80U}) {
         const std::vector<ReadPoint> smooth = withoutSpikes(points, std::max<std::size_t>(2, points.size() / part));
         std::vector<ReadPoint> corners;
         for (const std::size_t corner : cornersOf(smooth, kTolerance * depth)) {

@@ -50,6 +50,9 @@ RecordingEnd recordingEnd(const std::string& path) {
     }
     RecordingEnd end;
     end.bytes = file.size();
+    if (char byte = 0; end.bytes == 0 && file.read(&byte, 1) != 0) { // a size that cannot be found is 0, too
+        detail::fail(ErrorKind::Unreadable, source, QStringLiteral("cannot be read: its size is not known"));
+    }
     while (end.wholeBytes < end.bytes) {
         Head head{};
         const qint64 wanted = std::min<qint64>(kCountEnd, end.bytes - end.wholeBytes);

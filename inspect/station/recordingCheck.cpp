@@ -4,7 +4,9 @@
 #include "inspect/base/error.h"
 #include "inspect/base/paths.h"
 #include "inspect/fitting/median.h"
+#include "inspect/recordings/recordingName.h"
 #include "inspect/train/passWarnings.h"
+#include "inspect/train/sensorLookUp.h"
 
 #include <KxInspect/Train.h>
 
@@ -127,6 +129,66 @@ void checkPair(const std::vector<std::string>& recordings, const StationSettings
                               .toStdString());
 }
 
+using Recordings = std::vector<std::string>;
+
+const SensorSettings* sensorOfRecording(const std::string& recording, const StationSettings& settings) {
+    return findSensor(settings, RecordingFiles(recording).parts.serial);
+}
+
+/// The recordings of one pass after the other: the next one begins with a sensor that came before.
+std::vector<Recordings> passesOf(const Recordings& recordings, const StationSettings& settings) {
+    std::vector<Recordings> passes;
+    std::vector<const SensorSettings*> sensors; // of the last pass
+    for (const std::string& recording : recordings) {
+        const SensorSettings* const sensor = sensorOfRecording(recording, settings);
+        if (passes.empty() || std::find(sensors.begin(), sensors.end(), sensor) != sensors.end()) {
+            passes.emplace_back();
+            sensors.clear();
+        }
+        passes.back().push_back(recording);
+        sensors.push_back(sensor);
+    }
+    return passes;
+}
+
+/// Whether recordings are of sensors that can measure distances: of two that face each other, or between the rails on both
+/// sides.
+bool mayHaveDistances(const Recordings& pass, const StationSettings& settings) {
+    bool haveSides = true;
+    bool isThere[2] = {};
+    for (const std::string& recording : pass) {
+        const SensorSettings& sensor = *sensorOfRecording(recording, settings);
+        haveSides = haveSides && sensor.side;
+        if (sensor.side && !isOnFieldSide(sensor, settings)) {
+            isThere[*sensor.side == TrackSide::Left ? 0 : 1] = true;
+        }
+    }
+    return haveSides ? isThere[0] && isThere[1] : pass.size() > 1;
+}
+
+/// The settings of the sensors of a pass alone: others were not asked about.
+StationSettings settingsOfPass(const Recordings& pass, StationSettings settings) {
+    std::erase_if(settings.sensors, [&, all = settings](const SensorSettings& sensor) {
+        return std::none_of(pass.begin(), pass.end(), [&](const std::string& recording) {
+            return sensorOfRecording(recording, all)->serial == sensor.serial;
+        });
+    });
+    return settings;
+}
+
+void noteUnchecked(const Recordings& recordings, const StationSettings& settings, SettingsCheck& check) {
+    const StationSettings checked = settingsOfPass(recordings, settings);
+    std::string names;
+    for (const SensorSettings& sensor : settings.sensors) {
+        if (findSensor(checked, sensor.serial) == nullptr) {
+            names += (names.empty() ? "SENSOR" : ", SENSOR") + std::to_string(sensor.number);
+        }
+    }
+    if (!names.empty()) {
+        check.facts.push_back("not compared with recordings, since none was given: " + names);
+    }
+}
+
 } // namespace
 
 void checkRecordings(const std::vector<std::string>& recordings, const StationSettings& settings, int mode,
@@ -143,13 +205,13 @@ void checkRecordings(const std::vector<std::string>& recordings, const StationSe
     for (const std::string& recording : recordings) {
         checkSide(openSide(recording, settings, mode), mode, progress, check);
     }
-    for (std::size_t i = 0; i + 1 < recordings.size(); i += 2) {
-        const std::vector<std::string> pass(recordings.begin() + static_cast<std::ptrdiff_t>(i),
-                                            recordings.begin() + static_cast<std::ptrdiff_t>(i) + 2);
-        if (isAccepted(check, [&] { checkPass(pass, settings); })) {
-            checkPair(pass, settings, mode, progress, check);
+    for (const Recordings& pass : passesOf(recordings, settings)) {
+        const StationSettings own = settingsOfPass(pass, settings);
+        if (mayHaveDistances(pass, settings) && isAccepted(check, [&] { checkPass(pass, own); })) {
+            checkPair(pass, own, mode, progress, check);
         }
     }
+    noteUnchecked(recordings, settings, check);
 }
 
 } // namespace KxInspect::detail

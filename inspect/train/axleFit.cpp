@@ -13,22 +13,22 @@ namespace {
 constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
 constexpr double kLeastScatter = 1e-4; // mm; keeps weights defined on perfect data
 
-AxleFit firstGuess(const std::vector<FlangeTip>& tips, const FlangeCircle& circle, const AxleKnowledge& known) {
+AxleFit firstGuess(const std::vector<ProfileTip>& tips, const FlangeCircle& circle, const AxleKnowledge& known) {
     AxleFit axle;
     axle.value = {circle.place, circle.down, circle.radius, known.shear.value, known.stretch.value};
     std::vector<double> downs;
     downs.reserve(tips.size());
-    for (const FlangeTip& tip : tips) {
+    for (const ProfileTip& tip : tips) {
         downs.push_back(tip.down);
     }
     axle.level = median(downs);
     return axle;
 }
 
-std::vector<double> offCircle(const AxleFit& axle, const std::vector<FlangeTip>& tips) {
+std::vector<double> offCircle(const AxleFit& axle, const std::vector<ProfileTip>& tips) {
     std::vector<double> off;
     off.reserve(tips.size());
-    for (const FlangeTip& tip : tips) {
+    for (const ProfileTip& tip : tips) {
         off.push_back(axle.radiusOf(axle.fromAxle(tip.place, tip.down), tip.down) - axle.value[AxleFit::Radius]);
     }
     return off;
@@ -47,7 +47,7 @@ double scatterOf(const std::vector<double>& off) {
 }
 
 /// One step of Gauss and Newton with weights of the biweight function. @return false when there is none
-bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowledge& known) {
+bool improve(AxleFit& axle, const std::vector<ProfileTip>& tips, const AxleKnowledge& known) {
     constexpr double kTuning = 4.685;
     const std::vector<double> off = offCircle(axle, tips);
     axle.scatter = scatterOf(off);
@@ -62,7 +62,7 @@ bool improve(AxleFit& axle, const std::vector<FlangeTip>& tips, const AxleKnowle
         change[AxleFit::Radius] = -1.0;
         sums.add(change, -off[i], (1.0 - u * u) * (1.0 - u * u));
     }
-    const auto expect = [&](AxleFit::Unknown unknown, const Estimate& estimate) {
+    const auto expect = [&](AxleFit::Unknown unknown, const ValueWithError& estimate) {
         AxleFit::Fit::Vector a = {};
         a[unknown] = 1.0;
         sums.add(a, estimate.value - axle.value[unknown], deviation * deviation / (estimate.error * estimate.error));
@@ -98,7 +98,7 @@ bool isByChance(double scatter, double noise, std::size_t count) {
     return scatter <= noise * (1.0 + 2.0 * 1.17 / std::sqrt(static_cast<double>(count)));
 }
 
-std::optional<AxleFit> fitAxle(const std::vector<FlangeTip>& tips, const FlangeCircle& circle,
+std::optional<AxleFit> fitAxle(const std::vector<ProfileTip>& tips, const FlangeCircle& circle,
                                const AxleKnowledge& known) {
     constexpr int kRounds = 20;
     AxleFit axle = firstGuess(tips, circle, known);

@@ -32,15 +32,15 @@ struct AxleFit {
 };
 
 /// A value with its standard error.
-struct Estimate {
+struct ValueWithError {
     double value = 0.0;
     double error = 0.0;
 };
 
 /// What is known of the profiles before.
 struct AxleKnowledge {
-    Estimate shear;
-    Estimate stretch;
+    ValueWithError shear;
+    ValueWithError stretch;
     double noise = 0.0; ///< of the tips, as a standard deviation, mm; that they scatter less is chance
 };
 
@@ -49,7 +49,7 @@ bool isByChance(double scatter, double noise, std::size_t count);
 
 /// Fits the axle to the tips. Tips far off their circle do not count, see fitFlangeCircle().
 /// @param circle the first guess
-std::optional<AxleFit> fitAxle(const std::vector<FlangeTip>& tips, const FlangeCircle& circle,
+std::optional<AxleFit> fitAxle(const std::vector<ProfileTip>& tips, const FlangeCircle& circle,
                                const AxleKnowledge& known);
 
 } // namespace KxInspect::detail

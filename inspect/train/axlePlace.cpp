@@ -51,9 +51,9 @@ std::optional<double> ringIn(const std::vector<SectionPoint>& section) {
     return count >= kFewestPoints && isAround && line ? std::optional((*line)[0]) : std::nullopt;
 }
 
-std::vector<FlangeTip> ringsOf(const std::vector<PointList>& profiles, const std::vector<double>& places,
-                               const KxMath::KxLine& reference, const RobustLine& face, double towardsRail) {
-    std::vector<FlangeTip> rings;
+std::vector<ProfileTip> ringsOf(const std::vector<PointList>& profiles, const std::vector<double>& places,
+                                const KxMath::KxLine& reference, const RobustLine& face, double towardsRail) {
+    std::vector<ProfileTip> rings;
     for (std::size_t i = 0; i < profiles.size(); ++i) {
         std::vector<SectionPoint> section = sectionOf(profiles[i], reference, towardsRail);
         for (SectionPoint& p : section) {
@@ -80,13 +80,13 @@ struct Arc {
         const double left = 1.0 - 2.0 * lift / kRadius;
         return left > 0.0 ? kRadius * (1.0 - std::sqrt(left)) - lift : 0.0;
     }
-    double off(const FlangeTip& tip) const { return tip.down + excess(tip.place) - lowest + squaredAway(tip.place); }
+    double off(const ProfileTip& tip) const { return tip.down + excess(tip.place) - lowest + squaredAway(tip.place); }
 };
 
-std::optional<Arc> fitArc(const std::vector<FlangeTip>& tips, const Arc& before) {
+std::optional<Arc> fitArc(const std::vector<ProfileTip>& tips, const Arc& before) {
     const double unit = std::max((tips.back().place - tips.front().place) / 2.0, 1e-9);
     LeastSquares3 parabola;
-    for (const FlangeTip& tip : tips) {
+    for (const ProfileTip& tip : tips) {
         const double t = (tip.place - before.place) / unit;
         parabola.add({1.0, t, t * t}, tip.down + before.excess(tip.place));
     }
@@ -99,11 +99,11 @@ std::optional<Arc> fitArc(const std::vector<FlangeTip>& tips, const Arc& before)
 }
 
 /// The standard error of the vertex of a parabola through tips that are `scatter` off it.
-double vertexError(const std::vector<FlangeTip>& tips, const Arc& arc, double scatter) {
+double vertexError(const std::vector<ProfileTip>& tips, const Arc& arc, double scatter) {
     const auto count = static_cast<double>(tips.size());
     double meanT = 0.0;
     double meanU = 0.0;
-    for (const FlangeTip& tip : tips) {
+    for (const ProfileTip& tip : tips) {
         const double t = tip.place - arc.place;
         meanT += t / count;
         meanU += t * t / count;
@@ -111,7 +111,7 @@ double vertexError(const std::vector<FlangeTip>& tips, const Arc& arc, double sc
     double tt = 0.0;
     double tu = 0.0;
     double uu = 0.0;
-    for (const FlangeTip& tip : tips) {
+    for (const ProfileTip& tip : tips) {
         const double t = tip.place - arc.place - meanT;
         const double u = (tip.place - arc.place) * (tip.place - arc.place) - meanU;
         tt += t * t;
@@ -122,11 +122,11 @@ double vertexError(const std::vector<FlangeTip>& tips, const Arc& arc, double sc
 }
 
 /// The vertex of the arc through the rings, without those that are far off it. `scatter` receives how far the others are.
-std::optional<AxlePlace> vertexOf(const std::vector<FlangeTip>& all, double& scatter) {
+std::optional<AxlePlace> vertexOf(const std::vector<ProfileTip>& all, double& scatter) {
     constexpr int kRounds = 8;
     constexpr double kFar = 4.5 * 1.4826; // times the median deviation
     constexpr double kLeastFar = 0.02; // mm
-    std::vector<FlangeTip> tips = all;
+    std::vector<ProfileTip> tips = all;
     std::optional<Arc> arc;
     for (int round = 0; round < kRounds; ++round) {
         if (tips.size() < kFewest) {
@@ -138,16 +138,16 @@ std::optional<AxlePlace> vertexOf(const std::vector<FlangeTip>& all, double& sca
         }
         std::vector<double> offs;
         offs.reserve(all.size());
-        for (const FlangeTip& tip : all) {
+        for (const ProfileTip& tip : all) {
             offs.push_back(std::abs(arc->off(tip)));
         }
         const double limit = std::max(kFar * median(offs), kLeastFar);
         tips.clear();
         std::copy_if(all.begin(), all.end(), std::back_inserter(tips),
-                     [&](const FlangeTip& tip) { return std::abs(arc->off(tip)) <= limit; });
+                     [&](const ProfileTip& tip) { return std::abs(arc->off(tip)) <= limit; });
     }
     double squares = 0.0;
-    for (const FlangeTip& tip : tips) {
+    for (const ProfileTip& tip : tips) {
         squares += arc->off(tip) * arc->off(tip);
     }
     scatter = std::sqrt(squares / std::max(static_cast<double>(tips.size()) - 3.0, 1.0));

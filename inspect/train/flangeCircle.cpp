@@ -43,7 +43,7 @@ std::optional<SectionPoint> lowestNear(const std::vector<SectionPoint>& section,
 
 /// Circle of least weighted squares of x^2 + y^2 - 2 a x - 2 b y - c (Kasa, A circle fitting procedure and its error
 /// analysis, 1976), about the first tip for the sake of rounding.
-std::optional<FlangeCircle> fitWeighted(const std::vector<FlangeTip>& tips, const std::vector<double>& weights) {
+std::optional<FlangeCircle> fitWeighted(const std::vector<ProfileTip>& tips, const std::vector<double>& weights) {
     LeastSquares3 sums;
     for (size_t i = 0; i < tips.size(); ++i) {
         const double x = tips[i].place - tips[0].place;
@@ -138,7 +138,7 @@ double tipError(const std::vector<SectionPoint>& section, const SectionPoint& ti
     return 1.5 * kNormal * median(sizes) / std::sqrt(near.before + near.behind);
 }
 
-std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips) {
+std::optional<FlangeCircle> fitFlangeCircle(const std::vector<ProfileTip>& tips) {
     if (tips.size() < kFewestTips) {
         return {};
     }

@@ -58,7 +58,7 @@ double tipError(const std::vector<SectionPoint>& section, const SectionPoint& ti
 double directionOfRail(const std::vector<QList<KxMath::KxPointXY>>& profiles, const KxMath::KxLine& reference);
 
 /// The tip of the flange in one profile.
-struct FlangeTip {
+struct ProfileTip {
     double place; ///< of the profile along the pass, mm
     double down;
 };
@@ -72,7 +72,7 @@ struct FlangeCircle {
 };
 
 /// Fits a circle that single tips far off do not move. Nothing for fewer than kFewestTips, or when they are in line.
-std::optional<FlangeCircle> fitFlangeCircle(const std::vector<FlangeTip>& tips);
+std::optional<FlangeCircle> fitFlangeCircle(const std::vector<ProfileTip>& tips);
 
 inline constexpr int kFewestTips = 8;
 

@@ -1,5 +1,6 @@
 // From the recordings of a pass to its result.
 #include "inspect/base/paths.h"
+#include "inspect/base/tasks.h"
 #include "inspect/identity/fileIdentity.h"
 #include "inspect/limits/assessPass.h"
 #include "inspect/train/keptProfiles.h"
@@ -23,7 +24,9 @@
 #include <KxInspect/Train.h>
 
 #include <cmath>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace KxInspect {
 
@@ -82,6 +85,11 @@ PassSide describeSide(const MeasuredSide& measured) {
     }
     side.cloudSections = measured.found.cloudSections();
     side.profileRecords = measured.found.profileRecords();
+    if (input.missing.empty()) {
+        const LevelCount& count = measured.found.levelCount();
+        side.points =
+            PointCounts{count.recorded, count.recorded - count.points, count.points - count.cleaned, count.below};
+    }
     side.level = fromKxLine(input.detection.level);
     side.reference = fromKxLine(input.reference);
     for (std::size_t i = 0; i < measured.found.wheels().size(); ++i) {
@@ -122,30 +130,38 @@ WheelCollector wheelsOf(SideInput& input, bool mayFail, const PassOptions& optio
     }
 }
 
-/// The recordings of further sensors.
-std::vector<MeasuredSide> findFurtherWheels(PassInputs& inputs, const PassOptions& options, const Progress& progress) {
+/// The wheels of all recordings: those of the two sides that face each other, and of further sensors.
+struct AllWheels {
+    std::vector<MeasuredSide> sides;
     std::vector<MeasuredSide> further;
-    for (SideInput& input : inputs.further) {
-        WheelCollector found = wheelsOf(input, true, options, progress);
-        const std::size_t wheels = found.wheels().size();
-        further.push_back({std::move(input), std::move(found), std::vector<ChosenProfile>(wheels), {}});
+};
+
+MeasuredSide findSide(SideInput& input, bool isFurther, bool mayFail, const PassOptions& options,
+                      const Progress& progress) {
+    WheelCollector found = wheelsOf(input, mayFail, options, progress);
+    std::vector<ChosenProfile> chosen(isFurther ? found.wheels().size() : 0);
+    std::vector<WheelStand> stands;
+    for (std::size_t i = 0; i < found.wheels().size() && !isFurther; ++i) {
+        const FoundWheel& wheel = found.wheels()[i];
+        chosen.push_back(chooseProfile(wheel, input.detection.level));
+        stands.push_back(findStand(wheel, found.hasPlaces(), input.detection.level, input.reference, input.plane));
     }
-    return further;
+    return {std::move(input), std::move(found), std::move(chosen), std::move(stands)};
 }
 
-std::vector<MeasuredSide> findAllWheels(PassInputs& inputs, const PassOptions& options, const Progress& progress) {
-    std::vector<MeasuredSide> sides;
-    for (SideInput& input : inputs.sides) {
-        WheelCollector found = wheelsOf(input, inputs.isOfSeveral, options, progress);
-        std::vector<ChosenProfile> chosen;
-        std::vector<WheelStand> stands;
-        for (const FoundWheel& wheel : found.wheels()) {
-            chosen.push_back(chooseProfile(wheel, input.detection.level));
-            stands.push_back(findStand(wheel, found.hasPlaces(), input.detection.level, input.reference, input.plane));
-        }
-        sides.push_back({std::move(input), std::move(found), std::move(chosen), std::move(stands)});
+AllWheels findAllWheels(PassInputs& inputs, const PassOptions& options, const Progress& progress) {
+    const std::size_t sides = inputs.sides.size();
+    std::vector<std::optional<MeasuredSide>> found(sides + inputs.further.size());
+    runTasks(options.runner, progress, found.size(), [&](std::size_t i, const Progress& ofSide) {
+        const bool isFurther = i >= sides;
+        SideInput& input = isFurther ? inputs.further[i - sides] : inputs.sides[i];
+        found[i] = findSide(input, isFurther, isFurther || inputs.isOfSeveral, options, ofSide);
+    });
+    AllWheels all;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        (i < sides ? all.sides : all.further).push_back(std::move(*found[i]));
     }
-    return sides;
+    return all;
 }
 
 WheelPair measurePair(const PairedWheels& paired, const std::string& doubt, const std::vector<MeasuredSide>& sides,
@@ -232,10 +248,13 @@ void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSid
                        const Progress& progress) {
     result.defectLimits = options.defects->limits;
     warnOfEqualLevels(sides, result);
+    std::vector<CutOut> cutOut(sides.size());
+    runTasks(options.runner, progress, sides.size(), [&](std::size_t i, const Progress& ofSide) {
+        report(ofSide, "judging treads in", result.sides[i].file, 0.0);
+        cutOut[i] = judgeSide(*result.defectLimits, sides[i], result.sides[i], ofSide);
+    });
     for (std::size_t i = 0; i < sides.size(); ++i) {
-        report(progress, "judging treads in", result.sides[i].file, 0.0);
-        const CutOut cutOut = judgeSide(*result.defectLimits, sides[i], result.sides[i], progress);
-        warnOfTreadLines(result.sides[i], cutOut, result);
+        warnOfTreadLines(result.sides[i], cutOut[i], result);
         warnOfShapes(result.sides[i], sides[i].found.hasPlaces(), sides[i].input.plane.isKnown, result);
     }
 }
@@ -293,8 +312,9 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     if (options.defects) {
         warnOfDefectSettings(*options.defects, result);
     }
-    std::vector<MeasuredSide> sides = findAllWheels(inputs, options, progress);
-    const std::vector<MeasuredSide> further = findFurtherWheels(inputs, options, progress);
+    AllWheels all = findAllWheels(inputs, options, progress);
+    std::vector<MeasuredSide>& sides = all.sides;
+    const std::vector<MeasuredSide>& further = all.further;
     for (const MeasuredSide& side : sides) {
         result.sides.push_back(describeSide(side));
         warnOfLines(side, result);
@@ -309,8 +329,8 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
         result.pairs.push_back(measurePair(paired, pairing.doubt, sides, result));
     }
     numberPairs(sides, options, result);
-    report(progress, "measuring wheels", {}, 0.0);
-    measureWheels(sensorsOf(settings, sides, further), {&sides[0].found, &sides[1].found}, settings, result);
+    measureWheels(sensorsOf(settings, sides, further), {&sides[0].found, &sides[1].found}, settings, options.runner,
+                  progress, result);
     if (contour) {
         compareWithContour(*contour, result);
     }
@@ -320,10 +340,8 @@ PassResult measurePass(const std::vector<std::string>& recordings, const Station
     if (options.limits) {
         result.assessment = assessPass(result, *options.limits);
     }
-    for (const int pair : options.shownPairs) {
-        if (static_cast<std::size_t>(pair) <= result.pairs.size()) {
-            result.pictures.push_back(pairPicture(result, pair, sides));
-        }
+    for (const int pair : shownPairs(result, options)) {
+        result.pictures.push_back(pairPicture(result, pair, sides));
     }
     result.rawPictures = rawPictures(result, sides);
     result.kept.keep = !options.wheelFolder.empty()   ? PassKeep::All

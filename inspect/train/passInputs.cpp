@@ -18,7 +18,8 @@ namespace {
 void checkOptions(const PassOptions& options) {
     checkLabels(options.labels);
     if (!(options.tolerance >= 0.0f)) {
-        failArgument(QStringLiteral("the tolerance must not be negative, it is %1").arg(options.tolerance));
+        failArgument(
+            QStringLiteral("the tolerance must not be negative, it is %1").arg(static_cast<double>(options.tolerance)));
     }
     for (const int pair : options.shownPairs) {
         if (pair < 1) {

@@ -1,6 +1,7 @@
 // The measures of the wheels of a pass from all sensors of their sides.
 #include "inspect/train/passWheels.h"
 
+#include "inspect/base/tasks.h"
 #include "inspect/wheelset/sectionMeasures.h"
 
 #include <QtCore/QString>
@@ -30,6 +31,9 @@ std::string whyUnusable(const SensorWheels& sensor) {
             .arg(sensor.sensor->number)
             .toStdString();
     }
+    if (sensor.found->wheels().empty()) {
+        return "its recording shows no wheel";
+    }
     return sensor.found->hasPlaces() ? std::string() : "the records of the recording have no rising z";
 }
 
@@ -54,7 +58,7 @@ class WheelFinder {
 public:
     WheelFinder(const std::vector<SensorWheels>& sensors, const std::array<const WheelCollector*, 2>& sides,
                 const PassResult& result)
-        : sensors_(sensors), sides_(sides) {
+        : sides_(sides) {
         for (const WheelPair& pair : result.pairs) {
             pairs_.push_back(placeOf(pair, sensors, sides));
         }
@@ -109,7 +113,6 @@ private:
         return best;
     }
 
-    const std::vector<SensorWheels>& sensors_;
     const std::array<const WheelCollector*, 2>& sides_;
     std::vector<std::optional<double>> pairs_;
     /// How far the places of one wheel may be apart: half the smallest gap between wheels, and half a bogie.
@@ -126,10 +129,17 @@ void warnOf(const PassWheelMeasures& wheel, const std::vector<std::string>& what
     }
 }
 
+/// A wheel and what makes its measures doubtful.
+struct MeasuredWheel {
+    PassWheelMeasures measures = {};
+    std::vector<std::string> warnings = {};
+};
+
 } // namespace
 
 void measureWheels(const std::vector<SensorWheels>& sensors, const std::array<const WheelCollector*, 2>& sides,
-                   const StationSettings& settings, PassResult& result) {
+                   const StationSettings& settings, const TaskRunner& runner, const Progress& progress,
+                   PassResult& result) {
     const bool isAny =
         std::any_of(sensors.begin(), sensors.end(), [](const SensorWheels& s) { return s.found != nullptr; });
     if (!isAny || !settings.baseDistance) {
@@ -144,22 +154,28 @@ void measureWheels(const std::vector<SensorWheels>& sensors, const std::array<co
         }
     }
     const WheelFinder finder(sensors, sides, result);
-    for (std::size_t i = 0; i < result.pairs.size(); ++i) {
-        for (const TrackSide side : {TrackSide::Left, TrackSide::Right}) {
-            std::vector<SensorView> views;
-            for (const SensorWheels& sensor : sensors) {
-                if (sensor.sensor->side == side) {
-                    views.push_back(finder.viewOf(result.pairs[i], i, sensor, settings));
-                }
-            }
-            std::vector<std::string> warnings;
-            PassWheelMeasures wheel =
-                measureWheelOf(views, static_cast<double>(*settings.baseDistance) / 2.0, warnings);
-            wheel.pair = static_cast<int>(i) + 1;
-            wheel.side = side;
-            warnOf(wheel, warnings, result);
-            result.wheels.push_back(std::move(wheel));
+    constexpr std::array kSides{TrackSide::Left, TrackSide::Right};
+    std::vector<MeasuredWheel> wheels(result.pairs.size() * kSides.size());
+    runTasks(runner, progress, wheels.size(), [&](std::size_t i, const Progress& report) {
+        const std::size_t pair = i / kSides.size();
+        const TrackSide side = kSides[i % kSides.size()];
+        if (report) {
+            report("measuring wheels", static_cast<double>(i) / static_cast<double>(wheels.size()));
         }
+        std::vector<SensorView> views;
+        for (const SensorWheels& sensor : sensors) {
+            if (sensor.sensor->side == side) {
+                views.push_back(finder.viewOf(result.pairs[pair], pair, sensor, settings));
+            }
+        }
+        MeasuredWheel& wheel = wheels[i];
+        wheel.measures = measureWheelOf(views, static_cast<double>(*settings.baseDistance) / 2.0, wheel.warnings);
+        wheel.measures.pair = static_cast<int>(pair) + 1;
+        wheel.measures.side = side;
+    });
+    for (MeasuredWheel& wheel : wheels) {
+        warnOf(wheel.measures, wheel.warnings, result);
+        result.wheels.push_back(std::move(wheel.measures));
     }
 }
 

@@ -4,7 +4,9 @@
 #include "inspect/train/wheelCollector.h"
 
 #include <KxInspect/PassResult.h>
+#include <KxInspect/Progress.h>
 #include <KxInspect/Settings.h>
+#include <KxInspect/TaskRunner.h>
 
 #include <string>
 #include <vector>
@@ -25,6 +27,7 @@ inline constexpr const char* kNotGiven = "no recording of this sensor was given"
 /// @param sensors all of the station that have a side
 /// @param sides of the recordings that were paired, in the order of WheelPair::wheels
 void measureWheels(const std::vector<SensorWheels>& sensors, const std::array<const WheelCollector*, 2>& sides,
-                   const StationSettings& settings, PassResult& result);
+                   const StationSettings& settings, const TaskRunner& runner, const Progress& progress,
+                   PassResult& result);
 
 } // namespace KxInspect::detail

@@ -7,6 +7,7 @@
 
 #include <KxInspect/KxMathTypes.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace KxInspect::detail {
@@ -55,7 +56,39 @@ void addFaces(const WheelStand& stand, WheelPicture& picture) {
     }
 }
 
+bool isBeyond(const std::optional<LimitVerdict>& verdict) {
+    return verdict == LimitVerdict::Warning || verdict == LimitVerdict::Alarm;
+}
+
+bool hasFinding(const PassResult& result, std::size_t index) {
+    const WheelPair& pair = result.pairs[index];
+    const int number = static_cast<int>(index) + 1;
+    bool has = pair.inTolerance == false;
+    for (std::size_t side = 0; side < result.sides.size(); ++side) {
+        const PassWheel* const wheel = result.wheelOf(pair, side);
+        const bool isDefective = wheel != nullptr && wheel->defects && wheel->defects->isDefective == true;
+        const bool isOut = wheel != nullptr && wheel->roundness && wheel->roundness->isOut;
+        const bool isBad =
+            result.assessment && isBeyond(result.assessment->ofWheel(number, static_cast<int>(side) + 1));
+        has = has || isDefective || isOut || isBad;
+    }
+    return has;
+}
+
 } // namespace
+
+std::vector<int> shownPairs(const PassResult& result, const PassOptions& options) {
+    std::vector<int> shown;
+    for (std::size_t i = 0; i < result.pairs.size(); ++i) {
+        const int number = static_cast<int>(i) + 1;
+        const bool isAsked =
+            std::find(options.shownPairs.begin(), options.shownPairs.end(), number) != options.shownPairs.end();
+        if (isAsked || (options.areFindingsShown && hasFinding(result, i))) {
+            shown.push_back(number);
+        }
+    }
+    return shown;
+}
 
 PairPicture pairPicture(const PassResult& result, int number, const std::vector<MeasuredSide>& sides) {
     PairPicture picture{number, {}};

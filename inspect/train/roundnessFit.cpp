@@ -14,7 +14,7 @@ namespace KxInspect::detail {
 namespace {
 
 /// Why the tips of the flange give no axle to measure from; empty when they do.
-QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<AxleFit>& axle) {
+QString whyNoAxle(const std::vector<ProfileTip>& tips, const std::optional<AxleFit>& axle) {
     constexpr double kMostStretch = 0.05;
     if (tips.size() < kFewestTips) {
         return QStringLiteral("fewer than %1 profiles show the tip of the flange").arg(kFewestTips);
@@ -30,13 +30,12 @@ QString whyNoAxle(const std::vector<FlangeTip>& tips, const std::optional<AxleFi
                      .arg(1.0 + stretch, 0, 'g', 3);
 }
 
-/// The median of estimates with its standard error: from their own errors, or from how they scatter if that is more.
-Estimate medianOf(const std::vector<Estimate>& estimates) {
+/// The standard error of single estimates: their own errors, or how they scatter if that is more.
+double scatterOf(const std::vector<ValueWithError>& estimates) {
     constexpr double kNormal = 1.4826; // from the median deviation to the standard deviation of normal noise
-    constexpr double kMedian = 1.2533; // sqrt(pi / 2): standard error of a median against that of a mean
     std::vector<double> values;
     std::vector<double> errors;
-    for (const Estimate& e : estimates) {
+    for (const ValueWithError& e : estimates) {
         values.push_back(e.value);
         errors.push_back(e.error);
     }
@@ -44,11 +43,20 @@ Estimate medianOf(const std::vector<Estimate>& estimates) {
     for (double& value : values) {
         value = std::abs(value - middle);
     }
-    const double scatter = std::max(median(errors), kNormal * median(values));
-    return {middle, kMedian * scatter / std::sqrt(static_cast<double>(estimates.size()))};
+    return std::max(median(errors), kNormal * median(values));
 }
 
-Estimate ofAxle(const AxleFit& axle, AxleFit::Unknown unknown) {
+ValueWithError medianOf(const std::vector<ValueWithError>& estimates) {
+    constexpr double kMedian = 1.2533; // sqrt(pi / 2): standard error of a median against that of a mean
+    std::vector<double> values;
+    values.reserve(estimates.size());
+    for (const ValueWithError& e : estimates) {
+        values.push_back(e.value);
+    }
+    return {median(values), kMedian * scatterOf(estimates) / std::sqrt(static_cast<double>(estimates.size()))};
+}
+
+ValueWithError ofAxle(const AxleFit& axle, AxleFit::Unknown unknown) {
     return {axle.value[unknown], std::sqrt(axle.covariance[unknown][unknown])};
 }
 
@@ -84,10 +92,10 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
     const int shown = table.size();
     table.keepComparable();
     const double yaw = wheel.askew.perPlace * wheel.plane.acrossPerAcross; // of the axle against the track
-    Estimate skew = {known.skew.value - yaw, known.skew.error};
+    ValueWithError skew = {known.skew.value - yaw, known.skew.error};
     // A turned plane meets a face that is askew sooner or later on its way across the wheel.
     const double byYaw = -yaw * known.skew.value;
-    const Estimate stretch = {known.stretch.value + byYaw, known.stretch.error};
+    const ValueWithError stretch = {known.stretch.value + byYaw, known.stretch.error};
     double across = 0.0;
     double place = 0.0; // of the back face when it is over the axle
     double change = 0.0;
@@ -109,9 +117,11 @@ RoundnessFit fitWheel(const WheelSections& sections, const WheelView& wheel, con
                 QStringLiteral("the profiles show different parts of the tread, fewer than %1 one that most show")
                     .arg(kFewestRadii));
         }
-        table.compare(
-            *fit.axle,
-            {tips.across, tips.error, static_cast<int>(tips.tips.size()), {known.skew.value - yaw, known.skew.error}});
+        table.compare(*fit.axle, {tips.across,
+                                  tips.error,
+                                  static_cast<int>(tips.tips.size()),
+                                  {known.skew.value - yaw, known.skew.error},
+                                  known.skewScatter});
         const double newPlace = fit.axle->value[AxleFit::Place] - skew.value * across;
         change = std::abs(newPlace - place) + kFarthest * std::abs(table.skew().value - skew.value);
         place = newPlace;
@@ -136,7 +146,7 @@ StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_
     // another turn than the pose are not asked, unless most of them do: then the pose is wrong.
     constexpr double kFarOff = 0.01; // 0.6 degrees, much more than poses are off
     constexpr double kFirm = 0.01;
-    const auto isFarOff = [&](const Estimate& skew) { return std::abs(skew.value - plane.skew) > kFarOff; };
+    const auto isFarOff = [&](const ValueWithError& skew) { return std::abs(skew.value - plane.skew) > kFarOff; };
     std::vector<double> all;
     for (const RoundnessFit& fit : fits) {
         if (fit.axle) {
@@ -144,9 +154,9 @@ StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_
         }
     }
     const bool isTrusted = plane.isKnown && !all.empty() && !isFarOff({median(all), 0.0});
-    std::vector<Estimate> shears;
-    std::vector<Estimate> stretches;
-    std::vector<Estimate> skews;
+    std::vector<ValueWithError> shears;
+    std::vector<ValueWithError> stretches;
+    std::vector<ValueWithError> skews;
     for (std::size_t i = 0; i < fits.size(); ++i) {
         if (i != without && fits[i].axle && !(isTrusted && isFarOff(fits[i].skew))) {
             shears.push_back(ofAxle(*fits[i].axle, AxleFit::Shear));
@@ -155,9 +165,9 @@ StationKnowledge knowledgeFrom(const std::vector<RoundnessFit>& fits, std::size_
         }
     }
     constexpr std::size_t kFewest = 2;
-    StationKnowledge known = skews.size() < kFewest
-                                 ? knowledgeOf(plane)
-                                 : StationKnowledge{medianOf(shears), medianOf(stretches), medianOf(skews)};
+    StationKnowledge known = skews.size() < kFewest ? knowledgeOf(plane)
+                                                    : StationKnowledge{medianOf(shears), medianOf(stretches),
+                                                                       medianOf(skews), scatterOf(skews)};
     if (isTrusted && isFarOff(fits[without].skew)) {
         known.skew.error *= kFirm;
     }

@@ -10,9 +10,10 @@ namespace KxInspect::detail {
 
 /// How the profiles of a sensor lie to the track, which all wheels of a pass share.
 struct StationKnowledge {
-    Estimate shear; ///< lean of the laser plane along the track, mm for each mm down
-    Estimate stretch; ///< by how much places are longer than they should be
-    Estimate skew; ///< turn of the laser plane, mm along the track for each mm across
+    ValueWithError shear; ///< lean of the laser plane along the track, mm for each mm down
+    ValueWithError stretch; ///< by how much places are longer than they should be
+    ValueWithError skew; ///< turn of the laser plane, mm along the track for each mm across
+    double skewScatter = 0.0; ///< how much single wheels differ in what they tell about the skew; 0 when unknown
 };
 
 /// What is known before any profile is looked at.
@@ -22,8 +23,8 @@ StationKnowledge knowledgeOf(const LaserPlane& plane);
 struct RoundnessFit {
     std::optional<AxleFit> axle; ///< absent without a fit
     TreadTable table;
-    Estimate skew; ///< as StationKnowledge::skew
-    Estimate stretch; ///< as StationKnowledge::stretch
+    ValueWithError skew; ///< as StationKnowledge::skew
+    ValueWithError stretch; ///< as StationKnowledge::stretch
     std::string reason; ///< empty with a fit
 };
 

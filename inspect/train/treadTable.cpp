@@ -226,7 +226,10 @@ bool TreadTable::straighten() {
             sums.add({lean.sine, lean.cosine, 1.0}, lean.slope.value,
                      lean.slope.weight * (1.0 - u * u) * (1.0 - u * u));
         }
-        const double square = std::max(noise * noise, 1e-12);
+        double square = std::max(noise * noise, 1e-12);
+        if (const auto alone = sums.inverse()) {
+            square = std::max(square, tips_.skewScatter * tips_.skewScatter / (*alone)[0][0]);
+        }
         sums.add({1.0, 0.0, 0.0}, tips_.skew.value - skew_, square / (tips_.skew.error * tips_.skew.error));
         sums.add({0.0, 1.0, 0.0}, -tilt_, square / (kMostTilt * kMostTilt));
         const auto solved = sums.solve();
@@ -346,7 +349,7 @@ void TreadTable::findCommonChange() {
     }
 }
 
-double TreadTable::errorOf(const Row& row, int shown, const Change& change) const {
+double TreadTable::noiseOf(const Row& row, int shown) const {
     // The lines through the points of neighbouring stations share half of them, so that the errors r of neighbours are
     // correlated by 1/2. The variance of the median of n normal values is pi / 2 n times the mean over them of the sum of
     // 2 / pi asin(r) over all others (of the signs of two: W. F. Sheppard, 1899): pi / 2 (1 + 2 / 3) / n here.
@@ -354,6 +357,10 @@ double TreadTable::errorOf(const Row& row, int shown, const Change& change) cons
     const double points = kShared * row.noise / std::sqrt(shown);
     const bool isStill = isByChance(axle_.scatter, tips_.noise, static_cast<std::size_t>(tips_.count));
     const double moved = isStill ? 0.0 : axle_.scatter * axle_.scatter - tips_.noise * tips_.noise;
+    return std::sqrt(points * points + moved);
+}
+
+double TreadTable::errorOf(double noise, const Change& change) const {
     const std::size_t ofAxle = axle_.value.size();
     double fit = 0.0;
     for (std::size_t i = 0; i < change.size(); ++i) {
@@ -365,7 +372,7 @@ double TreadTable::errorOf(const Row& row, int shown, const Change& change) cons
                             : 0.0;
         }
     }
-    return std::sqrt(points * points + moved + std::max(0.0, fit));
+    return std::sqrt(noise * noise + std::max(0.0, fit));
 }
 
 std::vector<BandRadius> TreadTable::deviations(const Band& band) const {
@@ -384,8 +391,9 @@ std::vector<BandRadius> TreadTable::deviations(const Band& band) const {
     const double middle = median(effects);
     std::vector<BandRadius> result;
     for (std::size_t i = 0; i < shown.size(); ++i) {
+        const double noise = noiseOf(*shown[i], shownOf(shown[i]->radius, band));
         result.push_back({shown[i]->profile, shown[i]->fromAxle, effects[i] - middle,
-                          errorOf(*shown[i], shownOf(shown[i]->radius, band), differenceOf(changes[i], mean))});
+                          errorOf(noise, differenceOf(changes[i], mean)), noise});
     }
     return result;
 }

@@ -31,6 +31,7 @@ struct BandRadius {
     double fromAxle; ///< mm, negative before it
     double deviation; ///< of the radius from the median of all profiles, mm
     double error; ///< its standard error, mm
+    double noise; ///< the part of it that is independent of the other profiles, mm
 };
 
 /// What is known of the tips of the flange beside their circle.
@@ -39,7 +40,10 @@ struct TipView {
     /// Standard error of a tip from the noise of its points; what they scatter more is movement of whole profiles.
     double noise;
     int count; ///< of the tips
-    Estimate skew; ///< what is known of the shift of the rings of the wheel along the track for each mm across
+    ValueWithError skew; ///< what is known of the shift of the rings of the wheel along the track for each mm across
+    /// How much wheels of the station differ in it. Dirt leans the tread of many profiles alike, which the scatter of the
+    /// profiles of one wheel does not show.
+    double skewScatter;
 };
 
 /// The radius of the tread at each station in each profile.
@@ -65,7 +69,7 @@ public:
     std::vector<BandRadius> deviations(const Band& band) const;
 
     /// The shift of the rings along the track for each mm across. After compare().
-    Estimate skew() const { return {skew_, std::sqrt(straightness_[0][0])}; }
+    ValueWithError skew() const { return {skew_, std::sqrt(straightness_[0][0])}; }
 
     /// The radius at the tape circle, or what is nearest to it; mm.
     double treadRadius() const;
@@ -93,7 +97,8 @@ private:
     /// What is common to the stations of a band, apart from what is common to all rows.
     Change changeOf(const Row& row, const Band& band) const;
     void findCommonChange();
-    double errorOf(const Row& row, int shown, const Change& change) const;
+    double noiseOf(const Row& row, int shown) const;
+    double errorOf(double noise, const Change& change) const;
 
     std::vector<Row> rows_;
     Stations common_ = {};

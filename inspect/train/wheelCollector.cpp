@@ -7,6 +7,14 @@
 
 namespace KxInspect::detail {
 
+namespace {
+
+bool isFinite(const KxMath::KxPointXY& point) {
+    return std::isfinite(point.x) && std::isfinite(point.y);
+}
+
+} // namespace
+
 void WheelCollector::notePlace(float z) {
     const bool isFirst = profileRecords_ == 1;
     isSorted_ = isSorted_ && std::isfinite(z) && (isFirst || lastPlace_ <= z);
@@ -15,8 +23,9 @@ void WheelCollector::notePlace(float z) {
 }
 
 void WheelCollector::countPoints(const PointList& points) {
+    levelCount_.recorded += points.size();
     for (const KxMath::KxPointXY& p : points) {
-        if (std::isfinite(p.x) && std::isfinite(p.y)) {
+        if (isFinite(p)) {
             ++levelCount_.points;
             levelCount_.below += level_.k * p.x + level_.b > p.y ? 1 : 0;
             levelCount_.lowest = std::min(levelCount_.lowest, p.y);
@@ -34,7 +43,9 @@ void WheelCollector::add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record) 
     }
     countPoints(record.points);
     sample_.add(record.points);
-    if (detector_.add(record)) { // cleans the points
+    const bool isOfWheel = detector_.add(record); // cleans the points
+    levelCount_.cleaned += std::count_if(record.points.cbegin(), record.points.cend(), isFinite);
+    if (isOfWheel) {
         if (detector_.profile() == 1) {
             const int number = cloudSections_ + profileRecords_;
             wheels_.push_back({number, {}, {}});

@@ -33,7 +33,9 @@ struct WheelStart {
 
 /// How the points of a recording lie to the level line.
 struct LevelCount {
+    qint64 recorded = 0; ///< all
     qint64 points = 0; ///< those that are finite
+    qint64 cleaned = 0; ///< of them left by the filters of the detection
     qint64 below = 0; ///< of them below the line
     float lowest = std::numeric_limits<float>::infinity(); ///< y, mm
     float highest = -std::numeric_limits<float>::infinity();

@@ -2,6 +2,7 @@
 #include "inspect/train/wheelRoundness.h"
 
 #include "inspect/fitting/median.h"
+#include "inspect/train/dirtOnTread.h"
 #include "inspect/train/roundnessFit.h"
 
 #include <QtCore/QString>
@@ -23,10 +24,7 @@ struct Runs {
 
 /// How far off counts.
 double limitOf(const BandRadius& radius, const DefectLimits& limits) {
-    // Far out in the tail of the normal distribution: some dozens of values of a wheel could exceed it, which are not
-    // independent; in 10,000 wheels less than one does.
-    constexpr double kErrors = 5.0;
-    return std::max(static_cast<double>(limits.maxRadiusDeviation), kErrors * radius.error);
+    return std::max(static_cast<double>(limits.maxRadiusDeviation), kLimitErrors * radius.error);
 }
 
 Runs runsOf(const std::vector<BandRadius>& radii, const DefectLimits& limits) {
@@ -70,37 +68,53 @@ struct Judgement {
     Band band;
     std::vector<BandRadius> radii;
     Runs runs;
+    bool isDirt = false; ///< dirt explains what is off
+
+    bool isOff() const { return !runs.profiles.empty(); }
 };
 
-/// Judges the whole width that is seen and, where that is round, bands of it: flats may be narrow, and of those that are
-/// one plane only the edge next to the flange may be in view.
+/// The median of the limits of the profiles.
+double limitOf(const std::vector<BandRadius>& radii, const DefectLimits& limits) {
+    std::vector<double> of;
+    of.reserve(radii.size());
+    for (const BandRadius& r : radii) {
+        of.push_back(limitOf(r, limits));
+    }
+    return median(of);
+}
+
+Judgement judgeBand(const TreadTable& table, const Band& band, const DefectLimits& limits) {
+    Judgement judged = {band, table.deviations(band), {}};
+    judged.runs = runsOf(judged.radii, limits);
+    judged.isDirt =
+        judged.isOff() && isExplainedByDirt(judged.radii, table.treadRadius(), limitOf(judged.radii, limits),
+                                            static_cast<std::size_t>(std::max(1, limits.radiusProfiles)));
+    return judged;
+}
+
+/// Whether a judgement says more than another one: that a part is off, and that dirt does not explain it; then by how much.
+bool tellsMore(const Judgement& a, const Judgement& b) {
+    const auto rank = [](const Judgement& judged) { return !judged.isOff() ? 0 : judged.isDirt ? 1 : 2; };
+    return rank(a) != rank(b) ? rank(a) > rank(b) : rank(a) > 0 && a.runs.largest > b.runs.largest;
+}
+
+/// Judges the whole width that is seen and, where that is round or dirt explains it, bands of it: flats may be narrow, and
+/// of those that are one plane only the edge next to the flange may be in view.
 Judgement judgeBands(const TreadTable& table, const DefectLimits& limits) {
     constexpr std::size_t kWidths[] = {10, 5}; // mm
-    const auto judge = [&](const Band& band) {
-        Judgement judged = {band, table.deviations(band), {}};
-        judged.runs = runsOf(judged.radii, limits);
-        return judged;
-    };
-    const Judgement whole = judge({});
-    Judgement farthest = whole;
+    Judgement farthest = judgeBand(table, {}, limits);
+    if (farthest.isOff() && !farthest.isDirt) {
+        return farthest;
+    }
     for (const std::size_t width : kWidths) {
-        for (std::size_t first = 0; first + width <= Band().width() && whole.runs.profiles.empty();
-             first += width / 2) {
-            Judgement band = judge({first, first + width - 1});
-            const bool isOff = band.radii.size() >= kFewestRadii && !band.runs.profiles.empty();
-            if (isOff && (farthest.runs.profiles.empty() || band.runs.largest > farthest.runs.largest)) {
+        for (std::size_t first = 0; first + width <= Band().width(); first += width / 2) {
+            Judgement band = judgeBand(table, {first, first + width - 1}, limits);
+            if (band.radii.size() >= kFewestRadii && tellsMore(band, farthest)) {
                 farthest = std::move(band);
             }
         }
     }
     return farthest;
-}
-
-/// How far along the circumference from the place that stood on the rail when the axle passed the laser is what a profile
-/// shows, forward positive: behind the axle the wheel has rolled by that distance, and the laser meets it as far behind
-/// its bottom.
-double arcOf(double fromAxle, double radius) {
-    return fromAxle - radius * std::asin(std::clamp(fromAxle / radius, -1.0, 1.0));
 }
 
 /// Runs of successive profiles as parts of the circumference.
@@ -122,20 +136,19 @@ Roundness roundnessOf(const RoundnessFit& fit, const Judgement& judged, const De
     Roundness result;
     result.flangeRadius = static_cast<float>(fit.axle->value[AxleFit::Radius]);
     result.scatter = static_cast<float>(fit.axle->scatter);
-    std::vector<double> of;
     for (const BandRadius& r : judged.radii) {
         result.radii.push_back({r.profile, static_cast<float>(r.fromAxle), static_cast<float>(r.deviation),
                                 interval95(r.deviation, r.error)});
-        of.push_back(limitOf(r, limits));
     }
-    result.limit = static_cast<float>(median(of));
+    result.limit = static_cast<float>(limitOf(judged.radii, limits));
     result.bandFrom = kTreadFrom + static_cast<float>(judged.band.first);
     result.bandTo = kTreadFrom + static_cast<float>(judged.band.last);
     result.seen = seenArcs(judged.radii, fit.table.treadRadius());
     result.profiles = judged.runs.profiles;
     result.largest = static_cast<float>(judged.runs.largest);
     result.largestInterval = interval95(judged.runs.largest, judged.runs.error);
-    result.isOut = !result.profiles.empty();
+    result.isOut = judged.isOff() && !judged.isDirt;
+    result.isDirty = judged.isDirt;
     return result;
 }
 
@@ -164,6 +177,10 @@ RoundnessVerdict judgeFit(const RoundnessFit& fit, const DefectLimits& limits) {
 }
 
 } // namespace
+
+double arcOf(double fromAxle, double radius) {
+    return fromAxle - radius * std::asin(std::clamp(fromAxle / radius, -1.0, 1.0));
+}
 
 std::vector<RoundnessVerdict> judgeRoundness(const std::vector<WheelView>& wheels, const DefectLimits& limits) {
     std::vector<WheelSections> sections;

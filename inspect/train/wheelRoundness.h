@@ -25,6 +25,15 @@ struct RoundnessVerdict {
 /// from the others
 std::vector<RoundnessVerdict> judgeRoundness(const std::vector<WheelView>& wheels, const DefectLimits& limits);
 
+/// How far along the circumference from the place that stood on the rail when the axle passed the laser is what a profile
+/// shows, forward positive: behind the axle the wheel has rolled by that distance, and the laser meets it as far behind
+/// its bottom. Both in mm.
+double arcOf(double fromAxle, double radius);
+
+/// A profile is off when it is so many standard errors off. Far out in the tail of the normal distribution: some dozens of
+/// values of a wheel could exceed it, which are not independent; in 10,000 wheels less than one does.
+inline constexpr double kLimitErrors = 5.0;
+
 /// Fewer profiles that show flange and tread than this are not judged.
 inline constexpr int kFewestRadii = 6;
 

@@ -27,7 +27,7 @@ struct WheelView {
 
 /// The tips of the flange in the profiles that show it.
 struct FlangeTips {
-    std::vector<FlangeTip> tips;
+    std::vector<ProfileTip> tips;
     double across = 0.0; ///< behind the back face, mm; the median
     double error = 0.0; ///< of a tip, from the noise of its points, mm; the median
 };

@@ -288,8 +288,8 @@ QString subtitle(const CalibrationTask& task) {
 
 } // namespace
 
-QString calibrationReport(const CalibrationResult& result) {
-    Page page(QStringLiteral("Pose of a sensor"), subtitle(result.task));
+QString calibrationReport(const CalibrationResult& result, const PageOrigin& origin) {
+    Page page(QStringLiteral("Pose of a sensor"), subtitle(result.task), origin);
     addFacts(page, result);
     for (const std::vector<std::string>& texts : {result.unreadable, result.warnings}) {
         for (const std::string& text : texts) {

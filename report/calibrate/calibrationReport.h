@@ -1,6 +1,8 @@
 // The page of a calibration.
 #pragma once
 
+#include "report/elements/pageOrigin.h"
+
 #include <KxInspect/Calibration.h>
 
 #include <QtCore/QString>
@@ -8,6 +10,6 @@
 namespace kxreport {
 
 /// A self-contained HTML page: the pose, its quality, the profiles and their residuals.
-QString calibrationReport(const KxInspect::CalibrationResult& result);
+QString calibrationReport(const KxInspect::CalibrationResult& result, const PageOrigin& origin = {});
 
 } // namespace kxreport

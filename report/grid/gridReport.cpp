@@ -4,8 +4,10 @@
 #include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/elements/svg.h"
+#include "report/elements/textList.h"
 #include "report/grid/gridPictures.h"
 #include "report/grid/patchTable.h"
+#include "report/view/mapData.h"
 
 #include <QtCore/QFileInfo>
 
@@ -40,7 +42,8 @@ void addFacts(const GridResult& grid, Page& page) {
          {QStringLiteral("Heights in seeds"), percentText(cellsInPatches, grid.heights)}});
 }
 
-void addHeights(const GridResult& grid, Page& page) {
+/// The height map, in three dimensions and with sections where scripts run.
+void addHeights(const GridResult& grid, int level, const ViewSettings& settings, Page& page) {
     const QString scale = isToScale(grid) ? QString() : QStringLiteral(" The scale of x is larger than that of z.");
     page.heading(QStringLiteral("Height map"));
     const int between = grid.map.interpolatedRows;
@@ -49,10 +52,23 @@ void addHeights(const GridResult& grid, Page& page) {
                      : QStringLiteral(" %1 rows are between two profiles, with heights on the straight lines between "
                                       "theirs.")
                            .arg(between);
-    page.figure(heightPicture(grid),
-                QStringLiteral("The height y of each cell. White cells have no height: the neighbouring points of the "
-                               "profile are more than %1 mm apart.%2%3")
-                    .arg(shortestText(grid.map.gap), interpolated, scale));
+    Frame& frame = page.frame();
+    frame.addScripts(
+        textList({QStringLiteral("data"), QStringLiteral("words"), QStringLiteral("colours"), QStringLiteral("plot"),
+                  QStringLiteral("eye"), QStringLiteral("plan"), QStringLiteral("surface"), QStringLiteral("map"),
+                  QStringLiteral("reportMap"), QStringLiteral("main")}));
+    describeNumbers(settings, frame);
+    LeftOut leftOut;
+    const QString without = addMap(grid.map, true, level, settings, frame, leftOut);
+    page.paragraph(QStringLiteral("Heights that the map shows at the cursor and in sections are rounded to %1 mm.")
+                       .arg(settings.resolution));
+    if (!without.isEmpty()) {
+        page.note(without);
+    }
+    page.live(QStringLiteral("live"), heightPicture(grid),
+              QStringLiteral("The height y of each cell. Hatched cells have no height: the neighbouring points of the "
+                             "profile are more than %1 mm apart.%2%3")
+                  .arg(shortestText(grid.map.gap), interpolated, scale));
 }
 
 void addMeans(const GridResult& grid, Page& page) {
@@ -60,7 +76,7 @@ void addMeans(const GridResult& grid, Page& page) {
     page.figure(
         meansPicture(grid),
         QStringLiteral("The mean height of each block of %1 \u00d7 %1 cells, drawn at the middle of the block. The "
-                       "search for seeds uses these means. White: no height in the block%2.")
+                       "search for seeds uses these means. Hatched: no height in the block%2.")
             .arg(QString::number(grid.found.blockSize),
                  grid.found.edgeCut ? QStringLiteral(", or cut away at an edge") : QString()));
 }
@@ -88,19 +104,18 @@ void addPatches(const GridResult& grid, Page& page) {
     }
 }
 
-} // namespace
-
-QString gridReport(const GridResult& grid) {
+QByteArray makePage(const GridResult& grid, const PageOrigin& origin, const ViewSettings& settings, int level) {
     const bool hasPictures = !grid.map.heights.empty();
-    Page page(QStringLiteral("Height map of a scan"), QStringLiteral("%1, %2 records")
-                                                          .arg(QFileInfo(QString::fromStdString(grid.scan)).fileName())
-                                                          .arg(grid.records));
+    Page page(
+        QStringLiteral("Height map of a scan"),
+        QStringLiteral("%1, %2 records").arg(QFileInfo(QString::fromStdString(grid.scan)).fileName()).arg(grid.records),
+        origin);
     addFacts(grid, page);
     for (const std::string& warning : grid.warnings) {
         page.warning(QString::fromStdString(warning));
     }
     if (hasPictures) {
-        addHeights(grid, page);
+        addHeights(grid, level, settings, page);
         addMeans(grid, page);
     }
     page.heading(QStringLiteral("Seeds"));
@@ -110,7 +125,18 @@ QString gridReport(const GridResult& grid) {
                         .arg(searchText(grid.found.search)));
     }
     addPatches(grid, page);
-    return page.html();
+    if (hasPictures) {
+        page.tellTime();
+    }
+    return page.document();
+}
+
+} // namespace
+
+QString gridReport(const GridResult& grid, const PageOrigin& origin) {
+    ViewSettings settings;
+    settings.colours = ColourMap::Heights;
+    return QString::fromUtf8(fittingPage(settings, [&](int level) { return makePage(grid, origin, settings, level); }));
 }
 
 } // namespace kxreport

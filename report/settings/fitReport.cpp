@@ -95,7 +95,7 @@ void addLines(const StationFit& fit, Page& page) {
 }
 
 RawProfiles rawProfilesOf(const FittedSensor& sensor, std::size_t index, bool areTreads) {
-    std::vector<DrawnLine> lines;
+    std::vector<LineOver> lines;
     const auto add = [&](const std::optional<Line>& line, const char* name, const Stroke& stroke) {
         if (line) {
             lines.push_back({*line, QLatin1String(name), stroke});
@@ -104,8 +104,8 @@ RawProfiles rawProfilesOf(const FittedSensor& sensor, std::size_t index, bool ar
     add(sensor.reference, "reference", kReferenceStroke);
     add(sensor.level, "level", kLevelStroke);
     if (areTreads) {
-        add(sensor.treadHigh, "tread, high", {"#1c2630", 1.4, ""});
-        add(sensor.treadLow, "tread, low", {"#1c2630", 1.4, "2 3"});
+        add(sensor.treadHigh, "tread, high", {colour::kInk, 1.4, ""});
+        add(sensor.treadLow, "tread, low", {colour::kInk, 1.4, "2 3"});
     }
     add(sensor.low, "low", kLowStroke);
     return {QStringLiteral("sensor%1").arg(index + 1),
@@ -205,14 +205,14 @@ void addWheels(const StationFit& fit, Page& page) {
 
 } // namespace
 
-QString fitReport(const StationFit& fit) {
+QString fitReport(const StationFit& fit, const PageOrigin& origin) {
     QStringList files;
     for (const FittedSensor& sensor : fit.sensors) {
         for (const std::string& file : sensor.files) {
             files.append(QString::fromStdString(file));
         }
     }
-    Page page(QStringLiteral("Settings of a station"), files.join(QStringLiteral(", ")));
+    Page page(QStringLiteral("Settings of a station"), files.join(QStringLiteral(", ")), origin);
     addFacts(fit, page);
     if (!fit.hasSettings()) {
         page.failure(QString::fromStdString(fit.fault) + QLatin1Char('.'));

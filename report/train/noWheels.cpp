@@ -20,8 +20,8 @@ QString failureText(const PassSide& side, const RawPicture& raw) {
 }
 
 RawProfiles rawProfilesOf(const PassSide& side, const RawPicture& raw) {
-    std::vector<DrawnLine> lines = {{side.level, QStringLiteral("level"), kLevelStroke},
-                                    {side.reference, QStringLiteral("reference"), kReferenceStroke}};
+    std::vector<LineOver> lines = {{side.level, QStringLiteral("level"), kLevelStroke},
+                                   {side.reference, QStringLiteral("reference"), kReferenceStroke}};
     if (raw.low) {
         lines.push_back({*raw.low, QStringLiteral("low"), kLowStroke});
     }

@@ -55,7 +55,7 @@ std::vector<PairColumn> makeColumns() {
     std::vector<PairColumn> columns;
     columns.push_back({QStringLiteral("pair"), QStringLiteral("pair"),
                        [](const PassResult&, size_t index) -> PairValue { return static_cast<int>(index) + 1; }});
-    for (const size_t side : {0, 1}) {
+    for (const size_t side : {0U, 1U}) {
         const auto add = [&](const char* key, const char* title, auto value) {
             columns.push_back(wheelColumn(side, key, title, value));
         };
@@ -103,7 +103,7 @@ std::vector<PairColumn> makeIntervalColumns() {
 
 std::vector<PairColumn> makeDefectColumns() {
     std::vector<PairColumn> columns = {pairColumns().front()};
-    for (const size_t side : {0, 1}) {
+    for (const size_t side : {0U, 1U}) {
         columns.push_back(wheelColumn(side, "judged_profiles", "judged", [](const PassWheel& wheel) {
             return wheel.defects ? PairValue(wheel.defects->judged) : PairValue();
         }));
@@ -129,7 +129,7 @@ std::vector<PairColumn> makeDefectColumns() {
 
 std::vector<PairColumn> makeRoundnessColumns() {
     std::vector<PairColumn> columns = {pairColumns().front()};
-    for (const size_t side : {0, 1}) {
+    for (const size_t side : {0U, 1U}) {
         JudgementColumns judged(columns, side,
                                 [](const PassWheel& wheel) { return wheel.roundness ? &*wheel.roundness : nullptr; });
         judged.add("compared_profiles", "compared",
@@ -140,10 +140,7 @@ std::vector<PairColumn> makeRoundnessColumns() {
         judged.add("radius_deviation_high", "high", [](const Roundness& r) { return r.largestInterval.high; });
         judged.add("roundness_limit", "limit", [](const Roundness& r) { return r.limit; });
         judged.add("seen", "seen", [](const Roundness& r) { return arcsText(r.seen); });
-        judged.add(
-            "roundness", "shape",
-            [](const Roundness& r) { return r.isOut ? QStringLiteral("out of round") : QStringLiteral("round"); },
-            NotJudged());
+        judged.add("roundness", "shape", shapeText, NotJudged());
     }
     return columns;
 }

@@ -49,11 +49,10 @@ std::optional<double> expectedPlace(const PassResult& pass, const AxleNumber& ax
     return *nearest->place + perAxle * (*axle.axle - *nearest->axle.axle);
 }
 
-DrawnWheel drawnWheel(const SheetRow& row) {
-    const Mark mark = markOf(row.verdict);
-    return {mark, idOf(row),
-            kxreport::nameOf(row) + QStringLiteral(": ") + wordOf(mark) +
-                (row.isDoubtful ? QStringLiteral(", doubtful") : QString())};
+DrawnWheel drawnWheel(const WheelVerdict& verdict) {
+    return {verdict.mark, idOf(*verdict.row),
+            kxreport::nameOf(*verdict.row) + QStringLiteral(": ") + wordOf(verdict.mark) +
+                (verdict.row->isDoubtful ? QStringLiteral(", doubtful") : QString())};
 }
 
 /// Collects the axles of the rows, two of which are one axle.
@@ -65,7 +64,9 @@ public:
         }
     }
 
-    void add(const SheetRow& first, const SheetRow& second) {
+    void add(const WheelVerdict& firstVerdict, const WheelVerdict& secondVerdict) {
+        const SheetRow& first = *firstVerdict.row;
+        const SheetRow& second = *secondVerdict.row;
         DrawnAxle axle;
         axle.isSeen = first.pair > 0;
         axle.label = axle.isSeen && !first.axle.axle ? QString::number(first.pair)
@@ -81,7 +82,8 @@ public:
         axle.place = *place;
         // The head of the train is on the left, so that its left side is below.
         const bool isLeftFirst = first.trackSide == TrackSide::Left;
-        axle.wheels = {drawnWheel(isLeftFirst ? second : first), drawnWheel(isLeftFirst ? first : second)};
+        axle.wheels = {drawnWheel(isLeftFirst ? secondVerdict : firstVerdict),
+                       drawnWheel(isLeftFirst ? firstVerdict : secondVerdict)};
         train_.sides = {sideOf(isLeftFirst ? second : first, 1), sideOf(isLeftFirst ? first : second, 2)};
         train_.axles.push_back(axle);
     }
@@ -106,10 +108,10 @@ private:
 
 } // namespace
 
-void addTrain(const PassResult& pass, const std::vector<SheetRow>& rows, Page& page) {
+void addTrain(const PassResult& pass, const std::vector<WheelVerdict>& verdicts, Page& page) {
     TrainPicture picture(pass);
-    for (std::size_t i = 0; i + 1 < rows.size(); i += 2) {
-        picture.add(rows[i], rows[i + 1]);
+    for (std::size_t i = 0; i + 1 < verdicts.size(); i += 2) {
+        picture.add(verdicts[i], verdicts[i + 1]);
     }
     const int hidden = picture.hidden();
     const QString svg = trainDrawing(picture.take(), QStringLiteral("The train as it passed"));

@@ -2,14 +2,13 @@
 #pragma once
 
 #include "report/elements/page.h"
-
-#include <KxInspect/PassSheet.h>
+#include "report/train/wheelVerdicts.h"
 
 #include <vector>
 
 namespace kxreport {
 
 /// Adds the picture: vehicles as they passed, the first one on the left, with a mark for each wheel that links to its row.
-void addTrain(const KxInspect::PassResult& pass, const std::vector<KxInspect::SheetRow>& rows, Page& page);
+void addTrain(const KxInspect::PassResult& pass, const std::vector<WheelVerdict>& verdicts, Page& page);
 
 } // namespace kxreport

@@ -18,6 +18,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+#include <variant>
 
 namespace kxreport {
 
@@ -86,14 +88,18 @@ std::vector<PassSide> wholeRecordings(const PassResult& pass) {
 
 void addRecordings(const PassResult& pass, Page& page) {
     std::vector<std::vector<Cell>> rows;
-    for (const PassSide& side : wholeRecordings(pass)) {
-        rows.push_back({{QString::fromStdString(side.file)},
-                        {QStringLiteral("SENSOR%1").arg(side.sensor)},
-                        {QString::number(side.serial)},
-                        {QString::number(side.bytes)},
-                        {QString::number(side.cloudSections)},
-                        {QString::number(side.profileRecords)},
-                        {QString::number(side.wheels.size())}});
+    for (const auto* const sides : {&pass.sides, &pass.further}) {
+        for (const PassSide& side : *sides) {
+            const bool isWhole = side.missing.empty();
+            const auto ifWhole = [&](auto count) { return isWhole ? QString::number(count) : QStringLiteral("-"); };
+            rows.push_back({{side.file.empty() ? QStringLiteral("none given") : QString::fromStdString(side.file)},
+                            {QStringLiteral("SENSOR%1").arg(side.sensor)},
+                            {QString::number(side.serial)},
+                            {side.bytes > 0 ? QString::number(side.bytes) : QStringLiteral("-")},
+                            {ifWhole(side.cloudSections)},
+                            {ifWhole(side.profileRecords)},
+                            {isWhole ? QString::number(side.wheels.size()) : QStringLiteral("not measured")}});
+        }
     }
     page.table({QStringLiteral("Recording"), QStringLiteral("Sensor"), QStringLiteral("Serial number"),
                 QStringLiteral("Bytes"), QStringLiteral("Cloud sections"), QStringLiteral("Profile records"),
@@ -121,7 +127,7 @@ void addWheels(const PassResult& pass, size_t side, double row, const char* colo
                         .arg(wheel->lastRecord()));
         const double middle = (from + to) / 2;
         if (middle - smallestForNumber / 2 > labelEnd) {
-            plot.addText({middle, row + kHalfHeight + 0.13}, QString::number(wheel->number), "#3a4652", 10);
+            plot.addText({middle, row + kHalfHeight + 0.13}, QString::number(wheel->number), colour::kInk, 10);
             labelEnd = middle + smallestForNumber / 2;
         }
     }
@@ -272,13 +278,77 @@ void addIdentity(const PassResult& pass, Page& page) {
     page.paragraph(QStringLiteral("Measured by version %1.").arg(QString::fromStdString(pass.identity.version)));
 }
 
+/// What became of points and profiles on the way to the measures.
+void addDataQuality(const PassResult& pass, Page& page) {
+    std::vector<std::vector<Cell>> rows;
+    for (const auto* const sides : {&pass.sides, &pass.further}) {
+        for (const PassSide& side : *sides) {
+            int inWheels = 0;
+            for (const PassWheel& wheel : side.wheels) {
+                inWheels += wheel.profiles;
+            }
+            std::vector<Cell> row = {{QStringLiteral("SENSOR%1").arg(side.sensor)},
+                                     {QString::number(side.records())},
+                                     {QString::number(inWheels)},
+                                     {side.points ? QString::number(side.points->recorded) : QStringLiteral("-")}};
+            const PointCounts points = side.points.value_or(PointCounts());
+            for (const auto& [part, all] : {std::pair(points.missing, points.recorded),
+                                            std::pair(points.removed, points.recorded - points.missing),
+                                            std::pair(points.below, points.recorded - points.missing)}) {
+                const double percent = 100.0 * static_cast<double>(part) / static_cast<double>(all);
+                row.push_back({!side.points || all == 0
+                                   ? QStringLiteral("-")
+                                   : QStringLiteral("%1 (%2 %)").arg(part).arg(percent, 0, 'f', 2)});
+            }
+            rows.push_back(row);
+        }
+    }
+    page.heading(QStringLiteral("Quality of the data"));
+    page.table({QStringLiteral("sensor"), QStringLiteral("profiles recorded"), QStringLiteral("profiles of wheels"),
+                QStringLiteral("points recorded"), QStringLiteral("missing"), QStringLiteral("removed by the filters"),
+                QStringLiteral("below the level line")},
+               rows, 1);
+    page.paragraph(
+        QStringLiteral("Missing points have no finite x and y; the other shares are of the rest. The filters "
+                       "of the detection remove noise and, in mode 3, straight parts; points below the level "
+                       "line are counted before them. How many profiles each measure is taken from is in the "
+                       "sheet."));
+}
+
+/// All values that were in force, also those that no file gives.
+void addSettings(const PassResult& pass, Page& page) {
+    std::vector<std::vector<Cell>> rows;
+    const auto add = [&](const char* of, const SettingsIdentity& settings) {
+        std::vector<SettingValue> values = settings.values;
+        std::sort(values.begin(), values.end(), [](const auto& a, const auto& b) { return a.key < b.key; });
+        for (const SettingValue& setting : values) {
+            const auto* const number = std::get_if<double>(&setting.value);
+            rows.push_back({{QLatin1String(of)},
+                            {QString::fromStdString(setting.key)},
+                            {number != nullptr ? QString::number(*number, 'g', 9)
+                                               : QString::fromStdString(std::get<std::string>(setting.value))}});
+        }
+    };
+    add("station", pass.identity.settings);
+    if (pass.identity.defects) {
+        add("defects", *pass.identity.defects);
+    }
+    if (rows.empty()) {
+        return;
+    }
+    page.heading(QStringLiteral("Settings that were measured with"));
+    constexpr int kTextColumns = 2;
+    page.table({QStringLiteral("of"), QStringLiteral("key"), QStringLiteral("value")}, rows, kTextColumns);
+}
+
 } // namespace
 
-QString passReport(const PassResult& pass) {
+QString passReport(const PassResult& pass, const PageOrigin& origin) {
     Page page(QStringLiteral("Wheels of a train"),
               QStringLiteral("%1 and %2, settings %3, mode %4")
                   .arg(QString::fromStdString(pass.sides[0].name), QString::fromStdString(pass.sides[1].name),
-                       QString::fromStdString(pass.settings), QString::number(pass.mode)));
+                       QString::fromStdString(pass.settings), QString::number(pass.mode)),
+              origin);
     if (const QString identity = identityText(pass); !identity.isEmpty()) {
         page.paragraph(identity);
     }
@@ -289,6 +359,7 @@ QString passReport(const PassResult& pass) {
     }
     addRawProfiles(pass, page);
     addRecordings(pass, page);
+    addDataQuality(pass, page);
     addWheelsAlongPass(pass, page);
     addDistances(pass, page);
     addVehicles(pass, page);
@@ -301,6 +372,7 @@ QString passReport(const PassResult& pass) {
     }
     addWheelSections(pass, page);
     addIdentity(pass, page);
+    addSettings(pass, page);
     return page.html();
 }
 

@@ -1,6 +1,8 @@
 // A pass as an HTML page with plots.
 #pragma once
 
+#include "report/elements/pageOrigin.h"
+
 #include <KxInspect/PassResult.h>
 
 #include <QtCore/QString>
@@ -8,6 +10,6 @@
 namespace kxreport {
 
 /// The page, with the profiles of the pairs that the result holds pictures of.
-QString passReport(const KxInspect::PassResult& pass);
+QString passReport(const KxInspect::PassResult& pass, const PageOrigin& origin = {});
 
 } // namespace kxreport

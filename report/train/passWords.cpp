@@ -127,10 +127,17 @@ QString roundnessLimitsText(const PassResult& pass) {
     const DefectLimits& limits = *pass.defectLimits;
     return QStringLiteral(
                "a wheel is out of round with %1 successive profiles whose tread is more than %2 mm off the "
-               "circle to one side, or than five times its standard error; seen are parts of the "
+               "circle to one side, or than five times its standard error, unless dirt of 0.1 mm explains it as "
+               "well as a flat (dirty); seen are parts of the "
                "circumference, from the place that stands on the rail before the sensor, nothing is known of "
                "the rest")
         .arg(QString::number(limits.radiusProfiles), shortestText(limits.maxRadiusDeviation));
+}
+
+QString shapeText(const KxInspect::Roundness& roundness) {
+    return roundness.isOut     ? QStringLiteral("out of round")
+           : roundness.isDirty ? QStringLiteral("round, dirty")
+                               : QStringLiteral("round");
 }
 
 QString arcsText(const std::vector<SeenArc>& arcs) {

@@ -37,10 +37,13 @@ QString pairsText(const std::vector<int>& ascending);
 /// When a wheel is defective; for passes in which defects were looked for, as the next one.
 QString defectLimitsText(const KxInspect::PassResult& pass);
 
+/// "round", "out of round", or "round, dirty" where dirt explains what is off.
+QString shapeText(const KxInspect::Roundness& roundness);
+
 /// When a wheel is out of round.
+QString roundnessLimitsText(const KxInspect::PassResult& pass);
+
 /// Parts of the circumference in whole mm: "from -21 to -4, from 4 to 20"; empty for none.
 QString arcsText(const std::vector<KxInspect::SeenArc>& arcs);
-
-QString roundnessLimitsText(const KxInspect::PassResult& pass);
 
 } // namespace kxreport

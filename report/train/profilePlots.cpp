@@ -51,7 +51,7 @@ QString profilePlot(const ShownWheel& shown) {
         plot.addStraight(static_cast<double>(line.slope), static_cast<double>(line.intercept), stroke, legend);
     };
     plot.addDots(all, colour::kPale, 1.5, QStringLiteral("all profiles"));
-    plot.addDots(chosen, "#1c2630", 1.8, QStringLiteral("chosen"));
+    plot.addDots(chosen, colour::kInk, 1.8, QStringLiteral("chosen"));
     plot.addDots(toPoints(shown.picture.half), colour::kBlue, 2.6, QStringLiteral("fitted half"));
     straight(level, {colour::kOrange, 1.6, ""}, QStringLiteral("level"));
     if (shown.picture.low) {

@@ -36,7 +36,7 @@ QString draw(const RawProfiles& raw, const QString& id, Range x, Range y) {
     if (!below.empty()) {
         plot.addDots(below, raw.below, 1.6, QStringLiteral("below it"));
     }
-    for (const DrawnLine& line : raw.lines) {
+    for (const LineOver& line : raw.lines) {
         plot.addStraight(static_cast<double>(line.line.slope), static_cast<double>(line.line.intercept), line.stroke,
                          line.name);
     }

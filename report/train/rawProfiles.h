@@ -12,7 +12,7 @@
 namespace kxreport {
 
 /// A line over the profiles.
-struct DrawnLine {
+struct LineOver {
     KxInspect::Line line;
     QString name;
     Stroke stroke;
@@ -29,7 +29,7 @@ struct RawProfiles {
     QString title;
     const std::vector<KxInspect::Point>& points;
     std::optional<KxInspect::Line> level; ///< absent: no point is below
-    std::vector<DrawnLine> lines; ///< all that are drawn, the level line among them
+    std::vector<LineOver> lines; ///< all that are drawn, the level line among them
     const char* below = colour::kBlue;
 };
 

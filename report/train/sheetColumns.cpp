@@ -3,6 +3,7 @@
 
 #include "report/elements/numbers.h"
 #include "report/elements/textList.h"
+#include "report/train/passWords.h"
 
 #include <algorithm>
 #include <limits>
@@ -245,9 +246,7 @@ std::vector<SheetColumn> makeColumns() {
                    : PairValue();
     }));
     columns.push_back(ofShape("shape", "shape", [](const PassWheel& wheel) {
-        return wheel.roundness
-                   ? PairValue(wheel.roundness->isOut ? QStringLiteral("out of round") : QStringLiteral("round"))
-                   : PairValue();
+        return wheel.roundness ? PairValue(shapeText(*wheel.roundness)) : PairValue();
     }));
     columns.push_back(dataOfWheel());
     return columns;

@@ -5,14 +5,24 @@
 #include "report/train/passDrawing.h"
 #include "report/train/passWords.h"
 #include "report/train/sheetColumns.h"
+#include "report/train/wheelVerdicts.h"
 
 #include <algorithm>
+#include <map>
+#include <string>
 
 namespace kxreport {
 
 using namespace KxInspect;
 
 namespace {
+
+/// Whether a wheel that is judged by a limit lacks a value that it should have.
+bool isPartly(const SheetRow& row) {
+    const bool isBeyond = row.verdict == LimitVerdict::Alarm || row.verdict == LimitVerdict::Warning;
+    return isBeyond && std::any_of(row.values.begin(), row.values.end(),
+                                   [](const SheetValue& value) { return value.verdict == LimitVerdict::NotMeasured; });
+}
 
 /// The verdict of the pass in words: by limits, and without them what the tolerance says.
 void addVerdict(const PassResult& pass, const std::vector<SheetRow>& rows, Page& page) {
@@ -32,73 +42,53 @@ void addVerdict(const PassResult& pass, const std::vector<SheetRow>& rows, Page&
             .arg(textOf(mark), QString::number(rows.size()), QString::number(count(LimitVerdict::Alarm)),
                  QString::number(count(LimitVerdict::Warning)), QString::number(count(LimitVerdict::NotMeasured)),
                  QString::number(count(LimitVerdict::Ok)));
+    if (const auto partly = std::count_if(rows.begin(), rows.end(), isPartly); partly > 0) {
+        text += QStringLiteral(" Of those with an alarm or a warning %1 not wholly measured, too.")
+                    .arg(partly == 1 ? QStringLiteral("one is") : QStringLiteral("%1 are").arg(partly));
+    }
     if (doubtful > 0) {
         text += QStringLiteral(" Doubtful, since an interval reaches across a limit: %1.").arg(doubtful);
     }
     page.verdict(text, toneOf(mark));
 }
 
-/// "flange thickness (Sd): 24.90 ± 0.12 mm, alarm".
-QString causeOf(const MeasureInfo& measure, const SheetValue& value) {
-    return QStringLiteral("%1: %2 %3, %4%5")
-        .arg(titleOf(measure), valueText(measure, value), QString::fromStdString(measure.unit),
-             wordOf(markOf(value.verdict)), value.isDoubtful == true ? QStringLiteral(", doubtful") : QString());
-}
-
-/// What the wheel is listed for: its values that are beyond limits or doubtful, and what is not measured.
-QString causesOf(const SheetRow& row) {
-    QStringList causes;
-    QStringList missing;
-    for (std::size_t i = 0; i < row.values.size(); ++i) {
-        const MeasureInfo& measure = measureInfos()[i];
-        const SheetValue& value = row.values[i];
-        const bool isOfPart = measure.of == MeasureOf::Bogie || measure.of == MeasureOf::Vehicle;
-        if (isOfPart || !value.verdict) {
-            continue;
-        }
-        if (*value.verdict == LimitVerdict::NotMeasured) {
-            missing.append(titleOf(measure));
-        } else if (*value.verdict != LimitVerdict::Ok || value.isDoubtful == true) {
-            causes.append(causeOf(measure, value));
+/// Warns of sensors that have not contributed to any wheel.
+void addSilentSensors(const PassResult& pass, Page& page) {
+    struct Sensor {
+        bool hasSeen = false;
+        std::string reason = {};
+    };
+    std::map<int, Sensor> sensors;
+    for (const PassWheelMeasures& wheel : pass.wheels) {
+        for (const SensorShare& share : wheel.sensors) {
+            Sensor& sensor = sensors[share.sensor];
+            sensor.hasSeen = sensor.hasSeen || share.profiles > 0;
+            sensor.reason = share.reason;
         }
     }
-    if (!missing.isEmpty()) {
-        causes.append(QStringLiteral("not measured: ") + missing.join(QStringLiteral(", ")));
-    }
-    if (!row.reason.empty()) {
-        causes.append(QString::fromStdString(row.reason));
-    }
-    return causes.join(QLatin1Char('\n'));
-}
-
-int badnessOf(const SheetRow& row) {
-    return 2 * static_cast<int>(row.verdict.value_or(LimitVerdict::Ok)) + (row.isDoubtful ? 1 : 0);
-}
-
-void addWorst(const std::vector<SheetRow>& rows, Page& page) {
-    constexpr std::size_t kMost = 10;
-    std::vector<const SheetRow*> worst;
-    for (const SheetRow& row : rows) {
-        if (badnessOf(row) > 0) {
-            worst.push_back(&row);
+    for (const auto& [number, sensor] : sensors) {
+        if (!sensor.hasSeen) {
+            page.warning(
+                QStringLiteral("SENSOR%1 of %2 sensors contributed nothing: %3. What only it sees of wheels is not "
+                               "measured.")
+                    .arg(QString::number(number), QString::number(sensors.size()),
+                         QString::fromStdString(sensor.reason)));
         }
     }
-    if (worst.empty()) {
-        return;
-    }
-    std::stable_sort(worst.begin(), worst.end(),
-                     [](const SheetRow* a, const SheetRow* b) { return badnessOf(*a) > badnessOf(*b); });
+}
+
+/// A verdict for each wheel, the worst first.
+void addWheelVerdicts(const std::vector<WheelVerdict>& verdicts, Page& page) {
     std::vector<std::vector<Cell>> cells;
-    for (std::size_t i = 0; i < std::min(kMost, worst.size()); ++i) {
-        const Mark mark = markOf(worst[i]->verdict);
-        cells.push_back({{nameOf(*worst[i])}, {textOf(mark), toneOf(mark)}, {causesOf(*worst[i])}});
+    for (const WheelVerdict& verdict : worstFirst(verdicts)) {
+        const QString doubt = verdict.row->isDoubtful ? QStringLiteral(" (doubtful)") : QString();
+        const QString causes = verdict.causes.join(QLatin1Char('\n'));
+        cells.push_back({{nameOf(*verdict.row)},
+                         {textOf(verdict.mark) + doubt, toneOf(verdict.mark)},
+                         {causes.isEmpty() ? QStringLiteral("-") : causes}});
     }
-    page.heading(QStringLiteral("Worst wheels"));
+    page.heading(QStringLiteral("Verdict on each wheel, the worst first"));
     page.table(textList({QStringLiteral("wheel"), QStringLiteral("verdict"), QStringLiteral("why")}), cells, 3);
-    if (worst.size() > kMost) {
-        page.paragraph(
-            QStringLiteral("%1 more wheels are not ok or doubtful: see the sheet.").arg(worst.size() - kMost));
-    }
 }
 
 void addRows(const PassResult& pass, const std::vector<SheetRow>& rows, Page& page) {
@@ -147,8 +137,8 @@ QString intervalsText(const std::vector<SheetRow>& rows) {
     if (hasNoiseOnly) {
         text += hasPoses ? QStringLiteral(" Of some wheels they hold noise only.")
                          : QStringLiteral(
-                               " Intervals of diameters and sections hold noise only, not how far the poses of the "
-                               "sensors may be off.");
+                               " Intervals of diameters and sections hold noise only: the settings do not say how "
+                               "far the poses of the sensors may be off.");
     }
     return text;
 }
@@ -158,11 +148,13 @@ QString intervalsText(const std::vector<SheetRow>& rows) {
 void addSheet(const PassResult& pass, Page& page) {
     const std::vector<SheetRow> rows = sheetOf(pass);
     addVerdict(pass, rows, page);
+    addSilentSensors(pass, page);
     if (rows.empty()) {
         return;
     }
-    addTrain(pass, rows, page);
-    addWorst(rows, page);
+    const std::vector<WheelVerdict> verdicts = wheelVerdicts(pass, rows);
+    addWheelVerdicts(verdicts, page);
+    addTrain(pass, verdicts, page);
     addRows(pass, rows, page);
     page.paragraph(intervalsText(rows));
     for (const QString& note : notesOfSheet(rows)) {

@@ -18,13 +18,16 @@ namespace {
 
 constexpr std::array kCommands = {
     Command{"simulate", "write the recordings of a simulated train, and the truth about it", runSimulate},
-    Command{"train", "measure the wheels of a train and their back-to-back distances from two recordings", runTrain},
+    Command{"train", "measure the wheels of a passing train and their distances from its recordings", runTrain},
     Command{"watch", "measure each pass whose recordings are complete in a folder, once", runWatch},
     Command{"settings", "make, check or find the settings of a station", runSettings},
     Command{"conicity", "calculate the equivalent conicity of a wheel-set on a track from four profiles", runConicity},
     Command{"wheel", "measure flange height and flange thickness from wheel profiles", runWheel},
     Command{"calibrate", "find the pose of a sensor from profiles of the calibration object", runCalibrate},
     Command{"grid", "make a height map of a scan, with block means and flat patches", runGrid},
+    Command{"view", "show what a file holds as a page: profiles, scans, clouds, results", runView},
+    Command{"profile", "run operations on a profile, one after the other: before and after, fits, features",
+            runProfile},
     Command{"info", "list what files hold: kinds, counts, ranges, the first bad byte", runInfo},
     Command{"convert", "convert points from one kind of file to another", runConvert},
 };

@@ -25,9 +25,11 @@ int runConicity(const QStringList& arguments);
 int runConvert(const QStringList& arguments);
 int runGrid(const QStringList& arguments);
 int runInfo(const QStringList& arguments);
+int runProfile(const QStringList& arguments);
 int runSettings(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runTrain(const QStringList& arguments);
+int runView(const QStringList& arguments);
 int runWatch(const QStringList& arguments);
 int runWheel(const QStringList& arguments);
 

@@ -274,7 +274,7 @@ int run(const Arguments& a) {
     progress.wipe();
     const ExitCode code = printFaults(result);
     if (a.report.isWanted()) {
-        a.report.write(kxreport::calibrationReport(result));
+        a.report.write(kxreport::calibrationReport(result, a.report.origin()));
     }
     if (a.json.isWanted()) {
         a.json.write(QString::fromStdString(toJson(result)));

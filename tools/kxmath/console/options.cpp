@@ -6,6 +6,7 @@
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/helpText.h"
+#include "tools/kxmath/console/reportOrigin.h"
 
 #include <QtCore/QCoreApplication>
 
@@ -17,6 +18,35 @@ namespace kxtool {
 namespace {
 
 const QString kHelp = QStringLiteral("help");
+constexpr const char* kReport = "report";
+const QString kShort = QStringLiteral("o");
+
+/// What -o is short for: the name of an option, or of an argument, which is in capitals.
+struct MainOutput {
+    const char* command;
+    const char* name;
+};
+
+constexpr MainOutput kMainOutputs[] = {
+    {"simulate", "DIR"},       {"train", "out"},     {"watch", "out"},   {"settings init", "FILE"},
+    {"settings fit", "write"}, {"conicity", "json"}, {"wheel", "json"},  {"calibrate", "json"},
+    {"grid", "out"},           {"view", "out"},      {"profile", "out"}, {"info", "json"},
+    {"convert", "OUT"},
+};
+
+QString mainOutputOf(const char* command) {
+    for (const MainOutput& output : kMainOutputs) {
+        if (qstrcmp(output.command, command) == 0) {
+            return QLatin1String(output.name);
+        }
+    }
+    return {};
+}
+
+bool isArgument(const QString& mainOutput) {
+    return !mainOutput.isEmpty() && mainOutput[0].isUpper();
+}
+
 constexpr double kLargest = static_cast<double>(std::numeric_limits<float>::max());
 
 QString optionText(const char* name) {
@@ -75,10 +105,43 @@ QString suggestion(const QString& name, const QStringList& known, const char* pr
 }
 
 Options::Options(const char* command, const char* usage, const QString& description, const char* details)
-    : command_(command), usage_(usage), details_(details) {
+    : command_(command), usage_(usage), details_(details), mainOutput_(mainOutputOf(command)) {
     parser_.setApplicationDescription(description);
     parser_.addOption({kxreport::textList({QStringLiteral("h"), kHelp}), QStringLiteral("Prints this text.")});
     names_ += kHelp;
+    if (isArgument(mainOutput_)) {
+        parser_.addOption({kShort, QStringLiteral("The same as the argument %1.").arg(mainOutput_), mainOutput_});
+    }
+}
+
+void Options::declare(const char* name, const QString& help, const char* value, const QString& byDefault) {
+    const QString longName = QLatin1String(name);
+    QStringList names;
+    if (longName == mainOutput_) {
+        names.append(kShort);
+    }
+    names.append(longName);
+    parser_.addOption({names, help, QLatin1String(value), byDefault});
+    names_.append(longName);
+}
+
+/// Refuses a value that is written behind -o without a blank: most of them are long options with one dash too few.
+void Options::refuseAttached(const QStringList& arguments) const {
+    if (mainOutput_.isEmpty()) {
+        return;
+    }
+    const QStringList values = parser_.values(kShort);
+    for (const QString& argument : arguments) {
+        constexpr qsizetype kDashAndLetter = 2;
+        const QString value = argument.mid(kDashAndLetter);
+        if (argument.startsWith(QStringLiteral("-o")) && !value.isEmpty() && values.contains(value)) {
+            const QString name = argument.mid(1).section(QLatin1Char('='), 0, 0);
+            const QString meant = suggestion(name, names_, "--");
+            fail(QStringLiteral("unknown option '%1'%2%3")
+                     .arg(argument, meant,
+                          meant.isEmpty() ? QStringLiteral(": -o needs a blank before its value") : QString()));
+        }
+    }
 }
 
 void Options::addArgument(const char* name, const QString& help) {
@@ -86,16 +149,18 @@ void Options::addArgument(const char* name, const QString& help) {
 }
 
 void Options::addFlag(const char* name, const QString& help) {
-    parser_.addOption({QLatin1String(name), help});
-    names_ += QLatin1String(name);
+    declare(name, help, "", {});
 }
 
 void Options::addOption(const char* name, const QString& help, const char* value, const QString& byDefault) {
-    parser_.addOption({QLatin1String(name), help, QLatin1String(value), byDefault});
-    names_ += QLatin1String(name);
+    declare(name, help, value, byDefault);
+    if (QLatin1String(name) == QLatin1String(kReport)) {
+        declare("note", QStringLiteral("A note of the operator, which the page of --report begins with."), "TEXT", {});
+    }
 }
 
 bool Options::parse(const QStringList& arguments) {
+    arguments_ = arguments;
     const bool isUnderstood = parser_.parse(arguments);
     if (const QStringList unknown = parser_.unknownOptionNames(); !unknown.isEmpty()) {
         const bool isShort = unknown.front().size() == 1;
@@ -108,6 +173,7 @@ bool Options::parse(const QStringList& arguments) {
         why[0] = why[0].toLower();
         fail(why.endsWith(QLatin1Char('.')) ? why.chopped(1) : why);
     }
+    refuseAttached(arguments);
     if (!parser_.isSet(kHelp)) {
         return true;
     }
@@ -132,6 +198,16 @@ QString Options::text(const char* name) const {
 
 const QStringList Options::texts(const char* name) const {
     return parser_.values(QLatin1String(name));
+}
+
+const QStringList Options::namesGiven() const {
+    QStringList names;
+    for (const QString& name : parser_.optionNames()) {
+        if (name != kShort || !isArgument(mainOutput_)) {
+            names.append(name == kShort ? mainOutput_ : name);
+        }
+    }
+    return names;
 }
 
 QString Options::needed(const char* name) const {
@@ -181,15 +257,33 @@ std::vector<float> Options::numbers(const char* name, int count, const Bounds& b
     return values;
 }
 
+/// The values of the options that name outputs.
+QStringList Options::outputNames() const {
+    QStringList names;
+    for (const char* const name : {"report", "json", "csv", "sheet", "map", "out", "output", "write", "set"}) {
+        if (names_.contains(QLatin1String(name))) {
+            names += parser_.values(QLatin1String(name));
+        }
+    }
+    return names;
+}
+
 OutputFile Options::output(const char* name) const {
     if (isSet(name) && text(name).isEmpty()) {
         failNeed(optionText(name), QStringLiteral("the name of a file"), text(name));
     }
-    return {optionText(name), text(name)};
+    OutputFile file(optionText(name), text(name));
+    if (QLatin1String(name) == QLatin1String(kReport) && file.isWanted()) {
+        file.setOrigin(reportOrigin(command_, arguments_, outputNames(), text("note")));
+    }
+    return file;
 }
 
 const QStringList Options::arguments(const char* what, int min, int max) const {
     QStringList given = parser_.positionalArguments();
+    if (isArgument(mainOutput_) && parser_.isSet(kShort)) {
+        given.append(parser_.value(kShort));
+    }
     if (given.size() < min || given.size() > max) {
         if (max == 0) {
             fail(QStringLiteral("unexpected argument '%1'").arg(given.constFirst()));

@@ -30,7 +30,8 @@ QStringList withoutName(const QStringList& arguments);
 
 /// Lists are returned constant: a loop over one that is not would copy it, without a check of the memory in Qt 6.4.
 ///
-/// Declares the options of a command, parses its arguments, and returns checked values. All but the declarations and the
+/// Declares the options of a command, parses its arguments, and returns checked values. -o is short for the main output of
+/// the command: one of its options, or an argument, as a table in options.cpp says. All but the declarations and the
 /// queries isSet() and text() throw a CommandError (WrongUse) that says what the option needs and what it got.
 class Options {
 public:
@@ -56,8 +57,8 @@ public:
     QString text(const char* name) const;
     /// All values of an option that may be given more than once.
     const QStringList texts(const char* name) const;
-    /// The names of all options that were given.
-    const QStringList namesGiven() const { return parser_.optionNames(); }
+    /// The long names of all options that were given, without an -o that stands for an argument.
+    const QStringList namesGiven() const;
 
     /// The value of an option that must be given.
     QString needed(const char* name) const;
@@ -71,7 +72,8 @@ public:
     /// The file that an option names.
     OutputFile output(const char* name) const;
 
-    /// The positional arguments, `min` to `max` of them.
+    /// The positional arguments, `min` to `max` of them; the file or folder of -o, where it stands for an argument, is the
+    /// last one.
     /// @param what names them in the message: "recordings"
     const QStringList arguments(const char* what, int min, int max = std::numeric_limits<int>::max()) const;
 
@@ -88,11 +90,17 @@ public:
     [[noreturn]] void fail(const QString& message) const;
 
 private:
+    QStringList outputNames() const;
+    void declare(const char* name, const QString& help, const char* value, const QString& byDefault);
+    void refuseAttached(const QStringList& arguments) const;
+
     QCommandLineParser parser_;
+    QStringList arguments_;
     QStringList names_; ///< of all options
     const char* command_;
     const char* usage_;
     const char* details_;
+    QString mainOutput_; ///< what -o is short for; empty where there is none
 };
 
 } // namespace kxtool

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <mutex>
 #include <new>
 
 namespace kxtool {
@@ -27,23 +28,23 @@ namespace {
     std::abort();
 }
 
-/// Qt keeps data for each thread, which it makes with the first object that needs them. Without memory for them Qt 6.4
-/// crashes: until they are there, that is how memory runs out.
-void makeThreadData() {
-    struct sigaction action {};
-    struct sigaction before {};
-    action.sa_handler = [](int) { std::_Exit(failMemory()); };
-    sigaction(SIGSEGV, &action, &before);
-    QThread::currentThread();
-    sigaction(SIGSEGV, &before, nullptr);
-}
-
 } // namespace
 
 int failMemory(const char* command) {
     std::fprintf(stderr, "kxmath%s%s: not enough memory\n", command != nullptr ? " " : "", // stderr has no buffer
                  command != nullptr ? command : "");
     return OutOfMemory;
+}
+
+void makeThreadData() {
+    static std::mutex one; // at a time: the handler is the whole program's
+    const std::lock_guard<std::mutex> lock(one);
+    struct sigaction action {};
+    struct sigaction before {};
+    action.sa_handler = [](int) { std::_Exit(failMemory()); };
+    sigaction(SIGSEGV, &action, &before);
+    QThread::currentThread();
+    sigaction(SIGSEGV, &before, nullptr);
 }
 
 void installMemoryGuard() {

@@ -9,4 +9,8 @@ int failMemory(const char* command = nullptr);
 /// Makes also a program end so whose memory runs out where exceptions may not pass.
 void installMemoryGuard();
 
+/// Qt keeps data for each thread, which it makes with the first object that needs them. Without memory for them Qt 6.4
+/// crashes. This makes them, and ends the program in the same way. To be called first in each new thread.
+void makeThreadData();
+
 } // namespace kxtool

@@ -1,11 +1,14 @@
 // The output files of a command.
 #pragma once
 
+#include "report/elements/pageOrigin.h"
+
 #include <KxInspect/Error.h>
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <utility>
 #include <vector>
 
 namespace kxtool {
@@ -20,6 +23,10 @@ public:
     bool isWanted() const { return !name_.isEmpty(); }
     bool isStandardOutput() const { return name_ == QLatin1String("-"); }
 
+    /// What a report says of how it was made; empty for other outputs.
+    const kxreport::PageOrigin& origin() const { return origin_; }
+    void setOrigin(kxreport::PageOrigin origin) { origin_ = std::move(origin); }
+
     /// Writes the whole file as KxInspect::AtomicFile does. Throws an error when writing fails; an existing file then
     /// remains unchanged.
     void write(const QString& content) const;
@@ -31,6 +38,7 @@ private:
 
     QString option_;
     QString name_;
+    kxreport::PageOrigin origin_;
 };
 
 /// Throws a CommandError when an output cannot be written, is one of the inputs, or is named twice. Call it before long

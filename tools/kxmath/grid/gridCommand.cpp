@@ -3,10 +3,13 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/workFolder.h"
 #include "tools/kxmath/grid/gridOptions.h"
 #include "tools/kxmath/grid/gridText.h"
+
+#include <KxInspect/HeightMapFile.h>
 
 #include <memory>
 
@@ -18,7 +21,8 @@ constexpr const char* kName = "grid";
 
 int run(const GridArguments& arguments) {
     const QString& folder = arguments.patchFolder;
-    checkOutputs({&arguments.json, &arguments.report}, QStringList(arguments.scan));
+    const OutputFile map(QStringLiteral("--map"), arguments.mapFile);
+    checkOutputs({&map, &arguments.json, &arguments.report}, QStringList(arguments.scan));
     if (!folder.isEmpty()) {
         KxInspect::checkPatchFolder(toBytes(folder));
     }
@@ -32,8 +36,11 @@ int run(const GridArguments& arguments) {
         grid.folder = printable(folder).toStdString();
     }
     progress.wipe();
+    if (map.isWanted()) {
+        KxInspect::writeHeightMap(toBytes(arguments.mapFile), arguments.mapKind, grid.map);
+    }
     if (arguments.report.isWanted()) {
-        arguments.report.write(kxreport::gridReport(grid));
+        arguments.report.write(kxreport::gridReport(grid, arguments.report.origin()));
     }
     if (arguments.json.isWanted()) {
         arguments.json.write(QString::fromStdString(toJson(grid)));

@@ -1,6 +1,7 @@
 // The arguments of kxmath grid.
 #include "tools/kxmath/grid/gridOptions.h"
 
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/options.h"
 
 namespace kxtool {
@@ -73,6 +74,10 @@ void declare(Options& options) {
         "T");
     add("seeds", "Limits of the search for seeds, see below.", "LIST");
     add("out", "Writes each seed as a cloud file into this folder; it is created if missing.", "DIR");
+    add("map",
+        "Writes the height map; the ending of the name is its kind: .gsf .sdf .vti .stl .npy, or one for points, as of "
+        "kxmath convert.",
+        "FILE");
     add("json", "Writes the result as JSON; - is the standard output, instead of the table.", "FILE");
     add("report", "Writes a report with pictures, one HTML file.", "FILE");
     FailOn::declare(options, kVerdicts);
@@ -118,6 +123,16 @@ KxInspect::GridOptions gridOptions(const Options& options) {
     return grid;
 }
 
+/// The kind of the file of --map.
+KxInspect::FileKind mapKind(const Options& options) {
+    const std::optional<KxInspect::FileKind> kind = KxInspect::kindByFileName(toBytes(options.text("map")));
+    if (!kind && options.isSet("map")) {
+        options.failNeed(QStringLiteral("--map"), QStringLiteral("a file name whose ending names a kind"),
+                         options.text("map"));
+    }
+    return kind.value_or(KxInspect::FileKind::Gsf);
+}
+
 } // namespace
 
 std::optional<GridArguments> parseGridArguments(const QStringList& arguments) {
@@ -130,6 +145,8 @@ std::optional<GridArguments> parseGridArguments(const QStringList& arguments) {
     return GridArguments{options.arguments("scan", 1, 1).constFirst(),
                          gridOptions(options),
                          options.text("out"),
+                         options.text("map"),
+                         mapKind(options),
                          options.output("json"),
                          options.output("report"),
                          FailOn(options, kVerdicts)};

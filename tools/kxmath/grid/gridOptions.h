@@ -5,6 +5,7 @@
 #include "tools/kxmath/console/outputFile.h"
 
 #include <KxInspect/Grid.h>
+#include <KxInspect/PointFile.h>
 
 #include <QtCore/QStringList>
 
@@ -16,6 +17,8 @@ struct GridArguments {
     QString scan;
     KxInspect::GridOptions options;
     QString patchFolder; ///< empty for no files
+    QString mapFile; ///< empty for none
+    KxInspect::FileKind mapKind = KxInspect::FileKind::Gsf; ///< of `mapFile`
     OutputFile json;
     OutputFile report;
     FailOn failOn;

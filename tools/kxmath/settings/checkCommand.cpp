@@ -78,7 +78,9 @@ int runSettingsCheck(const QStringList& arguments) {
     return runCommand(kName, [&] {
         Options options(kName, "FILE [REC...] [options]", QLatin1String(kDescription));
         options.addArgument("FILE", QStringLiteral("The settings."));
-        options.addArgument("REC...", QStringLiteral("One recording, or the two of each of several passes."));
+        options.addArgument(
+            "REC...",
+            QStringLiteral("Recordings of one pass after the other; a sensor that comes again begins the next one."));
         options.addFlag("defects", QStringLiteral("FILE is for the judgement of treads, train --defects."));
         options.addOption("mode", QStringLiteral("Mode of the wheel detection; 3 needs low lines. Default: 0."), "N",
                           QStringLiteral("0"));

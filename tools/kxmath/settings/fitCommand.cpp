@@ -156,7 +156,7 @@ int run(const Arguments& a) {
     const StationFit fit = fitStation(a.passes, options, progress.callback());
     progress.wipe();
     if (a.report.isWanted()) {
-        a.report.write(kxreport::fitReport(fit));
+        a.report.write(kxreport::fitReport(fit, a.report.origin()));
     }
     const bool isTaken = a.report.isStandardOutput() || a.settings.isStandardOutput() || a.defects.isStandardOutput();
     if (!isTaken) {

@@ -5,6 +5,7 @@
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/printable.h"
+#include "tools/kxmath/console/taskRunner.h"
 #include "tools/kxmath/train/againInputs.h"
 #include "tools/kxmath/train/resultDifferences.h"
 
@@ -32,8 +33,9 @@ QString otherVersion(const KeptResult& kept) {
                           QString::fromStdString(version));
 }
 
-KxInspect::PassOptions optionsOf(const PassResult& pass, const PassFiles& files) {
+KxInspect::PassOptions optionsOf(const PassResult& pass, const PassFiles& files, int jobs) {
     KxInspect::PassOptions options;
+    options.runner = taskRunner(jobs);
     options.mode = pass.mode;
     options.nominal = pass.nominal;
     options.tolerance = pass.tolerance;
@@ -61,12 +63,14 @@ struct Repeated {
     std::string folder; ///< where it is, as texts show it; empty for nowhere
 };
 
-Repeated measureAgain(const KeptResult& kept, const FoundInputs& inputs, const QString& out,
+Repeated measureAgain(const KeptResult& kept, const FoundInputs& inputs, const AgainOptions& options,
                       const KxInspect::Progress& progress) {
+    const QString& out = options.out;
     const NamedInputs named(kept, inputs);
     const KxInspect::StationSettings settings = KxInspect::readStationSettings(toBytes(named.files.settings));
     WorkFolder folder(out.isEmpty() ? named.path() : out, passFolderName(named.files.recordings));
-    const PassResult pass = measureInto(folder, named.files, settings, optionsOf(kept.pass, named.files), progress);
+    const PassResult pass =
+        measureInto(folder, named.files, settings, optionsOf(kept.pass, named.files, options.jobs), progress);
     Repeated again{toJson(pass), {}};
     if (!out.isEmpty() && isKept(pass)) {
         folder.finish();
@@ -121,7 +125,7 @@ int runAgain(const AgainOptions& options) {
         }
         return BadInput;
     }
-    const Repeated again = measureAgain(kept, inputs, options.out, progress.callback());
+    const Repeated again = measureAgain(kept, inputs, options, progress.callback());
     progress.wipe();
     printSources(inputs);
     if (!again.folder.empty()) {

@@ -9,6 +9,7 @@ struct AgainOptions {
     QString result; ///< result.json, or the folder that holds it
     QString recordings; ///< the folder below which the recordings are
     QString out; ///< where the folder of the new result is made, empty for none
+    int jobs; ///< measured at once
 };
 
 /// Measures again from the recordings that have the hashes of a result, with the settings beside it, and compares the bytes.

@@ -2,6 +2,7 @@
 #include "tools/kxmath/train/measuringOptions.h"
 
 #include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/taskRunner.h"
 
 #include "report/elements/textList.h"
 #include "report/train/passWords.h"
@@ -154,6 +155,7 @@ void addMeasuringOptions(Options& options) {
                                      "(the chosen profiles and the cross-sections of wheels, in one file); all (the "
                                      "profiles of all wheels too). Default: chosen."),
                       "WHAT", QStringLiteral("chosen"));
+    addJobsOption(options);
     FailOn::declare(options, possibleVerdicts());
 }
 
@@ -194,7 +196,7 @@ MeasuringOptions measuringOptions(const Options& options) {
     const FailOn verdicts = failOn(options);
     const KxInspect::PassLabels labels = lineLabels(options);
     const KxInspect::ConsistOrder order = consistOrder(options);
-    return {files, mode, tolerance, nominal, range, verdicts, labels, order};
+    return {files, mode, tolerance, nominal, range, verdicts, labels, order, jobsOf(options)};
 }
 
 KxInspect::PassOptions passOptions(const MeasuringOptions& options) {
@@ -203,6 +205,7 @@ KxInspect::PassOptions passOptions(const MeasuringOptions& options) {
     pass.nominal = options.nominal;
     pass.tolerance = options.tolerance;
     pass.labels = options.labels;
+    pass.runner = taskRunner(options.jobs);
     if (!options.files.consist.isEmpty()) {
         pass.consist = KxInspect::readConsist(toBytes(options.files.consist));
     }

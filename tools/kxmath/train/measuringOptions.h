@@ -27,6 +27,7 @@ struct MeasuringOptions {
     FailOn failOn;
     KxInspect::PassLabels labels; ///< station, time and speed are those of the command
     KxInspect::ConsistOrder consistOrder;
+    int jobs; ///< measured at once
 };
 
 /// Declares them, with --fail-on.

@@ -21,7 +21,7 @@ constexpr const char* kName = "train";
 
 void writeOutputs(const TrainOptions& options, const PassResult& pass) {
     if (options.report.isWanted()) {
-        options.report.write(kxreport::passReport(pass));
+        options.report.write(kxreport::passReport(pass, options.report.origin()));
     }
     if (options.json.isWanted()) {
         options.json.write(QString::fromStdString(toJson(pass)));
@@ -54,6 +54,7 @@ int run(const TrainOptions& options) {
     KxInspect::PassOptions measuring = passOptions(options);
     if (options.report.isWanted()) {
         measuring.shownPairs = {options.pair};
+        measuring.areFindingsShown = true;
     }
     checkPass(options.files.recordings, settings, measuring);
     checkOutputs({&options.json, &options.csv, &options.sheet, &options.report}, options.files.all());

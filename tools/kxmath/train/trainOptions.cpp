@@ -2,6 +2,7 @@
 #include "tools/kxmath/train/trainOptions.h"
 
 #include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/taskRunner.h"
 
 #include "tools/kxmath/console/options.h"
 
@@ -134,7 +135,7 @@ AgainOptions againOptions(const Options& options) {
     const QStringList given = options.namesGiven();
     for (const QString& option : given) {
         if (option != QLatin1String("again") && option != QLatin1String("recordings") &&
-            option != QLatin1String("out")) {
+            option != QLatin1String("out") && option != QLatin1String("jobs")) {
             options.fail(QStringLiteral("--%1 is not for --again, which measures as the result says").arg(option));
         }
     }
@@ -142,7 +143,7 @@ AgainOptions againOptions(const Options& options) {
     const QString result = nameOf(options, "again", QStringLiteral("a result"));
     const QString recordings = options.needed("recordings");
     const QString out = options.isSet("out") ? nameOf(options, "out", QStringLiteral("a folder")) : QString();
-    return {result, recordings, out};
+    return {result, recordings, out, jobsOf(options)};
 }
 
 } // namespace

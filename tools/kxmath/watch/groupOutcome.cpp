@@ -50,42 +50,64 @@ std::string textOf(const std::string& path) {
     return content.str();
 }
 
-/// A recording of a result that has another size now; null for none. (Only sizes are compared: hashing an archive at each
-/// look would take hours.)
-const FoundRecording* otherThanMeasured(const WatchedGroup& group, const PassResult& pass) {
+/// What a result says of the recording of a sensor; null when it had none.
+const KxInspect::PassSide* sideOf(const PassResult& pass, int serial) {
     for (const auto* const sides : {&pass.sides, &pass.further}) {
         for (const KxInspect::PassSide& side : *sides) {
-            for (const FoundRecording& recording : group.recordings) {
-                if (recording.serial == side.serial && side.missing.empty() && recording.bytes != side.bytes) {
-                    return &recording;
-                }
+            if (side.serial == serial && !side.file.empty()) {
+                return &side;
             }
         }
     }
     return nullptr;
 }
 
-/// What is doubtful about a result that is there, whose recordings have changed since; mostly nothing.
-QString doubtOf(const WatchedGroup& group) {
+/// What became of a group whose recordings are perhaps no longer those of its result. Only sizes are compared: hashing an
+/// archive at each look would take hours.
+GroupOutcome comparedWithResult(const WatchedGroup& group, const PassResult& pass) {
+    GroupOutcome outcome{GroupState::Done, {}, 0, 0, {}};
+    for (const FoundRecording& recording : group.recordings) {
+        const KxInspect::PassSide* const side = sideOf(pass, recording.serial);
+        if (side != nullptr && side->bytes == recording.bytes) {
+            continue;
+        }
+        const bool wasUsed = side != nullptr && side->missing.empty();
+        const QString what = wasUsed ? QStringLiteral("'%1' has another size than when it was measured")
+                             : side == nullptr
+                                 ? QStringLiteral("'%1' came after the pass was measured without it")
+                                 : QStringLiteral("'%1' has changed since the pass was measured without it");
+        outcome.reason =
+            what.arg(printable(fromBytes(recording.path))) +
+            QStringLiteral("; remove '%1' to measure the group again").arg(printable(fromBytes(group.result())));
+        if (wasUsed) {
+            outcome.state = GroupState::Failed;
+            break;
+        }
+    }
+    return outcome;
+}
+
+/// What became of a group that has a result.
+GroupOutcome outcomeOfResult(const WatchedGroup& group) {
     constexpr std::int64_t kSecond = 1'000'000'000; // ns
+    GroupOutcome outcome{GroupState::Done, {}, 0, 0, {}};
     struct stat result {};
     if (stat((group.result() + kResult).c_str(), &result) != 0) {
-        return QStringLiteral("'%1' has no result.json").arg(printable(fromBytes(group.result())));
+        return {GroupState::Failed,
+                QStringLiteral("'%1' has no result.json").arg(printable(fromBytes(group.result()))),
+                0,
+                0,
+                {}};
     }
     const std::int64_t made = std::int64_t(result.st_mtim.tv_sec) * kSecond + result.st_mtim.tv_nsec;
     if (std::all_of(group.recordings.begin(), group.recordings.end(),
-                    [&](const FoundRecording& recording) { return recording.changed <= made; })) {
-        return {};
+                    [&](const FoundRecording& recording) { return recording.changed < made; })) {
+        return outcome;
     }
     try {
-        const PassResult pass = KxInspect::passFromJson(textOf(group.result() + kResult));
-        const FoundRecording* const other = otherThanMeasured(group, pass);
-        return other == nullptr ? QString()
-                                : QStringLiteral("'%1' has another size than when it was measured; remove '%2' to "
-                                                 "measure the group again")
-                                      .arg(printable(fromBytes(other->path)), printable(fromBytes(group.result())));
+        return comparedWithResult(group, KxInspect::passFromJson(textOf(group.result() + kResult)));
     } catch (const KxInspect::Error& error) {
-        return QString::fromUtf8(error.what());
+        return {GroupState::Failed, QString::fromUtf8(error.what()), 0, 0, {}};
     }
 }
 
@@ -112,8 +134,27 @@ GroupOutcome changedMeanwhile() {
     return {GroupState::Waiting, QStringLiteral("a recording or the settings have just changed"), 0, 0, {}};
 }
 
-GroupOutcome measureOnce(const WatchedGroup& group, const Station& station, const WatchOptions& options,
-                         const KxInspect::Progress& progress) {
+/// Whether there are more recordings of the group than it was found with. One that comes after this look is newer than
+/// the result, which is written, and is found by that.
+bool haveMoreCome(const WatchedGroup& group, const Station& station, const WatchOptions& options) {
+    const KxInspect::FoundRecordings found = KxInspect::findRecordings(options.folder, options.layout);
+    return std::any_of(found.groups.begin(), found.groups.end(), [&](const KxInspect::RecordingGroup& recordings) {
+        const WatchedGroup now = watchedGroup(recordings, station.settings(), options.out);
+        return now.result() == group.result() && now.recordings.size() > group.recordings.size();
+    });
+}
+
+/// What a measured group lacks, as a sentence; mostly nothing.
+QString whatIsMissing(const PassResult& pass, const QString& lack, const WatchOptions& options) {
+    QString text = lack.isEmpty() ? QString() : lack + QStringLiteral("; measured without it");
+    if (!pass.hasResult()) {
+        text += (text.isEmpty() ? QString() : QStringLiteral(": ")) + whyNoResult(pass, options);
+    }
+    return text;
+}
+
+GroupOutcome measureOnce(const WatchedGroup& group, const QString& lack, const Station& station,
+                         const WatchOptions& options, const KxInspect::Progress& progress) {
     requireOneEach(group);
     if (!areUnchanged(group.recordings)) {
         return changedMeanwhile();
@@ -125,7 +166,8 @@ GroupOutcome measureOnce(const WatchedGroup& group, const Station& station, cons
         measuring.labels.station = group.station;
     }
     const PassResult pass = measureInto(folder, filesOf(group, options), station.settings(), measuring, progress);
-    if (!areUnchanged(group.recordings) || !station.isCurrent()) {
+    if (!areUnchanged(group.recordings) || !station.isCurrent() ||
+        (!lack.isEmpty() && haveMoreCome(group, station, options))) {
         return changedMeanwhile();
     }
     if (pass.distances() == 0 && !pass.hasResult()) {
@@ -136,8 +178,8 @@ GroupOutcome measureOnce(const WatchedGroup& group, const Station& station, cons
     if (!folder.finishUnlessTaken()) {
         return {GroupState::Done, {}, 0, 0, {}};
     }
-    return {GroupState::Measured, pass.hasResult() ? QString() : whyNoResult(pass, options),
-            static_cast<int>(pass.pairs.size()), pass.distances(), verdicts(pass)};
+    return {GroupState::Measured, whatIsMissing(pass, lack, options), static_cast<int>(pass.pairs.size()),
+            pass.distances(), verdicts(pass)};
 }
 
 GroupOutcome failed(const WatchedGroup& group, const Station& station, const GroupFailure& failure) {
@@ -162,34 +204,34 @@ void removeLeftovers(const WatchedGroup& group) {
     }
 }
 
-std::optional<GroupOutcome> outcomeBefore(const WatchedGroup& group, const Station& station, const Stillness& stillness,
-                                          double settle) {
+std::optional<GroupOutcome> outcomeBefore(const WatchedGroup& group, const Station& station) {
     if (isThere(group.result())) {
-        const QString doubt = doubtOf(group);
-        return GroupOutcome{doubt.isEmpty() ? GroupState::Done : GroupState::Failed, doubt, 0, 0, {}};
+        return outcomeOfResult(group);
     }
     if (const std::optional<GroupFailure> failure = readFailure(group, triedWith(group, station))) {
         return GroupOutcome{failure->isNoResult ? GroupState::NoResult : GroupState::Failed, failure->reason, 0, 0, {}};
     }
-    const QString why = whyIncomplete(group, stillness, settle);
-    return why.isEmpty() ? std::nullopt : std::optional(GroupOutcome{GroupState::Waiting, why, 0, 0, {}});
+    return std::nullopt;
 }
 
-GroupOutcome measureGroup(const WatchedGroup& group, const Station& station, const WatchOptions& options,
-                          const KxInspect::Progress& progress) {
+GroupOutcome measureGroup(const WatchedGroup& group, const QString& lack, const Station& station,
+                          const WatchOptions& options, const KxInspect::Progress& progress) {
+    const auto reason = [&](const QString& text) {
+        return lack.isEmpty() ? text : QStringLiteral("%1, and without it: %2").arg(lack, text);
+    };
     try {
-        return measureOnce(group, station, options, progress);
+        return measureOnce(group, lack, station, options, progress);
     } catch (const CommandError& error) {
         if (error.code == OutputFailed) {
             throw;
         }
-        return failed(group, station, {error.code == NoResult, error.message});
+        return failed(group, station, {error.code == NoResult, reason(error.message)});
     } catch (const KxInspect::Error& error) {
         if (error.kind() == KxInspect::ErrorKind::Unwritable) {
             throw;
         }
         return failed(group, station,
-                      {error.kind() == KxInspect::ErrorKind::NoResult, QString::fromUtf8(error.what())});
+                      {error.kind() == KxInspect::ErrorKind::NoResult, reason(QString::fromUtf8(error.what()))});
     } catch (const std::bad_alloc&) {
         return {GroupState::NoMemory, {}, 0, 0, {}}; // a larger group than the next one, perhaps
     }

@@ -34,15 +34,14 @@ struct GroupOutcome {
 /// Removes what killed runs have left of a group.
 void removeLeftovers(const WatchedGroup& group);
 
-/// What is known of a group before it is measured: it is done, failed before, or is not complete. Nothing when it is to
-/// be measured.
-std::optional<GroupOutcome> outcomeBefore(const WatchedGroup& group, const Station& station, const Stillness& stillness,
-                                          double settle);
+/// What earlier runs have made of a group: it is done or failed. Nothing when it has not been measured.
+std::optional<GroupOutcome> outcomeBefore(const WatchedGroup& group, const Station& station);
 
-/// Measures a complete group. Its result, or the reason why it has none, is then on the disk. It stays waiting when a
-/// recording or the settings change meanwhile. Throws what is not the fault of the group: outputs that cannot be written,
-/// and Interrupted.
-GroupOutcome measureGroup(const WatchedGroup& group, const Station& station, const WatchOptions& options,
-                          const KxInspect::Progress& progress);
+/// Measures a group that is ready. Its result, or the reason why it has none, is then on the disk. It stays waiting when a
+/// recording or the settings change meanwhile, or a recording comes. Throws what is not the fault of the group: outputs that
+/// cannot be written, and Interrupted.
+/// @param lack what the group lacks, empty for a complete one
+GroupOutcome measureGroup(const WatchedGroup& group, const QString& lack, const Station& station,
+                          const WatchOptions& options, const KxInspect::Progress& progress);
 
 } // namespace kxtool

@@ -3,9 +3,12 @@
 
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/printable.h"
 
 #include <KxMath/KxMathVersion.h>
 
+#include <cerrno>
+#include <cstring>
 #include <optional>
 
 #include <sys/stat.h>
@@ -37,6 +40,10 @@ Station::State Station::filesNow() const {
     for (const QString& name : names) {
         struct stat now {};
         const bool isThere = stat(toBytes(name).c_str(), &now) == 0;
+        if (!isThere && errno != ENOENT) {
+            throw CommandError{BadInput, QStringLiteral("'%1' cannot be read: %2")
+                                             .arg(printable(name), QString::fromLocal8Bit(std::strerror(errno)))};
+        }
         state.emplace_back(isThere ? now.st_size : -1,
                            std::int64_t(now.st_ctim.tv_sec) * kSecond + now.st_ctim.tv_nsec);
     }

@@ -91,8 +91,12 @@ private:
     std::optional<GroupOutcome> outcomeOf(const WatchedGroup& group, const Station& station) {
         throwIfInterrupted();
         removeLeftovers(group);
-        if (std::optional<GroupOutcome> before = outcomeBefore(group, station, stillness_, options_.settle)) {
+        if (std::optional<GroupOutcome> before = outcomeBefore(group, station)) {
             return before;
+        }
+        const Completeness completeness = completenessOf(group, stillness_, options_.patience);
+        if (!completeness.isReady) {
+            return GroupOutcome{GroupState::Waiting, completeness.lack, 0, 0, {}};
         }
         const std::string tried = triedWith(group, station);
         if (const auto without = noMemory_.find(group.result());
@@ -103,7 +107,7 @@ private:
             return std::nullopt;
         }
         Progress progress;
-        GroupOutcome outcome = measureGroup(group, station, options_, progress.callback());
+        GroupOutcome outcome = measureGroup(group, completeness.lack, station, options_, progress.callback());
         if (outcome.state == GroupState::NoMemory) {
             noMemory_[group.result()] = tried;
         } else if (outcome.state == GroupState::Measured) {
@@ -125,11 +129,12 @@ private:
         }
     }
 
-    /// Says what is new about a group. What was done before this run is only counted, or has a line of JSON.
+    /// Says what is new about a group. What was done before this run, without a doubt, is only counted, or has a line of
+    /// JSON.
     void report(const WatchedGroup& group, const GroupOutcome& outcome) {
         const QString line = options_.isJson ? groupJson(group, outcome) : groupText(group, outcome);
         QString& before = said_[group.result()];
-        const bool isDone = outcome.state == GroupState::Done;
+        const bool isDone = outcome.state == GroupState::Done && outcome.reason.isEmpty();
         if (line != before && !(isDone && (!before.isEmpty() || !options_.isJson))) {
             before = line;
             printOutput(line);

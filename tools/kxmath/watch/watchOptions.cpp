@@ -6,6 +6,7 @@
 #include <KxInspect/RecordingGroups.h>
 
 #include <filesystem>
+#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -18,7 +19,9 @@ constexpr const char* kDescription =
 folder of a pass, as kxmath train makes it, once. Without --follow it measures what is complete and ends.
 
 A group is complete when it has a recording of each sensor that the settings name, all of them end with a whole record,
-and none has changed for the time of --settle. What is not complete is left for later and listed with the reason.
+and none has changed for the time of --settle. What is not complete is left for later and listed with the reason. After
+the time of --give-up it is measured with the recordings that are there; a recording that comes later is reported, and
+the result stays as it is until it is removed.
 
 The result of a group is OUT/STATION/TIME_SERIALS, as results/A12/20261121T081500Z_101+102. It appears with all that is
 in it by one rename. A group that has it is done; remove it to measure the group again. A group that cannot be measured
@@ -64,11 +67,23 @@ void addOptions(Options& options) {
                       QStringLiteral("For so long a recording must not have changed. Choose it longer than the longest "
                                      "pause between two writes of a recorder. Default: 30 s."),
                       "SECONDS", QStringLiteral("30"));
+    options.addOption(
+        "give-up",
+        QStringLiteral("An incomplete group whose recordings have not changed for so long is measured with "
+                       "those that are there; 'never' waits for ever. Default: 3600 s."),
+        "SECONDS", QStringLiteral("3600"));
     options.addFlag("follow", QStringLiteral("Goes on until it gets SIGINT or SIGTERM."));
     options.addOption("poll", QStringLiteral("With --follow looks again after so many seconds. Default: 5 s."),
                       "SECONDS", QStringLiteral("5"));
     options.addFlag("json-lines", QStringLiteral("Prints a JSON document in one line for each group."));
     addMeasuringOptions(options);
+}
+
+/// For how many seconds an incomplete group is waited for; infinite for "never".
+double giveUpOf(const Options& options) {
+    const QString text = options.text("give-up");
+    return text == QLatin1String("never") ? std::numeric_limits<double>::infinity()
+                                          : options.toNumber(text, QStringLiteral("--give-up"), kNotNegative);
 }
 
 /// Whether `inner` is `outer` or lies inside.
@@ -114,7 +129,7 @@ std::optional<WatchOptions> parseWatchOptions(const QStringList& arguments) {
                        toBytes(folder),
                        toBytes(options.needed("out")),
                        toBytes(options.text("layout")),
-                       static_cast<double>(options.number("settle", kNotNegative)),
+                       {static_cast<double>(options.number("settle", kNotNegative)), giveUpOf(options)},
                        options.isSet("follow"),
                        static_cast<double>(options.number("poll", kPolls)),
                        options.isSet("json-lines")};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/kxmath/train/measuringOptions.h"
+#include "tools/kxmath/watch/watchedGroup.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -15,7 +16,7 @@ struct WatchOptions : MeasuringOptions {
     std::string folder; ///< of the recordings
     std::string out; ///< of the results
     std::string layout;
-    double settle; ///< for so many seconds a recording must not have changed
+    Patience patience;
     bool isFollowing; ///< goes on until a signal
     double poll; ///< looks again after so many seconds
     bool isJson; ///< a JSON document for each line

@@ -137,21 +137,24 @@ bool Stillness::isStill(const FoundRecording& recording, double seconds) const {
            (seen != seen_.end() && duration<double>(Clock::now() - seen->second.since).count() >= seconds);
 }
 
-QString whyIncomplete(const WatchedGroup& group, const Stillness& stillness, double settle) {
-    if (QString missing = missingSensors(group); !missing.isEmpty()) {
-        return missing;
+Completeness completenessOf(const WatchedGroup& group, const Stillness& stillness, const Patience& patience) {
+    const auto changing = [&](double seconds) {
+        return std::find_if_not(group.recordings.begin(), group.recordings.end(),
+                                [&](const FoundRecording& recording) { return stillness.isStill(recording, seconds); });
+    };
+    const auto end = group.recordings.end();
+    QString lack = missingSensors(group);
+    if (const auto recording = changing(patience.settle); recording != end) {
+        return {lack.isEmpty()
+                    ? QStringLiteral("'%1' has not been still for %2 s").arg(fileName(*recording)).arg(patience.settle)
+                    : lack,
+                false};
     }
-    for (const FoundRecording& recording : group.recordings) {
-        if (!stillness.isStill(recording, settle)) {
-            return QStringLiteral("'%1' has not been still for %2 s").arg(fileName(recording)).arg(settle);
-        }
+    for (auto recording = group.recordings.begin(); recording != end && lack.isEmpty(); ++recording) {
+        lack = halfWritten(*recording);
     }
-    for (const FoundRecording& recording : group.recordings) {
-        if (QString half = halfWritten(recording); !half.isEmpty()) {
-            return half;
-        }
-    }
-    return {};
+    const bool isGivenUp = !group.recordings.empty() && changing(patience.giveUp) == end;
+    return {lack, lack.isEmpty() || isGivenUp};
 }
 
 } // namespace kxtool

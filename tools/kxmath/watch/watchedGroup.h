@@ -53,7 +53,19 @@ private:
     std::map<std::string, Seen> seen_;
 };
 
-/// What a complete group lacks, as a sentence; empty for a complete one. A recording that is damaged lacks nothing.
-QString whyIncomplete(const WatchedGroup& group, const Stillness& stillness, double settle);
+/// For how many seconds recordings must not have changed.
+struct Patience {
+    double settle; ///< those of a complete group
+    double giveUp; ///< those of an incomplete one, which is then measured without what it lacks
+};
+
+/// Whether a group is complete.
+struct Completeness {
+    QString
+        lack; ///< what it lacks, as a sentence; empty for a complete group. A recording that is damaged lacks nothing
+    bool isReady = false; ///< it is to be measured: nothing is missing, or nobody waits for it any longer
+};
+
+Completeness completenessOf(const WatchedGroup& group, const Stillness& stillness, const Patience& patience);
 
 } // namespace kxtool

@@ -1,0 +1,95 @@
+// What a report says of how it was made.
+#include "tools/kxmath/console/reportOrigin.h"
+
+#include "tools/kxmath/console/commandError.h"
+#include "tools/kxmath/console/fileNames.h"
+#include "tools/kxmath/console/printable.h"
+
+#include <KxInspect/InputFile.h>
+#include <KxMath/KxMathVersion.h>
+
+#include <QtCore/QDateTime>
+
+#include <filesystem>
+#include <system_error>
+
+namespace kxtool {
+
+namespace {
+
+/// What an argument names; not_found for all that cannot be a name. A command fails where the system cannot tell.
+std::filesystem::file_type typeOf(const QString& name) {
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(toBytes(name), error).type();
+    const bool isNoName = error == std::errc::filename_too_long || error == std::errc::permission_denied ||
+                          error == std::errc::too_many_symbolic_link_levels;
+    if (type == std::filesystem::file_type::none && !isNoName) {
+        throw CommandError{
+            BadInput,
+            QStringLiteral("'%1' cannot be read: %2").arg(printable(name), QString::fromStdString(error.message()))};
+    }
+    return isNoName ? std::filesystem::file_type::not_found : type;
+}
+
+/// A file name without its folder; another text as it is. A text names a file when its folder is there.
+QString withoutFolder(const QString& text) {
+    const qsizetype last = text.lastIndexOf(QLatin1Char('/'), -2); // one at the end belongs to the name of a folder
+    const bool isPath = last >= 0 && typeOf(text.left(last + 1)) == std::filesystem::file_type::directory;
+    return isPath ? text.mid(last + 1) : text;
+}
+
+/// As a shell takes it.
+QString quoted(const QString& text) {
+    for (const QChar c : text) {
+        if (!c.isLetterOrNumber() && !QStringLiteral("-_.,:/=+@%").contains(c)) {
+            QString inside = text;
+            return QLatin1Char('\'') + inside.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
+        }
+    }
+    return text.isEmpty() ? QStringLiteral("''") : text;
+}
+
+/// The part of an argument that may name a file: behind "--option=".
+QString valueOf(const QString& argument) {
+    const qsizetype sign = argument.indexOf(QLatin1Char('='));
+    return argument.startsWith(QLatin1String("--")) && sign > 0 ? argument.mid(sign + 1) : argument;
+}
+
+QString commandLine(const char* command, const QStringList& arguments) {
+    QString line = QStringLiteral("kxmath ") + QLatin1String(command);
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString value = valueOf(arguments.at(i));
+        const QString option = arguments.at(i).chopped(value.size());
+        line += QLatin1Char(' ') + quoted(printable(option + withoutFolder(value)));
+    }
+    return line;
+}
+
+QString timeText() {
+    bool isSet = false;
+    const qint64 seconds = qEnvironmentVariable("SOURCE_DATE_EPOCH").toLongLong(&isSet);
+    const QDateTime time = isSet ? QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC) : QDateTime::currentDateTimeUtc();
+    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + QStringLiteral(" UTC");
+}
+
+std::vector<kxreport::PageInput> inputsIn(const QStringList& arguments, const QStringList& outputs) {
+    std::vector<kxreport::PageInput> inputs;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString name = valueOf(arguments.at(i));
+        if (!outputs.contains(name) && typeOf(name) == std::filesystem::file_type::regular) {
+            inputs.push_back({printable(withoutFolder(name)),
+                              QString::fromStdString(KxInspect::identifyFile(toBytes(name)).sha256)});
+        }
+    }
+    return inputs;
+}
+
+} // namespace
+
+kxreport::PageOrigin reportOrigin(const char* command, const QStringList& arguments, const QStringList& outputs,
+                                  const QString& note) {
+    return {timeText(), commandLine(command, arguments), QLatin1String(KxMath_GetVersionString()), note,
+            inputsIn(arguments, outputs)};
+}
+
+} // namespace kxtool
