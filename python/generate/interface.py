@@ -81,6 +81,13 @@ class Header:
             texts.append(comment)
 
 
+def in_python(text):
+    """Errors of the library are those of Python: kx.FileError and the others that a kx.Error may be."""
+    text = re.sub(r"\b[Tt]hrows (an|the)(\s+)Error\b", lambda found: f"Raises {found[1].replace('an', 'a')}{found[2]}kx.Error", text)
+    text = re.sub(r"\ban(\s+)Error is thrown\b", r"a\1kx.Error is raised", text)
+    return re.sub(r"\bThrows\b", "Raises", text)
+
+
 def functions(include):
     """The texts of each function by its name, in the order of the headers."""
     found = {}
@@ -111,7 +118,8 @@ def main():
     if options.list:
         print("\n".join(name for name in found if not is_value_machinery(name)))
     if options.source:
-        rows = "".join(f'    {{"{name}", R"~~({chr(10).join(texts)})~~"}},\n' for name, texts in sorted(found.items()))
+        rows = "".join(f'    {{"{name}", R"~~({in_python(chr(10).join(texts))})~~"}},\n'
+                       for name, texts in sorted(found.items()))
         text = ('// Written by interface.py.\n#include "headerTexts.h"\n\nnamespace kxpython {\n\n'
                 f"const std::array<HeaderText, {len(found)}> kTable = {{{{\n{rows}}}}};\n\n"
                 "std::span<const HeaderText> headerTexts() {\n    return kTable;\n}\n\n} // namespace kxpython\n")

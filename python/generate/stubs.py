@@ -9,6 +9,10 @@ import sys
 SIGNATURE = re.compile(r"(\w+)?\((.*)\) -> (.*)")
 
 
+ANY_PARAMETERS = {"tuple": "[typing.Any, ...]", "dict": "[typing.Any, typing.Any]", "list": "[typing.Any]",
+                  "os.PathLike": "[typing.Any]"}
+
+
 def type_text(text):
     text = re.sub(r"(?<![\w.])(?:kxmath\._kxmath|typing)\.", "", text)
     text = re.sub(r"numpy\.ndarray\[numpy\.(\w+)\]", r"numpy.typing.NDArray[numpy.\1]", text)
@@ -16,26 +20,32 @@ def type_text(text):
     text = re.sub(r"Optional\[((?:[^][]|\[[^][]*\])*)\]", r"\1 | None", text)
     for name in ("List", "Dict", "Tuple"):
         text = re.sub(rf"\b{name}\b", name.lower(), text)
+    text = re.sub(r"\b(os\.PathLike|tuple|dict|list)\b(?!\[)", lambda found: found[1] + ANY_PARAMETERS[found[1]], text)
     return text.replace("numpy.ndarray", "numpy.typing.NDArray[typing.Any]") if "NDArray" not in text else text
+
+
+def result_text(text):
+    return type_text(text).replace("str | bytes | os.PathLike[typing.Any]", "str") # paths come as str
 
 
 def arguments_text(text):
     text = re.sub(r" = (<[^>]*>|[^,()]+|\([^()]*\))(?=,|$)", " = ...", text)
     text = re.sub(r"\barg(\d)\b", r"__arg\1", text)
     text = type_text(text).replace("list[", "collections.abc.Sequence[").replace("dict[", "collections.abc.Mapping[")
+    text = text.replace("*args", "*args: typing.Any").replace("**kwargs", "**kwargs: typing.Any")
     return re.sub(r"^self: [^,]*", "self", text)
 
 
 def function(name, doc, indent, is_static=False):
     found = SIGNATURE.match((doc or "").partition("\n")[0])
-    arguments, result = (arguments_text(found[2]), type_text(found[3])) if found else ("*args, **kwargs", "typing.Any")
+    arguments, result = arguments_text(found[2] if found else "*args, **kwargs"), result_text(found[3] if found else "")
     if name == "__init__":
         result, arguments = "None", arguments if arguments.startswith("self") else "self, " + arguments
     if name == "__eq__":
         arguments, result = "self, other: object, /", "bool"
     if name == "__array__": # what NumPy's types ask for
         arguments, result = "self, dtype: typing.Any = ..., copy: typing.Any = ...", "numpy.typing.NDArray[typing.Any]"
-    if result == "object":
+    if result in ("object", ""):
         result = "typing.Any"
     decorator = f"{indent}@staticmethod\n" if is_static else ""
     if not is_static and name != "__init__" and indent and not arguments.startswith("self"):
@@ -44,7 +54,7 @@ def function(name, doc, indent, is_static=False):
 
 
 def property_text(name, item):
-    result = type_text(SIGNATURE.match(item.fget.__doc__)[3])
+    result = result_text(SIGNATURE.match(item.fget.__doc__)[3])
     text = f"    @property\n    def {name}(self) -> {result}: ...\n"
     if item.fset is not None:
         value = type_text(re.search(r"arg1: (.*)\) -> ", item.fset.__doc__)[1])

@@ -12,7 +12,7 @@ from ._kxmath import _refuse_subinterpreters
 
 _refuse_subinterpreters()
 
-from ._errors import ArgumentError, Error, FileError, FileMissing, NoResult, Place
+from ._errors import ArgumentError, Error, FileError, FileMissing, NoResult, Place, ReadingWarning
 from ._files import FileInfo, file_info
 from ._grids import GridResult, measure_grid
 from ._heightmap import HeightMap, Patch
@@ -24,12 +24,12 @@ from ._recordings import FoundRecording, RecordingGroup, RecordingGroups, find_r
 from ._scans import Arrays, ProfileSet, Recording, read, read_arrays
 from ._settings import (LimitMeasure, SettingKey, SettingsCheck, SettingsFinding, StationFit, check_settings,
                         fit_station, limit_measures, new_settings, setting_keys)
-from ._values import Point, Point3, Range, Range3
+from ._values import Apexes, Extract, Joint, Point, Point3, Range, Range3
 
-__all__ = ["ArgumentError", "Arrays", "Calibration", "Circle", "Cloud", "ColourCloud", "Conicity", "Error", "FileError",
-           "FileInfo", "FileMissing", "FoundRecording", "GridResult", "HeightMap", "LimitMeasure", "Line", "NoResult",
+__all__ = ["Apexes", "ArgumentError", "Arrays", "Calibration", "Circle", "Cloud", "ColourCloud", "Conicity", "Error", "Extract", "FileError",
+           "FileInfo", "FileMissing", "FoundRecording", "GridResult", "HeightMap", "Joint", "LimitMeasure", "Line", "NoResult",
            "Pass", "PassResult", "Patch", "Place", "Plane", "Point", "Point3", "Profile", "ProfileSet", "Range",
-           "Range3", "Recording", "RecordingGroup", "RecordingGroups", "SettingKey", "SettingsCheck", "SettingsFinding",
+           "Range3", "ReadingWarning", "Recording", "RecordingGroup", "RecordingGroups", "SettingKey", "SettingsCheck", "SettingsFinding",
            "StationFit", "Vector", "WheelProfile", "WheelResult", "__version__", "calibrate", "calibration_ridges",
            "check_settings", "conicity", "file_info", "find_recordings", "fit_station", "limit_measures",
            "measure_grid", "measure_rim", "measure_wheels", "new_settings", "read", "read_arrays", "setting_keys",

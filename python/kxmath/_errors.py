@@ -3,9 +3,11 @@ from __future__ import annotations
 
 import errno
 import os
+import sys
+import warnings
 from typing import NamedTuple
 
-__all__ = ["ArgumentError", "Error", "FileError", "FileMissing", "NoResult", "Place"]
+__all__ = ["ArgumentError", "Error", "FileError", "FileMissing", "NoResult", "Place", "ReadingWarning"]
 
 
 class Place(NamedTuple):
@@ -71,6 +73,21 @@ class NoResult(Error):
 
     def __reduce__(self):
         return type(self), (str(self), self.reason)
+
+
+class ReadingWarning(UserWarning):
+    """How a text was read, where that may not be what was meant: commas as decimal signs, remarks left out.
+
+    Who says `decimal_sign` is not told. `kx.file_info(path).text` holds the same, and more.
+    """
+
+
+def warn_of_reading(path: str, note: str) -> None:
+    """Warns at the line outside of this package."""
+    frame, level = sys._getframe().f_back, 2
+    while frame is not None and frame.f_globals.get("__name__", "").startswith("kxmath."):
+        frame, level = frame.f_back, level + 1
+    warnings.warn(f"'{path}' {note}", ReadingWarning, stacklevel=level)
 
 
 _ERRNO = {"not found": errno.ENOENT, "unreadable": errno.EIO, "damaged": errno.EINVAL, "unsuitable": errno.EINVAL,

@@ -6,6 +6,7 @@ from collections.abc import Callable
 from typing import Any, Union
 
 from . import _kxmath
+from ._errors import NoResult
 from ._heightmap import HeightMap, Patch
 from ._results import Result
 
@@ -15,14 +16,14 @@ __all__ = ["GridResult", "measure_grid"]
 class GridResult(Result):
     """The height map of a scan, and its flat patches.
 
-    A result that was read from JSON has no points of patches, and without pictures no heights.
+    A result that was read from JSON has no points of patches, and without pictures no map.
     """
 
     _type = _kxmath._GridResult
 
     @property
     def map(self) -> HeightMap:
-        """The height map."""
+        """The height map. kx.NoResult where the result was read from JSON without pictures, which holds no heights."""
         return HeightMap(self._made.map)
 
     @property
@@ -30,8 +31,19 @@ class GridResult(Result):
         """The patches, in the order in which they were found."""
         return [Patch(*patch) for patch in self._made.patches]
 
+    def plot(self, ax: Any = None, **options: Any) -> Any:
+        """Draws the height map with matplotlib. Returns the axes."""
+        return self.map.plot(ax, **options)
+
+    def _repr_html_(self) -> str:
+        from ._html import height_map, text
+        try:
+            return height_map(self.map, self)
+        except NoResult:
+            return text(self)
+
     def __repr__(self) -> str:
-        return f"<kxmath.GridResult: {self.map!r}, {len(self._made.patches)} patches>"
+        return f"<kxmath.GridResult: {self['rows']} rows, {self['columns']} columns, {len(self._made.patches)} patches>"
 
 
 def measure_grid(path: Union[str, bytes, "os.PathLike[Any]"], *, step: float = 1.0, gap: float | None = None,

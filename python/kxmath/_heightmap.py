@@ -2,10 +2,12 @@
 from __future__ import annotations
 
 import os
+from collections.abc import Iterator
 from typing import TYPE_CHECKING, Any, NamedTuple, Union
 
 import numpy as np
 
+from . import _kxmath
 from ._kxmath import Cloud
 
 if TYPE_CHECKING:
@@ -76,6 +78,24 @@ class HeightMap:
         """z of the rows, mm."""
         return self._map.origin_z + self.pitch * np.arange(self.shape[0])
 
+    def __len__(self) -> int:
+        return self.shape[0]
+
+    def __getitem__(self, index: Any) -> Any:
+        """Heights, as of the array: `h[3]` a row, `h[10:20, ::2]` a view."""
+        return self.heights[index]
+
+    def __iter__(self) -> Iterator[np.ndarray[Any, Any]]:
+        return iter(self.heights)
+
+    def __eq__(self, other: object) -> bool:
+        """Whether both hold the same bits."""
+        if not isinstance(other, HeightMap):
+            return NotImplemented
+        return self._map.has_same_bits(other._map)
+
+    __hash__ = None # type: ignore[assignment]
+
     def __repr__(self) -> str:
         rows, columns = self.shape
         known = int(np.isfinite(self.heights).sum())
@@ -108,26 +128,26 @@ class HeightMap:
             attrs={"units": "mm", "pitch": self.pitch, "gap": self.gap,
                    "origin": (self._map.origin_x, self._map.origin_z)})
 
+    def save(self, path: Path, *, kind: str | None = None) -> None:
+        """Writes a file of the kind that the ending of its name or `kind` tells: gsf, sdf, vti, stl, npy, or one for points."""
+        self._map.write(path, kind)
+
+    @classmethod
+    def open(cls, path: Path, *, kind: str | None = None, pitch: float | None = None) -> HeightMap:
+        """The height map of a gsf, sdf, vti or npy file; the latter holds no pitch."""
+        return cls(_kxmath._read_height_map(path, kind, pitch))
+
     def to_npy(self, path: Path) -> None:
         """Writes the heights as a file for np.load(); the coordinates are not in it."""
-        with open(path, "wb") as file:
-            np.save(file, self.heights)
+        self.save(path, kind="npy")
 
     def to_ply(self, path: Path) -> None:
         """Writes the cells with a height as vertices of a PLY file."""
-        self.to_cloud().save(path, kind="ply")
+        self.save(path, kind="ply")
 
     def to_gsf(self, path: Path) -> None:
         """Writes a file of the format Gwyddion Simple Field 1.0: in metres, z downwards, NaN where heights are missing."""
-        rows, columns = self.shape
-        header = ("Gwyddion Simple Field 1.0\n"
-                  f"XRes = {columns}\nYRes = {rows}\n"
-                  f"XReal = {columns * self.pitch * 1e-3!r}\nYReal = {rows * self.pitch * 1e-3!r}\n"
-                  f"XOffset = {self._map.origin_x * 1e-3!r}\nYOffset = {self._map.origin_z * 1e-3!r}\n"
-                  "XYUnits = m\nZUnits = m\nTitle = height\n").encode()
-        with open(path, "wb") as file:
-            file.write(header + b"\0" * (4 - len(header) % 4)) # 1 to 4 of them, up to a multiple of 4
-            file.write((self.heights.astype("f8") * 1e-3).astype("<f4").tobytes())
+        self.save(path, kind="gsf")
 
     def plot(self, ax: Any = None, **options: Any) -> Any:
         """Draws the heights with matplotlib. Returns the axes."""

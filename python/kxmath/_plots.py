@@ -6,7 +6,9 @@ from typing import Any
 import numpy as np
 
 from ._errors import NoResult
+from ._kxmath import Profile, _limit_measures, _to_track
 
+NO_POINTS = "the result was read from JSON without pictures, which holds no points"
 MOST_POINTS = 200_000 # of a scan or cloud; more are thinned out evenly
 
 
@@ -36,6 +38,18 @@ def heights(points: Any, ax: Any, **options: Any) -> Any:
     points = points[:: max(1, -(-len(points) // MOST_POINTS))]
     drawn = ax.scatter(points[:, 0], points[:, 2], **{"c": points[:, 1], "s": 1, "cmap": "viridis", **options})
     ax.figure.colorbar(drawn, ax=ax, label="height, mm")
+    return ax
+
+
+def cloud(item: Any, ax: Any = None, **options: Any) -> Any:
+    return heights(item.points, ax, **options)
+
+
+def colour_cloud(item: Any, ax: Any = None, **options: Any) -> Any:
+    """A coloured cloud from above, in its colours."""
+    ax = axes(ax, "x, mm", "z, mm")
+    thinned = item[:: max(1, -(-len(item) // MOST_POINTS))]
+    ax.scatter(thinned.x, thinned.z, **{"c": thinned.rgb / 255, "s": 1, **options})
     return ax
 
 
@@ -75,6 +89,8 @@ def wheel(item: Any, number: int = 0, ax: Any = None, **options: Any) -> Any:
     if "error" in measures:
         raise NoResult(f"there is no profile to draw: {measures['error']}")
     picture = item.pictures()["wheels"][number]
+    if not picture["measured"]["x"]:
+        raise NoResult(NO_POINTS)
     ax = axes(ax, "x from the flange back, mm", "y from the tip, mm")
     ax.plot(picture["section"]["x"], picture["section"]["y"], ".", color="0.7", markersize=2)
     ax.plot(picture["measured"]["x"], picture["measured"]["y"], **{"linewidth": 1, **options})
@@ -98,3 +114,82 @@ def dimension(ax: Any, start: Any, end: Any, name: str, value: float | None) -> 
         ax.annotate("", start, end, arrowprops={"arrowstyle": "<->", "color": "C1", "shrinkA": 0, "shrinkB": 0})
         middle = ((start[0] + end[0]) / 2, (start[1] + end[1]) / 2)
         ax.annotate(name, middle, xytext=(3, 3), textcoords="offset points", color="C1")
+
+
+FLANKS = ("C0", "C1", "C0", "C1", "C0", "C1", "C2", "C4") # before and behind each crest; the last two are oblique
+
+
+def calibration(item: Any, shot: int = 0, ax: Any = None, **options: Any) -> Any:
+    """A profile of the calibration object in the track frame, by flanks, and the object that was fitted to it."""
+    found, seen = item["profiles"][shot], item.pictures()["profiles"][shot]
+    if not found.get("pose"):
+        raise NoResult(f"there is no pose to draw with: {found.get('fault') or item.reason}")
+    if not seen["x"]:
+        raise NoResult(NO_POINTS)
+    pose = {**found["pose"], "y": found["foundY"]} # that of the object, which need not be that of the track
+    points = _to_track(Profile.from_xy(seen["x"], seen["y"]), pose)
+    residuals = np.array(seen["residual"], "f8") # along y, positive behind the object as the sensor sees it
+    object_y = points.y + residuals * (-1 if item.pictures()["side"] == "smaller-y" else 1)
+    flanks = np.array([-1 if flank is None else flank for flank in seen["flank"]])
+    ax = axes(ax, "z along the track, mm", "y, mm")
+    ax.plot(points.z[flanks < 0], points.y[flanks < 0], ".", color="0.7", markersize=2)
+    for number, colour in enumerate(FLANKS):
+        z, y = points.z[flanks == number], object_y[flanks == number]
+        order = np.argsort(z)
+        ax.plot(z, points.y[flanks == number], **{"marker": ".", "linestyle": "", "markersize": 3, "color": colour, **options})
+        ax.plot(z[order], y[order], color="black", linewidth=0.8)
+    ax.set_aspect("equal")
+    ax.set_title(f"{found['name']}: rms {found['rms']:.3f} mm", fontsize="small")
+    return ax
+
+
+def station_fit(item: Any, sensor: int = 0, ax: Any = None, **options: Any) -> Any:
+    """Points that a sensor saw, and the lines that were found for it."""
+    found = item.sensors[sensor]
+    ax = profile(found["points"], ax, **{"linewidth": 0, "markersize": 1, "color": "0.7", "label": "points", **options})
+    for name in ("reference", "level", "low", "tread_high", "tread_low"):
+        if found[name] is not None:
+            ends = np.array(ax.get_xlim())
+            ax.plot(ends, [found[name].y_at(x) for x in ends], linewidth=1, label=name.replace("_", " "))
+    ax.legend()
+    return ax
+
+
+#: Colour and marker of verdicts, as on the pages; other verdicts are bad ones.
+VERDICTS = {"ok": ("#009E73", "o"), "warning": ("#E69F00", "^"), "not judged": ("#a3b0bd", "o")}
+BAD, MISSING = ("#B2182B", "s"), "not measured"
+SIDES = {None: 0.0, 1: -0.12, 2: 0.12, "left": -0.12, "right": 0.12} # of a wheel beside the middle of its axle
+
+
+def pass_result(item: Any, measure: str = "backToBack", ax: Any = None, **options: Any) -> Any:
+    """The values of a measure by axle with their 95 % intervals, verdicts and limits; missing ones stand on the axis."""
+    values, limits = item.values(measure)
+    unit = {known[0]: known[1] for known in _limit_measures()}[measure]
+    has_axles = all(value["pair"] is not None for value in values)
+    ax = axes(ax, "axle" if has_axles else "", f"{measure}, {unit}")
+    places = [value["pair"] + SIDES[value["side"]] if has_axles else i for i, value in enumerate(values)]
+    names = [f"vehicle {value['vehicle']}" + (f", bogie {value['bogie']}" if value["bogie"] else "") for value in values] \
+        if not has_axles else None
+    ax.set_xticks(sorted({round(place) for place in places}), names)
+    for verdict, is_doubtful in sorted({(value["verdict"], bool(value["isDoubtful"])) for value in values}):
+        chosen = [(place, value) for place, value in zip(places, values)
+                  if (value["verdict"], bool(value["isDoubtful"])) == (verdict, is_doubtful)]
+        x = [place for place, _ in chosen]
+        if verdict == MISSING:
+            ax.plot(x, [0.03] * len(x), "x", color="#3a4652", transform=ax.get_xaxis_transform(), label=verdict)
+            continue
+        colour, marker = VERDICTS.get(verdict, BAD)
+        y = [value["value"] for _, value in chosen]
+        ax.plot(x, y, **{"marker": marker, "color": colour, "linestyle": "", "markerfacecolor": "none" if is_doubtful else
+                         colour, "label": verdict + ", doubtful" * is_doubtful, **options})
+        for place, value in chosen:
+            if value["interval"]:
+                ax.plot([place] * 2, value["interval"], color=colour, linewidth=1)
+    for name, limit in limits.items():
+        ax.axhline(limit, color=VERDICTS["warning"][0] if name.startswith("warning") else BAD[0], linewidth=0.8,
+                   linestyle="--", label=name)
+    ax.ticklabel_format(axis="y", useOffset=False)
+    if all(value["verdict"] == MISSING for value in values):
+        ax.set_yticks([])
+    ax.legend()
+    return ax

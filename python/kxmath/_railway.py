@@ -6,7 +6,7 @@ from collections.abc import Callable, Iterable, Mapping, Sequence
 from typing import TYPE_CHECKING, Any, Union
 
 from . import _kxmath
-from ._errors import ArgumentError
+from ._errors import ArgumentError, NoResult
 from ._kxmath import Cloud, Profile
 from ._results import Result
 
@@ -42,12 +42,58 @@ class PassResult(Result):
                      for number, side in enumerate(pair["sides"], 1) if side is not None]
         return pandas.json_normalize(rows)
 
+    def values(self, measure: str) -> tuple[list[dict[str, Any]], dict[str, float]]:
+        """The values of a measure with pair, side, bogie, vehicle, interval, reason, verdict and isDoubtful; its limits.
+
+        Of distances, yaws and what contours give they are there without limits, too; their verdict is then "ok" or
+        "out" of the tolerance, or "not judged". Missing values are None and "not measured". kx.NoResult where there are
+        none, kx.ArgumentError for an unknown measure.
+        """
+        return _pass_values(self, measure)
+
+    def plot(self, measure: str = "backToBack", ax: Any = None, **options: Any) -> Any:
+        """Draws the values of a measure by axle with intervals, verdicts and limits with matplotlib. Returns the axes.
+
+        Doubtful verdicts are hollow marks; crosses on the axis are wheels and axles without a value. See values().
+        """
+        from ._plots import pass_result
+        return pass_result(self, measure, ax, **options)
+
     def __repr__(self) -> str:
         return f"<kxmath.PassResult: {len(self['pairs'])} pairs, {self['distances']} distances>"
 
     def _repr_html_(self) -> str:
         from ._html import pass_result
         return pass_result(self)
+
+
+def _pass_values(result: PassResult, measure: str) -> tuple[list[dict[str, Any]], dict[str, float]]:
+    if measure not in {known[0] for known in _kxmath._limit_measures()}:
+        raise ArgumentError(f"no measure is called {measure!r}; kx.limit_measures() lists them", key="measure")
+    assessment = result["assessment"] or {"values": [], "limits": []}
+    if judged := [value for value in assessment["values"] if value["measure"] == measure]:
+        limits = judged[0]["limits"]
+        same = all(value["limits"] == limits for value in judged) # else each class of wheels has its own
+        return judged, {name: limit for name, limit in limits.items() if limit is not None} if same else {}
+    limits = {}
+    rows: list[tuple[int, Any, Any, Any, Any, Any]] = [] # pair, side, value, interval, whether it is in, reason
+    if measure == "backToBack":
+        rows = [(p["pair"], None, p["distance"], p["interval"], p["inTolerance"], p["reason"]) for p in result["pairs"]]
+        if any(row[4] is not None for row in rows):
+            nominal, tolerance = result["nominal"], result["tolerance"]
+            limits = {"nominal - tolerance": nominal - tolerance, "nominal + tolerance": nominal + tolerance}
+    elif measure == "yaw":
+        rows = [(p["pair"], None, p["yaw"], p["yawInterval"], None, p["yawReason"]) for p in result["pairs"]]
+    else:
+        found = [(wheel, wheel["measures"].get(measure)) for wheel in result.to_dict().get("wheels") or []]
+        rows = [(wheel["pair"], wheel["side"], value["value"], value["interval"], None, value["reason"])
+                for wheel, value in found if value is not None]
+    if not rows:
+        raise NoResult(f"the pass has no values of {measure}; some are there with limits for it only")
+    return [{"measure": measure, "pair": pair, "side": side, "bogie": None, "vehicle": None, "value": value,
+             "interval": interval, "reason": reason, "isDoubtful": None,
+             "verdict": "not measured" if value is None else {True: "ok", False: "out", None: "not judged"}[is_in]}
+            for pair, side, value, interval, is_in, reason in rows], limits
 
 
 class Pass:
@@ -72,13 +118,21 @@ class Pass:
     def __repr__(self) -> str:
         return f"<kxmath.Pass: {', '.join(map(repr, self.recordings))}>"
 
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, Pass):
+            return NotImplemented
+        return vars(self) == vars(other)
+
+    __hash__ = None # type: ignore[assignment]
+
     def measure(self, *, defects: Path | None = None, mode: int = 0, nominal: float | None = None,
                 tolerance: float = 3.0, shown_pairs: Sequence[int] = (1,), limits: Path | None = None,
                 progress: Progress | None = None) -> PassResult:
         """Measures the distances and, with the settings `defects`, the treads and the roundness of the wheels.
 
         `progress` is called with each step and its completed part, 0 to 1; an exception that it raises ends the pass, and
-        so does Ctrl-C. Other threads run meanwhile. `shown_pairs` are those that the page draws.
+        so does Ctrl-C. Other threads run meanwhile. The page draws `shown_pairs` and all pairs with a finding; with an
+        empty sequence no pair.
         `limits` is a file of limits by which the values are judged; kx.limit_measures() lists what it may hold.
         """
         return PassResult(_kxmath._measure_pass(self.recordings, self.settings, defects, mode, nominal, tolerance,
@@ -119,6 +173,16 @@ class WheelProfile:
 
     def __init__(self, source: Any) -> None:
         self.source = source if isinstance(source, (str, bytes, os.PathLike, Profile)) else Profile(source)
+
+    def __repr__(self) -> str:
+        return f"<kxmath.WheelProfile: {self.source!r}>"
+
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, WheelProfile):
+            return NotImplemented
+        return bool(self.source == other.source)
+
+    __hash__ = None # type: ignore[assignment]
 
     def measure(self, *, flange_back: float | None = None, spacing: float = 0.02,
                 limits: Mapping[str, Limit] | None = None) -> WheelResult:
@@ -174,15 +238,20 @@ class Conicity(Result):
 
 def conicity(*, wheels: tuple[Any, Any], rails: tuple[Any, Any], gauge: float, back_to_back: float,
              gauge_depth: float = 14.0, radii: tuple[float, float] = (460.0, 460.0), amplitude: float = 3.0,
-             smoothing: float | None = None) -> Conicity:
+             smoothing: float | None = None,
+             gauge_error: tuple[float, float, float] = (0.0, 0.0, 0.0)) -> Conicity:
     """The equivalent conicity of two wheels on two rails, each a file, a Profile or an array; lengths in mm.
+
+    `gauge_error`: standard uncertainties of the gauge of the wheels and of that of the rails, of the place along x in
+    mm, of the turn in mrad, and of all lengths in millionths; the intervals then contain them.
 
     Where nothing can be calculated, "reason" in the result says why.
     """
     sources = [WheelProfile(part).source for pair in zip(wheels, rails) for part in pair]
     if len(sources) != 4:
         raise ArgumentError("a wheel-set has two wheels and two rails", key="wheels")
-    return Conicity(_kxmath._measure_conicity(sources, gauge, back_to_back, gauge_depth, *radii, amplitude, smoothing))
+    return Conicity(_kxmath._measure_conicity(sources, gauge, back_to_back, gauge_depth, *radii, amplitude, smoothing,
+                                              gauge_error))
 
 
 class Calibration(Result):
@@ -198,6 +267,15 @@ class Calibration(Result):
         """Why there is no pose; empty where there is one."""
         return self._made.reason
 
+    def plot(self, shot: int = 0, ax: Any = None, **options: Any) -> Any:
+        """Draws a profile by flanks and the object fitted to it with matplotlib. Returns the axes. kx.NoResult without a pose."""
+        from ._plots import calibration
+        return calibration(self, shot, ax, **options)
+
+    def _repr_html_(self) -> str:
+        from ._html import calibration
+        return calibration(self)
+
     def with_settings(self, text: str = "", *, sensor: int = 1) -> str:
         """The text of a settings file with the pose of sensor n; all else of it stays. kx.NoResult without a pose."""
         return self._made.with_settings(text, sensor)
@@ -210,11 +288,11 @@ class Calibration(Result):
 def calibrate(shots: Iterable[Any], *, placement: int, side: str | None = None, sensor_y: float | None = None,
               oblique_crest: str | None = None, moved: Sequence[Sequence[float]] | None = None,
               progress: Progress | None = None, **measures: float) -> Calibration:
-    """The pose of a sensor from profiles of the calibration object, each a file, a Profile or an array.
+    """The pose of a sensor from profiles of the calibration object: files with one or more each, Profiles or arrays.
 
     `side` is "smaller-y" or "larger-y": where the sensor stands, seen from the crests; or `sensor_y` is its y, mm,
-    roughly. `oblique_crest` is "above" or "below" the straight ones. `moved` says for each shot how far the object was
-    moved along x, y and z, mm. `measures` of the object: pitch, slope, obliqueness, crest_y.
+    roughly. `oblique_crest` is "above" or "below" the straight ones. `moved` says for each file, Profile or array how
+    far the object was moved along x, y and z, mm. `measures` of the object: pitch, slope, obliqueness, crest_y.
     """
     for name, value, words in (("side", side, ("smaller-y", "larger-y")),
                                ("oblique_crest", oblique_crest, ("above", "below"))):
@@ -230,7 +308,9 @@ def calibrate(shots: Iterable[Any], *, placement: int, side: str | None = None, 
     profiles = []
     for number, (shot, move) in enumerate(zip(shots, moves), 1):
         if isinstance(shot, (str, bytes, os.PathLike)):
-            profiles.append((os.fsdecode(shot), Profile.from_csv(shot), move))
+            name, read = os.fsdecode(shot), _kxmath._read_profiles(shot)
+            names = [name] if len(read) == 1 else [f"{name}, profile {i}" for i in range(1, len(read) + 1)]
+            profiles += [(name, profile, move) for name, profile in zip(names, read)]
         else:
             profiles.append((f"shot {number}", Profile(shot), move))
     return Calibration(_kxmath._measure_poses(profiles, placement, side, sensor_y, oblique_crest, measures, progress))

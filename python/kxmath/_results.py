@@ -38,7 +38,7 @@ class Result:
             self._dict = json.loads(self.to_json())
         return self._dict
 
-    def pictures(self) -> dict[str, Any]:
+    def pictures(self) -> Any:
         """What pages draw; empty where there is nothing to draw."""
         return json.loads(self.to_json(pictures=True)).get("pictures", {})
 

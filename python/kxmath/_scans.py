@@ -2,6 +2,7 @@
 from __future__ import annotations
 
 import os
+import sys
 from collections.abc import Callable, Iterable, Iterator, Sequence
 from typing import Any, NamedTuple, Union, overload
 
@@ -16,7 +17,7 @@ __all__ = ["Arrays", "ProfileSet", "Recording", "read", "read_arrays"]
 
 Path = Union[str, bytes, "os.PathLike[Any]"]
 Progress = Callable[[str, float], object]
-BLOCK = 64 #: profiles that are read at once
+BLOCK = 512 #: profiles that iteration reads at once at most
 
 
 class Arrays(NamedTuple):
@@ -25,6 +26,21 @@ class Arrays(NamedTuple):
     points: np.ndarray[Any, Any] #: n x 2, float32, mm; yours to write
     starts: np.ndarray[Any, Any] #: one more than there are profiles, int64
     z: np.ndarray[Any, Any] #: the position of each profile, mm, float32; NaN where it is not known
+
+    def __eq__(self, other: object) -> bool:
+        """Whether both hold the same bits."""
+        if not isinstance(other, Arrays):
+            return False # tuples would compare the arrays by their elements
+        return all(a.dtype == b.dtype and a.shape == b.shape and a.tobytes() == b.tobytes() for a, b in zip(self, other))
+
+    def __ne__(self, other: object) -> bool:
+        return not self == other
+
+    def __hash__(self) -> int:
+        raise TypeError("unhashable type: 'Arrays'")
+
+    def __repr__(self) -> str:
+        return f"<kxmath.Arrays: {len(self.points)} points of {len(self.z)} profiles>"
 
 
 class ProfileSet(Sequence[Profile]):
@@ -79,8 +95,20 @@ class ProfileSet(Sequence[Profile]):
         return self._iterate_file()
 
     def _iterate_file(self) -> Iterator[Profile]:
-        for first in range(0, len(self), BLOCK):
-            yield from self._profiles.read_some(self._picked[first:first + BLOCK])
+        numbers = self._numbers()
+        first = 0
+        block: list[Profile] = [] # of which those that nobody holds any more take the next points
+        while first < len(numbers):
+            block = self._profiles.read_some(numbers[first:first + BLOCK], block)
+            first += len(block)
+            yield from block
+
+    def _numbers(self) -> np.ndarray[Any, Any]:
+        """The numbers of the records in the file."""
+        picked = self._picked
+        if isinstance(picked, range): # which NumPy would walk through one by one
+            return np.arange(picked.start, picked.stop, picked.step, dtype="i8")
+        return np.asarray(picked, "i8")
 
     def __eq__(self, other: object) -> bool:
         if not isinstance(other, ProfileSet):
@@ -88,6 +116,14 @@ class ProfileSet(Sequence[Profile]):
         return len(self) == len(other) and all(a == b for a, b in zip(self, other))
 
     __hash__ = None # type: ignore[assignment]
+
+    def index(self, value: Any, start: int = 0, stop: int = sys.maxsize) -> int:
+        """The number of the first profile with the same bits. ValueError where there is none."""
+        return super().index(value, start, stop)
+
+    def count(self, value: Any) -> int:
+        """How many profiles have the same bits."""
+        return super().count(value)
 
     def __reduce__(self) -> tuple[Any, ...]:
         if isinstance(self._profiles, list):
@@ -112,19 +148,19 @@ class ProfileSet(Sequence[Profile]):
         """The number of points of each profile."""
         if isinstance(self._profiles, list):
             return np.array([len(self._profiles[i]) for i in self._picked], "i4")
-        return self._profiles.counts[np.asarray(self._picked, "i8")]
+        return self._profiles.counts[self._numbers()]
 
     @property
     def z(self) -> np.ndarray[Any, Any]:
         """The position of each profile, mm, float32; NaN where it is not known."""
         if isinstance(self._profiles, list):
             return np.array([np.nan if p.z is None else p.z for p in self], "f4")
-        return self._profiles.positions(self._picked)
+        return self._profiles.positions(self._numbers())
 
     def to_arrays(self, *, progress: Progress | None = None) -> Arrays:
         """All points in one array, with the start of each profile in it."""
         if not isinstance(self._profiles, list):
-            return Arrays(*self._profiles.arrays(self._picked, progress))
+            return Arrays(*self._profiles.arrays(self._numbers(), progress))
         starts = np.concatenate([[0], np.cumsum(self.counts, dtype="i8")]).astype("i8")
         points = np.concatenate([p.points for p in self]) if len(self) else np.zeros((0, 2), "f4")
         return Arrays(points, starts, self.z)
@@ -202,8 +238,9 @@ def read(path: Path, *, kind: str | None = None, columns: Sequence[int] = (), se
 
     Files of records, cloud sections, PLY, PCD, text in columns (whose separator and decimal sign are found) and of
     contact profile gauges; by the name only, .xyzf. `kind` names it where neither tells. kx.FileError tells the place of
-    what is wrong.
+    what is wrong, kx.ReadingWarning how a text was read where that may not be what was meant.
     """
+    path = os.fspath(path) # the number of an open file is none
     if kind is None and _begins_with_record(path):
         records = ProfileSet.open(path)
         return records[0] if len(records) == 1 else records
@@ -212,7 +249,9 @@ def read(path: Path, *, kind: str | None = None, columns: Sequence[int] = (), se
 
 def _begins_with_record(path: Path) -> bool:
     try:
-        with open(path, "rb") as file:
+        if not os.path.isfile(path): # what is read from a pipe is gone
+            return False
+        with open(path, "rb", buffering=0) as file:
             return file.read(1) in (b"\x02", b"\x05")
     except OSError:
         return False # reading it says why

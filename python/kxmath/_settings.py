@@ -148,6 +148,19 @@ class StationFit:
         with open(path, "w", encoding="utf-8", newline="\n") as file:
             file.write(page)
 
+    def plot(self, sensor: int = 0, ax: Any = None, **options: Any) -> Any:
+        """Draws points of a sensor and the lines found for it with matplotlib. Returns the axes."""
+        from ._plots import station_fit
+        return station_fit(self, sensor, ax, **options)
+
+    def __eq__(self, other: object) -> bool:
+        """Whether both hold the same bits."""
+        if not isinstance(other, StationFit):
+            return NotImplemented
+        return self._made.has_same_bits(other._made)
+
+    __hash__ = None # type: ignore[assignment]
+
     def __repr__(self) -> str:
         found = self.reason or f"base distance {self.base_distance:g} mm, {self._made.known} known distances"
         return f"<kxmath.StationFit: {found}>"

@@ -1,9 +1,12 @@
 """Small results: named tuples."""
 from __future__ import annotations
 
-from typing import NamedTuple
+from typing import TYPE_CHECKING, NamedTuple
 
-__all__ = ["Point", "Point3", "Range", "Range3"]
+if TYPE_CHECKING:
+    from ._kxmath import Cloud, Line, Profile
+
+__all__ = ["Apexes", "Extract", "Joint", "Point", "Point3", "Range", "Range3"]
 
 
 class Point(NamedTuple):
@@ -39,3 +42,24 @@ class Range3(NamedTuple):
     max_y: float
     min_z: float
     max_z: float
+
+
+class Joint(NamedTuple):
+    """The edges of two plates at their joint."""
+
+    left: Point
+    right: Point
+
+
+class Apexes(NamedTuple):
+    """Straight parts of a profile, and the corners between them."""
+
+    points: Profile #: the corners, in the order of x; NaN where neighbours are parallel
+    lines: list[Line] #: of the parts, one more than there are corners; NaN for a part of fewer than 2 points
+
+
+class Extract(NamedTuple):
+    """A cloud in two parts."""
+
+    inside: Cloud #: the points within the bounds, in reverse order
+    rest: Cloud

@@ -1,5 +1,6 @@
 // Turns, cuts and filters of clouds.
 #include "bindings.h"
+#include "foundTuples.h"
 #include "lists.h"
 
 #include <KxMath/KxLevelHistogram.h>
@@ -19,19 +20,24 @@ using LibraryCloud = KxMath::KxPointCloud<KxPointXYZ>;
 void bindTurns(py::class_<Cloud>& type) {
     type.def(
         "rotate_xy", [](const Cloud& self, float angle) { return changed(self, [=](auto& c) { c.rotateXY(angle); }); },
-        py::arg("angle"), doc("", {"KxPointCloudXYZ::rotateXY"}).c_str());
+        py::arg("angle"),
+        doc("Turned about the z axis by `angle`, degrees, from x towards y.", {"KxPointCloudXYZ::rotateXY"}).c_str());
     type.def(
         "rotate_xz", [](const Cloud& self, float angle) { return changed(self, [=](auto& c) { c.rotateXZ(angle); }); },
-        py::arg("angle"), doc("", {"KxPointCloudXYZ::rotateXZ"}).c_str());
+        py::arg("angle"),
+        doc("Turned about the y axis by `angle`, degrees, from x towards z.", {"KxPointCloudXYZ::rotateXZ"}).c_str());
     type.def(
         "rotate_yz", [](const Cloud& self, float angle) { return changed(self, [=](auto& c) { c.rotateYZ(angle); }); },
-        py::arg("angle"), doc("", {"KxPointCloudXYZ::rotateYZ"}).c_str());
+        py::arg("angle"),
+        doc("Turned about the x axis by `angle`, degrees, from y towards z.", {"KxPointCloudXYZ::rotateYZ"}).c_str());
     type.def(
         "rotate",
         [](const Cloud& self, float xy, float xz, float yz) {
             return changed(self, [=](auto& c) { c.rotate(xy, xz, yz); });
         },
-        py::arg("xy") = 0.0f, py::arg("xz") = 0.0f, py::arg("yz") = 0.0f, doc("", {"KxPointCloudXYZ::rotate"}).c_str());
+        py::arg("xy") = 0.0f, py::arg("xz") = 0.0f, py::arg("yz") = 0.0f,
+        doc("Turned in the plane of x and y, then of x and z, then of y and z; degrees.", {"KxPointCloudXYZ::rotate"})
+            .c_str());
 }
 
 void bindCuts(py::class_<Cloud>& type) {
@@ -48,10 +54,13 @@ void bindCuts(py::class_<Cloud>& type) {
             LibraryCloud taken;
             Cloud rest =
                 changed(self, [&](auto& c) { c.extract(taken, x.min, x.max, y.min, y.max, z.min, z.max, true); });
-            return py::make_tuple(Cloud{taken.points}, rest);
+            static PyObject* const tuple = namedTupleType("Extract");
+            return ExtractTuple(namedTuple(tuple, Cloud{taken.points}, rest));
         },
         py::arg("x") = py::none(), py::arg("y") = py::none(), py::arg("z") = py::none(),
-        doc("The points within bounds in reverse order, and the others.", {"KxPointCloudXYZ::extract"}).c_str());
+        doc("The points within bounds in reverse order as `inside`, and the others as `rest`.",
+            {"KxPointCloudXYZ::extract"})
+            .c_str());
     type.def(
         "section",
         [](const Cloud& self, float z, float thickness) {
@@ -66,7 +75,11 @@ void bindCuts(py::class_<Cloud>& type) {
         [](const Cloud& self, float level, bool above) {
             return changed(self, [=](auto& c) { c.removePointsByYLevel(level, above); });
         },
-        py::arg("level"), py::arg("above") = false, doc("", {"KxPointCloudXYZ::removePointsByYLevel"}).c_str());
+        py::arg("level"), py::arg("above") = false,
+        doc("Without the points at and below a height, mm, or with `above` those at and above it. Points whose y is "
+            "NaN stay.",
+            {"KxPointCloudXYZ::removePointsByYLevel"})
+            .c_str());
     type.def(
         "within",
         [](const Cloud& self, const std::array<float, 3>& place, float distance) {

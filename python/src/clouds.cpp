@@ -16,6 +16,19 @@ KxMath::KxSortOrder orderOf(const std::optional<bool>& ascending) {
 
 /// What both clouds can do.
 template <typename Value>
+void bindPictures(py::class_<Value>& type, const char* draw, const char* text) {
+    type.def("_repr_html_", [](const py::object& self) {
+        return py::module_::import("kxmath._html").attr("from_above")(self, self.attr("points"));
+    });
+    type.def(
+        "plot",
+        [draw](const py::object& self, const py::object& axes, const py::kwargs& options) {
+            return py::module_::import("kxmath._plots").attr(draw)(self, axes, **options);
+        },
+        py::arg("ax") = py::none(), text);
+}
+
+template <typename Value>
 void bindCommon(py::class_<Value>& type, const std::string& cloud) {
     bindItems(type);
     bindMeasures(type, cloud);
@@ -115,6 +128,8 @@ void bindColours(py::module_& module) {
         },
         "A plain cloud of the same points.");
     bindCommon(type, "KxPointCloudXYZRGB");
+    bindPictures(type, "colour_cloud",
+                 "Draws the points in their colours from above with matplotlib. Returns the axes.");
 }
 
 } // namespace
@@ -133,15 +148,7 @@ void bindClouds(py::module_& module) {
         [](Cloud& self, const ArrayLike& points) { self.points = pointsFrom<KxPointXYZ>(points.object); },
         "The points as a read-only view, n x 3, float32. Assigning an array copies it.");
     bindCommon(type, "KxPointCloudXYZ");
-    type.def("_repr_html_", [](const py::object& self) {
-        return py::module_::import("kxmath._html").attr("from_above")(self, self.attr("points"));
-    });
-    type.def(
-        "plot",
-        [](const py::object& self, const py::object& axes, const py::kwargs& options) {
-            return py::module_::import("kxmath._plots").attr("heights")(self.attr("points"), axes, **options);
-        },
-        py::arg("ax") = py::none(), "Draws the heights from above with matplotlib. Returns the axes.");
+    bindPictures(type, "cloud", "Draws the heights from above with matplotlib. Returns the axes.");
     bindCloudOperations(type);
     bindColours(module);
 }

@@ -1,5 +1,6 @@
 // Files of points: reading them by their content, writing them by their names.
 #include "bindings.h"
+#include "errors.h"
 #include "headerTexts.h"
 
 #include <KxInspect/FileContents.h>
@@ -9,12 +10,16 @@
 
 #include <pybind11/stl.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace kxpython {
 
 namespace {
 
 using KxInspect::FileKind;
 using KxInspect::PointSet;
+using KxInspect::TextForm;
 
 using Text = std::optional<std::string>;
 
@@ -40,10 +45,21 @@ FileKind kindOf(const std::string& name) {
 /// The kind that was named, or that of the file.
 FileKind kindFor(const Path& path, const Text& name, std::optional<FileKind> (*found)(const std::string&)) {
     const std::optional<FileKind> kind = name ? kindOf(*name) : found(path.bytes);
+    if (!kind && found == &KxInspect::kindOfFile) {
+        refuseUnknownKind(path.bytes);
+    }
     if (!kind) {
         throw py::value_error("the name of the file tells no kind of point files: give one by `kind`");
     }
     return *kind;
+}
+
+/// Says how a text was read, without what the caller said.
+void warnOfReading(const Path& path, std::optional<TextForm> form, const KxInspect::TextOptions& options) {
+    if (form) {
+        form->decimalSign = options.decimalSign ? '.' : form->decimalSign;
+        kxpython::warnOfReading(path.bytes, readingNote(*form));
+    }
 }
 
 py::object objectOf(const PointSet& set) {
@@ -78,14 +94,35 @@ py::object readPointFile(const Path& path, const Text& kind, const std::vector<i
         const py::gil_scoped_release release;
         set = KxInspect::readPoints(path.bytes, which, options);
     }
+    warnOfReading(path, set.text, options);
     return objectOf(set);
+}
+
+Profile valueOf(const KxInspect::Profile& profile) {
+    return {KxInspect::toKxProfile(profile).points, profile.z};
 }
 
 Profile readProfileFile(const Path& path, const std::vector<int>& columns, const Text& separator, const Text& decimal) {
     const KxInspect::TextOptions options = textOptions(columns, separator, decimal);
-    const py::gil_scoped_release release;
-    const KxInspect::Profile profile = KxInspect::readProfile(path.bytes, options);
-    return {KxInspect::toKxProfile(profile).points, profile.z};
+    std::optional<TextForm> form;
+    Profile profile;
+    {
+        const py::gil_scoped_release release;
+        profile = valueOf(KxInspect::readProfile(path.bytes, options, &form));
+    }
+    warnOfReading(path, form, options);
+    return profile;
+}
+
+std::vector<Profile> readProfileFiles(const Path& path) {
+    std::optional<TextForm> form;
+    std::vector<Profile> profiles;
+    {
+        const py::gil_scoped_release release;
+        std::ranges::transform(KxInspect::readProfiles(path.bytes, {}, &form), std::back_inserter(profiles), &valueOf);
+    }
+    warnOfReading(path, form, {});
+    return profiles;
 }
 
 PointSet pointSetOf(const Profile& profile) {
@@ -144,12 +181,17 @@ void bindFiles(py::module_& module) {
     module.def("_read_points", &readPointFile, py::arg("path"), py::arg("kind") = py::none(),
                py::arg("columns") = std::vector<int>(), py::arg("separator") = py::none(),
                py::arg("decimal_sign") = py::none(),
-               doc("A Profile, Cloud or ColourCloud of a file of points.", {"readPoints", "kindOfFile"}).c_str());
+               doc("A Profile, Cloud or ColourCloud of a file of points.", {"readPoints", "kindOfFile", "readingNote"})
+                   .c_str());
+    module.def("_read_profiles", &readProfileFiles, py::arg("path"),
+               doc("All profiles of a file.", {"readProfiles"}).c_str());
     classIn<Profile>(module).def_static(
         "from_csv", &readProfileFile, py::arg("path"), py::kw_only(), py::arg("columns") = std::vector<int>(),
         py::arg("separator") = py::none(), py::arg("decimal_sign") = py::none(),
-        doc("The profile of a file: text in two columns, whose separator and decimal sign are found, or another file "
-            "with one profile. kx.FileError tells line and column of what is no point.",
+        doc("The profile of a file, in mm: text in two columns, whose separator and decimal sign are found, or the "
+            "first profile of another file.\n\nMissing values are NaN. kx.FileError tells line and column of what is "
+            "no point. A kx.ReadingWarning says where commas were taken for decimal signs, unless `decimal_sign` says "
+            "so, and where remarks were left out.",
             {"readProfile"})
             .c_str());
     bindSaving<Profile>(module);

@@ -1,5 +1,6 @@
 // Measuring from files and profiles to results, which Python reads as JSON: the same text as the commands write.
 #include "bindings.h"
+#include "errors.h"
 #include "headerTexts.h"
 #include "progress.h"
 #include "results.h"
@@ -62,6 +63,7 @@ PassResult measurePass(const std::vector<Path>& recordings, const Path& settings
     options.nominal = nominal;
     options.tolerance = tolerance;
     options.shownPairs = shown;
+    options.areFindingsShown = !shown.empty();
     options.labels = labels;
     if (consist) {
         options.consist = KxInspect::readConsist(consist->bytes);
@@ -125,9 +127,16 @@ WheelResults measureWheels(const py::list& wheels, Number flangeBack, float spac
     for (const py::handle wheel : wheels) {
         sections.push_back(sectionOf(py::reinterpret_borrow<py::object>(wheel)));
     }
-    const KxInspect::Progress report = progressOf(progress);
-    const py::gil_scoped_release release;
-    return KxInspect::measureWheels(sections, options, report);
+    WheelResults results;
+    {
+        const KxInspect::Progress report = progressOf(progress);
+        const py::gil_scoped_release release;
+        results = KxInspect::measureWheels(sections, options, report);
+    }
+    for (const KxInspect::WheelResult& wheel : results.wheels) {
+        warnOfReading(wheel.file, wheel.reading);
+    }
+    return results;
 }
 
 WheelResults measureRim(const Cloud& rim, const std::array<float, 2>& centre,
@@ -158,7 +167,8 @@ void bindWheels(py::module_& module) {
 }
 
 ConicityResult measureConicity(const std::array<py::object, 4>& sections, float gauge, float backToBack, float depth,
-                               float radius1, float radius2, float amplitude, Number smoothing) {
+                               float radius1, float radius2, float amplitude, Number smoothing,
+                               const std::array<float, 3>& gaugeError) {
     KxInspect::ConicityInput input;
     for (std::size_t i = 0; i < sections.size(); ++i) {
         input.sections[i] = sectionOf(sections[i]);
@@ -170,8 +180,16 @@ ConicityResult measureConicity(const std::array<py::object, 4>& sections, float 
     input.radius2 = radius2;
     input.shownAmplitude = amplitude;
     input.smoothing = smoothing;
-    const py::gil_scoped_release release;
-    return KxInspect::measureConicity(input);
+    input.gaugeError = {gaugeError[0], gaugeError[1], gaugeError[2]};
+    ConicityResult result;
+    {
+        const py::gil_scoped_release release;
+        result = KxInspect::measureConicity(input);
+    }
+    for (const KxInspect::PlacedSection& section : result.sections) {
+        warnOfReading(section.file, section.reading);
+    }
+    return result;
 }
 
 void bindConicity(py::module_& module) {
@@ -206,7 +224,7 @@ void bindConicity(py::module_& module) {
             py::arg("amplitude"), doc("Its 95 % interval, NaN where it is unknown.", {"intervalAt"}).c_str());
     module.def("_measure_conicity", &measureConicity, py::arg("sections"), py::arg("gauge"), py::arg("back_to_back"),
                py::arg("gauge_depth"), py::arg("radius1"), py::arg("radius2"), py::arg("amplitude"),
-               py::arg("smoothing"),
+               py::arg("smoothing"), py::arg("gauge_error"),
                doc("Wheel 1, rail 1, wheel 2, rail 2.", {"measureConicity", "conicityFromJson"}).c_str());
 }
 

@@ -129,8 +129,8 @@ QList<T> pointsFrom(const py::object& source) {
 }
 
 void setColours(QList<KxPointXYZRGB>& list, const py::object& colours) {
-    const py::array array = checkedArray(colours, 3, "u", "colours");
-    if (array.size() > 0 && array.dtype().itemsize() != 1) {
+    const py::array array = checkedArray(colours, 3, "fiu", "colours");
+    if (array.size() > 0 && !array.dtype().equal(py::dtype::of<std::uint8_t>())) {
         throw py::type_error("colours need bytes (uint8), got the dtype " + std::string(py::str(array.dtype())));
     }
     if (array.shape(0) != list.size()) {

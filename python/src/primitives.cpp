@@ -78,8 +78,8 @@ void bindValue(py::class_<T>& type, const char* format) {
 void bindLine(py::module_& module) {
     py::class_<KxLine> type(module, "Line", "The line y = slope * x + intercept.");
     type.def(py::init<float, float>(), py::arg("slope"), py::arg("intercept"))
-        .def_readonly("slope", &KxLine::k)
-        .def_readonly("intercept", &KxLine::b, "mm")
+        .def_readonly("slope", &KxLine::k, "The change of y per mm of x.")
+        .def_readonly("intercept", &KxLine::b, "y at x = 0, mm.")
         .def_static(
             "through",
             [](const Pair& first, const Pair& second) {
@@ -93,9 +93,11 @@ void bindLine(py::module_& module) {
             py::arg("first"), py::arg("second"),
             doc("The line through two points. kx.NoResult for an upright one.", {"KxLine::calcFromTwoPoints"}).c_str())
         .def(
-            "y_at", [](KxLine self, float x) { return self.y(x); }, py::arg("x"), doc("", {"KxLine::y"}).c_str())
+            "y_at", [](KxLine self, float x) { return self.y(x); }, py::arg("x"),
+            doc("The height at x, mm.", {"KxLine::y"}).c_str())
         .def(
-            "x_at", [](KxLine self, float y) { return self.x(y); }, py::arg("y"), doc("", {"KxLine::x"}).c_str())
+            "x_at", [](KxLine self, float y) { return self.x(y); }, py::arg("y"),
+            doc("The position of a height, mm; infinite or NaN on a level line.", {"KxLine::x"}).c_str())
         .def(
             "intersection",
             [](KxLine self, KxLine other) {
@@ -126,9 +128,9 @@ void bindCircle(py::module_& module) {
                  return Circle{x, y, radius, rms};
              }),
              py::arg("x"), py::arg("y"), py::arg("radius"), py::arg("rms") = kNaN)
-        .def_readonly("x", &Circle::x)
-        .def_readonly("y", &Circle::y)
-        .def_readonly("radius", &Circle::radius)
+        .def_readonly("x", &Circle::x, "Of the centre, mm.")
+        .def_readonly("y", &Circle::y, "Of the centre, mm.")
+        .def_readonly("radius", &Circle::radius, "mm")
         .def_readonly("rms", &Circle::rms,
                       "Root mean square distance of the fitted points from it; NaN without a fit.");
     bindValue(type, "Circle(x={:g}, y={:g}, radius={:g}, rms={:g})");
@@ -145,10 +147,10 @@ void bindPlane(py::module_& module) {
                  return plane;
              }),
              py::arg("a"), py::arg("b"), py::arg("c"), py::arg("d"))
-        .def_readonly("a", &KxPlane::a)
-        .def_readonly("b", &KxPlane::b)
-        .def_readonly("c", &KxPlane::c)
-        .def_readonly("d", &KxPlane::d)
+        .def_readonly("a", &KxPlane::a, "In a x + b y + c z + d = 0.")
+        .def_readonly("b", &KxPlane::b, "In a x + b y + c z + d = 0.")
+        .def_readonly("c", &KxPlane::c, "In a x + b y + c z + d = 0.")
+        .def_readonly("d", &KxPlane::d, "In a x + b y + c z + d = 0.")
         .def_static(
             "through",
             [](const Triple& first, const Triple& second, const Triple& third) {
@@ -187,10 +189,10 @@ void bindPlane(py::module_& module) {
 void bindVector(py::module_& module) {
     py::class_<KxFreeVector> type(module, "Vector", "A direction in the plane of a profile.");
     type.def(py::init<float, float>(), py::arg("x"), py::arg("y"))
-        .def_readonly("x", &KxFreeVector::x)
-        .def_readonly("y", &KxFreeVector::y)
+        .def_readonly("x", &KxFreeVector::x, "mm")
+        .def_readonly("y", &KxFreeVector::y, "mm")
         .def_property_readonly(
-            "length", [](KxFreeVector self) { return self.size(); }, doc("", {"KxFreeVector::size"}).c_str())
+            "length", [](KxFreeVector self) { return self.size(); }, doc("mm", {"KxFreeVector::size"}).c_str())
         .def(
             "with_length",
             [](KxFreeVector self, float length) {

@@ -131,7 +131,7 @@ void bindProfileChanges(py::class_<Profile>& type) {
         doc("Without the points that have a NaN.", {"KxPointXY::isNull"}).c_str());
     type.def(
         "remove_duplicates", [](const Profile& self) { return changed(self, [](auto& p) { p.removeDuplicates(); }); },
-        doc("", {"KxProfile::removeDuplicates"}).c_str());
+        doc("Without points whose x an earlier point has, whatever their y.", {"KxProfile::removeDuplicates"}).c_str());
 }
 
 void bindProfile(py::module_& module) {

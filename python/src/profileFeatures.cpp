@@ -1,5 +1,6 @@
 // Features of profiles: steps, corners, welds, joints, level stretches.
 #include "bindings.h"
+#include "foundTuples.h"
 #include "lists.h"
 
 #include <KxMath/KxMetro.h>
@@ -19,12 +20,13 @@ int positionOr(int position, const char* reason) {
     return position;
 }
 
-py::tuple apexesOf(const Profile& self, float step) {
+ApexesTuple apexesOf(const Profile& self, float step) {
     QList<KxLine> lines;
     KxProfile apexes;
     auto object = libraryObject(self);
     unlocked(self.points.size(), [&] { METRO_detectApexes(object, apexes, lines, step); });
-    return py::make_tuple(profileOf(apexes), std::vector<KxLine>(lines.begin(), lines.end()));
+    static PyObject* const type = namedTupleType("Apexes");
+    return ApexesTuple(namedTuple(type, profileOf(apexes), std::vector<KxLine>(lines.begin(), lines.end())));
 }
 
 Profile lineSegment(const Profile& self, float x, float step, int misses, Bounds y, Bounds length) {
@@ -86,7 +88,11 @@ void bindSteps(py::class_<Profile>& type) {
         py::arg("window"), py::arg("threshold"),
         doc("The points of all steps.", {"KxProfile::detectCutPoints"}).c_str());
     type.def("apexes", &apexesOf, py::arg("max_dy"),
-             doc("The corners between straight parts, and the lines of these parts.", {"METRO_detectApexes"}).c_str());
+             doc("The corners between straight parts as `points`, and the lines of these parts as `lines`: NaN where "
+                 "neighbours "
+                 "are parallel or a part is too short.",
+                 {"METRO_detectApexes"})
+                 .c_str());
     type.def(
         "weld",
         [](const Profile& self) {
@@ -107,9 +113,10 @@ void bindSteps(py::class_<Profile>& type) {
             if (!found(self, [&](auto& p) { return p.detectJoint(edges); })) {
                 refuseResult("no joint between two plates");
             }
-            return py::make_tuple(pointOf(edges.points[0]), pointOf(edges.points[1]));
+            static PyObject* const type = namedTupleType("Joint");
+            return JointTuple(namedTuple(type, pointOf(edges.points[0]), pointOf(edges.points[1])));
         },
-        doc("The edges of two plates at their joint, left and right. kx.NoResult where there is none.",
+        doc("The edges of two plates at their joint, as `left` and `right`. kx.NoResult where there is none.",
             {"KxProfile::detectJoint"})
             .c_str());
 }
@@ -122,7 +129,10 @@ void bindWheelQuestions(py::class_<Profile>& type) {
                 return low ? METRO_isWheel(p, level, *low, points) : METRO_isWheel(p, level, points);
             });
         },
-        py::arg("level"), py::arg("min_points"), py::arg("low") = py::none(), doc("", {"METRO_isWheel"}).c_str());
+        py::arg("level"), py::arg("min_points"), py::arg("low") = py::none(),
+        doc("Whether more than `min_points` points are below a line, and above the line `low` where it is given.",
+            {"METRO_isWheel"})
+            .c_str());
     type.def(
         "is_sound_tread",
         [](const Profile& self, float deviation, int points) {

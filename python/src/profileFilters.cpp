@@ -24,7 +24,10 @@ void bindSmoothing(py::class_<Profile>& type) {
     type.def(
         "moving_average",
         [](const Profile& self, int window) { return changed(self, [=](auto& p) { p.wndFilter(window); }); },
-        py::arg("window"), doc("", {"KxProfile::wndFilter"}).c_str());
+        py::arg("window"),
+        doc("With the means of `window` points as y; later windows see earlier means, so that it is no convolution.",
+            {"KxProfile::wndFilter"})
+            .c_str());
     type.def(
         "fir20",
         [](const Profile& self, MaybeFloat step) { return changed(self, [=](auto& p) { p.kihFilter20(step.value); }); },
@@ -55,7 +58,11 @@ void bindSmoothing(py::class_<Profile>& type) {
         [](const Profile& self, int window) {
             return filtered(self, [=](auto& p, auto& out) { p.diffFilt(out, window); });
         },
-        py::arg("window"), doc("", {"KxProfile::diffFilt"}).c_str());
+        py::arg("window"),
+        doc("With the slope of the next `window` points as y; the last ones, which have fewer behind them, keep their "
+            "y.",
+            {"KxProfile::diffFilt"})
+            .c_str());
 }
 
 void bindCleaning(py::class_<Profile>& type) {
@@ -64,41 +71,57 @@ void bindCleaning(py::class_<Profile>& type) {
         [](const Profile& self, int window, int jumps, float threshold) {
             return changed(self, [=](auto& p) { p.removeNoise(window, jumps, threshold, 0.0f); });
         },
-        py::arg("window"), py::arg("max_jumps"), py::arg("threshold"), doc("", {"KxProfile::removeNoise"}).c_str());
+        py::arg("window"), py::arg("max_jumps"), py::arg("threshold"),
+        doc("Without windows of points that jump; `threshold` in mm.", {"KxProfile::removeNoise"}).c_str());
     type.def(
         "remove_spikes",
         [](const Profile& self, float threshold, float width) {
             return changed(self, [=](auto& p) { p.splashFilter(p, threshold, width); });
         },
-        py::arg("threshold"), py::arg("max_width"), doc("", {"KxProfile::splashFilter"}).c_str());
+        py::arg("threshold"), py::arg("max_width"),
+        doc("Without narrow spikes; `threshold` and `max_width` in mm. Where the words below say `out`, it is this "
+            "profile, "
+            "which is copied before.",
+            {"KxProfile::splashFilter"})
+            .c_str());
     type.def(
         "remove_spikes_polar",
         [](const Profile& self, float radius, float threshold, float width) {
             return changed(self, [=](auto& p) { p.splashFilterPolar(p, radius, threshold, width); });
         },
         py::arg("radius"), py::arg("threshold"), py::arg("max_width"),
-        doc("", {"KxProfile::splashFilterPolar"}).c_str());
+        doc("Without narrow spikes on an arc of about `radius`, mm; the points of the new profile are in the order of "
+            "their "
+            "angle. Where the words below say `out`, it is this profile, which is copied before.",
+            {"KxProfile::splashFilterPolar"})
+            .c_str());
     type.def(
         "window_filter_polar",
         [](const Profile& self, float deviation, int window, int offset) {
             return changed(self, [=](auto& p) { p.wndFilterPolar(p, deviation, window, offset); });
         },
-        py::arg("max_deviation"), py::arg("window"), py::arg("offset"), doc("", {"KxProfile::wndFilterPolar"}).c_str());
+        py::arg("max_deviation"), py::arg("window"), py::arg("offset"),
+        doc("Radii that are more than `max_deviation`, mm, off the mean of their window become that mean. Where the "
+            "words "
+            "below say `out`, it is this profile, which is copied before.",
+            {"KxProfile::wndFilterPolar"})
+            .c_str());
     type.def(
         "below",
         [](const Profile& self, KxLine line) { return changed(self, [=](auto& p) { p.removeHighLevel(line); }); },
-        py::arg("line"), doc("", {"KxProfile::removeHighLevel"}).c_str());
+        py::arg("line"), doc("The points below a line, without those of NaN.", {"KxProfile::removeHighLevel"}).c_str());
     type.def(
         "above",
         [](const Profile& self, KxLine line) { return changed(self, [=](auto& p) { p.removeLowLevel(line); }); },
-        py::arg("line"), doc("", {"KxProfile::removeLowLevel"}).c_str());
+        py::arg("line"), doc("The points above a line, without those of NaN.", {"KxProfile::removeLowLevel"}).c_str());
     type.def(
         "remove_line_parts",
         [](const Profile& self, int parts, float correlation, float gap, int points) {
             return changed(self, [=](auto& p) { p.removeLineParts(parts, correlation, gap, points); });
         },
         py::arg("max_parts"), py::arg("max_correlation"), py::arg("max_gap"), py::arg("min_points"),
-        doc("", {"KxProfile::removeLineParts"}).c_str());
+        doc("Without straight parts; `max_gap` in mm, `max_correlation` 0 to 1.", {"KxProfile::removeLineParts"})
+            .c_str());
 }
 
 void bindChords(py::class_<Profile>& type) {
@@ -117,19 +140,31 @@ void bindChords(py::class_<Profile>& type) {
         [](const Profile& self, int window) {
             return filtered(self, [=](auto& p, auto& out) { p.addLineSegments(out, window, 0); });
         },
-        py::arg("window"), doc("", {"KxProfile::addLineSegments"}).c_str());
+        py::arg("window"),
+        doc("With blocks of `window` points moved onto their chords; points that have no chord stay as they are.",
+            {"KxProfile::addLineSegments"})
+            .c_str());
     type.def(
         "chords_by_width",
         [](const Profile& self, float width) {
             return filtered(self, [=](auto& p, auto& out) { p.addLineSegmentsWithMMWindow(out, width); });
         },
-        py::arg("width"), doc("", {"KxProfile::addLineSegmentsWithMMWindow"}).c_str());
+        py::arg("width"),
+        doc("With blocks that are `width` wide in x, mm, moved onto their chords; points that have no chord stay as "
+            "they are.",
+            {"KxProfile::addLineSegmentsWithMMWindow"})
+            .c_str());
     type.def(
         "parallel_pieces",
         [](const Profile& self, int window, float slope) {
             return filtered(self, [=](auto& p, auto& out) { p.addParallelLine(out, window, 0, slope); });
         },
-        py::arg("window"), py::arg("slope"), doc("", {"KxProfile::addParallelLine"}).c_str());
+        py::arg("window"), py::arg("slope"),
+        doc("With blocks of `window` points moved onto pieces of one slope, mm per mm, through their middle points; "
+            "points "
+            "behind the last whole block stay as they are.",
+            {"KxProfile::addParallelLine"})
+            .c_str());
 }
 
 } // namespace

@@ -2,12 +2,15 @@
 #include "bindings.h"
 #include "lists.h"
 
+#include <KxInspect/KxMathTypes.h>
+#include <KxInspect/SplineArea.h>
 #include <KxMath/KxInterpolant.h>
 
 #include <pybind11/numpy.h>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kxpython {
 
@@ -206,6 +209,23 @@ void bindCalculus(py::class_<Profile>& type) {
                  {"KxProfile::integral"})
                  .c_str());
     type.def(
+        "spline_area",
+        [](const Profile& self, std::optional<float> start, std::optional<float> stop) {
+            constexpr float kInfinity = std::numeric_limits<float>::infinity();
+            const KxInspect::Profile profile = KxInspect::fromKxProfile(libraryObject(self));
+            const auto area = KxInspect::splineArea(profile, start.value_or(-kInfinity), stop.value_or(kInfinity));
+            if (!area) {
+                refuseResult("no curve goes through these points, or a bound is NaN");
+            }
+            return *area;
+        },
+        py::arg("start") = py::none(), py::arg("stop") = py::none(),
+        doc("The area under the smooth curve through the points, from one x to another, by default all of it. "
+            "kx.NoResult "
+            "where there is no curve.",
+            {"splineArea"})
+            .c_str());
+    type.def(
         "find_zeros",
         [](const Profile& self) {
             std::vector<float> zeros(std::size_t(std::max<qsizetype>(self.points.size(), 1)));
@@ -215,7 +235,8 @@ void bindCalculus(py::class_<Profile>& type) {
         doc("The x at which y has changed its sign.", {"KxProfile::findZeros"}).c_str());
     type.def(
         "correlation", [](const Profile& self) { return found(self, [](auto& p) { return p.calcCorrelation(); }); },
-        doc("", {"KxProfile::calcCorrelation"}).c_str());
+        doc("Correlation of x and y, -1 to 1; NaN or infinite where there is none.", {"KxProfile::calcCorrelation"})
+            .c_str());
 }
 
 } // namespace

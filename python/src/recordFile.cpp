@@ -5,6 +5,7 @@
 
 #include <QtCore/QtEndian>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -59,15 +60,9 @@ RecordFile::~RecordFile() {
     }
 }
 
-std::optional<RecordFile::Found> RecordFile::headAt(qint64 place) const {
-    HeadBytes bytes = {};
+qint64 RecordFile::read(qint64 place, std::span<char> bytes) const {
     const iovec part = {bytes.data(), bytes.size()};
-    const qint64 arrived = readParts(file_, &part, 1, place);
-    const RecordHead head = headOf(bytes);
-    if (head.count < 0 || arrived < head.bytes()) {
-        return std::nullopt;
-    }
-    return Found{head, positionOf(bytes, head)};
+    return std::max<qint64>(0, readParts(file_, &part, 1, place));
 }
 
 std::size_t RecordFile::readRun(qint64 place, std::span<RecordTarget> records) const {
@@ -89,6 +84,26 @@ std::size_t RecordFile::readRun(qint64 place, std::span<RecordTarget> records) c
         left -= record.head.size();
     }
     return records.size();
+}
+
+std::optional<HeadReader::Found> HeadReader::at(qint64 place) {
+    constexpr qint64 kShortStep = 4096; // two or three of them take as long as reading what is between
+    const qint64 step = place - last_;
+    last_ = place;
+    const qint64 longest = sizeof(HeadBytes);
+    if (place < begin_ || place + longest > end_) {
+        const bool isAhead = step > 0 && step < kShortStep;
+        begin_ = place;
+        end_ = place + file_.read(place, std::span(window_).first(isAhead ? window_.size() : std::size_t(longest)));
+    }
+    HeadBytes bytes = {};
+    const qint64 arrived = std::min(longest, end_ - place);
+    std::copy_n(window_.data() + (place - begin_), arrived, bytes.data());
+    const RecordHead head = headOf(bytes);
+    if (head.count < 0 || arrived < head.bytes()) {
+        return std::nullopt;
+    }
+    return Found{head, positionOf(bytes, head)};
 }
 
 } // namespace kxpython

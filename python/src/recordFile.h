@@ -46,12 +46,8 @@ public:
     /// The size when it was opened; 0 where there is no such file, and for folders and devices.
     qint64 size() const { return size_; }
 
-    /// The head at a place, and the position behind it.
-    struct Found {
-        RecordHead head;
-        float z;
-    };
-    std::optional<Found> headAt(qint64 place) const;
+    /// Reads bytes from a place on. @return how many there are
+    qint64 read(qint64 place, std::span<char> bytes) const;
 
     /// Reads successive records, at most kLongestRun. @return how many of them, from the first one on, are whole and as
     /// expected
@@ -62,13 +58,34 @@ private:
     qint64 size_ = 0;
 };
 
+/// Reads heads from places that mostly rise: those of short records many at once.
+class HeadReader {
+public:
+    explicit HeadReader(const RecordFile& file) : file_(file) {}
+
+    /// The head at a place, and the position behind it.
+    struct Found {
+        RecordHead head;
+        float z;
+    };
+    std::optional<Found> at(qint64 place);
+
+private:
+    const RecordFile& file_;
+    std::array<char, 1 << 14> window_ = {}; ///< what is in the file from begin_ to end_
+    qint64 begin_ = 0;
+    qint64 end_ = 0;
+    qint64 last_ = 0;
+};
+
 /// Walks over the heads of a whole file. `visit` is called with the place and the head of each record.
 /// @return false unless the file consists of records from its beginning to its end
 template <typename Visit>
 bool walkRecords(const RecordFile& file, Visit visit) {
+    HeadReader heads(file);
     qint64 place = 0;
     while (place < file.size()) {
-        const std::optional<RecordFile::Found> found = file.headAt(place);
+        const std::optional<HeadReader::Found> found = heads.at(place);
         if (!found || place + found->head.size() > file.size()) {
             return false;
         }

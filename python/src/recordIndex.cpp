@@ -4,12 +4,16 @@
 #include "progress.h"
 #include "recordFile.h"
 
+#include "lists/unfilledList.h"
+
 #include <KxInspect/Error.h>
 #include <KxInspect/Recording.h>
 
 #include <pybind11/stl.h>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace kxpython {
 
@@ -19,6 +23,21 @@ using Numbers = py::array_t<std::int64_t, py::array::c_style | py::array::forcec
 
 /// Files up to this size are read without a look at their heads before.
 constexpr qint64 kSmallFile = 64 << 20;
+
+/// Iteration reads so many points ahead: 512 KiB, which stay in the cache of a processor until they are used.
+constexpr qint64 kPointsAtOnce = 1 << 16;
+
+/// A list of so many points, whose values have no meaning: the one that is given where it is not shared and of about that
+/// size, else a new one.
+QList<KxMath::KxPointXY> unfilled(QList<KxMath::KxPointXY> spare, int count) {
+    if (spare.isDetached() && spare.capacity() >= count && spare.capacity() / 2 <= count) {
+        spare.resize(count);
+        return spare;
+    }
+    KxMath::detail::UnfilledList<KxMath::KxPointXY> points(count);
+    points.extend(count);
+    return points.take();
+}
 
 /// An array that was read: its points, where each record starts in it, and the positions of the records.
 struct Arrays {
@@ -61,16 +80,21 @@ public:
     }
 
     /// A record, from 0 on.
-    Profile read(std::int64_t number) const { return std::move(readSome(std::span(&number, 1)).front()); }
+    Profile read(std::int64_t number) const { return std::move(readSome(std::span(&number, 1), {}).front()); }
 
-    std::vector<Profile> readSome(std::span<const std::int64_t> numbers) const {
+    /// The first ones of these records, one at least, as many as hold kPointsAtOnce points.
+    /// @param spare lists of points; where nobody else shares one it is written again
+    std::vector<Profile> readSome(std::span<const std::int64_t> numbers,
+                                  std::vector<QList<KxMath::KxPointXY>> spare) const {
         check(numbers);
+        numbers = numbers.first(fitting(numbers));
+        spare.resize(numbers.size());
         std::vector<Profile> profiles(numbers.size());
         std::vector<RecordTarget> targets;
         targets.reserve(numbers.size());
         for (std::size_t i = 0; i < numbers.size(); ++i) {
             const RecordHead expected = head(std::size_t(numbers[i]));
-            profiles[i].points = QList<KxMath::KxPointXY>(expected.count);
+            profiles[i].points = unfilled(std::move(spare[i]), expected.count);
             targets.push_back({expected, profiles[i].points.data()});
         }
         readAll(numbers, targets, {});
@@ -104,8 +128,9 @@ public:
     py::array_t<float> positions(std::span<const std::int64_t> numbers) const {
         check(numbers);
         py::array_t<float> z{py::ssize_t(numbers.size())};
+        HeadReader heads(file_);
         for (std::size_t i = 0; i < numbers.size(); ++i) {
-            const auto found = file_.headAt(places_[std::size_t(numbers[i])]);
+            const auto found = heads.at(places_[std::size_t(numbers[i])]);
             if (!found || found->head != head(std::size_t(numbers[i]))) {
                 failAt(numbers[i]);
             }
@@ -142,6 +167,14 @@ private:
                    {int(record.profile.points.size()), record.kind == KxInspect::RecordKind::ProfileRecord});
             reportNow(report, double(reader.position()) / double(reader.size()));
         }
+    }
+
+    std::size_t fitting(std::span<const std::int64_t> numbers) const {
+        std::size_t count = 0;
+        for (qint64 points = 0; count < numbers.size() && points < kPointsAtOnce; ++count) {
+            points += head(std::size_t(numbers[count])).count;
+        }
+        return count;
     }
 
     void check(std::span<const std::int64_t> numbers) const {
@@ -189,8 +222,85 @@ std::span<const std::int64_t> spanOf(const Numbers& numbers) {
     return {numbers.data(), std::size_t(numbers.size())};
 }
 
+/// Profiles as objects of Python, as py::cast() of each would make them, which would look up their type each time.
+class ProfileObjects {
+public:
+    /// @param list takes the objects; those of an earlier block that nobody else holds are used again
+    explicit ProfileObjects(py::list list)
+        : type_(py::detail::get_type_info(typeid(Profile), true)), list_(std::move(list)) {}
+
+    /// The points of the objects that are used again; empty lists for the others.
+    std::vector<QList<KxMath::KxPointXY>> takePoints() {
+        std::vector<QList<KxMath::KxPointXY>> points(list_.size());
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            if (Profile* const profile = spareAt(i)) {
+                points[i] = std::move(profile->points);
+            }
+        }
+        return points;
+    }
+
+    py::list fill(std::vector<Profile> profiles) {
+        const std::size_t old = std::min(list_.size(), profiles.size());
+        for (std::size_t i = 0; i < old; ++i) {
+            if (Profile* const profile = spareAt(i)) {
+                *profile = std::move(profiles[i]);
+            } else if (PyList_SetItem(list_.ptr(), py::ssize_t(i), made(std::move(profiles[i])).ptr()) != 0) {
+                throw py::error_already_set();
+            }
+        }
+        for (std::size_t i = old; i < profiles.size(); ++i) {
+            list_.append(py::reinterpret_steal<py::object>(made(std::move(profiles[i]))));
+        }
+        if (list_.size() > profiles.size() &&
+            PyList_SetSlice(list_.ptr(), py::ssize_t(profiles.size()), PY_SSIZE_T_MAX, nullptr) != 0) {
+            throw py::error_already_set();
+        }
+        return list_;
+    }
+
+private:
+    /// The profile of an object that the list alone holds; nullptr for all others.
+    Profile* spareAt(std::size_t i) const {
+        PyObject* const item = PyList_GET_ITEM(list_.ptr(), py::ssize_t(i));
+        if (Py_TYPE(item) != type_->type || Py_REFCNT(item) != 1) {
+            return nullptr;
+        }
+        auto* const instance = reinterpret_cast<py::detail::instance*>(item);
+        if (instance->weakrefs != nullptr || instance->has_patients) {
+            return nullptr;
+        }
+        return instance->get_value_and_holder(type_).value_ptr<Profile>();
+    }
+
+    /// A new reference.
+    py::handle made(Profile profile) const {
+        auto* const owned = new Profile(std::move(profile)); // by the object
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): which deletes it
+        return py::detail::type_caster_generic::cast(owned, py::return_value_policy::take_ownership, {}, type_, nullptr,
+                                                     nullptr);
+    }
+
+    const py::detail::type_info* type_;
+    py::list list_;
+};
+
+/// The next profiles of an iteration. One that is still held by a caller stays as it is; the others are written again,
+/// which saves making them.
+py::list readSome(const RecordIndex& index, const Numbers& numbers, py::list spare) {
+    ProfileObjects objects(std::move(spare));
+    std::vector<QList<KxMath::KxPointXY>> points = objects.takePoints();
+    std::vector<Profile> profiles;
+    {
+        const py::gil_scoped_release release;
+        profiles = index.readSome(spanOf(numbers), std::move(points));
+    }
+    return objects.fill(std::move(profiles));
+}
+
 /// Reads a file in one go: it is expected to go on with records like the last one, and read on from where it does not.
 bool readWhole(const RecordFile& file, KxMath::KxPointXY* points, Arrays& result, const KxInspect::Progress& report) {
+    HeadReader heads(file);
     std::array<RecordTarget, kLongestRun> targets;
     std::optional<RecordHead> head; // as of the record before
     std::size_t count = 1;
@@ -198,7 +308,7 @@ bool readWhole(const RecordFile& file, KxMath::KxPointXY* points, Arrays& result
         const qint64 rest = file.size() - place;
         const bool isLooked = !head || head->size() > rest;
         if (isLooked) {
-            const std::optional<RecordFile::Found> found = file.headAt(place);
+            const std::optional<HeadReader::Found> found = heads.at(place);
             if (!found || found->head.size() > rest) {
                 return false;
             }
@@ -270,21 +380,9 @@ void bindRecords(py::module_& module) {
         .def_property_readonly("counts", &RecordIndex::counts, "The number of points of each record.")
         .def("read", &RecordIndex::read, py::arg("number"),
              "A record, counted from 0, with its position; None for a 2-D cloud section.")
-        .def(
-            "read_some",
-            [](const RecordIndex& self, const Numbers& numbers) {
-                std::vector<Profile> profiles;
-                {
-                    const py::gil_scoped_release release;
-                    profiles = self.readSome(spanOf(numbers));
-                }
-                py::list list;
-                for (Profile& profile : profiles) {
-                    list.append(py::cast(std::move(profile)));
-                }
-                return list;
-            },
-            py::arg("numbers"), "Several records.")
+        .def("read_some", &readSome, py::arg("numbers"), py::arg("spare"),
+             "The first ones of these records, one at least, about 512 KiB, in the list `spare`: its profiles that "
+             "nobody else holds are written again.")
         .def(
             "arrays",
             [](const RecordIndex& self, const Numbers& numbers, const py::object& progress) {

@@ -1,6 +1,7 @@
 // What results have in common: JSON and pages.
 #pragma once
 
+#include "report/elements/pageOrigin.h"
 #include <KxInspect/Json.h>
 
 #include <QtCore/QString>
@@ -16,7 +17,7 @@ namespace py = pybind11;
 /// The class of a result, with what all of them have in common.
 template <typename Result>
 py::class_<Result> bindResult(py::module_& module, const char* name, Result (*read)(const std::string&),
-                              QString (*page)(const Result&)) {
+                              QString (*page)(const Result&, const kxreport::PageOrigin&)) {
     py::class_<Result> type(module, name);
     type.def(
         "to_json",
@@ -27,7 +28,7 @@ py::class_<Result> bindResult(py::module_& module, const char* name, Result (*re
         "As the command writes it; with what pages draw too, so that it can be read again.");
     type.def_static("from_json", read, py::arg("json"), "A result that was written as JSON.");
     type.def(
-        "page", [page](const Result& self) { return page(self).toStdString(); }, "A page of HTML.");
+        "page", [page](const Result& self) { return page(self, {}).toStdString(); }, "A page of HTML.");
     return type;
 }
 

@@ -1,5 +1,6 @@
 // Settings of stations: what they may hold, new ones, checks, and finding them from passes with known distances.
 #include "bindings.h"
+#include "fitState.h"
 #include "headerTexts.h"
 #include "progress.h"
 
@@ -139,6 +140,8 @@ py::list pairsOf(const StationFit& fit) {
 
 void bindFit(py::module_& module) {
     py::class_<StationFit>(module, "_StationFit")
+        .def(py::pickle(&stateOf, &fitFrom))
+        .def("has_same_bits", &haveSameBits, py::arg("other"))
         .def_readonly("reason", &StationFit::fault)
         .def_readonly("base_distance", &StationFit::baseDistance)
         .def_readonly("base_uncertainty", &StationFit::baseUncertainty)

@@ -106,8 +106,8 @@ def test_wrong_shapes_and_types_are_refused(make, bad, error, says):
 
 def test_wrong_colours_are_refused():
     for colours, error in ((RGB[:2], ValueError), (RGB[:, :2], ValueError), (RGB.astype("i4"), TypeError),
-                           (RGB.astype("u2"), TypeError)):
-        with pytest.raises(error):
+                           (RGB.astype("u2"), TypeError), ([[1, 2, 3]] * 3, TypeError)):
+        with pytest.raises(error, match="uint8|colours of 2 points|shape"):
             kx.ColourCloud(XYZ, colours)
     cloud = kx.ColourCloud(XYZ, RGB[::-1])
     assert bits(cloud.rgb) == bits(RGB[::-1])

@@ -61,7 +61,11 @@ def test_pictures_in_notebooks(tmp_path):
     heights = kx.ProfileSet(kx.Profile.from_xy(x, x + z, z=z) for z in range(4)).to_grid(step=1.0)
     image = base64.b64decode(re.search(r"base64,([^\"]+)", heights._repr_html_())[1])
     (tmp_path / "map.png").write_bytes(image)
+    coloured = kx.ColourCloud([[0, 9, 0], [5, 9, 1], [5, 9, 0]], np.array([[200, 10, 30], [1, 2, 3], [4, 5, 6]], "u1"))
+    image = base64.b64decode(re.search(r"base64,([^\"]+)", coloured._repr_html_())[1])
+    (tmp_path / "cloud.png").write_bytes(image)
     import matplotlib.image
+    assert (matplotlib.image.imread(tmp_path / "cloud.png")[-1, 0] * 255).round().tolist()[::3] == [4, 255]
     pixels = matplotlib.image.imread(tmp_path / "map.png") # another reader: red, green, blue, alpha
     assert pixels.shape[:2] == heights.shape and pixels[-1, 0, 0] == 0 and pixels[0, -1, 0] == 1
 

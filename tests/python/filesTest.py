@@ -3,6 +3,9 @@ import copy
 import os
 import pickle
 import struct
+import threading
+import warnings
+import weakref
 
 import numpy as np
 import pytest
@@ -29,11 +32,19 @@ def test_what_is_saved_is_read_again(item, names, tmp_path):
 
 def test_text_is_read_as_it_is_written_elsewhere(tmp_path):
     file = tmp_path / "shaft.csv"
-    for text, options in (("x;y\n1,5;2\n-3;4e1\n", {}), ("1.5\t2\n-3\t40\n", {}), ("1.5,2\n-3,40\n", {}),
-                          ("9 2 1.5\n9 40 -3\n", {"columns": [2, 1]}),
-                          ("1,5 2\n-3 40\n", {"separator": " ", "decimal_sign": ","})):
+    for text, options, told in (
+            ("x;y\n1,5;2\n-3;4e1\n", {}, "read with ';' between the columns and ',' as decimal sign"),
+            ("1.5\t2\n-3\t40\n", {}, ""), ("1.5,2\n-3,40\n", {}, ""), ("9 2 1.5\n9 40 -3\n", {"columns": [2, 1]}, ""),
+            ("ColumnDef=X,Y\n\n1,5 2 worn\n-3 40\n", {}, "decimal sign, without the remarks behind the columns of 1 points"),
+            ("ColumnDef=X,Y\n\n1.5 2\n-3 40 worn\n", {}, "without the remarks behind the columns of 1 points"),
+            ("1,5 2\n-3 40\n", {"separator": " ", "decimal_sign": ","}, "")):
         file.write_text(text)
-        assert kx.Profile.from_csv(file, **options) == kx.Profile([[1.5, 2], [-3, 40]]), text
+        for read in (kx.Profile.from_csv, kx.read):
+            with warnings.catch_warnings(record=True) as caught:
+                warnings.simplefilter("always")
+                assert read(file, **options) == kx.Profile([[1.5, 2], [-3, 40]]), text
+            assert [(w.category, w.filename) for w in caught] == [(kx.ReadingWarning, __file__)] * bool(told), text
+            assert all(f"'{file}' is " in str(w.message) and str(w.message).endswith(told) for w in caught), text
     assert kx.read(file, decimal_sign=",", separator=" ") == kx.Profile([[1.5, 2], [-3, 40]])
 
 
@@ -54,8 +65,47 @@ def test_what_is_wrong_is_told_with_its_place(tmp_path):
                     lambda: kx.read(file, separator=";;"), lambda: kx.read("a\0b")):
         with pytest.raises(ValueError):
             failing()
-    with pytest.raises(TypeError):
-        kx.read(7.5)
+    for what in (7.5, 0, None, XYZ): # 0 would be the standard input
+        with pytest.raises(TypeError):
+            kx.read(what)
+
+
+def test_odd_files_are_refused_in_words(tmp_path):
+    """By whatever reads files of points."""
+    (tmp_path / "folder").mkdir()
+    (tmp_path / "loop").symlink_to("loop")
+    ply = "ply\nformat {} 1.0\nelement vertex {}\nproperty float x\nproperty float y\nproperty float z\nend_header\n"
+    npy = b"\x93NUMPY\x01\x00\x76\x00{'descr': '<f4', 'fortran_order': False, 'shape': (999999999999, 2), }".ljust(128)
+    for name, content, says in (
+            ("empty", b"", "is empty"), ("zeros", bytes(4096), "no known kind"), ("empty.ply", b"", "not a PLY"),
+            ("head.bin", b"\x05\xff\xff", "cut short"), ("huge.bin", b"\x05\xff\xff" + bytes(100), "cut short"),
+            ("huge.ply", ply.format("binary_little_endian", 10**14).encode() + bytes(36), "ends after 3"),
+            ("more.ply", ply.format("ascii", 2**64 + 1).encode() + b"1 2 3\n", "no count"), ("huge.npy", npy, "not those of"),
+            ("words.csv", b"a;b\nc;d\n", "no points"), ("nul.csv", b"1;2\n\0;4\n", "line 2"), ("one.csv", b"5\n", "1 columns")):
+        (tmp_path / name).write_bytes(content)
+        with pytest.raises(kx.FileError, match=says):
+            kx.read(tmp_path / name)
+    numbers = np.arange(6.0, dtype="f4").reshape(3, 2)
+    for array, says in ((numbers.astype("i8"), "'<i8'"), (np.zeros(4, [("x", "f4"), ("y", "f4")]), "'x'"),
+                        (numbers.astype(">f4"), "'>f4'"), (np.array([[1, None]], object), "'|O'"),
+                        (np.zeros((2, 2, 2), "f4"), r"\(2, 2, 2\)"), (np.float32(3), r"'\(\)'")):
+        np.save(tmp_path / "odd.npy", array)
+        with pytest.raises(kx.FileError, match=says):
+            kx.read(tmp_path / "odd.npy")
+    np.save(tmp_path / "columns.npy", np.asfortranarray(numbers))
+    assert kx.read(tmp_path / "columns.npy") == kx.Profile(numbers)
+    for read in (kx.read, kx.Profile.from_csv, kx.HeightMap.open, kx.ProfileSet.open, kx.read_arrays, kx.file_info):
+        for name, error in (("missing", kx.FileMissing), ("folder", kx.FileError), ("loop", kx.FileError)):
+            with pytest.raises(error):
+                read(tmp_path / name)
+
+
+def test_a_pipe_is_read_from_its_beginning(tmp_path):
+    os.mkfifo(tmp_path / "pipe")
+    writer = threading.Thread(target=lambda: (tmp_path / "pipe").write_text("1;2\n3;4\n"))
+    writer.start()
+    assert kx.read(tmp_path / "pipe", kind="csv") == kx.Profile([[1, 2], [3, 4]])
+    writer.join()
 
 
 def test_names_that_are_no_text(tmp_path):
@@ -92,6 +142,7 @@ def test_a_set_of_a_file_reads_what_is_asked_for(tmp_path):
     part = scan[5:25:4]
     assert [p.z for p in part] == [source[i][0] for i in range(5, 25, 4)] and type(part) is kx.Recording
     assert part == kx.ProfileSet(kx.Profile(a, z=z) for z, a in source[5:25:4]) and part[1:] != part
+    assert scan.index(part[1], 3) == 9 and scan.count(part[1]) == 1 and scan[17] in scan and scan[17] not in part[:2]
     assert scan.counts.tolist() == [len(a) for _, a in source] and scan.z[:2].tolist() == [10, 10.25]
     assert np.array_equal(part.to_cloud().points[:121], np.column_stack([source[5][1], [11.25] * 121]).astype("f4"))
     for index in (31, -32):
@@ -136,6 +187,27 @@ def test_all_points_of_a_scan_in_one_array(tmp_path):
     assert part.to_arrays().points.tobytes() == np.concatenate([a for _, a in same[1200:3:-7]]).tobytes()
     assert kx.read_arrays(tmp_path / "same.bin").points.flags.writeable
     assert len(kx.ProfileSet().to_arrays().points) == 0
+
+
+def test_iteration_writes_only_profiles_again_that_nobody_holds(tmp_path):
+    random = np.random.default_rng(6)
+    source = [(i, random.random((int(random.integers(0, 400)), 2)).astype("f4")) for i in range(2100)]
+    scan = kx.ProfileSet.open(records(tmp_path / "a.bin", source))
+    wanted, kept, views, identities, dead = list(scan), [], [], set(), []
+    for i, profile in enumerate(scan):
+        assert profile == wanted[i]
+        identities.add(id(profile))
+        if i % 7 == 0:
+            kept.append(profile)
+        if i % 5 == 0:
+            views.append((profile.x, profile.points))
+        if i % 11 == 0:
+            dead.append(weakref.ref(profile))
+    del profile
+    assert kept == wanted[::7] and len(identities) < 2000
+    assert all(x.tobytes() == w.x.tobytes() and points.tobytes() == w.points.tobytes()
+               for (x, points), w in zip(views, wanted[::5]))
+    assert all(ref() is None or ref() in kept for ref in dead)
 
 
 def test_a_file_that_shrinks_or_changes_is_noticed(tmp_path):
@@ -223,6 +295,13 @@ def test_height_maps(tmp_path):
     assert means.shape == h.shape and np.isnan(means[0]).all()
     assert np.isclose(means[5, 9], h.heights[2:5, 6:9].mean(), atol=1e-5)
     assert len(h.to_cloud()) == np.isfinite(h.heights).sum()
+    assert len(h) == 12 and np.array_equal(h[3:5, ::2], h.heights[3:5, ::2], equal_nan=True) and len(list(h)) == 12
+    twin = pickle.loads(pickle.dumps(h))
+    assert twin == h == copy.deepcopy(h) and twin.x.tolist() == h.x.tolist() and scan.to_grid(step=0.5) != h == same
+    state = h._map.__getstate__()
+    for damaged in ((-1, -48, *state[2:]), (13, *state[1:]), (*state[:-1], state[-1][:-1]), state[1:]):
+        with pytest.raises((ValueError, TypeError)):
+            h._map.__class__.__new__(h._map.__class__).__setstate__(damaged)
     heights = h.heights
     del h, same
     assert np.isfinite(heights).any()
@@ -238,10 +317,15 @@ def test_height_maps_in_other_programs(tmp_path):
     h.to_ply(tmp_path / "a.ply")
     assert kx.read(tmp_path / "a.ply") == h.to_cloud()
     h.to_gsf(tmp_path / "a.gsf")
-    content = (tmp_path / "a.gsf").read_bytes()
-    start = content.index(b"\0")
-    values = np.frombuffer(content[start + 4 - start % 4:], "<f4").reshape(12, 48)
-    assert b"XRes = 48\nYRes = 12\n" in content and np.allclose(values, h.heights * 1e-3, equal_nan=True)
+    h.save(tmp_path / "a.vti")
+    for back in [kx.HeightMap.open(tmp_path / "a.gsf"), kx.HeightMap.open(tmp_path / "a.vti"),
+                 kx.HeightMap.open(tmp_path / "a.npy", pitch=0.25)]:
+        assert back.pitch == 0.25 and np.allclose(back.heights, h.heights, rtol=2e-7, equal_nan=True)
+    assert kx.HeightMap.open(tmp_path / "a.gsf").z[0] == 10
+    with pytest.raises(kx.ArgumentError, match="pitch"):
+        kx.HeightMap.open(tmp_path / "a.npy")
+    with pytest.raises(ValueError, match="kind"):
+        h.save(tmp_path / "a.abc")
 
 
 def test_scans_without_a_map_say_why():

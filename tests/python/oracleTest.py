@@ -51,6 +51,8 @@ def test_samples_are_those_of_akima():
     # single-precision coefficients, and a slope of noise over the smallest distance of points
     steep = np.abs(np.diff(Y) / np.diff(X)).max()
     assert np.abs(found.y - wanted)[inner].max() < 16 * EPS * (np.abs(Y).max() + steep * np.abs(X).max())
+    area = scipy.interpolate.Akima1DInterpolator(X.astype("f8"), Y.astype("f8")).integrate(-10, 20)
+    assert abs(PROFILE.spline_area(-10, 20) - area) < 30 * 16 * EPS * (np.abs(Y).max() + steep * np.abs(X).max())
 
 
 def test_heights_and_areas_are_those_of_numpy():
