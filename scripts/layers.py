@@ -33,7 +33,7 @@ LAYERS = (
     Layer("tables", ("tools/tables", "tools/study"), 2, PUBLIC + ("measuring", "simulator", "commands", "shapes", "trials")),
     Layer("shapes", ("tests/shapes",), 2, CORE),
     Layer("trials", ("tests/trials",), 2, PUBLIC + ("simulator",)),
-    Layer("bindings", ("python", "python/*"), 2, PUBLIC + ("pages",)),
+    Layer("bindings", ("python", "python/*"), 2, PUBLIC + ("pages", "ground")),
     Layer("examples", ("examples",), 1, PUBLIC),
 )
 # Folders that alone may include a layer, whatever their own layer may.

@@ -10,13 +10,13 @@ part() {
     "$@" || code=$?
     local seconds=$((SECONDS - start)) result=passed
     [ $code -eq 0 ] || result=FAILED
-    part_times+=("$(printf '| %-10s | %3d:%02d | %s |' "$name" $((seconds / 60)) $((seconds % 60)) $result)")
+    part_times+=("$(printf '| %-14s | %3d:%02d | %s |' "$name" $((seconds / 60)) $((seconds % 60)) $result)")
     return $code
 }
 
 print_part_times() {
-    printf '\n| part       | min:s  | result |\n| ---------- | ------ | ------ |\n'
+    printf '\n| part           | min:s  | result |\n| -------------- | ------ | ------ |\n'
     [ ${#part_times[@]} -eq 0 ] || printf '%s\n' "${part_times[@]}"
-    printf '| all        | %3d:%02d | |\n' $((SECONDS / 60)) $((SECONDS % 60))
+    printf '| all            | %3d:%02d | |\n' $((SECONDS / 60)) $((SECONDS % 60))
 }
 trap print_part_times EXIT

@@ -3,9 +3,9 @@
 A copy of the tree is built in build-mutate. Each fault changes one place: a comparison, a sign, a constant, swapped
 arguments, the other side or axis, a dropped statement. What depends on it is built again, and the test programs that are
 made of the changed file run, those of its own subject first, until one fails. What is left is looked for by the
-comparison with the golden bits (core), the wrong uses of the commands (all else), the tests in which memory, disk or time
-run out, and by the tests built with sanitizers. Faults that do not compile are replaced by others. Same seed and tree, same faults. --list plants the
-faults of scripts/mutation/byHand.txt instead; each of them must compile.
+comparison with the golden bits (core), the tests that run the commands from outside (all else), the tests in which memory,
+disk or time run out, and at the end by the tests built with sanitizers. Faults that do not compile are replaced by others. Same seed
+and tree, same faults. --list plants the faults of scripts/mutation/byHand.txt instead; each of them must compile.
 """
 import argparse
 import json
@@ -82,6 +82,16 @@ def print_table(done, start):
     print(f"{(time.monotonic() - start) / 60:.0f} minutes; every fault: {os.path.relpath(REPORT)}")
 
 
+def look_with_sanitizers(done, programs):
+    """Tries what survived with the sanitizers, whose build takes long."""
+    sanitizers = trial.Sanitizers()
+    for fault in done:
+        if fault["found"] is None and (name := sanitizers.find(fault, programs)):
+            fault["found"] = f"{name.removeprefix('kxmath_test_')} (sanitizers)"
+            show(fault, f"found by {fault['found']}")
+            REPORT.write_text(json.dumps(done, indent=1))
+
+
 def main():
     options = parse()
     faults = chosen(options)
@@ -92,7 +102,6 @@ def main():
         return 0
     trial.copy_tree()
     programs = trial.build_programs({operators.layer_of(f["file"]) for f in faults})
-    sanitizers = trial.Sanitizers()
     done, start = [], time.monotonic()
     for fault in faults:
         if len(done) == count:
@@ -102,12 +111,11 @@ def main():
             if options.list:
                 sys.exit(f"Does not compile: {fault['file']}:{fault['line']}: {fault['text'].strip()}")
             continue
-        if found_by is None and (name := sanitizers.find(fault, programs)):
-            found_by = f"{name.removeprefix('kxmath_test_')} (sanitizers)"
         done.append({**fault, "found": found_by})
         if found_by is None or sys.stderr.isatty():
             show(fault, f"{len(done)}/{count} " + (f"found by {found_by}" if found_by else "SURVIVES"))
         REPORT.write_text(json.dumps(done, indent=1))
+    look_with_sanitizers(done, programs)
     print_table(done, start)
     found = sum(f["found"] is not None for f in done)
     return 0 if done and 100 * found >= options.at_least * len(done) else 1

@@ -17,7 +17,8 @@ GOLDEN = BUILD / "tests" / "golden" / "kxmath_golden"
 # They repeat whole commands while memory, disk or time run out, which takes long: they are asked last.
 LAST = {"kxmath_test_interruption", "kxmath_test_outputs", "kxmath_test_faults",
              "kxmath_test_io"}
-WRONG_USES = "kxmath.wrongUses" # a program that runs the commands
+# Tests that run the commands from outside, the quickest first.
+COMMANDS = ["kxmath.wrongUses", "kxmath.otherPrograms", "docs.passSchema", "docs.(station|inspection).runs", "kxmath.watch", "pages.view"]
 CORE = "src"
 
 
@@ -96,7 +97,7 @@ def test_programs():
 def configure(build, *options):
     """As the presets, whose objects ccache may still have; a fault that gives a warning does not compile."""
     subprocess.run(["cmake", "-S", str(COPY), "-B", str(build), "-G", "Ninja", "-DKXMATH_DEVELOPER=ON",
-                    "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON", *options],
+                    "-DKXMATH_BUILD_TESTS=ON", "-DKXMATH_BUILD_TOOLS=ON", "-DKXMATH_BUILD_PYTHON=ON", *options],
                    check=True, stdout=subprocess.DEVNULL)
 
 
@@ -120,12 +121,23 @@ def build_programs(layers):
             inputs = ninja("-t", "inputs", os.path.relpath(path, BUILD)).splitlines()
             programs.append(TestProgram(path, set().union(*(objects.get(os.path.relpath(BUILD / i, BUILD), set())
                                                             for i in inputs))))
+    if name := failing_command():
+        sys.exit(f"{name} fails before any fault is planted.")
     for program in programs:
         start = time.monotonic()
         if program.fails():
             sys.exit(f"{program.name} fails before any fault is planted.")
         program.seconds = time.monotonic() - start
     return sorted(programs, key=lambda p: p.seconds)
+
+
+def failing_command():
+    """The first of the tests that run the commands that fails, or None."""
+    for name in COMMANDS:
+        if run(["ctest", "--test-dir", str(BUILD), "-R", f"^{name}$", "--no-tests=error", "--stop-on-failure"],
+               timeout=900) != 0:
+            return name
+    return None
 
 
 def order_for(file, programs):
@@ -208,9 +220,8 @@ def find_planted(fault, programs):
             return ""
         if result := program.fails():
             return program.name.removeprefix("kxmath_test_") + (" (endless)" if result == "endless" else "")
-    if not is_core and run(["ctest", "--test-dir", str(BUILD), "-R", f"^{WRONG_USES}$", "--no-tests=error"],
-                           timeout=600) != 0:
-        return WRONG_USES
+    if not is_core and (name := failing_command()):
+        return name
     if not was_compared and run(["scripts/golden", "--compare", str(GOLDEN)], timeout=60) != 0:
         return "golden"
     return None

@@ -10,12 +10,13 @@ from server import kxmath
 
 PASS = "--cars 1 --bogies 1 --axles 1 --rate 300 --points 200 --no-background --no-objects --no-rails --idle 2"
 SIMULATED = "--cars 1 --bogies 1 --axles 1 --rate 150 --points 40 --no-background --no-objects --no-rails --idle 2"
-SETTINGS = "--settings pass/settings.ini --defects pass/defects.ini --out passes"
+# Jobs one after the other, so that calls have the same numbers in each run.
+SETTINGS = "--settings pass/settings.ini --defects pass/defects.ini --out passes --jobs 1"
 SECTIONS = "--wheel1 wheel.csv --wheel2 wheel.csv --rail1 rail.csv --rail2 rail.csv --gauge 1442 --back-to-back 1360 " \
            "--gauge-depth 0 --amplitudes 4"
 OUTPUTS = "--json o.json --report o.html"
 READ = {"cloud": "in.bin", "profiles": "in.profiles", "csv": "in.csv", "xyzf": "in.xyzf", "xyz": "in.xyz",
-        "ply": "in.ply", "pcd": "in.pcd", "gauge": "in.whl"}
+        "ply": "in.ply", "pcd": "in.pcd", "gauge": "in.whl", "table": "in.table", "npy": "in.npy", "vtp": "in.vtp"}
 WRITTEN = [kind for kind in READ if kind != "gauge"]
 OLDER = b"[MINE]\nkey=1\n"  # what the outputs hold before
 
@@ -58,13 +59,24 @@ def all_cases():
         Case("train-stdout", f"{train} {SETTINGS} --json -"),
         Case("train-none", f"{train} {SETTINGS} --keep none"),
         Case("train-all", f"{train} {SETTINGS} --keep all", sampled=True),
-        Case("train-again", "train --again kept --recordings pass", sampled=True),
-        Case("train-again-out", "train --again kept --recordings pass --out passes", sampled=True),
-        Case("watch", "watch archive --settings pass/settings.ini --out results --settle 0", sampled=True, resumes=True),
+        Case("train-at-once", train + SETTINGS.replace("--jobs 1", "--jobs 3"), sampled=True),
+        Case("train-again", "train --again kept --recordings pass --jobs 1", sampled=True),
+        Case("train-again-out", "train --again kept --recordings pass --out passes --jobs 1", sampled=True),
+        Case("watch", "watch archive --settings pass/settings.ini --out results --settle 0 --jobs 1", sampled=True, resumes=True),
         Case("wheel", f"wheel wheel.csv in.whl {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
         Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
         Case("calibrate", f"{shots} --sensor 1 --write s.ini {OUTPUTS}", "s.ini o.json o.html", tells_failures=True),
         Case("grid", f"grid scan.bin --step 0.5 --out seeds {OUTPUTS}", "o.json o.html"),
+        Case("view-scan", "view scan.bin -o o.html", "o.html", sampled=True),
+        Case("view-profiles", "view wheel.csv --compare rail.csv -o o.html", "o.html", sampled=True),
+        Case("view-cloud", "view coloured.bin -o o.html", "o.html", sampled=True),
+        Case("profile", "profile scan.bin --record 2 --do sort --line --out o.bin --report o.html --json o.json",
+             "o.bin o.html o.json", sampled=True),
+        Case("grid-map", "grid scan.bin --step 0.5 --map o.gsf", "o.gsf"),
+        Case("convert-map", "convert map.gsf o.sdf", "o.sdf"),
+        Case("convert-mesh", "convert map.gsf o.stl", "o.stl"),
+        Case("convert-vti", "convert map.vti o.npy", "o.npy"),
+        Case("convert-pose", "convert in.bin o.table --pose pass/settings.ini --sensor 1 --record 1", "o.table"),
         Case("info", "info " + " ".join([*READ.values(), "pass/train_101.bin", "coloured.bin"])),
         Case("settings-init", "settings init new.ini"),
         Case("settings-check", "settings check pass/settings.ini pass/train_101.bin pass/train_102.bin"),
@@ -79,7 +91,7 @@ def all_cases():
         Case("convert-colours", "convert coloured.bin o.bin", "o.bin"),
         Case("convert-large", "convert large.bin o.csv", "o.csv", sampled=True),
         Case("demo", "train demo/train_101.bin demo/train_102.bin --settings demo/settings.ini --defects demo/defects.ini "
-             f"--out passes {OUTPUTS} --csv o.csv", "o.json o.html o.csv", sampled=True),
+             f"--out passes {OUTPUTS} --csv o.csv --jobs 1", "o.json o.html o.csv", sampled=True),
     ]
     for kind, name in READ.items():
         for to in WRITTEN:
@@ -109,6 +121,8 @@ def make_inputs(program, folder):
         struct.pack("<BI", 4, len(points)) + b"".join(struct.pack("<3fI", *p, 0x102030) for p in points))
     subprocess.run([sys.executable, pathlib.Path(__file__).parents[1] / "docs" / "makeScan.py", folder / "scan.bin"],
                    check=True)
+    for kind in ("gsf", "vti"):
+        kxmath(program, folder, f"grid scan.bin --step 0.5 --map map.{kind}")
     for kind in WRITTEN[1:]:
         kxmath(program, folder, f"convert in.bin {READ[kind]} --to {kind}")
     kxmath(program, folder, f"simulate pass {PASS}")

@@ -83,7 +83,7 @@ const Fault* next(Call call, const char* path, long size) {
     if (seen == nullptr) {
         return nullptr;
     }
-    const long number = ++seen->counts[static_cast<std::size_t>(call)];
+    const long number = ++std::atomic_ref(seen->counts[static_cast<std::size_t>(call)]);
     if (call != armed.call) {
         return nullptr;
     }

@@ -30,7 +30,8 @@ class Server:
         self.folder = pathlib.Path(folder) / "run"
         self.out, self.err = self.folder.parent / "out", self.folder.parent / "err"
         self.folder.mkdir(parents=True)
-        self.environment = dict(os.environ, TMPDIR=f"{self.folder}/tmp", LC_ALL="C.UTF-8", HOME=str(self.folder.parent))
+        self.environment = dict(os.environ, TMPDIR=f"{self.folder}/tmp", LC_ALL="C.UTF-8", HOME=str(self.folder.parent),
+                                SOURCE_DATE_EPOCH="1700000000")  # pages say when they were made
         self.environment.pop("LD_PRELOAD", None)
         self.process = subprocess.Popen([kxmath], cwd=self.folder.parent, stdin=subprocess.PIPE, text=True,
                                         stdout=subprocess.PIPE,

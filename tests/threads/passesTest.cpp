@@ -1,4 +1,4 @@
-// Two passes measured at once in two threads give the same as one after the other. Without GoogleTest and the
+// Two passes measured at once in two threads, and one whose wheels are measured at once, give the same as one after the other. Without GoogleTest and the
 // simulator, so that it can be built with the thread sanitizer together with the library alone.
 #include <KxInspect/Train.h>
 
@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <random>
 #include <string>
 #include <thread>
@@ -53,16 +54,18 @@ struct Pass {
         write(folder / "a_1.bin", recording(seed));
         write(folder / "b_2.bin", recording(seed + 100));
         const std::string lines = "level_k=0\nlevel_b=100\nk2=-0.5\nb2=-5\nlowLevel_k=0\nlowLevel_b=10\n";
-        write(folder / "settings.ini",
-              "calibrLines2=1360\npointsHigher=0\n[SENSOR1]\nSN=1\n" + lines + "[SENSOR2]\nSN=2\n" + lines);
+        const std::string pose = "x=0\ny=0\nz=0\nalpha=0\nbeta=0\ngamma=0\n";
+        write(folder / "settings.ini", "calibrLines2=1360\npointsHigher=0\n[SENSOR1]\nSN=1\nside=left\n" + lines +
+                                           pose + "[SENSOR2]\nSN=2\nside=right\n" + lines + pose);
     }
 
-    std::string measure(const std::string& wheels) const {
+    std::string measure(const std::string& wheels, const TaskRunner& runner = {}) const {
         const std::string settings = folder / "settings.ini";
         PassOptions options;
         options.defects = readDefectSettings(settings);
         options.shownPairs = {1, 10};
         options.wheelFolder = folder / wheels;
+        options.runner = runner;
         PassResult result =
             measurePass({folder / "a_1.bin", folder / "b_2.bin"}, readStationSettings(settings), options);
         result.folder.clear();
@@ -71,6 +74,18 @@ struct Pass {
 
     fs::path folder;
 };
+
+/// A thread for each task.
+void runAtOnce(const std::vector<std::function<void()>>& tasks) {
+    std::vector<std::thread> threads;
+    threads.reserve(tasks.size());
+    for (const std::function<void()>& task : tasks) {
+        threads.emplace_back(task);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
 
 bool isSame(const fs::path& parent) {
     const Pass first(parent, 1);
@@ -81,12 +96,13 @@ bool isSame(const fs::path& parent) {
     std::thread other([&] { found[1] = second.measure("after"); });
     one.join();
     other.join();
+    const bool isSameAtOnce = first.measure("at once", runAtOnce) == expected[0];
     const bool hasResults = expected[0] != expected[1] && expected[0].find("\"distances\": 10") != std::string::npos &&
                             expected[0].find("\"isDefective\": true") != std::string::npos;
     if (!hasResults) {
         std::fprintf(stderr, "%s\n", expected[0].substr(0, 3000).c_str());
     }
-    return hasResults && expected[0] == found[0] && expected[1] == found[1];
+    return hasResults && isSameAtOnce && expected[0] == found[0] && expected[1] == found[1];
 }
 
 } // namespace

@@ -137,6 +137,15 @@ Accuracy analyse(const StudiedValue& value) {
     return accuracy;
 }
 
+double rootMeanSquare(const StudiedValue& value) {
+    const Accuracy accuracy = analyse(value);
+    return std::hypot(accuracy.deviation(), accuracy.bias);
+}
+
+double added(double with, double noise) {
+    return std::sqrt(std::max(0.0, with * with - noise * noise));
+}
+
 std::string accuracyTable(const std::vector<StudiedValue>& values) {
     std::string table = "| command | value | unit | readings | not measured | repeatability | reproducibility | "
                         "tolerance | six deviations, "

@@ -47,6 +47,12 @@ struct Accuracy {
 /// Parts that some station has not measured twice are left out of the deviations.
 Accuracy analyse(const StudiedValue& value);
 
+/// Of all errors of a value taken together, bias included.
+double rootMeanSquare(const StudiedValue& value);
+
+/// What a cause adds to the noise, both as root mean squares.
+double added(double with, double noise);
+
 /// The results as a table in Markdown.
 std::string accuracyTable(const std::vector<StudiedValue>& values);
 

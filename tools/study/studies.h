@@ -22,9 +22,16 @@ struct Causes {
     bool gauge = true; ///< the gauge's own errors
 };
 
+/// What makes the measures of a pass differ, besides the noise of the points.
+struct PassCauses {
+    bool dirt = true; ///< on treads and windows
+    bool poses = true; ///< of the sensors are off as a calibration leaves them
+};
+
 /// @{ The values of each command.
 std::vector<StudiedValue> studyTrain(const Report& report);
 std::vector<StudiedValue> studyWheel(const Report& report, const Causes& causes = {});
+std::vector<StudiedValue> studyPasses(const Report& report, const PassCauses& causes = {});
 std::vector<StudiedValue> studyConicity(const Report& report);
 std::vector<StudiedValue> studyCalibrate(const Report& report);
 /// @}

@@ -2,24 +2,7 @@
 // the gauge onto the wheel, and from the gauge itself, as a table in Markdown.
 #include "tools/study/studies.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
-
-namespace {
-
-/// The standard deviation of the errors, all readings taken together.
-double deviationOf(const kxstudy::StudiedValue& value) {
-    const kxstudy::Accuracy accuracy = kxstudy::analyse(value);
-    return std::hypot(accuracy.deviation(), accuracy.bias);
-}
-
-/// What a cause adds to the noise of the points.
-double added(double with, double noise) {
-    return std::sqrt(std::max(0.0, with * with - noise * noise));
-}
-
-} // namespace
 
 int main() {
     const auto report = [](const std::string& what) { std::fprintf(stderr, "%s\n", what.c_str()); };
@@ -31,10 +14,11 @@ int main() {
     std::printf("| value | unit | noise of the points | dirt | placing | gauge | all |\n"
                 "| --- | --- | ---: | ---: | ---: | ---: | ---: |\n");
     for (std::size_t i = 0; i < all.size(); ++i) {
-        const double ofNoise = deviationOf(noise[i]);
+        const double ofNoise = kxstudy::rootMeanSquare(noise[i]);
         std::printf("| %s | %s | %.4f | %.4f | %.4f | %.4f | %.4f |\n", all[i].name.c_str(), all[i].unit.c_str(),
-                    ofNoise, added(deviationOf(dirt[i]), ofNoise), added(deviationOf(placing[i]), ofNoise),
-                    added(deviationOf(gauge[i]), ofNoise), deviationOf(all[i]));
+                    ofNoise, kxstudy::added(kxstudy::rootMeanSquare(dirt[i]), ofNoise),
+                    kxstudy::added(kxstudy::rootMeanSquare(placing[i]), ofNoise),
+                    kxstudy::added(kxstudy::rootMeanSquare(gauge[i]), ofNoise), kxstudy::rootMeanSquare(all[i]));
     }
     return 0;
 }

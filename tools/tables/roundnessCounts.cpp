@@ -1,7 +1,8 @@
 // Counts over many simulated passes what roundness says of wheels that are known:
 //
-//     roundnessCounts sound [PASSES [FIRST_SEED]]  sound wheels under conditions drawn from the whole range
+//     roundnessCounts sound [PASSES [FIRST_SEED [OPTIONS]]]  sound wheels under conditions drawn from the whole range
 //     roundnessCounts flats [PASSES [FIRST_SEED [OPTIONS]]]  flats of 25 to 60 mm that pass where the sensors see
+//     roundnessCounts short [PASSES [FIRST_SEED [OPTIONS]]]  flats of 13 to 25 mm, likewise
 //     roundnessCounts intervals [PASSES [FIRST_SEED [-v]]]  95 % intervals of the radius of a profile
 //
 // Wheels that are judged wrongly are named on stderr, with the options of kxmath simulate that make them.
@@ -47,13 +48,13 @@ std::string drawnConditions(kxsim::Random& random) {
            option("bogies", 1.0) + option("axles", speed < kSlow ? 2.0 : 4.0);
 }
 
-void countSound(std::uint64_t passes, std::uint64_t first) {
+void countSound(std::uint64_t passes, std::uint64_t first, const std::string& more) {
     constexpr std::size_t kReason = 40; // its first letters, before numbers
     Tally all;
     std::map<std::string, int> reasons;
     for (std::uint64_t seed = first; seed < first + passes; ++seed) {
         kxsim::Random random({seed, SoundStream});
-        const std::string options = drawnConditions(random);
+        const std::string options = drawnConditions(random) + ' ' + more;
         const KxInspect::PassResult pass = measured(carWith(options, seed));
         Tally tally;
         tally.add(pass);
@@ -99,10 +100,26 @@ std::string judgementOf(const PassWheel* wheel) {
                             : wheel->roundnessReason;
 }
 
+/// A length of a flat.
+using Lengths = double (*)(kxsim::Random&);
+
+double longFlat(kxsim::Random& random) {
+    return random.chance(0.2) ? 60.0 : random.uniform(25.0, 60.0);
+}
+
+double shortFlat(kxsim::Random& random) {
+    return random.uniform(13.0, 25.0);
+}
+
 /// Flats in the part of the circumference that the sensors see by default, one on each side of a pass.
-void countFlats(std::uint64_t passes, std::uint64_t first, const std::string& more, kxsim::FlatShape shape) {
+void countFlats(std::uint64_t passes, std::uint64_t first, const std::string& more, kxsim::FlatShape shape,
+                Lengths lengths) {
     constexpr double kReach = 22.0; // mm of the circumference to both sides
-    Found counts[] = {{"25 to 40 mm", 25.0, 40.0}, {"40 to 60 mm", 40.0, 60.0}, {"60 mm", 60.0, 61.0}};
+    Found counts[] = {{"13 to 19 mm", 13.0, 19.0},
+                      {"19 to 25 mm", 19.0, 25.0},
+                      {"25 to 40 mm", 25.0, 40.0},
+                      {"40 to 60 mm", 40.0, 60.0},
+                      {"60 mm", 60.0, 61.0}};
     Tally sound;
     for (std::uint64_t seed = first; seed < first + passes; ++seed) {
         kxsim::Random random({seed, FlatStream});
@@ -112,9 +129,9 @@ void countFlats(std::uint64_t passes, std::uint64_t first, const std::string& mo
         kxsim::Parameters p = carWith(options, seed);
         p.flatShape = shape;
         for (const int sensor : {1, 2}) {
-            p.defects.push_back({kxsim::Defect::Kind::Flat, 1 + static_cast<int>(random.uniform() * 2.999), sensor,
-                                 random.chance(0.2) ? 60.0 : random.uniform(25.0, 60.0),
-                                 random.uniform(-kReach, kReach)});
+            const int pair = 1 + static_cast<int>(random.uniform() * 2.999);
+            const double length = lengths(random);
+            p.defects.push_back({kxsim::Defect::Kind::Flat, pair, sensor, length, random.uniform(-kReach, kReach)});
         }
         const KxInspect::PassResult pass = measured(p);
         sound.add(pass);
@@ -137,6 +154,9 @@ void countFlats(std::uint64_t passes, std::uint64_t first, const std::string& mo
         }
     }
     for (const Found& count : counts) {
+        if (count.flats == 0) {
+            continue;
+        }
         std::printf("%d of %d %s flats of %s found.\n", count.found, count.flats, nameOf(shape), count.name);
     }
     std::printf("%d of %d sound wheels beside them out of round.\n", sound.out, sound.wheels);
@@ -190,16 +210,17 @@ int main(int argc, char** argv) {
     const auto number = [&](int place, std::uint64_t otherwise) {
         return argc > place ? std::strtoull(argv[place], nullptr, 10) : otherwise;
     };
+    const std::string more = argc > 4 ? argv[4] : "";
     if (what == "sound") {
-        countSound(number(2, 1000), number(3, 1));
-    } else if (what == "flats") {
-        const std::string more = argc > 4 ? argv[4] : "";
-        countFlats(number(2, 100), number(3, 1), more, kxsim::FlatShape::Even);
-        countFlats(number(2, 100), number(3, 1), more, kxsim::FlatShape::Plane);
+        countSound(number(2, 1000), number(3, 1), more);
+    } else if (what == "flats" || what == "short") {
+        for (const kxsim::FlatShape shape : {kxsim::FlatShape::Even, kxsim::FlatShape::Plane}) {
+            countFlats(number(2, 100), number(3, 1), more, shape, what == "flats" ? longFlat : shortFlat);
+        }
     } else if (what == "intervals") {
         countIntervals(number(2, 1000), number(3, 1), argc > 4);
     } else {
-        std::fprintf(stderr, "roundnessCounts sound|flats|intervals [COUNT [FIRST_SEED]]\n");
+        std::fprintf(stderr, "roundnessCounts sound|flats|short|intervals [COUNT [FIRST_SEED]]\n");
         return 2;
     }
     return 0;

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <numeric>
+
 namespace {
 
 using namespace KxInspect;
@@ -59,7 +62,15 @@ TEST(Consist, CountsVehiclesOfManyKindsByTheirGaps) {
     }
 }
 
+/// The root of the sum of the squares of distances from their mean.
+double rootOfSquares(const std::vector<double>& places) {
+    const double mean = std::accumulate(places.begin(), places.end(), 0.0) / double(places.size());
+    return std::sqrt(std::transform_reduce(places.begin(), places.end(), 0.0, std::plus(),
+                                           [&](double place) { return (place - mean) * (place - mean); }));
+}
+
 TEST(Consist, FindsAxlesOfAListWithMissedOnesAndTurnedTrains) {
+    constexpr double kNoise = 15.0; // mm
     std::mt19937 random(4);
     Counts counts;
     int open = 0;
@@ -77,14 +88,14 @@ TEST(Consist, FindsAxlesOfAListWithMissedOnesAndTurnedTrains) {
         const double scale = 0.97 + 0.0001 * int(random() % 600);
         std::vector<AxleNumber> numbers;
         const PassTrain train =
-            numberAxles(fleet.measured(15.0, scale, random), &fleet.consist, ConsistOrder::Found, numbers);
+            numberAxles(fleet.measured(kNoise, scale, random), &fleet.consist, ConsistOrder::Found, numbers);
         if (train.order == VehicleOrder::Passing) {
             ++open;
             EXPECT_FALSE(train.mismatches.empty());
             continue;
         }
         EXPECT_EQ(train.order == VehicleOrder::Turned, isTurned);
-        EXPECT_NEAR(*train.scale, scale, 0.003);
+        EXPECT_NEAR(*train.scale, scale, 10.0 * kNoise / rootOfSquares(fleet.places)) << "10 sigma of a line";
         count(fleet, train, numbers, counts);
     }
     EXPECT_EQ(counts.wrong, 0) << counts;

@@ -10,20 +10,20 @@ using namespace KxInspect::detail;
 constexpr double kPlace = 3000.0, kDown = -470.0, kRadius = 455.0, kLevel = -40.0;
 
 /// The tip at a place, of an axle whose profiles lean and whose places are too short.
-FlangeTip tipAt(double along, double shear, double stretch) {
+ProfileTip tipAt(double along, double shear, double stretch) {
     const double down = kDown + std::sqrt(kRadius * kRadius - along * along);
     return {kPlace + (along + shear * (down - kLevel)) / (1.0 + stretch), down};
 }
 
-std::vector<FlangeTip> tips(double from, double to, double shear, double stretch) {
-    std::vector<FlangeTip> all;
+std::vector<ProfileTip> tips(double from, double to, double shear, double stretch) {
+    std::vector<ProfileTip> all;
     for (double along = from; along <= to; along += 6.0) {
         all.push_back(tipAt(along, shear, stretch));
     }
     return all;
 }
 
-std::optional<AxleFit> fit(const std::vector<FlangeTip>& all, const AxleKnowledge& known) {
+std::optional<AxleFit> fit(const std::vector<ProfileTip>& all, const AxleKnowledge& known) {
     const std::optional<FlangeCircle> circle = fitFlangeCircle(all);
     return circle ? fitAxle(all, *circle, known) : std::nullopt;
 }
@@ -41,7 +41,7 @@ TEST(AxleFit, FindsTheAxle) {
                           {"a bad tip", -270.0, 240.0, 0.0, 0.0, 2.0}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.desc);
-        std::vector<FlangeTip> all = tips(c.from, c.to, c.shear, c.stretch);
+        std::vector<ProfileTip> all = tips(c.from, c.to, c.shear, c.stretch);
         all[7].down += c.outlier;
         const std::optional<AxleFit> axle = fit(all, {{0.0, 0.05}, {0.0, 0.02}});
         ASSERT_TRUE(axle);
@@ -66,8 +66,8 @@ TEST(AxleFit, ErrorsAreThoseOfManyFits) {
     for (int i = 0; i < kFits; ++i) {
         // What is known of shear and stretch is as uncertain as it says.
         const AxleKnowledge known = {{0.002 * normal(random), 0.002}, {0.004 * normal(random), 0.004}, kNoise};
-        std::vector<FlangeTip> all = tips(-270.0, 240.0, 0.0, 0.0);
-        for (FlangeTip& tip : all) {
+        std::vector<ProfileTip> all = tips(-270.0, 240.0, 0.0, 0.0);
+        for (ProfileTip& tip : all) {
             tip.down += kNoise * normal(random);
         }
         const std::optional<AxleFit> axle = fit(all, known);
@@ -83,7 +83,7 @@ TEST(AxleFit, ErrorsAreThoseOfManyFits) {
 }
 
 TEST(AxleFit, IsNoSurerThanTheNoiseOfTheTips) {
-    const std::vector<FlangeTip> all = tips(-270.0, 240.0, 0.0, 0.0); // by chance without any
+    const std::vector<ProfileTip> all = tips(-270.0, 240.0, 0.0, 0.0); // by chance without any
     const auto errorOf = [&](double noise) {
         return std::sqrt(fit(all, {{0.0, 0.002}, {0.0, 0.004}, noise})->covariance[AxleFit::Place][AxleFit::Place]);
     };

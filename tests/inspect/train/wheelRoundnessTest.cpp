@@ -113,7 +113,7 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
     const std::vector<Case> cases = {
         {"round", {}, {}, 0.0},
         {"flat", {.worn = within(5, 8, 0.3)}, {5, 6, 7, 8}, 0.3},
-        {"build-up at the end", {.worn = within(58, 60, -0.12)}, {58, 59, 60}, 0.12},
+        {"build-up at the end", {.worn = within(58, 60, -0.16)}, {58, 59, 60}, 0.16},
         {"too few successive ones", {.worn = within(5, 6, 0.3)}, {}, 0.0},
         {"a gap between them", {.hidden = 7, .worn = within(5, 8, 0.3)}, {}, 0.0},
         {"too shallow", {.worn = within(5, 20, 0.027)}, {}, 0.027},
@@ -133,6 +133,40 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
         EXPECT_NEAR(result.largest, c.largest, 2e-3);
         EXPECT_NEAR(result.flangeRadius, kFlangeRadius, 0.05);
         EXPECT_NEAR(result.radii[0].place, fromAxle(1, c.make), 0.01);
+    }
+}
+
+TEST(WheelRoundness, TellsFlatsFromDirt) {
+    const auto arc = [](int number) { return arcOf(fromAxle(number, {}), kTreadRadius); };
+    const auto spot = [&](double middle, double radius, double thickness) {
+        return [=](int number) { return -thickness * std::exp(-std::pow((arc(number) - middle) / radius, 2)); };
+    };
+    const auto flat = [&](double middle, double length) {
+        return [=](int number) {
+            return std::max(0.0, std::pow(length / 2.0, 2) - std::pow(arc(number) - middle, 2)) / (2.0 * kTreadRadius);
+        };
+    };
+    struct Case {
+        const char* desc;
+        std::function<double(int)> worn;
+        bool isOut, isDirty;
+    };
+    const Case cases[] = {
+        {"spot", spot(8.0, 7.0, 0.09), false, true},
+        {"wide spot", spot(-15.0, 20.0, 0.095), false, true},
+        {"too thick for dirt", spot(8.0, 7.0, 0.19), true, false},
+        {"short flat", flat(5.0, 16.0), true, false}, // 0.075 mm deep
+        {"flat at the end", flat(19.0, 18.0), true, false},
+        {"edge of a flat", flat(-21.0, 15.0), true, false},
+        {"deep flat", flat(-3.0, 45.0), true, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.desc);
+        const std::optional<Roundness> judged = judge({.noise = 0.03, .worn = c.worn}).roundness;
+        ASSERT_TRUE(judged);
+        EXPECT_EQ(judged->isOut, c.isOut) << judged->largest;
+        EXPECT_EQ(judged->isDirty, c.isDirty);
+        EXPECT_FALSE(judged->profiles.empty());
     }
 }
 
