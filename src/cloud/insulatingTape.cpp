@@ -86,7 +86,7 @@ double steadiestSlope(const std::vector<KxPointXY>& sample) {
     const std::size_t span = sample.size() * 2 / 5;
     double bestSlope = 0.0;
     double bestWidth = std::numeric_limits<double>::infinity();
-    for (const std::size_t part : {4, 3, 2}) {
+    for (const std::size_t part : {4U, 3U, 2U}) {
         const std::size_t distance = sample.size() / part;
         for (std::size_t i = 0; i + distance < sample.size(); ++i) {
             const KxPointXY& p = sample[i];

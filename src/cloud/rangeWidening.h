@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace KxMath::detail {
 
@@ -73,13 +74,13 @@ void widenRange(Cloud& cloud, const Point* points, qsizetype count) {
     max.fill(maxBefore);
     for (; end - points > kUnroll;
          points += kUnroll) { // more than 12 bytes of a point are loaded: never of the last one
-        for (int u = 0; u < kUnroll; ++u) {
+        for (std::size_t u = 0; u < kUnroll; ++u) {
             const Coordinates v = loadCoordinates(points + u);
             min[u] = minOf(v, min[u]);
             max[u] = maxOf(v, max[u]);
         }
     }
-    for (int u = 1; u < kUnroll; ++u) {
+    for (std::size_t u = 1; u < kUnroll; ++u) {
         min[0] = minOf(min[u], min[0]);
         max[0] = maxOf(max[u], max[0]);
     }

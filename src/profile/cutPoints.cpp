@@ -44,7 +44,7 @@ public:
     bool isAnyBeyond(float threshold, qsizetype begin, qsizetype end) const {
         int beyond = 0;
         for (qsizetype c = begin; c < end; ++c) {
-            beyond += (at(c) > threshold) | (at(c) < -threshold); // NaN: 0
+            beyond += int(at(c) > threshold) | int(at(c) < -threshold); // NaN: 0
         }
         return beyond > 0;
     }

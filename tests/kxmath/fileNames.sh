@@ -1,6 +1,7 @@
 # Runs every command on files whose names are not UTF-8: fileNames.sh, in a folder with the inputs of all commands.
 # What is written for a file named by the byte 0xFC is what is written for one whose name has the three letters %FC.
 set -e
+export SOURCE_DATE_EPOCH=1700000000 # pages say when they were made
 byte=$(printf '\374')
 for name in 'a%FCb' "a${byte}b"; do
     rm -rf run
@@ -22,6 +23,7 @@ for name in 'a%FCb' "a${byte}b"; do
         "$KXMATH" convert "$name.ply" "$name.xyzf"
         "$KXMATH" convert "wheel-$name.csv" "$name.csv"
         "$KXMATH" wheel "wheel-$name.csv" $(outputs wheel) --csv "c-$name"
+        "$KXMATH" profile "wheel-$name.csv" --do trimX:1,90 $(outputs profile) -o "p-$name.ply"
         "$KXMATH" conicity --wheel1 "cone-$name.csv" --wheel2 "cone-$name.csv" --rail1 "rail-$name.csv" \
             --rail2 "rail-$name.csv" --gauge 1442 --back-to-back 1360 --gauge-depth 0 $(outputs conicity)
         for sensor in 1 2; do

@@ -23,6 +23,10 @@ const Output kOutputs[] = {
     {"o.xyz", "convert spatial.bin OUT"},
     {"o.ply", "convert spatial.bin OUT"},
     {"o.pcd", "convert spatial.bin OUT"},
+    {"o.npy", "convert spatial.bin OUT"},
+    {"o.vtp", "convert spatial.bin OUT"},
+    {"o.table", "convert spatial.bin OUT"},
+    {"o.gauge", "convert flat.bin OUT"},
     {"w.json", "wheel wheel.csv --json OUT"},
     {"w.csv", "wheel wheel.csv --csv OUT"},
     {"w.html", "wheel wheel.csv --report OUT"},
@@ -80,7 +84,8 @@ TEST_F(Outputs, GoIntoDevicesAndPipes) {
             runShell(path(""),
                      "{ " + lineFor(output, "/dev/fd/3").replace("exec ", "") + kind + " >table; } 3>&1 | cat >piped");
             EXPECT_GT(read("piped").size(), 50);
-            EXPECT_EQ(read("piped").size(), read("whole." + ending).size());
+            const QByteArray name = "whole." + ending.toUtf8(); // which the command line on a page tells
+            EXPECT_EQ(read("piped").size(), read(name).replace(name, "3").size());
         }
     }
 }

@@ -32,6 +32,7 @@ QByteArray gaugeText(const KxProfile& profile, float shift) {
 class CommandFiles : public ToolTest {
 protected:
     CommandFiles() : ToolTest("") {
+        qputenv("SOURCE_DATE_EPOCH", "1767225600"); // pages say when they were made
         writeSections();
         write("left_1001.bin", recording({0.25f, -1.0f, 0.5f, SeenWheel(), 0.75f}, RecordKind::CloudSections, 40));
         write("right_1002.bin", recording({0.5f, -2.5f, 0.0f, 1.0f, -0.5f}, RecordKind::ProfileRecords, 55));
@@ -187,7 +188,8 @@ TEST_P(Transcripts, ShowWhatTheCommandsPrint) {
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcripts,
                          testing::Values("calibrate", "conicity", "convert", "forms", "grid", "pages", "poses",
-                                         "settings", "shapes", "simulate", "train", "verdicts", "watch", "wheel"),
+                                         "profile", "settings", "shapes", "simulate", "train", "verdicts", "view",
+                                         "watch", "wheel"),
                          [](const auto& info) { return std::string(info.param); });
 
 // The numbers of the transcripts beside what is known of the inputs, and beside each other.

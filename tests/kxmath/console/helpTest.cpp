@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 struct Help {
@@ -35,18 +38,29 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
     std::vector<Help> helps = {helpOf({"help"})};
     EXPECT_EQ(helpOf({"--help"}).text, helps.front().text);
     EXPECT_EQ(helpOf({"help", "help"}).text, helps.front().text);
+    int longest = 0; // name
+    for (const kxtool::Command& command : kxtool::allCommands()) {
+        longest = std::max(longest, int(std::strlen(command.name)));
+    }
     for (const kxtool::Command& command : kxtool::allCommands()) {
         helps.push_back(helpOf({"help", command.name}));
         EXPECT_EQ(helpOf({command.name, "--help"}).text, helps.back().text);
         EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath %1 ").arg(command.name)));
         EXPECT_TRUE(helps.back().text.contains("--help"));
-        EXPECT_TRUE(helps.front().text.contains(QString("\n  %1 ").arg(command.name)));
+        EXPECT_TRUE(helps.front().text.contains(
+            QString("\n  %1  %2").arg(command.name, -longest).arg(QString(command.summary).left(40))));
     }
     for (const char* const part : {"init", "check", "fit"}) {
         helps.push_back(helpOf({"help", "settings", part}));
         EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath settings %1 ").arg(part)));
     }
     EXPECT_EQ(argumentsOf(helps.front().text), QStringList("COMMAND"));
+    for (std::size_t i = 1; i < helps.size(); ++i) {
+        const QString& text = helps[i].text;
+        const bool hasNone =
+            text.startsWith("Usage: kxmath settings init|") || text.startsWith("Usage: kxmath settings check");
+        EXPECT_NE(text.contains("\n  -o"), hasNone) << text.left(40).toStdString();
+    }
     for (const auto& [code, text] : helps) {
         EXPECT_EQ(code, 0);
         for (const QString& argument : argumentsOf(text)) {
@@ -69,6 +83,8 @@ TEST(Help, WrapsParagraphsAndEntriesAndLeavesDrawings) {
     EXPECT_EQ(kxtool::wrapped(more + "\nend\n\n" + drawing + "  b  " + more + "\n     end\n  c  last"),
               wide + ' ' + wide + '\n' + wide + " end\n\n" + drawing + "  b  " + wide + ' ' + wide + "\n     " + wide +
                   " end\n  c  last");
+    EXPECT_EQ(kxtool::wrapped("  b  short\n     " + more), "  b  short " + wide + ' ' + wide + "\n     " + wide)
+        << "only the second line is wide";
 }
 
 } // namespace

@@ -119,4 +119,33 @@ TEST(OptionsTest, MessagesNameTheNeededAndTheGivenValue) {
     }
 }
 
+TEST(OptionsTest, TheMainOutputHasAShortName) {
+    Options train("train", "", "");
+    train.addOption("out", "where", "DIR", ".");
+    train.addOption("json", "the result", "FILE");
+    ASSERT_TRUE(train.parse({"kxmath", "--json", "-output", "-o", "b"}));
+    EXPECT_EQ(train.text("out"), "b");
+    EXPECT_EQ(train.text("json"), "-output");
+    EXPECT_EQ(train.namesGiven(), (QStringList{"json", "out"}));
+    Options convert("convert", "", "");
+    ASSERT_TRUE(convert.parse({"kxmath", "-o=b", "a"}));
+    EXPECT_EQ(convert.arguments("files", 2, 2), (QStringList{"a", "b"}));
+    EXPECT_TRUE(convert.namesGiven().isEmpty());
+    const std::pair<QStringList, const char*> refused[] = {
+        {{"-out", "b"}, "unknown option '-out' (is '--out' meant?)"},
+        {{"-out=b"}, "unknown option '-out=b' (is '--out' meant?)"},
+        {{"-b"}, "unknown option '-b'"},
+        {{"-order"}, "unknown option '-order': -o needs a blank before its value"}};
+    for (const auto& [arguments, message] : refused) {
+        Options options("train", "", "");
+        options.addOption("out", "where", "DIR");
+        try {
+            options.parse(QStringList{"kxmath"} + arguments);
+            ADD_FAILURE() << "taken: " << message;
+        } catch (const kxtool::CommandError& error) {
+            EXPECT_EQ(error.message.toStdString(), message + std::string(", see kxmath train --help"));
+        }
+    }
+}
+
 } // namespace

@@ -19,6 +19,7 @@ import unittest
 
 KXMATH = os.path.abspath(sys.argv[1])
 SERVICE = pathlib.Path(sys.argv[2]).resolve()
+LAYOUT = pathlib.Path(__file__).resolve().parents[3] / "examples/layout.ini"
 SMALL = ("--cars 1 --bogies 1 --axles 2 --rate 150 --points 60 --no-background --no-objects --no-rails "
          "--idle 2").split()
 LONGEST = 60  # s
@@ -57,6 +58,7 @@ class Watch(unittest.TestCase):
         cls.base = pathlib.Path(tempfile.mkdtemp(prefix="kxmath_watch_"))
         cls.addClassCleanup(shutil.rmtree, cls.base)
         subprocess.run([KXMATH, "simulate", "pass", *SMALL], cwd=cls.base, check=True)
+        subprocess.run([KXMATH, "simulate", "four", *SMALL, "--layout", LAYOUT], cwd=cls.base, check=True)
 
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(dir=self.base))
@@ -65,10 +67,10 @@ class Watch(unittest.TestCase):
         self.settings = self.folder / "settings.ini"
         shutil.copy(self.base / "pass/settings.ini", self.settings)
 
-    def put(self, time_, station="A12", serials=(101, 102), size=None):
+    def put(self, time_, station="A12", serials=(101, 102), size=None, source="pass"):
         """Puts recordings where they belong, whole or so many bytes of each."""
         for serial in serials:
-            content = (self.base / f"pass/train_{serial}.bin").read_bytes()
+            content = (self.base / f"{source}/train_{serial}.bin").read_bytes()
             path = self.recordings / station / time_ / f"train_{serial}.bin"
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes(content[:size])
@@ -142,6 +144,39 @@ class Watch(unittest.TestCase):
                          {"A12 10": "waiting: 'train_101.bin' has not been still for 86400 s"})
         self.settings.write_text(self.settings.read_text().replace("level_b", "level_c"))
         self.assertRegex(self.states(3)["A12 10"], "^failed: settings .*SENSOR1/level_b")
+
+    def test_an_incomplete_group_is_measured_without_what_it_lacks(self):
+        shutil.copy(self.base / "four/settings.ini", self.settings)
+        whole, half = "20261121T081500Z", "20261121T091500Z"
+        self.put(whole, serials=(101, 102, 103), source="four")
+        self.put(half, serials=(101, 102, 104), source="four")
+        self.put(half, serials=(103,), size=5000, source="four")
+        lacks = {"A12 08": "no recording of sensor 104", "A12 09": "'train_103.bin' ends within a record, at byte 5000"}
+        for patience in ([], ["--give-up", "never"], ["--give-up", "86400"]):
+            self.assertEqual(self.states(1, *patience), {group: f"waiting: {lack}" for group, lack in lacks.items()})
+        self.assertEqual(self.states(0, "--give-up", "0"),
+                         {group: f"measured: {lack}; measured without it" for group, lack in lacks.items()})
+        given_up = contents(self.results)
+        for time_, warning in ((whole, "no recording of SENSOR4 was given"), (half, "recording 'train_103.bin' is damaged")):
+            result = json.loads((self.results / f"A12/{time_}_101+102+103+104/result.json").read_text())
+            self.assertEqual(len([text for text in result["warnings"] if warning in text]), 1, result["warnings"])
+        self.assertEqual(self.states(0, "--give-up", "0"), {"A12 08": "done", "A12 09": "done"})
+        self.put(whole, serials=(104,), source="four")
+        self.put(half, serials=(103,), source="four")
+        late = self.states(0, "--give-up", "0")
+        self.assertRegex(late["A12 08"], "^done: '.*train_104.bin' came after the pass was measured without it; remove '")
+        self.assertRegex(late["A12 09"], "^done: '.*train_103.bin' has changed since the pass was measured without it;")
+        self.assertEqual(contents(self.results), given_up)
+        shutil.rmtree(self.results)
+        self.assertEqual(self.states(0, "--give-up", "0"), {"A12 08": "measured", "A12 09": "measured"})
+
+    def test_what_cannot_be_measured_without_a_recording_waits_for_it(self):
+        self.put("20261121T081500Z", serials=(101,))
+        self.assertEqual(self.states(3, "--give-up", "0"), {
+            "A12 08": "failed: no recording of sensor 102, and without it: a pass needs two recordings, not 1"})
+        self.put("20261121T081500Z", serials=(102,))
+        self.assertEqual(self.states(0, "--give-up", "0"), {"A12 08": "measured"})
+        self.assertEqual([path for path in files_in(self.results) if "failed" in path.name], [])
 
     def test_a_recording_that_grows_after_its_result_is_reported(self):
         self.put("20261121T081500Z")
