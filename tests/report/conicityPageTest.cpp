@@ -123,4 +123,25 @@ TEST(ConicityPage, ShowsNoMarkWithoutAConicity) {
     EXPECT_EQ(page.plot("Equivalent conicity over the amplitude").items.size(), 3u) << "curve and interval";
 }
 
+/// Two digits of half the interval's width are shown, from hundredths to ten-thousandths.
+TEST(ConicityPage, DigitsFollowTheInterval) {
+    constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+    struct Case {
+        std::optional<float> conicity;
+        Interval interval;
+        const char* text;
+    };
+    const Case cases[] = {{0.1851f, {0.1841f, 0.1861f}, "0.1851 \u00b1 0.0010"},
+                          {0.1854f, {0.1604f, 0.2104f}, "0.185 \u00b1 0.025"},
+                          {0.1854f, {0.1754f, 0.2054f}, "0.185 (0.175 to 0.205)"},
+                          {0.36f, {0.11f, 0.86f}, "0.36 (0.11 to 0.86)"},
+                          {0.25f, {0.0f, 5.0f}, "0.25 (0.00 to 5.00)"},
+                          {0.12345f, {0.12345f - 2e-5f, 0.12345f + 2e-5f}, "0.1235 \u00b1 <0.0001"},
+                          {0.12345f, {kNaN, kNaN}, "0.1235"},
+                          {std::nullopt, {kNaN, kNaN}, "-"}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(kxreport::conicityText(c.conicity, c.interval), QString::fromUtf8(c.text));
+    }
+}
+
 } // namespace
