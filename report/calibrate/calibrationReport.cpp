@@ -1,6 +1,7 @@
 // The report of a calibration.
 #include "report/calibrate/calibrationReport.h"
 
+#include "report/elements/fileNames.h"
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
@@ -69,7 +70,7 @@ Range rangeOf(const ProfilePose& m) {
     return x.padded(0.02);
 }
 
-QString profilePlot(const ProfilePose& m, const QString& id) {
+QString profilePlot(const ProfilePose& m, const QString& name, const QString& id) {
     const auto value = [](const CalibrationPoint& p) {
         return QPointF(static_cast<double>(p.point.x), -static_cast<double>(p.point.y));
     };
@@ -83,8 +84,8 @@ QString profilePlot(const ProfilePose& m, const QString& id) {
     const double wanted = Plot::areaWidth(kWidth) * y.size() / x.size() + border;
     const int height = static_cast<int>(std::clamp(wanted, 260.0, 520.0));
     makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(height));
-    Plot plot(id, QStringLiteral("Profile %1").arg(QString::fromStdString(m.name)), kWidth, height,
-              {QStringLiteral("x, mm"), x}, {QStringLiteral("-y, mm (towards the sensor)"), y});
+    Plot plot(id, QStringLiteral("Profile %1").arg(name), kWidth, height, {QStringLiteral("x, mm"), x},
+              {QStringLiteral("-y, mm (towards the sensor)"), y});
     plot.addDots(pointsOn(m, std::nullopt, value), colour::kPale, 2.0, QStringLiteral("other points"));
     addFlanks(plot, m, value, 2.2);
     Points outliers;
@@ -97,7 +98,7 @@ QString profilePlot(const ProfilePose& m, const QString& id) {
     return plot.svg();
 }
 
-QString residualPlot(const ProfilePose& m, const QString& id) {
+QString residualPlot(const ProfilePose& m, const QString& name, const QString& id) {
     const auto value = [](const CalibrationPoint& p) { return QPointF(static_cast<double>(p.point.x), p.residual); };
     constexpr double kSmallestRange = 0.1; // mm, keeps noise from filling the plot
     Range y{-kSmallestRange, kSmallestRange};
@@ -106,8 +107,8 @@ QString residualPlot(const ProfilePose& m, const QString& id) {
             y.include(p.residual);
         }
     }
-    Plot plot(id, QStringLiteral("Residuals of %1").arg(QString::fromStdString(m.name)), kWidth, 280,
-              {QStringLiteral("x, mm"), rangeOf(m)}, {QStringLiteral("residual, mm"), y.padded(0.05)});
+    Plot plot(id, QStringLiteral("Residuals of %1").arg(name), kWidth, 280, {QStringLiteral("x, mm"), rangeOf(m)},
+              {QStringLiteral("residual, mm"), y.padded(0.05)});
     plot.addLevel(0.0, {colour::kGrey, 1.0});
     addFlanks(plot, m, value, 2.6);
     return plot.svg();
@@ -225,7 +226,16 @@ void addFlankTable(Page& page, const CalibrationResult& result) {
         "error across the ridge divided by the obliqueness."));
 }
 
-void addProfileTable(Page& page, const CalibrationResult& result) {
+std::vector<std::string> pathsOf(const CalibrationResult& result) {
+    std::vector<std::string> paths;
+    for (const ProfilePose& m : result.profiles) {
+        paths.push_back(m.name);
+    }
+    return paths;
+}
+
+/// @param names of the profiles, for readers
+void addProfileTable(Page& page, const CalibrationResult& result, const QStringList& names) {
     std::vector<std::vector<Cell>> rows;
     QStringList headers = textList({QStringLiteral("profile"), QStringLiteral("fault")});
     for (const PoseField& field : kPoseFields) {
@@ -233,8 +243,9 @@ void addProfileTable(Page& page, const CalibrationResult& result) {
             QStringLiteral("%1, %2").arg(QLatin1String(field.name), QLatin1String(field.isAngle ? "degrees" : "mm"));
     }
     headers += QStringLiteral("rms, mm");
-    for (const ProfilePose& m : result.profiles) {
-        std::vector<Cell> row = {{QString::fromStdString(m.name)},
+    for (std::size_t i = 0; i < result.profiles.size(); ++i) {
+        const ProfilePose& m = result.profiles[i];
+        std::vector<Cell> row = {{names.at(static_cast<qsizetype>(i))},
                                  {m.hasPose() ? QStringLiteral("none") : QString::fromStdString(m.fault),
                                   m.hasPose() ? Tone::Faint : Tone::Bad}};
         const bool findsY = placementOf(result.task.placement).findsY;
@@ -253,10 +264,12 @@ void addProfileTable(Page& page, const CalibrationResult& result) {
         QStringLiteral("Each value stands with half the width of its 95 % interval; y is that by the object."));
 }
 
-void addDrawings(Page& page, const CalibrationResult& result) {
+void addDrawings(Page& page, const CalibrationResult& result, const QStringList& names) {
     constexpr int kMaxDrawings = 5; // keeps the page short
     int number = 0;
-    for (const ProfilePose& m : result.profiles) {
+    for (std::size_t i = 0; i < result.profiles.size(); ++i) {
+        const ProfilePose& m = result.profiles[i];
+        const QString& name = names.at(static_cast<qsizetype>(i));
         if (!m.hasPose() && m.points.empty()) {
             continue;
         }
@@ -264,11 +277,11 @@ void addDrawings(Page& page, const CalibrationResult& result) {
             page.paragraph(QStringLiteral("The first %1 profiles are drawn.").arg(kMaxDrawings));
             return;
         }
-        page.heading(QString::fromStdString(m.name));
-        page.figure(profilePlot(m, QStringLiteral("profile%1").arg(number)),
+        page.heading(name);
+        page.figure(profilePlot(m, name, QStringLiteral("profile%1").arg(number)),
                     QStringLiteral("The profile in the frame of the sensor, which is at the top."));
         if (m.hasPose()) {
-            page.figure(residualPlot(m, QStringLiteral("residuals%1").arg(number)),
+            page.figure(residualPlot(m, name, QStringLiteral("residuals%1").arg(number)),
                         QStringLiteral(
                             "Residuals of the points on the flanks for the pose found, positive behind the object."));
         } else {
@@ -290,11 +303,14 @@ QString subtitle(const CalibrationTask& task) {
 
 QString calibrationReport(const CalibrationResult& result, const PageOrigin& origin) {
     Page page(QStringLiteral("Pose of a sensor"), subtitle(result.task), origin);
+    const std::vector<std::string> paths = pathsOf(result);
+    const QStringList names = distinctNames(paths);
     addFacts(page, result);
-    for (const std::vector<std::string>& texts : {result.unreadable, result.warnings}) {
-        for (const std::string& text : texts) {
-            page.warning(QString::fromStdString(text));
-        }
+    for (const std::string& text : result.unreadable) {
+        page.failure(withBareName(QString::fromStdString(text)) + QLatin1Char('.'));
+    }
+    for (const std::string& text : result.warnings) {
+        page.warning(withNames(QString::fromStdString(text), paths, names));
     }
     if (result.hasPose()) {
         page.heading(QStringLiteral("Pose"));
@@ -302,13 +318,13 @@ QString calibrationReport(const CalibrationResult& result, const PageOrigin& ori
         page.heading(QStringLiteral("Residuals of the flanks"));
         addFlankTable(page, result);
     } else {
-        page.failure(QString::fromStdString(reasonWithoutPose(result)) + QLatin1Char('.'));
+        page.failure(withNames(QString::fromStdString(reasonWithoutPose(result)), paths, names) + QLatin1Char('.'));
     }
     if (result.profiles.size() > 1) {
         page.heading(QStringLiteral("Profiles"));
-        addProfileTable(page, result);
+        addProfileTable(page, result, names);
     }
-    addDrawings(page, result);
+    addDrawings(page, result, names);
     page.paragraph(QStringLiteral("KxMath %1.").arg(QString::fromStdString(result.version)));
     return page.html();
 }

@@ -333,10 +333,9 @@ QString conicityReport(const ConicityResult& result, const PageOrigin& origin) {
     if (!result.isCalculated()) {
         page.failure(QString::fromStdString(result.reason));
     }
-    for (const KxInspect::PlacedSection& section : result.sections) {
-        if (!section.reading.empty()) {
-            page.paragraph(QStringLiteral("The file %1 %2.")
-                               .arg(QString::fromStdString(section.file), QString::fromStdString(section.reading)));
+    for (std::size_t part = 0; part < result.sections.size(); ++part) {
+        if (const std::string& reading = result.sections[part].reading; !reading.empty()) {
+            page.paragraph(QStringLiteral("The file %1 %2.").arg(names[part], QString::fromStdString(reading)));
         }
     }
     for (const std::string& warning : result.warnings) {

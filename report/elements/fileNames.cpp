@@ -50,4 +50,19 @@ QStringList distinctNames(const std::vector<std::string>& paths) {
     return texts;
 }
 
+QString withNames(QString text, const std::vector<std::string>& paths, const QStringList& names) {
+    const auto quoted = [](const QString& name) { return QLatin1Char('\'') + name + QLatin1Char('\''); };
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        text.replace(quoted(QString::fromStdString(paths[i])), quoted(names.at(static_cast<qsizetype>(i))));
+    }
+    return text;
+}
+
+QString withBareName(const QString& sentence) {
+    const qsizetype begin = sentence.indexOf(QLatin1Char('\'')) + 1;
+    const qsizetype end = sentence.indexOf(QStringLiteral("' "), begin); // a name may hold a quote
+    const qsizetype slash = end < 0 ? -1 : sentence.lastIndexOf(QLatin1Char('/'), end);
+    return begin > 0 && slash >= begin ? sentence.left(begin) + sentence.mid(slash + 1) : sentence;
+}
+
 } // namespace kxreport

@@ -1,6 +1,7 @@
 // The page of a fit of settings.
 #include "report/settings/fitReport.h"
 
+#include "report/elements/fileNames.h"
 #include "report/elements/numbers.h"
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
@@ -206,13 +207,11 @@ void addWheels(const StationFit& fit, Page& page) {
 } // namespace
 
 QString fitReport(const StationFit& fit, const PageOrigin& origin) {
-    QStringList files;
+    std::vector<std::string> files;
     for (const FittedSensor& sensor : fit.sensors) {
-        for (const std::string& file : sensor.files) {
-            files.append(QString::fromStdString(file));
-        }
+        files.insert(files.end(), sensor.files.begin(), sensor.files.end());
     }
-    Page page(QStringLiteral("Settings of a station"), files.join(QStringLiteral(", ")), origin);
+    Page page(QStringLiteral("Settings of a station"), distinctNames(files).join(QStringLiteral(", ")), origin);
     addFacts(fit, page);
     if (!fit.hasSettings()) {
         page.failure(QString::fromStdString(fit.fault) + QLatin1Char('.'));

@@ -182,8 +182,7 @@ Plot sheetFor(const WheelResult& result, const QString& id, const QString& title
     const double wanted = Plot::areaWidth(kWidth) * y.size() / x.size() + border;
     const int height = static_cast<int>(std::clamp(wanted, kMinHeight, kMaxHeight));
     makeScalesEqual(x, y, Plot::areaWidth(kWidth), Plot::areaHeight(height));
-    Plot plot(id, title.arg(QString::fromStdString(result.file)), kWidth, height,
-              {QStringLiteral("distance from the flange back, mm"), x},
+    Plot plot(id, title, kWidth, height, {QStringLiteral("distance from the flange back, mm"), x},
               {QStringLiteral("level, mm from the flange tip"), y});
     plot.addDots(toPoints(result.section), colour::kPale, 2.5, QStringLiteral("points of the file"));
     return plot;
@@ -191,14 +190,14 @@ Plot sheetFor(const WheelResult& result, const QString& id, const QString& title
 
 } // namespace
 
-QString railwayDrawing(const WheelResult& result, const QString& id) {
-    Plot plot = sheetFor(result, id, QStringLiteral("Measures of railways on %1"));
+QString railwayDrawing(const WheelResult& result, const QString& name, const QString& id) {
+    Plot plot = sheetFor(result, id, QStringLiteral("Measures of railways on ") + name);
     addRailwayMeasures(plot, result);
     return plot.svg();
 }
 
-QString wheelDrawing(const WheelResult& result, const QString& id) {
-    Plot plot = sheetFor(result, id, QStringLiteral("Profile of %1"));
+QString wheelDrawing(const WheelResult& result, const QString& name, const QString& id) {
+    Plot plot = sheetFor(result, id, QStringLiteral("Profile of ") + name);
     plot.addLine(toPoints(result.measured), {colour::kBlue, 1.8}, QStringLiteral("measured profile"));
     addSmoothMeasures(plot, result);
     return plot.svg();

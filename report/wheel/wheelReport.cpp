@@ -141,17 +141,18 @@ void addWheels(Page& page, const WheelResults& results) {
     const QStringList names = wheelNames(results);
     for (std::size_t i = 0, drawing = 0; i < results.wheels.size(); ++i) {
         const WheelResult& result = results.wheels[i];
-        page.heading(names[static_cast<qsizetype>(i)]);
+        const QString& name = names.at(static_cast<qsizetype>(i));
+        page.heading(name);
         if (!result.error.empty()) {
             page.failure(QStringLiteral("The file %1.").arg(QString::fromStdString(result.error)));
             continue;
         }
         addFaults(page, result, results.limits);
         ++drawing;
-        page.figure(railwayDrawing(result, QStringLiteral("railway%1").arg(drawing)),
+        page.figure(railwayDrawing(result, name, QStringLiteral("railway%1").arg(drawing)),
                     QStringLiteral("The measures of railways, from the points themselves. The wheel as seen along the "
                                    "track: flange back on the left, flange tip at level 0."));
-        page.figure(wheelDrawing(result, QStringLiteral("wheel%1").arg(drawing)),
+        page.figure(wheelDrawing(result, name, QStringLiteral("wheel%1").arg(drawing)),
                     QStringLiteral("The library's measures, from a smooth profile."));
     }
 }

@@ -4,7 +4,6 @@ texts stand out from what is behind them, legends and labels stay in their place
 usage: pagesTest.py KXMATH AXE [PICTURES]: the program, axe.min.js, a folder for screenshots to look at
 """
 import base64
-import math
 import os
 import subprocess
 import sys
@@ -13,9 +12,9 @@ import unittest
 
 sys.dont_write_bytecode = True
 from browser import Browser, program  # noqa: E402
+from pageInputs import EVIL, commands_with_report, make_inputs, make_recordings, make_scan  # noqa: E402
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-EVIL = "<script>alert(1)<_script>.csv"
 PAPER = 687 # pixels of 96 dpi across A4 without the margins of 14 mm on both sides
 NO_GL = ["--disable-gpu --disable-software-rasterizer --disable-3d-apis"]
 
@@ -103,62 +102,12 @@ AXE = """axe.run(document, {resultTypes: ["violations"]}).then((result) => resul
     .map((fault) => `${fault.id}: ${fault.nodes.slice(0, 3).map((node) => node.html.slice(0, 120)).join(" | ")}`))"""
 
 
-def wheel_section(height, slope):
-    """A flange, a throat and a cone, x outwards, y down."""
-    points = [(x / 2, height * (math.cos(math.pi * (x / 2 - 14) / 22) - 1) / 2) for x in range(4, 68)]
-    return [(x, -y - height) for x, y in points] + [(34 + x / 2, -slope * (x / 2 - 36)) for x in range(1, 180)]
-
-
-def write(folder, name, points):
-    with open(os.path.join(folder, name), "w", encoding="ascii") as file:
-        file.writelines(f"{x:.4f};{y:.4f}\n" for x, y in points)
-
-
-def make_inputs(folder):
-    write(folder, "w1.csv", wheel_section(28.5, 0.05))
-    write(folder, "w2.csv", wheel_section(29.5, 0.07))
-    write(folder, EVIL, wheel_section(36.5, 0.06))
-    write(folder, "rail.csv", [(x / 4, 90 - math.sqrt(90 ** 2 - (x / 4 - 36) ** 2)) for x in range(288)])
-
-
-def make_scan(run, folder):
-    with open(os.path.join(folder, "scan.xyz"), "w", encoding="ascii") as file:
-        for z in range(60):
-            for x in range(90):
-                if not (20 <= z < 27 and 30 <= x < 45):
-                    y = 12.0 + (3.5 if 35 < x < 70 and 30 < z < 50 else 0.0) + 0.02 * math.sin(x * 7 + z)
-                    file.write(f"{0.5 * x} {y:.4f} {0.5 * z}\n")
-    run("convert", "scan.xyz", "scan.profiles")
-
-
 def pages_of(run, folder):
     """The page of each kind of result, and of what has none."""
     make_inputs(folder)
     make_scan(run, folder)
-    run("simulate", "pass", "--cars", "1", "--bogies", "1", "--axles", "2", "--rate", "1200", "--points", "400",
-        "--build-up", "2:1:1", "--flat", "1:2:60:5", "--distance-spread", "1.5", "--seed", "7")
-    run("simulate", "known", "--cars", "1", "--bogies", "1", "--axles", "3", "--rate", "900", "--points", "400",
-        "--distance-spread", "1.5", "--yaw", "1", "--along2", "30", "--seed", "3")
-    run("simulate", "shots", "--calibration", "2", "--profiles", "3", "--turn", "4,-3,2", "--move", "5,-10,8",
-        "--noise", "0.03", "--pitch", "22", "--slope", "1.1", "--plane-y", "120")
-    with open(os.path.join(folder, "pass", "settings.ini"), encoding="ascii") as file:
-        lines = ["level_b=-900" if line.startswith("level_b=") else line.rstrip() for line in file]
-    with open(os.path.join(folder, "blind.ini"), "w", encoding="ascii") as file:
-        file.write("\n".join(lines) + "\n")
-    recordings = ["pass/train_101.bin", "pass/train_102.bin"]
-    known = ["known/train_101.bin", "known/train_102.bin"]
-    rails = ["--rail1", "rail.csv", "--rail2", "rail.csv", "--gauge", "1435", "--back-to-back", "1360"]
-    limits = ["--limits", os.path.join(ROOT, "examples", "limits.ini")]
-    commands = {
-        "train": ["train", *recordings, "--settings", "pass/settings.ini", "--defects", "pass/defects.ini", *limits],
-        "blind": ["train", *recordings, "--settings", "blind.ini"],
-        "wheel": ["wheel", "w1.csv", "w2.csv", EVIL, "--min-height", "29"],
-        "conicity": ["conicity", "--wheel1", "w1.csv", "--wheel2", EVIL, *rails],
-        "calibrate": ["calibrate", "shots/calibration-1.bin", "shots/calibration-2.bin", "--position", "2", "--side",
-                      "larger-y", "--pitch", "22", "--slope", "1.1", "--plane-y", "120"],
-        "grid": ["grid", "scan.profiles", "--step", "0.5"],
-        "settings": ["settings", "fit", *known, "--distance", "1361.2,1358.2,1358.8", "--write", "s.ini"],
-    }
+    make_recordings(run, folder)
+    commands = commands_with_report(os.path.join(ROOT, "examples", "limits.ini"))
     for name, command in commands.items():
         run(*command, *(["--out", "passes"] if command[0] == "train" else []), "--report", name + ".html")
     run("view", "scan.profiles", "--step", "0.5", "-o", "view-scan.html")

@@ -52,7 +52,7 @@ CalibrationResult result() {
                            0.005 + 0.001 * part};
     }
     r.flanks[5].mean = -0.06; // beyond 0.02 mm and four standard deviations
-    r.unreadable = {"'x' is damaged"};
+    r.unreadable = {"'folder/x' is damaged"};
     r.warnings = {"w1"};
     r.version = "7.8.9";
     return r;
@@ -69,7 +69,7 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
     EXPECT_EQ(page.facts.at("Sensor"), (ReadCell{"at larger y than the crests", ""}));
     EXPECT_EQ(page.facts.at("Outliers"), (ReadCell{"1", ""}));
     EXPECT_EQ(page.facts.at("Flanks off the object"), (ReadCell{"1 of 8", "bad"}));
-    EXPECT_EQ(page.warnings, (QStringList{"Warning: 'x' is damaged", "Warning: w1"}));
+    EXPECT_EQ(page.warnings, (QStringList{"No result: 'x' is damaged.", "Warning: w1"}));
     ASSERT_EQ(page.tables.size(), 3u);
     const ReadTable &pose = page.tables[0], &flanks = page.tables[1], &profiles = page.tables[2];
     const char* const fields[] = {"x", "y", "z", "alpha", "beta", "gamma"};

@@ -93,7 +93,7 @@ TEST(WheelPage, DrawsTheMeasures) {
     const QJsonObject json = jsonOf(wheels());
     const ReadPlot plot = readPage(kxreport::wheelReport(wheels())).plots.at(1);
     const QJsonValue drawn = json["pictures"]["wheels"][0];
-    EXPECT_EQ(plot.title, "Profile of folder/a<1>.csv");
+    EXPECT_EQ(plot.title, "Profile of a<1>.csv");
     EXPECT_GT(plot.unitsPerPixel.x(), 0.0);
     EXPECT_LT(plot.unitsPerPixel.y(), 0.0) << "levels grow upwards on the drawing";
     EXPECT_NEAR(plot.unitsPerPixel.x(), -plot.unitsPerPixel.y(), 1e-3);

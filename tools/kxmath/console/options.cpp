@@ -19,6 +19,7 @@ namespace {
 
 const QString kHelp = QStringLiteral("help");
 constexpr const char* kReport = "report";
+constexpr const char* kNote = "note";
 const QString kShort = QStringLiteral("o");
 
 /// What -o is short for: the name of an option, or of an argument, which is in capitals.
@@ -155,7 +156,7 @@ void Options::addFlag(const char* name, const QString& help) {
 void Options::addOption(const char* name, const QString& help, const char* value, const QString& byDefault) {
     declare(name, help, value, byDefault);
     if (QLatin1String(name) == QLatin1String(kReport)) {
-        declare("note", QStringLiteral("A note of the operator, which the page of --report begins with."), "TEXT", {});
+        declare(kNote, QStringLiteral("A note of the operator, which the page of --report begins with."), "TEXT", {});
     }
 }
 
@@ -175,6 +176,9 @@ bool Options::parse(const QStringList& arguments) {
     }
     refuseAttached(arguments);
     if (!parser_.isSet(kHelp)) {
+        if (names_.contains(kNote) && isSet(kNote) && !isSet(kReport)) {
+            fail(QStringLiteral("--note is for the page of --report, which is not given"));
+        }
         return true;
     }
     char name[] = "kxmath";
@@ -274,7 +278,7 @@ OutputFile Options::output(const char* name) const {
     }
     OutputFile file(optionText(name), text(name));
     if (QLatin1String(name) == QLatin1String(kReport) && file.isWanted()) {
-        file.setOrigin(reportOrigin(command_, arguments_, outputNames(), text("note")));
+        file.setOrigin(reportOrigin(command_, arguments_, parser_.positionalArguments(), outputNames(), text(kNote)));
     }
     return file;
 }

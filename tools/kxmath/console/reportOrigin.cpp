@@ -10,8 +10,11 @@
 
 #include <QtCore/QDateTime>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
+
+#include <unistd.h>
 
 namespace kxtool {
 
@@ -31,10 +34,18 @@ std::filesystem::file_type typeOf(const QString& name) {
     return isNoName ? std::filesystem::file_type::not_found : type;
 }
 
-/// A file name without its folder; another text as it is. A text names a file when its folder is there.
-QString withoutFolder(const QString& text) {
+/// What the arguments of a command are.
+struct Arguments {
+    const QStringList& all; ///< the first is the name of the program
+    const QStringList& files; ///< those that name files, whether these are there or not
+    const QStringList& outputs;
+};
+
+/// A file name without its folder; another text as it is. A text of an option names a file when its folder is there.
+QString withoutFolder(const QString& text, const Arguments& arguments) {
     const qsizetype last = text.lastIndexOf(QLatin1Char('/'), -2); // one at the end belongs to the name of a folder
-    const bool isPath = last >= 0 && typeOf(text.left(last + 1)) == std::filesystem::file_type::directory;
+    const bool isPath = last >= 0 && (arguments.files.contains(text) ||
+                                      typeOf(text.left(last + 1)) == std::filesystem::file_type::directory);
     return isPath ? text.mid(last + 1) : text;
 }
 
@@ -49,18 +60,23 @@ QString quoted(const QString& text) {
     return text.isEmpty() ? QStringLiteral("''") : text;
 }
 
-/// The part of an argument that may name a file: behind "--option=".
+/// The part of an argument that may name a file: behind "--option=" or "-o=".
 QString valueOf(const QString& argument) {
     const qsizetype sign = argument.indexOf(QLatin1Char('='));
-    return argument.startsWith(QLatin1String("--")) && sign > 0 ? argument.mid(sign + 1) : argument;
+    return argument.startsWith(QLatin1Char('-')) && sign > 0 ? argument.mid(sign + 1) : argument;
 }
 
-QString commandLine(const char* command, const QStringList& arguments) {
+/// Whether a file is there that the user may not read. The command itself says so.
+bool isForbidden(const QString& name) {
+    return access(toBytes(name).c_str(), R_OK) != 0 && errno == EACCES;
+}
+
+QString commandLine(const char* command, const Arguments& arguments) {
     QString line = QStringLiteral("kxmath ") + QLatin1String(command);
-    for (qsizetype i = 1; i < arguments.size(); ++i) {
-        const QString value = valueOf(arguments.at(i));
-        const QString option = arguments.at(i).chopped(value.size());
-        line += QLatin1Char(' ') + quoted(printable(option + withoutFolder(value)));
+    for (qsizetype i = 1; i < arguments.all.size(); ++i) {
+        const QString value = valueOf(arguments.all.at(i));
+        const QString option = arguments.all.at(i).chopped(value.size());
+        line += QLatin1Char(' ') + quoted(printable(option + withoutFolder(value, arguments)));
     }
     return line;
 }
@@ -72,12 +88,19 @@ QString timeText() {
     return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + QStringLiteral(" UTC");
 }
 
-std::vector<kxreport::PageInput> inputsIn(const QStringList& arguments, const QStringList& outputs) {
+std::vector<kxreport::PageInput> inputsIn(const Arguments& arguments) {
     std::vector<kxreport::PageInput> inputs;
-    for (qsizetype i = 1; i < arguments.size(); ++i) {
-        const QString name = valueOf(arguments.at(i));
-        if (!outputs.contains(name) && typeOf(name) == std::filesystem::file_type::regular) {
-            inputs.push_back({printable(withoutFolder(name)),
+    for (qsizetype i = 1; i < arguments.all.size(); ++i) {
+        const QString name = valueOf(arguments.all.at(i));
+        if (arguments.outputs.contains(name)) {
+            continue;
+        }
+        const std::filesystem::file_type type = typeOf(name);
+        const bool isGone = type == std::filesystem::file_type::not_found && arguments.files.contains(name);
+        if (isGone || isForbidden(name)) {
+            inputs.push_back({printable(withoutFolder(name, arguments)), {}});
+        } else if (type == std::filesystem::file_type::regular) {
+            inputs.push_back({printable(withoutFolder(name, arguments)),
                               QString::fromStdString(KxInspect::identifyFile(toBytes(name)).sha256)});
         }
     }
@@ -86,10 +109,10 @@ std::vector<kxreport::PageInput> inputsIn(const QStringList& arguments, const QS
 
 } // namespace
 
-kxreport::PageOrigin reportOrigin(const char* command, const QStringList& arguments, const QStringList& outputs,
-                                  const QString& note) {
-    return {timeText(), commandLine(command, arguments), QLatin1String(KxMath_GetVersionString()), note,
-            inputsIn(arguments, outputs)};
+kxreport::PageOrigin reportOrigin(const char* command, const QStringList& arguments, const QStringList& files,
+                                  const QStringList& outputs, const QString& note) {
+    const Arguments all{arguments, files, outputs};
+    return {timeText(), commandLine(command, all), QLatin1String(KxMath_GetVersionString()), note, inputsIn(all)};
 }
 
 } // namespace kxtool
