@@ -57,7 +57,8 @@ void checkFiles(const Options& options, const QStringList& files) {
         return;
     }
     for (const QString& file : files) {
-        kind = QFileInfo(file).isFile() ? KxInspect::kindOfFile(toBytes(file)) : std::nullopt; // a pipe is read once
+        const QFileInfo info(file); // a pipe is read once, and what is forbidden has no content
+        kind = info.isFile() && info.isReadable() ? KxInspect::kindOfFile(toBytes(file)) : std::nullopt;
         if (!kind || isText(*kind)) {
             return;
         }
