@@ -116,8 +116,12 @@ struct ProfileFinding {
 struct ProfileResult {
     std::string file = {}; ///< for outputs, as the caller names it; may be empty
     std::optional<std::int64_t> record = {}; ///< of the file, from 1
+    /// @{ Without points in a result that was read from JSON without pictures.
     Profile before = {};
-    Profile after = {}; ///< without points when a step failed
+    Profile after = {}; ///< without points too when a step failed
+    /// @}
+    std::int64_t pointsBefore = 0;
+    std::int64_t pointsAfter = 0; ///< 0 when a step failed
     std::vector<StepOutcome> outcomes = {}; ///< up to the step that failed
     std::string failure = {}; ///< why the chain ended early, a sentence; empty when all steps were done
     std::string xTitle = "x, mm"; ///< what x of the points after holds: after toPolar() the radius
@@ -140,5 +144,9 @@ KXINSPECT_EXPORT Profile applied(const Profile& profile, const std::vector<Profi
 
 /// The result as JSON; its pictures are the points before and after.
 KXINSPECT_EXPORT std::string toJson(const ProfileResult& result, Pictures pictures = Pictures::Left);
+
+/// Reads what toJson() wrote; the curves of fits are never in it. Throws an Error Damaged when the text is not JSON,
+/// Unsuitable (with the key) when it is not such a result.
+KXINSPECT_EXPORT ProfileResult profileFromJson(const std::string& json);
 
 } // namespace KxInspect

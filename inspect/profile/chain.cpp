@@ -127,6 +127,7 @@ ProfileResult examineProfile(const Profile& profile, const ProfileOptions& optio
     check(options);
     ProfileResult result;
     result.before = profile;
+    result.pointsBefore = static_cast<std::int64_t>(profile.points.size());
     ChainState state;
     state.profile = toKxProfile(profile);
     if (detail::knownPoints(state.profile).empty()) {
@@ -139,6 +140,7 @@ ProfileResult examineProfile(const Profile& profile, const ProfileOptions& optio
     }
     result.after = fromKxProfile(state.profile);
     result.after.z = profile.z;
+    result.pointsAfter = static_cast<std::int64_t>(result.after.points.size());
     setTitles(state.form, result);
     result.findings = state.form == Form::Cartesian
                           ? detail::findingsOf(detail::knownPoints(state.profile), options)

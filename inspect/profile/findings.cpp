@@ -2,6 +2,7 @@
 #include "inspect/profile/findings.h"
 
 #include "inspect/base/points.h"
+#include "inspect/profile/findingValues.h"
 #include "inspect/profile/fits.h"
 
 #include <algorithm>
@@ -17,10 +18,6 @@ using Points = std::vector<Point>;
 constexpr int kCurvePoints = 400;
 constexpr double kDegrees = 180.0 / 3.14159265358979323846;
 
-ProfileValue millimetres(const char* key, const char* title, double value) {
-    return {key, title, "mm", value};
-}
-
 /// The number that a float stands for in decimal text: 0.1, not 0.100000001490116.
 double decimal(float value) {
     return QString::fromStdString(shortestText(value)).toDouble();
@@ -32,6 +29,17 @@ std::string detected(ProfileFeature feature) {
 
 ProfileFinding nothing(const std::string& name, const std::string& reason) {
     return {name, reason, {}, {}, {}};
+}
+
+/// What was found: its numbers in the order of its values.
+ProfileFinding found(const std::string& name, const std::vector<double>& numbers, const Points& points,
+                     const Points& curve = {}) {
+    constexpr std::size_t kOthers = 2; // of a polynomial, which are no coefficients
+    ProfileFinding finding{name, {}, valuesWithoutNumbers(name, numbers.size() - kOthers), points, curve};
+    for (std::size_t i = 0; i < finding.values.size(); ++i) {
+        finding.values[i].value = numbers[i];
+    }
+    return finding;
 }
 
 Point pointAt(double x, double y) {
@@ -61,32 +69,18 @@ ProfileFinding lineOf(const Points& points) {
     if (!line) {
         return nothing("line", "there are fewer than two points with different x");
     }
-    return {"line",
-            {},
-            {{"slope", "slope", "", line->slope},
-             {"angle", "angle against x", "degrees", std::atan(line->slope) * kDegrees},
-             millimetres("intercept", "y at x = 0", line->intercept),
-             millimetres("rms", "root mean square of the points about it, along y", line->rms)},
-            {},
-            curveOver(points, 1, [&](double x) { return line->intercept + line->slope * x; })};
+    return found("line", {line->slope, std::atan(line->slope) * kDegrees, line->intercept, line->rms}, {},
+                 curveOver(points, 1, [&](double x) { return line->intercept + line->slope * x; }));
 }
 
 ProfileFinding circleFinding(const std::string& name, const CircleFit& circle) {
-    ProfileFinding finding{name,
-                           {},
-                           {millimetres("x", "x of the centre", circle.x),
-                            millimetres("y", "y of the centre", circle.y),
-                            millimetres("radius", "radius", circle.radius),
-                            millimetres("rms", "root mean square of the points about it", circle.rms),
-                            {"arc", "arc that the points cover", "degrees", circle.arc}},
-                           {},
-                           {}};
+    Points curve;
     for (int i = 0; i <= kCurvePoints; ++i) {
         const double angle = (circle.from + circle.arc * i / kCurvePoints) / kDegrees;
-        finding.curve.push_back(
+        curve.push_back(
             pointAt(circle.x + circle.radius * std::cos(angle), circle.y + circle.radius * std::sin(angle)));
     }
-    return finding;
+    return found(name, {circle.x, circle.y, circle.radius, circle.rms, circle.arc}, {}, curve);
 }
 
 ProfileFinding circleOf(const Points& points) {
@@ -102,18 +96,10 @@ ProfileFinding polynomialOf(const Points& points, int degree) {
                                          ? "there are fewer different x than coefficients"
                                          : "rounding prevents a polynomial of this degree");
     }
-    ProfileFinding finding{"polynomial",
-                           {},
-                           {millimetres("middle", "m, about which the powers are", fit->middle)},
-                           {},
-                           curveOver(points, kCurvePoints, [&](double x) { return fit->at(x); })};
-    for (std::size_t i = 0; i < fit->coefficients.size(); ++i) {
-        const std::string power = std::to_string(i);
-        const std::string unit = i == 0 ? "mm" : i == 1 ? "" : i == 2 ? "1/mm" : "1/mm^" + std::to_string(i - 1);
-        finding.values.push_back({"c" + power, "factor of (x - m)^" + power, unit, fit->coefficients[i]});
-    }
-    finding.values.push_back(millimetres("rms", "root mean square of the points about it, along y", fit->rms));
-    return finding;
+    std::vector<double> numbers = {fit->middle};
+    numbers.insert(numbers.end(), fit->coefficients.begin(), fit->coefficients.end());
+    numbers.push_back(fit->rms);
+    return found("polynomial", numbers, {}, curveOver(points, kCurvePoints, [&](double x) { return fit->at(x); }));
 }
 
 KxProfile toProfile(const Points& points) {
@@ -130,11 +116,7 @@ ProfileFinding weldOf(const Points& points) {
     }
     const double x = decimal(centre);
     const double y = decimal(line.b);
-    return {detected(ProfileFeature::Weld),
-            {},
-            {millimetres("x", "x of the middle of its top", x), millimetres("y", "lowest y of its top", y)},
-            {pointAt(x, y)},
-            {}};
+    return found(detected(ProfileFeature::Weld), {x, y}, {pointAt(x, y)});
 }
 
 /// KxProfile::detectCircle() sums in single precision: its points are fitted in double precision here.
@@ -162,15 +144,12 @@ ProfileFinding cutsOf(const Points& points, const ProfileOptions& options) {
     KxProfile cuts;
     QList<int> ignored;
     toProfile(ordered).detectCutPoints(cuts, ignored, options.cutWindow, options.cutThreshold);
-    ProfileFinding finding = nothing(name, {});
-    finding.values = {{"count", "steps of the level", "", static_cast<double>(cuts.size())},
-                      {"window", "window on each side", "points", static_cast<double>(options.cutWindow)},
-                      {"threshold", "threshold of the windowed difference", "mm", decimal(options.cutThreshold)}};
-    finding.points = toVector(cuts.points);
-    if (finding.points.empty()) {
+    if (cuts.points.isEmpty()) {
         return nothing(name, "no step of the level is beyond the threshold");
     }
-    return finding;
+    return found(
+        name, {static_cast<double>(cuts.size()), static_cast<double>(options.cutWindow), decimal(options.cutThreshold)},
+        toVector(cuts.points));
 }
 
 ProfileFinding jointOf(const Points& points) {
@@ -180,13 +159,10 @@ ProfileFinding jointOf(const Points& points) {
                        "there is no gap of 0.5 mm and no offset of 0.3 mm between two plates");
     }
     const Points edges = toVector(joint.points);
-    return {detected(ProfileFeature::Joint),
-            {},
-            {millimetres("gap", "gap along x", static_cast<double>(edges[1].x) - static_cast<double>(edges[0].x)),
-             millimetres("offset", "offset along y, right less left",
-                         static_cast<double>(edges[1].y) - static_cast<double>(edges[0].y))},
-            edges,
-            {}};
+    return found(detected(ProfileFeature::Joint),
+                 {static_cast<double>(edges[1].x) - static_cast<double>(edges[0].x),
+                  static_cast<double>(edges[1].y) - static_cast<double>(edges[0].y)},
+                 edges);
 }
 
 ProfileFinding featureOf(const Points& points, ProfileFeature feature, const ProfileOptions& options) {

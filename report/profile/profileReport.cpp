@@ -120,9 +120,9 @@ void addTables(const ProfileResult& result, ViewPage& page) {
 }
 
 void addFacts(const ProfileResult& result, ViewPage& page) {
-    page.addFact(QStringLiteral("Points before"), QString::number(result.before.points.size()));
+    page.addFact(QStringLiteral("Points before"), QString::number(result.pointsBefore));
     page.addFact(QStringLiteral("Points after"),
-                 result.failure.empty() ? QString::number(result.after.points.size()) : QStringLiteral("-"));
+                 result.failure.empty() ? QString::number(result.pointsAfter) : QStringLiteral("-"));
     if (!result.failure.empty()) {
         page.addFailure(QString::fromStdString(result.failure));
     }
@@ -144,13 +144,26 @@ QString pictureOf(const ProfileResult& result, const Drawing& drawing) {
                         QString::fromStdString(result.yTitle));
 }
 
-QByteArray makePage(const ProfileResult& result, const Drawing& drawing, const ViewSettings& settings, int level) {
-    const std::size_t block = blockAtLevel(level);
-    const QString file = QFileInfo(QString::fromStdString(result.file)).fileName();
+QString titleOf(const ProfileResult& result) {
     const QString record = result.record ? QStringLiteral(", record %1").arg(*result.record) : QString();
-    ViewPage page(QStringLiteral("Profile ") + file + record, settings,
+    return QStringLiteral("Profile ") + QFileInfo(QString::fromStdString(result.file)).fileName() + record;
+}
+
+/// The page of a result without the points: tables alone.
+QByteArray makePage(const ProfileResult& result, const PageOrigin& origin) {
+    ViewPage page(titleOf(result), {}, {}, origin);
+    addFacts(result, page);
+    addTables(result, page);
+    return page.html();
+}
+
+QByteArray makePage(const ProfileResult& result, const Drawing& drawing, const ViewSettings& settings,
+                    const PageOrigin& origin, int level) {
+    const std::size_t block = blockAtLevel(level);
+    ViewPage page(titleOf(result), settings,
                   textList({QStringLiteral("data"), QStringLiteral("words"), QStringLiteral("plot"),
-                            QStringLiteral("profileChain"), QStringLiteral("main")}));
+                            QStringLiteral("profileChain"), QStringLiteral("main")}),
+                  origin);
     addFacts(result, page);
     std::vector<const Profile*> profiles;
     QStringList names;
@@ -176,12 +189,15 @@ QByteArray makePage(const ProfileResult& result, const Drawing& drawing, const V
 
 } // namespace
 
-QByteArray profileReport(const KxInspect::ProfileResult& result) {
+QByteArray profileReport(const KxInspect::ProfileResult& result, const PageOrigin& origin) {
+    if (result.before.points.empty()) {
+        return makePage(result, origin);
+    }
     constexpr double kFine = 0.0001; // slopes are no lengths
     const Drawing drawing = drawingOf(result);
     ViewSettings settings;
     settings.resolution = drawing.isOne ? settings.resolution : kFine;
-    return fittingPage(settings, [&](int level) { return makePage(result, drawing, settings, level); });
+    return fittingPage(settings, [&](int level) { return makePage(result, drawing, settings, origin, level); });
 }
 
 } // namespace kxreport

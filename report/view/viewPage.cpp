@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kxreport {
 
@@ -22,7 +23,11 @@ QString paletteText(ColourMap map) {
 
 } // namespace
 
-ViewPage::ViewPage(const QString& title, const ViewSettings& settings, const QStringList& scripts) : page_(title) {
+ViewPage::ViewPage(const QString& title, const ViewSettings& settings, const QStringList& scripts, PageOrigin origin)
+    : page_(title, {}, std::move(origin)) {
+    if (scripts.isEmpty()) {
+        return;
+    }
     page_.frame().addScripts(scripts);
     describeNumbers(settings, page_.frame());
     addFact(QStringLiteral("Numbers on this page"), QStringLiteral("rounded to %1 mm").arg(settings.resolution));
@@ -65,12 +70,16 @@ QByteArray ViewPage::html() const {
     for (const QString& warning : warnings_) {
         page.note(warning);
     }
-    page.live(QStringLiteral("live"), picture_.svg, picture_.caption);
+    if (!picture_.svg.isEmpty()) {
+        page.live(QStringLiteral("live"), picture_.svg, picture_.caption);
+    }
     for (const Table& table : tables_) {
         page.heading(table.title);
         page.table(table.head, table.rows, 1);
     }
-    page.tellTime();
+    if (!picture_.svg.isEmpty()) {
+        page.tellTime();
+    }
     return page.document();
 }
 

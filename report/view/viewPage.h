@@ -24,8 +24,8 @@ struct ViewSettings {
 /// Collects the parts of a page. All texts are escaped here.
 class ViewPage {
 public:
-    /// @param scripts of report/view/script, without their ending, in their order
-    ViewPage(const QString& title, const ViewSettings& settings, const QStringList& scripts);
+    /// @param scripts of report/view/script, without their ending, in their order; none: a page without numbers to look at
+    ViewPage(const QString& title, const ViewSettings& settings, const QStringList& scripts, PageOrigin origin = {});
 
     void addFact(const QString& label, const QString& value);
     void addWarning(const QString& text);
@@ -33,7 +33,7 @@ public:
     void addFailure(const QString& text);
     /// A table below the plots; its first column holds text.
     void addTable(const QString& title, const QStringList& head, const std::vector<QStringList>& rows);
-    /// The picture that stands on the page without script and in print.
+    /// The picture that stands on the page without script and in print. A page without one has no live part.
     void setPicture(const QString& svg, const QString& caption);
     /// @return the name under which the script finds the block
     QString addBlock(const QByteArray& codes) { return page_.frame().addBlock(codes); }

@@ -49,7 +49,7 @@ QString profileTable(const KxInspect::ProfileResult& result) {
     if (result.record) {
         text += QStringLiteral(", record %1").arg(*result.record);
     }
-    text += QStringLiteral(": %1 points\n").arg(result.before.points.size());
+    text += QStringLiteral(": %1 points\n").arg(result.pointsBefore);
     if (!result.outcomes.empty()) {
         text += stepTable(result);
     }

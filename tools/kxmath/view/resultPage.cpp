@@ -4,6 +4,7 @@
 #include "report/calibrate/calibrationReport.h"
 #include "report/conicity/conicityReport.h"
 #include "report/grid/gridReport.h"
+#include "report/profile/profileReport.h"
 #include "report/train/passReport.h"
 #include "report/wheel/wheelReport.h"
 #include "tools/kxmath/console/fileNames.h"
@@ -43,8 +44,11 @@ QString pageOf(const QString& command, const std::string& json) {
     if (command == QLatin1String("grid")) {
         return kxreport::gridReport(KxInspect::gridFromJson(json));
     }
+    if (command == QLatin1String("profile")) {
+        return QString::fromUtf8(kxreport::profileReport(KxInspect::profileFromJson(json)));
+    }
     throw KxInspect::Error(KxInspect::ErrorKind::Unsuitable, {},
-                           "is no result of train, wheel, conicity, calibrate or grid");
+                           "is no result of train, wheel, conicity, calibrate, grid or profile");
 }
 
 } // namespace

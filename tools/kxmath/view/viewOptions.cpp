@@ -21,7 +21,7 @@ prints its path. The content determines the kind:
              a time, and the profiles one above the other
   map        a height map (gsf, sdf, vti, and npy with --step)
   cloud      points with x, y and z, coloured by height or as in the file
-  result     the JSON of train, wheel, conicity, calibrate or grid: its report)";
+  result     the JSON of train, wheel, conicity, calibrate, grid or profile: its report)";
 
 constexpr const char* kDetails =
     R"(

@@ -1,0 +1,141 @@
+"""What the reports of all commands say, read as text: reportsTest.py KXMATH"""
+import hashlib
+import html
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.dont_write_bytecode = True
+from pageInputs import commands_with_report, make_inputs, make_recordings, make_scan  # noqa: E402
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+FOLDER = "SecretFolder" # a part of the path of all inputs that no page may show
+# As a user without the rights of root, who may read everything.
+UNPRIVILEGED = ["setpriv", "--bounding-set=-dac_override,-dac_read_search"] if os.geteuid() == 0 else []
+
+
+def words(page):
+    """The text of a page without its styles and scripts."""
+    return html.unescape(re.sub(r"<[^>]*>", " ", re.sub(r"(?s)<(style|script)\b.*?</\1>", " ", page)))
+
+
+def failures(page):
+    """The texts of the red bars."""
+    return [words(text).strip() for text in re.findall(r'(?s)<p class="failure">(.*?)</p>', page)]
+
+
+class Reports(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.scratch = tempfile.TemporaryDirectory()
+        cls.work = cls.scratch.name
+        cls.inputs = os.path.join(cls.work, FOLDER, "")
+        os.mkdir(cls.inputs)
+
+        def run(*arguments):
+            subprocess.run([KXMATH, *arguments], cwd=cls.inputs, capture_output=True, text=True, check=True)
+        make_inputs(cls.inputs)
+        make_scan(run, cls.inputs)
+        make_recordings(run, cls.inputs)
+        cls.commands = commands_with_report(os.path.join(ROOT, "examples", "limits.ini"), cls.inputs)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.scratch.cleanup()
+
+    def run_kxmath(self, *arguments, code=0, prefix=()):
+        done = subprocess.run([*prefix, KXMATH, *arguments], cwd=self.work, capture_output=True, text=True, check=False)
+        self.assertEqual(done.returncode, code, done.stderr)
+        return done
+
+    def report(self, *arguments, code=0, prefix=()):
+        """The page that a command writes."""
+        path = os.path.join(self.work, "page.html")
+        if os.path.exists(path):
+            os.remove(path)
+        out = ["--out", "passes"] if arguments[0] == "train" else []
+        self.run_kxmath(*arguments, *out, "--report", path, code=code, prefix=prefix)
+        with open(path, encoding="utf-8") as file:
+            return file.read()
+
+    def test_names_without_folders(self):
+        for name, command in self.commands.items():
+            with self.subTest(command=name):
+                page = self.report(*command, code=1 if name == "blind" else 0)
+                self.assertNotIn(FOLDER, page)
+                line = re.search(r"command +(kxmath .*)", words(page)).group(1)
+                self.assertIn(f"kxmath {command[0]}", line)
+                self.assertNotIn("/", line)
+
+    def test_unreadable_inputs(self):
+        """The pages name what could not be read, without folders."""
+        broken, locked, gone = (self.inputs + name for name in ("broken.bin", "locked.bin", "gone.bin"))
+        with open(broken, "wb") as file:
+            file.write(b"\x02\xff\xff")
+        with open(locked, "wb") as file:
+            file.write(b"\x02\x00\x00")
+        os.chmod(locked, 0)
+        self.addCleanup(os.remove, locked)
+        for path, words_of in ((broken, "damaged"), (locked, "Permission denied"), (gone, "No such file")):
+            for name in ("calibrate", "wheel"):
+                with self.subTest(path=path, command=name):
+                    command = self.commands[name]
+                    page = self.report(*command[:1], path, *command[1:], code=3, prefix=UNPRIVILEGED)
+                    self.assertIn(os.path.basename(path), words(page))
+                    self.assertIn(words_of, words(page))
+                    self.assertNotIn(FOLDER, page)
+                    if path != broken:
+                        self.assertRegex(words(page), f"input {os.path.basename(path)}\\s+no hash, it could not be read")
+
+    def test_hashes_and_note(self):
+        for name, command in self.commands.items():
+            with self.subTest(command=name):
+                page = self.report(*command, "--note", "seen <at> dusk / rain", code=1 if name == "blind" else 0)
+                text = words(page)
+                self.assertIn("Note of the operator: seen <at> dusk / rain", text)
+                for path in filter(os.path.isfile, command):
+                    with open(path, "rb") as file:
+                        digest = hashlib.sha256(file.read()).hexdigest()
+                    self.assertRegex(text, re.escape(f"input {os.path.basename(path)}") + r"\s+SHA-256 " + digest)
+
+    def test_note_needs_report(self):
+        for name, command in self.commands.items():
+            with self.subTest(command=name):
+                done = self.run_kxmath(*command, "--note", "x", code=2)
+                self.assertIn("--note is for the page of --report, which is not given", done.stderr)
+
+    def test_results_are_shown(self):
+        """kxmath view makes the report of the JSON of each command."""
+        for name in ("train", "wheel", "conicity", "grid", "calibrate", "profile"):
+            with self.subTest(command=name):
+                command = self.commands[name]
+                page = self.report(*command, "--json", "result.json")
+                self.run_kxmath("view", "result.json", "-o", "view.html")
+                with open(os.path.join(self.work, "view.html"), encoding="utf-8") as file:
+                    shown = file.read()
+                title = re.compile("<h1>(.*)</h1>")
+                self.assertEqual(title.search(shown).group(1), title.search(page).group(1))
+                self.assertEqual(re.findall("(?s)<dl>.*?</dl>", shown)[0].count("<dt>") > 0, True)
+                self.assertNotIn(FOLDER, shown)
+                cells = set(re.findall("<td[^>]*>([^<]+)</td>", page.split("How this page was made")[0]))
+                missing = cells - set(re.findall("<td[^>]*>([^<]+)</td>", shown))
+                self.assertEqual(missing, set(), "cells of tables")
+
+    def test_view_without_permission(self):
+        for name in ("locked.csv", "locked.bin", "locked.npy", "locked.json", "locked"):
+            locked = self.inputs + name
+            with open(locked, "w", encoding="ascii") as file:
+                file.write("{}")
+            os.chmod(locked, 0)
+            for options in ([], ["--step", "1"], ["--record", "1"], ["--columns", "1,2"]):
+                with self.subTest(name=name, options=options):
+                    done = self.run_kxmath("view", locked, *options, code=3, prefix=UNPRIVILEGED)
+                    self.assertIn(f"'{locked}' cannot be read: Permission denied", done.stderr)
+
+
+if __name__ == "__main__":
+    KXMATH = os.path.abspath(sys.argv[1])
+    unittest.main(argv=sys.argv[:1] + sys.argv[2:])
