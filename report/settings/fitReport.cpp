@@ -211,13 +211,14 @@ QString fitReport(const StationFit& fit, const PageOrigin& origin) {
     for (const FittedSensor& sensor : fit.sensors) {
         files.insert(files.end(), sensor.files.begin(), sensor.files.end());
     }
-    Page page(QStringLiteral("Settings of a station"), distinctNames(files).join(QStringLiteral(", ")), origin);
+    const QStringList names = distinctNames(files);
+    Page page(QStringLiteral("Settings of a station"), names.join(QStringLiteral(", ")), origin);
     addFacts(fit, page);
     if (!fit.hasSettings()) {
-        page.failure(QString::fromStdString(fit.fault) + QLatin1Char('.'));
+        page.failure(withNames(QString::fromStdString(fit.fault), files, names) + QLatin1Char('.'));
     }
     for (const std::string& warning : fit.warnings) {
-        page.warning(QString::fromStdString(warning));
+        page.warning(withNames(QString::fromStdString(warning), files, names));
     }
     addProfiles(fit, page);
     if (std::any_of(fit.sensors.begin(), fit.sensors.end(), [](const FittedSensor& s) { return s.reference; })) {

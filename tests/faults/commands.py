@@ -55,7 +55,8 @@ def all_cases():
     train = "train pass/train_101.bin pass/train_102.bin "
     shots = "calibrate shots/calibration-1.bin shots/calibration-2.bin --position 2 --side larger-y --oblique-crest above "
     cases = [
-        Case("train", f"{train} {SETTINGS} {OUTPUTS} --csv o.csv --sheet s.csv", "o.json o.html o.csv s.csv"),
+        Case("train", f"{train} {SETTINGS} {OUTPUTS} --csv o.csv --sheet s.csv", "o.json o.html o.csv s.csv",
+             tells_failures=True),
         Case("train-stdout", f"{train} {SETTINGS} --json -"),
         Case("train-none", f"{train} {SETTINGS} --keep none"),
         Case("train-all", f"{train} {SETTINGS} --keep all", sampled=True),
@@ -64,14 +65,14 @@ def all_cases():
         Case("train-again-out", "train --again kept --recordings pass --out passes --jobs 1", sampled=True),
         Case("watch", "watch archive --settings pass/settings.ini --out results --settle 0 --jobs 1", sampled=True, resumes=True),
         Case("wheel", f"wheel wheel.csv in.whl {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
-        Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv"),
+        Case("conicity", f"conicity {SECTIONS} {OUTPUTS} --csv o.csv", "o.json o.html o.csv", tells_failures=True),
         Case("calibrate", f"{shots} --sensor 1 --write s.ini {OUTPUTS}", "s.ini o.json o.html", tells_failures=True),
-        Case("grid", f"grid scan.bin --step 0.5 --out seeds {OUTPUTS}", "o.json o.html"),
+        Case("grid", f"grid scan.bin --step 0.5 --out seeds {OUTPUTS}", "o.json o.html", tells_failures=True),
         Case("view-scan", "view scan.bin -o o.html", "o.html", sampled=True),
         Case("view-profiles", "view wheel.csv --compare rail.csv -o o.html", "o.html", sampled=True),
         Case("view-cloud", "view coloured.bin -o o.html", "o.html", sampled=True),
         Case("profile", "profile scan.bin --record 2 --do sort --line --out o.bin --report o.html --json o.json",
-             "o.bin o.html o.json", sampled=True),
+             "o.bin o.html o.json", tells_failures=True, sampled=True),
         Case("grid-map", "grid scan.bin --step 0.5 --map o.gsf", "o.gsf"),
         Case("convert-map", "convert map.gsf o.sdf", "o.sdf"),
         Case("convert-mesh", "convert map.gsf o.stl", "o.stl"),
@@ -81,7 +82,7 @@ def all_cases():
         Case("settings-init", "settings init new.ini"),
         Case("settings-check", "settings check pass/settings.ini pass/train_101.bin pass/train_102.bin"),
         Case("settings-fit", "settings fit pass/train_101.bin pass/train_102.bin --distance 1360 --write s.ini "
-             "--defects d.ini --report o.html", "s.ini d.ini o.html", sampled=True),
+             "--defects d.ini --report o.html", "s.ini d.ini o.html", tells_failures=True, sampled=True),
         Case("simulate", f"simulate new {SIMULATED}", mark="new/truth.json"),
         Case("simulate-again", f"simulate pass {SIMULATED} --seed 5", mark="pass/truth.json"),
         Case("simulate-cloud", f"simulate new {SIMULATED} --records cloud --flat 1:1:60", mark="new/truth.json"),

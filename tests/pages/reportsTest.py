@@ -3,6 +3,7 @@ import hashlib
 import html
 import os
 import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -123,6 +124,51 @@ class Reports(unittest.TestCase):
                 cells = set(re.findall("<td[^>]*>([^<]+)</td>", page.split("How this page was made")[0]))
                 missing = cells - set(re.findall("<td[^>]*>([^<]+)</td>", shown))
                 self.assertEqual(missing, set(), "cells of tables")
+
+    def test_no_result(self):
+        """A page says in a red bar why there is no result, and shows what could be read."""
+        cut, flat, empty, line = (self.inputs + name for name in ("cut.bin", "flat.bin", "empty.bin", "line.csv"))
+        with open(self.inputs + "scan.profiles", "rb") as file:
+            scan = file.read()
+        with open(cut, "wb") as file:
+            file.write(scan[:4000] + b"\x02\xff\xff")
+        with open(flat, "wb") as file:
+            file.write(b"\x02\x03\x00" + struct.pack("<6f", 1, 5, 2, 6, 3, 7))
+        with open(empty, "wb") as file:
+            file.write(b"")
+        with open(line, "w", encoding="ascii") as file:
+            file.writelines(f"{x};{x / 4}\n" for x in range(40))
+        train, conicity, wheel, calibrate, settings = (
+            self.commands[name] for name in ("train", "conicity", "wheel", "calibrate", "settings"))
+        swap = lambda command, old, new: [new if a.endswith(old) else a for a in command]  # noqa: E731
+        cases = [  # command, exit code, part of the reason, part of the raw data
+            (["grid", flat, "--step", "1"], 1, "no height map", "flat.bin as it was recorded: 3 of 3 points"),
+            (["grid", cut, "--step", "1"], 3, "'cut.bin' is damaged", "cut.bin as it was recorded"),
+            (["grid", empty, "--step", "1"], 3, "'empty.bin' is empty", "Raw data"),
+            (["grid", line, "--step", "1"], 3, "'line.csv' is neither", "line.csv as it was recorded: 40 of 40 points"),
+            (swap(conicity, "w1.csv", line), 3, "wheel1 'line.csv'", "line.csv as it was recorded: 40 of 40 points"),
+            (swap(conicity, "w1.csv", self.inputs + "rail.csv"), 3, "wheel1 'rail.csv'", "rail.csv as it was recorded"),
+            (["profile", line, "--do", "trimX:100,200"], 1, "trimX:100,200", "Lines join"),
+            (["profile", cut, "--record", "1"], 3, "'cut.bin' is damaged", "cut.bin as it was recorded"),
+            (["profile", line, "--detect", "weld joint"], 1, "no detected joint", "Lines join"),
+            (["wheel", line], 1, "no flange or tread", "points of the file"),
+            ([*calibrate[:1], flat, *calibrate[3:]], 1, "'flat.bin'", "The profile in the frame of the sensor"),
+            (swap(train, "train_101.bin", cut), 3, "", "Raw data"),
+            (self.commands["blind"], 1, "No wheel was found", "Raw profiles"),
+            (swap(settings, "1361.2,1358.2,1358.8", "1361.2,1358.2"), 1, "", "Raw profiles"),
+        ]
+        for command, code, reason, data in cases:
+            with self.subTest(command=[os.path.basename(a) for a in command]):
+                page = self.report(*command, code=code)
+                bars = failures(page)
+                self.assertTrue(bars)
+                self.assertIn(reason, " ".join(bars))
+                self.assertIn(data, words(page))
+                self.assertRegex(page, "<svg" if data != "Raw data" else "<table")
+                self.assertNotIn(FOLDER, page)
+        done = self.run_kxmath("grid", line, "--step", "0", "--report", "wrong.html", code=2)
+        self.assertIn("--step", done.stderr)
+        self.assertFalse(os.path.exists(os.path.join(self.work, "wrong.html")), "a wrong option is no result")
 
     def test_view_without_permission(self):
         for name in ("locked.csv", "locked.bin", "locked.npy", "locked.json", "locked"):

@@ -5,6 +5,7 @@
 #include "tools/kxmath/conicity/conicityText.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failurePage.h"
 #include "tools/kxmath/console/fileNames.h"
 
 namespace kxtool {
@@ -28,7 +29,9 @@ int runChecked(const QStringList& arguments) {
         files += fromBytes(section.file);
     }
     checkOutputs({&json, &csv, &report}, files);
-    const KxInspect::ConicityResult result = measureConicity(input);
+    const KxInspect::ConicityResult result =
+        orFailurePage({report, QStringLiteral("Equivalent conicity"), files, input.sections.front().text},
+                      [&] { return measureConicity(input); });
     for (const KxInspect::PlacedSection& section : result.sections) {
         if (!section.reading.empty()) {
             printLine(kName, QStringLiteral("'%1' %2").arg(QString::fromStdString(section.file),

@@ -20,6 +20,12 @@ namespace kxtool {
 
 namespace {
 
+[[noreturn]] void failReading(const QString& name, const std::error_code& error) {
+    throw CommandError{
+        BadInput,
+        QStringLiteral("'%1' cannot be read: %2").arg(printable(name), QString::fromStdString(error.message()))};
+}
+
 /// What an argument names; not_found for all that cannot be a name. A command fails where the system cannot tell.
 std::filesystem::file_type typeOf(const QString& name) {
     std::error_code error;
@@ -27,9 +33,7 @@ std::filesystem::file_type typeOf(const QString& name) {
     const bool isNoName = error == std::errc::filename_too_long || error == std::errc::permission_denied ||
                           error == std::errc::too_many_symbolic_link_levels;
     if (type == std::filesystem::file_type::none && !isNoName) {
-        throw CommandError{
-            BadInput,
-            QStringLiteral("'%1' cannot be read: %2").arg(printable(name), QString::fromStdString(error.message()))};
+        failReading(name, error);
     }
     return isNoName ? std::filesystem::file_type::not_found : type;
 }
@@ -66,9 +70,15 @@ QString valueOf(const QString& argument) {
     return argument.startsWith(QLatin1Char('-')) && sign > 0 ? argument.mid(sign + 1) : argument;
 }
 
-/// Whether a file is there that the user may not read. The command itself says so.
-bool isForbidden(const QString& name) {
-    return access(toBytes(name).c_str(), R_OK) != 0 && errno == EACCES;
+/// Whether the user may read a file that is there; where not, the command itself says so.
+bool mayBeRead(const QString& name) {
+    if (access(toBytes(name).c_str(), R_OK) == 0) {
+        return true;
+    }
+    if (errno != EACCES) {
+        failReading(name, std::error_code(errno, std::generic_category()));
+    }
+    return false;
 }
 
 QString commandLine(const char* command, const Arguments& arguments) {
@@ -90,18 +100,21 @@ QString timeText() {
 
 std::vector<kxreport::PageInput> inputsIn(const Arguments& arguments) {
     std::vector<kxreport::PageInput> inputs;
+    QStringList seen;
     for (qsizetype i = 1; i < arguments.all.size(); ++i) {
         const QString name = valueOf(arguments.all.at(i));
-        if (arguments.outputs.contains(name)) {
+        if (arguments.outputs.contains(name) || seen.contains(name)) {
             continue;
         }
         const std::filesystem::file_type type = typeOf(name);
         const bool isGone = type == std::filesystem::file_type::not_found && arguments.files.contains(name);
-        if (isGone || isForbidden(name)) {
-            inputs.push_back({printable(withoutFolder(name, arguments)), {}});
-        } else if (type == std::filesystem::file_type::regular) {
-            inputs.push_back({printable(withoutFolder(name, arguments)),
-                              QString::fromStdString(KxInspect::identifyFile(toBytes(name)).sha256)});
+        if (!isGone && type != std::filesystem::file_type::regular) {
+            continue;
+        }
+        seen.append(name);
+        inputs.push_back({printable(withoutFolder(name, arguments)), {}});
+        if (!isGone && mayBeRead(name)) {
+            inputs.back().sha256 = QString::fromStdString(KxInspect::identifyFile(toBytes(name)).sha256);
         }
     }
     return inputs;

@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failurePage.h"
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/workFolder.h"
@@ -28,7 +29,9 @@ int run(const GridArguments& arguments) {
     }
     Progress progress;
     KxInspect::GridResult grid =
-        KxInspect::measureGrid(toBytes(arguments.scan), arguments.options, progress.callback());
+        orFailurePage({arguments.report, QStringLiteral("Height map of a scan"), QStringList(arguments.scan)}, [&] {
+            return KxInspect::measureGrid(toBytes(arguments.scan), arguments.options, progress.callback());
+        });
     std::unique_ptr<WorkFolder> work;
     if (!folder.isEmpty()) {
         work.reset(new WorkFolder(WorkFolder::forTarget(folder)));

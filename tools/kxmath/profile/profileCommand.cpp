@@ -3,12 +3,15 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failurePage.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/convert/pointOutput.h"
 #include "tools/kxmath/convert/standardStreams.h"
 #include "tools/kxmath/profile/profileInput.h"
 #include "tools/kxmath/profile/profileOptions.h"
 #include "tools/kxmath/profile/profileText.h"
+
+#include <QtCore/QFileInfo>
 
 #include <cmath>
 
@@ -39,7 +42,7 @@ void writeOutputs(const ProfileArguments& arguments, const ProfileResult& result
         arguments.json.write(QString::fromStdString(toJson(result)));
     }
     if (arguments.report.isWanted()) {
-        arguments.report.write(QString::fromUtf8(kxreport::profileReport(result)));
+        arguments.report.write(QString::fromUtf8(kxreport::profileReport(result, arguments.report.origin())));
     }
     const bool isPiped = hasProfile && isStream(arguments.out);
     if (!isPiped && !arguments.json.isStandardOutput() && !arguments.report.isStandardOutput()) {
@@ -63,7 +66,10 @@ ExitCode printFaults(const ProfileResult& result) {
 
 int run(const ProfileArguments& arguments) {
     Progress progress;
-    const ProfileInput input = readProfileInput(arguments, progress.callback());
+    const ProfileInput input =
+        orFailurePage({arguments.report, QStringLiteral("Profile ") + printable(QFileInfo(arguments.file).fileName()),
+                       QStringList(arguments.file), arguments.text},
+                      [&] { return readProfileInput(arguments, progress.callback()); });
     ProfileResult result = examineProfile(input.profile, arguments.chain);
     progress.wipe();
     result.file = printable(arguments.file).toStdString();

@@ -2,6 +2,7 @@
 #include "report/settings/fitReport.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failurePage.h"
 #include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/settings/fitText.h"
@@ -153,7 +154,8 @@ int run(const Arguments& a) {
     KxInspect::FitOptions options = a.fit;
     options.settings = settingsBefore(a);
     Progress progress;
-    const StationFit fit = fitStation(a.passes, options, progress.callback());
+    const StationFit fit = orFailurePage({a.report, QStringLiteral("Settings of a station"), inputs},
+                                         [&] { return fitStation(a.passes, options, progress.callback()); });
     progress.wipe();
     if (a.report.isWanted()) {
         a.report.write(kxreport::fitReport(fit, a.report.origin()));

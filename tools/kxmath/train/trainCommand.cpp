@@ -3,6 +3,7 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failurePage.h"
 #include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/train/passFolder.h"
 #include "tools/kxmath/train/passText.h"
@@ -56,10 +57,16 @@ int run(const TrainOptions& options) {
         measuring.shownPairs = {options.pair};
         measuring.areFindingsShown = true;
     }
-    checkPass(options.files.recordings, settings, measuring);
     checkOutputs({&options.json, &options.csv, &options.sheet, &options.report}, options.files.all());
+    QStringList recordings;
+    for (const std::string& recording : options.files.recordings) {
+        recordings.append(fromBytes(recording));
+    }
     Progress progress;
-    const PassResult pass = measureInNewFolder(options.out, options.files, settings, measuring, progress.callback());
+    const PassResult pass = orFailurePage({options.report, QStringLiteral("Wheels of a train"), recordings}, [&] {
+        checkPass(options.files.recordings, settings, measuring);
+        return measureInNewFolder(options.out, options.files, settings, measuring, progress.callback());
+    });
     progress.wipe();
     writeOutputs(options, pass);
     warnOfMissingPair(options, pass);
