@@ -175,6 +175,17 @@ void Page::addOrigin() {
     }
     constexpr int kTextColumns = 2;
     table({QStringLiteral("what"), QStringLiteral("value")}, rows, kTextColumns);
+    if (origin_.options.empty()) {
+        return;
+    }
+    rows.clear();
+    for (const PageOption& option : origin_.options) {
+        rows.push_back({{option.name},
+                        {option.value},
+                        {option.isGiven ? QStringLiteral("given") : QStringLiteral("default"),
+                         option.isGiven ? Tone::Plain : Tone::Faint}});
+    }
+    table({QStringLiteral("option"), QStringLiteral("value"), QStringLiteral("from")}, rows, kTextColumns + 1);
 }
 
 QByteArray Page::document() const {

@@ -13,6 +13,13 @@ struct PageInput {
     QString sha256; ///< 64 hexadecimal digits; empty when the file could not be read
 };
 
+/// An option of the command.
+struct PageOption {
+    QString name; ///< as on the command line
+    QString value; ///< file names without folders
+    bool isGiven = false; ///< false: its default
+};
+
 /// Empty texts are not shown; a page without `made` shows none of this but the note.
 struct PageOrigin {
     QString made; ///< when, for people
@@ -20,6 +27,7 @@ struct PageOrigin {
     QString version; ///< of the program
     QString note; ///< of the operator, on top of the page
     std::vector<PageInput> inputs;
+    std::vector<PageOption> options; ///< all that have a value
 };
 
 } // namespace kxreport

@@ -6,6 +6,9 @@
 #include "report/elements/page.h"
 #include "report/train/rawProfiles.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace kxreport {
 
 namespace {
@@ -67,16 +70,16 @@ QString failurePage(const QString& title, const QString& reason, const std::vect
     Page page(title, {}, origin);
     page.failure(reason);
     std::vector<std::string> paths;
-    for (const RawFile& file : files) {
-        paths.push_back(file.path);
-    }
+    std::transform(files.begin(), files.end(), std::back_inserter(paths),
+                   [](const RawFile& file) { return file.path; });
     const QStringList names = distinctNames(paths);
     page.heading(QStringLiteral("Raw data"));
     addTable(files, names, page);
     std::vector<Figure> figures;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!files[i].whyNot.isEmpty()) {
-            page.warning(withBareName(files[i].whyNot));
+        const QString whyNot = withBareName(files[i].whyNot);
+        if (!reason.contains(whyNot)) { // the empty text is in every one
+            page.warning(whyNot);
         }
         if (!files[i].points.empty()) {
             figures.push_back(figureOf(files[i], names.at(static_cast<qsizetype>(i)), i + 1));

@@ -7,6 +7,7 @@
 #include "report/elements/svg.h"
 #include "report/train/defectPlots.h"
 #include "report/train/distanceNotes.h"
+#include "report/train/measuredWith.h"
 #include "report/train/noWheels.h"
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
@@ -19,7 +20,6 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
-#include <variant>
 
 namespace kxreport {
 
@@ -76,14 +76,6 @@ void addFacts(const PassResult& pass, Page& page) {
         facts.push_back(passVerdictFact(pass));
     }
     page.facts(facts);
-}
-
-/// The recordings that were read, those of further sensors too.
-std::vector<PassSide> wholeRecordings(const PassResult& pass) {
-    std::vector<PassSide> recordings = pass.sides;
-    recordings.insert(recordings.end(), pass.further.begin(), pass.further.end());
-    std::erase_if(recordings, [](const PassSide& side) { return !side.missing.empty(); });
-    return recordings;
 }
 
 void addRecordings(const PassResult& pass, Page& page) {
@@ -247,37 +239,6 @@ void addVerdicts(const PassResult& pass, Page& page) {
     }
 }
 
-/// What the result says of its origin: a row for each file.
-void addIdentity(const PassResult& pass, Page& page) {
-    page.heading(QStringLiteral("Identity"));
-    const QString said = identityText(pass);
-    page.paragraph(said.isEmpty() ? QStringLiteral("Nothing was said of where and when the pass was.") : said);
-    std::vector<std::vector<Cell>> rows;
-    const auto add = [&](const char* what, const InputFile& file) {
-        rows.push_back({{QLatin1String(what)},
-                        {QString::fromStdString(file.name)},
-                        {QString::fromStdString(file.sha256)},
-                        {QString::number(file.bytes)}});
-    };
-    for (const PassSide& side : wholeRecordings(pass)) {
-        add("recording", {side.file, side.bytes, side.sha256});
-    }
-    const std::pair<const char*, const std::optional<InputFile>*> files[] = {
-        {"settings", &pass.identity.settings.file},
-        {"defects", pass.identity.defects ? &pass.identity.defects->file : nullptr},
-        {"consist", &pass.identity.consist},
-        {"limits", &pass.identity.limits}};
-    for (const auto& [what, file] : files) {
-        if (file != nullptr && *file) {
-            add(what, **file);
-        }
-    }
-    constexpr int kTextColumns = 3;
-    page.table({QStringLiteral("File"), QStringLiteral("Name"), QStringLiteral("SHA-256"), QStringLiteral("Bytes")},
-               rows, kTextColumns);
-    page.paragraph(QStringLiteral("Measured by version %1.").arg(QString::fromStdString(pass.identity.version)));
-}
-
 /// What became of points and profiles on the way to the measures.
 void addDataQuality(const PassResult& pass, Page& page) {
     std::vector<std::vector<Cell>> rows;
@@ -315,32 +276,6 @@ void addDataQuality(const PassResult& pass, Page& page) {
                        "sheet."));
 }
 
-/// All values that were in force, also those that no file gives.
-void addSettings(const PassResult& pass, Page& page) {
-    std::vector<std::vector<Cell>> rows;
-    const auto add = [&](const char* of, const SettingsIdentity& settings) {
-        std::vector<SettingValue> values = settings.values;
-        std::sort(values.begin(), values.end(), [](const auto& a, const auto& b) { return a.key < b.key; });
-        for (const SettingValue& setting : values) {
-            const auto* const number = std::get_if<double>(&setting.value);
-            rows.push_back({{QLatin1String(of)},
-                            {QString::fromStdString(setting.key)},
-                            {number != nullptr ? QString::number(*number, 'g', 9)
-                                               : QString::fromStdString(std::get<std::string>(setting.value))}});
-        }
-    };
-    add("station", pass.identity.settings);
-    if (pass.identity.defects) {
-        add("defects", *pass.identity.defects);
-    }
-    if (rows.empty()) {
-        return;
-    }
-    page.heading(QStringLiteral("Settings that were measured with"));
-    constexpr int kTextColumns = 2;
-    page.table({QStringLiteral("of"), QStringLiteral("key"), QStringLiteral("value")}, rows, kTextColumns);
-}
-
 } // namespace
 
 QString passReport(const PassResult& pass, const PageOrigin& origin) {
@@ -371,8 +306,7 @@ QString passReport(const PassResult& pass, const PageOrigin& origin) {
         addDefects(pass, page);
     }
     addWheelSections(pass, page);
-    addIdentity(pass, page);
-    addSettings(pass, page);
+    addMeasuredWith(pass, page);
     return page.html();
 }
 

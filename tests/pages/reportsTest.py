@@ -102,6 +102,34 @@ class Reports(unittest.TestCase):
                         digest = hashlib.sha256(file.read()).hexdigest()
                     self.assertRegex(text, re.escape(f"input {os.path.basename(path)}") + r"\s+SHA-256 " + digest)
 
+    def test_settings(self):
+        """What was measured with: options with their values, settings, limits, the consist and who passed first."""
+        def rows(page):
+            return [[html.unescape(cell) for cell in re.findall("<td[^>]*>([^<]*)</td>", row)]
+                    for row in re.findall("(?s)<tr[^>]*>(.*?)</tr>", page)]
+
+        grid = rows(self.report(*self.commands["grid"], "--gap", "4"))
+        self.assertIn(["--step", "0.5", "given"], grid)
+        self.assertIn(["--gap", "4", "given"], grid)
+        conicity = rows(self.report(*self.commands["conicity"]))
+        self.assertIn(["--gauge", "1435", "given"], conicity)
+        self.assertIn(["--wheel1", "w1.csv", "given"], conicity)
+        self.assertTrue([row for row in conicity if row[-1:] == ["default"]])
+        with open(self.inputs + "consist.csv", "w", encoding="utf-8") as file:
+            file.write("mark,number,class,axle distances,to next\nBpmz,73 80,coach,2500,\n")
+        train = rows(page := self.report(*self.commands["train"], "--consist", self.inputs + "consist.csv",
+                                         "--consist-order", "turned"))
+        with open(os.path.join(ROOT, "examples", "limits.ini"), encoding="utf-8") as file:
+            given = [line.split("=")[1].strip() for line in file if "=" in line and not line.startswith((";", "#"))]
+        limits = next(row for row in train if row and row[0].startswith("back-to-back, mm") and len(row) == 6)
+        self.assertTrue(set(limits[2:]) - {"-"} <= set(given), limits)
+        self.assertTrue(set(limits[2:]) - {"-"})
+        with open(self.inputs + "pass/settings.ini", encoding="ascii") as file:
+            base = next(line.split("=") for line in file if line.startswith("calibrLines2="))
+        self.assertIn(["station", "calibrLines2", base[1].strip()], train)
+        self.assertIn("consist.csv", words(page))
+        self.assertIn("it was said that its last vehicle passed first", words(page))
+
     def test_note_needs_report(self):
         for name, command in self.commands.items():
             with self.subTest(command=name):

@@ -20,6 +20,7 @@ namespace {
 const QString kHelp = QStringLiteral("help");
 constexpr const char* kReport = "report";
 constexpr const char* kNote = "note";
+constexpr const char* kOutputs[] = {"report", "json", "csv", "sheet", "map", "out", "output", "write", "set"};
 const QString kShort = QStringLiteral("o");
 
 /// What -o is short for: the name of an option, or of an argument, which is in capitals.
@@ -264,12 +265,33 @@ std::vector<float> Options::numbers(const char* name, int count, const Bounds& b
 /// The values of the options that name outputs.
 QStringList Options::outputNames() const {
     QStringList names;
-    for (const char* const name : {"report", "json", "csv", "sheet", "map", "out", "output", "write", "set"}) {
+    for (const char* const name : kOutputs) {
         if (names_.contains(QLatin1String(name))) {
             names += parser_.values(QLatin1String(name));
         }
     }
     return names;
+}
+
+/// All options that have a value, without the outputs and the note.
+std::vector<kxreport::PageOption> Options::values() const {
+    std::vector<kxreport::PageOption> options;
+    for (const QString& name : names_) {
+        const bool isOutput = std::any_of(std::begin(kOutputs), std::end(kOutputs),
+                                          [&](const char* output) { return name == QLatin1String(output); });
+        const bool isGiven = parser_.isSet(name);
+        if (isOutput || name == kHelp || name == QLatin1String(kNote)) {
+            continue;
+        }
+        const QStringList values = parser_.values(name);
+        for (const QString& value : values) {
+            options.push_back({QStringLiteral("--") + name, value, isGiven});
+        }
+        if (isGiven && values.isEmpty()) { // a flag
+            options.push_back({QStringLiteral("--") + name, QStringLiteral("yes"), true});
+        }
+    }
+    return options;
 }
 
 OutputFile Options::output(const char* name) const {
@@ -278,7 +300,8 @@ OutputFile Options::output(const char* name) const {
     }
     OutputFile file(optionText(name), text(name));
     if (QLatin1String(name) == QLatin1String(kReport) && file.isWanted()) {
-        file.setOrigin(reportOrigin(command_, arguments_, parser_.positionalArguments(), outputNames(), text(kNote)));
+        file.setOrigin(
+            reportOrigin(command_, {arguments_, parser_.positionalArguments(), outputNames(), values(), text(kNote)}));
     }
     return file;
 }

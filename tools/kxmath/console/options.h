@@ -91,6 +91,7 @@ public:
 
 private:
     QStringList outputNames() const;
+    std::vector<kxreport::PageOption> values() const;
     void declare(const char* name, const QString& help, const char* value, const QString& byDefault);
     void refuseAttached(const QStringList& arguments) const;
 

@@ -38,15 +38,8 @@ std::filesystem::file_type typeOf(const QString& name) {
     return isNoName ? std::filesystem::file_type::not_found : type;
 }
 
-/// What the arguments of a command are.
-struct Arguments {
-    const QStringList& all; ///< the first is the name of the program
-    const QStringList& files; ///< those that name files, whether these are there or not
-    const QStringList& outputs;
-};
-
 /// A file name without its folder; another text as it is. A text of an option names a file when its folder is there.
-QString withoutFolder(const QString& text, const Arguments& arguments) {
+QString withoutFolder(const QString& text, const ReportArguments& arguments) {
     const qsizetype last = text.lastIndexOf(QLatin1Char('/'), -2); // one at the end belongs to the name of a folder
     const bool isPath = last >= 0 && (arguments.files.contains(text) ||
                                       typeOf(text.left(last + 1)) == std::filesystem::file_type::directory);
@@ -81,7 +74,7 @@ bool mayBeRead(const QString& name) {
     return false;
 }
 
-QString commandLine(const char* command, const Arguments& arguments) {
+QString commandLine(const char* command, const ReportArguments& arguments) {
     QString line = QStringLiteral("kxmath ") + QLatin1String(command);
     for (qsizetype i = 1; i < arguments.all.size(); ++i) {
         const QString value = valueOf(arguments.all.at(i));
@@ -98,7 +91,7 @@ QString timeText() {
     return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + QStringLiteral(" UTC");
 }
 
-std::vector<kxreport::PageInput> inputsIn(const Arguments& arguments) {
+std::vector<kxreport::PageInput> inputsIn(const ReportArguments& arguments) {
     std::vector<kxreport::PageInput> inputs;
     QStringList seen;
     for (qsizetype i = 1; i < arguments.all.size(); ++i) {
@@ -122,10 +115,17 @@ std::vector<kxreport::PageInput> inputsIn(const Arguments& arguments) {
 
 } // namespace
 
-kxreport::PageOrigin reportOrigin(const char* command, const QStringList& arguments, const QStringList& files,
-                                  const QStringList& outputs, const QString& note) {
-    const Arguments all{arguments, files, outputs};
-    return {timeText(), commandLine(command, all), QLatin1String(KxMath_GetVersionString()), note, inputsIn(all)};
+kxreport::PageOrigin reportOrigin(const char* command, const ReportArguments& arguments) {
+    std::vector<kxreport::PageOption> options = arguments.options;
+    for (kxreport::PageOption& option : options) {
+        option.value = printable(withoutFolder(option.value, arguments));
+    }
+    return {timeText(),
+            commandLine(command, arguments),
+            QLatin1String(KxMath_GetVersionString()),
+            arguments.note,
+            inputsIn(arguments),
+            std::move(options)};
 }
 
 } // namespace kxtool
