@@ -115,6 +115,8 @@ struct PointCounts {
     std::int64_t missing = 0; ///< without a finite x or y
     std::int64_t removed = 0; ///< of the others, by the noise filter and, in the mode that has them, as straight parts
     std::int64_t below = 0; ///< of those with finite x and y, below the level line, before the filters
+    /// Of `removed`, as straight parts; the others were noise. Absent in results of versions that did not count them apart.
+    std::optional<std::int64_t> straight = {};
 };
 
 /// One side of the track: the recording of its sensor and the wheels in it.

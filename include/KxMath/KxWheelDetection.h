@@ -42,6 +42,10 @@ public:
     /// Looks at the next profile of a recording, which is cleaned in place.
     /// @return true when it belongs to a wheel; wheel() and profile() then number it, and it is to be kept
     bool add(KxProfile& profile);
+    /// The same.
+    /// @param withoutNoise gets how many points with finite x and y removeNoise() has left, before any straight parts were
+    /// removed
+    bool add(KxProfile& profile, int& withoutNoise);
 
     /// The number of the wheel found last, from 1 on; 0 before the first. After the last profile: how many there are.
     int wheel() const { return wheel_; }
@@ -55,6 +59,8 @@ public:
     int discarded() const { return discarded_; }
 
 private:
+    bool numberNext(bool isWheelProfile);
+
     KxWheelDetectionSettings settings_;
     int mode_;
     int wheel_ = 0;

@@ -57,8 +57,14 @@ PassSide readSide(const JsonValue& value) {
     side.missing = value.has("missing") ? value["missing"].text() : std::string();
     if (value.has("points")) {
         const auto points = value["points"];
-        side.points = PointCounts{points["recorded"].wideWholeNumber(), points["missing"].wideWholeNumber(),
-                                  points["removed"].wideWholeNumber(), points["belowLevel"].wideWholeNumber()};
+        side.points = PointCounts{points["recorded"].wideWholeNumber(),
+                                  points["missing"].wideWholeNumber(),
+                                  points["removed"].wideWholeNumber(),
+                                  points["belowLevel"].wideWholeNumber(),
+                                  {}};
+        if (points.has("removedAsStraight")) {
+            side.points->straight = points["removedAsStraight"].wideWholeNumber();
+        }
     }
     return side;
 }

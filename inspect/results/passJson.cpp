@@ -41,11 +41,14 @@ QJsonObject sideObject(const PassSide& side) {
         object[QStringLiteral("missing")] = text(side.missing);
     }
     if (side.points) {
-        object[QStringLiteral("points")] =
-            QJsonObject{{QStringLiteral("recorded"), static_cast<qint64>(side.points->recorded)},
-                        {QStringLiteral("missing"), static_cast<qint64>(side.points->missing)},
-                        {QStringLiteral("removed"), static_cast<qint64>(side.points->removed)},
-                        {QStringLiteral("belowLevel"), static_cast<qint64>(side.points->below)}};
+        QJsonObject points = {{QStringLiteral("recorded"), static_cast<qint64>(side.points->recorded)},
+                              {QStringLiteral("missing"), static_cast<qint64>(side.points->missing)},
+                              {QStringLiteral("removed"), static_cast<qint64>(side.points->removed)},
+                              {QStringLiteral("belowLevel"), static_cast<qint64>(side.points->below)}};
+        if (side.points->straight) {
+            points[QStringLiteral("removedAsStraight")] = static_cast<qint64>(*side.points->straight);
+        }
+        object[QStringLiteral("points")] = points;
     }
     return object;
 }

@@ -87,8 +87,8 @@ PassSide describeSide(const MeasuredSide& measured) {
     side.profileRecords = measured.found.profileRecords();
     if (input.missing.empty()) {
         const LevelCount& count = measured.found.levelCount();
-        side.points =
-            PointCounts{count.recorded, count.recorded - count.points, count.points - count.cleaned, count.below};
+        side.points = PointCounts{count.recorded, count.recorded - count.points, count.points - count.cleaned,
+                                  count.below, count.withoutNoise - count.cleaned};
     }
     side.level = fromKxLine(input.detection.level);
     side.reference = fromKxLine(input.reference);

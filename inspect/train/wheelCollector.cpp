@@ -43,7 +43,9 @@ void WheelCollector::add(KxMath::KxRecordKind kind, KxMath::KxProfileZ& record) 
     }
     countPoints(record.points);
     sample_.add(record.points);
-    const bool isOfWheel = detector_.add(record); // cleans the points
+    int withoutNoise = 0;
+    const bool isOfWheel = detector_.add(record, withoutNoise); // cleans the points
+    levelCount_.withoutNoise += withoutNoise;
     levelCount_.cleaned += std::count_if(record.points.cbegin(), record.points.cend(), isFinite);
     if (isOfWheel) {
         if (detector_.profile() == 1) {

@@ -35,7 +35,8 @@ struct WheelStart {
 struct LevelCount {
     qint64 recorded = 0; ///< all
     qint64 points = 0; ///< those that are finite
-    qint64 cleaned = 0; ///< of them left by the filters of the detection
+    qint64 withoutNoise = 0; ///< of them left by the filter of noise
+    qint64 cleaned = 0; ///< of those left when straight parts were removed, in the mode that does so
     qint64 below = 0; ///< of them below the line
     float lowest = std::numeric_limits<float>::infinity(); ///< y, mm
     float highest = -std::numeric_limits<float>::infinity();

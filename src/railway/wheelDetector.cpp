@@ -8,15 +8,20 @@
 #include <QtCore/QSettings>
 #include <QtCore/QVariant>
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace KxMath {
 
 namespace {
 
-/// Cleans a profile in place and says whether a wheel is in it.
-bool isWheelProfile(KxProfile& profile, const KxWheelDetectionSettings& s, int mode) {
+void removeNoise(KxProfile& profile, const KxWheelDetectionSettings& s) {
     profile.removeNoise(s.noiseWindow, s.maxJumps, s.maxJump, 0.0f);
+}
+
+/// Removes the straight parts in place, where the mode does so, and says whether a wheel is in the profile.
+bool isWheelProfile(KxProfile& profile, const KxWheelDetectionSettings& s, int mode) {
     if (mode != KxModeWithLowLine) {
         return detail::isWheel(profile.points, s.level, s.minPoints);
     }
@@ -51,8 +56,22 @@ KxWheelDetector::KxWheelDetector(const KxWheelDetectionSettings& settings, int m
     : settings_(settings), mode_(mode) {}
 
 bool KxWheelDetector::add(KxProfile& profile) {
+    removeNoise(profile, settings_);
+    return numberNext(isWheelProfile(profile, settings_, mode_));
+}
+
+bool KxWheelDetector::add(KxProfile& profile, int& withoutNoise) {
+    removeNoise(profile, settings_);
+    withoutNoise =
+        static_cast<int>(std::count_if(profile.points.cbegin(), profile.points.cend(),
+                                       [](const KxPointXY& p) { return std::isfinite(p.x) && std::isfinite(p.y); }));
+    return numberNext(isWheelProfile(profile, settings_, mode_));
+}
+
+/// Numbers the next profile.
+bool KxWheelDetector::numberNext(bool isWheelProfile) {
     discarded_ = 0;
-    if (!isWheelProfile(profile, settings_, mode_)) {
+    if (!isWheelProfile) {
         if (isInWheel_ && profiles_ < settings_.minProfilesInWheel) {
             discarded_ = profiles_;
             --wheel_;

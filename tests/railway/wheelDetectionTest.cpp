@@ -1,6 +1,11 @@
 // Wheels in recordings: what is found, which files hold it, and which settings decide.
 #include "railway/workingFolder.h"
 
+#include <KxMath/KxWheelDetection.h>
+
+#include <algorithm>
+#include <cmath>
+
 using namespace testing_support;
 
 namespace {
@@ -170,6 +175,32 @@ TEST(DetectWheels, ModeThreeRemovesPartsAndUsesTheLowLine) {
     };
     for (const auto& [description, mode, pointsInFile, more] : kCases) {
         EXPECT_EQ(detectIn(p, mode, all + more).size(), pointsInFile) << description;
+    }
+}
+
+TEST(WheelDetector, CountsThePointsThatTheNoiseFilterLeaves) {
+    KxProfile noisy; // a spike, missing points, three groups with heights 0 and 1 by turns
+    noisy.points = pointsFor(24, [](int i) { return at(i + i / 8 * 20, i == 5 ? 9 : 1 - i % 2); });
+    noisy.points[12].y = noisy.points[20].x = NAN;
+    KxWheelDetectionSettings settings;
+    settings.noiseWindow = 2;
+    settings.maxJumps = 0;
+    settings.level = settings.low = KxLine(0, 5);
+    settings.low.b = -1;
+    settings.maxParts = 3;
+    settings.maxCorrelation = 1;
+    KxProfile withoutNoise = noisy;
+    withoutNoise.removeNoise(settings.noiseWindow, settings.maxJumps, settings.maxJump, 0.0f);
+    const auto expected = std::count_if(withoutNoise.points.cbegin(), withoutNoise.points.cend(),
+                                        [](const KxPointXY& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
+    ASSERT_LT(expected, 22);
+    for (const int mode : {0, 3}) {
+        KxProfile counted = noisy;
+        KxProfile plain = noisy;
+        int count = kUntouched;
+        EXPECT_EQ(KxWheelDetector(settings, mode).add(counted, count), KxWheelDetector(settings, mode).add(plain));
+        EXPECT_EXACT(counted.points, plain.points);
+        EXPECT_EQ(count, expected) << mode;
     }
 }
 
