@@ -215,8 +215,8 @@ void addFlankTable(Page& page, const CalibrationResult& result) {
                         {numberText(flank.rms, 3)},
                         {numberText(flank.largest, 3)}});
     }
-    page.table({QStringLiteral("flank"), QStringLiteral("points"), QStringLiteral("mean, mm"),
-                QStringLiteral("95 % interval, \u00b1"), QStringLiteral("rms, mm"), QStringLiteral("largest, mm")},
+    page.table({QStringLiteral("flank"), QStringLiteral("points"), QStringLiteral("mean residual, mm"),
+                QStringLiteral("95 % interval, \u00b1 mm"), QStringLiteral("rms, mm"), QStringLiteral("largest, mm")},
                rows, 1);
     page.paragraph(QStringLiteral(
         "A residual is the distance of a point from the object along Y, positive behind the object as the sensor sees "

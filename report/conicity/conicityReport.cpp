@@ -162,7 +162,7 @@ void addTable(Page& page, const ConicityResult& result) {
                         {fixedText(row.asMeasured.value_or(kNaN), 4)}});
     }
     page.table({QStringLiteral("amplitude, mm"), QStringLiteral("equivalent conicity, 95 % interval"),
-                QStringLiteral("without smoothing")},
+                QStringLiteral("equivalent conicity without smoothing")},
                rows);
 }
 

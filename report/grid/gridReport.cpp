@@ -95,9 +95,13 @@ void addPatches(const GridResult& grid, Page& page) {
     if (rows.empty()) {
         return;
     }
-    page.table(patchColumns(), rows);
+    page.table({QStringLiteral("seed"), QStringLiteral("cells"), QStringLiteral("area, mm\u00b2"),
+                QStringLiteral("mean height, mm"), QStringLiteral("standard deviation, mm"),
+                QStringLiteral("lowest, mm"), QStringLiteral("highest, mm"), QStringLiteral("x from to, mm"),
+                QStringLiteral("z from to, mm"), QStringLiteral("file")},
+               rows);
     page.paragraph(
-        QStringLiteral("Mean, standard deviation (sigma), lowest and highest are those of the heights y; x and z are "
+        QStringLiteral("Mean, standard deviation, lowest and highest are those of the heights y; x and z are "
                        "the ranges of the points."));
     if (patches > kMostRows) {
         page.paragraph(QStringLiteral("The first %1 of %2 seeds.").arg(kMostRows).arg(patches));

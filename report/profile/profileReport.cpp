@@ -106,7 +106,10 @@ void addTables(const ProfileResult& result, ViewPage& page) {
         for (const KxInspect::StepOutcome& outcome : result.outcomes) {
             rows.push_back(stepRow(outcome));
         }
-        page.addTable(QStringLiteral("Steps"), stepHead(), rows);
+        page.addTable(QStringLiteral("Steps"),
+                      textList({QStringLiteral("step"), QStringLiteral("points before"), QStringLiteral("points after"),
+                                QStringLiteral("points missing"), QStringLiteral("result")}),
+                      rows);
     }
     for (const ProfileFinding& finding : result.findings) {
         std::vector<QStringList> rows;

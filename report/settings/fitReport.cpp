@@ -85,8 +85,8 @@ void addLines(const StationFit& fit, Page& page) {
                lines, 3);
     page.table({QStringLiteral("Sensor"), QStringLiteral("Records"), QStringLiteral("Wheels"),
                 QStringLiteral("Noise, mm"), QStringLiteral("Offsets off, mm"), QStringLiteral("Margin, mm"),
-                QStringLiteral("Good margins, mm"), QStringLiteral("Turn, degrees"), QStringLiteral("Shortest wheel"),
-                QStringLiteral("Longest other")},
+                QStringLiteral("Good margins, mm"), QStringLiteral("Turn, degrees"),
+                QStringLiteral("Shortest wheel, records"), QStringLiteral("Longest other, records")},
                quality, 1);
     page.paragraph(QStringLiteral(
         "Noise: of points about straight pieces of 10 mm, rms. Offsets off: the largest difference of the offset of a "

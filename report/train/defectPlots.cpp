@@ -4,6 +4,7 @@
 #include "report/elements/numbers.h"
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
+#include "report/train/columnHeads.h"
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/shownWheel.h"
@@ -31,10 +32,6 @@ Tone toneOf(const QString& word) {
 }
 
 void addTable(const PassResult& pass, const std::vector<PairColumn>& columns, Page& page) {
-    QStringList headers;
-    for (const PairColumn& column : columns) {
-        headers.append(column.title);
-    }
     std::vector<std::vector<Cell>> rows(pass.pairs.size());
     for (size_t i = 0; i < pass.pairs.size(); ++i) {
         for (const PairColumn& column : columns) {
@@ -42,7 +39,7 @@ void addTable(const PassResult& pass, const std::vector<PairColumn>& columns, Pa
             rows[i].push_back({text, toneOf(text)});
         }
     }
-    page.table(headers, rows);
+    page.table(headsOf(columns), rows);
 }
 
 void addVerdicts(const PassResult& pass, Page& page) {

@@ -1,7 +1,7 @@
 // What a pass was measured with: files, limits, settings.
 #include "report/train/measuredWith.h"
 
-#include "report/train/sheetColumns.h"
+#include "report/train/columnHeads.h"
 #include "report/train/vehicleTable.h"
 
 #include <algorithm>
@@ -69,22 +69,12 @@ void addIdentity(const PassResult& pass, Page& page) {
     page.paragraph(QStringLiteral("Measured by version %1.").arg(QString::fromStdString(pass.identity.version)));
 }
 
-/// "flange thickness (Sd), mm"; the name of a measure that is not known.
-QString headOf(const std::string& name) {
-    for (const MeasureInfo& measure : measureInfos()) {
-        if (measure.name == name) {
-            return titleOf(measure) + QStringLiteral(", ") + QString::fromStdString(measure.unit);
-        }
-    }
-    return QString::fromStdString(name);
-}
-
 /// The limits that were given, also those that no value of the pass has.
 void addLimits(const PassAssessment& assessment, Page& page) {
     std::vector<std::vector<Cell>> rows;
     for (const MeasureLimits& limits : assessment.limits) {
         std::vector<Cell> row = {
-            {headOf(limits.measure)},
+            {headOfMeasure(limits.measure)},
             {limits.vehicleClass.empty() ? QStringLiteral("all others") : QString::fromStdString(limits.vehicleClass)}};
         const LimitBounds& bounds = limits.bounds;
         for (const auto& bound : {bounds.alarmLow, bounds.warningLow, bounds.warningHigh, bounds.alarmHigh}) {

@@ -5,6 +5,7 @@
 #include "report/elements/page.h"
 #include "report/elements/plot.h"
 #include "report/elements/svg.h"
+#include "report/train/columnHeads.h"
 #include "report/train/defectPlots.h"
 #include "report/train/distanceNotes.h"
 #include "report/train/measuredWith.h"
@@ -28,6 +29,7 @@ using namespace KxInspect;
 namespace {
 
 constexpr int kPageWidth = 1060;
+constexpr int kModeWithStraightParts = 3; ///< of the wheel detection
 
 QString sideTitle(const PassResult& pass, size_t side) {
     const PassSide& shown = pass.sides[side];
@@ -177,10 +179,6 @@ void addDistances(const PassResult& pass, Page& page) {
     page.heading(QStringLiteral("Distance of each wheel pair"));
     page.figure(plot.svg(), QStringLiteral("The band is the tolerance: %1. A pair without a mark has no distance.")
                                 .arg(toleranceText(pass)));
-    QStringList headers;
-    for (const PairColumn& column : pairColumns()) {
-        headers.append(column.title);
-    }
     std::vector<std::vector<Cell>> rows;
     for (size_t i = 0; i < pass.pairs.size(); ++i) {
         std::vector<Cell> row;
@@ -190,7 +188,7 @@ void addDistances(const PassResult& pass, Page& page) {
         }
         rows.push_back(row);
     }
-    page.table(headers, rows);
+    page.table(headsOf(pairColumns()), rows);
     page.paragraph(QStringLiteral("For each side: the wheel's number, its profiles, its first and last record, the "
                                   "chosen profile (the one with the most points below the level line) and the number "
                                   "of these points. Distance and deviation from the nominal distance in mm."));
@@ -212,7 +210,10 @@ void addVehicles(const PassResult& pass, Page& page) {
     }
     if (!rows.empty()) {
         constexpr int kTextColumns = 4;
-        page.table(texts.front(), rows, kTextColumns);
+        page.table({QStringLiteral("vehicle"), QStringLiteral("mark"), QStringLiteral("number"),
+                    QStringLiteral("class"), QStringLiteral("axles of its bogies"), QStringLiteral("axles"),
+                    QStringLiteral("axles seen"), QStringLiteral("wheel pairs")},
+                   rows, kTextColumns);
     }
     for (const QString& note : vehicleNotes(pass)) {
         page.paragraph(note);
@@ -231,16 +232,37 @@ void addVerdicts(const PassResult& pass, Page& page) {
         for (const QString& text : row.texts) {
             rows.back().push_back({text});
         }
+        rows.back().front().text = headOfMeasure(row.texts.front().toStdString());
         rows.back()[kVerdictColumn].tone = row.tone;
     }
     if (!rows.empty()) {
         constexpr int kTextColumns = 1;
-        page.table(verdictTitles(), rows, kTextColumns);
+        page.table({QStringLiteral("measure, unit of value and limits"), QStringLiteral("vehicle"),
+                    QStringLiteral("wheel pair"), QStringLiteral("side"), QStringLiteral("value, 95 % interval"),
+                    QStringLiteral("limits: alarm and warning below, warning and alarm above"),
+                    QStringLiteral("verdict"), QStringLiteral("reason")},
+                   rows, kTextColumns);
     }
+}
+
+/// A part of the points of a side; a dash where they were not counted.
+Cell shareCell(const PassSide& side, std::int64_t part, std::int64_t all) {
+    const double percent = 100.0 * static_cast<double>(part) / static_cast<double>(all);
+    return {!side.points || all == 0 ? QStringLiteral("-")
+                                     : QStringLiteral("%1 (%2 %)").arg(part).arg(percent, 0, 'f', 2)};
+}
+
+/// Whether the points that were removed as straight parts were counted apart.
+bool areStraightPartsCounted(const PassResult& pass) {
+    const auto isCounted = [](const PassSide& side) { return !side.points || side.points->straight; };
+    return pass.mode == kModeWithStraightParts && std::all_of(pass.sides.begin(), pass.sides.end(), isCounted) &&
+           std::all_of(pass.further.begin(), pass.further.end(), isCounted);
 }
 
 /// What became of points and profiles on the way to the measures.
 void addDataQuality(const PassResult& pass, Page& page) {
+    const bool hasStraight = areStraightPartsCounted(pass);
+    const bool areMixed = pass.mode == kModeWithStraightParts && !hasStraight; // an older result
     std::vector<std::vector<Cell>> rows;
     for (const auto* const sides : {&pass.sides, &pass.further}) {
         for (const PassSide& side : *sides) {
@@ -248,31 +270,30 @@ void addDataQuality(const PassResult& pass, Page& page) {
             for (const PassWheel& wheel : side.wheels) {
                 inWheels += wheel.profiles;
             }
-            std::vector<Cell> row = {{QStringLiteral("SENSOR%1").arg(side.sensor)},
-                                     {QString::number(side.records())},
-                                     {QString::number(inWheels)},
-                                     {side.points ? QString::number(side.points->recorded) : QStringLiteral("-")}};
             const PointCounts points = side.points.value_or(PointCounts());
-            for (const auto& [part, all] : {std::pair(points.missing, points.recorded),
-                                            std::pair(points.removed, points.recorded - points.missing),
-                                            std::pair(points.below, points.recorded - points.missing)}) {
-                const double percent = 100.0 * static_cast<double>(part) / static_cast<double>(all);
-                row.push_back({!side.points || all == 0
-                                   ? QStringLiteral("-")
-                                   : QStringLiteral("%1 (%2 %)").arg(part).arg(percent, 0, 'f', 2)});
-            }
-            rows.push_back(row);
+            const std::int64_t whole = points.recorded - points.missing;
+            const std::int64_t straight = points.straight.value_or(0);
+            rows.push_back({{QStringLiteral("SENSOR%1").arg(side.sensor)},
+                            {QString::number(side.records())},
+                            {QString::number(inWheels)},
+                            {side.points ? QString::number(points.recorded) : QStringLiteral("-")},
+                            shareCell(side, points.missing, points.recorded),
+                            shareCell(side, points.removed - straight, whole),
+                            hasStraight ? shareCell(side, straight, whole) : Cell{QStringLiteral("-"), Tone::Faint},
+                            shareCell(side, points.below, whole)});
         }
     }
     page.heading(QStringLiteral("Quality of the data"));
     page.table({QStringLiteral("sensor"), QStringLiteral("profiles recorded"), QStringLiteral("profiles of wheels"),
-                QStringLiteral("points recorded"), QStringLiteral("missing"), QStringLiteral("removed by the filters"),
-                QStringLiteral("below the level line")},
+                QStringLiteral("points recorded"), QStringLiteral("points missing"),
+                areMixed ? QStringLiteral("points removed, noise and straight parts")
+                         : QStringLiteral("points removed as noise"),
+                QStringLiteral("points removed as straight parts"), QStringLiteral("points below the level line")},
                rows, 1);
     page.paragraph(
         QStringLiteral("Missing points have no finite x and y; the other shares are of the rest. The filters "
-                       "of the detection remove noise and, in mode 3, straight parts; points below the level "
-                       "line are counted before them. How many profiles each measure is taken from is in the "
+                       "of the detection remove noise and then, in mode 3, straight parts; points below the level "
+                       "line are counted before both. How many profiles each measure is taken from is in the "
                        "sheet."));
 }
 

@@ -99,7 +99,7 @@ TEST(CalibrationPage, ShowsWhatTheJsonSays) {
             (QStringList{flank["flank"].toString(), QString::number(flank["points"].toInt()), text(flank["mean"], 3),
                          text(flank["uncertainty"], 3), text(flank["rms"], 3), text(flank["largest"], 3)})
                 .join('|'));
-        EXPECT_EQ(flanks.at(size_t(i), "mean, mm").tone, i == 5 ? "bad" : "good");
+        EXPECT_EQ(flanks.at(size_t(i), "mean residual, mm").tone, i == 5 ? "bad" : "good");
         EXPECT_EQ(flank["isOff"].toBool(), i == 5);
     }
     EXPECT_EQ(page.headings.mid(3), (QStringList{"a.bin", "c.bin"})) << "nothing is drawn of a profile without points";
@@ -153,7 +153,7 @@ TEST(CalibrationPage, SaysWhatIsMissing) {
     const ReadPage partly = readPage(kxreport::calibrationReport(r));
     EXPECT_EQ(partly.tables.at(0).at(0, "largest difference from the mean").text, kDash);
     EXPECT_EQ(partly.facts.at("Flanks off the object"), (ReadCell{"0 of 7", ""}));
-    EXPECT_EQ(partly.tables.at(1).at(3, "mean, mm"), (ReadCell{kDash, ""}));
+    EXPECT_EQ(partly.tables.at(1).at(3, "mean residual, mm"), (ReadCell{kDash, ""}));
     r.average.fault = "The profiles are not of one pose";
     r.profiles[0].fault = "shows nothing";
     r.profiles.resize(7, r.profiles[1]);

@@ -69,7 +69,7 @@ TEST(ConicityPage, ShowsWhatTheJsonSays) {
     for (size_t row = 0; row < 3; ++row) {
         EXPECT_EQ(table.at(row, "amplitude, mm").text, values[row][0]);
         EXPECT_EQ(table.at(row, "equivalent conicity, 95 % interval").text, QString::fromUtf8(values[row][1]));
-        EXPECT_EQ(table.at(row, "without smoothing").text, values[row][2]);
+        EXPECT_EQ(table.at(row, "equivalent conicity without smoothing").text, values[row][2]);
     }
     const ReadTable& noise = page.tables.at(1);
     EXPECT_EQ(noise.at(1, "noise in y, mm").text, text(json["noise"]["rail1"]["y"], 4));

@@ -69,7 +69,8 @@ TEST(GridPage, ShowsWhatTheJsonSays) {
                       .join('|'));
     }
     EXPECT_EQ(page.tables[0].headers.join('|'),
-              "seed|cells|area, mm2|mean, mm|sigma, mm|lowest, mm|highest, mm|x, mm|z, mm|file");
+              "seed|cells|area, mm\u00b2|mean height, mm|standard deviation, mm|lowest, mm|highest, mm|x from to, mm|z "
+              "from to, mm|file");
     EXPECT_EQ(page.warnings, QStringList("Warning: w1"));
     GridResult none = result();
     none.found.patches.clear();

@@ -158,27 +158,32 @@ TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {
     for (int i = 0; i < 4; ++i) {
         const QJsonValue pair = json["pairs"][i];
         const auto row = static_cast<size_t>(i);
-        EXPECT_EQ(page.tables[1].at(row, "distance"), (ReadCell{text(pair["distance"], 3), tones[i]}));
-        EXPECT_EQ(page.tables[1].at(row, "deviation"), (ReadCell{text(pair["deviation"], 3), ""}));
+        EXPECT_EQ(page.tables[1].at(row, "distance (back-to-back), mm"),
+                  (ReadCell{text(pair["distance"], 3), tones[i]}));
+        EXPECT_EQ(page.tables[1].at(row, "deviation from the nominal distance, mm"),
+                  (ReadCell{text(pair["deviation"], 3), ""}));
         EXPECT_EQ(page.tables[1].at(row, "verdict"), (ReadCell{verdicts[i], tones[i]}));
         for (int side = 0; side < 2; ++side) {
             const QJsonValue wheel = pair["sides"][side];
-            const QString suffix = " " + QString::number(side + 1);
+            const QString prefix = "side " + QString::number(side + 1) + ": ";
             const auto number = [](const QJsonValue& v) {
                 return v.isDouble() ? QString::number(v.toInt()) : QString("-");
             };
-            const std::pair<const char*, const char*> counts[] = {{"wheel", "wheel"},          {"profiles", "profiles"},
-                                                                  {"first", "firstRecord"},    {"last", "lastRecord"},
-                                                                  {"chosen", "chosenProfile"}, {"points", "points"}};
+            const std::pair<const char*, const char*> counts[] = {{"wheel", "wheel"},
+                                                                  {"profiles", "profiles"},
+                                                                  {"first record", "firstRecord"},
+                                                                  {"last record", "lastRecord"},
+                                                                  {"chosen profile", "chosenProfile"},
+                                                                  {"points below the level line", "points"}};
             for (const auto& [title, key] : counts) {
-                EXPECT_EQ(page.tables[1].at(row, title + suffix).text, number(wheel[QLatin1String(key)]));
+                EXPECT_EQ(page.tables[1].at(row, prefix + title).text, number(wheel[QLatin1String(key)]));
             }
             const QJsonValue defects = wheel["defects"], roundness = wheel["roundness"];
             const ReadTable &treads = page.tables[2], &shapes = page.tables[3];
-            EXPECT_EQ(treads.at(row, "judged" + suffix).text, number(defects["judgedProfiles"]));
-            EXPECT_EQ(treads.at(row, "deviating" + suffix).text, number(defects["deviatingPoints"]));
+            EXPECT_EQ(treads.at(row, prefix + "profiles judged").text, number(defects["judgedProfiles"]));
+            EXPECT_EQ(treads.at(row, prefix + "points deviating").text, number(defects["deviatingPoints"]));
             EXPECT_EQ(
-                treads.at(row, "largest" + suffix).text,
+                treads.at(row, prefix + "largest deviation, mm").text,
                 text(QJsonValue(defects["largestDeviation"]).isDouble() ? defects["largestDeviation"] : QJsonValue(),
                      3));
             const QJsonValue bad = defects["isDefective"], off = roundness["isOutOfRound"];
@@ -187,20 +192,24 @@ TEST(PassPage, TablesHoldTheValuesAndTonesOfTheJson) {
                        : isBad.toBool() ? ReadCell{badWord, "bad"}
                                         : ReadCell{goodWord, "good"};
             };
-            EXPECT_EQ(treads.at(row, "tread" + suffix), verdict(bad, "defective", "sound"));
-            EXPECT_EQ(shapes.at(row, "shape" + suffix), verdict(off, "out of round", "round"));
-            EXPECT_EQ(shapes.at(row, "limit" + suffix).text,
+            EXPECT_EQ(treads.at(row, prefix + "tread"), verdict(bad, "defective", "sound"));
+            EXPECT_EQ(shapes.at(row, prefix + "shape"), verdict(off, "out of round", "round"));
+            EXPECT_EQ(shapes.at(row, prefix + "allowed out of round, mm").text,
                       text(roundness["limit"].isDouble() ? roundness["limit"] : QJsonValue(), 3));
-            EXPECT_EQ(shapes.at(row, "seen" + suffix).text,
+            EXPECT_EQ(shapes.at(row, prefix + "arc seen, degrees").text,
                       row == 0 && side == 0 ? "from -22 to -4, from 3 to 20" : "-");
-            EXPECT_EQ(shapes.at(row, "by" + suffix).text,
+            EXPECT_EQ(shapes.at(row, prefix + "out of round by, mm").text,
                       text(roundness["largestDeviation"].isDouble() ? roundness["largestDeviation"] : QJsonValue(), 3));
         }
     }
-    EXPECT_EQ(page.tables[2].at(0, "numbers 1").text + " " + page.tables[2].at(1, "numbers 2").text, "2-4 6 8");
-    EXPECT_EQ(page.tables[2].at(0, "defective 1").text, "3");
-    EXPECT_EQ(page.tables[3].at(0, "compared 1").text + page.tables[3].at(0, "compared 2").text, "32");
-    EXPECT_EQ(page.tables[3].at(0, "off circle 1").text, "4");
+    EXPECT_EQ(page.tables[2].at(0, "side 1: numbers of defective profiles").text + " " +
+                  page.tables[2].at(1, "side 2: numbers of defective profiles").text,
+              "2-4 6 8");
+    EXPECT_EQ(page.tables[2].at(0, "side 1: profiles defective").text, "3");
+    EXPECT_EQ(page.tables[3].at(0, "side 1: profiles compared").text +
+                  page.tables[3].at(0, "side 2: profiles compared").text,
+              "32");
+    EXPECT_EQ(page.tables[3].at(0, "side 1: numbers of profiles off the circle").text, "4");
 }
 
 TEST(PassPage, DrawsWheelsAndDistances) {
