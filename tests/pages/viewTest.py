@@ -4,6 +4,7 @@
 Each kind of page, with and without WebGL, light and dark, 400 and 1280 pixels wide, without script and in print. Compares
 what cursors and pixels show with the data that the test wrote. PICTURES is a folder for screenshots to look at.
 """
+import itertools
 import json
 import math
 import os
@@ -34,6 +35,11 @@ def height(row, column):
     return round(1.5 * math.sin(row / 6) + column / 50 + 0.1, 3)
 
 
+def deviation(row, column):
+    """A cell of the map less the reference; the extremes are not alike, the colours are about 0."""
+    return None if height(row, column) is None else round(0.02 * (row - 10) + 0.01 * (column - 40), 3)
+
+
 def section(points):
     return struct.pack("<BH", 2, len(points)) + b"".join(struct.pack("<2f", *p) for p in points)
 
@@ -45,6 +51,9 @@ def make_inputs(folder):
     rows = [[(PITCH * c, height(r, c)) for c in range(COLUMNS + 1) if height(r, min(c, COLUMNS - 1)) is not None]
             for r in range(ROWS)]
     write("<script>alert(1)</script>.bin".replace("/", "_"), b"".join(section(p) for p in rows))
+    write("reference.bin", b"".join(
+        section([(x, y - deviation(r, min(c, COLUMNS - 1))) for c, (x, y) in
+                 ((round(x / PITCH), (x, y)) for x, y in points)]) for r, points in enumerate(rows)))
     write("a.csv", "".join(f"{x};{x * x / 8}\n" for x in range(9)).replace(".", ",").encode())
     write("b.csv", "".join(f"{x};{x * x / 8 + 0.25}\n" for x in range(9)).replace(".", ",").encode())
     points = [(3.0 * i % 17, math.sin(i) * 4, 0.25 * i) for i in range(300)]
@@ -62,6 +71,7 @@ class Pages(unittest.TestCase):
         cls.pages = {
             "scan": cls.view("scan.html", cls.scan),
             "long": cls.view("long.html", cls.scan, "--step", str(PITCH), "--colours", "cividis"),
+            "deviations": cls.view("deviations.html", cls.scan, "--step", str(PITCH), "--compare", "reference.bin"),
             "profiles": cls.view("profiles.html", "a.csv", "--compare", "b.csv"),
             "cloud": cls.view("cloud.html", "cloud.bin"),
         }
@@ -94,18 +104,74 @@ class Pages(unittest.TestCase):
         left, top = math.floor(part_x * box[2]), math.floor(part_y * box[3])
         return box[0] + left + 0.5, box[1] + top + 0.5, left, top
 
-    def check_cell(self, browser, text, pixel, colours, limits):
+    def check_cell(self, text, pixel, colours, limits, true_value=height):
         """The words about a cell, and its pixel, beside the cell."""
-        row, column, value = re.search(r"row (\d+), column (\d+):.*height (-?[\d.]+ mm|missing)", text).groups()
-        truth = height(int(row) - 1, int(column) - 1)
+        row, column, value = re.search(fr"row (\d+), column (\d+):.*{true_value.__name__} (-?[\d.]+ mm|missing)",
+                                       text).groups()
+        truth = true_value(int(row) - 1, int(column) - 1)
         if truth is None:
             self.assertEqual(value, "missing")
             self.assertIn(pixel, [[0xd9, 0xc8, 0xee], [0x8e, 0x6b, 0xbf]])
             return
         self.assertEqual(value, f"{truth:.3f} mm")
+        self.check_colour(truth, pixel, colours, limits, text)
+
+    def check_colour(self, truth, pixel, colours, limits, text):
         shade = round((truth - limits[0]) / (limits[1] - limits[0]) * 255)
         near = [list(bytes.fromhex(colours[6 * i:6 * i + 6])) for i in range(max(0, shade - 1), min(256, shade + 2))]
         self.assertIn(pixel, near, text)
+
+    def surface_pixel(self, browser, row, column):
+        """The pixel of a cell on the surface, seen from above without light: the picture is an orthographic one."""
+        wide, deep = ROWS * PITCH, COLUMNS * PITCH
+        across, along = (1.5 * side / max(wide, deep) for side in (wide, deep))
+        return browser.value(f"""(() => {{
+            const canvas = document.getElementById('surface-canvas'), gl = canvas.getContext('webgl2');
+            const aspect = canvas.width / canvas.height, scale = Math.min(1, aspect);
+            const x = ({row} / {ROWS - 1} - 0.5) * {across} * scale / aspect;
+            const y = ({column} / {COLUMNS - 1} - 0.5) * {along} * scale;
+            const pixel = new Uint8Array(4);
+            gl.readPixels(Math.floor((x + 1) / 2 * canvas.width), Math.floor((y + 1) / 2 * canvas.height), 1, 1, gl.RGBA,
+                          gl.UNSIGNED_BYTE, pixel);
+            return [...pixel].slice(0, 3);
+        }})()""")
+
+    def test_known_cells(self):
+        """The pixels of known cells of deviations, with colours about 0, and of the map of a report: on the map from above
+        and, with GL, on the surface."""
+        report = os.path.join(self.folder, "grid.html")
+        subprocess.run([KXMATH, "grid", self.scan, "--step", str(PITCH), "--report", report], cwd=self.folder,
+                       check=True, capture_output=True)
+        cells = [(r, c) for r in range(ROWS) for c in range(COLUMNS) if height(r, c) is not None]
+        most = max(abs(deviation(r, c)) for r, c in cells)
+        cases = [(self.pages["deviations"], deviation, (-most, most)), (report, height, (LOWEST, HIGHEST))]
+        for (page, truth, limits), (flags, has_gl) in itertools.product(cases, ((GL, True), (NO_GL, False))):
+            with self.subTest(page=os.path.basename(page), gl=has_gl), Browser(flags=flags) as browser:
+                self.assertEqual(browser.open(page), "yes")
+                colours = json.loads(browser.value("document.getElementById('view').textContent"))["colours"]
+                for part_x, part_y in ((0.3, 0.3), (0.4, 0.5), (0.35, 0.62), (0.5, 0.2)):
+                    x, y, left, top = self.spot(browser, "#map canvas", part_x, part_y)
+                    browser.pointer("mouseMoved", x, y)
+                    pixel = browser.value(f"[...document.querySelector('#map canvas').getContext('2d')"
+                                          f".getImageData({left}, {top}, 1, 1).data].slice(0, 3)")
+                    self.check_cell(browser.value("document.getElementById('cell').textContent"), pixel,
+                                    colours, limits, truth)
+                self.assertEqual(browser.value("document.getElementById('no-surface') === null"), has_gl)
+                if has_gl:
+                    self.look_from_above(browser)
+                    for row, column in ((5, 10), (18, 40), (30, 25), (22, 5), (10, 40)):
+                        self.check_colour(truth(row, column), self.surface_pixel(browser, row, column), colours, limits,
+                                          f"surface, {row}, {column}")
+                self.check_quiet(browser)
+        self.assertEqual(deviation(10, 40), 0.0)
+
+    def look_from_above(self, browser):
+        """At the surface, without light."""
+        browser.value("document.querySelector('#surface-canvas').focus()")
+        browser.key("9")
+        browser.value("[...document.querySelectorAll('input[type=checkbox]')]"
+                      ".find((i) => i.parentElement.textContent.includes('Light')).click()")
+        browser.settle()
 
     def test_height_map(self):
         for flags, has_gl in ((GL, True), (NO_GL, False)):
@@ -127,7 +193,7 @@ class Pages(unittest.TestCase):
             browser.pointer("mouseMoved", x, y)
             pixel = browser.value(f"[...document.querySelector('#map canvas').getContext('2d')"
                                   f".getImageData({left}, {top}, 1, 1).data].slice(0, 3)")
-            self.check_cell(browser, browser.value("document.getElementById('cell').textContent"), pixel, colours,
+            self.check_cell(browser.value("document.getElementById('cell').textContent"), pixel, colours,
                             (LOWEST, HIGHEST))
         self.look(browser, f"{kind}-{'gl' if has_gl else 'plan'}-{width}-{scheme}")
         self.keys(browser)
@@ -159,11 +225,7 @@ class Pages(unittest.TestCase):
 
     def surface(self, browser, colours):
         """From above and without light the surface has the colours of its cells."""
-        browser.value("document.querySelector('#surface-canvas').focus()")
-        browser.key("9")
-        browser.value("[...document.querySelectorAll('input[type=checkbox]')]"
-                      ".find((i) => i.parentElement.textContent.includes('Light')).click()")
-        browser.settle()
+        self.look_from_above(browser)
         seen = browser.value("""(() => {
             const canvas = document.getElementById('surface-canvas'), gl = canvas.getContext('webgl2');
             const pixels = new Uint8Array(canvas.width * canvas.height * 4);

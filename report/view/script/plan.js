@@ -158,11 +158,11 @@ class Plan {
     }
 
     cellText({row, column}) {
-        const {map} = this, at = row * map.columns + column;
+        const {map} = this, at = row * map.columns + column, h = map.values[at];
         const along = map.isLength ? `z ${mm(this.z(row))}` : `${map.alongName} ${this.z(row)}`;
-        const blocks = map.low && map.values[at] === map.values[at]
+        const blocks = map.low && h === h
             ? ` (median; lowest ${mm(map.low[at])}, highest ${mm(map.high[at])} of its ${map.block} \u00d7 ${map.block} cells)` : "";
-        return `row ${row + 1}, column ${column + 1}: ${along}, x ${mm(this.x(column))}, height ${mm(map.values[at])}${blocks}`;
+        return `row ${row + 1}, column ${column + 1}: ${along}, x ${mm(this.x(column))}, ${map.heightLabel.match(/\w+/)} ${mm(h)}${blocks}`;
     }
 
     put(cell) {
