@@ -178,6 +178,7 @@ void Page::addOrigin() {
     if (origin_.options.empty()) {
         return;
     }
+    paragraph(QStringLiteral("Options of the command with their values:"));
     rows.clear();
     for (const PageOption& option : origin_.options) {
         rows.push_back({{option.name},

@@ -69,13 +69,23 @@ void addIdentity(const PassResult& pass, Page& page) {
     page.paragraph(QStringLiteral("Measured by version %1.").arg(QString::fromStdString(pass.identity.version)));
 }
 
+/// The class of vehicles that limits are for.
+QString classText(const PassAssessment& assessment, const MeasureLimits& limits) {
+    if (!limits.vehicleClass.empty()) {
+        return QString::fromStdString(limits.vehicleClass);
+    }
+    const auto isOfClass = [&](const MeasureLimits& other) {
+        return other.measure == limits.measure && !other.vehicleClass.empty();
+    };
+    return std::any_of(assessment.limits.begin(), assessment.limits.end(), isOfClass) ? QStringLiteral("all others")
+                                                                                      : QStringLiteral("all");
+}
+
 /// The limits that were given, also those that no value of the pass has.
 void addLimits(const PassAssessment& assessment, Page& page) {
     std::vector<std::vector<Cell>> rows;
     for (const MeasureLimits& limits : assessment.limits) {
-        std::vector<Cell> row = {
-            {headOfMeasure(limits.measure)},
-            {limits.vehicleClass.empty() ? QStringLiteral("all others") : QString::fromStdString(limits.vehicleClass)}};
+        std::vector<Cell> row = {{headOfMeasure(limits.measure)}, {classText(assessment, limits)}};
         const LimitBounds& bounds = limits.bounds;
         for (const auto& bound : {bounds.alarmLow, bounds.warningLow, bounds.warningHigh, bounds.alarmHigh}) {
             row.push_back({bound ? QString::number(*bound) : QStringLiteral("-")});

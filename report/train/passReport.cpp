@@ -13,6 +13,7 @@
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/profilePlots.h"
+#include "report/train/sheetColumns.h"
 #include "report/train/sheetTable.h"
 #include "report/train/vehicleTable.h"
 #include "report/train/verdictTable.h"
@@ -233,14 +234,14 @@ void addVerdicts(const PassResult& pass, Page& page) {
             rows.back().push_back({text});
         }
         rows.back().front().text = headOfMeasure(row.texts.front().toStdString());
+        rows.back()[kLimitsColumn].text = boundsText(row.bounds);
         rows.back()[kVerdictColumn].tone = row.tone;
     }
     if (!rows.empty()) {
         constexpr int kTextColumns = 1;
         page.table({QStringLiteral("measure, unit of value and limits"), QStringLiteral("vehicle"),
                     QStringLiteral("wheel pair"), QStringLiteral("side"), QStringLiteral("value, 95 % interval"),
-                    QStringLiteral("limits: alarm and warning below, warning and alarm above"),
-                    QStringLiteral("verdict"), QStringLiteral("reason")},
+                    QStringLiteral("limits"), QStringLiteral("verdict"), QStringLiteral("reason")},
                    rows, kTextColumns);
     }
 }

@@ -70,7 +70,7 @@ std::vector<VerdictRow> verdictRows(const PassResult& pass) {
         rows.push_back({textList({QString::fromStdString(value.measure), numberOrDash(value.vehicle) + bogie,
                                   numberOrDash(value.pair), numberOrDash(value.side), valueText(value),
                                   boundsText(value.bounds), verdictText(value), reason}),
-                        toneOf(value.verdict)});
+                        toneOf(value.verdict), value.bounds});
     }
     return rows;
 }

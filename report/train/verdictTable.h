@@ -16,8 +16,10 @@ namespace kxreport {
 struct VerdictRow {
     QStringList texts;
     Tone tone = Tone::Plain;
+    KxInspect::LimitBounds bounds;
 };
 
+inline constexpr int kLimitsColumn = 5; ///< which of the texts is the limits
 inline constexpr int kVerdictColumn = 6; ///< which of the texts is the verdict
 
 QStringList verdictTitles();

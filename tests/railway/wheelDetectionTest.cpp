@@ -180,7 +180,10 @@ TEST(DetectWheels, ModeThreeRemovesPartsAndUsesTheLowLine) {
 
 TEST(WheelDetector, CountsThePointsThatTheNoiseFilterLeaves) {
     KxProfile noisy; // a spike, missing points, three groups with heights 0 and 1 by turns
-    noisy.points = pointsFor(24, [](int i) { return at(i + i / 8 * 20, i == 5 ? 9 : 1 - i % 2); });
+    noisy.points = pointsFor(24, [](int i) {
+        const int group = i / 8;
+        return at(i + group * 20, i == 5 ? 9 : 1 - i % 2);
+    });
     noisy.points[12].y = noisy.points[20].x = NAN;
     KxWheelDetectionSettings settings;
     settings.noiseWindow = 2;
