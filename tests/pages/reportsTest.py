@@ -205,6 +205,8 @@ class Reports(unittest.TestCase):
             (["profile", line, "--do", "trimX:100,200"], 1, "trimX:100,200", "Lines join"),
             (["profile", cut, "--record", "1"], 3, "'cut.bin' is damaged", "cut.bin as it was recorded"),
             (["profile", line, "--detect", "weld joint"], 1, "no detected joint", "Lines join"),
+            (["wheel", cut], 3, "'cut.bin' does not begin on a steep flange back", "cut.bin as it was recorded"),
+            ([*calibrate[:1], cut, *calibrate[3:]], 3, "'cut.bin' is damaged", "cut.bin as it was recorded"),
             (["wheel", line], 1, "no flange or tread", "points of the file"),
             ([*calibrate[:1], flat, *calibrate[3:]], 1, "'flat.bin'", "The profile in the frame of the sensor"),
             (swap(train, "train_101.bin", cut), 3, "", "Raw data"),

@@ -7,6 +7,7 @@
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/failOn.h"
+#include "tools/kxmath/console/failurePage.h"
 #include "tools/kxmath/console/printable.h"
 #include "tools/kxmath/console/textOptions.h"
 
@@ -266,6 +267,16 @@ std::vector<GivenVerdict> verdicts(const CalibrationResult& result) {
             {Verdict::Unconfirmed, result.otherPose ? std::size_t{1} : std::size_t{0}}};
 }
 
+/// Where no profile could be read, the page shows what can be.
+void writeReport(const Arguments& a, const CalibrationResult& result) {
+    if (result.profiles.empty() && !result.unreadable.empty()) {
+        const FailurePage page{a.report, QStringLiteral("Pose of a sensor"), a.files, a.text};
+        page.write(QString::fromStdString(result.unreadable.front()));
+    } else if (a.report.isWanted()) {
+        a.report.write(kxreport::calibrationReport(result, a.report.origin()));
+    }
+}
+
 int run(const Arguments& a) {
     checkOutputs({&a.settings, &a.json, &a.report}, a.files);
     checkSettings(a);
@@ -273,9 +284,7 @@ int run(const Arguments& a) {
     const CalibrationResult result = measureAll(a, progress);
     progress.wipe();
     const ExitCode code = printFaults(result);
-    if (a.report.isWanted()) {
-        a.report.write(kxreport::calibrationReport(result, a.report.origin()));
-    }
+    writeReport(a, result);
     if (a.json.isWanted()) {
         a.json.write(QString::fromStdString(toJson(result)));
     }

@@ -4,6 +4,8 @@
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/commandLine.h"
 #include "tools/kxmath/console/console.h"
+#include "tools/kxmath/console/failurePage.h"
+#include "tools/kxmath/console/fileNames.h"
 #include "tools/kxmath/wheel/wheelOptions.h"
 #include "tools/kxmath/wheel/wheelText.h"
 
@@ -58,7 +60,27 @@ ExitCode printNotJudged(const WheelResults& results) {
     return NoResult;
 }
 
-void writeOutputs(const WheelCommandOptions& options, const WheelResults& results) {
+/// Where no wheel could be read, the page shows what can be.
+void writeReport(const OutputFile& report, const std::vector<CrossSection>& wheels, const WheelResults& results) {
+    if (!report.isWanted()) {
+        return;
+    }
+    const auto isRead = [](const WheelResult& wheel) { return wheel.error.empty(); };
+    if (std::any_of(results.wheels.begin(), results.wheels.end(), isRead)) {
+        report.write(kxreport::wheelReport(results, report.origin()));
+        return;
+    }
+    QStringList files;
+    for (const CrossSection& wheel : wheels) {
+        files.append(fromBytes(wheel.file));
+    }
+    const WheelResult& first = results.wheels.front();
+    const FailurePage page{report, QStringLiteral("Wheel profiles"), files, wheels.front().text};
+    page.write(QStringLiteral("'%1' %2").arg(QString::fromStdString(first.file), QString::fromStdString(first.error)));
+}
+
+void writeOutputs(const WheelCommandOptions& options, const std::vector<CrossSection>& wheels,
+                  const WheelResults& results) {
     const OutputFile json = options.output("json");
     const OutputFile csv = options.output("csv");
     const OutputFile report = options.output("report");
@@ -68,9 +90,7 @@ void writeOutputs(const WheelCommandOptions& options, const WheelResults& result
     if (csv.isWanted()) {
         csv.write(wheelCsv(results));
     }
-    if (report.isWanted()) {
-        report.write(kxreport::wheelReport(results, report.origin()));
-    }
+    writeReport(report, wheels, results);
     const bool isAnyRead =
         std::any_of(results.wheels.begin(), results.wheels.end(), [](const WheelResult& r) { return r.error.empty(); });
     if (isAnyRead && !json.isStandardOutput() && !csv.isStandardOutput() && !report.isStandardOutput()) {
@@ -98,7 +118,7 @@ int runChecked(const QStringList& arguments) {
         code = std::max(code, printFaults(result));
     }
     code = std::max(code, printNotJudged(results));
-    writeOutputs(options, results);
+    writeOutputs(options, wheels, results);
     const KxInspect::WheelJudgement judgement = judgementOf(results);
     return failOn.exitCode(
         kName, code, {{Verdict::Out, judgement.outside}, {Verdict::NotJudged, judgement.wheels - judgement.judged}});
