@@ -21,20 +21,12 @@ QString rangeText(const KxInspect::Range& range) {
                                       numberText(static_cast<double>(range.max), kDecimals));
 }
 
-std::int64_t partsOf(const KxInspect::FileContents& contents) {
-    std::int64_t count = 0;
-    for (const KxInspect::PartCount& part : contents.parts) {
-        count += part.count;
-    }
-    return count;
-}
-
 void addTable(const std::vector<RawFile>& files, const QStringList& names, Page& page) {
     std::vector<std::vector<Cell>> rows;
     for (std::size_t i = 0; i < files.size(); ++i) {
         std::vector<Cell> row = {{names.at(static_cast<qsizetype>(i))}};
         if (const auto& contents = files[i].contents) {
-            row.insert(row.end(), {{QString::number(partsOf(*contents))},
+            row.insert(row.end(), {{files[i].profiles > 0 ? QString::number(files[i].records) : QStringLiteral("-")},
                                    {QString::number(contents->points)},
                                    {QString::number(contents->missing)},
                                    {rangeText(contents->x)},
@@ -44,7 +36,7 @@ void addTable(const std::vector<RawFile>& files, const QStringList& names, Page&
         }
         rows.push_back(row);
     }
-    page.table({QStringLiteral("file"), QStringLiteral("profiles"), QStringLiteral("points"),
+    page.table({QStringLiteral("file"), QStringLiteral("records"), QStringLiteral("points"),
                 QStringLiteral("missing points"), QStringLiteral("x, mm"), QStringLiteral("y, mm")},
                rows, 1);
 }
@@ -52,7 +44,7 @@ void addTable(const std::vector<RawFile>& files, const QStringList& names, Page&
 Figure figureOf(const RawFile& file, const QString& name, std::size_t number) {
     const QString profiles =
         file.profiles > 0
-            ? QStringLiteral(", from %1 of %2 profiles, evenly spread").arg(file.profiles).arg(partsOf(*file.contents))
+            ? QStringLiteral(", from %1 of %2 records, evenly spread").arg(file.profiles).arg(file.records)
             : QString();
     return {rawProfilesPlot(
                 {QStringLiteral("raw%1").arg(number), QStringLiteral("Raw data of %1").arg(name), file.points, {}, {}}),

@@ -1,5 +1,6 @@
 // Pages and their texts.
 #include "report/elements/page.h"
+#include "report/elements/fileNames.h"
 #include "report/elements/numbers.h"
 #include "report/elements/svg.h"
 #include "report/pageReader.h"
@@ -51,6 +52,27 @@ TEST(Page, HoldsItsPartsInOrder) {
 TEST(Texts, AreEscaped) {
     EXPECT_EQ(escaped("a<b>&\"c\""), "a&lt;b&gt;&amp;&quot;c&quot;");
     EXPECT_EQ(escaped(QStringLiteral("a\t\u0007\u009f\ufffeb")), "a    b");
+}
+
+TEST(Texts, NameFilesWithoutFolders) {
+    using namespace kxreport;
+    EXPECT_EQ(distinctNames({"/data/a.bin", "b.bin", "/x/left/c.bin", "/x/right/c.bin", "b.bin"}),
+              (QStringList{"a.bin", "b.bin", "left/c.bin", "right/c.bin", "b.bin"}));
+    const std::vector<std::string> paths = {"/data/a.bin, profile 2", "/data/b.bin"};
+    EXPECT_EQ(withNames("'/data/b.bin' differs from '/data/a.bin, profile 2', not '/data/c.bin'", paths,
+                        distinctNames(paths)),
+              "'b.bin' differs from 'a.bin, profile 2', not '/data/c.bin'");
+    const std::pair<const char*, const char*> sentences[] = {
+        {"'/data/a.bin' is damaged at byte 3", "'a.bin' is damaged at byte 3"},
+        {"recording '../p/a.bin' lacks the key 'SENSOR1/k2'", "recording 'a.bin' lacks the key 'SENSOR1/k2'"},
+        {"'/it's/a.bin' is empty", "'a.bin' is empty"},
+        {"'a.bin' is 1/2 of it", "'a.bin' is 1/2 of it"},
+        {"no file and/or folder", "no file and/or folder"},
+        {"'/data/a.bin'", "'/data/a.bin'"}, // no sentence
+        {"", ""}};
+    for (const auto& [sentence, expected] : sentences) {
+        EXPECT_EQ(withBareName(sentence), expected);
+    }
 }
 
 TEST(Texts, OfNumbers) {

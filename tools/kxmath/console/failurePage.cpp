@@ -28,23 +28,17 @@ void addPoints(const KxInspect::PointSet& set, std::size_t most, kxreport::RawFi
     }
 }
 
-std::int64_t recordsOf(const KxInspect::FileContents& contents) {
-    std::int64_t count = 0;
-    for (const KxInspect::PartCount& part : contents.parts) {
-        count += part.count;
-    }
-    return count;
-}
-
 void readSomePoints(const std::string& path, const KxInspect::TextOptions& text, kxreport::RawFile& raw) {
     if (const std::optional<KxInspect::FileKind> kind = raw.contents->kind) {
         addPoints(KxInspect::readPoints(path, *kind, text), kMostPoints, raw);
         return;
     }
-    const std::int64_t records = recordsOf(*raw.contents);
-    raw.profiles = std::min(records, kMostProfiles);
+    for (const KxInspect::PartCount& part : raw.contents->parts) {
+        raw.records += part.count;
+    }
+    raw.profiles = std::min(raw.records, kMostProfiles);
     for (std::int64_t i = 0; i < raw.profiles; ++i) {
-        addPoints(KxInspect::readRecord(path, 1 + i * records / raw.profiles), kMostPoints / kMostProfiles, raw);
+        addPoints(KxInspect::readRecord(path, 1 + i * raw.records / raw.profiles), kMostPoints / kMostProfiles, raw);
     }
 }
 
