@@ -1,6 +1,9 @@
 // Radix sort by float and integer keys, in time that grows with the number of elements only.
 #pragma once
 
+#include "sorting/bucketSort.h"
+#include "sorting/scratchBuffer.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -26,19 +29,6 @@ inline std::uint32_t orderedBits(float key, bool ascending) {
     return ascending ? rising : ~rising;
 }
 
-/// Uninitialised memory for elements; null data when there is none.
-template <typename T>
-class ScratchBuffer {
-    static_assert(std::is_trivially_copy_constructible_v<T> && std::is_trivially_destructible_v<T>);
-
-public:
-    explicit ScratchBuffer(std::size_t count) : bytes_(new (std::nothrow) std::byte[count * sizeof(T)]) {}
-    T* data() { return reinterpret_cast<T*>(bytes_.get()); }
-
-private:
-    std::unique_ptr<std::byte[]> bytes_;
-};
-
 /// What the histograms count with: four of them fit into 4 KiB of the first-level cache.
 using RadixCount = std::uint32_t;
 
@@ -46,28 +36,29 @@ inline bool isRadixSortable(std::size_t count) {
     return count <= std::numeric_limits<RadixCount>::max();
 }
 
-/// Stable radix sort from the lowest byte of the keys to the highest one, `keyBytes` of them, in O(count * keyBytes) (D. E.
-/// Knuth, The Art of Computer Programming 3, 5.2.5, 1973).
-/// Larger digits would take fewer passes, but each pass would write to more places than the caches hold.
-/// @param keyOf gives the key of an element, an unsigned integer below 256^keyBytes, keyBytes being at most 8
+/// Stable radix sort from the lowest digit of the keys to the highest one, in O(count * digits) (D. E. Knuth, The Art of
+/// Computer Programming 3, 5.2.5, 1973). A digit that is the same in all keys costs nothing.
+/// @tparam kBits of a digit
+/// @tparam kMostDigits of a key
+/// @param digits of the keys, at most kMostDigits
+/// @param keyOf gives the key of an element, an unsigned integer below 2^(kBits * digits)
 /// @param scratch memory for `count` elements, isRadixSortable(count)
 /// @return `first` or `scratch`: where the sorted elements are
-template <typename T, typename KeyOf>
-T* radixSortByBytes(T* first, T* scratch, std::size_t count, int keyBytes, KeyOf keyOf) {
-    constexpr int kMaxBytes = 8;
-    constexpr std::size_t kValues = 256;
-    const auto digit = [](auto key, int d) { return static_cast<std::size_t>((key >> (8 * d)) % kValues); };
-    std::array<std::array<RadixCount, kValues>, kMaxBytes> histograms; // all of them from one pass over the elements
-    std::fill_n(histograms.begin(), keyBytes, std::array<RadixCount, kValues>{});
+template <int kBits, int kMostDigits, typename T, typename KeyOf>
+T* radixSortByDigits(T* first, T* scratch, std::size_t count, int digits, KeyOf keyOf) {
+    constexpr std::size_t kValues = std::size_t{1} << kBits;
+    const auto digit = [](auto key, int d) { return static_cast<std::size_t>((key >> (kBits * d)) % kValues); };
+    std::array<std::array<RadixCount, kValues>, kMostDigits> histograms; // all of them from one pass over the elements
+    std::fill_n(histograms.begin(), digits, std::array<RadixCount, kValues>{});
     for (std::size_t i = 0; i < count; ++i) {
         const auto key = keyOf(first[i]);
-        for (int d = 0; d < keyBytes; ++d) {
+        for (int d = 0; d < digits; ++d) {
             ++histograms[static_cast<std::size_t>(d)][digit(key, d)];
         }
     }
     T* from = first;
     T* to = scratch;
-    for (int d = 0; d < keyBytes && count > 0; ++d) {
+    for (int d = 0; d < digits && count > 0; ++d) {
         std::array<RadixCount, kValues>& places = histograms[static_cast<std::size_t>(d)];
         if (places[digit(keyOf(from[0]), d)] == count) {
             continue; // all have the same digit
@@ -87,7 +78,11 @@ T* radixSortByBytes(T* first, T* scratch, std::size_t count, int keyBytes, KeyOf
 /// then
 template <typename T, typename Key>
 bool radixSort(T* first, std::size_t count, Key key, bool ascending) {
-    constexpr std::size_t kWorthwhile = 200;
+    constexpr std::size_t kWorthwhile = 64;
+    // Three digits of 11 bits beat four of 8 where their counts are few beside the elements, and where the caches hold all
+    // the places that a pass writes to.
+    constexpr std::size_t kFewestElements = 3000;
+    constexpr std::size_t kMostBytes = std::size_t{1} << 21;
     if (count < kWorthwhile || !isRadixSortable(count)) {
         return false;
     }
@@ -95,8 +90,17 @@ bool radixSort(T* first, std::size_t count, Key key, bool ascending) {
     if (scratch.data() == nullptr) {
         return false;
     }
-    T* const sorted = radixSortByBytes(first, scratch.data(), count, sizeof(std::uint32_t),
-                                       [&](const T& element) { return orderedBits(key(element), ascending); });
+    if (count <= kMostInBuckets && bucketSort(first, count, key, ascending, scratch.data())) {
+        return true;
+    }
+    const auto keyOf = [&](const T& element) { return orderedBits(key(element), ascending); };
+    T* sorted = nullptr;
+    if (count < kFewestElements || count * sizeof(T) > kMostBytes) {
+        sorted = radixSortByDigits<8, 4>(first, scratch.data(), count, 4, keyOf);
+    } else { // an odd number of digits most often: from the scratch memory, the last one ends at `first`
+        std::uninitialized_copy_n(first, count, scratch.data());
+        sorted = radixSortByDigits<11, 3>(scratch.data(), first, count, 3, keyOf);
+    }
     if (sorted != first) {
         std::copy_n(sorted, count, first);
     }
@@ -117,7 +121,8 @@ public:
         }
         scratch_.resize(elements.size());
         const int keyBytes = (static_cast<int>(std::bit_width(largestKey)) + 7) / 8;
-        if (radixSortByBytes(elements.data(), scratch_.data(), elements.size(), keyBytes, keyOf) != elements.data()) {
+        if (radixSortByDigits<8, 8>(elements.data(), scratch_.data(), elements.size(), keyBytes, keyOf) !=
+            elements.data()) {
             elements.swap(scratch_);
         }
     }

@@ -117,4 +117,78 @@ TEST(CloudSort, ByXInThePlaneWhateverTheSecondOrder) {
     }
 }
 
+/// What x looks like: each takes another way of sorting.
+enum class Look { Even, Uneven, FewValues, Huge, Tail, Swapped, Bursts, Sawtooth, Falling, FallingInSteps, Last };
+
+/// x rises but for what `look` says; y numbers the points.
+Points pointsThatLook(Look look, int size, Nasty& nasty) {
+    const auto any = [&] { return static_cast<float>(nasty.below(1 << 20)) * 0.001f - 500.0f; };
+    const int step = nasty.pick(std::array{1, 1, 3}); // ties or none
+    const int teeth = nasty.pick(std::array{2, 5, 15, 16, 17, 60});
+    const int length = std::max(1, size / teeth);
+    Points points;
+    for (int i = 0; i < size; ++i) {
+        const auto rising = static_cast<float>(i / step);
+        float x = rising;
+        switch (look) {
+        case Look::Even:
+            x = any();
+            break;
+        case Look::Uneven:
+            x = nasty.chance(1) ? any() : any() * 1e-6f;
+            break;
+        case Look::FewValues:
+            x = static_cast<float>(nasty.below(5)) * nasty.pick(std::array{1.0f, -1.0f});
+            break;
+        case Look::Huge:
+            x = nasty.pick(std::array{any() * 1e35f, any(), -kInf, kInf});
+            break;
+        case Look::Tail:
+            x = i < size - size / 20 ? rising : any();
+            break;
+        case Look::Swapped:
+            x = nasty.chance(2) ? static_cast<float>(nasty.below(size)) : rising;
+            break;
+        case Look::Bursts:
+            x = i % 97 < nasty.below(9) ? rising + static_cast<float>(size) : rising;
+            break;
+        case Look::Sawtooth:
+            x = static_cast<float>(i % length / step);
+            break;
+        case Look::Falling:
+            x = -rising;
+            break;
+        default:
+            x = -static_cast<float>(i / 40) + static_cast<float>(nasty.chance(1) ? 1 : 0);
+            break;
+        }
+        points.append({x, static_cast<float>(i)});
+    }
+    return points;
+}
+
+TEST(CloudSort, WhateverTheOrderLooksLike) {
+    Nasty nasty(5);
+    for (const int size : {2, 3, 7, 17, 64, 200, 640, 1280, 2048, 2049, 2999, 4096, 20000, 300000}) {
+        const int rounds = size < 5000 ? 8 : 1;
+        for (int round = 0; round < rounds * static_cast<int>(Look::Last); ++round) {
+            nasty.nextCase();
+            const RoundReport report(5, round, nasty.input());
+            const auto look = static_cast<Look>(round % static_cast<int>(Look::Last));
+            KxPointCloud<KxPointXY> cloud;
+            cloud.points = pointsThatLook(look, size, nasty);
+            const bool isAscending = nasty.chance(50);
+            if (!isAscending && nasty.chance(70)) {
+                std::for_each(cloud.points.begin(), cloud.points.end(), [](KxPointXY& p) { p.x = -p.x; });
+            }
+            Points expected = cloud.points;
+            std::stable_sort(expected.begin(), expected.end(), [&](const KxPointXY& a, const KxPointXY& b) {
+                return isAscending ? a.x < b.x : a.x > b.x;
+            });
+            cloud.sort(isAscending ? KxSortAscending : KxSortDescending, KxSortNone);
+            ASSERT_EXACT(cloud.points, expected) << size << " points, look " << round % static_cast<int>(Look::Last);
+        }
+    }
+}
+
 } // namespace
