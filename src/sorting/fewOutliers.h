@@ -51,7 +51,8 @@ private:
         for (std::size_t read = inOrder; read < count_; ++read) {
             const T element = first_[read];
             if (!less_(element, top)) {
-                first_[kept++] = top = element;
+                top = element;
+                first_[kept++] = top;
                 inARow = 0;
                 continue;
             }
@@ -62,7 +63,8 @@ private:
             }
             if (inARow == 0 && kept > 1 && !less_(element, first_[kept - 2])) { // the one before it is too large
                 add(top, read - 1);
-                first_[kept - 1] = top = element;
+                top = element;
+                first_[kept - 1] = top;
                 continue;
             }
             add(element, read);
