@@ -158,7 +158,7 @@ void stableSortRun(T* first, T* inOrder, T* last, Key key, bool ascending) {
 template <typename T, typename Key>
 void stableSortAroundNaN(T* first, T* last, Key key, bool ascending) {
     const auto isFixed = [&](const T& element) { return std::isnan(key(element)); };
-    while (first != last) {
+    for (first = std::find_if_not(first, last, isFixed); first != last;) {
         // Most data are in order already. A NaN key fails the comparison.
         T* const inOrder = (ascending ? findAdjacent(first, last, key, [](float a, float b) { return a <= b; })
                                       : findAdjacent(first, last, key, [](float a, float b) { return a >= b; })) +
@@ -167,9 +167,7 @@ void stableSortAroundNaN(T* first, T* last, Key key, bool ascending) {
             return;
         }
         T* const runEnd = findNaN(inOrder, last, key);
-        if (!isFixed(*first)) {
-            stableSortRun(first, inOrder, runEnd, key, ascending);
-        }
+        stableSortRun(first, inOrder, runEnd, key, ascending);
         first = std::find_if_not(runEnd, last, isFixed);
     }
 }
