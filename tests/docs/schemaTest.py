@@ -55,7 +55,8 @@ def result_of(folder, *options, code=0):
 
 
 # Members of results of stations whose settings give the sides of sensors, and what older versions did not count.
-OPTIONAL = {("wheels",), ("furtherRecordings",), ("recordings", 0, "points"), ("recordings", 1, "points")}
+OPTIONAL = {("wheels",), ("furtherRecordings",), ("recordings", 0, "points"), ("recordings", 1, "points"),
+            ("recordings", 0, "points", "removedAsStraight"), ("recordings", 1, "points", "removedAsStraight")}
 
 LAYOUT = "".join(f"[SENSOR{i}]\nSN={100 + i}\nside={side}\nplace={place}\n" for i, (side, place) in enumerate(
     [("left", "inner"), ("right", "inner"), ("left", "field"), ("right", "field")], 1))

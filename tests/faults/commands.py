@@ -92,7 +92,8 @@ def all_cases():
         Case("convert-colours", "convert coloured.bin o.bin", "o.bin"),
         Case("convert-large", "convert large.bin o.csv", "o.csv", sampled=True),
         Case("demo", "train demo/train_101.bin demo/train_102.bin --settings demo/settings.ini --defects demo/defects.ini "
-             f"--out passes {OUTPUTS} --csv o.csv --jobs 1", "o.json o.html o.csv", sampled=True),
+             f"--out passes {OUTPUTS} --csv o.csv --jobs 1", "o.json o.html o.csv", tells_failures=True,
+             sampled=True),
     ]
     for kind, name in READ.items():
         for to in WRITTEN:
