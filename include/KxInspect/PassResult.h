@@ -168,6 +168,16 @@ struct WheelPair {
     bool isComplete() const { return wheels[0] && wheels[1]; }
 };
 
+/// How far the tread of a wheel stands off its rings, over all profiles and the places across it.
+struct TreadMap {
+    int profiles = 0; ///< of the wheel, each a row; 0: the roundness of the wheel was not judged
+    int columns = 0; ///< 1 mm apart
+    float from = kTreadFrom; ///< where the first column is, behind the reference line, mm
+    /// Of the radius from the median of all profiles at the same place, row by row, mm. NaN where a profile does not show
+    /// the tread, or was not compared.
+    std::vector<float> deviations = {};
+};
+
 /// What a page draws of one wheel.
 struct WheelPicture {
     std::size_t side = 0; ///< which one
@@ -185,6 +195,7 @@ struct WheelPicture {
     std::optional<Line> faceLine; ///< through them; absent when they give none
     std::optional<Line> low; ///< the low line, in the mode that has one
     std::vector<Point> deviations; ///< of the worst profile from its curve, over x; empty when defects were not judged
+    TreadMap tread = {};
 };
 
 /// What a page draws of one wheel pair.

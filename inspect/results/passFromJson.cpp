@@ -174,6 +174,16 @@ void readPair(const JsonValue& value, PassResult& result) {
     result.pairs.push_back(pair);
 }
 
+TreadMap readTread(const JsonValue& value) {
+    TreadMap tread;
+    tread.profiles = readCount(value["profiles"]);
+    tread.columns = readCount(value["columns"]);
+    tread.from = value["from"].number();
+    tread.deviations = value["deviations"].numbers();
+    value["deviations"].ofSize(static_cast<std::size_t>(tread.profiles) * static_cast<std::size_t>(tread.columns));
+    return tread;
+}
+
 WheelPicture readWheelPicture(const JsonValue& value, std::size_t sides) {
     WheelPicture wheel;
     wheel.side = static_cast<std::size_t>(value["side"].wholeNumber(1, static_cast<int>(sides))) - 1;
@@ -190,6 +200,9 @@ WheelPicture readWheelPicture(const JsonValue& value, std::size_t sides) {
     wheel.faceLine = readLine(value["faceLine"]);
     wheel.low = readLine(value["low"]);
     wheel.deviations = value["deviations"].points();
+    if (value.has("tread") && !value["tread"].isNull()) {
+        wheel.tread = readTread(value["tread"]);
+    }
     return wheel;
 }
 

@@ -177,6 +177,16 @@ QJsonValue lineValue(const std::optional<Line>& line) {
     return line ? QJsonValue(jsonLine(*line)) : QJsonValue();
 }
 
+QJsonValue treadValue(const TreadMap& tread) {
+    if (tread.profiles == 0) {
+        return QJsonValue::Null;
+    }
+    return QJsonObject{{QStringLiteral("profiles"), tread.profiles},
+                       {QStringLiteral("columns"), tread.columns},
+                       {QStringLiteral("from"), jsonNumber(tread.from)},
+                       {QStringLiteral("deviations"), jsonList(tread.deviations)}};
+}
+
 QJsonObject pictureObject(const PairPicture& picture) {
     QJsonArray wheels;
     for (const WheelPicture& wheel : picture.wheels) {
@@ -192,7 +202,8 @@ QJsonObject pictureObject(const PairPicture& picture) {
                                   {QStringLiteral("hasPlaces"), wheel.hasPlaces},
                                   {QStringLiteral("faceLine"), lineValue(wheel.faceLine)},
                                   {QStringLiteral("low"), lineValue(wheel.low)},
-                                  {QStringLiteral("deviations"), jsonPoints(wheel.deviations)}});
+                                  {QStringLiteral("deviations"), jsonPoints(wheel.deviations)},
+                                  {QStringLiteral("tread"), treadValue(wheel.tread)}});
     }
     return {{QStringLiteral("pair"), picture.pair}, {QStringLiteral("wheels"), wheels}};
 }

@@ -205,8 +205,8 @@ std::vector<std::vector<PointList>> cutTreads(const DefectLimits& limits, const 
     return treads;
 }
 
-void judgeShapes(const DefectLimits& limits, const MeasuredSide& measured,
-                 const std::vector<std::vector<PointList>>& treads, PassSide& side) {
+void judgeShapes(const DefectLimits& limits, MeasuredSide& measured, const std::vector<std::vector<PointList>>& treads,
+                 PassSide& side) {
     std::vector<WheelView> views;
     for (std::size_t i = 0; i < treads.size() && measured.found.hasPlaces(); ++i) {
         const FoundWheel& found = measured.found.wheels()[i];
@@ -221,12 +221,13 @@ void judgeShapes(const DefectLimits& limits, const MeasuredSide& measured,
         } else {
             wheel.roundness = std::move(shapes[i].roundness);
             wheel.roundnessReason = std::move(shapes[i].reason);
+            measured.treads.push_back(std::move(shapes[i].map));
         }
     }
 }
 
 /// @return what the lines cut out of the wheels
-CutOut judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassSide& side, const Progress& progress) {
+CutOut judgeSide(const DefectLimits& limits, MeasuredSide& measured, PassSide& side, const Progress& progress) {
     CutOut cutOut;
     const std::vector<std::vector<PointList>> cuts = cutTreads(limits, measured);
     for (std::size_t i = 0; i < side.wheels.size(); ++i) {
@@ -244,7 +245,7 @@ CutOut judgeSide(const DefectLimits& limits, const MeasuredSide& measured, PassS
     return cutOut;
 }
 
-void judgeTreadsOfPass(const PassOptions& options, const std::vector<MeasuredSide>& sides, PassResult& result,
+void judgeTreadsOfPass(const PassOptions& options, std::vector<MeasuredSide>& sides, PassResult& result,
                        const Progress& progress) {
     result.defectLimits = options.defects->limits;
     warnOfEqualLevels(sides, result);

@@ -16,6 +16,7 @@ struct MeasuredSide {
     WheelCollector found;
     std::vector<ChosenProfile> chosen;
     std::vector<WheelStand> stands = {};
+    std::vector<TreadMap> treads = {}; ///< empty where treads are not judged
 };
 
 } // namespace KxInspect::detail

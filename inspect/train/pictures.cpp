@@ -121,6 +121,9 @@ PairPicture pairPicture(const PassResult& result, int number, const std::vector<
                 profiles, cuts, measured.input.reference)[static_cast<std::size_t>(defects->worstProfile - 1)];
             wheel.deviations = toVector(judgeTread(tread, *result.defectLimits).points);
         }
+        if (!measured.treads.empty()) {
+            wheel.tread = measured.treads[index];
+        }
         picture.wheels.push_back(std::move(wheel));
     }
     return picture;

@@ -294,6 +294,20 @@ void TreadTable::compare(const AxleFit& axle, const TipView& tips) {
     findCommonChange();
 }
 
+TreadMap TreadTable::map(int profiles) const {
+    const auto columns = static_cast<std::ptrdiff_t>(common_.size());
+    TreadMap map;
+    map.profiles = profiles;
+    map.columns = static_cast<int>(columns);
+    map.deviations.assign(static_cast<std::size_t>(profiles) * common_.size(), std::numeric_limits<float>::quiet_NaN());
+    for (const Row& row : rows_) {
+        std::transform(row.radius.begin(), row.radius.end(), common_.begin(),
+                       map.deviations.begin() + (row.profile - 1) * columns,
+                       [](double radius, double common) { return static_cast<float>(radius - common); });
+    }
+    return map;
+}
+
 double TreadTable::treadRadius() const {
     for (std::size_t away = 0; away < common_.size(); ++away) {
         for (const std::size_t station : {kTape + away, kTape - std::min(away, kTape)}) {

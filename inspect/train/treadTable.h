@@ -68,6 +68,10 @@ public:
     /// narrow band, apart from what is common to all profiles. Nothing when too few do. After compare().
     std::vector<BandRadius> deviations(const Band& band) const;
 
+    /// The radii at all stations less what is common to a station, a row for each of so many profiles of the wheel. After
+    /// compare().
+    TreadMap map(int profiles) const;
+
     /// The shift of the rings along the track for each mm across. After compare().
     ValueWithError skew() const { return {skew_, std::sqrt(straightness_[0][0])}; }
 

@@ -192,7 +192,11 @@ std::vector<RoundnessVerdict> judgeRoundness(const std::vector<WheelView>& wheel
     std::vector<RoundnessVerdict> verdicts;
     for (std::size_t i = 0; i < wheels.size(); ++i) {
         const StationKnowledge known = knowledgeFrom(alone, i, wheels[i].plane);
-        verdicts.push_back(judgeFit(fitWheel(sections[i], wheels[i], known), limits));
+        const RoundnessFit fit = fitWheel(sections[i], wheels[i], known);
+        verdicts.push_back(judgeFit(fit, limits));
+        if (verdicts.back().roundness) {
+            verdicts.back().map = fit.table.map(static_cast<int>(wheels[i].profiles.size()));
+        }
     }
     return verdicts;
 }

@@ -17,6 +17,7 @@ namespace KxInspect::detail {
 struct RoundnessVerdict {
     std::optional<Roundness> roundness;
     std::string reason; ///< empty when there is one
+    TreadMap map = {}; ///< empty without one
 };
 
 /// Compares the tread around the tape circle, profile by profile, with a circle about the axle. The axle is the centre

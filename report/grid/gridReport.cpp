@@ -53,11 +53,7 @@ void addHeights(const GridResult& grid, int level, const ViewSettings& settings,
                                       "theirs.")
                            .arg(between);
     Frame& frame = page.frame();
-    frame.addScripts(
-        textList({QStringLiteral("data"), QStringLiteral("words"), QStringLiteral("colours"), QStringLiteral("plot"),
-                  QStringLiteral("eye"), QStringLiteral("plan"), QStringLiteral("surface"), QStringLiteral("map"),
-                  QStringLiteral("reportMap"), QStringLiteral("main")}));
-    describeNumbers(settings, frame);
+    addMapScripts(settings, frame);
     LeftOut leftOut;
     const QString without = addMap(grid.map, true, level, settings, frame, leftOut);
     page.paragraph(QStringLiteral("Heights that the map shows at the cursor and in sections are rounded to %1 mm.")

@@ -8,6 +8,7 @@
 #include "report/train/passColumns.h"
 #include "report/train/passWords.h"
 #include "report/train/shownWheel.h"
+#include "report/train/treadMaps.h"
 
 #include <algorithm>
 #include <cmath>
@@ -185,6 +186,7 @@ void addDefects(const PassResult& pass, Page& page) {
     for (const PairPicture& pair : pass.pictures) {
         addPair(pass, pair, page);
     }
+    addTreadMaps(pass, page);
 }
 
 } // namespace kxreport

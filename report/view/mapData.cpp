@@ -2,6 +2,7 @@
 #include "report/view/mapData.h"
 
 #include "report/elements/packedNumbers.h"
+#include "report/elements/textList.h"
 #include "report/view/decimation.h"
 #include "report/view/pictures.h"
 
@@ -50,8 +51,16 @@ Range heightRange(const KxInspect::HeightMap& map) {
     return range;
 }
 
+void addMapScripts(const ViewSettings& settings, Frame& frame) {
+    frame.addScripts(
+        textList({QStringLiteral("data"), QStringLiteral("words"), QStringLiteral("colours"), QStringLiteral("plot"),
+                  QStringLiteral("eye"), QStringLiteral("plan"), QStringLiteral("surface"), QStringLiteral("map"),
+                  QStringLiteral("reportMap"), QStringLiteral("main")}));
+    describeNumbers(settings, frame);
+}
+
 QString addMap(const KxInspect::HeightMap& map, bool isLong, int level, const ViewSettings& settings, Frame& frame,
-               LeftOut& leftOut) {
+               LeftOut& leftOut, const QString& across) {
     const BlockMap blocks = blocksOf(map, blockSize(level));
     const double pitch = static_cast<double>(map.pitch);
     const double rowPitch = isLong ? pitch : 1.0;
@@ -65,6 +74,7 @@ QString addMap(const KxInspect::HeightMap& map, bool isLong, int level, const Vi
     object[QStringLiteral("originZ")] = (isLong ? static_cast<double>(map.originZ) : 1.0) + middle * rowPitch;
     object[QStringLiteral("isLength")] = isLong;
     object[QStringLiteral("alongLabel")] = isLong ? QStringLiteral("z along, mm") : QStringLiteral("profile, number");
+    object[QStringLiteral("acrossLabel")] = across;
     object[QStringLiteral("alongName")] = QStringLiteral("profile");
     object[QStringLiteral("heightLabel")] = mapLabel(settings.colours);
     const Range range = heightRange(map);

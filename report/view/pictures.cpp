@@ -61,6 +61,11 @@ Range rangeOf(const Raster& raster) {
     return range;
 }
 
+struct Title {
+    QString name; ///< for the page
+    QString text;
+};
+
 /// What the colours of a picture stand for.
 struct Scale {
     Range range;
@@ -69,7 +74,7 @@ struct Scale {
 };
 
 QString raisedPicture(const Raster& raster, const Axis& along, const Axis& across, bool isToScale, const Scale& scale,
-                      const char* title, bool areHoles) {
+                      const Title& title, bool areHoles) {
     const double width = Plot::areaWidth(kWidth) - Plot::kColourScaleWidth;
     const double wanted = isToScale ? width * across.range.size() / along.range.size() : kHighest / 2;
     const double height = std::clamp(wanted, kLowest, kHighest);
@@ -79,7 +84,7 @@ QString raisedPicture(const Raster& raster, const Axis& along, const Axis& acros
         makeScalesEqual(x.range, y.range, width, height);
     }
     const int around = 100 - static_cast<int>(Plot::areaHeight(100)); // margins for axes and legend
-    Plot plot(QStringLiteral("picture"), QLatin1String(title), kWidth, static_cast<int>(height) + around, x, y);
+    Plot plot(title.name, title.text, kWidth, static_cast<int>(height) + around, x, y);
     plot.addColourScale(scale.range, scale.label, scale.colours);
     plot.addImage(along.range.min, along.range.max, across.range.min, across.range.max,
                   heatImage(raster, scale.range, scale.colours), areHoles);
@@ -134,7 +139,7 @@ Range aboutZero(const Range& range, double least) {
     return {-far, far};
 }
 
-QString mapPicture(const KxInspect::HeightMap& map, bool isLong, ColourMap colours, double resolution) {
+QString mapPicture(const KxInspect::HeightMap& map, const MapLook& look) {
     const int size = (std::max(map.rows, map.columns) + kMostPixels - 1) / kMostPixels;
     const BlockMap blocks = blocksOf(map, size);
     Raster raster{blocks.rows, blocks.columns, {}};
@@ -146,17 +151,20 @@ QString mapPicture(const KxInspect::HeightMap& map, bool isLong, ColourMap colou
         }
     }
     const double pitch = static_cast<double>(map.pitch);
-    const double rowPitch = isLong ? pitch : 1.0;
-    const double fromZ = (isLong ? static_cast<double>(map.originZ) : 1.0) - rowPitch / 2;
+    const double rowPitch = look.isLong ? pitch : 1.0;
+    const double fromZ = (look.isLong ? static_cast<double>(map.originZ) : 1.0) - rowPitch / 2;
     const double fromX = static_cast<double>(map.originX) - pitch / 2;
-    const Axis along{isLong ? QStringLiteral("z along the scan, mm") : QStringLiteral("profile, number"),
+    const Axis along{look.isLong ? QStringLiteral("z along the scan, mm") : QStringLiteral("profile, number"),
                      {fromZ, fromZ + rowPitch * size * blocks.rows}};
-    const Axis across{QStringLiteral("x across the scan, mm"), {fromX, fromX + pitch * size * blocks.columns}};
-    const Range range = rangeOf(raster);
-    const bool isDeviation = colours == ColourMap::Deviations;
-    return raisedPicture(raster, along, across, isLong,
-                         {isDeviation ? aboutZero(range, resolution) : range, mapLabel(colours), colours}, "Height map",
-                         true);
+    const Axis across{look.across, {fromX, fromX + pitch * size * blocks.columns}};
+    Range range = rangeOf(raster);
+    range.include(look.range.min);
+    range.include(look.range.max);
+    const bool isDeviation = look.colours == ColourMap::Deviations;
+    return raisedPicture(
+        raster, along, across, look.isLong,
+        {isDeviation ? aboutZero(range, look.resolution) : range, mapLabel(look.colours), look.colours},
+        {look.name, look.title}, true);
 }
 
 QString cloudPicture(const KxInspect::PointSet& cloud, ColourMap colours) {
@@ -190,7 +198,7 @@ QString cloudPicture(const KxInspect::PointSet& cloud, ColourMap colours) {
         height = p.y <= height ? height : p.y; // NaN: false
     }
     return raisedPicture(raster, along, across, true, {rangeOf(raster), QStringLiteral("height y, mm"), colours},
-                         "Cloud from above", false);
+                         {QStringLiteral("picture"), QStringLiteral("Cloud from above")}, false);
 }
 
 } // namespace kxreport

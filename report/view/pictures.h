@@ -40,9 +40,20 @@ inline QString mapLabel(ColourMap colours) {
     return colours == ColourMap::Deviations ? QStringLiteral("deviation, mm") : QStringLiteral("height y, mm");
 }
 
+/// How a map is drawn.
+struct MapLook {
+    bool isLong = true; ///< whether the positions of its rows are lengths, else numbers of profiles
+    ColourMap colours = ColourMap::Viridis;
+    double resolution = 0.001; ///< of the page, mm
+    QString title = QStringLiteral("Height map");
+    QString across = QStringLiteral("x across the scan, mm"); ///< what the positions of its columns are
+    QString name = QStringLiteral("picture"); ///< that no other picture of the page has
+    Range range = {}; ///< that its colours hold, too; empty: that of its values
+};
+
 /// A height map from above with its scale. Missing cells are hatched; the range of deviations is about 0 and holds the
-/// resolution of the page, mm.
-QString mapPicture(const KxInspect::HeightMap& map, bool isLong, ColourMap colours, double resolution);
+/// resolution of the page.
+QString mapPicture(const KxInspect::HeightMap& map, const MapLook& look);
 
 /// A cloud from above, coloured by height: where points cover each other, by the highest one.
 QString cloudPicture(const KxInspect::PointSet& cloud, ColourMap colours);

@@ -88,7 +88,10 @@ QString captionOf(const SetView& view) {
 
 void addPicture(const SetView& view, const ViewSettings& settings, float gap, ViewPage& page) {
     if (view.map) {
-        page.setPicture(mapPicture(*view.map, view.isMapLong, settings.colours, settings.resolution), captionOf(view));
+        page.setPicture(
+            mapPicture(*view.map,
+                       {.isLong = view.isMapLong, .colours = settings.colours, .resolution = settings.resolution}),
+            captionOf(view));
         return;
     }
     std::vector<const Profile*> first;

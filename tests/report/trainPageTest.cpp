@@ -50,6 +50,7 @@ WheelPicture pictureOf(std::size_t side, float t) {
         picture.faces.push_back({x - 30, 0.75f + t + 0.004f * x});
         picture.deviations.push_back({x + 3, 0.05f * static_cast<float>(i) * (i % 2 == 0 ? 1.0f : -1.0f) + t / 100});
     }
+    picture.tread = {2, 3, 50.0f, {t, 0.125f, 0.25f, -0.5f, std::nanf(""), t}};
     picture.fit = Line{0.2f + t / 100, 44.5f + t};
     picture.offset = 1.25f + t;
     picture.low = Line{-0.1f, 20 + t};

@@ -1,7 +1,7 @@
 // A height map from above: rows to the right, columns upwards. A cursor on a cell, and a section between two cells.
 
 class Plan {
-    /// @param map rows, columns, originX, originZ, pitchX, pitchZ, alongLabel, values, low and high (or null), block
+    /// @param map rows, columns, originX, originZ, pitchX, pitchZ, alongLabel, acrossLabel, values, low and high (or null), block
     constructor(host, map, {onSection, onCell}) {
         [this.map, this.onSection, this.onCell] = [map, onSection, onCell];
         this.shown = map.values;
@@ -66,7 +66,7 @@ class Plan {
         const area = this.area = {left: 64, top: 32, width: width - 156, height: height - 76};
         const w = this.window;
         this.axes = drawAxes(context, area, {min: this.z(w.z0), max: this.z(w.z1)}, {min: this.x(w.x0), max: this.x(w.x1)},
-            this.map.alongLabel, "x across, mm");
+            this.map.alongLabel, this.map.acrossLabel);
         this.drawCells(context, area);
         drawScale(context, this.range, width - 80, area.top, area.height - 40, this.map.heightLabel);
         const pattern = context.createImageData(14, 14);

@@ -136,6 +136,35 @@ TEST(WheelRoundness, MeasuresWhatIsOffTheCircle) {
     }
 }
 
+TEST(WheelRoundness, MapsTheTread) {
+    constexpr int kShown = 55; // mm across: the wheel has no tread nearer to the flange
+    constexpr int kShownLast = 65; // of what profiles 41 to 60 show
+    constexpr int kWorn = 80;
+    Make make = {.hidden = 7, .worn = within(20, 24, 0.25)};
+    make.reach = [](double across) { return across > kWorn ? 1.0 : 0.0; };
+    make.shown = [](int number, double across) { return number <= 40 || across >= kShownLast; };
+    const KxInspect::TreadMap map = judge(make).map;
+    ASSERT_EQ(map.profiles, kProfiles);
+    ASSERT_EQ(map.columns, 51);
+    EXPECT_EQ(map.from, 45.0f);
+    ASSERT_EQ(map.deviations.size(), 51u * kProfiles);
+    for (int number = 1; number <= kProfiles; ++number) {
+        for (int across = 45; across < 95; ++across) {
+            SCOPED_TRACE("profile " + std::to_string(number) + ", " + std::to_string(across) + " mm");
+            const float deviation = map.deviations[static_cast<std::size_t>((number - 1) * 51 + across - 45)];
+            const bool isEdge =
+                std::abs(across - kShown) <= 1 || std::abs(across - kShownLast) <= 1 || std::abs(across - kWorn) <= 1;
+            if (number == 7 || across < kShown - 1 || (number > 40 && across < kShownLast - 1)) {
+                EXPECT_TRUE(std::isnan(deviation));
+            } else if (!isEdge) {
+                const bool isWorn = number >= 20 && number <= 24 && across > kWorn;
+                EXPECT_NEAR(deviation, isWorn ? -0.25f : 0.0f, 0.02f);
+            }
+        }
+    }
+    EXPECT_EQ(judge({.zScale = 0.0}).map.profiles, 0) << "not judged";
+}
+
 TEST(WheelRoundness, TellsFlatsFromDirt) {
     const auto arc = [](int number) { return arcOf(fromAxle(number, {}), kTreadRadius); };
     const auto spot = [&](double middle, double radius, double thickness) {
