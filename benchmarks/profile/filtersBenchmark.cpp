@@ -1,6 +1,7 @@
 // Smoothing and cleaning, compared with the definitions as plain loops.
 #include "profile/jobs.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -11,6 +12,7 @@ namespace {
 // Not known at compile time, as in the library.
 volatile int movingWindow = 20;
 volatile int slopeWindow = 10;
+volatile int noiseWindow = 10;
 
 void addMovingAverage() {
     addProfile(
@@ -85,26 +87,32 @@ void addSlope() {
         digestOut);
 }
 
-void addNoise() {
-    addProfile(
-        "noise removal", "kx", [](ProfileJob& j) { j.profile.removeNoise(10, 3, 0.02f, 0); }, digestProfile);
-    addProfile(
-        "noise removal", "peer_plain_loop",
-        [](ProfileJob& j) {
-            const Points& points = j.profile.points;
-            Points kept;
-            for (int i = 0; i + 10 < kProfilePoints; i += 10) {
-                int jumps = 0;
-                for (int k = i; k < i + 10; ++k) {
-                    jumps += std::abs(points[k].y - points[k + 1].y) > 0.02f ? 1 : 0;
-                }
-                for (int k = i; jumps <= 3 && k < i + 10; ++k) {
-                    kept.append(points[k]);
-                }
-            }
-            j.profile.points = kept;
-        },
-        digestProfile);
+/// In place: windows that stay move up.
+void removeNoisyWindows(ProfileJob& j, float threshold) {
+    const int window = noiseWindow;
+    std::vector<KxPointXY>& points = j.flat;
+    std::size_t kept = 0;
+    const std::size_t length = static_cast<std::size_t>(window);
+    for (std::size_t i = 0; i + length < points.size(); i += length) {
+        int jumps = 0;
+        for (std::size_t k = i; k < i + length; ++k) {
+            jumps += std::abs(points[k].y - points[k + 1].y) > threshold ? 1 : 0;
+        }
+        if (jumps <= 3) {
+            std::copy_n(points.data() + i, length, points.data() + kept);
+            kept += length;
+        }
+    }
+    points.resize(kept);
+}
+
+void addNoise(int count) {
+    addBesideFlat(
+        "noise removal", count, [](ProfileJob& j) { j.profile.removeNoise(noiseWindow, 3, 0.02f, 0); },
+        "peer_plain_loop", [](ProfileJob& j) { removeNoisyWindows(j, 0.02f); });
+    addBesideFlat(
+        "noise removal, quiet", count, [](ProfileJob& j) { j.profile.removeNoise(noiseWindow, 3, 0.2f, 0); },
+        "peer_plain_loop", [](ProfileJob& j) { removeNoisyWindows(j, 0.2f); });
 }
 
 double correlation(const Points& points, int begin, int end) {
@@ -150,9 +158,10 @@ void addLineParts() {
 }
 
 void addLevelCut() {
-    addProfile(
-        "level cut", "kx", [](ProfileJob& j) { j.profile.removeHighLevel(KxMath::KxLine(0.01f, 30.0f)); },
-        digestProfile);
+    addBesideFlat(
+        "level cut", kProfilePoints, [](ProfileJob& j) { j.profile.removeHighLevel(KxMath::KxLine(0.01f, 30.0f)); },
+        "peer_std_erase_if",
+        [](ProfileJob& j) { std::erase_if(j.flat, [](const KxPointXY& p) { return !(p.y < p.x * 0.01f + 30.0f); }); });
     addProfile(
         "level cut", "peer_plain_loop",
         [](ProfileJob& j) {
@@ -199,7 +208,8 @@ void removeSpikes(ProfileJob& j) {
     addMovingAverage();
     addMedianPosition();
     addSlope();
-    addNoise();
+    addNoise(kProfilePoints);
+    addNoise(10 * kProfilePoints);
     addLineParts();
     addLevelCut();
     addProfile(

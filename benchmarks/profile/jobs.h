@@ -16,6 +16,7 @@ using Points = QList<KxPointXY>;
 struct ProfileJob {
     KxProfile profile;
     KxProfile out;
+    std::vector<KxPointXY> flat; ///< for competitors that work on a plain array
     std::vector<float> xs;
     std::vector<float> ys;
     QList<int> positions;
@@ -37,8 +38,19 @@ inline void fillNumbers(ProfileJob& job) {
     }
 }
 
+/// Profiles of a number of points, for competitors that are measured at several sizes.
+inline auto profileOf(int count) {
+    return [=](ProfileJob& job) { job.profile.points = freshCopy(profilePoints(count)); };
+}
+inline auto flatOf(int count) {
+    return [=](ProfileJob& job) { job.flat.assign(profilePoints(count).cbegin(), profilePoints(count).cend()); };
+}
+
 inline Digest digestProfile(ProfileJob& job) {
     return digestXY(job.profile.points);
+}
+inline Digest digestFlat(ProfileJob& job) {
+    return digestXY(job.flat);
 }
 inline Digest digestOut(ProfileJob& job) {
     return digestXY(job.out.points);
@@ -74,6 +86,14 @@ inline std::vector<float> heightsOf(const Points& points) {
 template <typename Work, typename Result>
 void addProfile(const char* operation, const char* who, Work work, Result digest, int batch = 20) {
     add<ProfileJob>(operation, kProfilePoints, who, batch, fillProfile, work, digest);
+}
+
+/// The library on profiles of a number of points, and a competitor on a plain array of the same points.
+template <typename Work, typename PeerWork>
+void addBesideFlat(const char* operation, int count, Work work, const char* peer, PeerWork peerWork) {
+    constexpr int kBatch = 20;
+    add<ProfileJob>(operation, count, "kx", kBatch, profileOf(count), work, digestProfile);
+    add<ProfileJob>(operation, count, peer, kBatch, flatOf(count), peerWork, digestFlat);
 }
 
 /// A competitor on `fillNumbers()`.

@@ -3,9 +3,10 @@
 
 #include "geometry/squareOfDistance.h"
 #include "lists/checked.h"
-#include "lists/filtering.h"
 #include "profile/correlation.h"
 #include "rounding/largestSquare.h"
+#include "simd/float4.h"
+#include "simd/instructionSets.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,6 +25,54 @@ int countJumps(const KxPointXY* begin, qsizetype window, float threshold) {
         }
     }
     return jumps;
+}
+
+/// Removes the points that are not on the wanted side of the line: below it, or above it.
+template <bool kBelow>
+void keepBeside(QList<KxPointXY>& points, KxLine line) {
+    const auto isKept = [=](const KxPointXY& p) {
+        const float y = p.x * line.k + line.b;
+        return kBelow ? p.y < y : p.y > y; // NaN is removed
+    };
+    const qsizetype n = points.size();
+    const KxPointXY* const source = points.constData();
+    const qsizetype first = std::find_if_not(source, source + n, isKept) - source;
+    if (first == n) {
+        return; // not touched, and so not detached from its copies
+    }
+    KxPointXY* const all = detail::writable(points);
+    qsizetype count = 0; // of the points that stay
+    detail::runOn(detail::widestInstructionSet(), [&]<std::size_t kBytes>(detail::VectorBytes<kBytes>) {
+        using Floats = typename detail::Vectors<kBytes>::Floats;
+        constexpr qsizetype kBlock = detail::Vectors<kBytes>::kFloatLanes;
+        KxPointXY* const data = all;
+        qsizetype kept = first;
+        const auto keepOneByOne = [&](qsizetype begin, qsizetype end) {
+            for (qsizetype k = begin; k < end; ++k) {
+                const bool stays = isKept(data[k]);
+                data[kept] = data[k]; // overwritten by the next one when it goes: no branch to mispredict
+                kept += stays;
+            }
+        };
+        qsizetype i = first;
+        for (; i + kBlock <= n; i += kBlock) { // the points of a block usually stay or go together
+            const Floats low = detail::loadVector<Floats>(&data[i].x);
+            const Floats high = detail::loadVector<Floats>(&data[i + kBlock / 2].x);
+            const Floats ys = detail::loadFirstsOfPairs<Floats>(&data[i].x) * line.k + line.b;
+            const Floats heights = detail::loadSecondsOfPairs<Floats>(&data[i].x);
+            const auto stay = kBelow ? heights < ys : heights > ys;
+            if (detail::allOf(stay)) {
+                detail::storeVector(&data[kept].x, low);
+                detail::storeVector(&data[kept + kBlock / 2].x, high);
+                kept += kBlock;
+            } else if (!detail::allOf(~stay)) {
+                keepOneByOne(i, i + kBlock);
+            }
+        }
+        keepOneByOne(i, n);
+        count = kept;
+    });
+    points.resize(count);
 }
 
 /// Positions from `begin` up to, not including, `end`: points without a gap between them.
@@ -84,11 +133,11 @@ void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
 }
 
 void KxProfile::removeHighLevel(KxLine line) {
-    detail::keepIf(points, [&](const KxPointXY& p) { return p.y < p.x * line.k + line.b; }); // NaN is removed
+    keepBeside<true>(points, line);
 }
 
 void KxProfile::removeLowLevel(KxLine line) {
-    detail::keepIf(points, [&](const KxPointXY& p) { return p.y > p.x * line.k + line.b; }); // NaN is removed
+    keepBeside<false>(points, line);
 }
 
 void KxProfile::removeLineParts(int maxParts, float maxCorrelation, float maxGap, int minPoints) {

@@ -63,6 +63,33 @@ TEST(Cleaning, LevelsKeepOnlyWhatIsStrictlyBeyondTheLine) {
     expectPoints(low, {});
 }
 
+TEST(Cleaning, LevelsEqualThePlainDefinition) {
+    int mixed = 0;
+    forNasty(52, 3000, [&](Nasty& nasty) {
+        Points points = nastyPoints(nasty);
+        const float k = nasty.pick(std::array{0.0f, -0.0f, 0.1f, -3.0f, nastyLimit(nasty)});
+        const float b = nasty.pick(std::array{0.7f, nastyLimit(nasty, points)});
+        for (KxPointXY& p : points) { // runs on one side, and points exactly on the line
+            p.y = nasty.chance(60) ? std::abs(p.y) : nasty.chance(5) ? p.x * k + b : p.y;
+        }
+        Points below, above;
+        for (const KxPointXY& p : std::as_const(points)) {
+            const float y = p.x * k + b;
+            below += p.y < y ? Points{p} : Points();
+            above += p.y > y ? Points{p} : Points();
+        }
+        KxProfile low = profileOf(points), high = profileOf(points);
+        const Points copy = high.points; // shared: must not change
+        low.removeHighLevel(KxLine(k, b));
+        high.removeLowLevel(KxLine(k, b));
+        expectPoints(low, below);
+        expectPoints(high, above);
+        EXPECT_EXACT(copy, points);
+        mixed += !below.isEmpty() && !above.isEmpty() ? 1 : 0;
+    });
+    EXPECT_GT(mixed, 500);
+}
+
 TEST(Cleaning, RemoveLinePartsEqualsThePlainDefinition) {
     int kept = 0;
     forNasty(53, 3000, [&](Nasty& nasty) {
