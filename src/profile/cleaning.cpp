@@ -20,9 +20,7 @@ namespace {
 int countJumps(const KxPointXY* begin, qsizetype window, float threshold) {
     int jumps = 0;
     for (qsizetype k = 0; k < window; ++k) {
-        if (std::abs(begin[k].y - begin[k + 1].y) > threshold) { // NaN: false
-            ++jumps;
-        }
+        jumps += std::abs(begin[k].y - begin[k + 1].y) > threshold ? 1 : 0; // NaN: 0
     }
     return jumps;
 }
@@ -115,7 +113,7 @@ void KxProfile::removeNoise(int window, int maxJumps, float threshold, float) {
     qsizetype kept = 0;
     qsizetype keptBegin = 0; // of the points that stay and have not been moved yet
     const auto moveUp = [&](qsizetype end) {
-        if (kept < keptBegin) {
+        if (kept < keptBegin && keptBegin < end) { // often nothing between two noisy windows
             std::copy(data + keptBegin, data + end, data + kept);
         }
         kept += end - keptBegin;
