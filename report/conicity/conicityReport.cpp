@@ -299,7 +299,7 @@ QString conicityText(const std::optional<float>& conicity, const KxInspect::Inte
     constexpr int kFewest = 2;
     constexpr int kMost = 4;
     int decimals = kMost;
-    if (const float half = (interval.high - interval.low) / 2.0f; half > 0.0f) { // two digits of it; NaN: false
+    if (const float half = (interval.high - interval.low) / 2.0f; half > 0.0f) { // its first digit; NaN: false
         decimals = std::clamp(static_cast<int>(std::floor(-std::log10(half))) + 1, kFewest, kMost);
     }
     if (interval.isKnown() && interval.high - interval.low < 1e-4f) {

@@ -123,7 +123,7 @@ TEST(ConicityPage, ShowsNoMarkWithoutAConicity) {
     EXPECT_EQ(page.plot("Equivalent conicity over the amplitude").items.size(), 3u) << "curve and interval";
 }
 
-/// Two digits of half the interval's width are shown, from hundredths to ten-thousandths.
+/// The first digit of half the interval's width is shown, from hundredths to ten-thousandths.
 TEST(ConicityPage, DigitsFollowTheInterval) {
     constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
     struct Case {
@@ -131,9 +131,10 @@ TEST(ConicityPage, DigitsFollowTheInterval) {
         Interval interval;
         const char* text;
     };
-    const Case cases[] = {{0.1851f, {0.1841f, 0.1861f}, "0.1851 \u00b1 0.0010"},
-                          {0.1854f, {0.1604f, 0.2104f}, "0.185 \u00b1 0.025"},
-                          {0.1854f, {0.1754f, 0.2054f}, "0.185 (0.175 to 0.205)"},
+    const Case cases[] = {{0.1851f, {0.1839f, 0.1863f}, "0.185 \u00b1 0.001"},
+                          {0.1851f, {0.1842f, 0.1860f}, "0.1851 \u00b1 0.0009"},
+                          {0.1954f, {0.1654f, 0.2254f}, "0.20 \u00b1 0.03"},
+                          {0.1854f, {0.1754f, 0.2054f}, "0.19 (0.18 to 0.21)"},
                           {0.36f, {0.11f, 0.86f}, "0.36 (0.11 to 0.86)"},
                           {0.25f, {0.0f, 5.0f}, "0.25 (0.00 to 5.00)"},
                           {0.12345f, {0.12345f - 2e-5f, 0.12345f + 2e-5f}, "0.1235 \u00b1 <0.0001"},
