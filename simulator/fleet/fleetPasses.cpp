@@ -90,18 +90,21 @@ Fleet::Fleet(const FleetPlan& plan) : plan_(plan) {
     for (int train = 0; train < trains; ++train) {
         for (int i = 0; i < static_cast<int>(passesOfTrain); ++i) {
             const double day = (i + random.uniform()) / plan.passesPerDay;
-            passes_.push_back({day, train, std::min(static_cast<int>(random.uniform() * plan.stations), plan.stations - 1)});
+            passes_.push_back(
+                {day, train, std::min(static_cast<int>(random.uniform() * plan.stations), plan.stations - 1)});
         }
     }
-    std::sort(passes_.begin(), passes_.end(),
-              [](const FleetPass& a, const FleetPass& b) { return std::tie(a.day, a.train) < std::tie(b.day, b.train); });
+    std::sort(passes_.begin(), passes_.end(), [](const FleetPass& a, const FleetPass& b) {
+        return std::tie(a.day, a.train) < std::tie(b.day, b.train);
+    });
     for (int station = 0; station < plan.stations; ++station) {
         for (const TrackSide side : {TrackSide::Left, TrackSide::Right}) {
             Random ofSide({plan.seed, 3, static_cast<std::uint64_t>(station), number(side)});
             const auto nextAfter = [&](double day, double perYear) {
                 return perYear > 0.0 ? day - std::log(1.0 - ofSide.uniform()) * 365.0 / perYear : plan.days;
             };
-            for (double day = nextAfter(0.0, plan.shiftsPerYear); day < plan.days; day = nextAfter(day, plan.shiftsPerYear)) {
+            for (double day = nextAfter(0.0, plan.shiftsPerYear); day < plan.days;
+                 day = nextAfter(day, plan.shiftsPerYear)) {
                 shifts_.push_back({station, side, day, ofSide.uniform(0.1, 0.5) * (ofSide.chance(0.5) ? 1.0 : -1.0)});
             }
             for (double day = nextAfter(0.0, plan.dirtPerYear); day < plan.days;) {

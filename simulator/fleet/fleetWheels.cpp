@@ -34,10 +34,10 @@ WheelLife turned(Random& random, double day, double diameter) {
     life.atStart[at(PassMeasure::FlangeSlope)] = 10.5 + 0.1 * random.boundedNormal();
     life.atStart[at(PassMeasure::TreadHollow)] = 0.02;
     life.atStart[at(PassMeasure::RimWidth)] = 135.0;
-    life.perDay[at(PassMeasure::FlangeHeight)] = 0.004 * spread(random, 0.4);
+    life.perDay[at(PassMeasure::FlangeHeight)] = 0.005 * spread(random, 0.5);
     life.perDay[at(PassMeasure::FlangeThickness)] = -0.010 * spread(random, 0.5);
     life.perDay[at(PassMeasure::FlangeSlope)] = -0.002 * spread(random, 0.5);
-    life.perDay[at(PassMeasure::TreadHollow)] = 0.0022 * spread(random, 0.4);
+    life.perDay[at(PassMeasure::TreadHollow)] = 0.0025 * spread(random, 0.5);
     // The tape circle wears as the flange seems to grow.
     life.perDay[at(PassMeasure::Diameter)] = -2.0 * life.perDay[at(PassMeasure::FlangeHeight)];
     return life;

@@ -33,7 +33,8 @@ enum class Crossing { Thickness, Height, Hollow, Flat };
 struct CrossingTruth {
     double day = 0.0;
     Crossing what = Crossing::Thickness;
-    double growing = 0.0; ///< days since it began: since the life began, or the flat; 0 for a flat that is there at once
+    double growing =
+        0.0; ///< days since it began: since the life began, or the flat; 0 for a flat that is there at once
 };
 
 struct FleetWheel {

@@ -20,7 +20,9 @@ FleetPlan smallPlan() {
 }
 
 TEST(Fleet, WheelsWearAndAreTurned) {
-    const FleetPlan plan = smallPlan();
+    FleetPlan plan = smallPlan();
+    plan.vehicles = 60;
+    plan.flatsPerYear = 0.05;
     int turnings = 0;
     std::map<Crossing, int> crossings;
     for (int vehicle = 0; vehicle < plan.vehicles; ++vehicle) {
@@ -30,8 +32,10 @@ TEST(Fleet, WheelsWearAndAreTurned) {
             for (const WheelLife& life : wheel.lives) {
                 const double day = std::max(life.from, 0.0);
                 const double later = life.until - 0.5;
-                EXPECT_LT(wheel.valueOn(later, PassMeasure::FlangeThickness), wheel.valueOn(day, PassMeasure::FlangeThickness));
-                EXPECT_GT(wheel.valueOn(later, PassMeasure::FlangeHeight), wheel.valueOn(day, PassMeasure::FlangeHeight));
+                EXPECT_LT(wheel.valueOn(later, PassMeasure::FlangeThickness),
+                          wheel.valueOn(day, PassMeasure::FlangeThickness));
+                EXPECT_GT(wheel.valueOn(later, PassMeasure::FlangeHeight),
+                          wheel.valueOn(day, PassMeasure::FlangeHeight));
             }
             for (const CrossingTruth& crossing : wheel.crossings()) {
                 ++crossings[crossing.what];
@@ -55,7 +59,7 @@ TEST(Fleet, WheelsWearAndAreTurned) {
             }
         }
     }
-    EXPECT_GT(turnings, 20);
+    EXPECT_GT(turnings, 200);
     EXPECT_EQ(crossings.size(), 4u) << "each of the reasons";
 }
 
@@ -74,8 +78,8 @@ TEST(Fleet, MeasuresWhatIsThere) {
         ASSERT_EQ(pass.wheels.size(), 32u);
         for (std::size_t w = 0; w < pass.wheels.size(); ++w) {
             const int vehicle = fleet.passes()[i].train * plan.perTrain + static_cast<int>(w / 8);
-            const double truth =
-                fleet.wheel(vehicle, static_cast<int>(w % 8)).valueOn(fleet.passes()[i].day, PassMeasure::FlangeThickness);
+            const double truth = fleet.wheel(vehicle, static_cast<int>(w % 8))
+                                     .valueOn(fleet.passes()[i].day, PassMeasure::FlangeThickness);
             const KxInspect::PassValue& value = pass.wheels[w][PassMeasure::FlangeThickness];
             ++values;
             missing += value.value ? 0 : 1;
@@ -125,8 +129,8 @@ TEST(Fleet, ShiftsMoveOneSideOfAStation) {
             const int inTrain = (wheel.pair - 1) / plan.axles;
             const int number = 2 * ((wheel.pair - 1) % plan.axles) + (wheel.side == KxInspect::TrackSide::Left ? 0 : 1);
             const int behind = pass.day >= shift.day ? 1 : 0;
-            sums[behind] += *value - fleet.wheel(pass.train * plan.perTrain + inTrain, number)
-                                         .valueOn(pass.day, PassMeasure::FlangeThickness);
+            sums[behind] += static_cast<double>(*value) - fleet.wheel(pass.train * plan.perTrain + inTrain, number)
+                                                              .valueOn(pass.day, PassMeasure::FlangeThickness);
             ++counts[behind];
         }
     }
