@@ -20,6 +20,9 @@ constexpr std::array kCommands = {
     Command{"simulate", "write the recordings of a simulated train, and the truth about it", runSimulate},
     Command{"train", "measure the wheels of a passing train and their distances from its recordings", runTrain},
     Command{"watch", "measure each pass whose recordings are complete in a folder, once", runWatch},
+#ifdef KXMATH_HAS_STORE
+    Command{"store", "keep the results of passes in a database: add, export, check", runStore},
+#endif
     Command{"settings", "make, check or find the settings of a station", runSettings},
     Command{"conicity", "calculate the equivalent conicity of a wheel-set on a track from four profiles", runConicity},
     Command{"wheel", "measure flange height and flange thickness from wheel profiles", runWheel},

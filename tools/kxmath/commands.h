@@ -28,6 +28,7 @@ int runInfo(const QStringList& arguments);
 int runProfile(const QStringList& arguments);
 int runSettings(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
+int runStore(const QStringList& arguments); ///< only with KXMATH_HAS_STORE
 int runTrain(const QStringList& arguments);
 int runView(const QStringList& arguments);
 int runWatch(const QStringList& arguments);

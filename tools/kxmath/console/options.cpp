@@ -30,10 +30,10 @@ struct MainOutput {
 };
 
 constexpr MainOutput kMainOutputs[] = {
-    {"simulate", "DIR"},       {"train", "out"},     {"watch", "out"},   {"settings init", "FILE"},
-    {"settings fit", "write"}, {"conicity", "json"}, {"wheel", "json"},  {"calibrate", "json"},
-    {"grid", "out"},           {"view", "out"},      {"profile", "out"}, {"info", "json"},
-    {"convert", "OUT"},
+    {"simulate", "DIR"},       {"train", "out"},       {"watch", "out"},   {"settings init", "FILE"},
+    {"settings fit", "write"}, {"conicity", "json"},   {"wheel", "json"},  {"calibrate", "json"},
+    {"grid", "out"},           {"view", "out"},        {"profile", "out"}, {"info", "json"},
+    {"store export", "out"},   {"store info", "json"}, {"convert", "OUT"},
 };
 
 QString mainOutputOf(const char* command) {
