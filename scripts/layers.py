@@ -37,7 +37,7 @@ LAYERS = (
     Layer("examples", ("examples",), 1, PUBLIC),
 )
 # Folders that alone may include a layer, whatever their own layer may.
-ONLY_FROM = {"simulator": ("simulator", "tools/kxmath/simulate", "tools/tables", "tools/study", "tests/trials")}
+ONLY_FROM = {"simulator": ("simulator", "simulator/fleet", "tools/kxmath/simulate", "tools/tables", "tools/study", "tests/trials")}
 # Who links a library uses what its interface holds; what it may include of it is looked at above.
 LINKED_AS = {"core": "interface of the core", "measuring": "interface of measuring"}
 # They look at everything.

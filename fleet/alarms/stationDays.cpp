@@ -35,6 +35,7 @@ double expected(const std::deque<Reading>& before, double day) {
     }
     const double slope = slopes.empty() ? 0.0 : medianOf(std::move(slopes));
     std::vector<double> values;
+    values.reserve(before.size());
     for (const Reading& reading : before) {
         values.push_back(reading.value + slope * (day - reading.day));
     }

@@ -100,6 +100,7 @@ std::vector<MeasureInfo> storedMeasures(MeasureOf of) {
     return found;
 }
 
+// NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the member frees it
 Store::Store(const std::string& name, IfMissing ifMissing) : name_(name), database_(connect(name, ifMissing)) {
     if (ifMissing == IfMissing::Refuse && storeVersion(*database_, name) == 0) {
         throw Error(ErrorKind::Unsuitable, {"store", shownName(name), {}},
@@ -249,9 +250,10 @@ std::vector<std::string> Store::faults() {
         const std::string table = of == MeasureOf::Wheel ? "wheel" : "axle";
         for (const MeasureInfo& info : storedMeasures(of)) {
             const std::string reason = "t." + columnOf(info.name) + "_reason";
-            count("SELECT count(*) FROM " + table + " t LEFT JOIN reason r ON r.id = " + reason + " WHERE " + reason +
-                      " IS NOT NULL AND r.id IS NULL",
-                  "values whose reason is missing");
+            std::string query = "SELECT count(*) FROM " + table;
+            query.append(" t LEFT JOIN reason r ON r.id = ").append(reason);
+            query.append(" WHERE ").append(reason).append(" IS NOT NULL AND r.id IS NULL");
+            count(query, "values whose reason is missing");
         }
     }
     return found;

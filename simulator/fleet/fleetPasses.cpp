@@ -5,10 +5,12 @@
 
 #include <KxMath/KxMathVersion.h>
 
+#include <QtCore/QString>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
+#include <tuple>
 
 namespace kxsim {
 
@@ -35,25 +37,25 @@ std::uint64_t number(TrackSide side) {
     return side == TrackSide::Left ? 0 : 1;
 }
 
-/// "2024-03-01T08:15:00Z" of a day after the first one of the plan.
-std::string timeText(const std::string& firstDay, double day) {
+QString padded(int number, int width) {
+    return QStringLiteral("%1").arg(number, width, 10, QLatin1Char('0'));
+}
+
+/// "2024-03-01T08:15:00Z" of a day after the first one of a year.
+std::string timeText(int firstYear, double day) {
     using namespace std::chrono;
-    int y = 0;
-    unsigned m = 0;
-    unsigned d = 0;
-    std::sscanf(firstDay.c_str(), "%d-%u-%u", &y, &m, &d);
     constexpr double kSecondsOfDay = 86400.0;
-    const auto time = sys_days(year(y) / month(m) / std::chrono::day(d)) +
-                      seconds(static_cast<std::int64_t>(std::floor(day * kSecondsOfDay)));
+    const auto time =
+        sys_days(year(firstYear) / January / 1) + seconds(static_cast<std::int64_t>(std::floor(day * kSecondsOfDay)));
     const auto date = floor<days>(time);
     const year_month_day ymd(date);
     const hh_mm_ss clock(time - date);
-    char text[32];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(ymd.year()),
-                  static_cast<unsigned>(ymd.month()), static_cast<unsigned>(ymd.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
-    return text;
+    return QStringLiteral("%1-%2-%3T%4:%5:%6Z")
+        .arg(padded(static_cast<int>(ymd.year()), 4), padded(static_cast<int>(static_cast<unsigned>(ymd.month())), 2),
+             padded(static_cast<int>(static_cast<unsigned>(ymd.day())), 2),
+             padded(static_cast<int>(clock.hours().count()), 2), padded(static_cast<int>(clock.minutes().count()), 2),
+             padded(static_cast<int>(clock.seconds().count()), 2))
+        .toStdString();
 }
 
 /// In place of a hash of bytes that were never there: different for each list of numbers.
@@ -121,9 +123,7 @@ const FleetWheel& Fleet::wheel(int vehicle, int wheel) const {
 }
 
 std::string Fleet::vehicleNumber(int vehicle) {
-    char text[16];
-    std::snprintf(text, sizeof text, "V%04d", vehicle + 1);
-    return text;
+    return (QLatin1Char('V') + padded(vehicle + 1, 4)).toStdString();
 }
 
 std::string Fleet::stationName(int station) {
@@ -154,7 +154,7 @@ PassResult Fleet::measure(std::size_t index) const {
     PassResult result;
     result.identity.version = KxMath_GetVersionString();
     result.identity.labels.station = stationName(pass.station);
-    result.identity.labels.time = timeText(plan_.firstDay, pass.day);
+    result.identity.labels.time = timeText(plan_.firstYear, pass.day);
     result.settings = "settings.ini";
     result.baseDistance = 1700.0f;
     result.nominal = 1360.0f;

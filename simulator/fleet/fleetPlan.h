@@ -2,14 +2,13 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 namespace kxsim {
 
 /// A part of wheels or passes is a number from 0 to 1; lengths are in mm, times in days.
 struct FleetPlan {
     std::uint64_t seed = 1;
-    std::string firstDay = "2024-01-01";
+    int firstYear = 2024; ///< its first day is the first one of the plan
     int days = 730;
     int vehicles = 200;
     int perTrain = 4; ///< vehicles, always the same ones

@@ -133,6 +133,7 @@ private:
         }
         std::stable_sort(outliers_, outliers_ + taken_,
                          [&](const Outlier& a, const Outlier& b) { return less_(a.element, b.element); });
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): std::stable_sort frees its memory
         T* end = first_ + kept_; // of those that were kept and are not in their place yet
         for (std::size_t i = taken_; i-- > 0;) {
             const Outlier& outlier = outliers_[i];

@@ -128,8 +128,11 @@ Points pointsThatLook(Look look, int size, Nasty& nasty) {
     const int length = std::max(1, size / teeth);
     Points points;
     for (int i = 0; i < size; ++i) {
-        const auto rising = static_cast<float>(i / step);
-        float x = rising;
+        const int steps = i / step;
+        const int inTooth = i % length / step;
+        const int group = i / 40;
+        const auto rising = static_cast<float>(steps);
+        float x = 0.0f;
         switch (look) {
         case Look::Even:
             x = any();
@@ -153,13 +156,13 @@ Points pointsThatLook(Look look, int size, Nasty& nasty) {
             x = i % 97 < nasty.below(9) ? rising + static_cast<float>(size) : rising;
             break;
         case Look::Sawtooth:
-            x = static_cast<float>(i % length / step);
+            x = static_cast<float>(inTooth);
             break;
         case Look::Falling:
             x = -rising;
             break;
         default:
-            x = -static_cast<float>(i / 40) + static_cast<float>(nasty.chance(1) ? 1 : 0);
+            x = -static_cast<float>(group) + static_cast<float>(nasty.chance(1) ? 1 : 0);
             break;
         }
         points.append({x, static_cast<float>(i)});

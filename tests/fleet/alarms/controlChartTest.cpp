@@ -14,6 +14,7 @@ std::vector<StationDay> station(int days, unsigned seed) {
     std::mt19937_64 engine(seed);
     std::normal_distribution<double> noise(0.0, 0.01);
     std::vector<StationDay> result;
+    result.reserve(static_cast<std::size_t>(days));
     for (int day = 0; day < days; ++day) {
         result.push_back({1000.0 + day, noise(engine), 100});
     }

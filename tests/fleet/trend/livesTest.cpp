@@ -42,9 +42,9 @@ TEST(Lives, StepsUpBeginThem) {
 TEST(Lives, NoiseIsNoStep) {
     std::mt19937_64 engine(3);
     std::normal_distribution<double> noise(0.0, 0.3);
-    std::vector<double> values;
+    std::vector<double> values(2000);
     for (int i = 0; i < 2000; ++i) {
-        values.push_back(30.0 + noise(engine) - 0.001 * i + (i < 1200 ? 0.0 : 4.0));
+        values[static_cast<std::size_t>(i)] = 30.0 + noise(engine) - 0.001 * i + (i < 1200 ? 0.0 : 4.0);
     }
     EXPECT_EQ(stepsUp(readingsOf(values), {}), std::vector<double>{1300.0});
 }

@@ -63,7 +63,8 @@ QString table(kxfleet::Database& database) {
         }
         add("r_" + name + ".text", name + "_reason");
         add("w." + name + "_verdict", name + "_verdict", Form::Verdict);
-        joins += " LEFT JOIN reason r_" + name + " ON r_" + name + ".id = w." + name + "_reason";
+        joins.append(" LEFT JOIN reason r_").append(name).append(" ON r_").append(name);
+        joins.append(".id = w.").append(name).append("_reason");
     }
     QString text = csvLine(titles);
     database.run("SELECT " + columns + " FROM wheel w JOIN pass p ON p.id = w.pass" + joins +
