@@ -130,7 +130,7 @@ public:
     bool isEmpty() override {
         return number("SELECT count(*) FROM pg_tables WHERE schemaname = current_schema()") == 0;
     }
-    std::vector<std::string> faults() override { return {}; } // reading all rows, as check does, verifies its pages
+    std::vector<std::string> faults() override { return {}; } // its pages are its server's to check
 
 private:
     const std::string& prepared(const std::string& sql) {
