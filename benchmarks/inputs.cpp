@@ -5,6 +5,8 @@
 #include <map>
 #include <numeric>
 #include <random>
+#include <tuple>
+#include <vector>
 
 namespace kxbench {
 
@@ -65,6 +67,11 @@ const QList<KxPointXYZ>& shuffledScan(int count) {
     return cached(lists, count, count, [&](int i) { return scanPoints(count)[order[static_cast<std::size_t>(i)]]; });
 }
 
+const QList<KxPointXYZ>& reversedScan(int count) {
+    static std::map<int, QList<KxPointXYZ>> lists;
+    return cached(lists, count, count, [&](int i) { return scanPoints(count)[count - 1 - i]; });
+}
+
 const QList<KxPointXYZ>& randomPoints(int count) {
     static std::map<int, QList<KxPointXYZ>> lists;
     std::mt19937 random(3);
@@ -92,27 +99,51 @@ const QList<KxPointXYZ>& densePoints(int count) {
     });
 }
 
-const QList<KxPointXY>& orderedPoints(int count, Order order) {
-    static std::map<std::pair<int, Order>, QList<KxPointXY>> lists;
-    QList<KxPointXY>& points = lists[{count, order}];
+const QList<KxPointXY>& orderedPoints(int count, Order order, int list) {
+    static std::map<std::tuple<int, Order, int>, QList<KxPointXY>> lists;
+    QList<KxPointXY>& points = lists[{count, order, list}];
     if (!points.isEmpty()) {
         return points;
     }
-    std::mt19937 random(1);
+    std::mt19937 random(static_cast<unsigned>(1 + list));
     std::uniform_real_distribution<float> anywhere(-500.0f, 500.0f);
-    for (int i = 0; i < count; ++i) {
-        const float x = anywhere(random);
-        points.append(KxPointXY(order == Order::Ties ? std::floor(x) : x, static_cast<float>(i)));
+    std::vector<float> xs(static_cast<std::size_t>(count));
+    for (float& x : xs) {
+        x = order == Order::Ties ? std::floor(anywhere(random)) : anywhere(random);
     }
-    const auto byX = [](const KxPointXY& a, const KxPointXY& b) { return a.x < b.x; };
     if (order != Order::Random && order != Order::Ties) {
-        std::stable_sort(points.begin(), points.end(), byX);
+        std::sort(xs.begin(), xs.end());
     }
-    if (order == Order::Reversed) {
-        std::reverse(points.begin(), points.end());
+    constexpr int kPart = 100; // one in so many is out of order
+    std::uniform_int_distribution<std::size_t> someone(0, xs.size() - 1);
+    switch (order) {
+    case Order::Reversed:
+        std::reverse(xs.begin(), xs.end());
+        break;
+    case Order::Tail:
+        std::generate(xs.end() - count / kPart, xs.end(), [&] { return anywhere(random); });
+        break;
+    case Order::Swapped:
+        for (int pair = 0; pair < count / (2 * kPart); ++pair) {
+            std::swap(xs[someone(random)], xs[someone(random)]);
+        }
+        break;
+    case Order::Sawtooth: {
+        constexpr std::size_t kTeeth = 16;
+        const std::vector<float> sorted = xs;
+        std::size_t next = 0;
+        for (std::size_t tooth = 0; tooth < kTeeth; ++tooth) {
+            for (std::size_t i = tooth; i < sorted.size(); i += kTeeth) {
+                xs[next++] = sorted[i];
+            }
+        }
+        break;
     }
-    for (int i = 0; order == Order::NearlySorted && i + 1 < count; i += 1000) {
-        std::swap(points[i].x, points[i + 1].x);
+    default:
+        break;
+    }
+    for (int i = 0; i < count; ++i) {
+        points.append(KxPointXY(xs[static_cast<std::size_t>(i)], static_cast<float>(i)));
     }
     return points;
 }

@@ -19,15 +19,20 @@ const QList<KxMath::KxPointXYZ>& scanPoints(int count);
 /// The same points in random order.
 const QList<KxMath::KxPointXYZ>& shuffledScan(int count);
 
+/// The same points from the last one to the first.
+const QList<KxMath::KxPointXYZ>& reversedScan(int count);
+
 /// Uniformly distributed points in a cube of 100 mm.
 const QList<KxMath::KxPointXYZ>& randomPoints(int count);
 
 /// Uniformly distributed points in a cube, about one per cubic millimetre; the last 100 are far away, 50 mm apart.
 const QList<KxMath::KxPointXYZ>& densePoints(int count);
 
-/// 2-D points, x uniformly distributed over 1000 mm.
-enum class Order { Random, Sorted, Reversed, NearlySorted, Ties };
-const QList<KxMath::KxPointXY>& orderedPoints(int count, Order order);
+/// 2-D points, x uniformly distributed over 1000 mm. Tail: the last hundredth is out of order; Swapped: a hundredth of the
+/// points have changed places in pairs; Sawtooth: 16 runs in order.
+enum class Order { Random, Sorted, Reversed, Tail, Swapped, Ties, Sawtooth };
+/// @param list other points for each number
+const QList<KxMath::KxPointXY>& orderedPoints(int count, Order order, int list = 0);
 
 /// A set of `kRows` profiles of `kProfilePoints` points 0.0625 mm apart.
 const KxMath::KxProfileZSet& profileSet();

@@ -49,8 +49,8 @@ test_packages+=(gwyddion python3-vtk9)
 # Also needed by the fuzzers: the other compiler with its sanitizers.
 fuzz_packages=(clang libclang-rt-14-dev python3)
 # Also needed by the benchmarks: Google Benchmark, and the libraries that ours is compared with.
-benchmark_packages=(libbenchmark-dev python3 libboost-dev libgsl-dev libalglib-dev libeigen3-dev libnanoflann-dev
-    libpcl-dev libopencv-dev pkg-config)
+benchmark_packages=(libbenchmark-dev python3 libboost-dev libhwy-dev libgsl-dev libalglib-dev libeigen3-dev
+    libnanoflann-dev libpcl-dev libopencv-dev pkg-config)
 
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache

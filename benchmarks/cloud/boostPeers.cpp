@@ -21,37 +21,47 @@ bool isLeft(const KxPointXY& a, const KxPointXY& b) {
 }
 
 void addPlane(const std::string& name, Order order, int n) {
-    const auto fill = [=](Points& points) {
-        points.assign(orderedPoints(n, order).begin(), orderedPoints(n, order).end());
+    const int batch = sortedLists(n);
+    const auto fill = [next = nextPoints(n, order)](Points& points) {
+        const QList<KxPointXY>& list = next();
+        points.assign(list.begin(), list.end());
     };
     add<Points>(
-        name, n, "peer_boost_spinsort", 1, fill, [](Points& p) { boost::sort::spinsort(p.begin(), p.end(), isLeft); },
-        digestXY<Points>);
+        name, n, "peer_boost_spinsort", batch, fill,
+        [](Points& p) { boost::sort::spinsort(p.begin(), p.end(), isLeft); }, digestXY<Points>);
     add<Points>(
-        name, n, "peer_boost_flat_stable_sort", 1, fill,
+        name, n, "peer_boost_flat_stable_sort", batch, fill,
         [](Points& p) { boost::sort::flat_stable_sort(p.begin(), p.end(), isLeft); }, digestXY<Points>);
     // Not stable: nothing to compare where there are ties.
     add<Points>(
-        name, n, "peer_boost_pdqsort", 1, fill, [](Points& p) { boost::sort::pdqsort(p.begin(), p.end(), isLeft); },
+        name, n, "peer_boost_pdqsort", batch, fill, [](Points& p) { boost::sort::pdqsort(p.begin(), p.end(), isLeft); },
         nothing<Points>);
 }
 
+/// By z, then x; what is in order already is so after it.
+void addSpace(const std::string& name, Source source, int n) {
+    const auto isBefore = [](const KxPointXYZ& a, const KxPointXYZ& b) {
+        return a.z < b.z || (a.z == b.z && a.x < b.x);
+    };
+    add<CloudJob>(
+        name, n, "peer_boost_pdqsort", 1, listOf(source, n),
+        [=](CloudJob& j) { boost::sort::pdqsort(j.points.data(), j.points.data() + j.points.size(), isBefore); },
+        [](CloudJob& j) { return digestHeap(j.points); });
+    add<CloudJob>(
+        name, n, "peer_boost_spinsort", 1, listOf(source, n),
+        [=](CloudJob& j) { boost::sort::spinsort(j.points.data(), j.points.data() + j.points.size(), isBefore); },
+        [](CloudJob& j) { return digestHeap(j.points); });
+}
+
 [[maybe_unused]] const bool isRegistered = [] {
-    for (const int n : kCloudSizes) {
+    for (const int n : kSortSizes) {
         for (const auto& [name, order] : kSortJobs) {
             addPlane(name, order, n);
         }
-        for (const bool isScan : {true, false}) {
-            add<CloudJob>(
-                isScan ? "sort 3-D by z and x, shuffled rows" : "sort 3-D by z and x, all z differ", n,
-                "peer_boost_pdqsort", 1, listOf(isScan ? shuffledScan : randomPoints, n),
-                [](CloudJob& j) {
-                    boost::sort::pdqsort(j.points.data(), j.points.data() + j.points.size(),
-                                         [](const KxPointXYZ& a, const KxPointXYZ& b) {
-                                             return a.z < b.z || (a.z == b.z && a.x < b.x);
-                                         });
-                },
-                [](CloudJob& j) { return digestHeap(j.points); });
+    }
+    for (const int n : kCloudSizes) {
+        for (const auto& [name, source] : kSpaceSortJobs) {
+            addSpace(name, source, n);
         }
     }
     return true;

@@ -4,6 +4,7 @@
 #include "digests.h"
 #include "inputs.h"
 
+#include <memory>
 #include <utility>
 
 namespace kxbench {
@@ -68,7 +69,32 @@ constexpr std::pair<const char*, Order> kSortJobs[] = {{"sort 2-D, random", Orde
                                                        {"sort 2-D, ties", Order::Ties},
                                                        {"sort 2-D, sorted", Order::Sorted},
                                                        {"sort 2-D, reversed", Order::Reversed},
-                                                       {"sort 2-D, nearly sorted", Order::NearlySorted}};
+                                                       {"sort 2-D, last 1 % out of order", Order::Tail},
+                                                       {"sort 2-D, 1 % swapped", Order::Swapped},
+                                                       {"sort 2-D, sawtooth", Order::Sawtooth}};
+
+/// The same in space: by z, then by x.
+constexpr std::pair<const char*, Source> kSpaceSortJobs[] = {{"sort 3-D by z and x, shuffled rows", shuffledScan},
+                                                             {"sort 3-D by z and x, all z differ", randomPoints},
+                                                             {"sort 3-D by z and x, in order", scanPoints},
+                                                             {"sort 3-D by z and x, reversed", reversedScan}};
+
+/// Profiles, and clouds.
+constexpr int kSortSizes[] = {640, 1280, 4096, 100000, 1000000};
+
+/// How many lists of points are sorted in one measurement: of small ones so many that the processor cannot learn their
+/// order.
+constexpr int sortedLists(int count) {
+    return count < 10000 ? 64 : 1;
+}
+
+/// The points of one list after the other, each time that an object is prepared.
+inline auto nextPoints(int count, Order order) {
+    return [=, next = std::make_shared<int>(0)]() -> const QList<KxMath::KxPointXY>& {
+        const int list = (*next)++ % sortedLists(count);
+        return orderedPoints(count, order, list);
+    };
+}
 
 /// The box of the queries holds a sixteenth of `randomPoints`.
 constexpr float kLow = 20.0f;
