@@ -2,6 +2,7 @@
 #include "fleet/alarms/stationDays.h"
 
 #include "fleet/trend/quantiles.h"
+#include "fleet/trend/step.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,8 +23,9 @@ double withoutShifts(const Reading& reading, const std::vector<StationShift>& kn
 }
 
 /// The value on `day` of a line by medians: its slope is the median of those between the first and the second half of the
-/// readings (H. Theil, A rank-invariant method of linear and polynomial regression analysis, 1950).
-double expected(const std::deque<Reading>& before, double day) {
+/// readings (H. Theil, A rank-invariant method of linear and polynomial regression analysis, 1950). None where the readings
+/// changed at once and no line holds.
+std::optional<double> expected(const std::deque<Reading>& before, double day) {
     const std::size_t half = before.size() / 2;
     const std::size_t second = before.size() - half;
     std::vector<double> slopes;
@@ -39,7 +41,13 @@ double expected(const std::deque<Reading>& before, double day) {
     for (const Reading& reading : before) {
         values.push_back(reading.value + slope * (day - reading.day));
     }
-    return medianOf(std::move(values));
+    const double level = medianOf(values);
+    std::vector<double> measured;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        measured.push_back(before[i].value);
+        values[i] -= level;
+    }
+    return isStep(measured, values) ? std::nullopt : std::optional(level);
 }
 
 } // namespace
@@ -61,8 +69,10 @@ std::vector<StationDay> stationDays(const std::vector<WheelSeries>& wheels, int 
                 before.pop_front();
             }
             const double value = withoutShifts(reading, known);
-            if (before.size() >= rule.fewest) {
-                residuals[std::floor(reading.day)].push_back(value - expected(before, reading.day));
+            const std::optional<double> level =
+                before.size() >= rule.fewest ? expected(before, reading.day) : std::nullopt;
+            if (level) {
+                residuals[std::floor(reading.day)].push_back(value - *level);
             }
             before.push_back({reading.day, value, station});
             if (before.size() > rule.most) {

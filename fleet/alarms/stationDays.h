@@ -16,7 +16,7 @@ struct WheelSeries {
 
 /// From which readings a further one is expected.
 struct ExpectationRule {
-    std::size_t fewest = 4; ///< readings of the wheel at the same station, in the same life
+    std::size_t fewest = 4; ///< readings of the wheel at the same station, in the same life, that do not change at once
     std::size_t most = 12; ///< only the last ones before count
     double oldest = 120.0; ///< days; older ones do not
 };

@@ -47,6 +47,11 @@ std::vector<std::string> version1(const std::string& identity) {
     };
 }
 
+/// What version 2 has in addition: limits differ by class.
+std::vector<std::string> version2() {
+    return {"ALTER TABLE wheel ADD COLUMN vehicle_class TEXT", "UPDATE schema_version SET version = 2"};
+}
+
 } // namespace
 
 std::int64_t storeVersion(Database& database, const std::string& name) {
@@ -71,8 +76,9 @@ void migrate(Database& database, const std::string& name) {
     }
     Transaction transaction(database);
     database.lockSchema();
-    if (storeVersion(database, name) == 0) { // asked again: another program may have been first
-        for (const std::string& statement : version1(database.identityType())) {
+    // Asked again: another program may have been first.
+    for (std::int64_t version = storeVersion(database, name); version < kStoreVersion; ++version) {
+        for (const std::string& statement : version == 0 ? version1(database.identityType()) : version2()) {
             database.run(statement);
         }
     }

@@ -8,7 +8,7 @@
 namespace kxfleet {
 
 /// The version of the schema that this program writes.
-inline constexpr std::int64_t kStoreVersion = 1;
+inline constexpr std::int64_t kStoreVersion = 2;
 
 /// The version of a store, 0 for one without tables. Throws an Error for a database that is no store, and for a store that
 /// is newer than this program.

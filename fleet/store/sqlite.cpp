@@ -52,6 +52,7 @@ public:
             rows("PRAGMA journal_mode = WAL");
         }
         rows("PRAGMA synchronous = FULL");
+        rows("PRAGMA cache_size = -131072"); // KiB at most: series jump from row to row
     }
 
     using Database::run;

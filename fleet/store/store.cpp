@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <map>
+#include <utility>
 
 namespace kxfleet {
 
@@ -36,13 +38,28 @@ Field codeField(const std::optional<Enum>& code) {
     return code ? Field(static_cast<std::int64_t>(*code)) : Field();
 }
 
-Field vehicleOf(const PassResult& pass, const SheetRow& row) {
+/// A text of the vehicle of a wheel, NULL where it is not known.
+Field vehicleText(const PassResult& pass, const SheetRow& row,
+                  std::optional<std::string> KxInspect::PassVehicle::*text) {
     for (const KxInspect::PassVehicle& vehicle : pass.train.vehicles) {
         if (row.axle.vehicle == vehicle.number) {
-            return textField(vehicle.vehicleNumber);
+            return textField(vehicle.*text);
         }
     }
     return {};
+}
+
+/// The side of a vehicle whose wheel ran on a side of the track.
+std::string sideOfVehicle(const std::string& trackSide, std::int64_t order) {
+    if (order != static_cast<std::int64_t>(KxInspect::VehicleOrder::Turned)) {
+        return trackSide;
+    }
+    for (const auto& [one, other] : {std::pair{"left", "right"}, std::pair{"1", "2"}}) {
+        if (trackSide == one || trackSide == other) {
+            return trackSide == one ? other : one;
+        }
+    }
+    return trackSide;
 }
 
 std::string sideOf(const SheetRow& row) {
@@ -163,8 +180,8 @@ AddedPass Store::add(const PassResult& pass) {
     if (ids.empty()) {
         added.outcome = AddOutcome::AlreadyThere;
     }
-    const std::string addWheel =
-        insertInto("wheel", {"pass", "number", "vehicle", "axle", "side", "verdict"}, MeasureOf::Wheel);
+    const std::string addWheel = insertInto(
+        "wheel", {"pass", "number", "vehicle", "vehicle_class", "axle", "side", "verdict"}, MeasureOf::Wheel);
     const std::string addAxle = insertInto("axle", {"pass", "number", "vehicle", "axle"}, MeasureOf::Axle);
     added.hasVehicles = true;
     int lastPair = 0;
@@ -173,13 +190,19 @@ AddedPass Store::add(const PassResult& pass) {
             continue; // an axle that no sensor saw
         }
         ++added.wheels;
-        const Field vehicle = vehicleOf(pass, sheet);
+        const Field vehicle = vehicleText(pass, sheet, &KxInspect::PassVehicle::vehicleNumber);
         added.hasVehicles = added.hasVehicles && !std::holds_alternative<std::monostate>(vehicle);
         if (ids.empty()) {
             continue;
         }
         const Field number = std::int64_t{sheet.pair};
-        Row wheel{ids[0][0], number, vehicle, codeField(sheet.axle.axle), sideOf(sheet), codeField(sheet.verdict)};
+        Row wheel{ids[0][0],
+                  number,
+                  vehicle,
+                  vehicleText(pass, sheet, &KxInspect::PassVehicle::vehicleClass),
+                  codeField(sheet.axle.axle),
+                  sideOf(sheet),
+                  codeField(sheet.verdict)};
         addMeasures(wheel, sheet, MeasureOf::Wheel);
         database_->run(addWheel, wheel);
         if (sheet.pair != lastPair) {
@@ -201,17 +224,42 @@ void Store::series(const std::string& measure, const std::string& vehicle,
     }
     const std::string column = "w." + columnOf(measure);
     const std::string sql =
-        "SELECT w.vehicle, w.axle, w.side, p.station, p.time_ms, " + column + ", " + column + "_low, " + column +
-        "_high FROM wheel w JOIN pass p ON p.id = w.pass WHERE w.vehicle " +
+        "SELECT w.vehicle, w.axle, w.side, w.vehicle_class, p.vehicle_order, p.station, p.time_ms, " + column + ", " +
+        column + "_low, " + column + "_high, " + column +
+        "_verdict FROM wheel w JOIN pass p ON p.id = w.pass WHERE w.vehicle " +
         (vehicle.empty() ? "IS NOT NULL" : "= $1") + " AND w.axle IS NOT NULL AND " + column +
-        " IS NOT NULL AND p.time_ms IS NOT NULL ORDER BY w.vehicle, w.axle, w.side, p.time_ms, p.key";
+        " IS NOT NULL AND p.time_ms IS NOT NULL ORDER BY w.vehicle, w.axle, p.time_ms, p.id";
+    std::map<std::string, StoredReading> held; // the last one of each side of the track
+    const auto release = [&] {
+        for (const auto& [side, reading] : held) {
+            onReading(reading);
+        }
+        held.clear();
+    };
     database_->run(sql, vehicle.empty() ? Row() : Row{vehicle}, [&](const Row& row) {
-        onReading({{textIn(row[0]), std::get<std::int64_t>(row[1]), textIn(row[2])},
-                   textIn(row[3]),
-                   std::get<std::int64_t>(row[4]),
-                   std::get<double>(row[5]),
-                   {floatIn(row[6]), floatIn(row[7])}});
+        StoredReading reading;
+        reading.trackSide = textIn(row[2]);
+        reading.wheel = {textIn(row[0]), std::get<std::int64_t>(row[1]),
+                         sideOfVehicle(reading.trackSide, std::get<std::int64_t>(row[4]))};
+        reading.vehicleClass = textIn(row[3]);
+        reading.station = textIn(row[5]);
+        reading.milliseconds = std::get<std::int64_t>(row[6]);
+        reading.value = std::get<double>(row[7]);
+        reading.interval = {floatIn(row[8]), floatIn(row[9])};
+        if (const auto* const verdict = std::get_if<std::int64_t>(&row[10])) {
+            reading.verdict = static_cast<KxInspect::LimitVerdict>(*verdict);
+        }
+        const auto isOfSamePass = [&](const auto& other) {
+            const StoredReading& r = other.second;
+            return r.wheel.vehicle == reading.wheel.vehicle && r.wheel.axle == reading.wheel.axle &&
+                   r.milliseconds == reading.milliseconds && r.station == reading.station;
+        };
+        if (!held.empty() && !isOfSamePass(*held.begin())) {
+            release();
+        }
+        held[reading.trackSide] = reading;
     });
+    release();
 }
 
 StoreInfo Store::info() {

@@ -27,18 +27,23 @@ struct AddedPass {
 struct StoredWheel {
     std::string vehicle = {};
     std::int64_t axle = 0; ///< in its vehicle, from 1
-    std::string side = {}; ///< "left", "right"; "1", "2" of the recording where the settings give no side
+    /// "left", "right"; "1", "2" of the recording where the settings give no side. That of the vehicle when its list leads:
+    /// one that passed turned, its last vehicle first, had its left wheels on the right rail.
+    std::string side = {};
 
-    bool operator==(const StoredWheel&) const = default;
+    auto operator<=>(const StoredWheel&) const = default;
 };
 
 /// A value of a wheel in one pass.
 struct StoredReading {
     StoredWheel wheel = {};
+    std::string vehicleClass = {}; ///< empty where it is not known
     std::string station = {}; ///< empty where it was not given
+    std::string trackSide = {}; ///< where the wheel ran; as StoredWheel::side, but of the track
     std::int64_t milliseconds = 0; ///< since 1970-01-01 00:00 UTC
     double value = 0.0; ///< in the unit of the measure; finite
     KxInspect::Interval interval = {}; ///< of 95 %
+    std::optional<KxInspect::LimitVerdict> verdict = {}; ///< by the limits of the pass; absent without
 };
 
 /// What a store holds.
@@ -66,8 +71,9 @@ public:
     /// Unsuitable for a pass without hashes of its recordings and for a time that is none.
     AddedPass add(const KxInspect::PassResult& pass);
 
-    /// Calls `onReading` for every value of a measure of wheels, by wheel and then in the order of time. Left out are
-    /// passes without a time, wheels without a vehicle's number or axle, and values that were not measured.
+    /// Calls `onReading` for every value of a measure of wheels, by vehicle and axle and then in the order of time. Left out
+    /// are passes without a time, wheels without a vehicle's number or axle, and values that were not measured. Of a pass
+    /// that was measured more than once, that is of one time and station, the one that was added last counts.
     /// @param measure "diameter"; Throws an Error BadArgument for one that is not stored
     /// @param vehicle only this one; empty: all
     void series(const std::string& measure, const std::string& vehicle,

@@ -2,6 +2,7 @@
 #include "fleet/trend/trend.h"
 
 #include "fleet/trend/quantiles.h"
+#include "fleet/trend/step.h"
 
 #include <algorithm>
 #include <cmath>
@@ -86,6 +87,62 @@ void findDays(Trend& trend, const Limits& limits, const Series& series, double h
     }
 }
 
+/// What the readings are off the line of a trend.
+std::vector<double> residualsOf(const Series& series, const Trend& trend) {
+    std::vector<double> residuals;
+    for (std::size_t i = 0; i < series.days.size(); ++i) {
+        residuals.push_back(series.values[i] - trend.level - trend.line->slope * series.days[i]);
+    }
+    return residuals;
+}
+
+/// The standard deviation of readings by the differences of neighbouring ones, which no bend raises.
+double noiseOfNeighbours(const std::vector<double>& values) {
+    std::vector<double> differences;
+    for (std::size_t i = 1; i < values.size(); ++i) {
+        differences.push_back(values[i] - values[i - 1]);
+    }
+    return robustDeviation(differences) / std::sqrt(2.0);
+}
+
+/// Whether the newest readings leave the line.
+bool isBent(const std::vector<double>& residuals, double bend) {
+    constexpr std::size_t kNewest = 4;
+    constexpr std::size_t kPart = 8; // or the last eighth
+    const std::size_t count = std::max(kNewest, residuals.size() / kPart);
+    if (residuals.size() < 2 * count) {
+        return false;
+    }
+    const double ofNewest = medianOf({residuals.end() - static_cast<std::ptrdiff_t>(count), residuals.end()});
+    const double error = noiseOfNeighbours(residuals) * std::sqrt(std::numbers::pi / 2.0 / static_cast<double>(count));
+    return error > 0.0 && std::abs(ofNewest) > bend * error;
+}
+
+/// The readings from `first` on and their line, or the reason why there is none.
+Series fitFrom(Trend& trend, const Readings& readings, std::size_t first, const TrendRule& rule) {
+    trend.from = readings[first].day;
+    Series series;
+    for (std::size_t i = first; i < readings.size(); ++i) {
+        series.days.push_back(readings[i].day - trend.to);
+        series.values.push_back(readings[i].value);
+    }
+    trend.readings = series.days.size();
+    trend.line.reset();
+    if (trend.readings < rule.fewest) {
+        trend.reason = "fewer than " + std::to_string(rule.fewest) + " readings";
+    } else if (trend.to - trend.from < rule.shortest) {
+        trend.reason = "the readings span less than " + std::to_string(std::lround(rule.shortest)) + " days";
+    } else {
+        trend.line = theilSen(series.days, series.values);
+        trend.reason = trend.line ? "" : "all readings are of one time";
+    }
+    if (trend.line) {
+        trend.level = series.levelWith(trend.line->slope);
+        trend.line->intercept = trend.level;
+    }
+    return series;
+}
+
 } // namespace
 
 Trend trendOf(const Readings& readings, const Limits& limits, const TrendRule& rule) {
@@ -100,33 +157,23 @@ Trend trendOf(const Readings& readings, const Limits& limits, const TrendRule& r
     while (readings[first].day < trend.to - rule.window) {
         ++first;
     }
-    trend.from = readings[first].day;
-    Series series;
-    for (std::size_t i = first; i < readings.size(); ++i) {
-        series.days.push_back(readings[i].day - trend.to);
-        series.values.push_back(readings[i].value);
-    }
-    trend.readings = series.days.size();
-    if (trend.readings < rule.fewest) {
-        trend.reason = "fewer than " + std::to_string(rule.fewest) + " readings";
-    } else if (trend.to - trend.from < rule.shortest) {
-        trend.reason = "the readings span less than " + std::to_string(std::lround(rule.shortest)) + " days";
-    } else {
-        trend.line = theilSen(series.days, series.values);
+    Series series = fitFrom(trend, readings, first, rule);
+    while (trend.line && isBent(residualsOf(series, trend), rule.bend)) {
+        const std::size_t newer = first + trend.readings / 2;
+        Trend shorter = trend;
+        Series newest = fitFrom(shorter, readings, newer, rule);
+        if (!shorter.line) {
+            break;
+        }
+        first = newer;
+        trend = std::move(shorter);
+        series = std::move(newest);
     }
     if (!trend.line) {
-        if (trend.reason.empty()) {
-            trend.reason = "all readings are of one time";
-        }
         trend.daysReason = "there is no trend";
         return trend;
     }
-    trend.level = series.levelWith(trend.line->slope);
-    trend.line->intercept = trend.level;
-    std::vector<double> residuals;
-    for (std::size_t i = 0; i < series.days.size(); ++i) {
-        residuals.push_back(series.values[i] - trend.level - trend.line->slope * series.days[i]);
-    }
+    const std::vector<double> residuals = residualsOf(series, trend);
     trend.noise = robustDeviation(residuals);
     // In the middle of its days a line is known best: a median of n values has the standard error of their mean times
     // sqrt(pi / 2). Towards the end its slope adds to that.
@@ -139,7 +186,11 @@ Trend trendOf(const Readings& readings, const Limits& limits, const TrendRule& r
             trend.outliers.push_back(first + i);
         }
     }
-    findDays(trend, limits, series, inMiddle);
+    if (isStep(series.values, residuals)) {
+        trend.daysReason = "the value changed at once";
+    } else {
+        findDays(trend, limits, series, inMiddle);
+    }
     return trend;
 }
 

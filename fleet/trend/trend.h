@@ -25,6 +25,9 @@ struct TrendRule {
     std::size_t fewest = 8; ///< with fewer readings there is no trend
     double shortest = 7.0; ///< nor when they span less, days
     std::size_t most = 1000; ///< of more readings only the last ones count
+    /// When the newest readings leave the line by more than so many standard errors of their median, the value has changed
+    /// its course: the line is then made of the newer half of the readings, and so on.
+    double bend = 4.0;
     double ofNoise = 5.0; ///< readings farther off the line than so many standard deviations are marked as outliers
 };
 

@@ -54,6 +54,11 @@ struct Limits {
 /// @param path see KxInspect.h
 KXINSPECT_EXPORT Limits readLimits(const std::string& path);
 
+/// The limits of a measure for the vehicles of a class: its own, or else those for all; null when there are none.
+/// @param vehicleClass empty: only those for all. The pointer is valid as long as `limits` is not changed.
+KXINSPECT_EXPORT const LimitBounds* boundsOf(const Limits& limits, const std::string& measure,
+                                             const std::string& vehicleClass);
+
 /// From good to bad. What was not measured is not ok, and an alarm elsewhere is worse.
 enum class LimitVerdict { Ok, NotMeasured, Warning, Alarm };
 

@@ -18,31 +18,24 @@ public:
     LimitsOfMeasure(const Limits& limits, const std::string& measure) {
         for (const MeasureLimits& all : limits.measures) {
             if (all.measure == measure) {
-                all_.push_back(&all);
+                own_.measures.push_back(all);
             }
         }
     }
 
-    bool isEmpty() const { return all_.empty(); }
+    bool isEmpty() const { return own_.measures.empty(); }
     bool differByClass() const {
-        return std::any_of(all_.begin(), all_.end(), [](const auto* limits) { return !limits->vehicleClass.empty(); });
+        return std::any_of(own_.measures.begin(), own_.measures.end(),
+                           [](const MeasureLimits& limits) { return !limits.vehicleClass.empty(); });
     }
 
     /// Those of a class, or else those for all; null when there are none.
     const LimitBounds* of(const std::string& vehicleClass) const {
-        const LimitBounds* general = nullptr;
-        for (const MeasureLimits* const limits : all_) {
-            if (limits->vehicleClass.empty()) {
-                general = &limits->bounds;
-            } else if (limits->vehicleClass == vehicleClass) {
-                return &limits->bounds;
-            }
-        }
-        return general;
+        return isEmpty() ? nullptr : boundsOf(own_, own_.measures.front().measure, vehicleClass);
     }
 
 private:
-    std::vector<const MeasureLimits*> all_;
+    Limits own_;
 };
 
 /// The class of a vehicle; absent when it is not known.
@@ -92,6 +85,21 @@ std::optional<LimitVerdict> worst(const std::vector<Assessment>& values, Conditi
 }
 
 } // namespace
+
+const LimitBounds* boundsOf(const Limits& limits, const std::string& measure, const std::string& vehicleClass) {
+    const LimitBounds* general = nullptr;
+    for (const MeasureLimits& of : limits.measures) {
+        if (of.measure != measure) {
+            continue;
+        }
+        if (of.vehicleClass.empty()) {
+            general = &of.bounds;
+        } else if (of.vehicleClass == vehicleClass) {
+            return &of.bounds;
+        }
+    }
+    return general;
+}
 
 LimitVerdict verdictOf(double value, const LimitBounds& bounds) {
     const auto isBelow = [&](const std::optional<double>& bound) { return bound && value < *bound; };

@@ -156,6 +156,7 @@ PassResult Fleet::measure(std::size_t index) const {
     result.identity.labels.station = stationName(pass.station);
     result.identity.labels.time = timeText(plan_.firstYear, pass.day);
     result.settings = "settings.ini";
+    result.identity.settings.values = {{"SENSOR1/side", std::string("left")}, {"SENSOR2/side", std::string("right")}};
     result.baseDistance = 1700.0f;
     result.nominal = 1360.0f;
     result.tolerance = 3.0f;

@@ -53,7 +53,7 @@ void addFlat(const FleetPlan& plan, Random& random, WheelLife& life) {
     if (random.chance(plan.suddenFlats)) {
         life.flat = {from, 0.0, random.uniform(0.1, 0.8)};
     } else {
-        life.flat = {from, kMostOffRound / random.uniform(21.0, 90.0), 0.0};
+        life.flat = {from, kMostOffRound / random.uniform(14.0, 90.0), 0.0};
     }
 }
 

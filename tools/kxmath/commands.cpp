@@ -22,6 +22,9 @@ constexpr std::array kCommands = {
     Command{"watch", "measure each pass whose recordings are complete in a folder, once", runWatch},
 #ifdef KXMATH_HAS_STORE
     Command{"store", "keep the results of passes in a database: add, export, check", runStore},
+    Command{"trend", "tell where the values of wheels go, and when they reach a limit, from a store", runTrend},
+    Command{"alarms", "tell which wheels are beyond a limit or soon will be, and which sensors have shifted",
+            runAlarms},
 #endif
     Command{"settings", "make, check or find the settings of a station", runSettings},
     Command{"conicity", "calculate the equivalent conicity of a wheel-set on a track from four profiles", runConicity},

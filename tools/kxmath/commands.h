@@ -20,6 +20,7 @@ std::span<const Command> allCommands();
 /// Runs the command that the arguments of the program name, or prints the usage. @return the exit code
 int runMain(const QStringList& arguments);
 
+int runAlarms(const QStringList& arguments); ///< only with KXMATH_HAS_STORE
 int runCalibrate(const QStringList& arguments);
 int runConicity(const QStringList& arguments);
 int runConvert(const QStringList& arguments);
@@ -30,6 +31,7 @@ int runSettings(const QStringList& arguments);
 int runSimulate(const QStringList& arguments);
 int runStore(const QStringList& arguments); ///< only with KXMATH_HAS_STORE
 int runTrain(const QStringList& arguments);
+int runTrend(const QStringList& arguments); ///< only with KXMATH_HAS_STORE
 int runView(const QStringList& arguments);
 int runWatch(const QStringList& arguments);
 int runWheel(const QStringList& arguments);

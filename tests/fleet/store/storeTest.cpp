@@ -97,6 +97,50 @@ TEST_F(StoreTest, SeriesComeInTheOrderOfTime) {
     EXPECT_THROW(store.series("diameter; DROP TABLE wheel", "", [](const StoredReading&) {}), KxInspect::Error);
 }
 
+TEST_F(StoreTest, SidesAreThoseOfTheVehicle) {
+    Store store(path(), IfMissing::Create);
+    store.add(passOf("a", "2026-03-28T10:00Z", 900.0f));
+    PassResult turned = passOf("b", "2026-03-29T10:00Z", 901.0f);
+    turned.train.order = KxInspect::VehicleOrder::Turned;
+    store.add(turned);
+    std::vector<StoredReading> readings;
+    store.series("diameter", "", [&](const StoredReading& reading) { readings.push_back(reading); });
+    ASSERT_EQ(readings.size(), 2U);
+    EXPECT_EQ(readings[0].wheel.side, "left");
+    EXPECT_EQ(readings[1].wheel.side, "right");
+    EXPECT_EQ(readings[1].trackSide, "left");
+}
+
+TEST_F(StoreTest, OfAPassMeasuredAgainTheLastOneCounts) {
+    Store store(path(), IfMissing::Create);
+    PassResult pass = passOf("a", "2026-03-28T10:00Z", 900.0f);
+    store.add(pass);
+    store.add(passOf("b", "2026-03-28T11:00Z", 901.0f));
+    pass = passOf("a", "2026-03-28T10:00Z", 899.0f);
+    pass.identity.version = "2";
+    store.add(pass);
+    std::vector<double> values;
+    store.series("diameter", "", [&](const StoredReading& reading) { values.push_back(reading.value); });
+    EXPECT_EQ(values, (std::vector<double>{899.0, 901.0}));
+}
+
+TEST_F(StoreTest, OlderStoresAreBroughtForward) {
+    {
+        Store store(path(), IfMissing::Create);
+        store.add(passOf("a", "2026-03-28T10:00Z", 900.0f));
+        store.database().run("ALTER TABLE wheel DROP COLUMN vehicle_class");
+        store.database().run("UPDATE schema_version SET version = 1");
+    }
+    Store store(path(), IfMissing::Refuse);
+    EXPECT_EQ(store.info().schemaVersion, kxfleet::kStoreVersion);
+    PassResult pass = passOf("b", "2026-03-29T10:00Z", 901.0f);
+    pass.train.vehicles[0].vehicleClass = "tram";
+    store.add(pass);
+    std::vector<std::string> classes;
+    store.series("diameter", "", [&](const StoredReading& reading) { classes.push_back(reading.vehicleClass); });
+    EXPECT_EQ(classes, (std::vector<std::string>{"", "tram"}));
+}
+
 TEST_F(StoreTest, MissingIsNullWithItsReason) {
     Store store(path(), IfMissing::Create);
     store.add(passOf("a", "2026-03-29T01:59Z", 900.0f));
@@ -119,7 +163,7 @@ TEST_F(StoreTest, RefusesWhatItCannotKeep) {
 TEST_F(StoreTest, RefusesANewerStoreAndOtherDatabases) {
     {
         Store store(path(), IfMissing::Create);
-        store.database().run("UPDATE schema_version SET version = 2");
+        store.database().run("UPDATE schema_version SET version = 3");
     }
     EXPECT_THROW(Store(path(), IfMissing::Create), KxInspect::Error);
     EXPECT_THROW(Store(path() + "x", IfMissing::Refuse), KxInspect::Error);

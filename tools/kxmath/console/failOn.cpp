@@ -23,6 +23,8 @@ QString nameOf(Verdict verdict) {
         return QStringLiteral("warning");
     case Verdict::Alarm:
         return QStringLiteral("alarm");
+    case Verdict::Shift:
+        return QStringLiteral("shift");
     case Verdict::NotMeasured:
         return QStringLiteral("not-measured");
     case Verdict::NotJudged:

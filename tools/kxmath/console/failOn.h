@@ -17,6 +17,7 @@ enum class Verdict {
     Warning, ///< "warning": a value is beyond its limit for warnings, and not beyond that for alarms
     Alarm, ///< "alarm": a value is beyond its limit for alarms
     NotMeasured, ///< "not-measured": a value that has limits was not measured
+    Shift, ///< "shift": a sensor measures differently than before
     Unconfirmed, ///< "unconfirmed": a result rests on one statement that nothing confirms
 };
 

@@ -33,7 +33,8 @@ constexpr MainOutput kMainOutputs[] = {
     {"simulate", "DIR"},       {"train", "out"},       {"watch", "out"},   {"settings init", "FILE"},
     {"settings fit", "write"}, {"conicity", "json"},   {"wheel", "json"},  {"calibrate", "json"},
     {"grid", "out"},           {"view", "out"},        {"profile", "out"}, {"info", "json"},
-    {"store export", "out"},   {"store info", "json"}, {"convert", "OUT"},
+    {"store export", "out"},   {"store info", "json"}, {"convert", "OUT"}, {"trend", "report"},
+    {"alarms", "report"},
 };
 
 QString mainOutputOf(const char* command) {

@@ -9,6 +9,7 @@
 #include <KxMath/KxMathVersion.h>
 
 #include <QtCore/QDateTime>
+#include <QtCore/QUrl>
 
 #include <cerrno>
 #include <filesystem>
@@ -40,6 +41,9 @@ std::filesystem::file_type typeOf(const QString& name) {
 
 /// A file name without its folder; another text as it is. A text of an option names a file when its folder is there.
 QString withoutFolder(const QString& text, const ReportArguments& arguments) {
+    if (text.contains(QLatin1String("://"))) { // of a database: nothing that lets others in
+        return QUrl(text).toString(QUrl::RemovePassword | QUrl::RemoveQuery);
+    }
     const qsizetype last = text.lastIndexOf(QLatin1Char('/'), -2); // one at the end belongs to the name of a folder
     const bool isPath = last >= 0 && (arguments.files.contains(text) ||
                                       typeOf(text.left(last + 1)) == std::filesystem::file_type::directory);
