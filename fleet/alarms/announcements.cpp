@@ -10,6 +10,9 @@ std::optional<DaysToLimit> dueAfter(const Readings& life, const Limits& limits, 
     if (!trend.daysToLimit || trend.daysToLimit->soonest > rule.early * rule.lead) {
         return {};
     }
+    if (!trend.outliers.empty() && trend.outliers.back() + 1 == life.size()) {
+        return {}; // the newest reading says something else: the wheel may just have been turned
+    }
     const bool moves = trend.daysToLimit->isLow ? trend.line->high < 0.0 : trend.line->low > 0.0;
     const bool isThere = trend.daysToLimit->days <= 0.0;
     return moves || isThere ? trend.daysToLimit : std::nullopt;

@@ -128,7 +128,13 @@ void count(Counts& counts, const Told& told, const FleetWheel& truth, const Kind
     }
     for (const Alarm& announcement : told.announcements) {
         ++counts.announcements;
-        counts.falseAnnouncements += reaches(truth, kind, told.days[announcement.opened], kFalseAnnouncement) ? 0 : 1;
+        const double day = told.days[announcement.opened];
+        if (!reaches(truth, kind, day, kFalseAnnouncement)) {
+            ++counts.falseAnnouncements;
+            std::fprintf(stderr, "\nannounced falsely: %s on day %.1f at %.3f, its life from %.1f to %.1f\n",
+                         kind.measure, day, truthOn(truth, kind.what, day), truth.lifeOn(day).from,
+                         truth.lifeOn(day).until);
+        }
     }
     for (const kxsim::CrossingTruth& crossing : truth.crossings()) {
         if (crossing.what != kind.what || crossing.day < kEarlyEnough || crossing.day >= days) {
