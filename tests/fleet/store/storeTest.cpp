@@ -2,6 +2,7 @@
 #include "fleet/store/store.h"
 #include "fleet/store/passKey.h"
 #include "fleet/store/schema.h"
+#include "fleet/storedPasses.h"
 
 #include <KxInspect/Error.h>
 
@@ -11,49 +12,12 @@
 
 namespace {
 
+using fleet_test::passOf;
 using kxfleet::AddOutcome;
 using kxfleet::IfMissing;
 using kxfleet::Store;
 using kxfleet::StoredReading;
-using KxInspect::PassMeasure;
 using KxInspect::PassResult;
-using KxInspect::TrackSide;
-
-/// One pair of the vehicle V1, whose left wheel has a diameter and whose right one has none.
-PassResult passOf(const std::string& hash, const std::string& time, float diameter) {
-    PassResult pass;
-    pass.identity.version = "1";
-    pass.identity.labels.station = "north";
-    pass.identity.labels.time = time;
-    pass.sides.resize(2);
-    for (std::size_t side = 0; side < 2; ++side) {
-        pass.sides[side].sensor = static_cast<int>(side) + 1;
-        pass.sides[side].sha256 = hash + std::to_string(side);
-    }
-    pass.identity.settings.values = {{"SENSOR1/side", std::string("left")}, {"SENSOR2/side", std::string("right")}};
-    KxInspect::PassVehicle vehicle;
-    vehicle.number = 1;
-    vehicle.layout = {1};
-    vehicle.vehicleNumber = "V1";
-    pass.train.vehicles = {vehicle};
-    KxInspect::WheelPair pair;
-    pair.axle.vehicle = 1;
-    pair.axle.axle = 1;
-    pair.reason = "one side is missing";
-    pass.pairs = {pair};
-    for (const TrackSide side : {TrackSide::Left, TrackSide::Right}) {
-        KxInspect::PassWheelMeasures wheel;
-        wheel.pair = 1;
-        wheel.side = side;
-        for (KxInspect::PassValue& value : wheel.values) {
-            value.reason = "no sensor shows it";
-        }
-        pass.wheels.push_back(wheel);
-    }
-    KxInspect::PassValue& value = pass.wheels[0].values[static_cast<std::size_t>(PassMeasure::Diameter)];
-    value = {diameter, KxInspect::Interval::around(diameter, 0.5f), {}, {}};
-    return pass;
-}
 
 class StoreTest : public testing::Test {
 protected:

@@ -76,6 +76,34 @@ TEST(Trend, OldReadingsAndOutliersDoNotCount) {
     EXPECT_NEAR(trend.noise, 0.01, 0.003);
 }
 
+/// A hundred days without change, then a month with -0.1 mm a day.
+TEST(Trend, FollowsABend) {
+    Readings readings = line(25.0, 0.0, 130, 0.01);
+    for (std::size_t i = 100; i < readings.size(); ++i) {
+        readings[i].value -= 0.1 * static_cast<double>(i - 99);
+    }
+    const Trend trend = trendOf(readings, {21.0, {}});
+    ASSERT_TRUE(trend.line);
+    EXPECT_NEAR(trend.line->slope, -0.1, 0.005);
+    EXPECT_NEAR(trend.level, 22.0, 0.05);
+    EXPECT_NEAR(trend.daysToLimit.value().days, 10.0, 1.0);
+    EXPECT_LE(trend.readings, 34u);
+    // A bend is not followed into too few readings.
+    const Trend whole = trendOf(readings, {21.0, {}}, {.fewest = 70});
+    EXPECT_EQ(whole.readings, 130u);
+}
+
+TEST(Trend, AtOnceIsNoTrend) {
+    Readings readings = line(25.0, 0.0, 12, 0.01);
+    for (std::size_t i = 7; i < readings.size(); ++i) {
+        readings[i].value -= 1.0;
+    }
+    const Trend trend = trendOf(readings, {20.0, {}});
+    EXPECT_TRUE(trend.line);
+    EXPECT_FALSE(trend.daysToLimit);
+    EXPECT_EQ(trend.daysReason, "the value changed at once");
+}
+
 /// Of 400 simulated wheels the interval of the slope, of the level and of the day hold the truth in 95 %: 380, with a
 /// standard deviation of 4.4.
 TEST(Trend, IntervalsHoldTheTruth) {
