@@ -186,7 +186,8 @@ Trend trendOf(const Readings& readings, const Limits& limits, const TrendRule& r
             trend.outliers.push_back(first + i);
         }
     }
-    if (isStep(series.values, residuals)) {
+    trend.changedAtOnce = isStep(series.values, residuals);
+    if (trend.changedAtOnce) {
         trend.daysReason = "the value changed at once";
     } else {
         findDays(trend, limits, series, inMiddle);

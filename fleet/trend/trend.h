@@ -49,6 +49,7 @@ struct Trend {
     double level = 0.0; ///< of the line on the day `to`
     double levelHalfWidth = 0.0; ///< half of the 95 % interval of the level
     double noise = 0.0; ///< standard deviation of the readings about the line, by their median
+    bool changedAtOnce = false; ///< two levels describe the readings better than the line does, see isStep()
     std::vector<std::size_t> outliers = {}; ///< indices into the readings that were given
     std::optional<DaysToLimit> daysToLimit = {};
     std::string daysReason = {}; ///< why it is absent, a clause; empty with it

@@ -1,6 +1,11 @@
 """Inputs of the pages that the tests look at."""
 import math
 import os
+import pathlib
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "fleet"))
+from storeInputs import make_store  # noqa: E402
 
 EVIL = "<script>alert(1)<_script>.csv"
 
@@ -47,6 +52,12 @@ def make_recordings(run, folder):
         file.write("\n".join(lines) + "\n")
 
 
+def make_fleet(run, folder):
+    make_store(run, folder, "fleet.db")
+    with open(os.path.join(folder, "fleet.ini"), "w", encoding="ascii") as file:
+        file.write("[flangeThickness]\nalarmLow = 22\n")
+
+
 def commands_with_report(limits, at=""):
     """The arguments of each command that writes a page, by a name; `at` stands before the names of the inputs."""
     recordings = [at + "pass/train_101.bin", at + "pass/train_102.bin"]
@@ -63,4 +74,6 @@ def commands_with_report(limits, at=""):
         "grid": ["grid", at + "scan.profiles", "--step", "0.5"],
         "profile": ["profile", at + "w1.csv", "--do", "trimX:10,60 shift:0,2", "--line"],
         "settings": ["settings", "fit", *known, "--distance", "1361.2,1358.2,1358.8"],
+        "trend": ["trend", at + "fleet.db", "--limits", at + "fleet.ini"],
+        "alarms": ["alarms", at + "fleet.db", "--limits", at + "fleet.ini"],
     }

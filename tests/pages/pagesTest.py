@@ -12,7 +12,7 @@ import unittest
 
 sys.dont_write_bytecode = True
 from browser import Browser, program  # noqa: E402
-from pageInputs import EVIL, commands_with_report, make_inputs, make_recordings, make_scan  # noqa: E402
+from pageInputs import EVIL, commands_with_report, make_fleet, make_inputs, make_recordings, make_scan  # noqa: E402
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 PAPER = 687 # pixels of 96 dpi across A4 without the margins of 14 mm on both sides
@@ -107,6 +107,7 @@ def pages_of(run, folder):
     make_inputs(folder)
     make_scan(run, folder)
     make_recordings(run, folder)
+    make_fleet(run, folder)
     commands = commands_with_report(os.path.join(ROOT, "examples", "limits.ini"))
     commands["no-map"] = ["grid", "w1.csv", "--step", "1"]
     commands["no-wheel"] = [argument.replace("w1.csv", "rail.csv") for argument in commands["conicity"]]

@@ -11,7 +11,7 @@ import tempfile
 import unittest
 
 sys.dont_write_bytecode = True
-from pageInputs import commands_with_report, make_inputs, make_recordings, make_scan  # noqa: E402
+from pageInputs import commands_with_report, make_fleet, make_inputs, make_recordings, make_scan  # noqa: E402
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 FOLDER = "SecretFolder" # a part of the path of all inputs that no page may show
@@ -42,6 +42,7 @@ class Reports(unittest.TestCase):
         make_inputs(cls.inputs)
         make_scan(run, cls.inputs)
         make_recordings(run, cls.inputs)
+        make_fleet(run, cls.inputs)
         cls.commands = commands_with_report(os.path.join(ROOT, "examples", "limits.ini"), cls.inputs)
 
     @classmethod
@@ -161,6 +162,21 @@ class Reports(unittest.TestCase):
             with self.subTest(command=name):
                 done = self.run_kxmath(*command, "--note", "x", code=2)
                 self.assertIn("--note is for the page of --report, which is not given", done.stderr)
+
+    def test_fleet(self):
+        """The urgent wheels come first, and no wheel beyond its limit is called good."""
+        page = words(self.report(*self.commands["trend"]))
+        self.assertIn("of 48 values 1 are beyond a limit, 1 may reach one within 30 days, 0 are not known", page)
+        self.assertRegex(page, r"alarm: axle 2 right, flangeThickness 28\.\d\d mm; beyond the limit")
+        self.assertRegex(page, r"warning: axle 1 left, flangeThickness 22\.\d\d mm; days to the limit: 10")
+        self.assertIn("Vehicle V02", page)
+        self.assertLess(page.index("Vehicle V02"), page.index("Vehicle V01"))
+        self.assertIn("have measured flangeThickness differently by 0.31", page)
+        few = words(self.report(*self.commands["trend"], "--pictures", "1"))
+        self.assertNotIn("Vehicle V01", few)
+        self.assertIn("11 further vehicles", few)
+        alarms = words(self.report(*self.commands["alarms"]))
+        self.assertRegex(alarms, r"V02 +axle 2 right +flangeThickness")
 
     def test_results_are_shown(self):
         """kxmath view makes the report of the JSON of each command."""

@@ -100,6 +100,7 @@ TEST(Trend, AtOnceIsNoTrend) {
     }
     const Trend trend = trendOf(readings, {20.0, {}});
     EXPECT_TRUE(trend.line);
+    EXPECT_TRUE(trend.changedAtOnce);
     EXPECT_FALSE(trend.daysToLimit);
     EXPECT_EQ(trend.daysReason, "the value changed at once");
 }

@@ -76,7 +76,7 @@ void appendAll(QJsonArray& all, const QJsonArray& more) {
 } // namespace
 
 QString summaryOf(const FleetFindings& findings) {
-    return QStringLiteral("%1 open alarms, %2 limits announced, %3 shifts of sensors; %4 values of wheels were judged")
+    return QStringLiteral("open alarms: %1; limits announced: %2; shifts of sensors: %3; values of wheels judged: %4")
         .arg(findings.openAlarms())
         .arg(findings.announcements())
         .arg(findings.shifts.size())

@@ -11,7 +11,7 @@
 
 namespace kxtool {
 
-/// "3 open alarms, 2 limits announced, 1 shift of sensors; 64 values of wheels were judged"
+/// How many there are of what, on one line.
 QString summaryOf(const FleetFindings& findings);
 
 /// @{ Tables with their heads: vehicle, wheel, measure and what was found.

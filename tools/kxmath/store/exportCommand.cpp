@@ -49,10 +49,10 @@ QString table(kxfleet::Database& database) {
         forms.push_back(form);
     };
     for (const char* const name :
-         {"key", "station", "line", "track", "direction", "time", "time_ms", "speed", "version"}) {
+         {"key", "station", "line", "track", "direction", "time", "time_ms", "speed", "vehicle_order", "version"}) {
         add(std::string("p.") + name, name);
     }
-    for (const char* const name : {"number", "vehicle", "axle", "side"}) {
+    for (const char* const name : {"number", "vehicle", "vehicle_class", "axle", "side"}) {
         add(std::string("w.") + name, name);
     }
     add("w.verdict", "verdict", Form::Verdict);

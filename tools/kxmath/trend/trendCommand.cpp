@@ -25,14 +25,15 @@ the flange or of the diameter begins a new life. Shifts of the sensors of a stat
 off.
 
 JSON fields: command; wheels: vehicle, axle, side, measure, unit, class, lives, readings, from, to, trend (level,
-levelLow, levelHigh, slopePerDay, slopeLow, slopeHigh, noise), reason, outliers (time, value), daysToLimit (days,
-soonest, latest, limit, isLow), daysReason; shifts: measure, station, side, named, began, size. A missing value is null
+levelLow, levelHigh, slopePerDay, slopeLow, slopeHigh, noise), reason, outliers (time, value), isBeyond (2 of the last 3
+readings were beyond the limit), daysToLimit (days, soonest, latest, limit, isLow), daysReason; shifts: measure, station, side, named, began, size. A missing value is null
 and has its reason.
 
 Exit codes: 0 done; 1 no wheel has a trend; 2 wrong use; 3 the store or the limits are missing, unreadable, damaged or
 unsuitable; 4 an output cannot be written; 5 a verdict of --fail-on was given; 6 not enough memory.)";
 
-const std::vector<PossibleVerdict> kVerdicts = {{Verdict::Warning, "a value may reach a limit within the lead"},
+const std::vector<PossibleVerdict> kVerdicts = {{Verdict::Alarm, "a value is beyond a limit"},
+                                                {Verdict::Warning, "a value may reach a limit within the lead"},
                                                 {Verdict::NotJudged, "a value has no trend"}};
 
 int run(const Options& options) {
@@ -66,9 +67,10 @@ int run(const Options& options) {
         return NoResult;
     }
     const std::size_t due = count(
-        [&](const WheelTrend& wheel) { return wheel.trend.daysToLimit && wheel.trend.daysToLimit->soonest <= lead; });
+        [&](const WheelTrend& wheel) { return !wheel.isBeyond && wheel.trend.daysToLimit && wheel.trend.daysToLimit->soonest <= lead; });
     return failOn.exitCode(kName, Done,
-                           {{Verdict::Warning, due}, {Verdict::NotJudged, trends.wheels.size() - withTrend}});
+                           {{Verdict::Alarm, count([](const WheelTrend& wheel) { return wheel.isBeyond; })},
+                            {Verdict::Warning, due}, {Verdict::NotJudged, trends.wheels.size() - withTrend}});
 }
 
 } // namespace

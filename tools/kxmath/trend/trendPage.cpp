@@ -22,26 +22,39 @@ QString measureText(const WheelTrend& wheel) {
 
 Mark markOf(const WheelTrend& wheel, double lead) {
     const kxfleet::Trend& trend = wheel.trend;
+    if (wheel.isBeyond) {
+        return Mark::Alarm;
+    }
     if (!trend.line) {
         return Mark::NotMeasured;
     }
     if (!wheel.limits.low && !wheel.limits.high) {
         return Mark::None;
     }
-    if (!trend.daysToLimit || trend.daysToLimit->soonest > lead) {
-        return Mark::Ok;
+    if (trend.daysToLimit) {
+        return trend.daysToLimit->soonest <= lead ? Mark::Warning : Mark::Ok;
     }
-    return trend.daysToLimit->days <= 0.0 ? Mark::Alarm : Mark::Warning;
+    return trend.changedAtOnce ? Mark::NotMeasured : Mark::Ok;
+}
+
+/// When the limit is reached, or why that is not known.
+QString remarkOf(const WheelTrend& wheel) {
+    const kxfleet::Trend& trend = wheel.trend;
+    if (wheel.isBeyond) {
+        return QStringLiteral("beyond the limit");
+    }
+    return trend.daysToLimit ? QStringLiteral("days to the limit: ") + daysText(*trend.daysToLimit)
+                             : QString::fromStdString(trend.line ? trend.daysReason : trend.reason);
 }
 
 QString wordsOf(const WheelTrend& wheel) {
     const kxfleet::Trend& trend = wheel.trend;
+    const QString measure = QString::fromStdString(wheel.measure.name);
     if (!trend.line) {
-        return measureText(wheel) + QStringLiteral(": no trend, ") + QString::fromStdString(trend.reason);
+        return measure + QStringLiteral(": no trend, ") + QString::fromStdString(trend.reason);
     }
-    const QString level = QStringLiteral("%1 %2").arg(measureText(wheel), numberText(trend.level, 2));
-    return level + (trend.daysToLimit ? QStringLiteral("; days to the limit: ") + daysText(*trend.daysToLimit)
-                                      : QStringLiteral("; ") + QString::fromStdString(trend.daysReason));
+    return QStringLiteral("%1 %2 %3; %4")
+        .arg(measure, numberText(trend.level, 2), QString::fromStdString(wheel.measure.unit), remarkOf(wheel));
 }
 
 /// @param last day from which the page counts
@@ -81,7 +94,7 @@ QStringList rowOf(const WheelTrend& wheel, double lead) {
             placeOnVehicle(wheel.wheel.wheel),
             measureText(wheel),
             textOf(markOf(wheel, lead)),
-            QString::fromStdString(trend.line ? trend.daysReason : trend.reason),
+            trend.daysToLimit && !wheel.isBeyond ? QString() : remarkOf(wheel),
             dateText(trend.to),
             QString::number(trend.readings),
             ifLine(numberText(trend.level, 2)),
@@ -112,12 +125,14 @@ kxreport::TrendPage trendPage(const FleetTrends& trends, double lead, int most) 
                                        "level", "per year", "95 % interval", "days to limit"});
     page.textColumns = 6;
     std::vector<std::string> vehicles; // in the order of their first wheel, the most urgent one
+    std::size_t beyond = 0;
     std::size_t due = 0;
-    std::size_t withoutTrend = 0;
+    std::size_t unknown = 0;
     for (const WheelTrend& wheel : trends.wheels) {
         const Mark mark = markOf(wheel, lead);
-        due += mark == Mark::Alarm || mark == Mark::Warning ? 1 : 0;
-        withoutTrend += mark == Mark::NotMeasured ? 1 : 0;
+        beyond += mark == Mark::Alarm ? 1 : 0;
+        due += mark == Mark::Warning ? 1 : 0;
+        unknown += mark == Mark::NotMeasured ? 1 : 0;
         page.mark = mark == Mark::Alarm || (mark == Mark::Warning && page.mark != Mark::Alarm) ? mark : page.mark;
         page.rows.push_back(rowOf(wheel, lead));
         if (std::find(vehicles.begin(), vehicles.end(), wheel.wheel.wheel.vehicle) == vehicles.end()) {
@@ -126,17 +141,19 @@ kxreport::TrendPage trendPage(const FleetTrends& trends, double lead, int most) 
     }
     const bool hasLimits = std::any_of(trends.wheels.begin(), trends.wheels.end(),
                                        [](const WheelTrend& w) { return w.limits.low || w.limits.high; });
-    if (page.mark == Mark::None && hasLimits && withoutTrend < trends.wheels.size()) {
-        page.mark = Mark::Ok;
+    if (page.mark == Mark::None && hasLimits) {
+        page.mark = unknown < trends.wheels.size() ? Mark::Ok : Mark::NotMeasured;
     }
-    page.verdict = hasLimits ? QStringLiteral("%1 of %2 values may reach a limit within %3 days; %4 have no trend")
-                                   .arg(due)
+    page.verdict = hasLimits ? QStringLiteral("of %1 values %2 are beyond a limit, %3 may reach one within %4 days, %5 are "
+                                              "not known")
                                    .arg(trends.wheels.size())
+                                   .arg(beyond)
+                                   .arg(due)
                                    .arg(lead)
-                                   .arg(withoutTrend)
+                                   .arg(unknown)
                              : QStringLiteral("%1 values, %2 without a trend; no limits were given")
                                    .arg(trends.wheels.size())
-                                   .arg(withoutTrend);
+                                   .arg(unknown);
     for (const PlaceShift& shift : trends.shifts) {
         page.warnings.append(shiftText(shift));
     }

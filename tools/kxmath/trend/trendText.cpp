@@ -55,6 +55,7 @@ QJsonObject wheelJson(const WheelTrend& wheel) {
     json.insert(QStringLiteral("trend"), wheel.trend.line ? QJsonValue(lineJson(wheel.trend)) : QJsonValue());
     json.insert(QStringLiteral("reason"), textJson(wheel.trend.reason));
     json.insert(QStringLiteral("outliers"), outliers);
+    json.insert(QStringLiteral("isBeyond"), wheel.isBeyond);
     json.insert(QStringLiteral("daysToLimit"),
                 wheel.trend.daysToLimit ? QJsonValue(toJson(*wheel.trend.daysToLimit, wheel.limits)) : QJsonValue());
     json.insert(QStringLiteral("daysReason"), textJson(wheel.trend.daysReason));
@@ -66,6 +67,10 @@ QJsonObject wheelJson(const WheelTrend& wheel) {
 QString daysText(const kxfleet::DaysToLimit& days) {
     if (days.days <= 0.0) {
         return QStringLiteral("reached");
+    }
+    constexpr double kFar = 3652.5; // ten years; readings of months tell no more
+    if (days.soonest > kFar) {
+        return QStringLiteral("more than 10 years");
     }
     const QString latest =
         days.latest ? QStringLiteral("to ") + numberText(std::ceil(*days.latest), 0) : QStringLiteral("or more");
@@ -98,7 +103,9 @@ QString trendTable(const FleetTrends& trends) {
                         QString::fromStdString(wheel.measure.name),
                         trend.line ? numberText(trend.level, 2) : QStringLiteral("-"),
                         trend.line ? slopeText(trend) : QString::fromStdString(trend.reason),
-                        trend.daysToLimit ? daysText(*trend.daysToLimit) : QStringLiteral("-")});
+                        wheel.isBeyond      ? QStringLiteral("beyond")
+                        : trend.daysToLimit ? daysText(*trend.daysToLimit)
+                                            : QStringLiteral("-")});
     }
     QString text = textTable(rows);
     for (const PlaceShift& shift : trends.shifts) {

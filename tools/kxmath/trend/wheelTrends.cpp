@@ -1,6 +1,7 @@
 // The trends that kxmath trend tells.
 #include "tools/kxmath/trend/wheelTrends.h"
 
+#include "fleet/alarms/alarms.h"
 #include "fleet/trend/lives.h"
 
 #include <algorithm>
@@ -22,6 +23,12 @@ WheelTrend trendOfWheel(const kxfleet::History& history, std::size_t i, const Kx
     const kxfleet::Readings life = kxfleet::lastLife(result.readings, starts);
     result.lifeBegins = result.readings.size() - life.size();
     result.lives = 1 + starts.size();
+    std::vector<bool> isBad;
+    for (const kxfleet::Reading& reading : life) {
+        isBad.push_back(!result.limits.holds(reading.value));
+    }
+    const std::vector<kxfleet::Alarm> alarms = kxfleet::alarmsOf(isBad);
+    result.isBeyond = !alarms.empty() && !alarms.back().closed;
     result.trend = kxfleet::trendOf(life, result.limits);
     for (std::size_t& outlier : result.trend.outliers) {
         outlier += result.lifeBegins;
@@ -30,6 +37,9 @@ WheelTrend trendOfWheel(const kxfleet::History& history, std::size_t i, const Kx
 }
 
 double urgency(const WheelTrend& trend) {
+    if (trend.isBeyond) {
+        return 0.0;
+    }
     return trend.trend.daysToLimit ? trend.trend.daysToLimit->days : std::numeric_limits<double>::infinity();
 }
 

@@ -18,6 +18,7 @@ struct WheelTrend {
     std::size_t lifeBegins = 0; ///< index of the first reading of the last life
     std::size_t lives = 1;
     kxfleet::Limits limits;
+    bool isBeyond = false; ///< an alarm is open: see kxfleet::AlarmRule
     kxfleet::Trend trend; ///< of the last life; its outliers are indices into `readings`
 };
 
