@@ -13,7 +13,9 @@ std::optional<DaysToLimit> dueAfter(const Readings& life, const Limits& limits, 
     if (!trend.outliers.empty() && trend.outliers.back() + 1 == life.size()) {
         return {}; // the newest reading says something else: the wheel may just have been turned
     }
-    const bool moves = trend.daysToLimit->isLow ? trend.line->high < 0.0 : trend.line->low > 0.0;
+    const TheilSenLine& line = *trend.line;
+    const bool moves = trend.daysToLimit->isLow ? line.slope + rule.certain * (line.high - line.slope) < 0.0
+                                                : line.slope - rule.certain * (line.slope - line.low) > 0.0;
     const bool isThere = trend.daysToLimit->days <= 0.0;
     return moves || isThere ? trend.daysToLimit : std::nullopt;
 }

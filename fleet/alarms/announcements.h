@@ -13,7 +13,10 @@ struct AnnounceRule {
     double lead = 14.0; ///< days before
     /// Told from so many times the lead on: several readings must agree before a limit is announced, and values do not
     /// always keep their pace.
-    double early = 1.5;
+    double early = 2.0;
+    /// A slope moves towards a limit when it is so many times the half of its 95 % interval from none: trends are asked after
+    /// each reading, and 1.68 times is an interval of 99.9 %.
+    double certain = 1.68;
     /// Of few readings, so that a value that begins to move is seen soon; of no more than the last ones, because nothing
     /// further ahead than `lead` is asked.
     TrendRule trend = {.window = 90.0, .fewest = 5, .shortest = 3.0, .most = 40};

@@ -143,6 +143,7 @@ void count(Counts& counts, const Told& told, const FleetWheel& truth, const Kind
         if (crossing.growing >= kLead) {
             ++counts.slow;
             const double from = truth.lifeOn(crossing.day).from;
+            const int before = counts.announced;
             for (const Alarm& a : told.announcements) {
                 const double opened = told.days[a.opened];
                 const bool isClosed = a.closed && told.days[*a.closed] < crossing.day - kLead;
@@ -151,6 +152,10 @@ void count(Counts& counts, const Told& told, const FleetWheel& truth, const Kind
                     counts.leads.push_back(crossing.day - opened);
                     break;
                 }
+            }
+            if (counts.announced == before) {
+                std::fprintf(stderr, "\nnot announced: %s, life from day %.1f, beyond on day %.1f after growing for %.1f days\n",
+                             kind.measure, from, crossing.day, crossing.growing);
             }
         } else if (crossing.growing <= 0.0) {
             const auto after = std::lower_bound(told.days.begin(), told.days.end(), crossing.day) - told.days.begin();

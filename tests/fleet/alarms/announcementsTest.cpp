@@ -29,7 +29,7 @@ TEST(Announcements, ComeBeforeTheLimit) {
         bool isDue;
     };
     const Case cases[] = {{"far away", 26.0, -0.02, false},
-                          {"a month to go", 24.6, -0.02, false},
+                          {"fifty days to go", 25.0, -0.02, false},
                           {"ten days to go", 24.2, -0.02, true},
                           {"ten days to the upper limit", 32.8, 0.02, true},
                           {"reached", 23.9, -0.02, true},
@@ -60,7 +60,7 @@ TEST(Announcements, SingleReadingsSayNothing) {
 }
 
 TEST(Announcements, KeepTheirLead) {
-    const Readings life = wear(24.6, -0.02); // 30 days to go
+    const Readings life = wear(25.0, -0.02); // 50 days to go
     AnnounceRule rule;
     EXPECT_FALSE(announcedAfter(life, kThickness, rule));
     rule.lead = 30.0;

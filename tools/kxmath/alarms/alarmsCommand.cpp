@@ -23,7 +23,7 @@ before (docs/fleet.md).
 
 An alarm opens when 2 of the last 3 readings are beyond an alarm limit, and closes after 3 good ones; with --limits by
 those, else by the verdicts that the passes were given. With --limits, a limit that the trend of a wheel may reach
-within the lead is announced. A shift of all wheels at one side of a station is the sensor's, and taken off.
+within twice the lead is announced. A shift of all wheels at one side of a station is the sensor's, and taken off.
 
 JSON fields: command, lastReading, judged; alarms: vehicle, axle, side, measure, opened, closed, readings (time, value,
 station, side); announced: vehicle, axle, side, measure, days, soonest, latest, isLow; shifts: measure, station, side,
@@ -74,7 +74,6 @@ int run(const Options& options) {
     const std::vector<KxInspect::MeasureInfo> measures = measureOptions(options);
     FindingRules rules;
     rules.alarm = alarmRule(options);
-    rules.announce.again = rules.alarm;
     rules.announce.lead = static_cast<double>(options.number("lead", {0.0, 365.0}));
     rules.recent = static_cast<double>(options.number("recent", {0.0, 36500.0}));
     checkOutputs({&json, &report}, {name});
@@ -111,7 +110,7 @@ int runAlarms(const QStringList& arguments) {
                           QStringLiteral("2,3"));
         options.addOption("close", QStringLiteral("It closes after so many good readings in a row."), "COUNT",
                           QStringLiteral("3"));
-        options.addOption("lead", QStringLiteral("Limits are announced so many days before."), "DAYS",
+        options.addOption("lead", QStringLiteral("Limits are announced at least so many days before: when they may be reached within twice as many."), "DAYS",
                           QStringLiteral("14"));
         options.addOption("recent",
                           QStringLiteral("Shifts of sensors are told that were named within so many days before the "
