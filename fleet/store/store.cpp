@@ -10,6 +10,7 @@
 #include <cctype>
 #include <cmath>
 #include <map>
+#include <tuple>
 #include <utility>
 
 namespace kxfleet {
@@ -226,12 +227,13 @@ void Store::series(const std::string& measure, const std::string& vehicle,
     const std::string sql =
         "SELECT w.vehicle, w.axle, w.side, w.vehicle_class, p.vehicle_order, p.station, p.time_ms, " + column + ", " +
         column + "_low, " + column + "_high, " + column +
-        "_verdict FROM wheel w JOIN pass p ON p.id = w.pass WHERE w.vehicle " +
+        "_verdict FROM pass p JOIN wheel w ON w.pass = p.id WHERE w.vehicle " +
         (vehicle.empty() ? "IS NOT NULL" : "= $1") + " AND w.axle IS NOT NULL AND " + column +
-        " IS NOT NULL AND p.time_ms IS NOT NULL ORDER BY w.vehicle, w.axle, p.time_ms, p.id";
-    std::map<std::string, StoredReading> held; // the last one of each side of the track
+        " IS NOT NULL AND p.time_ms IS NOT NULL ORDER BY p.time_ms, p.id";
+    using Place = std::tuple<std::string, std::string, std::int64_t, std::string>;
+    std::map<Place, StoredReading> held; // those of one time, of each the last one, by station, vehicle, axle, side
     const auto release = [&] {
-        for (const auto& [side, reading] : held) {
+        for (const auto& [place, reading] : held) {
             onReading(reading);
         }
         held.clear();
@@ -249,15 +251,10 @@ void Store::series(const std::string& measure, const std::string& vehicle,
         if (const auto* const verdict = std::get_if<std::int64_t>(&row[10])) {
             reading.verdict = static_cast<KxInspect::LimitVerdict>(*verdict);
         }
-        const auto isOfSamePass = [&](const auto& other) {
-            const StoredReading& r = other.second;
-            return r.wheel.vehicle == reading.wheel.vehicle && r.wheel.axle == reading.wheel.axle &&
-                   r.milliseconds == reading.milliseconds && r.station == reading.station;
-        };
-        if (!held.empty() && !isOfSamePass(*held.begin())) {
+        if (!held.empty() && held.begin()->second.milliseconds != reading.milliseconds) {
             release();
         }
-        held[reading.trackSide] = reading;
+        held[{reading.station, reading.wheel.vehicle, reading.wheel.axle, reading.trackSide}] = reading;
     });
     release();
 }

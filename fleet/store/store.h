@@ -71,9 +71,9 @@ public:
     /// Unsuitable for a pass without hashes of its recordings and for a time that is none.
     AddedPass add(const KxInspect::PassResult& pass);
 
-    /// Calls `onReading` for every value of a measure of wheels, by vehicle and axle and then in the order of time. Left out
-    /// are passes without a time, wheels without a vehicle's number or axle, and values that were not measured. Of a pass
-    /// that was measured more than once, that is of one time and station, the one that was added last counts.
+    /// Calls `onReading` for every value of a measure of wheels in the order of time. Left out are passes without a time,
+    /// wheels without a vehicle's number or axle, and values that were not measured. Of a pass that was measured more than
+    /// once, that is of one time and station, the one that was added last counts.
     /// @param measure "diameter"; Throws an Error BadArgument for one that is not stored
     /// @param vehicle only this one; empty: all
     void series(const std::string& measure, const std::string& vehicle,
