@@ -6,13 +6,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
 
 namespace kxfleet {
 
 namespace {
 
-constexpr std::size_t kLevelDays = 60; // the level before a shift is the median of so many days at most
+constexpr std::size_t kDaysOfSize = 2; // behind the one on which it began; later ones are expected with it
 
 /// The standard deviation of a day, by the differences of neighbouring ones.
 double noiseOfDays(const std::vector<StationDay>& days) {
@@ -31,14 +30,14 @@ double medianOfDays(const std::vector<StationDay>& days, std::size_t first, std:
     return medianOf(std::move(values));
 }
 
-/// The first of the days up to `last` that are off `level` together: of all choices from `first` on the one that leaves
-/// the smallest sum of squares when the days since then have a mean of their own.
-std::size_t likeliestStart(const std::vector<StationDay>& days, std::size_t first, std::size_t last, double level) {
+/// The first of the days from `first` to `last` that are off together: of all choices the one that leaves the smallest sum
+/// of squares when the days since then have a mean of their own.
+std::size_t likeliestStart(const std::vector<StationDay>& days, std::size_t first, std::size_t last) {
     double sum = 0.0;
     double most = 0.0;
     std::size_t found = last;
     for (std::size_t i = last + 1; i-- > first;) {
-        sum += days[i].residual - level;
+        sum += days[i].residual;
         const double gain = sum * sum / static_cast<double>(last + 1 - i);
         if (gain > most) {
             most = gain;
@@ -50,42 +49,44 @@ std::size_t likeliestStart(const std::vector<StationDay>& days, std::size_t firs
 
 } // namespace
 
-std::vector<StationShift> shiftsOf(const std::vector<StationDay>& allDays, const ChartRule& rule) {
+std::optional<StationShift> firstShift(const std::vector<StationDay>& allDays, double after, const ChartRule& rule) {
     std::vector<StationDay> days;
     for (const StationDay& day : allDays) {
         if (day.wheels >= rule.fewestWheels) {
             days.push_back(day);
         }
     }
-    std::vector<StationShift> shifts;
     const auto fewest = static_cast<std::size_t>(std::max(rule.fewestDays, 2));
     if (days.size() < fewest) {
-        return shifts;
+        return {};
     }
-    const double noise = noiseOfDays(days);
-    std::size_t start = 0; // of the present level
-    double mean = 0.0; // of what the days are off the level
-    for (std::size_t i = fewest; i < days.size(); ++i) {
-        const std::size_t first = std::max(start, i - std::min(i, kLevelDays));
-        const double level = medianOfDays(days, first, i);
-        mean += rule.weight * (days[i].residual - level - mean);
-        // The variance of an EWMA tends to weight / (2 - weight) of that of a day, that of a median of n to pi / 2 n.
-        const double limit =
-            rule.ofNoise * noise *
-            std::sqrt(rule.weight / (2.0 - rule.weight) + std::numbers::pi / 2.0 / static_cast<double>(i - first));
-        if (std::abs(mean) <= limit) {
+    // The variance of an EWMA tends to weight / (2 - weight) of that of a day.
+    const double limit = rule.ofNoise * noiseOfDays(days) * std::sqrt(rule.weight / (2.0 - rule.weight));
+    const auto isOff = [&](std::size_t i, double size) {
+        return std::copysign(1.0, size) * days[i].residual > rule.smallest / 2.0;
+    };
+    const auto begin = std::upper_bound(days.begin(), days.end(), after,
+                                        [](double day, const StationDay& other) { return day < other.day; });
+    const auto first = static_cast<std::size_t>(begin - days.begin());
+    double mean = 0.0;
+    for (std::size_t i = first; i < days.size(); ++i) {
+        mean += rule.weight * (days[i].residual - mean);
+        if (i + 1 < fewest || std::abs(mean) <= limit) {
             continue;
         }
-        const std::size_t began = likeliestStart(days, first + 1, i, level);
-        const double size = medianOfDays(days, began, i + 1) - level;
-        if (std::abs(size) < rule.smallest) {
-            continue;
+        const std::size_t began = likeliestStart(days, std::max(first, i - std::min(i, fewest)), i);
+        // The first day is one of the shift in part.
+        const std::size_t whole = std::min(began + 1, days.size() - 1);
+        const double size = medianOfDays(days, whole, std::min(days.size(), whole + kDaysOfSize));
+        int off = 0;
+        for (std::size_t day = began; day <= i; ++day) {
+            off += isOff(day, size) ? 1 : 0;
         }
-        shifts.push_back({days[i].day, days[began].day, size});
-        start = began;
-        mean = 0.0;
+        if (std::abs(size) >= rule.smallest && off >= rule.days) {
+            return StationShift{days[i].day, days[began].day, size};
+        }
     }
-    return shifts;
+    return {};
 }
 
 } // namespace kxfleet

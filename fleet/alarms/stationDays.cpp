@@ -2,11 +2,11 @@
 #include "fleet/alarms/stationDays.h"
 
 #include "fleet/trend/quantiles.h"
-#include "fleet/trend/step.h"
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <limits>
 #include <map>
 #include <optional>
 
@@ -22,33 +22,84 @@ double withoutShifts(const Reading& reading, const std::vector<StationShift>& kn
     return value;
 }
 
-/// The value on `day` of a line by medians: its slope is the median of those between the first and the second half of the
-/// readings (H. Theil, A rank-invariant method of linear and polynomial regression analysis, 1950). None where the readings
-/// changed at once and no line holds.
-std::optional<double> expected(const std::deque<Reading>& before, double day) {
-    const std::size_t half = before.size() / 2;
-    const std::size_t second = before.size() - half;
+/// The median of the slopes between the first and the second half of the readings (H. Theil, A rank-invariant method of
+/// linear and polynomial regression analysis, 1950), each between two of the same station; per day.
+double slopeOf(const std::deque<Reading>& readings) {
+    const auto middle = readings.begin() + std::ssize(readings) / 2;
+    std::map<int, std::deque<Reading>::const_iterator> next; // of each station in the second half
     std::vector<double> slopes;
-    for (std::size_t i = 0; i < half; ++i) {
-        const double days = before[second + i].day - before[i].day;
-        if (days > 0.0) {
-            slopes.push_back((before[second + i].value - before[i].value) / days);
+    for (auto first = readings.begin(); first != middle; ++first) {
+        auto& second = next.try_emplace(first->station, middle).first->second;
+        second = std::find_if(second, readings.end(), [&](const Reading& r) { return r.station == first->station; });
+        if (second == readings.end()) {
+            continue;
+        }
+        if (second->day > first->day) {
+            slopes.push_back((second->value - first->value) / (second->day - first->day));
+        }
+        ++second;
+    }
+    return slopes.empty() ? 0.0 : medianOf(std::move(slopes));
+}
+
+/// The last readings of a wheel before one that is expected.
+class Before {
+public:
+    Before(int station, const ExpectationRule& rule) : station_(station), rule_(rule) {}
+
+    void beginLife() {
+        ofAll_.clear();
+        ofStation_.clear();
+        lastDay_.clear();
+    }
+    void add(const Reading& reading) {
+        const double day = std::floor(reading.day);
+        if (const auto [last, isFirst] = lastDay_.try_emplace(reading.station, day); !isFirst) {
+            if (last->second == day) {
+                return;
+            }
+            last->second = day;
+        }
+        add(ofAll_, reading, rule_.most);
+        if (reading.station == station_) {
+            add(ofStation_, reading, rule_.ofStation);
         }
     }
-    const double slope = slopes.empty() ? 0.0 : medianOf(std::move(slopes));
-    std::vector<double> values;
-    values.reserve(before.size());
-    for (const Reading& reading : before) {
-        values.push_back(reading.value + slope * (day - reading.day));
+    /// What the station will measure on a day.
+    std::optional<double> expected(double day) {
+        drop(ofAll_, day);
+        drop(ofStation_, day);
+        if (ofAll_.size() < rule_.fewest || ofStation_.size() < 2 ||
+            ofAll_.back().day - ofAll_.front().day < rule_.shortest) {
+            return std::nullopt;
+        }
+        const double slope = slopeOf(ofAll_);
+        std::vector<double> values;
+        for (const Reading& reading : ofStation_) {
+            values.push_back(reading.value + slope * (day - reading.day));
+        }
+        return medianOf(std::move(values));
     }
-    const double level = medianOf(values);
-    std::vector<double> measured;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        measured.push_back(before[i].value);
-        values[i] -= level;
+
+private:
+    static void add(std::deque<Reading>& readings, const Reading& reading, std::size_t most) {
+        readings.push_back(reading);
+        if (readings.size() > most) {
+            readings.pop_front();
+        }
     }
-    return isStep(measured, values) ? std::nullopt : std::optional(level);
-}
+    void drop(std::deque<Reading>& readings, double day) const {
+        while (!readings.empty() && readings.front().day < day - rule_.oldest) {
+            readings.pop_front();
+        }
+    }
+
+    int station_;
+    ExpectationRule rule_;
+    std::deque<Reading> ofAll_;
+    std::deque<Reading> ofStation_;
+    std::map<int, double> lastDay_; ///< by station
+};
 
 } // namespace
 
@@ -56,28 +107,19 @@ std::vector<StationDay> stationDays(const std::vector<WheelSeries>& wheels, int 
                                     const std::vector<StationShift>& known, const ExpectationRule& rule) {
     std::map<double, std::vector<double>> residuals; // by day
     for (const WheelSeries& wheel : wheels) {
-        std::deque<Reading> before;
+        Before before(station, rule);
         auto life = wheel.lifeStarts.begin();
-        for (const Reading& reading : wheel.readings) {
-            if (reading.station != station) {
-                continue;
-            }
+        for (Reading reading : wheel.readings) {
             for (; life != wheel.lifeStarts.end() && *life <= reading.day; ++life) {
-                before.clear();
+                before.beginLife();
             }
-            while (!before.empty() && before.front().day < reading.day - rule.oldest) {
-                before.pop_front();
+            if (reading.station == station) {
+                reading.value = withoutShifts(reading, known);
+                if (const std::optional<double> expected = before.expected(reading.day)) {
+                    residuals[std::floor(reading.day)].push_back(reading.value - *expected);
+                }
             }
-            const double value = withoutShifts(reading, known);
-            const std::optional<double> level =
-                before.size() >= rule.fewest ? expected(before, reading.day) : std::nullopt;
-            if (level) {
-                residuals[std::floor(reading.day)].push_back(value - *level);
-            }
-            before.push_back({reading.day, value, station});
-            if (before.size() > rule.most) {
-                before.pop_front();
-            }
+            before.add(reading);
         }
     }
     std::vector<StationDay> days;
@@ -91,16 +133,13 @@ std::vector<StationDay> stationDays(const std::vector<WheelSeries>& wheels, int 
 std::vector<StationShift> shiftsOfStation(const std::vector<WheelSeries>& wheels, int station, const ChartRule& chart,
                                           const ExpectationRule& rule) {
     std::vector<StationShift> known;
-    while (true) { // ends: each shift is later than the one before
-        const std::vector<StationShift> found = shiftsOf(stationDays(wheels, station, known, rule), chart);
-        const auto next = std::find_if(found.begin(), found.end(), [&](const StationShift& shift) {
-            return known.empty() || shift.day > known.back().day;
-        });
-        if (next == found.end()) {
-            return known;
-        }
+    double after = -std::numeric_limits<double>::infinity();
+    while (const std::optional<StationShift> next =
+               firstShift(stationDays(wheels, station, known, rule), after, chart)) {
         known.push_back(*next);
+        after = next->day; // ends: each is later than the one before
     }
+    return known;
 }
 
 } // namespace kxfleet

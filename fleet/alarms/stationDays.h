@@ -14,17 +14,20 @@ struct WheelSeries {
     std::vector<double> lifeStarts = {}; ///< see stepsUp()
 };
 
-/// From which readings a further one is expected.
+/// From which readings of a wheel a further one is expected: of each station the first of a day, all of the same life.
 struct ExpectationRule {
-    std::size_t fewest = 4; ///< readings of the wheel at the same station, in the same life, that do not change at once
-    std::size_t most = 12; ///< only the last ones before count
-    double oldest = 120.0; ///< days; older ones do not
+    double oldest = 60.0; ///< days; older ones do not count
+    std::size_t most = 200; ///< its slope is that of so many of the last ones at all stations
+    std::size_t fewest = 8; ///< with fewer nothing is expected
+    double shortest = 7.0; ///< nor when they span fewer days
+    std::size_t ofStation = 6; ///< its level is that of so many of the last ones at the same station, at least two
 };
 
 /// For each day on which the station measured, in ascending order, the median over its wheels of what it measured less what
-/// was expected: a line through the readings of the wheel before that day, by medians. Each station is compared with
-/// itself, so that neither what it always measures differently nor what happens to another one counts. From the day on
-/// which one of `known` began, readings and expectations are without it.
+/// was expected: the level of the wheel at this station, carried on with its slope, both by medians. Levels are those of
+/// the station, so that neither what it always measures differently nor what happens to another one counts; slopes are of
+/// more readings, so that an error of what is known of a shift hardly moves them. From the day on which one of `known`
+/// began, readings are without it.
 std::vector<StationDay> stationDays(const std::vector<WheelSeries>& wheels, int station,
                                     const std::vector<StationShift>& known = {}, const ExpectationRule& rule = {});
 

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
+#include <map>
+#include <utility>
 
 namespace kxfleet {
 
@@ -28,6 +30,38 @@ double medianOfValues(Readings::const_iterator first, Readings::const_iterator l
     return medianOf(std::move(values));
 }
 
+/// How much the value steps up at `at` as each of the stations sees it by itself: medians of up to `width` readings before
+/// and behind.
+std::vector<double> stepsOfStations(const Readings& readings, Readings::const_iterator at, std::size_t width) {
+    struct Sides {
+        std::vector<double> before, behind;
+    };
+    std::map<int, Sides> stations;
+    // Behind a station that is rarely passed there is nothing for a long time: so many readings must do.
+    const auto reach = static_cast<std::ptrdiff_t>(10 * width);
+    const auto first = at - std::min(reach, at - readings.begin());
+    const auto last = at + std::min(reach, readings.end() - at);
+    for (auto before = at; before-- != first;) {
+        std::vector<double>& values = stations[before->station].before;
+        if (values.size() < width) {
+            values.push_back(before->value);
+        }
+    }
+    for (auto behind = at; behind != last; ++behind) {
+        std::vector<double>& values = stations[behind->station].behind;
+        if (values.size() < width) {
+            values.push_back(behind->value);
+        }
+    }
+    std::vector<double> steps;
+    for (auto& [station, sides] : stations) {
+        if (!sides.before.empty() && !sides.behind.empty()) {
+            steps.push_back(medianOf(std::move(sides.behind)) - medianOf(std::move(sides.before)));
+        }
+    }
+    return steps;
+}
+
 } // namespace
 
 std::vector<double> stepsUp(const Readings& readings, const StepRule& rule) {
@@ -45,11 +79,17 @@ std::vector<double> stepsUp(const Readings& readings, const StepRule& rule) {
         }
         return true;
     };
+    // Sensors of one station that measure differently than others, or than before, make no new life.
+    const auto mostStationsStep = [&](Readings::const_iterator at) {
+        const std::vector<double> steps = stepsOfStations(readings, at, static_cast<std::size_t>(width));
+        const auto up = std::count_if(steps.begin(), steps.end(), [&](double step) { return step > least / 2.0; });
+        return steps.empty() || 2 * up > std::ssize(steps);
+    };
     std::vector<double> days;
     for (auto i = width; i + width <= std::ssize(readings); ++i) {
         const auto at = readings.begin() + i;
         const double step = medianOfValues(at, at + width) - medianOfValues(at - width, at);
-        if (step > least && jumpsMost(at)) {
+        if (step > least && jumpsMost(at) && mostStationsStep(at)) {
             days.push_back(at->day);
         }
     }

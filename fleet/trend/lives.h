@@ -17,7 +17,8 @@ struct StepRule {
 
 /// The days of the first readings of all lives but the first, in ascending order. The noise is taken from the differences
 /// of neighbouring readings, a single wrong reading is no step, and of steps that are nearer to each other than
-/// `rule.readings` the largest counts.
+/// `rule.readings` the largest counts. Most of the stations that see the wheel before and behind must show it, each by
+/// itself.
 std::vector<double> stepsUp(const Readings& readings, const StepRule& rule);
 
 /// Both in ascending order, into one; of days that are at most `apart` from each other the first counts.

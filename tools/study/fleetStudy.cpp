@@ -154,8 +154,9 @@ void count(Counts& counts, const Told& told, const FleetWheel& truth, const Kind
                 }
             }
             if (counts.announced == before) {
-                std::fprintf(stderr, "\nnot announced: %s, life from day %.1f, beyond on day %.1f after growing for %.1f days\n",
-                             kind.measure, from, crossing.day, crossing.growing);
+                std::fprintf(
+                    stderr, "\nnot announced: %s, life from day %.1f, beyond on day %.1f after growing for %.1f days\n",
+                    kind.measure, from, crossing.day, crossing.growing);
             }
         } else if (crossing.growing <= 0.0) {
             const auto after = std::lower_bound(told.days.begin(), told.days.end(), crossing.day) - told.days.begin();
@@ -196,7 +197,8 @@ ShiftCounts countShifts(const kxsim::Fleet& fleet, const kxfleet::History& histo
             for (std::size_t i = 0; i < isTrue.size(); ++i) {
                 const double after = history.shifts[place][i].day - firstDay - std::floor(shift.day);
                 isNamed = isNamed || (after >= 0.0 && after <= kUntilNamed);
-                isTrue[i] = isTrue[i] || (after >= 0.0 && after <= 2.0 * kUntilNamed);
+                const double began = history.shifts[place][i].began - firstDay - std::floor(shift.day);
+                isTrue[i] = isTrue[i] || (began >= -1.0 && began <= kUntilNamed); // an early one is named later
             }
             if (shift.day >= kLearning && shift.day + kUntilNamed < fleet.plan().days) {
                 ++counts.shifts;

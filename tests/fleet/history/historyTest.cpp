@@ -78,7 +78,7 @@ TEST(Shifts, AreTakenOffFromTheDayOnThatTheyBegan) {
     const std::vector<StationShift> shifts = {{103.0, 101.0, 0.5}, {110.0, 109.0, -0.25}};
     const std::tuple<double, double, double> cases[] = {
         // day of the reading, known on, value
-        {100.0, 200.0, 30.0}, {101.0, 200.0, 29.5},   {101.0, 102.0, 30.0},
+        {100.0, 200.0, 30.0}, {101.0, 200.0, 29.5},  {101.0, 102.0, 30.0},
         {101.0, 103.0, 29.5}, {109.5, 109.75, 29.5}, {109.5, 110.0, 29.75},
     };
     for (const auto& [day, on, value] : cases) {

@@ -60,4 +60,18 @@ TEST(Lives, LastLifeBeginsAtTheLastStep) {
     EXPECT_EQ(merged({10, 50}, {10.5, 30, 49.5}, 1.0), (std::vector<double>{10, 30, 49.5}));
 }
 
+/// Three stations in turn; one of them measures 0.9 mm less from the 10th reading to the 40th.
+TEST(Lives, AStationThatMeasuresDifferentlyBeginsNone) {
+    Readings readings;
+    for (int i = 0; i < 60; ++i) {
+        const int station = i % 7 % 3;
+        readings.push_back({100.0 + i, 30.0 - 0.01 * i - (station == 1 && i >= 10 && i < 40 ? 0.9 : 0.0), station});
+    }
+    EXPECT_TRUE(stepsUp(readings, {}).empty());
+    for (std::size_t i = 24; i < readings.size(); ++i) {
+        readings[i].value += 1.5;
+    }
+    EXPECT_EQ(stepsUp(readings, {}), std::vector<double>{124.0});
+}
+
 } // namespace

@@ -110,8 +110,11 @@ int runAlarms(const QStringList& arguments) {
                           QStringLiteral("2,3"));
         options.addOption("close", QStringLiteral("It closes after so many good readings in a row."), "COUNT",
                           QStringLiteral("3"));
-        options.addOption("lead", QStringLiteral("Limits are announced at least so many days before: when they may be reached within twice as many."), "DAYS",
-                          QStringLiteral("14"));
+        options.addOption(
+            "lead",
+            QStringLiteral(
+                "Limits are announced at least so many days before: when they may be reached within twice as many."),
+            "DAYS", QStringLiteral("14"));
         options.addOption("recent",
                           QStringLiteral("Shifts of sensors are told that were named within so many days before the "
                                          "last reading."),

@@ -66,11 +66,13 @@ int run(const Options& options) {
                                                : QStringLiteral("no wheel has a trend, see above"));
         return NoResult;
     }
-    const std::size_t due = count(
-        [&](const WheelTrend& wheel) { return !wheel.isBeyond && wheel.trend.daysToLimit && wheel.trend.daysToLimit->soonest <= lead; });
+    const std::size_t due = count([&](const WheelTrend& wheel) {
+        return !wheel.isBeyond && wheel.trend.daysToLimit && wheel.trend.daysToLimit->soonest <= lead;
+    });
     return failOn.exitCode(kName, Done,
                            {{Verdict::Alarm, count([](const WheelTrend& wheel) { return wheel.isBeyond; })},
-                            {Verdict::Warning, due}, {Verdict::NotJudged, trends.wheels.size() - withTrend}});
+                            {Verdict::Warning, due},
+                            {Verdict::NotJudged, trends.wheels.size() - withTrend}});
 }
 
 } // namespace

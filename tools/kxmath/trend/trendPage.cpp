@@ -144,16 +144,17 @@ kxreport::TrendPage trendPage(const FleetTrends& trends, double lead, int most) 
     if (page.mark == Mark::None && hasLimits) {
         page.mark = unknown < trends.wheels.size() ? Mark::Ok : Mark::NotMeasured;
     }
-    page.verdict = hasLimits ? QStringLiteral("of %1 values %2 are beyond a limit, %3 may reach one within %4 days, %5 are "
-                                              "not known")
-                                   .arg(trends.wheels.size())
-                                   .arg(beyond)
-                                   .arg(due)
-                                   .arg(lead)
-                                   .arg(unknown)
-                             : QStringLiteral("%1 values, %2 without a trend; no limits were given")
-                                   .arg(trends.wheels.size())
-                                   .arg(unknown);
+    page.verdict = hasLimits
+                       ? QStringLiteral("of %1 values %2 are beyond a limit, %3 may reach one within %4 days, %5 are "
+                                        "not known")
+                             .arg(trends.wheels.size())
+                             .arg(beyond)
+                             .arg(due)
+                             .arg(lead)
+                             .arg(unknown)
+                       : QStringLiteral("%1 values, %2 without a trend; no limits were given")
+                             .arg(trends.wheels.size())
+                             .arg(unknown);
     for (const PlaceShift& shift : trends.shifts) {
         page.warnings.append(shiftText(shift));
     }
