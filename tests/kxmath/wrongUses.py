@@ -17,6 +17,9 @@ import sys
 import tempfile
 from collections import Counter, namedtuple
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "fleet"))
+from storeInputs import make_store  # noqa: E402
+
 LONGEST = 60  # s; a run that takes longer hangs
 WITH_RESULT = (0, 1, 5)  # exit codes after which outputs may stay
 FILE_CODES = (3, 4)  # exit codes that are about a file, which the message names
@@ -50,6 +53,8 @@ def base_inputs(folder, kxmath):
 
     simulate("pass", "--cars", "1", "--rate", "500", "--points", "200")
     simulate("shots", "--calibration", "2")
+    make_store(lambda *arguments: subprocess.run([kxmath, *arguments], cwd=folder, check=True, capture_output=True),
+               folder, "fleet.db", vehicles=2, days=5)
     flat = [(0.5 * i, 0.25 + i % 3) for i in range(40)]
     files = {
         "wheel.csv": text_of([(0.1 * i, wheel_height(0.1 * i)) for i in range(1301)]),
