@@ -51,11 +51,36 @@ History readingsOf(Store& store, const std::string& measure) {
     return sorted;
 }
 
+/// The series without the shifts of all places but one.
+std::vector<WheelSeries> withoutShiftsOfOthers(const History& history, int place) {
+    std::vector<WheelSeries> series = history.series;
+    for (WheelSeries& wheel : series) {
+        for (Reading& reading : wheel.readings) {
+            if (reading.station != place) {
+                reading.value = withoutShifts(reading, history.shifts[static_cast<std::size_t>(reading.station)],
+                                              std::numeric_limits<double>::infinity());
+            }
+        }
+    }
+    return series;
+}
+
 void addShifts(History& history) {
     history.shifts.clear();
     for (std::size_t place = 0; place < history.places.size(); ++place) {
         history.shifts.push_back(shiftsOfStation(history.series, static_cast<int>(place)));
     }
+    // Slopes are of the readings at all places: where several shifted at nearly the same time, each shows by itself only
+    // when the others are known.
+    if (std::all_of(history.shifts.begin(), history.shifts.end(), [](const auto& shifts) { return shifts.empty(); })) {
+        return;
+    }
+    std::vector<std::vector<StationShift>> again;
+    for (std::size_t place = 0; place < history.places.size(); ++place) {
+        const auto at = static_cast<int>(place);
+        again.push_back(shiftsOfStation(withoutShiftsOfOthers(history, at), at));
+    }
+    history.shifts = std::move(again);
 }
 
 } // namespace
