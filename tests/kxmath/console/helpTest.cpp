@@ -1,6 +1,7 @@
 // Help of the program and of every command: what it lists, and its width.
 #include "tools/kxmath/commands.h"
 #include "tools/kxmath/console/helpText.h"
+#include "tools/kxmath/help/topics.h"
 
 #include <QtCore/QRegularExpression>
 
@@ -54,6 +55,12 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
         helps.push_back(helpOf({"help", "settings", part}));
         EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath settings %1 ").arg(part)));
     }
+    for (const char* const part : {"add", "export", "check", "info"}) {
+#ifdef KXMATH_HAS_STORE
+        helps.push_back(helpOf({"help", "store", part}));
+        EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath store %1 ").arg(part)));
+#endif
+    }
     EXPECT_EQ(argumentsOf(helps.front().text), QStringList("COMMAND"));
     const QString withoutOutput[] = {"settings init|", "settings check", "store add", "store check"};
     for (std::size_t i = 1; i < helps.size(); ++i) {
@@ -71,6 +78,22 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
         }
         for (const QString& line : text.split('\n')) {
             EXPECT_LE(line.size(), 80) << line.toStdString();
+        }
+    }
+}
+
+TEST(Help, TellsEachTopicIn80Columns) {
+    const QString list = helpOf({"help"}).text;
+    for (const kxtool::HelpTopic& topic : kxtool::helpTopics()) {
+        const auto [code, text] = helpOf({"help", topic.name});
+        EXPECT_EQ(code, 0);
+        EXPECT_TRUE(list.contains(QString("\n  %1 ").arg(topic.name))) << topic.name;
+        EXPECT_EQ(text.simplified(), QString(topic.text).simplified()) << topic.name;
+        for (const QString& line : text.split('\n')) {
+            EXPECT_LE(line.size(), 80) << line.toStdString();
+        }
+        for (const kxtool::Command& command : kxtool::allCommands()) {
+            EXPECT_STRNE(command.name, topic.name) << "its help would hide the topic";
         }
     }
 }
