@@ -113,6 +113,15 @@ class Manual(unittest.TestCase):
     def test_fish_reads_its_file(self):
         syntax_check("fish", "kxmath.fish", "--no-execute")
 
+    def test_fish_offers_parts_and_options(self):
+        if shutil.which("fish") is None:
+            raise unittest.SkipTest("fish is not installed")
+        for words, expected in (("settings ", PARTS["settings"]), ("conv", ["convert"]), ("grid --se", ["--seeds"]),
+                                ("settings init --ser", ["--serials"]), ("help exit", ["exit-codes"])):
+            with self.subTest(words=words):
+                lines = output("fish", "--no-config", "-c", f"source {FOLDER}/kxmath.fish; complete -C 'kxmath {words}'")
+                self.assertEqual({line.split("\t")[0] for line in lines.splitlines()}, set(expected))
+
     def test_other_shells_are_told_all_options(self):
         zsh = (FOLDER / "_kxmath").read_text(encoding="utf-8")
         fish = (FOLDER / "kxmath.fish").read_text(encoding="utf-8").splitlines()

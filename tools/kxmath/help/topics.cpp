@@ -24,14 +24,18 @@ A value out of tolerance is a result as any other; only --fail-on turns it into 
 constexpr const char* kFiles =
     R"(The ending of a name says of which kind a file of points is; kxmath convert takes the kind by --from and --to, too.
 
-  .bin .cloud     clouds of 2-D and 3-D points, in the binary form of the library
-  .profiles .set  profile records: profiles with a position, recordings of a sensor
-  .csv            a profile as text
-  .xyz .txt .asc  points as text
-  .ply .pcd .vtp  clouds for viewers
-  .npy            an array for NumPy
-  .gsf .sdf .vti  height maps
-  .stl            a surface of triangles
+  .bin .cloud           clouds of 2-D and 3-D points, in the binary form of the library
+  .profiles .set        profile records: profiles with a position, recordings of a sensor
+  .csv                  a profile as text
+  .table                points as CSV with a header
+  .xyz .txt .asc        points as text
+  .xyzf                 points as floats, nothing else
+  .whl .ban .prw .prr .gauge
+                        text of a contact profile gauge
+  .ply .pcd .vtp        clouds for viewers
+  .npy                  an array for NumPy: points, or a height map
+  .gsf .sdf .vti        height maps
+  .stl                  a surface of triangles
 
 kxmath info says what a file holds, and where it is damaged.
 
