@@ -1,6 +1,8 @@
 // The list of commands; runs the one that the arguments name.
 #include "tools/kxmath/commands.h"
 
+#include "tools/kxmath/console/commandLine.h"
+#include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/exitCodes.h"
 #include "tools/kxmath/console/helpText.h"
 #include "tools/kxmath/console/options.h"
@@ -84,8 +86,10 @@ int runTopic(const QString& name) {
     QStringList names = commandNames();
     for (const HelpTopic& topic : helpTopics()) {
         if (name == QLatin1String(topic.name)) {
-            std::fputs(qPrintable(wrapped(QLatin1String(topic.text))), stdout);
-            return Done;
+            return runCommand("help", [&] {
+                printOutput(wrapped(QLatin1String(topic.text)));
+                return Done;
+            });
         }
         names += QLatin1String(topic.name);
     }
