@@ -30,6 +30,7 @@ LAYERS = (
     Layer("fleet", ("fleet", "fleet/*"), 2, PUBLIC + ("measuring",)),
     Layer("commands", ("tools/kxmath", "tools/kxmath/*"), 3,
           PUBLIC + ("measuring", "pages", "simulator", "fleet")),
+    Layer("manual", ("tools/manual",), 2, PUBLIC + ("commands",)),
     Layer("tables", ("tools/tables", "tools/study"), 2,
           PUBLIC + ("measuring", "simulator", "fleet", "commands", "shapes", "trials")),
     Layer("shapes", ("tests/shapes",), 2, CORE),

@@ -38,7 +38,9 @@ need_axe() {
 # Needed by every build.
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev libssl-dev libsqlite3-dev libpq-dev)
 # Also needed by the tests: GoogleTest, the other compiler, and tools that examine the library and the pages.
-test_packages=(libgtest-dev clang pkg-config binutils python3 python3-jsonschema)
+test_packages=(libgtest-dev clang pkg-config binutils groff-base python3 python3-jsonschema)
+# And those that compare binary interfaces and read the completions of shells; without them these tests are skipped.
+test_packages+=(abigail-tools git zsh fish)
 # The pages are opened in a browser; without one those tests are skipped. They need axe-core, too: need_axe.
 test_packages+=(chromium)
 # And what the Python package is built with and tested by.

@@ -21,6 +21,9 @@ kxmath_add_packaging_test(hardening
         --checked $<TARGET_FILE:kxmath> $<TARGET_FILE:KxMath> $<TARGET_FILE:KxInspect> $<TARGET_FILE:kxmath>
         ${PROJECT_BINARY_DIR}/tests)
 
+kxmath_add_packaging_test(abi COMMAND Python3::Interpreter -B ${src}/abiTest.py ${PROJECT_SOURCE_DIR})
+set_tests_properties(packaging.abi PROPERTIES SKIP_REGULAR_EXPRESSION "^skipped:")
+
 # Two installed libraries: that of this build, and one of the other compiler, built without any option.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     find_program(KXMATH_CLANG clang++ REQUIRED)

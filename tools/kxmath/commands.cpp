@@ -1,10 +1,13 @@
 // The list of commands; runs the one that the arguments name.
 #include "tools/kxmath/commands.h"
 
+#include "tools/kxmath/console/commandLine.h"
+#include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/exitCodes.h"
 #include "tools/kxmath/console/helpText.h"
 #include "tools/kxmath/console/options.h"
 #include "tools/kxmath/console/printable.h"
+#include "tools/kxmath/help/topics.h"
 
 #include <KxMath/KxMathVersion.h>
 
@@ -45,8 +48,12 @@ void printUsage(FILE* stream) {
     for (const Command& command : allCommands()) {
         text += QStringLiteral("  %1  %2\n").arg(QLatin1String(command.name), -9).arg(QLatin1String(command.summary));
     }
+    text += QStringLiteral("\nTopics:\n");
+    for (const HelpTopic& topic : helpTopics()) {
+        text += QStringLiteral("  %1  %2\n").arg(QLatin1String(topic.name), -10).arg(QLatin1String(topic.title));
+    }
     text += QStringLiteral("\nkxmath help COMMAND, or kxmath COMMAND --help, lists the options of a command,\n"
-                           "kxmath --version prints the version.\n");
+                           "kxmath help TOPIC tells about a topic, kxmath --version prints the version.\n");
     std::fputs(qPrintable(wrapped(text)), stream);
 }
 
@@ -58,17 +65,38 @@ const Command* findCommand(const QString& name) {
     return found != commands.end() ? &*found : nullptr;
 }
 
-int failUnknown(const QString& name) {
-    QStringList names(kHelp);
+QStringList commandNames() {
+    QStringList names;
     for (const Command& command : allCommands()) {
         names += QLatin1String(command.name);
     }
-    const QString text = QStringLiteral("unknown command '%1'%2, see kxmath help").arg(name, suggestion(name, names));
+    return names;
+}
+
+/// @param what it should be: "command"
+int failUnknown(const char* what, const QString& name, const QStringList& known) {
+    const QString text =
+        QStringLiteral("unknown %1 '%2'%3, see kxmath help").arg(QLatin1String(what), name, suggestion(name, known));
     std::fprintf(stderr, "kxmath: %s\n", qPrintable(printable(text)));
     return WrongUse;
 }
 
-/// kxmath help [COMMAND [PART]]
+/// Prints a topic. @return the exit code
+int runTopic(const QString& name) {
+    QStringList names = commandNames();
+    for (const HelpTopic& topic : helpTopics()) {
+        if (name == QLatin1String(topic.name)) {
+            return runCommand("help", [&] {
+                printOutput(wrapped(QLatin1String(topic.text)));
+                return Done;
+            });
+        }
+        names += QLatin1String(topic.name);
+    }
+    return failUnknown("command or topic", name, names);
+}
+
+/// kxmath help [COMMAND [PART] | TOPIC]
 int runHelp(const QStringList& arguments) {
     if (arguments.size() < 2 || arguments[1] == kHelp) {
         printUsage(stdout);
@@ -76,7 +104,7 @@ int runHelp(const QStringList& arguments) {
     }
     const Command* const command = findCommand(arguments[1]);
     const QStringList forward = QStringList(arguments[0]) + arguments.mid(2) + QStringList("--help");
-    return command != nullptr ? command->run(forward) : failUnknown(arguments[1]);
+    return command != nullptr ? command->run(forward) : runTopic(arguments[1]);
 }
 
 } // namespace
@@ -104,7 +132,7 @@ int runMain(const QStringList& arguments) {
         return runHelp(rest);
     }
     const Command* const command = findCommand(first);
-    return command != nullptr ? command->run(rest) : failUnknown(first);
+    return command != nullptr ? command->run(rest) : failUnknown("command", first, commandNames() + QStringList(kHelp));
 }
 
 } // namespace kxtool

@@ -1,6 +1,10 @@
 // Help of the program and of every command: what it lists, and its width.
 #include "tools/kxmath/commands.h"
+#include "tools/kxmath/console/commandDescription.h"
 #include "tools/kxmath/console/helpText.h"
+#include "tools/kxmath/help/topics.h"
+
+#include <KxInspect/PointFile.h>
 
 #include <QtCore/QRegularExpression>
 
@@ -8,6 +12,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 namespace {
 
@@ -49,10 +54,10 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
         EXPECT_TRUE(helps.back().text.contains("--help"));
         EXPECT_TRUE(helps.front().text.contains(
             QString("\n  %1  %2").arg(command.name, -longest).arg(QString(command.summary).left(40))));
-    }
-    for (const char* const part : {"init", "check", "fit"}) {
-        helps.push_back(helpOf({"help", "settings", part}));
-        EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath settings %1 ").arg(part)));
+        for (const QString& part : kxtool::describeCommand(command.run).parts) {
+            helps.push_back(helpOf({"help", command.name, part}));
+            EXPECT_TRUE(helps.back().text.startsWith(QString("Usage: kxmath %1 %2 ").arg(command.name, part)));
+        }
     }
     EXPECT_EQ(argumentsOf(helps.front().text), QStringList("COMMAND"));
     const QString withoutOutput[] = {"settings init|", "settings check", "store add", "store check"};
@@ -73,6 +78,34 @@ TEST(Help, ListsCommandsAndOptionsIn80Columns) {
             EXPECT_LE(line.size(), 80) << line.toStdString();
         }
     }
+}
+
+TEST(Help, TellsEachTopicIn80Columns) {
+    const QString list = helpOf({"help"}).text;
+    for (const kxtool::HelpTopic& topic : kxtool::helpTopics()) {
+        const auto [code, text] = helpOf({"help", topic.name});
+        EXPECT_EQ(code, 0);
+        EXPECT_TRUE(list.contains(QString("\n  %1 ").arg(topic.name))) << topic.name;
+        EXPECT_EQ(text.simplified(), QString(topic.text).simplified()) << topic.name;
+        for (const QString& line : text.split('\n')) {
+            EXPECT_LE(line.size(), 80) << line.toStdString();
+        }
+        for (const kxtool::Command& command : kxtool::allCommands()) {
+            EXPECT_STRNE(command.name, topic.name) << "its help would hide the topic";
+        }
+    }
+}
+
+TEST(Help, TellsTheEndingsOfAllKindsOfFiles) {
+    const QRegularExpression ending("(?<=\\s)\\.[a-z]+\\b");
+    std::set<KxInspect::FileKind> kinds;
+    for (auto found = ending.globalMatch(helpOf({"help", "files"}).text); found.hasNext();) {
+        const std::string name = "a" + found.next().captured().toStdString();
+        const auto kind = KxInspect::kindByFileName(name);
+        ASSERT_TRUE(kind) << name;
+        kinds.insert(*kind);
+    }
+    EXPECT_EQ(kinds.size(), std::size(KxInspect::kFileKinds));
 }
 
 TEST(Help, WrapsParagraphsAndEntriesAndLeavesDrawings) {

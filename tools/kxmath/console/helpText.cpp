@@ -9,8 +9,6 @@ namespace kxtool {
 
 namespace {
 
-constexpr qsizetype kWidth = 80; // columns
-
 qsizetype indentationOf(const QString& line) {
     const auto begin = std::find_if(line.cbegin(), line.cend(), [](QChar c) { return c != QLatin1Char(' '); });
     return begin - line.cbegin();
@@ -40,14 +38,14 @@ qsizetype columnOf(const QStringList& lines, qsizetype i) {
 }
 
 /// Fills lines with the words of all given ones; those behind the first begin at `column`.
-QString filled(const QStringList& lines, qsizetype column) {
+QString filled(const QStringList& lines, qsizetype column, qsizetype width) {
     QString text;
     QString line = lines.front().left(column);
     bool isBegun = false;
     const QStringList words = (lines.front().mid(column) + QLatin1Char(' ') + lines.mid(1).join(QLatin1Char(' ')))
                                   .split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const QString& word : words) {
-        if (isBegun && line.size() + 1 + word.size() > kWidth) {
+        if (isBegun && line.size() + 1 + word.size() > width) {
             text += line + QLatin1Char('\n');
             line = QString(column, QLatin1Char(' '));
             isBegun = false;
@@ -60,23 +58,23 @@ QString filled(const QStringList& lines, qsizetype column) {
 
 } // namespace
 
-QString wrapped(const QString& text) {
+QString wrapped(const QString& text, qsizetype width) {
     const bool isEnded = text.endsWith(QLatin1Char('\n'));
     const QStringList lines = (isEnded ? text.chopped(1) : text).split(QLatin1Char('\n'));
     QString result;
     for (qsizetype i = 0; i < lines.size();) {
         const qsizetype column = columnOf(lines, i);
         QStringList block(lines[i]);
-        bool isWide = lines[i].size() > kWidth;
+        bool isWide = lines[i].size() > width;
         while (++i < lines.size() && !block.front().isEmpty() && !lines[i].isEmpty() &&
                indentationOf(lines[i]) == column) {
             if (column > 0 && column == indentationOf(block.front())) {
                 break; // the next entry of a list without columns
             }
             block += lines[i];
-            isWide = isWide || lines[i].size() > kWidth;
+            isWide = isWide || lines[i].size() > width;
         }
-        result += isWide ? filled(block, column) : block.join(QLatin1Char('\n')) + QLatin1Char('\n');
+        result += isWide ? filled(block, column, width) : block.join(QLatin1Char('\n')) + QLatin1Char('\n');
     }
     return isEnded ? result : result.chopped(1);
 }

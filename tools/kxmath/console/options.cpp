@@ -3,6 +3,7 @@
 
 #include "inspect/base/nearestName.h"
 #include "report/elements/textList.h"
+#include "tools/kxmath/console/commandDescription.h"
 #include "tools/kxmath/console/commandError.h"
 #include "tools/kxmath/console/console.h"
 #include "tools/kxmath/console/helpText.h"
@@ -110,11 +111,16 @@ QString suggestion(const QString& name, const QStringList& known, const char* pr
 Options::Options(const char* command, const char* usage, const QString& description, const char* details)
     : command_(command), usage_(usage), details_(details), mainOutput_(mainOutputOf(command)) {
     parser_.setApplicationDescription(description);
-    parser_.addOption({kxreport::textList({QStringLiteral("h"), kHelp}), QStringLiteral("Prints this text.")});
+    declareOption({kxreport::textList({QStringLiteral("h"), kHelp}), QStringLiteral("Prints this text.")});
     names_ += kHelp;
     if (isArgument(mainOutput_)) {
-        parser_.addOption({kShort, QStringLiteral("The same as the argument %1.").arg(mainOutput_), mainOutput_});
+        declareOption({kShort, QStringLiteral("The same as the argument %1.").arg(mainOutput_), mainOutput_});
     }
+}
+
+void Options::declareOption(const QCommandLineOption& option) {
+    parser_.addOption(option);
+    declared_.push_back(option);
 }
 
 void Options::declare(const char* name, const QString& help, const char* value, const QString& byDefault) {
@@ -124,7 +130,7 @@ void Options::declare(const char* name, const QString& help, const char* value, 
         names.append(kShort);
     }
     names.append(longName);
-    parser_.addOption({names, help, QLatin1String(value), byDefault});
+    declareOption({names, help, QLatin1String(value), byDefault});
     names_.append(longName);
 }
 
@@ -149,6 +155,7 @@ void Options::refuseAttached(const QStringList& arguments) const {
 
 void Options::addArgument(const char* name, const QString& help) {
     parser_.addPositionalArgument(QLatin1String(name), help);
+    declaredArguments_.emplace_back(QLatin1String(name), help);
 }
 
 void Options::addFlag(const char* name, const QString& help) {
@@ -163,6 +170,15 @@ void Options::addOption(const char* name, const QString& help, const char* value
 }
 
 bool Options::parse(const QStringList& arguments) {
+    if (arguments.contains(describeArgument())) {
+        throw CommandDescription{QLatin1String(command_),
+                                 QStringLiteral("kxmath %1 %2").arg(QLatin1String(command_), QLatin1String(usage_)),
+                                 parser_.applicationDescription(),
+                                 QLatin1String(details_),
+                                 declaredArguments_,
+                                 declared_,
+                                 {}};
+    }
     arguments_ = arguments;
     const bool isUnderstood = parser_.parse(arguments);
     if (const QStringList unknown = parser_.unknownOptionNames(); !unknown.isEmpty()) {

@@ -8,6 +8,7 @@
 
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace kxtool {
@@ -48,7 +49,8 @@ public:
     /// @param value placeholder of the value in the help: "MM"
     void addOption(const char* name, const QString& help, const char* value, const QString& byDefault = {});
 
-    /// Parses the arguments of the command; the first is the name of the program.
+    /// Parses the arguments of the command; the first is the name of the program. Throws the CommandDescription when the
+    /// describeArgument() is among them.
     /// @return false when --help was given and the help was printed
     bool parse(const QStringList& arguments);
 
@@ -92,12 +94,15 @@ public:
 private:
     QStringList outputNames() const;
     std::vector<kxreport::PageOption> values() const;
+    void declareOption(const QCommandLineOption& option);
     void declare(const char* name, const QString& help, const char* value, const QString& byDefault);
     void refuseAttached(const QStringList& arguments) const;
 
     QCommandLineParser parser_;
     QStringList arguments_;
     QStringList names_; ///< of all options
+    std::vector<QCommandLineOption> declared_;
+    std::vector<std::pair<QString, QString>> declaredArguments_; ///< names and help
     const char* command_;
     const char* usage_;
     const char* details_;
