@@ -56,8 +56,8 @@ inline std::string noonOf(int day) {
     constexpr int kDay = 86400;
     const std::time_t seconds = static_cast<std::time_t>(day) * kDay + kDay / 2;
     std::array<char, 32> text{};
-    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", std::gmtime(&seconds));
-    return text.data();
+    const std::size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", std::gmtime(&seconds));
+    return {text.data(), size};
 }
 
 } // namespace fleet_test

@@ -290,9 +290,10 @@ int main(int count, char** arguments) {
         return 2;
     }
     kxsim::FleetPlan plan;
-    plan.vehicles = std::atoi(arguments[2]);
-    plan.days = std::atoi(arguments[3]);
-    plan.seed = static_cast<std::uint64_t>(std::atol(arguments[4]));
+    const auto number = [&](int i) { return std::strtol(arguments[i], nullptr, 10); };
+    plan.vehicles = static_cast<int>(number(2));
+    plan.days = static_cast<int>(number(3));
+    plan.seed = static_cast<std::uint64_t>(number(4));
     try {
         return study(arguments[1], plan);
     } catch (const KxInspect::Error& error) {

@@ -11,7 +11,9 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "Usage: fleetStore STORE [VEHICLES [DAYS [SEED]]]\n");
         return 2;
     }
-    const auto number = [&](int i, long otherwise) { return count > i ? std::atol(arguments[i]) : otherwise; };
+    const auto number = [&](int i, long otherwise) {
+        return count > i ? std::strtol(arguments[i], nullptr, 10) : otherwise;
+    };
     kxsim::FleetPlan plan;
     plan.vehicles = static_cast<int>(number(2, plan.vehicles));
     plan.days = static_cast<int>(number(3, plan.days));

@@ -68,7 +68,7 @@ QJsonArray announcementsArray(const MeasureFindings& m) {
 }
 
 void appendAll(QJsonArray& all, const QJsonArray& more) {
-    for (const QJsonValue& value : more) {
+    for (const auto& value : more) {
         all.append(value);
     }
 }
